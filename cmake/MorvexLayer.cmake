@@ -1,0 +1,25 @@
+# morvex_add_layer(NAME DEPENDS layers... SOURCES files... LINK libraries...)
+#
+# Adds the object library morvex_NAME of the sources below the current directory. A layer sees its
+# own headers and those of the layers it depends on and no others: each layer's folder is reached
+# through an include directory of its own, so that an upward include does not compile.
+function(morvex_add_layer name)
+    cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "DEPENDS;SOURCES;LINK")
+    set(include_dir "${PROJECT_BINARY_DIR}/layers/${name}")
+    file(MAKE_DIRECTORY "${include_dir}")
+    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include_dir}/${name}" SYMBOLIC)
+
+    add_library(morvex_${name} OBJECT ${layer_SOURCES})
+    set_target_properties(morvex_${name} PROPERTIES AUTOMOC ON)
+    target_include_directories(morvex_${name} PUBLIC
+        "$<BUILD_INTERFACE:${include_dir}>"
+        "$<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>")
+    target_compile_definitions(morvex_${name} PRIVATE
+        morvex_EXPORTS
+        QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS
+        QT_DEPRECATED_WARNINGS QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
+    target_link_libraries(morvex_${name} PUBLIC ${layer_LINK} PRIVATE morvex_settings)
+    foreach(dependency IN LISTS layer_DEPENDS)
+        target_link_libraries(morvex_${name} PUBLIC morvex_${dependency})
+    endforeach()
+endfunction()

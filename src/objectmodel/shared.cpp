@@ -1,0 +1,7 @@
+#include "objectmodel/shared.h"
+
+namespace Morvex {
+
+Shared::~Shared() = default;
+
+} // namespace Morvex

@@ -1,0 +1,9 @@
+#include "shared/trace.h"
+
+namespace Morvex {
+
+Q_LOGGING_CATEGORY(traceReportGen, "morvex.reportgen", QtCriticalMsg)
+Q_LOGGING_CATEGORY(traceReportGenerator, "morvex.ReportGenerator", QtCriticalMsg)
+Q_LOGGING_CATEGORY(traceTestCaseRun, "morvex.TestCaseRun", QtCriticalMsg)
+
+} // namespace Morvex

@@ -1,0 +1,77 @@
+#include "test/openreportfile.h"
+
+#include "shared/trace.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cstdio>
+
+namespace Morvex {
+namespace {
+
+bool openStdStream(const QString &fileName, QFile *file)
+{
+    if (fileName.isEmpty() || fileName == QLatin1String("/dev/stdout"))
+        file->open(stdout, QIODevice::WriteOnly);
+    else if (fileName == QLatin1String("/dev/stderr"))
+        file->open(stderr, QIODevice::WriteOnly);
+    else
+        return false;
+    return true;
+}
+
+bool hasContent(const QString &fileName)
+{
+    // Asked anew each time: QFileInfo would answer from its cache.
+    const QFileInfo info(fileName);
+    return info.exists() && info.size() > 0;
+}
+
+QString openNamedFile(const QString &fileName, QFile *file)
+{
+    const QDir dir = QFileInfo(fileName).absoluteDir();
+    if (!dir.exists()) {
+        qCDebug(traceReportGen) << "creating report dir: " << dir.path();
+        if (!dir.mkpath(QStringLiteral(".")))
+            return QStringLiteral("Could not create report directory '%1'").arg(dir.path());
+    }
+    file->setFileName(fileName);
+    qCDebug(traceReportGen) << "opening report file: " << fileName;
+    if (!file->open(QIODevice::WriteOnly))
+        return QStringLiteral("Could not open report file '%1' for writing: %2")
+            .arg(fileName, file->errorString());
+    return {};
+}
+
+} // namespace
+
+QString freeReportFileName(const QString &fileName)
+{
+    const QString given = QDir::current().absoluteFilePath(fileName);
+    const QFileInfo info(given);
+    QString candidate = given;
+    for (int number = 1; hasContent(candidate); ++number) {
+        candidate =
+            info.dir().filePath(info.completeBaseName() + QLatin1Char('_') +
+                                QString::number(number) + QLatin1Char('.') + info.completeSuffix());
+    }
+    return candidate;
+}
+
+QString openReportFile(const QString &fileName, OpenReportFileOptions options, QFile *file,
+                       bool *isStdStream)
+{
+    const bool isStd = openStdStream(fileName, file);
+    if (isStdStream)
+        *isStdStream = isStd;
+    if (isStd)
+        return {};
+    return openNamedFile(options.testFlag(FreshFileName)
+                             ? freeReportFileName(fileName)
+                             : QDir::current().absoluteFilePath(fileName),
+                         file);
+}
+
+} // namespace Morvex

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QFlags>
+#include <QString>
+
+class QFile;
+
+namespace Morvex {
+
+enum OpenReportFileOption {
+    /// Leaves a file that holds something alone and takes the next free name.
+    FreshFileName = 1
+};
+Q_DECLARE_FLAGS(OpenReportFileOptions, OpenReportFileOption)
+Q_DECLARE_OPERATORS_FOR_FLAGS(OpenReportFileOptions)
+
+/// Opens @p file for writing on @p fileName, whose directory is created when it does not exist. An
+/// empty name and "/dev/stdout" stand for the standard output of this process, "/dev/stderr" for
+/// its standard error; @p isStdStream, which may be null, tells whether it is one of the two.
+/// Returns an error text, empty on success.
+MORVEX_EXPORT QString openReportFile(const QString &fileName, OpenReportFileOptions options,
+                                     QFile *file, bool *isStdStream);
+
+/// @p fileName made absolute, with the first number behind its base name under which no file with
+/// content exists; without a number when it is free as it stands. An empty file counts as free.
+MORVEX_EXPORT QString freeReportFileName(const QString &fileName);
+
+} // namespace Morvex

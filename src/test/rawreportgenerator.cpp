@@ -1,0 +1,98 @@
+#include "test/rawreportgenerator.h"
+
+#include "shared/trace.h"
+#include "test/rawentrystream.h"
+#include "test/rawstreamoutput.h"
+
+#include <QLocalSocket>
+
+#include <cstdio>
+
+namespace Morvex {
+namespace {
+
+const int timeoutMs = 30000;
+
+struct Connection
+{
+    std::unique_ptr<QLocalSocket> socket;
+    QString error;
+};
+
+Connection connectTo(const QString &socketName)
+{
+    auto socket = std::make_unique<QLocalSocket>();
+    socket->connectToServer(socketName, QIODevice::ReadWrite);
+    if (socket->waitForConnected(timeoutMs))
+        return {std::move(socket), QString()};
+    return {nullptr, QStringLiteral("Could not connect to local report socket '%1': %2")
+                         .arg(socketName, socket->errorString())};
+}
+
+} // namespace
+
+RawReportGenerator::RawReportGenerator(const QString &socketName,
+                                       std::unique_ptr<QLocalSocket> socket)
+    : m_socketName(socketName)
+    , m_socket(std::move(socket))
+{
+}
+
+TestReportGenerator::Result RawReportGenerator::create(const QString &socketName)
+{
+    Connection connection = connectTo(socketName);
+    if (!connection.socket)
+        return {nullptr, connection.error};
+    return {new RawReportGenerator(socketName, std::move(connection.socket)), QString()};
+}
+
+RawReportGenerator::~RawReportGenerator()
+{
+    m_socket->disconnectFromServer();
+    if (m_socket->state() != QLocalSocket::UnconnectedState &&
+        !m_socket->waitForDisconnected(timeoutMs))
+        std::fputs("RawReportGenerator: Failed to disconnect from testsuite morvexrunner\n",
+                   stderr);
+}
+
+void RawReportGenerator::generateSummary()
+{
+    qCDebug(traceReportGenerator) << "No summary for raw reports";
+}
+
+QIODeviceResult RawReportGenerator::videoOutput(const QString &name)
+{
+    Connection connection = connectTo(m_socketName);
+    if (!connection.socket)
+        return {nullptr, connection.error};
+    return {new RawStreamOutput(name, connection.socket.release()), QString()};
+}
+
+void RawReportGenerator::doHandleEntry(const TestResult::Entry &entry)
+{
+    if (m_socket->state() != QLocalSocket::ConnectedState) {
+        qCDebug(traceReportGenerator)
+            << "cannot write on unconnected socket, state:" << m_socket->state();
+        return;
+    }
+    if (send(entry))
+        return;
+    std::fputs("RawReportGenerator: failed to send testresult entry to testsuite morvexrunner\n",
+               stderr);
+    m_socket->disconnectFromServer();
+}
+
+bool RawReportGenerator::send(const TestResult::Entry &entry)
+{
+    encodeEntry(entry, m_datagram);
+    if (m_socket->write(m_datagram.constData(), m_datagram.size()) != m_datagram.size())
+        return false;
+    // One wait may end with a part of a large entry still in this process.
+    while (m_socket->bytesToWrite() > 0) {
+        if (!m_socket->waitForBytesWritten(timeoutMs))
+            return false;
+    }
+    return true;
+}
+
+} // namespace Morvex

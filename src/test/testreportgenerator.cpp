@@ -1,0 +1,220 @@
+#include "test/testreportgenerator.h"
+
+#include <QFile>
+
+#include <memory>
+
+namespace Morvex {
+namespace {
+
+const QLatin1String userSection("section");
+
+bool isRetained(const TestResult::Entry &entry)
+{
+    switch (entry.type) {
+    case TestResult::START_TEST_CASE:
+    case TestResult::FATAL:
+    case TestResult::ERROR:
+    case TestResult::FAIL:
+    case TestResult::XPASS:
+        return true;
+    case TestResult::START_SECTION:
+        return TestReportGenerator::isRepeatableSection(entry.info);
+    default:
+        return false;
+    }
+}
+
+TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
+{
+    TestResult::Entry entry;
+    entry.time = QDateTime::currentDateTime();
+    entry.type = type;
+    entry.message = message;
+    entry.vpCounter = 0;
+    return entry;
+}
+
+} // namespace
+
+TestReportGenerator::~TestReportGenerator() = default;
+
+bool TestReportGenerator::isRepeatableSection(const QString &info)
+{
+    return info.startsWith(QLatin1String("scenario")) || info.startsWith(QLatin1String("row"));
+}
+
+QIODeviceResult TestReportGenerator::videoOutput(const QString &path)
+{
+    auto file = std::make_unique<QFile>(path);
+    if (!file->open(QIODevice::WriteOnly))
+        return {nullptr,
+                QStringLiteral("Fialed opening file '%1: '%2'").arg(path, file->errorString())};
+    return {file.release(), QString()};
+}
+
+void TestReportGenerator::handleEntry(const TestResult::Entry &entry)
+{
+    if (entry.type < TestResult::START || entry.type >= TestResult::NONE)
+        return;
+    count(entry.type);
+    if (!updateSections(entry))
+        return;
+    if (isRetained(entry))
+        m_retained.push_back(entry);
+    doHandleEntry(entry);
+}
+
+void TestReportGenerator::count(TestResult::ResultType type)
+{
+    switch (type) {
+    case TestResult::START_TEST_CASE:
+        ++m_counters.testcases;
+        break;
+    case TestResult::FATAL:
+        ++m_counters.fatals;
+        break;
+    case TestResult::ERROR:
+        ++m_counters.errors;
+        break;
+    case TestResult::PASS:
+        ++m_counters.tests;
+        ++m_counters.passes;
+        break;
+    case TestResult::FAIL:
+        ++m_counters.tests;
+        ++m_counters.fails;
+        break;
+    case TestResult::XFAIL:
+        ++m_counters.tests;
+        ++m_counters.passes;
+        ++m_counters.xfails;
+        break;
+    case TestResult::XPASS:
+        ++m_counters.tests;
+        ++m_counters.fails;
+        ++m_counters.xpasses;
+        break;
+    case TestResult::WARNING:
+        ++m_counters.warnings;
+        break;
+    default:
+        break;
+    }
+}
+
+// False when the entry is the end of a section that is not open, which no format may see.
+bool TestReportGenerator::updateSections(const TestResult::Entry &entry)
+{
+    switch (entry.type) {
+    case TestResult::END:
+    case TestResult::START_TEST_CASE:
+    case TestResult::END_TEST_CASE:
+        closeDanglingSections();
+        return true;
+    case TestResult::START_SECTION:
+        closeDanglingUserSections(entry);
+        m_sections.append(entry.info);
+        return true;
+    case TestResult::END_SECTION:
+        closeDanglingUserSections(entry);
+        if (m_sections.isEmpty() || m_sections.constLast() != entry.info)
+            return false;
+        m_sections.removeLast();
+        return true;
+    default:
+        return true;
+    }
+}
+
+int TestReportGenerator::resultCount(const QString &key) const
+{
+    struct NamedCounter
+    {
+        QLatin1String key;
+        int Counters::*counter;
+    };
+    static const NamedCounter namedCounters[] = {
+        {QLatin1String("tests"), &Counters::tests},
+        {QLatin1String("fails"), &Counters::fails},
+        {QLatin1String("passes"), &Counters::passes},
+        {QLatin1String("testcases"), &Counters::testcases},
+        {QLatin1String("errors"), &Counters::errors},
+        {QLatin1String("fatals"), &Counters::fatals},
+        {QLatin1String("warnings"), &Counters::warnings},
+        {QLatin1String("xfails"), &Counters::xfails},
+        {QLatin1String("xpasses"), &Counters::xpasses},
+    };
+    for (const NamedCounter &named : namedCounters) {
+        if (key == named.key)
+            return m_counters.*named.counter;
+    }
+    return -1;
+}
+
+int TestReportGenerator::resultCount(TestResult::ResultType type) const
+{
+    switch (type) {
+    case TestResult::START_TEST_CASE:
+        return m_counters.testcases;
+    case TestResult::FATAL:
+        return m_counters.fatals;
+    case TestResult::ERROR:
+        return m_counters.errors;
+    case TestResult::PASS:
+        return m_counters.passes;
+    case TestResult::FAIL:
+        return m_counters.fails;
+    case TestResult::XFAIL:
+        return m_counters.xfails;
+    case TestResult::XPASS:
+        return m_counters.xpasses;
+    case TestResult::WARNING:
+        return m_counters.warnings;
+    default:
+        return -1;
+    }
+}
+
+void TestReportGenerator::closeDanglingSections()
+{
+    while (!m_sections.isEmpty())
+        createEndSectionEntry(m_sections.takeLast());
+}
+
+// A section of the script must not cross the structure of a behaviour-driven test.
+void TestReportGenerator::closeDanglingUserSections(const TestResult::Entry &entry)
+{
+    if (entry.info == userSection)
+        return;
+    bool closedAny = false;
+    while (!m_sections.isEmpty() && m_sections.constLast() == userSection) {
+        m_sections.removeLast();
+        createEndSectionEntry(userSection);
+        closedAny = true;
+    }
+    if (closedAny)
+        createSectionWarning(entry.line, entry.info);
+}
+
+// Goes past the counters and the sections.
+void TestReportGenerator::createEndSectionEntry(const QString &info)
+{
+    TestResult::Entry entry =
+        makeEntry(TestResult::END_SECTION, QStringLiteral("auto-closed dangling section"));
+    entry.info = info;
+    doHandleEntry(entry);
+}
+
+void TestReportGenerator::createSectionWarning(const LineInfo &line, const QString &info)
+{
+    TestResult::Entry entry =
+        makeEntry(TestResult::WARNING,
+                  info + QStringLiteral(
+                             " cannot be closed/opened inside a section. Sections have been closed "
+                             "automatically."));
+    entry.line = line;
+    doHandleEntry(entry);
+}
+
+} // namespace Morvex

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "morvex_export.h"
+#include "test/testresult.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+class QIODevice;
+
+namespace Morvex {
+
+/// A new device, which the caller owns, or a non-empty error text.
+struct QIODeviceResult
+{
+    QIODevice *device = nullptr;
+    QString error;
+};
+
+/// Base of all report formats. Counts the results, closes sections that the script left open, keeps
+/// the entries that retry analysis needs, and passes a well-nested stream of entries on to
+/// doHandleEntry.
+///
+/// A format is called in this order: doHandleEntry for START; any number of entries, in which each
+/// START_TEST_CASE and START_SECTION has its end; doHandleEntry for END; generateSummary, unless
+/// MORVEX_NOREPORTSUMMARY is set; the destructor. A run that is given up misses END and
+/// generateSummary. A format opens its file in its static create, so that a bad path stops a run
+/// before it starts; a write error later on must not disturb the run.
+class MORVEX_EXPORT TestReportGenerator
+{
+public:
+    /// What a START entry stands for.
+    enum TestType { TEST_SUITE, TEST_CASE };
+
+    /// A new generator, which the caller owns, or a non-empty error text.
+    struct Result
+    {
+        TestReportGenerator *generator = nullptr;
+        QString error;
+    };
+
+    TestReportGenerator() = default;
+    virtual ~TestReportGenerator();
+
+    TestReportGenerator(const TestReportGenerator &) = delete;
+    TestReportGenerator &operator=(const TestReportGenerator &) = delete;
+
+    virtual void generateSummary() = 0;
+
+    /// A write-only device that takes the video of @p path.
+    virtual QIODeviceResult videoOutput(const QString &path);
+
+    void handleEntry(const TestResult::Entry &entry);
+
+    /// By "tests", "fails", "passes", "testcases", "errors", "fatals", "warnings", "xfails" and
+    /// "xpasses"; -1 for any other key. An expected failure is among the passes, an unexpected
+    /// pass among the fails.
+    int resultCount(const QString &key) const;
+    /// -1 for a type that is not counted.
+    int resultCount(TestResult::ResultType type) const;
+
+    /// Starts of test cases and repeatable sections, and failures, of the whole run in order.
+    const std::vector<TestResult::Entry> &retainedEntries() const { return m_retained; }
+
+    /// Whether a section of this kind may be run again when it failed.
+    static bool isRepeatableSection(const QString &info);
+
+protected:
+    virtual void doHandleEntry(const TestResult::Entry &entry) = 0;
+
+private:
+    // Plain counters by key; their order is that of the summary of the log.
+    struct Counters
+    {
+        int tests = 0;
+        int fails = 0;
+        int passes = 0;
+        int testcases = 0;
+        int errors = 0;
+        int fatals = 0;
+        int warnings = 0;
+        int xfails = 0;
+        int xpasses = 0;
+    };
+
+    void count(TestResult::ResultType type);
+    bool updateSections(const TestResult::Entry &entry);
+    void closeDanglingSections();
+    void closeDanglingUserSections(const TestResult::Entry &entry);
+    void createEndSectionEntry(const QString &info);
+    void createSectionWarning(const LineInfo &line, const QString &info);
+
+    std::vector<TestResult::Entry> m_retained;
+    Counters m_counters;
+    QStringList m_sections;
+};
+
+} // namespace Morvex

@@ -1,0 +1,127 @@
+#include "test/testreportgeneratorfactory.h"
+
+#include "shared/trace.h"
+#include "test/multireportgenerator.h"
+#include "test/nullreportgenerator.h"
+#include "test/rawreportgenerator.h"
+#include "test/stdoutreportgenerator.h"
+
+#include <QDir>
+
+#include <cstdio>
+#include <cstdlib>
+#include <list>
+#include <memory>
+
+namespace Morvex {
+namespace {
+
+using Result = TestReportGenerator::Result;
+
+struct Arguments
+{
+    QString path;
+    TestReportGenerator::TestType type;
+    QString *resultDir;
+};
+
+// One row a keyword: all that the system knows of a format beside its own file pair.
+struct KeywordRow
+{
+    QLatin1String name;
+    QLatin1String description;
+    Result (*create)(const Arguments &, int version);
+    int version;
+};
+
+Result createStdout(const Arguments &arguments, int)
+{
+    return StdoutReportGenerator::create(arguments.path);
+}
+
+Result createNull(const Arguments &, int)
+{
+    return NullReportGenerator::create();
+}
+
+Result createRaw(const Arguments &arguments, int)
+{
+    return RawReportGenerator::create(arguments.path);
+}
+
+const KeywordRow keywordTable[] = {
+    {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"),
+     createStdout, 0},
+    {QLatin1String("null"), QLatin1String("no report, only the exit status"), createNull, 0},
+    {QLatin1String("raw"), QLatin1String(""), createRaw, 0},
+};
+
+Result createByKeyword(const QString &name, const Arguments &arguments)
+{
+    for (const KeywordRow &row : keywordTable) {
+        if (name == row.name)
+            return row.create(arguments, row.version);
+    }
+    return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
+}
+
+Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir)
+{
+    const int comma = value.indexOf(QLatin1Char(','));
+    const QString name = value.left(comma);
+    QString path = comma < 0 ? QString() : value.mid(comma + 1);
+    if (path.endsWith(QDir::separator()))
+        path.chop(1);
+    qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
+    const Result result = createByKeyword(name, {path, type, resultDir});
+    if (result.error.isEmpty())
+        return result;
+    return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
+}
+
+} // namespace
+
+Result TestReportGeneratorFactory::create(const QStringList &values, QString *resultDir,
+                                          TestReportGenerator::TestType type)
+{
+    qCDebug(traceReportGen) << "Creating " << values.size()
+                            << " report generators from commandline";
+    std::vector<std::unique_ptr<TestReportGenerator>> generators;
+    for (const QString &value : values) {
+        const Result result = createOne(value, type, resultDir);
+        if (!result.error.isEmpty())
+            return result;
+        generators.emplace_back(result.generator);
+    }
+    qCDebug(traceReportGen) << "Created " << values.size() << " report generators";
+    if (generators.empty())
+        return {new StdoutReportGenerator, QString()};
+    if (generators.size() == 1)
+        return {generators.front().release(), QString()};
+    std::list<TestReportGenerator *> members;
+    for (auto &generator : generators)
+        members.push_back(generator.release());
+    return {new MultiReportGenerator(members), QString()};
+}
+
+TestReportGenerator *TestReportGeneratorFactory::create(const QStringList &values,
+                                                        TestReportGenerator::TestType type)
+{
+    QString resultDir;
+    const Result result = create(values, &resultDir, type);
+    if (!result.error.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(result.error));
+        std::exit(1);
+    }
+    return result.generator;
+}
+
+std::vector<TestReportGeneratorFactory::Keyword> TestReportGeneratorFactory::keywords()
+{
+    std::vector<Keyword> keywords;
+    for (const KeywordRow &row : keywordTable)
+        keywords.push_back({row.name, row.description});
+    return keywords;
+}
+
+} // namespace Morvex

@@ -1,0 +1,474 @@
+#include "test/testresult.h"
+
+#include "shared/environment.h"
+#include "test/resultlabels.h"
+#include "test/testreportgenerator.h"
+
+#include <QDir>
+
+#include <deque>
+#include <utility>
+
+namespace Morvex {
+
+using Entry = TestResult::Entry;
+
+LineInfo::LineInfo(const QString &fileName, int lineNumber)
+    : m_fileName(fileName)
+    , m_lineNumber(lineNumber)
+{
+}
+
+QString LineInfo::toString() const
+{
+    return isValid() ? m_fileName + QLatin1Char(':') + QString::number(m_lineNumber) : QString();
+}
+
+struct TestResult::Private
+{
+    std::unique_ptr<TestReportGenerator> generator;
+    std::function<void(const Entry &)> observer;
+    QString name;
+    int vpCounter = 0;
+    bool inVerification = false;
+    bool isStarted = false;
+    bool isComplete = false;
+    bool isTestCaseComplete = false;
+    bool currentTestHasFailure = false;
+    bool lastScenarioHasError = false;
+    std::deque<std::pair<QString, QString>> sections;
+
+    void setFlags(ResultType type);
+};
+
+void TestResult::Private::setFlags(ResultType type)
+{
+    switch (type) {
+    case START:
+        isStarted = true;
+        break;
+    case END:
+        isComplete = true;
+        break;
+    case START_TEST_CASE:
+        isTestCaseComplete = false;
+        currentTestHasFailure = false;
+        break;
+    case END_TEST_CASE:
+        isTestCaseComplete = true;
+        break;
+    case FATAL:
+    case ERROR:
+    case FAIL:
+        currentTestHasFailure = true;
+        lastScenarioHasError = true;
+        break;
+    case START_SECTION:
+    case END_SECTION:
+    case SKIP_SECTION:
+    case LOG:
+    case PASS:
+    case XFAIL:
+    case XPASS:
+    case WARNING:
+    case ATTACHMENT:
+    case STARTVIDEOCAPTURE:
+    case ENDVIDEOCAPTURE:
+    case NONE:
+        break;
+    }
+}
+
+namespace {
+
+Entry makeEntry(const QDateTime &time, TestResult::ResultType type, const QString &message,
+                const QString &details)
+{
+    Entry entry;
+    entry.time = time;
+    entry.type = type;
+    entry.message = message;
+    entry.details = details;
+    return entry;
+}
+
+Entry makeEntry(TestResult::ResultType type, const QString &message, const QString &details)
+{
+    return makeEntry(QDateTime::currentDateTime(), type, message, details);
+}
+
+void setStack(Entry &entry, const std::vector<LineInfo> &stack)
+{
+    entry.stack = stack;
+    if (!stack.empty())
+        entry.line = stack.front();
+}
+
+void setLine(Entry &entry, const LineInfo &line)
+{
+    entry.line = line;
+    if (line.isValid())
+        entry.stack = {line};
+}
+
+Entry makeStartEntry(TestResult::ResultType type, const QString &name, const QDir &dir,
+                     const QString &summary, const QString &description)
+{
+    Entry entry = makeEntry(type, startMessage(name), startDetails(name));
+    entry.line = LineInfo(dir.absolutePath(), -1);
+    entry.summary = summary;
+    entry.description = description;
+    return entry;
+}
+
+Entry makeAttachmentEntry(TestResult::ResultType type, TestResult::AttachmentType attachmentType,
+                          const QString &message, const QString &uri,
+                          const std::vector<LineInfo> &stack)
+{
+    Entry entry = makeEntry(type, message, uri);
+    setStack(entry, stack);
+    entry.attachmentType = attachmentType;
+    entry.attachmentUri = uri;
+    return entry;
+}
+
+Entry makeVPEntry(const QDateTime &time, TestResult::ResultType type, const QString &message,
+                  const QString &details, const std::vector<LineInfo> &stack, const QString &vpName,
+                  TestResult::VPType vpType, const QFileInfo &vpFile, const QString &info)
+{
+    Entry entry = makeEntry(time, type, message, details);
+    setStack(entry, stack);
+    entry.vpName = vpName;
+    entry.vpType = vpType;
+    entry.vpFile = vpFile;
+    entry.info = info;
+    return entry;
+}
+
+bool isFailure(TestResult::ResultType type)
+{
+    return type == TestResult::FAIL || type == TestResult::XPASS || type == TestResult::FATAL ||
+           type == TestResult::ERROR;
+}
+
+bool isAttemptStart(const Entry &entry)
+{
+    return entry.type == TestResult::START_TEST_CASE ||
+           (entry.type == TestResult::START_SECTION &&
+            TestReportGenerator::isRepeatableSection(entry.info));
+}
+
+} // namespace
+
+TestResult::TestResult(TestReportGenerator *generator)
+    : d(std::make_unique<Private>())
+{
+    d->generator.reset(generator);
+}
+
+TestResult::~TestResult() = default;
+
+TestReportGenerator *TestResult::reportGenerator() const
+{
+    return d->generator.get();
+}
+
+void TestResult::setReportGenerator(TestReportGenerator *generator)
+{
+    d->generator.reset(generator);
+}
+
+void TestResult::setObserver(std::function<void(const Entry &)> observer)
+{
+    d->observer = std::move(observer);
+}
+
+bool TestResult::isStarted() const
+{
+    return d->isStarted;
+}
+
+bool TestResult::isComplete() const
+{
+    return d->isComplete;
+}
+
+bool TestResult::isTestCaseComplete() const
+{
+    return d->isTestCaseComplete;
+}
+
+bool TestResult::currentTestHasFailure() const
+{
+    return d->currentTestHasFailure;
+}
+
+bool TestResult::lastScenarioHasError() const
+{
+    return d->lastScenarioHasError;
+}
+
+void TestResult::clearLastScenarioError()
+{
+    d->lastScenarioHasError = false;
+}
+
+int TestResult::count(const QString &key) const
+{
+    return d->generator->resultCount(key);
+}
+
+int TestResult::resultCount(ResultType type) const
+{
+    return d->generator ? d->generator->resultCount(type) : -1;
+}
+
+int TestResult::failureCount() const
+{
+    return resultCount(FAIL) + resultCount(XPASS) + resultCount(ERROR) + resultCount(FATAL);
+}
+
+bool TestResult::hasFailure() const
+{
+    return count(QStringLiteral("errors")) != 0 || count(QStringLiteral("fatals")) != 0 ||
+           count(QStringLiteral("fails")) != 0;
+}
+
+void TestResult::start(const QString &name, const QDir &dir, const QString &summary,
+                       const QString &description)
+{
+    d->name = name;
+    addEntry(makeStartEntry(START, name, dir, summary, description));
+}
+
+void TestResult::start(const QString &name, const QString &summary, const QString &description)
+{
+    start(name, QDir::current(), summary, description);
+}
+
+void TestResult::completed()
+{
+    addResult(END, endMessage(d->name), endDetails(d->name), LineInfo(), QString(), -1);
+}
+
+void TestResult::startTestCase(const QString &name, const QDir &dir, const QString &summary,
+                               const QString &description)
+{
+    Entry entry = makeStartEntry(START_TEST_CASE, name, dir, summary, description);
+    entry.info = name;
+    addEntry(std::move(entry));
+}
+
+void TestResult::startTestCase(const QString &name, const QString &summary,
+                               const QString &description)
+{
+    startTestCase(name, QDir::current(), summary, description);
+}
+
+void TestResult::completedTestCase(const QString &name)
+{
+    Entry entry = makeEntry(END_TEST_CASE, endMessage(name), endDetails(name));
+    entry.info = name;
+    addEntry(std::move(entry));
+}
+
+void TestResult::addResult(const QDateTime &time, ResultType type, const QString &message,
+                           const QString &details, const std::vector<LineInfo> &stack,
+                           const QString &info, int retry)
+{
+    Entry entry = makeEntry(time, type, message, details);
+    setStack(entry, stack);
+    entry.info = info;
+    entry.retry = retry;
+    addEntry(std::move(entry));
+}
+
+void TestResult::addResult(const QDateTime &time, ResultType type, const QString &message,
+                           const QString &details, const LineInfo &line, const QString &info,
+                           int retry)
+{
+    Entry entry = makeEntry(time, type, message, details);
+    setLine(entry, line);
+    entry.info = info;
+    entry.retry = retry;
+    addEntry(std::move(entry));
+}
+
+void TestResult::addResult(ResultType type, const QString &message, const QString &details,
+                           const LineInfo &line, const QString &info, int retry)
+{
+    addResult(QDateTime::currentDateTime(), type, message, details, line, info, retry);
+}
+
+void TestResult::addError(const QString &message, const QString &details,
+                          const std::vector<LineInfo> &stack)
+{
+    Entry entry = makeEntry(ERROR, message, details);
+    setStack(entry, stack);
+    addEntry(std::move(entry));
+}
+
+TestResult::Comparison TestResult::compare(const QString &expected, const QString &actual)
+{
+    if (expected == actual)
+        return {true, QStringLiteral("Got expected '%1'.").arg(expected)};
+    // The form of arg with two texts: one in which %2 stands can't be taken for a place.
+    return {false, QStringLiteral("Expected '%1', got '%2'.").arg(expected, actual)};
+}
+
+TestResult::Comparison TestResult::compare(int expected, int actual)
+{
+    if (expected == actual)
+        return {true, QStringLiteral("Got expected %1.").arg(expected)};
+    return {false, QStringLiteral("Expected %1, got %2.").arg(expected).arg(actual)};
+}
+
+bool TestResult::addComparison(const QString &message, const QString &expected,
+                               const QString &actual, const LineInfo &line, const QString &info)
+{
+    const Comparison comparison = compare(expected, actual);
+    addResult(comparison.equal ? PASS : FAIL, message, comparison.details, line, info, -1);
+    return comparison.equal;
+}
+
+bool TestResult::addComparison(const QString &message, int expected, int actual,
+                               const LineInfo &line, const QString &info)
+{
+    const Comparison comparison = compare(expected, actual);
+    addResult(comparison.equal ? PASS : FAIL, message, comparison.details, line, info, -1);
+    return comparison.equal;
+}
+
+void TestResult::addAttachment(AttachmentType type, const QString &message, const QString &uri,
+                               const std::vector<LineInfo> &stack)
+{
+    addEntry(makeAttachmentEntry(ATTACHMENT, type, message, uri, stack));
+}
+
+void TestResult::addStartVideo(const QString &message, const QString &uri,
+                               const std::vector<LineInfo> &stack)
+{
+    addEntry(makeAttachmentEntry(STARTVIDEOCAPTURE, FILE_ATTACHMENT, message, uri, stack));
+}
+
+void TestResult::addEndVideo(const QString &message, const QString &uri,
+                             const std::vector<LineInfo> &stack)
+{
+    addEntry(makeAttachmentEntry(ENDVIDEOCAPTURE, FILE_ATTACHMENT, message, uri, stack));
+}
+
+void TestResult::addResultForVPFile(const QDateTime &time, ResultType type, const QString &message,
+                                    const QString &details, const std::vector<LineInfo> &stack,
+                                    const QString &vpName, VPType vpType, const QFileInfo &vpFile,
+                                    const QString &info)
+{
+    addEntry(makeVPEntry(time, type, message, details, stack, vpName, vpType, vpFile, info));
+}
+
+void TestResult::addResultForTableVPFile(const QDateTime &time, ResultType type,
+                                         const QString &message, const QString &details,
+                                         const std::vector<LineInfo> &stack, const QString &vpName,
+                                         const QFileInfo &vpFile, const QString &info,
+                                         const FList<TableDiff::Element> &diff)
+{
+    Entry entry = makeVPEntry(time, type, message, details, stack, vpName, TABLE_VP, vpFile, info);
+    entry.tableDiff = diff;
+    addEntry(std::move(entry));
+}
+
+void TestResult::addEntry(Entry entry)
+{
+    if (!d->generator) {
+        qWarning("Cannot add entry to test result without valid report generator.");
+        return;
+    }
+    if (d->isComplete) {
+        qWarning("Cannot add entry to test result which is completed already, type %d with message "
+                 "'%s'",
+                 entry.type, qUtf8Printable(entry.message));
+        return;
+    }
+    if (entry.type != START && !d->isStarted)
+        qFatal("TestResult::addEntry: first result has to be of type Start. Got type %d with "
+               "message '%s'",
+               entry.type, qUtf8Printable(entry.message));
+    if (entry.type == START && d->isStarted)
+        qFatal("TestResult::addEntry: already started");
+    // Out of reach as long as the warning above comes first.
+    if (entry.type == END && d->isComplete)
+        qFatal("TestResult::addEntry: already completed");
+    entry.vpCounter = d->inVerification ? d->vpCounter : 0;
+    entry.name = d->name;
+    processEntry(entry);
+}
+
+void TestResult::processEntry(const Entry &entry)
+{
+    d->setFlags(entry.type);
+    if (d->observer)
+        d->observer(entry);
+    if (!d->generator)
+        return;
+    d->generator->handleEntry(entry);
+    if (entry.type == END && Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty())
+        d->generator->generateSummary();
+}
+
+void TestResult::startSection(const QString &title, const QString &description,
+                              const LineInfo &line)
+{
+    addResult(START_SECTION, title, description, line, QStringLiteral("section"), -1);
+    d->sections.emplace_back(title, description);
+}
+
+QString TestResult::endSection(const LineInfo &line)
+{
+    if (d->sections.empty())
+        return QStringLiteral("there are no started result sections");
+    const auto [title, description] = d->sections.back();
+    d->sections.pop_back();
+    addResult(END_SECTION, title, description, line, QStringLiteral("section"), -1);
+    return {};
+}
+
+void TestResult::startVP()
+{
+    ++d->vpCounter;
+    d->inVerification = true;
+}
+
+void TestResult::endVP()
+{
+    d->inVerification = false;
+}
+
+TestResult::ResultType TestResult::stringToResult(const QString &text)
+{
+    const QString name = text.trimmed();
+    int type = 0;
+    while (type < NONE && name != resultName(static_cast<ResultType>(type)))
+        ++type;
+    return static_cast<ResultType>(type);
+}
+
+QString TestResult::resultToString(ResultType type)
+{
+    return resultName(type);
+}
+
+bool TestResult::isSuccessfulRetry() const
+{
+    if (!d->generator || d->generator->retainedEntries().empty())
+        return false;
+    int first = 0;
+    int current = 1;
+    for (const Entry &entry : d->generator->retainedEntries()) {
+        if (isAttemptStart(entry))
+            (first == 0 ? first : current) = entry.retry;
+        else if (isFailure(entry.type) && (current > first || current < 1))
+            return false;
+    }
+    return true;
+}
+
+} // namespace Morvex
