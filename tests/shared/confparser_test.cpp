@@ -1,0 +1,186 @@
+#include "shared/confparser.h"
+
+#include "shared/environment.h"
+#include "support/files.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+
+namespace {
+
+class ConfParserTest : public testing::Test
+{
+protected:
+    ConfParser parse(const QByteArray &text, bool splitValues = true)
+    {
+        MorvexTest::writeFile(path, text);
+        return ConfParser(path, splitValues);
+    }
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath("suite.conf");
+};
+
+struct ValueRow
+{
+    const char *text;
+    QStringList split;
+    QStringList whole;
+};
+
+struct ErrorRow
+{
+    const char *text;
+    const char *error;
+    QStringList keys;
+};
+
+} // namespace
+
+TEST_F(ConfParserTest, ValuesOfAKey)
+{
+    const ValueRow rows[] = {
+        {"KEY=value", {"value"}, {"value"}},
+        {"KEY\t=\tvalue\n", {"value"}, {"value"}},
+        {"KEY = a  b \n", {"a", "b"}, {"a  b "}},
+        {"KEY =", {}, {""}},
+        {"KEY =  \nOTHER = x", {}, {""}},
+        {"KEY = value # no comment", {"value", "#", "no", "comment"}, {"value # no comment"}},
+        {"KEY = \"one\"", {"one"}, {"\"one\""}},
+        {"KEY = \"two words\"", {"\"two", "words\""}, {"\"two words\""}},
+        {"KEY = \"", {""}, {"\""}},
+        {"KEY = a\nKEY = b", {"b"}, {"b"}},
+        {"  # a comment\n\n# KEY = x\nKEY = y", {"y"}, {"y"}},
+        {"KEY = a = b", {"a", "=", "b"}, {"a = b"}},
+        {"KEY = gr\xc3\xbcn", {QString::fromUtf8("grün")}, {QString::fromUtf8("grün")}},
+        {"KEY = x\r\n", {"x"}, {"x"}},
+    };
+    for (const ValueRow &row : rows) {
+        EXPECT_EQ(parse(row.text).entries().value("KEY"), row.split) << row.text;
+        EXPECT_EQ(parse(row.text, false).entries().value("KEY"), row.whole) << row.text;
+        EXPECT_EQ(parse(row.text).error(), "") << row.text;
+    }
+}
+
+TEST_F(ConfParserTest, ErrorsNameThePlaceAndKeepWhatCameBefore)
+{
+    const ErrorRow rows[] = {
+        {"A = 1\nKEY", ": Unexpected end of file (key without a value)", {"A"}},
+        {"A = 1\nKEY\nB = 2", ": Syntax error in line 2, column 4. Expected '='", {"A"}},
+        {"A = 1\nKEY x\nB = 2", ": Syntax error in line 2, column 5. Expected '='", {"A"}},
+        // Blank lines and comments are not counted, but stand in the column.
+        {"# c\n\nA = 1\n\n# c\nKEY x", ": Syntax error in line 2, column 10. Expected '='", {"A"}},
+    };
+    for (const ErrorRow &row : rows) {
+        const ConfParser parser = parse(row.text);
+        EXPECT_EQ(parser.error(), path + row.error) << row.text;
+        EXPECT_EQ(parser.entries().keys(), row.keys) << row.text;
+    }
+    EXPECT_EQ(ConfParser("/no/such/file", true).error(),
+              "Couldn't open '/no/such/file' for reading.");
+}
+
+TEST_F(ConfParserTest, AnEmptyKeyIsAKey)
+{
+    EXPECT_EQ(parse("= x").entries(), (QMap<QString, QStringList>{{"", {"x"}}}));
+}
+
+TEST_F(ConfParserTest, ReferencesToKeysAboveAndToTheEnvironment)
+{
+    Environment::setVariable("MORVEX_TEST_A", "env");
+    Environment::unsetVariable("MORVEX_TEST_B");
+    const struct
+    {
+        const char *text;
+        const char *value;
+    } rows[] = {
+        {"A = 1 2\nKEY = $(A)/x", "1/x"},
+        {"KEY = $(A)/x\nA = 1", "$(A)/x"},
+        {"KEY = <$(MORVEX_TEST_A)>", "<env>"},
+        {"KEY = $(MORVEX_TEST_B)/$(MORVEX_TEST_A)", "$(MORVEX_TEST_B)/env"},
+        {"MORVEX_TEST_A =\nKEY = $(MORVEX_TEST_A)", "$(MORVEX_TEST_A)"},
+        {"KEY = $ $x $$(MORVEX_TEST_A) $(MORVEX_TEST_A", "$ $x $env $(MORVEX_TEST_A"},
+        {"A = xx$(MORVEX_TEST_B)\nMORVEX_TEST_B = deep\nKEY = $(A)", "xxdeep"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(parse(row.text, false).entries().value("KEY"), QStringList(row.value))
+            << row.text;
+    Environment::unsetVariable("MORVEX_TEST_A");
+}
+
+TEST_F(ConfParserTest, AnExpansionWithoutEndLeavesTheText)
+{
+    Environment::setVariable("MORVEX_TEST_A", "$(MORVEX_TEST_A)$(MORVEX_TEST_A)");
+    const ConfParser parser = parse("A = aa$(A)\nB = $(A)\nC = $(MORVEX_TEST_A)x\nD = last", false);
+    EXPECT_EQ(parser.entries().value("B"), QStringList("$(A)"));
+    EXPECT_EQ(parser.entries().value("C"), QStringList("$(MORVEX_TEST_A)x"));
+    EXPECT_EQ(parser.entries().value("D"), QStringList("last"));
+    Environment::unsetVariable("MORVEX_TEST_A");
+}
+
+TEST_F(ConfParserTest, ReferencesThatMultiplyStayBounded)
+{
+    QByteArray text = "K0 = 0123456789\n";
+    for (int i = 1; i < 12; ++i)
+        text += "K" + QByteArray::number(i) + " = " +
+                ("$(K" + QByteArray::number(i - 1) + ")").repeated(10) + "\n";
+    const ConfParser parser = parse(text, false);
+    for (const QStringList &words : parser.entries())
+        EXPECT_LE(words.value(0).size(), 100000);
+}
+
+TEST(ConfParserSplitArgsTest, QuotesAndBackslashesKeepBlanks)
+{
+    const struct
+    {
+        const char *text;
+        QStringList arguments;
+    } rows[] = {
+        {"", {}},
+        {"  a   b ", {"a", "b"}},
+        {"a\\ b c", {"a b", "c"}},
+        {"\"a b\" c", {"a b", "c"}},
+        {"-x=\"a b\"c", {"-x=a bc"}},
+        {"\"open end", {"open end"}},
+        {"\"\" a", {"a"}},
+        {"\\ a", {" a"}},
+        {" a\\\\ b", {"a\\ b"}},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(ConfParser::splitArgs(row.text), row.arguments) << row.text;
+}
+
+TEST(ConfigTest, AGroupHidesThePlainKeys)
+{
+    Config config({{"A", {"plain"}}, {"B", {"x", "y"}}, {"g/A", {"grouped"}}});
+    EXPECT_EQ(config.entry("B"), "x y");
+    EXPECT_EQ(config.globalEntries(), (QStringList{"A", "B"}));
+    config.setSettingsGroup("g");
+    EXPECT_EQ(config.entry("A"), "grouped");
+    EXPECT_FALSE(config.hasEntry("B"));
+    EXPECT_EQ(config.globalEntry("A"), "plain");
+    config.setBoolEntry("C", true);
+    EXPECT_EQ(config.globalListEntry("g/C"), QStringList("1"));
+    config.setSettingsGroup("Default");
+    EXPECT_EQ(config.settingsGroup(), "");
+    EXPECT_EQ(config.localKey("A"), "A");
+}
+
+TEST(ConfigTest, WhatReadsAsTrue)
+{
+    const struct
+    {
+        QStringList words;
+        bool value;
+    } rows[] = {
+        {{}, true},     {{"yes"}, true}, {{"TRUE"}, true}, {{"On"}, true},      {{"2"}, true},
+        {{"-1"}, true}, {{"0"}, false},  {{"no"}, false},  {{"1", "1"}, false}, {{""}, false},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(Config({{"K", row.words}}).boolEntry("K"), row.value)
+            << row.words.join("|").toStdString();
+    EXPECT_FALSE(Config().boolEntry("K"));
+}
