@@ -80,6 +80,16 @@ void readCells(QDataStream &stream, FList<TableDiff::Cell> &cells)
     }
 }
 
+// From the last key to the first, which is not the order of all versions of QMap's own operator.
+void writeProperties(QDataStream &stream, const QMap<QString, QVariant> &properties)
+{
+    stream << qint32(properties.size());
+    for (auto property = properties.end(); property != properties.begin();) {
+        --property;
+        stream << property.key() << property.value();
+    }
+}
+
 template <typename Enum>
 Enum enumerator(qint8 number, Enum last)
 {
@@ -203,8 +213,10 @@ QDataStream &operator<<(QDataStream &stream, const FList<TableDiff::Element> &el
     for (const TableDiff::Element &element : elements) {
         stream << qint8(element.kind) << qint8(element.subject.type);
         stream << qint64(element.subject.cells.count());
-        for (const TableDiff::Cell &cell : element.subject.cells)
-            stream << qint32(cell.row) << qint32(cell.column) << cell.properties;
+        for (const TableDiff::Cell &cell : element.subject.cells) {
+            stream << qint32(cell.row) << qint32(cell.column);
+            writeProperties(stream, cell.properties);
+        }
     }
     return stream;
 }
