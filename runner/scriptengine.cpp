@@ -18,6 +18,12 @@ LineInfo lineOf(const QV4::StackFrame &frame)
     return LineInfo(url.isLocalFile() ? url.toLocalFile() : frame.source, frame.line);
 }
 
+// Whether the exception came through a function of ours, as from an included script.
+bool isPassedOn(const QV4::StackTrace &trace)
+{
+    return !trace.isEmpty() && trace.constFirst().source == internalSource;
+}
+
 std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
 {
     std::vector<LineInfo> lines;
@@ -33,6 +39,7 @@ std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
 
 ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &fileName)
 {
+    m_lastThrown = Outcome();
     QV4::ExecutionEngine *v4 = m_engine.handle();
     const QString source =
         fileName == internalSource ? fileName : QUrl::fromLocalFile(fileName).toString();
