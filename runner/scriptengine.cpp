@@ -58,9 +58,9 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
         result = v4->catchException(&trace);
     outcome.value = QJSValue(v4, result->asReturnedValue());
     if (outcome.hasThrown) {
-        outcome.stack = m_lastThrown.hasThrown && m_lastThrown.value.strictlyEquals(outcome.value)
-                            ? m_lastThrown.stack
-                            : linesOf(trace);
+        const bool isOfIncluded = isPassedOn(trace) && m_lastThrown.hasThrown &&
+                                  m_lastThrown.value.strictlyEquals(outcome.value);
+        outcome.stack = isOfIncluded ? m_lastThrown.stack : linesOf(trace);
         m_lastThrown = outcome;
     }
     return outcome;
