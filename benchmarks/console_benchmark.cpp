@@ -25,9 +25,10 @@ void report(const QString &path)
     TestResult result(StdoutReportGenerator::create(path).generator);
     result.start("suite", {}, {});
     const LineInfo line("/suites/suite_a/tst_a/script.js", 42);
+    const QString message = "The condition holds";
+    const QString details = "Got expected 'value'.";
     for (int i = 0; i < entries; ++i)
-        result.addResult(TestResult::PASS, "The condition holds", "Got expected 'value'.", line, "",
-                         -1);
+        result.addResult(TestResult::PASS, message, details, line, {}, -1);
 }
 
 std::vector<std::string> linesOf(const QString &path)

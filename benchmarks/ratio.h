@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
+#include <limits>
 
 namespace MorvexBenchmark {
 
@@ -12,8 +14,8 @@ inline double secondsOf(const std::function<void()> &work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Adds up the times of a piece of work and of the same work at its limit, measured in turns so
-/// that both see the same machine.
+/// The shortest times of a piece of work and of the same work at its limit, measured in turns: what
+/// else the machine does only makes them longer.
 class Ratio
 {
 public:
@@ -21,16 +23,16 @@ public:
     double measure(const std::function<void()> &work, const std::function<void()> &limit)
     {
         const double seconds = secondsOf(work);
-        m_work += seconds;
-        m_limit += secondsOf(limit);
+        m_work = std::min(m_work, seconds);
+        m_limit = std::min(m_limit, secondsOf(limit));
         return seconds;
     }
 
     double value() const { return m_work / m_limit; }
 
 private:
-    double m_work = 0;
-    double m_limit = 0;
+    double m_work = std::numeric_limits<double>::max();
+    double m_limit = std::numeric_limits<double>::max();
 };
 
 } // namespace MorvexBenchmark

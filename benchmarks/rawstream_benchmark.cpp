@@ -63,9 +63,10 @@ void sendEntries(const QString &name)
     TestResult result(RawReportGenerator::create(name).generator);
     result.start("suite", {}, {});
     const LineInfo line("/suites/suite_a/tst_a/script.js", 42);
+    const QString message = "The condition holds";
+    const QString details = "Got expected 'value'.";
     for (int i = 0; i < entries; ++i)
-        result.addResult(TestResult::PASS, "The condition holds", "Got expected 'value'.", line, "",
-                         -1);
+        result.addResult(TestResult::PASS, message, details, line, {}, -1);
 }
 
 void sendBytes(const QString &name, const QByteArray &datagram)
