@@ -37,14 +37,13 @@ QString makeReport(const QDir &dir)
     return QStringLiteral("Error while copying web report templates: ") + error;
 }
 
-// A run can be appended to a report that can't be repaired all the same.
-void repairReport(const QDir &dir)
+// Returns an error text, empty on success.
+QString repairReport(const QDir &dir)
 {
     const WebReportRepair repair = repairWebReport(dir.path());
-    if (!repair.error.isEmpty())
-        std::fprintf(stderr, "morvexrunner: %s\n", qPrintable(repair.error));
-    else if (repair.isRepaired)
+    if (repair.isRepaired)
         qCDebug(traceReportGen) << repair.message;
+    return repair.error;
 }
 
 } // namespace
@@ -78,12 +77,13 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
     const QString dataFile = QDir(dataDir).filePath(webReportDataFile);
     qCDebug(traceReportGen) << "data dir " << dataDir;
     qCDebug(traceReportGen) << "data file " << dataFile;
+    QString repairError;
     if (dir.exists()) {
         if (!QFileInfo::exists(dataFile))
             return {nullptr,
                     QStringLiteral("Directory '%1' exists but does not contain result file")
                         .arg(dir.absolutePath())};
-        repairReport(dir);
+        repairError = repairReport(dir);
     } else {
         const QString error = makeReport(dir);
         if (!error.isEmpty())
@@ -95,6 +95,9 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
     stream->open(QFile::encodeName(dataFile).constData(), std::ios::app);
     if (!stream->is_open())
         return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(dataFile)};
+    // What can't be repaired takes a run all the same.
+    if (!repairError.isEmpty())
+        std::fprintf(stderr, "morvexrunner: %s\n", qPrintable(repairError));
     auto lock = std::make_unique<FileLock>(dataFile);
     return {new HtmlReportGenerator(std::move(stream), std::move(lock), *resultDir, type),
             QString()};

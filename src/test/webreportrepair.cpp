@@ -86,7 +86,7 @@ private:
         else if (length < qint64(std::strlen(webReportRunBegin)))
             addEdit(m_position, end, lostRun, false);
         else
-            scanDocument(m_position + length, end);
+            end = scanDocument(m_position + length, end);
         m_position = end;
     }
 
@@ -98,44 +98,47 @@ private:
         return mark ? static_cast<const char *>(mark) : m_end;
     }
 
-    void scanDocument(const char *begin, const char *end)
+    // Returns where the next run begins.
+    const char *scanDocument(const char *begin, const char *end)
     {
         WebReportScanner scanner(begin, end);
         switch (scanner.scan()) {
         case WebReportScanner::Complete:
-            scanRunEnd(scanner, end);
-            break;
+            return scanRunEnd(scanner, end);
         case WebReportScanner::Cut:
-            if (scanner.closingPosition())
-                addEdit(scanner.closingPosition(), end,
-                        QByteArray::fromStdString(scanner.closingText()) + webReportRunEnd,
-                        scanner.isEnded());
-            else
-                addEdit(m_position, end, lostRun, false);
+            closeDocument(scanner, end);
             break;
         case WebReportScanner::Broken:
             setBroken(scanner.position());
             break;
         }
+        return end;
     }
 
-    void scanRunEnd(const WebReportScanner &scanner, const char *end)
+    void closeDocument(const WebReportScanner &scanner, const char *end)
+    {
+        if (scanner.closingPosition())
+            addEdit(scanner.closingPosition(), end,
+                    QByteArray::fromStdString(scanner.closingText()) + webReportRunEnd,
+                    scanner.isEnded());
+        else
+            addEdit(m_position, end, lostRun, false);
+    }
+
+    const char *scanRunEnd(const WebReportScanner &scanner, const char *end)
     {
         const char *position = scanner.position();
         const qint64 length = matchedLength(position, end, webReportRunEnd);
+        if (length == qint64(std::strlen(webReportRunEnd)))
+            return std::find_if_not(position + length, end, isBlank);
         if (length < 0)
             setBroken(position);
-        else if (length < qint64(std::strlen(webReportRunEnd)))
+        else
             addEdit(position, end, webReportRunEnd, scanner.isEnded());
-        else if (!isBlank(position + length, end))
-            setBroken(position + length);
+        return end;
     }
 
-    static bool isBlank(const char *begin, const char *end)
-    {
-        return std::all_of(begin, end,
-                           [](char byte) { return byte == '\n' || byte == '\r' || byte == ' '; });
-    }
+    static bool isBlank(char byte) { return byte == '\n' || byte == '\r' || byte == ' '; }
 
     void setBroken(const char *position)
     {
