@@ -5,20 +5,34 @@
 namespace Morvex {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 const int msPerSecond = 1000;
+const int timeSeparator = 10;
 const int lengthUpToSeconds = 19;
 
-bool isPlainLocalTime(const QDateTime &time)
+// The hour at the end of daylight saving time comes twice, with another offset.
+const std::chrono::seconds longestMemory(10);
+
+QByteArray withMs(QByteArray text, int ms)
 {
-    return time.timeSpec() == Qt::LocalTime && time.isValid() && time.date().year() >= 1000 &&
-           time.date().year() <= 9999;
+    const char fraction[] = {'.', static_cast<char>('0' + ms / 100),
+                             static_cast<char>('0' + ms / 10 % 10),
+                             static_cast<char>('0' + ms % 10)};
+    return text.insert(lengthUpToSeconds, QByteArray::fromRawData(fraction, sizeof fraction));
+}
+
+// Other years than those of four digits take more room.
+bool hasUsualLength(const QByteArray &text)
+{
+    return text.size() > lengthUpToSeconds && text.at(timeSeparator) == 'T';
 }
 
 } // namespace
 
 QByteArray Iso8601Time::text(const QDateTime &time)
 {
-    if (!isPlainLocalTime(time))
+    if (time.timeSpec() != Qt::LocalTime)
         return formatAsISO8601(time).toLatin1();
     update(time);
     return m_text;
@@ -26,31 +40,27 @@ QByteArray Iso8601Time::text(const QDateTime &time)
 
 QByteArray Iso8601Time::textWithMs(const QDateTime &time)
 {
-    if (!isPlainLocalTime(time))
-        return formatAsISO8601WithMs(time).toLatin1();
-    update(time);
-    const int ms = time.time().msec();
-    const char fraction[] = {'.', static_cast<char>('0' + ms / 100),
-                             static_cast<char>('0' + ms / 10 % 10),
-                             static_cast<char>('0' + ms % 10)};
-    QByteArray text = m_text;
-    return text.insert(lengthUpToSeconds, QByteArray::fromRawData(fraction, sizeof fraction));
+    if (time.timeSpec() == Qt::LocalTime) {
+        update(time);
+        if (hasUsualLength(m_text))
+            return withMs(m_text, time.time().msec());
+    }
+    return formatAsISO8601WithMs(time).toLatin1();
 }
 
-// The hour at the end of daylight saving time comes twice.
 bool Iso8601Time::isKnown(const QDateTime &time) const
 {
     return time.time().msecsSinceStartOfDay() / msPerSecond == m_secondOfDay &&
-           time.date() == m_date && time.isDaylightTime() == m_isDaylightTime;
+           time.date() == m_date && Clock::now() - m_updated < longestMemory;
 }
 
 void Iso8601Time::update(const QDateTime &time)
 {
-    if (isKnown(time))
+    if (time.isValid() && isKnown(time))
         return;
     m_date = time.date();
     m_secondOfDay = time.time().msecsSinceStartOfDay() / msPerSecond;
-    m_isDaylightTime = time.isDaylightTime();
+    m_updated = Clock::now();
     m_text = formatAsISO8601(time).toLatin1();
 }
 

@@ -5,10 +5,13 @@
 #include <QByteArray>
 #include <QDateTime>
 
+#include <chrono>
+
 namespace Morvex {
 
 /// The texts of formatAsISO8601 and formatAsISO8601WithMs, at the speed of a format that writes one
-/// for each entry: the offset of a local time costs a look into the rules of its time zone.
+/// for each entry as it comes: the offset of a local time costs a look into the rules of its time
+/// zone.
 class MORVEX_EXPORT Iso8601Time
 {
 public:
@@ -22,7 +25,7 @@ private:
     // Most entries come within the second of the one before.
     QDate m_date;
     int m_secondOfDay = -1;
-    bool m_isDaylightTime = false;
+    std::chrono::steady_clock::time_point m_updated;
     QByteArray m_text;
 };
 

@@ -60,6 +60,22 @@ void appendEscaped(std::string &out, char32_t character)
     }
 }
 
+int endOfPlain(const QString &text, int position)
+{
+    const QChar *const data = text.constData();
+    while (position < text.size() && isPlain(data[position].unicode()))
+        ++position;
+    return position;
+}
+
+void appendPlain(std::string &out, const QChar *text, int length)
+{
+    const std::size_t size = out.size();
+    out.resize(size + static_cast<std::size_t>(length));
+    for (int i = 0; i < length; ++i)
+        out[size + static_cast<std::size_t>(i)] = text[i].toLatin1();
+}
+
 void append(std::string &out, QLatin1String text)
 {
     out.append(text.data(), static_cast<std::size_t>(text.size()));
@@ -83,13 +99,18 @@ void JsonObject::add(QLatin1String key, const QString &text)
 {
     begin(key);
     m_values += '"';
-    for (int position = 0; position < text.size();)
-        appendEscaped(m_values, takeReportCharacter(text, &position));
+    for (int position = 0; position < text.size();) {
+        const int plainEnd = endOfPlain(text, position);
+        appendPlain(m_values, text.constData() + position, plainEnd - position);
+        position = plainEnd;
+        if (position < text.size())
+            appendEscaped(m_values, takeReportCharacter(text, &position));
+    }
     m_values += '"';
     finish();
 }
 
-void JsonObject::add(QLatin1String key, const std::string &asciiText)
+void JsonObject::add(QLatin1String key, std::string_view asciiText)
 {
     begin(key);
     m_values += '"';
@@ -99,13 +120,18 @@ void JsonObject::add(QLatin1String key, const std::string &asciiText)
     finish();
 }
 
+void JsonObject::add(QLatin1String key, QLatin1String text)
+{
+    add(key, std::string_view(text.data(), static_cast<std::size_t>(text.size())));
+}
+
 void JsonObject::addIfNotEmpty(QLatin1String key, const QString &text)
 {
     if (!text.isEmpty())
         add(key, text);
 }
 
-void JsonObject::addIfNotEmpty(QLatin1String key, const std::string &asciiText)
+void JsonObject::addIfNotEmpty(QLatin1String key, std::string_view asciiText)
 {
     if (!asciiText.empty())
         add(key, asciiText);

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Morvex {
@@ -18,9 +19,10 @@ public:
     void clear();
 
     void add(QLatin1String key, const QString &text);
-    void add(QLatin1String key, const std::string &asciiText);
+    void add(QLatin1String key, std::string_view asciiText);
+    void add(QLatin1String key, QLatin1String text);
     void addIfNotEmpty(QLatin1String key, const QString &text);
-    void addIfNotEmpty(QLatin1String key, const std::string &asciiText);
+    void addIfNotEmpty(QLatin1String key, std::string_view asciiText);
     void addInteger(QLatin1String key, int value);
     /// As "lineNo"; a negative @p line is left out.
     void addLineNumber(int line);

@@ -12,6 +12,7 @@
 #include <QFile>
 
 #include <fstream>
+#include <string_view>
 
 namespace Morvex {
 namespace {
@@ -143,12 +144,14 @@ struct JsonReportGenerator::Private
     unsigned short version;
     MaximalRetry maximalRetry;
     Iso8601Time time;
+    QByteArray timeText;
     // The text of one entry, which leaves in one piece. Both are kept for their memory.
     std::string text;
     JsonObject object;
 
     void writeEntry(const Entry &entry);
     void flushText();
+    std::string_view timeOf(const Entry &entry);
 
     void writeStartObject();
     void writeStartObject(const char *name);
@@ -294,6 +297,13 @@ void JsonReportGenerator::Private::flushText()
     text.clear();
 }
 
+// Valid until the next call.
+std::string_view JsonReportGenerator::Private::timeOf(const Entry &entry)
+{
+    timeText = time.text(entry.time);
+    return {timeText.constData(), static_cast<std::size_t>(timeText.size())};
+}
+
 void JsonReportGenerator::Private::writeStartObject()
 {
     text += '{';
@@ -393,7 +403,7 @@ void JsonReportGenerator::Private::writeSkippedSection(const Entry &entry)
 {
     setSectionObject(entry, entry.info, entry.message, QString(), entry.details);
     object.addValue(QLatin1String("isSkipped"), "true");
-    object.addIfNotEmpty(QLatin1String("stop"), time.text(entry.time).toStdString());
+    object.addIfNotEmpty(QLatin1String("stop"), timeOf(entry));
     handleChildrenSeparator();
     writeData(false);
 }
@@ -403,7 +413,7 @@ void JsonReportGenerator::Private::setSectionObject(const Entry &entry, const QS
                                                     const QString &description)
 {
     object.clear();
-    object.addIfNotEmpty(QLatin1String("start"), time.text(entry.time).toStdString());
+    object.addIfNotEmpty(QLatin1String("start"), timeOf(entry));
     object.addIfNotEmpty(QLatin1String("summary"), summary);
     object.addIfNotEmpty(QLatin1String("description"), description);
     object.addIfNotEmpty(QLatin1String("type"), testType);
@@ -439,7 +449,7 @@ void JsonReportGenerator::Private::writeSectionEnd(const Entry &entry)
     writeEndArray();
     writeSeparator();
     object.clear();
-    object.add(QLatin1String("stop"), time.text(entry.time).toStdString());
+    object.add(QLatin1String("stop"), timeOf(entry));
     writeData(true);
     writeEndObject();
 }
@@ -447,25 +457,25 @@ void JsonReportGenerator::Private::writeSectionEnd(const Entry &entry)
 void JsonReportGenerator::Private::setCommonObject(const Entry &entry)
 {
     object.clear();
-    object.addIfNotEmpty(QLatin1String("time"), time.text(entry.time).toStdString());
-    object.addIfNotEmpty(QLatin1String("result"), QString(resultName(entry.type)));
-    if (entry.line.isValid()) {
-        object.addIfNotEmpty(QLatin1String("uri"), locations.scriptFile(entry.line.fileName()));
-        object.addLineNumber(entry.line.lineNumber());
-    }
-    object.addIfNotEmpty(QLatin1String("text"), textOf(entry));
     object.addIfNotEmpty(QLatin1String("detail"),
                          entry.info.isEmpty() ? entry.details : entry.info);
+    if (entry.line.isValid())
+        object.addLineNumber(entry.line.lineNumber());
+    object.add(QLatin1String("result"), resultName(entry.type));
     const QString screenshot = extractScreenshotFromMsgAndDetail(entry.message, entry.details);
     if (!screenshot.isEmpty())
         object.addIfNotEmpty(QLatin1String("screenshotUri"), locations.failedImage(screenshot));
+    object.addIfNotEmpty(QLatin1String("text"), textOf(entry));
+    object.addIfNotEmpty(QLatin1String("time"), timeOf(entry));
+    if (entry.line.isValid())
+        object.addIfNotEmpty(QLatin1String("uri"), locations.scriptFile(entry.line.fileName()));
 }
 
 void JsonReportGenerator::Private::writeMessage(const Entry &entry)
 {
     handleChildrenSeparator();
     setCommonObject(entry);
-    object.add(QLatin1String("type"), QStringLiteral("msg"));
+    object.add(QLatin1String("type"), QLatin1String("msg"));
     writeData(false);
 }
 
@@ -475,7 +485,7 @@ void JsonReportGenerator::Private::writeVerification(const Entry &entry)
     setCommonObject(entry);
     switch (entry.vpType) {
     case TestResult::NO_VP:
-        object.add(QLatin1String("type"), QStringLiteral("scriptedVerificationResult"));
+        object.add(QLatin1String("type"), QLatin1String("scriptedVerificationResult"));
         break;
     case TestResult::PROPERTY_VP:
         addVerificationPoint(entry, QLatin1String("propertyVerificationResult"), true);
@@ -501,7 +511,7 @@ void JsonReportGenerator::Private::addVerificationPoint(const Entry &entry,
                                                         QLatin1String resultType,
                                                         bool stripProperty)
 {
-    object.add(QLatin1String("type"), QString(resultType));
+    object.add(QLatin1String("type"), resultType);
     object.addIfNotEmpty(QLatin1String("vpUri"), locations.verificationPoint(entry));
     object.addIfNotEmpty(QLatin1String("objectName"),
                          vpObjectFromMsg(entry.message, stripProperty));
@@ -526,7 +536,7 @@ void JsonReportGenerator::Private::writeAttachment(const Entry &entry)
 {
     handleChildrenSeparator();
     object.clear();
-    object.addIfNotEmpty(QLatin1String("time"), time.text(entry.time).toStdString());
+    object.addIfNotEmpty(QLatin1String("time"), timeOf(entry));
     object.addIfNotEmpty(QLatin1String("type"), attachmentTypeToString(entry.attachmentType));
     object.addIfNotEmpty(QLatin1String("uri"), locations.attachment(entry.attachmentUri));
     writeData(false);

@@ -8,11 +8,10 @@ char byte(char32_t bits)
     return static_cast<char>(bits);
 }
 
+// For characters from 0x80 on.
 void appendUtf8(std::string &out, char32_t character)
 {
-    if (character < 0x80) {
-        out += byte(character);
-    } else if (character < 0x800) {
+    if (character < 0x800) {
         out += byte(0xc0 | character >> 6);
         out += byte(0x80 | (character & 0x3f));
     } else if (character < 0x10000) {
@@ -33,8 +32,15 @@ std::string reportUtf8(const QString &text)
 {
     std::string utf8;
     utf8.reserve(static_cast<std::size_t>(text.size()));
-    for (int position = 0; position < text.size();)
-        appendUtf8(utf8, takeReportCharacter(text, &position));
+    for (int position = 0; position < text.size();) {
+        const QChar unit = text.at(position);
+        if (unit.unicode() < 0x80) {
+            utf8 += unit.toLatin1();
+            ++position;
+        } else {
+            appendUtf8(utf8, takeReportCharacter(text, &position));
+        }
+    }
     return utf8;
 }
 

@@ -149,7 +149,10 @@ TestReportGenerator::Result Xml3ReportGenerator::create(const QString &path, Tes
         return {nullptr, QStringLiteral("Could not create directory '%1'").arg(dir.path())};
     *resultDir = dir.path();
     const QString fileName = dir.filePath(QStringLiteral("results.xml"));
-    auto stream = std::make_unique<std::ofstream>(QFile::encodeName(fileName).constData());
+    auto stream = std::make_unique<std::ofstream>();
+    // The writer hands over whole lines.
+    stream->rdbuf()->pubsetbuf(nullptr, 0);
+    stream->open(QFile::encodeName(fileName).constData());
     if (!stream->is_open())
         return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName)};
     return {new Xml3ReportGenerator(

@@ -21,11 +21,6 @@ void warnOfIllegal(char byte, const char *place)
               << '\n';
 }
 
-void write(std::ostream &stream, const std::string &text)
-{
-    stream.write(text.data(), static_cast<std::streamsize>(text.size()));
-}
-
 const char *escapeOf(char byte, bool attribute)
 {
     switch (byte) {
@@ -54,10 +49,8 @@ const char terminator[] = "]]>";
 const std::size_t terminatorSize = 3;
 
 // Holds back what may become the terminator until the byte behind it is known.
-std::string cdataContent(const std::string &text)
+void appendCData(std::string &out, const std::string &text)
 {
-    std::string content;
-    content.reserve(text.size());
     std::size_t matched = 0;
     for (const char byte : text) {
         if (isIllegal(byte)) {
@@ -65,17 +58,29 @@ std::string cdataContent(const std::string &text)
         } else if (byte == terminator[matched]) {
             if (++matched < terminatorSize)
                 continue;
-            content += "]]]]><![CDATA[>";
+            out += "]]]]><![CDATA[>";
             matched = 0;
         } else {
             if (matched > 0 && byte != ']') {
-                content.append(terminator, matched);
+                out.append(terminator, matched);
                 matched = 0;
             }
-            content += byte;
+            out += byte;
         }
     }
-    return content.append(terminator, matched);
+    out.append(terminator, matched);
+}
+
+void appendEscaped(std::string &out, const std::string &text, bool attribute)
+{
+    for (const char byte : text) {
+        if (isIllegal(byte))
+            warnOfIllegal(byte, "string");
+        else if (const char *escape = escapeOf(byte, attribute))
+            out += escape;
+        else
+            out += byte;
+    }
 }
 
 } // namespace
@@ -83,17 +88,8 @@ std::string cdataContent(const std::string &text)
 std::ostream &operator<<(std::ostream &stream, const XmlEscapeString &string)
 {
     std::string escaped;
-    escaped.reserve(string.m_text.size());
-    for (const char byte : string.m_text) {
-        if (isIllegal(byte))
-            warnOfIllegal(byte, "string");
-        else if (const char *escape = escapeOf(byte, string.m_attribute))
-            escaped += escape;
-        else
-            escaped += byte;
-    }
-    write(stream, escaped);
-    return stream;
+    appendEscaped(escaped, string.m_text, string.m_attribute);
+    return stream.write(escaped.data(), static_cast<std::streamsize>(escaped.size()));
 }
 
 XmlStreamWriter::XmlStreamWriter(std::ostream &stream)
@@ -101,9 +97,16 @@ XmlStreamWriter::XmlStreamWriter(std::ostream &stream)
 {
 }
 
+XmlStreamWriter::~XmlStreamWriter()
+{
+    writePending();
+}
+
 void XmlStreamWriter::writeStartDocument()
 {
-    m_stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" << std::flush;
+    m_pending += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    writePending();
+    m_stream.flush();
 }
 
 void XmlStreamWriter::writeEndDocument()
@@ -115,13 +118,15 @@ void XmlStreamWriter::writeEndDocument()
 void XmlStreamWriter::writeStartElement(const std::string &name)
 {
     if (m_state == InStartTag) {
-        m_stream << '>';
+        m_pending += '>';
         endLine();
     }
     m_state = InStartTag;
     writeIndent();
-    m_stream << '<' << XmlEscapeString(name, true);
+    m_pending += '<';
+    appendEscaped(m_pending, name, true);
     m_elements.push_back(name);
+    endPiece();
 }
 
 void XmlStreamWriter::writeEndElement()
@@ -131,11 +136,13 @@ void XmlStreamWriter::writeEndElement()
     const std::string name = std::move(m_elements.back());
     m_elements.pop_back();
     if (m_state == InStartTag) {
-        m_stream << "/>";
+        m_pending += "/>";
     } else {
         if (m_state == BehindEndTag)
             writeIndent();
-        m_stream << "</" << XmlEscapeString(name, true) << '>';
+        m_pending += "</";
+        appendEscaped(m_pending, name, true);
+        m_pending += '>';
     }
     m_state = m_elements.empty() ? Initial : BehindEndTag;
     endLine();
@@ -143,7 +150,12 @@ void XmlStreamWriter::writeEndElement()
 
 void XmlStreamWriter::writeAttribute(const std::string &name, const std::string &value)
 {
-    m_stream << ' ' << XmlEscapeString(name, true) << "=\"" << XmlEscapeString(value, true) << '"';
+    m_pending += ' ';
+    appendEscaped(m_pending, name, true);
+    m_pending += "=\"";
+    appendEscaped(m_pending, value, true);
+    m_pending += '"';
+    endPiece();
 }
 
 void XmlStreamWriter::writeIntAttribute(const std::string &name, int value)
@@ -154,7 +166,8 @@ void XmlStreamWriter::writeIntAttribute(const std::string &name, int value)
 void XmlStreamWriter::writeCharacters(const std::string &text)
 {
     closeStartTag();
-    m_stream << XmlEscapeString(text);
+    appendEscaped(m_pending, text, false);
+    endPiece();
 }
 
 void XmlStreamWriter::writeCData(const std::string &text)
@@ -162,9 +175,10 @@ void XmlStreamWriter::writeCData(const std::string &text)
     if (text.empty())
         return;
     closeStartTag();
-    m_stream << "<![CDATA[";
-    write(m_stream, cdataContent(text));
-    m_stream << "]]>";
+    m_pending += "<![CDATA[";
+    appendCData(m_pending, text);
+    m_pending += "]]>";
+    endPiece();
 }
 
 void XmlStreamWriter::writeTextElement(const std::string &name, const std::string &text)
@@ -185,7 +199,7 @@ void XmlStreamWriter::writeCDataElement(const std::string &name, const std::stri
 void XmlStreamWriter::closeStartTag()
 {
     if (m_state == InStartTag)
-        m_stream << '>';
+        m_pending += '>';
     m_state = BehindText;
 }
 
@@ -193,13 +207,28 @@ void XmlStreamWriter::closeStartTag()
 void XmlStreamWriter::endLine()
 {
     if (m_autoFormatting)
-        m_stream << '\n' << std::flush;
+        m_pending += '\n';
+    writePending();
+    if (m_autoFormatting)
+        m_stream.flush();
 }
 
 void XmlStreamWriter::writeIndent()
 {
     if (m_autoFormatting)
-        write(m_stream, std::string(m_elements.size() * indentWidth, ' '));
+        m_pending.append(m_elements.size() * indentWidth, ' ');
+}
+
+void XmlStreamWriter::endPiece()
+{
+    if (!m_autoFormatting)
+        writePending();
+}
+
+void XmlStreamWriter::writePending()
+{
+    m_stream.write(m_pending.data(), static_cast<std::streamsize>(m_pending.size()));
+    m_pending.clear();
 }
 
 void XmlStreamWriterQString::writeAttributeQString(const std::string &name, const QString &value)

@@ -38,8 +38,13 @@ class MORVEX_EXPORT XmlStreamWriter
 public:
     /// Keeps a reference to @p stream.
     explicit XmlStreamWriter(std::ostream &stream);
+    ~XmlStreamWriter();
 
-    /// Puts each element on a line of its own and flushes the stream behind it; off at first.
+    XmlStreamWriter(const XmlStreamWriter &) = delete;
+    XmlStreamWriter &operator=(const XmlStreamWriter &) = delete;
+
+    /// Puts each element on a line of its own, which goes to the stream as a whole and is flushed;
+    /// off at first.
     void setAutoFormatting(bool enabled) { m_autoFormatting = enabled; }
 
     void writeStartDocument();
@@ -63,8 +68,12 @@ private:
     void closeStartTag();
     void endLine();
     void writeIndent();
+    void endPiece();
+    void writePending();
 
     std::ostream &m_stream;
+    // The line that is being written; without auto-formatting empty between two calls.
+    std::string m_pending;
     std::deque<std::string> m_elements;
     State m_state = Initial;
     bool m_autoFormatting = false;

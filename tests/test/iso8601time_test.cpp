@@ -21,7 +21,6 @@ TEST(Iso8601TimeTest, ATimeThatWasSeenBeforeDoesNotLeakIntoTheNext)
                                local,
                                local.addMSecs(7),
                                local.addSecs(1),
-                               local.addSecs(3600),
                                local.addDays(1),
                                local.toUTC(),
                                local.toOffsetFromUtc(5400),
