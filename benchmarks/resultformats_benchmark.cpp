@@ -1,9 +1,11 @@
+#include "shared/zipfile.h"
 #include "test/jsonreportgenerator.h"
 #include "test/webreportrepair.h"
 #include "test/xml3reportgenerator.h"
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -172,8 +174,87 @@ void repairOfAWebReport(benchmark::State &state)
     state.SetBytesProcessed(state.iterations() * data.size());
 }
 
+qint64 residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE);
+}
+
+// How much larger the process is at the end of a run of that many entries.
+void memory(benchmark::State &state, TestReportGenerator *(*create)(const QString &))
+{
+    const QTemporaryDir dir;
+    const Entries entries = makeEntries(dir.filePath(QStringLiteral("suite")));
+    for (auto _ : state) {
+        const std::unique_ptr<TestReportGenerator> generator(
+            create(dir.filePath(QStringLiteral("report"))));
+        generator->handleEntry(entries.front());
+        const qint64 before = residentBytes();
+        for (qint64 i = 0; i < state.range(0); ++i)
+            generator->handleEntry(entries[std::size_t(1 + i % entryCount)]);
+        state.counters["grownKiB"] = double(residentBytes() - before) / 1024;
+    }
+}
+
+void memoryOfXml3(benchmark::State &state)
+{
+    memory(state, createXml3);
+}
+
+void memoryOfJson(benchmark::State &state)
+{
+    memory(state, createJson);
+}
+
+void makeTree(const QString &path)
+{
+    for (int number = 0; number < 300; ++number) {
+        const QString name =
+            QStringLiteral("%1/dir%2/file%3").arg(path).arg(number % 7).arg(number);
+        makeFile(name);
+        QFile file(name);
+        file.open(QIODevice::WriteOnly);
+        for (int line = 0; line < 2000; ++line)
+            file.write(QByteArray::number(line * 7919LL * number) + " of the report\n");
+    }
+}
+
+void zipAgainstZipProgram(benchmark::State &state)
+{
+    const QTemporaryDir dir;
+    const QString tree = dir.filePath(QStringLiteral("tree"));
+    makeTree(tree);
+    double zipSeconds = 0;
+    double programSeconds = 0;
+    for (auto _ : state) {
+        zipSeconds += secondsOf([&] {
+            QFile target(dir.filePath(QStringLiteral("own.zip")));
+            ZipFile zip(&target);
+            benchmark::DoNotOptimize(zip.addDirectoryContents(QDir(tree)));
+        });
+        state.PauseTiming();
+        QFile::remove(dir.filePath(QStringLiteral("program.zip")));
+        programSeconds += secondsOf([&] {
+            QProcess zip;
+            zip.setWorkingDirectory(tree);
+            zip.start(
+                QStringLiteral("zip"),
+                {QStringLiteral("-qr"), QStringLiteral("../program.zip"), QStringLiteral(".")});
+            if (!zip.waitForFinished() || zip.exitCode() != 0)
+                state.SkipWithError("The zip program is missing");
+        });
+        state.ResumeTiming();
+    }
+    state.counters["ratio"] = zipSeconds / programSeconds;
+}
+
 } // namespace
 
+BENCHMARK(memoryOfXml3)->Arg(10000)->Arg(1000000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(memoryOfJson)->Arg(10000)->Arg(1000000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(zipAgainstZipProgram)->Unit(benchmark::kMillisecond);
 BENCHMARK(xml3AgainstWrites)->Unit(benchmark::kMillisecond);
 BENCHMARK(xml3AgainstBufferedWrite)->Unit(benchmark::kMillisecond);
 BENCHMARK(jsonAgainstBufferedWrite)->Unit(benchmark::kMillisecond);

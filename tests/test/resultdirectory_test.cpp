@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <csignal>
@@ -30,6 +31,14 @@ const Format formats[] = {{"xml3.5", "xml3", "results.xml"},
                           {"json1.2", "json", "results.json"},
                           {"html", "html", "data/results-v1.js"},
                           {"zipxml3.5", "xml3", nullptr}};
+
+QByteArray resultsInZip(const QString &archive)
+{
+    QProcess unzip;
+    unzip.start("unzip", {"-p", archive, "results.xml"});
+    unzip.waitForFinished();
+    return unzip.readAllStandardOutput();
+}
 
 class ResultDirectoryTest : public testing::Test
 {
@@ -129,6 +138,40 @@ TEST_F(ResultDirectoryTest, AFullDiskDisturbsNeitherTheRunNorTheReportBeside)
         replay(entries, generator.get());
         generator.reset();
         EXPECT_EQ(std::size_t(readFile(console).count('\n')), entries.size()) << format.keyword;
+    }
+}
+
+TEST_F(ResultDirectoryTest, EachFormatHasTheCountsOfTheConsoleReportBesideIt)
+{
+    for (const Format &format : formats) {
+        const QString path = dir.filePath(format.keyword);
+        const QString console = path + ".txt";
+        auto generator = create({value(format, path), "stdout," + console});
+        ASSERT_TRUE(generator) << qPrintable(error);
+        replay(sampleRun(), generator.get());
+        generator->generateSummary();
+        generator.reset();
+        const QByteArray report =
+            format.file ? readFile(path + '/' + format.file) : resultsInZip(path);
+        const auto count = [&report](const char *type) {
+            return report.count(QByteArray("type=\"") + type + '"') +
+                   report.count(QByteArray("\"result\":\"") + type + '"');
+        };
+        const std::pair<const char *, int> counts[] = {
+            {"Test Cases", report.count("\"testcase\"")},
+            {"Errors", count("ERROR")},
+            {"Fatals", count("FATAL")},
+            {"Fails", count("FAIL") + count("XPASS")},
+            {"Passes", count("PASS") + count("XFAIL")},
+            {"Expected Fails", count("XFAIL")},
+            {"Unexpected Passes", count("XPASS")},
+            {"Warnings", count("WARNING")},
+        };
+        const QString summary = readFile(console);
+        for (const auto &[label, number] : counts)
+            EXPECT_TRUE(
+                summary.contains(QStringLiteral("Number of %1:\t%2\n").arg(label).arg(number, 4)))
+                << format.keyword << ' ' << label << ' ' << number;
     }
 }
 
