@@ -114,8 +114,12 @@ void JsonObject::add(QLatin1String key, std::string_view asciiText)
 {
     begin(key);
     m_values += '"';
-    for (const char character : asciiText)
-        appendEscaped(m_values, static_cast<unsigned char>(character));
+    if (std::all_of(asciiText.begin(), asciiText.end(), isPlain)) {
+        m_values += asciiText;
+    } else {
+        for (const char character : asciiText)
+            appendEscaped(m_values, static_cast<unsigned char>(character));
+    }
     m_values += '"';
     finish();
 }

@@ -2,6 +2,7 @@
 
 #include "test/reporttext.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace Morvex {
@@ -71,15 +72,27 @@ void appendCData(std::string &out, const std::string &text)
     out.append(terminator, matched);
 }
 
+bool isPlain(char byte)
+{
+    return static_cast<unsigned char>(byte) >= 0x20 && byte != '&' && byte != '<' && byte != '>' &&
+           byte != '"' && byte != '\'';
+}
+
 void appendEscaped(std::string &out, const std::string &text, bool attribute)
 {
-    for (const char byte : text) {
-        if (isIllegal(byte))
-            warnOfIllegal(byte, "string");
-        else if (const char *escape = escapeOf(byte, attribute))
+    const auto end = text.end();
+    for (auto position = text.begin(); position != end;) {
+        const auto plainEnd = std::find_if_not(position, end, isPlain);
+        out.append(position, plainEnd);
+        if (plainEnd == end)
+            return;
+        if (isIllegal(*plainEnd))
+            warnOfIllegal(*plainEnd, "string");
+        else if (const char *escape = escapeOf(*plainEnd, attribute))
             out += escape;
         else
-            out += byte;
+            out += *plainEnd;
+        position = plainEnd + 1;
     }
 }
 
