@@ -16,14 +16,14 @@ const qint64 blockSize = 65536;
 const QDir::Filters allEntries =
     QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
-QIODevice *deviceOf(voidpf stream)
+QIODevice *asDevice(voidpf stream)
 {
     return static_cast<QIODevice *>(stream);
 }
 
 voidpf morvex_zipfile_open(voidpf opaque, const void *, int)
 {
-    QIODevice *device = deviceOf(opaque);
+    QIODevice *device = asDevice(opaque);
     if (!device->isOpen() && !device->open(QIODevice::ReadWrite))
         return nullptr;
     return device;
@@ -32,20 +32,20 @@ voidpf morvex_zipfile_open(voidpf opaque, const void *, int)
 uLong morvex_zipfile_read(voidpf, voidpf stream, void *buffer, uLong size)
 {
     const qint64 count =
-        deviceOf(stream)->read(static_cast<char *>(buffer), static_cast<qint64>(size));
+        asDevice(stream)->read(static_cast<char *>(buffer), static_cast<qint64>(size));
     return static_cast<uLong>(qMax<qint64>(count, 0));
 }
 
 uLong morvex_zipfile_write(voidpf, voidpf stream, const void *buffer, uLong size)
 {
     const qint64 count =
-        deviceOf(stream)->write(static_cast<const char *>(buffer), static_cast<qint64>(size));
+        asDevice(stream)->write(static_cast<const char *>(buffer), static_cast<qint64>(size));
     return static_cast<uLong>(qMax<qint64>(count, 0));
 }
 
 ZPOS64_T morvex_zipfile_tell(voidpf, voidpf stream)
 {
-    return static_cast<ZPOS64_T>(deviceOf(stream)->pos());
+    return static_cast<ZPOS64_T>(asDevice(stream)->pos());
 }
 
 qint64 seekTarget(const QIODevice *device, qint64 offset, int origin)
@@ -64,21 +64,21 @@ qint64 seekTarget(const QIODevice *device, qint64 offset, int origin)
 
 long morvex_zipfile_seek(voidpf, voidpf stream, ZPOS64_T offset, int origin)
 {
-    QIODevice *device = deviceOf(stream);
+    QIODevice *device = asDevice(stream);
     const qint64 target = seekTarget(device, static_cast<qint64>(offset), origin);
     return target >= 0 && device->seek(target) ? 0 : -1;
 }
 
 int morvex_zipfile_close(voidpf, voidpf stream)
 {
-    QIODevice *device = deviceOf(stream);
+    QIODevice *device = asDevice(stream);
     device->close();
     return device->isOpen() ? -1 : 0;
 }
 
 int morvex_zipfile_error(voidpf, voidpf stream)
 {
-    return deviceOf(stream)->errorString().isEmpty() ? 0 : 1;
+    return asDevice(stream)->errorString().isEmpty() ? 0 : 1;
 }
 
 zip_fileinfo fileInfo(const QDateTime &time)
