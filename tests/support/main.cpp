@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 // minizip keeps the header of a file that it could not add; nobody outside of it can free it.
-extern "C" const char *__lsan_default_suppressions()
+extern "C" Q_DECL_EXPORT const char *__lsan_default_suppressions()
 {
     return "leak:zipOpenNewFileInZip4_64\n";
 }
