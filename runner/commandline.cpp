@@ -291,10 +291,11 @@ QString wrapped(const QString &text)
     QString result;
     int column = helpColumn;
     for (const QString &word : text.split(QLatin1Char(' '))) {
-        if (column + word.size() > helpWidth) {
+        const bool isFirst = column == helpColumn;
+        if (!isFirst && column + 1 + word.size() > helpWidth) {
             result += QLatin1Char('\n') + QString(helpColumn, QLatin1Char(' '));
             column = helpColumn;
-        } else if (column > helpColumn) {
+        } else if (!isFirst) {
             result += QLatin1Char(' ');
             ++column;
         }
