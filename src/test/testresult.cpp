@@ -1,7 +1,7 @@
 #include "test/testresult.h"
 
-#include "shared/environment.h"
 #include "test/resultlabels.h"
+#include "test/runwatch.h"
 #include "test/testreportgenerator.h"
 
 #include <QDir>
@@ -410,7 +410,7 @@ void TestResult::processEntry(const Entry &entry)
     if (!d->generator)
         return;
     d->generator->handleEntry(entry);
-    if (entry.type == END && Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty())
+    if (entry.type == END && isReportSummaryWanted())
         d->generator->generateSummary();
 }
 
