@@ -1,1 +1,39 @@
+# Installs the library, the runner and what a project needs to build against them:
+# find_package(Morvex) gives Morvex::morvex, pkg-config gives morvex.
+include(CMakePackageConfigHelpers)
 
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Morvex")
+set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/morvex")
+
+target_include_directories(morvex INTERFACE "$<INSTALL_INTERFACE:${header_dir}>")
+
+install(TARGETS morvex EXPORT MorvexTargets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        COMPONENT runtime NAMELINK_COMPONENT devel)
+install(TARGETS morvexrunner RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
+install(EXPORT MorvexTargets NAMESPACE Morvex:: DESTINATION "${package_dir}" COMPONENT devel)
+
+# Headers of the layers; those that only sources of their own layer need stay behind.
+foreach(layer objectmodel shared test)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/${layer}" DESTINATION "${header_dir}"
+        COMPONENT devel
+        FILES_MATCHING PATTERN "*.h"
+        PATTERN "testcaserun.h" EXCLUDE
+        PATTERN "testsuiterunoptions.h" EXCLUDE
+        PATTERN "xmlguard.h" EXCLUDE)
+endforeach()
+install(FILES "${PROJECT_BINARY_DIR}/generated/morvex_export.h" DESTINATION "${header_dir}"
+    COMPONENT devel)
+
+configure_package_config_file(
+    "${PROJECT_SOURCE_DIR}/cmake/MorvexConfig.cmake.in" "${PROJECT_BINARY_DIR}/MorvexConfig.cmake"
+    INSTALL_DESTINATION "${package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/MorvexConfigVersion.cmake"
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    "${PROJECT_BINARY_DIR}/MorvexConfig.cmake" "${PROJECT_BINARY_DIR}/MorvexConfigVersion.cmake"
+    DESTINATION "${package_dir}" COMPONENT devel)
+
+configure_file("${PROJECT_SOURCE_DIR}/cmake/morvex.pc.in" "${PROJECT_BINARY_DIR}/morvex.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/morvex.pc"
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT devel)

@@ -1,8 +1,16 @@
 #include "test/tablediff.h"
 
+#include "shared/xmltablerange.h"
+#include "test/diff.h"
+
 #include <QColor>
 #include <QDataStream>
 #include <QIODevice>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+#include <vector>
 
 namespace Morvex {
 namespace {
@@ -72,11 +80,115 @@ void readCells(QDataStream &stream, FList<TableDiff::Cell> &cells)
     }
 }
 
+// From the last key to the first, which is not the order of all versions of QMap's own operator.
+void writeProperties(QDataStream &stream, const QMap<QString, QVariant> &properties)
+{
+    stream << qint32(properties.size());
+    for (auto property = properties.end(); property != properties.begin();) {
+        --property;
+        stream << property.key() << property.value();
+    }
+}
+
 template <typename Enum>
 Enum enumerator(qint8 number, Enum last)
 {
     return number >= 0 && number <= last ? static_cast<Enum>(number) : Enum();
 }
+
+// A non-empty expected text is a pattern as well, and then the colour is not looked at.
+bool cellEqual(const XmlTableRange::Cell &expected, const XmlTableRange::Cell &actual)
+{
+    if (expected.text == actual.text && expected.color == actual.color)
+        return true;
+    if (expected.text.empty())
+        return false;
+    if (!expected.pattern)
+        expected.pattern.emplace(QString::fromStdString(expected.text));
+    if (!expected.pattern->exactMatch(QString::fromStdString(actual.text)))
+        return false;
+    actual.pattern = expected.pattern;
+    return true;
+}
+
+bool table_row_equal(const XmlTableRange::Row &expected, const XmlTableRange::Row &actual)
+{
+    return std::equal(expected.begin(), expected.end(), actual.begin(), actual.end(), cellEqual);
+}
+
+QString shownText(const XmlTableRange::Cell &cell)
+{
+    const QString text = QString::fromStdString(cell.text);
+    const QString pattern = cell.pattern ? cell.pattern->pattern() : QString();
+    return pattern.isEmpty() ? text : pattern;
+}
+
+TableDiff::Subject asDiffRow(int rowNumber, const XmlTableRange::Row &row)
+{
+    TableDiff::Subject subject;
+    subject.type = TableDiff::Subject::ROW;
+    int column = 0;
+    for (const XmlTableRange::Cell &content : row) {
+        TableDiff::Cell cell;
+        cell.row = rowNumber;
+        cell.column = column++;
+        cell.properties.insert(QStringLiteral("text"), shownText(content));
+        const auto [alpha, red, green, blue] = content.color;
+        if (content.color != TableRange::Color{})
+            cell.properties.insert(QStringLiteral("backgroundColor"),
+                                   QColor(red, green, blue, alpha));
+        subject.cells.append(std::move(cell));
+    }
+    return subject;
+}
+
+// Numbers the rows: an insertion behind deletions takes the number of the oldest one that has no
+// insertion yet, so that a changed row shows as a deletion and an insertion of one number.
+class RowNumbers
+{
+public:
+    explicit RowNumbers(FList<TableDiff::Element> *out)
+        : m_out(out)
+    {
+    }
+
+    void add(Diff::Operation operation, const XmlTableRange::Row &item)
+    {
+        switch (operation) {
+        case Diff::DELETE:
+            append(TableDiff::Element::DELETION, m_row, item);
+            ++m_pending;
+            ++m_row;
+            m_afterDelete = true;
+            break;
+        case Diff::INSERT:
+            if (m_pending == 0 && m_afterDelete) {
+                append(TableDiff::Element::INSERTION, m_row - 1, item);
+                break;
+            }
+            append(TableDiff::Element::INSERTION, m_row - m_pending, item);
+            if (m_pending > 0)
+                --m_pending;
+            break;
+        case Diff::EQUAL:
+            ++m_row;
+            m_pending = 0;
+            m_afterDelete = false;
+            break;
+        }
+    }
+
+private:
+    void append(TableDiff::Element::Kind kind, int row, const XmlTableRange::Row &item)
+    {
+        m_out->append({kind, asDiffRow(row, item)});
+    }
+
+    FList<TableDiff::Element> *m_out;
+    int m_row = 0;
+    int m_pending = 0;
+    bool m_afterDelete = false;
+};
 
 } // namespace
 
@@ -101,8 +213,10 @@ QDataStream &operator<<(QDataStream &stream, const FList<TableDiff::Element> &el
     for (const TableDiff::Element &element : elements) {
         stream << qint8(element.kind) << qint8(element.subject.type);
         stream << qint64(element.subject.cells.count());
-        for (const TableDiff::Cell &cell : element.subject.cells)
-            stream << qint32(cell.row) << qint32(cell.column) << cell.properties;
+        for (const TableDiff::Cell &cell : element.subject.cells) {
+            stream << qint32(cell.row) << qint32(cell.column);
+            writeProperties(stream, cell.properties);
+        }
     }
     return stream;
 }
@@ -125,6 +239,28 @@ QDataStream &operator>>(QDataStream &stream, FList<TableDiff::Element> &elements
         elements.append(std::move(element));
     }
     return stream;
+}
+
+bool table_diff_xml(const std::string &expectedXml, const std::string &actualXml,
+                    FList<TableDiff::Element> *out)
+{
+    XmlTableRange expected;
+    XmlTableRange actual;
+    return expected.loadContentFromXml(expectedXml) && actual.loadContentFromXml(actualXml) &&
+           table_diff_range(expected, actual, out);
+}
+
+bool table_diff_range(const XmlTableRange &expected, const XmlTableRange &actual,
+                      FList<TableDiff::Element> *out)
+{
+    std::vector<std::pair<Diff::Operation, XmlTableRange::Row>> script;
+    auto writer = std::back_inserter(script);
+    Diff::diff(expected.rowsBegin(), expected.rowsEnd(), actual.rowsBegin(), actual.rowsEnd(),
+               writer, table_row_equal);
+    RowNumbers numbers(out);
+    for (const auto &[operation, row] : script)
+        numbers.add(operation, row);
+    return out->isEmpty();
 }
 
 } // namespace Morvex

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <limits>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Morvex {
@@ -76,6 +77,24 @@ QProcessEnvironment childEnvironment()
     return environment;
 }
 
+// What comes in over the socket goes into the report, so that nobody else may connect. The server's
+// own option for this would replace the socket of another run without a word.
+class OwnerOnlyFiles
+{
+public:
+    OwnerOnlyFiles()
+        : m_before(::umask(S_IRWXG | S_IRWXO))
+    {
+    }
+    ~OwnerOnlyFiles() { ::umask(m_before); }
+
+    OwnerOnlyFiles(const OwnerOnlyFiles &) = delete;
+    OwnerOnlyFiles &operator=(const OwnerOnlyFiles &) = delete;
+
+private:
+    mode_t m_before;
+};
+
 bool isServed(const QString &serverName)
 {
     QLocalSocket probe;
@@ -91,8 +110,6 @@ TestCaseRun::TestCaseRun(TestResult *result, int retriesLeft, Cancellation *canc
     , m_cancellation(cancellation)
 {
     m_reportServer.setMaxPendingConnections(maxPendingConnections);
-    // What comes in here goes into the report.
-    m_reportServer.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_reportServer, &QLocalServer::newConnection, this, &TestCaseRun::newReportConnection);
     if (cancellation)
         connect(cancellation, &Cancellation::requested, this, &TestCaseRun::runCancelled);
@@ -131,6 +148,7 @@ int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
 
 bool TestCaseRun::listen(const QString &name)
 {
+    const OwnerOnlyFiles ownerOnly;
     if (m_reportServer.listen(name))
         return true;
     // A killed run with the same process id may have left its socket file.

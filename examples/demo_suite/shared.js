@@ -1,0 +1,3 @@
+function nameOf(customer) {
+    return customer.name;
+}

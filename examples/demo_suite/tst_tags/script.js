@@ -1,0 +1,1 @@
+check.that(scriptArguments.length >= 0, "Script arguments: " + scriptArguments.join(" "));

@@ -1,0 +1,2 @@
+log.info("Waiting for something that never comes");
+snooze(60);

@@ -1,0 +1,370 @@
+#include "runner/commandline.h"
+
+#include "test/testreportgeneratorfactory.h"
+
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+namespace Morvex {
+namespace {
+
+using Set = std::function<QString(RunnerOptions &, const QString &)>;
+
+enum class Takes {
+    Nothing,
+    Value,
+    // The next argument if it is all digits.
+    OptionalNumber,
+    // All arguments up to --scriptargs.
+    Application,
+    // All that follows.
+    Rest
+};
+
+enum class Section { Run, Environment, Information, Child };
+
+struct Option
+{
+    const char *name;
+    const char *placeholder;
+    const char *help;
+    Section section;
+    Takes takes;
+    Set set;
+};
+
+Set text(QString RunnerOptions::*member)
+{
+    return [member](RunnerOptions &options, const QString &value) {
+        options.*member = value;
+        return QString();
+    };
+}
+
+Set list(QStringList RunnerOptions::*member)
+{
+    return [member](RunnerOptions &options, const QString &value) {
+        (options.*member).append(value);
+        return QString();
+    };
+}
+
+Set flag(bool RunnerOptions::*member)
+{
+    return [member](RunnerOptions &options, const QString &) {
+        options.*member = true;
+        return QString();
+    };
+}
+
+Set action(RunnerOptions::Action action)
+{
+    return [action](RunnerOptions &options, const QString &) {
+        options.action = action;
+        return QString();
+    };
+}
+
+template <typename Member>
+Set number(Member member, const char *what)
+{
+    return [member, what](RunnerOptions &options, const QString &value) {
+        bool isNumber = false;
+        const int parsed = value.toInt(&isNumber);
+        if (!isNumber || parsed < 0)
+            return QStringLiteral("'%1' is not %2").arg(value, QString::fromLatin1(what));
+        options.*member = static_cast<std::decay_t<decltype(options.*member)>>(parsed);
+        return QString();
+    };
+}
+
+QString setSnoozeFactor(RunnerOptions &options, const QString &value)
+{
+    bool isNumber = false;
+    options.snoozeFactor = value.toDouble(&isNumber);
+    return isNumber && options.snoozeFactor >= 0
+               ? QString()
+               : QStringLiteral("'%1' is not a factor").arg(value);
+}
+
+QString setRandom(RunnerOptions &options, const QString &value)
+{
+    options.isRandom = true;
+    if (value.isEmpty())
+        return {};
+    bool isNumber = false;
+    options.randomSeed = value.toUInt(&isNumber);
+    return isNumber ? QString()
+                    : QStringLiteral("'%1' is not a number below 2 to the 32").arg(value);
+}
+
+QString addEnvVar(RunnerOptions &options, const QString &value)
+{
+    if (value.indexOf(QLatin1Char('=')) < 1)
+        return QStringLiteral("'%1' is not of the form NAME=VALUE").arg(value);
+    options.envVars += value;
+    return {};
+}
+
+// One table for the parser and for the help text.
+const std::vector<Option> &optionTable()
+{
+    using O = RunnerOptions;
+    static const std::vector<Option> table{
+        {"--reportgen", "KEYWORD[,PATH]", "write a report; repeatable, the console without any",
+         Section::Run, Takes::Value, list(&O::reportGenerators)},
+        {"--testcase", "NAME", "run this test case; repeatable, all of them without any",
+         Section::Run, Takes::Value, list(&O::testCases)},
+        {"--skip", "NAME", "report this test case as skipped; repeatable", Section::Run,
+         Takes::Value, list(&O::skippedTestCases)},
+        {"--tags", "EXPRESSION",
+         "run test cases with one of these tags (smoke,@fast,~slow); all of several --tags have "
+         "to hold",
+         Section::Run, Takes::Value, list(&O::tags)},
+        {"--settingsGroup", "NAME", "use the group NAME of suite.conf", Section::Run, Takes::Value,
+         text(&O::settingsGroup)},
+        {"--random", "[SEED]",
+         "shuffle; the same number gives the same order, none takes a fresh one, 0 keeps the order",
+         Section::Run, Takes::OptionalNumber, setRandom},
+        {"--retry", "N", "run a failed test case up to N times more", Section::Run, Takes::Value,
+         number(&O::retryCount, "a number of retries")},
+        {"--timeout", "SECONDS", "end a test case that runs longer; 0 for no limit", Section::Run,
+         Takes::Value, number(&O::timeoutSeconds, "a number of seconds")},
+        {"--stop-on-fail", "", "run nothing behind the first failure", Section::Run, Takes::Nothing,
+         flag(&O::stopOnFail)},
+        {"--rerun-failed", "", "run just the test cases that failed in the last run", Section::Run,
+         Takes::Nothing, flag(&O::rerunFailed)},
+        {"--resultdir", "DIRECTORY", "copy attachments there, unless a report has such a directory",
+         Section::Run, Takes::Value, text(&O::resultDir)},
+        {"--snoozeFactor", "FACTOR", "stretch the pauses of scripts", Section::Run, Takes::Value,
+         setSnoozeFactor},
+        {"--envvar", "NAME=VALUE", "set a variable for the scripts; repeatable",
+         Section::Environment, Takes::Value, addEnvVar},
+        {"--envvars", "FILE", "the same, with one NAME=VALUE a line", Section::Environment,
+         Takes::Value, text(&O::envVarFile)},
+        {"--aut", "COMMAND...", "the application to test; takes all up to --scriptargs",
+         Section::Environment, Takes::Application, list(&O::aut)},
+        {"--scriptargs", "ARGUMENTS...", "takes all that follows; scripts read it",
+         Section::Environment, Takes::Rest, list(&O::scriptArguments)},
+        {"--list", "", "print the test cases in the order of a run", Section::Information,
+         Takes::Nothing, action(O::Action::List)},
+        {"--help", "", "print this text", Section::Information, Takes::Nothing,
+         action(O::Action::Help)},
+        {"--version", "", "print the version", Section::Information, Takes::Nothing,
+         action(O::Action::Version)},
+        {"--host", "", "", Section::Child, Takes::Value, text(&O::host)},
+        {"--port", "", "", Section::Child, Takes::Value, number(&O::port, "a port")},
+        {"--wrapper", "", "", Section::Child, Takes::Value, list(&O::wrappers)},
+        {"--objectmap", "", "", Section::Child, Takes::Value, text(&O::objectMap)},
+        {"--cwd", "", "", Section::Child, Takes::Value, text(&O::cwd)},
+        {"--hook-subprocesses", "", "", Section::Child, Takes::Nothing, flag(&O::hookSubProcesses)},
+        {"--use-whitelist", "", "", Section::Child, Takes::Nothing, flag(&O::useWhiteList)},
+        {"--interactive", "", "", Section::Child, Takes::Nothing, flag(&O::isInteractive)},
+        {"--enable-video-capture", "", "", Section::Child, Takes::Nothing,
+         flag(&O::isVideoCaptureEnabled)},
+        {"--applauncher", "", "", Section::Child, Takes::Value, text(&O::applicationLauncher)},
+        {"--suiteVersion", "", "", Section::Child, Takes::Value,
+         number(&O::suiteVersion, "a version")},
+        {"--launcherargs", "", "", Section::Child, Takes::Value, text(&O::launcherArguments)},
+    };
+    return table;
+}
+
+const Option *findOption(const QString &name)
+{
+    const QString wanted = name == QLatin1String("-h") ? QStringLiteral("--help") : name;
+    const auto &table = optionTable();
+    const auto option = std::find_if(table.begin(), table.end(), [&wanted](const Option &row) {
+        return wanted == QLatin1String(row.name);
+    });
+    return option == table.end() ? nullptr : &*option;
+}
+
+bool isNumber(const QString &argument)
+{
+    return !argument.isEmpty() && std::all_of(argument.begin(), argument.end(), [](QChar digit) {
+        return digit >= QLatin1Char('0') && digit <= QLatin1Char('9');
+    });
+}
+
+class Parser
+{
+public:
+    explicit Parser(const QStringList &arguments)
+        : m_arguments(arguments)
+    {
+    }
+
+    CommandLine parse()
+    {
+        while (m_result.error.isEmpty() && m_next < m_arguments.size()) {
+            const QString argument = m_arguments.at(m_next++);
+            if (m_onlyPositional || !argument.startsWith(QLatin1Char('-')))
+                takePositional(argument);
+            else if (argument == QLatin1String("--"))
+                m_onlyPositional = true;
+            else
+                takeOption(argument);
+        }
+        return m_result;
+    }
+
+private:
+    void takePositional(const QString &argument)
+    {
+        if (argument.isEmpty())
+            m_result.error = QStringLiteral("the suite directory is an empty text");
+        else if (m_result.options.suiteDirectory.isEmpty())
+            m_result.options.suiteDirectory = argument;
+        else
+            m_result.error = QStringLiteral("one suite directory is enough, but there is '%1' too")
+                                 .arg(argument);
+    }
+
+    void takeOption(const QString &argument)
+    {
+        const int equals = argument.indexOf(QLatin1Char('='));
+        const QString name = argument.left(equals);
+        const Option *option = findOption(name);
+        if (!option) {
+            m_result.error = QStringLiteral("unknown option '%1'").arg(name);
+            return;
+        }
+        if (equals < 0)
+            takeArguments(*option);
+        else if (option->takes == Takes::Nothing)
+            m_result.error = name + QStringLiteral(" takes no value");
+        else
+            set(*option, argument.mid(equals + 1));
+    }
+
+    void takeArguments(const Option &option)
+    {
+        switch (option.takes) {
+        case Takes::Nothing:
+            set(option, QString());
+            break;
+        case Takes::Value:
+            if (m_next < m_arguments.size())
+                set(option, m_arguments.at(m_next++));
+            else
+                m_result.error =
+                    QStringLiteral("%1 needs a value").arg(QString::fromLatin1(option.name));
+            break;
+        case Takes::OptionalNumber:
+            set(option, m_next < m_arguments.size() && isNumber(m_arguments.at(m_next))
+                            ? m_arguments.at(m_next++)
+                            : QString());
+            break;
+        case Takes::Application:
+            while (m_next < m_arguments.size() &&
+                   m_arguments.at(m_next) != QLatin1String("--scriptargs"))
+                set(option, m_arguments.at(m_next++));
+            break;
+        case Takes::Rest:
+            while (m_next < m_arguments.size())
+                set(option, m_arguments.at(m_next++));
+            break;
+        }
+    }
+
+    void set(const Option &option, const QString &value)
+    {
+        const QString error = option.set(m_result.options, value);
+        if (!error.isEmpty())
+            m_result.error = QString::fromLatin1(option.name) + QLatin1String(": ") + error;
+    }
+
+    const QStringList &m_arguments;
+    int m_next = 0;
+    bool m_onlyPositional = false;
+    CommandLine m_result;
+};
+
+const int helpColumn = 32;
+const int helpWidth = 80;
+
+// The text from the column on, in lines that fit the width.
+QString wrapped(const QString &text)
+{
+    QString result;
+    int column = helpColumn;
+    for (const QString &word : text.split(QLatin1Char(' '))) {
+        if (column + word.size() > helpWidth) {
+            result += QLatin1Char('\n') + QString(helpColumn, QLatin1Char(' '));
+            column = helpColumn;
+        } else if (column > helpColumn) {
+            result += QLatin1Char(' ');
+            ++column;
+        }
+        result += word;
+        column += word.size();
+    }
+    return result;
+}
+
+QString helpLine(const QString &left, const QString &help)
+{
+    QString line = QLatin1String("  ") + left;
+    if (line.size() >= helpColumn)
+        line += QLatin1Char('\n') + QString(helpColumn, QLatin1Char(' '));
+    return line.leftJustified(helpColumn) + wrapped(help) + QLatin1Char('\n');
+}
+
+QString helpOf(Section section)
+{
+    QString help;
+    for (const Option &option : optionTable()) {
+        if (option.section == section)
+            help += helpLine(QString::fromLatin1(option.name) + QLatin1Char(' ') +
+                                 QString::fromLatin1(option.placeholder),
+                             QString::fromLatin1(option.help));
+    }
+    return help;
+}
+
+QString helpOfReports()
+{
+    QString help;
+    for (const auto &keyword : TestReportGeneratorFactory::keywords()) {
+        if (!keyword.description.isEmpty())
+            help += helpLine(keyword.name, keyword.description);
+    }
+    return help;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList &arguments)
+{
+    return Parser(arguments).parse();
+}
+
+QString helpText()
+{
+    return QStringLiteral("Usage: morvexrunner [options] SUITE_DIRECTORY\n"
+                          "       morvexrunner [options] --testcase NAME\n"
+                          "\n"
+                          "Runs the test cases of a suite, each in a process of its own. Without a "
+                          "suite\n"
+                          "directory one test case of the suite in the current directory is run in "
+                          "this\n"
+                          "process.\n"
+                          "\n"
+                          "What is run:\n") +
+           helpOf(Section::Run) + QStringLiteral("\nWhat the scripts see:\n") +
+           helpOf(Section::Environment) + QStringLiteral("\nInformation:\n") +
+           helpOf(Section::Information) + QStringLiteral("\nReports (--reportgen):\n") +
+           helpOfReports() +
+           QStringLiteral("\n"
+                          "Exit status: 0 all passed, 1 something failed or a report could not be "
+                          "created,\n"
+                          "2 wrong usage or a run that could not be carried out, 130 interrupted.\n"
+                          "\n"
+                          "Environment: NO_COLOR, CLICOLOR, CLICOLOR_FORCE and TERM=dumb choose "
+                          "colours;\n"
+                          "MORVEX_USER_SETTINGS_DIR is where the failed test cases are kept.\n");
+}
+
+} // namespace Morvex

@@ -1,0 +1,61 @@
+#include "runner/failedtestcases.h"
+
+#include "shared/realpath.h"
+#include "shared/settings.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+
+namespace Morvex {
+namespace {
+
+QString fileNameFor(const QString &suitePath)
+{
+    const QByteArray hash =
+        QCryptographicHash::hash(suitePath.toUtf8(), QCryptographicHash::Sha1).toHex();
+    return Settings::morvexSettingsDir() + QLatin1String("/failed/") + QString::fromLatin1(hash) +
+           QLatin1String(".txt");
+}
+
+} // namespace
+
+FailedTestCases::FailedTestCases(const QString &suiteDir)
+    : m_suitePath(realPath(suiteDir))
+    , m_fileName(fileNameFor(m_suitePath))
+{
+}
+
+bool FailedTestCases::isRecorded() const
+{
+    return QFile::exists(m_fileName);
+}
+
+// The first line names the suite, for the eye of a person who looks into the file.
+QStringList FailedTestCases::read() const
+{
+    QFile file(m_fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QStringList lines =
+        QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return lines.mid(1);
+}
+
+QString FailedTestCases::write(const QStringList &testCases) const
+{
+    QDir().mkpath(QFileInfo(m_fileName).path());
+    QSaveFile file(m_fileName);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QByteArray("# ") + m_suitePath.toUtf8() + '\n');
+        for (const QString &testCase : testCases)
+            file.write(testCase.toUtf8() + '\n');
+        if (file.commit())
+            return {};
+    }
+    return QStringLiteral("cannot keep the failed test cases in '%1': %2")
+        .arg(m_fileName, file.errorString());
+}
+
+} // namespace Morvex

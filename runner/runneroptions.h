@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Morvex {
+
+/// What the command line asks for.
+struct RunnerOptions
+{
+    enum class Action { Run, List, Help, Version };
+
+    Action action = Action::Run;
+    /// Empty: run a single test case of the suite in the current directory.
+    QString suiteDirectory;
+    QStringList reportGenerators;
+    QStringList testCases;
+    QStringList skippedTestCases;
+    QStringList tags;
+    QString settingsGroup;
+    bool isRandom = false;
+    /// Without one a random run picks a fresh number.
+    std::optional<unsigned int> randomSeed;
+    unsigned int retryCount = 0;
+    unsigned int timeoutSeconds = 0;
+    bool stopOnFail = false;
+    bool rerunFailed = false;
+    QStringList envVars;
+    QString envVarFile;
+    QStringList scriptArguments;
+    QString resultDir;
+    double snoozeFactor = 0;
+    bool isInteractive = false;
+    bool isVideoCaptureEnabled = false;
+
+    // Kept for the application under test.
+    QString host = QStringLiteral("127.0.0.1");
+    int port = 4322;
+    QStringList aut;
+    QStringList wrappers;
+    QString objectMap;
+    QString cwd;
+    bool hookSubProcesses = false;
+    bool useWhiteList = false;
+    QString applicationLauncher;
+    QString launcherArguments;
+    int suiteVersion = 1;
+};
+
+} // namespace Morvex

@@ -1,0 +1,293 @@
+#include "runner/runsuite.h"
+
+#include "runner/environmentfile.h"
+#include "runner/failedtestcases.h"
+#include "runner/messages.h"
+#include "runner/runneroptions.h"
+#include "runner/runoutcome.h"
+#include "runner/signals.h"
+#include "test/cancellation.h"
+#include "test/testfilters.h"
+#include "test/testreportgeneratorfactory.h"
+#include "test/testresult.h"
+#include "test/testsuite.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cstdio>
+#include <limits>
+#include <memory>
+
+namespace Morvex {
+namespace {
+
+const std::size_t slowestShown = 3;
+const qint64 slowMilliseconds = 1000;
+
+class SuiteRunner
+{
+public:
+    explicit SuiteRunner(const RunnerOptions &options)
+        : m_options(options)
+        , m_dir(QDir::current().absoluteFilePath(options.suiteDirectory))
+    {
+        m_dir.setPath(QDir::cleanPath(m_dir.path()));
+    }
+
+    int run();
+
+private:
+    QString prepare();
+    QString applyOptions();
+    QString checkTags() const;
+    QString checkNames(const QStringList &names) const;
+    QString chooseFailedTestCases();
+    int list();
+    int execute();
+    int finish(const TestResult &result);
+    void keepFailedTestCases(bool endedEarly) const;
+    void printOutcome() const;
+    void printSlowest() const;
+    void printTimed(const QString &counts) const;
+    unsigned int randomSeed() const;
+
+    const RunnerOptions &m_options;
+    QDir m_dir;
+    std::unique_ptr<TestSuite> m_suite;
+    QStringList m_testCases;
+    bool m_nothingToDo = false;
+    RunOutcome m_outcome;
+    QElapsedTimer m_timer;
+    Cancellation m_cancellation;
+};
+
+int SuiteRunner::run()
+{
+    const QString error = prepare();
+    if (!error.isEmpty()) {
+        printMessage(error);
+        return ExitUnusable;
+    }
+    if (m_nothingToDo) {
+        printMessage(QStringLiteral("no test case failed in the last run, nothing to do"));
+        return ExitPassed;
+    }
+    return m_options.action == RunnerOptions::Action::List ? list() : execute();
+}
+
+// All that can be wrong is found before anything runs.
+QString SuiteRunner::prepare()
+{
+    const QString given = m_options.suiteDirectory;
+    if (!QFileInfo(given).isDir())
+        return QStringLiteral("there is no suite directory '%1'").arg(given);
+    m_suite = std::make_unique<TestSuite>(m_dir, m_options.settingsGroup);
+    if (m_suite->hasConfigLoadError())
+        return QStringLiteral("cannot load the suite '%1': %2")
+            .arg(given, m_suite->configLoadErrorMsg().trimmed());
+    for (const QString &error : {applyOptions(), checkTags(), checkNames(m_options.testCases),
+                                 checkNames(m_options.skippedTestCases)}) {
+        if (!error.isEmpty())
+            return error;
+    }
+    m_testCases = m_options.testCases;
+    return m_options.rerunFailed ? chooseFailedTestCases() : QString();
+}
+
+QString SuiteRunner::applyOptions()
+{
+    m_suite->setTags(m_options.tags);
+    m_suite->setSkippedTestCases(m_options.skippedTestCases);
+    m_suite->setScriptArguments(m_options.scriptArguments);
+    m_suite->setApplicationLauncher(m_options.applicationLauncher);
+    m_suite->setCancellation(&m_cancellation);
+    m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;
+    QStringList aut;
+    for (const QString &word : m_options.aut)
+        aut += word.contains(QLatin1Char(' ')) ? QLatin1Char('"') + word + QLatin1Char('"') : word;
+    m_suite->setAutOverride(aut.join(QLatin1Char(' ')));
+    if (m_options.envVarFile.isEmpty())
+        return {};
+    const QString path = QFileInfo(m_options.envVarFile).absoluteFilePath();
+    m_suite->setEnvVarFileName(path);
+    return readEnvironmentFile(path, false);
+}
+
+QString SuiteRunner::checkTags() const
+{
+    QString error;
+    const std::unique_ptr<FilterInterface> filter(allFilterByArgs(m_options.tags, {}, &error));
+    return filter ? QString() : QStringLiteral("--tags: %1").arg(error);
+}
+
+QString SuiteRunner::checkNames(const QStringList &names) const
+{
+    const QStringList known = m_suite->discoverTestCases();
+    for (const QString &name : names) {
+        if (!known.contains(name))
+            return QStringLiteral("the suite '%1' has no test case '%2'; --list shows all")
+                .arg(m_options.suiteDirectory, name);
+    }
+    return {};
+}
+
+QString SuiteRunner::chooseFailedTestCases()
+{
+    const FailedTestCases record(m_dir.path());
+    if (!record.isRecorded())
+        return QStringLiteral("--rerun-failed: no earlier run of '%1' is known")
+            .arg(m_options.suiteDirectory);
+    const QStringList known = m_suite->discoverTestCases();
+    QStringList chosen;
+    for (const QString &name : record.read()) {
+        if (!known.contains(name))
+            printMessage(QStringLiteral("the failed test case '%1' does not exist any more, left "
+                                        "out")
+                             .arg(name));
+        else if (m_testCases.isEmpty() || m_testCases.contains(name))
+            chosen += name;
+    }
+    m_testCases = chosen;
+    m_nothingToDo = chosen.isEmpty();
+    return {};
+}
+
+unsigned int SuiteRunner::randomSeed() const
+{
+    if (!m_options.isRandom)
+        return 0;
+    if (m_options.randomSeed)
+        return *m_options.randomSeed;
+    const unsigned int fresh =
+        QRandomGenerator::global()->bounded(1U, std::numeric_limits<unsigned int>::max());
+    printMessage(QStringLiteral("random order, --random %1 repeats it").arg(fresh));
+    return fresh;
+}
+
+int SuiteRunner::list()
+{
+    const QStringList all = m_testCases.isEmpty() ? m_suite->discoverTestCases() : m_testCases;
+    QString error;
+    const QStringList selected =
+        m_suite->selectedByTags(TestSuite::shuffled(all, randomSeed()), &error);
+    if (!error.isEmpty()) {
+        printMessage(
+            QStringLiteral("cannot read the tags of a test case: %1").arg(error.trimmed()));
+        return ExitUnusable;
+    }
+    for (const QString &testCase : selected)
+        std::printf("%s\n", qPrintable(testCase));
+    return ExitPassed;
+}
+
+int SuiteRunner::execute()
+{
+    QString resultDir;
+    const TestReportGenerator::Result created = TestReportGeneratorFactory::create(
+        m_options.reportGenerators, &resultDir, TestReportGenerator::TEST_SUITE);
+    if (!created.error.isEmpty()) {
+        printMessage(created.error);
+        return ExitFailed;
+    }
+    if (resultDir.isEmpty() && !m_options.resultDir.isEmpty())
+        resultDir = QFileInfo(m_options.resultDir).absoluteFilePath();
+    TestResult result(created.generator);
+    result.setObserver([this](const TestResult::Entry &entry) { m_outcome.add(entry); });
+    if (!QDir::setCurrent(m_dir.path())) {
+        printMessage(QStringLiteral("cannot change into '%1'").arg(m_options.suiteDirectory));
+        return ExitUnusable;
+    }
+    const CancelOnSignals cancelOnSignals(&m_cancellation);
+    m_timer.start();
+    m_suite->run(m_options.host, m_options.port, &result, m_testCases, resultDir,
+                 m_options.snoozeFactor, m_options.timeoutSeconds, m_options.stopOnFail,
+                 m_options.retryCount, randomSeed(), m_options.envVars, m_options.isInteractive);
+    return finish(result);
+}
+
+int SuiteRunner::finish(const TestResult &result)
+{
+    const bool isCancelled = m_cancellation.isRequested();
+    keepFailedTestCases(isCancelled || !result.isComplete() || m_options.stopOnFail);
+    printOutcome();
+    if (isCancelled)
+        return ExitInterrupted;
+    if (!result.isComplete()) {
+        printMessage(QStringLiteral("the run ended before its log did, see above"));
+        return ExitUnusable;
+    }
+    return m_outcome.hasFailure() ? ExitFailed : ExitPassed;
+}
+
+// A test case that this run should have reached, but did not, stays on the list.
+void SuiteRunner::keepFailedTestCases(bool endedEarly) const
+{
+    const FailedTestCases record(m_dir.path());
+    QStringList failed = m_outcome.failedTestCases();
+    if (endedEarly) {
+        for (const QString &name : record.read()) {
+            const bool wasDue = m_testCases.isEmpty() || m_testCases.contains(name);
+            if (wasDue && !m_outcome.hasRun(name))
+                failed += name;
+        }
+    }
+    const QString error = record.write(failed);
+    if (!error.isEmpty())
+        printMessage(QStringLiteral("warning: ") + error);
+}
+
+void SuiteRunner::printOutcome() const
+{
+    const QStringList failed = m_outcome.failedTestCases();
+    const QStringList flaky = m_outcome.flakyTestCases();
+    for (const QString &name : failed)
+        printLine(QLatin1String("failed: ") + name);
+    for (const QString &name : flaky)
+        printLine(QLatin1String("passed when retried: ") + name);
+    printSlowest();
+    QString counts = QStringLiteral("%1 test cases, %2 failed")
+                         .arg(m_outcome.testCaseCount())
+                         .arg(failed.size());
+    if (!flaky.isEmpty())
+        counts += QStringLiteral(", %1 passed when retried").arg(flaky.size());
+    if (m_outcome.skippedCount() > 0)
+        counts += QStringLiteral(", %1 skipped").arg(m_outcome.skippedCount());
+    if (m_cancellation.isRequested())
+        counts += QLatin1String(", interrupted");
+    printTimed(counts);
+    if (!failed.isEmpty())
+        printLine(QStringLiteral("run just the failed ones again: morvexrunner --rerun-failed %1")
+                      .arg(shellQuoted(m_options.suiteDirectory)));
+}
+
+void SuiteRunner::printSlowest() const
+{
+    QStringList shown;
+    for (const RunOutcome::Duration &slow : m_outcome.slowest(slowestShown)) {
+        if (slow.milliseconds >= slowMilliseconds)
+            shown += QStringLiteral("%1 (%2 s)")
+                         .arg(slow.testCase)
+                         .arg(static_cast<double>(slow.milliseconds) / 1000, 0, 'f', 1);
+    }
+    if (!shown.isEmpty())
+        printLine(QLatin1String("slowest: ") + shown.join(QLatin1String(", ")));
+}
+
+void SuiteRunner::printTimed(const QString &counts) const
+{
+    printMessage(QStringLiteral("%1 in %2 s")
+                     .arg(counts)
+                     .arg(static_cast<double>(m_timer.elapsed()) / 1000, 0, 'f', 1));
+}
+
+} // namespace
+
+int runSuite(const RunnerOptions &options)
+{
+    return SuiteRunner(options).run();
+}
+
+} // namespace Morvex

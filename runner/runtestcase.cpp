@@ -1,0 +1,68 @@
+#include "runner/runtestcase.h"
+
+#include "runner/environmentfile.h"
+#include "runner/messages.h"
+#include "runner/runneroptions.h"
+#include "runner/runoutcome.h"
+#include "runner/scripttestcase.h"
+#include "test/testreportgeneratorfactory.h"
+#include "test/testresult.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace Morvex {
+namespace {
+
+QString setEnvironment(const RunnerOptions &options)
+{
+    if (!options.envVarFile.isEmpty()) {
+        const QString error = readEnvironmentFile(options.envVarFile, true);
+        if (!error.isEmpty())
+            return error;
+    }
+    for (const QString &assignment : options.envVars)
+        setEnvironmentVariable(assignment);
+    return {};
+}
+
+QString problem(const RunnerOptions &options)
+{
+    if (options.testCases.size() > 1)
+        return QStringLiteral("without a suite directory only one --testcase can be run");
+    const QString name = options.testCases.constFirst();
+    if (!QFileInfo(name).isDir())
+        return QStringLiteral("there is no test case '%1' in the current directory").arg(name);
+    return setEnvironment(options);
+}
+
+} // namespace
+
+int runTestCase(const RunnerOptions &options)
+{
+    const QString error = problem(options);
+    if (!error.isEmpty()) {
+        printMessage(error);
+        return ExitUnusable;
+    }
+    QString resultDir;
+    const TestReportGenerator::Result created = TestReportGeneratorFactory::create(
+        options.reportGenerators, &resultDir, TestReportGenerator::TEST_CASE);
+    if (!created.error.isEmpty()) {
+        printMessage(created.error);
+        return ExitFailed;
+    }
+    if (resultDir.isEmpty() && !options.resultDir.isEmpty())
+        resultDir = QFileInfo(options.resultDir).absoluteFilePath();
+    TestResult result(created.generator);
+    RunOutcome outcome;
+    result.setObserver([&outcome](const TestResult::Entry &entry) { outcome.add(entry); });
+    const QDir suiteDir = QDir::current();
+    ScriptTestCase testCase(
+        &result, suiteDir.absoluteFilePath(options.testCases.constFirst()),
+        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor});
+    testCase.run(true);
+    return outcome.hasFailure() ? ExitFailed : ExitPassed;
+}
+
+} // namespace Morvex

@@ -1,0 +1,234 @@
+#include "runner/scriptapi.h"
+
+#include "shared/environment.h"
+#include "test/testresult.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QQmlEngine>
+#include <QSaveFile>
+#include <QTimer>
+
+#include <cstdlib>
+#include <limits>
+
+// Outside of all namespaces, as the macro wants it.
+static void initializeResources()
+{
+    Q_INIT_RESOURCE(scriptapi);
+}
+
+namespace Morvex {
+namespace {
+
+const QLatin1String attachmentFolder("attachments");
+
+TestResult::ResultType outcomeType(bool passed, bool expectFail)
+{
+    if (expectFail)
+        return passed ? TestResult::XPASS : TestResult::XFAIL;
+    return passed ? TestResult::PASS : TestResult::FAIL;
+}
+
+// A name in dir that no file has, made of that of source.
+QString freeName(const QDir &dir, const QFileInfo &source)
+{
+    QString name = source.fileName();
+    const QString suffix =
+        source.suffix().isEmpty() ? QString() : QLatin1Char('.') + source.suffix();
+    for (int number = 2; dir.exists(name); ++number)
+        name = source.completeBaseName() + QLatin1Char('_') + QString::number(number) + suffix;
+    return dir.filePath(name);
+}
+
+} // namespace
+
+ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
+    : m_engine(engine)
+    , m_context(context)
+{
+}
+
+void ScriptApi::install()
+{
+    initializeResources();
+    QFile file(QStringLiteral(":/morvexrunner/scriptapi.js"));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("The script API is missing in this executable");
+    QJSEngine &engine = m_engine->engine();
+    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    QJSValue installer = m_engine->runInternal(QString::fromUtf8(file.readAll()));
+    const QJSValue outcome = installer.call({engine.newQObject(this), engine.globalObject()});
+    if (outcome.isError())
+        qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
+}
+
+void ScriptApi::log(const QString &type, const QString &message, const QString &details)
+{
+    m_context.result->addResult(QDateTime::currentDateTime(), TestResult::stringToResult(type),
+                                message, details, m_engine->currentStack(), QString(), -1);
+}
+
+void ScriptApi::check(bool passed, const QString &message, const QString &details, bool expectFail)
+{
+    TestResult *result = m_context.result;
+    result->startVP();
+    result->addResult(QDateTime::currentDateTime(), outcomeType(passed, expectFail), message,
+                      details, m_engine->currentStack(), QString(), -1);
+    result->endVP();
+}
+
+void ScriptApi::compareTexts(bool equal, const QString &expected, const QString &actual,
+                             const QString &message, bool expectFail)
+{
+    // Equal objects may look different.
+    const QString shownActual = equal ? expected : actual;
+    check(equal, message, TestResult::compare(expected, shownActual).details, expectFail);
+}
+
+void ScriptApi::compareNumbers(int expected, int actual, const QString &message, bool expectFail)
+{
+    const TestResult::Comparison comparison = TestResult::compare(expected, actual);
+    check(comparison.equal, message, comparison.details, expectFail);
+}
+
+void ScriptApi::startSection(const QString &title, const QString &description)
+{
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    m_context.result->startSection(title, description, stack.empty() ? LineInfo() : stack.front());
+}
+
+void ScriptApi::endSection()
+{
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    const QString error = m_context.result->endSection(stack.empty() ? LineInfo() : stack.front());
+    if (!error.isEmpty())
+        throwError(QLatin1String("endSection: ") + error);
+}
+
+void ScriptApi::attach(const QString &file, const QString &message)
+{
+    QString path = existingPath(file);
+    if (!QFileInfo(path).isFile()) {
+        throwError(QStringLiteral("attach: there is no file '%1'").arg(file));
+        return;
+    }
+    if (!m_context.resultDir.isEmpty()) {
+        const QDir dir(m_context.resultDir + QLatin1Char('/') + attachmentFolder +
+                       QLatin1Char('/') + QDir(m_context.testCaseDir).dirName());
+        dir.mkpath(QStringLiteral("."));
+        const QString copy = freeName(dir, QFileInfo(path));
+        if (!QFile::copy(path, copy)) {
+            throwError(QStringLiteral("attach: cannot copy '%1' to '%2'").arg(path, copy));
+            return;
+        }
+        path = copy;
+    }
+    m_context.result->addAttachment(TestResult::FILE_ATTACHMENT,
+                                    message.isEmpty() ? QFileInfo(path).fileName() : message, path,
+                                    m_engine->currentStack());
+}
+
+QString ScriptApi::existingPath(const QString &file) const
+{
+    for (const QString &dir : {m_context.testCaseDir, m_context.suiteDir}) {
+        const QString path = QDir(dir).absoluteFilePath(file);
+        if (QFile::exists(path))
+            return path;
+    }
+    return {};
+}
+
+QString ScriptApi::targetPath(const QString &file) const
+{
+    const QString path = existingPath(file);
+    return path.isEmpty() ? QDir(m_context.testCaseDir).absoluteFilePath(file) : path;
+}
+
+bool ScriptApi::readTextFile(const QString &file, QString *path, QString *text)
+{
+    *path = targetPath(file);
+    QFile source(*path);
+    if (!source.open(QIODevice::ReadOnly)) {
+        throwError(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
+        return false;
+    }
+    *text = QString::fromUtf8(source.readAll());
+    return true;
+}
+
+QString ScriptApi::readFile(const QString &file)
+{
+    QString path;
+    QString text;
+    readTextFile(file, &path, &text);
+    return text;
+}
+
+void ScriptApi::writeFile(const QString &file, const QString &text)
+{
+    QSaveFile target(targetPath(file));
+    if (!target.open(QIODevice::WriteOnly) || target.write(text.toUtf8()) < 0 || !target.commit())
+        throwError(QStringLiteral("cannot write '%1': %2").arg(file, target.errorString()));
+}
+
+bool ScriptApi::fileExists(const QString &file) const
+{
+    return !existingPath(file).isEmpty();
+}
+
+QString ScriptApi::environment(const QString &name) const
+{
+    return QString::fromStdString(Environment::getVariable(name.toStdString()));
+}
+
+QStringList ScriptApi::scriptArguments() const
+{
+    return m_context.scriptArguments;
+}
+
+void ScriptApi::snooze(double seconds) const
+{
+    const double factor = m_context.snoozeFactor > 0 ? m_context.snoozeFactor : 1;
+    const double milliseconds = seconds * factor * 1000;
+    if (!(milliseconds > 0))
+        return;
+    QEventLoop loop;
+    QTimer::singleShot(
+        static_cast<int>(qMin(milliseconds, double(std::numeric_limits<int>::max()))),
+        Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+QJSValue ScriptApi::include(const QString &file)
+{
+    QString path;
+    QString program;
+    if (!readTextFile(file, &path, &program))
+        return {};
+    if (m_including.contains(path)) {
+        throwError(QStringLiteral("include: '%1' includes itself").arg(file));
+        return {};
+    }
+    m_including += path;
+    const ScriptEngine::Outcome outcome = m_engine->run(program, path);
+    m_including.removeLast();
+    QJSValue result = m_engine->engine().newObject();
+    result.setProperty(QStringLiteral("hasThrown"), outcome.hasThrown);
+    result.setProperty(QStringLiteral("value"), outcome.value);
+    return result;
+}
+
+void ScriptApi::abortProcess() const
+{
+    std::abort();
+}
+
+void ScriptApi::throwError(const QString &message)
+{
+    m_engine->engine().throwError(message);
+}
+
+} // namespace Morvex

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "runner/scriptengine.h"
+
+#include <QJSValue>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace Morvex {
+
+class TestResult;
+
+/// What a script can call. The functions that scripts see are in scriptapi.js; they check and
+/// convert their arguments and call the slots of this class.
+class ScriptApi : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Context
+    {
+        TestResult *result;
+        /// Relative paths are looked up in the first, then in the second. Absolute.
+        QString testCaseDir;
+        QString suiteDir;
+        /// Empty when there is none.
+        QString resultDir;
+        QStringList scriptArguments;
+        double snoozeFactor;
+    };
+
+    ScriptApi(ScriptEngine *engine, const Context &context);
+
+    /// Defines the API in the global scope of the engine.
+    void install();
+
+    Q_INVOKABLE void log(const QString &type, const QString &message, const QString &details);
+    Q_INVOKABLE void check(bool passed, const QString &message, const QString &details,
+                           bool expectFail);
+    Q_INVOKABLE void compareTexts(bool equal, const QString &expected, const QString &actual,
+                                  const QString &message, bool expectFail);
+    Q_INVOKABLE void compareNumbers(int expected, int actual, const QString &message,
+                                    bool expectFail);
+    Q_INVOKABLE void startSection(const QString &title, const QString &description);
+    Q_INVOKABLE void endSection();
+    Q_INVOKABLE void attach(const QString &file, const QString &message);
+    Q_INVOKABLE QString readFile(const QString &file);
+    Q_INVOKABLE void writeFile(const QString &file, const QString &text);
+    Q_INVOKABLE bool fileExists(const QString &file) const;
+    Q_INVOKABLE QString environment(const QString &name) const;
+    Q_INVOKABLE QStringList scriptArguments() const;
+    Q_INVOKABLE void snooze(double seconds) const;
+    Q_INVOKABLE QJSValue include(const QString &file);
+    Q_INVOKABLE void abortProcess() const;
+
+private:
+    QString existingPath(const QString &file) const;
+    QString targetPath(const QString &file) const;
+    bool readTextFile(const QString &file, QString *path, QString *text);
+    void throwError(const QString &message);
+
+    ScriptEngine *m_engine;
+    Context m_context;
+    QStringList m_including;
+};
+
+} // namespace Morvex

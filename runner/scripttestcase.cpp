@@ -1,0 +1,76 @@
+#include "runner/scripttestcase.h"
+
+#include "test/testresult.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace Morvex {
+namespace {
+
+// Why a test case can't be run at all; empty when it can.
+QString obstacle(const QDir &dir)
+{
+    if (!dir.entryList({QStringLiteral("*.feature")}).isEmpty())
+        return QStringLiteral("Behaviour driven test cases (*.feature) can't be run yet.");
+    if (!dir.exists(QStringLiteral("script.js")))
+        return QStringLiteral("There is no script.js in '%1'.").arg(dir.path());
+    return {};
+}
+
+QString thrownText(const QJSValue &value)
+{
+    // What a script throws may have a toString that throws in turn.
+    const QString text = value.toString();
+    return text.isEmpty() ? QStringLiteral("(a value without a text)") : text;
+}
+
+QString stackText(const std::vector<LineInfo> &stack)
+{
+    QStringList lines;
+    for (const LineInfo &line : stack)
+        lines += QLatin1String("  at ") + line.toString();
+    return lines.join(QLatin1Char('\n'));
+}
+
+} // namespace
+
+ScriptTestCase::ScriptTestCase(TestResult *result, const QDir &dir, const Options &options)
+    : TestCase(result, dir)
+    , m_options(options)
+{
+}
+
+void ScriptTestCase::execute()
+{
+    const QDir dir = testCaseDirectory();
+    const QString path = dir.filePath(QStringLiteral("script.js"));
+    QFile script(path);
+    QString error = obstacle(dir);
+    if (error.isEmpty() && !script.open(QIODevice::ReadOnly))
+        error = QStringLiteral("Cannot read '%1': %2").arg(path, script.errorString());
+    if (error.isEmpty())
+        runScript(path, QString::fromUtf8(script.readAll()));
+    else
+        result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), error,
+                            LineInfo(path, 0), QString(), -1);
+}
+
+void ScriptTestCase::runScript(const QString &path, const QString &program)
+{
+    ScriptEngine engine;
+    ScriptApi api(&engine,
+                  {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
+                   m_options.scriptArguments, m_options.snoozeFactor});
+    api.install();
+    const ScriptEngine::Outcome outcome = engine.run(program, path);
+    if (!outcome.hasThrown)
+        return;
+    std::vector<LineInfo> stack = outcome.stack;
+    if (stack.empty())
+        stack.emplace_back(path, 0);
+    result()->addError(QStringLiteral("Script error"),
+                       thrownText(outcome.value) + QLatin1Char('\n') + stackText(stack), stack);
+}
+
+} // namespace Morvex

@@ -1,0 +1,304 @@
+#include "test/testcaseprocess.h"
+
+#include "support/capture.h"
+#include "support/fakerunner.h"
+#include "support/files.h"
+#include "support/recordinggenerator.h"
+#include "test/cancellation.h"
+#include "test/rawreportgenerator.h"
+#include "test/rawstreamoutput.h"
+#include "test/testcasetransmission.h"
+#include "test/testresult.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+#include <QtEndian>
+
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+int runFake(const QByteArray &script, int timeoutSeconds = 0, Cancellation *cancellation = nullptr)
+{
+    const FakeRunner runner(script);
+    TestResult result(new RecordingGenerator);
+    return TestCaseProcess::run({"--testcase", "tst"}, timeoutSeconds, 0, &result, cancellation);
+}
+
+bool waitFor(const std::function<bool()> &condition)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!condition() && timer.elapsed() < 10000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        // Outside of an event loop objects are not deleted later but never.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QThread::msleep(1);
+    }
+    return condition();
+}
+
+} // namespace
+
+TEST(TestCaseProcessTest, CodesOfAChildsEnd)
+{
+    EXPECT_EQ(runFake("exit 0"), 0);
+    EXPECT_EQ(runFake("exit 7"), 7);
+    EXPECT_EQ(runFake("kill -SEGV $$"), TestCaseProcess::ABNORMAL_END);
+    EXPECT_EQ(runFake("sleep 30", 1), TestCaseProcess::TIMED_OUT);
+}
+
+TEST(TestCaseProcessTest, AProgramThatCannotBeStarted)
+{
+    const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
+    TestResult result(new RecordingGenerator);
+    EXPECT_EQ(TestCaseProcess::run({}, 0, 0, &result), TestCaseProcess::CANNOT_START);
+}
+
+TEST(TestCaseProcessTest, TheReportOptionStandsBehindTheTestCase)
+{
+    const struct
+    {
+        QStringList given;
+        int position;
+    } rows[] = {
+        {{"--host", "h", "--testcase", "tst", "--scriptargs", "a b"}, 4},
+        {{"--host", "h"}, 1},
+        {{}, 0},
+    };
+    for (const auto &row : rows) {
+        const FakeRunner runner("exit 0");
+        TestResult result(new RecordingGenerator);
+        TestCaseProcess::run(row.given, 0, 0, &result);
+        QStringList arguments = runner.arguments();
+        ASSERT_EQ(arguments.size(), row.given.size() + 2);
+        EXPECT_EQ(arguments.takeAt(row.position), "--reportgen");
+        const QString socket = arguments.takeAt(row.position);
+        EXPECT_EQ(socket.indexOf("raw,/"), 0);
+        EXPECT_TRUE(socket.endsWith(
+            QString("/morvexrunner_report_%1").arg(QCoreApplication::applicationPid())));
+        EXPECT_EQ(arguments, row.given);
+    }
+}
+
+TEST(TestCaseProcessTest, TheChildWritesNoSummary)
+{
+    EXPECT_EQ(runFake("[ \"$MORVEX_NOREPORTSUMMARY\" = 1 ]"), 0);
+}
+
+TEST(TestCaseProcessTest, WhatTheChildStartedEndsWithItsTimeout)
+{
+    QTemporaryDir dir;
+    const QString pidFile = dir.filePath("pid");
+    EXPECT_EQ(runFake("sleep 60 & echo $! > '" + pidFile.toLocal8Bit() +
+                          "'; trap '' TERM; wait; "
+                          "sleep 60",
+                      1),
+              TestCaseProcess::TIMED_OUT);
+    const int pid = readFile(pidFile).trimmed().toInt();
+    ASSERT_GT(pid, 0);
+    EXPECT_TRUE(waitFor([pid] {
+        const QByteArray stat = readFile(QString("/proc/%1/stat").arg(pid));
+        return stat.isEmpty() || stat.contains(") Z ");
+    }));
+}
+
+TEST(TestCaseProcessTest, ACancellationEndsTheAttempt)
+{
+    Cancellation cancellation;
+    QTimer::singleShot(200, [&cancellation] { cancellation.request(); });
+    EXPECT_EQ(runFake("sleep 60", 0, &cancellation), TestCaseProcess::CANCELLED);
+    // And keeps another one from being started.
+    QTemporaryDir dir;
+    EXPECT_EQ(runFake("touch '" + dir.path().toLocal8Bit() + "/started'", 0, &cancellation),
+              TestCaseProcess::CANCELLED);
+    EXPECT_TRUE(QDir(dir.path()).isEmpty());
+}
+
+TEST(TestCaseProcessTest, ASocketFileOfAKilledRunDoesNotStopThis)
+{
+    const QString path = QDir::tempPath() +
+                         QString("/morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
+    writeFile(path, "");
+    EXPECT_EQ(runFake("exit 3"), 3);
+    QFile::remove(path);
+}
+
+TEST(TestCaseProcessTest, AServerInUseIsAnError)
+{
+    QLocalServer other;
+    ASSERT_TRUE(
+        other.listen(QString("morvexrunner_report_%1").arg(QCoreApplication::applicationPid())));
+    int code = 0;
+    const std::string message = standardErrorOf([&code] { code = runFake("exit 0"); });
+    EXPECT_EQ(code, TestCaseProcess::CANNOT_START);
+    EXPECT_EQ(message.find("Could not open pipe \"morvexrunner_report_"), 0U);
+}
+
+TEST(RawReportGeneratorTest, ASocketThatIsNotThereIsAnError)
+{
+    const auto result = RawReportGenerator::create("/no/such/socket");
+    EXPECT_EQ(result.generator, nullptr);
+    EXPECT_EQ(result.error.indexOf("Could not connect to local report socket '/no/such/socket': "),
+              0);
+}
+
+TEST(RawReportGeneratorTest, ALostParentDoesNotStopTheRun)
+{
+    QLocalServer server;
+    QTemporaryDir dir;
+    ASSERT_TRUE(server.listen(dir.filePath("socket")));
+    const std::unique_ptr<TestReportGenerator> generator(
+        RawReportGenerator::create(server.fullServerName()).generator);
+    ASSERT_TRUE(generator);
+    ASSERT_TRUE(server.waitForNewConnection(5000));
+    delete server.nextPendingConnection();
+    TestResult::Entry entry;
+    entry.type = TestResult::LOG;
+    entry.message = QString(1000000, 'x');
+    const std::string message = standardErrorOf([&] {
+        for (int i = 0; i < 5; ++i)
+            generator->handleEntry(entry);
+    });
+    EXPECT_EQ(message, "RawReportGenerator: failed to send testresult entry to testsuite "
+                       "morvexrunner\n");
+}
+
+namespace {
+
+// Keeps where videos go.
+class VideoGenerator : public RecordingGenerator
+{
+public:
+    explicit VideoGenerator(const QString &directory)
+        : dir(directory)
+    {
+    }
+
+    QIODeviceResult videoOutput(const QString &path) override
+    {
+        names += path;
+        return TestReportGenerator::videoOutput(dir + "/" + path);
+    }
+
+    QString dir;
+    QStringList names;
+};
+
+class VideoStreamTest : public testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(server.listen(dir.filePath("socket"))); }
+
+    // The parent's end of the next connection. It deletes itself at the end of the stream.
+    TestCaseTransmission *accept()
+    {
+        EXPECT_TRUE(waitFor([this] { return server.hasPendingConnections(); }));
+        QLocalSocket *socket = server.nextPendingConnection();
+        auto *transmission = new TestCaseTransmission(&parent, socket);
+        QObject::connect(socket, &QLocalSocket::readyRead, transmission,
+                         &TestCaseTransmission::onReadyRead);
+        QObject::connect(socket, &QLocalSocket::stateChanged, transmission,
+                         &TestCaseTransmission::onStateChanged);
+        transmission->onReadyRead();
+        return transmission;
+    }
+
+    QTemporaryDir dir;
+    QLocalServer server;
+    VideoGenerator parent{dir.path()};
+};
+
+QByteArray chunk(quint32 type, quint64 value, const QByteArray &data = {})
+{
+    QByteArray bytes(12, '\0');
+    qToBigEndian(type, bytes.data());
+    qToBigEndian(value, bytes.data() + 4);
+    return bytes + data;
+}
+
+} // namespace
+
+TEST_F(VideoStreamTest, AVideoArrivesWithItsSeeksAndIsConfirmed)
+{
+    const auto report = RawReportGenerator::create(server.fullServerName());
+    const std::unique_ptr<TestReportGenerator> child(report.generator);
+    ASSERT_TRUE(waitFor([this] { return server.hasPendingConnections(); }));
+    const std::unique_ptr<QLocalSocket> reportConnection(server.nextPendingConnection());
+
+    std::unique_ptr<QIODevice> video(child->videoOutput("v.mp4").device);
+    ASSERT_TRUE(video);
+    TestCaseTransmission *transmission = accept();
+    QList<qint64> confirmed;
+    QObject::connect(video.get(), &QIODevice::bytesWritten,
+                     [&confirmed](qint64 bytes) { confirmed += bytes; });
+    EXPECT_EQ(video->write("0123456789"), 0);
+    EXPECT_TRUE(video->seek(2));
+    video->write("ab");
+    video->write("cde");
+    // The acknowledgement of the last write waits for another one.
+    EXPECT_TRUE(waitFor([&confirmed] { return confirmed.size() == 2; }));
+    EXPECT_EQ(confirmed, (QList<qint64>{10, 2}));
+    video.reset();
+    bool ended = false;
+    QObject::connect(transmission, &QObject::destroyed, [&ended] { ended = true; });
+    EXPECT_TRUE(waitFor([&ended] { return ended; }));
+    EXPECT_EQ(parent.names, QStringList("v.mp4"));
+    EXPECT_EQ(readFile(dir.filePath("v.mp4")), "01abcde789");
+}
+
+TEST_F(VideoStreamTest, AnUnknownChunkEndsTheStreamOnly)
+{
+    QLocalSocket socket;
+    socket.connectToServer(server.fullServerName());
+    ASSERT_TRUE(socket.waitForConnected(5000));
+    socket.write(QByteArray("\0\0\0\5v.mp4", 9) + chunk(2, 3, "abc") + chunk(9, 0));
+    ASSERT_TRUE(socket.waitForBytesWritten(5000));
+    const std::string message = standardErrorOf([this, &socket] {
+        accept();
+        EXPECT_TRUE(
+            waitFor([&socket] { return socket.state() == QLocalSocket::UnconnectedState; }));
+    });
+    EXPECT_EQ(message, "Video stream error: unknown chunk type\n");
+    EXPECT_EQ(readFile(dir.filePath("v.mp4")), "abc");
+}
+
+TEST_F(VideoStreamTest, HugeLengthsWaitForTheirBytes)
+{
+    QLocalSocket socket;
+    socket.connectToServer(server.fullServerName());
+    ASSERT_TRUE(socket.waitForConnected(5000));
+    socket.write(QByteArray("\0\0\0\1v", 5) + chunk(1, 0xffffffffffffffffULL) +
+                 chunk(2, 0xffffffffffffffffULL, "abc"));
+    ASSERT_TRUE(socket.waitForBytesWritten(5000));
+    const std::unique_ptr<TestCaseTransmission> transmission(accept());
+    EXPECT_TRUE(waitFor([this] { return !parent.names.isEmpty(); }));
+    EXPECT_EQ(readFile(dir.filePath("v")), "");
+}
+
+TEST_F(VideoStreamTest, AVideoThatCannotBeWrittenEndsItsStream)
+{
+    QLocalSocket socket;
+    socket.connectToServer(server.fullServerName());
+    ASSERT_TRUE(socket.waitForConnected(5000));
+    socket.write(QByteArray("\0\0\0\4no/v", 8));
+    ASSERT_TRUE(socket.waitForBytesWritten(5000));
+    const std::string message = standardErrorOf([this, &socket] {
+        accept();
+        EXPECT_TRUE(
+            waitFor([&socket] { return socket.state() == QLocalSocket::UnconnectedState; }));
+    });
+    EXPECT_EQ(message.find("Could not start the stream: Fialed opening file '"), 0U);
+}

@@ -1,0 +1,517 @@
+#include "test/testsuite.h"
+
+#include "support/capture.h"
+#include "support/environmentguard.h"
+#include "support/fakerunner.h"
+#include "support/files.h"
+#include "support/recordinggenerator.h"
+#include "test/cancellation.h"
+#include "test/testresult.h"
+
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <csignal>
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const QByteArray configOfTags =
+    "<testconfig><information><summary/><description/></information><tags>%1</tags></testconfig>";
+
+class TestSuiteTest : public testing::Test
+{
+protected:
+    TestSuite load(const QByteArray &conf, const QString &group = {})
+    {
+        writeFile(dir.filePath("suite.conf"), conf);
+        return TestSuite(QDir(dir.path()), group);
+    }
+
+    void addTestCase(const QString &name, const QByteArrayList &tags = {})
+    {
+        QDir(dir.path()).mkdir(name);
+        if (tags.isEmpty())
+            return;
+        QByteArray xml;
+        for (const QByteArray &tag : tags)
+            xml += "<tag>" + tag + "</tag>";
+        writeFile(dir.filePath(name + "/config.xml"), QByteArray(configOfTags).replace("%1", xml));
+    }
+
+    // Runs with children that do nothing, and gives "TYPE message details" of each entry, with
+    // "retry" and the number on starts.
+    QStringList run(TestSuite &suite, const QStringList &testCases = {}, unsigned int retries = 0,
+                    bool stopOnFail = false, unsigned int randomSeed = 0)
+    {
+        auto *recorder = new RecordingGenerator;
+        TestResult result(recorder);
+        suite.run("h", 1, &result, testCases, "", 0, 20, stopOnFail, retries, randomSeed, {},
+                  false);
+        isComplete = result.isComplete();
+        QStringList lines;
+        for (const TestResult::Entry &entry : recorder->entries) {
+            QString line = TestResult::resultToString(entry.type) + "|" + entry.message;
+            if (entry.type == TestResult::START_TEST_CASE)
+                line += "|" + QString::number(entry.retry);
+            else
+                line += "|" + entry.details;
+            lines += line;
+        }
+        return lines;
+    }
+
+    QStringList order(const QStringList &lines) const
+    {
+        QStringList names;
+        for (const QString &line : lines) {
+            if (line.startsWith("START_TEST_CASE|Start 'tst_"))
+                names += line.section('\'', 1, 1);
+        }
+        return names;
+    }
+
+    QTemporaryDir dir;
+    bool isComplete = false;
+};
+
+using TestSuiteDeathTest = TestSuiteTest;
+
+} // namespace
+
+TEST_F(TestSuiteTest, NumbersAndSwitches)
+{
+    const struct
+    {
+        const char *conf;
+        int version;
+        bool implicitStart;
+        int naming;
+    } rows[] = {
+        {"", 1, true, 1},
+        {"VERSION = 0", 1, true, 1},
+        {"VERSION = -3", 1, true, 1},
+        {"VERSION = abc", 1, true, 1},
+        {"VERSION = 3", 3, false, 0},
+        {"VERSION = 3\nIMPLICITAUTSTART = yes\nNAMINGSCHEME = HIERARCHICAL", 3, true, 1},
+        {"NAMINGSCHEME = MULTIPROP\nIMPLICITAUTSTART = 0", 1, false, 0},
+        {"VERSION = 3\nNAMINGSCHEME = HIERACHICAL", 3, false, 1},
+        {"VERSION = 3\nNAMINGSCHEME = multiprop", 3, false, 0},
+    };
+    for (const auto &row : rows) {
+        const TestSuite suite = load(row.conf);
+        EXPECT_EQ(suite.version(), row.version) << row.conf;
+        EXPECT_EQ(suite.implicitAutStart(), row.implicitStart) << row.conf;
+        EXPECT_EQ(suite.namingScheme(), row.naming) << row.conf;
+    }
+}
+
+TEST_F(TestSuiteTest, TextsAndLists)
+{
+    TestSuite suite = load("CWD = <AUT_path>\nCLASS = Main  Class\nLANGUAGE = Python\n"
+                           "LAUNCHER = my launcher\nLAUNCHER_ARGUMENTS = -a \"b c\"\n"
+                           "CLASSPATH = /a:/b\nUSE_WHITELIST =\nENVVARS = env\n"
+                           "OBJECTMAP = maps/objects.map\nWRAPPERS = SWT");
+    EXPECT_EQ(suite.cwd(), "@app");
+    EXPECT_EQ(suite.aut(), "Main Class");
+    EXPECT_EQ(suite.applicationLauncher(), "my launcher");
+    EXPECT_EQ(suite.applicationLauncherArgs(), (QStringList{"-a", "b c"}));
+    EXPECT_EQ(suite.classPathEnvironment(), "CLASSPATH=/a:/b");
+    EXPECT_TRUE(suite.useWhiteList());
+    EXPECT_EQ(suite.envVarFileName(), dir.filePath("env"));
+    EXPECT_EQ(suite.objectMap(), dir.filePath("maps/objects.map"));
+    EXPECT_EQ(suite.wrappers(), QStringList("Java"));
+    EXPECT_TRUE(suite.hookSubProcesses());
+    EXPECT_EQ(TestSuite::extensionForLanguage(suite.defaultLanguage()), "py");
+    EXPECT_TRUE(TestSuite::extensionForLanguage("python").isNull());
+    suite.setAutOverride("over");
+    suite.setApplicationLauncher("other");
+    suite.setApplicationLauncherArgs({"x"});
+    suite.setEnvVarFileName("/e");
+    EXPECT_EQ(suite.aut(), "over");
+    EXPECT_EQ(suite.applicationLauncher(), "other");
+    EXPECT_EQ(suite.applicationLauncherArgs(), QStringList("x"));
+    EXPECT_EQ(suite.envVarFileName(), "/e");
+    EXPECT_EQ(suite.absoluteSuiteFilePath(""), "");
+    EXPECT_EQ(suite.absoluteSuiteFilePath("/a/b"), "/a/b");
+
+    const TestSuite two = load("WRAPPERS = Java AWT/Swing\nCWD = <CWD_of_Server>");
+    EXPECT_EQ(two.wrappers(), (QStringList{"Java", "Java"}));
+    EXPECT_FALSE(two.hookSubProcesses());
+    EXPECT_EQ(two.cwd(), "@server");
+    EXPECT_EQ(two.objectMap(), dir.filePath("objects.map"));
+    EXPECT_EQ(load("CWD = <aut_path>").cwd(), "<aut_path>");
+    EXPECT_FALSE(load("WRAPPERS = Java Qt").hookSubProcesses());
+    EXPECT_TRUE(load("WRAPPERS = Qt\nHOOK_SUB_PROCESSES = on").hookSubProcesses());
+}
+
+TEST_F(TestSuiteTest, ASettingsGroupHidesPlainKeysButNotTheGlobalOnes)
+{
+    const QByteArray conf = "SETTINGS_GROUPS = nightly\nAUT = plain\nOBJECTMAP = o.map\n"
+                            "NAMINGSCHEME = HIERARCHICAL\nnightly/VERSION = 3\n"
+                            "WRAPPERS = SWT\nnightly/WRAPPERS = AWT/Swing\n";
+    for (const char *group : {"nightly", "/nightly"}) {
+        const TestSuite suite = load(conf, group);
+        EXPECT_EQ(suite.aut(), "");
+        EXPECT_EQ(suite.objectMap(), dir.filePath("o.map"));
+        EXPECT_EQ(suite.version(), 3);
+        EXPECT_EQ(suite.namingScheme(), 0);
+        EXPECT_EQ(suite.wrappers(), QStringList("Java"));
+    }
+    // It passes the check and finds nothing.
+    EXPECT_EQ(load(conf, "nightly/").version(), 1);
+    EXPECT_EQ(load(conf, "Default").aut(), "plain");
+}
+
+TEST_F(TestSuiteDeathTest, AnUnknownSettingsGroupEndsTheProcess)
+{
+    EXPECT_EXIT(load("SETTINGS_GROUPS = nightly", "x/"), testing::ExitedWithCode(255),
+                "Settings group 'x' doesn't exist in test suite '[^/]+'\n");
+}
+
+TEST_F(TestSuiteTest, ErrorsOfTheFilesAreKept)
+{
+    EXPECT_EQ(load("KEY").configLoadErrorMsg(),
+              dir.filePath("suite.conf") + ": Unexpected end of file (key without a value)");
+    const TestSuite missing(QDir("/no/such/suite"), "");
+    EXPECT_EQ(missing.configLoadErrorMsg(),
+              "Couldn't open '/no/such/suite/suite.conf' for reading.");
+    writeFile(dir.filePath("config.xml"), "<x/>");
+    const TestSuite suite = load("VERSION = 3");
+    EXPECT_EQ(suite.configLoadErrorMsg(), "error while reading configuration file " +
+                                              dir.filePath("config.xml") +
+                                              ": 1:1: expected testconfig element; got x element");
+    EXPECT_EQ(suite.version(), 3);
+}
+
+TEST_F(TestSuiteTest, MetadataOfTheSuite)
+{
+    writeFile(dir.filePath("config.xml"),
+              "<testconfig><information><summary>s</summary><description>d</description>"
+              "</information><testsettings><k>v</k></testsettings><passwords>"
+              "<password name=\"p\">eA==</password></passwords></testconfig>");
+    const TestSuite suite = load("");
+    EXPECT_EQ(suite.summary(), "s");
+    EXPECT_EQ(suite.description(), "d");
+    EXPECT_EQ(suite.testSettingsValues().value("k"), "v");
+    EXPECT_EQ(suite.passwords().value("p"), "x");
+    EXPECT_FALSE(suite.hasConfigLoadError());
+}
+
+TEST_F(TestSuiteTest, TestCasesAreFoundInTheOrderOfTheSuite)
+{
+    for (const char *name : {"tst_c", "tst_a", "tst_b", "other"})
+        addTestCase(name);
+    writeFile(dir.filePath("tst_file"), "");
+    EXPECT_EQ(load("").discoverTestCases(), (QStringList{"tst_a", "tst_b", "tst_c"}));
+    EXPECT_EQ(load("TEST_CASES = tst_b tst_x").discoverTestCases(),
+              (QStringList{"tst_b", "tst_a", "tst_c"}));
+}
+
+TEST(TestSuiteShuffleTest, ANumberStandsForOneOrder)
+{
+    const QStringList names{"a", "b", "c", "d"};
+    EXPECT_EQ(TestSuite::shuffled(names, 1), (QStringList{"b", "c", "a", "d"}));
+    EXPECT_EQ(TestSuite::shuffled(names, 0), names);
+    EXPECT_EQ(TestSuite::shuffled({}, 1), QStringList());
+}
+
+TEST_F(TestSuiteTest, ATestCaseWithoutASignOfLifeIsReported)
+{
+    const FakeRunner runner("exit 0");
+    addTestCase("tst_a");
+    TestSuite suite = load("");
+    EXPECT_EQ(run(suite),
+              (QStringList{"START|Start '" + dir.path().section('/', -1) + "'|Test '" +
+                               dir.path().section('/', -1) + "' started",
+                           "START_TEST_CASE|Start 'tst_a'|0",
+                           "FATAL|Execution error|morvexrunner exited with code 0 when executing "
+                           "tst_a",
+                           "END_TEST_CASE||",
+                           "END|End '" + dir.path().section('/', -1) + "'|End of test '" +
+                               dir.path().section('/', -1) + "'"}));
+    EXPECT_TRUE(isComplete);
+}
+
+TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
+{
+    addTestCase("tst_a");
+    TestSuite suite = load("");
+    const struct
+    {
+        const char *script;
+        const char *details;
+    } rows[] = {
+        {"exit 5", "morvexrunner exited with code 5 when executing tst_a"},
+        {"kill -9 $$", "morvexrunner exited abnormally when executing tst_a"},
+    };
+    for (const auto &row : rows) {
+        const FakeRunner runner(row.script);
+        EXPECT_TRUE(run(suite).contains(QString("FATAL|Execution error|") + row.details));
+    }
+    const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
+    EXPECT_TRUE(run(suite).contains("FATAL|Execution error|Failed to run morvexrunner"));
+}
+
+TEST_F(TestSuiteTest, EachAttemptIsInTheLogWithTheAttemptsThatRemain)
+{
+    const FakeRunner runner("exit 1");
+    addTestCase("tst_a");
+    TestSuite suite = load("");
+    const QStringList starts = run(suite, {}, 2).filter("START_TEST_CASE|");
+    EXPECT_EQ(starts,
+              (QStringList{"START_TEST_CASE|Start 'tst_a'|2", "START_TEST_CASE|Start 'tst_a'|1",
+                           "START_TEST_CASE|Start 'tst_a'|0"}));
+    EXPECT_FALSE(runner.arguments().contains("--retry"));
+}
+
+TEST_F(TestSuiteTest, TheFirstFailureStopsBeforeAnyRetry)
+{
+    const FakeRunner runner("exit 1");
+    addTestCase("tst_a");
+    addTestCase("tst_b");
+    TestSuite suite = load("");
+    EXPECT_EQ(order(run(suite, {}, 3, true)), QStringList("tst_a"));
+    EXPECT_TRUE(isComplete);
+    EXPECT_TRUE(runner.arguments().contains("--retry"));
+}
+
+TEST_F(TestSuiteTest, ABehaviourDrivenTestCaseIsNotRepeated)
+{
+    const FakeRunner runner("exit 1");
+    addTestCase("tst_a", {"x"});
+    writeFile(dir.filePath("tst_a/test.feature"), "");
+    TestSuite suite = load("");
+    EXPECT_EQ(order(run(suite, {}, 3)).size(), 1);
+    suite.setTags({"other"});
+    QStringList lines;
+    const std::string message = standardErrorOf([&] { lines = run(suite); });
+    EXPECT_EQ(message, "Ignoring test case tags for BDD test tst_a\n");
+    EXPECT_EQ(order(lines), QStringList("tst_a"));
+    EXPECT_TRUE(runner.arguments().contains("--tags=other"));
+}
+
+TEST_F(TestSuiteTest, ARandomRunTellsItsNumber)
+{
+    const FakeRunner runner("exit 1");
+    for (const char *name : {"tst_a", "tst_b", "tst_c", "tst_d"})
+        addTestCase(name);
+    TestSuite suite = load("");
+    const QStringList lines = run(suite, {}, 0, false, 1);
+    EXPECT_EQ(order(lines), (QStringList{"tst_b", "tst_c", "tst_a", "tst_d"}));
+    EXPECT_EQ(lines[1], "LOG|Random order of test cases|Random sequence number 1 used");
+    EXPECT_TRUE(run(suite, {"tst_a"}).filter("Random").isEmpty());
+}
+
+TEST_F(TestSuiteTest, SkippedTestCasesAreLoggedWithoutAProcess)
+{
+    const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
+    addTestCase("tst_a");
+    TestSuite suite = load("");
+    suite.setSkippedTestCases({"tst_a"});
+    const QStringList lines = run(suite);
+    EXPECT_EQ(lines.mid(1, 3),
+              (QStringList{"START_TEST_CASE|Start 'tst_a'|-1",
+                           "SKIP_SECTION|tst_a|Skipping Test Case requested through commandline "
+                           "option while executing the Test Suite.",
+                           "END_TEST_CASE|End 'tst_a'|End of test 'tst_a'"}));
+}
+
+TEST_F(TestSuiteTest, TagsChooseAndReservedOnesWarn)
+{
+    const FakeRunner runner("exit 1");
+    addTestCase("tst_a", {"fast"});
+    addTestCase("tst_b", {"slow", "untagged"});
+    addTestCase("tst_c");
+    TestSuite suite = load("");
+    EXPECT_EQ(order(run(suite)).size(), 3);
+    suite.setTags({"~fast"});
+    const QStringList lines = run(suite);
+    EXPECT_EQ(order(lines), (QStringList{"tst_b", "tst_c"}));
+    EXPECT_EQ(lines.filter("WARNING"),
+              QStringList("WARNING|tst_b: Invalid tag value|\"untagged\" should not be used as "
+                          "tag, reserved tag by Morvex"));
+    QString error;
+    EXPECT_EQ(suite.selectedByTags(suite.discoverTestCases(), &error),
+              (QStringList{"tst_b", "tst_c"}));
+}
+
+TEST_F(TestSuiteTest, ABrokenFileOfTagsLeavesTheLogOpen)
+{
+    const FakeRunner runner("exit 1");
+    addTestCase("tst_a", {"t"});
+    addTestCase("tst_b");
+    addTestCase("tst_c", {"t"});
+    writeFile(dir.filePath("tst_b/config.xml"), "<x/>");
+    TestSuite suite = load("");
+    suite.setTags({"t"});
+    QStringList lines;
+    const std::string message = standardErrorOf([&] { lines = run(suite); });
+    EXPECT_EQ(message, "Error in test case config.xml: 1:1: expected testconfig element; got x "
+                       "element");
+    EXPECT_EQ(order(lines), QStringList("tst_a"));
+    EXPECT_FALSE(isComplete);
+}
+
+TEST_F(TestSuiteTest, ABadTagExpressionLogsNothing)
+{
+    addTestCase("tst_a");
+    TestSuite suite = load("");
+    suite.setTags({"~untagged"});
+    QStringList lines;
+    EXPECT_EQ(standardErrorOf([&] { lines = run(suite); }),
+              "~ operator is not supported for reserved tag: untagged");
+    EXPECT_TRUE(lines.isEmpty());
+}
+
+TEST_F(TestSuiteTest, NothingStartsAfterACancellation)
+{
+    Cancellation cancellation;
+    const FakeRunner runner("kill -USR1 $PPID; sleep 30");
+    addTestCase("tst_a");
+    addTestCase("tst_b");
+    TestSuite suite = load("");
+    suite.setCancellation(&cancellation);
+    static Cancellation *signalled = nullptr;
+    signalled = &cancellation;
+    std::signal(SIGUSR1, [](int) { signalled->request(); });
+    const QStringList lines = run(suite, {}, 2);
+    std::signal(SIGUSR1, SIG_DFL);
+    EXPECT_EQ(order(lines), QStringList("tst_a"));
+    EXPECT_TRUE(lines.contains(
+        "FATAL|Execution error|Testsuite execution was canceled while executing tst_a"));
+    EXPECT_TRUE(isComplete);
+}
+
+TEST_F(TestSuiteTest, TheCommandLineOfAnAttempt)
+{
+    addTestCase("tst_a");
+    writeFile(dir.filePath("env"), "");
+    TestSuite suite = load("SETTINGS_GROUPS = g\ng/VERSION = 1\ng/WRAPPERS = Qt SWT\n"
+                           "g/ENVVARS = env\ng/CLASSPATH = /c\ng/CWD = /w\n"
+                           "g/HOOK_SUB_PROCESSES = 1\ng/USE_WHITELIST = 1\ng/LAUNCHER = run\n"
+                           "g/LAUNCHER_ARGUMENTS = -a plain \"b c\"\n"
+                           "g/AUT = app \"a path\" -x\n",
+                           "g");
+    suite.videoCaptureEnabled = true;
+    suite.setTags({"~x"});
+    suite.setScriptArguments({"s 1", "--s2"});
+    const FakeRunner runner("exit 1");
+    TestResult result(new RecordingGenerator);
+    result.start("s", "", "");
+    EXPECT_TRUE(suite.runTestCase("tst_a", "host", 99, &result, "/r", 1.5, 7, 2, 3, {"A=1"}, true));
+    QStringList arguments = runner.arguments();
+    arguments.removeAt(arguments.indexOf("--reportgen") + 1);
+    EXPECT_EQ(arguments, (QStringList{"--host",
+                                      "host",
+                                      "--port",
+                                      "99",
+                                      "--settingsGroup",
+                                      "g",
+                                      "--testcase",
+                                      "tst_a",
+                                      "--reportgen",
+                                      "--wrapper",
+                                      "Qt",
+                                      "--wrapper",
+                                      "Java",
+                                      "--envvars",
+                                      dir.filePath("env"),
+                                      "--envvar",
+                                      "CLASSPATH=/c",
+                                      "--envvar",
+                                      "A=1",
+                                      "--objectmap",
+                                      dir.filePath("objects.map"),
+                                      "--cwd",
+                                      "/w",
+                                      "--hook-subprocesses",
+                                      "--use-whitelist",
+                                      "--interactive",
+                                      "--snoozeFactor",
+                                      "1.5",
+                                      "--enable-video-capture",
+                                      "--resultdir",
+                                      "/r",
+                                      "--applauncher",
+                                      "run",
+                                      "--suiteVersion",
+                                      "1",
+                                      "--launcherargs",
+                                      "\"-a\" plain \"b c\"",
+                                      "--tags=~x",
+                                      "--retry",
+                                      "3",
+                                      "--aut",
+                                      "app",
+                                      "a\\ path",
+                                      "-x",
+                                      "--scriptargs",
+                                      "s 1",
+                                      "--s2"}));
+}
+
+TEST_F(TestSuiteTest, ThePlainestCommandLineOfAnAttempt)
+{
+    const FakeRunner runner("exit 1");
+    TestSuite suite = load("VERSION = 2\nENVVARS = missing\nAUT = app");
+    TestResult result(new RecordingGenerator);
+    result.start("s", "", "");
+    suite.runTestCase("tst_a", "h", 1, &result, "", 0, 7, 0, 0, {}, false);
+    QStringList arguments = runner.arguments();
+    arguments.removeAt(arguments.indexOf("--reportgen") + 1);
+    EXPECT_EQ(arguments,
+              (QStringList{"--host", "h", "--port", "1", "--testcase", "tst_a", "--reportgen",
+                           "--objectmap", dir.filePath("objects.map"), "--suiteVersion", "2"}));
+}
+
+TEST_F(TestSuiteTest, TheCommandLineOfARecording)
+{
+    const FakeRunner runner("exit 0");
+    TestSuite suite = load("VERSION = 2\nLANGUAGE = Ruby\nAUT = \"my app\" -x\nCLASSPATH = /c");
+    suite.record(true, true, true, "tst_new", {"a.tsv", "b.tsv"}, "h", 1, {"A=1"});
+    for (int i = 0; i < 200 && runner.arguments().isEmpty(); ++i)
+        QThread::msleep(20);
+    EXPECT_EQ(runner.arguments(), (QStringList{"--host",
+                                               "h",
+                                               "--port",
+                                               "1",
+                                               "--testcase",
+                                               "tst_new",
+                                               "--record",
+                                               "--testdata",
+                                               "a.tsv",
+                                               "--testdata",
+                                               "b.tsv",
+                                               "--disableEventCompression",
+                                               "--useWaitFor",
+                                               "--naming",
+                                               "0",
+                                               "--envvar",
+                                               "CLASSPATH=/c",
+                                               "--envvar",
+                                               "A=1",
+                                               "--objectmap",
+                                               dir.filePath("objects.map"),
+                                               "--useScriptedObjectMap",
+                                               "--lang",
+                                               "rb",
+                                               "--explicitAutStart",
+                                               "--suiteVersion",
+                                               "2",
+                                               "--aut",
+                                               "my\\ app",
+                                               "-x"}));
+}
+
+TEST_F(TestSuiteTest, TheChildKnowsTheSuite)
+{
+    const FakeRunner runner("[ \"$MORVEX_SUITE_DIR\" = \"" +
+                            QDir(dir.path()).dirName().toLocal8Bit() + "\" ] && exit 9; exit 8");
+    addTestCase("tst_a");
+    TestSuite suite = load("");
+    EXPECT_FALSE(run(suite).filter("exited with code 9").isEmpty());
+}
