@@ -1,6 +1,7 @@
 #include "test/junitreportgenerator.h"
 
 #include "shared/xmltext.h"
+#include "test/isotime.h"
 #include "test/junitshared.h"
 #include "test/resultlabels.h"
 #include "test/runwatch.h"
@@ -40,10 +41,10 @@ void logFrames(QString &text, const std::vector<LineInfo> &stack)
                 QString::number(frame.lineNumber()) + QLatin1Char('\n');
 }
 
-void logEntry(QByteArray &stream, const TestResult::Entry &entry)
+void logEntry(QByteArray &stream, const TestResult::Entry &entry, IsoTime &times)
 {
-    QString text = entry.time.toString(Qt::ISODate) + QLatin1String(" [") + resultName(entry.type) +
-                   QLatin1Char(']');
+    QString text =
+        times.text(entry.time) + QLatin1String(" [") + resultName(entry.type) + QLatin1Char(']');
     for (const QString &part :
          {entry.line.toString(), entry.message, entry.details, entry.vpName}) {
         if (!part.isEmpty())
@@ -95,10 +96,14 @@ struct JUnitReportGenerator::Private
     QStringList nestedNames;
     // The open test cases, innermost last. The first is that of what lies outside of all others.
     std::vector<std::size_t> open;
-    // Up to here the time has been given to a test case. The results of a verification bear the
-    // time of its start, so that an entry may be older than the one before.
-    QDateTime lastTime;
+    // The latest time of an entry so far, up to which the time has been given to test cases. The
+    // results of a verification bear the time of its start, so that an entry may be older than the
+    // one before. In milliseconds of the epoch.
+    qint64 lastTime = 0;
+    // In milliseconds.
+    qint64 duration = 0;
     RunWatch run;
+    IsoTime times;
 
     void passTime(const QDateTime &time);
     void log(const TestResult::Entry &entry);
@@ -176,18 +181,24 @@ void JUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 // The time since the last entry goes to the test case that was open all the while.
 void JUnitReportGenerator::Private::passTime(const QDateTime &time)
 {
-    if (!suite.start.isValid())
+    if (!time.isValid())
+        return;
+    const qint64 now = time.toMSecsSinceEpoch();
+    if (!suite.start.isValid()) {
         suite.start = time;
-    suite.testCases[open.back()].milliseconds += junitMilliseconds(lastTime, time);
-    if (!lastTime.isValid() || time > lastTime)
-        lastTime = time;
+        lastTime = now;
+    }
+    const qint64 passed = qMax(now - lastTime, qint64(0));
+    suite.testCases[open.back()].milliseconds += passed;
+    duration += passed;
+    lastTime += passed;
 }
 
 void JUnitReportGenerator::Private::log(const TestResult::Entry &entry)
 {
     suite.testCases[open.back()].add(entry.type, suite.log.size());
     QByteArray text;
-    logEntry(text, entry);
+    logEntry(text, entry, times);
     text.squeeze();
     suite.log.push_back(std::move(text));
 }
@@ -233,7 +244,6 @@ void JUnitReportGenerator::Private::startSuite(const TestResult::Entry &entry)
 {
     suite.name = entry.name;
     suite.properties = junitProperties(entry);
-    suite.start = entry.time;
 }
 
 void JUnitReportGenerator::Private::endSuite()
@@ -339,7 +349,7 @@ XmlElement JUnitReportGenerator::Private::rootElement() const
     XmlElement root(QLatin1String("testsuite"));
     root.addAttribute(QLatin1String("name"), suite.name)
         .addAttribute(QLatin1String("hostname"), junitHostName())
-        .addAttribute(QLatin1String("time"), seconds(junitMilliseconds(suite.start, lastTime)))
+        .addAttribute(QLatin1String("time"), seconds(duration))
         .addAttribute(QLatin1String("timestamp"), junitTimestamp(suite.start))
         .addAttribute(QLatin1String("errors"), errors)
         .addAttribute(QLatin1String("failures"), failures)

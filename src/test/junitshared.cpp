@@ -34,11 +34,6 @@ QString junitTimestamp(const QDateTime &time)
     return valid.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
 }
 
-qint64 junitMilliseconds(const QDateTime &from, const QDateTime &to)
-{
-    return from.isValid() && to.isValid() ? qMax(from.msecsTo(to), qint64(0)) : 0;
-}
-
 QMap<QString, QString> junitProperties(const TestResult::Entry &start)
 {
     QMap<QString, QString> properties{{QStringLiteral("summary"), start.summary}};

@@ -25,9 +25,6 @@ MORVEX_EXPORT QString junitHostName();
 /// of now for an invalid one.
 MORVEX_EXPORT QString junitTimestamp(const QDateTime &time);
 
-/// The time between both; 0 when one is invalid, and when a clock was set back in between.
-MORVEX_EXPORT qint64 junitMilliseconds(const QDateTime &from, const QDateTime &to);
-
 /// What is known of the run. Has the key "summary" in any case, since some readers refuse an empty
 /// list.
 MORVEX_EXPORT QMap<QString, QString> junitProperties(const TestResult::Entry &start);

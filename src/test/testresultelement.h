@@ -1,6 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
+#include "test/isotime.h"
 #include "test/testreportgenerator.h"
 #include "test/xmlelement.h"
 
@@ -11,7 +12,7 @@ namespace Morvex {
 
 /// The root, without its content.
 MORVEX_EXPORT XmlElement flatReportElement();
-MORVEX_EXPORT XmlElement testResultElement(const TestResult::Entry &entry);
+MORVEX_EXPORT XmlElement testResultElement(const TestResult::Entry &entry, IsoTime &times);
 /// The counts of the whole run.
 MORVEX_EXPORT XmlElement summaryElement(const TestReportGenerator &generator);
 

@@ -90,11 +90,11 @@ XmlElement createStyleCell(const QString &text, QLatin1String type, QLatin1Strin
 }
 
 // Programs take no zone and misread an empty date, for which the cell is left empty.
-XmlElement timeCell(const QDateTime &time)
+XmlElement timeCell(const QDateTime &time, IsoTime &times)
 {
     const QLatin1String style("dateformat");
     if (time.isValid())
-        return createStyleCell(time.toLocalTime().toString(Qt::ISODate), dateTimeType, style);
+        return createStyleCell(times.text(time.toLocalTime()), dateTimeType, style);
     XmlElement cell(QLatin1String("Cell"));
     cell.addAttribute(QLatin1String("ss:StyleID"), style);
     return cell;
@@ -308,7 +308,7 @@ XmlElement XlsReportGenerator::rowElement(const TestResult::Entry &entry, const 
     XmlElement row(rowName);
     row.addChild(createStyleCell(cellText(TypeColumn, resultName(entry.type)), stringType,
                                  styleOf(entry.type)));
-    row.addChild(timeCell(entry.time));
+    row.addChild(timeCell(entry.time, m_times));
     row.addChild(createCell(cellText(LineColumn, entry.line.toString()), stringType));
     row.addChild(createCell(cellText(MessageColumn, message), stringType));
     row.addChild(createCell(cellText(DetailsColumn, showControls(entry.details)), stringType));

@@ -2,6 +2,7 @@
 
 #include "morvex_export.h"
 #include "test/heldreport.h"
+#include "test/isotime.h"
 #include "test/reportfile.h"
 #include "test/runwatch.h"
 #include "test/testcasecounters.h"
@@ -53,6 +54,7 @@ private:
     bool m_hasTestCase = false;
     TestCaseCounters m_counters;
     RunWatch m_run;
+    IsoTime m_times;
 };
 
 } // namespace Morvex

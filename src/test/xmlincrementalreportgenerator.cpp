@@ -33,7 +33,7 @@ TestReportGenerator::Result XmlIncrementalReportGenerator::create(const QString 
 void XmlIncrementalReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
     m_run.see(entry.type);
-    dumpElement(testResultElement(convertSectionEventToLogEvent(entry)), WholeElement);
+    dumpElement(testResultElement(convertSectionEventToLogEvent(entry), m_times), WholeElement);
 }
 
 void XmlIncrementalReportGenerator::generateSummary()

@@ -15,7 +15,9 @@ const int indentStep = 4;
 // As a plain number: readers take neither an exponent nor more than three decimals.
 QString seconds(qint64 milliseconds)
 {
-    QString text = QString::number(static_cast<double>(milliseconds) / 1000, 'f', 3);
+    // A clock may have been set back.
+    const double value = static_cast<double>(qMax(milliseconds, qint64(0))) / 1000;
+    QString text = QString::number(value, 'f', 3);
     while (text.endsWith(QLatin1Char('0')))
         text.chop(1);
     if (text.endsWith(QLatin1Char('.')))
@@ -110,9 +112,10 @@ TestReportGenerator::Result XmlJUnitReportGenerator::create(const QString &path)
 void XmlJUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
     m_run.see(entry.type);
-    if (!m_start.isValid())
+    if (!m_start.isValid()) {
         m_start = entry.time;
-    m_end = entry.time;
+        startStep(entry);
+    }
     updateCounter(entry);
     handleByType(entry);
 }
@@ -147,11 +150,14 @@ void XmlJUnitReportGenerator::handleByType(const TestResult::Entry &entry)
         break;
     case TestResult::START_TEST_CASE:
         m_testCaseName = entry.info;
-        m_stepStart = entry.time;
+        startStep(entry);
         break;
     case TestResult::END_TEST_CASE:
         m_testCaseName.clear();
-        m_stepStart = entry.time;
+        startStep(entry);
+        break;
+    case TestResult::END:
+        startStep(entry);
         break;
     case TestResult::LOG:
     case TestResult::WARNING:
@@ -175,8 +181,12 @@ void XmlJUnitReportGenerator::startRun(const TestResult::Entry &entry)
     if (m_runName.isEmpty())
         m_runName = withoutQuotes(entry.name);
     m_properties = junitProperties(entry);
-    m_start = entry.time;
-    m_stepStart = entry.time;
+}
+
+void XmlJUnitReportGenerator::startStep(const TestResult::Entry &entry)
+{
+    if (entry.time.isValid())
+        m_stepStart = entry.time.toMSecsSinceEpoch();
 }
 
 void XmlJUnitReportGenerator::addTestCase(const TestResult::Entry &entry)
@@ -185,7 +195,6 @@ void XmlJUnitReportGenerator::addTestCase(const TestResult::Entry &entry)
     createTestCaseElement(entry).append(text, indentStep, indentStep);
     m_testCases.append(text);
     appendToSystemOut(entry);
-    m_stepStart = entry.time;
 }
 
 void XmlJUnitReportGenerator::appendToSystemOut(const TestResult::Entry &entry)
@@ -203,8 +212,9 @@ XmlElement XmlJUnitReportGenerator::createTestCaseElement(const TestResult::Entr
     const QString className = m_testCaseName.isEmpty() ? m_runName : m_testCaseName;
     XmlElement element(QLatin1String("testcase"));
     element.addAttribute(QLatin1String("name"), composeUniqueTestCaseName(className, entry));
-    element.addAttribute(QLatin1String("time"),
-                         seconds(junitMilliseconds(m_stepStart, entry.time)));
+    const qint64 stepStart = m_stepStart;
+    startStep(entry);
+    element.addAttribute(QLatin1String("time"), seconds(m_stepStart - stepStart));
     element.addAttribute(QLatin1String("classname"), className);
     if (isJUnitFailure(entry.type) || isJUnitError(entry.type))
         element.addChild(createFailureOrErrorElement(entry));
@@ -234,7 +244,7 @@ XmlElement XmlJUnitReportGenerator::rootElement() const
         .addAttribute(QLatin1String("failures"), m_failures)
         .addAttribute(QLatin1String("errors"), m_errors)
         .addAttribute(QLatin1String("hostname"), junitHostName())
-        .addAttribute(QLatin1String("time"), seconds(junitMilliseconds(m_start, m_end)))
+        .addAttribute(QLatin1String("time"), seconds(m_stepStart - m_start.toMSecsSinceEpoch()))
         .addAttribute(QLatin1String("timestamp"), junitTimestamp(m_start));
     return root;
 }

@@ -35,6 +35,7 @@ private:
     void updateCounter(const TestResult::Entry &entry);
     void handleByType(const TestResult::Entry &entry);
     void startRun(const TestResult::Entry &entry);
+    void startStep(const TestResult::Entry &entry);
     void addTestCase(const TestResult::Entry &entry);
     void appendToSystemOut(const TestResult::Entry &entry);
     XmlElement createTestCaseElement(const TestResult::Entry &entry);
@@ -49,9 +50,9 @@ private:
     QMap<QString, QString> m_properties;
     QString m_runName;
     QString m_testCaseName;
-    QDateTime m_stepStart;
+    // In milliseconds of the epoch. The end of the run is the last one.
+    qint64 m_stepStart = 0;
     QDateTime m_start;
-    QDateTime m_end;
     int m_tests = 0;
     int m_failures = 0;
     int m_errors = 0;

@@ -45,12 +45,12 @@ void XmlReportGenerator::doHandleEntry(const TestResult::Entry &entry)
     m_run.see(entry.type);
     m_counters.count(entry.type);
     if (entry.type != TestResult::START_TEST_CASE) {
-        m_results.append(serialized(testResultElement(entry)));
+        m_results.append(serialized(testResultElement(entry, m_times)));
         return;
     }
     populateStartNode();
     m_counters = {};
-    m_startNode = testResultElement(entry);
+    m_startNode = testResultElement(entry, m_times);
     m_results.openGap();
 }
 

@@ -2,6 +2,7 @@
 
 #include "morvex_export.h"
 #include "test/heldreport.h"
+#include "test/isotime.h"
 #include "test/reportfile.h"
 #include "test/runwatch.h"
 #include "test/testcasecounters.h"
@@ -39,6 +40,7 @@ private:
     std::optional<XmlElement> m_startNode;
     TestCaseCounters m_counters;
     RunWatch m_run;
+    IsoTime m_times;
 };
 
 } // namespace Morvex
