@@ -14,7 +14,8 @@
 namespace Morvex {
 namespace {
 
-const int indentStep = 4;
+// The kind of the section by which the suite tells that it left a test case out.
+const QLatin1String skippedTestCase("testcase");
 
 bool isResultType(TestResult::ResultType type)
 {
@@ -43,14 +44,11 @@ void logFrames(QString &text, const std::vector<LineInfo> &stack)
 
 void logEntry(QByteArray &stream, const TestResult::Entry &entry, IsoTime &times)
 {
-    QString text =
-        times.text(entry.time) + QLatin1String(" [") + resultName(entry.type) + QLatin1Char(']');
-    for (const QString &part :
-         {entry.line.toString(), entry.message, entry.details, entry.vpName}) {
-        if (!part.isEmpty())
-            text += QLatin1Char(' ') + escapeNonPrintable(part);
-    }
-    text += QLatin1Char('\n');
+    QStringList parts{entry.line.toString(), entry.message, entry.details, entry.vpName};
+    parts.removeAll(QString());
+    QString text = times.text(entry.time) + QLatin1String(" [") + resultName(entry.type) +
+                   QLatin1String("] ") + escapeNonPrintable(parts.join(QLatin1Char(' '))) +
+                   QLatin1Char('\n');
     logFrames(text, entry.stack);
     appendXmlCData(stream, text);
 }
@@ -63,6 +61,7 @@ struct JUnitReportGenerator::JUnitTestCase
     QString name;
     bool isSection = false;
     bool isShown = false;
+    bool isLeftOut = false;
     qint64 milliseconds = 0;
     int results = 0;
     int failures = 0;
@@ -70,9 +69,10 @@ struct JUnitReportGenerator::JUnitTestCase
     // Places of its entries in the log of the suite, in order.
     std::vector<std::size_t> entries;
 
-    void add(TestResult::ResultType type, std::size_t place);
+    void add(const TestResult::Entry &entry, std::size_t place);
     void takeOver(JUnitTestCase &section);
     bool isError() const { return isShown && errors > 0; }
+    bool isSkipped() const { return isLeftOut && results == 0; }
     bool isFailure() const { return isShown && errors == 0 && failures > 0; }
     QString failureMessage() const;
 };
@@ -123,8 +123,10 @@ struct JUnitReportGenerator::Private
     void writeJUnitSystemOut();
 };
 
-void JUnitReportGenerator::JUnitTestCase::add(TestResult::ResultType type, std::size_t place)
+void JUnitReportGenerator::JUnitTestCase::add(const TestResult::Entry &entry, std::size_t place)
 {
+    const TestResult::ResultType type = entry.type;
+    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == skippedTestCase;
     results += isResultType(type) ? 1 : 0;
     failures += isJUnitFailure(type) ? 1 : 0;
     errors += isJUnitError(type) ? 1 : 0;
@@ -173,6 +175,9 @@ void JUnitReportGenerator::generateSummary() {}
 
 void JUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
+    // The document is written and closed.
+    if (d->run.isEnded())
+        return;
     d->run.see(entry.type);
     d->passTime(entry.time);
     d->handle(entry);
@@ -196,7 +201,7 @@ void JUnitReportGenerator::Private::passTime(const QDateTime &time)
 
 void JUnitReportGenerator::Private::log(const TestResult::Entry &entry)
 {
-    suite.testCases[open.back()].add(entry.type, suite.log.size());
+    suite.testCases[open.back()].add(entry, suite.log.size());
     QByteArray text;
     logEntry(text, entry, times);
     text.squeeze();
@@ -363,6 +368,8 @@ void JUnitReportGenerator::Private::writeTestCase(const JUnitTestCase &testCase,
     element.addAttribute(QLatin1String("classname"), testCase.className)
         .addAttribute(QLatin1String("name"), testCase.name)
         .addAttribute(QLatin1String("time"), seconds(testCase.milliseconds));
+    if (testCase.isSkipped())
+        element.addChild(XmlElement(QLatin1String("skipped")));
     const bool hasFailed = testCase.isError() || testCase.isFailure();
     QByteArray text;
     dumpElementToStream(element, hasFailed ? OpenTag : WholeElement, &text, indent);

@@ -11,7 +11,8 @@ bool isReportSummaryWanted()
 
 void RunWatch::see(TestResult::ResultType type)
 {
-    m_isRunning = type != TestResult::END;
+    m_isStarted = true;
+    m_isEnded |= type == TestResult::END;
 }
 
 TestResult::Entry RunWatch::givenUpEntry()

@@ -16,13 +16,15 @@ class MORVEX_EXPORT RunWatch
 public:
     void see(TestResult::ResultType type);
 
-    bool isGivenUp() const { return m_isRunning; }
+    bool isGivenUp() const { return m_isStarted && !m_isEnded; }
+    bool isEnded() const { return m_isEnded; }
 
     /// An ERROR.
     static TestResult::Entry givenUpEntry();
 
 private:
-    bool m_isRunning = false;
+    bool m_isStarted = false;
+    bool m_isEnded = false;
 };
 
 } // namespace Morvex

@@ -202,11 +202,11 @@ XmlElement workbookElement()
     const QString spreadsheet = QStringLiteral("urn:schemas-microsoft-com:office:spreadsheet");
     XmlElement workbook(QLatin1String("Workbook"));
     workbook.addAttribute(QLatin1String("xmlns"), spreadsheet)
+        .addAttribute(QLatin1String("xmlns:ss"), spreadsheet)
         .addAttribute(QLatin1String("xmlns:o"),
                       QStringLiteral("urn:schemas-microsoft-com:office:office"))
         .addAttribute(QLatin1String("xmlns:x"),
                       QStringLiteral("urn:schemas-microsoft-com:office:excel"))
-        .addAttribute(QLatin1String("xmlns:ss"), spreadsheet)
         .addAttribute(QLatin1String("xmlns:html"),
                       QStringLiteral("http://www.w3.org/TR/REC-html40"));
     return workbook;

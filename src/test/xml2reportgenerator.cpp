@@ -188,10 +188,10 @@ void Xml2ReportGenerator::generateSummary() {}
 
 void Xml2ReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    m_run.see(entry.type);
-    // The entries of a run behind its end have no place in the document.
-    if (!m_isRootOpen)
+    // The document is closed.
+    if (m_run.isEnded())
         return;
+    m_run.see(entry.type);
     writeEntry(entry);
     flush();
 }
@@ -264,7 +264,6 @@ void Xml2ReportGenerator::closeRun(const QDateTime &time)
     while (m_openTests > 0)
         closeTest(time);
     dump(rootElement(), CloseTag);
-    m_isRootOpen = false;
 }
 
 void Xml2ReportGenerator::openVerification(const TestResult::Entry &entry)

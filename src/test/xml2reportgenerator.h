@@ -56,7 +56,6 @@ private:
     int m_version;
     int m_indent = 0;
     int m_openTests = 0;
-    bool m_isRootOpen = true;
     bool m_isVerificationOpen = false;
     int m_openVpCounter = 0;
     RunWatch m_run;

@@ -133,6 +133,24 @@ TEST(JUnitTest, ARunWithoutTestCasesIsNotLostByReaders)
               QStringList({"classname=(root)", "name=(empty)"}));
 }
 
+TEST(JUnitTest, ATestCaseThatWasLeftOutDoesNotLookPassed)
+{
+    const XmlDocument document(reportOf("junit", [](TestResult &result) {
+        SteadyRun run(result);
+        run.add(TestResult::START, "");
+        run.add(TestResult::START_TEST_CASE, "", "tst_a");
+        run.add(TestResult::SKIP_SECTION, "tst_a", "testcase");
+        run.add(TestResult::END_TEST_CASE, "", "tst_a");
+        run.add(TestResult::START_TEST_CASE, "", "tst_b");
+        run.add(TestResult::SKIP_SECTION, "title", "scenario");
+        run.add(TestResult::PASS, "");
+        run.add(TestResult::END_TEST_CASE, "", "tst_b");
+        run.add(TestResult::END, "");
+    }));
+    EXPECT_EQ(document.texts("//testcase[skipped]/@name"), QStringList("tst_a"));
+    EXPECT_EQ(document.validate(schema("junit-ant.xsd")), QString());
+}
+
 TEST(JUnitTest, ResultsOfAnEarlierTimeDoNotLengthenTheRun)
 {
     const XmlDocument document(reportOf("junit", [](TestResult &result) {
