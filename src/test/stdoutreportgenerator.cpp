@@ -1,7 +1,7 @@
 #include "test/stdoutreportgenerator.h"
 
 #include "shared/environment.h"
-#include "test/consoletime.h"
+#include "test/isotime.h"
 #include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/resultlabels.h"
@@ -136,7 +136,7 @@ struct StdoutReportGenerator::Private
 {
     // Null when no colours are to be used.
     std::FILE *colorStream = nullptr;
-    ConsoleTime time;
+    IsoTime time;
     // Kept for its memory, which an array gives up when it is emptied unless some was reserved.
     QByteArray line;
 };

@@ -3,11 +3,17 @@
 #include "shared/trace.h"
 #include "test/htmlreportgenerator.h"
 #include "test/jsonreportgenerator.h"
+#include "test/junitreportgenerator.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
 #include "test/rawreportgenerator.h"
 #include "test/stdoutreportgenerator.h"
+#include "test/xlsreportgenerator.h"
+#include "test/xml2reportgenerator.h"
 #include "test/xml3reportgenerator.h"
+#include "test/xmlincrementalreportgenerator.h"
+#include "test/xmljunitreportgenerator.h"
+#include "test/xmlreportgenerator.h"
 #include "test/zipxml3reportgenerator.h"
 
 #include <QDir>
@@ -76,6 +82,36 @@ Result createHtml(const Arguments &arguments, int)
     return HtmlReportGenerator::create(arguments.path, arguments.type, arguments.resultDir);
 }
 
+Result createJUnit(const Arguments &arguments, int)
+{
+    return JUnitReportGenerator::create(arguments.path);
+}
+
+Result createXml(const Arguments &arguments, int)
+{
+    return XmlReportGenerator::create(arguments.path);
+}
+
+Result createXmlIncremental(const Arguments &arguments, int)
+{
+    return XmlIncrementalReportGenerator::create(arguments.path);
+}
+
+Result createXml2(const Arguments &arguments, int version)
+{
+    return Xml2ReportGenerator::create(arguments.path, version);
+}
+
+Result createXmlJUnit(const Arguments &arguments, int)
+{
+    return XmlJUnitReportGenerator::create(arguments.path);
+}
+
+Result createXls(const Arguments &arguments, int)
+{
+    return XlsReportGenerator::create(arguments.path);
+}
+
 const KeywordRow keywordTable[] = {
     {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"),
      createStdout, 0},
@@ -115,6 +151,23 @@ const KeywordRow keywordTable[] = {
      JsonReportGenerator::Version1_2},
     {QLatin1String("html"),
      QLatin1String("directory with pages for a browser; each run adds to it"), createHtml, 0},
+    {QLatin1String("junit"),
+     QLatin1String("JUnit file: a test case for each test case and section, with its log"),
+     createJUnit, 0},
+    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"), createXml,
+     0},
+    {QLatin1String("xmlIncremental"),
+     QLatin1String("flat XML log that grows with the run, never on top of another"),
+     createXmlIncremental, 0},
+    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), createXml2, 0},
+    {QLatin1String("xml2.1"),
+     QLatin1String("xml2 with kinds of verifications and details of failed ones"), createXml2, 1},
+    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), createXml2,
+     2},
+    {QLatin1String("xmljunit"), QLatin1String("JUnit file: a test case for each result"),
+     createXmlJUnit, 0},
+    {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"),
+     createXls, 0},
     {QLatin1String("raw"), QLatin1String(""), createRaw, 0},
 };
 

@@ -8,17 +8,37 @@
 
 namespace MorvexTest {
 
-/// An XML document as libxml2 reads it. Names in paths are without a namespace.
+/// A document as libxml2 reads it, a reader that has no code in common with our writers.
+///
+/// In expressions the prefix "ss" stands for the spreadsheet namespace and "x2" for that of xml2.
 class XmlDocument
 {
 public:
-    explicit XmlDocument(const QByteArray &text);
+    enum Mode {
+        Strict,
+        /// Closes what is open at the end, as a reader of a crashed run's file would.
+        Recover,
+        /// Names in expressions are without a namespace.
+        NoNamespaces
+    };
+
+    explicit XmlDocument(const QByteArray &content, Mode mode = Strict);
     ~XmlDocument();
 
-    bool isWellFormed() const;
-    /// The text of the first node that the path selects, or the value of the expression.
-    QString value(const char *xpath) const;
-    QStringList values(const char *xpath) const;
+    /// Empty when the document is well-formed.
+    QString error() const;
+
+    int count(const char *expression) const;
+    /// Of an expression that gives no nodes.
+    QString value(const char *expression) const;
+    /// Of the first node that is found, empty without one.
+    QString text(const char *expression) const;
+    QStringList texts(const char *expression) const;
+    /// "name=value" of the first node that is found, in the order of the file.
+    QStringList attributes(const char *expression) const;
+
+    /// What is wrong by the schema in this file; empty when nothing is.
+    QString validate(const QString &schemaFile) const;
 
 private:
     struct Private;
