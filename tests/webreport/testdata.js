@@ -82,7 +82,7 @@ class RunBuilder {
 
     skipped(type, name, description) {
         const time = this.time();
-        return this.entry({ description, isSkipped: true, name, start: time, stop: time, type });
+        return this.entry({ ...(description ? { description } : {}), isSkipped: true, name, start: time, stop: time, type });
     }
 
     finish() {

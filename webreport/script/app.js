@@ -4,6 +4,7 @@
     'use strict';
 
     const { address, filter, model } = report;
+    const failedKinds = report.outcomes.entryKinds.filter((kind) => kind.failed);
 
     function emptyFilters() {
         return { text: '', tests: new Map(), entries: new Map() };
@@ -145,7 +146,7 @@
 
         /// The next failure among what the filters let through, round the end.
         goToFailure(by) {
-            const isWanted = (node) => node.kind === 'entry' && model.isFailed(node) && this.selection.shown[node.id];
+            const isWanted = (node) => model.isFailurePlace(node) && this.selection.shown[node.id];
             const { nodes } = this.run;
             for (let step = 1; step <= nodes.length; ++step) {
                 const node = nodes[(this.current.id + by * step + nodes.length * 2) % nodes.length];
@@ -251,10 +252,12 @@
             this.drawList();
         }
 
+        showsFailuresOnly() {
+            return failedKinds.every((kind) => this.state.entries.get(kind.key) === 'only');
+        }
+
         toggleFailures() {
-            const failed = report.outcomes.entryKinds.filter((kind) => kind.failed);
-            const on = failed.every((kind) => this.state.entries.get(kind.key) === 'only');
-            this.state.entries = new Map(on ? [] : failed.map((kind) => [kind.key, 'only']));
+            this.state.entries = new Map(this.showsFailuresOnly() ? [] : failedKinds.map((kind) => [kind.key, 'only']));
             this.filtersChanged();
         }
 

@@ -59,6 +59,13 @@
         return node.testCase ? passes(modes, marksOf(node.testCase)) : !wantsOnly(modes);
     }
 
+    /// A test that was running when the data breaks off stands with the errors.
+    function passesEntryFilter(node, modes) {
+        if (node.kind === 'entry')
+            return passes(modes, [node.entryKind]);
+        return !wantsOnly(modes) || (node.brokeOff && modes.get('error') === 'only');
+    }
+
     /// Of each node the wanted terms that it or a test round it holds, as bits; -1 when an
     /// unwanted one does.
     function termMasks(run, terms) {
@@ -84,7 +91,7 @@
         for (let id = size - 1; id >= 0; --id) {
             const node = run.nodes[id];
             const asked = masks[id] === full && passesTestFilter(node, criteria.tests)
-                && (node.kind === 'entry' ? passes(criteria.entries, [node.entryKind]) : !onlyEntries);
+                && passesEntryFilter(node, criteria.entries);
             if (asked)
                 result.shown[id] = 1;
             if (!node.parent || !result.shown[id])

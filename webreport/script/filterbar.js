@@ -41,6 +41,10 @@
         return element('div', { class: 'searchbox' }, icon('search'), field);
     }
 
+    function failuresButton(app) {
+        return button('Failures only', () => app.toggleFailures(), { id: 'failures', class: 'toggle' });
+    }
+
     function orderButton(app) {
         return button('Slowest first', () => app.setSlowest(!app.state.slowest), { id: 'slowest', class: 'toggle' });
     }
@@ -48,15 +52,17 @@
     /// Returns a function that draws the filters again; the search field stays, with its caret.
     function create(app, host) {
         const field = searchField(app);
+        const failures = failuresButton(app);
         const order = orderButton(app);
         const clear = button('Clear', () => app.clearFilters(), { id: 'clear', class: 'toggle', title: 'Take all filters away (Esc)' });
         const groups = element('div', { class: 'chipgroups' });
-        host.replaceChildren(element('div', { class: 'searchrow' }, field, order, clear), groups);
+        host.replaceChildren(element('div', { class: 'searchrow' }, field, failures, order, clear), groups);
         return function draw() {
             const { state, run } = app;
             const input = field.querySelector('input');
             if (input.value !== state.text)
                 input.value = state.text;
+            failures.setAttribute('aria-pressed', String(app.showsFailuresOnly()));
             order.setAttribute('aria-pressed', String(state.slowest));
             clear.hidden = !report.filter.isActive(state);
             const focused = document.activeElement && document.activeElement.dataset ? document.activeElement.dataset.key : null;

@@ -1,7 +1,8 @@
 // Turns the document of a run into the tree that the page shows.
 //
 // A node is `{id, kind, raw, name, parent, children, place, depth, end, key, outcome, unfinished,
-// counts, duration}`. `place` counts among its siblings. `id` is its place in `run.nodes`, which is in the order of reading; the nodes
+// brokeOff, counts, duration}`. `place` counts among its siblings, `brokeOff` is set on the innermost
+// test that was running when the data breaks off. `id` is its place in `run.nodes`, which is in the order of reading; the nodes
 // below it stand from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that was
 // retried: its children are the attempts) or 'entry'.
 (function (report) {
@@ -114,6 +115,7 @@
     function buildTest(run, node) {
         buildChildren(run, node);
         node.unfinished = !('stop' in node.raw);
+        node.brokeOff = node.unfinished && !node.children.some((child) => child.unfinished);
         node.counts = sumOfCounts(node.children);
         node.outcome = outcomeOf(node);
         node.duration = durationOf(node.raw);
@@ -203,5 +205,10 @@
         return counts;
     }
 
-    report.model = { buildRun, outcomeCounts, isFailed };
+    /// Where a person looks for what went wrong.
+    function isFailurePlace(node) {
+        return node.kind === 'entry' ? isFailed(node) : Boolean(node.brokeOff);
+    }
+
+    report.model = { buildRun, outcomeCounts, isFailed, isFailurePlace };
 })(globalThis.morvexReport = globalThis.morvexReport || {});

@@ -49,6 +49,7 @@
         }
 
         function draw() {
+            canvas.style.height = rows.length * rowHeight() * scale() + 'px';
             const count = Math.ceil(host.clientHeight / rowHeight());
             const first = Math.max(0, Math.floor(firstVisible()) - overscan);
             const last = Math.min(rows.length - 1, Math.floor(firstVisible()) + count + overscan);
@@ -61,7 +62,14 @@
             }
             for (let index = first; index <= last; ++index)
                 drawRow(index);
-            host.setAttribute('aria-activedescendant', current && drawn.has(current.id) ? 'row-' + current.id : '');
+            markActive();
+        }
+
+        function markActive() {
+            if (current && drawn.has(current.id))
+                host.setAttribute('aria-activedescendant', 'row-' + current.id);
+            else
+                host.removeAttribute('aria-activedescendant');
         }
 
         function setRows(list) {
@@ -69,7 +77,6 @@
             places = new Map(rows.map((node, index) => [node.id, index]));
             drawn.clear();
             canvas.replaceChildren();
-            canvas.style.height = rows.length * rowHeight() * scale() + 'px';
             draw();
         }
 
