@@ -5,14 +5,26 @@ const test = require('node:test');
 const { repair } = require('./parts');
 const { RunBuilder, dataFile, documentText, statement, tableRow } = require('./testdata');
 
-const hostile = 'quote " backslash \\ braces }]{[ data.push( {"version" "tests":[ \u{1F600} \\" end\\';
+const hostile =
+    'quote " backslash \\ braces }]{[ data.push( {"version" "tests":[ \u{1F600} \\" end\\';
 
 function smallRun(name = 'suite_a') {
     const run = new RunBuilder(name);
-    run.testCase('tst_"one"', () => run.log(hostile, { detail: '\\' }).section(hostile, () => run.pass('inside')));
-    run.testCase('tst_two', () => run.verify('FAIL', 'table', {
-        type: 'tableVerificationResult', tablediff: [tableRow('deletion', 0, [hostile, '"tests":['])],
-    }).skipped('section', 'left out').attach('x-results:/a.png'), { retry: { count: 0, max: 1 } });
+    run.testCase('tst_"one"', () =>
+        run.log(hostile, { detail: '\\' }).section(hostile, () => run.pass('inside')),
+    );
+    run.testCase(
+        'tst_two',
+        () =>
+            run
+                .verify('FAIL', 'table', {
+                    type: 'tableVerificationResult',
+                    tablediff: [tableRow('deletion', 0, [hostile, '"tests":['])],
+                })
+                .skipped('section', 'left out')
+                .attach('x-results:/a.png'),
+        { retry: { count: 0, max: 1 } },
+    );
     return run.finish();
 }
 
@@ -21,13 +33,12 @@ function flatten(tests, depth = 0) {
     return tests.flatMap((node) => {
         const own = { ...node, depth };
         delete own.tests;
-        if (node.tests)
-            delete own.stop;
+        if (node.tests) delete own.stop;
         return [own, ...flatten(node.tests || [], depth + 1)];
     });
 }
 
-test('A file cut at any byte keeps its earlier runs, and of the last one exactly the whole nodes', () => {
+test('A file cut at any byte keeps the runs before, and of the last the whole nodes', () => {
     const first = smallRun('suite_first');
     const last = smallRun('suite_last');
     const before = dataFile([first]);
@@ -41,7 +52,11 @@ test('A file cut at any byte keeps its earlier runs, and of the last one exactly
         const nodes = flatten(runs[1].tests);
         assert.deepEqual(nodes, whole.slice(0, nodes.length), 'cut at ' + cut);
         assert.ok(nodes.length >= most, 'a longer file shows less, cut at ' + cut);
-        assert.equal('ended' in runs[1], !(runs[1].tests[0] && 'stop' in runs[1].tests[0]), 'cut at ' + cut);
+        assert.equal(
+            'ended' in runs[1],
+            !(runs[1].tests[0] && 'stop' in runs[1].tests[0]),
+            'cut at ' + cut,
+        );
         most = nodes.length;
     }
     assert.equal(most, whole.length);
@@ -49,7 +64,10 @@ test('A file cut at any byte keeps its earlier runs, and of the last one exactly
 
 test('A node that is whole is not lost with the cut one behind it', () => {
     const text = documentText(smallRun());
-    const readUpTo = (end) => flatten(repair.readDataFile('var data = [];\ndata.push( ' + text.slice(0, end)).runs[0].tests);
+    const readUpTo = (end) =>
+        flatten(
+            repair.readDataFile('var data = [];\ndata.push( ' + text.slice(0, end)).runs[0].tests,
+        );
     const logEnd = text.indexOf('}', text.indexOf('"type":"msg"')) + 1;
     assert.equal(readUpTo(logEnd).length, 3);
     assert.equal(readUpTo(logEnd - 1).length, 2);
@@ -57,7 +75,12 @@ test('A node that is whole is not lost with the cut one behind it', () => {
 
 const files = [
     ['a whole file', dataFile([smallRun(), smallRun()]), 2, []],
-    ['a run behind one that was cut within a text', dataFile([smallRun()]).slice(0, 700) + statement(smallRun()), 2, [0]],
+    [
+        'a run behind one that was cut within a text',
+        dataFile([smallRun()]).slice(0, 700) + statement(smallRun()),
+        2,
+        [0],
+    ],
     ['a cut in front of the results', 'var data = [];\ndata.push( {"version":{"major":1', 1, [0]],
     ['a cut within the call', dataFile([smallRun()]) + 'data.pu', 2, [1]],
     ['a cut within the first line', 'var da', 1, [0]],
@@ -70,8 +93,7 @@ for (const [name, text, count, repaired] of files) {
         const read = repair.readDataFile(text);
         assert.equal(read.runs.length, count);
         assert.deepEqual(read.repaired, repaired);
-        for (const run of read.runs)
-            assert.ok(Array.isArray(run.tests));
+        for (const run of read.runs) assert.ok(Array.isArray(run.tests));
     });
 }
 

@@ -65,7 +65,15 @@ class RunBuilder {
     }
 
     verify(result, text, more = {}) {
-        return this.entry({ lineNo: 12, result, text, time: this.time(), type: 'scriptedVerificationResult', uri: 'x-testsuite:/tst_a/script.js', ...more });
+        return this.entry({
+            lineNo: 12,
+            result,
+            text,
+            time: this.time(),
+            type: 'scriptedVerificationResult',
+            uri: 'x-testsuite:/tst_a/script.js',
+            ...more,
+        });
     }
 
     pass(text, more) {
@@ -82,29 +90,38 @@ class RunBuilder {
 
     skipped(type, name, description) {
         const time = this.time();
-        return this.entry({ ...(description ? { description } : {}), isSkipped: true, name, start: time, stop: time, type });
+        return this.entry({
+            ...(description ? { description } : {}),
+            isSkipped: true,
+            name,
+            start: time,
+            stop: time,
+            type,
+        });
     }
 
     finish() {
-        while (this.open.length > 1)
-            this.end();
+        while (this.open.length > 1) this.end();
         return this.document;
     }
 }
 
 /// Keys of a test in the order in which the runner learns them, all others sorted.
 function ordered(key, value) {
-    if (!value || typeof value !== 'object' || Array.isArray(value))
-        return value;
+    if (!value || typeof value !== 'object' || Array.isArray(value)) return value;
     const late = ['retry', 'tests', 'stop'];
     const lateOf = (name) => (Array.isArray(value.tests) ? late.indexOf(name) : -1);
     const names = Object.keys(value).sort((a, b) => lateOf(a) - lateOf(b) || (a < b ? -1 : 1));
-    return 'version' in value ? value : Object.fromEntries(names.map((name) => [name, value[name]]));
+    return 'version' in value
+        ? value
+        : Object.fromEntries(names.map((name) => [name, value[name]]));
 }
 
 function documentText(document) {
-    return JSON.stringify(document, ordered)
-        .replace(/[\u0080-\uffff]/g, (unit) => '\\u' + unit.charCodeAt(0).toString(16).padStart(4, '0'));
+    return JSON.stringify(document, ordered).replace(
+        /[\u0080-\uffff]/g,
+        (unit) => '\\u' + unit.charCodeAt(0).toString(16).padStart(4, '0'),
+    );
 }
 
 function statement(document) {
@@ -117,7 +134,10 @@ function dataFile(documents) {
 
 function tableRow(elementType, line, texts, colors = []) {
     const cells = texts.map((text, index) => ({
-        properties: [...(colors[index] ? [{ name: 'backgroundColor', value: colors[index] }] : []), { name: 'text', value: text }],
+        properties: [
+            ...(colors[index] ? [{ name: 'backgroundColor', value: colors[index] }] : []),
+            { name: 'text', value: text },
+        ],
     }));
     return { diffType: 'row', diffValue: { cells, line }, elementType };
 }

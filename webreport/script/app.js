@@ -12,14 +12,16 @@
 
     class Page {
         constructor(documents) {
-            this.documents = documents;
             this.runs = documents.map((document, index) => model.buildRun(document, index));
             this.runs.forEach((run) => report.history.markNewlyFailing(this.runs, run));
+            this.openTests = new report.OpenTests();
             this.treeHost = document.getElementById('tree');
             this.detailHost = document.getElementById('detail');
             this.list = report.treeList.createTreeList(this.treeHost, {
-                isOpen: (node) => this.isOpen(node), select: (node) => this.select(node),
-                toggle: (node) => this.toggle(node), open: (node) => this.open(node),
+                isOpen: (node) => this.isOpen(node),
+                select: (node) => this.select(node),
+                toggle: (node) => this.toggle(node),
+                open: (node) => this.open(node),
             });
             this.readAddress();
             this.drawFilters = report.filterBar.create(this, document.getElementById('filters'));
@@ -32,21 +34,19 @@
             this.state = address.parse(location.hash);
             this.run = this.runs[this.state.run] || this.runs[this.runs.length - 1];
             this.current = address.find(this.run, this.state.at);
-            this.resetOpen();
-            this.openTo(this.current);
+            this.openTests.reset();
+            this.openTests.openTo(this.current);
         }
 
-        /// Going from row to row leaves no trail in the history of the browser; changing the run does.
+        /// Going from row to row leaves no trail in the history of the browser, changing the run
+        /// does.
         writeAddress(push) {
             this.state.run = this.run.index;
             this.state.at = this.current.key;
             const hash = address.format(this.state);
-            if (hash === location.hash)
-                return;
-            if (push)
-                history.pushState(null, '', hash);
-            else
-                history.replaceState(null, '', hash);
+            if (hash === location.hash) return;
+            if (push) history.pushState(null, '', hash);
+            else history.replaceState(null, '', hash);
         }
 
         /// For links to a node, or to a run as a whole when there is none.
@@ -57,13 +57,10 @@
         followAddress() {
             const before = this.run;
             this.readAddress();
-            if (this.run !== before)
-                this.drawRun();
-            else
-                this.drawList();
+            if (this.run !== before) this.drawRun();
+            else this.drawList();
             this.showCurrent();
-            if (this.state.at)
-                document.body.classList.add('showing-detail');
+            if (this.state.at) document.body.classList.add('showing-detail');
         }
 
         // Drawing
@@ -83,17 +80,32 @@
         }
 
         drawRows() {
-            this.list.setRows(filter.listRows(this.run, this.selection, (node) => this.isOpen(node), this.state.slowest));
+            this.list.setRows(
+                filter.listRows(
+                    this.run,
+                    this.selection,
+                    (node) => this.isOpen(node),
+                    this.state.slowest,
+                ),
+            );
             this.list.setCurrent(this.current);
         }
 
         drawNote() {
             const note = document.getElementById('listNote');
             const shown = this.run.testCases.filter((one) => this.selection.shown[one.id]).length;
-            const hits = this.selection.hits > 0 ? ' · ' + report.format.counted(this.selection.hits, 'hit', 'hits') : '';
-            note.textContent = !filter.isActive(this.state) ? ''
-                : shown === 0 && this.selection.hits === 0 ? 'Nothing matches. Esc takes the filters away.'
-                    : report.format.count(shown) + ' of ' + report.format.counted(this.run.testCases.length, 'test case', 'test cases') + hits;
+            const hits =
+                this.selection.hits > 0
+                    ? ' · ' + report.format.counted(this.selection.hits, 'hit', 'hits')
+                    : '';
+            note.textContent = !filter.isActive(this.state)
+                ? ''
+                : shown === 0 && this.selection.hits === 0
+                  ? 'Nothing matches. Esc takes the filters away.'
+                  : report.format.count(shown) +
+                    ' of ' +
+                    report.format.counted(this.run.testCases.length, 'test case', 'test cases') +
+                    hits;
         }
 
         showCurrent() {
@@ -132,16 +144,15 @@
             const key = this.current.key;
             this.run = run;
             this.current = address.find(run, key);
-            this.resetOpen();
-            this.openTo(this.current);
+            this.openTests.reset();
+            this.openTests.openTo(this.current);
             this.writeAddress(true);
             this.drawRun();
         }
 
         stepRun(by) {
             const run = this.runs[this.run.index + by];
-            if (run)
-                this.showRun(run);
+            if (run) this.showRun(run);
         }
 
         /// The next failure among what the filters let through, round the end.
@@ -150,9 +161,8 @@
             const { nodes } = this.run;
             for (let step = 1; step <= nodes.length; ++step) {
                 const node = nodes[(this.current.id + by * step + nodes.length * 2) % nodes.length];
-                if (!isWanted(node))
-                    continue;
-                this.openTo(node);
+                if (!isWanted(node)) continue;
+                this.openTests.openTo(node);
                 this.current = node;
                 this.drawRows();
                 this.select(node);
@@ -163,64 +173,44 @@
 
         // Open and closed tests
 
-        resetOpen() {
-            this.opened = new Map();
-        }
-
         isOpen(node) {
-            const chosen = this.opened.get(node.id);
-            if (chosen !== undefined)
-                return chosen;
-            return node === this.run.root || Boolean(this.selection && this.selection.opened[node.id]);
-        }
-
-        openTo(node) {
-            for (let one = node.parent; one; one = one.parent)
-                this.opened.set(one.id, true);
+            const found = this.selection && this.selection.opened[node.id];
+            return this.openTests.isOpen(node, Boolean(found));
         }
 
         setOpen(node, open) {
-            this.opened.set(node.id, open);
+            this.openTests.set(node, open);
             this.drawRows();
         }
 
         toggle(node) {
-            if (node.children.length > 0)
-                this.setOpen(node, !this.isOpen(node));
+            if (node.children.length > 0) this.setOpen(node, !this.isOpen(node));
         }
 
         setAllOpen(open) {
-            for (const node of this.run.nodes) {
-                if (node.kind !== 'entry')
-                    this.opened.set(node.id, open || node === this.run.root);
-            }
-            if (!open)
-                this.current = this.current.testCase || this.run.root;
+            this.openTests.setAll(this.run, open);
+            if (!open) this.current = this.current.testCase || this.run.root;
             this.drawRows();
             this.select(this.current);
         }
 
         goIn() {
             const first = this.current.children.find((child) => this.selection.shown[child.id]);
-            if (!first)
-                return;
-            if (this.isOpen(this.current))
-                this.list.move(1);
-            else
-                this.setOpen(this.current, true);
+            if (!first) return;
+            if (this.isOpen(this.current)) this.list.move(1);
+            else this.setOpen(this.current, true);
         }
 
         goOut() {
             if (this.current.children.length > 0 && this.isOpen(this.current))
                 this.setOpen(this.current, false);
-            else if (this.current.parent)
-                this.select(this.current.parent);
+            else if (this.current.parent) this.select(this.current.parent);
         }
 
         // Filters
 
         filtersChanged() {
-            this.resetOpen();
+            this.openTests.reset();
             this.writeAddress();
             this.drawList();
         }
@@ -231,10 +221,8 @@
         }
 
         setMode(modes, key, mode) {
-            if (mode)
-                modes.set(key, mode);
-            else
-                modes.delete(key);
+            if (mode) modes.set(key, mode);
+            else modes.delete(key);
             this.filtersChanged();
         }
 
@@ -246,8 +234,8 @@
 
         clearFilters() {
             Object.assign(this.state, emptyFilters());
-            this.resetOpen();
-            this.openTo(this.current);
+            this.openTests.reset();
+            this.openTests.openTo(this.current);
             this.writeAddress();
             this.drawList();
         }
@@ -257,15 +245,17 @@
         }
 
         toggleFailures() {
-            this.state.entries = new Map(this.showsFailuresOnly() ? [] : failedKinds.map((kind) => [kind.key, 'only']));
+            this.state.entries = new Map(
+                this.showsFailuresOnly() ? [] : failedKinds.map((kind) => [kind.key, 'only']),
+            );
             this.filtersChanged();
         }
 
+        /// On a narrow screen the details take the place of the list.
         escape() {
-            if (document.body.classList.contains('showing-detail') || this.detailHost.contains(document.activeElement))
-                this.closeDetail();
-            else
-                this.clearFilters();
+            const listHidden = document.getElementById('list').offsetParent === null;
+            if (listHidden || this.detailHost.contains(document.activeElement)) this.closeDetail();
+            else this.clearFilters();
         }
 
         // Passing on
@@ -276,7 +266,10 @@
         }
 
         copyAddress(node) {
-            report.clipboard.copy(new URL(this.addressOf(this.run, node), location.href).href, 'Link');
+            report.clipboard.copy(
+                new URL(this.addressOf(this.run, node), location.href).href,
+                'Link',
+            );
         }
     }
 
@@ -285,7 +278,10 @@
         document.getElementById('nodata').hidden = true;
         document.getElementById('header').hidden = false;
         document.getElementById('main').hidden = false;
-        report.splitter.install(document.getElementById('splitter'), document.getElementById('main'));
+        report.splitter.install(
+            document.getElementById('splitter'),
+            document.getElementById('main'),
+        );
         const page = new Page(runs);
         report.keys.install(page);
         report.printView.install(page);
@@ -294,4 +290,4 @@
         if (repaired.length > 0)
             report.clipboard.toast('The end of the data was missing: shown as far as it goes');
     };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

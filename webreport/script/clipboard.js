@@ -15,14 +15,17 @@
 
     /// For pages served without TLS, where browsers offer no clipboard to scripts.
     function copyBySelection(text) {
-        const area = element('textarea', { class: 'offscreen', 'aria-hidden': 'true', value: text });
+        const area = element('textarea', {
+            'class': 'offscreen',
+            'aria-hidden': 'true',
+            'value': text,
+        });
         const focused = document.activeElement;
         document.body.append(area);
         area.select();
         const done = document.execCommand('copy');
         area.remove();
-        if (focused)
-            focused.focus();
+        if (focused) focused.focus();
         return done;
     }
 
@@ -31,11 +34,11 @@
         try {
             await navigator.clipboard.writeText(text);
             done = true;
-        } catch (error) {
+        } catch {
             done = copyBySelection(text);
         }
         toast(done ? what + ' copied' : 'The browser did not allow copying');
     }
 
     report.clipboard = { copy, toast };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

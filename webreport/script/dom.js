@@ -4,8 +4,7 @@
 
     function append(node, children) {
         for (const child of children.flat(Infinity)) {
-            if (child !== null && child !== undefined && child !== false)
-                node.append(child);
+            if (child !== null && child !== undefined && child !== false) node.append(child);
         }
         return node;
     }
@@ -15,12 +14,9 @@
     function element(name, properties, ...children) {
         const node = document.createElement(name);
         for (const [key, value] of Object.entries(properties || {})) {
-            if (typeof value === 'function')
-                node.addEventListener(key.slice(2), value);
-            else if (key === 'class')
-                node.className = value;
-            else if (key === 'value' || key === 'checked' || key === 'hidden')
-                node[key] = value;
+            if (typeof value === 'function') node.addEventListener(key.slice(2), value);
+            else if (key === 'class') node.className = value;
+            else if (key === 'value' || key === 'checked' || key === 'hidden') node[key] = value;
             else if (value !== null && value !== undefined && value !== false)
                 node.setAttribute(key, value === true ? '' : value);
         }
@@ -33,8 +29,7 @@
         const svg = document.createElementNS(space, 'svg');
         svg.setAttribute('class', 'icon tone-' + name);
         svg.setAttribute(label ? 'role' : 'aria-hidden', label ? 'img' : 'true');
-        if (label)
-            svg.setAttribute('aria-label', label);
+        if (label) svg.setAttribute('aria-label', label);
         const use = document.createElementNS(space, 'use');
         use.setAttribute('href', '#icon-' + name);
         svg.append(use);
@@ -42,7 +37,11 @@
     }
 
     function button(label, onclick, properties, ...children) {
-        return element('button', { type: 'button', onclick, ...properties }, children.length > 0 ? children : label);
+        return element(
+            'button',
+            { type: 'button', onclick, ...properties },
+            children.length > 0 ? children : label,
+        );
     }
 
     /// A link to a file of the report; plain text where the page can't reach the location.
@@ -52,20 +51,28 @@
         return href ? element('a', { href, target: '_blank', rel: 'noopener' }, text) : text;
     }
 
-    /// A list of which a part is shown until more is asked for. `build` makes one element of an item.
+    /// A list of which a part is shown until more is asked for. `build` makes one element of an
+    /// item.
     function growingList(items, build, step, properties) {
         const list = element('ul', properties);
         const more = button('', () => grow(), { class: 'more' });
         function grow() {
             const start = list.childElementCount;
-            append(list, items.slice(start, start + step).map((item) => element('li', null, build(item))));
+            append(
+                list,
+                items.slice(start, start + step).map((item) => element('li', null, build(item))),
+            );
             const left = items.length - list.childElementCount;
             more.hidden = left === 0;
-            more.textContent = 'Show ' + report.format.count(Math.min(step, left)) + ' more of ' + report.format.count(left);
+            more.textContent =
+                'Show ' +
+                report.format.count(Math.min(step, left)) +
+                ' more of ' +
+                report.format.count(left);
         }
         grow();
         return [list, more];
     }
 
     report.dom = { append, element, icon, button, fileLink, growingList };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

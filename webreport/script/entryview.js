@@ -17,23 +17,35 @@
 
     function table(raw) {
         const differs = Array.isArray(raw.tablediff) && raw.tablediff.length > 0;
-        return differs ? block('Table differences', report.tableDiff.tableView(raw.tablediff)) : null;
+        return differs
+            ? block('Table differences', report.tableDiff.tableView(raw.tablediff))
+            : null;
     }
 
     function failedImage(raw) {
         const link = locationLink(raw.failedImageUri);
-        return link && /\.\w+$/.test(link) ? block('Pictures', report.imageCompare.imageCompare(link)) : null;
+        return link && /\.\w+$/.test(link)
+            ? block('Pictures', report.imageCompare.imageCompare(link))
+            : null;
     }
 
     function objectDump(raw) {
         const link = locationLink(raw.failedObjectDump);
-        return link && /\.\w+$/.test(link) ? block('Object snapshot', element('p', null, fileLink(raw.failedObjectDump))) : null;
+        return link && /\.\w+$/.test(link)
+            ? block('Object snapshot', element('p', null, fileLink(raw.failedObjectDump)))
+            : null;
     }
 
     function thumbnail(link, label) {
         const image = element('img', { src: link, alt: label, loading: 'lazy' });
-        const anchor = element('a', { class: 'thumbnail', href: link, target: '_blank', rel: 'noopener' }, image);
-        image.addEventListener('error', () => anchor.replaceChildren(label + ' (picture not found)'));
+        const anchor = element(
+            'a',
+            { class: 'thumbnail', href: link, target: '_blank', rel: 'noopener' },
+            image,
+        );
+        image.addEventListener('error', () =>
+            anchor.replaceChildren(label + ' (picture not found)'),
+        );
         return anchor;
     }
 
@@ -43,16 +55,31 @@
     }
 
     function stack(frames, base) {
-        return block('Call stack', element('ol', { class: 'stack' }, frames.map((frame) => element('li', null,
-            frame.name ? element('span', { class: 'function' }, frame.name) : null, fileLink(frame.file, frame.line, base)))));
+        return block(
+            'Call stack',
+            element(
+                'ol',
+                { class: 'stack' },
+                frames.map((frame) =>
+                    element(
+                        'li',
+                        null,
+                        frame.name ? element('span', { class: 'function' }, frame.name) : null,
+                        fileLink(frame.file, frame.line, base),
+                    ),
+                ),
+            ),
+        );
     }
 
     /// The sentence with the values is left out where these stand beside each other.
     function detail(raw, base) {
-        if (!raw.detail || report.values.isOnlyValues(raw))
-            return null;
+        if (!raw.detail || report.values.isOnlyValues(raw)) return null;
         const { text, frames } = report.values.splitStack(raw.detail);
-        return [text ? block('Detail', report.textBlock(text)) : null, frames.length > 0 ? stack(frames, base) : null];
+        return [
+            text ? block('Detail', report.textBlock(text)) : null,
+            frames.length > 0 ? stack(frames, base) : null,
+        ];
     }
 
     function attachment(node) {
@@ -69,11 +96,14 @@
 
     /// The entries that led to a failure, which a filter may hide.
     function before(app, node) {
-        if (!report.model.isFailed(node))
-            return null;
+        if (!report.model.isFailed(node)) return null;
         const entries = node.parent.children.filter((one) => one.kind === 'entry');
         const place = entries.indexOf(node);
-        return report.testView.linkBlock(app, 'Just before', entries.slice(Math.max(0, place - beforeShown), place));
+        return report.linkBlock(
+            app,
+            'Just before',
+            entries.slice(Math.max(0, place - beforeShown), place),
+        );
     }
 
     function entryView(app, node) {
@@ -82,11 +112,16 @@
         const long = node.name.length > 300 || node.name.includes('\n');
         return [
             long ? block('Text', report.textBlock(node.name)) : null,
-            values(raw), table(raw), failedImage(raw), objectDump(raw), screenshot(raw),
+            values(raw),
+            table(raw),
+            failedImage(raw),
+            objectDump(raw),
+            screenshot(raw),
             node.entryKind === 'attachment' ? attachment(node) : null,
-            detail(raw, base), before(app, node),
+            detail(raw, base),
+            before(app, node),
         ];
     }
 
     report.entryView = entryView;
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

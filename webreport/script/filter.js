@@ -10,7 +10,9 @@
     function parseText(text) {
         const wanted = [];
         const unwanted = [];
-        for (const [, minus, phrase, word] of text.toLowerCase().matchAll(/(-?)(?:"([^"]*)"?|(\S+))/g)) {
+        for (const [, minus, phrase, word] of text
+            .toLowerCase()
+            .matchAll(/(-?)(?:"([^"]*)"?|(\S+))/g)) {
             const term = phrase === undefined ? word : phrase;
             if (term && wanted.length + unwanted.length < 30)
                 (minus ? unwanted : wanted).push(term);
@@ -21,16 +23,19 @@
     function searchText(node) {
         if (node.search === undefined) {
             const raw = node.raw;
-            const parts = node.kind === 'entry'
-                ? [raw.text, raw.detail, raw.objectName, raw.property, raw.uri, raw.result]
-                : [node.name, raw.summary, raw.description];
+            const parts =
+                node.kind === 'entry'
+                    ? [raw.text, raw.detail, raw.objectName, raw.property, raw.uri, raw.result]
+                    : [node.name, raw.summary, raw.description];
             node.search = parts.filter(Boolean).join('\n').toLowerCase();
         }
         return node.search;
     }
 
     function isActive(criteria) {
-        return Boolean(criteria.text.trim()) || criteria.tests.size > 0 || criteria.entries.size > 0;
+        return (
+            Boolean(criteria.text.trim()) || criteria.tests.size > 0 || criteria.entries.size > 0
+        );
     }
 
     function wantsOnly(modes) {
@@ -39,30 +44,25 @@
 
     /// A thing with several marks is kept when one of them is wanted and none unwanted.
     function passes(modes, marks) {
-        if (marks.some((mark) => modes.get(mark) === 'not'))
-            return false;
+        if (marks.some((mark) => modes.get(mark) === 'not')) return false;
         return !wantsOnly(modes) || marks.some((mark) => modes.get(mark) === 'only');
     }
 
     function marksOf(testCase) {
         const marks = [testCase.outcome];
-        if (testCase.isNew)
-            marks.push('new');
-        if (testCase.unfinished && testCase.outcome !== 'unfinished')
-            marks.push('unfinished');
+        if (testCase.isNew) marks.push('new');
+        if (testCase.unfinished && testCase.outcome !== 'unfinished') marks.push('unfinished');
         return marks;
     }
 
     function passesTestFilter(node, modes) {
-        if (modes.size === 0)
-            return true;
+        if (modes.size === 0) return true;
         return node.testCase ? passes(modes, marksOf(node.testCase)) : !wantsOnly(modes);
     }
 
     /// A test that was running when the data breaks off stands with the errors.
     function passesEntryFilter(node, modes) {
-        if (node.kind === 'entry')
-            return passes(modes, [node.entryKind]);
+        if (node.kind === 'entry') return passes(modes, [node.entryKind]);
         return !wantsOnly(modes) || (node.brokeOff && modes.get('error') === 'only');
     }
 
@@ -73,8 +73,11 @@
         for (const node of run.nodes) {
             let mask = node.parent ? masks[node.parent.id] : 0;
             const text = searchText(node);
-            terms.wanted.forEach((term, bit) => { if (text.includes(term)) mask |= 1 << bit; });
-            masks[node.id] = mask < 0 || terms.unwanted.some((term) => text.includes(term)) ? -1 : mask;
+            terms.wanted.forEach((term, bit) => {
+                if (text.includes(term)) mask |= 1 << bit;
+            });
+            masks[node.id] =
+                mask < 0 || terms.unwanted.some((term) => text.includes(term)) ? -1 : mask;
         }
         return masks;
     }
@@ -90,19 +93,17 @@
         const onlyEntries = wantsOnly(criteria.entries);
         for (let id = size - 1; id >= 0; --id) {
             const node = run.nodes[id];
-            const asked = masks[id] === full && passesTestFilter(node, criteria.tests)
-                && passesEntryFilter(node, criteria.entries);
-            if (asked)
-                result.shown[id] = 1;
-            if (!node.parent || !result.shown[id])
-                continue;
+            const asked =
+                masks[id] === full &&
+                passesTestFilter(node, criteria.tests) &&
+                passesEntryFilter(node, criteria.entries);
+            if (asked) result.shown[id] = 1;
+            if (!node.parent || !result.shown[id]) continue;
             const parent = node.parent.id;
             result.shown[parent] = 1;
             const bySelf = asked && (onlyEntries || (full > 0 && masks[parent] !== full));
-            if (bySelf)
-                ++result.hits;
-            if (bySelf || result.opened[id])
-                result.opened[parent] = 1;
+            if (bySelf) ++result.hits;
+            if (bySelf || result.opened[id]) result.opened[parent] = 1;
         }
         result.shown[run.root.id] = 1;
         return result;
@@ -119,12 +120,11 @@
     function listRows(run, selection, isOpen, slowest) {
         const rows = [];
         const visit = (node) => {
-            if (!selection.shown[node.id])
-                return;
+            if (!selection.shown[node.id]) return;
             rows.push(node);
-            if (node.kind === 'entry' || !isOpen(node))
-                return;
-            const sorted = slowest && node === run.root ? slowestFirst(node.children) : node.children;
+            if (node.kind === 'entry' || !isOpen(node)) return;
+            const sorted =
+                slowest && node === run.root ? slowestFirst(node.children) : node.children;
             sorted.forEach(visit);
         };
         visit(run.root);
@@ -132,4 +132,4 @@
     }
 
     report.filter = { select, listRows, isActive, marksOf };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

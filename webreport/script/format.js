@@ -18,10 +18,8 @@
         if (milliseconds < 1000)
             return milliseconds > 0 ? Math.round(milliseconds) + ' ms' : '< 1 s';
         const seconds = Math.round(milliseconds / 1000);
-        if (seconds < 60)
-            return seconds + ' s';
-        if (seconds < 3600)
-            return Math.floor(seconds / 60) + ' min ' + pad(seconds % 60) + ' s';
+        if (seconds < 60) return seconds + ' s';
+        if (seconds < 3600) return Math.floor(seconds / 60) + ' min ' + pad(seconds % 60) + ' s';
         return Math.floor(seconds / 3600) + ' h ' + pad(Math.floor(seconds / 60) % 60) + ' min';
     }
 
@@ -35,23 +33,29 @@
         return dateTime(iso).slice(11);
     }
 
+    /// What is no valid escape stays as it is.
     function decoded(path) {
         try {
             return decodeURIComponent(path);
-        } catch (error) {
+        } catch {
             return path;
         }
     }
 
     /// For use in the address: without what separates the parts of a place there.
     function encoded(text) {
-        const whole = text.replace(/[\uD800-\uDBFF](?![\uDC00-\uDFFF])|(?<![\uD800-\uDBFF])[\uDC00-\uDFFF]/g, '\uFFFD');
+        const whole = text.replace(
+            /[\uD800-\uDBFF](?![\uDC00-\uDFFF])|(?<![\uD800-\uDBFF])[\uDC00-\uDFFF]/g,
+            '\uFFFD',
+        );
         return encodeURIComponent(whole).replace(/[!~]/g, (mark) => (mark === '!' ? '%21' : '%7E'));
     }
 
     function splitLocation(uri) {
         const match = /^([a-z][a-z0-9+.-]*):\/*(.*)$/i.exec(uri || '');
-        return match ? { scheme: match[1].toLowerCase(), path: match[2] } : { scheme: '', path: uri || '' };
+        return match
+            ? { scheme: match[1].toLowerCase(), path: match[2] }
+            : { scheme: '', path: uri || '' };
     }
 
     /// A location as a path, with the line when it is known.
@@ -66,18 +70,24 @@
     /// The result never names another scheme, whatever the location holds.
     function locationLink(uri, base) {
         const { scheme, path } = splitLocation(uri);
-        if (!path)
-            return null;
-        if (scheme === 'x-results')
-            return './' + path;
-        if (globalThis.location && globalThis.location.protocol !== 'file:')
-            return null;
-        if (scheme === 'file')
-            return 'file:///' + path;
+        if (!path) return null;
+        if (scheme === 'x-results') return './' + path;
+        if (globalThis.location && globalThis.location.protocol !== 'file:') return null;
+        if (scheme === 'file') return 'file:///' + path;
         if (scheme === 'x-testsuite' && splitLocation(base).scheme === 'file')
             return base.replace(/\/$/, '') + '/' + path;
         return null;
     }
 
-    report.format = { count, counted, duration, dateTime, clock, encoded, locationText, locationLink };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+    report.format = {
+        count,
+        counted,
+        duration,
+        dateTime,
+        clock,
+        decoded,
+        encoded,
+        locationText,
+        locationLink,
+    };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -12,7 +12,8 @@
     /// `{run, node}` for each run of the same suite, oldest first; `node` is undefined where the
     /// test did not run.
     function historyOf(runs, run, key) {
-        return runs.filter((other) => isSameSuite(run, other))
+        return runs
+            .filter((other) => isSameSuite(run, other))
             .map((other) => ({ run: other, node: other.byKey.get(key) }));
     }
 
@@ -20,8 +21,7 @@
     function previousOf(runs, run, key) {
         for (let index = run.index - 1; index >= 0; --index) {
             const node = isSameSuite(run, runs[index]) && runs[index].byKey.get(key);
-            if (node && node.outcome !== 'skipped' && node.outcome !== 'unfinished')
-                return node;
+            if (node && node.outcome !== 'skipped' && node.outcome !== 'unfinished') return node;
         }
         return null;
     }
@@ -36,4 +36,4 @@
     }
 
     report.history = { historyOf, markNewlyFailing };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

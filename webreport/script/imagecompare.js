@@ -23,22 +23,40 @@
     function figure(label, className, link) {
         const image = element('img', { src: link, alt: label + ' picture', loading: 'lazy' });
         const anchor = element('a', { href: link, target: '_blank', rel: 'noopener' }, image);
-        return { image, node: element('figure', { class: className }, element('figcaption', null, label), anchor) };
+        return {
+            image,
+            node: element(
+                'figure',
+                { class: className },
+                element('figcaption', null, label),
+                anchor,
+            ),
+        };
     }
 
     function slider(stage) {
         const input = element('input', {
-            type: 'range', min: '0', max: '100', value: '50', class: 'wipe',
+            'type': 'range',
+            'min': '0',
+            'max': '100',
+            'value': '50',
+            'class': 'wipe',
             'aria-label': 'How much of the expected picture is shown',
-            oninput: () => stage.style.setProperty('--wipe', input.value + '%'),
+            'oninput': () => stage.style.setProperty('--wipe', input.value + '%'),
         });
         stage.style.setProperty('--wipe', '50%');
         return input;
     }
 
     function modeButtons(choose) {
-        const buttons = modes.map((mode) => button(mode.label, () => choose(mode.key), { 'data-mode': mode.key }));
-        return element('div', { class: 'segmented', role: 'group', 'aria-label': 'How to compare' }, buttons);
+        const buttons = modes.map((mode) =>
+            button(mode.label, () => choose(mode.key), { 'data-mode': mode.key }),
+        );
+        return element(
+            'div',
+            { 'class': 'segmented', 'role': 'group', 'aria-label': 'How to compare' },
+            buttons,
+        );
     }
 
     /// `link` is that of the picture found. Without an expected picture it stands alone.
@@ -48,10 +66,15 @@
         const stage = element('div', { class: 'stage alone' }, failed.node);
         const box = element('div', { class: 'images' }, stage);
         failed.image.addEventListener('error', () => {
-            box.replaceChildren(element('p', { class: 'note' }, 'The picture ' + report.format.locationText(link) + ' is not there.'));
+            box.replaceChildren(
+                element(
+                    'p',
+                    { class: 'note' },
+                    'The picture ' + report.format.locationText(link) + ' is not there.',
+                ),
+            );
         });
-        if (!expectedLink)
-            return box;
+        if (!expectedLink) return box;
         const expected = figure('Expected', 'expected', expectedLink);
         expected.image.loading = 'eager';
         expected.image.addEventListener('load', () => addComparison(box, stage, expected));
@@ -75,4 +98,4 @@
     }
 
     report.imageCompare = { imageCompare, expectedBeside };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -12,15 +12,31 @@
 
     /// A block that keeps blanks and line feeds.
     function textBlock(text, className) {
-        const block = element('pre', { class: 'text ' + (className || ''), tabindex: '0' }, text.length > longest ? cutAt(text) : text);
-        if (text.length <= longest)
-            return block;
-        const more = button('Show all ' + report.format.count(text.length) + ' characters', () => {
-            block.textContent = text;
-            more.remove();
-        }, { class: 'more' });
+        const block = element(
+            'pre',
+            { class: 'text ' + (className || ''), tabindex: '0' },
+            text.length > longest ? cutAt(text) : text,
+        );
+        if (text.length <= longest) return block;
+        const more = button(
+            'Show all ' + report.format.count(text.length) + ' characters',
+            () => {
+                block.textContent = text;
+                more.remove();
+            },
+            { class: 'more' },
+        );
         return [block, more];
     }
 
+    /// What the author of a test wrote about it.
+    function describe(raw) {
+        return [
+            raw.summary ? element('p', { class: 'summary' }, raw.summary) : null,
+            raw.description ? textBlock(raw.description, 'description') : null,
+        ];
+    }
+
     report.textBlock = textBlock;
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+    report.describe = describe;
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -7,7 +7,9 @@
 
     /// What stands for a node: always a shape of its own beside the colour.
     function outcomeOf(node) {
-        return node.kind === 'entry' ? entryKind.get(node.entryKind) : testOutcome.get(node.outcome);
+        return node.kind === 'entry'
+            ? entryKind.get(node.entryKind)
+            : testOutcome.get(node.outcome);
     }
 
     function outcomeIcon(node) {
@@ -37,22 +39,29 @@
         return badges;
     }
 
-    const testTypes = new Map([['testsuite', 'Test suite'], ['testcase', 'Test case'],
-        ['section', 'Section'], ['feature', 'Feature'], ['scenario', 'Scenario'],
-        ['scenariooutline', 'Scenario outline'], ['row', 'Example'], ['step', 'Step']]);
+    const testTypes = new Map([
+        ['testsuite', 'Test suite'],
+        ['testcase', 'Test case'],
+        ['section', 'Section'],
+        ['feature', 'Feature'],
+        ['scenario', 'Scenario'],
+        ['scenariooutline', 'Scenario outline'],
+        ['row', 'Example'],
+        ['step', 'Step'],
+    ]);
 
     function typeLabel(node) {
-        if (node.attempt)
-            return 'Attempt';
-        if (node.kind === 'entry')
-            return outcomeOf(node).label;
+        if (node.attempt) return 'Attempt';
+        if (node.kind === 'entry') return outcomeOf(node).label;
         return testTypes.get(node.raw.type) || 'Section';
     }
 
     function nodeTitle(node) {
-        if (node.attempt)
-            return 'Attempt ' + node.attempt + ' of ' + node.parent.children.length;
-        return node.name || (node.kind === 'entry' ? typeLabel(node) : 'Unnamed ' + typeLabel(node).toLowerCase());
+        if (node.attempt) return 'Attempt ' + node.attempt + ' of ' + node.parent.children.length;
+        return (
+            node.name ||
+            (node.kind === 'entry' ? typeLabel(node) : 'Unnamed ' + typeLabel(node).toLowerCase())
+        );
     }
 
     /// One line, and short enough that a message of a megabyte costs nothing.
@@ -65,10 +74,19 @@
     /// The path of a node below the run.
     function pathOf(node) {
         const path = [];
-        for (let one = node.parent; one && one.parent; one = one.parent)
-            path.unshift(one);
+        for (let one = node.parent; one && one.parent; one = one.parent) path.unshift(one);
         return path;
     }
 
-    report.marks = { outcomeOf, outcomeIcon, outcomeBadge, badge, extraBadges, typeLabel, nodeTitle, shortTitle, pathOf };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+    report.marks = {
+        outcomeOf,
+        outcomeIcon,
+        outcomeBadge,
+        badge,
+        extraBadges,
+        typeLabel,
+        nodeTitle,
+        shortTitle,
+        pathOf,
+    };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -1,10 +1,10 @@
 // Turns the document of a run into the tree that the page shows.
 //
 // A node is `{id, kind, raw, name, parent, children, place, depth, end, key, outcome, unfinished,
-// brokeOff, counts, duration}`. `place` counts among its siblings, `brokeOff` is set on the innermost
-// test that was running when the data breaks off. `id` is its place in `run.nodes`, which is in the order of reading; the nodes
-// below it stand from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that was
-// retried: its children are the attempts) or 'entry'.
+// brokeOff, counts, duration}`. `id` is its place in `run.nodes`, which is in the order of reading;
+// the nodes below it stand from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that
+// was retried: its children are the attempts) or 'entry'. `place` counts among its siblings,
+// `brokeOff` is set on the innermost test that was running when the data breaks off.
 (function (report) {
     'use strict';
 
@@ -17,21 +17,24 @@
 
     function isRetryOf(raw, attempts) {
         const last = attempts[attempts.length - 1];
-        return isTest(raw) && raw.retry && last.retry && raw.type === last.type
-            && raw.name === last.name && raw.retry.count > last.retry.count;
+        return (
+            isTest(raw) &&
+            raw.retry &&
+            last.retry &&
+            raw.type === last.type &&
+            raw.name === last.name &&
+            raw.retry.count > last.retry.count
+        );
     }
 
     /// The children of a test with the attempts of each retried test case as one list.
     function withAttempts(list) {
         const children = [];
         for (const raw of list) {
-            if (!raw || typeof raw !== 'object')
-                continue;
+            if (!raw || typeof raw !== 'object') continue;
             const last = children[children.length - 1];
-            if (last && isTest(last[0]) && isRetryOf(raw, last))
-                last.push(raw);
-            else
-                children.push([raw]);
+            if (last && isTest(last[0]) && isRetryOf(raw, last)) last.push(raw);
+            else children.push([raw]);
         }
         return children;
     }
@@ -46,8 +49,7 @@
             part = report.format.encoded(node.name) || '~0';
             const seen = (used.get(part) || 0) + 1;
             used.set(part, seen);
-            if (seen > 1)
-                part += '~' + seen;
+            if (seen > 1) part += '~' + seen;
         }
         return parent.key ? parent.key + '/' + part : part;
     }
@@ -59,12 +61,18 @@
 
     function addNode(run, raw, kind, parent) {
         const node = {
-            id: run.nodes.length, kind, raw, parent, children: [], key: '', name: raw.name || '',
-            depth: parent ? parent.depth + 1 : 0, place: parent ? parent.children.length : 0,
+            id: run.nodes.length,
+            kind,
+            raw,
+            parent,
+            children: [],
+            key: '',
+            name: raw.name || '',
+            depth: parent ? parent.depth + 1 : 0,
+            place: parent ? parent.children.length : 0,
         };
         run.nodes.push(node);
-        if (parent)
-            parent.children.push(node);
+        if (parent) parent.children.push(node);
         return node;
     }
 
@@ -74,9 +82,11 @@
     }
 
     function buildEntry(run, node) {
-        node.entryKind = 'result' in node.raw ? outcomes.kindOfResult(node.raw.result) : 'attachment';
-        node.name = node.raw.text || (node.entryKind === 'attachment'
-            ? report.format.locationText(node.raw.uri) : '');
+        node.entryKind =
+            'result' in node.raw ? outcomes.kindOfResult(node.raw.result) : 'attachment';
+        node.name =
+            node.raw.text ||
+            (node.entryKind === 'attachment' ? report.format.locationText(node.raw.uri) : '');
     }
 
     function buildChildren(run, node) {
@@ -86,12 +96,9 @@
             const kind = attempts.length > 1 ? 'attempts' : isTest(raw) ? 'test' : 'entry';
             const child = addNode(run, raw, kind, node);
             child.key = childKey(node, child, index, used);
-            if (kind === 'attempts')
-                buildAttempts(run, child, attempts);
-            else if (kind === 'test')
-                buildTest(run, child);
-            else
-                buildEntry(run, child);
+            if (kind === 'attempts') buildAttempts(run, child, attempts);
+            else if (kind === 'test') buildTest(run, child);
+            else buildEntry(run, child);
             finish(run, child);
         });
     }
@@ -135,52 +142,52 @@
     }
 
     function outcomeOfChild(child) {
-        if (child.kind !== 'entry')
-            return child.outcome;
-        if (child.entryKind === 'error')
-            return 'error';
+        if (child.kind !== 'entry') return child.outcome;
+        if (child.entryKind === 'error') return 'error';
         return outcomes.entryKind.get(child.entryKind).failed ? 'failed' : 'passed';
     }
 
     function outcomeOf(node) {
-        if (node.raw.isSkipped)
-            return 'skipped';
-        let worst = node.unfinished ? 'unfinished' : node.children.length > 0 ? 'skipped' : 'passed';
+        if (node.raw.isSkipped) return 'skipped';
+        let worst = node.unfinished
+            ? 'unfinished'
+            : node.children.length > 0
+              ? 'skipped'
+              : 'passed';
         for (const child of node.children) {
             const outcome = outcomeOfChild(child);
-            if (severity.get(outcome) < severity.get(worst))
-                worst = outcome;
+            if (severity.get(outcome) < severity.get(worst)) worst = outcome;
         }
         return worst;
     }
 
     function isFailed(node) {
-        return node.kind === 'entry' ? Boolean(outcomes.entryKind.get(node.entryKind).failed)
+        return node.kind === 'entry'
+            ? Boolean(outcomes.entryKind.get(node.entryKind).failed)
             : Boolean(outcomes.testOutcome.get(node.outcome).failed);
     }
 
     /// The outermost test cases: a skipped test case holds one more of its own name.
     function collectTestCases(node, found) {
-        if (node.kind === 'entry')
-            return;
-        if (node.raw.type === 'testcase')
-            found.push(node);
-        else
-            node.children.forEach((child) => collectTestCases(child, found));
+        if (node.kind === 'entry') return;
+        if (node.raw.type === 'testcase') found.push(node);
+        else node.children.forEach((child) => collectTestCases(child, found));
     }
 
     /// For each node the test case that it is or lies in.
     function assignTestCases(run) {
         for (const testCase of run.testCases) {
-            for (let id = testCase.id; id <= testCase.end; ++id)
-                run.nodes[id].testCase = testCase;
+            for (let id = testCase.id; id <= testCase.end; ++id) run.nodes[id].testCase = testCase;
         }
     }
 
     function rootOf(tests) {
-        if (tests.length === 1 && isTest(tests[0]))
-            return tests[0];
-        return { type: 'testsuite', name: tests.length > 0 ? 'Run' : 'Run that did not start', tests };
+        if (tests.length === 1 && isTest(tests[0])) return tests[0];
+        return {
+            type: 'testsuite',
+            name: tests.length > 0 ? 'Run' : 'Run that did not start',
+            tests,
+        };
     }
 
     /// `index` counts from 0, in the order of the data file.
@@ -193,7 +200,11 @@
         run.ended = document.ended !== false && !run.root.unfinished;
         collectTestCases(run.root, run.testCases);
         assignTestCases(run);
-        run.attempts = run.testCases.reduce((sum, one) => sum + (one.kind === 'attempts' ? one.children.length : 1), 0);
+        run.failed = run.testCases.filter(isFailed).length;
+        run.attempts = run.testCases.reduce(
+            (sum, one) => sum + (one.kind === 'attempts' ? one.children.length : 1),
+            0,
+        );
         return run;
     }
 
@@ -211,4 +222,4 @@
     }
 
     report.model = { buildRun, outcomeCounts, isFailed, isFailurePlace };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -5,14 +5,53 @@
     /// Kinds of entries. `results` are the values of "result" that count as this kind; an
     /// attachment has none.
     const entryKinds = [
-        { key: 'fail', results: ['FAIL'], label: 'Failure', plural: 'Failures', icon: 'fail', failed: true },
-        { key: 'error', results: ['ERROR', 'FATAL'], label: 'Error', plural: 'Errors', icon: 'error', failed: true },
-        { key: 'xpass', results: ['XPASS'], label: 'Unexpected pass', plural: 'Unexpected passes', icon: 'xpass', failed: true },
-        { key: 'warning', results: ['WARNING'], label: 'Warning', plural: 'Warnings', icon: 'warning' },
-        { key: 'xfail', results: ['XFAIL'], label: 'Expected failure', plural: 'Expected failures', icon: 'xfail' },
+        {
+            key: 'fail',
+            results: ['FAIL'],
+            label: 'Failure',
+            plural: 'Failures',
+            icon: 'fail',
+            failed: true,
+        },
+        {
+            key: 'error',
+            results: ['ERROR', 'FATAL'],
+            label: 'Error',
+            plural: 'Errors',
+            icon: 'error',
+            failed: true,
+        },
+        {
+            key: 'xpass',
+            results: ['XPASS'],
+            label: 'Unexpected pass',
+            plural: 'Unexpected passes',
+            icon: 'xpass',
+            failed: true,
+        },
+        {
+            key: 'warning',
+            results: ['WARNING'],
+            label: 'Warning',
+            plural: 'Warnings',
+            icon: 'warning',
+        },
+        {
+            key: 'xfail',
+            results: ['XFAIL'],
+            label: 'Expected failure',
+            plural: 'Expected failures',
+            icon: 'xfail',
+        },
         { key: 'pass', results: ['PASS'], label: 'Pass', plural: 'Passes', icon: 'pass' },
         { key: 'log', results: ['LOG'], label: 'Message', plural: 'Messages', icon: 'log' },
-        { key: 'attachment', results: [], label: 'Attachment', plural: 'Attachments', icon: 'attachment' },
+        {
+            key: 'attachment',
+            results: [],
+            label: 'Attachment',
+            plural: 'Attachments',
+            icon: 'attachment',
+        },
     ];
 
     /// Outcomes of a test, the worst first.
@@ -30,8 +69,7 @@
 
     const kindOfResult = new Map();
     for (const kind of entryKinds) {
-        for (const result of kind.results)
-            kindOfResult.set(result, kind.key);
+        for (const result of kind.results) kindOfResult.set(result, kind.key);
     }
 
     function byKey(table) {
@@ -47,4 +85,4 @@
         /// The kind for a value of "result"; an unknown one is shown as a message.
         kindOfResult: (result) => kindOfResult.get(result) || 'log',
     };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -7,14 +7,17 @@
     const runStart = statement + '{"version"';
     const lostRun = { version: { major: 1, minor: 2 }, tests: [], ended: false };
 
-    /// Behind the closing quote of the string that begins at `open`; 0 when the text ends before it.
+    /// Behind the closing quote of the string that begins at `open`; 0 when the text ends
+    /// before it.
     function endOfString(text, open) {
-        for (let quote = text.indexOf('"', open + 1); quote >= 0; quote = text.indexOf('"', quote + 1)) {
+        for (
+            let quote = text.indexOf('"', open + 1);
+            quote >= 0;
+            quote = text.indexOf('"', quote + 1)
+        ) {
             let before = quote;
-            while (text[before - 1] === '\\')
-                --before;
-            if ((quote - before) % 2 === 0)
-                return quote + 1;
+            while (text[before - 1] === '\\') --before;
+            if ((quote - before) % 2 === 0) return quote + 1;
         }
         return 0;
     }
@@ -43,26 +46,27 @@
         open(character, end) {
             const parent = this.top;
             const isArray = character === '[';
-            const isTests = isArray && this.key === 'tests' && (this.stack.length === 1 || parent.isNode);
-            if (isTests)
-                parent.hasTests = true;
-            this.stack.push({ closer: isArray ? ']' : '}', isTests, isNode: Boolean(parent && parent.isTests) });
+            const isTests =
+                isArray && this.key === 'tests' && (this.stack.length === 1 || parent.isNode);
+            if (isTests) parent.hasTests = true;
+            this.stack.push({
+                closer: isArray ? ']' : '}',
+                isTests,
+                isNode: Boolean(parent && parent.isTests),
+            });
             this.key = '';
             this.remember(end);
         }
 
         close(character, end) {
             const closed = this.stack.pop();
-            if (closed && closed.closer === character)
-                this.remember(end);
+            if (closed && closed.closer === character) this.remember(end);
             return closed && closed.closer === character;
         }
 
         readString(open, end) {
-            if (this.text[open - 1] !== ':')
-                this.key = this.text.slice(open + 1, end - 1);
-            else
-                this.remember(end);
+            if (this.text[open - 1] !== ':') this.key = this.text.slice(open + 1, end - 1);
+            else this.remember(end);
         }
 
         scan() {
@@ -71,8 +75,7 @@
                 const character = match[0];
                 if (character === '"') {
                     token.lastIndex = endOfString(this.text, match.index);
-                    if (token.lastIndex === 0)
-                        break;
+                    if (token.lastIndex === 0) break;
                     this.readString(match.index, token.lastIndex);
                 } else if (character === '{' || character === '[') {
                     this.open(character, token.lastIndex);
@@ -87,15 +90,14 @@
     function parse(text) {
         try {
             return JSON.parse(text);
-        } catch (error) {
+        } catch {
             return null;
         }
     }
 
     function markIfNotEnded(run) {
         const root = run.tests && run.tests[0];
-        if (!root || !('stop' in root))
-            run.ended = false;
+        if (!root || !('stop' in root)) run.ended = false;
         return run;
     }
 
@@ -110,7 +112,9 @@
     function readRun(text) {
         const end = text.lastIndexOf(' );');
         const whole = end < 0 ? null : parse(text.slice(0, end));
-        return whole ? { run: whole, repaired: false } : { run: closeDocument(text), repaired: true };
+        return whole
+            ? { run: whole, repaired: false }
+            : { run: closeDocument(text), repaired: true };
     }
 
     /// Where the runs begin: no text within a run can hold these bytes, since quotes are escaped.
@@ -133,7 +137,9 @@
 
     function readStatements(text) {
         const starts = runStarts(text);
-        const reads = starts.map((start, index) => readRun(text.slice(start + statement.length, starts[index + 1])));
+        const reads = starts.map((start, index) =>
+            readRun(text.slice(start + statement.length, starts[index + 1])),
+        );
         return {
             runs: reads.map((read) => read.run),
             repaired: reads.flatMap((read, index) => (read.repaired ? [index] : [])),
@@ -145,12 +151,10 @@
     function readDataFile(contents) {
         // A power failure may leave the end of a file filled with zeros.
         const text = contents.replace(/\0+$/, '');
-        if (text.startsWith('{"version"'))
-            return readJsonReport(text);
-        if (text.startsWith(header) || text.includes(runStart))
-            return readStatements(text);
+        if (text.startsWith('{"version"')) return readJsonReport(text);
+        if (text.startsWith(header) || text.includes(runStart)) return readStatements(text);
         return text && header.startsWith(text) ? { runs: [{ ...lostRun }], repaired: [0] } : null;
     }
 
     report.repair = { readDataFile };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

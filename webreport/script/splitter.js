@@ -8,7 +8,7 @@
     function stored() {
         try {
             return Number(localStorage.getItem(storageKey)) || 0;
-        } catch (error) {
+        } catch {
             return 0;
         }
     }
@@ -16,7 +16,7 @@
     function store(percent) {
         try {
             localStorage.setItem(storageKey, String(percent));
-        } catch (error) {
+        } catch {
             return;
         }
     }
@@ -30,22 +30,25 @@
         }
         function follow(event) {
             const box = main.getBoundingClientRect();
-            set((event.clientX - box.left) / box.width * 100);
+            set(((event.clientX - box.left) / box.width) * 100);
         }
         splitter.addEventListener('pointerdown', (event) => {
             event.preventDefault();
             splitter.setPointerCapture(event.pointerId);
             splitter.addEventListener('pointermove', follow);
         });
-        splitter.addEventListener('pointerup', () => splitter.removeEventListener('pointermove', follow));
-        splitter.addEventListener('pointercancel', () => splitter.removeEventListener('pointermove', follow));
+        splitter.addEventListener('pointerup', () =>
+            splitter.removeEventListener('pointermove', follow),
+        );
+        splitter.addEventListener('pointercancel', () =>
+            splitter.removeEventListener('pointermove', follow),
+        );
         splitter.addEventListener('keydown', (event) => {
             const by = { ArrowLeft: -3, ArrowRight: 3 }[event.key];
-            if (by)
-                set(Number(splitter.getAttribute('aria-valuenow')) + by);
+            if (by) set(Number(splitter.getAttribute('aria-valuenow')) + by);
         });
         set(stored() || 46);
     }
 
     report.splitter = { install };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -3,9 +3,9 @@
     'use strict';
 
     const place = document.getElementById('nodata');
-    const runs = Array.isArray(globalThis.data) ? globalThis.data.filter((run) => run && run.version) : [];
-    if (runs.length > 0)
-        report.start({ runs, repaired: [] });
-    else
-        report.noData.show(place, report.start);
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+    const runs = Array.isArray(globalThis.data)
+        ? globalThis.data.filter((run) => run && run.version)
+        : [];
+    if (runs.length > 0) report.start({ runs, repaired: [] });
+    else report.noData.show(place, report.start);
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -6,19 +6,23 @@
     const step = 200;
 
     // On which side each kind of difference stands.
-    const sides = new Map([['deletion', 'expected'], ['insertion', 'actual'], ['context', 'both']]);
+    const sides = new Map([
+        ['deletion', 'expected'],
+        ['insertion', 'actual'],
+        ['context', 'both'],
+    ]);
 
     function cellOf(cell) {
-        const values = new Map(((cell && cell.properties) || []).map((one) => [one.name, String(one.value)]));
+        const values = new Map(
+            ((cell && cell.properties) || []).map((one) => [one.name, String(one.value)]),
+        );
         return { text: values.get('text') || '', color: values.get('backgroundColor') || '' };
     }
 
     /// Numbers in the data count from 0, in what a person reads from 1.
     function labelOf(type, value) {
-        if (type === 'column')
-            return 'Column ' + (value.index + 1);
-        if (type === 'cell')
-            return 'Row ' + (value.row + 1) + ', column ' + (value.column + 1);
+        if (type === 'column') return 'Column ' + (value.index + 1);
+        if (type === 'cell') return 'Row ' + (value.row + 1) + ', column ' + (value.column + 1);
         return 'Row ' + (value.line === undefined ? '?' : value.line + 1);
     }
 
@@ -34,8 +38,7 @@
 
     function endOfSide(rows, from, side) {
         let end = from;
-        while (end < rows.length && rows[end].side === side)
-            ++end;
+        while (end < rows.length && rows[end].side === side) ++end;
         return end;
     }
 
@@ -46,7 +49,9 @@
             const inserted = endOfSide(rows, at, 'expected');
             const end = endOfSide(rows, inserted, 'actual');
             for (const row of rows.slice(inserted, end)) {
-                const partner = rows.slice(at, inserted).find((one) => one.label === row.label && !one.partner);
+                const partner = rows
+                    .slice(at, inserted)
+                    .find((one) => one.label === row.label && !one.partner);
                 if (partner) {
                     partner.partner = row;
                     row.partner = partner;
@@ -61,33 +66,56 @@
         if (!/^#([0-9a-f]{6}|[0-9a-f]{8})$/i.test(color))
             return color ? element('span', { class: 'kind' }, color) : null;
         const mark = element('span', { class: 'swatch', title: color });
-        mark.style.backgroundColor = color.length === 9 ? '#' + color.slice(3) + color.slice(1, 3) : color;
+        mark.style.backgroundColor =
+            color.length === 9 ? '#' + color.slice(3) + color.slice(1, 3) : color;
         return [mark, element('span', { class: 'kind' }, color)];
     }
 
     function cellText(row, cell, other) {
-        if (!other || other.text === cell.text || cell.text.length > 2000)
-            return cell.text;
-        const [expected, actual] = row.side === 'expected' ? [cell.text, other.text] : [other.text, cell.text];
+        if (!other || other.text === cell.text || cell.text.length > 2000) return cell.text;
+        const [expected, actual] =
+            row.side === 'expected' ? [cell.text, other.text] : [other.text, cell.text];
         return report.valueView.marked(report.textDiff.diff(expected, actual)[row.side], row.side);
     }
 
     function cellView(row, cell, index) {
         const other = row.partner && row.partner.cells[index];
-        const differs = row.partner && (!other || other.text !== cell.text || other.color !== cell.color);
-        return element('td', { class: differs ? 'differs' : null }, cellText(row, cell, other), swatch(cell.color));
+        const differs =
+            row.partner && (!other || other.text !== cell.text || other.color !== cell.color);
+        return element(
+            'td',
+            { class: differs ? 'differs' : null },
+            cellText(row, cell, other),
+            swatch(cell.color),
+        );
     }
 
     function rowView(row) {
-        return element('tr', { class: row.side }, element('th', { scope: 'row' }, row.label),
+        return element(
+            'tr',
+            { class: row.side },
+            element('th', { scope: 'row' }, row.label),
             element('td', { class: 'side' }, row.side),
-            row.cells.map((cell, index) => cellView(row, cell, index)));
+            row.cells.map((cell, index) => cellView(row, cell, index)),
+        );
     }
 
     function headOf(rows) {
         const columns = rows.reduce((most, row) => Math.max(most, row.cells.length), 0);
-        const heads = Array.from({ length: columns }, (unused, index) => element('th', { scope: 'col' }, String(index + 1)));
-        return element('thead', null, element('tr', null, element('th', { scope: 'col' }, 'Where'), element('th', { scope: 'col' }, 'Side'), heads));
+        const heads = Array.from({ length: columns }, (unused, index) =>
+            element('th', { scope: 'col' }, String(index + 1)),
+        );
+        return element(
+            'thead',
+            null,
+            element(
+                'tr',
+                null,
+                element('th', { scope: 'col' }, 'Where'),
+                element('th', { scope: 'col' }, 'Side'),
+                heads,
+            ),
+        );
     }
 
     function tableView(tablediff) {
@@ -95,14 +123,29 @@
         const body = element('tbody');
         const more = button('', () => grow(), { class: 'more' });
         function grow() {
-            report.dom.append(body, rows.slice(body.rows.length, body.rows.length + step).map(rowView));
+            report.dom.append(
+                body,
+                rows.slice(body.rows.length, body.rows.length + step).map(rowView),
+            );
             more.hidden = body.rows.length === rows.length;
             more.textContent = 'Show more of ' + report.format.count(rows.length) + ' differences';
         }
         grow();
         const table = element('table', { class: 'tablediff' }, headOf(rows), body);
-        return [element('div', { class: 'scroll', tabindex: '0', role: 'group', 'aria-label': 'Table differences' }, table), more];
+        return [
+            element(
+                'div',
+                {
+                    'class': 'scroll',
+                    'tabindex': '0',
+                    'role': 'group',
+                    'aria-label': 'Table differences',
+                },
+                table,
+            ),
+            more,
+        ];
     }
 
     report.tableDiff = { rowsOf, pairRows, tableView };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

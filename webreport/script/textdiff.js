@@ -10,16 +10,14 @@
     function commonPrefix(a, b) {
         const end = Math.min(a.length, b.length);
         let n = 0;
-        while (n < end && a[n] === b[n])
-            ++n;
+        while (n < end && a[n] === b[n]) ++n;
         return n;
     }
 
     function commonSuffix(a, b, from) {
         const end = Math.min(a.length, b.length) - from;
         let n = 0;
-        while (n < end && a[a.length - 1 - n] === b[b.length - 1 - n])
-            ++n;
+        while (n < end && a[a.length - 1 - n] === b[b.length - 1 - n]) ++n;
         return n;
     }
 
@@ -33,11 +31,9 @@
             for (let k = -d; k <= d; k += 2) {
                 const down = k === -d || (k !== d && reach.get(k - 1) < reach.get(k + 1));
                 let x = down ? reach.get(k + 1) : reach.get(k - 1) + 1;
-                while (x < a.length && x - k < b.length && a[x] === b[x - k])
-                    ++x;
+                while (x < a.length && x - k < b.length && a[x] === b[x - k]) ++x;
                 reach.set(k, x);
-                if (x >= a.length && x - k >= b.length)
-                    return trail;
+                if (x >= a.length && x - k >= b.length) return trail;
             }
         }
         return null;
@@ -53,10 +49,8 @@
             const down = k === -d || (k !== d && reach.get(k - 1) < reach.get(k + 1));
             const from = down ? reach.get(k + 1) : reach.get(k - 1);
             const fromY = from - (down ? k + 1 : k - 1);
-            if (down)
-                marks.b[fromY] = 1;
-            else
-                marks.a[from] = 1;
+            if (down) marks.b[fromY] = 1;
+            else marks.a[from] = 1;
             x = from;
             y = fromY;
         }
@@ -66,8 +60,7 @@
     function coarsen(marks) {
         const kept = (list) => list.reduce((sum, mark) => sum + (mark ? 0 : 1), 0);
         const longer = Math.max(marks.a.length, marks.b.length);
-        if (kept(marks.a) * 3 >= longer)
-            return;
+        if (kept(marks.a) * 3 >= longer) return;
         marks.a.fill(1);
         marks.b.fill(1);
     }
@@ -87,12 +80,9 @@
 
     function append(segments, text, differs) {
         const last = segments[segments.length - 1];
-        if (!text)
-            return;
-        if (last && last.differs === differs)
-            last.text += text;
-        else
-            segments.push({ text, differs });
+        if (!text) return;
+        if (last && last.differs === differs) last.text += text;
+        else segments.push({ text, differs });
     }
 
     function segmentsOf(characters, prefix, marks) {
@@ -110,9 +100,12 @@
         const b = Array.from(actual);
         const prefix = commonPrefix(a, b);
         const suffix = commonSuffix(a, b, prefix);
-        const marks = middleMarks(a.slice(prefix, a.length - suffix), b.slice(prefix, b.length - suffix));
+        const marks = middleMarks(
+            a.slice(prefix, a.length - suffix),
+            b.slice(prefix, b.length - suffix),
+        );
         return { expected: segmentsOf(a, prefix, marks.a), actual: segmentsOf(b, prefix, marks.b) };
     }
 
     report.textDiff = { diff };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -60,16 +60,14 @@
                     drawn.delete(id);
                 }
             }
-            for (let index = first; index <= last; ++index)
-                drawRow(index);
+            for (let index = first; index <= last; ++index) drawRow(index);
             markActive();
         }
 
         function markActive() {
             if (current && drawn.has(current.id))
                 host.setAttribute('aria-activedescendant', 'row-' + current.id);
-            else
-                host.removeAttribute('aria-activedescendant');
+            else host.removeAttribute('aria-activedescendant');
         }
 
         function setRows(list) {
@@ -82,8 +80,7 @@
 
         function reveal(node) {
             const place = places.get(node.id);
-            if (place === undefined)
-                return;
+            if (place === undefined) return;
             const height = host.clientHeight / rowHeight();
             const above = place < firstVisible();
             const below = place + 1 > firstVisible() + height;
@@ -102,9 +99,9 @@
         /// Moves by rows, as far as there are any.
         function move(by) {
             const place = current ? places.get(current.id) : undefined;
-            const target = place === undefined ? 0 : Math.min(rows.length - 1, Math.max(0, place + by));
-            if (rows[target])
-                actions.select(rows[target]);
+            const target =
+                place === undefined ? 0 : Math.min(rows.length - 1, Math.max(0, place + by));
+            if (rows[target]) actions.select(rows[target]);
         }
 
         function nodeAt(event) {
@@ -115,22 +112,24 @@
         host.addEventListener('scroll', draw, { passive: true });
         host.addEventListener('click', (event) => {
             const node = nodeAt(event);
-            if (!node)
-                return;
-            if (event.target.closest('[data-toggle]'))
-                actions.toggle(node);
-            else
-                actions.open(node);
+            if (!node) return;
+            if (event.target.closest('[data-toggle]')) actions.toggle(node);
+            else actions.open(node);
         });
         host.addEventListener('dblclick', (event) => {
             const node = nodeAt(event);
-            if (node && !event.target.closest('[data-toggle]'))
-                actions.toggle(node);
+            if (node && !event.target.closest('[data-toggle]')) actions.toggle(node);
         });
         new ResizeObserver(draw).observe(host);
 
-        return { setRows, setCurrent, move, pageSize: () => Math.max(1, Math.floor(host.clientHeight / rowHeight()) - 1), rows: () => rows };
+        return {
+            setRows,
+            setCurrent,
+            move,
+            pageSize: () => Math.max(1, Math.floor(host.clientHeight / rowHeight()) - 1),
+            rows: () => rows,
+        };
     }
 
     report.treeList = { createTreeList };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

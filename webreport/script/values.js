@@ -8,7 +8,13 @@
     const longestFrame = 2000;
 
     const frameForms = [
-        { form: /^\s*(?:at )?([^@\s]*)@(\S.*?):(\d+)(?::\d+)?$/, name: 1, file: 2, line: 3, sure: true },
+        {
+            form: /^\s*(?:at )?([^@\s]*)@(\S.*?):(\d+)(?::\d+)?$/,
+            name: 1,
+            file: 2,
+            line: 3,
+            sure: true,
+        },
         { form: /^\s*at (.+?) ?\((.+?):(\d+)(?::\d+)?\)$/, name: 1, file: 2, line: 3, sure: true },
         { form: /^\s*at (\S.*?):(\d+)(?::\d+)?$/, file: 1, line: 2, sure: true },
         { form: /^\s*(\S*?[/.]\S*?):(\d+)(?::\d+)?$/, file: 1, line: 2 },
@@ -18,9 +24,11 @@
     function quotedValues(text) {
         const start = text.indexOf("Expected '") + "Expected '".length;
         const middle = text.indexOf("', got '", start);
-        if (start < "Expected '".length || middle < 0 || !text.endsWith("'."))
-            return null;
-        return { expected: text.slice(start, middle), actual: text.slice(middle + "', got '".length, -2) };
+        if (start < "Expected '".length || middle < 0 || !text.endsWith("'.")) return null;
+        return {
+            expected: text.slice(start, middle),
+            actual: text.slice(middle + "', got '".length, -2),
+        };
     }
 
     function valuesOfText(text) {
@@ -39,12 +47,16 @@
     }
 
     function frameOf(line) {
-        if (line.length > longestFrame)
-            return null;
+        if (line.length > longestFrame) return null;
         for (const { form, name, file, line: number, sure } of frameForms) {
             const match = form.exec(line);
             if (match)
-                return { name: name ? match[name] : '', file: match[file], line: Number(match[number]), sure };
+                return {
+                    name: name ? match[name] : '',
+                    file: match[file],
+                    line: Number(match[number]),
+                    sure,
+                };
         }
         return null;
     }
@@ -67,8 +79,15 @@
         const { detail } = raw;
         if (!('expectedValue' in raw || 'actualValue' in raw))
             return Boolean(valuesOfText(detail)) && /^Expected /.test(detail);
-        return detail === "'" + (raw.actualValue || '') + "' and '" + (raw.expectedValue || '') + "' are not equal";
+        return (
+            detail ===
+            "'" +
+                (raw.actualValue || '') +
+                "' and '" +
+                (raw.expectedValue || '') +
+                "' are not equal"
+        );
     }
 
     report.values = { comparedValues, isOnlyValues, splitStack };
-})(globalThis.morvexReport = globalThis.morvexReport || {});
+})((globalThis.morvexReport = globalThis.morvexReport || {}));
