@@ -100,9 +100,10 @@ function shopRun(start, night) {
         if (night === 3)
             run.message('ERROR', 'TypeError: Cannot call method "click" of null', {
                 detail:
-                    'Type error\nchoose@x-testsuite:/tst_crash/script.js:17\n' +
-                    'openSettings@x-testsuite:/shared/steps.js:203\n' +
-                    '%entry@x-testsuite:/tst_crash/script.js:4',
+                    'TypeError: Cannot call method "click" of null\n' +
+                    '  at /home/ci/suite_shop/tst_crash/script.js:17\n' +
+                    '  at /home/ci/suite_shop/shared/my steps.js:203\n' +
+                    '  at /opt/lib/start.js:4',
                 uri: 'x-testsuite:/tst_crash/script.js',
                 lineNo: 17,
                 screenshotUri: 'x-results:/suite_shop/tst_catalogue/shot%20%231.png',

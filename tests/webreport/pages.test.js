@@ -321,9 +321,9 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
     test('An error shows its place and call stack', () =>
         onShop('#run=3&at=tst_crash/!1', async (page) => {
             assert.deepEqual(await block(page, 'Call stack').locator('li').allTextContents(), [
-                'choosetst_crash/script.js:17',
-                'openSettingsshared/steps.js:203',
-                '%entrytst_crash/script.js:4',
+                'tst_crash/script.js:17',
+                'shared/my steps.js:203',
+                '/opt/lib/start.js:4',
             ]);
             assert.match(await page.locator('.facts').textContent(), /tst_crash\/script\.js:17/);
             await eventually(
@@ -342,6 +342,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 server.address + '#run=3&at=tst_catalogue/Prices/!0',
                 async (page, context) => {
                     await context.grantPermissions(['clipboard-read', 'clipboard-write']);
+                    await page.evaluate(() => navigator.clipboard.writeText('old'));
                     const read = await page.evaluateHandle(() =>
                         navigator.clipboard.readText.bind(navigator.clipboard),
                     );
@@ -559,7 +560,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 'tst_login',
                 'Sum: 1,204.50 EUR',
                 'Gift wrap',
-                'openSettings',
+                'my steps.js:203',
             ])
                 assert.ok(text.includes(part), part);
             assert.equal(await page.locator('#main').isVisible(), false);

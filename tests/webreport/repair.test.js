@@ -73,6 +73,14 @@ test('A node that is whole is not lost with the cut one behind it', () => {
     assert.equal(readUpTo(logEnd - 1).length, 2);
 });
 
+test('A run whose end is in the file counts as ended, though its statement is cut', () => {
+    const text = dataFile([smallRun()]);
+    const behindStop = text.lastIndexOf('"stop"') + '"stop":"2026-03-02T22:00:00Z"'.length;
+    const readUpTo = (end) => repair.readDataFile(text.slice(0, end)).runs[0];
+    assert.deepEqual(readUpTo(behindStop), smallRun());
+    assert.equal(readUpTo(behindStop - 1).ended, false);
+});
+
 const files = [
     ['a whole file', dataFile([smallRun(), smallRun()]), 2, []],
     [

@@ -112,6 +112,15 @@ for (const [detail, text, frames] of stacks) {
     });
 }
 
+test('A file of a call stack is found in the suite, or on the machine', () => {
+    const found = (path, base) => format.locationOfPath(path, base);
+    assert.equal(found('/a b/s/tst/x#.js', 'file:///a%20b/s'), 'x-testsuite:/tst/x%23.js');
+    assert.equal(found('/a b/s2/x.js', 'file:///a%20b/s'), 'file:///a%20b/s2/x.js');
+    assert.equal(found('/tst/x.js', 'x-testsuite:/tst'), 'file:///tst/x.js');
+    assert.equal(found('/x.js', undefined), 'file:///x.js');
+    assert.equal(found('x-testsuite:/x.js', 'file:///s'), 'x-testsuite:/x.js');
+});
+
 test('No location leads to a script or out to a host', () => {
     const links = [
         'javascript:alert(1)',

@@ -3,7 +3,7 @@
     'use strict';
 
     const { element, fileLink } = report.dom;
-    const { locationLink, locationText } = report.format;
+    const { locationLink, locationOfPath, locationText } = report.format;
     const beforeShown = 5;
 
     function block(title, ...content) {
@@ -65,7 +65,7 @@
                         'li',
                         null,
                         frame.name ? element('span', { class: 'function' }, frame.name) : null,
-                        fileLink(frame.file, frame.line, base),
+                        fileLink(locationOfPath(frame.file, base), frame.line, base),
                     ),
                 ),
             ),
@@ -116,9 +116,9 @@
             table(raw),
             failedImage(raw),
             objectDump(raw),
+            detail(raw, base),
             screenshot(raw),
             node.entryKind === 'attachment' ? attachment(node) : null,
-            detail(raw, base),
             before(app, node),
         ];
     }

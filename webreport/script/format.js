@@ -65,6 +65,17 @@
         return lineNo > 0 ? text + ':' + lineNo : text;
     }
 
+    /// The location of a file named by its path, as call stacks name it; `base` is the location of
+    /// the suite. What is no absolute path is taken for a location.
+    function locationOfPath(path, base) {
+        if (!path.startsWith('/')) return path;
+        const suite = locationText(base) + '/';
+        const escaped = (text) => text.split('/').map(encoded).join('/');
+        return suite.startsWith('/') && suite !== '/' && path.startsWith(suite)
+            ? 'x-testsuite:/' + escaped(path.slice(suite.length))
+            : 'file://' + escaped(path);
+    }
+
     /// What a page beside the data can link to: files of the report, and on a page opened from a
     /// file also those of the suite, when `base` (a file URL) tells where that was. Null otherwise.
     /// The result never names another scheme, whatever the location holds.
@@ -88,6 +99,7 @@
         decoded,
         encoded,
         locationText,
+        locationOfPath,
         locationLink,
     };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -7,5 +7,10 @@
         ? globalThis.data.filter((run) => run && run.version)
         : [];
     if (runs.length > 0) report.start({ runs, repaired: [] });
-    else report.noData.show(place, report.start);
+    else
+        report.noData.show(
+            place,
+            report.start,
+            globalThis.data ? 'The data file is whole, but no run is in it.' : '',
+        );
 })((globalThis.morvexReport = globalThis.morvexReport || {}));
