@@ -48,14 +48,13 @@
         for (let at = 0; at < rows.length;) {
             const inserted = endOfSide(rows, at, 'expected');
             const end = endOfSide(rows, inserted, 'actual');
+            const waiting = new Map(rows.slice(at, inserted).map((row) => [row.label, row]));
             for (const row of rows.slice(inserted, end)) {
-                const partner = rows
-                    .slice(at, inserted)
-                    .find((one) => one.label === row.label && !one.partner);
-                if (partner) {
-                    partner.partner = row;
-                    row.partner = partner;
-                }
+                const partner = waiting.get(row.label);
+                if (!partner) continue;
+                waiting.delete(row.label);
+                partner.partner = row;
+                row.partner = partner;
             }
             at = Math.max(end, at + 1);
         }
