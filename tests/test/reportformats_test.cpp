@@ -1,6 +1,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
+#include "support/reportcounts.h"
 #include "support/reports.h"
 #include "support/sampleentries.h"
 #include "test/heldreport.h"
@@ -20,111 +21,8 @@ using namespace MorvexTest;
 
 namespace {
 
-using Counts = std::map<std::string, int>;
-
 const char *const countKeys[] = {"tests",  "fails",    "passes", "testcases", "errors",
                                  "fatals", "warnings", "xfails", "xpasses"};
-
-// What a format lets a reader find out about the run.
-struct Format
-{
-    const char *keyword;
-    Counts (*read)(const XmlDocument &document);
-    // Whether its report is there without generateSummary.
-    bool needsNoSummary;
-};
-
-Counts flatSummary(const XmlDocument &document)
-{
-    const std::map<std::string, const char *> attributes{
-        {"tests", "@tests"},
-        {"fails", "@fails"},
-        {"passes", "@passes"},
-        {"testcases", "@testcases"},
-        {"errors", "@errors"},
-        {"fatals", "@fatals"},
-        {"warnings", "@warnings"},
-        {"xfails", "@expected_fails"},
-        {"xpasses", "@unexpected_passes"},
-    };
-    Counts counts;
-    for (const auto &[key, attribute] : attributes) {
-        const std::string path = std::string("/MorvexReport/summary/") + attribute;
-        counts[key] = document.text(path.c_str()).toInt();
-    }
-    return counts;
-}
-
-Counts fromTypes(const std::function<int(const char *)> &countOf)
-{
-    Counts counts;
-    counts["fails"] = countOf("FAIL") + countOf("XPASS");
-    counts["passes"] = countOf("PASS") + countOf("XFAIL");
-    counts["tests"] = counts["fails"] + counts["passes"];
-    counts["errors"] = countOf("ERROR");
-    counts["fatals"] = countOf("FATAL");
-    return counts;
-}
-
-Counts nestedResults(const XmlDocument &document)
-{
-    return fromTypes([&](const char *type) {
-        return document.count(QString("//*[self::x2:result or self::x2:message][@type='%1']")
-                                  .arg(type)
-                                  .toUtf8()
-                                  .constData());
-    });
-}
-
-Counts spreadsheetSummary(const XmlDocument &document)
-{
-    const QStringList labels =
-        document.texts("/ss:Workbook/ss:Worksheet[2]//ss:Row/ss:Cell[1]/ss:Data");
-    const QStringList numbers = document.texts(
-        "/ss:Workbook/ss:Worksheet[2]//ss:Row/ss:Cell[2]/ss:Data[@ss:Type='Number']");
-    Counts counts;
-    for (int i = 0; i < labels.size(); ++i) {
-        std::string key = labels.at(i).toLower().toStdString();
-        if (key == "expected_fails")
-            key = "xfails";
-        if (key == "unexpected_passes")
-            key = "xpasses";
-        counts[key] = numbers.value(i, "-1").toInt();
-    }
-    return counts;
-}
-
-// Each result is a test case here.
-Counts resultTestCases(const XmlDocument &document)
-{
-    Counts counts;
-    counts["fails"] = document.count("/testsuite/testcase/failure");
-    counts["errors+fatals"] = document.count("/testsuite/testcase/error");
-    counts["passes"] = document.count("/testsuite/testcase[not(*)]");
-    EXPECT_EQ(document.text("/testsuite/@tests").toInt(), document.count("/testsuite/testcase"));
-    EXPECT_EQ(document.text("/testsuite/@failures").toInt(), counts["fails"]);
-    EXPECT_EQ(document.text("/testsuite/@errors").toInt(), counts["errors+fatals"]);
-    return counts;
-}
-
-// Here the log of the run tells the results, a line each.
-Counts loggedResults(const XmlDocument &document)
-{
-    const QString log = document.text("/testsuite/system-out");
-    EXPECT_EQ(document.text("/testsuite/@tests").toInt(), document.count("/testsuite/testcase"));
-    EXPECT_EQ(document.text("/testsuite/@failures").toInt(),
-              document.count("/testsuite/testcase/failure"));
-    EXPECT_EQ(document.text("/testsuite/@errors").toInt(),
-              document.count("/testsuite/testcase/error"));
-    return fromTypes([&](const char *type) { return log.count(QString(" [%1] ").arg(type)); });
-}
-
-const Format formats[] = {
-    {"xml", flatSummary, false},          {"xmlIncremental", flatSummary, false},
-    {"xml2", nestedResults, true},        {"xml2.1", nestedResults, true},
-    {"xml2.2", nestedResults, true},      {"xls", spreadsheetSummary, false},
-    {"xmljunit", resultTestCases, false}, {"junit", loggedResults, true},
-};
 
 // By the counters of a report that writes nothing.
 Counts countsOf(const SampleRun &run)
@@ -163,7 +61,7 @@ TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
 {
     for (const SampleRun &run : allRuns()) {
         Counts expected = countsOf(run);
-        for (const Format &format : formats) {
+        for (const ClassicFormat &format : classicFormats()) {
             SCOPED_TRACE(std::string(format.keyword) + ": " + run.name);
             const XmlDocument document(reportOf(format.keyword, run));
             ASSERT_EQ(document.error(), QString());
@@ -175,7 +73,7 @@ TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
 
 TEST(ReportFormatsTest, ARunThatIsGivenUpLeavesWhatIsKnownAndAnError)
 {
-    for (const Format &format : formats) {
+    for (const ClassicFormat &format : classicFormats()) {
         SCOPED_TRACE(format.keyword);
         const QByteArray content = reportOf(format.keyword, logHalfRun);
         const XmlDocument document(content);
@@ -188,7 +86,7 @@ TEST(ReportFormatsTest, ARunThatIsGivenUpLeavesWhatIsKnownAndAnError)
 TEST(ReportFormatsTest, WithoutSummariesOnlyFormatsThatNeedNoneAreComplete)
 {
     const EnvironmentGuard noSummary("MORVEX_NOREPORTSUMMARY", "1");
-    for (const Format &format : formats) {
+    for (const ClassicFormat &format : classicFormats()) {
         SCOPED_TRACE(format.keyword);
         const QByteArray whole = reportOf(format.keyword, allRuns().back());
         EXPECT_EQ(XmlDocument(whole).error().isEmpty(), format.needsNoSummary);
@@ -226,7 +124,7 @@ TEST(ReportFormatsTest, GrowingFormatsHoldEachEntryAtOnceAndReadersCanCloseTheRe
 
 TEST(ReportFormatsTest, OnlyGrowingFormatsLeaveAFileWithContentAlone)
 {
-    for (const Format &format : formats) {
+    for (const ClassicFormat &format : classicFormats()) {
         const QString keyword = format.keyword;
         const bool takesFreshName = keyword == "xmlIncremental" || keyword.startsWith("xml2");
         QTemporaryDir dir;
@@ -242,7 +140,7 @@ TEST(ReportFormatsTest, OnlyGrowingFormatsLeaveAFileWithContentAlone)
 
 TEST(ReportFormatsTest, ABadPathStopsTheRunBeforeItStarts)
 {
-    for (const Format &format : formats) {
+    for (const ClassicFormat &format : classicFormats()) {
         const QString keyword = format.keyword;
         QString resultDir;
         const auto created = TestReportGeneratorFactory::create(
@@ -257,7 +155,7 @@ TEST(ReportFormatsTest, AllFormatsOfOneRunGiveTheSameCounts)
 {
     QTemporaryDir dir;
     QStringList values{"null"};
-    for (const Format &format : formats)
+    for (const ClassicFormat &format : classicFormats())
         values += QString("%1,%2/%1.xml").arg(format.keyword, dir.path());
     const std::string console = standardOutputOf([&values] {
         TestResult result(TestReportGeneratorFactory::create(QStringList("stdout") + values,
@@ -268,7 +166,7 @@ TEST(ReportFormatsTest, AllFormatsOfOneRunGiveTheSameCounts)
     EXPECT_NE(console.find("Number of Fails:\t" +
                            QString::number(expected.at("fails")).rightJustified(4).toStdString()),
               std::string::npos);
-    for (const Format &format : formats) {
+    for (const ClassicFormat &format : classicFormats()) {
         const XmlDocument document(readFile(QString("%1/%2.xml").arg(dir.path(), format.keyword)));
         for (const auto &[key, count] : format.read(document))
             EXPECT_EQ(count, expected.at(key)) << format.keyword << " " << key;
