@@ -242,8 +242,13 @@ void Xml2ReportGenerator::openTest(const QString &name, const QDateTime &time)
     dump(test, OpenTag);
     ++m_openTests;
     XmlElement prolog(QLatin1String("prolog"));
-    prolog.addAttribute(timeName, formatAsISO8601(time));
+    prolog.addAttribute(timeName, timeText(time));
     dump(prolog, WholeElement);
+}
+
+QString Xml2ReportGenerator::timeText(const QDateTime &time)
+{
+    return QString::fromLatin1(m_times.text(time));
 }
 
 void Xml2ReportGenerator::closeTest(const QDateTime &time)
@@ -252,7 +257,7 @@ void Xml2ReportGenerator::closeTest(const QDateTime &time)
     if (m_openTests == 0)
         return;
     XmlElement epilog(QLatin1String("epilog"));
-    epilog.addAttribute(timeName, formatAsISO8601(time));
+    epilog.addAttribute(timeName, timeText(time));
     dump(epilog, WholeElement);
     dump(XmlElement(testName), CloseTag);
     --m_openTests;
@@ -292,7 +297,7 @@ void Xml2ReportGenerator::writeResult(const TestResult::Entry &entry)
 {
     openVerification(entry);
     XmlElement result(QLatin1String("result"));
-    result.addAttribute(timeName, formatAsISO8601(entry.time));
+    result.addAttribute(timeName, timeText(entry.time));
     result.addAttribute(typeName, resultName(entry.type));
     result.addChild(descriptionElement(entry.message));
     result.addChild(descriptionElement(entry.details, detailed));
@@ -319,7 +324,7 @@ void Xml2ReportGenerator::writeMessage(const TestResult::Entry &entry)
 {
     closeVerification();
     XmlElement message(QLatin1String("message"));
-    message.addAttribute(timeName, formatAsISO8601(entry.time));
+    message.addAttribute(timeName, timeText(entry.time));
     message.addAttribute(typeName, resultName(entry.type));
     addLocation(message, entry.line);
     XmlElement description(descriptionName);

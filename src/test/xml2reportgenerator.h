@@ -1,6 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
+#include "test/iso8601time.h"
 #include "test/reportfile.h"
 #include "test/runwatch.h"
 #include "test/testreportgenerator.h"
@@ -45,6 +46,7 @@ private:
     void writeResult(const TestResult::Entry &entry);
     void writeMessage(const TestResult::Entry &entry);
 
+    QString timeText(const QDateTime &time);
     XmlElement rootElement() const;
     QString vpTypeAttributeValue(TestResult::VPType type) const;
     void setVpTypeAttribute(XmlElement &element, const TestResult::Entry &entry) const;
@@ -59,6 +61,7 @@ private:
     bool m_isVerificationOpen = false;
     int m_openVpCounter = 0;
     RunWatch m_run;
+    Iso8601Time m_times;
     // What the current entry adds to the file.
     QByteArray m_text;
 };
