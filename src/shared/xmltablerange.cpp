@@ -94,12 +94,6 @@ bool XmlTableRange::loadTable(const TiXmlElement &table)
     return true;
 }
 
-XmlTableRange::Row XmlTableRange::row(std::ptrdiff_t number) const
-{
-    const auto first = m_cells.begin() + number * m_columns;
-    return {first, first + m_columns};
-}
-
 const XmlTableRange::Cell *XmlTableRange::cell(int row, int column) const
 {
     if (row < 0 || row >= m_rows || column < 0 || column >= m_columns)

@@ -99,7 +99,12 @@ protected:
     std::string tableText(int row, int column) const override;
 
 private:
-    Row row(std::ptrdiff_t number) const;
+    Row row(std::ptrdiff_t number) const
+    {
+        const auto first = m_cells.begin() + number * m_columns;
+        return {first, first + m_columns};
+    }
+
     const Cell *cell(int row, int column) const;
     bool loadTable(const TiXmlElement &table);
 

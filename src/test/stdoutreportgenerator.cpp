@@ -8,6 +8,7 @@
 
 #include <QFile>
 
+#include <charconv>
 #include <unistd.h>
 
 namespace Morvex {
@@ -16,6 +17,7 @@ namespace {
 const int typeWidth = 10;
 const int leftWidth = 30;
 const int lineCapacity = 1024;
+const int lineNumberSize = 16;
 
 const char *colorCode(ResultColor color)
 {
@@ -42,21 +44,25 @@ void pad(QByteArray &line, int start, int width)
         line.append(missing, ' ');
 }
 
-// What stands behind a backslash for the character; 0 when it stands for itself.
-char escapeOf(QChar character)
+// What stands behind a backslash for an ASCII character; 0 when it stands for itself.
+struct EscapeTable
 {
-    switch (character.unicode()) {
-    case '\\':
-        return '\\';
-    case '\b':
-        return 'b';
-    case '\t':
-        return 't';
-    case '\n':
-        return 'n';
-    default:
-        return 0;
+    constexpr EscapeTable()
+    {
+        escapes['\\'] = '\\';
+        escapes['\b'] = 'b';
+        escapes['\t'] = 't';
+        escapes['\n'] = 'n';
     }
+
+    char escapes[0x80] = {};
+};
+
+constexpr EscapeTable escapeTable;
+
+char escapeOf(ushort character)
+{
+    return character < 0x80 ? escapeTable.escapes[character] : '\0';
 }
 
 // Writes ASCII text at once, which most texts are and all encodings of locales have in common.
@@ -66,15 +72,16 @@ bool appendEscapedAscii(QByteArray &line, const QString &text)
     const int start = line.size();
     line.resize(start + 2 * text.size());
     char *out = line.data() + start;
-    for (const QChar character : text) {
-        if (character.unicode() >= 0x80) {
+    const ushort *const end = text.utf16() + text.size();
+    for (const ushort *in = text.utf16(); in != end; ++in) {
+        if (*in >= 0x80) {
             line.resize(start);
             return false;
         }
-        const char escape = escapeOf(character);
+        const char escape = escapeOf(*in);
         if (escape)
             *out++ = '\\';
-        *out++ = escape ? escape : character.toLatin1();
+        *out++ = escape ? escape : static_cast<char>(*in);
     }
     line.resize(static_cast<int>(out - line.data()));
     return true;
@@ -88,7 +95,7 @@ void appendEscaped(QByteArray &line, const QString &text)
         return;
     QString escapedText;
     for (const QChar character : text) {
-        const char escape = escapeOf(character);
+        const char escape = escapeOf(character.unicode());
         if (escape)
             escapedText += QLatin1Char('\\');
         escapedText += escape ? QLatin1Char(escape) : character;
@@ -100,8 +107,10 @@ void appendLeftText(QByteArray &line, const TestResult::Entry &entry)
 {
     if (entry.line.isValid()) {
         appendEscaped(line, entry.line.fileName());
+        char number[lineNumberSize];
+        const auto end = std::to_chars(number, number + sizeof number, entry.line.lineNumber()).ptr;
         line += ':';
-        line += QByteArray::number(entry.line.lineNumber());
+        line.append(number, static_cast<int>(end - number));
         line += ": ";
     }
     appendEscaped(line, entry.message);

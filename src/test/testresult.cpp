@@ -161,6 +161,12 @@ bool isAttemptStart(const Entry &entry)
 
 } // namespace
 
+const QFileInfo &TestResult::Entry::noFile()
+{
+    static const QFileInfo file;
+    return file;
+}
+
 TestResult::TestResult(TestReportGenerator *generator)
     : d(std::make_unique<Private>())
 {
