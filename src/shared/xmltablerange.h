@@ -86,7 +86,7 @@ public:
     XmlTableRange();
 
     /// Replaces the content. False, with a message on standard error, for a document that can't be
-    /// parsed or is no table; the content is then undefined.
+    /// parsed or is no table; the content stays as it was.
     bool loadContentFromXml(const std::string &xml);
 
     RowIterator rowsBegin() const { return RowIterator(*this, 0); }

@@ -8,7 +8,9 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <charconv>
+#include <cstring>
 #include <unistd.h>
 
 namespace Morvex {
@@ -17,6 +19,7 @@ namespace {
 const int typeWidth = 10;
 const int leftWidth = 30;
 const int lineCapacity = 1024;
+const int maxKeptCapacity = 1024 * 1024;
 const int lineNumberSize = 16;
 
 const char *colorCode(ResultColor color)
@@ -146,6 +149,7 @@ struct StdoutReportGenerator::Private
     // Null when no colours are to be used.
     std::FILE *colorStream = nullptr;
     IsoTime time;
+    bool hasFailed = false;
     // Kept for its memory, which an array gives up when it is emptied unless some was reserved.
     QByteArray line;
 };
@@ -227,7 +231,21 @@ void StdoutReportGenerator::writeLine(const TestResult::Entry &entry)
     appendRightText(line, entry);
     line += '\n';
     std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), m_stream);
-    std::fflush(m_stream);
+    flush();
+    if (line.capacity() > maxKeptCapacity) {
+        line = QByteArray();
+        line.reserve(lineCapacity);
+    }
+}
+
+// What can't be written is told once; the run and the other reports go on.
+void StdoutReportGenerator::flush()
+{
+    if ((std::fflush(m_stream) == 0 && !std::ferror(m_stream)) || d->hasFailed)
+        return;
+    d->hasFailed = true;
+    std::fprintf(stderr, "morvexrunner: Could not write the console report: %s\n",
+                 std::strerror(errno));
 }
 
 void StdoutReportGenerator::generateSummary()
@@ -251,7 +269,7 @@ void StdoutReportGenerator::generateSummary()
                  counter("testcases"), counter("tests"), counter("errors"), counter("fatals"),
                  counter("fails"), counter("passes"), counter("xfails"), counter("xpasses"),
                  counter("warnings"));
-    std::fflush(m_stream);
+    flush();
 }
 
 } // namespace Morvex

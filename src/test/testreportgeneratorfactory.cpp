@@ -180,7 +180,20 @@ Result createByKeyword(const QString &name, const Arguments &arguments)
     return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
 }
 
-Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir)
+// Two reports in one file would destroy each other.
+QString sharedFileError(const QString &path, QStringList &usedPaths)
+{
+    if (path.isEmpty() || path.startsWith(QLatin1String("/dev/")))
+        return {};
+    const QString file = QDir::cleanPath(QDir::current().absoluteFilePath(path));
+    if (usedPaths.contains(file))
+        return QStringLiteral("Another report is written to '%1' already").arg(file);
+    usedPaths += file;
+    return {};
+}
+
+Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir,
+                 QStringList &usedPaths)
 {
     const int comma = value.indexOf(QLatin1Char(','));
     const QString name = value.left(comma);
@@ -188,7 +201,9 @@ Result createOne(const QString &value, TestReportGenerator::TestType type, QStri
     if (path.endsWith(QDir::separator()))
         path.chop(1);
     qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
-    const Result result = createByKeyword(name, {path, type, resultDir});
+    const QString shared = sharedFileError(path, usedPaths);
+    const Result result =
+        shared.isEmpty() ? createByKeyword(name, {path, type, resultDir}) : Result{nullptr, shared};
     if (result.error.isEmpty())
         return result;
     return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
@@ -202,8 +217,9 @@ Result TestReportGeneratorFactory::create(const QStringList &values, QString *re
     qCDebug(traceReportGen) << "Creating " << values.size()
                             << " report generators from commandline";
     std::vector<std::unique_ptr<TestReportGenerator>> generators;
+    QStringList usedPaths;
     for (const QString &value : values) {
-        const Result result = createOne(value, type, resultDir);
+        const Result result = createOne(value, type, resultDir, usedPaths);
         if (!result.error.isEmpty())
             return result;
         generators.emplace_back(result.generator);

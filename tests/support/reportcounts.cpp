@@ -166,7 +166,8 @@ Counts countsOfConsole(const QByteArray &content)
     Counts counts;
     for (const auto &[key, label] : labels) {
         const QRegularExpression line(QString("\nNumber of %1:\t *([0-9]+)\n").arg(label));
-        const QRegularExpressionMatch match = line.match(QString::fromUtf8(content.constData(), content.size()));
+        const QRegularExpressionMatch match =
+            line.match(QString::fromUtf8(content.constData(), content.size()));
         EXPECT_TRUE(match.hasMatch()) << label;
         counts[key] = match.captured(1).toInt();
     }

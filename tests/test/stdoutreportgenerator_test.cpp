@@ -1,9 +1,11 @@
 #include "test/stdoutreportgenerator.h"
 
+#include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/sampleentries.h"
 #include "test/isotime.h"
+#include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
 #include <QTemporaryDir>
@@ -143,6 +145,20 @@ TEST_F(ConsoleTest, AnEarlierLogIsNotOverwritten)
     make()->handleEntry(logEntry());
     EXPECT_EQ(readFile(path), "earlier");
     EXPECT_FALSE(readFile(dir.filePath("console_1.log")).isEmpty());
+}
+
+TEST_F(ConsoleTest, AFullDiskIsToldOnce)
+{
+    const std::string message = standardErrorOf([this] {
+        const auto generator = TestReportGeneratorFactory::create({"stdout,/dev/full"},
+                                                                  TestReportGenerator::TEST_SUITE);
+        const std::unique_ptr<TestReportGenerator> owner(generator);
+        generator->handleEntry(logEntry());
+        generator->handleEntry(logEntry());
+        generator->generateSummary();
+    });
+    EXPECT_EQ(message, "morvexrunner: Could not write the console report: No space left on "
+                       "device\n");
 }
 
 TEST_F(ConsoleTest, TheSummaryHasAllCounters)
