@@ -24,6 +24,15 @@ void setPrefix()
                                                   QStringLiteral("/.."))));
 }
 
+// The runner changes its directory on the way.
+void makeSettingsDirAbsolute()
+{
+    const char name[] = "MORVEX_USER_SETTINGS_DIR";
+    if (!qEnvironmentVariableIsEmpty(name))
+        qputenv(name, QFile::encodeName(
+                          QDir::current().absoluteFilePath(QFile::decodeName(qgetenv(name)))));
+}
+
 // The library looks at CLICOLOR alone.
 void setColorVariable()
 {
@@ -40,7 +49,7 @@ int usageError(const QString &error)
 int repairReport(const QString &directory)
 {
     const WebReportRepair repair = repairWebReport(directory);
-    printMessage(repair.message);
+    printMessage(repair.error.isEmpty() ? repair.message : repair.error);
     return repair.error.isEmpty() ? ExitPassed : ExitUnusable;
 }
 
@@ -74,7 +83,9 @@ int main(int argc, char **argv)
     // The names of temporary directories are made of it.
     std::srand(QRandomGenerator::global()->generate());
     setPrefix();
+    makeSettingsDirAbsolute();
     setColorVariable();
-    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments().mid(1));
+    CommandLine commandLine = parseCommandLine(QCoreApplication::arguments().mid(1));
+    commandLine.options.commandLine = QCoreApplication::arguments();
     return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);
 }
