@@ -39,11 +39,12 @@ std::unique_ptr<TestDataRecord> readHeader(const XlsWorkbook &workbook, TestData
                                            const Corner &corner)
 {
     auto header = std::make_unique<TestDataRecord>(dataSet, -1);
-    std::optional<XlsCell> cell;
-    for (unsigned column = corner.column; hasContent(cell = workbook.cell(column, corner.row));
-         ++column)
+    for (unsigned column = corner.column;; ++column) {
+        const std::optional<XlsCell> cell = workbook.cell(column, corner.row);
+        if (!hasContent(cell))
+            return header;
         header->addValue(cell->toText());
-    return header;
+    }
 }
 
 // Null for an empty row, which ends the table.

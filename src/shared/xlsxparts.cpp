@@ -9,7 +9,7 @@ namespace {
 
 const unsigned maxRows = 1048576;
 const unsigned maxColumns = 16384;
-// Of all cells that a sheet does not have and that are filled in.
+// Of all cells and rows that a sheet does not have and that are filled in.
 const quint64 maxFillers = 32 * 1024 * 1024;
 
 // Moves through the elements of a document from outside. After an error there are no more of them.
@@ -19,6 +19,7 @@ public:
     explicit ElementReader(QIODevice *device)
         : m_xml(device)
     {
+        m_xml.setNamespaceProcessing(false);
     }
 
     // False when the document has another root, which is skipped then.
@@ -60,18 +61,28 @@ public:
     QString takeText()
     {
         QString text = QLatin1String("");
+        takePieces([&text](const QStringRef &piece) {
+            if (text.isEmpty())
+                text = piece.toString();
+            else
+                text += piece;
+        });
+        return text;
+    }
+
+    // The same, for a caller that does not need the whole text.
+    template <typename Take>
+    void takePieces(Take take)
+    {
         while (!m_xml.atEnd()) {
             const QXmlStreamReader::TokenType token = m_xml.readNext();
-            if (token == QXmlStreamReader::EndElement)
-                break;
-            if (token == QXmlStreamReader::StartElement)
+            if (token == QXmlStreamReader::Characters)
+                take(m_xml.text());
+            else if (token == QXmlStreamReader::StartElement)
                 skip();
-            else if (token == QXmlStreamReader::Characters && text.isEmpty())
-                text = m_xml.text().toString();
-            else if (token == QXmlStreamReader::Characters)
-                text += m_xml.text();
+            else if (token == QXmlStreamReader::EndElement)
+                return;
         }
-        return text;
     }
 
     void fail(const QString &error) { m_xml.raiseError(error); }
@@ -136,6 +147,37 @@ unsigned widthOf(const QStringRef &range)
     const QVector<QStringRef> corners = range.split(QLatin1Char(':'));
     return columnOf(corners.size() > 1 ? corners.at(1) : corners.at(0));
 }
+
+// The number that a text begins with, behind white space.
+class LeadingNumber
+{
+public:
+    void read(const QStringRef &text)
+    {
+        for (const QChar character : text) {
+            if (m_state == Before && character.isSpace())
+                continue;
+            const int digit = character.unicode() - '0';
+            if (m_state == Behind || digit < 0 || digit > 9) {
+                m_state = Behind;
+                return;
+            }
+            m_state = Within;
+            m_hasDigit = true;
+            m_value = qMin(m_value * 10 + static_cast<std::size_t>(digit), maxValue);
+        }
+    }
+
+    bool isBelow(std::size_t end) const { return m_hasDigit && m_value < end; }
+    std::size_t value() const { return m_value; }
+
+private:
+    static constexpr std::size_t maxValue = 0xffffffff;
+
+    enum { Before, Within, Behind } m_state = Before;
+    bool m_hasDigit = false;
+    std::size_t m_value = 0;
+};
 
 class SheetReader
 {
@@ -225,11 +267,13 @@ private:
 
     bool fillRowsBefore(unsigned number)
     {
+        if (m_nextRow < number)
+            reserveFillers(quint64(number - m_nextRow) * (m_width + 1));
         for (; m_nextRow < number && !m_reader.hasFailed(); ++m_nextRow) {
             auto record =
                 std::make_unique<TestDataRecord>(m_dataSet, static_cast<int>(m_nextRow) - 1);
             record->reserve(static_cast<int>(m_width));
-            fill(*record, 1, m_width + 1);
+            fillEmptyCells(1, m_width + 1, record.get());
             addRow(std::move(record), m_nextRow);
         }
         return !m_reader.hasFailed();
@@ -267,10 +311,12 @@ private:
     {
         if (!m_reader.enterChild())
             return QLatin1String("");
-        const QString value = sharedString(m_reader.takeText());
+        LeadingNumber index;
+        m_reader.takePieces([&index](const QStringRef &piece) { index.read(piece); });
         while (m_reader.enterChild())
             m_reader.skip();
-        return value;
+        return index.isBelow(m_sharedStrings.size()) ? m_sharedStrings[index.value()]
+                                                     : QString(QLatin1String(""));
     }
 
     QString takeValue()
@@ -288,26 +334,6 @@ private:
         return count > 1 ? QString(QLatin1String("")) : value;
     }
 
-    // The digits in front count. Empty for an index that the table does not have.
-    QString sharedString(const QString &text) const
-    {
-        std::size_t index = 0;
-        bool isNumber = false;
-        for (const QChar character : text) {
-            if (!isNumber && character.isSpace())
-                continue;
-            const int digit = character.unicode() - '0';
-            if (digit < 0 || digit > 9)
-                break;
-            isNumber = true;
-            index = index * 10 + static_cast<std::size_t>(digit);
-            if (index >= m_sharedStrings.size())
-                break;
-        }
-        const bool exists = isNumber && index < m_sharedStrings.size();
-        return exists ? m_sharedStrings[index] : QString(QLatin1String(""));
-    }
-
     void checkColumn(unsigned column)
     {
         if (column > maxColumns)
@@ -316,13 +342,16 @@ private:
 
     void fill(TestDataRecord &record, unsigned from, unsigned to)
     {
-        if (from >= to || m_reader.hasFailed())
-            return;
-        m_fillers += to - from;
+        if (from < to && reserveFillers(to - from))
+            fillEmptyCells(from, to, &record);
+    }
+
+    bool reserveFillers(quint64 count)
+    {
+        m_fillers += count;
         if (m_fillers > maxFillers)
             m_reader.fail(QStringLiteral("The sheet has too many empty cells."));
-        else
-            fillEmptyCells(from, to, &record);
+        return !m_reader.hasFailed();
     }
 
     ElementReader m_reader;

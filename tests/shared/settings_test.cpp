@@ -166,7 +166,7 @@ TEST_F(SettingsFileTest, WhatIsWrittenStandsInTheFile)
 TEST_F(SettingsFileTest, ArbitraryTextsListsAndKeysSurvive)
 {
     std::mt19937 random(20240229);
-    for (int round = 0; round < 300; ++round) {
+    for (int round = 0; round < 60; ++round) {
         QFile::remove(path);
         const QString text = randomText(random);
         const QString group = 'g' + randomText(random).remove('\n').remove('\r').trimmed() + 'g';
