@@ -1,6 +1,7 @@
 // Test data from a large sheet and from a large delimited file, each against the least that has to
 // be done with the same bytes and against what a script of another language takes for it.
 
+#include "ratio.h"
 #include "shared/testdata.h"
 #include "shared/tsvtestdataset.h"
 
@@ -12,8 +13,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <ctime>
-#include <functional>
 #include <limits>
 #include <malloc.h>
 #include <memory>
@@ -21,6 +20,7 @@
 #include <minizip/zip.h>
 
 using namespace Morvex;
+using MorvexBenchmark::Ratio;
 
 namespace {
 
@@ -36,22 +36,6 @@ const QString &directory()
     static const QString path = dir.path();
     return path;
 }
-
-// Of the processor: other programs on the machine don't count.
-double secondsOf(const std::function<void()> &action)
-{
-    const std::clock_t start = std::clock();
-    action();
-    return double(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-// The best of some rounds, in which what is compared takes turns.
-struct Best
-{
-    double seconds = std::numeric_limits<double>::max();
-
-    void add(double measured) { seconds = std::min(seconds, measured); }
-};
 
 QByteArray sheetXml()
 {
@@ -196,58 +180,62 @@ double bytesInUse()
     return double(mallinfo2().uordblks) + double(mallinfo2().hblkhd);
 }
 
+void readPlainly(const QString &path)
+{
+    QFile file(path);
+    file.open(QIODevice::ReadOnly);
+    benchmark::DoNotOptimize(file.readAll());
+}
+
 void xlsxSheet(benchmark::State &state)
 {
     const QString path = largeWorkbook();
     const char script[] = "import sys, time, openpyxl\n"
-                          "start = time.process_time()\n"
+                          "start = time.perf_counter()\n"
                           "book = openpyxl.load_workbook(sys.argv[1], read_only=True)\n"
                           "rows = [row for row in book.active.iter_rows(values_only=True)]\n"
                           "assert len(rows) == 100000\n"
-                          "print(time.process_time() - start)\n";
-    Best own;
-    Best limit;
-    Best python;
+                          "print(time.perf_counter() - start)\n";
+    Ratio ratio;
+    double own = std::numeric_limits<double>::max();
+    double python = own;
     for (auto _ : state) {
         for (int round = 0; round < rounds; ++round) {
             std::unique_ptr<TestDataSet> set;
-            own.add(secondsOf([&] { set.reset(TestDataSet::createTestDataSet(path)); }));
-            limit.add(secondsOf([&] { inflateAndWalk(path); }));
-            python.add(secondsOfPython(script, path));
+            own = std::min(own,
+                           ratio.measure([&] { set.reset(TestDataSet::createTestDataSet(path)); },
+                                         [&] { inflateAndWalk(path); }));
+            python = std::min(python, secondsOfPython(script, path));
         }
     }
-    state.counters["times_of_unzip_and_parse"] = own.seconds / limit.seconds;
-    state.counters["times_faster_than_openpyxl"] = python.seconds / own.seconds;
+    state.counters["times_of_unzip_and_parse"] = ratio.value();
+    state.counters["times_faster_than_openpyxl"] = python / own;
 }
 
 void delimitedFile(benchmark::State &state)
 {
     const QString path = largeDelimitedFile();
     const char script[] = "import csv, sys, time\n"
-                          "start = time.process_time()\n"
+                          "start = time.perf_counter()\n"
                           "with open(sys.argv[1], encoding='utf-8', newline='') as file:\n"
                           "    rows = list(csv.reader(file))\n"
-                          "print(time.process_time() - start)\n";
-    Best own;
-    Best limit;
-    Best python;
+                          "print(time.perf_counter() - start)\n";
+    Ratio ratio;
+    double own = std::numeric_limits<double>::max();
+    double python = own;
     for (auto _ : state) {
         for (int round = 0; round < rounds; ++round) {
             const double before = bytesInUse();
-            std::unique_ptr<TestDataSet> set;
-            own.add(secondsOf([&] { set = std::make_unique<TsvTestDataSet>(path, ','); }));
+            std::unique_ptr<TsvTestDataSet> set;
+            const auto read = [&] { set = std::make_unique<TsvTestDataSet>(path, ','); };
+            own = std::min(own, ratio.measure(read, [&] { readPlainly(path); }));
             const double fields = double(set->count()) * set->header()->count();
             state.counters["bytes_per_field"] = (bytesInUse() - before) / fields;
-            limit.add(secondsOf([&] {
-                QFile file(path);
-                file.open(QIODevice::ReadOnly);
-                benchmark::DoNotOptimize(file.readAll());
-            }));
-            python.add(secondsOfPython(script, path));
+            python = std::min(python, secondsOfPython(script, path));
         }
     }
-    state.counters["times_of_plain_read"] = own.seconds / limit.seconds;
-    state.counters["times_faster_than_python_csv"] = python.seconds / own.seconds;
+    state.counters["times_of_plain_read"] = ratio.value();
+    state.counters["times_faster_than_python_csv"] = python / own;
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "fuzzfile.h"
+#include "fuzzinput.h"
 #include "shared/tsvtestdataset.h"
 
 #include <QStringList>
@@ -34,7 +34,7 @@ std::unique_ptr<TestDataSet> read(const QString &path)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     for (const char *name : {"data.csv", "data.tsv", "data.txt"}) {
-        const auto set = read(fuzzFile(name, bytes, size));
+        const auto set = read(fuzzInputFile(bytes, size, name));
         if (!set)
             continue;
         const QString path = set->dataName();

@@ -1,4 +1,4 @@
-#include "fuzzfile.h"
+#include "fuzzinput.h"
 #include "shared/settings.h"
 
 using namespace Morvex;
@@ -7,7 +7,7 @@ using namespace Morvex;
 // first has written.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
-    const QString path = fuzzFile("settings.ini", bytes, size);
+    const QString path = fuzzInputFile(bytes, size, "settings.ini");
     Settings store(path);
     const QString group = store.groupList().value(0);
     for (const QString &key : store.entryList(group, QString())) {

@@ -1,4 +1,4 @@
-#include "fuzzfile.h"
+#include "fuzzinput.h"
 #include "shared/excelxmltestdataset.h"
 #include "shared/xlsxparts.h"
 
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     QByteArray xml(reinterpret_cast<const char *>(bytes), static_cast<int>(size));
     readId(&xml);
     readRows(&xml, readStrings(&xml));
-    const QString path = fuzzFile("book.xlsx", bytes, size);
+    const QString path = fuzzInputFile(bytes, size, "book.xlsx");
     for (const char *sheet : {"", "a"}) {
         const ExcelXmlTestDataSet set(path, sheet);
         require(set.errorText().isEmpty() || (set.count() == 0 && !set.header()));

@@ -2,11 +2,15 @@
 #include "runner/messages.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
+#include "test/webreportrepair.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace Morvex;
 
@@ -33,6 +37,13 @@ int usageError(const QString &error)
     return ExitUnusable;
 }
 
+int repairReport(const QString &directory)
+{
+    const WebReportRepair repair = repairWebReport(directory);
+    printMessage(repair.message);
+    return repair.error.isEmpty() ? ExitPassed : ExitUnusable;
+}
+
 int run(const RunnerOptions &options)
 {
     switch (options.action) {
@@ -42,6 +53,8 @@ int run(const RunnerOptions &options)
     case RunnerOptions::Action::Version:
         std::puts("morvexrunner " MORVEX_VERSION);
         return ExitPassed;
+    case RunnerOptions::Action::RepairReport:
+        return repairReport(options.reportToRepair);
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:
         break;
@@ -58,6 +71,8 @@ int run(const RunnerOptions &options)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    // The names of temporary directories are made of it.
+    std::srand(QRandomGenerator::global()->generate());
     setPrefix();
     setColorVariable();
     const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments().mid(1));

@@ -258,6 +258,8 @@ void SuiteRunner::printOutcome() const
     if (m_cancellation.isRequested())
         counts += QLatin1String(", interrupted");
     printTimed(counts);
+    if (m_outcome.testCaseCount() == 0)
+        printMessage(QStringLiteral("warning: no test case was run"));
     if (!failed.isEmpty())
         printLine(QStringLiteral("run just the failed ones again: morvexrunner --rerun-failed %1")
                       .arg(shellQuoted(m_options.suiteDirectory)));

@@ -147,7 +147,8 @@
     };
 
     function DataRecord(table, row) {
-        this.values = table.row(row);
+        // A list from outside is no array yet.
+        this.values = Array.from(table.row(row));
         this.field = function (name) {
             var column = table.column(text(name));
             if (column < 0)
@@ -158,7 +159,7 @@
     }
 
     function DataTable(table) {
-        this.fields = table.fields;
+        this.fields = Array.from(table.fields);
         this.count = table.count;
         this.record = function (row) {
             if (!isInt32(row) || row < 0 || row >= table.count)

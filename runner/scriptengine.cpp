@@ -18,6 +18,12 @@ LineInfo lineOf(const QV4::StackFrame &frame)
     return LineInfo(url.isLocalFile() ? url.toLocalFile() : frame.source, frame.line);
 }
 
+// Whether the exception came through a function of ours, as from an included script.
+bool isPassedOn(const QV4::StackTrace &trace)
+{
+    return !trace.isEmpty() && trace.constFirst().source == internalSource;
+}
+
 std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
 {
     std::vector<LineInfo> lines;
@@ -33,6 +39,7 @@ std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
 
 ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &fileName)
 {
+    m_lastThrown = Outcome();
     QV4::ExecutionEngine *v4 = m_engine.handle();
     const QString source =
         fileName == internalSource ? fileName : QUrl::fromLocalFile(fileName).toString();
@@ -51,9 +58,9 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
         result = v4->catchException(&trace);
     outcome.value = QJSValue(v4, result->asReturnedValue());
     if (outcome.hasThrown) {
-        outcome.stack = m_lastThrown.hasThrown && m_lastThrown.value.strictlyEquals(outcome.value)
-                            ? m_lastThrown.stack
-                            : linesOf(trace);
+        const bool isOfIncluded = isPassedOn(trace) && m_lastThrown.hasThrown &&
+                                  m_lastThrown.value.strictlyEquals(outcome.value);
+        outcome.stack = isOfIncluded ? m_lastThrown.stack : linesOf(trace);
         m_lastThrown = outcome;
     }
     return outcome;

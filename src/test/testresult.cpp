@@ -1,7 +1,8 @@
 #include "test/testresult.h"
 
-#include "shared/environment.h"
+#include "shared/clock.h"
 #include "test/resultlabels.h"
+#include "test/runwatch.h"
 #include "test/testreportgenerator.h"
 
 #include <QDir>
@@ -94,7 +95,7 @@ Entry makeEntry(const QDateTime &time, TestResult::ResultType type, const QStrin
 
 Entry makeEntry(TestResult::ResultType type, const QString &message, const QString &details)
 {
-    return makeEntry(QDateTime::currentDateTime(), type, message, details);
+    return makeEntry(currentLocalTime(), type, message, details);
 }
 
 void setStack(Entry &entry, const std::vector<LineInfo> &stack)
@@ -297,7 +298,7 @@ void TestResult::addResult(const QDateTime &time, ResultType type, const QString
 void TestResult::addResult(ResultType type, const QString &message, const QString &details,
                            const LineInfo &line, const QString &info, int retry)
 {
-    addResult(QDateTime::currentDateTime(), type, message, details, line, info, retry);
+    addResult(currentLocalTime(), type, message, details, line, info, retry);
 }
 
 void TestResult::addError(const QString &message, const QString &details,
@@ -410,7 +411,7 @@ void TestResult::processEntry(const Entry &entry)
     if (!d->generator)
         return;
     d->generator->handleEntry(entry);
-    if (entry.type == END && Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty())
+    if (entry.type == END && isReportSummaryWanted())
         d->generator->generateSummary();
 }
 

@@ -3,7 +3,7 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/sampleentries.h"
-#include "test/consoletime.h"
+#include "test/isotime.h"
 #include "test/testresult.h"
 
 #include <QTemporaryDir>
@@ -167,10 +167,10 @@ TEST_F(ConsoleTest, TheSummaryHasAllCounters)
               "*******************************************************\n");
 }
 
-TEST(ConsoleTimeTest, TimesAreWrittenAsTheToolkitDoes)
+TEST(IsoTimeTest, TimesAreWrittenAsTheToolkitDoes)
 {
     const QDateTime base(QDate(2024, 3, 1), QTime(23, 59, 59, 999));
-    ConsoleTime writer;
+    IsoTime writer;
     for (const QDateTime &time :
          {base, base.addMSecs(1), base.addDays(1), base.addMSecs(-1), base.toUTC(),
           base.toOffsetFromUtc(3600), base.toTimeZone(QTimeZone("Asia/Kolkata")), QDateTime(),

@@ -1,0 +1,143 @@
+#include "runner/commandline.h"
+
+#include "test/testreportgeneratorfactory.h"
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+
+namespace {
+
+RunnerOptions parse(const QStringList &arguments)
+{
+    const CommandLine line = parseCommandLine(arguments);
+    EXPECT_EQ(line.error, "") << arguments.join(' ').toStdString();
+    return line.options;
+}
+
+} // namespace
+
+TEST(CommandLineTest, ValuesStandBehindTheirOptionOrAnEqualsSign)
+{
+    const RunnerOptions options =
+        parse({"--testcase", "a", "suite", "--testcase=b", "--tags=x,y", "--tags", "~z", "--retry",
+               "3", "--timeout=7", "--reportgen", "xml3,/a,b=c", "--envvar", "A=1=2",
+               "--stop-on-fail", "--resultdir", "r"});
+    EXPECT_EQ(options.suiteDirectory, "suite");
+    EXPECT_EQ(options.testCases, (QStringList{"a", "b"}));
+    EXPECT_EQ(options.tags, (QStringList{"x,y", "~z"}));
+    EXPECT_EQ(options.retryCount, 3U);
+    EXPECT_EQ(options.timeoutSeconds, 7U);
+    EXPECT_EQ(options.reportGenerators, QStringList("xml3,/a,b=c"));
+    EXPECT_EQ(options.envVars, QStringList("A=1=2"));
+    EXPECT_TRUE(options.stopOnFail);
+}
+
+TEST(CommandLineTest, ARandomNumberIsTakenOnlyIfItIsAllDigits)
+{
+    const struct
+    {
+        QStringList arguments;
+        std::optional<unsigned int> randomSeed;
+        const char *suite;
+    } rows[] = {
+        {{"--random", "17", "s"}, 17U, "s"}, {{"--random", "s"}, {}, "s"},
+        {{"--random", "1x"}, {}, "1x"},      {{"s", "--random"}, {}, "s"},
+        {{"--random=0", "s"}, 0U, "s"},      {{"--random", "4294967295", "s"}, 4294967295U, "s"},
+    };
+    for (const auto &row : rows) {
+        const RunnerOptions options = parse(row.arguments);
+        EXPECT_TRUE(options.isRandom);
+        EXPECT_EQ(options.randomSeed, row.randomSeed);
+        EXPECT_EQ(options.suiteDirectory, row.suite);
+    }
+}
+
+TEST(CommandLineTest, TheApplicationEndsAtTheScriptArgumentsAndTheseTakeAll)
+{
+    const RunnerOptions options = parse({"--testcase", "a", "--aut", "app", "-x", "--tags",
+                                         "--scriptargs", "1", "--aut", "--help"});
+    EXPECT_EQ(options.aut, (QStringList{"app", "-x", "--tags"}));
+    EXPECT_EQ(options.scriptArguments, (QStringList{"1", "--aut", "--help"}));
+    EXPECT_EQ(options.action, RunnerOptions::Action::Run);
+}
+
+TEST(CommandLineTest, EverythingThatTheLibraryPassesToAChildIsAccepted)
+{
+    const RunnerOptions options = parse({"--host",
+                                         "h",
+                                         "--port",
+                                         "1",
+                                         "--settingsGroup",
+                                         "g",
+                                         "--testcase",
+                                         "t",
+                                         "--reportgen",
+                                         "raw,/x",
+                                         "--wrapper",
+                                         "Qt",
+                                         "--envvars",
+                                         "f",
+                                         "--envvar",
+                                         "A=",
+                                         "--objectmap",
+                                         "o",
+                                         "--cwd",
+                                         "c",
+                                         "--hook-subprocesses",
+                                         "--use-whitelist",
+                                         "--interactive",
+                                         "--snoozeFactor",
+                                         "0.5",
+                                         "--enable-video-capture",
+                                         "--resultdir",
+                                         "r",
+                                         "--applauncher",
+                                         "l",
+                                         "--suiteVersion",
+                                         "3",
+                                         "--launcherargs",
+                                         "\"-a\"",
+                                         "--tags=t",
+                                         "--retry",
+                                         "1"});
+    EXPECT_EQ(options.port, 1);
+    EXPECT_EQ(options.launcherArguments, "\"-a\"");
+    EXPECT_TRUE(options.suiteDirectory.isEmpty());
+}
+
+TEST(CommandLineTest, ErrorsNameWhatWasWrong)
+{
+    const struct
+    {
+        QStringList arguments;
+        const char *error;
+    } rows[] = {
+        {{"--bogus"}, "unknown option '--bogus'"},
+        {{"--bogus=1"}, "unknown option '--bogus'"},
+        {{"-x"}, "unknown option '-x'"},
+        {{"--testcase"}, "--testcase needs a value"},
+        {{"--stop-on-fail=1"}, "--stop-on-fail takes no value"},
+        {{"--retry", "many"}, "--retry: 'many' is not a number of retries"},
+        {{"--retry", "-1"}, "--retry: '-1' is not a number of retries"},
+        {{"--timeout", "1.5"}, "--timeout: '1.5' is not a number of seconds"},
+        {{"--random", "4294967296"}, "--random: '4294967296' is not a number below 2 to the 32"},
+        {{"--envvar", "=x"}, "--envvar: '=x' is not of the form NAME=VALUE"},
+        {{"a", "b"}, "one suite directory is enough, but there is 'b' too"},
+        {{""}, "the suite directory is an empty text"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(parseCommandLine(row.arguments).error, row.error);
+    EXPECT_EQ(parse({"--", "--odd-name"}).suiteDirectory, "--odd-name");
+}
+
+TEST(CommandLineTest, TheHelpTellsOfEveryReportAndFitsATerminal)
+{
+    const QString help = helpText();
+    for (const auto &keyword : TestReportGeneratorFactory::keywords()) {
+        const bool isForUsers = !keyword.description.isEmpty();
+        EXPECT_EQ(help.contains("\n  " + keyword.name + " "), isForUsers) << keyword.name.data();
+    }
+    for (const QString &line : help.split('\n'))
+        EXPECT_LE(line.size(), 80) << line.toStdString();
+}

@@ -1,0 +1,69 @@
+#include "support/files.h"
+#include "support/runnerprocess.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+// The output of a command; fails the test when it does not succeed.
+QByteArray outputOf(const QString &program, const QStringList &arguments,
+                    const QProcessEnvironment &environment)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments);
+    process.waitForFinished(200000);
+    const QByteArray output = process.readAll();
+    EXPECT_EQ(process.exitCode(), 0) << program.toStdString() << output.constData();
+    return output;
+}
+
+const char consumerSource[] = "#include \"test/testresult.h\"\n"
+                              "#include \"test/nullreportgenerator.h\"\n"
+                              "#include <cstdio>\n"
+                              "int main() {\n"
+                              "  Morvex::TestResult result(new Morvex::NullReportGenerator);\n"
+                              "  result.start(\"consumer\", {}, {});\n"
+                              "  std::puts(result.isStarted() ? \"works\" : \"broken\");\n"
+                              "}\n";
+
+} // namespace
+
+TEST(InstallTest, AnotherProjectBuildsAgainstTheInstalledTreeAndTheRunnerRuns)
+{
+    if (!QByteArray(MORVEX_SANITIZE).isEmpty())
+        GTEST_SKIP() << "The consumer would have to be built with the same sanitizers.";
+    QTemporaryDir dir;
+    const QString prefix = dir.filePath("installed tree");
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.remove("DESTDIR");
+    outputOf("cmake", {"--install", MORVEX_BINARY_DIR, "--prefix", prefix}, environment);
+
+    writeFile(dir.filePath("consumer/main.cpp"), consumerSource);
+    writeFile(dir.filePath("consumer/CMakeLists.txt"),
+              "cmake_minimum_required(VERSION 3.25)\nproject(Consumer LANGUAGES CXX)\n"
+              "set(CMAKE_CXX_STANDARD 17)\nset(CMAKE_POSITION_INDEPENDENT_CODE ON)\n"
+              "find_package(Morvex 1 REQUIRED)\nadd_executable(consumer main.cpp)\n"
+              "target_link_libraries(consumer PRIVATE Morvex::morvex)\n");
+    outputOf("cmake",
+             {"-S", dir.filePath("consumer"), "-B", dir.filePath("build"),
+              "-DCMAKE_PREFIX_PATH=" + prefix, "-DCMAKE_CXX_COMPILER=" MORVEX_CXX_COMPILER},
+             environment);
+    outputOf("cmake", {"--build", dir.filePath("build")}, environment);
+    EXPECT_EQ(outputOf(dir.filePath("build/consumer"), {}, environment), "works\n");
+
+    environment.insert("PKG_CONFIG_PATH", prefix + "/lib/pkgconfig");
+    EXPECT_TRUE(
+        outputOf("pkg-config", {"--cflags", "--libs", "morvex"}, environment).contains("-lmorvex"));
+
+    RunnerProcess runner;
+    runner.addTestCase("tst_a", "check.pass('p');");
+    EXPECT_TRUE(outputOf(prefix + "/bin/morvexrunner", {runner.suitePath()}, runner.environment)
+                    .contains("Number of Passes:\t   1"));
+}

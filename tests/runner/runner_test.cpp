@@ -1,0 +1,397 @@
+#include "support/environmentguard.h"
+#include "support/files.h"
+#include "support/runnerprocess.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QThread>
+
+#include <csignal>
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+class RunnerTest : public testing::Test
+{
+protected:
+    void addPassing(const QStringList &names)
+    {
+        for (const QString &name : names)
+            runner.addTestCase(name, "check.pass('p');");
+    }
+
+    // A test case that fails until its file "works" exists.
+    void addMendable(const QString &name)
+    {
+        runner.addTestCase(name, "check.that(file.exists('works'), 'm');");
+    }
+
+    RunnerProcess runner;
+};
+
+} // namespace
+
+TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
+{
+    addPassing({"tst_a"});
+    const QString suite = runner.suitePath();
+    const struct
+    {
+        QStringList arguments;
+        QByteArray message;
+    } rows[] = {
+        {{}, "no suite directory was given; see morvexrunner --help"},
+        {{"--list"}, "no suite directory was given; see morvexrunner --help"},
+        {{"--bogus", suite}, "unknown option '--bogus'; see morvexrunner --help"},
+        {{"/no/such/suite"}, "there is no suite directory '/no/such/suite'"},
+        {{"--testcase", "tst_x", suite},
+         "the suite '" + suite.toUtf8() + "' has no test case 'tst_x'; --list shows all"},
+        {{"--skip", "tst_x", suite},
+         "the suite '" + suite.toUtf8() + "' has no test case 'tst_x'; --list shows all"},
+        {{"--tags", "~untagged", suite},
+         "--tags: ~ operator is not supported for reserved tag: untagged"},
+        {{"--envvars", "/no/file", suite},
+         "cannot read the environment file '/no/file': No such file or directory"},
+        {{"--rerun-failed", suite},
+         "--rerun-failed: no earlier run of '" + suite.toUtf8() + "' is known"},
+        {{"--testcase", "tst_x"}, "there is no test case 'tst_x' in the current directory"},
+        {{"--testcase", "a", "--testcase", "b"},
+         "without a suite directory only one --testcase can be run"},
+    };
+    for (const auto &row : rows) {
+        const RunnerOutput output = runner.run(row.arguments);
+        EXPECT_EQ(output.standardError, "morvexrunner: " + row.message + "\n");
+        EXPECT_EQ(output.standardOutput, "");
+        EXPECT_EQ(output.status, 2);
+    }
+}
+
+TEST_F(RunnerTest, ASuiteThatCannotBeLoadedIsNotRun)
+{
+    addPassing({"tst_a"});
+    runner.addFile("suite.conf", "VERSION\nAUT = x");
+    const RunnerOutput broken = runner.runSuite({"--reportgen", "stdout,report.txt"});
+    EXPECT_EQ(broken.standardError,
+              "morvexrunner: cannot load the suite '" + runner.suitePath().toUtf8() +
+                  "': " + runner.suitePath().toUtf8() +
+                  "/suite.conf: Syntax error in line 1, column 8. Expected '='\n");
+    EXPECT_EQ(broken.status, 2);
+    EXPECT_FALSE(QFile::exists(runner.suitePath() + "/../report.txt"));
+    runner.addFile("suite.conf", "");
+    runner.addFile("config.xml", "<x/>");
+    EXPECT_EQ(runner.runSuite({}).status, 2);
+    QFile::remove(runner.suitePath() + "/config.xml");
+    EXPECT_EQ(runner.runSuite({"--settingsGroup", "none"}).status, 255);
+}
+
+TEST_F(RunnerTest, AReportThatCannotBeCreatedStopsTheRunBeforeItStarts)
+{
+    addPassing({"tst_a"});
+    for (const char *value : {"bogus", "stdout,/no/such/dir/r"}) {
+        const RunnerOutput output =
+            runner.runSuite({"--reportgen", "stdout", "--reportgen", value});
+        EXPECT_EQ(output.status, 1);
+        EXPECT_EQ(output.standardOutput, "");
+        EXPECT_EQ(output.standardError.count('\n'), 1);
+        EXPECT_TRUE(output.standardError.contains(" report generator: "));
+    }
+}
+
+TEST_F(RunnerTest, HelpAndVersion)
+{
+    const RunnerOutput help = runner.run({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.standardOutput.startsWith("Usage: morvexrunner "));
+    EXPECT_EQ(help.standardError, "");
+    EXPECT_TRUE(runner.run({"--version"}).standardOutput.startsWith("morvexrunner "));
+}
+
+TEST_F(RunnerTest, StandardOutputHoldsTheReportAndNothingElse)
+{
+    addPassing({"tst_a"});
+    const RunnerOutput output = runner.runSuite({});
+    EXPECT_EQ(output.status, 0);
+    EXPECT_EQ(RunnerProcess::resultsOf(output),
+              (QStringList{"START Start 'suite'|Test 'suite' started",
+                           "START_TEST_CASE Start 'tst_a'|Test 'tst_a' started (tst_a)", "PASS p|",
+                           "END_TEST_CASE End 'tst_a'|End of test 'tst_a'",
+                           "END End 'suite'|End of test 'suite'"}));
+    EXPECT_EQ(output.standardOutput.count("Summary:\n"), 1);
+    EXPECT_EQ(output.standardOutput.count('\n'), 5 + 12);
+}
+
+TEST_F(RunnerTest, ASingleTestCaseRunsInTheSuitesDirectory)
+{
+    addPassing({"tst_a"});
+    const RunnerOutput output = runner.run({"--testcase", "tst_a"}, runner.suitePath());
+    EXPECT_EQ(output.status, 0);
+    EXPECT_EQ(RunnerProcess::resultsOf(output).value(0),
+              "START Start 'tst_a'|Test 'tst_a' started");
+    EXPECT_EQ(output.standardOutput.count("Summary:\n"), 1);
+}
+
+TEST_F(RunnerTest, RelativePathsAreThoseOfTheCaller)
+{
+    addPassing({"tst_a"});
+    runner.addFile("env", "A=1\n");
+    const RunnerOutput output =
+        runner.run({"--reportgen", "stdout,log.txt", "--envvars", "suite/env", "suite/."});
+    EXPECT_EQ(output.status, 0) << output.standardError.constData();
+    EXPECT_EQ(output.standardOutput, "");
+    EXPECT_TRUE(readFile(runner.suitePath() + "/../log.txt").contains("Start 'suite'"));
+}
+
+TEST_F(RunnerTest, TheListIsInTheOrderOfARun)
+{
+    addPassing({"tst_a", "tst_b", "tst_c", "tst_d"});
+    runner.addFile("tst_b/config.xml",
+                   "<testconfig><information><summary/><description/></information><tags>"
+                   "<tag>t</tag></tags></testconfig>");
+    EXPECT_EQ(runner.runSuite({"--list"}).standardOutput, "tst_a\ntst_b\ntst_c\ntst_d\n");
+    EXPECT_EQ(runner.runSuite({"--list", "--random", "1"}).standardOutput,
+              "tst_b\ntst_c\ntst_a\ntst_d\n");
+    EXPECT_EQ(runner.runSuite({"--list", "--tags", "~t"}).standardOutput, "tst_a\ntst_c\ntst_d\n");
+    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--random", "1"})),
+              (QStringList{"tst_b", "tst_c", "tst_a", "tst_d"}));
+    const RunnerOutput fresh = runner.runSuite({"--list", "--random"});
+    const QByteArray number = fresh.standardError.split(' ').value(4);
+    EXPECT_GT(number.toUInt(), 0U) << fresh.standardError.constData();
+    EXPECT_EQ(runner.runSuite({"--list", "--random", number}).standardOutput, fresh.standardOutput);
+}
+
+TEST_F(RunnerTest, JustTheFailedTestCasesRunAgain)
+{
+    addPassing({"tst_a"});
+    addMendable("tst_b");
+    addMendable("tst_c");
+    const RunnerOutput first = runner.runSuite({});
+    EXPECT_EQ(first.status, 1);
+    EXPECT_TRUE(first.standardError.contains("failed: tst_b\nfailed: tst_c\n"));
+    EXPECT_TRUE(first.standardError.contains("morvexrunner --rerun-failed " +
+                                             runner.suitePath().toUtf8() + "\n"));
+    runner.addFile("tst_b/works", "");
+    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})),
+              (QStringList{"tst_b", "tst_c"}));
+    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})), (QStringList{"tst_c"}));
+    runner.addFile("tst_c/works", "");
+    EXPECT_EQ(runner.runSuite({"--rerun-failed"}).status, 0);
+    const RunnerOutput nothing = runner.runSuite({"--rerun-failed"});
+    EXPECT_EQ(nothing.status, 0);
+    EXPECT_EQ(nothing.standardError,
+              "morvexrunner: no test case failed in the last run, nothing to do\n");
+}
+
+TEST_F(RunnerTest, FailedTestCasesThatWereNotReachedStayOnTheList)
+{
+    addMendable("tst_a");
+    addMendable("tst_b");
+    runner.runSuite({});
+    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed", "--stop-on-fail"})),
+              QStringList("tst_a"));
+    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})),
+              (QStringList{"tst_a", "tst_b"}));
+    QDir(runner.suitePath() + "/tst_a").removeRecursively();
+    const RunnerOutput output = runner.runSuite({"--rerun-failed"});
+    EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_b"));
+    EXPECT_TRUE(output.standardError.contains("the failed test case 'tst_a' does not exist"));
+}
+
+TEST_F(RunnerTest, AHomeThatCannotBeWrittenIsAWarning)
+{
+    addPassing({"tst_a"});
+    runner.environment.insert("MORVEX_USER_SETTINGS_DIR", runner.suitePath() + "/suite.conf/x");
+    const RunnerOutput output = runner.runSuite({});
+    EXPECT_EQ(output.status, 0);
+    EXPECT_TRUE(output.standardError.contains("morvexrunner: warning: cannot keep the failed"));
+}
+
+TEST_F(RunnerTest, RetriesSkipsAndTheirCounts)
+{
+    runner.addTestCase("tst_flaky", "var again = file.exists('second'); file.write('second', '');\n"
+                                    "check.that(again, 'm');");
+    runner.addTestCase("tst_skipped", "check.fail('never');");
+    const RunnerOutput output = runner.runSuite({"--retry", "5", "--skip", "tst_skipped"});
+    EXPECT_EQ(output.status, 0);
+    EXPECT_EQ(RunnerProcess::startsOf(output),
+              (QStringList{"tst_flaky", "tst_flaky", "tst_skipped"}));
+    EXPECT_TRUE(output.standardError.contains("passed when retried: tst_flaky\n"));
+    EXPECT_TRUE(output.standardError.contains(
+        "2 test cases, 0 failed, 1 passed when retried, 1 skipped in "));
+}
+
+TEST_F(RunnerTest, AnUnexpectedPassFailsTheRunWithoutARetry)
+{
+    runner.addTestCase("tst_a", "check.that(true, 'm', {expectFail: true});");
+    const RunnerOutput output = runner.runSuite({"--retry", "2"});
+    EXPECT_EQ(output.status, 1);
+    EXPECT_EQ(RunnerProcess::startsOf(output).size(), 1);
+}
+
+TEST_F(RunnerTest, ABrokenFileOfTagsEndsTheRunWithoutItsEnd)
+{
+    addPassing({"tst_a", "tst_b"});
+    runner.addFile("tst_b/config.xml", "<x/>");
+    const RunnerOutput output = runner.runSuite({"--tags", "untagged"});
+    EXPECT_EQ(output.status, 2);
+    EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_a"));
+    EXPECT_FALSE(output.standardOutput.contains("Summary"));
+    EXPECT_TRUE(output.standardError.contains("Error in test case config.xml: 1:1: expected"));
+}
+
+TEST_F(RunnerTest, AllEntriesInFrontOfACrashAreInTheReport)
+{
+    runner.addTestCase("tst_a", "section('s', function () {\n"
+                                "  for (var i = 0; i < 1000; ++i) log.info(i);\n"
+                                "  abortProcess();\n});");
+    addPassing({"tst_b"});
+    const RunnerOutput output = runner.runSuite({});
+    const auto lines = RunnerProcess::report(output);
+    ASSERT_EQ(lines.size(), 1U + 1 + 1 + 1000 + 1 + 1 + 1 + 3 + 1);
+    for (std::size_t i = 0; i < 1000; ++i)
+        ASSERT_TRUE(lines[3 + i].left.endsWith(QString(": %1").arg(i)));
+    EXPECT_EQ(lines[1003].type, "FATAL");
+    EXPECT_EQ(lines[1003].right, "morvexrunner exited abnormally when executing tst_a");
+    EXPECT_EQ(lines[1004].left, "End Section: auto-closed dangling section");
+    EXPECT_EQ(lines[1005].type, "END_TEST_CASE");
+    EXPECT_EQ(RunnerProcess::startsOf(output), (QStringList{"tst_a", "tst_b"}));
+}
+
+TEST_F(RunnerTest, EntriesWithoutNumberArriveInOrderInFlatMemory)
+{
+    runner.addTestCase("tst_a", "for (var i = 0; i < 200000; ++i) log.info(i, 'details');");
+    // Far below what the entries take together, and above what a sanitizer needs for itself.
+    QProcess process;
+    process.setProcessEnvironment(runner.environment);
+    process.start("/bin/bash",
+                  {"-c",
+                   "\"$0\" \"$1\" & child=$!; peak=0; while kill -0 $child 2>/dev/null; do "
+                   "now=$(awk '/VmHWM/ {print $2}' /proc/$child/status 2>/dev/null); "
+                   "[ \"${now:-0}\" -gt $peak ] && peak=$now; "
+                   "[ -z \"$first\" ] && sleep 0.5 && first=$(awk '/VmRSS/ {print $2}' "
+                   "/proc/$child/status); sleep 0.1; done; wait $child; "
+                   "echo \"memory $first $peak\" >&2",
+                   RunnerProcess::program(), runner.suitePath()});
+    ASSERT_TRUE(process.waitForFinished(280000));
+    const RunnerOutput output{process.exitCode(), process.readAllStandardOutput(),
+                              process.readAllStandardError()};
+    const auto lines = RunnerProcess::report(output);
+    ASSERT_EQ(lines.size(), 200004U);
+    for (std::size_t i = 0; i < 200000; ++i)
+        ASSERT_TRUE(lines[2 + i].left.endsWith(QString(": %1").arg(i))) << i;
+    const QByteArray memory = output.standardError.mid(output.standardError.indexOf("memory "));
+    const int early = memory.split(' ').value(1).toInt();
+    const int peak = memory.split(' ').value(2).trimmed().toInt();
+    ASSERT_GT(early, 0);
+    // 200,000 entries of more than 100 bytes would be 20 MB.
+    EXPECT_LT(peak - early, 8000) << memory.constData();
+}
+
+TEST_F(RunnerTest, ATestCaseThatHangsIsEnded)
+{
+    runner.addTestCase("tst_a", "log.info('before'); for (;;) {}");
+    const RunnerOutput output = runner.runSuite({"--timeout", "1"});
+    EXPECT_EQ(output.status, 1);
+    EXPECT_TRUE(RunnerProcess::resultsOf(output).contains(
+        "FATAL Execution error|Execution is terminated due to timeout"));
+    EXPECT_TRUE(RunnerProcess::resultsOf(output).contains("LOG before|"));
+}
+
+TEST_F(RunnerTest, AnInterruptedRunClosesItsLog)
+{
+    runner.addTestCase("tst_a", "file.write('started', ''); for (;;) {}");
+    addPassing({"tst_b"});
+    for (const int signal : {SIGINT, SIGTERM}) {
+        QFile::remove(runner.suitePath() + "/tst_a/started");
+        QProcess process;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), {"--retry", "2", runner.suitePath()});
+        ASSERT_TRUE(process.waitForStarted());
+        while (!QFile::exists(runner.suitePath() + "/tst_a/started"))
+            QThread::msleep(10);
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        ASSERT_TRUE(process.waitForFinished(20000));
+        const RunnerOutput output{process.exitCode(), process.readAllStandardOutput(),
+                                  process.readAllStandardError()};
+        EXPECT_EQ(output.status, 130);
+        EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_a"));
+        EXPECT_TRUE(RunnerProcess::resultsOf(output).contains(
+            "FATAL Execution error|Testsuite execution was canceled while executing tst_a"));
+        EXPECT_TRUE(output.standardOutput.contains("Summary:"));
+        EXPECT_TRUE(output.standardError.contains(", interrupted in "));
+    }
+}
+
+TEST_F(RunnerTest, ASecondSignalEndsAtOnceAndLeavesNoChild)
+{
+    runner.addTestCase("tst_a", "file.write('started', ''); for (;;) {}");
+    QProcess process;
+    process.setProcessEnvironment(runner.environment);
+    process.start(RunnerProcess::program(), {runner.suitePath()});
+    while (!QFile::exists(runner.suitePath() + "/tst_a/started"))
+        QThread::msleep(10);
+    const auto pid = static_cast<pid_t>(process.processId());
+    const QByteArray children = readFile(QString("/proc/%1/task/%1/children").arg(pid)).trimmed();
+    ASSERT_FALSE(children.isEmpty());
+    // A stopped child does not follow the request to end.
+    ::kill(children.toInt(), SIGSTOP);
+    ::kill(pid, SIGINT);
+    QThread::msleep(300);
+    QElapsedTimer timer;
+    timer.start();
+    ::kill(pid, SIGINT);
+    ASSERT_TRUE(process.waitForFinished(10000));
+    EXPECT_EQ(process.exitCode(), 130);
+    QByteArray stat;
+    for (int i = 0; i < 100; ++i) {
+        stat = readFile("/proc/" + children + "/stat");
+        if (stat.isEmpty() || stat.contains(") Z "))
+            break;
+        QThread::msleep(20);
+    }
+    EXPECT_TRUE(stat.isEmpty() || stat.contains(") Z ")) << stat.constData();
+}
+
+TEST_F(RunnerTest, AChildDoesNotOutliveAKilledRunner)
+{
+    runner.addTestCase("tst_a", "file.write('started', ''); for (;;) {}");
+    QProcess process;
+    process.setProcessEnvironment(runner.environment);
+    process.start(RunnerProcess::program(), {runner.suitePath()});
+    while (!QFile::exists(runner.suitePath() + "/tst_a/started"))
+        QThread::msleep(10);
+    const auto pid = static_cast<pid_t>(process.processId());
+    const QByteArray child = readFile(QString("/proc/%1/task/%1/children").arg(pid)).trimmed();
+    process.kill();
+    process.waitForFinished();
+    QByteArray stat;
+    for (int i = 0; i < 200; ++i) {
+        stat = readFile("/proc/" + child + "/stat");
+        if (stat.isEmpty() || stat.contains(") Z "))
+            break;
+        QThread::msleep(20);
+    }
+    EXPECT_TRUE(stat.isEmpty() || stat.contains(") Z ")) << stat.constData();
+}
+
+TEST_F(RunnerTest, ColoursHeedTheUsersVariables)
+{
+    addPassing({"tst_a"});
+    const auto hasColours = [this](const char *name, const char *value) {
+        RunnerProcess other;
+        other.addTestCase("tst_a", "");
+        other.environment.insert(name, value);
+        // A terminal of its own.
+        QProcess process;
+        process.setProcessEnvironment(other.environment);
+        process.start("/usr/bin/script",
+                      {"-qec", RunnerProcess::program() + " " + other.suitePath(), "/dev/null"});
+        process.waitForFinished();
+        return process.readAllStandardOutput().contains("\x1b[34m");
+    };
+    EXPECT_TRUE(hasColours("TERM", "xterm"));
+    EXPECT_FALSE(hasColours("NO_COLOR", "1"));
+    EXPECT_FALSE(hasColours("TERM", "dumb"));
+}

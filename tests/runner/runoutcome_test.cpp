@@ -1,0 +1,111 @@
+#include "runner/runoutcome.h"
+
+#include "runner/failedtestcases.h"
+#include "support/environmentguard.h"
+#include "support/files.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+// "a:2" starts the test case a with two attempts left, "." ends it; other words are types.
+RunOutcome outcomeOf(const QString &steps)
+{
+    RunOutcome outcome;
+    QDateTime time(QDate(2024, 1, 1), QTime(0, 0));
+    for (const QString &step : steps.split(' ', Qt::SkipEmptyParts)) {
+        TestResult::Entry entry;
+        time = time.addSecs(1);
+        entry.time = time;
+        if (step.contains(':')) {
+            entry.type = TestResult::START_TEST_CASE;
+            entry.info = step.section(':', 0, 0);
+            entry.retry = step.section(':', 1).toInt();
+        } else {
+            entry.type = step == "." ? TestResult::END_TEST_CASE : TestResult::stringToResult(step);
+        }
+        if (entry.type == TestResult::SKIP_SECTION)
+            entry.info = "testcase";
+        outcome.add(entry);
+    }
+    return outcome;
+}
+
+} // namespace
+
+TEST(RunOutcomeTest, TheLastAttemptOfATestCaseDecides)
+{
+    const struct
+    {
+        const char *steps;
+        QStringList failed;
+        QStringList flaky;
+        int testCases;
+        bool hasFailure;
+    } rows[] = {
+        {"a:0 PASS . b:0 FAIL .", {"b"}, {}, 2, true},
+        {"a:2 FAIL . a:1 PASS .", {}, {"a"}, 1, false},
+        {"a:1 ERROR . a:0 FATAL .", {"a"}, {}, 1, true},
+        {"a:0 XPASS . b:0 XFAIL . c:0 WARNING .", {"a"}, {}, 3, true},
+        // Named twice on the command line: two executions.
+        {"a:0 FAIL . a:0 PASS .", {"a"}, {}, 2, true},
+        {"a:1 FAIL . a:0 PASS . a:1 PASS .", {}, {"a"}, 2, false},
+        // Left without its end.
+        {"a:0 FAIL b:0 PASS END", {"a"}, {}, 2, true},
+        {"FAIL a:0 PASS .", {}, {}, 1, true},
+        {"", {}, {}, 0, false},
+    };
+    for (const auto &row : rows) {
+        const RunOutcome outcome = outcomeOf(row.steps);
+        EXPECT_EQ(outcome.failedTestCases(), row.failed) << row.steps;
+        EXPECT_EQ(outcome.flakyTestCases(), row.flaky) << row.steps;
+        EXPECT_EQ(outcome.testCaseCount(), row.testCases) << row.steps;
+        EXPECT_EQ(outcome.hasFailure(), row.hasFailure) << row.steps;
+    }
+}
+
+TEST(RunOutcomeTest, TimesOfAllAttemptsAddUp)
+{
+    const RunOutcome outcome = outcomeOf("a:0 LOG . b:1 FAIL LOG . b:0 LOG . c:-1 SKIP_SECTION .");
+    const auto slowest = outcome.slowest(2);
+    ASSERT_EQ(slowest.size(), 2U);
+    EXPECT_EQ(slowest[0].testCase, "b");
+    EXPECT_EQ(slowest[0].milliseconds, 5000);
+    EXPECT_EQ(slowest[1].milliseconds, 2000);
+    EXPECT_EQ(outcome.skippedCount(), 1);
+}
+
+TEST(FailedTestCasesTest, ARecordBelongsToTheRealPathOfASuite)
+{
+    QTemporaryDir dir;
+    const EnvironmentGuard settings("MORVEX_USER_SETTINGS_DIR", dir.filePath("s").toLocal8Bit());
+    QDir(dir.path()).mkdir("suite");
+    QFile::link(dir.filePath("suite"), dir.filePath("link"));
+    const FailedTestCases record(dir.filePath("suite"));
+    EXPECT_FALSE(record.isRecorded());
+    EXPECT_EQ(record.write({"tst_b", "tst_a"}), "");
+    EXPECT_EQ(FailedTestCases(dir.filePath("link")).read(), (QStringList{"tst_b", "tst_a"}));
+    EXPECT_EQ(record.write({}), "");
+    EXPECT_TRUE(record.isRecorded());
+    EXPECT_EQ(record.read(), QStringList());
+    EXPECT_FALSE(FailedTestCases(dir.path()).isRecorded());
+}
+
+TEST(FailedTestCasesTest, ASettingsDirectoryThatCannotBeWrittenIsToldNotFatal)
+{
+    QTemporaryDir dir;
+    writeFile(dir.filePath("plain"), "x");
+    const EnvironmentGuard settings("MORVEX_USER_SETTINGS_DIR",
+                                    dir.filePath("plain/s").toLocal8Bit());
+    const FailedTestCases record(dir.path());
+    EXPECT_EQ(record.write({"a"}).indexOf("cannot keep the failed test cases in '" +
+                                          dir.filePath("plain/s/failed/")),
+              0);
+    EXPECT_EQ(record.read(), QStringList());
+}

@@ -1,0 +1,202 @@
+#include "support/files.h"
+#include "support/runnerprocess.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+class ScriptTest : public testing::Test
+{
+protected:
+    QStringList results(const QByteArray &script, const QStringList &options = {})
+    {
+        runner.addTestCase("tst_s", script);
+        output = runner.runSuite(options);
+        QStringList lines = RunnerProcess::resultsOf(output);
+        // The frames of suite and test case.
+        return lines.size() < 4 ? lines : lines.mid(2, lines.size() - 4);
+    }
+
+    RunnerProcess runner;
+    RunnerOutput output;
+};
+
+} // namespace
+
+TEST_F(ScriptTest, ChecksAndTheirTexts)
+{
+    EXPECT_EQ(
+        results("check.that(1, 'm'); check.that(0, 'm'); check.that(true);\n"
+                "check.equal('a', 'a', 'm'); check.equal('a', 'b', 'm');\n"
+                "check.equal(1, 2, 'm'); check.equal(0.5, 0.5, 'm');\n"
+                "check.equal(5, '5', 'm'); check.equal(NaN, NaN, 'm');\n"
+                "check.equal({b: 1, a: [2]}, {a: [2], b: 1}, 'm');\n"
+                "check.equal([1, {x: 2}], [1, {x: 3}], 'm'); check.equal(null, undefined, 'm');\n"
+                "check.pass('p', 'd'); check.fail('f');"),
+        (QStringList{"PASS m|The condition holds.", "FAIL m|The condition does not hold.",
+                     "PASS Verification|The condition holds.", "PASS m|Got expected 'a'.",
+                     "FAIL m|Expected 'b', got 'a'.", "FAIL m|Expected 2, got 1.",
+                     "PASS m|Got expected '0.5'.",
+                     "FAIL m|Expected '5 (string)', got '5 (number)'.",
+                     "PASS m|Got expected 'NaN'.", "PASS m|Got expected '{\"a\":[2],\"b\":1}'.",
+                     "FAIL m|Expected '[1,{\"x\":3}]', got '[1,{\"x\":2}]'.",
+                     "FAIL m|Expected 'undefined', got 'null'.", "PASS p|d", "FAIL f|"}));
+    EXPECT_EQ(output.status, 1);
+}
+
+TEST_F(ScriptTest, ExpectedFailuresAndMisspelledOptions)
+{
+    EXPECT_EQ(results("check.that(false, 'm', {expectFail: true});"),
+              QStringList("XFAIL m|The condition does not hold."));
+    EXPECT_EQ(output.status, 0);
+    EXPECT_EQ(results("check.equal(1, 1, 'm', {expectFail: true});"),
+              QStringList("XPASS m|Got expected 1."));
+    EXPECT_EQ(output.status, 1);
+    EXPECT_EQ(results("check.that(false, 'm', {expectfail: true});").value(0).section("\\n", 0, 0),
+              "ERROR Script error|TypeError: unknown option 'expectfail'");
+}
+
+TEST_F(ScriptTest, LogEntriesHaveTheirTypes)
+{
+    EXPECT_EQ(results("log.info('i', 'd'); log.warning({a: 1}); log.error(undefined, null);\n"
+                      "log.fatal('f');"),
+              (QStringList{"LOG i|d", "WARNING {\"a\":1}|", "ERROR |", "FATAL f|"}));
+}
+
+TEST_F(ScriptTest, SectionsEndWhateverHappensInThem)
+{
+    EXPECT_EQ(results("try { section('s', 'd', function () { throw new Error('x'); }); }\n"
+                      "catch (e) { log.info(e.message); }\n"
+                      "check.equal(section('t', function () { return 7; }), 7, 'm');\n"
+                      "startSection('u', 'v'); endSection(); endSection();")
+                  .filter(QRegExp("^(LOG|PASS)")),
+              (QStringList{"LOG Start Section: s|d (section)", "LOG End Section: s|d (section)",
+                           "LOG x|", "LOG Start Section: t| (section)",
+                           "LOG End Section: t| (section)", "PASS m|Got expected 7.",
+                           "LOG Start Section: u|v (section)", "LOG End Section: u|v (section)"}));
+    EXPECT_TRUE(output.standardOutput.contains("there are no started result sections"));
+}
+
+TEST_F(ScriptTest, WhateverIsThrownIsAnErrorWithItsPlace)
+{
+    const struct
+    {
+        const char *script;
+        const char *text;
+        int line;
+    } rows[] = {
+        {"\nfunction f() {\n  throw 5;\n}\nf();", "5", 3},
+        {"throw undefined;", "undefined", 1},
+        {"throw null;", "null", 1},
+        {"throw '';", "(a value without a text)", 1},
+        {"throw {};", "[object Object]", 1},
+        {"throw new RangeError('deep');", "RangeError: deep", 1},
+        {"\n\nmissing();", "ReferenceError: missing is not defined", 3},
+        {"log.info('a');\nvar x = ;", "SyntaxError: ", 2},
+        {"check.that(", "SyntaxError: ", 1},
+        {"function f() { f(); }\nf();", "RangeError: Maximum call stack size exceeded.", 1},
+    };
+    for (const auto &row : rows) {
+        results(row.script);
+        const auto lines = RunnerProcess::report(output);
+        ASSERT_EQ(lines.size(), 5U) << row.script;
+        EXPECT_EQ(lines[2].type, "ERROR");
+        EXPECT_EQ(lines[2].left,
+                  runner.suitePath() + QString("/tst_s/script.js:%1: Script error").arg(row.line));
+        EXPECT_EQ(lines[2].right.indexOf(row.text), 0) << lines[2].right.toStdString();
+        EXPECT_EQ(output.status, 1);
+    }
+}
+
+TEST_F(ScriptTest, AnExceptionKeepsTheStackOfTheIncludedFile)
+{
+    runner.addFile("lib.js", "function helper() {\n    throw 'out';\n}\nvar answer = 42;\n");
+    EXPECT_EQ(results("include('lib.js');\ncheck.equal(answer, 42, 'm');\nhelper();").value(1),
+              "ERROR Script error|out\\n  at " + runner.suitePath() + "/lib.js:2\\n  at " +
+                  runner.suitePath() + "/tst_s/script.js:3");
+    runner.addFile("bad.js", "\n\nthrow 'at once';\n");
+    EXPECT_EQ(results("try { include('bad.js'); } catch (e) { log.info(e); }\ninclude('bad.js');"),
+              (QStringList{"LOG at once|", "ERROR Script error|at once\\n  at " +
+                                               runner.suitePath() + "/bad.js:3" + "\\n  at " +
+                                               runner.suitePath() + "/tst_s/script.js:2"}));
+    runner.addFile("tst_s/self.js", "include('self.js');");
+    EXPECT_EQ(results("include('self.js');").value(0).section("\\n", 0, 0),
+              "ERROR Script error|Error: include: 'self.js' includes itself");
+}
+
+TEST_F(ScriptTest, FilesAreFoundInTheTestCaseThenInTheSuite)
+{
+    runner.addFile("both.txt", "suite");
+    runner.addFile("tst_s/both.txt", "case");
+    runner.addFile("suite.txt", "suite gr\xc3\xbcn");
+    EXPECT_EQ(results("log.info(file.read('both.txt')); log.info(file.read('suite.txt'));\n"
+                      "file.write('new.txt', 'n'); file.write('suite.txt', 's');\n"
+                      "log.info(file.exists('new.txt') + ' ' + file.exists('none'));\n"
+                      "try { file.read('none'); } catch (e) { log.info(e.message); }\n"
+                      "try { file.write('no/dir/f', ''); } catch (e) { log.info('refused'); }"),
+              (QStringList{"LOG case|", QString::fromUtf8("LOG suite grün|"), "LOG true false|",
+                           "LOG cannot read 'none': No such file or directory|", "LOG refused|"}));
+    EXPECT_EQ(readFile(runner.suitePath() + "/tst_s/new.txt"), "n");
+    EXPECT_EQ(readFile(runner.suitePath() + "/suite.txt"), "s");
+}
+
+TEST_F(ScriptTest, AttachmentsAreCopiedIntoTheResultDirectory)
+{
+    runner.addFile("tst_s/a.txt", "content");
+    const QString resultDir = runner.suitePath() + "/../results";
+    EXPECT_EQ(results("attach('a.txt', 'title'); attach('a.txt');\n"
+                      "try { attach('none'); } catch (e) { log.info(e.message); }",
+                      {"--resultdir", resultDir}),
+              (QStringList{
+                  "ATTACHMENT title|" + QDir::cleanPath(resultDir) + "/attachments/tst_s/a.txt",
+                  "ATTACHMENT a_2.txt|" + QDir::cleanPath(resultDir) + "/attachments/tst_s/a_2.txt",
+                  "LOG attach: there is no file 'none'|"}));
+    EXPECT_EQ(readFile(resultDir + "/attachments/tst_s/a_2.txt"), "content");
+    EXPECT_EQ(results("attach('a.txt');"),
+              QStringList("ATTACHMENT a.txt|" + runner.suitePath() + "/tst_s/a.txt"));
+}
+
+TEST_F(ScriptTest, TheEnvironmentAndTheArgumentsReachTheScript)
+{
+    runner.addFile("env", "# comment\n\nFROM_FILE=gr\xc3\xbcn = x\nBOTH=file\n");
+    EXPECT_EQ(
+        results("log.info(env('FROM_FILE'), env('BOTH'));\n"
+                "log.info(env('NOT_SET'), scriptArguments.join('|'));\n"
+                "log.info(env('MORVEX_SUITE_DIR'));",
+                {"--envvars", runner.suitePath() + "/env", "--envvar", "BOTH=option",
+                 "--scriptargs", "a b", "--x"}),
+        (QStringList{QString::fromUtf8("LOG grün = x|option"), "LOG |a b|--x", "LOG suite|"}));
+}
+
+TEST_F(ScriptTest, PausesAreStretchedByTheirFactor)
+{
+    EXPECT_EQ(results("var start = Date.now(); snooze(0.1); snooze(-1); snooze('x');\n"
+                      "check.that(Date.now() - start >= 290, 'm');",
+                      {"--snoozeFactor", "3"}),
+              QStringList("PASS m|The condition holds."));
+}
+
+TEST_F(ScriptTest, TestCasesThatCannotBeRunAreErrors)
+{
+    runner.addFile("tst_bdd/test.feature", "Feature: x");
+    runner.addFile("tst_bdd/script.js", "check.pass('never');");
+    runner.addFile("tst_empty/nothing", "");
+    const RunnerOutput run = runner.runSuite({});
+    EXPECT_EQ(RunnerProcess::resultsOf(run).filter(QRegExp("^(ERROR|PASS)")),
+              (QStringList{"ERROR Cannot run the test case|Behaviour driven test cases (*.feature) "
+                           "can't be run yet.",
+                           "ERROR Cannot run the test case|There is no script.js in '" +
+                               runner.suitePath() + "/tst_empty'."}));
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST_F(ScriptTest, TheApiSurvivesAScriptThatReplacesWhatItCalls)
+{
+    EXPECT_EQ(results("String = null; Object.keys = null;\nlog.info('still here');").value(0),
+              "LOG still here|");
+}
