@@ -302,9 +302,16 @@ private:
     // The attributes must be out of the way before the parser goes on: it would copy them.
     Cell currentCell() const
     {
+        Cell cell{0, false};
         const QXmlStreamAttributes attributes = m_reader.attributes();
-        return {columnOf(attributes.value(QLatin1String("r"))),
-                attributes.value(QLatin1String("t")).startsWith(QLatin1Char('s'))};
+        for (const QXmlStreamAttribute &attribute : attributes) {
+            const QStringRef name = attribute.qualifiedName();
+            if (name == QLatin1String("r"))
+                cell.column = columnOf(attribute.value());
+            else if (name == QLatin1String("t"))
+                cell.hasSharedString = attribute.value().startsWith(QLatin1Char('s'));
+        }
+        return cell;
     }
 
     QString takeSharedValue()
