@@ -18,9 +18,15 @@ foreach(layer objectmodel shared test)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/${layer}" DESTINATION "${header_dir}"
         COMPONENT devel
         FILES_MATCHING PATTERN "*.h"
+        PATTERN "biffscan.h" EXCLUDE
+        PATTERN "compoundfile.h" EXCLUDE
         PATTERN "testcaserun.h" EXCLUDE
         PATTERN "testsuiterunoptions.h" EXCLUDE
-        PATTERN "xmlguard.h" EXCLUDE)
+        PATTERN "xlscell.h" EXCLUDE
+        PATTERN "xlsworkbook.h" EXCLUDE
+        PATTERN "xlsxparts.h" EXCLUDE
+        PATTERN "xmlguard.h" EXCLUDE
+        PATTERN "zippart.h" EXCLUDE)
 endforeach()
 install(FILES "${PROJECT_BINARY_DIR}/generated/morvex_export.h" DESTINATION "${header_dir}"
     COMPONENT devel)

@@ -18,3 +18,10 @@ inline QString fuzzInputFile(const uint8_t *data, std::size_t size, const char *
         std::abort();
     return path;
 }
+
+/// Ends the process, which makes the input a finding, when @p condition does not hold.
+inline void require(bool condition)
+{
+    if (!condition)
+        std::abort();
+}

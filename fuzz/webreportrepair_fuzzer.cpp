@@ -1,19 +1,7 @@
+#include "fuzzinput.h"
 #include "test/webreportrepair.h"
 
-#include <cstdint>
-#include <cstdlib>
-
 using namespace Morvex;
-
-namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-} // namespace
 
 // Whatever is in the file: the edits lie in it, in order, and what they leave is whole.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)

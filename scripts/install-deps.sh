@@ -4,12 +4,13 @@
 set -euo pipefail
 
 run=(
-    ccache cmake g++ libminizip-dev libtinyxml-dev ninja-build pkg-config
+    ccache cmake g++ libfreexl-dev libminizip-dev libtinyxml-dev ninja-build pkg-config
     qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
 )
 tests=(
     bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
-    libjsoncpp-dev libxml2-dev libxml2-utils unzip zip
+    libjsoncpp-dev libxml2-dev libxml2-utils python3-openpyxl python3-xlsxwriter python3-xlwt unzip
+    zip
 )
 # A node of any other origin will do.
 command -v npm >/dev/null || tests+=(nodejs npm)

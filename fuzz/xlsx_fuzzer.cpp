@@ -1,0 +1,55 @@
+#include "fuzzinput.h"
+#include "shared/excelxmltestdataset.h"
+#include "shared/xlsxparts.h"
+
+#include <QBuffer>
+
+using namespace Morvex;
+
+namespace {
+
+std::vector<QString> readStrings(QByteArray *xml)
+{
+    QBuffer device(xml);
+    device.open(QIODevice::ReadOnly);
+    std::vector<QString> strings;
+    readSharedStrings(&device, &strings);
+    return strings;
+}
+
+void readId(QByteArray *xml)
+{
+    QBuffer device(xml);
+    device.open(QIODevice::ReadOnly);
+    QString id;
+    bool isFound = false;
+    const QString error = readSheetId(&device, QStringLiteral("a"), &id, &isFound);
+    require(!isFound || error.isEmpty());
+}
+
+void readRows(QByteArray *xml, const std::vector<QString> &strings)
+{
+    QBuffer device(xml);
+    device.open(QIODevice::ReadOnly);
+    TestDataSet set(QString(), ',', true);
+    XlsxRows rows;
+    readSheet(&device, strings, &set, &rows);
+    const std::size_t maxRows = 1048576;
+    require(rows.records.size() <= maxRows + 1);
+}
+
+} // namespace
+
+// The bytes as an archive and as each part of one.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
+{
+    QByteArray xml(reinterpret_cast<const char *>(bytes), static_cast<int>(size));
+    readId(&xml);
+    readRows(&xml, readStrings(&xml));
+    const QString path = fuzzInputFile(bytes, size, "book.xlsx");
+    for (const char *sheet : {"", "a"}) {
+        const ExcelXmlTestDataSet set(path, sheet);
+        require(set.errorText().isEmpty() || (set.count() == 0 && !set.header()));
+    }
+    return 0;
+}

@@ -1,0 +1,80 @@
+#include "support/archive.h"
+#include "support/runnerprocess.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+class ScriptDataTest : public testing::Test
+{
+protected:
+    // What the test case logged.
+    QStringList logged(const QByteArray &script)
+    {
+        runner.addTestCase("tst_s", script);
+        return RunnerProcess::resultsOf(runner.runSuite({})).filter(QRegExp("^(LOG|PASS|FAIL)"));
+    }
+
+    RunnerProcess runner;
+};
+
+} // namespace
+
+TEST_F(ScriptDataTest, ATableIsWalkedByEachKindOfLoop)
+{
+    runner.addFile("orders.csv", "name,amount\nApple,3\nPear\n");
+    EXPECT_EQ(logged("const t = data.open('orders.csv');\n"
+                     "check.equal(t.fields, ['name', 'amount'], 'm'); log.info(t.count);\n"
+                     "for (const r of t) log.info(r.field('name'), r.field('amount'));\n"
+                     "t.forEach(function (r, i) { check.equal(r.values[0], "
+                     "t.record(i).field('name'), i); });\n"
+                     "log.info([...t].map(r => r.values));\n"),
+              (QStringList{"PASS m|Got expected '[\"name\",\"amount\"]'.", "LOG 2|", "LOG Apple|3",
+                           "LOG Pear|", "PASS 0|Got expected 'Apple'.",
+                           "PASS 1|Got expected 'Pear'.", "LOG [[\"Apple\",\"3\"],[\"Pear\"]]|"}));
+}
+
+TEST_F(ScriptDataTest, ASheetIsReadByItsName)
+{
+    const QString path = runner.suitePath() + "/book.xlsx";
+    runner.addFile("book.xlsx", "");
+    ASSERT_TRUE(QFile::remove(path));
+    writeArchive(path, {{"xl/workbook.xml", "<workbook><sheets><sheet name='Two' sheetId='2'/>"
+                                            "</sheets></workbook>"},
+                        {"xl/worksheets/sheet2.xml",
+                         "<worksheet><sheetData><row r='1'><c r='A1'><v>7</v></c></row><row "
+                         "r='2'><c r='A2'><v>8</v></c></row></sheetData></worksheet>"}});
+    EXPECT_EQ(logged("for (var r of data.open('book.xlsx', 'Two')) log.info(r.field(7));"),
+              QStringList("LOG 8|"));
+}
+
+TEST_F(ScriptDataTest, WhatCannotBeReadIsThrownWithTheFileAndTheReason)
+{
+    runner.addFile("orders.tsv", "name\nApple\n");
+    runner.addFile("notes.txt", "no table\n");
+    runner.addFile("bad.xls", "no workbook\n");
+    const struct
+    {
+        const char *call;
+        const char *message;
+    } rows[] = {
+        {"data.open('no.tsv')", "data.open: cannot read 'no.tsv': No such file or directory"},
+        {"data.open('notes.txt')", "data.open: cannot read 'notes.txt': its first lines have no "
+                                   "separator in common"},
+        {"data.open('orders.tsv', 'A')",
+         "data.open: cannot read 'orders.tsv': a file of this suffix has no sheets"},
+        {"data.open('bad.xls')", "data.open: cannot read 'bad.xls': Couldn't load "},
+        {"data.open('orders.tsv').record(1)", "there is no record 1 in '"},
+        {"data.open('orders.tsv').record(0).field('Name')", "there is no field 'Name' in '"},
+    };
+    for (const auto &row : rows) {
+        const QString line =
+            logged(QByteArray("try { ") + row.call + "; } catch (e) { log.info(e.message); }")
+                .value(0);
+        EXPECT_EQ(line.indexOf(row.message), 4) << line.toStdString();
+    }
+}

@@ -1,0 +1,296 @@
+#include "shared/settings.h"
+
+#include "shared/environment.h"
+#include "support/capture.h"
+#include "support/environmentguard.h"
+#include "support/files.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+class SettingsFileTest : public testing::Test
+{
+protected:
+    // A store of one group "g" with these lines.
+    std::unique_ptr<Settings> storeOf(const QByteArray &lines)
+    {
+        writeFile(path, "[g]\n" + lines);
+        return std::make_unique<Settings>(path);
+    }
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath("deep/er/test.ini");
+};
+
+class ExpandingSettings : public Settings
+{
+public:
+    explicit ExpandingSettings(const QString &fileName)
+        : Settings(fileName)
+    {
+        setExpandsEnvironmentVariables(true);
+    }
+};
+
+// Any characters but lone surrogates and zero, the awkward ones often.
+QString randomText(std::mt19937 &random)
+{
+    const QString awkward = QString::fromUtf8("\"\\\n\r\t,= #[]/$()n\u00e4\u2028\U0001f600");
+    QString text;
+    for (unsigned length = random() % 12; length > 0; --length) {
+        if (random() % 3 == 0)
+            text += QChar(static_cast<ushort>(1 + random() % 0xd7fe));
+        else
+            text += awkward.mid(static_cast<int>(random() % 16), 1);
+    }
+    return QString::fromUtf8(text.toUtf8());
+}
+
+} // namespace
+
+TEST_F(SettingsFileTest, HowARawValueReads)
+{
+    const struct
+    {
+        const char *raw;
+        const char *text;
+        int number;
+        int boolean;
+        const char *warning;
+    } rows[] = {
+        {" \"a b\" ", "a b", -1, -1, ""},
+        {"1", "default", 1, 1, "Morvex::Settings: entry is not a string in "},
+        {"\"1\"", "1", -1, 1, ""},
+        {" 0 ", "default", 0, 0, "entry is not a string"},
+        {"yes", "default", -1, -1, "entry is not a string"},
+        {" True", "default", -1, 1, "entry is not a string"},
+        {"\"false\"", "false", -1, 0, ""},
+        {"\"a", "default", -1, -1, "Morvex::Settings: string not delimited by quotes in "},
+        {"\"a\\", "default", -1, -1, "string not delimited by quotes"},
+        {"\"a\", \"b\"", "default", -1, -1, "entry is not a string"},
+        {"", "default", -1, -1, "entry is not a string"},
+        {"x \"a\\n\\r\\t\\\"\\\\b\" y", "a\n\r\t\"\\b", -1, -1, ""},
+        {"\"\\x\"", "default", -1, -1, "Morvex::Settings: unknown quoted character 'x' (0x78) in "},
+        {"\"\\\xe2\x82\xac\"", "default", -1, -1,
+         "Morvex::Settings: unknown quoted character with hex code 0x20ac in "},
+    };
+    for (const auto &row : rows) {
+        const auto store = storeOf("key =" + QByteArray(row.raw) + "\n");
+        const std::string warning = standardErrorOf(
+            [&] { EXPECT_EQ(store->readEntry("g", "key", "default"), row.text) << row.raw; });
+        EXPECT_NE(warning.find(row.warning), std::string::npos) << row.raw << warning;
+        EXPECT_EQ(warning.empty(), *row.warning == 0) << row.raw << warning;
+        EXPECT_EQ(store->readNumEntry("g", "key", -1), row.number) << row.raw;
+        for (const bool fallback : {false, true})
+            EXPECT_EQ(store->readBoolEntry("g", "key", fallback),
+                      row.boolean < 0 ? fallback : row.boolean == 1)
+                << row.raw;
+    }
+}
+
+TEST_F(SettingsFileTest, MissingEntriesGiveTheDefaultWithoutAWarning)
+{
+    const auto store = storeOf("key = \"x\"\n");
+    EXPECT_EQ(standardErrorOf([&] {
+                  for (const char *group : {"g", "none"}) {
+                      EXPECT_EQ(store->readEntry(group, "no", "default"), "default");
+                      EXPECT_EQ(store->readListEntry(group, "no", {"d"}), QStringList("d"));
+                      EXPECT_EQ(store->readNumEntry(group, "no", 7), 7);
+                      EXPECT_EQ(store->readDoubleEntry(group, "no", 0.5), 0.5);
+                      EXPECT_TRUE(store->readBoolEntry(group, "no", true));
+                  }
+              }),
+              "");
+}
+
+TEST_F(SettingsFileTest, LinesThatAreNoEntriesAreToldAndPassedOver)
+{
+    writeFile(path, "\xef\xbb\xbf  # comment\r\nlost = 1\r\n[ g x]\r\nA = 1\r\nbroken\r\n\r\n"
+                    "  k ey  =  2 = 3 \r\n[open\r\nB=4\r\n[g x]]\n[ g x]\nC = 5");
+    std::unique_ptr<Settings> store;
+    const std::string warnings = standardErrorOf([&] { store = std::make_unique<Settings>(path); });
+    const std::string file = path.toStdString();
+    EXPECT_EQ(warnings, "Morvex::Settings::parse: in file " + file +
+                            ": line `lost = 1' not in a group\n"
+                            "Morvex::Settings::parse: in file " +
+                            file + ": corrupted line `broken' in group ` g x'\n");
+    EXPECT_EQ(store->groupList(), (QStringList{" g x", "g x]", "open"}));
+    EXPECT_EQ(store->entryList(" g x", ""), QStringList("C")) << "a later group replaces";
+    EXPECT_EQ(store->readNumEntry("open", "B", 0), 4);
+    QString raw;
+    EXPECT_TRUE(storeOf("  k ey  =  2 = 3 \n")->readRawEntry("g", "k ey", &raw));
+    EXPECT_EQ(raw, "  2 = 3");
+}
+
+TEST_F(SettingsFileTest, KeysAreNormalizedAndPathsAreListed)
+{
+    Settings store(path);
+    store.writeRawEntry("g", "/a=b//c/", "1");
+    for (const char *key : {"a/b", "a/c/d", "a/c", "a/c-d", "a/c/e/f", "ab/x", "top"})
+        store.writeRawEntry("h", key, "1");
+    EXPECT_EQ(store.entryList("g", "a_b"), QStringList("c"));
+    EXPECT_EQ(store.entryList("h", "a/"), (QStringList{"b", "c", "c-d"}));
+    EXPECT_EQ(store.subkeyList("h", "a"), QStringList("c"));
+    EXPECT_EQ(store.subkeyList("h", ""), (QStringList{"a", "ab"}));
+    EXPECT_EQ(store.entryList("h", ""), QStringList("top"));
+    EXPECT_EQ(store.entryList("none", ""), QStringList());
+}
+
+TEST_F(SettingsFileTest, WhatIsWrittenStandsInTheFile)
+{
+    {
+        Settings store(path);
+        store.writeEntry("b", "text", QString("a\"\\\n\r\tb"));
+        store.writeEntry("b", "list", QStringList{"x", "", "y,z"});
+        store.writeEntry("b", "int", -5);
+        store.writeEntry("b", "double", 1234567.0);
+        store.writeEntry("b", "yes", true);
+        store.writeEntry("a", "x", QStringList());
+        EXPECT_FALSE(QFile::exists(path));
+    }
+    EXPECT_EQ(readFile(path), "[a]\nx = \n\n[b]\ndouble = 1.23457e+06\nint = -5\n"
+                              "list = \"x\",\"\",\"y,z\"\ntext = \"a\\\"\\\\\\n\\r\\tb\"\n"
+                              "yes = true\n\n");
+    EXPECT_EQ(Settings(path).readDoubleEntry("b", "double", 0), 1234570.0);
+}
+
+TEST_F(SettingsFileTest, ArbitraryTextsListsAndKeysSurvive)
+{
+    std::mt19937 random(20240229);
+    for (int round = 0; round < 60; ++round) {
+        QFile::remove(path);
+        const QString text = randomText(random);
+        const QString group = 'g' + randomText(random).remove('\n').remove('\r').trimmed() + 'g';
+        const QString key = 'k' + randomText(random).remove('\n').remove('\r').trimmed() + 'k';
+        QStringList list;
+        for (unsigned count = random() % 4; count > 0; --count)
+            list += randomText(random);
+        {
+            Settings store(path);
+            store.writeEntry(group, key, text);
+            store.writeEntry(group, key + "2", list);
+        }
+        for (int rewrite = 0; rewrite < 3; ++rewrite) {
+            Settings store(path);
+            EXPECT_EQ(store.readEntry(group, key, "default"), text);
+            EXPECT_EQ(store.readListEntry(group, key + "2", {"default"}), list);
+            EXPECT_TRUE(store.flush());
+        }
+    }
+}
+
+TEST_F(SettingsFileTest, TheFileIsLeftAloneUnlessSomethingWasWritten)
+{
+    const QByteArray before = "# kept\n[g]\na = 1\n";
+    writeFile(path, before);
+    Settings(path).removeEntry("g", "a");
+    EXPECT_EQ(readFile(path), before);
+
+    Settings store(path);
+    store.removeEntry("g", "/a/");
+    EXPECT_EQ(standardErrorOf([&] { store.removeEntry("h", "a"); }),
+              "Morvex::Settings::removeEntry: group 'h' not found in " + path.toStdString() + "\n");
+    EXPECT_TRUE(store.flush());
+    EXPECT_EQ(readFile(path), "[g]\n\n") << "the group stays without its last entry";
+}
+
+TEST_F(SettingsFileTest, TheLastOneToFlushWins)
+{
+    const auto store = storeOf("mine = 1\nboth = 1\n");
+    writeFile(path, "[g]\nboth = 2\ntheirs = 2\n[h]\n");
+    store->writeEntry("g", "both", 3);
+    EXPECT_TRUE(store->flush());
+    EXPECT_EQ(readFile(path), "[g]\nboth = 3\nmine =  1\n\n");
+    writeFile(path, "");
+    EXPECT_TRUE(store->flush());
+    EXPECT_NE(readFile(path), "") << "once written, each flush writes again";
+}
+
+TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsTold)
+{
+    const std::string place = dir.path().toStdString();
+    writeFile(dir.filePath("file"), "");
+    ASSERT_TRUE(QDir(dir.path()).mkdir("isdir"));
+    const struct
+    {
+        QString dir;
+        const char *name;
+        std::string readWarning;
+        std::string writeWarning;
+    } rows[] = {
+        {dir.path(), "file/a.ini", "", "flush: could not create directory `" + place + "/file'.\n"},
+        {dir.path(), "isdir", "parse: could not open file `" + place + "/isdir' for reading\n",
+         "flush: could not open file `" + place + "/isdir' for writing\n"},
+        // A place where nobody may create a file.
+        {"/proc", "new.ini", "", "flush: could not open file `/proc/new.ini' for writing\n"},
+    };
+    for (const auto &row : rows) {
+        const auto message = [](const std::string &text) {
+            return text.empty() ? text : "Morvex::Settings::" + text;
+        };
+        std::unique_ptr<Settings> store;
+        EXPECT_EQ(standardErrorOf([&] { store = std::make_unique<Settings>(row.dir, row.name); }),
+                  message(row.readWarning));
+        EXPECT_EQ(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }),
+                  message(row.writeWarning));
+    }
+}
+
+TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsToldTo)
+{
+    const EnvironmentGuard value("MORVEX_TEST_A", "val");
+    const EnvironmentGuard nested("MORVEX_TEST_B", "xx$(MORVEX_TEST_A)");
+    const EnvironmentGuard endless("MORVEX_TEST_C", "xx$(MORVEX_TEST_C)");
+    const struct
+    {
+        const char *text;
+        const char *expanded;
+    } rows[] = {
+        {"$(MORVEX_TEST_A)/$(MORVEX_TEST_A)", "val/val"},
+        {"$(MORVEX_TEST_B)", "xxval"},
+        {"$(MORVEX_TEST_NONE) $(MORVEX_TEST_A)", "$(MORVEX_TEST_NONE) val"},
+        {"$$(MORVEX_TEST_A) $$$(MORVEX_TEST_A)", "$(MORVEX_TEST_A) $val"},
+        {"$ $x $", "$ $x $"},
+        {"$(MORVEX_TEST_A $$", "$(MORVEX_TEST_A $"},
+        {"$(MORVEX_TEST_C)", "$(MORVEX_TEST_C)"},
+    };
+    for (const auto &row : rows) {
+        storeOf("")->writeEntry("g", "key", QString(row.text));
+        EXPECT_EQ(ExpandingSettings(path).readEntry("g", "key", ""), row.expanded);
+        EXPECT_EQ(ExpandingSettings(path).readListEntry("g", "key", {}), QStringList(row.expanded));
+        EXPECT_EQ(Settings(path).readEntry("g", "key", ""), row.text);
+    }
+}
+
+TEST(SettingsFilesTest, EachKindOfSettingsHasItsFile)
+{
+    QTemporaryDir dir;
+    const EnvironmentGuard user("MORVEX_USER_SETTINGS_DIR", dir.path().toLocal8Bit());
+    const EnvironmentGuard prefix("MORVEX_PREFIX", dir.path().toLocal8Bit());
+    const char *const userNames[] = {"server.ini", "webwrapper.ini", "tkwrapper.ini",
+                                     "paths.ini",  "ocr.ini",        "quillbasecmd.ini"};
+    for (int type = 0; type < 6; ++type) {
+        UserSettings(UserSettings::UserSettingsType(type)).writeEntry("g", "type", type);
+        const Settings written(dir.filePath("ver1"), userNames[type]);
+        EXPECT_EQ(written.readNumEntry("g", "type", -1), type);
+    }
+    const char *const globalNames[] = {"morvex.ini", "paths.ini"};
+    for (int type = 0; type < 2; ++type) {
+        writeFile(dir.filePath("etc/") + globalNames[type],
+                  "[g]\ntype = " + QByteArray::number(type));
+        EXPECT_EQ(
+            GlobalSettings(GlobalSettings::GlobalSettingsType(type)).readNumEntry("g", "type", -1),
+            type);
+    }
+    EXPECT_EQ(Settings::settingsDir(), dir.path());
+    EXPECT_EQ(Settings::defaultGroup(), "General");
+}
