@@ -2,7 +2,8 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { address, filter, history, model } = require('./parts');
+const { address, filter, history, model, runsOf } = require('./parts');
+const { shopRuns } = require('./demo');
 const { RunBuilder } = require('./testdata');
 
 function build(body, name = 'suite_a', index = 0) {
@@ -151,45 +152,77 @@ test('Newly failing compares with the latest earlier run that really ran the tes
         fail: (run) => run.fail('x'),
         skip: (run) => run.skipped('testcase', 't'),
     };
-    const runOf = (name, cases, index) =>
-        build(
-            (one) => {
-                for (const [testCase, body] of Object.entries(cases))
-                    one.testCase(testCase, () => bodies[body](one));
-            },
-            name,
-            index,
-        );
-    const runs = [
-        runOf(
-            'suite_a',
-            { was: 'pass', skipped: 'pass', absent: 'pass', always: 'fail', mended: 'fail' },
-            0,
-        ),
-        runOf('suite_b', { was: 'fail', always: 'pass' }, 1),
-        runOf('suite_a', { was: 'pass', skipped: 'skip', always: 'fail', mended: 'fail' }, 2),
-        runOf(
-            'suite_a',
-            {
-                was: 'fail',
-                skipped: 'fail',
-                absent: 'fail',
-                always: 'fail',
-                mended: 'pass',
-                first: 'fail',
-            },
-            3,
-        ),
+    const documentOf = (name, cases) => {
+        const run = new RunBuilder(name);
+        for (const [testCase, body] of Object.entries(cases))
+            run.testCase(testCase, () => bodies[body](run));
+        return run.finish();
+    };
+    const documents = [
+        documentOf('suite_a', {
+            was: 'pass',
+            skipped: 'pass',
+            absent: 'pass',
+            always: 'fail',
+            mended: 'fail',
+        }),
+        documentOf('suite_b', { was: 'fail', always: 'pass' }),
+        documentOf('suite_a', { was: 'pass', skipped: 'skip', always: 'fail', mended: 'fail' }),
+        documentOf('suite_a', {
+            was: 'fail',
+            skipped: 'fail',
+            absent: 'fail',
+            always: 'fail',
+            mended: 'pass',
+            first: 'fail',
+        }),
     ];
-    history.markNewlyFailing(runs, runs[3]);
+    const runs = runsOf(documents);
+    const last = model.buildRun(documents[3], 3);
+    history.markNewlyFailing(runs, last);
     assert.deepEqual(
-        runs[3].testCases.filter((node) => node.isNew).map((node) => node.name),
+        last.testCases.filter((node) => node.isNew).map((node) => node.name),
         ['was', 'skipped', 'absent'],
     );
     assert.deepEqual(
-        history.historyOf(runs, runs[3], 'absent').map(({ node }) => node && node.outcome),
+        history.historyOf(runs, last, 'absent').map(({ node }) => node && node.outcome),
         ['passed', undefined, 'failed'],
     );
+});
+
+test('What other runs know of a test is what its own page says', () => {
+    const facts = ({ kind, outcome, duration, unfinished }) => ({
+        kind,
+        outcome,
+        duration,
+        unfinished,
+    });
+    const retriedWithin = new RunBuilder('suite_a').begin('section', 'round');
+    retriedWithin.testCase('tst', (run) => run.section('s', () => run.fail('x')));
+    retriedWithin.attempt('tst_b', 0, 1, (run) => run.section('s', () => run.fail('x')));
+    retriedWithin.attempt('tst_b', 1, 1, (run) => run.section('s', () => run.pass('x')));
+    const documents = [...shopRuns(), retriedWithin.document];
+    for (const [index, run] of runsOf(documents).entries()) {
+        const full = model.buildRun(documents[index], index);
+        const tests = full.nodes.filter((node) => node.kind !== 'entry');
+        for (const node of tests) assert.deepEqual(facts(run.test(node.key)), facts(node));
+        const { cases, failed, ended } = run.summary;
+        assert.deepEqual(
+            [[...cases.keys()], failed, ended],
+            [full.testCases.map((node) => node.key), full.failed, full.ended],
+        );
+        assert.equal(run.test('nowhere/at all'), undefined);
+    }
+});
+
+test('Showing a run without failures reads nothing of the runs before', () => {
+    const before = new RunBuilder('suite_a').testCase('tst', (run) => run.pass('x')).finish();
+    const results = before.tests[0].tests[0];
+    Object.defineProperty(results, 'tests', { get: () => assert.fail('results were read') });
+    const document = new RunBuilder('suite_a').testCase('tst', (run) => run.pass('x')).finish();
+    const run = model.buildRun(document, 1);
+    history.markNewlyFailing(runsOf([before, document]), run);
+    assert.equal(run.testCases[0].isNew, false);
 });
 
 function shownNames(run, criteria) {

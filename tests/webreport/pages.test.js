@@ -177,6 +177,13 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.equal(await heading(page).textContent(), 'tst_catalogue');
             await page.goBack();
             await eventually(() => page.locator('#runPicker').inputValue(), '2');
+            await page.locator('#runPicker').focus();
+            assert.deepEqual(
+                (await page.locator('#runPicker option').allTextContents()).map((label) =>
+                    label.replace(/.* · /, ''),
+                ),
+                ['3 failed', '3 failed', '1 failed'],
+            );
             await page.locator('#runPicker').selectOption('1');
             assert.equal(await heading(page).textContent(), 'tst_catalogue');
             await page.keyboard.press('Escape');
