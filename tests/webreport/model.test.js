@@ -2,9 +2,9 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { address, filter, history, model, runsOf } = require('./parts');
+const { address, filter, history, model, repair, runsOf } = require('./parts');
 const { shopRuns } = require('./demo');
-const { RunBuilder } = require('./testdata');
+const { RunBuilder, deepStatement } = require('./testdata');
 
 function build(body, name = 'suite_a', index = 0) {
     const run = new RunBuilder(name);
@@ -223,6 +223,32 @@ test('Showing a run without failures reads nothing of the runs before', () => {
     const run = model.buildRun(document, 1);
     history.markNewlyFailing(runsOf([before, document]), run);
     assert.equal(run.testCases[0].isNew, false);
+});
+
+test('Sections nested by the thousand become rows of a list that is deep enough to read', () => {
+    const depth = 5000;
+    const { runs } = repair.readDataFile('var data = [];\n' + deepStatement(depth));
+    const run = model.buildRun(runs[0], 0);
+    const sections = run.nodes.filter((node) => node.raw.type === 'section');
+    assert.equal(sections.length, depth);
+    assert.ok(Math.max(...run.nodes.map((node) => node.depth)) <= 200);
+    assert.equal(new Set(run.nodes.map((node) => node.key)).size, run.nodes.length);
+    // Rows beside what they lie in say so, and still answer for all that lies in them.
+    const last = sections[depth - 1];
+    assert.deepEqual([sections[100].tooDeep, last.tooDeep], [false, true]);
+    assert.deepEqual([sections[0].counts, last.counts], [
+        { pass: depth, fail: 1 },
+        { pass: 1, fail: 1 },
+    ]);
+    assert.ok(sections.every((node) => node.outcome === 'failed'));
+    assert.equal(runsOf(runs)[0].summary.cases.get('tst_deep').outcome, 'failed');
+    const selection = filter.select(run, {
+        text: 'innermost',
+        tests: new Map(),
+        entries: new Map(),
+    });
+    const rows = filter.listRows(run, selection, () => true, false);
+    assert.equal(rows[rows.length - 1].name, 'innermost');
 });
 
 function shownNames(run, criteria) {
