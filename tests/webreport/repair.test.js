@@ -3,7 +3,14 @@
 const assert = require('node:assert/strict');
 const test = require('node:test');
 const { repair } = require('./parts');
-const { RunBuilder, dataFile, deepStatement, documentText, statement, tableRow } = require('./testdata');
+const {
+    RunBuilder,
+    dataFile,
+    deepStatement,
+    documentText,
+    statement,
+    tableRow,
+} = require('./testdata');
 
 const hostile =
     'quote " backslash \\ braces }]{[ data.push( {"version" "tests":[ \u{1F600} \\" end\\';
@@ -110,8 +117,8 @@ test('Sections nested by the thousand are read, and closed where they are cut', 
     const whole = 'var data = [];\n' + deepStatement(depth);
     const depthOf = (run) => {
         let levels = 0;
-        for (let node = run.tests[0]; node; node = node.tests && node.tests.find((one) => one.tests))
-            ++levels;
+        for (let node = run.tests[0]; node; ++levels)
+            node = node.tests.find((one) => one.tests);
         return levels;
     };
     for (const [text, repaired] of [

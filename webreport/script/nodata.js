@@ -93,8 +93,8 @@
             code('results-v1.js'),
             ' from the directory ',
             code('data'),
-            ' of this report: the page reads any depth, closes what is open and shows it, and the ' +
-                'file stays as it is. To mend one that is cut for good, run ',
+            ' of this report: the page reads any depth, closes what is open and shows it, and ' +
+                'the file stays as it is. To mend one that is cut for good, run ',
             code('morvexrunner --repair-report DIRECTORY'),
             '.',
         );
