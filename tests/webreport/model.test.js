@@ -2,8 +2,9 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { address, filter, history, model } = require('./parts');
-const { RunBuilder } = require('./testdata');
+const { address, filter, history, model, repair, runsOf } = require('./parts');
+const { shopRuns } = require('./demo');
+const { RunBuilder, deepStatement } = require('./testdata');
 
 function build(body, name = 'suite_a', index = 0) {
     const run = new RunBuilder(name);
@@ -151,45 +152,103 @@ test('Newly failing compares with the latest earlier run that really ran the tes
         fail: (run) => run.fail('x'),
         skip: (run) => run.skipped('testcase', 't'),
     };
-    const runOf = (name, cases, index) =>
-        build(
-            (one) => {
-                for (const [testCase, body] of Object.entries(cases))
-                    one.testCase(testCase, () => bodies[body](one));
-            },
-            name,
-            index,
-        );
-    const runs = [
-        runOf(
-            'suite_a',
-            { was: 'pass', skipped: 'pass', absent: 'pass', always: 'fail', mended: 'fail' },
-            0,
-        ),
-        runOf('suite_b', { was: 'fail', always: 'pass' }, 1),
-        runOf('suite_a', { was: 'pass', skipped: 'skip', always: 'fail', mended: 'fail' }, 2),
-        runOf(
-            'suite_a',
-            {
-                was: 'fail',
-                skipped: 'fail',
-                absent: 'fail',
-                always: 'fail',
-                mended: 'pass',
-                first: 'fail',
-            },
-            3,
-        ),
+    const documentOf = (name, cases) => {
+        const run = new RunBuilder(name);
+        for (const [testCase, body] of Object.entries(cases))
+            run.testCase(testCase, () => bodies[body](run));
+        return run.finish();
+    };
+    const documents = [
+        documentOf('suite_a', {
+            was: 'pass',
+            skipped: 'pass',
+            absent: 'pass',
+            always: 'fail',
+            mended: 'fail',
+        }),
+        documentOf('suite_b', { was: 'fail', always: 'pass' }),
+        documentOf('suite_a', { was: 'pass', skipped: 'skip', always: 'fail', mended: 'fail' }),
+        documentOf('suite_a', {
+            was: 'fail',
+            skipped: 'fail',
+            absent: 'fail',
+            always: 'fail',
+            mended: 'pass',
+            first: 'fail',
+        }),
     ];
-    history.markNewlyFailing(runs, runs[3]);
+    const runs = runsOf(documents);
+    const last = model.buildRun(documents[3], 3);
+    history.markNewlyFailing(runs, last);
     assert.deepEqual(
-        runs[3].testCases.filter((node) => node.isNew).map((node) => node.name),
+        last.testCases.filter((node) => node.isNew).map((node) => node.name),
         ['was', 'skipped', 'absent'],
     );
     assert.deepEqual(
-        history.historyOf(runs, runs[3], 'absent').map(({ node }) => node && node.outcome),
+        history.historyOf(runs, last, 'absent').map(({ node }) => node && node.outcome),
         ['passed', undefined, 'failed'],
     );
+});
+
+test('What other runs know of a test is what its own page says', () => {
+    const facts = ({ kind, outcome, duration, unfinished }) => ({
+        kind,
+        outcome,
+        duration,
+        unfinished,
+    });
+    const retriedWithin = new RunBuilder('suite_a').begin('section', 'round');
+    retriedWithin.testCase('tst', (run) => run.section('s', () => run.fail('x')));
+    retriedWithin.attempt('tst_b', 0, 1, (run) => run.section('s', () => run.fail('x')));
+    retriedWithin.attempt('tst_b', 1, 1, (run) => run.section('s', () => run.pass('x')));
+    const documents = [...shopRuns(), retriedWithin.document];
+    for (const [index, run] of runsOf(documents).entries()) {
+        const full = model.buildRun(documents[index], index);
+        const tests = full.nodes.filter((node) => node.kind !== 'entry');
+        for (const node of tests) assert.deepEqual(facts(run.test(node.key)), facts(node));
+        const { cases, failed, ended } = run.summary;
+        assert.deepEqual(
+            [[...cases.keys()], failed, ended],
+            [full.testCases.map((node) => node.key), full.failed, full.ended],
+        );
+        assert.equal(run.test('nowhere/at all'), undefined);
+    }
+});
+
+test('Showing a run without failures reads nothing of the runs before', () => {
+    const before = new RunBuilder('suite_a').testCase('tst', (run) => run.pass('x')).finish();
+    const results = before.tests[0].tests[0];
+    Object.defineProperty(results, 'tests', { get: () => assert.fail('results were read') });
+    const document = new RunBuilder('suite_a').testCase('tst', (run) => run.pass('x')).finish();
+    const run = model.buildRun(document, 1);
+    history.markNewlyFailing(runsOf([before, document]), run);
+    assert.equal(run.testCases[0].isNew, false);
+});
+
+test('Sections nested by the thousand become rows of a list that is deep enough to read', () => {
+    const depth = 5000;
+    const { runs } = repair.readDataFile('var data = [];\n' + deepStatement(depth));
+    const run = model.buildRun(runs[0], 0);
+    const sections = run.nodes.filter((node) => node.raw.type === 'section');
+    assert.equal(sections.length, depth);
+    assert.ok(Math.max(...run.nodes.map((node) => node.depth)) <= 200);
+    assert.equal(new Set(run.nodes.map((node) => node.key)).size, run.nodes.length);
+    // Rows beside what they lie in say so, and still answer for all that lies in them.
+    const last = sections[depth - 1];
+    assert.deepEqual([sections[100].tooDeep, last.tooDeep], [false, true]);
+    assert.deepEqual([sections[0].counts, last.counts], [
+        { pass: depth, fail: 1 },
+        { pass: 1, fail: 1 },
+    ]);
+    assert.ok(sections.every((node) => node.outcome === 'failed'));
+    assert.equal(runsOf(runs)[0].summary.cases.get('tst_deep').outcome, 'failed');
+    const selection = filter.select(run, {
+        text: 'innermost',
+        tests: new Map(),
+        entries: new Map(),
+    });
+    const rows = filter.listRows(run, selection, () => true, false);
+    assert.equal(rows[rows.length - 1].name, 'innermost');
 });
 
 function shownNames(run, criteria) {

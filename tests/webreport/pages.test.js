@@ -6,7 +6,7 @@ const path = require('node:path');
 const { after, before, describe, test } = require('node:test');
 const tools = require('./browser');
 const { shopRuns } = require('./demo');
-const { RunBuilder, dataFile } = require('./testdata');
+const { RunBuilder, dataFile, deepStatement } = require('./testdata');
 
 if (tools.missing) console.log(tools.missing);
 
@@ -177,6 +177,13 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.equal(await heading(page).textContent(), 'tst_catalogue');
             await page.goBack();
             await eventually(() => page.locator('#runPicker').inputValue(), '2');
+            await page.locator('#runPicker').focus();
+            assert.deepEqual(
+                (await page.locator('#runPicker option').allTextContents()).map((label) =>
+                    label.replace(/.* · /, ''),
+                ),
+                ['3 failed', '3 failed', '1 failed'],
+            );
             await page.locator('#runPicker').selectOption('1');
             assert.equal(await heading(page).textContent(), 'tst_catalogue');
             await page.keyboard.press('Escape');
@@ -446,12 +453,50 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
         }
     });
 
-    test('A file that is no data file is told from one that is', async () => {
-        const directory = report(null);
-        await onPage(tools.fileAddress(directory), async (page) => {
-            assert.doesNotMatch(await page.locator('#nodata').innerText(), /null|undefined/);
-            await page.setInputFiles('#dataFile', path.join(directory, 'index.html'));
-            assert.match(await page.getByRole('alert').textContent(), /holds no runs/);
+    test('Sections too deep for the browser are shown through the chooser', async () => {
+        const directory = report(dataFile(shopRuns()) + deepStatement(5000));
+        await onPage(
+            tools.fileAddress(directory),
+            async (page) => {
+                assert.match(await page.locator('#nodata').innerText(), /nested by the thousand/);
+                await page.setInputFiles('#dataFile', tools.dataFileOf(directory));
+                await page.locator('#tree .row').first().waitFor();
+                assert.equal(await page.locator('#runPicker option').count(), 4);
+                await page.keyboard.press('e');
+                await page.keyboard.press('n');
+                assert.equal(await heading(page).textContent(), 'innermost');
+                await page.keyboard.press('k');
+                await page.keyboard.press('k');
+                assert.match(await page.locator('#detail .marks').innerText(), /nested deeper/);
+            },
+            { dataIsCut: true },
+        );
+    });
+
+    test('A page without data says what was the matter with the file', async () => {
+        const said = (page) => page.locator('#nodata p').first().innerText();
+        const alert = (page) => page.getByRole('alert').textContent();
+        const missing = report(null);
+        await onPage(tools.fileAddress(missing), async (page) => {
+            assert.match(await said(page), /could not load/);
+            await page.setInputFiles('#dataFile', path.join(missing, 'index.html'));
+            assert.match(await alert(page), /holds no runs/);
+        });
+        await onPage(tools.fileAddress(report(dataFile([]))), async (page) =>
+            assert.match(await said(page), /no run is in it/),
+        );
+        const tooLarge = report('var data = [];\n');
+        fs.truncateSync(tools.dataFileOf(tooLarge), 600 * 1024 * 1024);
+        await onPage(tools.fileAddress(missing), async (page) => {
+            await page.setInputFiles('#dataFile', tools.dataFileOf(tooLarge));
+            assert.match(await alert(page), /600 MB.*512 MB.*new report/);
+            await page.evaluate(() => {
+                FileReader.prototype.readAsText = function fail() {
+                    this.onerror();
+                };
+            });
+            await page.setInputFiles('#dataFile', path.join(missing, 'index.html'));
+            assert.match(await alert(page), /could not be read/);
         });
     });
 

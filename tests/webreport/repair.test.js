@@ -3,7 +3,14 @@
 const assert = require('node:assert/strict');
 const test = require('node:test');
 const { repair } = require('./parts');
-const { RunBuilder, dataFile, documentText, statement, tableRow } = require('./testdata');
+const {
+    RunBuilder,
+    dataFile,
+    deepStatement,
+    documentText,
+    statement,
+    tableRow,
+} = require('./testdata');
 
 const hostile =
     'quote " backslash \\ braces }]{[ data.push( {"version" "tests":[ \u{1F600} \\" end\\';
@@ -104,6 +111,25 @@ for (const [name, text, count, repaired] of files) {
         for (const run of read.runs) assert.ok(Array.isArray(run.tests));
     });
 }
+
+test('Sections nested by the thousand are read, and closed where they are cut', () => {
+    const depth = 5000;
+    const whole = 'var data = [];\n' + deepStatement(depth);
+    const depthOf = (run) => {
+        let levels = 0;
+        for (let node = run.tests[0]; node; ++levels)
+            node = node.tests.find((one) => one.tests);
+        return levels;
+    };
+    for (const [text, repaired] of [
+        [whole, []],
+        [whole.slice(0, whole.indexOf('innermost')), [0]],
+    ]) {
+        const read = repair.readDataFile(text);
+        assert.deepEqual(read.repaired, repaired);
+        assert.equal(depthOf(read.runs[0]), depth + 2);
+    }
+});
 
 test('A file of another kind is refused', () => {
     for (const text of ['', 'hello', '<html></html>', '{"a":1}', 'PK\u0003\u0004'])

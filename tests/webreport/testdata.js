@@ -132,6 +132,26 @@ function dataFile(documents) {
     return 'var data = [];\n' + documents.map(statement).join('');
 }
 
+/// A run of one test case whose sections are never ended: `depth` of them, each with one passed
+/// result, and a failure in the innermost. As text, since JSON.stringify calls itself.
+function deepStatement(depth) {
+    const run = new RunBuilder('suite_deep').testCase('tst_deep', (one) => one.fail('innermost'));
+    const text = statement(run.finish());
+    const failure = text.indexOf('{"lineNo"');
+    const time = '"2026-03-02T22:00:00Z"';
+    const open =
+        `{"name":"Loop","start":${time},"type":"section","tests":[` +
+        `{"result":"PASS","text":"round","time":${time},"type":"scriptedVerificationResult"},`;
+    const end = text.indexOf('}', failure) + 1;
+    return (
+        text.slice(0, failure) +
+        open.repeat(depth) +
+        text.slice(failure, end) +
+        `],"stop":${time}}`.repeat(depth) +
+        text.slice(end)
+    );
+}
+
 function tableRow(elementType, line, texts, colors = []) {
     const cells = texts.map((text, index) => ({
         properties: [
@@ -142,4 +162,4 @@ function tableRow(elementType, line, texts, colors = []) {
     return { diffType: 'row', diffValue: { cells, line }, elementType };
 }
 
-module.exports = { RunBuilder, dataFile, documentText, statement, tableRow };
+module.exports = { RunBuilder, dataFile, deepStatement, documentText, statement, tableRow };

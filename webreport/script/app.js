@@ -12,8 +12,7 @@
 
     class Page {
         constructor(documents) {
-            this.runs = documents.map((document, index) => model.buildRun(document, index));
-            this.runs.forEach((run) => report.history.markNewlyFailing(this.runs, run));
+            this.runs = report.runsOf(documents);
             this.openTests = new report.OpenTests();
             this.treeHost = document.getElementById('tree');
             this.detailHost = document.getElementById('detail');
@@ -32,10 +31,17 @@
 
         readAddress() {
             this.state = address.parse(location.hash);
-            this.run = this.runs[this.state.run] || this.runs[this.runs.length - 1];
+            this.useRun(this.runs[this.state.run] || this.runs[this.runs.length - 1]);
             this.current = address.find(this.run, this.state.at);
             this.openTests.reset();
             this.openTests.openTo(this.current);
+        }
+
+        /// Only the tree of the shown run is kept.
+        useRun({ document, index }) {
+            if (this.run && this.run.index === index) return;
+            this.run = model.buildRun(document, index);
+            report.history.markNewlyFailing(this.runs, this.run);
         }
 
         /// Going from row to row leaves no trail in the history of the browser, changing the run
@@ -142,8 +148,8 @@
 
         showRun(run) {
             const key = this.current.key;
-            this.run = run;
-            this.current = address.find(run, key);
+            this.useRun(run);
+            this.current = address.find(this.run, key);
             this.openTests.reset();
             this.openTests.openTo(this.current);
             this.writeAddress(true);

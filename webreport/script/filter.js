@@ -119,15 +119,17 @@
     /// are listed. Sorting is for the top level: below it the order is the story.
     function listRows(run, selection, isOpen, slowest) {
         const rows = [];
-        const visit = (node) => {
-            if (!selection.shown[node.id]) return;
+        const waiting = [run.root];
+        while (waiting.length > 0) {
+            const node = waiting.pop();
+            if (!selection.shown[node.id]) continue;
             rows.push(node);
-            if (node.kind === 'entry' || !isOpen(node)) return;
-            const sorted =
+            if (node.kind === 'entry' || !isOpen(node)) continue;
+            const children =
                 slowest && node === run.root ? slowestFirst(node.children) : node.children;
-            sorted.forEach(visit);
-        };
-        visit(run.root);
+            for (let index = children.length - 1; index >= 0; --index)
+                waiting.push(children[index]);
+        }
         return rows;
     }
 

@@ -6,22 +6,23 @@
     const { count, counted, dateTime, duration } = report.format;
 
     function runLabel(run) {
-        const { failed } = run;
-        const outcome = !run.ended
-            ? 'not ended'
-            : failed > 0
-              ? failed + ' failed'
-              : report.marks.outcomeOf(run.root).label.toLowerCase();
-        return (
-            'Run ' +
-            (run.index + 1) +
-            ' · ' +
-            dateTime(run.root.raw.start) +
-            ' · ' +
-            run.name +
-            ' · ' +
-            outcome
-        );
+        return 'Run ' + (run.index + 1) + ' · ' + dateTime(run.raw.start) + ' · ' + run.name;
+    }
+
+    function runOutcome(run) {
+        const { failed, ended, root } = run.summary;
+        if (!ended) return 'not ended';
+        return failed > 0
+            ? failed + ' failed'
+            : report.marks.outcomeOf(root).label.toLowerCase();
+    }
+
+    /// When someone turns to the list: the outcomes of all runs take a while to work out.
+    function addOutcomes(app, options) {
+        for (const option of options) {
+            const run = app.runs[Number(option.value)];
+            option.textContent = runLabel(run) + ' · ' + runOutcome(run);
+        }
     }
 
     function runPicker(app) {
@@ -34,6 +35,8 @@
             {
                 'id': 'runPicker',
                 'aria-label': 'Run',
+                'onpointerdown': () => addOutcomes(app, options),
+                'onfocus': () => addOutcomes(app, options),
                 'onchange': () => app.showRun(app.runs[Number(select.value)]),
             },
             options,

@@ -6,7 +6,7 @@
 
     /// A run of another suite may hold test cases of the same names.
     function isSameSuite(run, other) {
-        return run.name === other.name && run.root.raw.type === other.root.raw.type;
+        return run.name === other.name && run.root.raw.type === other.raw.type;
     }
 
     /// `{run, node}` for each run of the same suite, oldest first; `node` is undefined where the
@@ -14,19 +14,20 @@
     function historyOf(runs, run, key) {
         return runs
             .filter((other) => isSameSuite(run, other))
-            .map((other) => ({ run: other, node: other.byKey.get(key) }));
+            .map((other) => ({ run: other, node: other.test(key) }));
     }
 
-    /// The test in the latest earlier run that really ran it.
+    /// The test case in the latest earlier run that really ran it.
     function previousOf(runs, run, key) {
         for (let index = run.index - 1; index >= 0; --index) {
-            const node = isSameSuite(run, runs[index]) && runs[index].byKey.get(key);
-            if (node && node.outcome !== 'skipped' && node.outcome !== 'unfinished') return node;
+            const found = isSameSuite(run, runs[index]) && runs[index].summary.cases.get(key);
+            if (found && found.outcome !== 'skipped' && found.outcome !== 'unfinished')
+                return found;
         }
         return null;
     }
 
-    /// Sets `isNew` on the test cases that fail now and did not fail before.
+    /// Sets `isNew` on the test cases of the model `run` that fail now and did not fail before.
     function markNewlyFailing(runs, run) {
         for (const testCase of run.testCases) {
             const failed = isFailed(testCase) && testCase.outcome !== 'unfinished';

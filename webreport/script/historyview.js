@@ -14,7 +14,7 @@
             'Run ' +
             (run.index + 1) +
             ', ' +
-            report.format.dateTime(run.root.raw.start) +
+            report.format.dateTime(run.raw.start) +
             ': ' +
             what +
             time
@@ -24,7 +24,7 @@
     function mark(app, point) {
         const { run, node } = point;
         const title = description(point);
-        const here = run === app.run;
+        const here = run.index === app.run.index;
         const content = [
             node ? icon(outcomeOf(node).icon) : element('span', { class: 'absent' }, '–'),
             element('span', { class: 'number' }, String(run.index + 1)),

@@ -36,6 +36,14 @@
             badges.push(badge('unfinished', 'not ended'));
         if (node.kind === 'attempts')
             badges.push(element('span', { class: 'badge' }, node.children.length + ' attempts'));
+        if (node.tooDeep)
+            badges.push(
+                element(
+                    'span',
+                    { class: 'badge', title: 'What lies in it stands behind it' },
+                    'nested deeper',
+                ),
+            );
         return badges;
     }
 

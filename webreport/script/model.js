@@ -2,164 +2,15 @@
 //
 // A node is `{id, kind, raw, name, parent, children, place, depth, end, key, outcome, unfinished,
 // brokeOff, counts, duration}`. `id` is its place in `run.nodes`, which is in the order of reading;
-// the nodes below it stand from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that
+// what lies in it stands from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that
 // was retried: its children are the attempts) or 'entry'. `place` counts among its siblings,
-// `brokeOff` is set on the innermost test that was running when the data breaks off.
+// `brokeOff` is set on the innermost test that was running when the data breaks off. `tooDeep` is
+// set on a test that stands beside the one it lies in, for want of levels; its outcome, counts and
+// `end` are still those of all that lies in it.
 (function (report) {
     'use strict';
 
-    const { outcomes } = report;
-    const severity = new Map(outcomes.testOutcomes.map((outcome, index) => [outcome.key, index]));
-
-    function isTest(raw) {
-        return Array.isArray(raw.tests) || raw.isSkipped === true;
-    }
-
-    function isRetryOf(raw, attempts) {
-        const last = attempts[attempts.length - 1];
-        return (
-            isTest(raw) &&
-            raw.retry &&
-            last.retry &&
-            raw.type === last.type &&
-            raw.name === last.name &&
-            raw.retry.count > last.retry.count
-        );
-    }
-
-    /// The children of a test with the attempts of each retried test case as one list.
-    function withAttempts(list) {
-        const children = [];
-        for (const raw of list) {
-            if (!raw || typeof raw !== 'object') continue;
-            const last = children[children.length - 1];
-            if (last && isTest(last[0]) && isRetryOf(raw, last)) last.push(raw);
-            else children.push([raw]);
-        }
-        return children;
-    }
-
-    /// Names a child within its parent: by its name for a test, so that the same test case has the
-    /// same key in each run, and by its place for an entry.
-    function childKey(parent, node, index, used) {
-        let part = '!' + index;
-        if (parent.kind === 'attempts') {
-            part = '@' + (index + 1);
-        } else if (node.kind !== 'entry') {
-            part = report.format.encoded(node.name) || '~0';
-            const seen = (used.get(part) || 0) + 1;
-            used.set(part, seen);
-            if (seen > 1) part += '~' + seen;
-        }
-        return parent.key ? parent.key + '/' + part : part;
-    }
-
-    function durationOf(raw) {
-        const time = Date.parse(raw.stop) - Date.parse(raw.start);
-        return time >= 0 ? time : null;
-    }
-
-    function addNode(run, raw, kind, parent) {
-        const node = {
-            id: run.nodes.length,
-            kind,
-            raw,
-            parent,
-            children: [],
-            key: '',
-            name: raw.name || '',
-            depth: parent ? parent.depth + 1 : 0,
-            place: parent ? parent.children.length : 0,
-        };
-        run.nodes.push(node);
-        if (parent) parent.children.push(node);
-        return node;
-    }
-
-    function finish(run, node) {
-        node.end = run.nodes.length - 1;
-        run.byKey.set(node.key, node);
-    }
-
-    function buildEntry(run, node) {
-        node.entryKind =
-            'result' in node.raw ? outcomes.kindOfResult(node.raw.result) : 'attachment';
-        node.name =
-            node.raw.text ||
-            (node.entryKind === 'attachment' ? report.format.locationText(node.raw.uri) : '');
-    }
-
-    function buildChildren(run, node) {
-        const used = new Map();
-        withAttempts(node.raw.tests || []).forEach((attempts, index) => {
-            const raw = attempts[0];
-            const kind = attempts.length > 1 ? 'attempts' : isTest(raw) ? 'test' : 'entry';
-            const child = addNode(run, raw, kind, node);
-            child.key = childKey(node, child, index, used);
-            if (kind === 'attempts') buildAttempts(run, child, attempts);
-            else if (kind === 'test') buildTest(run, child);
-            else buildEntry(run, child);
-            finish(run, child);
-        });
-    }
-
-    function buildAttempts(run, group, attempts) {
-        attempts.forEach((raw, index) => {
-            const child = addNode(run, raw, 'test', group);
-            child.key = childKey(group, child, index);
-            child.attempt = index + 1;
-            buildTest(run, child);
-            finish(run, child);
-        });
-        const last = group.children[group.children.length - 1];
-        const failedBefore = group.children.slice(0, -1).some(isFailed);
-        group.outcome = last.outcome === 'passed' && failedBefore ? 'flaky' : last.outcome;
-        group.unfinished = last.unfinished;
-        group.counts = sumOfCounts(group.children);
-        group.duration = group.children.reduce((sum, attempt) => sum + (attempt.duration || 0), 0);
-    }
-
-    function buildTest(run, node) {
-        buildChildren(run, node);
-        node.unfinished = !('stop' in node.raw);
-        node.brokeOff = node.unfinished && !node.children.some((child) => child.unfinished);
-        node.counts = sumOfCounts(node.children);
-        node.outcome = outcomeOf(node);
-        node.duration = durationOf(node.raw);
-    }
-
-    function sumOfCounts(children) {
-        const counts = {};
-        for (const child of children) {
-            if (child.kind === 'entry') {
-                counts[child.entryKind] = (counts[child.entryKind] || 0) + 1;
-                continue;
-            }
-            for (const [key, count] of Object.entries(child.counts))
-                counts[key] = (counts[key] || 0) + count;
-        }
-        return counts;
-    }
-
-    function outcomeOfChild(child) {
-        if (child.kind !== 'entry') return child.outcome;
-        if (child.entryKind === 'error') return 'error';
-        return outcomes.entryKind.get(child.entryKind).failed ? 'failed' : 'passed';
-    }
-
-    function outcomeOf(node) {
-        if (node.raw.isSkipped) return 'skipped';
-        let worst = node.unfinished
-            ? 'unfinished'
-            : node.children.length > 0
-              ? 'skipped'
-              : 'passed';
-        for (const child of node.children) {
-            const outcome = outcomeOfChild(child);
-            if (severity.get(outcome) < severity.get(worst)) worst = outcome;
-        }
-        return worst;
-    }
+    const { outcomes, walk } = report;
 
     function isFailed(node) {
         return node.kind === 'entry'
@@ -167,39 +18,92 @@
             : Boolean(outcomes.testOutcome.get(node.outcome).failed);
     }
 
-    /// The outermost test cases: a skipped test case holds one more of its own name.
-    function collectTestCases(node, found) {
-        if (node.kind === 'entry') return;
-        if (node.raw.type === 'testcase') found.push(node);
-        else node.children.forEach((child) => collectTestCases(child, found));
+    function entryName(raw, kind) {
+        return raw.text || (kind === 'attachment' ? report.format.locationText(raw.uri) : '');
     }
 
-    /// For each node the test case that it is or lies in.
-    function assignTestCases(run) {
-        for (const testCase of run.testCases) {
-            for (let id = testCase.id; id <= testCase.end; ++id) run.nodes[id].testCase = testCase;
+    /// Places get `node`, the node of the test, and `holder`, the one whose children its children
+    /// become.
+    class TreeBuilder {
+        constructor(run) {
+            this.run = run;
+        }
+
+        addNode(raw, kind, parent, name) {
+            const { nodes } = this.run;
+            const node = {
+                id: nodes.length,
+                kind,
+                raw,
+                parent,
+                children: [],
+                key: '',
+                name,
+                depth: parent ? parent.depth + 1 : 0,
+                place: parent ? parent.children.length : 0,
+            };
+            nodes.push(node);
+            if (parent) parent.children.push(node);
+            return node;
+        }
+
+        setKey(node, part) {
+            node.key = node.parent && node.parent.key ? node.parent.key + '/' + part : part;
+            this.run.byKey.set(node.key, node);
+        }
+
+        enter(place) {
+            const { kind, raw, parent } = place;
+            const holder = parent ? parent.holder : null;
+            place.node = this.addNode(raw, kind, holder, raw.name || '');
+            place.node.counts = {};
+            place.node.tooDeep = Boolean(parent) && parent.node !== holder;
+            place.holder = place.node.depth < walk.deepest ? place.node : holder;
+            if (parent && parent.kind === 'attempts') place.node.attempt = parent.held;
+            this.setKey(place.node, parent ? place.takeName() : '');
+            if (place.holder !== place.node) place.names = parent.names;
+        }
+
+        entry(place, raw, kind) {
+            const node = this.addNode(raw, 'entry', place.holder, entryName(raw, kind));
+            node.entryKind = kind;
+            node.end = node.id;
+            place.node.counts[kind] = (place.node.counts[kind] || 0) + 1;
+            this.setKey(node, '!' + node.place);
+        }
+
+        leave(place) {
+            const { node, outcome, unfinished, brokeOff, duration } = place;
+            Object.assign(node, { outcome, unfinished, brokeOff, duration });
+            node.end = this.run.nodes.length - 1;
+            if (!place.parent) return;
+            const { counts } = place.parent.node;
+            for (const [kind, count] of Object.entries(node.counts))
+                counts[kind] = (counts[kind] || 0) + count;
         }
     }
 
-    function rootOf(tests) {
-        if (tests.length === 1 && isTest(tests[0])) return tests[0];
-        return {
-            type: 'testsuite',
-            name: tests.length > 0 ? 'Run' : 'Run that did not start',
-            tests,
-        };
+    /// The outermost test cases, since a skipped test case holds one more of its own name. Each
+    /// node gets the test case that it is or lies in.
+    function collectTestCases(run) {
+        for (let id = 0; id < run.nodes.length; ++id) {
+            const testCase = run.nodes[id];
+            if (testCase.kind === 'entry' || testCase.raw.type !== 'testcase') continue;
+            run.testCases.push(testCase);
+            for (; id <= testCase.end; ++id) run.nodes[id].testCase = testCase;
+            --id;
+        }
     }
 
     /// `index` counts from 0, in the order of the data file.
     function buildRun(document, index) {
         const run = { index, nodes: [], byKey: new Map(), testCases: [] };
-        run.root = addNode(run, rootOf(document.tests || []), 'test', null);
-        buildTest(run, run.root);
-        finish(run, run.root);
+        const root = walk.rootPlace(walk.rootOf(document));
+        walk.walk(root, new TreeBuilder(run));
+        run.root = root.node;
         run.name = run.root.name;
         run.ended = document.ended !== false && !run.root.unfinished;
-        collectTestCases(run.root, run.testCases);
-        assignTestCases(run);
+        collectTestCases(run);
         run.failed = run.testCases.filter(isFailed).length;
         run.attempts = run.testCases.reduce(
             (sum, one) => sum + (one.kind === 'attempts' ? one.children.length : 1),

@@ -1,23 +1,80 @@
-// Shown when the browser had no data to give: the file is missing, or broke off in its middle.
+// Shown when the browser had no data to give: the file is missing, or the browser refused it.
 (function (report) {
     'use strict';
 
     const { element } = report.dom;
 
-    function readText(file, done) {
+    /// What the longest text of a browser holds, in MB: the shortest of those in use, Chromium's.
+    const mostMegabytes = 512;
+    const megabyte = 1 << 20;
+
+    function code(text) {
+        return element('code', null, text);
+    }
+
+    const dataFile = () => code('data/results-v1.js');
+
+    /// Why there is no data, by what is known of it.
+    const reasons = {
+        missing: () => [
+            'The browser could not load ',
+            dataFile(),
+            ' beside this page: it is not there, may not be read, or is too large for the ' +
+                'browser. Copy the report directory as a whole.',
+        ],
+        refused: () => [
+            'The browser refused ',
+            dataFile(),
+            ', as a whole, though most or all of it may be sound. It does so when a run was ' +
+                'killed and its last line is cut, when sections are nested by the thousand, ' +
+                'as by a script that does not end its sections in a loop, and when the file ' +
+                'is too large for it. All that had been written is still in the file:',
+        ],
+        empty: () => [dataFile(), ' is whole, but no run is in it.'],
+    };
+
+    const problems = {
+        unreadable: () =>
+            'That file could not be read: the browser may not, or it changed while it was read. ' +
+            'Choose it again when no run writes to it.',
+        tooLarge: (file) =>
+            'That file has ' +
+            report.format.count(Math.ceil(file.size / megabyte)) +
+            ' MB, and browsers can hold no more than about ' +
+            mostMegabytes +
+            ' MB as text. Let the next runs begin a new report: give --reportgen html,DIRECTORY ' +
+            'a directory that is not there yet, or rename this one.',
+        noRuns: () =>
+            'That file holds no runs. It should be results-v1.js in the directory data of the ' +
+            'report.',
+    };
+
+    /// What FileReader has when it ends with an error tells too little: a text that is too long
+    /// gives the same as a file that went away.
+    function problemOfReading(file) {
+        return file.size > (mostMegabytes - 1) * megabyte ? 'tooLarge' : 'unreadable';
+    }
+
+    function readText(file, done, failed) {
         const reader = new FileReader();
-        reader.onload = () => done(String(reader.result));
-        reader.onerror = () => done('');
+        const fail = () => failed(problemOfReading(file));
+        reader.onload = () => {
+            const text = reader.result;
+            // Chromium gives an empty text, or null, where the text would be too long.
+            if (!text && file.size > 0) fail();
+            else done(text);
+        };
+        reader.onerror = fail;
         reader.readAsText(file);
     }
 
-    function chooser(onText) {
+    function chooser(onFile) {
         const input = element('input', {
             type: 'file',
             id: 'dataFile',
             accept: '.js,.json,text/javascript',
             onchange: () => {
-                if (input.files[0]) readText(input.files[0], onText);
+                if (input.files[0]) onFile(input.files[0]);
             },
         });
         return element(
@@ -28,48 +85,54 @@
         );
     }
 
-    /// `onData` gets what readDataFile returns. `problem` tells what was wrong with the file
-    /// before.
-    function show(host, onData, problem) {
-        const onText = (text) => {
-            const read = report.repair.readDataFile(text);
-            if (read && read.runs.length > 0) onData(read);
-            else
-                show(
-                    host,
-                    onData,
-                    'That file holds no runs. It should be results-v1.js in the directory data ' +
-                        'of the report.',
-                );
+    function advice() {
+        return element(
+            'p',
+            { class: 'note' },
+            'Choose ',
+            code('results-v1.js'),
+            ' from the directory ',
+            code('data'),
+            ' of this report: the page reads any depth, closes what is open and shows it, and ' +
+                'the file stays as it is. To mend one that is cut for good, run ',
+            code('morvexrunner --repair-report DIRECTORY'),
+            '.',
+        );
+    }
+
+    /// `onData` gets what readDataFile returns. `reason` is a key of `reasons`, `problem` what to
+    /// say of the file that was chosen before.
+    function show(host, onData, reason, problem) {
+        const onFile = (file) => {
+            const failed = (key) => show(host, onData, reason, problems[key](file));
+            const onText = (text) => {
+                const read = report.repair.readDataFile(text);
+                if (read && read.runs.length > 0) onData(read);
+                else failed('noRuns');
+            };
+            readText(file, onText, failed);
         };
         host.hidden = false;
         host.replaceChildren();
         report.dom.append(host, [
             element('h1', null, 'The results could not be read'),
-            element(
-                'p',
-                null,
-                'The browser found no complete ',
-                element('code', null, 'data/results-v1.js'),
-                ' beside this page. When a run is killed its last line is cut, and a browser ' +
-                    'then refuses the whole file. All that had been written is still in it:',
-            ),
+            element('p', null, reasons[reason]()),
             problem ? element('p', { class: 'notice', role: 'alert' }, problem) : null,
-            chooser(onText),
-            element(
-                'p',
-                { class: 'note' },
-                'Choose ',
-                element('code', null, 'results-v1.js'),
-                ' from the directory ',
-                element('code', null, 'data'),
-                ' of this report: the page closes what is open and shows it, and the file stays ' +
-                    'as it is. To mend it for good, run ',
-                element('code', null, 'morvexrunner --repair-report DIRECTORY'),
-                '.',
-            ),
+            chooser(onFile),
+            advice(),
         ]);
     }
 
-    report.noData = { show };
+    // The event of a script that can't be loaded does not bubble.
+    let loaded = true;
+    window.addEventListener(
+        'error',
+        (event) => {
+            if (event.target instanceof HTMLScriptElement) loaded = false;
+        },
+        true,
+    );
+
+    /// False when the browser found no data file to run; true too when it ran and failed.
+    report.noData = { show, couldLoad: () => loaded };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

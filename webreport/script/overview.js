@@ -85,25 +85,25 @@
     }
 
     function runRow(app, run) {
-        const { failed } = run;
-        const time = run.root.duration;
+        const { failed, root, cases } = run.summary;
+        const time = root.duration;
         return element(
             'tr',
-            { 'aria-current': run === app.run ? 'true' : null },
+            { 'aria-current': run.index === app.run.index ? 'true' : null },
             element(
                 'td',
                 null,
                 element('a', { href: app.addressOf(run, null) }, 'Run ' + (run.index + 1)),
             ),
-            element('td', null, report.format.dateTime(run.root.raw.start)),
+            element('td', null, report.format.dateTime(run.raw.start)),
             element(
                 'td',
                 null,
-                outcomeIcon(run.root),
+                outcomeIcon(root),
                 ' ',
-                failed > 0 ? count(failed) + ' failed' : report.marks.outcomeOf(run.root).label,
+                failed > 0 ? count(failed) + ' failed' : report.marks.outcomeOf(root).label,
             ),
-            element('td', { class: 'number' }, count(run.testCases.length)),
+            element('td', { class: 'number' }, count(cases.size)),
             element('td', { class: 'number' }, time === null ? '' : duration(time)),
         );
     }

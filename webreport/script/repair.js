@@ -27,41 +27,42 @@
     class DocumentScanner {
         constructor(text) {
             this.text = text;
-            this.stack = [];
+            /// What is open, innermost first, each with what it lies in as `parent`. A link of this
+            /// chain never changes its place, so to remember one costs the same at any depth.
+            this.top = null;
             this.key = '';
-            /// `{end, closers}`; null when the text breaks off before its first array of tests.
+            /// `{end, open}`; null when the text breaks off before its first array of tests.
             this.whole = null;
-        }
-
-        get top() {
-            return this.stack[this.stack.length - 1];
         }
 
         /// An object may end behind its tests, and behind each member that follows them.
         remember(end) {
             if (!this.top || this.top.isTests || this.top.hasTests)
-                this.whole = { end, closers: this.stack.map((one) => one.closer) };
+                this.whole = { end, open: this.top };
         }
 
         open(character, end) {
             const parent = this.top;
             const isArray = character === '[';
             const isTests =
-                isArray && this.key === 'tests' && (this.stack.length === 1 || parent.isNode);
+                isArray && this.key === 'tests' && parent && (!parent.parent || parent.isNode);
             if (isTests) parent.hasTests = true;
-            this.stack.push({
+            this.top = {
                 closer: isArray ? ']' : '}',
                 isTests,
                 isNode: Boolean(parent && parent.isTests),
-            });
+                parent,
+            };
             this.key = '';
             this.remember(end);
         }
 
         close(character, end) {
-            const closed = this.stack.pop();
-            if (closed && closed.closer === character) this.remember(end);
-            return closed && closed.closer === character;
+            const closed = this.top;
+            if (!closed || closed.closer !== character) return false;
+            this.top = closed.parent;
+            this.remember(end);
+            return true;
         }
 
         readString(open, end) {
@@ -95,6 +96,12 @@
         }
     }
 
+    function closersOf(open) {
+        const closers = [];
+        for (let one = open; one; one = one.parent) closers.push(one.closer);
+        return closers.join('');
+    }
+
     function markIfNotEnded(run) {
         const root = run.tests && run.tests[0];
         if (!root || !('stop' in root)) run.ended = false;
@@ -104,7 +111,7 @@
     /// The document of a run from a text that breaks off anywhere.
     function closeDocument(text) {
         const whole = new DocumentScanner(text).scan();
-        const closed = whole && parse(text.slice(0, whole.end) + whole.closers.reverse().join(''));
+        const closed = whole && parse(text.slice(0, whole.end) + closersOf(whole.open));
         return markIfNotEnded(closed || { ...lostRun });
     }
 

@@ -11,6 +11,6 @@
         report.noData.show(
             place,
             report.start,
-            globalThis.data ? 'The data file is whole, but no run is in it.' : '',
+            globalThis.data ? 'empty' : report.noData.couldLoad() ? 'refused' : 'missing',
         );
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -29,12 +29,21 @@
         return element('p', { class: 'notice' }, text);
     }
 
+    function depthNotice(node) {
+        if (!node.tooDeep) return null;
+        const text =
+            'Nested deeper than the list can show: it stands beside the section it lies in, and ' +
+            'what lies in it behind it. Does the script end its sections?';
+        return element('p', { class: 'notice' }, text);
+    }
+
     function testView(app, node) {
         const attempts = node.kind === 'attempts' ? node.children : [];
-        const isPlainTest = node.kind === 'attempts' || !node.attempt;
+        const isPlainTest = !node.attempt && !node.tooDeep;
         return [
             flakyNotice(node),
             unfinishedNotice(node),
+            depthNotice(node),
             report.describe(node.raw),
             report.linkBlock(app, 'Attempts', attempts, attemptTitle),
             report.linkBlock(app, 'Failures', within(app.run, node, report.model.isFailed)),

@@ -1,0 +1,80 @@
+// The runs of the data file. Of all but the shown one only what their test cases came to is ever
+// worked out, and that when it is asked for: a data file may hold months of nights.
+(function (report) {
+    'use strict';
+
+    const { outcomes, walk } = report;
+
+    const silent = { enter() {}, leave() {}, entry() {} };
+
+    /// Collects the outermost test cases by key; tests round them get keys on the way, those
+    /// within none.
+    class CaseCollector {
+        constructor() {
+            this.cases = new Map();
+        }
+
+        enter(place) {
+            const { parent } = place;
+            place.inCase = Boolean(parent && (parent.inCase || parent.isCase));
+            if (place.inCase) return;
+            place.isCase = place.raw.type === 'testcase';
+            const name = parent ? place.takeName() : '';
+            place.key = parent && parent.key ? parent.key + '/' + name : name;
+        }
+
+        leave(place) {
+            if (!place.isCase) return;
+            const { kind, raw, outcome, duration, unfinished } = place;
+            this.cases.set(place.key, { key: place.key, kind, raw, outcome, duration, unfinished });
+        }
+
+        entry() {}
+    }
+
+    class Run {
+        constructor(document, index) {
+            this.index = index;
+            this.document = document;
+            this.raw = walk.rootOf(document);
+            this.name = this.raw.name || '';
+        }
+
+        /// `{root, cases, failed, ended}`: outcomes of the run as a whole and of its test cases,
+        /// by key.
+        get summary() {
+            if (!this.known) this.known = this.summarize();
+            return this.known;
+        }
+
+        summarize() {
+            const root = walk.rootPlace(this.raw);
+            const collector = new CaseCollector();
+            walk.walk(root, collector);
+            const { kind, raw, outcome, duration, unfinished } = root;
+            let failed = 0;
+            for (const one of collector.cases.values())
+                if (outcomes.testOutcome.get(one.outcome).failed) ++failed;
+            return {
+                root: { kind, raw, outcome, duration, unfinished },
+                cases: collector.cases,
+                failed,
+                ended: this.document.ended !== false && !unfinished,
+            };
+        }
+
+        /// What the test case or section with this key came to; undefined when it did not run.
+        test(key) {
+            const known = this.summary.cases.get(key);
+            if (known) return known;
+            const place = walk.find(this.raw, key);
+            if (!place) return undefined;
+            walk.walk(place, silent);
+            const { kind, raw, outcome, duration, unfinished } = place;
+            return { key, kind, raw, outcome, duration, unfinished };
+        }
+    }
+
+    /// `index` of a run counts from 0, in the order of the data file.
+    report.runsOf = (documents) => documents.map((document, index) => new Run(document, index));
+})((globalThis.morvexReport = globalThis.morvexReport || {}));
