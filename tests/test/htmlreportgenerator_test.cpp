@@ -11,8 +11,10 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -110,6 +112,54 @@ TEST_F(HtmlReportGeneratorTest, AReportThatIsBeingWrittenIsNotRepairedUnderItsRu
                                            "goes on")
                                 .arg(report));
     EXPECT_EQ(data(), before);
+}
+
+TEST_F(HtmlReportGeneratorTest, ASecondRunDoesNotWriteIntoTheStatementOfTheFirst)
+{
+    run(runOfMessages({}));
+    writeFile(report + "/data/results-v1.js", data().chopped(20));
+    const std::unique_ptr<TestReportGenerator> generator(create().generator);
+    ASSERT_TRUE(generator);
+    generator->handleEntry(plainEntry(TestResult::START));
+    const QByteArray before = data();
+    const TestReportGenerator::Result second = create();
+    EXPECT_EQ(second.generator, nullptr);
+    EXPECT_EQ(second.error,
+              QStringLiteral("'%1/data/results-v1.js' is being written by a run that goes on; wait "
+                             "for its end or give another directory")
+                  .arg(report));
+    EXPECT_EQ(data(), before);
+}
+
+TEST_F(HtmlReportGeneratorTest, TheReportThatIsWrittenToIsTheRepairedOne)
+{
+    run(runOfMessages({}));
+    writeFile(report + "/data/results-v1.js", data().chopped(20));
+    run(runOfMessages({}));
+    EXPECT_TRUE(data().endsWith(shortRun));
+    EXPECT_EQ(data().count("data.push( "), 2);
+}
+
+TEST_F(HtmlReportGeneratorTest, AReportThatWasInterruptedWhileItWasMadeDoesNotBlockItsDirectory)
+{
+    const QString part = prefix.filePath("lib/webreport/part");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(part).constData(), 0600), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        create();
+        ::_exit(0);
+    }
+    // A writer waits for the reader, which is in the middle of the copy then.
+    const int writer = ::open(QFile::encodeName(part).constData(), O_WRONLY);
+    ASSERT_GE(writer, 0);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ::close(writer);
+    ASSERT_TRUE(QFile::remove(part));
+    EXPECT_FALSE(QDir(report).exists());
+    run(runOfMessages({}));
+    EXPECT_EQ(data(), QByteArray("var data = [];\n") + shortRun);
 }
 
 TEST_F(HtmlReportGeneratorTest, ADirectoryThatIsNoReportIsLeftAlone)
