@@ -4,6 +4,7 @@
 #include "shared/filelock.h"
 #include "shared/temporarydir.h"
 #include "shared/trace.h"
+#include "test/reportstream.h"
 #include "test/webreportdata.h"
 #include "test/webreportrepair.h"
 
@@ -12,7 +13,6 @@
 #include <QFileInfo>
 
 #include <cstdio>
-#include <fstream>
 
 namespace Morvex {
 namespace {
@@ -114,10 +114,8 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
         return {nullptr,
                 QStringLiteral("%1; wait for its end or give another directory").arg(repair.error)};
     *resultDir = dir.path();
-    auto stream = std::make_unique<std::ofstream>();
-    stream->rdbuf()->pubsetbuf(nullptr, 0);
-    stream->open(QFile::encodeName(dataFile).constData(), std::ios::app);
-    if (!stream->is_open())
+    auto stream = std::make_unique<ReportStream>(dataFile, std::ios::app, ReportStream::Unbuffered);
+    if (!stream->isOpen())
         return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(dataFile)};
     reportRepair(repair);
     return {new HtmlReportGenerator(std::move(stream), std::move(lock), *resultDir, type),

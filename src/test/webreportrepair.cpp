@@ -1,6 +1,7 @@
 #include "test/webreportrepair.h"
 
 #include "shared/filelock.h"
+#include "test/openreportfile.h"
 #include "test/webreportdata.h"
 #include "test/webreportscanner.h"
 
@@ -203,12 +204,12 @@ QString save(const QString &fileName, const char *data, qint64 size,
              const std::vector<WebReportEdit> &edits)
 {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly)) {
-        forEachPiece(data, size, edits,
-                     [&file](const char *piece, qint64 length) { file.write(piece, length); });
-        if (file.commit())
-            return {};
-    }
+    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {
+        isWritten = isWritten && writeWhole(&file, piece, length);
+    });
+    if (isWritten && file.commit())
+        return {};
     return QStringLiteral("Could not write '%1': %2").arg(fileName, file.errorString());
 }
 

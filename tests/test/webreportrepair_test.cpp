@@ -2,6 +2,7 @@
 
 #include "support/environmentguard.h"
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/samplerun.h"
 #include "test/htmlreportgenerator.h"
 
@@ -254,6 +255,22 @@ TEST(WebReportRepairTest, TheFileIsReplacedAndTheMessageTellsWhichRun)
     const WebReportRepair second = repairWebReport(dir.path());
     EXPECT_FALSE(second.isRepaired);
     EXPECT_EQ(second.message, QStringLiteral("Nothing to repair in '%1'").arg(fileName));
+}
+
+TEST(WebReportRepairTest, AFullDiskLeavesTheFileAsItWas)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    const QByteArray cut = dataFileOf(2).chopped(200);
+    writeFile(fileName, cut);
+    WebReportRepair repair;
+    {
+        const FileSizeLimit limit(1000);
+        repair = repairWebReport(dir.path());
+    }
+    EXPECT_EQ(repair.error, QStringLiteral("Could not write '%1': File too large").arg(fileName));
+    EXPECT_FALSE(repair.isRepaired);
+    EXPECT_EQ(readFile(fileName), cut);
 }
 
 TEST(WebReportRepairTest, ADirectoryWithoutAReportIsAnError)
