@@ -51,7 +51,8 @@ protected:
 
 bool hasFile(const QString &directory, const QString &name)
 {
-    return QDirIterator(directory, {name}, QDir::Files, QDirIterator::Subdirectories).hasNext();
+    return QDirIterator(directory, {name}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories)
+        .hasNext();
 }
 
 const char shortRun[] = R"(data.push( {"version":{"major":1,"minor":2},"tests":[{"name":"suite_a",)"
