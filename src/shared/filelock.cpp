@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Morvex {
@@ -21,6 +22,15 @@ FileLock::~FileLock()
 {
     if (m_descriptor >= 0)
         ::close(m_descriptor);
+}
+
+bool FileLock::isOn(const QString &path) const
+{
+    struct stat locked = {};
+    struct stat named = {};
+    return m_descriptor >= 0 && ::fstat(m_descriptor, &locked) == 0 &&
+           ::stat(QFile::encodeName(path).constData(), &named) == 0 &&
+           locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
 }
 
 } // namespace Morvex

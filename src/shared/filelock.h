@@ -21,6 +21,10 @@ public:
     /// False when there is no knowing, as on a file system without locks.
     bool isHeldElsewhere() const { return m_isHeldElsewhere; }
 
+    /// Whether the file that was found at first is still what @p path names: a file that was
+    /// replaced meanwhile has another lock.
+    bool isOn(const QString &path) const;
+
 private:
     int m_descriptor;
     bool m_isHeldElsewhere = false;

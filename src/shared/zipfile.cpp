@@ -165,10 +165,10 @@ QString ZipFile::addDirectoryContents(const QDir &root)
         const QDir dir(directories.dequeue());
         const QFileInfoList entries = dir.entryInfoList(allEntries, QDir::Unsorted);
         for (const QFileInfo &entry : entries) {
-            if (entry.isDir()) {
+            if (entry.isDir() && !entry.isSymLink())
                 directories.enqueue(entry.filePath());
+            if (!entry.isFile())
                 continue;
-            }
             const QString error = addEntry(*this, root, entry);
             if (!error.isEmpty())
                 return error;

@@ -26,8 +26,9 @@ public:
     [[nodiscard]] QString addFile(QIODevice *device, const QString &nameInZip,
                                   const QDateTime &time);
 
-    /// Adds all files below the directory under their paths relative to it. Returns an error text,
-    /// empty on success.
+    /// Adds all files below the directory under their paths relative to it, and a link to a file as
+    /// that file. Links to directories, links to nothing and what is neither file nor directory are
+    /// left out. Returns an error text, empty on success.
     [[nodiscard]] QString addDirectoryContents(const QDir &root);
 
     /// Writes the directory of the archive, without which nobody can read it; the destructor does

@@ -4,6 +4,7 @@
 #include "shared/filelock.h"
 #include "shared/temporarydir.h"
 #include "shared/trace.h"
+#include "test/reportstream.h"
 #include "test/webreportdata.h"
 #include "test/webreportrepair.h"
 
@@ -12,7 +13,6 @@
 #include <QFileInfo>
 
 #include <cstdio>
-#include <fstream>
 
 namespace Morvex {
 namespace {
@@ -23,27 +23,50 @@ QString templateDirectory()
     return QString::fromStdString(prefix) + QLatin1String("/lib/webreport");
 }
 
-QString makeReport(const QDir &dir)
+// An empty data file is a report without runs. Returns an error text, empty on success.
+QString fillReport(const QString &directory)
 {
-    if (!dir.mkpath(QStringLiteral(".")))
-        return QStringLiteral("Could not create directory '%1'").arg(dir.path());
     QString error;
-    if (copyDirectory(templateDirectory(), dir.path(), &error, KeepExistingFile)) {
-        dir.mkpath(webReportDataDir);
-        return {};
-    }
-    // What is left would be refused as no web report in the next run.
-    removeDirRecursively(dir.path());
-    return QStringLiteral("Error while copying web report templates: ") + error;
+    if (!copyDirectory(templateDirectory(), directory, &error, KeepExistingFile))
+        return QStringLiteral("Error while copying web report templates: ") + error;
+    const QDir dataDir(QDir(directory).filePath(webReportDataDir));
+    QFile file(dataDir.filePath(webReportDataFile));
+    if (!dataDir.mkpath(QStringLiteral(".")) || !file.open(QIODevice::Append))
+        return QStringLiteral("Could not open '%1' for writing").arg(file.fileName());
+    return {};
 }
 
-// Returns an error text, empty on success.
-QString repairReport(const QDir &dir)
+// The directory appears as a whole or not at all: one that lacks its data file would be refused in
+// each later run. Returns an error text, empty on success.
+QString makeReport(const QDir &dir)
 {
-    const WebReportRepair repair = repairWebReport(dir.path());
+    const QString path = QDir::cleanPath(dir.path());
+    const QFileInfo info(path);
+    const QString error = QStringLiteral("Could not create directory '%1'").arg(dir.path());
+    if (!info.dir().mkpath(QStringLiteral(".")))
+        return error;
+    TemporaryDir unfinished(
+        info.dir().filePath(QLatin1Char('.') + info.fileName() + QLatin1String(".new-")));
+    if (!unfinished.isValid())
+        return error;
+    const QString fillError = fillReport(unfinished.path());
+    if (!fillError.isEmpty())
+        return fillError;
+    if (std::rename(QFile::encodeName(unfinished.path()).constData(),
+                    QFile::encodeName(path).constData()) == 0)
+        unfinished.setAutoRemove(false);
+    else if (!dir.exists())
+        return error;
+    return {};
+}
+
+// What can't be repaired takes a run all the same.
+void reportRepair(const WebReportRepair &repair)
+{
     if (repair.isRepaired)
         qCDebug(traceReportGen) << repair.message;
-    return repair.error;
+    if (!repair.error.isEmpty())
+        std::fprintf(stderr, "morvexrunner: %s\n", qPrintable(repair.error));
 }
 
 } // namespace
@@ -77,28 +100,24 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
     const QString dataFile = QDir(dataDir).filePath(webReportDataFile);
     qCDebug(traceReportGen) << "data dir " << dataDir;
     qCDebug(traceReportGen) << "data file " << dataFile;
-    QString repairError;
-    if (dir.exists()) {
-        if (!QFileInfo::exists(dataFile))
-            return {nullptr,
-                    QStringLiteral("Directory '%1' exists but does not contain result file")
-                        .arg(dir.absolutePath())};
-        repairError = repairReport(dir);
-    } else {
+    if (!dir.exists()) {
         const QString error = makeReport(dir);
         if (!error.isEmpty())
             return {nullptr, error};
     }
+    if (!QFileInfo::exists(dataFile))
+        return {nullptr, QStringLiteral("Directory '%1' exists but does not contain result file")
+                             .arg(dir.absolutePath())};
+    std::unique_ptr<FileLock> lock;
+    const WebReportRepair repair = lockAndRepairWebReport(dir.path(), &lock);
+    if (repair.isInUse)
+        return {nullptr,
+                QStringLiteral("%1; wait for its end or give another directory").arg(repair.error)};
     *resultDir = dir.path();
-    auto stream = std::make_unique<std::ofstream>();
-    stream->rdbuf()->pubsetbuf(nullptr, 0);
-    stream->open(QFile::encodeName(dataFile).constData(), std::ios::app);
-    if (!stream->is_open())
+    auto stream = std::make_unique<ReportStream>(dataFile, std::ios::app, ReportStream::Unbuffered);
+    if (!stream->isOpen())
         return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(dataFile)};
-    // What can't be repaired takes a run all the same.
-    if (!repairError.isEmpty())
-        std::fprintf(stderr, "morvexrunner: %s\n", qPrintable(repairError));
-    auto lock = std::make_unique<FileLock>(dataFile);
+    reportRepair(repair);
     return {new HtmlReportGenerator(std::move(stream), std::move(lock), *resultDir, type),
             QString()};
 }

@@ -6,12 +6,11 @@
 #include "test/maximalretry.h"
 #include "test/reportgeneratorshared.h"
 #include "test/reportlocations.h"
+#include "test/reportstream.h"
 #include "test/resultlabels.h"
 
 #include <QDir>
-#include <QFile>
 
-#include <fstream>
 #include <string_view>
 
 namespace Morvex {
@@ -214,8 +213,8 @@ TestReportGenerator::Result JsonReportGenerator::create(const QString &path, Tes
     const QString fileName = dir.filePath(QStringLiteral("results.json"));
     qCDebug(traceReportGen) << "report dir " << dir.path();
     qCDebug(traceReportGen) << "report file " << fileName;
-    auto stream = std::make_unique<std::ofstream>(QFile::encodeName(fileName).constData());
-    if (!stream->is_open())
+    auto stream = std::make_unique<ReportStream>(fileName, std::ios::out, ReportStream::Buffered);
+    if (!stream->isOpen())
         return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName)};
     return {new JsonReportGenerator(std::move(stream), *resultDir, type, version), QString()};
 }

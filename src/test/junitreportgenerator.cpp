@@ -6,6 +6,8 @@
 #include "test/resultlabels.h"
 #include "test/runwatch.h"
 
+#include <QHash>
+#include <QPair>
 #include <QStringList>
 
 #include <algorithm>
@@ -28,10 +30,13 @@ QString seconds(qint64 milliseconds)
     return QString::number(static_cast<double>(milliseconds) / 1000, 'f', 3);
 }
 
+// How many names of a nesting stand at each end of a name that would be too long otherwise.
+const int shownLevels = 10;
+
 // A dot joins the levels of nesting, so that none may stand in a name.
 QString normalizedName(const QString &name)
 {
-    QString normalized = showControls(name);
+    QString normalized = showControls(nameOrUnnamed(name));
     return normalized.replace(QLatin1Char('.'), QLatin1Char('_'));
 }
 
@@ -57,8 +62,16 @@ void logEntry(QByteArray &stream, const TestResult::Entry &entry, IsoTime &times
 
 struct JUnitReportGenerator::JUnitTestCase
 {
-    QString className;
+    // Without those around it, which the names of deep nesting would repeat in each level.
     QString name;
+    std::size_t parent = 0;
+    // Which of the cases around it lies at the depth of shownLevels, if it lies deeper.
+    std::size_t outer = 0;
+    int depth = 0;
+    // Cases with the same names from the test case inwards have the same path.
+    int path = 0;
+    // Which of its path it is, from 1.
+    int number = 1;
     bool isSection = false;
     bool isShown = false;
     bool isLeftOut = false;
@@ -92,8 +105,10 @@ struct JUnitReportGenerator::Private
 {
     std::unique_ptr<ReportFile> file;
     JUnitTestSuite suite;
-    JUnitNames names;
-    QStringList nestedNames;
+    // By the path around it and the name.
+    QHash<QPair<int, QString>, int> paths;
+    // How many cases of a path are shown, by path.
+    std::vector<int> shown{0};
     // The open test cases, innermost last. The first is that of what lies outside of all others.
     std::vector<std::size_t> open;
     // The latest time of an entry so far, up to which the time has been given to test cases. The
@@ -116,6 +131,8 @@ struct JUnitReportGenerator::Private
     void endCase();
     void endCasesUpTo(std::size_t depth);
     std::size_t depthOfTestCase() const;
+    int pathOf(int parent, const QString &name);
+    QStringList namesOf(const JUnitTestCase &testCase) const;
     void write();
     XmlElement rootElement() const;
     void writeTestCase(const JUnitTestCase &testCase, int indent);
@@ -261,7 +278,6 @@ void JUnitReportGenerator::Private::endSuite()
 void JUnitReportGenerator::Private::startFakeCase()
 {
     JUnitTestCase fake;
-    fake.className = QStringLiteral("(root)");
     fake.name = QStringLiteral("(main)");
     suite.testCases.push_back(fake);
     open.push_back(0);
@@ -281,10 +297,13 @@ void JUnitReportGenerator::Private::endFakeCase()
 
 void JUnitReportGenerator::Private::beginCase(const QString &name, bool isSection)
 {
-    nestedNames.append(normalizedName(name));
+    const JUnitTestCase &parent = suite.testCases[open.back()];
     JUnitTestCase testCase;
-    testCase.className = nestedNames.join(QLatin1Char('.'));
-    testCase.name = nestedNames.join(QLatin1Char('/'));
+    testCase.name = normalizedName(name);
+    testCase.parent = open.back();
+    testCase.outer = parent.depth == shownLevels ? open.back() : parent.outer;
+    testCase.depth = parent.depth + 1;
+    testCase.path = pathOf(parent.path, testCase.name);
     testCase.isSection = isSection;
     open.push_back(suite.testCases.size());
     suite.testCases.push_back(std::move(testCase));
@@ -295,10 +314,9 @@ void JUnitReportGenerator::Private::endCase()
     const std::size_t place = open.back();
     JUnitTestCase &testCase = suite.testCases[place];
     open.pop_back();
-    nestedNames.removeLast();
     testCase.isShown = !testCase.isSection || testCase.results > 0;
     if (testCase.isShown) {
-        testCase.name = names.unique(testCase.className, testCase.name);
+        testCase.number = ++shown[std::size_t(testCase.path)];
         return;
     }
     suite.testCases[open.back()].takeOver(testCase);
@@ -319,6 +337,35 @@ std::size_t JUnitReportGenerator::Private::depthOfTestCase() const
     while (depth > 1 && suite.testCases[open[depth - 1]].isSection)
         --depth;
     return depth;
+}
+
+int JUnitReportGenerator::Private::pathOf(int parent, const QString &name)
+{
+    int &path = paths[{parent, name}];
+    if (path == 0) {
+        path = static_cast<int>(shown.size());
+        shown.push_back(0);
+    }
+    return path;
+}
+
+// From the test case inwards. With one more name than an unshortened list can have, so that the
+// path in the middle can't be taken for a name.
+QStringList JUnitReportGenerator::Private::namesOf(const JUnitTestCase &testCase) const
+{
+    QStringList names;
+    const JUnitTestCase *level = &testCase;
+    if (testCase.depth > 2 * shownLevels) {
+        for (int i = 0; i < shownLevels; ++i) {
+            names.prepend(level->name);
+            level = &suite.testCases[level->parent];
+        }
+        names.prepend(QLatin1Char('[') + QString::number(level->path) + QLatin1Char(']'));
+        level = &suite.testCases[testCase.outer];
+    }
+    for (; level->depth > 0; level = &suite.testCases[level->parent])
+        names.prepend(level->name);
+    return names;
 }
 
 void JUnitReportGenerator::Private::write()
@@ -364,9 +411,16 @@ XmlElement JUnitReportGenerator::Private::rootElement() const
 
 void JUnitReportGenerator::Private::writeTestCase(const JUnitTestCase &testCase, int indent)
 {
+    const QStringList names = namesOf(testCase);
+    const bool isFake = names.isEmpty();
+    QString name = isFake ? testCase.name : names.join(QLatin1Char('/'));
+    if (testCase.number > 1)
+        name += QLatin1Char('_') + QString::number(testCase.number);
     XmlElement element(QLatin1String("testcase"));
-    element.addAttribute(QLatin1String("classname"), testCase.className)
-        .addAttribute(QLatin1String("name"), testCase.name)
+    element
+        .addAttribute(QLatin1String("classname"),
+                      isFake ? QStringLiteral("(root)") : names.join(QLatin1Char('.')))
+        .addAttribute(QLatin1String("name"), name)
         .addAttribute(QLatin1String("time"), seconds(testCase.milliseconds));
     if (testCase.isSkipped())
         element.addChild(XmlElement(QLatin1String("skipped")));

@@ -11,12 +11,14 @@
 namespace Morvex {
 namespace {
 
+const QIODevice::OpenMode unbuffered = QIODevice::WriteOnly | QIODevice::Unbuffered;
+
 bool openStdStream(const QString &fileName, QFile *file)
 {
     if (fileName.isEmpty() || fileName == QLatin1String("/dev/stdout"))
-        file->open(stdout, QIODevice::WriteOnly);
+        file->open(stdout, unbuffered);
     else if (fileName == QLatin1String("/dev/stderr"))
-        file->open(stderr, QIODevice::WriteOnly);
+        file->open(stderr, unbuffered);
     else
         return false;
     return true;
@@ -39,7 +41,7 @@ QString openNamedFile(const QString &fileName, QFile *file)
     }
     file->setFileName(fileName);
     qCDebug(traceReportGen) << "opening report file: " << fileName;
-    if (!file->open(QIODevice::WriteOnly))
+    if (!file->open(unbuffered))
         return QStringLiteral("Could not open report file '%1' for writing: %2")
             .arg(fileName, file->errorString());
     return {};
@@ -58,6 +60,24 @@ QString freeReportFileName(const QString &fileName)
                                 QString::number(number) + QLatin1Char('.') + info.completeSuffix());
     }
     return candidate;
+}
+
+bool writeWhole(QIODevice *device, const char *data, qint64 size)
+{
+    qint64 written = 0;
+    while (written < size) {
+        const qint64 count = device->write(data + written, size - written);
+        if (count <= 0)
+            return false;
+        written += count;
+    }
+    return true;
+}
+
+void tellWriteError(const QString &fileName, const QString &reason)
+{
+    std::fprintf(stderr, "morvexrunner: Could not write report file '%s': %s\n",
+                 qUtf8Printable(fileName), qUtf8Printable(reason));
 }
 
 QString openReportFile(const QString &fileName, OpenReportFileOptions options, QFile *file,

@@ -6,6 +6,7 @@
 #include <QString>
 
 class QFile;
+class QIODevice;
 
 namespace Morvex {
 
@@ -16,12 +17,20 @@ enum OpenReportFileOption {
 Q_DECLARE_FLAGS(OpenReportFileOptions, OpenReportFileOption)
 Q_DECLARE_OPERATORS_FOR_FLAGS(OpenReportFileOptions)
 
-/// Opens @p file for writing on @p fileName, whose directory is created when it does not exist. An
-/// empty name and "/dev/stdout" stand for the standard output of this process, "/dev/stderr" for
-/// its standard error; @p isStdStream, which may be null, tells whether it is one of the two.
-/// Returns an error text, empty on success.
+/// Opens @p file for writing without a buffer on @p fileName, whose directory is created when it
+/// does not exist. An empty name and "/dev/stdout" stand for the standard output of this process,
+/// "/dev/stderr" for its standard error; @p isStdStream, which may be null, tells whether it is one
+/// of the two. Returns an error text, empty on success.
 MORVEX_EXPORT QString openReportFile(const QString &fileName, OpenReportFileOptions options,
                                      QFile *file, bool *isStdStream);
+
+/// Writes again what a write leaves over, as on a disk that runs full, since only then the device
+/// knows the reason. False when not all could be written; the device's error text tells why. To be
+/// used on devices without a buffer: theirs may fail later.
+MORVEX_EXPORT bool writeWhole(QIODevice *device, const char *data, qint64 size);
+
+/// The line on standard error for a report that lacks its end.
+MORVEX_EXPORT void tellWriteError(const QString &fileName, const QString &reason);
 
 /// @p fileName made absolute, with the first number behind its base name under which no file with
 /// content exists; without a number when it is free as it stands. An empty file counts as free.

@@ -2,12 +2,11 @@
 
 #include <QTextCodec>
 
-#include <cstdio>
-
 namespace Morvex {
 namespace {
 
 const int mibOfUtf8 = 106;
+const int pendingLimit = 65536;
 
 // The locale's codec, null when that is UTF-8.
 QTextCodec *localCodec()
@@ -41,15 +40,24 @@ void ReportFile::write(const QByteArray &utf8)
 {
     if (m_hasFailed || !m_file.isOpen())
         return;
-    const QByteArray bytes = m_codec ? encoded(utf8) : utf8;
-    if (m_file.write(bytes) != bytes.size())
-        fail();
+    m_pending += m_codec ? encoded(utf8) : utf8;
+    if (m_pending.size() >= pendingLimit)
+        writePending();
 }
 
 void ReportFile::flush()
 {
+    writePending();
     if (!m_hasFailed && m_file.isOpen() && !m_file.flush())
         fail();
+}
+
+void ReportFile::writePending()
+{
+    if (!m_hasFailed && m_file.isOpen() &&
+        !writeWhole(&m_file, m_pending.constData(), m_pending.size()))
+        fail();
+    m_pending.resize(0);
 }
 
 QByteArray ReportFile::encoded(const QByteArray &utf8) const
@@ -71,8 +79,7 @@ QByteArray ReportFile::encoded(const QByteArray &utf8) const
 void ReportFile::fail()
 {
     m_hasFailed = true;
-    std::fprintf(stderr, "morvexrunner: Could not write report file '%s': %s\n",
-                 qUtf8Printable(m_file.fileName()), qUtf8Printable(m_file.errorString()));
+    tellWriteError(m_file.fileName(), m_file.errorString());
 }
 
 } // namespace Morvex

@@ -45,9 +45,11 @@ public:
 
 private:
     QByteArray encoded(const QByteArray &utf8) const;
+    void writePending();
     void fail();
 
     QFile m_file;
+    QByteArray m_pending;
     // Null for UTF-8.
     QTextCodec *m_codec = nullptr;
     bool m_isStdStream = false;

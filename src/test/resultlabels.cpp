@@ -51,6 +51,11 @@ ResultColor resultColor(TestResult::ResultType type)
     return labelOf(type).color;
 }
 
+QString nameOrUnnamed(const QString &name)
+{
+    return name.isEmpty() ? QStringLiteral("<unnamed>") : name;
+}
+
 QString startMessage(const QString &name)
 {
     return QStringLiteral("Start '%1'").arg(name);

@@ -16,6 +16,9 @@ enum class ResultColor { Red, Green, Magenta, Blue };
 MORVEX_EXPORT QLatin1String resultName(TestResult::ResultType type);
 MORVEX_EXPORT ResultColor resultColor(TestResult::ResultType type);
 
+/// What stands for a section without a title.
+MORVEX_EXPORT QString nameOrUnnamed(const QString &name);
+
 // The texts that frame a run and a test case.
 MORVEX_EXPORT QString startMessage(const QString &name);
 MORVEX_EXPORT QString startDetails(const QString &name);

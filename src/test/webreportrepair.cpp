@@ -1,6 +1,7 @@
 #include "test/webreportrepair.h"
 
 #include "shared/filelock.h"
+#include "test/openreportfile.h"
 #include "test/webreportdata.h"
 #include "test/webreportscanner.h"
 
@@ -17,6 +18,8 @@ namespace {
 // In a document no quote stands without a backslash in front of it but at the ends of a text, and
 // no text holds this as a whole: so these bytes begin a run wherever they stand.
 const char runMark[] = "data.push( {\"version\"";
+
+const int maxLockAttempts = 10;
 
 // What is left of a run that was cut in front of its results.
 const char lostRun[] =
@@ -109,7 +112,11 @@ private:
             closeDocument(scanner, end);
             break;
         case WebReportScanner::Broken:
-            setBroken(scanner.position());
+            // Two runs that wrote at the same time leave such a document.
+            if (matchedLength(m_position, end, runMark) == qint64(std::strlen(runMark)))
+                closeDocument(scanner, end);
+            else
+                setBroken(scanner.position());
             break;
         }
         return end;
@@ -129,12 +136,14 @@ private:
     {
         const char *position = scanner.position();
         const qint64 length = matchedLength(position, end, webReportRunEnd);
-        if (length == qint64(std::strlen(webReportRunEnd)))
-            return std::find_if_not(position + length, end, isBlank);
-        if (length < 0)
-            setBroken(position);
-        else
+        if (length < qint64(std::strlen(webReportRunEnd))) {
             addEdit(position, end, webReportRunEnd, scanner.isEnded());
+            return end;
+        }
+        position = std::find_if_not(position + length, end, isBlank);
+        if (matchedLength(position, end, webReportRunBegin) >= 0)
+            return position;
+        addEdit(position, end, QByteArray(), scanner.isEnded());
         return end;
     }
 
@@ -195,50 +204,98 @@ QString save(const QString &fileName, const char *data, qint64 size,
              const std::vector<WebReportEdit> &edits)
 {
     QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly)) {
-        forEachPiece(data, size, edits,
-                     [&file](const char *piece, qint64 length) { file.write(piece, length); });
-        if (file.commit())
-            return {};
-    }
+    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {
+        isWritten = isWritten && writeWhole(&file, piece, length);
+    });
+    if (isWritten && file.commit())
+        return {};
     return QStringLiteral("Could not write '%1': %2").arg(fileName, file.errorString());
 }
 
-WebReportRepair repairFile(const QString &fileName, const char *data, qint64 size)
+WebReportRepair failedRepair(const QString &error)
+{
+    WebReportRepair repair;
+    repair.error = error;
+    return repair;
+}
+
+WebReportRepair repairContent(const QString &fileName, const char *data, qint64 size)
 {
     const WebReportEdits edits = webReportEdits(data, size);
     if (!edits.error.isEmpty())
-        return {QStringLiteral("'%1' %2").arg(fileName, edits.error), false, QString()};
+        return failedRepair(QStringLiteral("'%1' %2").arg(fileName, edits.error));
+    WebReportRepair repair;
+    repair.message = QStringLiteral("Nothing to repair in '%1'").arg(fileName);
     if (edits.edits.empty())
-        return {QString(), false, QStringLiteral("Nothing to repair in '%1'").arg(fileName)};
+        return repair;
     const QString error = save(fileName, data, size, edits.edits);
     if (!error.isEmpty())
-        return {error, false, QString()};
-    return {QString(), true, describe(edits, fileName)};
+        return failedRepair(error);
+    repair.isRepaired = true;
+    repair.message = describe(edits, fileName);
+    return repair;
+}
+
+WebReportRepair repairFile(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return failedRepair(
+            QStringLiteral("Could not open '%1': %2").arg(fileName, file.errorString()));
+    if (file.size() == 0)
+        return repairContent(fileName, "", 0);
+    const auto *data = reinterpret_cast<const char *>(file.map(0, file.size()));
+    if (!data)
+        return failedRepair(
+            QStringLiteral("Could not read '%1': %2").arg(fileName, file.errorString()));
+    return repairContent(fileName, data, file.size());
+}
+
+// Another process may put a repaired file in the place of the one that was opened for the lock.
+// Null when the file is in use: who replaces it time and again is using it.
+std::unique_ptr<FileLock> lockFile(const QString &fileName)
+{
+    for (int attempt = 0; attempt < maxLockAttempts; ++attempt) {
+        auto lock = std::make_unique<FileLock>(fileName);
+        if (lock->isHeldElsewhere())
+            return nullptr;
+        if (lock->isOn(fileName) || !QFile::exists(fileName))
+            return lock;
+    }
+    return nullptr;
+}
+
+WebReportRepair inUse(const QString &fileName)
+{
+    WebReportRepair repair =
+        failedRepair(QStringLiteral("'%1' is being written by a run that goes on").arg(fileName));
+    repair.isInUse = true;
+    return repair;
 }
 
 } // namespace
 
 WebReportRepair repairWebReport(const QString &directory)
 {
+    std::unique_ptr<FileLock> lock;
+    return lockAndRepairWebReport(directory, &lock);
+}
+
+WebReportRepair lockAndRepairWebReport(const QString &directory, std::unique_ptr<FileLock> *lock)
+{
     const QString fileName =
         QDir(QDir(QDir::current().absoluteFilePath(directory)).filePath(webReportDataDir))
             .filePath(webReportDataFile);
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return {QStringLiteral("Could not open '%1': %2").arg(fileName, file.errorString()), false,
-                QString()};
-    const FileLock lock(fileName);
-    if (lock.isHeldElsewhere())
-        return {QStringLiteral("'%1' is being written by a run that goes on").arg(fileName), false,
-                QString()};
-    if (file.size() == 0)
-        return repairFile(fileName, "", 0);
-    const auto *data = reinterpret_cast<const char *>(file.map(0, file.size()));
-    if (!data)
-        return {QStringLiteral("Could not read '%1': %2").arg(fileName, file.errorString()), false,
-                QString()};
-    return repairFile(fileName, data, file.size());
+    *lock = lockFile(fileName);
+    if (!*lock)
+        return inUse(fileName);
+    WebReportRepair repair = repairFile(fileName);
+    if (!repair.isRepaired)
+        return repair;
+    // The repaired file is a new one.
+    *lock = lockFile(fileName);
+    return *lock ? repair : inUse(fileName);
 }
 
 WebReportEdits webReportEdits(const char *data, qint64 size)

@@ -5,24 +5,35 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
 #include <vector>
 
 namespace Morvex {
+
+class FileLock;
 
 struct WebReportRepair
 {
     /// Empty on success. The report is as it was otherwise.
     QString error;
+    /// A running process writes the report.
+    bool isInUse = false;
     bool isRepaired = false;
     /// One line for the user's eye: what was repaired, or that nothing was to be done.
     QString message;
 };
 
 /// Closes what a run that was killed left open in the data file of the web report in @p directory,
-/// and marks that run as not ended. Entries that are not complete are dropped; all other runs stay
-/// byte for byte. A report that a running process still writes is an error, and so is a file that
-/// was damaged in another way.
+/// and marks that run as not ended. Entries that are not complete are dropped, and so is what
+/// stands behind the place where a run stops being a document; all other runs stay byte for byte. A
+/// report that a running process still writes is an error, and so is a file that was damaged in
+/// another way.
 MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
+
+/// The same, and leaves in @p lock what keeps others from the file as it is now, repaired or not.
+/// Null when the report is in use or can't be opened.
+MORVEX_EXPORT WebReportRepair lockAndRepairWebReport(const QString &directory,
+                                                     std::unique_ptr<FileLock> *lock);
 
 /// A part of a data file, from byte @p begin to byte @p end, and what is to stand in its place.
 struct WebReportEdit

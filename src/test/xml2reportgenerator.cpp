@@ -223,9 +223,12 @@ void Xml2ReportGenerator::writeEntry(const TestResult::Entry &entry)
     case TestResult::WARNING:
         writeMessage(entry);
         break;
+    case TestResult::SKIP_SECTION:
+        // Without it, a test case that was left out would look passed.
+        writeMessage(convertSectionEventToLogEvent(entry));
+        break;
     case TestResult::START_SECTION:
     case TestResult::END_SECTION:
-    case TestResult::SKIP_SECTION:
     case TestResult::ATTACHMENT:
     case TestResult::STARTVIDEOCAPTURE:
     case TestResult::ENDVIDEOCAPTURE:

@@ -5,16 +5,15 @@
 #include "test/maximalretry.h"
 #include "test/reportgeneratorshared.h"
 #include "test/reportlocations.h"
+#include "test/reportstream.h"
 #include "test/resultlabels.h"
 #include "test/xml3reportwriter.h"
 #include "test/xmlstreamwriter.h"
 
 #include <QDir>
-#include <QFile>
 
 #include <cerrno>
 #include <cstring>
-#include <fstream>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -149,11 +148,9 @@ TestReportGenerator::Result Xml3ReportGenerator::create(const QString &path, Tes
         return {nullptr, QStringLiteral("Could not create directory '%1'").arg(dir.path())};
     *resultDir = dir.path();
     const QString fileName = dir.filePath(QStringLiteral("results.xml"));
-    auto stream = std::make_unique<std::ofstream>();
     // The writer hands over whole lines.
-    stream->rdbuf()->pubsetbuf(nullptr, 0);
-    stream->open(QFile::encodeName(fileName).constData());
-    if (!stream->is_open())
+    auto stream = std::make_unique<ReportStream>(fileName, std::ios::out, ReportStream::Unbuffered);
+    if (!stream->isOpen())
         return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName)};
     return {new Xml3ReportGenerator(
                 std::make_unique<Private>(std::move(stream), type, version, *resultDir)),

@@ -1,6 +1,7 @@
 #include "test/xml3reportwriter.h"
 
 #include "test/reporttext.h"
+#include "test/resultlabels.h"
 
 namespace Morvex {
 namespace Xml3ReportWriter {
@@ -78,7 +79,7 @@ void writeSectionStart(XmlStreamWriterQString &writer, int version, const QStrin
 void writeSectionTexts(XmlStreamWriterQString &writer, const QString &name, const QString &summary,
                        const QString &description)
 {
-    writer.writeCDataElementQString("name", name.isEmpty() ? QStringLiteral("<unnamed>") : name);
+    writer.writeCDataElementQString("name", nameOrUnnamed(name));
     if (!summary.isEmpty())
         writer.writeCDataElementQString("summary", summary);
     if (!description.isEmpty())

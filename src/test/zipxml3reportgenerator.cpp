@@ -80,8 +80,8 @@ void ZipXml3ReportGenerator::writeZipReport()
     m_generator.reset();
     const QString error = writeZip(m_tempDir->path(), m_target.get());
     if (!error.isEmpty())
-        std::fprintf(stderr, "Failed writing zip xml3 report to %s: %s\n", qPrintable(fileName),
-                     qPrintable(error));
+        std::fprintf(stderr, "Failed writing zip xml3 report to %s: %s; the report is lost\n",
+                     qPrintable(fileName), qPrintable(error));
     m_target.reset();
     m_tempDir.reset();
 }

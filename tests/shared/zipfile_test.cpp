@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 #include <minizip/unzip.h>
+#include <sys/stat.h>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -29,6 +30,15 @@ QByteArray contentOf(const QString &archive, const char *name, unz_file_info *in
     }
     unzClose(zip);
     return content;
+}
+
+int entriesOf(const QString &archive)
+{
+    unzFile zip = unzOpen(QFile::encodeName(archive).constData());
+    unz_global_info info{};
+    unzGetGlobalInfo(zip, &info);
+    unzClose(zip);
+    return static_cast<int>(info.number_entry);
 }
 
 // Takes no more than a few bytes, as a disk that runs full.
@@ -81,6 +91,27 @@ TEST(ZipFileTest, FilesOfAllDepthsKeepTheirPathContentAndTime)
     info.crc = 1;
     EXPECT_EQ(contentOf(target.fileName(), "a/b/empty", &info), QByteArray());
     EXPECT_EQ(info.crc, 0U);
+}
+
+TEST(ZipFileTest, WhatIsNoFileNeitherEndsNorLoopsNorBlocksTheWalk)
+{
+    const QTemporaryDir dir;
+    const QString root = dir.filePath("root");
+    writeFile(root + "/z/file", "content");
+    ASSERT_TRUE(QFile::link(root, root + "/a loop"));
+    ASSERT_TRUE(QFile::link(dir.filePath("nothing"), root + "/dangling"));
+    ASSERT_TRUE(QFile::link(root + "/z/file", root + "/link"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(root + "/fifo").constData(), 0600), 0);
+    QFile target(dir.filePath("x.zip"));
+    {
+        ZipFile zip(&target);
+        EXPECT_EQ(zip.addDirectoryContents(QDir(root)), QString());
+        EXPECT_EQ(zip.close(), QString());
+    }
+    unz_file_info info{};
+    EXPECT_EQ(contentOf(target.fileName(), "z/file", &info), "content");
+    EXPECT_EQ(contentOf(target.fileName(), "link", &info), "content");
+    EXPECT_EQ(entriesOf(target.fileName()), 2);
 }
 
 TEST(ZipFileTest, ADeviceThatRunsFullIsToldWhereverThatHappens)

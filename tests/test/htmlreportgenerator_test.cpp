@@ -7,12 +7,14 @@
 #include "test/webreportrepair.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <csignal>
 #include <gtest/gtest.h>
 #include <memory>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -46,6 +48,12 @@ protected:
     QTemporaryDir dir;
     QString report = dir.filePath("sub/report");
 };
+
+bool hasFile(const QString &directory, const QString &name)
+{
+    return QDirIterator(directory, {name}, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories)
+        .hasNext();
+}
 
 const char shortRun[] = R"(data.push( {"version":{"major":1,"minor":2},"tests":[{"name":"suite_a",)"
                         R"("start":"2024-02-29T23:59:58+01:00","type":"testsuite","tests":[],)"
@@ -110,6 +118,53 @@ TEST_F(HtmlReportGeneratorTest, AReportThatIsBeingWrittenIsNotRepairedUnderItsRu
                                            "goes on")
                                 .arg(report));
     EXPECT_EQ(data(), before);
+}
+
+TEST_F(HtmlReportGeneratorTest, ASecondRunDoesNotWriteIntoTheStatementOfTheFirst)
+{
+    run(runOfMessages({}));
+    writeFile(report + "/data/results-v1.js", data().chopped(20));
+    const std::unique_ptr<TestReportGenerator> generator(create().generator);
+    ASSERT_TRUE(generator);
+    generator->handleEntry(plainEntry(TestResult::START));
+    const QByteArray before = data();
+    const TestReportGenerator::Result second = create();
+    EXPECT_EQ(second.generator, nullptr);
+    EXPECT_EQ(second.error,
+              QStringLiteral("'%1/data/results-v1.js' is being written by a run that goes on; wait "
+                             "for its end or give another directory")
+                  .arg(report));
+    EXPECT_EQ(data(), before);
+}
+
+TEST_F(HtmlReportGeneratorTest, TheReportThatIsWrittenToIsTheRepairedOne)
+{
+    run(runOfMessages({}));
+    writeFile(report + "/data/results-v1.js", data().chopped(20));
+    run(runOfMessages({}));
+    EXPECT_TRUE(data().endsWith(shortRun));
+    EXPECT_EQ(data().count("data.push( "), 2);
+}
+
+TEST_F(HtmlReportGeneratorTest, AReportThatWasInterruptedWhileItWasMadeDoesNotBlockItsDirectory)
+{
+    const QString part = prefix.filePath("lib/webreport/part");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(part).constData(), 0600), 0);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        create();
+        ::_exit(0);
+    }
+    // The copy waits for somebody to write into the second file.
+    while (!hasFile(dir.path(), "index.html") && ::waitpid(child, nullptr, WNOHANG) == 0)
+        ::usleep(1000);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ASSERT_TRUE(QFile::remove(part));
+    EXPECT_FALSE(QDir(report).exists());
+    run(runOfMessages({}));
+    EXPECT_EQ(data(), QByteArray("var data = [];\n") + shortRun);
 }
 
 TEST_F(HtmlReportGeneratorTest, ADirectoryThatIsNoReportIsLeftAlone)

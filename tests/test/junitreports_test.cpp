@@ -56,6 +56,20 @@ void logSteadyRun(TestResult &result)
     run.add(TestResult::END, "");
 }
 
+QByteArray deepReport(int levels)
+{
+    return reportOf("junit", [levels](TestResult &result) {
+        SteadyRun run(result);
+        run.add(TestResult::START, "");
+        run.add(TestResult::START_TEST_CASE, "", "tst_a");
+        for (int level = 0; level < levels; ++level) {
+            run.add(TestResult::START_SECTION, "section", "section");
+            run.add(TestResult::PASS, "");
+        }
+        run.add(TestResult::END, "");
+    });
+}
+
 } // namespace
 
 TEST(JUnitReportsTest, EveryRunIsValidForReadersOfEachDialect)
@@ -124,6 +138,55 @@ TEST(JUnitTest, ALogLineHasItsPartsAndItsFrames)
                     .contains("2024-03-01T12:00:00 [FAIL] /x.js:3 a\\tb c\\nd\\u001b VP1\n"
                               "  at /x.js:3\n"
                               "  at /y.js:4\n"));
+}
+
+TEST(JUnitTest, DeepNestingTakesSpaceInProportion)
+{
+    const int small = deepReport(1000).size();
+    EXPECT_LT(deepReport(2000).size(), 3 * small);
+}
+
+TEST(JUnitTest, DeepSectionsKeepNamesOfTheirOwn)
+{
+    const XmlDocument document(reportOf("junit", [](TestResult &result) {
+        SteadyRun run(result);
+        run.add(TestResult::START, "");
+        run.add(TestResult::START_TEST_CASE, "", "t");
+        for (const char *title : {"outer", "other", "outer"}) {
+            for (int level = 1; level <= 20; ++level) {
+                run.add(TestResult::START_SECTION, level == 10 ? title : "s", "section");
+                if (level > 18)
+                    run.add(TestResult::PASS, "");
+            }
+            for (int level = 1; level <= 20; ++level)
+                run.add(TestResult::END_SECTION, "s", "section");
+        }
+        run.add(TestResult::END_TEST_CASE, "", "t");
+        run.add(TestResult::END, "");
+    }));
+    const QString nine(QString("/s").repeated(9));
+    const QString ten(QString("/s").repeated(10));
+    EXPECT_EQ(
+        document.texts("//testcase/@name"),
+        QStringList({"t", "t" + nine + "/outer" + nine, "t" + nine + "/[11]" + ten,
+                     "t" + nine + "/other" + nine, "t" + nine + "/[22]" + ten,
+                     "t" + nine + "/outer" + nine + "_2", "t" + nine + "/[11]" + ten + "_2"}));
+}
+
+TEST(JUnitTest, ASectionWithoutATitleDoesNotEndItsClassWithADot)
+{
+    const XmlDocument document(reportOf("junit", [](TestResult &result) {
+        SteadyRun run(result);
+        run.add(TestResult::START, "");
+        run.add(TestResult::START_TEST_CASE, "", "tst_a");
+        run.add(TestResult::START_SECTION, "", "section");
+        run.add(TestResult::PASS, "");
+        run.add(TestResult::END_SECTION, "", "section");
+        run.add(TestResult::END_TEST_CASE, "", "tst_a");
+        run.add(TestResult::END, "");
+    }));
+    EXPECT_EQ(document.texts("//testcase/@classname"), QStringList({"tst_a", "tst_a.<unnamed>"}));
+    EXPECT_EQ(document.texts("//testcase/@name"), QStringList({"tst_a", "tst_a/<unnamed>"}));
 }
 
 TEST(JUnitTest, ARunWithoutTestCasesIsNotLostByReaders)

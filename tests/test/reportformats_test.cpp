@@ -1,6 +1,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/reportcounts.h"
 #include "support/reports.h"
 #include "support/sampleentries.h"
@@ -199,6 +200,30 @@ TEST(ReportFileTest, AFullDiskIsToldOnceAndTheRunGoesOn)
         EXPECT_EQ(QString::fromStdString(errors).count("Could not write report file '/dev/full'"),
                   1)
             << errors;
+    }
+}
+
+TEST(ReportFileTest, AFileThatEndsInTheMidstOfAWriteIsToldOnceWithTheReason)
+{
+    const QTemporaryDir dir;
+    const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
+    writeFile(dir.filePath("lib/webreport/index.html"), "page");
+    for (const char *keyword : {"xml", "xmlIncremental", "xml2.2", "junit", "xmljunit", "xls",
+                                "xml3.5", "json1.2", "html"}) {
+        const std::string errors = standardErrorOf([&] {
+            const FileSizeLimit limit(5000);
+            TestResult result(generatorFor(keyword, dir.filePath(keyword)));
+            result.start("suite_a", QDir("/suite"), "", "");
+            for (int i = 0; i < 100; ++i)
+                result.processEntry(entryOf(TestResult::FAIL, QString(999, 'x')));
+            result.completed();
+        });
+        const QString line = QString::fromStdString(errors);
+        EXPECT_TRUE(
+            line.startsWith("morvexrunner: Could not write report file '" + dir.filePath(keyword)))
+            << keyword << errors;
+        EXPECT_TRUE(line.endsWith("': File too large\n")) << keyword << errors;
+        EXPECT_EQ(line.count('\n'), 1) << keyword << errors;
     }
 }
 

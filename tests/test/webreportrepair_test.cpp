@@ -2,6 +2,7 @@
 
 #include "support/environmentguard.h"
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/samplerun.h"
 #include "test/htmlreportgenerator.h"
 
@@ -63,6 +64,8 @@ std::vector<QJsonObject> documentsOf(const QByteArray &data)
             return documents;
         documents.push_back(document.object());
         position = end + 5;
+        while (position < data.size() && QByteArray(" \n").contains(data[position]))
+            ++position;
     }
     return documents;
 }
@@ -180,22 +183,55 @@ TEST(WebReportRepairTest, ACutRunWithAnotherBehindItIsClosedToo)
     }
 }
 
+TEST(WebReportRepairTest, ARunIsClosedWhereItStopsBeingADocument)
+{
+    const QByteArray start = R"(data.push( {"version":{},"tests":[)";
+    const QByteArray end = " );\n\n";
+    const QByteArray closed = start + R"(],"ended":false})" + end;
+    const QByteArray next = dataFileOf(1).mid(header.size());
+    struct Row
+    {
+        QByteArray broken;
+        QByteArray expected;
+    };
+    const Row rows[] = {
+        {start + "01,1]}" + end, closed},       {start + "1.,1]}" + end, closed},
+        {start + "\"a\nb\"]}" + end, closed},   {start + R"("\x"]})" + end, closed},
+        {start + "}]}" + end, closed},          {start + ",]}" + end, closed},
+        {start + "]} + 1", start + "]}" + end}, {next + "\xff", next},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(repaired(header + row.broken), header + row.expected) << row.broken.constData();
+        EXPECT_EQ(repaired(header + row.broken + next), header + row.expected + next)
+            << row.broken.constData();
+    }
+}
+
+TEST(WebReportRepairTest, TwoRunsThatWroteAtTheSameTimeLeaveAScriptAndTheRunsAround)
+{
+    const QByteArray run = dataFileOf(1).mid(header.size());
+    for (int first = 1; first < run.size(); first += 211) {
+        for (int second = 1; second < run.size(); second += 179) {
+            const QByteArray mixed =
+                run.left(first) + run.left(second) + run.mid(first) + run.mid(second);
+            const QByteArray result = repaired(header + run + mixed + run);
+            ASSERT_GE(documentsOf(result).size(), 3U) << first << ' ' << second;
+            EXPECT_TRUE(result.startsWith(header + run)) << first << ' ' << second;
+            EXPECT_TRUE(result.endsWith(run)) << first << ' ' << second;
+            if (testing::Test::HasFailure())
+                return;
+        }
+    }
+}
+
 TEST(WebReportRepairTest, AFileThatIsDamagedInAnotherWayIsLeftAlone)
 {
     const QByteArray whole = dataFileOf(1);
-    const QByteArray document = R"(data.push( {"version":{},"tests":[)";
     const QByteArray rows[] = {
         "something else",
         header + "// a note\n",
         header + "data.push( [1] );\n\n",
-        header + document + "01,1]} );\n\n",
-        header + document + "1.,1]} );\n\n",
-        header + document + "\"a\nb\"]} );\n\n",
-        header + document + "\"\\x\"]} );\n\n",
-        header + document + "}]} );\n\n",
-        header + document + ",]} );\n\n",
-        header + document + "]} + 1",
-        whole + "\xff",
+        whole + "data.push( [1] );\n\n",
     };
     for (const QByteArray &data : rows) {
         const WebReportEdits edits = webReportEdits(data.constData(), data.size());
@@ -219,6 +255,22 @@ TEST(WebReportRepairTest, TheFileIsReplacedAndTheMessageTellsWhichRun)
     const WebReportRepair second = repairWebReport(dir.path());
     EXPECT_FALSE(second.isRepaired);
     EXPECT_EQ(second.message, QStringLiteral("Nothing to repair in '%1'").arg(fileName));
+}
+
+TEST(WebReportRepairTest, AFullDiskLeavesTheFileAsItWas)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    const QByteArray cut = dataFileOf(2).chopped(200);
+    writeFile(fileName, cut);
+    WebReportRepair repair;
+    {
+        const FileSizeLimit limit(1000);
+        repair = repairWebReport(dir.path());
+    }
+    EXPECT_EQ(repair.error, QStringLiteral("Could not write '%1': File too large").arg(fileName));
+    EXPECT_FALSE(repair.isRepaired);
+    EXPECT_EQ(readFile(fileName), cut);
 }
 
 TEST(WebReportRepairTest, ADirectoryWithoutAReportIsAnError)

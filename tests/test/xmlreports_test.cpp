@@ -208,6 +208,23 @@ TEST(Xml2Test, EachSubjectOfADifferenceHasItsForm)
     EXPECT_EQ(document.count("//x2:tablediff/x2:context[3]/x2:row[not(@*)]"), 1);
 }
 
+TEST(Xml2Test, ATestCaseThatWasLeftOutDoesNotLookPassed)
+{
+    TestResult::Entry testCase = entryOf(TestResult::SKIP_SECTION, "tst_a", "left out");
+    testCase.info = "testcase";
+    TestResult::Entry scenario = entryOf(TestResult::SKIP_SECTION, "title");
+    scenario.info = "scenario";
+    const XmlDocument document(reportOf("xml2", [&](TestResult &result) {
+        result.start("suite_a", QDir("/suite"), "", "");
+        result.processEntry(testCase);
+        result.processEntry(scenario);
+        result.completed();
+    }));
+    EXPECT_EQ(document.texts("//x2:message/@type"), QStringList({"SKIP_SECTION", "LOG"}));
+    EXPECT_EQ(document.texts("//x2:message/x2:description"),
+              QStringList({"tst_a", "left out", "Skip Scenario", "title"}));
+}
+
 TEST(Xml2Test, AVerificationHoldsItsOwnResultsAndNoOthers)
 {
     const XmlDocument document(reportOf("xml2", [](TestResult &result) {

@@ -108,4 +108,5 @@ TEST_F(ZipXml3ReportGeneratorTest, AFullDiskIsToldAtTheEndOfTheRun)
                           "to zip returned error on add: "),
               0U)
         << errors;
+    EXPECT_NE(errors.find("; the report is lost\n"), std::string::npos) << errors;
 }
