@@ -23,6 +23,8 @@ set(MORVEX_BUILD_PREFIX "${PROJECT_BINARY_DIR}/prefix")
 add_library(morvex_settings INTERFACE)
 target_compile_options(morvex_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+    # Qt's own logging macros.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     $<$<BOOL:${MORVEX_WARNINGS_AS_ERRORS}>:-Werror>)
 
 if(MORVEX_SANITIZE)

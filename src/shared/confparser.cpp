@@ -6,6 +6,14 @@
 #include <QFile>
 
 namespace Morvex {
+namespace {
+
+// What a whole file may make of references: one that is nothing but references costs no more memory
+// and time than a long one. Beyond this they stay as they stand.
+const int maxReferences = 100000;
+const qint64 maxGrowth = 4 * 1024 * 1024;
+
+} // namespace
 
 // The line counter goes up with each assignment only, and lineStart moves with it: messages count
 // neither blank lines nor comments.
@@ -111,14 +119,22 @@ bool ConfParser::parseAssignment(const QString &fileName, Position &position)
     return true;
 }
 
-void ConfParser::evaluate(QString &value) const
+void ConfParser::evaluate(QString &value)
 {
-    expandReferences(value, [this](const QString &name) {
+    QString expanded = value;
+    expandReferences(expanded, [this](const QString &name) {
+        if (++m_references > maxReferences)
+            return QString();
         const auto entry = m_entries.constFind(name);
         if (entry != m_entries.constEnd())
             return entry->value(0);
         return QString::fromStdString(Environment::getVariable(name.toStdString()));
     });
+    const qint64 growth = expanded.size() - value.size();
+    if (m_growth + growth > maxGrowth)
+        return;
+    m_growth += qMax(qint64(0), growth);
+    value = expanded;
 }
 
 QStringList ConfParser::split(const QString &value) const

@@ -31,12 +31,15 @@ private:
 
     void parse(const QString &fileName);
     bool parseAssignment(const QString &fileName, Position &position);
-    void evaluate(QString &value) const;
+    void evaluate(QString &value);
     QStringList split(const QString &value) const;
 
     QMap<QString, QStringList> m_entries;
     bool m_splitValues;
     QString m_error;
+    // How many references were looked up, and the characters that they added.
+    int m_references = 0;
+    qint64 m_growth = 0;
 };
 
 /// The entries of a configuration file under an optional settings group, whose entries have keys

@@ -14,9 +14,10 @@ enum class DollarPair {
     IsOneDollar,
 };
 
-/// Replaces each $(NAME) in @p text by what @p lookup gives for NAME; a replacement that holds a
-/// reference is expanded in turn, and an empty one leaves the reference as it stands. An expansion
-/// that does not end, or grows beyond any use, leaves the whole text unchanged.
+/// Replaces each $(NAME) in @p text by what @p lookup gives for NAME; an empty replacement leaves
+/// the reference as it stands. References in a replacement are expanded in turn, from its third
+/// character on. An expansion that does not end, or grows beyond any use, leaves the whole text
+/// unchanged.
 MORVEX_EXPORT void expandReferences(QString &text,
                                     const std::function<QString(const QString &)> &lookup,
                                     DollarPair dollarPair = DollarPair::Kept);

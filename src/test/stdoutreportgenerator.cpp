@@ -52,10 +52,8 @@ struct EscapeTable
 {
     constexpr EscapeTable()
     {
-        escapes['\\'] = '\\';
-        escapes['\b'] = 'b';
-        escapes['\t'] = 't';
-        escapes['\n'] = 'n';
+        for (const char *pair : {"\\\\", "\bb", "\tt", "\nn"})
+            escapes[static_cast<unsigned char>(pair[0])] = pair[1];
     }
 
     char escapes[0x80] = {};

@@ -131,6 +131,20 @@ TEST_F(ConfParserTest, ReferencesThatMultiplyStayBounded)
         EXPECT_LE(words.value(0).size(), 100000);
 }
 
+TEST_F(ConfParserTest, AFileOfReferencesStaysInProportion)
+{
+    QByteArray text = "A = " + QByteArray(60000, 'x') + "\n";
+    for (int i = 0; i < 10000; ++i)
+        text += "B" + QByteArray::number(i) + " = $(A)\n";
+    const ConfParser parser = parse(text, false);
+    qint64 size = 0;
+    for (const QStringList &words : parser.entries())
+        size += words.value(0).size();
+    EXPECT_LT(size, 5000000);
+    EXPECT_EQ(parser.entries().value("B0").value(0).size(), 60000);
+    EXPECT_EQ(parser.entries().value("B9999"), QStringList("$(A)"));
+}
+
 TEST(ConfParserSplitArgsTest, QuotesAndBackslashesKeepBlanks)
 {
     const struct
