@@ -209,7 +209,7 @@
     }
 
     function DataTable(table) {
-        this.fields = Array.from(table.fields);
+        this.fields = Array.from(table.fields());
         this.count = table.count;
         this.record = function (row) {
             if (!isInt32(row) || row < 0 || row >= table.count)

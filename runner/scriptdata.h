@@ -15,7 +15,6 @@ class ScriptData : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QString name READ name CONSTANT)
-    Q_PROPERTY(QStringList fields READ fields CONSTANT)
     Q_PROPERTY(int count READ count CONSTANT)
 
 public:
@@ -26,7 +25,8 @@ public:
     ~ScriptData() override;
 
     QString name() const;
-    QStringList fields() const;
+    /// No property, which the engine would read anew for each element.
+    Q_INVOKABLE QStringList fields() const;
     int count() const;
     /// The values of a record.
     Q_INVOKABLE QStringList row(int index) const;

@@ -191,6 +191,9 @@ public:
     void take(const Record &record)
     {
         const int valueOffset = 6;
+        // Other records have continuations, too.
+        const bool continuesString = m_isInString;
+        m_isInString = false;
         switch (record.type()) {
         case NumberRecord:
             m_cells.insert(record.place(), numberCell(XlsCell::Float, record.real(valueOffset)));
@@ -214,15 +217,17 @@ public:
         case StringRecord:
             m_string = StringContent(m_codec);
             m_string.begin(record, 0);
+            takeString();
             break;
         case ContinueRecord:
+            if (!continuesString)
+                return;
             m_string.append(record.from(0));
+            takeString();
             break;
         default:
             return;
         }
-        if (record.type() == StringRecord || record.type() == ContinueRecord)
-            takeString();
     }
 
     const QHash<quint32, XlsCell> &cells() const { return m_cells; }
@@ -265,12 +270,14 @@ private:
         const auto cell = m_cells.find(m_formulaPlace);
         if (cell != m_cells.end() && cell->type == XlsCell::String)
             cell->text = m_string.text();
+        m_isInString = true;
     }
 
     QTextCodec *m_codec;
     QHash<quint32, XlsCell> m_cells;
     quint32 m_formulaPlace = 0;
     StringContent m_string{nullptr};
+    bool m_isInString = false;
 };
 
 } // namespace

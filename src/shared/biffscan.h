@@ -1,5 +1,6 @@
 #pragma once
 
+#include "morvex_export.h"
 #include "shared/xlscell.h"
 
 #include <QByteArray>
@@ -12,7 +13,7 @@ namespace Morvex {
 /// and texts with formatting in the cell. The library that reads the plain texts drops the results
 /// and the formatted texts, shows booleans and errors as numbers, and turns a number into a date by
 /// the look of its format.
-class BiffScan
+class MORVEX_EXPORT BiffScan
 {
 public:
     /// @p stream is empty for a workbook of another kind, which then has nothing to say.
@@ -22,7 +23,11 @@ public:
     bool hasPassword() const { return m_hasPassword; }
     int sheetCount() const { return m_sheetOffsets.size(); }
 
-    /// The cells of a sheet by place. Later ones win.
+    static const unsigned maxRow = 0xffff;
+    static const unsigned maxColumn = 0xff;
+
+    /// The cells of a sheet by place. Later ones win. A place stands for rows and columns up to
+    /// the greatest ones.
     QHash<quint32, XlsCell> cells(int sheet) const;
     static quint32 place(unsigned row, unsigned column) { return row << 16 | column; }
 

@@ -294,7 +294,7 @@ QStringList Settings::subkeyOrEntryList(const QString &group, const QString &key
             continue;
         names += path.left(slash);
     }
-    // Entries without a further "/" may lie between those of one subkey.
+    // Each key repeats its subkey.
     names.removeDuplicates();
     return names;
 }

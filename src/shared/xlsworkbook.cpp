@@ -90,6 +90,8 @@ bool XlsWorkbook::selectSheet(int sheet)
 
 std::optional<XlsCell> XlsWorkbook::cell(unsigned column, unsigned row) const
 {
+    if (row > BiffScan::maxRow || column > BiffScan::maxColumn)
+        return std::nullopt;
     const auto scanned = m_scannedCells.constFind(BiffScan::place(row, column));
     if (scanned != m_scannedCells.constEnd())
         return *scanned;

@@ -295,6 +295,8 @@ private:
         const Cell cell = currentCell();
         checkColumn(cell.column);
         fill(record, expectedColumn, cell.column);
+        // Cells may come without a reference, or with that of one before.
+        checkColumn(static_cast<unsigned>(record.count()));
         record.addValue(cell.hasSharedString ? takeSharedValue() : takeValue());
         return cell.column;
     }

@@ -237,6 +237,24 @@ TEST_F(WorkbookTest, AnEncryptedFileIsTold)
     EXPECT_EQ(messages, "passwd protected\n");
 }
 
+TEST_F(WorkbookTest, ASheetWithAllRowsFilledEnds)
+{
+    const QString file = dir.filePath("full.xls");
+    QProcess python;
+    python.start("/usr/bin/python3", {"-c",
+                                      "import sys, xlwt\nbook = xlwt.Workbook()\n"
+                                      "sheet = book.add_sheet('s')\n"
+                                      "for row in range(65536): sheet.write(row, 0, row + 0.5)\n"
+                                      "book.save(sys.argv[1])",
+                                      file});
+    python.waitForFinished(60000);
+    if (!QFile::exists(file))
+        GTEST_SKIP() << "python3-xlwt is missing";
+    const auto set = open(file);
+    ASSERT_TRUE(set);
+    EXPECT_EQ(set->count(), 65535);
+}
+
 TEST_F(WorkbookTest, FilesOfAnotherKindAreTold)
 {
     const QByteArray text = "name,amount\nApple,3\n";
@@ -341,6 +359,7 @@ TEST_F(WorkbookTest, SheetsThatNoProgramWritesGiveAnEmptySet)
         worksheet("A1", cells + "<row r=\"2\"><c r=\"AAAAAAAAAAAAAAAAAAAA2\"/></row>"),
         worksheet("A1", cells + "<row r=\"2\"><c r=\"XFE2\"/></row>"),
         worksheet("A1:AAAAAAAAAAAAAAAAAAAA2", cells),
+        worksheet("A1", "<row r=\"1\">" + QByteArray("<c/>").repeated(20000) + "</row>"),
         worksheet("A1:XFD1048576", cells + "<row r=\"1048576\"/>"),
         worksheet("A1", cells + QByteArray("<row r=\"1\"/><row r=\"1048576\"/>").repeated(3)),
         worksheet("A1", cells + QByteArray("<x>").repeated(200000)),
