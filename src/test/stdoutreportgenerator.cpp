@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <stdio_ext.h>
 #include <unistd.h>
 
 namespace Morvex {
@@ -228,18 +229,41 @@ void StdoutReportGenerator::writeLine(const TestResult::Entry &entry)
     line += '\t';
     appendRightText(line, entry);
     line += '\n';
-    std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), m_stream);
-    flush();
+    writeAtOnce(line);
     if (line.capacity() > maxKeptCapacity) {
         line = QByteArray();
         line.reserve(lineCapacity);
     }
 }
 
-// What can't be written is told once; the run and the other reports go on.
+// Past the buffer of the stream, which a flush for each line makes a detour.
+void StdoutReportGenerator::writeAtOnce(const QByteArray &line)
+{
+    const int descriptor = ::fileno(m_stream);
+    if (descriptor < 0 || ::__fpending(m_stream) > 0) {
+        std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), m_stream);
+        flush();
+        return;
+    }
+    for (qint64 position = 0; position < line.size();) {
+        const ssize_t written = ::write(descriptor, line.constData() + position,
+                                        static_cast<std::size_t>(line.size() - position));
+        if (written < 0 && errno != EINTR)
+            return tellFailure();
+        position += qMax(written, ssize_t(0));
+    }
+}
+
 void StdoutReportGenerator::flush()
 {
-    if ((std::fflush(m_stream) == 0 && !std::ferror(m_stream)) || d->hasFailed)
+    if (std::fflush(m_stream) != 0 || std::ferror(m_stream))
+        tellFailure();
+}
+
+// What can't be written is told once; the run and the other reports go on.
+void StdoutReportGenerator::tellFailure()
+{
+    if (d->hasFailed)
         return;
     d->hasFailed = true;
     std::fprintf(stderr, "morvexrunner: Could not write the console report: %s\n",

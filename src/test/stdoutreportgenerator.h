@@ -33,7 +33,9 @@ private:
     struct Private;
 
     void writeLine(const TestResult::Entry &entry);
+    void writeAtOnce(const QByteArray &line);
     void flush();
+    void tellFailure();
 
     std::FILE *m_stream;
     bool m_ownsStream;

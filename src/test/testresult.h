@@ -51,7 +51,7 @@ class MORVEX_EXPORT TestResult
 {
 public:
     // The numbers travel between processes and index the table of names.
-    enum ResultType {
+    enum ResultType : int {
         START,
         END,
         START_TEST_CASE,
@@ -74,9 +74,9 @@ public:
     };
 
     /// The kind of verification behind a result. NO_VP stands for a check in the script.
-    enum VPType { NO_VP, PROPERTY_VP, TABLE_VP, SCREENSHOT_VP, VISUAL_VP };
+    enum VPType : int { NO_VP, PROPERTY_VP, TABLE_VP, SCREENSHOT_VP, VISUAL_VP };
 
-    enum AttachmentType {
+    enum AttachmentType : int {
         NO_ATTACHMENT = -1,
         UICOVERAGE_ATTACHMENT,
         FILE_ATTACHMENT,

@@ -12,6 +12,9 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
 #include <memory>
 
 using namespace Morvex;
@@ -48,6 +51,15 @@ QByteArray repaired(const QByteArray &data)
 }
 
 // The documents of a data file that is a valid script; reports one that is not.
+// Qt's reader loses memory when a key comes twice in an object, as it may where two runs met.
+QJsonDocument parsed(const QByteArray &text)
+{
+#ifdef __SANITIZE_ADDRESS__
+    const __lsan::ScopedDisabler disabler;
+#endif
+    return QJsonDocument::fromJson(text);
+}
+
 std::vector<QJsonObject> documentsOf(const QByteArray &data)
 {
     std::vector<QJsonObject> documents;
@@ -58,7 +70,7 @@ std::vector<QJsonObject> documentsOf(const QByteArray &data)
         EXPECT_EQ(data.mid(position, begin.size()), begin);
         const int end = data.indexOf(" );\n\n", position);
         const int from = position + begin.size();
-        const QJsonDocument document = QJsonDocument::fromJson(data.mid(from, end - from));
+        const QJsonDocument document = parsed(data.mid(from, end - from));
         EXPECT_TRUE(document.isObject()) << data.mid(position).constData();
         if (end < 0 || !document.isObject())
             return documents;
