@@ -89,6 +89,18 @@ bool hasTooManyAttributes(const std::string &xml)
     return !shape.isCertain || shape.mostAttributes > maxAttributes;
 }
 
+// The parser steps over a character by the length that its first byte tells, and so over the end.
+bool endsWithinCharacter(const std::string &xml)
+{
+    for (std::size_t behind = 1; behind <= 3 && behind <= xml.size(); ++behind) {
+        const auto byte = static_cast<unsigned char>(xml[xml.size() - behind]);
+        const std::size_t length = byte >= 0xf0 ? 4 : byte >= 0xe0 ? 3 : byte >= 0xc0 ? 2 : 1;
+        if (length > behind)
+            return true;
+    }
+    return false;
+}
+
 // Texts that the parser does not survive, or not in reasonable time.
 QString refusal(const std::string &xml)
 {
@@ -96,6 +108,8 @@ QString refusal(const std::string &xml)
         return QStringLiteral("The document holds a zero byte.");
     if (xmlNestsDeeperThan(xml, maxXmlDepth))
         return QStringLiteral("The elements are nested deeper than %1 levels.").arg(maxXmlDepth);
+    if (endsWithinCharacter(xml))
+        return QStringLiteral("The document ends within a character.");
     if (hasTooManyAttributes(xml))
         return QStringLiteral("An element has more than %1 attributes.").arg(maxAttributes);
     return {};

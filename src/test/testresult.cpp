@@ -40,6 +40,8 @@ struct TestResult::Private
     std::deque<std::pair<QString, QString>> sections;
 
     void setFlags(ResultType type);
+    // What addEntry does, on the entry itself.
+    void add(TestResult &result, Entry &entry);
 };
 
 void TestResult::Private::setFlags(ResultType type)
@@ -109,7 +111,7 @@ void setLine(Entry &entry, const LineInfo &line)
 {
     entry.line = line;
     if (line.isValid())
-        entry.stack = {line};
+        entry.stack.push_back(line);
 }
 
 Entry makeStartEntry(TestResult::ResultType type, const QString &name, const QDir &dir,
@@ -245,7 +247,8 @@ void TestResult::start(const QString &name, const QDir &dir, const QString &summ
                        const QString &description)
 {
     d->name = name;
-    addEntry(makeStartEntry(START, name, dir, summary, description));
+    Entry entry = makeStartEntry(START, name, dir, summary, description);
+    d->add(*this, entry);
 }
 
 void TestResult::start(const QString &name, const QString &summary, const QString &description)
@@ -263,7 +266,7 @@ void TestResult::startTestCase(const QString &name, const QDir &dir, const QStri
 {
     Entry entry = makeStartEntry(START_TEST_CASE, name, dir, summary, description);
     entry.info = name;
-    addEntry(std::move(entry));
+    d->add(*this, entry);
 }
 
 void TestResult::startTestCase(const QString &name, const QString &summary,
@@ -276,7 +279,7 @@ void TestResult::completedTestCase(const QString &name)
 {
     Entry entry = makeEntry(END_TEST_CASE, endMessage(name), endDetails(name));
     entry.info = name;
-    addEntry(std::move(entry));
+    d->add(*this, entry);
 }
 
 void TestResult::addResult(const QDateTime &time, ResultType type, const QString &message,
@@ -287,7 +290,7 @@ void TestResult::addResult(const QDateTime &time, ResultType type, const QString
     setStack(entry, stack);
     entry.info = info;
     entry.retry = retry;
-    addEntry(std::move(entry));
+    d->add(*this, entry);
 }
 
 void TestResult::addResult(const QDateTime &time, ResultType type, const QString &message,
@@ -298,7 +301,7 @@ void TestResult::addResult(const QDateTime &time, ResultType type, const QString
     setLine(entry, line);
     entry.info = info;
     entry.retry = retry;
-    addEntry(std::move(entry));
+    d->add(*this, entry);
 }
 
 void TestResult::addResult(ResultType type, const QString &message, const QString &details,
@@ -312,7 +315,7 @@ void TestResult::addError(const QString &message, const QString &details,
 {
     Entry entry = makeEntry(ERROR, message, details);
     setStack(entry, stack);
-    addEntry(std::move(entry));
+    d->add(*this, entry);
 }
 
 TestResult::Comparison TestResult::compare(const QString &expected, const QString &actual)
@@ -349,19 +352,22 @@ bool TestResult::addComparison(const QString &message, int expected, int actual,
 void TestResult::addAttachment(AttachmentType type, const QString &message, const QString &uri,
                                const std::vector<LineInfo> &stack)
 {
-    addEntry(makeAttachmentEntry(ATTACHMENT, type, message, uri, stack));
+    Entry entry = makeAttachmentEntry(ATTACHMENT, type, message, uri, stack);
+    d->add(*this, entry);
 }
 
 void TestResult::addStartVideo(const QString &message, const QString &uri,
                                const std::vector<LineInfo> &stack)
 {
-    addEntry(makeAttachmentEntry(STARTVIDEOCAPTURE, FILE_ATTACHMENT, message, uri, stack));
+    Entry entry = makeAttachmentEntry(STARTVIDEOCAPTURE, FILE_ATTACHMENT, message, uri, stack);
+    d->add(*this, entry);
 }
 
 void TestResult::addEndVideo(const QString &message, const QString &uri,
                              const std::vector<LineInfo> &stack)
 {
-    addEntry(makeAttachmentEntry(ENDVIDEOCAPTURE, FILE_ATTACHMENT, message, uri, stack));
+    Entry entry = makeAttachmentEntry(ENDVIDEOCAPTURE, FILE_ATTACHMENT, message, uri, stack);
+    d->add(*this, entry);
 }
 
 void TestResult::addResultForVPFile(const QDateTime &time, ResultType type, const QString &message,
@@ -369,7 +375,8 @@ void TestResult::addResultForVPFile(const QDateTime &time, ResultType type, cons
                                     const QString &vpName, VPType vpType, const QFileInfo &vpFile,
                                     const QString &info)
 {
-    addEntry(makeVPEntry(time, type, message, details, stack, vpName, vpType, vpFile, info));
+    Entry entry = makeVPEntry(time, type, message, details, stack, vpName, vpType, vpFile, info);
+    d->add(*this, entry);
 }
 
 void TestResult::addResultForTableVPFile(const QDateTime &time, ResultType type,
@@ -380,33 +387,38 @@ void TestResult::addResultForTableVPFile(const QDateTime &time, ResultType type,
 {
     Entry entry = makeVPEntry(time, type, message, details, stack, vpName, TABLE_VP, vpFile, info);
     entry.tableDiff = diff;
-    addEntry(std::move(entry));
+    d->add(*this, entry);
 }
 
 void TestResult::addEntry(Entry entry)
 {
-    if (!d->generator) {
+    d->add(*this, entry);
+}
+
+void TestResult::Private::add(TestResult &result, Entry &entry)
+{
+    if (!generator) {
         qWarning("Cannot add entry to test result without valid report generator.");
         return;
     }
-    if (d->isComplete) {
+    if (isComplete) {
         qWarning("Cannot add entry to test result which is completed already, type %d with message "
                  "'%s'",
                  entry.type, qUtf8Printable(entry.message));
         return;
     }
-    if (entry.type != START && !d->isStarted)
+    if (entry.type != START && !isStarted)
         qFatal("TestResult::addEntry: first result has to be of type Start. Got type %d with "
                "message '%s'",
                entry.type, qUtf8Printable(entry.message));
-    if (entry.type == START && d->isStarted)
+    if (entry.type == START && isStarted)
         qFatal("TestResult::addEntry: already started");
     // Out of reach as long as the warning above comes first.
-    if (entry.type == END && d->isComplete)
+    if (entry.type == END && isComplete)
         qFatal("TestResult::addEntry: already completed");
-    entry.vpCounter = d->inVerification ? d->vpCounter : 0;
-    entry.name = d->name;
-    processEntry(entry);
+    entry.vpCounter = inVerification ? vpCounter : 0;
+    entry.name = name;
+    result.processEntry(entry);
 }
 
 void TestResult::processEntry(const Entry &entry)

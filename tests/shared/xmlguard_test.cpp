@@ -42,6 +42,17 @@ TEST(XmlGuardTest, WhatWouldOverrunTheParserIsRefused)
     }
 }
 
+TEST(XmlGuardTest, ATextThatEndsWithinACharacterIsRefused)
+{
+    for (const char *ending : {"\xc3", "\xe2\x82", "\xf0\x9f\x98", "\xf0"}) {
+        TiXmlDocument parsed;
+        EXPECT_EQ(parseXml(std::string("<a>x</a><b") + ending, &parsed),
+                  "The document ends within a character.");
+    }
+    TiXmlDocument parsed;
+    EXPECT_EQ(parseXml("<a>\xe2\x82\xac</a>", &parsed), "");
+}
+
 TEST(XmlGuardTest, LongAndFlatDocumentsPass)
 {
     const std::string documents[] = {
