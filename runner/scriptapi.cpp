@@ -1,5 +1,6 @@
 #include "runner/scriptapi.h"
 
+#include "shared/clock.h"
 #include "shared/environment.h"
 #include "test/testresult.h"
 
@@ -67,16 +68,16 @@ void ScriptApi::install()
 
 void ScriptApi::log(const QString &type, const QString &message, const QString &details)
 {
-    m_context.result->addResult(QDateTime::currentDateTime(), TestResult::stringToResult(type),
-                                message, details, m_engine->currentStack(), QString(), -1);
+    m_context.result->addResult(currentLocalTime(), TestResult::stringToResult(type), message,
+                                details, m_engine->currentStack(), QString(), -1);
 }
 
 void ScriptApi::check(bool passed, const QString &message, const QString &details, bool expectFail)
 {
     TestResult *result = m_context.result;
     result->startVP();
-    result->addResult(QDateTime::currentDateTime(), outcomeType(passed, expectFail), message,
-                      details, m_engine->currentStack(), QString(), -1);
+    result->addResult(currentLocalTime(), outcomeType(passed, expectFail), message, details,
+                      m_engine->currentStack(), QString(), -1);
     result->endVP();
 }
 

@@ -4,10 +4,14 @@
 #include <QIODevice>
 
 #include <limits>
+#include <string>
 #include <utility>
 
 namespace Morvex {
 namespace {
+
+// A time is a date, the milliseconds of a day and a kind.
+const std::size_t timeSize = 8 + 4 + 1;
 
 // A file name without characters and a line number.
 const qint64 minFrameSize = 4 + 4;
@@ -84,6 +88,24 @@ public:
             file = QFileInfo(path);
     }
 
+    // Most times are those of the entry before, and making a local one costs more than all of the
+    // other fields.
+    void readTime(QDateTime &time, const char *payload, std::size_t size)
+    {
+        thread_local std::string cachedBytes;
+        thread_local QDateTime cachedTime;
+        if (size >= timeSize && cachedBytes.compare(0, timeSize, payload, timeSize) == 0) {
+            time = cachedTime;
+            m_stream.skipRawData(timeSize);
+            return;
+        }
+        read(time);
+        if (!isOk() || time.timeSpec() != Qt::LocalTime)
+            return;
+        cachedBytes.assign(payload, timeSize);
+        cachedTime = time;
+    }
+
 private:
     bool isOk() const { return m_stream.status() == QDataStream::Ok; }
 
@@ -116,7 +138,7 @@ TestResult::Entry decodeEntry(const char *payload, std::size_t size)
     if (size > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         return entry;
     FieldReader reader(QByteArray::fromRawData(payload, static_cast<int>(size)));
-    reader.read(entry.time);
+    reader.readTime(entry.time, payload, size);
     reader.readEnumerator(entry.type, TestResult::START, TestResult::ENDVIDEOCAPTURE);
     reader.read(entry.message);
     reader.read(entry.details);

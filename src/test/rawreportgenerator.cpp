@@ -12,6 +12,7 @@ namespace Morvex {
 namespace {
 
 const int timeoutMs = 30000;
+const int datagramCapacity = 1024;
 
 struct Connection
 {
@@ -36,6 +37,7 @@ RawReportGenerator::RawReportGenerator(const QString &socketName,
     : m_socketName(socketName)
     , m_socket(std::move(socket))
 {
+    m_datagram.reserve(datagramCapacity);
 }
 
 TestReportGenerator::Result RawReportGenerator::create(const QString &socketName)

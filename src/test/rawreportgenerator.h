@@ -34,7 +34,7 @@ private:
 
     QString m_socketName;
     std::unique_ptr<QLocalSocket> m_socket;
-    // Kept for its memory.
+    // Kept for its memory, some of which is reserved: without that it would be freed when emptied.
     QByteArray m_datagram;
 };
 

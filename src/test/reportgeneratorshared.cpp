@@ -250,6 +250,11 @@ QString attachmentTypeToString(TestResult::AttachmentType type)
     return {};
 }
 
+bool isSectionEvent(TestResult::ResultType type)
+{
+    return !sectionVerb(type).isEmpty();
+}
+
 TestResult::Entry convertSectionEventToLogEvent(const TestResult::Entry &entry)
 {
     const QLatin1String verb = sectionVerb(entry.type);

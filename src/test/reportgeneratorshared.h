@@ -58,6 +58,9 @@ MORVEX_EXPORT QString formatAsISO8601WithMs(const QDateTime &time);
 
 MORVEX_EXPORT QString attachmentTypeToString(TestResult::AttachmentType type);
 
+/// The start, end or skip of a section: what convertSectionEventToLogEvent may change.
+MORVEX_EXPORT bool isSectionEvent(TestResult::ResultType type);
+
 /// For formats without sections: a LOG entry that tells of the section. Any other entry, and a
 /// section of an unknown kind, comes back unchanged.
 MORVEX_EXPORT TestResult::Entry convertSectionEventToLogEvent(const TestResult::Entry &entry);

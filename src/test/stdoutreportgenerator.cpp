@@ -15,6 +15,7 @@ namespace {
 
 const int typeWidth = 10;
 const int leftWidth = 30;
+const int lineCapacity = 1024;
 
 const char *colorCode(ResultColor color)
 {
@@ -33,63 +34,93 @@ const char *colorCode(ResultColor color)
 
 const char resetCode[] = "\x1b[0m";
 
-void appendPadded(QByteArray &line, const QByteArray &text, int width)
+// Blanks up to the width, counted from start on.
+void pad(QByteArray &line, int start, int width)
 {
-    line += text;
-    if (text.size() < width)
-        line.append(width - text.size(), ' ');
+    const int missing = start + width - line.size();
+    if (missing > 0)
+        line.append(missing, ' ');
 }
 
-QLatin1String escapeOf(QChar character)
+// What stands behind a backslash for the character; 0 when it stands for itself.
+char escapeOf(QChar character)
 {
     switch (character.unicode()) {
     case '\\':
-        return QLatin1String("\\\\");
+        return '\\';
     case '\b':
-        return QLatin1String("\\b");
+        return 'b';
     case '\t':
-        return QLatin1String("\\t");
+        return 't';
     case '\n':
-        return QLatin1String("\\n");
+        return 'n';
     default:
-        return {};
+        return 0;
     }
 }
 
-// Keeps an entry on one line. Before the conversion to the locale's encoding, in some of which
-// these characters are also the second byte of others.
-QByteArray escaped(const QString &text)
+// Writes ASCII text at once, which most texts are and all encodings of locales have in common.
+// False, with the line unchanged, for any other text.
+bool appendEscapedAscii(QByteArray &line, const QString &text)
 {
-    QString result;
-    int copied = 0;
-    for (int i = 0; i < text.size(); ++i) {
-        const QLatin1String escape = escapeOf(text.at(i));
-        if (escape.isEmpty())
-            continue;
-        result += QStringView(text).mid(copied, i - copied);
-        result += escape;
-        copied = i + 1;
+    const int start = line.size();
+    line.resize(start + 2 * text.size());
+    char *out = line.data() + start;
+    for (const QChar character : text) {
+        if (character.unicode() >= 0x80) {
+            line.resize(start);
+            return false;
+        }
+        const char escape = escapeOf(character);
+        if (escape)
+            *out++ = '\\';
+        *out++ = escape ? escape : character.toLatin1();
     }
-    if (copied == 0)
-        return text.toLocal8Bit();
-    result += QStringView(text).mid(copied);
-    return result.toLocal8Bit();
+    line.resize(static_cast<int>(out - line.data()));
+    return true;
 }
 
-QString leftText(const TestResult::Entry &entry)
+// Keeps an entry on one line. Escapes before the conversion to the locale's encoding, in some of
+// which these characters are also the second byte of others.
+void appendEscaped(QByteArray &line, const QString &text)
 {
-    const QString place = entry.line.toString();
-    return place.isEmpty() ? entry.message : place + QLatin1String(": ") + entry.message;
+    if (appendEscapedAscii(line, text))
+        return;
+    QString escapedText;
+    for (const QChar character : text) {
+        const char escape = escapeOf(character);
+        if (escape)
+            escapedText += QLatin1Char('\\');
+        escapedText += escape ? QLatin1Char(escape) : character;
+    }
+    line += escapedText.toLocal8Bit();
 }
 
-QString rightText(const TestResult::Entry &entry)
+void appendLeftText(QByteArray &line, const TestResult::Entry &entry)
 {
-    QString text = entry.details;
-    for (const QString &addition : {entry.info, entry.vpName}) {
-        if (!addition.isEmpty())
-            text += QLatin1String(" (") + addition + QLatin1Char(')');
+    if (entry.line.isValid()) {
+        appendEscaped(line, entry.line.fileName());
+        line += ':';
+        line += QByteArray::number(entry.line.lineNumber());
+        line += ": ";
     }
-    return text;
+    appendEscaped(line, entry.message);
+}
+
+void appendInBrackets(QByteArray &line, const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    line += " (";
+    appendEscaped(line, text);
+    line += ')';
+}
+
+void appendRightText(QByteArray &line, const TestResult::Entry &entry)
+{
+    appendEscaped(line, entry.details);
+    appendInBrackets(line, entry.info);
+    appendInBrackets(line, entry.vpName);
 }
 
 std::FILE *standardStream(const QString &path)
@@ -106,7 +137,7 @@ struct StdoutReportGenerator::Private
     // Null when no colours are to be used.
     std::FILE *colorStream = nullptr;
     ConsoleTime time;
-    // Kept for its memory.
+    // Kept for its memory, which an array gives up when it is emptied unless some was reserved.
     QByteArray line;
 };
 
@@ -120,6 +151,7 @@ StdoutReportGenerator::StdoutReportGenerator(std::FILE *stream, bool owns)
     , m_ownsStream(owns)
     , d(std::make_unique<Private>())
 {
+    d->line.reserve(lineCapacity);
     if (stream && canUseConsoleColor(stream))
         d->colorStream = stream;
 }
@@ -154,11 +186,18 @@ bool canUseConsoleColor(std::FILE *stream)
     return Environment::getVariable("CLICOLOR") != "0";
 }
 
-void StdoutReportGenerator::doHandleEntry(const TestResult::Entry &original)
+void StdoutReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
     if (!m_stream)
         return;
-    const TestResult::Entry entry = convertSectionEventToLogEvent(original);
+    if (isSectionEvent(entry.type))
+        writeLine(convertSectionEventToLogEvent(entry));
+    else
+        writeLine(entry);
+}
+
+void StdoutReportGenerator::writeLine(const TestResult::Entry &entry)
+{
     QByteArray &line = d->line;
     line.resize(0);
     d->time.append(line, entry.time);
@@ -166,13 +205,17 @@ void StdoutReportGenerator::doHandleEntry(const TestResult::Entry &original)
     if (d->colorStream)
         line += colorCode(resultColor(entry.type));
     const QLatin1String name = resultName(entry.type);
-    appendPadded(line, QByteArray::fromRawData(name.data(), name.size()), typeWidth);
+    const int nameStart = line.size();
+    line.append(name.data(), name.size());
+    pad(line, nameStart, typeWidth);
     line += '\t';
     if (d->colorStream)
         line += resetCode;
-    appendPadded(line, escaped(leftText(entry)), leftWidth);
+    const int leftStart = line.size();
+    appendLeftText(line, entry);
+    pad(line, leftStart, leftWidth);
     line += '\t';
-    line += escaped(rightText(entry));
+    appendRightText(line, entry);
     line += '\n';
     std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), m_stream);
     std::fflush(m_stream);

@@ -32,6 +32,8 @@ protected:
 private:
     struct Private;
 
+    void writeLine(const TestResult::Entry &entry);
+
     std::FILE *m_stream;
     bool m_ownsStream;
     std::unique_ptr<Private> d;

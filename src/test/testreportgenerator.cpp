@@ -1,5 +1,7 @@
 #include "test/testreportgenerator.h"
 
+#include "shared/clock.h"
+
 #include <QFile>
 
 #include <memory>
@@ -28,7 +30,7 @@ bool isRetained(const TestResult::Entry &entry)
 TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
 {
     TestResult::Entry entry;
-    entry.time = QDateTime::currentDateTime();
+    entry.time = currentLocalTime();
     entry.type = type;
     entry.message = message;
     entry.vpCounter = 0;

@@ -1,5 +1,6 @@
 #include "test/testresult.h"
 
+#include "shared/clock.h"
 #include "shared/environment.h"
 #include "test/resultlabels.h"
 #include "test/testreportgenerator.h"
@@ -94,7 +95,7 @@ Entry makeEntry(const QDateTime &time, TestResult::ResultType type, const QStrin
 
 Entry makeEntry(TestResult::ResultType type, const QString &message, const QString &details)
 {
-    return makeEntry(QDateTime::currentDateTime(), type, message, details);
+    return makeEntry(currentLocalTime(), type, message, details);
 }
 
 void setStack(Entry &entry, const std::vector<LineInfo> &stack)
@@ -297,7 +298,7 @@ void TestResult::addResult(const QDateTime &time, ResultType type, const QString
 void TestResult::addResult(ResultType type, const QString &message, const QString &details,
                            const LineInfo &line, const QString &info, int retry)
 {
-    addResult(QDateTime::currentDateTime(), type, message, details, line, info, retry);
+    addResult(currentLocalTime(), type, message, details, line, info, retry);
 }
 
 void TestResult::addError(const QString &message, const QString &details,

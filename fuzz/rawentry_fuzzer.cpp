@@ -1,0 +1,30 @@
+#include "test/nullreportgenerator.h"
+#include "test/rawentrystream.h"
+#include "test/testcaseprocess.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+using namespace Morvex;
+
+// As a stream, and as a payload whose entry has to survive another trip.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
+{
+    const char *bytes = reinterpret_cast<const char *>(data);
+    TestResult result(new NullReportGenerator);
+    DatagramBuffer buffer;
+    buffer.append(bytes, size);
+    buffer.convertToTestResults(&result, 1);
+
+    QByteArray datagram;
+    encodeEntry(decodeEntry(bytes, size), datagram);
+    const TestResult::Entry entry =
+        decodeEntry(datagram.constData() + rawLengthSize,
+                    static_cast<std::size_t>(datagram.size()) - rawLengthSize);
+    QByteArray again;
+    encodeEntry(entry, again);
+    if (again != datagram)
+        std::abort();
+    return 0;
+}

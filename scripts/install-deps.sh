@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that Morvex needs and asks for nothing that is there already.
+# Usage: scripts/install-deps.sh [run|all]     run: to build and run it; all: tests and checks too (the default)
+set -euo pipefail
+
+run=(
+    ccache cmake g++ libtinyxml-dev ninja-build pkg-config
+    qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
+)
+tests=(
+    bsdutils clang clang-format libbenchmark-dev libclang-rt-14-dev libgtest-dev
+)
+
+wanted=("${run[@]}")
+[ "${1:-all}" = run ] || wanted+=("${tests[@]}")
+
+missing=()
+for package in "${wanted[@]}"; do
+    status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+sudo=()
+[ "$(id -u)" -eq 0 ] || sudo=(sudo)
+echo "Installing ${missing[*]}" >&2
+"${sudo[@]}" apt-get update -q >&2
+"${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --no-install-recommends "${missing[@]}" >&2
