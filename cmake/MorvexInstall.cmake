@@ -7,7 +7,7 @@ set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/morvex")
 
 target_include_directories(morvex INTERFACE "$<INSTALL_INTERFACE:${header_dir}>")
 
-install(TARGETS morvex EXPORT MorvexTargets
+install(TARGETS morvex morvex_objectmodel_qt EXPORT MorvexTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         COMPONENT runtime NAMELINK_COMPONENT devel)
 install(TARGETS morvexrunner RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
@@ -18,11 +18,23 @@ foreach(layer objectmodel shared test)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/${layer}" DESTINATION "${header_dir}"
         COMPONENT devel
         FILES_MATCHING PATTERN "*.h"
+        PATTERN "qt" EXCLUDE
+        PATTERN "comparisonapplication.h" EXCLUDE
         PATTERN "testcaserun.h" EXCLUDE
         PATTERN "testsuiterunoptions.h" EXCLUDE
+        PATTERN "vpdocument.h" EXCLUDE
+        PATTERN "vpimages.h" EXCLUDE
         PATTERN "xmlguard.h" EXCLUDE)
 endforeach()
-install(FILES "${PROJECT_BINARY_DIR}/generated/morvex_export.h" DESTINATION "${header_dir}"
+# Of the backend just what applications and runners need.
+install(FILES
+    "${PROJECT_SOURCE_DIR}/src/objectmodel/qt/applicationplugin.h"
+    "${PROJECT_SOURCE_DIR}/src/objectmodel/qt/qtinspector.h"
+    DESTINATION "${header_dir}/objectmodel/qt" COMPONENT devel)
+install(FILES
+    "${PROJECT_BINARY_DIR}/generated/morvex_export.h"
+    "${PROJECT_BINARY_DIR}/generated/morvex_objectmodel_qt_export.h"
+    DESTINATION "${header_dir}"
     COMPONENT devel)
 
 configure_package_config_file(
