@@ -18,13 +18,19 @@ foreach(layer objectmodel shared test)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/${layer}" DESTINATION "${header_dir}"
         COMPONENT devel
         FILES_MATCHING PATTERN "*.h"
-        PATTERN "qt" EXCLUDE
+        PATTERN "biffscan.h" EXCLUDE
         PATTERN "comparisonapplication.h" EXCLUDE
+        PATTERN "compoundfile.h" EXCLUDE
+        PATTERN "qt" EXCLUDE
         PATTERN "testcaserun.h" EXCLUDE
         PATTERN "testsuiterunoptions.h" EXCLUDE
         PATTERN "vpdocument.h" EXCLUDE
         PATTERN "vpimages.h" EXCLUDE
-        PATTERN "xmlguard.h" EXCLUDE)
+        PATTERN "xlscell.h" EXCLUDE
+        PATTERN "xlsworkbook.h" EXCLUDE
+        PATTERN "xlsxparts.h" EXCLUDE
+        PATTERN "xmlguard.h" EXCLUDE
+        PATTERN "zippart.h" EXCLUDE)
 endforeach()
 # Of the backend just what applications and runners need.
 install(FILES

@@ -1,5 +1,6 @@
 #include "runner/scriptapi.h"
 
+#include "runner/scriptdata.h"
 #include "shared/clock.h"
 #include "shared/environment.h"
 #include "test/testresult.h"
@@ -178,6 +179,16 @@ void ScriptApi::writeFile(const QString &file, const QString &text)
 bool ScriptApi::fileExists(const QString &file) const
 {
     return !existingPath(file).isEmpty();
+}
+
+QObject *ScriptApi::openData(const QString &file, const QString &sheet)
+{
+    QString error;
+    std::unique_ptr<ScriptData> data = ScriptData::open(targetPath(file), sheet, &error);
+    if (!data)
+        throwError(QStringLiteral("data.open: cannot read '%1': %2").arg(file, error));
+    // The engine deletes it when the script has let go of it.
+    return data.release();
 }
 
 QString ScriptApi::environment(const QString &name) const

@@ -50,6 +50,7 @@ public:
     Q_INVOKABLE QString readFile(const QString &file);
     Q_INVOKABLE void writeFile(const QString &file, const QString &text);
     Q_INVOKABLE bool fileExists(const QString &file) const;
+    Q_INVOKABLE QObject *openData(const QString &file, const QString &sheet);
     Q_INVOKABLE QString environment(const QString &name) const;
     Q_INVOKABLE QStringList scriptArguments() const;
     Q_INVOKABLE void snooze(double seconds) const;

@@ -146,6 +146,50 @@
         }
     };
 
+    function DataRecord(table, row) {
+        this.values = table.row(row);
+        this.field = function (name) {
+            var column = table.column(text(name));
+            if (column < 0)
+                throw new RangeError("there is no field '" + text(name) + "' in '" + table.name + "'");
+            // A record may have fewer values than the table has fields.
+            return column < this.values.length ? this.values[column] : "";
+        };
+    }
+
+    function DataTable(table) {
+        this.fields = table.fields;
+        this.count = table.count;
+        this.record = function (row) {
+            if (!isInt32(row) || row < 0 || row >= table.count)
+                throw new RangeError("there is no record " + show(row) + " in '" + table.name + "'");
+            return new DataRecord(table, row);
+        };
+    }
+
+    DataTable.prototype.forEach = function (body) {
+        for (var row = 0; row < this.count; ++row)
+            body(this.record(row), row);
+    };
+
+    DataTable.prototype[Symbol.iterator] = function () {
+        var table = this;
+        var row = 0;
+        return {
+            next: function () {
+                if (row >= table.count)
+                    return {value: undefined, done: true};
+                return {value: table.record(row++), done: false};
+            }
+        };
+    };
+
+    global.data = {
+        open: function (path, sheet) {
+            return new DataTable(native.openData(text(path), text(sheet)));
+        }
+    };
+
     global.env = function (name) {
         return native.environment(text(name));
     };

@@ -1,0 +1,80 @@
+#include "runner/scriptdata.h"
+
+#include "shared/testdata.h"
+
+#include <QFile>
+
+namespace Morvex {
+namespace {
+
+QStringList valuesOf(const TestDataRecord *record)
+{
+    QStringList values;
+    const int count = record ? record->count() : 0;
+    values.reserve(count);
+    for (int column = 0; column < count; ++column)
+        values += record->valueAsString(column);
+    return values;
+}
+
+// Why the file can't be opened at all; empty when it can.
+QString obstacle(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+}
+
+} // namespace
+
+ScriptData::ScriptData(std::unique_ptr<TestDataSet> dataSet)
+    : m_dataSet(std::move(dataSet))
+{
+}
+
+ScriptData::~ScriptData() = default;
+
+std::unique_ptr<ScriptData> ScriptData::open(const QString &path, const QString &sheet,
+                                             QString *error)
+{
+    *error = obstacle(path);
+    if (!error->isEmpty())
+        return nullptr;
+    std::unique_ptr<TestDataSet> dataSet(sheet.isEmpty()
+                                             ? TestDataSet::createTestDataSet(path)
+                                             : TestDataSet::createTestDataSetExcel(path, sheet));
+    if (!dataSet)
+        *error = sheet.isEmpty() ? QStringLiteral("its first lines have no separator in common")
+                                 : QStringLiteral("a file of this suffix has no sheets");
+    else
+        *error = dataSet->errorText();
+    if (!error->isEmpty())
+        return nullptr;
+    return std::unique_ptr<ScriptData>(new ScriptData(std::move(dataSet)));
+}
+
+QString ScriptData::name() const
+{
+    return m_dataSet->dataName();
+}
+
+QStringList ScriptData::fields() const
+{
+    return valuesOf(m_dataSet->header());
+}
+
+int ScriptData::count() const
+{
+    return m_dataSet->count();
+}
+
+QStringList ScriptData::row(int index) const
+{
+    return valuesOf(m_dataSet->record(index));
+}
+
+int ScriptData::column(const QString &field) const
+{
+    return m_dataSet->fieldIndex(field);
+}
+
+} // namespace Morvex

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace Morvex {
+
+class TestDataSet;
+
+/// A test data table as scriptapi.js sees it.
+class ScriptData : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString name READ name CONSTANT)
+    Q_PROPERTY(QStringList fields READ fields CONSTANT)
+    Q_PROPERTY(int count READ count CONSTANT)
+
+public:
+    /// An empty @p sheet stands for the first one. Null, with an error text, when no table can be
+    /// read.
+    static std::unique_ptr<ScriptData> open(const QString &path, const QString &sheet,
+                                            QString *error);
+    ~ScriptData() override;
+
+    QString name() const;
+    QStringList fields() const;
+    int count() const;
+    /// The values of a record.
+    Q_INVOKABLE QStringList row(int index) const;
+    /// -1 for a name that is no field.
+    Q_INVOKABLE int column(const QString &field) const;
+
+private:
+    explicit ScriptData(std::unique_ptr<TestDataSet> dataSet);
+
+    const std::unique_ptr<TestDataSet> m_dataSet;
+};
+
+} // namespace Morvex
