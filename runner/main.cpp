@@ -2,11 +2,14 @@
 #include "runner/messages.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
+#include "runner/windowsystem.h"
 
 #include <QCoreApplication>
 #include <QDir>
 
+#include <clocale>
 #include <cstdio>
+#include <memory>
 
 using namespace Morvex;
 
@@ -20,9 +23,20 @@ void setPrefix()
                                                   QStringLiteral("/.."))));
 }
 
-// The library looks at CLICOLOR alone.
-void setColorVariable()
+// Only a test case has use for windows, and their start costs time.
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv,
+                                                  const RunnerOptions &options)
 {
+    const bool isTestCase = options.suiteDirectory.isEmpty() && !options.testCases.isEmpty();
+    return isTestCase ? makeWindowApplication(argc, argv)
+                      : std::make_unique<QCoreApplication>(argc, argv);
+}
+
+void setVariables(const RunnerOptions &options)
+{
+    if (options.learn)
+        qputenv("MORVEX_LEARN_SCREENSHOTS", "1");
+    // The library looks at CLICOLOR alone.
     if (!qEnvironmentVariableIsEmpty("NO_COLOR") || qgetenv("TERM") == "dumb")
         qputenv("CLICOLOR", "0");
 }
@@ -57,9 +71,15 @@ int run(const RunnerOptions &options)
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
+    std::setlocale(LC_ALL, "");
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+    const CommandLine commandLine = parseCommandLine(arguments);
+    // The toolkit has options of its own, which are none of the runner.
+    argc = 1;
+    const auto application = makeApplication(argc, argv, commandLine.options);
     setPrefix();
-    setColorVariable();
-    const CommandLine commandLine = parseCommandLine(QCoreApplication::arguments().mid(1));
+    setVariables(commandLine.options);
     return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);
 }

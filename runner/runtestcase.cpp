@@ -58,9 +58,9 @@ int runTestCase(const RunnerOptions &options)
     RunOutcome outcome;
     result.setObserver([&outcome](const TestResult::Entry &entry) { outcome.add(entry); });
     const QDir suiteDir = QDir::current();
-    ScriptTestCase testCase(
-        &result, suiteDir.absoluteFilePath(options.testCases.constFirst()),
-        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor});
+    ScriptTestCase testCase(&result, suiteDir.absoluteFilePath(options.testCases.constFirst()),
+                            {suiteDir.absolutePath(), resultDir, options.scriptArguments,
+                             options.snoozeFactor, options.aut, options.objectMap});
     testCase.run(true);
     return outcome.hasFailure() ? ExitFailed : ExitPassed;
 }

@@ -53,16 +53,19 @@ ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
 {
 }
 
-void ScriptApi::install()
+void ScriptApi::install(QObject *application, QObject *verification)
 {
     initializeResources();
     QFile file(QStringLiteral(":/morvexrunner/scriptapi.js"));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("The script API is missing in this executable");
     QJSEngine &engine = m_engine->engine();
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    for (QObject *object : {static_cast<QObject *>(this), application, verification})
+        QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
     QJSValue installer = m_engine->runInternal(QString::fromUtf8(file.readAll()));
-    const QJSValue outcome = installer.call({engine.newQObject(this), engine.globalObject()});
+    const QJSValue outcome =
+        installer.call({engine.newQObject(this), engine.newQObject(application),
+                        engine.newQObject(verification), engine.globalObject()});
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
 }

@@ -1,5 +1,7 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/scriptapplication.h"
+#include "runner/scriptverification.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -52,17 +54,43 @@ void ScriptTestCase::execute()
     if (error.isEmpty())
         runScript(path, QString::fromUtf8(script.readAll()));
     else
-        result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), error,
-                            LineInfo(path, 0), QString(), -1);
+        addError(path, error);
+}
+
+void ScriptTestCase::addError(const QString &path, const QString &details)
+{
+    result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), details,
+                        LineInfo(path, 0), QString(), -1);
+}
+
+// Returns an error text, empty on success.
+QString ScriptTestCase::prepare(ScriptApplication *application) const
+{
+    // A suite names the file of its map also when it has none.
+    if (QFile::exists(m_options.objectMap)) {
+        const QString error = application->loadObjectMap(m_options.objectMap);
+        if (!error.isEmpty())
+            return error;
+    }
+    return m_options.application.isEmpty() ? QString() : application->start(m_options.application);
 }
 
 void ScriptTestCase::runScript(const QString &path, const QString &program)
 {
     ScriptEngine engine;
+    const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
+    ScriptApplication application(searchDirs);
+    const QString error = prepare(&application);
+    if (!error.isEmpty()) {
+        addError(path, error);
+        return;
+    }
+    ScriptVerification verification(&engine, result(),
+                                    ScriptRunner(result(), path, m_options.resultDir), searchDirs);
     ScriptApi api(&engine,
                   {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
                    m_options.scriptArguments, m_options.snoozeFactor});
-    api.install();
+    api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     if (!outcome.hasThrown)
         return;
