@@ -60,6 +60,7 @@ InventoryWindow::InventoryWindow()
     setWindowTitle(tr("Inventory"));
     m_table->setHorizontalHeaderLabels({tr("Article"), tr("Count")});
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_count->setMaximum(9999);
     m_picture->setFixedSize(pictureSize);
 
     auto *content = new QWidget;
