@@ -36,8 +36,12 @@ bool haveEqualPixels(const QImage &a, const QImage &b)
 {
     if (a.size() != b.size())
         return false;
-    if (a.format() != b.format())
-        return a.convertToFormat(QImage::Format_ARGB32) == b.convertToFormat(QImage::Format_ARGB32);
+    if (a.format() != b.format()) {
+        // What one of them can't tell doesn't count.
+        const auto common = a.hasAlphaChannel() && b.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                                       : QImage::Format_RGB32;
+        return a.convertToFormat(common) == b.convertToFormat(common);
+    }
     // What differs may still be a byte that does not count.
     return (a.depth() == 32 && haveEqualBytes(a, b)) || a == b;
 }

@@ -12,7 +12,8 @@ namespace {
 
 QString textOf(const QByteArray &output)
 {
-    return QString::fromUtf8(output.left(output.indexOf('\0')));
+    // The conversion of a plain pointer ends at the first NUL byte.
+    return QString::fromUtf8(output.constData());
 }
 
 ApplicationComparison notRun(const QString &error)

@@ -144,7 +144,9 @@ bool TestVP::performScreenshotVerification(QDomElement &element, int version,
     maskImages(readMask(element.firstChild().nextSibling().toElement()), &actual, &expected);
     const ApplicationComparison comparison = compareImages(element, version, actual, expected);
     if (!comparison.error.isEmpty()) {
-        log(TestResult::ERROR, QStringLiteral(": Comparison application error"), comparison.error);
+        addResult(logger, TestResult::ERROR,
+                  m_name + QStringLiteral(": Comparison application error"), comparison.error,
+                  TestResult::SCREENSHOT_VP);
         return false;
     }
     if (comparison.matches) {

@@ -271,8 +271,7 @@ QString TestVP::grabWindow(const SharedPtr<Object> &object, const QString &fileN
                           "format = '%3' failed!\n")
         .arg(image.width())
         .arg(image.height())
-        .arg(fileName)
-        .arg(QString::fromLatin1(format));
+        .arg(fileName);
 }
 
 TestResult::ResultType verificationType(bool passed, bool expectFail)

@@ -1,5 +1,6 @@
 #include "test/vpresultlogger.h"
 
+#include "shared/clock.h"
 #include "test/testvp.h"
 
 #include <QImage>
@@ -77,7 +78,7 @@ VPResultLogger::VPResultLogger(TestResult *result, const std::vector<LineInfo> &
                                const QString &info, const VerificationOptions &options,
                                RunnerInterface *runner)
     : m_result(result)
-    , m_time(QDateTime::currentDateTime())
+    , m_time(currentLocalTime())
     , m_stack(stack)
     , m_info(info)
     , m_options(options)

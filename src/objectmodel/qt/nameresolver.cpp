@@ -14,8 +14,6 @@
 namespace Morvex {
 namespace {
 
-// References of symbolic names can go round in a circle.
-const int maxReferences = 50;
 const int shownObjects = 5;
 
 QRegularExpression expressionOf(const ObjectName::PropertyValue &value)
@@ -100,29 +98,20 @@ NameResolver::NameResolver(QtModel &model)
 
 QObject *NameResolver::find(const QString &name, QString *error)
 {
-    return find(name, 0, error);
-}
-
-QObject *NameResolver::find(const QString &name, int depth, QString *error)
-{
-    if (depth > maxReferences) {
-        *error = QStringLiteral("The references of '%1' go round in a circle.").arg(name);
-        return nullptr;
-    }
     if (ObjectName::isSymbolicName(name))
-        return findSymbolic(name, depth, error);
+        return findSymbolic(name, error);
     const ObjectName objectName(name);
     if (!objectName.isValid()) {
         *error = QStringLiteral("%1 is no name of an object: %2.").arg(name, objectName.error());
         return nullptr;
     }
     if (objectName.isMultiProperty())
-        return find(objectName, depth, error);
+        return find(objectName, error);
     return find(ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}}),
-                depth, error);
+                error);
 }
 
-QObject *NameResolver::findSymbolic(const QString &name, int depth, QString *error)
+QObject *NameResolver::findSymbolic(const QString &name, QString *error)
 {
     const ObjectMap *map = ObjectMap::self();
     if (!map || !map->names().contains(name)) {
@@ -130,13 +119,20 @@ QObject *NameResolver::findSymbolic(const QString &name, int depth, QString *err
                      : QStringLiteral("There is no object map for '%1'.").arg(name);
         return nullptr;
     }
-    return find(map->names().value(name).qualifiedName(), depth + 1, error);
+    if (m_pending.contains(name)) {
+        *error = QStringLiteral("'%1' refers to itself.").arg(name);
+        return nullptr;
+    }
+    m_pending += name;
+    QObject *object = find(map->names().value(name).qualifiedName(), error);
+    m_pending.removeLast();
+    return object;
 }
 
-QObject *NameResolver::find(const ObjectName &name, int depth, QString *error)
+QObject *NameResolver::find(const ObjectName &name, QString *error)
 {
     Conditions conditions;
-    if (!makeConditions(name, depth, &conditions, error))
+    if (!makeConditions(name, &conditions, error))
         return nullptr;
     std::vector<QObject *> found;
     for (QObject *object : QtModel::allObjects()) {
@@ -165,8 +161,7 @@ QObject *NameResolver::find(const ObjectName &name, int depth, QString *error)
     return nullptr;
 }
 
-bool NameResolver::makeConditions(const ObjectName &name, int depth, Conditions *conditions,
-                                  QString *error)
+bool NameResolver::makeConditions(const ObjectName &name, Conditions *conditions, QString *error)
 {
     const auto properties = name.properties();
     for (auto it = properties.begin(); it != properties.end(); ++it) {
@@ -178,7 +173,7 @@ bool NameResolver::makeConditions(const ObjectName &name, int depth, Conditions 
         if (isReference(it.key(), it.value())) {
             QString reason;
             condition.value.kind = ObjectName::PropertyValue::REFERENCE;
-            condition.referenced = find(it.value().text, depth + 1, &reason);
+            condition.referenced = find(it.value().text, &reason);
             if (!condition.referenced) {
                 *error = QStringLiteral("The %1 of %2 is not there. %3")
                              .arg(it.key(), name.qualifiedName(), reason);

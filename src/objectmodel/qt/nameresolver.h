@@ -2,6 +2,8 @@
 
 #include "objectmodel/objectname.h"
 
+#include <QStringList>
+
 #include <vector>
 
 class QObject;
@@ -24,16 +26,17 @@ private:
     struct Condition;
     using Conditions = std::vector<Condition>;
 
-    QObject *findSymbolic(const QString &name, int depth, QString *error);
-    QObject *find(const QString &name, int depth, QString *error);
-    QObject *find(const ObjectName &name, int depth, QString *error);
-    bool makeConditions(const ObjectName &name, int depth, Conditions *conditions, QString *error);
+    QObject *findSymbolic(const QString &name, QString *error);
+    QObject *find(const ObjectName &name, QString *error);
+    bool makeConditions(const ObjectName &name, Conditions *conditions, QString *error);
     bool holds(const Condition &condition, QObject *object);
     QString actualText(const QString &property, QObject *object, bool *exists);
     QString describeMissing(const ObjectName &name, const Conditions &conditions);
     QString describeDifference(const Conditions &conditions, QObject *object);
 
     QtModel &m_model;
+    // Symbolic names that are being looked up: they may refer to each other.
+    QStringList m_pending;
 };
 
 /// A name that tells the object to a reader; it may fit others as well.

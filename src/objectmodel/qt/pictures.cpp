@@ -1,6 +1,7 @@
 #include "objectmodel/qt/pictures.h"
 
 #include "objectmodel/qt/turneventloop.h"
+#include "shared/imageequality.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -52,12 +53,14 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
         *error = QStringLiteral("the object is gone");
         return {};
     }
-    const QImage image = grabWidget(alive);
+    QImage image = grabWidget(alive);
     if (image.isNull()) {
         *error = alive->isWidgetType() ? QStringLiteral("the widget has no size")
                                        : QStringLiteral("the object is no widget");
         return {};
     }
+    // On their way pictures lose their transparency, and with it what made these pixels alike.
+    normalizeTransparency(&image);
     return withPlace(image, static_cast<QWidget *>(object)->mapToGlobal(QPoint()));
 }
 
