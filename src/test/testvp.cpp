@@ -9,10 +9,10 @@
 
 #include <QDir>
 #include <QDomDocument>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSaveFile>
 #include <QTextStream>
-#include <QTime>
 
 namespace Morvex {
 namespace {
@@ -140,7 +140,9 @@ VPResult TestVP::verifyDocument(Call &call, QDomDocument &document) const
 
 bool TestVP::verifyElement(Call &call, QDomElement &element, TestResult::VPType type) const
 {
-    const QTime start = QTime::currentTime();
+    // Not the time of day, which would retry for a day when midnight passes.
+    QElapsedTimer timer;
+    timer.start();
     bool isExpected = false;
     for (int attempts = 1;; ++attempts) {
         call.logger.clearResults();
@@ -150,7 +152,7 @@ bool TestVP::verifyElement(Call &call, QDomElement &element, TestResult::VPType 
                       QStringLiteral("%1: It took %2 attempts to verify prior verification")
                           .arg(m_name, QString::number(attempts)),
                       QString(), type);
-        if (isExpected || start.msecsTo(QTime::currentTime()) >= call.options.retryDuration())
+        if (isExpected || timer.elapsed() >= call.options.retryDuration())
             break;
     }
     call.logger.processResults();
