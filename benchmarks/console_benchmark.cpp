@@ -43,6 +43,7 @@ std::vector<std::string> linesOf(const QString &path)
 
 void print(const std::vector<std::string> &lines, const QString &path)
 {
+    QFile::remove(path);
     std::FILE *file = std::fopen(qPrintable(path), "w");
     for (const std::string &line : lines) {
         std::fprintf(file, "%s", line.c_str());

@@ -88,6 +88,13 @@ QString setSnoozeFactor(RunnerOptions &options, const QString &value)
                : QStringLiteral("'%1' is not a factor").arg(value);
 }
 
+QString setReportToRepair(RunnerOptions &options, const QString &value)
+{
+    options.action = RunnerOptions::Action::RepairReport;
+    options.reportToRepair = value;
+    return {};
+}
+
 QString setRandom(RunnerOptions &options, const QString &value)
 {
     options.isRandom = true;
@@ -151,6 +158,9 @@ const std::vector<Option> &optionTable()
          Section::Environment, Takes::Rest, list(&O::scriptArguments)},
         {"--list", "", "print the test cases in the order of a run", Section::Information,
          Takes::Nothing, action(O::Action::List)},
+        {"--repair-report", "DIRECTORY",
+         "close a web report (html) that a killed run has left open", Section::Information,
+         Takes::Value, setReportToRepair},
         {"--help", "", "print this text", Section::Information, Takes::Nothing,
          action(O::Action::Help)},
         {"--version", "", "print the version", Section::Information, Takes::Nothing,
@@ -293,10 +303,11 @@ QString wrapped(const QString &text)
     QString result;
     int column = helpColumn;
     for (const QString &word : text.split(QLatin1Char(' '))) {
-        if (column + word.size() > helpWidth) {
+        const bool isFirst = column == helpColumn;
+        if (!isFirst && column + 1 + word.size() > helpWidth) {
             result += QLatin1Char('\n') + QString(helpColumn, QLatin1Char(' '));
             column = helpColumn;
-        } else if (column > helpColumn) {
+        } else if (!isFirst) {
             result += QLatin1Char(' ');
             ++column;
         }

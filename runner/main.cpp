@@ -3,12 +3,16 @@
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
 #include "runner/windowsystem.h"
+#include "test/webreportrepair.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
 
 #include <clocale>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 using namespace Morvex;
@@ -47,6 +51,13 @@ int usageError(const QString &error)
     return ExitUnusable;
 }
 
+int repairReport(const QString &directory)
+{
+    const WebReportRepair repair = repairWebReport(directory);
+    printMessage(repair.message);
+    return repair.error.isEmpty() ? ExitPassed : ExitUnusable;
+}
+
 int run(const RunnerOptions &options)
 {
     switch (options.action) {
@@ -56,6 +67,8 @@ int run(const RunnerOptions &options)
     case RunnerOptions::Action::Version:
         std::puts("morvexrunner " MORVEX_VERSION);
         return ExitPassed;
+    case RunnerOptions::Action::RepairReport:
+        return repairReport(options.reportToRepair);
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:
         break;
@@ -79,6 +92,8 @@ int main(int argc, char **argv)
     // The toolkit has options of its own, which are none of the runner.
     argc = 1;
     const auto application = makeApplication(argc, argv, commandLine.options);
+    // The names of temporary directories are made of it.
+    std::srand(QRandomGenerator::global()->generate());
     setPrefix();
     setVariables(commandLine.options);
     return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);

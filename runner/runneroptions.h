@@ -10,12 +10,14 @@ namespace Morvex {
 /// What the command line asks for.
 struct RunnerOptions
 {
-    enum class Action { Run, List, Help, Version };
+    enum class Action { Run, List, RepairReport, Help, Version };
 
     Action action = Action::Run;
     /// Empty: run a single test case of the suite in the current directory.
     QString suiteDirectory;
     QStringList reportGenerators;
+    /// The directory of the web report that is to be repaired.
+    QString reportToRepair;
     QStringList testCases;
     QStringList skippedTestCases;
     QStringList tags;

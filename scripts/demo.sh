@@ -14,8 +14,10 @@ if ! { cmake --preset release -DMORVEX_TESTS=OFF -DMORVEX_BENCHMARKS=OFF -B buil
     exit 1
 fi
 
+report=$(mktemp -d)/report
 # Test cases of the demo fail on purpose, so that 1 is the status to expect.
 status=0
-build/demo/prefix/bin/morvexrunner --skip tst_skipped --timeout 2 --retry 1 "$@" \
-    examples/demo_suite || status=$?
+build/demo/prefix/bin/morvexrunner --skip tst_skipped --timeout 2 --retry 1 \
+    --reportgen stdout --reportgen "html,$report" "$@" examples/demo_suite || status=$?
 [ "$status" -eq 1 ] || exit "$status"
+echo "A web report of this run: $report/index.html"

@@ -4,12 +4,15 @@
 set -euo pipefail
 
 run=(
-    ccache cmake g++ libtinyxml-dev ninja-build pkg-config
+    ccache cmake g++ libminizip-dev libtinyxml-dev ninja-build pkg-config
     qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
 )
 tests=(
-    bsdutils clang clang-format libbenchmark-dev libclang-rt-14-dev libgtest-dev
+    bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
+    libjsoncpp-dev libxml2-dev libxml2-utils unzip zip
 )
+# A node of any other origin will do.
+command -v npm >/dev/null || tests+=(nodejs npm)
 
 wanted=("${run[@]}")
 [ "${1:-all}" = run ] || wanted+=("${tests[@]}")

@@ -6,6 +6,9 @@ cd "$(dirname "$0")/.."
 
 preset=${1:-release}
 scripts/install-deps.sh
+if [ tests/webreport/package-lock.json -nt tests/webreport/node_modules/.package-lock.json ]; then
+    (cd tests/webreport && npm ci --no-audit --no-fund)
+fi
 cmake --preset "$preset"
 cmake --build --preset "$preset"
 ctest --preset "$preset"

@@ -10,6 +10,7 @@ namespace Morvex {
 // QT_LOGGING_RULES="morvex.reportgen=true".
 MORVEX_EXPORT Q_DECLARE_LOGGING_CATEGORY(traceReportGen) MORVEX_EXPORT
     Q_DECLARE_LOGGING_CATEGORY(traceReportGenerator) MORVEX_EXPORT
-    Q_DECLARE_LOGGING_CATEGORY(traceTestCaseRun)
+    Q_DECLARE_LOGGING_CATEGORY(traceTestCaseRun) MORVEX_EXPORT
+    Q_DECLARE_LOGGING_CATEGORY(traceXml3Report)
 
 } // namespace Morvex

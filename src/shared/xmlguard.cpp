@@ -2,90 +2,67 @@
 
 #include <QDir>
 #include <QFile>
+#include <QXmlStreamReader>
 
 #include <cctype>
-#include <cstring>
 #include <tinyxml.h>
 
 namespace Morvex {
 namespace {
 
-// Follows the structure of tags as the parser sees it, without building anything. Where the parser
-// stops with an error, reading on does no harm: it can only see more levels.
-class DepthScanner
+// The text with one character a byte, which keeps the markup and can't fail, and without the
+// control characters and references that a strict parser stops at.
+QString asMarkup(const std::string &xml)
 {
-public:
-    explicit DepthScanner(const std::string &xml)
-        : m_xml(xml)
-    {
+    QString text = QString::fromLatin1(xml.data(), static_cast<int>(xml.size()));
+    for (QChar &character : text) {
+        const ushort code = character.unicode();
+        const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
+        if (isControl || code == '&')
+            character = QLatin1Char(' ');
     }
+    return text;
+}
 
-    bool exceeds(int maxDepth)
-    {
-        while (m_depth <= maxDepth) {
-            m_position = m_xml.find('<', m_position);
-            if (m_position == std::string::npos)
-                return false;
-            readTag();
+bool startsName(unsigned char character)
+{
+    return character >= 0x7f || std::isalpha(character) || character == '_';
+}
+
+bool hasMoreStartTagsThan(const std::string &xml, int limit)
+{
+    int tags = 0;
+    for (std::size_t i = 0; i + 1 < xml.size() && tags <= limit; ++i) {
+        if (xml[i] == '<' && startsName(static_cast<unsigned char>(xml[i + 1])))
+            ++tags;
+    }
+    return tags > limit;
+}
+
+// -1 when parsers may differ in what they make of the text.
+int depthOf(const std::string &xml, int maxDepth)
+{
+    QXmlStreamReader reader(asMarkup(xml));
+    reader.setNamespaceProcessing(false);
+    int depth = 0;
+    int deepest = 0;
+    while (!reader.atEnd() && deepest <= maxDepth) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            deepest = qMax(deepest, ++depth);
+            break;
+        case QXmlStreamReader::EndElement:
+            --depth;
+            break;
+        case QXmlStreamReader::DTD:
+        case QXmlStreamReader::ProcessingInstruction:
+            return -1;
+        default:
+            break;
         }
-        return true;
     }
-
-private:
-    bool at(const char *text) const
-    {
-        return m_xml.compare(m_position, std::strlen(text), text) == 0;
-    }
-
-    void skipPast(const char *text)
-    {
-        const std::size_t found = m_xml.find(text, m_position);
-        m_position = found == std::string::npos ? m_xml.size() : found + std::strlen(text);
-    }
-
-    void readTag()
-    {
-        if (at("<!--")) {
-            skipPast("-->");
-        } else if (at("<![CDATA[")) {
-            skipPast("]]>");
-        } else if (at("</")) {
-            skipPast(">");
-            --m_depth;
-        } else if (startsName(m_position + 1)) {
-            readStartTag();
-        } else {
-            skipPast(">");
-        }
-    }
-
-    bool startsName(std::size_t index) const
-    {
-        if (index >= m_xml.size())
-            return false;
-        const auto character = static_cast<unsigned char>(m_xml[index]);
-        return character >= 127 || std::isalpha(character) || character == '_';
-    }
-
-    void readStartTag()
-    {
-        ++m_depth;
-        m_position = m_xml.find_first_of(">\"'", m_position);
-        while (m_position != std::string::npos && m_xml[m_position] != '>') {
-            const std::size_t closing = m_xml.find(m_xml[m_position], m_position + 1);
-            m_position =
-                closing == std::string::npos ? closing : m_xml.find_first_of(">\"'", closing + 1);
-        }
-        if (m_position == std::string::npos)
-            m_position = m_xml.size();
-        else if (m_xml[m_position - 1] == '/')
-            --m_depth;
-    }
-
-    const std::string &m_xml;
-    std::size_t m_position = 0;
-    int m_depth = 0;
-};
+    return reader.hasError() ? -1 : deepest;
+}
 
 // Texts that the parser does not survive, or not in reasonable time.
 QString refusal(const std::string &xml)
@@ -106,7 +83,11 @@ QString errorText(const TiXmlDocument &document)
 
 bool xmlNestsDeeperThan(const std::string &xml, int maxDepth)
 {
-    return DepthScanner(xml).exceeds(maxDepth);
+    // Most documents have not even as many tags.
+    if (!hasMoreStartTagsThan(xml, maxDepth))
+        return false;
+    const int depth = depthOf(xml, maxDepth);
+    return depth < 0 || depth > maxDepth;
 }
 
 QString parseXml(const std::string &xml, TiXmlDocument *document)
@@ -114,7 +95,7 @@ QString parseXml(const std::string &xml, TiXmlDocument *document)
     const QString error = refusal(xml);
     if (!error.isEmpty())
         return error;
-    document->Parse(xml.c_str());
+    document->Parse(xml.c_str(), nullptr, TIXML_ENCODING_UTF8);
     return errorText(*document);
 }
 

@@ -14,15 +14,16 @@ namespace Morvex {
 /// each level, and a file of nothing but start tags would overrun their stack.
 const int maxXmlDepth = 500;
 
-/// Whether the start tags in @p xml lie more than @p maxDepth deep. Markup in comments, CDATA and
-/// attribute values does not count. Works on ill-formed text too.
+/// Whether elements in @p xml may lie more than @p maxDepth deep. Exact for well-formed text.
+/// Parsers make different things of any other text, of document types and of processing
+/// instructions; there the answer is whether there are more tags than that at all.
 MORVEX_EXPORT bool xmlNestsDeeperThan(const std::string &xml, int maxDepth);
 
-/// Parses @p xml, which may come from anywhere. Returns an error text, empty on success; the
-/// document has the place of the error (ErrorRow, ErrorCol) when it comes from the parser.
+/// Parses @p xml, which may come from anywhere, as UTF-8. Returns an error text, empty on success;
+/// the document has the place of the error (ErrorRow, ErrorCol) when the parser knows it.
 MORVEX_EXPORT QString parseXml(const std::string &xml, TiXmlDocument *document);
 
-/// The same for a file.
+/// The same for a file, whose encoding is the parser's to find out.
 MORVEX_EXPORT QString loadXmlFile(const QString &path, TiXmlDocument *document);
 
 } // namespace Morvex

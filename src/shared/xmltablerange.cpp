@@ -2,8 +2,11 @@
 
 #include "shared/xmlguard.h"
 
+#include <QRegularExpression>
+
 #include <cstdio>
 #include <tinyxml.h>
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -35,11 +38,54 @@ int countChildren(const TiXmlElement &parent, const char *name)
     return count;
 }
 
+// What references to blanks stand for.
+QString unescapedBlanks(QString text)
+{
+    static const QRegularExpression reference(QStringLiteral("&#(x?)([0-9a-fA-F]+);"));
+    for (QRegularExpressionMatch match = reference.match(text); match.hasMatch();
+         match = reference.match(text)) {
+        const int base = match.captured(1).isEmpty() ? 10 : 16;
+        text.replace(match.capturedStart(), match.capturedLength(),
+                     QChar(match.captured(2).toUShort(nullptr, base)));
+    }
+    return text;
+}
+
+// The text of the child, whatever pieces it comes in.
 std::string childText(const TiXmlElement &cell, const char *name)
 {
+    std::string text;
     const TiXmlElement *child = cell.FirstChildElement(name);
-    const char *text = child ? child->GetText() : nullptr;
-    return text ? text : std::string();
+    for (const TiXmlNode *node = child ? child->FirstChild() : nullptr; node;
+         node = node->NextSibling()) {
+        if (node->ToText())
+            text += node->ValueStr();
+    }
+    return text;
+}
+
+// The parser drops a text of nothing but blanks even when it is told to keep white space. In a
+// CDATA section it does keep it.
+std::string withBlankTextsKept(const std::string &xml)
+{
+    static const QRegularExpression blankText(
+        QStringLiteral("<text>((?:[ \\t\\r\\n]|&#(?:x0?[9aAdD]|0?9|10|13|x20|32);)+)</text>"));
+    const QString document = QString::fromUtf8(xml.data(), static_cast<int>(xml.size()));
+    // Inside of these the replacement would be content.
+    if (document.contains(QLatin1String("<![CDATA[")) || document.contains(QLatin1String("<!--")) ||
+        !document.contains(blankText))
+        return xml;
+    QString kept;
+    int copied = 0;
+    for (auto matches = blankText.globalMatch(document); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        kept += QStringView(document).mid(copied, match.capturedStart(1) - copied);
+        kept +=
+            QLatin1String("<![CDATA[") + unescapedBlanks(match.captured(1)) + QLatin1String("]]>");
+        copied = match.capturedEnd(1);
+    }
+    kept += QStringView(document).mid(copied);
+    return kept.toStdString();
 }
 
 } // namespace
@@ -53,10 +99,11 @@ bool XmlTableRange::loadContentFromXml(const std::string &xml)
 {
     TiXmlDocument document;
     const KeepWhiteSpace keepWhiteSpace;
-    const QString error = parseXml(xml, &document);
+    const QString error = parseXml(withBlankTextsKept(xml), &document);
     if (!error.isEmpty()) {
-        std::fprintf(stderr, "XML Parse Error at %d:%d:%s\n", document.ErrorRow(),
-                     document.ErrorCol(), qPrintable(error));
+        // The parser gives 0 for a place that it does not know.
+        std::fprintf(stderr, "XML Parse Error at %d:%d:%s\n", qMax(1, document.ErrorRow()),
+                     qMax(1, document.ErrorCol()), qPrintable(error));
         return false;
     }
     const TiXmlElement *table = document.FirstChildElement("table");
@@ -69,35 +116,28 @@ bool XmlTableRange::loadContentFromXml(const std::string &xml)
 
 bool XmlTableRange::loadTable(const TiXmlElement &table)
 {
-    m_cells.clear();
-    m_rows = 0;
     const TiXmlElement *firstRow = table.FirstChildElement("row");
-    m_columns = firstRow ? countChildren(*firstRow, "cell") : 0;
-    for (auto *row = firstRow; row; row = row->NextSiblingElement("row")) {
-        if (countChildren(*row, "cell") != m_columns) {
+    const int columns = firstRow ? countChildren(*firstRow, "cell") : 0;
+    int rows = 0;
+    std::vector<Cell> cells;
+    for (auto *row = firstRow; row; row = row->NextSiblingElement("row"), ++rows) {
+        if (countChildren(*row, "cell") != columns) {
             std::fputs("Malformed table XML, number of columns differ between rows\n", stderr);
             return false;
         }
-        ++m_rows;
-    }
-    setRange(0, m_rows, 0, m_columns);
-    m_cells.reserve(static_cast<std::size_t>(m_rows) * static_cast<std::size_t>(m_columns));
-    for (auto *row = firstRow; row; row = row->NextSiblingElement("row")) {
         for (auto *cell = row->FirstChildElement("cell"); cell;
              cell = cell->NextSiblingElement("cell")) {
             Cell content;
             content.text = childText(*cell, "text");
             content.color = colorFromString(childText(*cell, "backgroundColor"));
-            m_cells.push_back(std::move(content));
+            cells.push_back(std::move(content));
         }
     }
+    m_cells = std::move(cells);
+    m_rows = rows;
+    m_columns = columns;
+    setRange(0, m_rows, 0, m_columns);
     return true;
-}
-
-XmlTableRange::Row XmlTableRange::row(std::ptrdiff_t number) const
-{
-    const auto first = m_cells.begin() + number * m_columns;
-    return {first, first + m_columns};
 }
 
 const XmlTableRange::Cell *XmlTableRange::cell(int row, int column) const

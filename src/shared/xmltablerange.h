@@ -86,7 +86,7 @@ public:
     XmlTableRange();
 
     /// Replaces the content. False, with a message on standard error, for a document that can't be
-    /// parsed or is no table; the content is then undefined.
+    /// parsed or is no table; the content stays as it was.
     bool loadContentFromXml(const std::string &xml);
 
     RowIterator rowsBegin() const { return RowIterator(*this, 0); }
@@ -99,7 +99,12 @@ protected:
     std::string tableText(int row, int column) const override;
 
 private:
-    Row row(std::ptrdiff_t number) const;
+    Row row(std::ptrdiff_t number) const
+    {
+        const auto first = m_cells.begin() + number * m_columns;
+        return {first, first + m_columns};
+    }
+
     const Cell *cell(int row, int column) const;
     bool loadTable(const TiXmlElement &table);
 

@@ -145,6 +145,13 @@ void diff(Iterator aBegin, Iterator aEnd, Iterator bBegin, Iterator bEnd, Output
     emitAll(EQUAL, aEnd, suffixEnd, out);
 }
 
+/// Drops the items that a script holds.
+template <typename Script>
+void diff_cleanup(Script &script)
+{
+    script.clear();
+}
+
 } // namespace Diff
 
 } // namespace Morvex

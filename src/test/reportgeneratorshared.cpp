@@ -18,12 +18,10 @@ std::string encoded(const QUrl &url)
 
 std::string fileURI(const QString &path)
 {
-    if (path.isEmpty())
-        return {};
-    QUrl url = QUrl::fromLocalFile(path);
+    // A relative path alone may not be a URL: its first part may hold a colon.
     if (QDir::isRelativePath(path))
-        url.setScheme(QString());
-    return encoded(url);
+        return QUrl::toPercentEncoding(path, "/:").toStdString();
+    return encoded(QUrl::fromLocalFile(path));
 }
 
 // The part of text in front of the first quote at or behind from; all of it without such a quote.

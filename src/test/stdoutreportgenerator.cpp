@@ -1,13 +1,16 @@
 #include "test/stdoutreportgenerator.h"
 
 #include "shared/environment.h"
-#include "test/consoletime.h"
+#include "test/isotime.h"
 #include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/resultlabels.h"
 
 #include <QFile>
 
+#include <cerrno>
+#include <charconv>
+#include <cstring>
 #include <unistd.h>
 
 namespace Morvex {
@@ -16,6 +19,8 @@ namespace {
 const int typeWidth = 10;
 const int leftWidth = 30;
 const int lineCapacity = 1024;
+const int maxKeptCapacity = 1024 * 1024;
+const int lineNumberSize = 16;
 
 const char *colorCode(ResultColor color)
 {
@@ -42,21 +47,25 @@ void pad(QByteArray &line, int start, int width)
         line.append(missing, ' ');
 }
 
-// What stands behind a backslash for the character; 0 when it stands for itself.
-char escapeOf(QChar character)
+// What stands behind a backslash for an ASCII character; 0 when it stands for itself.
+struct EscapeTable
 {
-    switch (character.unicode()) {
-    case '\\':
-        return '\\';
-    case '\b':
-        return 'b';
-    case '\t':
-        return 't';
-    case '\n':
-        return 'n';
-    default:
-        return 0;
+    constexpr EscapeTable()
+    {
+        escapes['\\'] = '\\';
+        escapes['\b'] = 'b';
+        escapes['\t'] = 't';
+        escapes['\n'] = 'n';
     }
+
+    char escapes[0x80] = {};
+};
+
+constexpr EscapeTable escapeTable;
+
+char escapeOf(ushort character)
+{
+    return character < 0x80 ? escapeTable.escapes[character] : '\0';
 }
 
 // Writes ASCII text at once, which most texts are and all encodings of locales have in common.
@@ -66,15 +75,16 @@ bool appendEscapedAscii(QByteArray &line, const QString &text)
     const int start = line.size();
     line.resize(start + 2 * text.size());
     char *out = line.data() + start;
-    for (const QChar character : text) {
-        if (character.unicode() >= 0x80) {
+    const ushort *const end = text.utf16() + text.size();
+    for (const ushort *in = text.utf16(); in != end; ++in) {
+        if (*in >= 0x80) {
             line.resize(start);
             return false;
         }
-        const char escape = escapeOf(character);
+        const char escape = escapeOf(*in);
         if (escape)
             *out++ = '\\';
-        *out++ = escape ? escape : character.toLatin1();
+        *out++ = escape ? escape : static_cast<char>(*in);
     }
     line.resize(static_cast<int>(out - line.data()));
     return true;
@@ -88,7 +98,7 @@ void appendEscaped(QByteArray &line, const QString &text)
         return;
     QString escapedText;
     for (const QChar character : text) {
-        const char escape = escapeOf(character);
+        const char escape = escapeOf(character.unicode());
         if (escape)
             escapedText += QLatin1Char('\\');
         escapedText += escape ? QLatin1Char(escape) : character;
@@ -100,8 +110,10 @@ void appendLeftText(QByteArray &line, const TestResult::Entry &entry)
 {
     if (entry.line.isValid()) {
         appendEscaped(line, entry.line.fileName());
+        char number[lineNumberSize];
+        const auto end = std::to_chars(number, number + sizeof number, entry.line.lineNumber()).ptr;
         line += ':';
-        line += QByteArray::number(entry.line.lineNumber());
+        line.append(number, static_cast<int>(end - number));
         line += ": ";
     }
     appendEscaped(line, entry.message);
@@ -136,7 +148,8 @@ struct StdoutReportGenerator::Private
 {
     // Null when no colours are to be used.
     std::FILE *colorStream = nullptr;
-    ConsoleTime time;
+    IsoTime time;
+    bool hasFailed = false;
     // Kept for its memory, which an array gives up when it is emptied unless some was reserved.
     QByteArray line;
 };
@@ -218,7 +231,21 @@ void StdoutReportGenerator::writeLine(const TestResult::Entry &entry)
     appendRightText(line, entry);
     line += '\n';
     std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), m_stream);
-    std::fflush(m_stream);
+    flush();
+    if (line.capacity() > maxKeptCapacity) {
+        line = QByteArray();
+        line.reserve(lineCapacity);
+    }
+}
+
+// What can't be written is told once; the run and the other reports go on.
+void StdoutReportGenerator::flush()
+{
+    if ((std::fflush(m_stream) == 0 && !std::ferror(m_stream)) || d->hasFailed)
+        return;
+    d->hasFailed = true;
+    std::fprintf(stderr, "morvexrunner: Could not write the console report: %s\n",
+                 std::strerror(errno));
 }
 
 void StdoutReportGenerator::generateSummary()
@@ -242,7 +269,7 @@ void StdoutReportGenerator::generateSummary()
                  counter("testcases"), counter("tests"), counter("errors"), counter("fatals"),
                  counter("fails"), counter("passes"), counter("xfails"), counter("xpasses"),
                  counter("warnings"));
-    std::fflush(m_stream);
+    flush();
 }
 
 } // namespace Morvex

@@ -33,6 +33,7 @@ private:
     struct Private;
 
     void writeLine(const TestResult::Entry &entry);
+    void flush();
 
     std::FILE *m_stream;
     bool m_ownsStream;

@@ -58,7 +58,9 @@ void readProperties(QDataStream &stream, QMap<QString, QVariant> &properties)
     while (count-- > 0 && stream.status() == QDataStream::Ok) {
         QString key;
         stream >> key;
-        properties.insert(key, readVariant(stream));
+        const QVariant value = readVariant(stream);
+        if (stream.status() == QDataStream::Ok)
+            properties.insert(key, value);
     }
 }
 
@@ -76,7 +78,8 @@ void readCells(QDataStream &stream, FList<TableDiff::Cell> &cells)
         cell.row = row;
         cell.column = column;
         readProperties(stream, cell.properties);
-        cells.append(std::move(cell));
+        if (stream.status() == QDataStream::Ok)
+            cells.append(std::move(cell));
     }
 }
 
@@ -96,6 +99,9 @@ Enum enumerator(qint8 number, Enum last)
     return number >= 0 && number <= last ? static_cast<Enum>(number) : Enum();
 }
 
+// Those of QRegExp; a text without any is a pattern that stands for itself.
+const char specialCharacters[] = "\\^$.|?*+()[]{}";
+
 // A non-empty expected text is a pattern as well, and then the colour is not looked at.
 bool cellEqual(const XmlTableRange::Cell &expected, const XmlTableRange::Cell &actual)
 {
@@ -103,6 +109,9 @@ bool cellEqual(const XmlTableRange::Cell &expected, const XmlTableRange::Cell &a
         return true;
     if (expected.text.empty())
         return false;
+    // As a pattern it would match itself and nothing else.
+    if (expected.text.find_first_of(specialCharacters) == std::string::npos)
+        return expected.text == actual.text;
     if (!expected.pattern)
         expected.pattern.emplace(QString::fromStdString(expected.text));
     if (!expected.pattern->exactMatch(QString::fromStdString(actual.text)))
@@ -236,7 +245,8 @@ QDataStream &operator>>(QDataStream &stream, FList<TableDiff::Element> &elements
         element.kind = enumerator(kind, TableDiff::Element::DELETION);
         element.subject.type = enumerator(type, TableDiff::Subject::COLUMN);
         readCells(stream, element.subject.cells);
-        elements.append(std::move(element));
+        if (stream.status() == QDataStream::Ok)
+            elements.append(std::move(element));
     }
     return stream;
 }
@@ -260,6 +270,7 @@ bool table_diff_range(const XmlTableRange &expected, const XmlTableRange &actual
     RowNumbers numbers(out);
     for (const auto &[operation, row] : script)
         numbers.add(operation, row);
+    Diff::diff_cleanup(script);
     return out->isEmpty();
 }
 

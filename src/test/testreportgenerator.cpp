@@ -27,6 +27,17 @@ bool isRetained(const TestResult::Entry &entry)
     }
 }
 
+// Without the texts, which would make a run with many failures as large as its log.
+TestResult::Entry retainedPart(const TestResult::Entry &entry)
+{
+    TestResult::Entry part;
+    part.time = entry.time;
+    part.type = entry.type;
+    part.info = entry.info;
+    part.retry = entry.retry;
+    return part;
+}
+
 TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
 {
     TestResult::Entry entry;
@@ -63,7 +74,7 @@ void TestReportGenerator::handleEntry(const TestResult::Entry &entry)
     if (!updateSections(entry))
         return;
     if (isRetained(entry))
-        m_retained.push_back(entry);
+        m_retained.push_back(retainedPart(entry));
     doHandleEntry(entry);
 }
 

@@ -61,7 +61,8 @@ public:
     /// -1 for a type that is not counted.
     int resultCount(TestResult::ResultType type) const;
 
-    /// Starts of test cases and repeatable sections, and failures, of the whole run in order.
+    /// Starts of test cases and repeatable sections, and failures, of the whole run in order. Only
+    /// what retry analysis needs is kept of each: time, type, info and retry.
     const std::vector<TestResult::Entry> &retainedEntries() const { return m_retained; }
 
     /// Whether a section of this kind may be run again when it failed.
@@ -71,7 +72,6 @@ protected:
     virtual void doHandleEntry(const TestResult::Entry &entry) = 0;
 
 private:
-    // Plain counters by key; their order is that of the summary of the log.
     struct Counters
     {
         int tests = 0;

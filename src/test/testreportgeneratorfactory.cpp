@@ -1,10 +1,20 @@
 #include "test/testreportgeneratorfactory.h"
 
 #include "shared/trace.h"
+#include "test/htmlreportgenerator.h"
+#include "test/jsonreportgenerator.h"
+#include "test/junitreportgenerator.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
 #include "test/rawreportgenerator.h"
 #include "test/stdoutreportgenerator.h"
+#include "test/xlsreportgenerator.h"
+#include "test/xml2reportgenerator.h"
+#include "test/xml3reportgenerator.h"
+#include "test/xmlincrementalreportgenerator.h"
+#include "test/xmljunitreportgenerator.h"
+#include "test/xmlreportgenerator.h"
+#include "test/zipxml3reportgenerator.h"
 
 #include <QDir>
 
@@ -49,10 +59,115 @@ Result createRaw(const Arguments &arguments, int)
     return RawReportGenerator::create(arguments.path);
 }
 
+Result createXml3(const Arguments &arguments, int version)
+{
+    return Xml3ReportGenerator::create(arguments.path, arguments.type, version,
+                                       arguments.resultDir);
+}
+
+Result createZipXml3(const Arguments &arguments, int version)
+{
+    return ZipXml3ReportGenerator::create(arguments.path, arguments.type, version,
+                                          arguments.resultDir);
+}
+
+Result createJson(const Arguments &arguments, int version)
+{
+    return JsonReportGenerator::create(arguments.path, arguments.type,
+                                       static_cast<unsigned short>(version), arguments.resultDir);
+}
+
+Result createHtml(const Arguments &arguments, int)
+{
+    return HtmlReportGenerator::create(arguments.path, arguments.type, arguments.resultDir);
+}
+
+Result createJUnit(const Arguments &arguments, int)
+{
+    return JUnitReportGenerator::create(arguments.path);
+}
+
+Result createXml(const Arguments &arguments, int)
+{
+    return XmlReportGenerator::create(arguments.path);
+}
+
+Result createXmlIncremental(const Arguments &arguments, int)
+{
+    return XmlIncrementalReportGenerator::create(arguments.path);
+}
+
+Result createXml2(const Arguments &arguments, int version)
+{
+    return Xml2ReportGenerator::create(arguments.path, version);
+}
+
+Result createXmlJUnit(const Arguments &arguments, int)
+{
+    return XmlJUnitReportGenerator::create(arguments.path);
+}
+
+Result createXls(const Arguments &arguments, int)
+{
+    return XlsReportGenerator::create(arguments.path);
+}
+
 const KeywordRow keywordTable[] = {
     {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"),
      createStdout, 0},
     {QLatin1String("null"), QLatin1String("no report, only the exit status"), createNull, 0},
+    {QLatin1String("xml3"), QLatin1String("directory with results.xml, version 3.0"), createXml3,
+     0},
+    {QLatin1String("xml3.1"),
+     QLatin1String("directory with results.xml, version 3.1, with visual verifications"),
+     createXml3, 1},
+    {QLatin1String("xml3.2"),
+     QLatin1String("directory with results.xml, version 3.2, with retries"), createXml3, 2},
+    {QLatin1String("xml3.3"),
+     QLatin1String("directory with results.xml, version 3.3, with call stacks"), createXml3, 3},
+    {QLatin1String("xml3.4"),
+     QLatin1String("directory with results.xml, version 3.4, with the user name"), createXml3, 4},
+    {QLatin1String("xml3.5"),
+     QLatin1String("directory with results.xml, version 3.5, with milliseconds and videos"),
+     createXml3, 5},
+    {QLatin1String("zipxml3"), QLatin1String("the directory of xml3 as one zip file"),
+     createZipXml3, 0},
+    {QLatin1String("zipxml3.1"), QLatin1String("the directory of xml3.1 as one zip file"),
+     createZipXml3, 1},
+    {QLatin1String("zipxml3.2"), QLatin1String("the directory of xml3.2 as one zip file"),
+     createZipXml3, 2},
+    {QLatin1String("zipxml3.3"), QLatin1String("the directory of xml3.3 as one zip file"),
+     createZipXml3, 3},
+    {QLatin1String("zipxml3.4"), QLatin1String("the directory of xml3.4 as one zip file"),
+     createZipXml3, 4},
+    {QLatin1String("zipxml3.5"), QLatin1String("the directory of xml3.5 as one zip file"),
+     createZipXml3, 5},
+    {QLatin1String("json"), QLatin1String("directory with results.json, version 1.0"), createJson,
+     JsonReportGenerator::Version1_0},
+    {QLatin1String("json1.1"), QLatin1String("directory with results.json, version 1.1"),
+     createJson, JsonReportGenerator::Version1_1},
+    {QLatin1String("json1.2"),
+     QLatin1String("directory with results.json, version 1.2, with retries"), createJson,
+     JsonReportGenerator::Version1_2},
+    {QLatin1String("html"),
+     QLatin1String("directory with pages for a browser; each run adds to it"), createHtml, 0},
+    {QLatin1String("junit"),
+     QLatin1String("JUnit file: a test case for each test case and section, with its log"),
+     createJUnit, 0},
+    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"), createXml,
+     0},
+    {QLatin1String("xmlIncremental"),
+     QLatin1String("flat XML log that grows with the run, never on top of another"),
+     createXmlIncremental, 0},
+    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), createXml2, 0},
+    {QLatin1String("xml2.1"),
+     QLatin1String("xml2 with kinds of verifications and details of failed ones"), createXml2, 1},
+    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), createXml2,
+     2},
+    {QLatin1String("xmljunit"), QLatin1String("JUnit file: a test case for each result"),
+     createXmlJUnit, 0},
+    {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"),
+     createXls, 0},
     {QLatin1String("raw"), QLatin1String(""), createRaw, 0},
 };
 
@@ -65,7 +180,20 @@ Result createByKeyword(const QString &name, const Arguments &arguments)
     return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
 }
 
-Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir)
+// Two reports in one file would destroy each other.
+QString sharedFileError(const QString &path, QStringList &usedPaths)
+{
+    if (path.isEmpty() || path.startsWith(QLatin1String("/dev/")))
+        return {};
+    const QString file = QDir::cleanPath(QDir::current().absoluteFilePath(path));
+    if (usedPaths.contains(file))
+        return QStringLiteral("Another report is written to '%1' already").arg(file);
+    usedPaths += file;
+    return {};
+}
+
+Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir,
+                 QStringList &usedPaths)
 {
     const int comma = value.indexOf(QLatin1Char(','));
     const QString name = value.left(comma);
@@ -73,7 +201,9 @@ Result createOne(const QString &value, TestReportGenerator::TestType type, QStri
     if (path.endsWith(QDir::separator()))
         path.chop(1);
     qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
-    const Result result = createByKeyword(name, {path, type, resultDir});
+    const QString shared = sharedFileError(path, usedPaths);
+    const Result result =
+        shared.isEmpty() ? createByKeyword(name, {path, type, resultDir}) : Result{nullptr, shared};
     if (result.error.isEmpty())
         return result;
     return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
@@ -87,8 +217,9 @@ Result TestReportGeneratorFactory::create(const QStringList &values, QString *re
     qCDebug(traceReportGen) << "Creating " << values.size()
                             << " report generators from commandline";
     std::vector<std::unique_ptr<TestReportGenerator>> generators;
+    QStringList usedPaths;
     for (const QString &value : values) {
-        const Result result = createOne(value, type, resultDir);
+        const Result result = createOne(value, type, resultDir, usedPaths);
         if (!result.error.isEmpty())
             return result;
         generators.emplace_back(result.generator);

@@ -31,7 +31,7 @@ public:
     static TestReportGenerator *create(const QStringList &values,
                                        TestReportGenerator::TestType type);
 
-    /// All keywords, for help texts and for tests that go through the formats.
+    /// All keywords, for help texts and tests.
     static std::vector<Keyword> keywords();
 };
 

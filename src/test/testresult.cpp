@@ -1,8 +1,8 @@
 #include "test/testresult.h"
 
 #include "shared/clock.h"
-#include "shared/environment.h"
 #include "test/resultlabels.h"
+#include "test/runwatch.h"
 #include "test/testreportgenerator.h"
 
 #include <QDir>
@@ -160,6 +160,12 @@ bool isAttemptStart(const Entry &entry)
 }
 
 } // namespace
+
+const QFileInfo &TestResult::Entry::noFile()
+{
+    static const QFileInfo file;
+    return file;
+}
 
 TestResult::TestResult(TestReportGenerator *generator)
     : d(std::make_unique<Private>())
@@ -411,7 +417,7 @@ void TestResult::processEntry(const Entry &entry)
     if (!d->generator)
         return;
     d->generator->handleEntry(entry);
-    if (entry.type == END && Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty())
+    if (entry.type == END && isReportSummaryWanted())
         d->generator->generateSummary();
 }
 

@@ -85,6 +85,9 @@ public:
 
     struct MORVEX_EXPORT Entry
     {
+        /// A default QFileInfo, shared: making one of its own costs each entry dearly.
+        static const QFileInfo &noFile();
+
         QDateTime time;
         ResultType type = NONE;
         QString message;
@@ -101,7 +104,7 @@ public:
         FList<TableDiff::Element> tableDiff;
         QString vpName;
         VPType vpType = NO_VP;
-        QFileInfo vpFile;
+        QFileInfo vpFile = noFile();
         QString summary;
         QString description;
         /// Attempts that remain after this one; negative when no retry applies.

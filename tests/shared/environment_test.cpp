@@ -1,5 +1,6 @@
 #include "shared/environment.h"
 
+#include "shared/clock.h"
 #include "shared/realpath.h"
 #include "shared/settings.h"
 #include "support/environmentguard.h"
@@ -7,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <clocale>
 #include <gtest/gtest.h>
@@ -43,6 +45,18 @@ TEST(EnvironmentTest, TextThatTheLocaleCannotHoldStaysAsItIs)
     std::setlocale(LC_CTYPE, "C.UTF-8");
     EXPECT_EQ(converted, "grün");
     EXPECT_EQ(message.substr(0, 7), "iconv: ");
+}
+
+TEST(ClockTest, StampsFollowTheClock)
+{
+    for (int i = 0; i < 50; ++i) {
+        const QDateTime before = QDateTime::currentDateTime();
+        const QDateTime now = currentLocalTime();
+        EXPECT_LE(before, now);
+        EXPECT_LE(now, QDateTime::currentDateTime());
+        EXPECT_EQ(now.timeSpec(), Qt::LocalTime);
+        QThread::usleep(300);
+    }
 }
 
 TEST(RealPathTest, ResolvesLinksAndLeavesWhatDoesNotExist)

@@ -40,6 +40,19 @@ TEST(RawEntryStreamTest, EveryFieldOfEveryTypeSurvives)
     }
 }
 
+TEST(RawEntryStreamTest, TimesOfAllKindsSurviveOneBehindTheOther)
+{
+    const QDateTime local(QDate(2024, 3, 31), QTime(1, 59, 59, 999));
+    TestResult::Entry entry;
+    for (const QDateTime &time : {local, local, local.toUTC(), local.addMSecs(1), local,
+                                  local.toOffsetFromUtc(3600), QDateTime(), local}) {
+        entry.time = time;
+        const QDateTime read = decode(payloadOf(entry)).time;
+        EXPECT_EQ(read, time);
+        EXPECT_EQ(read.timeSpec(), time.timeSpec());
+    }
+}
+
 TEST(RawEntryStreamTest, ADefaultEntrySurvives)
 {
     EXPECT_TRUE(areEqual(decode(payloadOf(TestResult::Entry())), TestResult::Entry()));

@@ -91,6 +91,8 @@ TEST(ReportUriTest, LocationsSurviveMovingTheSuite)
               ("file://" + realPath(dir.path()) + "/out%20side%2520/%C3%BC.js").toStdString());
     EXPECT_EQ(relativeURI("no/such.js", suite, testCase), "no/such.js");
     EXPECT_EQ(relativeURI("", suite, testCase), "");
+    EXPECT_EQ(relativeURI("eval:code.js", suite, testCase), "eval:code.js");
+    EXPECT_EQ(relativeURI("a b:c", suite, testCase), "a%20b:c");
     EXPECT_EQ(attachmentURI("/r/a/b c.png", suite, testCase, "/r"), "x-results:/a/b%20c.png");
     EXPECT_EQ(failedImageURI(suite + "/shared.js", suite, testCase, ""), "x-testsuite:/shared.js");
 }

@@ -1,9 +1,11 @@
 #include "test/stdoutreportgenerator.h"
 
+#include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/sampleentries.h"
-#include "test/consoletime.h"
+#include "test/isotime.h"
+#include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
 #include <QTemporaryDir>
@@ -145,6 +147,20 @@ TEST_F(ConsoleTest, AnEarlierLogIsNotOverwritten)
     EXPECT_FALSE(readFile(dir.filePath("console_1.log")).isEmpty());
 }
 
+TEST_F(ConsoleTest, AFullDiskIsToldOnce)
+{
+    const std::string message = standardErrorOf([this] {
+        const auto generator = TestReportGeneratorFactory::create({"stdout,/dev/full"},
+                                                                  TestReportGenerator::TEST_SUITE);
+        const std::unique_ptr<TestReportGenerator> owner(generator);
+        generator->handleEntry(logEntry());
+        generator->handleEntry(logEntry());
+        generator->generateSummary();
+    });
+    EXPECT_EQ(message, "morvexrunner: Could not write the console report: No space left on "
+                       "device\n");
+}
+
 TEST_F(ConsoleTest, TheSummaryHasAllCounters)
 {
     const auto generator = make();
@@ -167,10 +183,10 @@ TEST_F(ConsoleTest, TheSummaryHasAllCounters)
               "*******************************************************\n");
 }
 
-TEST(ConsoleTimeTest, TimesAreWrittenAsTheToolkitDoes)
+TEST(IsoTimeTest, TimesAreWrittenAsTheToolkitDoes)
 {
     const QDateTime base(QDate(2024, 3, 1), QTime(23, 59, 59, 999));
-    ConsoleTime writer;
+    IsoTime writer;
     for (const QDateTime &time :
          {base, base.addMSecs(1), base.addDays(1), base.addMSecs(-1), base.toUTC(),
           base.toOffsetFromUtc(3600), base.toTimeZone(QTimeZone("Asia/Kolkata")), QDateTime(),

@@ -148,6 +148,9 @@ TEST(TableDiffTest, RowsOfADifference)
         {{"a(#FFFF0000"}, {"a("}, {"-0:a(", "+0:a("}},
         {{"#FFFF0000"}, {""}, {"-0:", "+0:"}},
         {{" a "}, {"a"}, {"-0: a ", "+0:a"}},
+        {{"  "}, {""}, {"-0:  ", "+0:"}},
+        {{" "}, {"\n"}, {"-0: ", "+0:\n"}},
+        {{"a<!-- c -->b"}, {"ab"}, {}},
     };
     for (const auto &row : rows)
         EXPECT_EQ(diffOf(row.expected, row.actual), row.difference)
@@ -170,7 +173,8 @@ TEST(TableDiffTest, ATableThatCannotBeReadLeavesTheResult)
         std::string xml;
         const char *message;
     } rows[] = {
-        {"<table><row>", "XML Parse Error at "},
+        {"<table><row>", "XML Parse Error at 1:1:"},
+        {"<table>\n <row>\n  <cell></row></table>", "XML Parse Error at 3:9:"},
         {"<tabel/>", "Missing table element in XML input\n"},
         {"<table><row><cell/></row><row><cell/><cell/></row></table>",
          "Malformed table XML, number of columns differ between rows\n"},
@@ -186,6 +190,14 @@ TEST(TableDiffTest, ATableThatCannotBeReadLeavesTheResult)
         EXPECT_EQ(list.count(), 1);
         EXPECT_EQ(message.find(row.message), 0U) << message;
     }
+}
+
+TEST(TableDiffTest, ReferencesAreReadAsUnicode)
+{
+    FList<TableDiff::Element> list;
+    EXPECT_TRUE(table_diff_xml("<table><row><cell><text>&#xFC;&#8364;</text></cell>"
+                               "<cell><text>&#x0A; </text></cell></row></table>",
+                               tableXml({"\xc3\xbc\xe2\x82\xac|\n "}), &list));
 }
 
 TEST(TableDiffTest, ColourTexts)
@@ -206,6 +218,18 @@ TEST(TableDiffTest, ColourTexts)
     for (const auto &row : rows)
         EXPECT_EQ(TableRange::colorFromString(row.text), row.color) << row.text;
     EXPECT_EQ(TableRange::colorToString({1, 2, 10, 255}), "#01020AFF");
+}
+
+TEST(TableRangeTest, ATableThatCannotBeReadLeavesTheOneBefore)
+{
+    XmlTableRange range;
+    ASSERT_TRUE(range.loadContentFromXml(tableXml({"a|b", "c|d"})));
+    standardErrorOf([&range] {
+        EXPECT_FALSE(
+            range.loadContentFromXml("<table><row><cell/></row><row><cell/><cell/></row></table>"));
+    });
+    EXPECT_EQ(range.text(1, 1), "d");
+    EXPECT_NE(range.contentAsXml(TableRange::TextContent).find(">c<"), std::string::npos);
 }
 
 TEST(TableRangeTest, TheXmlFormReadsBack)

@@ -1,6 +1,7 @@
 #include "test/testreportgenerator.h"
 
 #include "support/capture.h"
+#include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/recordinggenerator.h"
 #include "support/sampleentries.h"
@@ -13,6 +14,8 @@
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -284,6 +287,19 @@ TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
     }
 }
 
+TEST(FactoryTest, TwoReportsDoNotShareAFile)
+{
+    QTemporaryDir dir;
+    QString resultDir;
+    const QString path = dir.filePath("r.xml");
+    const auto result = TestReportGeneratorFactory::create(
+        {"stdout," + path, "null", "null", "xml," + dir.path() + "/./r.xml"}, &resultDir,
+        TestReportGenerator::TEST_SUITE);
+    EXPECT_EQ(result.generator, nullptr);
+    EXPECT_EQ(result.error,
+              "xml report generator: Another report is written to '" + path + "' already");
+}
+
 TEST(FactoryDeathTest, TheShortFormEndsTheProcess)
 {
     EXPECT_EXIT(TestReportGeneratorFactory::create({"bogus"}, TestReportGenerator::TEST_CASE),
@@ -302,6 +318,69 @@ TEST(FactoryTest, ThePathIsAllBehindTheFirstCommaLessOneSeparator)
     const std::unique_ptr<TestReportGenerator> generator(result.generator);
     EXPECT_EQ(result.error, "");
     EXPECT_TRUE(QFile::exists(path));
+}
+
+namespace {
+
+// The version that a report of the keyword names; empty when it names none.
+QString versionOf(const QString &keyword)
+{
+    QTemporaryDir dir;
+    QString resultDir;
+    const QString path = dir.filePath("report");
+    const auto result = TestReportGeneratorFactory::create({keyword + "," + path}, &resultDir,
+                                                           TestReportGenerator::TEST_SUITE);
+    EXPECT_EQ(result.error, "");
+    {
+        TestResult log(result.generator);
+        log.start("s", {}, {});
+        log.completed();
+    }
+    QByteArray content = readFile(path);
+    for (const char *file : {"/results.xml", "/results.json", "/data/results-v1.js"})
+        content += readFile(path + file);
+    if (content.startsWith("PK")) {
+        QProcess unzip;
+        unzip.start("unzip", {"-p", path, "results.xml"});
+        unzip.waitForFinished();
+        content = unzip.readAll();
+    }
+    const QRegularExpression version("<MorvexReport [^>]*version=\"([0-9.]+)\"|"
+                                     "\"major\":([0-9]+),\"minor\":([0-9]+)");
+    const QRegularExpressionMatch match = version.match(QString::fromUtf8(content));
+    return match.captured(1).isEmpty() && match.hasMatch()
+               ? match.captured(2) + "." + match.captured(3)
+               : match.captured(1);
+}
+
+} // namespace
+
+TEST(FactoryTest, AKeywordStandsForItsVersion)
+{
+    const EnvironmentGuard prefix("MORVEX_PREFIX", MORVEX_TEST_PREFIX);
+    std::map<QString, QString> versions{
+        {"stdout", ""},     {"null", ""},
+        {"junit", ""},      {"xmljunit", ""},
+        {"xls", ""},        {"json", "1.0"},
+        {"json1.1", "1.1"}, {"json1.2", "1.2"},
+        {"html", "1.2"},    {"xml2", "2.0"},
+        {"xml2.1", "2.1"},  {"xml2.2", "2.2"},
+        {"xml", "1.2"},     {"xmlIncremental", "1.2"},
+    };
+    for (const QString &family : {QString("xml3"), QString("zipxml3")}) {
+        versions[family] = "3.0";
+        for (int minor = 1; minor <= 5; ++minor)
+            versions[family + "." + QString::number(minor)] = "3." + QString::number(minor);
+    }
+    for (const auto &keyword : TestReportGeneratorFactory::keywords()) {
+        const QString name = keyword.name;
+        if (name == "raw")
+            continue;
+        ASSERT_TRUE(versions.count(name)) << name.toStdString();
+        EXPECT_EQ(versionOf(name), versions[name]) << name.toStdString();
+        versions.erase(name);
+    }
+    EXPECT_TRUE(versions.empty());
 }
 
 TEST(FactoryTest, EveryKeywordIsThereOnce)

@@ -1,8 +1,8 @@
-#include "test/consoletime.h"
+#include "test/isotime.h"
 
 namespace Morvex {
 
-void ConsoleTime::append(QByteArray &out, const QDateTime &time)
+void IsoTime::append(QByteArray &out, const QDateTime &time)
 {
     if (time.timeSpec() != Qt::LocalTime || !time.isValid()) {
         out += time.toString(Qt::ISODate).toLatin1();
@@ -16,6 +16,13 @@ void ConsoleTime::append(QByteArray &out, const QDateTime &time)
         m_text = time.toString(Qt::ISODate).toLatin1();
     }
     out += m_text;
+}
+
+QString IsoTime::text(const QDateTime &time)
+{
+    QByteArray text;
+    append(text, time);
+    return QString::fromLatin1(text);
 }
 
 } // namespace Morvex

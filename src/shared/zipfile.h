@@ -1,0 +1,41 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QString>
+
+class QDateTime;
+class QDir;
+class QIODevice;
+
+namespace Morvex {
+
+/// Writes a new zip archive on any random-access device.
+class MORVEX_EXPORT ZipFile
+{
+public:
+    /// Opens @p device when it is not open. It must outlive this object, which closes it with the
+    /// archive. The archive can't be opened when the device can't: each addition then fails.
+    explicit ZipFile(QIODevice *device);
+    virtual ~ZipFile();
+
+    ZipFile(const ZipFile &) = delete;
+    ZipFile &operator=(const ZipFile &) = delete;
+
+    /// Reads @p device up to its end. Returns an error text, empty on success.
+    [[nodiscard]] QString addFile(QIODevice *device, const QString &nameInZip,
+                                  const QDateTime &time);
+
+    /// Adds all files below the directory under their paths relative to it. Returns an error text,
+    /// empty on success.
+    [[nodiscard]] QString addDirectoryContents(const QDir &root);
+
+    /// Writes the directory of the archive, without which nobody can read it; the destructor does
+    /// so too, but can't tell of a failure. Returns an error text, empty on success.
+    QString close();
+
+private:
+    void *m_zip;
+};
+
+} // namespace Morvex

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "morvex_export.h"
+#include "test/jsonreportgenerator.h"
+
+#include <memory>
+
+namespace Morvex {
+
+class FileLock;
+
+/// The web report: a directory with pages for a browser, and a data file to which each run adds one
+/// statement. Each entry is in the file as soon as it is logged.
+class MORVEX_EXPORT HtmlReportGenerator : public JsonReportGenerator
+{
+public:
+    /// Makes a new report with the pages below MORVEX_PREFIX, or adds to the report that is in the
+    /// directory, which is repaired first when its last run was killed.
+    static Result create(const QString &path, TestType type, QString *resultDir);
+    ~HtmlReportGenerator() override;
+
+protected:
+    void init() override;
+
+private:
+    HtmlReportGenerator(std::unique_ptr<std::ostream> stream, std::unique_ptr<FileLock> lock,
+                        const QString &resultDir, TestType type);
+
+    std::unique_ptr<FileLock> m_lock;
+    bool m_isBegun = false;
+};
+
+} // namespace Morvex

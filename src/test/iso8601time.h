@@ -1,0 +1,32 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QByteArray>
+#include <QDateTime>
+
+#include <chrono>
+
+namespace Morvex {
+
+/// The texts of formatAsISO8601 and formatAsISO8601WithMs, at the speed of a format that writes one
+/// for each entry as it comes: the offset of a local time costs a look into the rules of its time
+/// zone.
+class MORVEX_EXPORT Iso8601Time
+{
+public:
+    QByteArray text(const QDateTime &time);
+    QByteArray textWithMs(const QDateTime &time);
+
+private:
+    bool isKnown(const QDateTime &time) const;
+    void update(const QDateTime &time);
+
+    // Most entries come within the second of the one before.
+    QDate m_date;
+    int m_secondOfDay = -1;
+    std::chrono::steady_clock::time_point m_updated;
+    QByteArray m_text;
+};
+
+} // namespace Morvex

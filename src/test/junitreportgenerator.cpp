@@ -1,0 +1,409 @@
+#include "test/junitreportgenerator.h"
+
+#include "shared/xmltext.h"
+#include "test/isotime.h"
+#include "test/junitshared.h"
+#include "test/resultlabels.h"
+#include "test/runwatch.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <utility>
+
+namespace Morvex {
+namespace {
+
+// The kind of the section by which the suite tells that it left a test case out.
+const QLatin1String skippedTestCase("testcase");
+
+bool isResultType(TestResult::ResultType type)
+{
+    return isJUnitFailure(type) || isJUnitError(type) || type == TestResult::PASS ||
+           type == TestResult::XFAIL;
+}
+
+QString seconds(qint64 milliseconds)
+{
+    return QString::number(static_cast<double>(milliseconds) / 1000, 'f', 3);
+}
+
+// A dot joins the levels of nesting, so that none may stand in a name.
+QString normalizedName(const QString &name)
+{
+    QString normalized = showControls(name);
+    return normalized.replace(QLatin1Char('.'), QLatin1Char('_'));
+}
+
+void logFrames(QString &text, const std::vector<LineInfo> &stack)
+{
+    for (const LineInfo &frame : stack)
+        text += QLatin1String("  at ") + escapeNonPrintable(frame.fileName()) + QLatin1Char(':') +
+                QString::number(frame.lineNumber()) + QLatin1Char('\n');
+}
+
+void logEntry(QByteArray &stream, const TestResult::Entry &entry, IsoTime &times)
+{
+    QStringList parts{entry.line.toString(), entry.message, entry.details, entry.vpName};
+    parts.removeAll(QString());
+    QString text = times.text(entry.time) + QLatin1String(" [") + resultName(entry.type) +
+                   QLatin1String("] ") + escapeNonPrintable(parts.join(QLatin1Char(' '))) +
+                   QLatin1Char('\n');
+    logFrames(text, entry.stack);
+    appendXmlCData(stream, text);
+}
+
+} // namespace
+
+struct JUnitReportGenerator::JUnitTestCase
+{
+    QString className;
+    QString name;
+    bool isSection = false;
+    bool isShown = false;
+    bool isLeftOut = false;
+    qint64 milliseconds = 0;
+    int results = 0;
+    int failures = 0;
+    int errors = 0;
+    // Places of its entries in the log of the suite, in order.
+    std::vector<std::size_t> entries;
+
+    void add(const TestResult::Entry &entry, std::size_t place);
+    void takeOver(JUnitTestCase &section);
+    bool isError() const { return isShown && errors > 0; }
+    bool isSkipped() const { return isLeftOut && results == 0; }
+    bool isFailure() const { return isShown && errors == 0 && failures > 0; }
+    QString failureMessage() const;
+};
+
+struct JUnitReportGenerator::JUnitTestSuite
+{
+    QString name;
+    QMap<QString, QString> properties = junitProperties({});
+    QDateTime start;
+    // In the order in which they were opened.
+    std::vector<JUnitTestCase> testCases;
+    // Each entry as it is written, fit for a CDATA section.
+    std::vector<QByteArray> log;
+};
+
+struct JUnitReportGenerator::Private
+{
+    std::unique_ptr<ReportFile> file;
+    JUnitTestSuite suite;
+    JUnitNames names;
+    QStringList nestedNames;
+    // The open test cases, innermost last. The first is that of what lies outside of all others.
+    std::vector<std::size_t> open;
+    // The latest time of an entry so far, up to which the time has been given to test cases. The
+    // results of a verification bear the time of its start, so that an entry may be older than the
+    // one before. In milliseconds of the epoch.
+    qint64 lastTime = 0;
+    // In milliseconds.
+    qint64 duration = 0;
+    RunWatch run;
+    IsoTime times;
+
+    void passTime(const QDateTime &time);
+    void log(const TestResult::Entry &entry);
+    void handle(const TestResult::Entry &entry);
+    void startSuite(const TestResult::Entry &entry);
+    void endSuite();
+    void startFakeCase();
+    void endFakeCase();
+    void beginCase(const QString &name, bool isSection);
+    void endCase();
+    void endCasesUpTo(std::size_t depth);
+    std::size_t depthOfTestCase() const;
+    void write();
+    XmlElement rootElement() const;
+    void writeTestCase(const JUnitTestCase &testCase, int indent);
+    void writeFailure(const JUnitTestCase &testCase, int indent);
+    void writeJUnitSystemOut();
+};
+
+void JUnitReportGenerator::JUnitTestCase::add(const TestResult::Entry &entry, std::size_t place)
+{
+    const TestResult::ResultType type = entry.type;
+    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == skippedTestCase;
+    results += isResultType(type) ? 1 : 0;
+    failures += isJUnitFailure(type) ? 1 : 0;
+    errors += isJUnitError(type) ? 1 : 0;
+    entries.push_back(place);
+}
+
+void JUnitReportGenerator::JUnitTestCase::takeOver(JUnitTestCase &section)
+{
+    milliseconds += section.milliseconds;
+    entries.insert(entries.end(), section.entries.begin(), section.entries.end());
+    section.entries = {};
+}
+
+QString JUnitReportGenerator::JUnitTestCase::failureMessage() const
+{
+    if (errors > 0)
+        return QStringLiteral("Test had %1 failures or errors").arg(failures + errors);
+    return QStringLiteral("Test had %1 failures").arg(failures);
+}
+
+JUnitReportGenerator::JUnitReportGenerator(std::unique_ptr<ReportFile> file)
+    : d(std::make_unique<Private>())
+{
+    d->file = std::move(file);
+    d->startFakeCase();
+}
+
+JUnitReportGenerator::~JUnitReportGenerator()
+{
+    if (!d->run.isGivenUp())
+        return;
+    handleEntry(RunWatch::givenUpEntry());
+    d->endSuite();
+}
+
+TestReportGenerator::Result JUnitReportGenerator::create(const QString &path)
+{
+    auto file = std::make_unique<ReportFile>();
+    const QString error = file->open(path, {}, ReportFile::Utf8);
+    if (!error.isEmpty())
+        return {nullptr, error};
+    return {new JUnitReportGenerator(std::move(file)), QString()};
+}
+
+void JUnitReportGenerator::generateSummary() {}
+
+void JUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
+{
+    // The document is written and closed.
+    if (d->run.isEnded())
+        return;
+    d->run.see(entry.type);
+    d->passTime(entry.time);
+    d->handle(entry);
+}
+
+// The time since the last entry goes to the test case that was open all the while.
+void JUnitReportGenerator::Private::passTime(const QDateTime &time)
+{
+    if (!time.isValid())
+        return;
+    const qint64 now = time.toMSecsSinceEpoch();
+    if (!suite.start.isValid()) {
+        suite.start = time;
+        lastTime = now;
+    }
+    const qint64 passed = qMax(now - lastTime, qint64(0));
+    suite.testCases[open.back()].milliseconds += passed;
+    duration += passed;
+    lastTime += passed;
+}
+
+void JUnitReportGenerator::Private::log(const TestResult::Entry &entry)
+{
+    suite.testCases[open.back()].add(entry, suite.log.size());
+    QByteArray text;
+    logEntry(text, entry, times);
+    text.squeeze();
+    suite.log.push_back(std::move(text));
+}
+
+void JUnitReportGenerator::Private::handle(const TestResult::Entry &entry)
+{
+    switch (entry.type) {
+    case TestResult::START:
+        startSuite(entry);
+        log(entry);
+        break;
+    case TestResult::END:
+        endCasesUpTo(1);
+        log(entry);
+        endSuite();
+        break;
+    case TestResult::START_TEST_CASE:
+        endCasesUpTo(1);
+        beginCase(entry.info, false);
+        log(entry);
+        break;
+    case TestResult::END_TEST_CASE:
+        endCasesUpTo(depthOfTestCase());
+        log(entry);
+        endCasesUpTo(1);
+        break;
+    case TestResult::START_SECTION:
+        beginCase(entry.message, true);
+        log(entry);
+        break;
+    case TestResult::END_SECTION:
+        log(entry);
+        if (suite.testCases[open.back()].isSection)
+            endCase();
+        break;
+    default:
+        log(entry);
+        break;
+    }
+}
+
+void JUnitReportGenerator::Private::startSuite(const TestResult::Entry &entry)
+{
+    suite.name = entry.name;
+    suite.properties = junitProperties(entry);
+}
+
+void JUnitReportGenerator::Private::endSuite()
+{
+    endCasesUpTo(1);
+    endFakeCase();
+    write();
+}
+
+void JUnitReportGenerator::Private::startFakeCase()
+{
+    JUnitTestCase fake;
+    fake.className = QStringLiteral("(root)");
+    fake.name = QStringLiteral("(main)");
+    suite.testCases.push_back(fake);
+    open.push_back(0);
+}
+
+// Readers lose a suite without a test case, so one stands for the empty run.
+void JUnitReportGenerator::Private::endFakeCase()
+{
+    JUnitTestCase &fake = suite.testCases.front();
+    const bool isOnlyOne =
+        std::none_of(suite.testCases.begin(), suite.testCases.end(),
+                     [](const JUnitTestCase &testCase) { return testCase.isShown; });
+    fake.isShown = fake.results > 0 || isOnlyOne;
+    if (fake.results == 0)
+        fake.name = QStringLiteral("(empty)");
+}
+
+void JUnitReportGenerator::Private::beginCase(const QString &name, bool isSection)
+{
+    nestedNames.append(normalizedName(name));
+    JUnitTestCase testCase;
+    testCase.className = nestedNames.join(QLatin1Char('.'));
+    testCase.name = nestedNames.join(QLatin1Char('/'));
+    testCase.isSection = isSection;
+    open.push_back(suite.testCases.size());
+    suite.testCases.push_back(std::move(testCase));
+}
+
+void JUnitReportGenerator::Private::endCase()
+{
+    const std::size_t place = open.back();
+    JUnitTestCase &testCase = suite.testCases[place];
+    open.pop_back();
+    nestedNames.removeLast();
+    testCase.isShown = !testCase.isSection || testCase.results > 0;
+    if (testCase.isShown) {
+        testCase.name = names.unique(testCase.className, testCase.name);
+        return;
+    }
+    suite.testCases[open.back()].takeOver(testCase);
+    if (place + 1 == suite.testCases.size())
+        suite.testCases.pop_back();
+}
+
+void JUnitReportGenerator::Private::endCasesUpTo(std::size_t depth)
+{
+    while (open.size() > depth)
+        endCase();
+}
+
+// How many are open up to and with the innermost test case that is not a section.
+std::size_t JUnitReportGenerator::Private::depthOfTestCase() const
+{
+    std::size_t depth = open.size();
+    while (depth > 1 && suite.testCases[open[depth - 1]].isSection)
+        --depth;
+    return depth;
+}
+
+void JUnitReportGenerator::Private::write()
+{
+    const XmlElement root = rootElement();
+    int indent = 0;
+    QByteArray text = file->xmlDeclaration();
+    dumpElementToStream(root, OpenTag, &text, indent);
+    dumpElementToStream(junitPropertiesElement(suite.properties), WholeElement, &text, indent);
+    file->write(text);
+    for (const JUnitTestCase &testCase : suite.testCases) {
+        if (testCase.isShown)
+            writeTestCase(testCase, indent);
+    }
+    writeJUnitSystemOut();
+    text.clear();
+    dumpElementToStream(XmlElement(QLatin1String("system-err")), WholeElement, &text, indent);
+    dumpElementToStream(root, CloseTag, &text, indent);
+    file->write(text);
+    file->flush();
+}
+
+XmlElement JUnitReportGenerator::Private::rootElement() const
+{
+    int tests = 0;
+    int failures = 0;
+    int errors = 0;
+    for (const JUnitTestCase &testCase : suite.testCases) {
+        tests += testCase.isShown ? 1 : 0;
+        errors += testCase.isError() ? 1 : 0;
+        failures += testCase.isFailure() ? 1 : 0;
+    }
+    XmlElement root(QLatin1String("testsuite"));
+    root.addAttribute(QLatin1String("name"), suite.name)
+        .addAttribute(QLatin1String("hostname"), junitHostName())
+        .addAttribute(QLatin1String("time"), seconds(duration))
+        .addAttribute(QLatin1String("timestamp"), junitTimestamp(suite.start))
+        .addAttribute(QLatin1String("errors"), errors)
+        .addAttribute(QLatin1String("failures"), failures)
+        .addAttribute(QLatin1String("tests"), tests);
+    return root;
+}
+
+void JUnitReportGenerator::Private::writeTestCase(const JUnitTestCase &testCase, int indent)
+{
+    XmlElement element(QLatin1String("testcase"));
+    element.addAttribute(QLatin1String("classname"), testCase.className)
+        .addAttribute(QLatin1String("name"), testCase.name)
+        .addAttribute(QLatin1String("time"), seconds(testCase.milliseconds));
+    if (testCase.isSkipped())
+        element.addChild(XmlElement(QLatin1String("skipped")));
+    const bool hasFailed = testCase.isError() || testCase.isFailure();
+    QByteArray text;
+    dumpElementToStream(element, hasFailed ? OpenTag : WholeElement, &text, indent);
+    file->write(text);
+    if (!hasFailed)
+        return;
+    writeFailure(testCase, indent);
+    text.clear();
+    dumpElementToStream(element, CloseTag, &text, indent);
+    file->write(text);
+}
+
+void JUnitReportGenerator::Private::writeFailure(const JUnitTestCase &testCase, int indent)
+{
+    XmlElement element(testCase.isError() ? QLatin1String("error") : QLatin1String("failure"));
+    element.addAttribute(QLatin1String("message"), testCase.failureMessage())
+        .addAttribute(QLatin1String("type"),
+                      testCase.isError() ? QStringLiteral("ERROR") : QStringLiteral("FAILURE"));
+    QByteArray text(indent, ' ');
+    element.appendOpenTag(text);
+    file->write(text + "<![CDATA[");
+    for (const std::size_t place : testCase.entries)
+        file->write(suite.log[place]);
+    text = "]]>";
+    element.appendCloseTag(text);
+    file->write(text + '\n');
+}
+
+void JUnitReportGenerator::Private::writeJUnitSystemOut()
+{
+    file->write("    <system-out><![CDATA[");
+    for (const QByteArray &entry : suite.log)
+        file->write(entry);
+    file->write("]]></system-out>\n");
+}
+
+} // namespace Morvex

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+namespace Morvex {
+
+struct WebReportRepair
+{
+    /// Empty on success. The report is as it was otherwise.
+    QString error;
+    bool isRepaired = false;
+    /// One line for the user's eye: what was repaired, or that nothing was to be done.
+    QString message;
+};
+
+/// Closes what a run that was killed left open in the data file of the web report in @p directory,
+/// and marks that run as not ended. Entries that are not complete are dropped; all other runs stay
+/// byte for byte. A report that a running process still writes is an error, and so is a file that
+/// was damaged in another way.
+MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
+
+/// A part of a data file, from byte @p begin to byte @p end, and what is to stand in its place.
+struct WebReportEdit
+{
+    qint64 begin;
+    qint64 end;
+    QByteArray text;
+    /// Which run of the file it is, from 1.
+    int run;
+    bool isEnded;
+};
+
+struct WebReportEdits
+{
+    /// Empty on success.
+    QString error;
+    /// In the order of the file; empty when it is whole.
+    std::vector<WebReportEdit> edits;
+    int runs = 0;
+};
+
+/// What has to be changed in the @p size bytes of a data file at @p data.
+MORVEX_EXPORT WebReportEdits webReportEdits(const char *data, qint64 size);
+
+/// The data file with the edits made.
+MORVEX_EXPORT QByteArray applyWebReportEdits(const char *data, qint64 size,
+                                             const std::vector<WebReportEdit> &edits);
+
+} // namespace Morvex

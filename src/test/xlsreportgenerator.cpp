@@ -1,0 +1,377 @@
+#include "test/xlsreportgenerator.h"
+
+#include "shared/xmltext.h"
+#include "test/resultlabels.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <utility>
+
+namespace Morvex {
+namespace {
+
+// What a cell takes at most; a program refuses or shortens a longer one.
+const int maxCellLength = 32767;
+const QLatin1String cutMark(" [cut]");
+
+// In points. The widest column that a program takes is 255 characters of its standard font.
+const double minColumnWidth = 40;
+const double maxColumnWidth = 1340;
+const double cellPadding = 8;
+const double widestCharacter = 13;
+
+const QLatin1String stringType("String");
+const QLatin1String dateTimeType("DateTime");
+const QLatin1String numberType("Number");
+const QLatin1String rowName("Row");
+const QLatin1String tableName("Table");
+const QLatin1String worksheetName("Worksheet");
+
+enum Column { TypeColumn, TimeColumn, LineColumn, MessageColumn, DetailsColumn, VpNameColumn };
+
+// No character of the fonts that spreadsheet programs start with, at 10 or 11 points, is wider.
+double maxCharacterWidth(QChar character)
+{
+    switch (character.unicode()) {
+    case 'm':
+    case 'w':
+    case 'M':
+    case 'W':
+    case '@':
+    case '%':
+    case '&':
+        return 9.5;
+    default:
+        break;
+    }
+    if (character.unicode() >= 0x1100)
+        return widestCharacter;
+    return character.isUpper() || character.unicode() >= 0x100 ? 8 : 6;
+}
+
+double textWidth(const QString &text)
+{
+    double width = cellPadding;
+    for (int i = 0; i < text.size() && width < maxColumnWidth; ++i)
+        width += maxCharacterWidth(text.at(i));
+    return std::min(width, maxColumnWidth);
+}
+
+QString cutToCell(const QString &text)
+{
+    if (text.size() <= maxCellLength)
+        return text;
+    int length = maxCellLength - cutMark.size();
+    if (text.at(length - 1).isHighSurrogate())
+        --length;
+    return text.left(length) + cutMark;
+}
+
+XmlElement createCell(const QString &text, QLatin1String type)
+{
+    XmlElement data(QLatin1String("Data"));
+    data.addAttribute(QLatin1String("ss:Type"), type);
+    data.setText(text);
+    XmlElement cell(QLatin1String("Cell"));
+    cell.addChild(std::move(data));
+    return cell;
+}
+
+XmlElement createStyleCell(const QString &text, QLatin1String type, QLatin1String style)
+{
+    XmlElement data(QLatin1String("Data"));
+    data.addAttribute(QLatin1String("ss:Type"), type);
+    data.setText(text);
+    XmlElement cell(QLatin1String("Cell"));
+    cell.addAttribute(QLatin1String("ss:StyleID"), style);
+    cell.addChild(std::move(data));
+    return cell;
+}
+
+// Programs take no zone and misread an empty date, for which the cell is left empty.
+XmlElement timeCell(const QDateTime &time, IsoTime &times)
+{
+    const QLatin1String style("dateformat");
+    if (time.isValid())
+        return createStyleCell(times.text(time.toLocalTime()), dateTimeType, style);
+    XmlElement cell(QLatin1String("Cell"));
+    cell.addAttribute(QLatin1String("ss:StyleID"), style);
+    return cell;
+}
+
+QLatin1String styleOf(TestResult::ResultType type)
+{
+    switch (resultColor(type)) {
+    case ResultColor::Red:
+        return QLatin1String("red");
+    case ResultColor::Green:
+        return QLatin1String("green");
+    case ResultColor::Magenta:
+        return QLatin1String("magenta");
+    case ResultColor::Blue:
+        break;
+    }
+    return QLatin1String("blue");
+}
+
+struct Label
+{
+    QLatin1String text;
+    QLatin1String key;
+};
+
+const Label summaryLabels[] = {
+    {QLatin1String("Tests"), QLatin1String("tests")},
+    {QLatin1String("Fails"), QLatin1String("fails")},
+    {QLatin1String("Passes"), QLatin1String("passes")},
+    {QLatin1String("Expected_fails"), QLatin1String("xfails")},
+    {QLatin1String("Unexpected_passes"), QLatin1String("xpasses")},
+    {QLatin1String("Testcases"), QLatin1String("testcases")},
+    {QLatin1String("Errors"), QLatin1String("errors")},
+    {QLatin1String("Fatals"), QLatin1String("fatals")},
+    {QLatin1String("Warnings"), QLatin1String("warnings")},
+};
+
+// Passes and fails always, the others when there are any: the cell is read at a glance.
+QString countsText(const TestCaseCounters &counters)
+{
+    QStringList counts{QStringLiteral("Passes: %1").arg(counters.passes),
+                       QStringLiteral("Fails: %1").arg(counters.fails)};
+    const auto addIfAny = [&counts](const QString &label, int count) {
+        if (count > 0)
+            counts += label.arg(count);
+    };
+    addIfAny(QStringLiteral("Expected_fails: %1"), counters.xfails);
+    addIfAny(QStringLiteral("Unexpected_passes: %1"), counters.xpasses);
+    addIfAny(QStringLiteral("Errors: %1"), counters.errors);
+    addIfAny(QStringLiteral("Fatals: %1"), counters.fatals);
+    addIfAny(QStringLiteral("Warnings: %1"), counters.warnings);
+    return QLatin1String(" (") + counts.join(QLatin1String(", ")) + QLatin1Char(')');
+}
+
+XmlElement styleElement(QLatin1String id, XmlElement content)
+{
+    XmlElement style(QLatin1String("Style"));
+    style.addAttribute(QLatin1String("ss:ID"), id);
+    style.addChild(std::move(content));
+    return style;
+}
+
+XmlElement elementWith(QLatin1String name, QLatin1String attribute, QLatin1String value)
+{
+    XmlElement element(name);
+    element.addAttribute(attribute, value);
+    return element;
+}
+
+XmlElement fontStyle(QLatin1String id, QLatin1String attribute, QLatin1String value)
+{
+    return styleElement(id, elementWith(QLatin1String("Font"), attribute, value));
+}
+
+XmlElement defaultStyle()
+{
+    XmlElement style(QLatin1String("Style"));
+    style.addAttribute(QLatin1String("ss:ID"), QStringLiteral("Default"));
+    style.addAttribute(QLatin1String("ss:Name"), QStringLiteral("Normal"));
+    style.addChild(elementWith(QLatin1String("Alignment"), QLatin1String("ss:Vertical"),
+                               QLatin1String("Bottom")));
+    return style;
+}
+
+XmlElement stylesElement()
+{
+    const QLatin1String color("ss:Color");
+    XmlElement styles(QLatin1String("Styles"));
+    styles.addChild(defaultStyle());
+    styles.addChild(fontStyle(QLatin1String("bold"), QLatin1String("ss:Bold"), QLatin1String("1")));
+    styles.addChild(fontStyle(QLatin1String("red"), color, QLatin1String("#C00000")));
+    styles.addChild(fontStyle(QLatin1String("green"), color, QLatin1String("#00A000")));
+    styles.addChild(fontStyle(QLatin1String("blue"), color, QLatin1String("#0000C0")));
+    styles.addChild(fontStyle(QLatin1String("magenta"), color, QLatin1String("#FF0090")));
+    styles.addChild(
+        styleElement(QLatin1String("dateformat"),
+                     elementWith(QLatin1String("NumberFormat"), QLatin1String("ss:Format"),
+                                 QLatin1String("General Date"))));
+    return styles;
+}
+
+XmlElement workbookElement()
+{
+    const QString spreadsheet = QStringLiteral("urn:schemas-microsoft-com:office:spreadsheet");
+    XmlElement workbook(QLatin1String("Workbook"));
+    workbook.addAttribute(QLatin1String("xmlns"), spreadsheet)
+        .addAttribute(QLatin1String("xmlns:ss"), spreadsheet)
+        .addAttribute(QLatin1String("xmlns:o"),
+                      QStringLiteral("urn:schemas-microsoft-com:office:office"))
+        .addAttribute(QLatin1String("xmlns:x"),
+                      QStringLiteral("urn:schemas-microsoft-com:office:excel"))
+        .addAttribute(QLatin1String("xmlns:html"),
+                      QStringLiteral("http://www.w3.org/TR/REC-html40"));
+    return workbook;
+}
+
+XmlElement worksheetElement(const QString &name)
+{
+    XmlElement worksheet(worksheetName);
+    worksheet.addAttribute(QLatin1String("ss:Name"), name);
+    return worksheet;
+}
+
+XmlElement columnElement(double width)
+{
+    XmlElement column(QLatin1String("Column"));
+    column.addAttribute(QLatin1String("ss:Width"), QString::number(width, 'f', 2));
+    column.addAttribute(QLatin1String("ss:AutoFitWidth"), 1);
+    return column;
+}
+
+XmlElement summarySheet(const TestReportGenerator &generator)
+{
+    XmlElement table(tableName);
+    table.addAttribute(QLatin1String("ss:ExpandedColumnCount"), 2);
+    table.addAttribute(QLatin1String("ss:ExpandedRowCount"), 9);
+    table.addChild(
+        elementWith(QLatin1String("Column"), QLatin1String("ss:Width"), QLatin1String("132.75")));
+    for (const Label &label : summaryLabels) {
+        XmlElement row(rowName);
+        row.addChild(createStyleCell(label.text, stringType, QLatin1String("bold")));
+        row.addChild(createCell(QString::number(generator.resultCount(label.key)), numberType));
+        table.addChild(std::move(row));
+    }
+    XmlElement worksheet = worksheetElement(QStringLiteral("Summary"));
+    worksheet.addChild(std::move(table));
+    return worksheet;
+}
+
+} // namespace
+
+XlsReportGenerator::XlsReportGenerator(std::unique_ptr<ReportFile> file)
+    : m_file(std::move(file))
+{
+    m_columnWidths.fill(minColumnWidth);
+    m_columnWidths[TimeColumn] = textWidth(QStringLiteral("00/00/0000 00:00:00 PM"));
+}
+
+XlsReportGenerator::~XlsReportGenerator()
+{
+    if (!m_run.isGivenUp() || !isReportSummaryWanted())
+        return;
+    handleEntry(RunWatch::givenUpEntry());
+    generateSummary();
+}
+
+TestReportGenerator::Result XlsReportGenerator::create(const QString &path)
+{
+    auto file = std::make_unique<ReportFile>();
+    const QString error = file->open(path, {}, ReportFile::LocalOnStdStream);
+    if (!error.isEmpty())
+        return {nullptr, error};
+    return {new XlsReportGenerator(std::move(file)), QString()};
+}
+
+void XlsReportGenerator::doHandleEntry(const TestResult::Entry &entry)
+{
+    m_run.see(entry.type);
+    if (entry.type == TestResult::START_TEST_CASE) {
+        startTestCase(entry);
+        return;
+    }
+    m_counters.count(entry.type);
+    m_rows.append(serializedRow(rowElement(entry, showControls(entry.message))));
+}
+
+void XlsReportGenerator::startTestCase(const TestResult::Entry &entry)
+{
+    fillStartRow();
+    if (m_hasTestCase)
+        m_rows.append(serializedRow(XmlElement(rowName)));
+    m_hasTestCase = true;
+    m_counters = {};
+    m_startOfTestCase = entry;
+    m_rows.openGap();
+}
+
+void XlsReportGenerator::fillStartRow()
+{
+    if (!m_startOfTestCase)
+        return;
+    const TestResult::Entry &entry = *m_startOfTestCase;
+    const QString message = showControls(entry.message) + countsText(m_counters);
+    m_rows.fillGap(serializedRow(rowElement(entry, message)));
+    m_startOfTestCase.reset();
+}
+
+XmlElement XlsReportGenerator::rowElement(const TestResult::Entry &entry, const QString &message)
+{
+    XmlElement row(rowName);
+    row.addChild(createStyleCell(cellText(TypeColumn, resultName(entry.type)), stringType,
+                                 styleOf(entry.type)));
+    row.addChild(timeCell(entry.time, m_times));
+    row.addChild(createCell(cellText(LineColumn, entry.line.toString()), stringType));
+    row.addChild(createCell(cellText(MessageColumn, message), stringType));
+    row.addChild(createCell(cellText(DetailsColumn, showControls(entry.details)), stringType));
+    row.addChild(createCell(cellText(VpNameColumn, entry.vpName), stringType));
+    return row;
+}
+
+// The text as it goes into a cell; its column becomes wide enough for it.
+QString XlsReportGenerator::cellText(int column, const QString &text)
+{
+    const QString cell = cutToCell(replaceInvalidXMLcharacters(text));
+    double &width = m_columnWidths[static_cast<std::size_t>(column)];
+    if (width < std::min(maxColumnWidth, cellPadding + cell.size() * widestCharacter))
+        width = std::max(width, textWidth(cell));
+    return cell;
+}
+
+QByteArray XlsReportGenerator::serializedRow(const XmlElement &row) const
+{
+    const int depth = 3;
+    QByteArray text;
+    row.append(text, depth * indentStep(), indentStep());
+    return text;
+}
+
+void XlsReportGenerator::generateSummary()
+{
+    fillStartRow();
+    dumpReport();
+}
+
+void XlsReportGenerator::dumpReport()
+{
+    const XmlElement workbook = workbookElement();
+    const XmlElement worksheet = worksheetElement(QStringLiteral("TestCases"));
+    XmlElement table(tableName);
+    table.addAttribute(QLatin1String("ss:ExpandedColumnCount"), columnCount);
+
+    int indent = 0;
+    QByteArray text = m_file->xmlDeclaration() + "<?mso-application progid=\"Excel.Sheet\"?>\n";
+    const auto dump = [&](const XmlElement &element, WriteMode mode) {
+        dumpElementToStream(element, mode, &text, indent, indentStep());
+    };
+    dump(workbook, OpenTag);
+    dump(stylesElement(), WholeElement);
+    dump(worksheet, OpenTag);
+    dump(table, OpenTag);
+    for (const double width : m_columnWidths)
+        dump(columnElement(width), WholeElement);
+    m_file->write(text);
+    m_rows.writeTo(*m_file);
+    text.clear();
+    dump(table, CloseTag);
+    dump(worksheet, CloseTag);
+    dump(summarySheet(*this), WholeElement);
+    dump(workbook, CloseTag);
+    m_file->write(text);
+    m_file->flush();
+}
+
+int XlsReportGenerator::indentStep() const
+{
+    return m_file->isStdStream() ? 1 : 4;
+}
+
+} // namespace Morvex

@@ -1,0 +1,216 @@
+// Every report format on runs of the real runner, read back by readers of others.
+
+#include "support/files.h"
+#include "support/reportcounts.h"
+#include "support/runnerprocess.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QThread>
+
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+// What a hard suite may hold: nested sections left open, a crash inside one, retries that mend,
+// expected failures and unexpected passes, texts that formats have to clean and names that they
+// have to encode.
+const QByteArray hardScript =
+    "section('outer', function () {\n"
+    "  startSection('left <open> & \"named\"', 'd');\n"
+    "  check.equal('\\u0000\\u001b[31mred\\ufffe]]>\\ud800', 'x', 'Control characters');\n"
+    "  check.that(false, 'known', {expectFail: true});\n"
+    "  check.that(true, 'surprise', {expectFail: true});\n"
+    "  log.warning('w', new Array(1000001).join('long '));\n"
+    "});\n"
+    "log.error('e');\n";
+const QByteArray flakyScript = "var again = file.exists('second'); file.write('second', '');\n"
+                               "check.that(again, 'Works at the second attempt');\n";
+
+class ReportsTest : public testing::Test
+{
+protected:
+    ReportsTest()
+    {
+        runner.addTestCase("tst_hard.name with blanks", hardScript);
+        runner.addTestCase("tst_flaky", flakyScript);
+        runner.addTestCase("tst_crash", "section('s', function () { log.info('l'); "
+                                        "abortProcess(); });");
+        runner.addTestCase("tst_skipped", "");
+    }
+
+    QString path(const QString &name) const
+    {
+        return QDir::cleanPath(runner.suitePath() + "/../" + name);
+    }
+
+    // Runs the suite with the report values and a console report beside them, whose counts it
+    // gives.
+    Counts run(const QStringList &values)
+    {
+        QFile::remove(runner.suitePath() + "/tst_flaky/second");
+        QFile::remove(path("console.txt"));
+        QStringList options{"--retry",     "1",           "--skip",
+                            "tst_skipped", "--reportgen", "stdout," + path("console.txt")};
+        for (const QString &value : values)
+            options << "--reportgen" << value;
+        const RunnerOutput output = runner.runSuite(options);
+        EXPECT_EQ(output.status, 1) << output.standardError.constData();
+        EXPECT_EQ(output.standardOutput, "");
+        return countsOfConsole(readFile(path("console.txt")));
+    }
+
+    void expectSame(const Counts &counts, const Counts &console, const char *format) const
+    {
+        EXPECT_FALSE(counts.empty()) << format;
+        for (const auto &[key, count] : counts)
+            EXPECT_EQ(count, console.at(key)) << format << ' ' << key;
+    }
+
+    RunnerProcess runner;
+};
+
+struct DirectoryFormat
+{
+    const char *keyword;
+    const char *file;
+    Counts (*read)(const QByteArray &content);
+};
+
+const DirectoryFormat directoryFormats[] = {
+    {"xml3", "results.xml", countsOfXml3},
+    {"xml3.5", "results.xml", countsOfXml3},
+    {"json", "results.json", countsOfJson},
+    {"json1.2", "results.json", countsOfJson},
+    {"html", "data/results-v1.js", countsOfWebReport},
+};
+
+} // namespace
+
+TEST_F(ReportsTest, AllFormatsOfARunTellTheSameCounts)
+{
+    for (const DirectoryFormat &directory : directoryFormats) {
+        QStringList values{QString("%1,%2").arg(directory.keyword, path(directory.keyword))};
+        for (const ClassicFormat &format : classicFormats())
+            values += QString("%1,%2").arg(format.keyword, path(format.keyword) + ".file.xml");
+        const Counts console = run(values);
+        EXPECT_GT(console.at("fatals"), 0);
+        expectSame(directory.read(readFile(path(directory.keyword) + "/" + directory.file)),
+                   console, directory.keyword);
+        for (const ClassicFormat &format : classicFormats()) {
+            const QString file = path(format.keyword) + ".file.xml";
+            const XmlDocument document(readFile(file));
+            EXPECT_EQ(document.error(), "") << format.keyword;
+            expectSame(format.read(document), console, format.keyword);
+            QFile::remove(file);
+        }
+    }
+}
+
+TEST_F(ReportsTest, JUnitReportsFollowTheSchemasOfTheirReaders)
+{
+    run({"junit," + path("junit.xml"), "xmljunit," + path("xmljunit.xml")});
+    for (const char *name : {"junit.xml", "xmljunit.xml"}) {
+        const XmlDocument document(readFile(path(name)));
+        const QStringList schemas =
+            QDir(MORVEX_SOURCE_DIR "/tests/test/schemas").entryList({"*.xsd"});
+        ASSERT_FALSE(schemas.isEmpty());
+        for (const QString &schema : schemas)
+            EXPECT_EQ(document.validate(MORVEX_SOURCE_DIR "/tests/test/schemas/" + schema), "")
+                << name << ' ' << schema.toStdString();
+    }
+}
+
+TEST_F(ReportsTest, TheZipHoldsTheReportAndItsAttachments)
+{
+    runner.addTestCase("tst_attach", "file.write('note.txt', 'n'); attach('note.txt');");
+    const Counts console = run({"zipxml3.5," + path("results.zip")});
+    QProcess unzip;
+    unzip.start("unzip", {"-q", path("results.zip"), "-d", path("unzipped")});
+    ASSERT_TRUE(unzip.waitForFinished());
+    ASSERT_EQ(unzip.exitCode(), 0) << unzip.readAllStandardError().constData();
+    const QByteArray report = readFile(path("unzipped/results.xml"));
+    expectSame(countsOfXml3(report), console, "zipxml3.5");
+    EXPECT_TRUE(report.contains("x-results:/attachments/tst_attach/note.txt"));
+    EXPECT_EQ(readFile(path("unzipped/attachments/tst_attach/note.txt")), "n");
+}
+
+TEST_F(ReportsTest, FormatsWithAResultDirectoryExcludeEachOther)
+{
+    const RunnerOutput output =
+        runner.runSuite({"--reportgen", "xml3," + path("a"), "--reportgen", "html," + path("b")});
+    EXPECT_EQ(output.status, 1);
+    EXPECT_EQ(output.standardError,
+              "morvexrunner: html report generator: Cannot create html report, another result "
+              "directory is already set: " +
+                  path("a").toUtf8() + "\n");
+    EXPECT_EQ(output.standardOutput, "");
+}
+
+namespace {
+
+class KilledRunTest : public ReportsTest
+{
+protected:
+    // Runs until the script of tst_endless has logged 100 entries, then kills the runner.
+    void killRun(const QString &value)
+    {
+        runner.addTestCase("tst_a_endless",
+                           "for (var i = 0; i < 100; ++i) log.info('entry ' + i);\n"
+                           "file.write('logged', ''); for (;;) {}");
+        QFile::remove(runner.suitePath() + "/tst_a_endless/logged");
+        QProcess process;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), {"--reportgen", value, runner.suitePath()});
+        while (!QFile::exists(runner.suitePath() + "/tst_a_endless/logged") &&
+               process.state() != QProcess::NotRunning)
+            QThread::msleep(10);
+        // Everything was sent before the file was written; the parent needs a moment to write it.
+        QThread::msleep(500);
+        process.kill();
+        ASSERT_TRUE(process.waitForFinished());
+    }
+};
+
+} // namespace
+
+TEST_F(KilledRunTest, EveryLoggedEntryIsInAnXml3ReportInWholeLines)
+{
+    killRun("xml3.5," + path("xml3"));
+    const QByteArray report = readFile(path("xml3/results.xml"));
+    EXPECT_TRUE(report.endsWith('\n'));
+    for (int i = 0; i < 100; ++i)
+        EXPECT_TRUE(report.contains("<![CDATA[entry " + QByteArray::number(i) + "]]>")) << i;
+    EXPECT_EQ(XmlDocument(report, XmlDocument::Recover).error(), "");
+}
+
+TEST_F(KilledRunTest, AWebReportKeepsItsEarlierRunsAndIsRepaired)
+{
+    const Counts console = run({"html," + path("web")});
+    const QByteArray before = readFile(path("web/data/results-v1.js"));
+    killRun("html," + path("web"));
+    const QByteArray killed = readFile(path("web/data/results-v1.js"));
+    EXPECT_TRUE(killed.startsWith(before));
+    EXPECT_TRUE(killed.contains("entry 99"));
+
+    const RunnerOutput repair = runner.run({"--repair-report", path("web")});
+    EXPECT_EQ(repair.status, 0) << repair.standardError.constData();
+    const QByteArray repaired = readFile(path("web/data/results-v1.js"));
+    EXPECT_TRUE(repaired.startsWith(before));
+    EXPECT_EQ(countsOfWebReport(repaired)["fatals"], 0);
+    EXPECT_TRUE(repaired.mid(before.size()).contains("\"ended\":false"));
+
+    // A run that appends repairs by itself.
+    QDir(runner.suitePath() + "/tst_a_endless").removeRecursively();
+    killRun("html," + path("web"));
+    QDir(runner.suitePath() + "/tst_a_endless").removeRecursively();
+    expectSame(console, run({"html," + path("web")}), "second run");
+    const QByteArray all = readFile(path("web/data/results-v1.js"));
+    EXPECT_EQ(all.count("\"ended\":false"), 2);
+    EXPECT_EQ(all.count("data.push( "), 4);
+    EXPECT_EQ(runner.run({"--repair-report", path("none")}).status, 2);
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "support/xmldocument.h"
+
+#include <QByteArray>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace MorvexTest {
+
+/// By the keys of TestReportGenerator::resultCount; "errors+fatals" where a format can't tell them
+/// apart. A format that does not tell a number leaves its key out.
+using Counts = std::map<std::string, int>;
+
+/// A format that writes one XML file, and what its report lets a reader find out about the run.
+struct ClassicFormat
+{
+    const char *keyword;
+    Counts (*read)(const XmlDocument &document);
+    /// Whether its report is there without generateSummary.
+    bool needsNoSummary;
+};
+
+const std::vector<ClassicFormat> &classicFormats();
+
+/// The counts of a results.xml.
+Counts countsOfXml3(const QByteArray &content);
+
+/// Those of a results.json.
+Counts countsOfJson(const QByteArray &content);
+
+/// Those of the last run in the data file of a web report.
+Counts countsOfWebReport(const QByteArray &content);
+
+/// Those of the summary of a console report.
+Counts countsOfConsole(const QByteArray &content);
+
+} // namespace MorvexTest

@@ -1,0 +1,141 @@
+#include "test/htmlreportgenerator.h"
+
+#include "support/capture.h"
+#include "support/environmentguard.h"
+#include "support/files.h"
+#include "support/samplerun.h"
+#include "test/webreportrepair.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+class HtmlReportGeneratorTest : public testing::Test
+{
+protected:
+    HtmlReportGeneratorTest() { writeFile(prefix.filePath("lib/webreport/index.html"), "page"); }
+
+    TestReportGenerator::Result create()
+    {
+        QString resultDir;
+        return HtmlReportGenerator::create(report, TestReportGenerator::TEST_SUITE, &resultDir);
+    }
+
+    void run(const std::vector<TestResult::Entry> &entries)
+    {
+        const std::unique_ptr<TestReportGenerator> generator(create().generator);
+        ASSERT_TRUE(generator);
+        replay(entries, generator.get());
+    }
+
+    QByteArray data() const { return readFile(report + "/data/results-v1.js"); }
+
+    QTemporaryDir prefix;
+    EnvironmentGuard prefixVariable{"MORVEX_PREFIX", QFile::encodeName(prefix.path())};
+    QTemporaryDir dir;
+    QString report = dir.filePath("sub/report");
+};
+
+const char shortRun[] = R"(data.push( {"version":{"major":1,"minor":2},"tests":[{"name":"suite_a",)"
+                        R"("start":"2024-02-29T23:59:58+01:00","type":"testsuite","tests":[],)"
+                        R"("stop":"2024-02-29T23:59:58+01:00"}]} );)"
+                        "\n\n";
+
+} // namespace
+
+TEST_F(HtmlReportGeneratorTest, EachRunAddsAStatementAndThePagesStayAsTheyAre)
+{
+    run(runOfMessages({}));
+    EXPECT_EQ(data(), QByteArray("var data = [];\n") + shortRun);
+    EXPECT_EQ(readFile(report + "/index.html"), "page");
+    writeFile(report + "/index.html", "changed");
+    run(runOfMessages({}));
+    EXPECT_EQ(data(), QByteArray("var data = [];\n") + shortRun + shortRun);
+    EXPECT_EQ(readFile(report + "/index.html"), "changed");
+}
+
+TEST_F(HtmlReportGeneratorTest, ARunThatNeverStartedLeavesTheReportAsItWas)
+{
+    run(runOfMessages({}));
+    const QByteArray before = data();
+    run({});
+    EXPECT_EQ(data(), before);
+}
+
+TEST_F(HtmlReportGeneratorTest, AKilledRunLosesNothingAndTheNextOneFollowsIt)
+{
+    run(runOfMessages({"first run"}));
+    const QByteArray before = data();
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        std::vector<TestResult::Entry> entries = runOfMessages({"logged", "and this"});
+        entries.pop_back();
+        replay(entries, create().generator);
+        ::raise(SIGKILL);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_TRUE(data().startsWith(before));
+
+    run(runOfMessages({}));
+    EXPECT_TRUE(data().startsWith(before));
+    const QByteArray added = data().mid(before.size());
+    EXPECT_TRUE(added.endsWith(QByteArray(R"("text":"and this","time":"2024-02-29T23:59:58+01:00",)"
+                                          R"("type":"msg"}]}],"ended":false} );)") +
+                               "\n\n" + shortRun))
+        << added.constData();
+    EXPECT_TRUE(added.contains("\"logged\""));
+}
+
+TEST_F(HtmlReportGeneratorTest, AReportThatIsBeingWrittenIsNotRepairedUnderItsRun)
+{
+    const std::unique_ptr<TestReportGenerator> generator(create().generator);
+    generator->handleEntry(plainEntry(TestResult::START));
+    const QByteArray before = data();
+    const WebReportRepair repair = repairWebReport(report);
+    EXPECT_EQ(repair.error, QStringLiteral("'%1/data/results-v1.js' is being written by a run that "
+                                           "goes on")
+                                .arg(report));
+    EXPECT_EQ(data(), before);
+}
+
+TEST_F(HtmlReportGeneratorTest, ADirectoryThatIsNoReportIsLeftAlone)
+{
+    writeFile(report + "/precious", "x");
+    EXPECT_EQ(create().error,
+              QStringLiteral("Directory '%1' exists but does not contain result file").arg(report));
+    EXPECT_EQ(QDir(report).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+              QStringList("precious"));
+}
+
+TEST_F(HtmlReportGeneratorTest, MissingPagesAreAnErrorThatTheNextAttemptGivesToo)
+{
+    const EnvironmentGuard noPrefix("MORVEX_PREFIX", QByteArray());
+    for (int attempt = 0; attempt < 2; ++attempt)
+        EXPECT_EQ(create().error, "Error while copying web report templates: Source directory "
+                                  "'/lib/webreport' does not exist");
+}
+
+TEST_F(HtmlReportGeneratorTest, AReportThatCanNotBeRepairedStillTakesARun)
+{
+    writeFile(report + "/data/results-v1.js", "something else\n");
+    const std::string errors = standardErrorOf([&] { run(runOfMessages({})); });
+    EXPECT_EQ(errors, QStringLiteral("morvexrunner: '%1/data/results-v1.js' is not the data file "
+                                     "of a web report\n")
+                          .arg(report)
+                          .toStdString());
+    EXPECT_EQ(data(), QByteArray("something else\n") + shortRun);
+}

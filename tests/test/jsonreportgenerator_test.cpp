@@ -1,0 +1,221 @@
+#include "test/jsonreportgenerator.h"
+
+#include "support/files.h"
+#include "support/samplerun.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <json/json.h>
+#include <memory>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const unsigned short versions[] = {JsonReportGenerator::Version1_0, JsonReportGenerator::Version1_1,
+                                   JsonReportGenerator::Version1_2};
+
+QByteArray reportOf(const std::vector<TestResult::Entry> &entries, unsigned short version,
+                    TestReportGenerator::TestType type = TestReportGenerator::TEST_SUITE)
+{
+    const QTemporaryDir dir;
+    QString resultDir;
+    const auto result = JsonReportGenerator::create(dir.path(), type, version, &resultDir);
+    std::unique_ptr<TestReportGenerator> generator(result.generator);
+    replay(entries, generator.get());
+    generator.reset();
+    return readFile(dir.filePath("results.json"));
+}
+
+QJsonObject runOf(const QByteArray &report)
+{
+    return QJsonDocument::fromJson(report).object()["tests"].toArray()[0].toObject();
+}
+
+QJsonArray childrenOf(const QJsonObject &test)
+{
+    return test["tests"].toArray();
+}
+
+} // namespace
+
+TEST(JsonReportGeneratorTest, TheBytesOfAShortReport)
+{
+    TestResult::Entry skipped = plainEntry(TestResult::SKIP_SECTION, "later");
+    skipped.info = "scenario";
+    const std::vector<TestResult::Entry> entries{
+        plainEntry(TestResult::START), plainEntry(TestResult::LOG, QString::fromUtf8("ä\"\n\x7f")),
+        plainEntry(TestResult::LOG), skipped, plainEntry(TestResult::END)};
+    EXPECT_EQ(reportOf(entries, JsonReportGenerator::Version1_1, TestReportGenerator::TEST_CASE),
+              R"({"version":{"major":1,"minor":1},"tests":[{"name":"suite_a",)"
+              R"("start":"2024-02-29T23:59:58+01:00","type":"testcase","tests":[)"
+              R"({"result":"LOG","text":"\u00e4\"\n)"
+              "\x7f"
+              R"(","time":"2024-02-29T23:59:58+01:00","type":"msg"},)"
+              R"({"result":"LOG","time":"2024-02-29T23:59:58+01:00","type":"msg"},)"
+              R"({"isSkipped":true,"name":"later","start":"2024-02-29T23:59:58+01:00",)"
+              R"("stop":"2024-02-29T23:59:58+01:00","type":"scenario"}],)"
+              R"("stop":"2024-02-29T23:59:58+01:00"}]})");
+}
+
+TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetries)
+{
+    for (const unsigned short version : versions) {
+        const QByteArray report = reportOf(sampleRun(), version);
+        QJsonParseError error;
+        const QJsonDocument document = QJsonDocument::fromJson(report, &error);
+        ASSERT_EQ(error.error, QJsonParseError::NoError) << qPrintable(error.errorString());
+        EXPECT_EQ(document.object()["version"].toObject()["minor"].toInt(), version & 0xff);
+        const QJsonArray attempts = childrenOf(runOf(report));
+        ASSERT_EQ(attempts.size(), 2);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            const QJsonValue retry = attempts[attempt].toObject()["retry"];
+            EXPECT_EQ(retry.isObject(), version == JsonReportGenerator::Version1_2);
+            const QJsonObject expected{{"count", attempt}, {"max", 1}};
+            EXPECT_TRUE(!retry.isObject() || retry.toObject() == expected) << attempt;
+        }
+    }
+}
+
+TEST(JsonReportGeneratorTest, EachKindOfResultHasItsFields)
+{
+    const QJsonArray attempts =
+        childrenOf(runOf(reportOf(sampleRun(), JsonReportGenerator::Version1_0)));
+    const QJsonArray failures = childrenOf(attempts[0].toObject());
+    struct Row
+    {
+        TestResult::VPType vpType;
+        QJsonObject expected;
+    };
+    const QJsonObject common{{"result", "FAIL"},
+                             {"time", "2024-02-29T23:59:58+01:00"},
+                             {"uri", "file:///s/tst_a/script.js"},
+                             {"lineNo", 12}};
+    const Row rows[] = {
+        {TestResult::NO_VP,
+         {{"type", "scriptedVerificationResult"}, {"detail", "Expected 'a', got 'b'."}}},
+        {TestResult::PROPERTY_VP,
+         {{"type", "propertyVerificationResult"},
+          {"vpUri", "file:///s/points/VP1.xml"},
+          {"objectName", ":Main.ok"},
+          {"property", "enabled"},
+          {"expectedValue", "false"},
+          {"actualValue", "true"}}},
+        {TestResult::SCREENSHOT_VP,
+         {{"type", "screenshotVerificationResult"}, {"objectName", ":Main.ok"}}},
+        {TestResult::VISUAL_VP, {{"type", "visualVerificationResult"}, {"objectName", ":Main.ok"}}},
+    };
+    const int firstFailure = 5;
+    for (const Row &row : rows) {
+        const QJsonObject result = failures[firstFailure + row.vpType].toObject();
+        for (const QJsonObject &expected : {common, row.expected}) {
+            for (auto field = expected.begin(); field != expected.end(); ++field)
+                EXPECT_EQ(result[field.key()], field.value()) << qPrintable(field.key());
+        }
+    }
+    const auto image = [&failures](int index, const char *key) {
+        return failures[firstFailure + index].toObject()[QLatin1String(key)].toString();
+    };
+    EXPECT_TRUE(image(TestResult::SCREENSHOT_VP, "failedImageUri").startsWith("x-results:/"));
+    EXPECT_TRUE(image(TestResult::VISUAL_VP, "failedObjectDump").endsWith("/failed_1.png"));
+}
+
+TEST(JsonReportGeneratorTest, TableDifferencesAreThereAsRowsColumnsAndCells)
+{
+    TestResult::Entry entry = verificationEntry(TestResult::FAIL, TestResult::TABLE_VP, 1);
+    TableDiff::Element element = *entry.tableDiff.begin();
+    entry.tableDiff.clear();
+    element.subject.cells.begin()->column = 5;
+    for (const auto type :
+         {TableDiff::Subject::ROW, TableDiff::Subject::COLUMN, TableDiff::Subject::CELL}) {
+        element.subject.type = type;
+        entry.tableDiff.append(element);
+    }
+    const QJsonObject run =
+        runOf(reportOf({plainEntry(TestResult::START), entry, plainEntry(TestResult::END)},
+                       JsonReportGenerator::Version1_2));
+    const QJsonArray diff = childrenOf(run)[0].toObject()["tablediff"].toArray();
+    ASSERT_EQ(diff.size(), 3);
+    EXPECT_EQ(diff[0].toObject()["elementType"], "deletion");
+    EXPECT_EQ(diff[0].toObject()["diffType"], "row");
+    const QJsonObject row = diff[0].toObject()["diffValue"].toObject();
+    EXPECT_EQ(row["line"], 3);
+    const QJsonArray cells = row["cells"].toArray();
+    ASSERT_EQ(cells.size(), 2);
+    EXPECT_EQ(cells[0].toObject()["properties"].toArray(),
+              QJsonArray({QJsonObject({{"name", "text"}, {"value", "old"}})}));
+    EXPECT_EQ(diff[1].toObject()["diffType"], "column");
+    EXPECT_EQ(diff[1].toObject()["diffValue"].toObject()["index"], 5);
+    EXPECT_EQ(diff[2].toObject()["diffType"], "cell");
+    EXPECT_EQ(diff[2].toObject()["diffValue"], QJsonObject({{"row", 3}, {"column", 5}}));
+}
+
+TEST(JsonReportGeneratorTest, DetailsMoveIntoTheTextWhenThereIsAWordOfTheVerifier)
+{
+    struct Row
+    {
+        const char *details;
+        const char *info;
+        QString text;
+        QJsonValue detail;
+    };
+    const Row rows[] = {{"", "", "m", QJsonValue(QJsonValue::Undefined)},
+                        {"d", "", "m", "d"},
+                        {"", "i", "m", "i"},
+                        {"d", "i", "m: d", "i"}};
+    for (const Row &row : rows) {
+        TestResult::Entry entry = plainEntry(TestResult::LOG, "m");
+        entry.details = row.details;
+        entry.info = row.info;
+        const QJsonObject message = childrenOf(runOf(
+            reportOf({plainEntry(TestResult::START), entry}, JsonReportGenerator::Version1_2)))[0]
+                                        .toObject();
+        EXPECT_EQ(message["text"], row.text);
+        EXPECT_EQ(message["detail"], row.detail);
+    }
+}
+
+TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
+{
+    std::vector<TestResult::Entry> entries = sampleRun();
+    while (!entries.empty()) {
+        entries.pop_back();
+        const QByteArray report = reportOf(entries, JsonReportGenerator::Version1_2);
+        EXPECT_EQ(QJsonDocument::fromJson(report).isObject(), !entries.empty()) << entries.size();
+    }
+}
+
+TEST(JsonReportGeneratorTest, NoTextBreaksTheReportOrTakesAnythingElseWithIt)
+{
+    const QStringList texts = awkwardTexts();
+    const QJsonArray messages =
+        childrenOf(runOf(reportOf(runOfMessages(texts), JsonReportGenerator::Version1_2)));
+    ASSERT_EQ(messages.size(), texts.size());
+    for (int i = 0; i < texts.size(); ++i)
+        EXPECT_TRUE(messages[i].toObject()["text"] == withoutUnwritable(texts[i], false)) << i;
+}
+
+// Readers that compare reports byte for byte know the forms of this writer.
+TEST(JsonReportGeneratorTest, EachResultIsWrittenAsJsonCppWritesIt)
+{
+    std::vector<TestResult::Entry> entries = runOfMessages(awkwardTexts().mid(1));
+    const std::vector<TestResult::Entry> sample = sampleRun();
+    entries.insert(entries.begin() + 1, sample.begin() + 2, sample.begin() + 22);
+    const std::string report = reportOf(entries, JsonReportGenerator::Version1_2).toStdString();
+    Json::Value document;
+    std::string errors;
+    std::istringstream stream(report);
+    ASSERT_TRUE(Json::parseFromStream(Json::CharReaderBuilder(), stream, &document, &errors))
+        << errors;
+    Json::StreamWriterBuilder compact;
+    compact["indentation"] = "";
+    std::string expected;
+    for (const Json::Value &result : document["tests"][0]["tests"])
+        expected += (expected.empty() ? "" : ",") + Json::writeString(compact, result);
+    EXPECT_NE(report.find("\"tests\":[" + expected + "],\"stop\""), std::string::npos);
+}

@@ -1,0 +1,222 @@
+#include "support/capture.h"
+#include "support/environmentguard.h"
+#include "support/files.h"
+#include "support/reportcounts.h"
+#include "support/reports.h"
+#include "support/sampleentries.h"
+#include "test/heldreport.h"
+#include "test/nullreportgenerator.h"
+#include "test/reportfile.h"
+#include "test/testreportgeneratorfactory.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <gtest/gtest.h>
+
+#include <map>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const char *const countKeys[] = {"tests",  "fails",    "passes", "testcases", "errors",
+                                 "fatals", "warnings", "xfails", "xpasses"};
+
+// By the counters of a report that writes nothing.
+Counts countsOf(const SampleRun &run)
+{
+    TestResult result(NullReportGenerator::create().generator);
+    logRun(run, result);
+    Counts counts;
+    for (const char *key : countKeys)
+        counts[key] = result.count(key);
+    counts["errors+fatals"] = counts["errors"] + counts["fatals"];
+    return counts;
+}
+
+void logHalfRun(TestResult &result)
+{
+    result.start("suite_a", QDir("/suite"), "", "");
+    result.startTestCase("tst_half", QDir("/suite"), "", "");
+    result.startSection("half done", "", {});
+    result.processEntry(entryOf(TestResult::FAIL, "the last that is known"));
+}
+
+QString pathIn(const QTemporaryDir &dir)
+{
+    return dir.filePath("report.xml");
+}
+
+TestReportGenerator *generatorFor(const char *keyword, const QString &path)
+{
+    return TestReportGeneratorFactory::create({QString(keyword) + ',' + path},
+                                              TestReportGenerator::TEST_SUITE);
+}
+
+} // namespace
+
+TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
+{
+    for (const SampleRun &run : allRuns()) {
+        Counts expected = countsOf(run);
+        for (const ClassicFormat &format : classicFormats()) {
+            SCOPED_TRACE(std::string(format.keyword) + ": " + run.name);
+            const XmlDocument document(reportOf(format.keyword, run));
+            ASSERT_EQ(document.error(), QString());
+            for (const auto &[key, count] : format.read(document))
+                EXPECT_EQ(count, expected[key]) << key;
+        }
+    }
+}
+
+TEST(ReportFormatsTest, ARunThatIsGivenUpLeavesWhatIsKnownAndAnError)
+{
+    for (const ClassicFormat &format : classicFormats()) {
+        SCOPED_TRACE(format.keyword);
+        const QByteArray content = reportOf(format.keyword, logHalfRun);
+        const XmlDocument document(content);
+        ASSERT_EQ(document.error(), QString());
+        EXPECT_TRUE(content.contains("the last that is known"));
+        EXPECT_TRUE(content.contains("Run given up"));
+    }
+}
+
+TEST(ReportFormatsTest, WithoutSummariesOnlyFormatsThatNeedNoneAreComplete)
+{
+    const EnvironmentGuard noSummary("MORVEX_NOREPORTSUMMARY", "1");
+    for (const ClassicFormat &format : classicFormats()) {
+        SCOPED_TRACE(format.keyword);
+        const QByteArray whole = reportOf(format.keyword, allRuns().back());
+        EXPECT_EQ(XmlDocument(whole).error().isEmpty(), format.needsNoSummary);
+        const QByteArray half = reportOf(format.keyword, logHalfRun);
+        EXPECT_EQ(XmlDocument(half).error().isEmpty(), format.needsNoSummary);
+    }
+    for (const char *held : {"xml", "xmljunit", "xls"})
+        EXPECT_TRUE(reportOf(held, allRuns().back()).isEmpty()) << held;
+}
+
+TEST(ReportFormatsTest, AFormatWithoutAnyEntryLeavesNoHalfReport)
+{
+    for (const char *held : {"xml", "xmljunit", "xls", "junit"})
+        EXPECT_TRUE(reportOf(held, [](TestResult &) {}).isEmpty()) << held;
+}
+
+TEST(ReportFormatsTest, GrowingFormatsHoldEachEntryAtOnceAndReadersCanCloseTheRest)
+{
+    for (const char *keyword : {"xmlIncremental", "xml2", "xml2.1", "xml2.2"}) {
+        SCOPED_TRACE(keyword);
+        QTemporaryDir dir;
+        TestResult result(generatorFor(keyword, pathIn(dir)));
+        result.start("suite_a", QDir("/suite"), "", "");
+        for (int i = 0; i < 3; ++i) {
+            const QString message = QString("entry %1").arg(i);
+            result.processEntry(entryOf(TestResult::FAIL, message));
+            const QByteArray content = readFile(pathIn(dir));
+            EXPECT_TRUE(content.contains(message.toUtf8()));
+            EXPECT_NE(XmlDocument(content).error(), QString());
+            const XmlDocument recovered(content, XmlDocument::Recover);
+            EXPECT_EQ(recovered.count("//testresult[@result='FAIL'] | //x2:result"), i + 1);
+        }
+    }
+}
+
+TEST(ReportFormatsTest, OnlyGrowingFormatsLeaveAFileWithContentAlone)
+{
+    for (const ClassicFormat &format : classicFormats()) {
+        const QString keyword = format.keyword;
+        const bool takesFreshName = keyword == "xmlIncremental" || keyword.startsWith("xml2");
+        QTemporaryDir dir;
+        writeFile(pathIn(dir), "old");
+        {
+            TestResult result(generatorFor(format.keyword, pathIn(dir)));
+            logRun(allRuns().front(), result);
+        }
+        EXPECT_EQ(readFile(pathIn(dir)) == "old", takesFreshName) << format.keyword;
+        EXPECT_EQ(QFile::exists(dir.filePath("report_1.xml")), takesFreshName) << format.keyword;
+    }
+}
+
+TEST(ReportFormatsTest, ABadPathStopsTheRunBeforeItStarts)
+{
+    for (const ClassicFormat &format : classicFormats()) {
+        const QString keyword = format.keyword;
+        QString resultDir;
+        const auto created = TestReportGeneratorFactory::create(
+            {keyword + ",/dev/null/dir/report.xml"}, &resultDir, TestReportGenerator::TEST_SUITE);
+        EXPECT_EQ(created.generator, nullptr);
+        EXPECT_EQ(created.error,
+                  keyword + " report generator: Could not create report directory '/dev/null/dir'");
+    }
+}
+
+TEST(ReportFormatsTest, AllFormatsOfOneRunGiveTheSameCounts)
+{
+    QTemporaryDir dir;
+    QStringList values{"null"};
+    for (const ClassicFormat &format : classicFormats())
+        values += QString("%1,%2/%1.xml").arg(format.keyword, dir.path());
+    const std::string console = standardOutputOf([&values] {
+        TestResult result(TestReportGeneratorFactory::create(QStringList("stdout") + values,
+                                                             TestReportGenerator::TEST_SUITE));
+        logRun(allRuns().back(), result);
+    });
+    const Counts expected = countsOf(allRuns().back());
+    EXPECT_NE(console.find("Number of Fails:\t" +
+                           QString::number(expected.at("fails")).rightJustified(4).toStdString()),
+              std::string::npos);
+    for (const ClassicFormat &format : classicFormats()) {
+        const XmlDocument document(readFile(QString("%1/%2.xml").arg(dir.path(), format.keyword)));
+        for (const auto &[key, count] : format.read(document))
+            EXPECT_EQ(count, expected.at(key)) << format.keyword << " " << key;
+    }
+}
+
+TEST(ReportFileTest, CharactersThatTheLocaleLacksBecomeReferencesOnAStandardStream)
+{
+    QTextCodec *before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    const std::string output = standardOutputOf([] {
+        TestResult result(generatorFor("xls", "/dev/stdout"));
+        result.start("suite_a", QDir("/suite"), "", "");
+        result.processEntry(entryOf(TestResult::LOG, QString::fromUtf8("\u00e4\u20ac\U0001F600")));
+        result.completed();
+    });
+    QTextCodec::setCodecForLocale(before);
+    EXPECT_NE(output.find("encoding=\"ISO-8859-1\""), std::string::npos);
+    EXPECT_NE(output.find("\xe4&#8364;&#128512;"), std::string::npos);
+    EXPECT_EQ(XmlDocument(QByteArray::fromStdString(output)).error(), QString());
+}
+
+TEST(ReportFileTest, AFullDiskIsToldOnceAndTheRunGoesOn)
+{
+    for (const char *keyword : {"xmlIncremental", "xml"}) {
+        const std::string errors = standardErrorOf([keyword] {
+            TestResult result(generatorFor(keyword, "/dev/full"));
+            logRun(allRuns().back(), result);
+        });
+        EXPECT_EQ(QString::fromStdString(errors).count("Could not write report file '/dev/full'"),
+                  1)
+            << errors;
+    }
+}
+
+TEST(HeldReportTest, TheGapIsFilledInItsPlaceHoweverMuchStandsBehindIt)
+{
+    QTemporaryDir dir;
+    const QByteArray large(200000, 'x');
+    HeldReport held;
+    held.append("a");
+    held.openGap();
+    held.append(large);
+    held.append("c");
+    held.fillGap("b");
+    held.append("d");
+    {
+        ReportFile file;
+        ASSERT_EQ(file.open(pathIn(dir), {}, ReportFile::Utf8), QString());
+        held.writeTo(file);
+    }
+    EXPECT_EQ(readFile(pathIn(dir)), "ab" + large + "cd");
+}

@@ -1,0 +1,236 @@
+#include "test/webreportrepair.h"
+
+#include "support/environmentguard.h"
+#include "support/files.h"
+#include "support/samplerun.h"
+#include "test/htmlreportgenerator.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const QByteArray header = "var data = [];\n";
+
+// The run has texts with escapes, numbers, keywords and table differences.
+QByteArray dataFileOf(int runs)
+{
+    const QTemporaryDir dir;
+    const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
+    writeFile(dir.filePath("lib/webreport/index.html"), "page");
+    std::vector<TestResult::Entry> entries = sampleRun();
+    entries[2].message = QString::fromUtf8("ä \U0001F600 \"]}\\ data.push( {\"version\" );\n\n");
+    for (int i = 0; i < runs; ++i) {
+        QString resultDir;
+        const std::unique_ptr<TestReportGenerator> generator(
+            HtmlReportGenerator::create(dir.filePath("report"), TestReportGenerator::TEST_SUITE,
+                                        &resultDir)
+                .generator);
+        replay(entries, generator.get());
+    }
+    return readFile(dir.filePath("report/data/results-v1.js"));
+}
+
+QByteArray repaired(const QByteArray &data)
+{
+    const WebReportEdits edits = webReportEdits(data.constData(), data.size());
+    EXPECT_EQ(edits.error, QString());
+    return applyWebReportEdits(data.constData(), data.size(), edits.edits);
+}
+
+// The documents of a data file that is a valid script; reports one that is not.
+std::vector<QJsonObject> documentsOf(const QByteArray &data)
+{
+    std::vector<QJsonObject> documents;
+    EXPECT_TRUE(data.startsWith(header) || data.isEmpty());
+    int position = header.size();
+    while (position < data.size()) {
+        const QByteArray begin = "data.push( ";
+        EXPECT_EQ(data.mid(position, begin.size()), begin);
+        const int end = data.indexOf(" );\n\n", position);
+        const int from = position + begin.size();
+        const QJsonDocument document = QJsonDocument::fromJson(data.mid(from, end - from));
+        EXPECT_TRUE(document.isObject()) << data.mid(position).constData();
+        if (end < 0 || !document.isObject())
+            return documents;
+        documents.push_back(document.object());
+        position = end + 5;
+    }
+    return documents;
+}
+
+bool isMarked(const QJsonObject &document)
+{
+    return document["ended"] == QJsonValue(false);
+}
+
+QJsonObject nodeOf(const QJsonObject &document)
+{
+    return document["tests"].toArray()[0].toObject();
+}
+
+// All that is in the first is in the second, in the same place.
+bool isPartOf(const QJsonValue &part, const QJsonValue &whole)
+{
+    if (part.isArray()) {
+        const QJsonArray parts = part.toArray();
+        for (int i = 0; i < parts.size(); ++i) {
+            if (!isPartOf(parts[i], whole.toArray()[i]))
+                return false;
+        }
+        return whole.isArray();
+    }
+    if (!part.isObject() || !part.toObject().contains("tests"))
+        return part == whole;
+    const QJsonObject members = part.toObject();
+    for (auto member = members.begin(); member != members.end(); ++member) {
+        if (member.key() != "ended" && !isPartOf(member.value(), whole.toObject()[member.key()]))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+TEST(WebReportRepairTest, AFileCutAtAnyByteBecomesAScriptWithAllWholeEntries)
+{
+    const QByteArray whole = dataFileOf(2);
+    const int secondRun = whole.lastIndexOf("data.push( {\"version\":");
+    const QJsonObject first = documentsOf(whole)[0];
+    int entries = 0;
+    for (int size = secondRun + 1; size < whole.size(); ++size) {
+        const QByteArray cut = repaired(whole.left(size));
+        ASSERT_TRUE(cut.startsWith(whole.left(secondRun))) << size;
+        const auto documents = documentsOf(cut);
+        ASSERT_EQ(documents.size(), 2U) << size;
+        const QJsonObject &document = documents[1];
+        EXPECT_TRUE(isPartOf(document, first)) << size;
+        EXPECT_EQ(isMarked(document), !nodeOf(document).contains("stop")) << size;
+        EXPECT_TRUE(webReportEdits(cut.constData(), cut.size()).edits.empty()) << size;
+        const int entriesNow = cut.count("\"time\":");
+        EXPECT_GE(entriesNow, entries) << size;
+        entries = entriesNow;
+        if (testing::Test::HasFailure())
+            break;
+    }
+    EXPECT_EQ(entries, whole.count("\"time\":"));
+}
+
+TEST(WebReportRepairTest, ARunLosesNothingThatIsCompleteInFrontOfTheCut)
+{
+    const QByteArray start = header + R"(data.push( {"version":{"major":1,"minor":2},"tests":[)";
+    const QByteArray end = " );\n\n";
+    const QByteArray lost =
+        header + R"(data.push( {"version":{"major":1,"minor":2},"tests":[],"ended":false} );)" +
+        "\n\n";
+    const QByteArray run = start + R"({"name":"s","tests":[)";
+    const QByteArray runEnd = R"(]}],"ended":false})" + end;
+    struct Row
+    {
+        QByteArray cut;
+        QByteArray expected;
+    };
+    const Row rows[] = {
+        {"", ""},
+        {"var", lost},
+        {header, header},
+        {header + "data.pu", lost},
+        {header + "data.push( {\"vers", lost},
+        {start, lost},
+        {start + R"({"name":"s","tes)", lost},
+        {run, run + runEnd},
+        {run + R"({"text":"cut in an escape \u00)", run + runEnd},
+        {run + R"({"text":"whole"},{"text":"cut)", run + R"({"text":"whole"})" + runEnd},
+        {run + R"({"lineNo":1)", run + runEnd},
+        {run + R"({"isSkipped":tru)", run + runEnd},
+        {run + "{\"text\":\"\xf0\x9f", run + runEnd},
+        {run + R"({"name":"t","tests":[{"text":"a"}],"stop":"20)",
+         run + R"({"name":"t","tests":[{"text":"a"}])" + "}" + runEnd},
+        {run + R"(],"stop":"x")", run + R"(],"stop":"x"}]})" + end},
+        {run + R"(],"stop":"x"}]})", run + R"(],"stop":"x"}]})" + end},
+        {run + R"(],"stop":"x"}]} );)", run + R"(],"stop":"x"}]})" + end},
+        {run + R"(]}],"end)", run + runEnd},
+        {run + R"(]}],"ended":false)", run + runEnd},
+        {run + R"({"text":"zeros behind the cut)" + QByteArray(4096, '\0'), run + runEnd},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(repaired(row.cut), row.expected) << row.cut.constData();
+        documentsOf(repaired(row.cut));
+    }
+}
+
+TEST(WebReportRepairTest, ACutRunWithAnotherBehindItIsClosedToo)
+{
+    const QByteArray whole = dataFileOf(1);
+    const QByteArray run = whole.mid(header.size());
+    for (int size = header.size() + 1; size < whole.size(); size += 7) {
+        const QByteArray result = repaired(whole.left(size) + run + run.left(300));
+        const auto documents = documentsOf(result);
+        ASSERT_EQ(documents.size(), 3U) << size;
+        EXPECT_TRUE(result.contains(run)) << size;
+        EXPECT_TRUE(isMarked(documents[2]));
+    }
+}
+
+TEST(WebReportRepairTest, AFileThatIsDamagedInAnotherWayIsLeftAlone)
+{
+    const QByteArray whole = dataFileOf(1);
+    const QByteArray document = R"(data.push( {"version":{},"tests":[)";
+    const QByteArray rows[] = {
+        "something else",
+        header + "// a note\n",
+        header + "data.push( [1] );\n\n",
+        header + document + "01,1]} );\n\n",
+        header + document + "1.,1]} );\n\n",
+        header + document + "\"a\nb\"]} );\n\n",
+        header + document + "\"\\x\"]} );\n\n",
+        header + document + "}]} );\n\n",
+        header + document + ",]} );\n\n",
+        header + document + "]} + 1",
+        whole + "\xff",
+    };
+    for (const QByteArray &data : rows) {
+        const WebReportEdits edits = webReportEdits(data.constData(), data.size());
+        EXPECT_FALSE(edits.error.isEmpty()) << data.constData();
+        EXPECT_TRUE(edits.edits.empty());
+    }
+}
+
+TEST(WebReportRepairTest, TheFileIsReplacedAndTheMessageTellsWhichRun)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    const QByteArray whole = dataFileOf(2);
+    writeFile(fileName, whole.left(whole.size() - 200));
+    const WebReportRepair first = repairWebReport(dir.path());
+    EXPECT_EQ(first.error, QString());
+    EXPECT_TRUE(first.isRepaired);
+    EXPECT_EQ(first.message,
+              QStringLiteral("Closed run 2 of 2 in '%1', which did not end").arg(fileName));
+    EXPECT_EQ(documentsOf(readFile(fileName)).size(), 2U);
+    const WebReportRepair second = repairWebReport(dir.path());
+    EXPECT_FALSE(second.isRepaired);
+    EXPECT_EQ(second.message, QStringLiteral("Nothing to repair in '%1'").arg(fileName));
+}
+
+TEST(WebReportRepairTest, ADirectoryWithoutAReportIsAnError)
+{
+    const QTemporaryDir dir;
+    EXPECT_EQ(repairWebReport(dir.path()).error,
+              QStringLiteral("Could not open '%1': No such file or directory")
+                  .arg(dir.filePath("data/results-v1.js")));
+}
+
+TEST(WebReportRepairTest, DeepNestingTakesNoStack)
+{
+    const QByteArray deep = header + "data.push( {\"tests\":[" + QByteArray(1000000, '[');
+    EXPECT_EQ(repaired(deep), header + "data.push( {\"tests\":[],\"ended\":false} );\n\n");
+}

@@ -1,0 +1,111 @@
+#include "test/zipxml3reportgenerator.h"
+
+#include "support/capture.h"
+#include "support/environmentguard.h"
+#include "support/files.h"
+#include "support/samplerun.h"
+#include "test/xml3reportgenerator.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray unzip(const QStringList &arguments, int *exitCode = nullptr)
+{
+    QProcess process;
+    process.start("unzip", arguments);
+    process.waitForFinished();
+    if (exitCode)
+        *exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    return process.readAllStandardOutput();
+}
+
+// Links of attachments lead out of the result directory and would tell its name.
+std::vector<TestResult::Entry> entriesBelow(const QString &resultDir)
+{
+    std::vector<TestResult::Entry> entries = sampleRun();
+    for (TestResult::Entry &entry : entries) {
+        entry.details.replace("/r/", resultDir + "/");
+        entry.attachmentUri.replace("/r/", resultDir + "/");
+    }
+    return entries;
+}
+
+class ZipXml3ReportGeneratorTest : public testing::Test
+{
+protected:
+    std::unique_ptr<TestReportGenerator> create(int version)
+    {
+        resultDir.clear();
+        return std::unique_ptr<TestReportGenerator>(
+            ZipXml3ReportGenerator::create(target, TestReportGenerator::TEST_SUITE, version,
+                                           &resultDir)
+                .generator);
+    }
+
+    QTemporaryDir dir;
+    QString target = dir.filePath("report.zip");
+    QDir temporary = QDir(dir.filePath("tmp"));
+    bool isMade = temporary.mkpath(".");
+    EnvironmentGuard temporaryPath{"TMPDIR", QFile::encodeName(temporary.path())};
+    QString resultDir;
+};
+
+} // namespace
+
+TEST_F(ZipXml3ReportGeneratorTest, TheArchiveHoldsTheReportOfXml3AndWhatTheRunPutBesideIt)
+{
+    const auto zip = create(5);
+    writeFile(resultDir + "/tst_a/failed_1.png", "image");
+    replay(entriesBelow(resultDir), zip.get());
+
+    QString plainDir;
+    const std::unique_ptr<TestReportGenerator> plain(
+        Xml3ReportGenerator::create(dir.filePath("plain"), TestReportGenerator::TEST_SUITE, 5,
+                                    &plainDir)
+            .generator);
+    replay(entriesBelow(plainDir), plain.get());
+
+    int exitCode = -1;
+    unzip({"-t", target}, &exitCode);
+    EXPECT_EQ(exitCode, 0);
+    const QByteArray report = unzip({"-p", target, "results.xml"});
+    EXPECT_FALSE(report.isEmpty());
+    EXPECT_EQ(report, readFile(plainDir + "/results.xml"));
+    EXPECT_EQ(unzip({"-p", target, "tst_a/failed_1.png"}), "image");
+}
+
+TEST_F(ZipXml3ReportGeneratorTest, NothingIsLeftOfTheTemporaryDirectory)
+{
+    for (const bool reachesEnd : {true, false}) {
+        auto generator = create(0);
+        EXPECT_EQ(temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
+        generator->handleEntry(plainEntry(TestResult::START));
+        if (reachesEnd)
+            generator->handleEntry(plainEntry(TestResult::END));
+        generator.reset();
+        EXPECT_TRUE(temporary.isEmpty());
+        EXPECT_EQ(readFile(target).isEmpty(), !reachesEnd);
+    }
+}
+
+TEST_F(ZipXml3ReportGeneratorTest, AFullDiskIsToldAtTheEndOfTheRun)
+{
+    target = "/dev/full";
+    const auto generator = create(0);
+    ASSERT_TRUE(generator);
+    const std::string errors = standardErrorOf([&] { replay(sampleRun(), generator.get()); });
+    EXPECT_EQ(errors.find("Failed writing zip xml3 report to /dev/full: Adding file 'results.xml' "
+                          "to zip returned error on add: "),
+              0U)
+        << errors;
+}

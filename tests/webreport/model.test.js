@@ -1,0 +1,278 @@
+'use strict';
+
+const assert = require('node:assert/strict');
+const test = require('node:test');
+const { address, filter, history, model } = require('./parts');
+const { RunBuilder } = require('./testdata');
+
+function build(body, name = 'suite_a', index = 0) {
+    const run = new RunBuilder(name);
+    body(run);
+    return model.buildRun(run.finish(), index);
+}
+
+function outcomes(run) {
+    return Object.fromEntries(run.testCases.map((node) => [node.name, node.outcome]));
+}
+
+test('The outcome of a test case is the worst of what lies in it', () => {
+    const run = build((one) => {
+        one.testCase('empty', () => {});
+        one.testCase('logs', () => one.log('a'));
+        one.testCase('warns', () => one.message('WARNING', 'a'));
+        one.testCase('expected', () => one.verify('XFAIL', 'a'));
+        one.testCase('unexpected', () => one.pass('a').verify('XPASS', 'b'));
+        one.testCase('deep', () =>
+            one.section('a', () => one.section('b', () => one.fail('c'))).pass('d'),
+        );
+        one.testCase('both', () => one.fail('a').message('FATAL', 'b'));
+        one.testCase('skipped', () => one.skipped('testcase', 'skipped'));
+    });
+    assert.deepEqual(outcomes(run), {
+        empty: 'passed',
+        logs: 'passed',
+        warns: 'passed',
+        expected: 'passed',
+        unexpected: 'failed',
+        deep: 'failed',
+        both: 'error',
+        skipped: 'skipped',
+    });
+    assert.deepEqual(run.root.counts, {
+        log: 1,
+        warning: 1,
+        xfail: 1,
+        pass: 2,
+        xpass: 1,
+        fail: 2,
+        error: 1,
+    });
+});
+
+test('Attempts become one test case, whose last attempt counts', () => {
+    const run = build((one) => {
+        one.attempt('tst_a', 0, 3, () => one.fail('x'));
+        one.attempt('tst_a', 1, 3, () => one.fail('x'));
+        one.attempt('tst_a', 2, 3, () => one.pass('x'));
+        one.attempt('tst_b', 0, 3, () => one.pass('x'));
+        one.attempt('tst_c', 0, 1, () => one.fail('x'));
+        one.attempt('tst_c', 1, 1, () => one.fail('x'));
+        one.attempt('tst_c', 0, 1, () => one.pass('x'));
+    });
+    assert.deepEqual(
+        run.testCases.map((node) => [node.name, node.outcome, node.children.length]),
+        [
+            ['tst_a', 'flaky', 3],
+            ['tst_b', 'passed', 1],
+            ['tst_c', 'failed', 2],
+            ['tst_c', 'passed', 1],
+        ],
+    );
+    assert.equal(run.attempts, 7);
+});
+
+test('A run that broke off is not taken for one that passed', () => {
+    const document = new RunBuilder('suite_a')
+        .testCase('done', () => {})
+        .begin('testcase', 'open')
+        .log('a').document;
+    const run = model.buildRun(document, 0);
+    assert.equal(run.ended, false);
+    assert.deepEqual(outcomes(run), { done: 'passed', open: 'unfinished' });
+    assert.equal(
+        model.buildRun({ version: {}, tests: [], ended: false }, 0).root.outcome,
+        'unfinished',
+    );
+});
+
+test('Each node is found again by its key, with equal names and any characters', () => {
+    const run = build((one) => {
+        one.testCase('a/b !~@#&=%', () =>
+            one.section('x', () => one.log('1')).section('x', () => one.log('2')),
+        );
+        one.testCase('', () => one.section('\ud800 half', () => one.log('3')));
+        one.attempt('tst', 0, 1, () => one.fail('4'));
+        one.attempt('tst', 1, 1, () => one.fail('5'));
+    });
+    assert.equal(new Set(run.nodes.map((node) => node.key)).size, run.nodes.length);
+    for (const node of run.nodes) {
+        const state = {
+            run: 0,
+            at: node.key,
+            text: '',
+            tests: new Map(),
+            entries: new Map(),
+            slowest: false,
+        };
+        assert.equal(address.find(run, address.parse(address.format(state)).at), node);
+    }
+});
+
+test('An address says all that is shown, and broken ones do no harm', () => {
+    const state = {
+        run: 2,
+        at: 'tst_a/!3',
+        text: 'a & "b=#" -\u00e4%',
+        tests: new Map([
+            ['failed', 'only'],
+            ['new', 'not'],
+        ]),
+        entries: new Map([['log', 'not']]),
+        slowest: true,
+    };
+    assert.deepEqual(address.parse(address.format(state)), state);
+    for (const hash of [
+        '',
+        '#',
+        '#%',
+        '#q=%E0%A4%A',
+        '#run=-1&run=x',
+        '#tests=nonsense,-&entries=,',
+        '#at=nowhere/else',
+    ])
+        assert.equal(
+            address.find(
+                build(() => {}),
+                address.parse(hash).at,
+            ).key,
+            '',
+        );
+});
+
+test('A place that a run does not have leads to the innermost one that it has', () => {
+    const run = build((one) => one.testCase('tst_a', () => one.section('s', () => one.log('x'))));
+    assert.equal(address.find(run, 'tst_a/s/!7').name, 's');
+    assert.equal(address.find(run, 'tst_a/t/!7').name, 'tst_a');
+});
+
+test('Newly failing compares with the latest earlier run that really ran the test case', () => {
+    const bodies = {
+        pass: (run) => run.pass('x'),
+        fail: (run) => run.fail('x'),
+        skip: (run) => run.skipped('testcase', 't'),
+    };
+    const runOf = (name, cases, index) =>
+        build(
+            (one) => {
+                for (const [testCase, body] of Object.entries(cases))
+                    one.testCase(testCase, () => bodies[body](one));
+            },
+            name,
+            index,
+        );
+    const runs = [
+        runOf(
+            'suite_a',
+            { was: 'pass', skipped: 'pass', absent: 'pass', always: 'fail', mended: 'fail' },
+            0,
+        ),
+        runOf('suite_b', { was: 'fail', always: 'pass' }, 1),
+        runOf('suite_a', { was: 'pass', skipped: 'skip', always: 'fail', mended: 'fail' }, 2),
+        runOf(
+            'suite_a',
+            {
+                was: 'fail',
+                skipped: 'fail',
+                absent: 'fail',
+                always: 'fail',
+                mended: 'pass',
+                first: 'fail',
+            },
+            3,
+        ),
+    ];
+    history.markNewlyFailing(runs, runs[3]);
+    assert.deepEqual(
+        runs[3].testCases.filter((node) => node.isNew).map((node) => node.name),
+        ['was', 'skipped', 'absent'],
+    );
+    assert.deepEqual(
+        history.historyOf(runs, runs[3], 'absent').map(({ node }) => node && node.outcome),
+        ['passed', undefined, 'failed'],
+    );
+});
+
+function shownNames(run, criteria) {
+    const selection = filter.select(run, {
+        text: '',
+        tests: new Map(),
+        entries: new Map(),
+        ...criteria,
+    });
+    return run.nodes
+        .filter((node) => node.parent && selection.shown[node.id])
+        .map((node) => node.name);
+}
+
+const filtered = build((one) => {
+    one.log('at the suite');
+    one.testCase('tst_login', () =>
+        one.section('Form', () =>
+            one.log('Fill in Name').fail('Button', { detail: 'Timeout after 5 s' }),
+        ),
+    );
+    one.testCase('tst_logout', () => one.pass('Button'));
+    one.testCase('tst_skip', () => one.skipped('testcase', 'tst_skip'));
+});
+const modes = (text) =>
+    new Map(
+        text
+            .split(' ')
+            .map((word) => [word.replace('-', ''), word.startsWith('-') ? 'not' : 'only']),
+    );
+
+const filterCases = [
+    ['a word in a detail', { text: 'timeout' }, ['tst_login', 'Form', 'Button']],
+    [
+        'a word of the test case and one of the result',
+        { text: 'login button' },
+        ['tst_login', 'Form', 'Button'],
+    ],
+    ['a test case with all that is in it', { text: 'logout' }, ['tst_logout', 'Button']],
+    ['a phrase', { text: '"fill in name"' }, ['tst_login', 'Form', 'Fill in Name']],
+    ['an unwanted word', { text: 'button -timeout' }, ['tst_logout', 'Button']],
+    ['one outcome', { tests: modes('failed') }, ['tst_login', 'Form', 'Fill in Name', 'Button']],
+    [
+        'all but one outcome',
+        { tests: modes('-failed -skipped') },
+        ['at the suite', 'tst_logout', 'Button'],
+    ],
+    ['one kind of result', { entries: modes('pass') }, ['tst_logout', 'Button']],
+    [
+        'all but one kind of result',
+        { tests: modes('failed'), entries: modes('-log') },
+        ['tst_login', 'Form', 'Button'],
+    ],
+    ['a search that finds nothing', { text: 'nowhere' }, []],
+];
+
+for (const [name, criteria, expected] of filterCases) {
+    test('Filtering shows just ' + name, () =>
+        assert.deepEqual(shownNames(filtered, criteria), expected),
+    );
+}
+
+test('Failures only keeps the test that was running when the run was killed', () => {
+    const run = model.buildRun(
+        new RunBuilder('suite')
+            .testCase('ok', (one) => one.pass('x'))
+            .begin('testcase', 'killed')
+            .begin('section', 'here')
+            .log('x').document,
+        0,
+    );
+    assert.deepEqual(shownNames(run, { entries: modes('fail error xpass') }), ['killed', 'here']);
+});
+
+test('Sorting by time leaves the order within a test case alone', () => {
+    const run = build((one) => {
+        one.testCase('quick', () => one.wait(1)).testCase('slow', () =>
+            one.section('a', () => one.wait(1)).section('b', () => one.wait(9)),
+        );
+    });
+    const selection = filter.select(run, { text: '', tests: new Map(), entries: new Map() });
+    assert.deepEqual(
+        filter.listRows(run, selection, () => true, true).map((node) => node.name),
+        ['suite_a', 'slow', 'a', 'b', 'quick'],
+    );
+});

@@ -1,0 +1,597 @@
+'use strict';
+
+const assert = require('node:assert/strict');
+const fs = require('node:fs');
+const path = require('node:path');
+const { after, before, describe, test } = require('node:test');
+const tools = require('./browser');
+const { shopRuns } = require('./demo');
+const { RunBuilder, dataFile } = require('./testdata');
+
+if (tools.missing) console.log(tools.missing);
+
+const rowNames = (page) => page.locator('#tree .row .name').allTextContents();
+const row = (page, name) =>
+    page
+        .locator('#tree .row')
+        .filter({ has: page.locator('.name', { hasText: new RegExp('^' + name + '$') }) });
+const chip = (page, key, group) =>
+    page.getByRole('group', { name: group || 'Test cases' }).locator('[data-key="' + key + '"]');
+const heading = (page) => page.locator('#detail h1');
+const block = (page, title) =>
+    page
+        .locator('#detail .block')
+        .filter({ has: page.getByRole('heading', { level: 2, name: new RegExp('^' + title) }) });
+
+async function eventually(read, expected) {
+    let value;
+    for (let attempt = 0; attempt < 100; ++attempt) {
+        value = await read();
+        if (JSON.stringify(value) === JSON.stringify(expected)) return;
+        await new Promise((resolve) => setTimeout(resolve, 20));
+    }
+    assert.deepEqual(value, expected);
+}
+
+describe('Pages of the web report', { skip: tools.missing || false, timeout: 240000 }, () => {
+    let browser;
+    let shop;
+    const reports = [];
+
+    before(async () => {
+        browser = await tools.launch();
+        shop = report(dataFile(shopRuns()));
+    });
+    after(async () => {
+        await browser.close();
+        reports.forEach(tools.removeReport);
+    });
+
+    function report(data) {
+        reports.push(tools.makeReport(data));
+        return reports[reports.length - 1];
+    }
+
+    /// Runs `body` on a fresh page. An error in a script fails the test, wherever it comes from,
+    /// but for the one that a cut data file is.
+    async function onPage(address, body, { dataIsCut, ...options } = {}) {
+        const context = await browser.newContext({
+            viewport: { width: 1300, height: 800 },
+            ...options,
+        });
+        const page = await context.newPage();
+        const errors = [];
+        page.on('pageerror', (error) => errors.push(error.message));
+        page.on('console', (message) => {
+            if (/Content Security Policy/.test(message.text())) errors.push(message.text());
+        });
+        try {
+            await page.goto(address);
+            if (dataIsCut) assert.equal(errors.splice(0).length, 1);
+            await body(page, context);
+            assert.deepEqual(errors, []);
+        } finally {
+            await context.close();
+        }
+    }
+
+    const onShop = (hash, body, options) => onPage(tools.fileAddress(shop, hash), body, options);
+
+    test('The tree opens and closes by clicks and by keys, and the details follow', () =>
+        onShop('', async (page) => {
+            assert.equal(await heading(page).textContent(), 'suite_shop');
+            await row(page, 'tst_catalogue').locator('[data-toggle]').click();
+            await row(page, 'Prices').click();
+            assert.equal(await heading(page).textContent(), 'Prices');
+            await page.keyboard.press('ArrowRight');
+            await page.keyboard.press('ArrowRight');
+            assert.match(await heading(page).textContent(), /Object property comparison/);
+            assert.equal(
+                await page.locator('#tree').getAttribute('aria-activedescendant'),
+                await page.locator('.row[aria-selected="true"]').getAttribute('id'),
+            );
+            await page.keyboard.press('ArrowLeft');
+            await page.keyboard.press('ArrowLeft');
+            assert.equal(await row(page, 'Prices').getAttribute('aria-expanded'), 'false');
+            assert.ok(!(await rowNames(page)).some((name) => name.includes('Object property')));
+        }));
+
+    test('Outcomes can be asked for and hidden', () =>
+        onShop('', async (page) => {
+            await chip(page, 'failed').click();
+            assert.deepEqual(await rowNames(page), ['suite_shop', 'tst_catalogue', 'tst_import']);
+            await chip(page, 'error').click();
+            assert.deepEqual(await rowNames(page), [
+                'suite_shop',
+                'tst_catalogue',
+                'tst_import',
+                'tst_crash',
+            ]);
+            await chip(page, 'error').click();
+            await chip(page, 'failed').click();
+            const names = await rowNames(page);
+            assert.ok(
+                names.includes('tst_login') &&
+                    !names.includes('tst_crash') &&
+                    !names.includes('tst_import'),
+            );
+            assert.match(await chip(page, 'failed').textContent(), /^not /);
+            await page.locator('#tree').focus();
+            await page.keyboard.press('Escape');
+            await page.keyboard.press('f');
+            const failures = await rowNames(page);
+            assert.ok(
+                failures.includes('Execution error') &&
+                    failures.includes('The broken file is refused'),
+            );
+            assert.ok(
+                !failures.includes('The catalogue is there') && !failures.includes('tst_markup'),
+            );
+        }));
+
+    test('The search finds results in parts that are closed, while one types', () =>
+        onShop('', async (page) => {
+            await page.keyboard.press('/');
+            await page.keyboard.type('pays -cancelled');
+            assert.deepEqual(await rowNames(page), [
+                'suite_shop',
+                'tst_orders',
+                'Orders',
+                'An order is placed',
+                'When the customer pays',
+            ]);
+            assert.match(await page.locator('#listNote').textContent(), /1 of 25 test cases/);
+            await page.keyboard.type(' nowhere');
+            assert.match(await page.locator('#listNote').textContent(), /Nothing matches/);
+            await page.keyboard.press('Escape');
+            assert.ok((await rowNames(page)).length > 10);
+        }));
+
+    test('Markup in a message stays text', () =>
+        onShop('#run=3&at=tst_markup/!0', async (page) => {
+            assert.ok((await heading(page).textContent()).includes('<b>bold</b> & </script>'));
+            assert.equal(await page.locator('#detail img, #detail b, #tree b').count(), 0);
+            assert.doesNotMatch(await page.title(), /broken/);
+        }));
+
+    test('A test case is followed through the runs', () =>
+        onShop('', async (page) => {
+            assert.deepEqual(
+                await block(page, 'Newly failing').locator('.name').allTextContents(),
+                ['tst_import'],
+            );
+            assert.deepEqual(await block(page, 'Failing').locator('.name').allTextContents(), [
+                'tst_catalogue',
+                'tst_crash',
+            ]);
+            await row(page, 'tst_catalogue').click();
+            const points = block(page, 'History').locator('.point');
+            assert.deepEqual(
+                await points.evaluateAll((all) =>
+                    all.map((one) => one.getAttribute('aria-label').replace(/,.*:/, ':')),
+                ),
+                ['Run 1: Passed, 12 s', 'Run 2: Failed, 16 s', 'Run 3: Failed, 16 s'],
+            );
+            await points.nth(0).click();
+            await eventually(() => page.locator('#runPicker').inputValue(), '0');
+            assert.equal(await heading(page).textContent(), 'tst_catalogue');
+            await page.goBack();
+            await eventually(() => page.locator('#runPicker').inputValue(), '2');
+            await page.locator('#runPicker').selectOption('1');
+            assert.equal(await heading(page).textContent(), 'tst_catalogue');
+            await page.keyboard.press('Escape');
+            await page.locator('#tree').focus();
+            await page.keyboard.press('[');
+            assert.equal(await page.locator('#runPicker').inputValue(), '0');
+        }));
+
+    test('Retries are attempts of one test case, marked as flaky when one passed', () =>
+        onShop('', async (page) => {
+            assert.equal(await row(page, 'tst_login').count(), 1);
+            await chip(page, 'flaky').click();
+            assert.deepEqual(await rowNames(page), ['suite_shop', 'tst_login']);
+            await row(page, 'tst_login').click();
+            assert.deepEqual(await block(page, 'Attempts').locator('.name').allTextContents(), [
+                'Attempt 1 of 2: failed',
+                'Attempt 2 of 2: passed',
+            ]);
+            assert.match(await page.locator('#detail .notice').textContent(), /Flaky/);
+            await block(page, 'Failures').locator('a').click();
+            await eventually(() => heading(page).textContent(), 'The button is enabled');
+            assert.match(
+                await page.locator('#detail .path').textContent(),
+                /tst_loginAttempt 1 of 2/,
+            );
+        }));
+
+    test('Expected and actual value stand side by side with the differing characters marked', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!0', async (page) => {
+            assert.deepEqual(await page.locator('.values pre').allTextContents(), [
+                'Sum: 1.204,50 €',
+                'Sum: 1,204.50 EUR',
+            ]);
+            assert.deepEqual(await page.locator('.values mark.expected').allTextContents(), [
+                '.',
+                ',',
+                '€',
+            ]);
+            assert.deepEqual(await page.locator('.values mark.actual').allTextContents(), [
+                ',',
+                '.',
+                'EUR',
+            ]);
+            const [left, right] = await page
+                .locator('.values pre')
+                .evaluateAll((all) => all.map((one) => one.getBoundingClientRect().top));
+            assert.equal(left, right);
+        }));
+
+    test('Table differences are a table', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!1', async (page) => {
+            const cells = await page
+                .locator('.tablediff tbody tr')
+                .evaluateAll((rows) =>
+                    rows.map((one) => [...one.cells].map((cell) => cell.textContent)),
+                );
+            assert.deepEqual(cells, [
+                ['Row 2', 'expected', 'Lamp', '2', '79.00#ffdddd'],
+                ['Row 2', 'actual', 'Lamp', '3', '118.50'],
+                ['Row 5', 'actual', 'Gift wrap', '1', '0.00'],
+            ]);
+            assert.deepEqual(await page.locator('.tablediff td.differs').count(), 4);
+            assert.equal(
+                await page
+                    .locator('.swatch')
+                    .evaluate((one) => getComputedStyle(one).backgroundColor),
+                'rgb(255, 221, 221)',
+            );
+        }));
+
+    test('The failed picture is compared with the one beside it in three ways', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!2', async (page) => {
+            await page.getByRole('button', { name: 'Slider' }).waitFor();
+            const clip = () =>
+                page.locator('.stage .actual a').evaluate((one) => getComputedStyle(one).clipPath);
+            const wiped = await clip();
+            await page.getByRole('slider').focus();
+            await page.keyboard.press('Home');
+            assert.notEqual(await clip(), wiped);
+            await page.getByRole('button', { name: 'Difference' }).click();
+            assert.equal(
+                await page
+                    .locator('.stage .actual')
+                    .evaluate((one) => getComputedStyle(one).mixBlendMode),
+                'difference',
+            );
+            await page.getByRole('button', { name: 'Side by side' }).click();
+            assert.equal(await page.getByRole('slider').isVisible(), false);
+            assert.deepEqual(
+                await page
+                    .locator('.stage img')
+                    .evaluateAll((all) =>
+                        all.map((one) => decodeURIComponent(one.src).split('/').pop()),
+                    ),
+                ['expected_1.png', 'failed_1.png'],
+            );
+            assert.deepEqual(
+                await page
+                    .locator('.stage img')
+                    .evaluateAll((all) => all.map((one) => one.naturalWidth)),
+                [480, 480],
+            );
+        }));
+
+    test('Without an expected picture there is nothing to choose', async () => {
+        const directory = report(dataFile(shopRuns()));
+        fs.rmSync(
+            path.join(directory, 'suite_shop/tst_catalogue/Basket/failedImages/expected_1.png'),
+        );
+        await onPage(
+            tools.fileAddress(directory, '#run=3&at=tst_catalogue/Prices/!2'),
+            async (page) => {
+                await eventually(
+                    () =>
+                        page
+                            .locator('.stage img')
+                            .evaluateAll((all) => all.map((one) => one.naturalWidth)),
+                    [480],
+                );
+                assert.equal(await page.getByRole('button', { name: 'Slider' }).count(), 0);
+            },
+        );
+    });
+
+    test('Attachments are links, pictures among them to be seen', () =>
+        onShop('#run=3&at=tst_catalogue/!2', async (page) => {
+            assert.equal(
+                await block(page, 'File').locator('p a').getAttribute('href'),
+                './suite_shop/tst_catalogue/shot%20%231.png',
+            );
+            await eventually(
+                () => page.locator('.thumbnail img').evaluate((one) => one.naturalWidth),
+                480,
+            );
+            await page.keyboard.press('j');
+            assert.match(
+                await block(page, 'File').locator('a').getAttribute('href'),
+                /server\.log$/,
+            );
+        }));
+
+    test('An error shows its place and call stack', () =>
+        onShop('#run=3&at=tst_crash/!1', async (page) => {
+            assert.deepEqual(await block(page, 'Call stack').locator('li').allTextContents(), [
+                'tst_crash/script.js:17',
+                'shared/my steps.js:203',
+                '/opt/lib/start.js:4',
+            ]);
+            assert.match(await page.locator('.facts').textContent(), /tst_crash\/script\.js:17/);
+            await eventually(
+                () => page.locator('.thumbnail img').evaluate((one) => one.naturalWidth),
+                480,
+            );
+            assert.deepEqual(await block(page, 'Just before').locator('.name').allTextContents(), [
+                'Open the settings',
+            ]);
+        }));
+
+    test('Copying works with a clipboard and where the browser offers none', async () => {
+        const server = await tools.serve(shop);
+        for (const offered of [true, false]) {
+            await onPage(
+                server.address + '#run=3&at=tst_catalogue/Prices/!0',
+                async (page, context) => {
+                    await context.grantPermissions(['clipboard-read', 'clipboard-write']);
+                    await page.evaluate(() => navigator.clipboard.writeText('old'));
+                    const read = await page.evaluateHandle(() =>
+                        navigator.clipboard.readText.bind(navigator.clipboard),
+                    );
+                    if (!offered)
+                        await page.evaluate(() =>
+                            Object.defineProperty(navigator, 'clipboard', { value: undefined }),
+                        );
+                    await page.getByRole('button', { name: 'Copy failure' }).click();
+                    await page.locator('#toast.shown').waitFor();
+                    const text = await page.evaluate((readText) => readText(), read);
+                    for (const part of [
+                        'FAIL: Basket',
+                        'Expected: Sum: 1.204,50 €',
+                        'Actual:   Sum: 1,204.50 EUR',
+                        server.address + '#run=3&at=tst_catalogue/Prices/!0',
+                    ])
+                        assert.ok(text.includes(part), part + ' in ' + text);
+                },
+            );
+        }
+        server.close();
+    });
+
+    test('An address brings a colleague to the same place with the same filters', () =>
+        onShop('', async (page, context) => {
+            await chip(page, 'skipped').click({ modifiers: ['Shift'] });
+            await chip(page, 'fail', 'Results').click();
+            await page.locator('#search').fill('basket "comparison of"');
+            await page.locator('#slowest').click();
+            await row(page, 'Prices').click();
+            await page.keyboard.press('n');
+            const address = page.url();
+            const names = await rowNames(page);
+            const other = await context.newPage();
+            await other.goto(address);
+            assert.deepEqual(await rowNames(other), names);
+            assert.equal(await heading(other).textContent(), await heading(page).textContent());
+            assert.equal(await other.locator('#search').inputValue(), 'basket "comparison of"');
+            assert.match(await chip(other, 'skipped').textContent(), /^not /);
+            assert.equal(await other.locator('#slowest').getAttribute('aria-pressed'), 'true');
+        }));
+
+    test('The slowest come first when asked for', () =>
+        onShop('', async (page) => {
+            await page.keyboard.press('s');
+            assert.deepEqual((await rowNames(page)).slice(1, 4), [
+                'tst_import',
+                'tst_catalogue',
+                'tst_login',
+            ]);
+        }));
+
+    test('The help tells of the keys and gives the focus back', () =>
+        onShop('', async (page) => {
+            await page.keyboard.press('?');
+            await page.getByRole('dialog').getByText('failures only').waitFor();
+            await page.keyboard.press('j');
+            assert.equal(await heading(page).textContent(), 'suite_shop');
+            await page.keyboard.press('Escape');
+            await page.keyboard.press('j');
+            assert.equal(await heading(page).textContent(), 'Random order of test cases');
+        }));
+
+    test('A data file cut anywhere is repaired through the file chooser', async () => {
+        const text = dataFile(shopRuns());
+        const lastRun = text.lastIndexOf('data.push( ');
+        const cuts = [
+            ['in a message', text.indexOf('Table Comparison', lastRun) + 5, 'tst_catalogue', false],
+            ['behind the last test case', text.lastIndexOf('],"stop"'), 'tst_report_18', false],
+            ['behind the document', text.length - 5, 'tst_report_18', true],
+            ['in front of the results', lastRun + 20, null, false],
+        ];
+        for (const [name, cut, lastTest, ended] of cuts) {
+            const directory = report(text.slice(0, cut));
+            await onPage(
+                tools.fileAddress(directory),
+                async (page) => {
+                    await page.getByText('The results could not be read').waitFor();
+                    await page.setInputFiles('#dataFile', tools.dataFileOf(directory));
+                    await page.locator('#tree .row').first().waitFor();
+                    assert.equal(await page.locator('#runPicker option').count(), 3, name);
+                    assert.equal(
+                        await page.locator('.headline .badge').count(),
+                        ended ? 0 : 1,
+                        name,
+                    );
+                    if (lastTest) {
+                        await page.locator('#tree').focus();
+                        await page.keyboard.press('End');
+                        assert.equal(await heading(page).textContent(), lastTest, name);
+                    }
+                    await page.locator('#runPicker').selectOption('0');
+                    assert.match(
+                        await page.locator('.totals').textContent(),
+                        /25 test cases/,
+                        name,
+                    );
+                },
+                { dataIsCut: true },
+            );
+        }
+    });
+
+    test('A file that is no data file is told from one that is', async () => {
+        const directory = report(null);
+        await onPage(tools.fileAddress(directory), async (page) => {
+            assert.doesNotMatch(await page.locator('#nodata').innerText(), /null|undefined/);
+            await page.setInputFiles('#dataFile', path.join(directory, 'index.html'));
+            assert.match(await page.getByRole('alert').textContent(), /holds no runs/);
+        });
+    });
+
+    test('20,000 results cost no more elements than twenty', async () => {
+        const run = new RunBuilder('suite_big');
+        for (let test = 0; test < 100; ++test)
+            run.testCase('tst_' + test, () => {
+                for (let check = 0; check < 200; ++check)
+                    run.wait(1).verify(
+                        check === 150 && test === 77 ? 'FAIL' : 'PASS',
+                        'Check ' + test + '-' + check,
+                    );
+            });
+        await onPage(tools.fileAddress(report(dataFile([run.finish()]))), async (page) => {
+            await page.keyboard.press('e');
+            const elements = () => page.evaluate(() => document.querySelectorAll('#tree *').length);
+            assert.ok((await elements()) < 800);
+            await page.keyboard.press('End');
+            assert.equal(await heading(page).textContent(), 'Check 99-199');
+            assert.ok(await row(page, 'Check 99-199').isVisible());
+            await page.locator('#tree').evaluate(async (tree) => {
+                for (let step = 40; step >= 20; --step) {
+                    tree.scrollTop = (tree.scrollHeight * step) / 40;
+                    await new Promise(requestAnimationFrame);
+                }
+            });
+            await eventually(
+                async () => (await rowNames(page)).some((name) => name.startsWith('Check 49-')),
+                true,
+            );
+            assert.ok((await elements()) < 800);
+            await page.locator('#search').fill('check 77-150');
+            assert.deepEqual(await rowNames(page), ['suite_big', 'tst_77', 'Check 77-150']);
+            await page.locator('#search').fill('check');
+            assert.match(await page.locator('#listNote').textContent(), /20,000 hits/);
+            assert.ok((await elements()) < 800);
+        });
+    });
+
+    test('A message of a megabyte is shown in part until all of it is asked for', async () => {
+        const run = new RunBuilder('suite_long')
+            .log('start ' + 'x'.repeat(1 << 20) + ' end')
+            .finish();
+        await onPage(tools.fileAddress(report(dataFile([run])), '#at=!0'), async (page) => {
+            const length = () =>
+                page.locator('#detail pre').evaluate((one) => one.textContent.length);
+            assert.ok((await length()) < 30000);
+            await page.getByRole('button', { name: /Show all/ }).click();
+            assert.ok((await length()) > 1 << 20);
+        });
+    });
+
+    test('Everything works under a strict content policy', async () => {
+        const server = await tools.serve(shop);
+        await onPage(server.address, async (page) => {
+            await page.keyboard.press('e');
+            for (const key of ['f', 'n', 'n', 'n', 's', '?', '?']) await page.keyboard.press(key);
+            await page.getByRole('button', { name: 'Difference' }).click();
+            assert.equal(
+                await page
+                    .locator('.part')
+                    .first()
+                    .evaluate((one) => getComputedStyle(one).flexGrow),
+                '1',
+            );
+            assert.notEqual(
+                await page
+                    .locator('.row')
+                    .last()
+                    .evaluate((one) => getComputedStyle(one).transform),
+                'none',
+            );
+        });
+        server.close();
+    });
+
+    test('The page follows the dark colours of the reader', async () => {
+        const brightness = async (colorScheme) => {
+            let sum;
+            await onShop(
+                '',
+                async (page) => {
+                    const color = await page.evaluate(
+                        () => getComputedStyle(document.getElementById('list')).backgroundColor,
+                    );
+                    sum = color
+                        .match(/\d+/g)
+                        .slice(0, 3)
+                        .reduce((total, part) => total + Number(part), 0);
+                },
+                { colorScheme },
+            );
+            return sum;
+        };
+        assert.ok((await brightness('light')) > 600);
+        assert.ok((await brightness('dark')) < 200);
+    });
+
+    test('Paper gets all test cases and the failures in full', () =>
+        onShop('', async (page) => {
+            await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+            await page.emulateMedia({ media: 'print' });
+            const text = await page.locator('#print').innerText();
+            for (const part of [
+                'tst_report_18',
+                'tst_login',
+                'Sum: 1,204.50 EUR',
+                'Gift wrap',
+                'my steps.js:203',
+            ])
+                assert.ok(text.includes(part), part);
+            assert.equal(await page.locator('#main').isVisible(), false);
+            assert.ok((await page.pdf()).length > 10000);
+        }));
+
+    test('On a narrow screen details take the place of the list, and give it back', () =>
+        onShop(
+            '',
+            async (page) => {
+                assert.equal(await page.locator('#detail').isVisible(), false);
+                await row(page, 'tst_catalogue').click();
+                assert.equal(await page.locator('#list').isVisible(), false);
+                await page.getByRole('button', { name: 'Results' }).click();
+                assert.equal(await page.locator('#list').isVisible(), true);
+                assert.ok(
+                    await page.evaluate(
+                        () => document.documentElement.scrollWidth <= window.innerWidth,
+                    ),
+                );
+            },
+            { viewport: { width: 400, height: 800 } },
+        ));
+
+    test('Without scripts the page says what to do', () =>
+        onShop(
+            '',
+            async (page) => {
+                assert.match(await page.locator('.noscript').innerText(), /needs JavaScript/);
+                assert.equal(await page.getByText('Reading the results').isVisible(), false);
+            },
+            { javaScriptEnabled: false },
+        ));
+});

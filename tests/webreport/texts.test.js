@@ -1,0 +1,184 @@
+'use strict';
+
+const assert = require('node:assert/strict');
+const test = require('node:test');
+const { failureText, format, model, tableDiff, textDiff, values } = require('./parts');
+const { RunBuilder, tableRow } = require('./testdata');
+
+function marked(segments) {
+    return segments.map(({ text, differs }) => (differs ? '[' + text + ']' : text)).join('');
+}
+
+const differences = [
+    ['', '', '', ''],
+    ['same', 'same', 'same', 'same'],
+    ['', 'new', '', '[new]'],
+    ['one two three', 'one 2 three', 'one [two] three', 'one [2] three'],
+    ['1.204,50', '1,204.50', '1[.]204[,]50', '1[,]204[.]50'],
+    ['abcdef', 'uvwxyz', '[abcdef]', '[uvwxyz]'],
+    ['a\u{1F600}b', 'a\u{1F601}b', 'a[\u{1F600}]b', 'a[\u{1F601}]b'],
+    ['aaa', 'aa', 'aa[a]', 'aa'],
+];
+
+for (const [expected, actual, left, right] of differences) {
+    test(
+        'Just the differing characters of "' + expected + '" and "' + actual + '" are marked',
+        () => {
+            const marks = textDiff.diff(expected, actual);
+            assert.equal(marked(marks.expected), left);
+            assert.equal(marked(marks.actual), right);
+        },
+    );
+}
+
+test('Marking loses no character of long and wholly different texts', () => {
+    const text = (factor) =>
+        Array.from({ length: 9000 }, (unused, index) =>
+            String.fromCharCode(97 + ((index * index * factor) % 26)),
+        ).join('');
+    for (const [expected, actual] of [
+        [text(3), text(7)],
+        [text(3), text(3).slice(40) + 'tail'],
+        ['x'.repeat(100000), 'x'.repeat(99999)],
+    ]) {
+        const marks = textDiff.diff(expected, actual);
+        assert.equal(marks.expected.map((segment) => segment.text).join(''), expected);
+        assert.equal(marks.actual.map((segment) => segment.text).join(''), actual);
+    }
+});
+
+const comparisons = [
+    [{ detail: "Expected 'a', got 'b'." }, 'a', 'b'],
+    [{ detail: 'Expected 3, got -4.' }, '3', '-4'],
+    [{ detail: 'more', text: "Sum: Expected 'it''s', got ''." }, "it''s", ''],
+    [{ detail: "Expected 'two\nlines', got 'a'." }, 'two\nlines', 'a'],
+    [{ expectedValue: 'x' }, 'x', ''],
+    [{ actualValue: 'y', detail: "Expected 'a', got 'b'." }, '', 'y'],
+];
+
+for (const [raw, expected, actual] of comparisons) {
+    test('The values are found in ' + JSON.stringify(raw), () =>
+        assert.deepEqual(values.comparedValues(raw), { expected, actual }),
+    );
+}
+
+test('No values are invented', () => {
+    for (const raw of [
+        {},
+        { text: 'Expected nothing' },
+        { detail: "Got expected 'a'." },
+        { expectedValue: 'a', actualValue: 'a' },
+    ])
+        assert.equal(values.comparedValues(raw), null);
+});
+
+const stacks = [
+    [
+        'Message\nclick@x-testsuite:/a.js:3\n@file:///b c.js:9',
+        'Message',
+        [
+            ['click', 'x-testsuite:/a.js', 3],
+            ['', 'file:///b c.js', 9],
+        ],
+    ],
+    [
+        'Message\n    at f (/a/b.js:3:14)\n    at /a/c.js:5',
+        'Message',
+        [
+            ['f', '/a/b.js', 3],
+            ['', '/a/c.js', 5],
+        ],
+    ],
+    [
+        'tst_a/script.js:3\nshared/x.js:4\n',
+        '',
+        [
+            ['', 'tst_a/script.js', 3],
+            ['', 'shared/x.js', 4],
+        ],
+    ],
+    ['See https://example.org:80', 'See https://example.org:80', []],
+    ['localhost.local:8080', 'localhost.local:8080', []],
+];
+
+for (const [detail, text, frames] of stacks) {
+    test('The call stack is told from the text in ' + JSON.stringify(detail), () => {
+        const split = values.splitStack(detail);
+        assert.equal(split.text, text);
+        assert.deepEqual(
+            split.frames.map(({ name, file, line }) => [name, file, line]),
+            frames,
+        );
+    });
+}
+
+test('A file of a call stack is found in the suite, or on the machine', () => {
+    const found = (path, base) => format.locationOfPath(path, base);
+    assert.equal(found('/a b/s/tst/x#.js', 'file:///a%20b/s'), 'x-testsuite:/tst/x%23.js');
+    assert.equal(found('/a b/s2/x.js', 'file:///a%20b/s'), 'file:///a%20b/s2/x.js');
+    assert.equal(found('/tst/x.js', 'x-testsuite:/tst'), 'file:///tst/x.js');
+    assert.equal(found('/x.js', undefined), 'file:///x.js');
+    assert.equal(found('x-testsuite:/x.js', 'file:///s'), 'x-testsuite:/x.js');
+});
+
+test('No location leads to a script or out to a host', () => {
+    const links = [
+        'javascript:alert(1)',
+        'x-results:/javascript:alert(1)',
+        'x-results:////evil.example/a',
+        'https://evil.example/',
+        'data:text/html,x',
+        'x-results:/',
+        '',
+        undefined,
+    ];
+    assert.deepEqual(
+        links.map((uri) => format.locationLink(uri, 'javascript:alert(1)/')),
+        [null, './javascript:alert(1)', './evil.example/a', null, null, null, null, null],
+    );
+});
+
+test('A changed row of a table is paired with its new form, and only with that', () => {
+    const rows = tableDiff.pairRows(
+        tableDiff.rowsOf([
+            tableRow('deletion', 1, ['a']),
+            tableRow('deletion', 2, ['b']),
+            tableRow('insertion', 1, ['A']),
+            tableRow('insertion', 1, ['extra']),
+            tableRow('insertion', 5, ['new']),
+            { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } },
+            { elementType: 'unknown' },
+        ]),
+    );
+    assert.deepEqual(
+        rows.map((row) => row.label),
+        ['Row 2', 'Row 3', 'Row 2', 'Row 2', 'Row 6', 'Row 1, column 3', 'Row ?'],
+    );
+    assert.deepEqual(
+        rows.map((row) => rows.indexOf(row.partner)),
+        [2, -1, 0, -1, -1, -1, -1],
+    );
+});
+
+test('A copied failure holds what a ticket needs', () => {
+    const run = new RunBuilder('suite_a');
+    run.testCase('tst_a', () =>
+        run.section('Form', () => run.fail('Button', { detail: "Expected 'on', got 'off'." })),
+    );
+    const built = model.buildRun(run.finish(), 0);
+    const failure = built.nodes.find((node) => node.entryKind === 'fail');
+    for (const text of [
+        failureText(built, failure, 'http://x/#at'),
+        failureText(built, built.testCases[0], 'http://x/#at'),
+    ]) {
+        for (const part of [
+            'FAIL: Button',
+            'suite_a › tst_a › Form',
+            'tst_a/script.js:12',
+            'Expected: on',
+            'Actual:   off',
+            'http://x/#at',
+        ])
+            assert.ok(text.includes(part), part + ' in ' + text);
+    }
+});

@@ -1,0 +1,125 @@
+// The pane beside the list: frame and facts of the chosen node, with the view that fits it.
+(function (report) {
+    'use strict';
+
+    const { element, button, icon, fileLink } = report.dom;
+    const { dateTime, duration } = report.format;
+    const { outcomeBadge, extraBadges, typeLabel, shortTitle, nodeTitle, pathOf } = report.marks;
+
+    function breadcrumb(app, node) {
+        const above = node.parent ? [app.run.root, ...pathOf(node)] : [];
+        return element(
+            'nav',
+            { 'class': 'path', 'aria-label': 'Where this is' },
+            above.map((one) =>
+                element(
+                    'a',
+                    { href: app.addressOf(app.run, one.parent ? one : null) },
+                    shortTitle(one, 60),
+                ),
+            ),
+        );
+    }
+
+    function facts(rows) {
+        return element(
+            'dl',
+            { class: 'facts' },
+            rows
+                .filter((row) => row[1])
+                .map(([name, value]) =>
+                    element('div', null, element('dt', null, name), element('dd', null, value)),
+                ),
+        );
+    }
+
+    function place(app, raw) {
+        return raw.uri ? fileLink(raw.uri, raw.lineNo, app.run.root.raw.uri) : '';
+    }
+
+    function testFacts(app, node) {
+        const raw = node.raw;
+        const last = node.kind === 'attempts' ? node.children[node.children.length - 1].raw : raw;
+        return facts([
+            ['Took', node.duration === null ? '' : duration(node.duration)],
+            ['Started', dateTime(raw.start)],
+            ['Ended', raw.isSkipped ? '' : dateTime(last.stop)],
+            ['Location', place(app, raw)],
+        ]);
+    }
+
+    function entryFacts(app, node) {
+        const raw = node.raw;
+        return facts([
+            ['When', dateTime(raw.time)],
+            ['Location', node.entryKind === 'attachment' ? '' : place(app, raw)],
+            ['Object', raw.objectName],
+            ['Property', raw.property],
+            ['Verification point', raw.vpUri ? fileLink(raw.vpUri, 0, app.run.root.raw.uri) : ''],
+        ]);
+    }
+
+    function actions(app, node) {
+        const failed = report.model.isFailed(node);
+        return element(
+            'div',
+            { class: 'actions' },
+            button(
+                '',
+                () => app.copyFailure(node),
+                { class: 'copy', title: 'As plain text, for a ticket (c)' },
+                icon('copy'),
+                failed ? 'Copy failure' : 'Copy',
+            ),
+            button(
+                '',
+                () => app.copyAddress(node),
+                { class: 'copylink', title: 'The address of this place (l)' },
+                icon('link'),
+                'Copy link',
+            ),
+        );
+    }
+
+    function heading(app, node) {
+        return element(
+            'header',
+            { class: 'detailhead' },
+            element(
+                'div',
+                { class: 'toprow' },
+                button('', () => app.closeDetail(), { class: 'back' }, icon('back'), 'Results'),
+                breadcrumb(app, node),
+                actions(app, node),
+            ),
+            element(
+                'p',
+                { class: 'marks' },
+                outcomeBadge(node),
+                extraBadges(node),
+                element('span', { class: 'type' }, typeLabel(node)),
+            ),
+            element(
+                'h1',
+                { class: nodeTitle(node).length > 120 ? 'long' : null },
+                shortTitle(node),
+            ),
+        );
+    }
+
+    function body(app, node) {
+        if (node.kind === 'entry') return [entryFacts(app, node), report.entryView(app, node)];
+        return [
+            testFacts(app, node),
+            node.parent ? report.testView(app, node) : report.overview(app),
+        ];
+    }
+
+    function render(app, host, node) {
+        host.replaceChildren();
+        report.dom.append(host, [heading(app, node), body(app, node)]);
+        host.scrollTop = 0;
+    }
+
+    report.detail = { render, body };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -1,0 +1,135 @@
+// Which nodes of a run are shown, and in which order.
+//
+// Criteria are `{text, tests, entries, slowest}`. `tests` and `entries` are Maps from an outcome or
+// kind to 'only' or 'not'.
+(function (report) {
+    'use strict';
+
+    /// Words that must occur, quoted ones as a phrase, and those behind a minus that must not.
+    /// No more than 30 of them count.
+    function parseText(text) {
+        const wanted = [];
+        const unwanted = [];
+        for (const [, minus, phrase, word] of text
+            .toLowerCase()
+            .matchAll(/(-?)(?:"([^"]*)"?|(\S+))/g)) {
+            const term = phrase === undefined ? word : phrase;
+            if (term && wanted.length + unwanted.length < 30)
+                (minus ? unwanted : wanted).push(term);
+        }
+        return { wanted, unwanted };
+    }
+
+    function searchText(node) {
+        if (node.search === undefined) {
+            const raw = node.raw;
+            const parts =
+                node.kind === 'entry'
+                    ? [raw.text, raw.detail, raw.objectName, raw.property, raw.uri, raw.result]
+                    : [node.name, raw.summary, raw.description];
+            node.search = parts.filter(Boolean).join('\n').toLowerCase();
+        }
+        return node.search;
+    }
+
+    function isActive(criteria) {
+        return (
+            Boolean(criteria.text.trim()) || criteria.tests.size > 0 || criteria.entries.size > 0
+        );
+    }
+
+    function wantsOnly(modes) {
+        return [...modes.values()].includes('only');
+    }
+
+    /// A thing with several marks is kept when one of them is wanted and none unwanted.
+    function passes(modes, marks) {
+        if (marks.some((mark) => modes.get(mark) === 'not')) return false;
+        return !wantsOnly(modes) || marks.some((mark) => modes.get(mark) === 'only');
+    }
+
+    function marksOf(testCase) {
+        const marks = [testCase.outcome];
+        if (testCase.isNew) marks.push('new');
+        if (testCase.unfinished && testCase.outcome !== 'unfinished') marks.push('unfinished');
+        return marks;
+    }
+
+    function passesTestFilter(node, modes) {
+        if (modes.size === 0) return true;
+        return node.testCase ? passes(modes, marksOf(node.testCase)) : !wantsOnly(modes);
+    }
+
+    /// A test that was running when the data breaks off stands with the errors.
+    function passesEntryFilter(node, modes) {
+        if (node.kind === 'entry') return passes(modes, [node.entryKind]);
+        return !wantsOnly(modes) || (node.brokeOff && modes.get('error') === 'only');
+    }
+
+    /// Of each node the wanted terms that it or a test round it holds, as bits; -1 when an
+    /// unwanted one does.
+    function termMasks(run, terms) {
+        const masks = new Int32Array(run.nodes.length);
+        for (const node of run.nodes) {
+            let mask = node.parent ? masks[node.parent.id] : 0;
+            const text = searchText(node);
+            terms.wanted.forEach((term, bit) => {
+                if (text.includes(term)) mask |= 1 << bit;
+            });
+            masks[node.id] =
+                mask < 0 || terms.unwanted.some((term) => text.includes(term)) ? -1 : mask;
+        }
+        return masks;
+    }
+
+    /// `shown[id]` tells whether the node is to be seen, `opened[id]` whether something that was
+    /// asked for lies below it; `hits` counts what was asked for.
+    function select(run, criteria) {
+        const size = run.nodes.length;
+        const result = { shown: new Uint8Array(size), opened: new Uint8Array(size), hits: 0 };
+        const terms = parseText(criteria.text);
+        const full = (1 << terms.wanted.length) - 1;
+        const masks = termMasks(run, terms);
+        const onlyEntries = wantsOnly(criteria.entries);
+        for (let id = size - 1; id >= 0; --id) {
+            const node = run.nodes[id];
+            const asked =
+                masks[id] === full &&
+                passesTestFilter(node, criteria.tests) &&
+                passesEntryFilter(node, criteria.entries);
+            if (asked) result.shown[id] = 1;
+            if (!node.parent || !result.shown[id]) continue;
+            const parent = node.parent.id;
+            result.shown[parent] = 1;
+            const bySelf = asked && (onlyEntries || (full > 0 && masks[parent] !== full));
+            if (bySelf) ++result.hits;
+            if (bySelf || result.opened[id]) result.opened[parent] = 1;
+        }
+        result.shown[run.root.id] = 1;
+        return result;
+    }
+
+    function slowestFirst(children) {
+        const tests = children.filter((child) => child.kind !== 'entry');
+        const entries = children.filter((child) => child.kind === 'entry');
+        return [...tests.sort((a, b) => (b.duration || 0) - (a.duration || 0)), ...entries];
+    }
+
+    /// The nodes to list, top to bottom. `isOpen` decides for each shown test whether its children
+    /// are listed. Sorting is for the top level: below it the order is the story.
+    function listRows(run, selection, isOpen, slowest) {
+        const rows = [];
+        const visit = (node) => {
+            if (!selection.shown[node.id]) return;
+            rows.push(node);
+            if (node.kind === 'entry' || !isOpen(node)) return;
+            const sorted =
+                slowest && node === run.root ? slowestFirst(node.children) : node.children;
+            sorted.forEach(visit);
+        };
+        visit(run.root);
+        return rows;
+    }
+
+    report.filter = { select, listRows, isActive, marksOf };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -1,0 +1,194 @@
+// The keys: one table for what they do and for the page that tells of them.
+(function (report) {
+    'use strict';
+
+    const { element, button } = report.dom;
+
+    /// `keys` are values of KeyboardEvent.key; `run` gets the page.
+    const table = [
+        {
+            title: 'Move',
+            rows: [
+                {
+                    keys: ['ArrowDown', 'j'],
+                    shown: ['↓', 'j'],
+                    text: 'next row',
+                    run: (app) => app.list.move(1),
+                },
+                {
+                    keys: ['ArrowUp', 'k'],
+                    shown: ['↑', 'k'],
+                    text: 'previous row',
+                    run: (app) => app.list.move(-1),
+                },
+                {
+                    keys: ['ArrowRight'],
+                    shown: ['→'],
+                    text: 'open, or go in',
+                    run: (app) => app.goIn(),
+                },
+                {
+                    keys: ['ArrowLeft'],
+                    shown: ['←'],
+                    text: 'close, or go out',
+                    run: (app) => app.goOut(),
+                },
+                {
+                    keys: ['PageDown'],
+                    shown: ['Page ↓'],
+                    text: 'a page down',
+                    run: (app) => app.list.move(app.list.pageSize()),
+                },
+                {
+                    keys: ['PageUp'],
+                    shown: ['Page ↑'],
+                    text: 'a page up',
+                    run: (app) => app.list.move(-app.list.pageSize()),
+                },
+                {
+                    keys: ['Home'],
+                    shown: ['Home'],
+                    text: 'first row',
+                    run: (app) => app.list.move(-Infinity),
+                },
+                {
+                    keys: ['End'],
+                    shown: ['End'],
+                    text: 'last row',
+                    run: (app) => app.list.move(app.list.rows().length),
+                },
+                {
+                    keys: ['Enter'],
+                    shown: ['Enter'],
+                    text: 'to the details',
+                    run: (app) => app.openDetail(),
+                },
+                { keys: ['n'], text: 'next failure', run: (app) => app.goToFailure(1) },
+                { keys: ['p'], text: 'previous failure', run: (app) => app.goToFailure(-1) },
+                {
+                    keys: ['o'],
+                    text: 'overview of the run',
+                    run: (app) => app.open(app.run.root),
+                },
+                { keys: ['['], text: 'run before', run: (app) => app.stepRun(-1) },
+                { keys: [']'], text: 'run after', run: (app) => app.stepRun(1) },
+            ],
+        },
+        {
+            title: 'Show',
+            rows: [
+                {
+                    keys: ['/'],
+                    text: 'search',
+                    run: () => document.getElementById('search').focus(),
+                },
+                { keys: ['f'], text: 'failures only', run: (app) => app.toggleFailures() },
+                {
+                    keys: ['s'],
+                    text: 'slowest first',
+                    run: (app) => app.setSlowest(!app.state.slowest),
+                },
+                { keys: ['e'], text: 'open all', run: (app) => app.setAllOpen(true) },
+                { keys: ['E'], text: 'close all', run: (app) => app.setAllOpen(false) },
+                {
+                    keys: ['Escape'],
+                    shown: ['Esc'],
+                    text: 'take filters away, go back to the list',
+                    run: (app) => app.escape(),
+                },
+            ],
+        },
+        {
+            title: 'Pass on',
+            rows: [
+                {
+                    keys: ['c'],
+                    text: 'copy the failure as text',
+                    run: (app) => app.copyFailure(app.current),
+                },
+                {
+                    keys: ['l'],
+                    text: 'copy the address of this place',
+                    run: (app) => app.copyAddress(app.current),
+                },
+                { keys: ['?'], text: 'this help', run: () => toggle() },
+            ],
+        },
+    ];
+
+    let dialog = null;
+
+    function keyRow(row) {
+        const shown = row.shown || row.keys;
+        return element(
+            'tr',
+            null,
+            element(
+                'th',
+                { scope: 'row' },
+                shown.map((key) => element('kbd', null, key)),
+            ),
+            element('td', null, row.text),
+        );
+    }
+
+    const noteTexts = [
+        'Filters: click once for only these, twice to hide these, three times for no filter. ' +
+            'Place and filters stand in the address: what you see is what a colleague sees.',
+        'Search: all words must occur, in the result or a test round it; "two words" as a ' +
+            'phrase; -word must not occur.',
+        'Newly failing: fails now and did not in the latest earlier run that ran it. ' +
+            'Flaky: failed at first and passed when tried again.',
+    ];
+
+    function notes() {
+        const texts = noteTexts.map((text) => element('p', null, text));
+        return element('div', { class: 'helpnotes' }, texts);
+    }
+
+    function build() {
+        dialog = element(
+            'dialog',
+            { 'class': 'help', 'aria-label': 'Keys and help' },
+            element(
+                'div',
+                { class: 'helphead' },
+                element('h1', null, 'Keys'),
+                button('Close', () => dialog.close(), { class: 'toggle' }),
+            ),
+            element(
+                'div',
+                { class: 'keytables' },
+                table.map((group) =>
+                    element(
+                        'section',
+                        null,
+                        element('h2', null, group.title),
+                        element('table', null, element('tbody', null, group.rows.map(keyRow))),
+                    ),
+                ),
+            ),
+            notes(),
+        );
+        dialog.addEventListener('click', (event) => {
+            if (event.target === dialog) dialog.close();
+        });
+        document.body.append(dialog);
+    }
+
+    function toggle() {
+        if (!dialog) build();
+        if (dialog.open) dialog.close();
+        else dialog.showModal();
+    }
+
+    function actionFor(key) {
+        for (const group of table) {
+            const row = group.rows.find((one) => one.keys.includes(key));
+            if (row) return row.run;
+        }
+        return null;
+    }
+
+    report.help = { toggle, actionFor, isOpen: () => Boolean(dialog && dialog.open) };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -1,0 +1,94 @@
+// What goes on paper: totals, the test cases with their outcomes, and the failures in full. The
+// list on the screen holds only what is in view, so it is no help here.
+(function (report) {
+    'use strict';
+
+    const { element } = report.dom;
+    const mostTests = 2000;
+    const mostFailures = 200;
+
+    function testRow(node) {
+        return element(
+            'tr',
+            null,
+            element('td', null, report.marks.outcomeBadge(node), report.marks.extraBadges(node)),
+            element('td', null, report.marks.nodeTitle(node)),
+            element(
+                'td',
+                { class: 'number' },
+                node.duration === null ? '' : report.format.duration(node.duration),
+            ),
+        );
+    }
+
+    function failure(app, node) {
+        const path = report.marks
+            .pathOf(node)
+            .map((one) => report.marks.shortTitle(one, 80))
+            .join(' › ');
+        return element(
+            'article',
+            null,
+            element('p', { class: 'note' }, path),
+            element(
+                'h3',
+                null,
+                report.marks.outcomeBadge(node),
+                ' ',
+                report.marks.shortTitle(node),
+            ),
+            report.detail.body(app, node),
+        );
+    }
+
+    function shortened(all, most, what) {
+        return all.length > most
+            ? element(
+                  'p',
+                  { class: 'note' },
+                  'The first ' + most + ' of ' + report.format.count(all.length) + ' ' + what + '.',
+              )
+            : null;
+    }
+
+    function summary(run) {
+        const counts = report.model.outcomeCounts(run);
+        return report.outcomes.testOutcomes
+            .filter((one) => counts[one.key])
+            .map((one) => report.format.count(counts[one.key]) + ' ' + one.label.toLowerCase())
+            .join(' · ');
+    }
+
+    function render(app, host) {
+        const shown = (node) => app.selection.shown[node.id];
+        const tests = app.run.testCases.filter(shown);
+        const failures = app.run.nodes.filter(
+            (node) => node.kind === 'entry' && report.model.isFailed(node) && shown(node),
+        );
+        host.replaceChildren();
+        report.dom.append(host, [
+            element('h1', null, app.run.name),
+            element(
+                'p',
+                null,
+                report.format.dateTime(app.run.root.raw.start),
+                app.run.ended ? '' : ' · not ended',
+            ),
+            element('p', null, summary(app.run)),
+            element('h2', null, 'Test cases'),
+            shortened(tests, mostTests, 'test cases'),
+            element('table', null, element('tbody', null, tests.slice(0, mostTests).map(testRow))),
+            failures.length > 0 ? element('h2', null, 'Failures') : null,
+            shortened(failures, mostFailures, 'failures'),
+            failures.slice(0, mostFailures).map((node) => failure(app, node)),
+        ]);
+    }
+
+    function install(app) {
+        const host = document.getElementById('print');
+        window.addEventListener('beforeprint', () => render(app, host));
+        window.addEventListener('afterprint', () => host.replaceChildren());
+    }
+
+    report.printView = { install };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));
