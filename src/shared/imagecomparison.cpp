@@ -1,14 +1,21 @@
 #include "shared/imagecomparison.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <numeric>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace Morvex {
 namespace {
 
-// Sums of this many products of gray values fit into 32 bits, which the compiler handles several
-// at a time.
-const int blockSize = 32768;
+// The gray values of a block stay near the processor, and their products, summed up, fit into 32
+// bits.
+const int blockSize = 2048;
+using GrayBlock = std::array<qint16, blockSize>;
 
 struct Sums
 {
@@ -21,30 +28,77 @@ struct Sums
 
 inline quint32 gray(QRgb pixel)
 {
-    return (11 * ((pixel >> 16) & 0xff) + 16 * ((pixel >> 8) & 0xff) + 5 * (pixel & 0xff)) >> 5;
+    const quint32 red = (pixel >> 16) & 0xff;
+    const quint32 green = (pixel >> 8) & 0xff;
+    const quint32 blue = pixel & 0xff;
+    return (11 * red + 16 * green + 5 * blue) >> 5;
 }
 
-void addBlock(const QRgb *a, const QRgb *b, int count, Sums *sums)
+// How many of the first pixels were converted: as many as fit into whole registers.
+int toGrayInRegisters(const QRgb *pixels, int count, GrayBlock &grays)
 {
-    quint32 sumA = 0;
-    quint32 sumB = 0;
-    quint32 sumAA = 0;
-    quint32 sumBB = 0;
-    quint32 sumAB = 0;
+    int i = 0;
+#ifdef __SSE2__
+    const __m128i redAndBlue = _mm_set1_epi32(0x00ff00ff);
+    const __m128i weights = _mm_set1_epi32((11 << 16) | 5);
+    const __m128i sixteenGreen = _mm_set1_epi32(0xff0);
+    const auto grayOf = [&](const QRgb *four) {
+        const __m128i pixel = _mm_loadu_si128(reinterpret_cast<const __m128i *>(four));
+        const __m128i weighted = _mm_madd_epi16(_mm_and_si128(pixel, redAndBlue), weights);
+        const __m128i green = _mm_and_si128(_mm_srli_epi32(pixel, 4), sixteenGreen);
+        return _mm_srli_epi32(_mm_add_epi32(weighted, green), 5);
+    };
+    for (; i + 8 <= count; i += 8)
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(grays.data() + i),
+                         _mm_packs_epi32(grayOf(pixels + i), grayOf(pixels + i + 4)));
+#else
+    Q_UNUSED(pixels)
+    Q_UNUSED(count)
+    Q_UNUSED(grays)
+#endif
+    return i;
+}
+
+void toGray(const QRgb *pixels, int count, GrayBlock &grays)
+{
+    for (int i = toGrayInRegisters(pixels, count, grays); i < count; ++i)
+        grays[static_cast<std::size_t>(i)] = static_cast<qint16>(gray(pixels[i]));
+}
+
+// Of 16 bit numbers, since compilers have an instruction for just this.
+void addProducts(const GrayBlock &a, const GrayBlock &b, int count, Sums *sums)
+{
+    int aa = 0;
+    int bb = 0;
+    int ab = 0;
+    const qint16 *grayA = a.data();
+    const qint16 *grayB = b.data();
     for (int i = 0; i < count; ++i) {
-        const quint32 grayA = gray(a[i]);
-        const quint32 grayB = gray(b[i]);
-        sumA += grayA;
-        sumB += grayB;
-        sumAA += grayA * grayA;
-        sumBB += grayB * grayB;
-        sumAB += grayA * grayB;
+        aa += grayA[i] * grayA[i];
+        bb += grayB[i] * grayB[i];
+        ab += grayA[i] * grayB[i];
     }
-    sums->a += sumA;
-    sums->b += sumB;
-    sums->aa += sumAA;
-    sums->bb += sumBB;
-    sums->ab += sumAB;
+    sums->aa += static_cast<quint64>(aa);
+    sums->bb += static_cast<quint64>(bb);
+    sums->ab += static_cast<quint64>(ab);
+}
+
+quint64 sumOf(const GrayBlock &grays, int count)
+{
+    return static_cast<quint64>(std::accumulate(grays.begin(), grays.begin() + count, 0));
+}
+
+void addBlock(const QRgb *a, const QRgb *b, int count, bool withMeans, Sums *sums)
+{
+    GrayBlock grayA;
+    GrayBlock grayB;
+    toGray(a, count, grayA);
+    toGray(b, count, grayB);
+    addProducts(grayA, grayB, count, sums);
+    if (withMeans) {
+        sums->a += sumOf(grayA, count);
+        sums->b += sumOf(grayB, count);
+    }
 }
 
 // With the pixels that QImage::pixel gives.
@@ -61,7 +115,7 @@ const QRgb *line(const QImage &image, int y)
 }
 
 // Both of one size.
-Sums sumsOf(const QImage &a, const QImage &b)
+Sums sumsOf(const QImage &a, const QImage &b, bool withMeans)
 {
     const QImage plainA = withPlainPixels(a);
     const QImage plainB = withPlainPixels(b);
@@ -69,7 +123,7 @@ Sums sumsOf(const QImage &a, const QImage &b)
     for (int y = 0; y < plainA.height(); ++y) {
         for (int x = 0; x < plainA.width(); x += blockSize)
             addBlock(line(plainA, y) + x, line(plainB, y) + x,
-                     std::min(blockSize, plainA.width() - x), &sums);
+                     std::min(blockSize, plainA.width() - x), withMeans, &sums);
     }
     return sums;
 }
@@ -124,7 +178,7 @@ double ImageComparison::normalizedCorrelation(const QImage &a, const QImage &b)
 {
     if (a.isNull() || b.isNull())
         return 0.0;
-    const Sums sums = sumsOf(a, normalizeSize(a, b));
+    const Sums sums = sumsOf(a, normalizeSize(a, b), false);
     if (sums.aa == 0 || sums.bb == 0)
         return sums.aa == sums.bb ? 1.0 : 0.0;
     return double(sums.ab) / std::sqrt(double(sums.aa) * double(sums.bb));
@@ -134,7 +188,7 @@ double ImageComparison::normalizedCrossCorrelation(const QImage &a, const QImage
 {
     if (a.isNull() || b.isNull())
         return 0.0;
-    const Sums sums = sumsOf(a, normalizeSize(a, b));
+    const Sums sums = sumsOf(a, normalizeSize(a, b), true);
     const auto pixels = static_cast<long double>(qint64(a.width()) * a.height());
     const long double aa = centred(sums.aa, sums.a, sums.a, pixels);
     const long double bb = centred(sums.bb, sums.b, sums.b, pixels);
