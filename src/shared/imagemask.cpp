@@ -93,7 +93,8 @@ int ImageMask::maskAt(const QPoint &point, bool grown) const
             continue;
         if (rect.type != POSITIVE)
             return i;
-        positive = i;
+        if (positive == -1)
+            positive = i;
     }
     return positive;
 }

@@ -44,8 +44,8 @@ public:
     int selected() const { return m_selected; }
     void select(int index);
 
-    /// The rectangle at a point, for an editor: the topmost negative one, else the lowest positive
-    /// one; -1 for none. @p grown takes two pixels around each for part of it.
+    /// The rectangle at a point, for an editor: the topmost negative one, else the topmost
+    /// positive one; -1 for none. @p grown takes two pixels around each for part of it.
     int maskAt(const QPoint &point, bool grown) const;
 
     void scale(double factor);

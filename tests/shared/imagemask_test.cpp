@@ -58,7 +58,7 @@ TEST(ImageMaskTest, ThePixelsThatDontCountGetOneColour)
     EXPECT_TRUE(none.isNull());
 }
 
-TEST(ImageMaskTest, TheRectangleAtAPointIsTheTopmostNegativeOrTheLowestPositiveOne)
+TEST(ImageMaskTest, TheRectangleAtAPointIsTheTopmostNegativeElseTheTopmostPositiveOne)
 {
     const ImageMask mask = maskOf({{pos, QRect(0, 0, 20, 20)},
                                    {neg, QRect(0, 0, 5, 5)},
@@ -66,11 +66,11 @@ TEST(ImageMaskTest, TheRectangleAtAPointIsTheTopmostNegativeOrTheLowestPositiveO
                                    {pos, QRect(0, 0, 20, 20)}});
     EXPECT_EQ(mask.maskAt(QPoint(4, 4), false), 2);
     EXPECT_EQ(mask.maskAt(QPoint(1, 1), false), 1);
-    EXPECT_EQ(mask.maskAt(QPoint(15, 15), false), 0);
-    EXPECT_EQ(mask.maskAt(QPoint(9, 9), false), 0);
+    EXPECT_EQ(mask.maskAt(QPoint(15, 15), false), 3);
+    EXPECT_EQ(mask.maskAt(QPoint(9, 9), false), 3);
     EXPECT_EQ(mask.maskAt(QPoint(9, 9), true), 2);
     EXPECT_EQ(mask.maskAt(QPoint(21, 21), false), -1);
-    EXPECT_EQ(mask.maskAt(QPoint(21, 21), true), 0);
+    EXPECT_EQ(mask.maskAt(QPoint(21, 21), true), 3);
 }
 
 TEST(ImageMaskTest, TheSelectionFollowsItsRectangle)
