@@ -248,7 +248,14 @@ private:
         else if (option->takes == Takes::Nothing)
             m_result.error = name + QStringLiteral(" takes no value");
         else
-            set(*option, argument.mid(equals + 1));
+            takeFirst(*option, argument.mid(equals + 1));
+    }
+
+    void takeFirst(const Option &option, const QString &value)
+    {
+        set(option, value);
+        if (option.takes == Takes::Application || option.takes == Takes::Rest)
+            takeArguments(option);
     }
 
     void takeArguments(const Option &option)

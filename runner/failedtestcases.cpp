@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
+#include <QUrl>
 
 namespace Morvex {
 namespace {
@@ -17,6 +18,14 @@ QString fileNameFor(const QString &suitePath)
         QCryptographicHash::hash(suitePath.toUtf8(), QCryptographicHash::Sha1).toHex();
     return Settings::morvexSettingsDir() + QLatin1String("/failed/") + QString::fromLatin1(hash) +
            QLatin1String(".txt");
+}
+
+// One line, whatever characters the name has.
+QByteArray asLine(QString name)
+{
+    name.replace(QLatin1Char('%'), QLatin1String("%25"));
+    name.replace(QLatin1Char('\n'), QLatin1String("%0A"));
+    return name.toUtf8() + '\n';
 }
 
 } // namespace
@@ -38,9 +47,12 @@ QStringList FailedTestCases::read() const
     QFile file(m_fileName);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    QStringList lines =
-        QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    return lines.mid(1);
+    QStringList names;
+    for (const QByteArray &line : file.readAll().split('\n').mid(1)) {
+        if (!line.isEmpty())
+            names += QUrl::fromPercentEncoding(line);
+    }
+    return names;
 }
 
 QString FailedTestCases::write(const QStringList &testCases) const
@@ -48,9 +60,9 @@ QString FailedTestCases::write(const QStringList &testCases) const
     QDir().mkpath(QFileInfo(m_fileName).path());
     QSaveFile file(m_fileName);
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(QByteArray("# ") + m_suitePath.toUtf8() + '\n');
+        file.write("# " + asLine(m_suitePath));
         for (const QString &testCase : testCases)
-            file.write(testCase.toUtf8() + '\n');
+            file.write(asLine(testCase));
         if (file.commit())
             return {};
     }

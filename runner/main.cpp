@@ -27,6 +27,15 @@ void setPrefix()
                                                   QStringLiteral("/.."))));
 }
 
+// The runner changes its directory on the way.
+void makeSettingsDirAbsolute()
+{
+    const char name[] = "MORVEX_USER_SETTINGS_DIR";
+    if (!qEnvironmentVariableIsEmpty(name))
+        qputenv(name, QFile::encodeName(
+                          QDir::current().absoluteFilePath(QFile::decodeName(qgetenv(name)))));
+}
+
 // Only a test case has use for windows, and their start costs time.
 std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv,
                                                   const RunnerOptions &options)
@@ -54,7 +63,7 @@ int usageError(const QString &error)
 int repairReport(const QString &directory)
 {
     const WebReportRepair repair = repairWebReport(directory);
-    printMessage(repair.message);
+    printMessage(repair.error.isEmpty() ? repair.message : repair.error);
     return repair.error.isEmpty() ? ExitPassed : ExitUnusable;
 }
 
@@ -86,15 +95,17 @@ int main(int argc, char **argv)
 {
     std::setlocale(LC_ALL, "");
     QStringList arguments;
-    for (int i = 1; i < argc; ++i)
+    for (int i = 0; i < argc; ++i)
         arguments += QString::fromLocal8Bit(argv[i]);
-    const CommandLine commandLine = parseCommandLine(arguments);
+    CommandLine commandLine = parseCommandLine(arguments.mid(1));
+    commandLine.options.commandLine = arguments;
     // The toolkit has options of its own, which are none of the runner.
     argc = 1;
     const auto application = makeApplication(argc, argv, commandLine.options);
     // The names of temporary directories are made of it.
     std::srand(QRandomGenerator::global()->generate());
     setPrefix();
+    makeSettingsDirAbsolute();
     setVariables(commandLine.options);
     return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);
 }

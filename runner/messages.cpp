@@ -1,7 +1,6 @@
 #include "runner/messages.h"
 
-#include <QRegularExpression>
-
+#include <algorithm>
 #include <cstdio>
 
 namespace Morvex {
@@ -18,8 +17,10 @@ void printLine(const QString &text)
 
 QString shellQuoted(const QString &text)
 {
-    static const QRegularExpression plain(QStringLiteral("^[\\w@%+=:,./~-]+$"));
-    if (plain.match(text).hasMatch())
+    const auto isPlain = [](QChar character) {
+        return character.isLetterOrNumber() || QStringLiteral("_@%+=:,./-").contains(character);
+    };
+    if (!text.isEmpty() && std::all_of(text.begin(), text.end(), isPlain))
         return text;
     QString quoted = text;
     quoted.replace(QLatin1Char('\''), QLatin1String("'\\''"));

@@ -13,6 +13,8 @@ struct RunnerOptions
     enum class Action { Run, List, RepairReport, Help, Version };
 
     Action action = Action::Run;
+    /// The program and all of its arguments as they were given.
+    QStringList commandLine;
     /// Empty: run a single test case of the suite in the current directory.
     QString suiteDirectory;
     QStringList reportGenerators;

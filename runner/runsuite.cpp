@@ -43,6 +43,7 @@ private:
     QString prepare();
     QString applyOptions();
     QString checkTags() const;
+    QString checkResultDir() const;
     QString checkNames(const QStringList &names) const;
     QString chooseFailedTestCases();
     int list();
@@ -50,6 +51,7 @@ private:
     int finish(const TestResult &result);
     void keepFailedTestCases(bool endedEarly) const;
     void printOutcome() const;
+    QString rerunCommand() const;
     void printSlowest() const;
     void printTimed(const QString &counts) const;
     unsigned int randomSeed() const;
@@ -88,8 +90,9 @@ QString SuiteRunner::prepare()
     if (m_suite->hasConfigLoadError())
         return QStringLiteral("cannot load the suite '%1': %2")
             .arg(given, m_suite->configLoadErrorMsg().trimmed());
-    for (const QString &error : {applyOptions(), checkTags(), checkNames(m_options.testCases),
-                                 checkNames(m_options.skippedTestCases)}) {
+    for (const QString &error :
+         {applyOptions(), checkTags(), checkResultDir(), checkNames(m_options.testCases),
+          checkNames(m_options.skippedTestCases)}) {
         if (!error.isEmpty())
             return error;
     }
@@ -109,11 +112,19 @@ QString SuiteRunner::applyOptions()
     for (const QString &word : m_options.aut)
         aut += word.contains(QLatin1Char(' ')) ? QLatin1Char('"') + word + QLatin1Char('"') : word;
     m_suite->setAutOverride(aut.join(QLatin1Char(' ')));
-    if (m_options.envVarFile.isEmpty())
+    if (!m_options.envVarFile.isEmpty())
+        m_suite->setEnvVarFileName(QFileInfo(m_options.envVarFile).absoluteFilePath());
+    // That of suite.conf may be missing, one that was asked for may not.
+    const QString path = m_suite->envVarFileName();
+    const bool isWanted = !m_options.envVarFile.isEmpty() || QFile::exists(path);
+    return isWanted && !path.isEmpty() ? readEnvironmentFile(path, false) : QString();
+}
+
+QString SuiteRunner::checkResultDir() const
+{
+    if (m_options.resultDir.isEmpty() || QDir().mkpath(m_options.resultDir))
         return {};
-    const QString path = QFileInfo(m_options.envVarFile).absoluteFilePath();
-    m_suite->setEnvVarFileName(path);
-    return readEnvironmentFile(path, false);
+    return QStringLiteral("--resultdir: cannot create the directory '%1'").arg(m_options.resultDir);
 }
 
 QString SuiteRunner::checkTags() const
@@ -261,8 +272,18 @@ void SuiteRunner::printOutcome() const
     if (m_outcome.testCaseCount() == 0)
         printMessage(QStringLiteral("warning: no test case was run"));
     if (!failed.isEmpty())
-        printLine(QStringLiteral("run just the failed ones again: morvexrunner --rerun-failed %1")
-                      .arg(shellQuoted(m_options.suiteDirectory)));
+        printLine(QLatin1String("run just the failed ones again: ") + rerunCommand());
+}
+
+// The same command line with --rerun-failed, so that the test cases run as they did.
+QString SuiteRunner::rerunCommand() const
+{
+    QStringList words;
+    for (const QString &word : m_options.commandLine)
+        words += shellQuoted(word);
+    if (!m_options.rerunFailed)
+        words.insert(1, QStringLiteral("--rerun-failed"));
+    return words.join(QLatin1Char(' '));
 }
 
 void SuiteRunner::printSlowest() const

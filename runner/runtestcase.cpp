@@ -5,6 +5,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/scripttestcase.h"
+#include "test/rawreportgenerator.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
@@ -58,10 +59,15 @@ int runTestCase(const RunnerOptions &options)
     RunOutcome outcome;
     result.setObserver([&outcome](const TestResult::Entry &entry) { outcome.add(entry); });
     const QDir suiteDir = QDir::current();
-    ScriptTestCase testCase(&result, suiteDir.absoluteFilePath(options.testCases.constFirst()),
-                            {suiteDir.absolutePath(), resultDir, options.scriptArguments,
-                             options.snoozeFactor, options.aut, options.objectMap});
+    ScriptTestCase testCase(
+        &result, QDir::cleanPath(suiteDir.absoluteFilePath(options.testCases.constFirst())),
+        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor,
+         options.aut, options.objectMap});
     testCase.run(true);
+    // The parent must not take what it got for all there was.
+    const auto *stream = dynamic_cast<const RawReportGenerator *>(created.generator);
+    if (stream && stream->hasLostEntries())
+        return ExitUnusable;
     return outcome.hasFailure() ? ExitFailed : ExitPassed;
 }
 

@@ -55,6 +55,9 @@ ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
 
 void ScriptApi::install(QObject *application, QObject *verification)
 {
+    // The script that runs can't be included by itself.
+    m_including.append(
+        QFileInfo(m_context.testCaseDir + QLatin1String("/script.js")).canonicalFilePath());
     initializeResources();
     QFile file(QStringLiteral(":/morvexrunner/scriptapi.js"));
     if (!file.open(QIODevice::ReadOnly))
@@ -138,6 +141,8 @@ void ScriptApi::attach(const QString &file, const QString &message)
 
 QString ScriptApi::existingPath(const QString &file) const
 {
+    if (file.isEmpty())
+        return {};
     for (const QString &dir : {m_context.testCaseDir, m_context.suiteDir}) {
         const QString path = QDir(dir).absoluteFilePath(file);
         if (QFile::exists(path))
@@ -154,6 +159,10 @@ QString ScriptApi::targetPath(const QString &file) const
 
 bool ScriptApi::readTextFile(const QString &file, QString *path, QString *text)
 {
+    if (file.isEmpty()) {
+        throwError(QStringLiteral("cannot read a file without a name"));
+        return false;
+    }
     *path = targetPath(file);
     QFile source(*path);
     if (!source.open(QIODevice::ReadOnly)) {
@@ -174,6 +183,10 @@ QString ScriptApi::readFile(const QString &file)
 
 void ScriptApi::writeFile(const QString &file, const QString &text)
 {
+    if (file.isEmpty()) {
+        throwError(QStringLiteral("cannot write a file without a name"));
+        return;
+    }
     QSaveFile target(targetPath(file));
     if (!target.open(QIODevice::WriteOnly) || target.write(text.toUtf8()) < 0 || !target.commit())
         throwError(QStringLiteral("cannot write '%1': %2").arg(file, target.errorString()));
@@ -223,6 +236,7 @@ QJSValue ScriptApi::include(const QString &file)
     QString program;
     if (!readTextFile(file, &path, &program))
         return {};
+    path = QFileInfo(path).canonicalFilePath();
     if (m_including.contains(path)) {
         throwError(QStringLiteral("include: '%1' includes itself").arg(file));
         return {};

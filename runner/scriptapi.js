@@ -3,24 +3,80 @@
     "use strict";
 
     function text(value) {
-        if (value === undefined || value === null)
-            return "";
-        return typeof value === "string" ? value : show(value);
+        return value === undefined || value === null ? "" : show(value);
     }
 
-    // How a report shows a value.
+    var tagOf = Function.prototype.call.bind(Object.prototype.toString);
+
+    // The parts of a structure that JSON would hide.
+    function shownParts(value) {
+        switch (tagOf(value)) {
+        case "[object Map]":
+            return "Map " + JSON.stringify(Array.from(value.entries()));
+        case "[object Set]":
+            return "Set " + JSON.stringify(Array.from(value.values()));
+        case "[object Array]":
+        case "[object Object]":
+            return JSON.stringify(value);
+        default:
+            return String(value);
+        }
+    }
+
+    // How a report shows a value. Never fails.
     function show(value) {
         if (typeof value === "string")
             return value;
-        if (typeof value === "object" && value !== null && !(value instanceof Error)) {
-            try {
-                return JSON.stringify(value);
-            } catch (error) {
-                // A structure that holds itself.
-                return String(value);
-            }
+        try {
+            return typeof value === "object" && value !== null ? shownParts(value) : String(value);
+        } catch (error) {
+            return tagOf(value);
         }
-        return String(value);
+    }
+
+    function haveSameMembers(a, b, depth) {
+        if (a.length !== b.length)
+            return false;
+        var keys = Object.keys(a);
+        return keys.length === Object.keys(b).length && keys.every(function (key) {
+            return Object.prototype.hasOwnProperty.call(b, key) && isSame(a[key], b[key], depth + 1);
+        });
+    }
+
+    function haveSameEntries(a, b, depth) {
+        var left = Array.from(a.entries());
+        var right = Array.from(b.entries());
+        return left.length === right.length && left.every(function (entry) {
+            return right.some(function (other) {
+                return isSame(entry, other, depth + 1);
+            });
+        });
+    }
+
+    function areSameObjects(a, b, depth) {
+        switch (tagOf(a)) {
+        case "[object Date]":
+        case "[object Number]":
+        case "[object String]":
+        case "[object Boolean]":
+            return isSame(a.valueOf(), b.valueOf(), depth + 1);
+        case "[object RegExp]":
+            return String(a) === String(b);
+        case "[object Error]":
+            return a.name === b.name && a.message === b.message;
+        case "[object Map]":
+        case "[object Set]":
+            return haveSameEntries(a, b, depth);
+        case "[object ArrayBuffer]":
+            return haveSameMembers(new Uint8Array(a), new Uint8Array(b), depth);
+        case "[object Array]":
+        case "[object Object]":
+            return haveSameMembers(a, b, depth);
+        default:
+            if (ArrayBuffer.isView(a))
+                return haveSameMembers(Array.from(a), Array.from(b), depth);
+            throw new TypeError("check.equal can't compare values like " + tagOf(a));
+        }
     }
 
     function isSame(a, b, depth) {
@@ -30,14 +86,7 @@
             return false;
         if (depth > 100)
             throw new RangeError("check.equal: the values are nested too deep");
-        if (a instanceof Date && b instanceof Date)
-            return a.getTime() === b.getTime();
-        if (Array.isArray(a) !== Array.isArray(b))
-            return false;
-        var keys = Object.keys(a);
-        return keys.length === Object.keys(b).length && keys.every(function (key) {
-            return Object.prototype.hasOwnProperty.call(b, key) && isSame(a[key], b[key], depth + 1);
-        });
+        return tagOf(a) === tagOf(b) && areSameObjects(a, b, depth);
     }
 
     function isInt32(value) {
@@ -103,10 +152,11 @@
             var same = isSame(actual, expected, 0);
             var shownExpected = show(expected);
             var shownActual = show(actual);
-            // The text 5 and the number 5 look alike.
+            // The text 5 and the number 5 look alike, as do members that JSON leaves out.
             if (!same && shownExpected === shownActual) {
                 shownExpected += " (" + typeof expected + ")";
-                shownActual += " (" + typeof actual + ")";
+                shownActual += " (" + (typeof actual === typeof expected ? "another " : "")
+                    + typeof actual + ")";
             }
             native.compareTexts(same, shownExpected, shownActual, message(title), expectFail);
             return same;

@@ -10,6 +10,9 @@
 namespace Morvex {
 namespace {
 
+// Of each end of a stack that overflowed.
+const std::ptrdiff_t framesKept = 25;
+
 const QLatin1String internalSource("morvex:internal");
 
 LineInfo lineOf(const QV4::StackFrame &frame)
@@ -32,6 +35,8 @@ std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
         if (frame.line > 0 && frame.source != internalSource)
             lines.push_back(lineOf(frame));
     }
+    if (static_cast<std::ptrdiff_t>(lines.size()) > 2 * framesKept)
+        lines.erase(lines.begin() + framesKept, lines.end() - framesKept);
     return lines;
 }
 

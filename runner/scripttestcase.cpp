@@ -4,6 +4,8 @@
 #include "runner/scriptverification.h"
 #include "test/testresult.h"
 
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
@@ -25,6 +27,14 @@ QString thrownText(const QJSValue &value)
     // What a script throws may have a toString that throws in turn.
     const QString text = value.toString();
     return text.isEmpty() ? QStringLiteral("(a value without a text)") : text;
+}
+
+// What promises have left to do comes as events, and may lead to more of them. A chain without end
+// is a script without end.
+void keepPromises()
+{
+    while (QAbstractEventDispatcher::instance()->hasPendingEvents())
+        QCoreApplication::sendPostedEvents();
 }
 
 QString stackText(const std::vector<LineInfo> &stack)
@@ -92,6 +102,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
                    m_options.scriptArguments, m_options.snoozeFactor});
     api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
+    keepPromises();
     if (!outcome.hasThrown)
         return;
     std::vector<LineInfo> stack = outcome.stack;

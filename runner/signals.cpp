@@ -20,13 +20,22 @@ void handleSignal(int)
     signalledCancellation->request();
 }
 
+// A closed terminal ends a run like a request.
+const int signalNumbers[] = {SIGINT, SIGTERM, SIGHUP};
+
 void setHandler(void (*handler)(int))
 {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    ::sigaction(SIGINT, &action, nullptr);
-    ::sigaction(SIGTERM, &action, nullptr);
+    for (const int number : signalNumbers) {
+        struct sigaction before = {};
+        ::sigaction(number, nullptr, &before);
+        // As of a program that was started with nohup.
+        if (before.sa_handler == SIG_IGN)
+            continue;
+        struct sigaction action = {};
+        action.sa_handler = handler;
+        action.sa_flags = SA_RESTART;
+        ::sigaction(number, &action, nullptr);
+    }
 }
 
 } // namespace

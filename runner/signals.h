@@ -4,8 +4,8 @@ namespace Morvex {
 
 class Cancellation;
 
-/// As long as it lives, SIGINT and SIGTERM request the cancellation; a second signal kills what
-/// runs and ends the process with status 130. One object at a time.
+/// As long as it lives, SIGINT, SIGTERM and SIGHUP request the cancellation; a second signal kills
+/// what runs and ends the process with status 130. One object at a time.
 class CancelOnSignals
 {
 public:

@@ -1,14 +1,19 @@
 #include "shared/xmlguard.h"
 
-#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QXmlStreamReader>
 
+#include <algorithm>
 #include <cctype>
+#include <cstdio>
+#include <memory>
 #include <tinyxml.h>
 
 namespace Morvex {
 namespace {
+
+const int maxAttributes = 5000;
 
 // The text with one character a byte, which keeps the markup and can't fail, and without the
 // control characters and references that a strict parser stops at.
@@ -39,29 +44,61 @@ bool hasMoreStartTagsThan(const std::string &xml, int limit)
     return tags > limit;
 }
 
-// -1 when parsers may differ in what they make of the text.
-int depthOf(const std::string &xml, int maxDepth)
+// What a strict reader finds in a text.
+struct Shape
+{
+    // False when parsers may differ in what they make of the text.
+    bool isCertain = true;
+    int depth = 0;
+    int mostAttributes = 0;
+};
+
+Shape shapeOf(const std::string &xml)
 {
     QXmlStreamReader reader(asMarkup(xml));
     reader.setNamespaceProcessing(false);
+    Shape shape;
     int depth = 0;
-    int deepest = 0;
-    while (!reader.atEnd() && deepest <= maxDepth) {
+    while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement:
-            deepest = qMax(deepest, ++depth);
+            shape.depth = qMax(shape.depth, ++depth);
+            shape.mostAttributes = qMax(shape.mostAttributes, reader.attributes().size());
             break;
         case QXmlStreamReader::EndElement:
             --depth;
             break;
         case QXmlStreamReader::DTD:
         case QXmlStreamReader::ProcessingInstruction:
-            return -1;
+            shape.isCertain = false;
+            return shape;
         default:
             break;
         }
     }
-    return reader.hasError() ? -1 : deepest;
+    shape.isCertain = !reader.hasError();
+    return shape;
+}
+
+// The parser looks through all attributes of an element for each one.
+bool hasTooManyAttributes(const std::string &xml)
+{
+    if (std::count(xml.begin(), xml.end(), '=') <= maxAttributes)
+        return false;
+    const Shape shape = shapeOf(xml);
+    return !shape.isCertain || shape.mostAttributes > maxAttributes;
+}
+
+// The parser steps over a character by the length that its first byte tells, and so over the end.
+bool endsWithinCharacter(const std::string &xml)
+{
+    for (std::size_t behind = 1; behind <= 3 && behind <= xml.size(); ++behind) {
+        const auto byte = static_cast<unsigned char>(xml[xml.size() - behind]);
+        const std::size_t length = byte >= 0xf0 ? 4 : byte >= 0xe0 ? 3 : byte >= 0xc0 ? 2 : 1;
+        if (length > behind)
+            return true;
+    }
+    return false;
 }
 
 // Texts that the parser does not survive, or not in reasonable time.
@@ -71,6 +108,10 @@ QString refusal(const std::string &xml)
         return QStringLiteral("The document holds a zero byte.");
     if (xmlNestsDeeperThan(xml, maxXmlDepth))
         return QStringLiteral("The elements are nested deeper than %1 levels.").arg(maxXmlDepth);
+    if (endsWithinCharacter(xml))
+        return QStringLiteral("The document ends within a character.");
+    if (hasTooManyAttributes(xml))
+        return QStringLiteral("An element has more than %1 attributes.").arg(maxAttributes);
     return {};
 }
 
@@ -86,8 +127,8 @@ bool xmlNestsDeeperThan(const std::string &xml, int maxDepth)
     // Most documents have not even as many tags.
     if (!hasMoreStartTagsThan(xml, maxDepth))
         return false;
-    const int depth = depthOf(xml, maxDepth);
-    return depth < 0 || depth > maxDepth;
+    const Shape shape = shapeOf(xml);
+    return !shape.isCertain || shape.depth > maxDepth;
 }
 
 QString parseXml(const std::string &xml, TiXmlDocument *document)
@@ -102,13 +143,20 @@ QString parseXml(const std::string &xml, TiXmlDocument *document)
 QString loadXmlFile(const QString &path, TiXmlDocument *document)
 {
     QFile file(path);
-    if (file.open(QIODevice::ReadOnly)) {
-        const QString error = refusal(file.readAll().toStdString());
-        if (!error.isEmpty())
-            return error;
-    }
-    // What can't be opened is the parser's to report.
-    document->LoadFile(QFile::encodeName(QDir::toNativeSeparators(path)).constData());
+    // A directory and a pipe can be opened, too.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        return QStringLiteral("Failed to open file");
+    const std::string xml = file.readAll().toStdString();
+    const QString error = refusal(xml);
+    if (!error.isEmpty())
+        return error;
+    // The parser gets the bytes that were looked at, and reads them as it reads files.
+    const std::unique_ptr<std::FILE, decltype(&std::fclose)> stream(
+        ::fmemopen(const_cast<char *>(xml.data()), xml.size(), "rb"), &std::fclose);
+    if (stream && !xml.empty())
+        document->LoadFile(stream.get());
+    else
+        document->Parse(xml.c_str());
     return errorText(*document);
 }
 

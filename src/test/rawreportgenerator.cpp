@@ -73,12 +73,14 @@ QIODeviceResult RawReportGenerator::videoOutput(const QString &name)
 void RawReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
     if (m_socket->state() != QLocalSocket::ConnectedState) {
+        m_hasLostEntries = true;
         qCDebug(traceReportGenerator)
             << "cannot write on unconnected socket, state:" << m_socket->state();
         return;
     }
     if (send(entry))
         return;
+    m_hasLostEntries = true;
     std::fputs("RawReportGenerator: failed to send testresult entry to testsuite morvexrunner\n",
                stderr);
     m_socket->disconnectFromServer();

@@ -21,6 +21,9 @@ public:
 
     void generateSummary() override;
 
+    /// Whether an entry could not be sent: the parent's log lacks it and all behind it.
+    bool hasLostEntries() const { return m_hasLostEntries; }
+
     /// A device of type RawStreamOutput.
     QIODeviceResult videoOutput(const QString &name) override;
 
@@ -34,6 +37,7 @@ private:
 
     QString m_socketName;
     std::unique_ptr<QLocalSocket> m_socket;
+    bool m_hasLostEntries = false;
     // Kept for its memory, some of which is reserved: without that it would be freed when emptied.
     QByteArray m_datagram;
 };

@@ -23,6 +23,7 @@ const int terminateTimeoutMs = 3000;
 const int killTimeoutMs = 1000;
 const int disconnectTimeoutMs = 30000;
 const int probeTimeoutMs = 1000;
+const int maxLateConnections = 100;
 // What a timer of milliseconds can hold; three weeks and more.
 const int maxTimeoutSeconds = std::numeric_limits<int>::max() / 1000;
 
@@ -261,7 +262,7 @@ void TestCaseRun::readFromReportConnection()
 // A short-lived child may end before the event loop got to its connection.
 void TestCaseRun::takeLateConnections()
 {
-    if (!m_reportConnection && m_reportServer.waitForNewConnection(0) && !m_reportConnection)
+    for (int i = 0; i < maxLateConnections && m_reportServer.waitForNewConnection(0); ++i)
         newReportConnection();
     m_reportServer.close();
 }

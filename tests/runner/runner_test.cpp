@@ -184,6 +184,56 @@ TEST_F(RunnerTest, JustTheFailedTestCasesRunAgain)
               "morvexrunner: no test case failed in the last run, nothing to do\n");
 }
 
+TEST_F(RunnerTest, TheRerunCommandCanBePastedWhateverTheNamesAre)
+{
+    RunnerProcess odd;
+    odd.addTestCase("tst_new\nline 'x' %41", "check.that(file.exists('works'), 'm');");
+    const RunnerOutput first =
+        odd.run({"--envvar", "A=b c", "--reportgen", "null", odd.suitePath() + "/../suite/."});
+    const QByteArray marker = "run just the failed ones again: ";
+    const QByteArray command =
+        first.standardError.mid(first.standardError.indexOf(marker) + marker.size()).trimmed();
+    odd.addFile("tst_new\nline 'x' %41/works", "");
+    QProcess shell;
+    shell.setProcessEnvironment(odd.environment);
+    shell.start("/bin/sh", {"-c", command});
+    ASSERT_TRUE(shell.waitForFinished(60000));
+    const QByteArray error = shell.readAllStandardError();
+    EXPECT_EQ(shell.exitCode(), 0) << command.constData() << error.constData();
+    EXPECT_TRUE(error.contains("1 test cases, 0 failed")) << error.constData();
+}
+
+TEST_F(RunnerTest, ARelativeSettingsDirectoryIsThatOfTheCaller)
+{
+    addMendable("tst_a");
+    runner.environment.insert("MORVEX_USER_SETTINGS_DIR", "relative");
+    EXPECT_EQ(runner.runSuite({}).status, 1);
+    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})), QStringList("tst_a"));
+    EXPECT_FALSE(QFile::exists(runner.suitePath() + "/relative"));
+}
+
+TEST_F(RunnerTest, ADirectoryInPlaceOfMetadataIsAnError)
+{
+    addPassing({"tst_a"});
+    QDir(runner.suitePath()).mkdir("config.xml");
+    const RunnerOutput output = runner.runSuite({});
+    EXPECT_EQ(output.status, 2);
+    EXPECT_TRUE(output.standardError.contains("config.xml: Failed to open file"));
+}
+
+TEST_F(RunnerTest, WhatTheScriptsNeedIsCheckedBeforeTheRun)
+{
+    addPassing({"tst_a"});
+    runner.addFile("suite.conf", "ENVVARS = env");
+    runner.addFile("env", "no assignment");
+    const RunnerOutput output = runner.runSuite({});
+    EXPECT_EQ(output.status, 2);
+    EXPECT_TRUE(output.standardError.contains("/env:1: expected NAME=VALUE"));
+    QFile::remove(runner.suitePath() + "/env");
+    EXPECT_EQ(runner.runSuite({}).status, 0);
+    EXPECT_EQ(runner.runSuite({"--resultdir", "/proc/none"}).status, 2);
+}
+
 TEST_F(RunnerTest, FailedTestCasesThatWereNotReachedStayOnTheList)
 {
     addMendable("tst_a");

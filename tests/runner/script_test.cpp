@@ -49,6 +49,67 @@ TEST_F(ScriptTest, ChecksAndTheirTexts)
     EXPECT_EQ(output.status, 1);
 }
 
+TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
+{
+    const char *const different[] = {
+        "new Set([1]), new Set([2])",
+        "new Map([[1, 2]]), new Map()",
+        "new Map([[1, {a: 2}]]), new Map([[1, {a: 3}]])",
+        "new Error('a'), new Error('b')",
+        "new Error('a'), new TypeError('a')",
+        "/a/, /b/",
+        "new Date(5), {}",
+        "new Date(5), new Date(6)",
+        "new Array(3), []",
+        "new Number(1), new Number(2)",
+        "new ArrayBuffer(3), new ArrayBuffer(9)",
+        "new Uint8Array([1]), new Uint8Array([2])",
+        "[], {}",
+        "{a: undefined}, {b: undefined}",
+        "{a: NaN}, {a: null}",
+        "function () {}, function () {}",
+    };
+    const char *const same[] = {
+        "new Set([1, {a: 2}]), new Set([{a: 2}, 1])",
+        "new Map([[1, [2]]]), new Map([[1, [2]]])",
+        "new Date(5), new Date(5)",
+        "new Error('a'), new Error('a')",
+        "/a/g, /a/g",
+        "new Uint8Array([1]), new Uint8Array([1])",
+        "{a: undefined}, {a: undefined}",
+    };
+    QByteArray script;
+    for (const char *values : different)
+        script += "check.equal(" + QByteArray(values) + ", 'm');\n";
+    const QStringList failed = results(script);
+    ASSERT_EQ(failed.size(), int(std::size(different)));
+    for (int i = 0; i < failed.size(); ++i)
+        EXPECT_EQ(failed[i].indexOf("FAIL m|Expected "), 0)
+            << different[i] << ": " << failed[i].toStdString();
+    script.clear();
+    for (const char *values : same)
+        script += "check.equal(" + QByteArray(values) + ", 'm');\n";
+    const QStringList passed = results(script);
+    ASSERT_EQ(passed.size(), int(std::size(same)));
+    for (int i = 0; i < passed.size(); ++i)
+        EXPECT_EQ(passed[i].indexOf("PASS m|"), 0) << same[i];
+}
+
+TEST_F(ScriptTest, PromisesAreKeptBeforeTheTestCaseEnds)
+{
+    EXPECT_EQ(results("Promise.resolve(1).then(function (v) { check.equal(v, 2, 'm');\n"
+                      "  return v; }).then(function (v) { log.info('then'); });"),
+              (QStringList{"FAIL m|Expected 2, got 1.", "LOG then|"}));
+}
+
+TEST_F(ScriptTest, ALogCallNeverFailsOnItsArgument)
+{
+    EXPECT_EQ(
+        results("var q = Object.create(null); q.q = q; log.info(q);\n"
+                "log.info(new Map([[1, 2]])); log.info(/a/); log.info(Symbol('s'));"),
+        (QStringList{"LOG [object Object]|", "LOG Map [[1,2]]|", "LOG /a/|", "LOG Symbol(s)|"}));
+}
+
 TEST_F(ScriptTest, ExpectedFailuresAndMisspelledOptions)
 {
     EXPECT_EQ(results("check.that(false, 'm', {expectFail: true});"),
@@ -125,8 +186,10 @@ TEST_F(ScriptTest, AnExceptionKeepsTheStackOfTheIncludedFile)
                                                runner.suitePath() + "/bad.js:3" + "\\n  at " +
                                                runner.suitePath() + "/tst_s/script.js:2"}));
     runner.addFile("tst_s/self.js", "include('self.js');");
-    EXPECT_EQ(results("include('self.js');").value(0).section("\\n", 0, 0),
+    EXPECT_EQ(results("include('./self.js');").value(0).section("\\n", 0, 0),
               "ERROR Script error|Error: include: 'self.js' includes itself");
+    EXPECT_EQ(results("include('script.js');").value(0).section("\\n", 0, 0),
+              "ERROR Script error|Error: include: 'script.js' includes itself");
 }
 
 TEST_F(ScriptTest, FilesAreFoundInTheTestCaseThenInTheSuite)
@@ -137,10 +200,12 @@ TEST_F(ScriptTest, FilesAreFoundInTheTestCaseThenInTheSuite)
     EXPECT_EQ(results("log.info(file.read('both.txt')); log.info(file.read('suite.txt'));\n"
                       "file.write('new.txt', 'n'); file.write('suite.txt', 's');\n"
                       "log.info(file.exists('new.txt') + ' ' + file.exists('none'));\n"
+                      "log.info(file.exists('') + ' ' + file.exists());\n"
                       "try { file.read('none'); } catch (e) { log.info(e.message); }\n"
                       "try { file.write('no/dir/f', ''); } catch (e) { log.info('refused'); }"),
               (QStringList{"LOG case|", QString::fromUtf8("LOG suite grün|"), "LOG true false|",
-                           "LOG cannot read 'none': No such file or directory|", "LOG refused|"}));
+                           "LOG false false|", "LOG cannot read 'none': No such file or directory|",
+                           "LOG refused|"}));
     EXPECT_EQ(readFile(runner.suitePath() + "/tst_s/new.txt"), "n");
     EXPECT_EQ(readFile(runner.suitePath() + "/suite.txt"), "s");
 }

@@ -42,6 +42,20 @@ TEST(XmlGuardTest, WhatWouldOverrunTheParserIsRefused)
     }
 }
 
+TEST(XmlGuardTest, ATextThatEndsWithinACharacterIsNotReadBeyondItsEnd)
+{
+    for (const char *document : {"<a", "<a>", "<a b='c'/>", "<!--", ""}) {
+        for (const char *end : {"\xc3", "\xe2\x82", "\xe9", "\xf0\x9f\x98", "\xf4"}) {
+            TiXmlDocument parsed;
+            EXPECT_EQ(parseXml(std::string(document) + end, &parsed),
+                      "The document ends within a character.");
+        }
+        TiXmlDocument parsed;
+        EXPECT_NE(parseXml(std::string(document) + "\xe2\x82\xac", &parsed),
+                  "The document ends within a character.");
+    }
+}
+
 TEST(XmlGuardTest, LongAndFlatDocumentsPass)
 {
     const std::string documents[] = {

@@ -174,6 +174,7 @@ TEST(RawReportGeneratorTest, ALostParentDoesNotStopTheRun)
     });
     EXPECT_EQ(message, "RawReportGenerator: failed to send testresult entry to testsuite "
                        "morvexrunner\n");
+    EXPECT_TRUE(static_cast<RawReportGenerator *>(generator.get())->hasLostEntries());
 }
 
 namespace {

@@ -98,6 +98,8 @@ TEST_F(TestConfigTest, ErrorsSayWhatWasExpectedWhereAndChangeNothing)
         {"no xml", "Error document empty."},
         {"<testconfig>", "Error reading Element value."},
         {config(information + QByteArray("\0", 1)), "The document holds a zero byte."},
+        {config(information + "<a " + QByteArray("b='' ").repeated(6000) + "/>"),
+         "An element has more than 5000 attributes."},
         {config(information + QByteArray("<a>").repeated(200000)),
          "The elements are nested deeper than 500 levels."},
     };
