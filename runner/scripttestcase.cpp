@@ -1,11 +1,10 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/promises.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptverification.h"
 #include "test/testresult.h"
 
-#include <QAbstractEventDispatcher>
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
@@ -27,14 +26,6 @@ QString thrownText(const QJSValue &value)
     // What a script throws may have a toString that throws in turn.
     const QString text = value.toString();
     return text.isEmpty() ? QStringLiteral("(a value without a text)") : text;
-}
-
-// What promises have left to do comes as events, and may lead to more of them. A chain without end
-// is a script without end.
-void keepPromises()
-{
-    while (QAbstractEventDispatcher::instance()->hasPendingEvents())
-        QCoreApplication::sendPostedEvents();
 }
 
 QString stackText(const std::vector<LineInfo> &stack)

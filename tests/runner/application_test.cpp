@@ -66,6 +66,14 @@ TEST_F(ApplicationTest, ScriptsUseAnApplication)
             "PASS Verification|The condition holds."}));
 }
 
+TEST_F(ApplicationTest, AScriptEndsThoughItsApplicationHasMoreToDo)
+{
+    EXPECT_EQ(results("application.start('inventory'); find('countStock').click();\n"
+                      "Promise.resolve(find('state').get('text')).then(function (text) {\n"
+                      "return text; }).then(function (text) { check.equal(text, 'Counting'); });"),
+              QStringList("PASS Verification|Got expected 'Counting'."));
+}
+
 TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
 {
     const QByteArray start = "application.start('inventory'); ";
