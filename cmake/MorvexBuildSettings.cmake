@@ -47,3 +47,12 @@ if(MORVEX_COVERAGE)
     target_compile_options(morvex_settings INTERFACE --coverage)
     target_link_options(morvex_settings INTERFACE --coverage)
 endif()
+
+# morvex_has_windows(TARGET)
+#
+# For programs with a QApplication, so that leak checks see the leaks of this project alone.
+function(morvex_has_windows target)
+    if("address" IN_LIST MORVEX_SANITIZE)
+        target_sources(${target} PRIVATE "${PROJECT_SOURCE_DIR}/cmake/leaksuppressions.cpp")
+    endif()
+endfunction()

@@ -7,7 +7,7 @@ set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/morvex")
 
 target_include_directories(morvex INTERFACE "$<INSTALL_INTERFACE:${header_dir}>")
 
-install(TARGETS morvex EXPORT MorvexTargets
+install(TARGETS morvex morvex_objectmodel_qt EXPORT MorvexTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         COMPONENT runtime NAMELINK_COMPONENT devel)
 install(TARGETS morvexrunner RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
@@ -19,16 +19,28 @@ foreach(layer objectmodel shared test)
         COMPONENT devel
         FILES_MATCHING PATTERN "*.h"
         PATTERN "biffscan.h" EXCLUDE
+        PATTERN "comparisonapplication.h" EXCLUDE
         PATTERN "compoundfile.h" EXCLUDE
+        PATTERN "qt" EXCLUDE
         PATTERN "testcaserun.h" EXCLUDE
         PATTERN "testsuiterunoptions.h" EXCLUDE
+        PATTERN "vpdocument.h" EXCLUDE
+        PATTERN "vpimages.h" EXCLUDE
         PATTERN "xlscell.h" EXCLUDE
         PATTERN "xlsworkbook.h" EXCLUDE
         PATTERN "xlsxparts.h" EXCLUDE
         PATTERN "xmlguard.h" EXCLUDE
         PATTERN "zippart.h" EXCLUDE)
 endforeach()
-install(FILES "${PROJECT_BINARY_DIR}/generated/morvex_export.h" DESTINATION "${header_dir}"
+# Of the backend just what applications and runners need.
+install(FILES
+    "${PROJECT_SOURCE_DIR}/src/objectmodel/qt/applicationplugin.h"
+    "${PROJECT_SOURCE_DIR}/src/objectmodel/qt/qtinspector.h"
+    DESTINATION "${header_dir}/objectmodel/qt" COMPONENT devel)
+install(FILES
+    "${PROJECT_BINARY_DIR}/generated/morvex_export.h"
+    "${PROJECT_BINARY_DIR}/generated/morvex_objectmodel_qt_export.h"
+    DESTINATION "${header_dir}"
     COMPONENT devel)
 
 configure_package_config_file(

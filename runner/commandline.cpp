@@ -142,6 +142,8 @@ const std::vector<Option> &optionTable()
          flag(&O::stopOnFail)},
         {"--rerun-failed", "", "run just the test cases that failed in the last run", Section::Run,
          Takes::Nothing, flag(&O::rerunFailed)},
+        {"--learn", "", "replace the screenshots and tables of verification points that differ",
+         Section::Run, Takes::Nothing, flag(&O::learn)},
         {"--resultdir", "DIRECTORY", "copy attachments there, unless a report has such a directory",
          Section::Run, Takes::Value, text(&O::resultDir)},
         {"--snoozeFactor", "FACTOR", "stretch the pauses of scripts", Section::Run, Takes::Value,

@@ -2,6 +2,7 @@
 #include "runner/messages.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
+#include "runner/windowsystem.h"
 #include "test/webreportrepair.h"
 
 #include <QCoreApplication>
@@ -9,8 +10,10 @@
 #include <QFile>
 #include <QRandomGenerator>
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 using namespace Morvex;
 
@@ -33,9 +36,20 @@ void makeSettingsDirAbsolute()
                           QDir::current().absoluteFilePath(QFile::decodeName(qgetenv(name)))));
 }
 
-// The library looks at CLICOLOR alone.
-void setColorVariable()
+// Only a test case has use for windows, and their start costs time.
+std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv,
+                                                  const RunnerOptions &options)
 {
+    const bool isTestCase = options.suiteDirectory.isEmpty() && !options.testCases.isEmpty();
+    return isTestCase ? makeWindowApplication(argc, argv)
+                      : std::make_unique<QCoreApplication>(argc, argv);
+}
+
+void setVariables(const RunnerOptions &options)
+{
+    if (options.learn)
+        qputenv("MORVEX_LEARN_SCREENSHOTS", "1");
+    // The library looks at CLICOLOR alone.
     if (!qEnvironmentVariableIsEmpty("NO_COLOR") || qgetenv("TERM") == "dumb")
         qputenv("CLICOLOR", "0");
 }
@@ -79,13 +93,19 @@ int run(const RunnerOptions &options)
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
+    std::setlocale(LC_ALL, "");
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+    CommandLine commandLine = parseCommandLine(arguments.mid(1));
+    commandLine.options.commandLine = arguments;
+    // The toolkit has options of its own, which are none of the runner.
+    argc = 1;
+    const auto application = makeApplication(argc, argv, commandLine.options);
     // The names of temporary directories are made of it.
     std::srand(QRandomGenerator::global()->generate());
     setPrefix();
     makeSettingsDirAbsolute();
-    setColorVariable();
-    CommandLine commandLine = parseCommandLine(QCoreApplication::arguments().mid(1));
-    commandLine.options.commandLine = QCoreApplication::arguments();
+    setVariables(commandLine.options);
     return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);
 }

@@ -31,6 +31,7 @@ struct RunnerOptions
     unsigned int timeoutSeconds = 0;
     bool stopOnFail = false;
     bool rerunFailed = false;
+    bool learn = false;
     QStringList envVars;
     QString envVarFile;
     QStringList scriptArguments;

@@ -61,7 +61,8 @@ int runTestCase(const RunnerOptions &options)
     const QDir suiteDir = QDir::current();
     ScriptTestCase testCase(
         &result, QDir::cleanPath(suiteDir.absoluteFilePath(options.testCases.constFirst())),
-        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor});
+        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor,
+         options.aut, options.objectMap});
     testCase.run(true);
     // The parent must not take what it got for all there was.
     const auto *stream = dynamic_cast<const RawReportGenerator *>(created.generator);

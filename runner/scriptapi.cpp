@@ -53,7 +53,7 @@ ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
 {
 }
 
-void ScriptApi::install()
+void ScriptApi::install(QObject *application, QObject *verification)
 {
     // The script that runs can't be included by itself.
     m_including.append(
@@ -63,9 +63,12 @@ void ScriptApi::install()
     if (!file.open(QIODevice::ReadOnly))
         qFatal("The script API is missing in this executable");
     QJSEngine &engine = m_engine->engine();
-    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    for (QObject *object : {static_cast<QObject *>(this), application, verification})
+        QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
     QJSValue installer = m_engine->runInternal(QString::fromUtf8(file.readAll()));
-    const QJSValue outcome = installer.call({engine.newQObject(this), engine.globalObject()});
+    const QJSValue outcome =
+        installer.call({engine.newQObject(this), engine.newQObject(application),
+                        engine.newQObject(verification), engine.globalObject()});
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
 }

@@ -35,7 +35,8 @@ public:
     ScriptApi(ScriptEngine *engine, const Context &context);
 
     /// Defines the API in the global scope of the engine.
-    void install();
+    /// @p application and @p verification are what their calls go to; not owned.
+    void install(QObject *application, QObject *verification);
 
     Q_INVOKABLE void log(const QString &type, const QString &message, const QString &details);
     Q_INVOKABLE void check(bool passed, const QString &message, const QString &details,

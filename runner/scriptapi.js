@@ -1,5 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-(function (native, global) {
+(function (native, application, verification, global) {
     "use strict";
 
     function text(value) {
@@ -94,16 +94,28 @@
     }
 
     // A misspelled option must not turn an expected failure into a failure without a word.
-    function expectsFail(options) {
+    function knownOptions(options, names) {
         if (options === undefined || options === null)
-            return false;
+            return {};
         if (typeof options !== "object")
             throw new TypeError("options have to be an object like {expectFail: true}");
         Object.keys(options).forEach(function (key) {
-            if (key !== "expectFail")
+            if (names.indexOf(key) < 0)
                 throw new TypeError("unknown option '" + key + "'");
         });
-        return Boolean(options.expectFail);
+        return options;
+    }
+
+    function expectsFail(options) {
+        return Boolean(knownOptions(options, ["expectFail"]).expectFail);
+    }
+
+    function milliseconds(value, otherwise) {
+        if (value === undefined)
+            return otherwise;
+        if (!isInt32(value) || value < 0)
+            throw new TypeError("a time has to be a number of milliseconds, not " + show(value));
+        return value;
     }
 
     function message(value) {
@@ -154,7 +166,55 @@
         },
         fail: function (title, details) {
             native.check(false, message(title), text(details), false);
+        },
+        point: function (name, options) {
+            var known = knownOptions(options, ["delay", "expectFail", "record", "retry", "silent",
+                                               "stopOnFail"]);
+            if (known.record !== undefined && !(known.record instanceof DataRecord))
+                throw new TypeError("option 'record' has to be a record of a table of data.open");
+            var record = known.record ? known.record.source : {table: null, row: -1};
+            return verification.verify(text(name), {
+                delay: milliseconds(known.delay, 0),
+                expectFail: Boolean(known.expectFail),
+                retry: milliseconds(known.retry, 0),
+                silent: Boolean(known.silent),
+                stopOnFail: Boolean(known.stopOnFail)
+            }, record.table, record.row);
         }
+    };
+
+    global.application = {
+        start: function () {
+            var command = Array.prototype.map.call(arguments, text);
+            var error = application.start(command);
+            if (error !== "")
+                throw new Error("application.start: " + error);
+        },
+        stop: function () {
+            application.stop();
+        }
+    };
+
+    function FoundObject(object) {
+        this.get = function (property) {
+            return object.get(text(property));
+        };
+        this.set = function (property, value) {
+            object.set(text(property), value);
+        };
+        this.click = function (x, y) {
+            object.click(x, y);
+        };
+        this.type = function (keys) {
+            object.type(text(keys));
+        };
+        this.exists = function () {
+            return object.exists();
+        };
+    }
+
+    global.find = function (name, timeout) {
+        return new FoundObject(application.find(text(name), milliseconds(timeout, 10000)));
     };
 
     global.startSection = function (title, description) {
@@ -199,6 +259,7 @@
     function DataRecord(table, row) {
         // A list from outside is no array yet.
         this.values = Array.from(table.row(row));
+        Object.defineProperty(this, "source", {value: {table: table, row: row}});
         this.field = function (name) {
             var column = table.column(text(name));
             if (column < 0)

@@ -67,6 +67,11 @@ int ScriptData::count() const
     return m_dataSet->count();
 }
 
+const TestDataRecord *ScriptData::record(int index) const
+{
+    return m_dataSet->record(index);
+}
+
 QStringList ScriptData::row(int index) const
 {
     return valuesOf(m_dataSet->record(index));

@@ -8,6 +8,7 @@
 
 namespace Morvex {
 
+class TestDataRecord;
 class TestDataSet;
 
 /// A test data table as scriptapi.js sees it.
@@ -28,6 +29,8 @@ public:
     /// No property, which the engine would read anew for each element.
     Q_INVOKABLE QStringList fields() const;
     int count() const;
+    /// Null for an index out of range.
+    const TestDataRecord *record(int index) const;
     /// The values of a record.
     Q_INVOKABLE QStringList row(int index) const;
     /// -1 for a name that is no field.

@@ -1,8 +1,10 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/promises.h"
+#include "runner/scriptapplication.h"
+#include "runner/scriptverification.h"
 #include "test/testresult.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
@@ -24,16 +26,6 @@ QString thrownText(const QJSValue &value)
     // What a script throws may have a toString that throws in turn.
     const QString text = value.toString();
     return text.isEmpty() ? QStringLiteral("(a value without a text)") : text;
-}
-
-const int promiseRounds = 1000;
-
-// What promises have left to do comes as events, and may lead to more of them. Whether any are left
-// can't be asked: some wait for an event loop that never runs.
-void keepPromises()
-{
-    for (int round = 0; round < promiseRounds; ++round)
-        QCoreApplication::sendPostedEvents();
 }
 
 QString stackText(const std::vector<LineInfo> &stack)
@@ -63,17 +55,43 @@ void ScriptTestCase::execute()
     if (error.isEmpty())
         runScript(path, QString::fromUtf8(script.readAll()));
     else
-        result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), error,
-                            LineInfo(path, 0), QString(), -1);
+        addError(path, error);
+}
+
+void ScriptTestCase::addError(const QString &path, const QString &details)
+{
+    result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), details,
+                        LineInfo(path, 0), QString(), -1);
+}
+
+// Returns an error text, empty on success.
+QString ScriptTestCase::prepare(ScriptApplication *application) const
+{
+    // A suite names the file of its map also when it has none.
+    if (QFile::exists(m_options.objectMap)) {
+        const QString error = application->loadObjectMap(m_options.objectMap);
+        if (!error.isEmpty())
+            return error;
+    }
+    return m_options.application.isEmpty() ? QString() : application->start(m_options.application);
 }
 
 void ScriptTestCase::runScript(const QString &path, const QString &program)
 {
     ScriptEngine engine;
+    const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
+    ScriptApplication application(searchDirs);
+    const QString error = prepare(&application);
+    if (!error.isEmpty()) {
+        addError(path, error);
+        return;
+    }
+    ScriptVerification verification(&engine, result(),
+                                    ScriptRunner(result(), path, m_options.resultDir), searchDirs);
     ScriptApi api(&engine,
                   {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
                    m_options.scriptArguments, m_options.snoozeFactor});
-    api.install();
+    api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
     if (!outcome.hasThrown)

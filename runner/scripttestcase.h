@@ -6,6 +6,8 @@
 
 namespace Morvex {
 
+class ScriptApplication;
+
 /// A test case whose body is the file script.js in its directory.
 class ScriptTestCase : public TestCase
 {
@@ -16,6 +18,11 @@ public:
         QString resultDir;
         QStringList scriptArguments;
         double snoozeFactor = 0;
+        /// The name and the arguments of an application that is started before the script; may be
+        /// empty.
+        QStringList application;
+        /// Empty when the suite has none.
+        QString objectMap;
     };
 
     ScriptTestCase(TestResult *result, const QDir &dir, const Options &options);
@@ -24,6 +31,8 @@ public:
 
 private:
     void runScript(const QString &path, const QString &program);
+    QString prepare(ScriptApplication *application) const;
+    void addError(const QString &path, const QString &details);
 
     Options m_options;
 };

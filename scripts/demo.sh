@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds Morvex and runs the demo suite.
+# Installs what is missing, builds Morvex and runs the demo suites.
 # Usage: scripts/demo.sh [options of morvexrunner]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -21,3 +21,7 @@ build/demo/prefix/bin/morvexrunner --skip tst_skipped --timeout 2 --retry 1 \
     --reportgen stdout --reportgen "html,$report" "$@" examples/demo_suite || status=$?
 [ "$status" -eq 1 ] || exit "$status"
 echo "A web report of this run: $report/index.html"
+
+echo
+echo "An application with windows, compared with verification points:"
+build/demo/prefix/bin/morvexrunner examples/inventory_suite

@@ -1,0 +1,2 @@
+application.start("inventory");
+check.point("picture");

@@ -1,0 +1,91 @@
+#include "runner/scriptapplication.h"
+
+#include "objectmodel/qt/applicationplugin.h"
+#include "objectmodel/qt/qtinspector.h"
+#include "runner/scriptobject.h"
+#include "shared/environment.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEvent>
+#include <QFileInfo>
+#include <QPluginLoader>
+
+namespace Morvex {
+
+ScriptApplication::ScriptApplication(const QStringList &searchDirs)
+    : m_searchDirs(searchDirs)
+{
+    const QString prefix = QString::fromStdString(Environment::getVariable("MORVEX_PREFIX"));
+    m_searchDirs += prefix + QLatin1String("/lib/applications");
+}
+
+ScriptApplication::~ScriptApplication()
+{
+    stop();
+}
+
+QString ScriptApplication::loadObjectMap(const QString &fileName)
+{
+    const QString error = m_objectMap.load(fileName);
+    ObjectMap::install(&m_objectMap);
+    return error;
+}
+
+QString ScriptApplication::start(const QStringList &command)
+{
+    if (command.isEmpty())
+        return QStringLiteral("no application was named");
+    if (m_running)
+        return QStringLiteral("an application is running already");
+    const QString &name = command.constFirst();
+    const QString path = pluginPath(name);
+    if (path.isEmpty())
+        return QStringLiteral("there is no application '%1' in %2")
+            .arg(name, m_searchDirs.join(QLatin1String(", ")));
+    // Never unloaded: the object model keeps descriptions of the application's classes.
+    QPluginLoader loader(path);
+    auto *plugin = qobject_cast<ApplicationPlugin *>(loader.instance());
+    if (!plugin)
+        return loader.isLoaded() ? QStringLiteral("'%1' is a plugin of another kind").arg(path)
+                                 : loader.errorString();
+    if (!m_inspector) {
+        m_inspector = std::make_unique<QtInspector>();
+        Inspector::install(m_inspector.get());
+    }
+    const QString error = plugin->start(command.mid(1));
+    if (error.isEmpty())
+        m_running = plugin;
+    return error;
+}
+
+void ScriptApplication::stop()
+{
+    if (!m_running)
+        return;
+    m_running->stop();
+    m_running = nullptr;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QObject *ScriptApplication::find(const QString &name, int timeout)
+{
+    QString error = QStringLiteral("no application was started");
+    const SharedPtr<Object> object =
+        m_running ? m_inspector->waitForObject(name, timeout, &error) : SharedPtr<Object>();
+    return new ScriptObject(name, object, error);
+}
+
+QString ScriptApplication::pluginPath(const QString &name) const
+{
+    for (const QString &dir : m_searchDirs) {
+        for (const char *suffix : {"", ".so"}) {
+            const QString path = QDir(dir).absoluteFilePath(name + QLatin1String(suffix));
+            if (QFileInfo(path).isFile())
+                return path;
+        }
+    }
+    return {};
+}
+
+} // namespace Morvex

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "objectmodel/objectmap.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+namespace Morvex {
+
+class ApplicationPlugin;
+class QtInspector;
+
+/// The application under test of a test case, started inside this process. It is stopped at the
+/// end of this object's life. Needs a QApplication.
+class ScriptApplication : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p searchDirs are where files named by scripts are looked up.
+    explicit ScriptApplication(const QStringList &searchDirs);
+    ~ScriptApplication() override;
+
+    /// Names that begin with ":" are looked up in this file. Returns an error text, empty on
+    /// success.
+    QString loadObjectMap(const QString &fileName);
+
+    /// A name and arguments. The name is the path of a plugin or that of one of the installation.
+    /// Returns an error text, empty on success.
+    Q_INVOKABLE QString start(const QStringList &command);
+    Q_INVOKABLE void stop();
+
+    /// Waits for an object up to a time in milliseconds. The script owns the result, which is
+    /// never null.
+    Q_INVOKABLE QObject *find(const QString &name, int timeout);
+
+private:
+    QString pluginPath(const QString &name) const;
+
+    QStringList m_searchDirs;
+    ObjectMap m_objectMap;
+    std::unique_ptr<QtInspector> m_inspector;
+    ApplicationPlugin *m_running = nullptr;
+};
+
+} // namespace Morvex

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "objectmodel/object.h"
+
+#include <QJSValue>
+#include <QObject>
+#include <QString>
+
+namespace Morvex {
+
+/// What find gives to a script. Methods that can't do what they are told throw in the script.
+class ScriptObject : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A null @p object stands for one that was not found; @p error then says why.
+    ScriptObject(const QString &name, const SharedPtr<Object> &object, const QString &error);
+
+    /// The property at the end of a path of names, joined by dots.
+    Q_INVOKABLE QJSValue get(const QString &path);
+    Q_INVOKABLE void set(const QString &path, const QJSValue &value);
+    /// In the middle, unless both coordinates are numbers.
+    Q_INVOKABLE void click(const QJSValue &x, const QJSValue &y);
+    Q_INVOKABLE void type(const QString &text);
+    Q_INVOKABLE bool exists() const;
+
+private:
+    SharedPtr<Object> walk(const QStringList &steps);
+    void call(const QString &function, const QVariantList &arguments);
+    void fail(const QString &what);
+
+    QString m_name;
+    SharedPtr<Object> m_object;
+    QString m_error;
+};
+
+} // namespace Morvex

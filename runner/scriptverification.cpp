@@ -1,0 +1,79 @@
+#include "runner/scriptverification.h"
+
+#include "objectmodel/inspector.h"
+#include "runner/scriptdata.h"
+#include "runner/scriptengine.h"
+#include "test/objectnameresolverinterface.h"
+#include "test/testvp.h"
+
+#include <QDir>
+
+namespace Morvex {
+namespace {
+
+class LiveResolver : public ObjectNameResolverInterface
+{
+public:
+    SharedPtr<Object> resolve(const QString &objectName, QString *error) override
+    {
+        if (Inspector *inspector = Inspector::self())
+            return inspector->findObject(objectName, error);
+        if (error)
+            *error = QStringLiteral("No application was started.");
+        return {};
+    }
+
+    bool allowsSeveralObjects() const override { return false; }
+};
+
+VerificationOptions optionsOf(const QVariantMap &values)
+{
+    VerificationOptions options;
+    options.setFlag(VerificationOptions::SilentVerification,
+                    values.value(QStringLiteral("silent")).toBool());
+    options.setFlag(VerificationOptions::StopOnFail,
+                    values.value(QStringLiteral("stopOnFail")).toBool());
+    options.setRetryDuration(values.value(QStringLiteral("retry")).toInt());
+    // A widget can be asked for its picture at any time, so that nothing has to be waited for.
+    options.setScreenshotDelay(values.value(QStringLiteral("delay")).toInt());
+    return options;
+}
+
+} // namespace
+
+ScriptVerification::ScriptVerification(ScriptEngine *engine, TestResult *result,
+                                       const ScriptRunner &runner, const QStringList &searchDirs)
+    : m_engine(engine)
+    , m_result(result)
+    , m_runner(runner)
+    , m_searchDirs(searchDirs)
+{
+}
+
+bool ScriptVerification::verify(const QString &name, const QVariantMap &options, QObject *table,
+                                int row)
+{
+    const auto *data = qobject_cast<const ScriptData *>(table);
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    LiveResolver resolver;
+    const VPResult outcome = TestVP(name, pointPath(name))
+                                 .verify(m_result, stack, &m_runner, QString(), &resolver,
+                                         optionsOf(options), data ? data->record(row) : nullptr,
+                                         options.value(QStringLiteral("expectFail")).toBool());
+    if (outcome.summary() == VPResult::SummaryError)
+        m_result->addError(outcome.message(), outcome.details(), stack);
+    return outcome.summary() == VPResult::SummaryPassed;
+}
+
+QString ScriptVerification::pointPath(const QString &name) const
+{
+    const QString relative = QLatin1String("points/") + name + QLatin1String(".xml");
+    for (const QString &dir : m_searchDirs) {
+        const QString path = QDir(dir).absoluteFilePath(relative);
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    return QDir(m_searchDirs.value(0)).absoluteFilePath(relative);
+}
+
+} // namespace Morvex

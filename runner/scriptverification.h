@@ -1,0 +1,41 @@
+#pragma once
+
+#include "runner/scriptrunner.h"
+#include "test/testresult.h"
+
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+#include <vector>
+
+namespace Morvex {
+
+class ScriptEngine;
+
+/// Verification points for scripts.
+class ScriptVerification : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p searchDirs are where the directory "points" is looked up. Nothing is owned.
+    ScriptVerification(ScriptEngine *engine, TestResult *result, const ScriptRunner &runner,
+                       const QStringList &searchDirs);
+
+    /// Logs the results and returns whether all were as expected. @p table, a ScriptData, and
+    /// @p row give values to properties; null for none. The options have been checked.
+    Q_INVOKABLE bool verify(const QString &name, const QVariantMap &options, QObject *table,
+                            int row);
+
+private:
+    QString pointPath(const QString &name) const;
+
+    ScriptEngine *m_engine;
+    TestResult *m_result;
+    ScriptRunner m_runner;
+    QStringList m_searchDirs;
+};
+
+} // namespace Morvex

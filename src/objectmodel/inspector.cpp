@@ -1,0 +1,31 @@
+#include "objectmodel/inspector.h"
+
+namespace Morvex {
+namespace {
+
+Inspector *installed = nullptr;
+
+} // namespace
+
+Inspector::~Inspector()
+{
+    if (installed == this)
+        installed = nullptr;
+}
+
+Inspector *Inspector::self()
+{
+    return installed;
+}
+
+void Inspector::install(Inspector *inspector)
+{
+    installed = inspector;
+}
+
+SharedPtr<Object> Inspector::findObject(const QString &name, QString *error)
+{
+    return waitForObject(name, 0, error);
+}
+
+} // namespace Morvex

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "objectmodel/object.h"
+
+#include <vector>
+
+namespace Morvex {
+
+/// Arguments of a method.
+using ObjectList = std::vector<SharedPtr<Object>>;
+
+} // namespace Morvex

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+namespace Morvex {
+
+class QtModel;
+
+/// Calls the application side function of that name. Invalid on failure; @p error then has a text.
+QVariant callApplicationFunction(QtModel &model, const QString &name, const QVariantList &arguments,
+                                 QString *error);
+
+} // namespace Morvex

@@ -1,0 +1,161 @@
+#include "objectmodel/qt/elementdump.h"
+
+#include "objectmodel/qt/nameresolver.h"
+#include "objectmodel/qt/pictures.h"
+#include "objectmodel/qt/qtmodel.h"
+#include "objectmodel/qt/valueobject.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QDataStream>
+#include <QHash>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMetaProperty>
+#include <QWidget>
+
+namespace Morvex {
+namespace {
+
+// The version that the readers of dumps expect.
+const int streamVersion = QDataStream::Qt_4_9;
+
+const char *const identifyingNames[] = {"objectName", "text", "title", "windowTitle"};
+
+QString standardTypeOf(const QWidget *widget)
+{
+    if (widget->isWindow())
+        return QStringLiteral("window");
+    if (qobject_cast<const QAbstractButton *>(widget))
+        return QStringLiteral("button");
+    if (qobject_cast<const QLabel *>(widget))
+        return QStringLiteral("label");
+    if (qobject_cast<const QLineEdit *>(widget))
+        return QStringLiteral("edit");
+    if (qobject_cast<const QComboBox *>(widget))
+        return QStringLiteral("combobox");
+    if (qobject_cast<const QMenu *>(widget))
+        return QStringLiteral("menu");
+    if (qobject_cast<const QAbstractItemView *>(widget))
+        return QStringLiteral("table");
+    return {};
+}
+
+QString textOf(const QWidget *widget)
+{
+    for (const char *name : {"text", "title", "windowTitle"}) {
+        const QString text = widget->property(name).toString();
+        if (!text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
+QStringList superTypesOf(const QWidget *widget)
+{
+    QStringList names;
+    for (auto *type = widget->metaObject()->superClass(); type; type = type->superClass())
+        names += QString::fromLatin1(type->className());
+    return names;
+}
+
+QHash<QString, QString> propertiesOf(const QWidget *widget)
+{
+    QHash<QString, QString> properties;
+    for (int i = 0; i < widget->metaObject()->propertyCount(); ++i) {
+        const QMetaProperty property = widget->metaObject()->property(i);
+        const QString text = textOfValue(property.read(widget));
+        if (property.isStored(widget) && !text.isEmpty())
+            properties.insert(QString::fromLatin1(property.name()), text);
+    }
+    return properties;
+}
+
+QHash<QString, QString> identifyingPropertiesOf(const QWidget *widget)
+{
+    QHash<QString, QString> properties;
+    for (const char *name : identifyingNames) {
+        const QString text = widget->property(name).toString();
+        if (!text.isEmpty())
+            properties.insert(QLatin1String(name), text);
+    }
+    return properties;
+}
+
+class Writer
+{
+public:
+    Writer(QtModel &model, QByteArray *bytes)
+        : m_model(model)
+        , m_stream(bytes, QIODevice::WriteOnly)
+    {
+        m_stream.setVersion(streamVersion);
+    }
+
+    void writeTree(QWidget *root)
+    {
+        m_stream << 1;
+        writeElement(root, true);
+    }
+
+private:
+    void writeElement(QWidget *widget, bool isRoot)
+    {
+        writeTypes(widget);
+        m_stream << false << false << widget->isWindow();
+        m_stream << textOf(widget);
+        writeGeometry(widget, isRoot);
+        m_stream << grabWidget(widget);
+        m_stream << realNameOf(widget) << QString();
+        m_stream << propertiesOf(widget) << identifyingPropertiesOf(widget);
+        const int usedEvents = 0;
+        m_stream << usedEvents;
+        writeChildren(widget);
+    }
+
+    void writeTypes(QWidget *widget)
+    {
+        const QString type = QString::fromLatin1(widget->metaObject()->className());
+        m_stream << QString::number(m_model.registry().idOf(widget)) << standardTypeOf(widget);
+        m_stream << type << type << QString();
+        const QStringList superTypes = superTypesOf(widget);
+        m_stream << int(superTypes.size());
+        for (const QString &superType : superTypes)
+            m_stream << superType;
+    }
+
+    void writeGeometry(const QWidget *widget, bool isRoot)
+    {
+        const QPoint place = isRoot ? widget->mapToGlobal(QPoint()) : widget->pos();
+        m_stream << QRect(place, widget->size()) << !isRoot;
+    }
+
+    void writeChildren(const QWidget *widget)
+    {
+        QList<QWidget *> shown;
+        for (QWidget *child :
+             widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (child->isVisible() && !child->isWindow())
+                shown += child;
+        }
+        m_stream << int(shown.size());
+        for (QWidget *child : qAsConst(shown))
+            writeElement(child, false);
+    }
+
+    QtModel &m_model;
+    QDataStream m_stream;
+};
+
+} // namespace
+
+QByteArray dumpElements(QtModel &model, QObject *object)
+{
+    QByteArray bytes;
+    Writer(model, &bytes).writeTree(static_cast<QWidget *>(object));
+    return bytes;
+}
+
+} // namespace Morvex

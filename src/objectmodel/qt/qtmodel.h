@@ -1,0 +1,52 @@
+#pragma once
+
+#include "objectmodel/qt/modelclass.h"
+#include "objectmodel/qt/objectregistry.h"
+
+#include <QHash>
+
+#include <memory>
+#include <vector>
+
+struct QMetaObject;
+
+namespace Morvex {
+
+/// The classes of the live objects, and the way from objects and values to the model and back.
+class QtModel
+{
+public:
+    QtModel();
+
+    ObjectRegistry &registry() { return m_registry; }
+
+    SharedPtr<Object> wrap(QObject *object);
+    /// Null for an invalid value and for a null pointer to an object.
+    SharedPtr<Object> wrapValue(const QVariant &value);
+    /// Null when the object is gone or no live one.
+    QObject *unwrap(const Object &object) const { return m_registry.object(object.id()); }
+
+    const Class *classOf(const QMetaObject *metaObject);
+    /// Among the classes of all objects that are there or were seen, and those of the model.
+    const Class *findClass(const QString &name);
+    /// The model's own classes, made at the first call.
+    ModelClass *namedClass(const QString &name);
+
+    /// All objects of the application that a name can stand for: each window with what is in it,
+    /// in an order that does not change from run to run.
+    static std::vector<QObject *> allObjects();
+
+private:
+    ModelClass *makeClass(const QMetaObject *metaObject);
+    void addMetaProperty(ModelClass *modelClass, const QMetaObject *metaObject, int index);
+    void addRelations(ModelClass *modelClass, const QMetaObject *metaObject);
+    void addPart(const char *className, const char *part,
+                 const std::function<QVariant(const QVariant &)> &read);
+    void addValueClasses();
+
+    ObjectRegistry m_registry;
+    QHash<const QMetaObject *, std::shared_ptr<ModelClass>> m_classes;
+    QHash<QString, std::shared_ptr<ModelClass>> m_named;
+};
+
+} // namespace Morvex

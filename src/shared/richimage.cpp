@@ -1,0 +1,179 @@
+#include "shared/richimage.h"
+
+#include "shared/loadimage.h"
+
+#include <QBuffer>
+#include <QPoint>
+#include <QRect>
+
+namespace Morvex {
+namespace {
+
+const QLatin1String imageKey("image");
+const QLatin1String transformKey("transform");
+const QLatin1String densityKey("density");
+const QLatin1String originKey("origin");
+const QLatin1String scaleKey("scale");
+
+const int affineNumbers = 6;
+
+QTransform olderTransform(const QPoint &origin, double scale)
+{
+    QTransform transform;
+    transform.scale(1 / scale, 1 / scale);
+    transform.translate(origin.x(), origin.y());
+    return transform;
+}
+
+bool readTransform(const QVariantMap &map, QTransform *transform)
+{
+    if (!map.contains(transformKey))
+        return true;
+    const QVariantList numbers = map.value(transformKey).toList();
+    if (numbers.size() < affineNumbers)
+        return false;
+    const auto number = [&numbers](int index) { return numbers.at(index).toDouble(); };
+    *transform = QTransform(number(0), number(1), number(2), number(3), number(4), number(5));
+    return true;
+}
+
+QTransform rotationOf(int index)
+{
+    return index >= 0 && index < 4 ? rotations[index] : QTransform();
+}
+
+} // namespace
+
+const QTransform rotations[4] = {
+    QTransform(1, 0, 0, 1, 0, 0),
+    QTransform(0, -1, 1, 0, 0, 0),
+    QTransform(0, 1, -1, 0, 0, 0),
+    QTransform(-1, 0, 0, -1, 0, 0),
+};
+
+Screenshot::Screenshot(const QImage &image, const QTransform &transform, double density)
+    : QImage(image)
+    , m_transform(transform)
+    , m_density(density)
+{
+}
+
+Screenshot Screenshot::fromVariant(const QVariant &variant)
+{
+    if (!variant.isValid())
+        return {};
+    const QVariantMap map = variant.toMap();
+    QTransform transform;
+    if (!readTransform(map, &transform))
+        return {};
+    return fromBmpZipData(map.value(imageKey).toByteArray(), transform,
+                          map.value(densityKey, 1.0).toDouble());
+}
+
+QVariant Screenshot::toVariant() const
+{
+    if (isNull())
+        return {};
+    QBuffer bmp;
+    bmp.open(QIODevice::WriteOnly);
+    save(&bmp, "BMP", 100);
+    const QTransform &t = m_transform;
+    return QVariantMap{
+        {imageKey, qCompress(bmp.data(), 1)},
+        {transformKey, QVariantList{t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()}},
+        {densityKey, m_density}};
+}
+
+QByteArray Screenshot::raw(const QVariant &variant, QPoint *origin, double *scale, double *density)
+{
+    if (!variant.isValid())
+        return {};
+    const QVariantMap map = variant.toMap();
+    if (origin && map.contains(originKey))
+        *origin = map.value(originKey).toPoint();
+    if (scale && map.contains(scaleKey))
+        *scale = map.value(scaleKey).toDouble();
+    if (density && map.contains(densityKey))
+        *density = map.value(densityKey).toDouble();
+    return map.value(imageKey).toByteArray();
+}
+
+Screenshot Screenshot::fromBmpData(const QByteArray &bmp, const QTransform &transform,
+                                   double density)
+{
+    return Screenshot(loadImage(bmp, QByteArrayLiteral("BMP")), transform, density);
+}
+
+Screenshot Screenshot::fromBmpZipData(const QByteArray &zip, const QTransform &transform,
+                                      double density)
+{
+    return fromBmpData(uncompress(zip), transform, density);
+}
+
+Screenshot Screenshot::fromBmpData(const unsigned char *bmp, int size, const QPoint &origin,
+                                   double scale, double density)
+{
+    return fromBmpData(QByteArray::fromRawData(reinterpret_cast<const char *>(bmp), size), origin,
+                       scale, density);
+}
+
+Screenshot Screenshot::fromBmpData(const QByteArray &bmp, const QPoint &origin, double scale,
+                                   double density)
+{
+    return fromBmpData(bmp, olderTransform(origin, scale), density);
+}
+
+Screenshot Screenshot::fromBmpZipData(const QByteArray &zip, const QPoint &origin, double scale,
+                                      double density)
+{
+    return fromBmpZipData(zip, olderTransform(origin, scale), density);
+}
+
+QPoint Screenshot::nativeToImage(const QPoint &point) const
+{
+    return m_transform.inverted().map(point);
+}
+
+QRect Screenshot::nativeToImage(const QRect &rect) const
+{
+    return m_transform.inverted().mapRect(rect);
+}
+
+QPoint Screenshot::imageToNative(const QPoint &point) const
+{
+    return m_transform.map(point);
+}
+
+QRect Screenshot::imageToNative(const QRect &rect) const
+{
+    return m_transform.mapRect(rect);
+}
+
+Screenshot Screenshot::copy(const QRect &rect) const
+{
+    QTransform transform = m_transform;
+    if (rect.isValid())
+        transform.translate(rect.top(), rect.left());
+    return Screenshot(QImage::copy(rect), transform, m_density);
+}
+
+Screenshot Screenshot::rotated(int rotation) const
+{
+    const QTransform turn = rotationOf(rotation);
+    const QPoint corner = turn.map(rect().bottomRight());
+    QTransform back = turn.inverted();
+    back.translate(qMin(corner.x(), 0), qMin(corner.y(), 0));
+    return Screenshot(transformed(turn, Qt::FastTransformation), m_transform * back, m_density);
+}
+
+QImage Screenshot::rotated(const QImage &image, int rotation)
+{
+    return image.transformed(rotationOf(rotation));
+}
+
+QPixmap Screenshot::rotated(const QPixmap &pixmap, int rotation)
+{
+    return pixmap.transformed(rotationOf(rotation));
+}
+
+} // namespace Morvex

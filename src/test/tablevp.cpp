@@ -1,0 +1,126 @@
+#include "test/tablevp.h"
+
+#include "objectmodel/class.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/methodlist.h"
+#include "shared/xmltablerange.h"
+#include "test/testvp.h"
+#include "test/vpdocument.h"
+#include "test/vpresultlogger.h"
+
+#include <QDomDocument>
+#include <QFile>
+
+#include <tinyxml.h>
+
+namespace Morvex {
+namespace {
+
+SharedPtr<Object> castToTable(const SharedPtr<Object> &object)
+{
+    Inspector *inspector = Inspector::self();
+    return inspector ? inspector->cast(object, QStringLiteral("Table")) : SharedPtr<Object>();
+}
+
+// Null on failure.
+SharedPtr<Object> invoke(const SharedPtr<Object> &self, const char *method,
+                         const ObjectList &arguments)
+{
+    const Class *selfClass = self->objectClass();
+    const MethodList *methods = selfClass ? selfClass->methods(QLatin1String(method)) : nullptr;
+    SharedPtr<Object> result;
+    return methods && methods->invoke(self, arguments, &result) ? result : SharedPtr<Object>();
+}
+
+SharedPtr<Object> wholeRange(const SharedPtr<Object> &table)
+{
+    const SharedPtr<Object> all = Inspector::self()->makeInt(-1);
+    return invoke(table, "getRange", {all, all, all, all});
+}
+
+void replaceFirstChild(QDomElement &element, const QDomElement &child)
+{
+    const QDomNode imported = element.ownerDocument().importNode(child, true);
+    if (element.firstChild().isNull())
+        element.appendChild(imported);
+    else
+        element.replaceChild(imported, element.firstChild());
+}
+
+} // namespace
+
+bool TestVP::performTableVerification(QDomElement &element, VPResultLogger *logger,
+                                      ObjectNameResolverInterface *resolver, bool learn,
+                                      bool &updated, bool expectFail) const
+{
+    const QString objectName = element.attribute(QStringLiteral("object"));
+    const auto fail = [&](const QString &message, const QString &details) {
+        addResult(logger, TestResult::ERROR, m_name + message, details, TestResult::TABLE_VP);
+        return false;
+    };
+    const SharedPtr<Object> object = resolve(logger, resolver, objectName, TestResult::TABLE_VP);
+    if (!object)
+        return false;
+    const SharedPtr<Object> table = castToTable(object);
+    if (!table)
+        return fail(QStringLiteral(": Invalid object type"),
+                    QStringLiteral("Object '%1' is not a table").arg(objectName));
+    const SharedPtr<Object> range = wholeRange(table);
+    const SharedPtr<Object> content =
+        range ? invoke(range, "contentAsXml", {Inspector::self()->makeInt(TableRange::TextContent)})
+              : SharedPtr<Object>();
+    if (!content)
+        return fail(QStringLiteral(": Could not fetch table contents"),
+                    QStringLiteral("Object '%1' did not give its content").arg(objectName));
+
+    const QString actual = content->valueText();
+    FList<TableDiff::Element> diff;
+    const bool isEqual =
+        table_diff_xml(nodeText(element.firstChild()).toStdString(), actual.toStdString(), &diff);
+    if (isEqual || !learn) {
+        logger->addResult(objectName, diff, m_name, m_file, expectFail);
+        return isEqual != expectFail;
+    }
+    QDomDocument learned;
+    if (parseDocument(actual.toUtf8(), &learned).isEmpty()) {
+        replaceFirstChild(element, learned.documentElement());
+        updated = true;
+    }
+    addResult(logger, TestResult::WARNING,
+              QStringLiteral("%1: Table Comparison of '%2' failed. The Verification Point was "
+                             "updated due to the MORVEX_LEARN_SCREENSHOTS environment variable")
+                  .arg(m_name, objectName),
+              tableDetails(diff.isEmpty()), TestResult::TABLE_VP);
+    return !expectFail;
+}
+
+QString retrieveTableContent(const SharedPtr<Object> &object, XmlTableRange *range)
+{
+    const SharedPtr<Object> table = castToTable(object);
+    if (!table)
+        return QStringLiteral("Object does not support fetching table content");
+    const SharedPtr<Object> whole = wholeRange(table);
+    if (!whole)
+        return QStringLiteral("Could not fetch table range for object");
+    const SharedPtr<Object> content = invoke(whole, "contentAsXml", {});
+    if (!content)
+        return QStringLiteral("Could not fetch table contents as XML");
+    range->loadContentFromXml(content->valueText().toStdString());
+    return {};
+}
+
+QString createTableXmlFile(const SharedPtr<Object> &object, const QString &fileName)
+{
+    XmlTableRange range;
+    const QString error = retrieveTableContent(object, &range);
+    if (!error.isEmpty())
+        return error;
+    TiXmlDocument document;
+    document.InsertEndChild(TiXmlDeclaration("1.0", "utf-8", ""));
+    range.contentAsXml(&document, TableRange::TextContent);
+    return document.SaveFile(QFile::encodeName(fileName).constData())
+               ? QString()
+               : QStringLiteral("Could not write '%1'").arg(fileName);
+}
+
+} // namespace Morvex

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "objectmodel/object.h"
+#include "test/testresult.h"
+
+#include <QImage>
+#include <QString>
+
+namespace Morvex {
+
+class RunnerInterface;
+
+// Pictures of verifications: where they come from and where they are stored. Directories end with
+// a separator.
+
+/// The part of the result directory that belongs to the running test case.
+QString testCaseResultDir(RunnerInterface *runner);
+
+/// Beside the script when the run has no result directory.
+QString failedOutputDir(RunnerInterface *runner, const QString &subDir);
+
+/// "failed", "passed" and the like.
+QString typeNameForTestResultType(TestResult::ResultType type);
+
+/// The first of dir/stem_1.png, dir/stem_2.png and so on that does not exist.
+QString numberedFile(const QString &dir, const QString &stem, const QString &extension);
+
+/// Null when there is none.
+QImage desktopScreenshot();
+
+/// Null on failure; @p error then has a text.
+QImage grabObjectScreenshot(const SharedPtr<Object> &object, int options, int delay,
+                            QString *error);
+
+/// The way of verification points below version 4.
+QImage grabObjectPixmap(const SharedPtr<Object> &object, QString *error);
+
+} // namespace Morvex

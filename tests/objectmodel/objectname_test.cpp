@@ -1,0 +1,84 @@
+#include "objectmodel/objectname.h"
+
+#include "objectmodel/objectmap.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+
+TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
+{
+    const struct
+    {
+        const char *text;
+        const char *qualified;
+    } rows[] = {
+        {"{type='A' name='b'}", "{name='b' type='A'}"},
+        {"{ a = 'it\\'s' b ?= '\\\\*' c ~= '^x$' }", "{a='it\\'s' b?='\\\\*' c~='^x$'}"},
+        {"{parent={name='x'} window=':Main'}", "{parent={name='x'} window=':Main'}"},
+        {"{text=''}", "{text=''}"},
+        {":Save", ":Save"},
+        {"plain", "plain"},
+    };
+    for (const auto &row : rows) {
+        const ObjectName name{QString(row.text)};
+        EXPECT_TRUE(name.isValid()) << row.text << name.error().toStdString();
+        EXPECT_EQ(name.qualifiedName(), row.qualified);
+        EXPECT_EQ(ObjectName(name.qualifiedName()), name);
+        EXPECT_EQ(name.isMultiProperty(), row.text[0] == '{');
+    }
+}
+
+TEST(ObjectNameTest, KindsOfValuesAreKept)
+{
+    const auto properties = ObjectName("{a='1' b?='2' c~='3' d={x='4'} e=':5'}").properties();
+    EXPECT_EQ(properties["a"].kind, ObjectName::PropertyValue::EXACT);
+    EXPECT_EQ(properties["b"].kind, ObjectName::PropertyValue::WILDCARD);
+    EXPECT_EQ(properties["c"].kind, ObjectName::PropertyValue::REGEXP);
+    EXPECT_EQ(properties["d"].kind, 1);
+    EXPECT_EQ(properties["d"].text, "{x='4'}");
+    EXPECT_EQ(properties["e"].text, ":5");
+}
+
+TEST(ObjectNameTest, AWrongTextSaysWhere)
+{
+    const struct
+    {
+        QString text;
+        const char *error;
+    } rows[] = {
+        {"{", "\"}\" is missing, at character 2"},
+        {"{}", "the name has no properties, at character 3"},
+        {"{name}", "\"=\", \"?=\" or \"~=\" is missing, at character 6"},
+        {"{name=x}", "a value in single quotes is missing, at character 7"},
+        {"{name='x", "the closing single quote is missing, at character 9"},
+        {"{name='x\\", "the closing single quote is missing, at character 10"},
+        {"{name='x'}y", "nothing may follow the closing \"}\", at character 11"},
+        {"{a='1' a='2'}", "property 'a' is given twice, at character 9"},
+        {"{='1'}", "a property name is missing, at character 2"},
+        {QString("{a=").repeated(1000), "the name is nested too deep, at character 304"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(ObjectName(row.text).error(), row.error);
+        EXPECT_FALSE(ObjectName(row.text).isMultiProperty());
+    }
+}
+
+TEST(ObjectMapTest, NamesOfAFileAreFoundAndNewOnesAreUnique)
+{
+    const auto entries = ObjectMap::parseSerializedMap(
+        ":Save\t{text='Save'}\n\n# comment\n:Load\t{text='Load'}\r\nno\ttab");
+    ASSERT_EQ(entries.size(), 2);
+    EXPECT_EQ(entries[1].first, ":Load");
+    EXPECT_EQ(entries[1].second.qualifiedName(), "{text='Load'}");
+
+    ObjectMap map;
+    for (const auto &entry : entries)
+        map.insert(entry.first, entry.second);
+    EXPECT_EQ(map.symbolicName("{text='Load'}", false), ":Load");
+    EXPECT_EQ(map.symbolicName("{text='New'}", false), "{text='New'}");
+    EXPECT_EQ(map.symbolicName("{text='Save' type='QAction'}", true), ":Save_2");
+    EXPECT_EQ(map.symbolicName("{type='QAction' text='Save'}", true), ":Save_2");
+}

@@ -1,0 +1,205 @@
+#include "support/files.h"
+#include "support/runnerprocess.h"
+
+#include <QDir>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+const char tablePoint[] = "<VerificationPoint version='5' type='Table'>"
+                          "<Verification object='articles'><table><row><cell><text>Bolts</text>"
+                          "</cell><cell><text>40</text></cell></row></table></Verification>"
+                          "</VerificationPoint>";
+const char picturePoint[] = "<VerificationPoint version='5' type='Screenshot'>"
+                            "<Verification object='picture' type='PNG'>-</Verification>"
+                            "</VerificationPoint>";
+
+QByteArray statePoint(const QByteArray &text, const QByteArray &more = "")
+{
+    return "<VerificationPoint version='1' type='ObjectProperties'><Verification object='state' "
+           "property='text' " +
+           more + ">" + text + "</Verification></VerificationPoint>";
+}
+
+} // namespace
+
+class ApplicationTest : public testing::Test
+{
+protected:
+    QStringList results(const QByteArray &script, const QStringList &options = {})
+    {
+        runner.addTestCase("tst_s", script);
+        output = runner.runSuite(options);
+        QStringList lines = RunnerProcess::resultsOf(output);
+        // The frames of suite and test case.
+        return lines.size() < 4 ? lines : lines.mid(2, lines.size() - 4);
+    }
+
+    RunnerProcess runner;
+    RunnerOutput output;
+};
+
+TEST_F(ApplicationTest, ScriptsUseAnApplication)
+{
+    EXPECT_EQ(
+        results("application.start('inventory');\n"
+                "find('name').type('Screws'); find('count').set('value', 12);\n"
+                "find(\"{type='QPushButton' text='&Add'}\").click();\n"
+                "check.equal(find('inventory').get('totalCount'), 92);\n"
+                "check.equal(find('picture').get('size.width'), 200);\n"
+                "check.equal(find('name').get('echoMode'), 'Normal');\n"
+                "check.equal(find('add').get('enabled'), false);\n"
+                "check.that(!find('nothing', 0).exists());\n"
+                "var name = find('name'); application.stop();\n"
+                "check.that(!name.exists()); application.start('inventory');\n"
+                "check.that(find('name').exists());"),
+        (QStringList{
+            "PASS Verification|Got expected 92.", "PASS Verification|Got expected 200.",
+            "PASS Verification|Got expected 'Normal'.", "PASS Verification|Got expected 'false'.",
+            "PASS Verification|The condition holds.", "PASS Verification|The condition holds.",
+            "PASS Verification|The condition holds."}));
+}
+
+TEST_F(ApplicationTest, AScriptEndsThoughItsApplicationHasMoreToDo)
+{
+    EXPECT_EQ(results("application.start('inventory'); find('countStock').click();\n"
+                      "Promise.resolve(find('state').get('text')).then(function (text) {\n"
+                      "return text; }).then(function (text) { check.equal(text, 'Counting'); });"),
+              QStringList("PASS Verification|Got expected 'Counting'."));
+}
+
+TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
+{
+    const QByteArray start = "application.start('inventory'); ";
+    const struct
+    {
+        QByteArray script;
+        const char *error;
+    } rows[] = {
+        {"find('name', 0).get('text')", "Error: no application was started"},
+        {"application.start('nothing')", "Error: application.start: there is no application "
+                                         "'nothing' in "},
+        {"application.start('script.js')", "script.js' is not an ELF object"},
+        {"application.start()", "Error: application.start: no application was named"},
+        {start + "application.start('inventory')", "an application is running already"},
+        {start + "find('nothing', 0).click()", "Error: There is no object {name='nothing'}."},
+        {start + "find('name').get('colour')", "Error: name: there is no property 'colour'"},
+        {start + "find('count').set('value', 'x')",
+         "Error: count: property 'value' doesn't take this value"},
+        {start + "find('add').click()", "Error: add: the widget is disabled"},
+        {start + "var n = find('name'); application.stop(); n.type('x')",
+         "Error: name: the object is gone"},
+        {start + "find('name', -1)",
+         "TypeError: a time has to be a number of milliseconds, not -1"},
+        {"check.point('a', {delay: '5'})",
+         "TypeError: a time has to be a number of milliseconds, not 5"},
+        {"check.point('a', {Retry: 5})", "TypeError: unknown option 'Retry'"},
+        {"check.point('a', {record: {}})", "TypeError: option 'record' has to be a record"},
+    };
+    for (const auto &row : rows) {
+        const QStringList lines = results(row.script);
+        ASSERT_EQ(lines.size(), 1) << row.script.constData();
+        EXPECT_TRUE(lines[0].startsWith("ERROR Script error|")) << lines[0].toStdString();
+        EXPECT_TRUE(lines[0].contains(row.error)) << lines[0].toStdString();
+    }
+}
+
+TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
+{
+    runner.addFile("points/both.xml", statePoint("of the suite"));
+    runner.addFile("points/suite.xml", statePoint("3 articles"));
+    runner.addFile("tst_s/points/both.xml", statePoint("3 articles"));
+    EXPECT_EQ(results("application.start('inventory'); check.point('both');"
+                      "check.that(check.point('suite'), 'returned'); check.point('none');"),
+              (QStringList{"PASS both: Object property comparison of 'state.text' passed|"
+                           "'3 articles' and '3 articles' are equal (both)",
+                           "PASS suite: Object property comparison of 'state.text' passed|"
+                           "'3 articles' and '3 articles' are equal (suite)",
+                           "PASS returned|The condition holds.",
+                           "ERROR Verification point file 'none' cannot be opened.|No such file or "
+                           "directory"}));
+    EXPECT_EQ(output.status, 1);
+}
+
+TEST_F(ApplicationTest, OptionsOfPointsReachTheVerification)
+{
+    runner.addFile("points/counted.xml", statePoint("80 pieces"));
+    runner.addFile("points/field.xml", statePoint("state", "valueType='DataField'"));
+    runner.addFile("data.tsv", "state\n3 articles\nnone\n");
+    const QStringList lines = results(
+        "application.start('inventory'); check.point('counted', {expectFail: true});\n"
+        "check.that(!check.point('counted', {silent: true}), 'silent');\n"
+        "var table = data.open('data.tsv'); check.point('field', {record: table.record(0)});\n"
+        "find('countStock').click(); check.point('counted', {retry: 60000});\n");
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_TRUE(lines[0].startsWith("XFAIL counted: ")) << lines[0].toStdString();
+    EXPECT_EQ(lines[1], "PASS silent|The condition holds.");
+    EXPECT_TRUE(lines[2].startsWith("PASS field [data.tsv:state:1]: ")) << lines[2].toStdString();
+    EXPECT_TRUE(lines[3].startsWith("PASS counted: ")) << lines[3].toStdString();
+    EXPECT_TRUE(lines[4].startsWith("WARNING counted: It took ")) << lines[4].toStdString();
+}
+
+TEST_F(ApplicationTest, LearningMakesTheNextRunPass)
+{
+    runner.addFile("points/table.xml", tablePoint);
+    runner.addFile("points/picture.xml", picturePoint);
+    const QByteArray script =
+        "application.start('inventory'); check.point('table'); check.point('picture');";
+    const auto types = [](const QStringList &lines) {
+        return lines.size() == 2 ? lines[0].section(' ', 0, 0) + " " + lines[1].section(' ', 0, 0)
+                                 : lines.join('\n');
+    };
+    EXPECT_EQ(types(results(script)), "FAIL FAIL");
+    EXPECT_EQ(types(results(script, {"--learn"})), "WARNING WARNING");
+    EXPECT_EQ(output.status, 0);
+    EXPECT_EQ(types(results(script)), "PASS PASS");
+}
+
+TEST_F(ApplicationTest, ADifferingPictureLiesInTheResultDirectoryWithTheExpectedOne)
+{
+    QTemporaryDir dir;
+    runner.addFile("points/picture.xml", picturePoint);
+    results("application.start('inventory'); check.point('picture');", {"--resultdir", dir.path()});
+    const QString images =
+        dir.path() + "/" + QDir(runner.suitePath()).dirName() + "/tst_s/picture/failedImages";
+    EXPECT_EQ(QImage(images + "/failed_1.png").size(), QSize(200, 60));
+}
+
+TEST_F(ApplicationTest, SymbolicNamesComeFromTheObjectMapOfTheSuite)
+{
+    runner.addFile("suite.conf", "VERSION = 3\nOBJECTMAP = names\n");
+    runner.addFile("names", ":State\t{name='state' type='QLabel'}\n");
+    const QByteArray script = "application.start('inventory');"
+                              "check.equal(find(':State').get('text'), '3 articles');";
+    EXPECT_EQ(results(script), QStringList("PASS Verification|Got expected '3 articles'."));
+    runner.addFile("names", ":State\t{name}\n");
+    EXPECT_TRUE(results(script).value(0).startsWith("ERROR Cannot run the test case|"));
+}
+
+TEST_F(ApplicationTest, AnApplicationOfTheSuiteIsStartedBeforeTheScript)
+{
+    runner.addFile("suite.conf", "VERSION = 3\nAUT = inventory\nIMPLICITAUTSTART = 1\n");
+    EXPECT_EQ(results("check.equal(find('state').get('text'), '3 articles');"),
+              QStringList("PASS Verification|Got expected '3 articles'."));
+    runner.addFile("suite.conf", "VERSION = 3\nAUT = nothing\nIMPLICITAUTSTART = 1\n");
+    EXPECT_TRUE(results("check.pass('never');")
+                    .value(0)
+                    .startsWith("ERROR Cannot run the test case|there is no application"));
+}
+
+TEST(InventorySuiteTest, PassesAsAWholeAndLeavesItsFilesAlone)
+{
+    RunnerProcess runner;
+    const RunnerOutput output = runner.run({MORVEX_SOURCE_DIR "/examples/inventory_suite"});
+    EXPECT_EQ(output.status, 0) << output.standardOutput.constData();
+    EXPECT_TRUE(output.standardOutput.contains("XFAIL"));
+    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: 5 test cases, 0 failed"))
+        << output.standardError.constData();
+    EXPECT_FALSE(QDir(MORVEX_SOURCE_DIR "/examples/inventory_suite/points/failedImages").exists());
+}

@@ -1,0 +1,112 @@
+#include "shared/imagemask.h"
+
+#include <QImage>
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+
+namespace {
+
+ImageMask maskOf(const std::vector<std::pair<int, QRect>> &rects)
+{
+    ImageMask mask;
+    for (const auto &rect : rects)
+        mask.addMaskRect({rect.first, rect.second, false});
+    return mask;
+}
+
+const int pos = ImageMask::POSITIVE;
+const int neg = ImageMask::NEGATIVE;
+
+} // namespace
+
+TEST(ImageMaskTest, ThePixelsThatDontCountGetOneColour)
+{
+    const struct
+    {
+        ImageMask mask;
+        const char *hidden;
+    } rows[] = {
+        {maskOf({}), "#####"
+                     "#...#"
+                     "#####"},
+        {maskOf({{neg, QRect(3, 1, 9, 9)}}), "....."
+                                             "...##"
+                                             "...##"},
+        {maskOf({{pos, QRect(0, 0, 2, 2)}, {pos, QRect(3, 0, 1, 3)}}), "..#.#"
+                                                                       "..#.#"
+                                                                       "###.#"},
+        {maskOf({{neg, QRect(0, 0, 1, 1)}, {pos, QRect(-3, -3, 5, 9)}}), "#.###"
+                                                                         "..###"
+                                                                         "..###"},
+        {maskOf({{pos, QRect(0, 0, 5, 3)}}), "..............."},
+    };
+    for (const auto &row : rows) {
+        QImage image(5, 3, QImage::Format_ARGB32);
+        image.fill(0x80ffffff);
+        row.mask.drawToImage(&image);
+        QByteArray hidden;
+        for (int i = 0; i < 15; ++i)
+            hidden += image.pixel(i % 5, i / 5) == 0xff000102 ? '#' : '.';
+        EXPECT_EQ(hidden, row.hidden);
+        EXPECT_EQ(image.hasAlphaChannel(), !hidden.contains('#'));
+    }
+    QImage none;
+    ImageMask().drawToImage(&none);
+    EXPECT_TRUE(none.isNull());
+}
+
+TEST(ImageMaskTest, TheRectangleAtAPointIsTheTopmostNegativeElseTheTopmostPositiveOne)
+{
+    const ImageMask mask = maskOf({{pos, QRect(0, 0, 20, 20)},
+                                   {neg, QRect(0, 0, 5, 5)},
+                                   {neg, QRect(3, 3, 5, 5)},
+                                   {pos, QRect(0, 0, 20, 20)}});
+    EXPECT_EQ(mask.maskAt(QPoint(4, 4), false), 2);
+    EXPECT_EQ(mask.maskAt(QPoint(1, 1), false), 1);
+    EXPECT_EQ(mask.maskAt(QPoint(15, 15), false), 3);
+    EXPECT_EQ(mask.maskAt(QPoint(9, 9), false), 3);
+    EXPECT_EQ(mask.maskAt(QPoint(9, 9), true), 2);
+    EXPECT_EQ(mask.maskAt(QPoint(21, 21), false), -1);
+    EXPECT_EQ(mask.maskAt(QPoint(21, 21), true), 3);
+}
+
+TEST(ImageMaskTest, TheSelectionFollowsItsRectangle)
+{
+    ImageMask mask = maskOf({{pos, QRect()}, {neg, QRect()}, {neg, QRect()}});
+    mask.select(1);
+    mask.select(2);
+    EXPECT_FALSE(mask.maskRect(1).selected);
+    mask.remove(0);
+    EXPECT_EQ(mask.selected(), 1);
+    EXPECT_TRUE(mask.maskRect(1).selected);
+    EXPECT_FALSE(mask.hasPositive());
+    mask.remove(1);
+    EXPECT_EQ(mask.selected(), -1);
+    mask.select(-1);
+    EXPECT_EQ(mask.count(), 1);
+}
+
+TEST(ImageMaskTest, ScalingRoundsEdgesAndSizes)
+{
+    ImageMask mask = maskOf({{pos, QRect(1, 3, 5, 7)}});
+    mask.scale(1.5);
+    EXPECT_EQ(mask.maskRect(0).geometry, QRect(2, 5, 8, 11));
+    mask.setGeometry(0, QRect(0, 0, 1, 1));
+    EXPECT_EQ(mask.maskRect(0).geometry, QRect(0, 0, 1, 1));
+}
+
+TEST(ImageMaskTest, AnEditorPaintsEachTypeWithItsBrush)
+{
+    ImageMask mask = maskOf({{pos, QRect(0, 0, 2, 2)}, {neg, QRect(3, 0, 1, 1)}});
+    QImage image(5, 3, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    mask.drawToPainter(&painter, image.rect(), Qt::green, Qt::red, false);
+    painter.end();
+    EXPECT_EQ(image.pixelColor(1, 1), QColor(Qt::green));
+    EXPECT_EQ(image.pixelColor(3, 0), QColor(Qt::red));
+    EXPECT_EQ(image.pixelColor(4, 2), QColor(Qt::white));
+}

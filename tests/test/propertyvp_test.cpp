@@ -1,0 +1,156 @@
+#include "support/verification.h"
+
+#include "shared/testdata.h"
+
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray check(const QByteArray &object, const QByteArray &property, const QByteArray &type,
+                 const QByteArray &value, const QByteArray &more = "")
+{
+    return "<Verification object=\"" + object + "\" property='" + property + "' type='" + type +
+           "' " + more + "><base64EncodedValue>" + value.toBase64() +
+           "</base64EncodedValue></Verification>";
+}
+
+const char propertiesType[] = "version='2' type='ObjectProperties'";
+
+} // namespace
+
+class PropertyVPTest : public VerificationTest
+{
+protected:
+    PropertyVPTest()
+    {
+        auto *layout = new QVBoxLayout(&window);
+        window.setObjectName("window");
+        for (QWidget *widget : {static_cast<QWidget *>(&box), static_cast<QWidget *>(&number),
+                                static_cast<QWidget *>(&edit)})
+            layout->addWidget(widget);
+        box.setObjectName("box");
+        number.setObjectName("number");
+        edit.setObjectName("edit");
+    }
+
+    QString resultOf(const QByteArray &element)
+    {
+        verify(propertiesType, element);
+        const QStringList results = takeResults();
+        return results.size() == 1 ? results[0] : results.join('\n') + " (not one)";
+    }
+
+    QWidget window;
+    QCheckBox box;
+    QDoubleSpinBox number;
+    QLineEdit edit;
+};
+
+TEST_F(PropertyVPTest, ValuesAreComparedByTheTypeInTheFile)
+{
+    box.setChecked(true);
+    number.setMaximum(1e9);
+    number.setValue(1.5);
+    number.setDecimals(2);
+    window.setFixedSize(200, 100);
+    edit.setText(QString::fromUtf8("\xc3\xa4<&'"));
+    const struct
+    {
+        const char *object, *property, *type, *value;
+        bool isEqual;
+    } rows[] = {
+        {"box", "checked", "bool", "TRUE", true},
+        {"box", "checked", "bool", "1", false},
+        {"box", "checked", "string", "true", true},
+        {"number", "value", "double", "1.5", true},
+        {"number", "value", "double", "1.50001", false},
+        {"number", "value", "double", "x", false},
+        {"number", "decimals", "int", "2", true},
+        {"number", "decimals", "long", "2", true},
+        {"number", "decimals", "double", "2", true},
+        {"number", "decimals", "", "2", true},
+        {"number", "minimum", "long", "2147483648", true},
+        {"edit", "text", "string", "\xc3\xa4<&'", true},
+        {"edit", "text", "int", "0", false},
+        {"edit", "echoMode", "string", "Normal", true},
+        {"edit", "echoMode", "int", "0", true},
+        {"window", "size.width", "int", "200", true},
+        {"edit", "window.size..height", "int", "100", true},
+        {"edit", "parent.objectName", "string", "window", true},
+        {"window", "", "string", "{name='window' type='QWidget'}", true},
+    };
+    for (const auto &row : rows) {
+        const QString result = resultOf(check(row.object, row.property, row.type, row.value));
+        EXPECT_TRUE(result.startsWith(QString("%1 vp: Object property comparison of '%2.%3' %4|")
+                                          .arg(row.isEqual ? "PASS" : "FAIL", row.object,
+                                               row.property, row.isEqual ? "passed" : "failed")))
+            << row.object << " " << row.property << " " << row.value << result.toStdString();
+        EXPECT_TRUE(result.endsWith(
+            QString("' and '%1' are %2")
+                .arg(QString::fromUtf8(row.value), row.isEqual ? "equal" : "not equal")))
+            << result.toStdString();
+    }
+}
+
+TEST_F(PropertyVPTest, WhatCantBeComparedIsAnErrorWhateverIsExpected)
+{
+    const struct
+    {
+        QByteArray element;
+        QString result;
+    } rows[] = {
+        {"<Verification object='edit' property='text' xfail='true'>plain</Verification>",
+         "ERROR vp: Could not read property value|Value for property 'text' not readable"},
+        {check("nothing", "text", "", "", "xfail='true'"),
+         "ERROR vp: No such object 'nothing'|There is no object {name='nothing'}."},
+        {check("edit", "colour", "", "", "xfail='true'"),
+         "ERROR vp: No such property|Could not lookup property 'colour' on object 'edit'"},
+        {check("window", "parent.text", "", ""),
+         "ERROR vp: No such property|Could not lookup property 'parent' on object 'window'"},
+        {check("edit", "text", "", "a", "valueType='DataField'"),
+         "ERROR vp: Error doing object property comparison|Comparison failed because invalid test "
+         "data record was passed for a data field"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(resultOf(row.element), row.result);
+}
+
+TEST_F(PropertyVPTest, VersionOneHasItsValueAsPlainText)
+{
+    edit.setText("a");
+    const QByteArray element =
+        "<Verification object='edit' property='text' type='string'>a</Verification>";
+    for (const char *version : {"", "version='1'"}) {
+        EXPECT_EQ(verify(QByteArray(version) + " type='ObjectProperties'", element).summary(),
+                  VPResult::SummaryPassed);
+    }
+    EXPECT_EQ(verify("version='2' type='ObjectProperties'", element).summary(),
+              VPResult::SummaryFailed);
+}
+
+TEST_F(PropertyVPTest, DataFieldsTakeTheirValueFromTheRecord)
+{
+    TestDataSet data("/data/names.tsv", '\t', false);
+    auto *header = new TestDataRecord(&data, -1);
+    header->addValue("first name");
+    data.setHeader(header);
+    auto *row = new TestDataRecord(&data, 0);
+    row->addValue("Ada");
+    data.addRecord(row);
+    record = row;
+    edit.setText("Ada");
+    const QByteArray element =
+        check("edit", "text", "string", "first name", "valueType='DataField'");
+    EXPECT_EQ(resultOf(element), "PASS vp [names.tsv:first name:1]: Object property comparison of "
+                                 "'edit.text' passed|'Ada' and 'Ada' are equal");
+    edit.setText("Eve");
+    EXPECT_EQ(resultOf(element), "FAIL vp [names.tsv:first name:1]: Object property comparison of "
+                                 "'edit.text' failed|'Eve' and 'Ada' are not equal");
+}

@@ -1,0 +1,336 @@
+#include "support/files.h"
+#include "support/verification.h"
+
+#include "shared/richimage.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QPainter>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray png(const QImage &image)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return buffer.data().toBase64();
+}
+
+QByteArray element(const QImage &stored, const QByteArray &rest = "",
+                   const QByteArray &attributes = "")
+{
+    return "<Verification object='picture' type='PNG' " + attributes + ">" + png(stored) + rest +
+           "</Verification>";
+}
+
+QByteArray masks(const QByteArray &rects)
+{
+    return "<MaskList>" + rects + "</MaskList>";
+}
+
+QByteArray rect(const QByteArray &type, int x, int y, int width, int height)
+{
+    return QString("<Mask type='%1' x='%2' y='%3' width='%4' height='%5'/>")
+        .arg(QString(type))
+        .arg(x)
+        .arg(y)
+        .arg(width)
+        .arg(height)
+        .toUtf8();
+}
+
+QImage withPixel(QImage image, int x, int y, QRgb color = 0xff00ff00)
+{
+    image.setPixel(x, y, color);
+    return image;
+}
+
+QImage plain(const QSize &size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(0xff336699);
+    return image;
+}
+
+// Shows a picture pixel by pixel.
+class PictureWidget : public QWidget
+{
+public:
+    void show(const QImage &shown)
+    {
+        m_image = shown;
+        setFixedSize(shown.size());
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.drawImage(0, 0, m_image);
+    }
+
+private:
+    QImage m_image;
+};
+
+const char screenshotType[] = "version='5' type='Screenshot'";
+
+} // namespace
+
+class ScreenshotVPTest : public VerificationTest
+{
+protected:
+    ScreenshotVPTest()
+        : m_prefix("MORVEX_PREFIX", path("prefix").toUtf8())
+    {
+        widget.setObjectName("picture");
+        widget.show(plain(size));
+    }
+
+    /// Type and details of the one result.
+    QString outcomeOf(const QByteArray &body, const QByteArray &root = screenshotType)
+    {
+        verify(root, body);
+        const QStringList results = takeResults();
+        EXPECT_EQ(results.size(), 1);
+        return results[0].section(' ', 0, 0) + " " + results[0].section('|', 1);
+    }
+
+    void addComparator(const QString &name, const QByteArray &script)
+    {
+        writeFile(path("prefix/bin/" + name), "#!/bin/sh\n" + script + "\n");
+        QFile::setPermissions(path("prefix/bin/" + name), QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    const QSize size{20, 10};
+    PictureWidget widget;
+
+private:
+    EnvironmentGuard m_prefix;
+};
+
+TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
+{
+    const QString same = "PASS Screenshots are considered identical";
+    const QString different = "FAIL Screenshots do not match";
+    const QImage base = plain(size);
+    const struct
+    {
+        const char *what;
+        QImage stored;
+        QByteArray rest;
+        bool isSame;
+    } rows[] = {
+        {"equal", base, "", true},
+        {"inner pixel", withPixel(base, 5, 5), "", false},
+        {"left edge", withPixel(base, 0, 5), "", true},
+        {"bottom right corner", withPixel(base, 19, 9), "", true},
+        {"inside of the frame", withPixel(base, 1, 1), "", false},
+        {"frame with a mask elsewhere", withPixel(base, 0, 5), masks(rect("negative", 5, 5, 1, 1)),
+         false},
+        {"hidden pixel", withPixel(base, 5, 5), masks(rect("negative", 5, 5, 1, 1)), true},
+        {"beside the hidden pixel", withPixel(base, 6, 5), masks(rect("negative", 5, 5, 1, 1)),
+         false},
+        {"any other type hides", withPixel(base, 5, 5), masks(rect("", 5, 5, 1, 1)), true},
+        {"outside of what counts", withPixel(base, 5, 5), masks(rect("positive", 10, 0, 10, 10)),
+         true},
+        {"inside of what counts", withPixel(base, 12, 5), masks(rect("positive", 10, 0, 10, 10)),
+         false},
+        {"hidden in what counts", withPixel(base, 12, 5),
+         masks(rect("positive", 10, 0, 10, 10) + rect("negative", 12, 5, 1, 1)), true},
+        {"beyond the edges", withPixel(base, 3, 3), masks(rect("negative", -5, -5, 9, 9)), true},
+        {"beyond all numbers", withPixel(base, 5, 5),
+         masks(rect("negative", 2147483647, 0, 2147483647, 1) +
+               rect("positive", -2147483647, -2147483647, 10, 10)),
+         true},
+        {"no size", withPixel(base, 5, 5), masks(rect("negative", 5, 5, 0, -3)), false},
+        {"larger", plain({21, 10}), "", false},
+        {"larger with a hidden part", plain({21, 10}), masks(rect("negative", 0, 0, 21, 10)),
+         false},
+        {"larger than what counts", plain({21, 12}), masks(rect("positive", 0, 0, 20, 10)), true},
+        {"smaller than what counts", plain({10, 10}), masks(rect("positive", 0, 0, 20, 10)), false},
+        {"no picture", QImage(), "", false},
+    };
+    for (const auto &row : rows) {
+        const QString outcome = outcomeOf(element(row.stored, row.rest));
+        EXPECT_TRUE(row.isSame ? outcome == same : outcome.startsWith(different + ". "))
+            << row.what << ": " << outcome.toStdString();
+    }
+}
+
+TEST_F(ScreenshotVPTest, FullyTransparentPixelsAreEqualWhateverTheyHold)
+{
+    QImage shown(size, QImage::Format_ARGB32);
+    shown.fill(0x00000000);
+    QImage stored(size, QImage::Format_ARGB32);
+    stored.fill(0x00ff0000);
+    widget.setAttribute(Qt::WA_TranslucentBackground);
+    widget.show(shown);
+    ASSERT_TRUE(widget.grab().toImage().hasAlphaChannel());
+    EXPECT_EQ(outcomeOf(element(stored)), "PASS Screenshots are considered identical");
+    EXPECT_EQ(outcomeOf(element(stored, masks(rect("positive", 0, 0, 20, 10)))),
+              "PASS Screenshots are considered identical");
+    EXPECT_TRUE(outcomeOf(element(withPixel(stored, 5, 5, 0xff0000ff))).startsWith("FAIL "));
+}
+
+TEST_F(ScreenshotVPTest, AllVersionsTakeThePictureTheirWay)
+{
+    for (const char *version : {"1", "2", "3", "4", "5"}) {
+        const QByteArray root = "version='" + QByteArray(version) + "' type='Screenshot'";
+        EXPECT_EQ(outcomeOf(element(plain(size)), root),
+                  "PASS Screenshots are considered identical")
+            << version;
+        EXPECT_TRUE(outcomeOf(element(withPixel(plain(size), 5, 5)), root).startsWith("FAIL "))
+            << version;
+    }
+}
+
+TEST_F(ScreenshotVPTest, APictureThatCantBeTakenFailsAlsoWhenThatIsExpected)
+{
+    auto *child = new QObject(&widget);
+    child->setObjectName("timer");
+    const QByteArray body =
+        element(plain(size), "", "xfail='true'").replace("'picture'", "'timer'");
+    EXPECT_EQ(verify(screenshotType, body).summary(), VPResult::SummaryFailed);
+    EXPECT_EQ(takeResults(),
+              QStringList("FAIL vp: Internal error while taking screenshot of object 'timer'|"
+                          "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned "
+                          "invalid variant! the object is no widget"));
+    EXPECT_EQ(verify("version='3' type='Screenshot'", body).summary(), VPResult::SummaryFailed);
+    EXPECT_EQ(takeResults(),
+              QStringList("FAIL vp: Internal error while taking screenshot of object 'timer'|"));
+    verify(screenshotType, QByteArray(body).replace("'timer'", "'none'"));
+    EXPECT_EQ(takeResults(),
+              QStringList("ERROR vp: No such object 'none'|There is no object {name='none'}."));
+}
+
+TEST_F(ScreenshotVPTest, APictureThatDiffersIsStoredWithTheExpectedOne)
+{
+    const QImage stored = withPixel(plain(size), 5, 5);
+    const QString beside = path("suite/tst_a/points/failedImages/");
+    runner.results = QString();
+    EXPECT_EQ(outcomeOf(element(stored)), "FAIL Screenshots do not match. Differing screenshot "
+                                          "saved as '" +
+                                              beside + "failed_1.png'");
+    expectFail = true;
+    EXPECT_EQ(outcomeOf(element(stored, masks(rect("negative", 0, 0, 2, 2)))),
+              "XFAIL Screenshots do not match. Differing screenshot saved as '" + beside +
+                  "failed_2.png'");
+    EXPECT_EQ(outcomeOf(element(plain(size))), "XPASS Screenshots are considered identical");
+    expectFail = false;
+    // As they were taken and stored, without masks.
+    EXPECT_EQ(QImage(beside + "failed_2.png").convertToFormat(QImage::Format_RGB32), plain(size));
+    EXPECT_EQ(QImage(beside + "expected_2.png").convertToFormat(QImage::Format_RGB32), stored);
+
+    runner.results = path("results");
+    EXPECT_TRUE(
+        outcomeOf(element(stored))
+            .endsWith("'" + path("results/suite/tst_a/vp/failedImages/failed_1.png") + "'"));
+    EXPECT_EQ(QImage(path("results/suite/tst_a/vp/failedImages/expected_1.png"))
+                  .convertToFormat(QImage::Format_RGB32),
+              stored);
+    EXPECT_EQ(TestVP("/a/b/other", "/a/b/other").failedImageDir(&runner),
+              path("results/suite/tst_a/other/failedImages/"));
+
+    writeFile(path("blocked"), "");
+    runner.results = path("blocked");
+    EXPECT_EQ(outcomeOf(element(stored)),
+              "FAIL Screenshots do not match. Could not store differing screenshot; creating "
+              "directory for failed images failed.");
+}
+
+TEST_F(ScreenshotVPTest, LearningReplacesThePictureThatDiffersAndNoOther)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    EXPECT_EQ(outcomeOf(element(plain(size))), "PASS Screenshots are considered identical");
+    const QByteArray untouched = pointFile();
+    EXPECT_TRUE(untouched.contains(element(plain(size))));
+
+    const QByteArray masked =
+        element(withPixel(plain(size), 5, 5), masks(rect("negative", 0, 0, 2, 2)));
+    EXPECT_EQ(verify(screenshotType, masked).summary(), VPResult::SummaryPassed);
+    EXPECT_EQ(takeResults(),
+              QStringList("WARNING vp: Screenshot comparison of 'picture' failed, Verification "
+                          "Point was updated due to the MORVEX_LEARN_SCREENSHOTS environment "
+                          "variable|Screenshots do not match"));
+    EXPECT_FALSE(QDir(path("suite/tst_a/points/failedImages")).exists());
+    EXPECT_TRUE(pointFile().contains("<Mask ")) << pointFile().constData();
+    const EnvironmentGuard off("MORVEX_LEARN_SCREENSHOTS", "true");
+    EXPECT_EQ(verifyFile(pointFile()).summary(), VPResult::SummaryPassed);
+    EXPECT_TRUE(takeResults().first().startsWith("PASS "));
+}
+
+TEST_F(ScreenshotVPTest, LearningFillsAVerificationWithoutAPicture)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    verify(screenshotType, "<Verification object='picture' type='XPM'/>");
+    takeResults();
+    EXPECT_TRUE(pointFile().contains("type=\"PNG\""));
+    EXPECT_TRUE(outcomeOf(element(plain(size))).startsWith("PASS "));
+}
+
+TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
+{
+    addComparator("agrees", "echo fine; echo noise >&2");
+    addComparator("refuses", "echo \"2 of 3\"; exit 3");
+    addComparator("mutters", "echo muttered >&2; exit 1");
+    addComparator("silent", "exit 1");
+    addComparator("cut", "printf 'seen\\0unseen'");
+    addComparator("crashes", "kill -SEGV $$");
+    addComparator("arguments",
+                  "cmp -s \"$1\" \"$2\" && echo equal || echo different; shift 2; echo \"$@\"; "
+                  "exit 0");
+    const QString stored = ". Differing screenshot saved as '" +
+                           path("suite/tst_a/points/failedImages/failed_%1.png") + "'";
+    const auto algorithm = [](const QByteArray &name, const QByteArray &children = "") {
+        return "<Algorithm name='" + name + "'>" + children + "</Algorithm>";
+    };
+    const QImage other = withPixel(plain(size), 5, 5);
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("agrees"))), "PASS fine\n");
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("refuses"))),
+              "FAIL 2 of 3\n" + stored.arg(1));
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("mutters"))),
+              "FAIL muttered\n" + stored.arg(2));
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("silent"))), "FAIL " + stored.arg(3));
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("cut"))), "PASS seen");
+    // A parameter list starts at the first Parameter; all elements behind it belong to it.
+    EXPECT_EQ(outcomeOf(element(other, masks(rect("negative", 5, 5, 1, 1)) +
+                                           algorithm("arguments", "<A>0</A><Parameter>1</Parameter>"
+                                                                  "<B>2 3</B>"))),
+              "PASS equal\n1 2 3\n");
+    const QString prefix = path("prefix/bin/");
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("crashes"))),
+              "ERROR The comparator process " + prefix + "crashes has crashed: Process crashed");
+    EXPECT_TRUE(
+        outcomeOf(element(other, masks("") + algorithm("missing")))
+            .startsWith("ERROR Failed to start comparison application '" + prefix + "missing': "));
+    EXPECT_TRUE(outcomeOf(element(other, masks("") + algorithm("strict")))
+                    .startsWith("FAIL Screenshots do not match. "));
+    EXPECT_TRUE(
+        outcomeOf(element(other, masks("") + algorithm("agrees")), "version='2' type='Screenshot'")
+            .startsWith("FAIL Screenshots do not match. "));
+}
+
+TEST_F(ScreenshotVPTest, ComparisonLeavesNoTemporaryFilesAndSaysWhereItCouldNotWrite)
+{
+    QDir().mkpath(path("tmp"));
+    addComparator("crashes", "kill -SEGV $$");
+    const QByteArray body = element(plain(size), masks("") + "<Algorithm name='crashes'/>");
+    {
+        const EnvironmentGuard temporary("TMPDIR", path("tmp").toUtf8());
+        outcomeOf(body);
+        EXPECT_EQ(QDir(path("tmp")).entryList(QDir::Files), QStringList());
+    }
+    writeFile(path("blocked"), "a file where the directory should be");
+    const EnvironmentGuard temporary("TMPDIR", path("blocked").toUtf8());
+    const QString outcome = outcomeOf(body);
+    EXPECT_TRUE(outcome.startsWith("ERROR Could not create temporary image (actual) file '"))
+        << outcome.toStdString();
+}

@@ -1,0 +1,171 @@
+#include "test/tablevp.h"
+
+#include "shared/xmltablerange.h"
+#include "support/files.h"
+#include "support/verification.h"
+
+#include <QListWidget>
+#include <QTableWidget>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray row(const QStringList &cells)
+{
+    QByteArray xml = "<row>";
+    for (const QString &cell : cells)
+        xml += "<cell><text>" + cell.toHtmlEscaped().toUtf8() + "</text></cell>";
+    return xml + "</row>";
+}
+
+QByteArray table(const QByteArray &rows, const QByteArray &object = "table")
+{
+    return "<Verification object='" + object + "'><table hasText='1'>" + rows +
+           "</table></Verification>";
+}
+
+const char tableType[] = "version='5' type='Table'";
+
+} // namespace
+
+class TableVPTest : public VerificationTest
+{
+protected:
+    TableVPTest()
+        : widget(2, 2)
+    {
+        widget.setObjectName("table");
+        for (int i = 0; i < 4; ++i)
+            widget.setItem(i / 2, i % 2, new QTableWidgetItem(QString(" %1 ").arg(i)));
+    }
+
+    const QByteArray present = row({" 0 ", " 1 "}) + row({" 2 ", " 3 "});
+    QTableWidget widget;
+};
+
+TEST_F(TableVPTest, OutcomesAndExpectationsGiveTheirResults)
+{
+    const struct
+    {
+        QByteArray rows;
+        bool expectFail;
+        const char *result;
+        VPResult::Summary summary;
+    } rows[] = {
+        {present, false,
+         "PASS Table Comparison of 'table' passed|Table contents appear to be equal.",
+         VPResult::SummaryPassed},
+        {present, true,
+         "XPASS Table Comparison of 'table' unexpectedly passed|Table contents appear to be equal.",
+         VPResult::SummaryFailed},
+        {row({" 0 ", "1"}), false,
+         "FAIL Table Comparison of 'table' failed|Table contents do not match expectation.",
+         VPResult::SummaryFailed},
+        {row({" 0 ", "1"}), true,
+         "XFAIL Table Comparison of 'table' expectedly failed|Table contents do not match "
+         "expectation.",
+         VPResult::SummaryPassed},
+        {row({" 0 ", " [0-9] "}) + row({".*", ".*"}), false,
+         "PASS Table Comparison of 'table' passed|Table contents appear to be equal.",
+         VPResult::SummaryPassed},
+    };
+    for (const auto &wanted : rows) {
+        expectFail = wanted.expectFail;
+        EXPECT_EQ(verify(tableType, table(wanted.rows)).summary(), wanted.summary);
+        EXPECT_EQ(takeResults(), QStringList(wanted.result));
+        EXPECT_EQ(entries().back().vpType, TestResult::TABLE_VP);
+        EXPECT_EQ(entries().back().tableDiff.isEmpty(), QByteArray(wanted.result).contains("pass"));
+    }
+}
+
+TEST_F(TableVPTest, WhatIsNoTableIsAnError)
+{
+    QWidget other;
+    other.setObjectName("other");
+    verify(tableType, table(present, "other"));
+    verify(tableType, table(present, "none"));
+    EXPECT_EQ(takeResults(),
+              (QStringList{"ERROR vp: Invalid object type|Object 'other' is not a table",
+                           "ERROR vp: No such object 'none'|There is no object {name='none'}."}));
+    EXPECT_EQ(createTableXmlFile(inspector.findObject("other", nullptr), path("a.xml")),
+              "Object does not support fetching table content");
+}
+
+TEST_F(TableVPTest, AnExpectationThatIsNoTableFailsWhateverItsTextSays)
+{
+    EXPECT_EQ(verify(tableType, "<Verification object='table'><other/></Verification>").summary(),
+              VPResult::SummaryFailed);
+    EXPECT_EQ(takeResults().size(), 1);
+    EXPECT_EQ(verify(tableType, "<Verification object='table'/>").summary(),
+              VPResult::SummaryFailed);
+}
+
+TEST_F(TableVPTest, SilentVerificationLogsNoTables)
+{
+    options.setFlag(VerificationOptions::SilentVerification);
+    EXPECT_EQ(verify(tableType, table("")).summary(), VPResult::SummaryFailed);
+    EXPECT_EQ(takeResults(), QStringList());
+}
+
+TEST_F(TableVPTest, LearningReplacesATableThatDiffersAndNoOther)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    verify(tableType, table(present));
+    EXPECT_TRUE(takeResults().first().startsWith("PASS "));
+    EXPECT_TRUE(pointFile().contains(table(present)));
+
+    widget.item(0, 0)->setText(QString::fromUtf8(" <\xc3\xa4&\x01 "));
+    const struct
+    {
+        QByteArray body;
+        const char *details;
+    } rows[] = {
+        {table(present), "Table contents do not match expectation."},
+        {"<Verification object='table'><other/></Verification>",
+         "Table contents appear to be equal."},
+        {"<Verification object='table'/>", "Table contents appear to be equal."},
+    };
+    for (const auto &wanted : rows) {
+        EXPECT_EQ(verify(tableType, wanted.body).summary(), VPResult::SummaryPassed);
+        EXPECT_EQ(takeResults(),
+                  QStringList(QString("WARNING vp: Table Comparison of 'table' failed. The "
+                                      "Verification Point was updated due to the "
+                                      "MORVEX_LEARN_SCREENSHOTS environment variable|") +
+                              wanted.details));
+        verifyFile(pointFile());
+        EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << pointFile().constData();
+    }
+}
+
+TEST_F(TableVPTest, TheContentIsWrittenAsAFileAndReadBack)
+{
+    widget.item(1, 1)->setBackground(Qt::red);
+    widget.item(0, 1)->setText("a < \"b\"\n c");
+    ASSERT_EQ(createTableXmlFile(inspector.findObject("table", nullptr), path("a.xml")), QString());
+    const QByteArray file = readFile(path("a.xml"));
+    EXPECT_FALSE(file.contains("backgroundColor"));
+    XmlTableRange range;
+    ASSERT_TRUE(range.loadContentFromXml(file.toStdString()));
+    EXPECT_EQ(range.rowCount(), 2);
+    EXPECT_EQ(range.text(0, 0), " 0 ");
+    EXPECT_EQ(range.text(0, 1), "a < \"b\"\n c");
+
+    ASSERT_EQ(retrieveTableContent(inspector.findObject("table", nullptr), &range), QString());
+    EXPECT_EQ(range.backgroundColor(1, 1), (TableRange::Color{255, 255, 0, 0}));
+    EXPECT_EQ(range.backgroundColor(0, 0), TableRange::Color());
+    EXPECT_NE(createTableXmlFile(inspector.findObject("table", nullptr), path("no/a.xml")),
+              QString());
+}
+
+TEST_F(TableVPTest, AListIsATableOfOneColumn)
+{
+    QListWidget list;
+    list.setObjectName("list");
+    list.addItems({"a", "b"});
+    EXPECT_EQ(verify(tableType, table(row({"a"}) + row({"b"}), "list")).summary(),
+              VPResult::SummaryPassed);
+    list.clear();
+    EXPECT_EQ(verify(tableType, table("", "list")).summary(), VPResult::SummaryPassed);
+}

@@ -1,0 +1,295 @@
+#include "test/testvp.h"
+
+#include "support/files.h"
+#include "support/verification.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QTimer>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray textCheck(const QByteArray &text, const QByteArray &object = "label",
+                     const QByteArray &more = "")
+{
+    return "<Verification object='" + object + "' property='text' type='string' " + more +
+           "><base64EncodedValue>" + text.toBase64() + "</base64EncodedValue></Verification>";
+}
+
+const char propertiesType[] = "version='5' type='ObjectProperties'";
+
+} // namespace
+
+class TestVPTest : public VerificationTest
+{
+protected:
+    TestVPTest()
+        : label("old")
+    {
+        label.setObjectName("label");
+    }
+
+    QLabel label;
+};
+
+TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
+{
+    const struct
+    {
+        QByteArray file;
+        QString message;
+        QString details;
+    } rows[] = {
+        {"<VerificationPoint>", "Verification point file 'vp' cannot be read.", ""},
+        {"", "Verification point file 'vp' cannot be read.", ""},
+        {QByteArray("<a>").repeated(200000), "Verification point file 'vp' cannot be read.",
+         "the elements are nested too deep"},
+        {"<Other/>", "Verification point file 'vp' is malformed.",
+         "File does not contain 'VerificationPoint' root element"},
+        {"<VerificationPoint version='6' type='Table'/>",
+         "Unsupported version in verification point file 'vp'.",
+         "Verification point version 6 is greater than the maximum supported version 5"},
+        {"<VerificationPoint type='Nonsense'><Verification object='label'/></VerificationPoint>",
+         "Unknown verification type.",
+         "Verification type 'Nonsense' is not known by this Morvex version"},
+        {"<VerificationPoint type='Visual'><Verification object='label'/></VerificationPoint>",
+         "Unknown verification type.",
+         "Verification type 'Visual' is not known by this Morvex version"},
+        {"<VerificationPoint type='Table'><Verification object='a'/><Verification/>"
+         "</VerificationPoint>",
+         "Too many objects in VP file", "VP file contains more than a single object"},
+    };
+    for (const auto &row : rows) {
+        const VPResult result = verifyFile(row.file);
+        EXPECT_EQ(result.summary(), VPResult::SummaryError) << row.file.left(200).constData();
+        EXPECT_EQ(result.message(), row.message);
+        EXPECT_FALSE(result.details().isEmpty());
+        EXPECT_TRUE(row.details.isEmpty() || result.details() == row.details)
+            << result.details().toStdString();
+        EXPECT_EQ(takeResults(), QStringList());
+    }
+    const VPResult missing =
+        TestVP("vp", path("none.xml"))
+            .verify(&log, stack, &runner, "", &resolver, options, nullptr, false);
+    EXPECT_EQ(missing.message(), "Verification point file 'vp' cannot be opened.");
+    EXPECT_FALSE(missing.details().isEmpty());
+}
+
+TEST_F(TestVPTest, AnUnknownTypeWithoutVerificationsPasses)
+{
+    const VPResult result = verify("type='Nonsense'", "<Other/>");
+    EXPECT_EQ(result.summary(), VPResult::SummaryPassed);
+    EXPECT_TRUE(result.message().isEmpty() && result.details().isEmpty());
+}
+
+TEST_F(TestVPTest, AResolverExcusesFilesWithSeveralObjects)
+{
+    QLabel other("new");
+    other.setObjectName("other");
+    resolver.severalObjects = true;
+    EXPECT_EQ(verify(propertiesType, textCheck("old") + textCheck("new", "other")).summary(),
+              VPResult::SummaryPassed);
+}
+
+TEST_F(TestVPTest, OutcomesAndExpectationsGiveTheirResults)
+{
+    const struct
+    {
+        const char *text;
+        const char *xfail;
+        bool expectFail;
+        const char *type;
+        VPResult::Summary summary;
+    } rows[] = {
+        {"old", "", false, "PASS", VPResult::SummaryPassed},
+        {"new", "", false, "FAIL", VPResult::SummaryFailed},
+        {"new", "xfail='true'", false, "XFAIL", VPResult::SummaryPassed},
+        {"new", "xfail='yes'", false, "FAIL", VPResult::SummaryFailed},
+        {"new", "", true, "XFAIL", VPResult::SummaryPassed},
+        {"old", "xfail='true'", false, "XPASS", VPResult::SummaryFailed},
+        {"old", "", true, "XPASS", VPResult::SummaryFailed},
+    };
+    for (const auto &row : rows) {
+        expectFail = row.expectFail;
+        const VPResult result = verify(propertiesType, textCheck(row.text, "label", row.xfail));
+        EXPECT_EQ(result.summary(), row.summary) << row.text << row.xfail << row.expectFail;
+        const QStringList results = takeResults();
+        ASSERT_EQ(results.size(), 1);
+        EXPECT_EQ(results[0].section(' ', 0, 0), row.type);
+        EXPECT_EQ(results[0].section(' ', 1), result.message() + "|" + result.details());
+    }
+}
+
+TEST_F(TestVPTest, AWidgetThatChangesBetweenAttemptsPassesWithAWarning)
+{
+    options.setRetryDuration(60000);
+    QTimer::singleShot(300, &label, [this] { label.setText("new"); });
+    EXPECT_EQ(verify(propertiesType, textCheck("new")).summary(), VPResult::SummaryPassed);
+    const QStringList results = takeResults();
+    ASSERT_EQ(results.size(), 2);
+    EXPECT_EQ(results[0], "PASS vp: Object property comparison of 'label.text' passed|'new' and "
+                          "'new' are equal");
+    EXPECT_EQ(results[1], QString("WARNING vp: It took %1 attempts to verify prior verification|")
+                              .arg(resolver.lookups));
+    const auto &all = entries();
+    EXPECT_EQ(all[all.size() - 1].vpCounter, all[all.size() - 2].vpCounter);
+    EXPECT_GT(all.back().vpCounter, 0);
+    EXPECT_EQ(all.back().vpType, TestResult::PROPERTY_VP);
+}
+
+TEST_F(TestVPTest, OnlyTheLastOfManyAttemptsIsLogged)
+{
+    options.setRetryDuration(50);
+    EXPECT_EQ(verify(propertiesType, textCheck("new")).summary(), VPResult::SummaryFailed);
+    EXPECT_GT(resolver.lookups, 1);
+    EXPECT_EQ(takeResults().size(), 1);
+
+    // Expected failures end the retrying, unexpected passes don't.
+    resolver.lookups = 0;
+    expectFail = true;
+    verify(propertiesType, textCheck("new"));
+    EXPECT_EQ(resolver.lookups, 1);
+    verify(propertiesType, textCheck("old"));
+    EXPECT_GT(resolver.lookups, 2);
+    options.setRetryDuration(0);
+    resolver.lookups = 0;
+    verify(propertiesType, textCheck("old"));
+    EXPECT_EQ(resolver.lookups, 1);
+}
+
+TEST_F(TestVPTest, AnErrorIsRetriedLikeAFailure)
+{
+    options.setRetryDuration(60000);
+    label.setObjectName("");
+    resolver.beforeLookup = [this](int lookup) {
+        if (lookup == 3)
+            label.setObjectName("label");
+    };
+    EXPECT_EQ(verify(propertiesType, textCheck("old")).summary(), VPResult::SummaryPassed);
+    EXPECT_EQ(takeResults().last(), "WARNING vp: It took 3 attempts to verify prior verification|");
+}
+
+TEST_F(TestVPTest, SilentVerificationLogsErrorsAlone)
+{
+    options.setFlag(VerificationOptions::SilentVerification);
+    const VPResult failed = verify(propertiesType, textCheck("new"));
+    EXPECT_EQ(failed.summary(), VPResult::SummaryFailed);
+    EXPECT_TRUE(failed.message().isEmpty());
+    EXPECT_EQ(takeResults(), QStringList());
+    EXPECT_EQ(entries().back().type, TestResult::START);
+
+    const VPResult missing = verify(propertiesType, textCheck("new", "nothing"));
+    EXPECT_EQ(missing.message(), "vp: No such object 'nothing'");
+    EXPECT_EQ(takeResults().size(), 1);
+}
+
+TEST_F(TestVPTest, StopOnFailEndsAtTheFirstFailure)
+{
+    const QByteArray checks = textCheck("old") + textCheck("new") + textCheck("old");
+    EXPECT_EQ(verify(propertiesType, checks).summary(), VPResult::SummaryFailed);
+    EXPECT_EQ(takeResults().size(), 3);
+    options.setFlag(VerificationOptions::StopOnFail);
+    const VPResult result = verify(propertiesType, checks);
+    EXPECT_EQ(result.summary(), VPResult::SummaryFailed);
+    EXPECT_EQ(result.details(), "'old' and 'new' are not equal");
+    EXPECT_EQ(takeResults().size(), 2);
+}
+
+TEST_F(TestVPTest, OnlyFailuresCarryTheWholeStack)
+{
+    verify(propertiesType, textCheck("old"));
+    EXPECT_EQ(entries().back().stack, std::vector<LineInfo>{stack.front()});
+    verify(propertiesType, textCheck("new"));
+    EXPECT_EQ(entries().back().stack, stack);
+    EXPECT_EQ(entries().back().info, "info");
+    EXPECT_EQ(entries().back().vpName, "vp");
+    EXPECT_EQ(entries().back().vpFile.fileName(), "vp.xml");
+    expectFail = true;
+    verify(propertiesType, textCheck("new"));
+    EXPECT_EQ(entries().back().stack.size(), 1u);
+}
+
+TEST_F(TestVPTest, TheOptionsSayWhichResultsGetAPicture)
+{
+    using Flag = VerificationOptions::Flag;
+    const struct
+    {
+        TestResult::ResultType type;
+        int flag;
+        const char *file;
+    } rows[] = {
+        {TestResult::PASS, VerificationOptions::ScreenshotOnPass, "passedImages/passed_1.png"},
+        {TestResult::XFAIL, VerificationOptions::ScreenshotOnPass, "passedImages/passed_2.png"},
+        {TestResult::FAIL, VerificationOptions::ScreenshotOnFail, "failedImages/failed_1.png"},
+        {TestResult::XPASS, VerificationOptions::ScreenshotOnFail, "failedImages/failed_2.png"},
+        {TestResult::WARNING, VerificationOptions::ScreenshotOnWarning,
+         "warnedImages/warned_1.png"},
+        {TestResult::ERROR, VerificationOptions::ScreenshotOnError, "errorImages/error_1.png"},
+        {TestResult::FATAL, VerificationOptions::ScreenshotOnError, "unknownImages/unknown_1.png"},
+        {TestResult::LOG, 0, "logImages/log_1.png"},
+    };
+    for (const auto &row : rows) {
+        VerificationOptions wanted;
+        for (int flag = 1; flag <= 32; flag *= 2) {
+            wanted = VerificationOptions();
+            wanted.setFlag(Flag(flag));
+            EXPECT_EQ(TestVP::wantLogScreenshotForResult(wanted, row.type), flag == row.flag);
+        }
+        EXPECT_EQ(TestVP::logScreenshot(&runner, row.type, label.grab().toImage()),
+                  " (Screenshot in \"" + path(QString("suite/tst_a/") + row.file) + "\")");
+        EXPECT_TRUE(QFile::exists(path(QString("suite/tst_a/") + row.file)));
+    }
+}
+
+TEST_F(TestVPTest, AFailureLogsAPictureOfTheDesktopInTheResultDirectory)
+{
+    label.show();
+    options.setFlag(VerificationOptions::ScreenshotOnFail);
+    runner.results = path("results");
+    verify(propertiesType, textCheck("new"));
+    const QString file = path("results/suite/tst_a/failedImages/failed_1.png");
+    EXPECT_EQ(entries().back().message,
+              "vp: Object property comparison of 'label.text' failed (Screenshot in \"" + file +
+                  "\")");
+    EXPECT_FALSE(QImage(file).isNull());
+
+    writeFile(path("blocked"), "a file where the directory should be");
+    runner.results = path("blocked");
+    verify(propertiesType, textCheck("new"));
+    EXPECT_EQ(entries().back().message, "vp: Object property comparison of 'label.text' failed");
+}
+
+TEST_F(TestVPTest, PicturesOfObjectsGoToFilesOrGiveTheReason)
+{
+    const SharedPtr<Object> object = inspector.findObject("label", nullptr);
+    EXPECT_EQ(TestVP::grabWindow(object, path("a.png"), "PNG", 0), QString());
+    EXPECT_EQ(QImage(path("a.png")).size(), label.size());
+    const QSize size = label.size();
+    EXPECT_EQ(TestVP::grabWindow(object, path("none/a.png"), "PNG", 0),
+              QString("TestVP::grabWindow: QImage::save() (%1x%1 pixels) with fn = '%2' and "
+                      "format = '%3' failed!\n")
+                  .arg(size.width())
+                  .arg(size.height())
+                  .arg(path("none/a.png")));
+    EXPECT_EQ(TestVP::grabWindow(inspector.makeInt(1), path("a.png"), "PNG", 0),
+              "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned invalid "
+              "variant! there is no object with this id");
+}
+
+TEST(VerificationOptionsTest, TheFlagZeroStandsForNoFlagAtAll)
+{
+    VerificationOptions options;
+    EXPECT_TRUE(options.testFlag(VerificationOptions::Flag(0)));
+    options.setFlag(VerificationOptions::StopOnFail, true);
+    EXPECT_FALSE(options.testFlag(VerificationOptions::Flag(0)));
+    EXPECT_FALSE(options.testFlag(VerificationOptions::Flag(33)));
+    options.setFlag(VerificationOptions::SilentVerification);
+    EXPECT_TRUE(options.testFlag(VerificationOptions::Flag(33)));
+    options.setFlag(VerificationOptions::StopOnFail, false);
+    EXPECT_EQ(options.flags(), 1);
+    EXPECT_EQ(VerificationOptions().screenshotDelay(), 1000);
+}
