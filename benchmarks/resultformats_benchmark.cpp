@@ -24,7 +24,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Entries = std::vector<TestResult::Entry>;
 
-const int entryCount = 50000;
+const int entryCount = 200000;
 
 void makeFile(const QString &path)
 {

@@ -68,14 +68,6 @@ int endOfPlain(const QString &text, int position)
     return position;
 }
 
-void appendPlain(std::string &out, const QChar *text, int length)
-{
-    const std::size_t size = out.size();
-    out.resize(size + static_cast<std::size_t>(length));
-    for (int i = 0; i < length; ++i)
-        out[size + static_cast<std::size_t>(i)] = text[i].toLatin1();
-}
-
 void append(std::string &out, QLatin1String text)
 {
     out.append(text.data(), static_cast<std::size_t>(text.size()));
@@ -101,7 +93,7 @@ void JsonObject::add(QLatin1String key, const QString &text)
     m_values += '"';
     for (int position = 0; position < text.size();) {
         const int plainEnd = endOfPlain(text, position);
-        appendPlain(m_values, text.constData() + position, plainEnd - position);
+        appendAscii(m_values, text.constData() + position, plainEnd - position);
         position = plainEnd;
         if (position < text.size())
             appendEscaped(m_values, takeReportCharacter(text, &position));

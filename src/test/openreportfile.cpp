@@ -6,7 +6,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstdio>
+#include <unistd.h>
 
 namespace Morvex {
 namespace {
@@ -70,6 +72,19 @@ bool writeWhole(QIODevice *device, const char *data, qint64 size)
         if (count <= 0)
             return false;
         written += count;
+    }
+    return true;
+}
+
+bool writeWhole(int descriptor, const char *data, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = ::write(descriptor, data, size);
+        if (written < 0 && errno != EINTR)
+            return false;
+        const std::size_t done = written > 0 ? static_cast<std::size_t>(written) : 0;
+        data += done;
+        size -= done;
     }
     return true;
 }

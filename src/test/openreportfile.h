@@ -5,6 +5,8 @@
 #include <QFlags>
 #include <QString>
 
+#include <cstddef>
+
 class QFile;
 class QIODevice;
 
@@ -28,6 +30,9 @@ MORVEX_EXPORT QString openReportFile(const QString &fileName, OpenReportFileOpti
 /// knows the reason. False when not all could be written; the device's error text tells why. To be
 /// used on devices without a buffer: theirs may fail later.
 MORVEX_EXPORT bool writeWhole(QIODevice *device, const char *data, qint64 size);
+
+/// The same for a file descriptor; errno tells why.
+MORVEX_EXPORT bool writeWhole(int descriptor, const char *data, std::size_t size);
 
 /// The line on standard error for a report that lacks its end.
 MORVEX_EXPORT void tellWriteError(const QString &fileName, const QString &reason);

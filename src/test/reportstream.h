@@ -2,10 +2,12 @@
 
 #include "morvex_export.h"
 
+#include <QFile>
 #include <QString>
 
-#include <fstream>
 #include <ostream>
+#include <streambuf>
+#include <string>
 
 namespace Morvex {
 
@@ -20,28 +22,34 @@ public:
         Unbuffered
     };
 
-    /// @p mode as of std::ofstream.
+    /// std::ios::app adds to the file, anything else replaces it.
     ReportStream(const QString &fileName, std::ios::openmode mode, Buffering buffering);
     ~ReportStream() override;
 
-    bool isOpen() const { return m_buffer.is_open(); }
+    bool isOpen() const { return m_buffer.isOpen(); }
 
 private:
-    class Buffer : public std::filebuf
+    class Buffer : public std::streambuf
     {
     public:
-        explicit Buffer(const QString &fileName);
+        Buffer(const QString &fileName, std::ios::openmode mode, Buffering buffering);
+
+        bool isOpen() const { return m_file.isOpen(); }
 
     protected:
         std::streamsize xsputn(const char *data, std::streamsize size) override;
         int_type overflow(int_type byte) override;
         int sync() override;
+        /// Only tells where the end is.
+        pos_type seekoff(off_type offset, std::ios::seekdir from, std::ios::openmode mode) override;
 
     private:
-        void tellOnce();
+        bool writeOut(const char *data, std::streamsize size);
 
-        QString m_fileName;
-        bool m_isTold = false;
+        QFile m_file;
+        std::string m_pending;
+        std::size_t m_capacity;
+        bool m_isBroken = false;
     };
 
     Buffer m_buffer;

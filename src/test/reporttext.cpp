@@ -1,5 +1,7 @@
 #include "test/reporttext.h"
 
+#include <algorithm>
+
 namespace Morvex {
 namespace {
 
@@ -28,17 +30,30 @@ void appendUtf8(std::string &out, char32_t character)
 
 } // namespace
 
+void appendAscii(std::string &out, const QChar *text, int length)
+{
+    const std::size_t size = out.size();
+    out.resize(size + static_cast<std::size_t>(length));
+    char *const begin = &out[size];
+    for (int i = 0; i < length; ++i)
+        begin[i] = text[i].toLatin1();
+}
+
 std::string reportUtf8(const QString &text)
 {
     std::string utf8;
     utf8.reserve(static_cast<std::size_t>(text.size()));
-    for (int position = 0; position < text.size();) {
-        const QChar unit = text.at(position);
-        if (unit.unicode() < 0x80) {
-            utf8 += unit.toLatin1();
-            ++position;
-        } else {
+    const QChar *const begin = text.constData();
+    const QChar *const end = begin + text.size();
+    for (const QChar *unit = begin; unit != end;) {
+        const QChar *const asciiEnd =
+            std::find_if(unit, end, [](QChar other) { return other.unicode() >= 0x80; });
+        appendAscii(utf8, unit, static_cast<int>(asciiEnd - unit));
+        unit = asciiEnd;
+        if (unit != end) {
+            int position = static_cast<int>(unit - begin);
             appendUtf8(utf8, takeReportCharacter(text, &position));
+            unit = begin + position;
         }
     }
     return utf8;

@@ -25,6 +25,9 @@ inline char32_t takeReportCharacter(const QString &text, int *position)
     return QChar::surrogateToUcs4(unit, data[(*position)++]);
 }
 
+/// For units below 0x80.
+MORVEX_EXPORT void appendAscii(std::string &out, const QChar *text, int length);
+
 /// UTF-8. Control characters stay.
 MORVEX_EXPORT std::string reportUtf8(const QString &text);
 

@@ -245,13 +245,8 @@ void StdoutReportGenerator::writeAtOnce(const QByteArray &line)
         flush();
         return;
     }
-    for (qint64 position = 0; position < line.size();) {
-        const ssize_t written = ::write(descriptor, line.constData() + position,
-                                        static_cast<std::size_t>(line.size() - position));
-        if (written < 0 && errno != EINTR)
-            return tellFailure();
-        position += qMax(written, ssize_t(0));
-    }
+    if (!writeWhole(descriptor, line.constData(), static_cast<std::size_t>(line.size())))
+        tellFailure();
 }
 
 void StdoutReportGenerator::flush()

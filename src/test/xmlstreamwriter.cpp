@@ -3,6 +3,7 @@
 #include "test/reporttext.h"
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 
 namespace Morvex {
@@ -10,10 +11,31 @@ namespace {
 
 const int indentWidth = 4;
 
-bool isIllegal(char byte)
+// What the texts of a report are mostly made of takes one look-up a byte.
+enum ByteClass : unsigned char {
+    Plain,
+    Illegal,
+    /// Markup, or what an attribute can't hold as it stands.
+    ToEscape,
+    BeginsTerminator
+};
+
+constexpr std::array<ByteClass, 256> makeByteClasses()
 {
-    const auto code = static_cast<unsigned char>(byte);
-    return code < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+    std::array<ByteClass, 256> classes{};
+    for (unsigned code = 0; code < 0x20; ++code)
+        classes[code] = Illegal;
+    for (const unsigned char code : {'\t', '\n', '\r', '&', '<', '>', '"', '\''})
+        classes[code] = ToEscape;
+    classes[']'] = BeginsTerminator;
+    return classes;
+}
+
+constexpr std::array<ByteClass, 256> byteClasses = makeByteClasses();
+
+ByteClass classOf(char byte)
+{
+    return byteClasses[static_cast<unsigned char>(byte)];
 }
 
 void warnOfIllegal(char byte, const char *place)
@@ -49,12 +71,25 @@ const char *escapeOf(char byte, bool attribute)
 const char terminator[] = "]]>";
 const std::size_t terminatorSize = 3;
 
+bool isPlainCData(char byte)
+{
+    return classOf(byte) != Illegal && byte != terminator[0];
+}
+
 // Holds back what may become the terminator until the byte behind it is known.
 void appendCData(std::string &out, const std::string &text)
 {
     std::size_t matched = 0;
-    for (const char byte : text) {
-        if (isIllegal(byte)) {
+    for (auto position = text.begin(); position != text.end();) {
+        if (matched == 0) {
+            const auto plainEnd = std::find_if_not(position, text.end(), isPlainCData);
+            out.append(position, plainEnd);
+            position = plainEnd;
+            if (position == text.end())
+                break;
+        }
+        const char byte = *position++;
+        if (classOf(byte) == Illegal) {
             warnOfIllegal(byte, "CData");
         } else if (byte == terminator[matched]) {
             if (++matched < terminatorSize)
@@ -74,8 +109,7 @@ void appendCData(std::string &out, const std::string &text)
 
 bool isPlain(char byte)
 {
-    return static_cast<unsigned char>(byte) >= 0x20 && byte != '&' && byte != '<' && byte != '>' &&
-           byte != '"' && byte != '\'';
+    return classOf(byte) == Plain || classOf(byte) == BeginsTerminator;
 }
 
 void appendEscaped(std::string &out, const std::string &text, bool attribute)
@@ -86,7 +120,7 @@ void appendEscaped(std::string &out, const std::string &text, bool attribute)
         out.append(position, plainEnd);
         if (plainEnd == end)
             return;
-        if (isIllegal(*plainEnd))
+        if (classOf(*plainEnd) == Illegal)
             warnOfIllegal(*plainEnd, "string");
         else if (const char *escape = escapeOf(*plainEnd, attribute))
             out += escape;
