@@ -71,7 +71,7 @@ int run(const RunnerOptions &options)
 {
     switch (options.action) {
     case RunnerOptions::Action::Help:
-        std::fputs(qPrintable(helpText()), stdout);
+        std::fputs(qUtf8Printable(helpText()), stdout);
         return ExitPassed;
     case RunnerOptions::Action::Version:
         std::puts("morvexrunner " MORVEX_VERSION);

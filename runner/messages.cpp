@@ -12,7 +12,7 @@ void printMessage(const QString &text)
 
 void printLine(const QString &text)
 {
-    std::fprintf(stderr, "%s\n", qPrintable(text));
+    std::fprintf(stderr, "%s\n", qUtf8Printable(text));
 }
 
 QString shellQuoted(const QString &text)

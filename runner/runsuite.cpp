@@ -7,6 +7,7 @@
 #include "runner/runoutcome.h"
 #include "runner/signals.h"
 #include "test/cancellation.h"
+#include "test/openreportfile.h"
 #include "test/testfilters.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
@@ -190,7 +191,7 @@ int SuiteRunner::list()
         return ExitUnusable;
     }
     for (const QString &testCase : selected)
-        std::printf("%s\n", qPrintable(testCase));
+        std::printf("%s\n", qUtf8Printable(testCase));
     return ExitPassed;
 }
 
@@ -230,7 +231,7 @@ int SuiteRunner::finish(const TestResult &result)
         printMessage(QStringLiteral("the run ended before its log did, see above"));
         return ExitUnusable;
     }
-    return m_outcome.hasFailure() ? ExitFailed : ExitPassed;
+    return m_outcome.hasFailure() || hasIncompleteReport() ? ExitFailed : ExitPassed;
 }
 
 // A test case that this run should have reached, but did not, stays on the list.

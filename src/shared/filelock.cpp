@@ -1,21 +1,36 @@
 #include "shared/filelock.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QThread>
 
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Morvex {
+namespace {
 
-// Child processes must not inherit the lock: they may outlive this one.
-FileLock::FileLock(const QString &path)
-    : m_descriptor(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC))
+const int pauseMilliseconds = 20;
+
+// Some network file systems lock only what is open for writing; a directory and the file of another
+// user can't be. Child processes must not inherit the lock: they may outlive this one.
+int openForLock(const QByteArray &path)
 {
-    if (m_descriptor >= 0 && ::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0)
-        m_isHeldElsewhere = errno == EWOULDBLOCK;
+    const int descriptor = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    return descriptor >= 0 ? descriptor : ::open(path.constData(), O_RDONLY | O_CLOEXEC);
+}
+
+} // namespace
+
+FileLock::FileLock(const QString &path, int waitMilliseconds)
+    : m_descriptor(openForLock(QFile::encodeName(path)))
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!tryLock() && m_isHeldElsewhere && !timer.hasExpired(waitMilliseconds))
+        QThread::msleep(pauseMilliseconds);
 }
 
 FileLock::~FileLock()
@@ -24,13 +39,11 @@ FileLock::~FileLock()
         ::close(m_descriptor);
 }
 
-bool FileLock::isOn(const QString &path) const
+bool FileLock::tryLock()
 {
-    struct stat locked = {};
-    struct stat named = {};
-    return m_descriptor >= 0 && ::fstat(m_descriptor, &locked) == 0 &&
-           ::stat(QFile::encodeName(path).constData(), &named) == 0 &&
-           locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
+    const bool isLocked = m_descriptor >= 0 && ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+    m_isHeldElsewhere = !isLocked && m_descriptor >= 0 && errno == EWOULDBLOCK;
+    return isLocked;
 }
 
 } // namespace Morvex

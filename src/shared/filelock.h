@@ -6,26 +6,26 @@
 
 namespace Morvex {
 
-/// Tells other processes, and other objects in this one, that a file is in use. Ends with the
+/// Tells other processes, and other objects in this one, that something is in use. Ends with the
 /// object or the process, however that ends. Keeps nobody from reading or writing.
 class MORVEX_EXPORT FileLock
 {
 public:
-    /// Does not wait. @p path has to exist.
-    explicit FileLock(const QString &path);
+    /// @p path names a file, which is created and never removed, or a directory, which has to
+    /// exist. Waits so long for another one to end; by default not at all.
+    explicit FileLock(const QString &path, int waitMilliseconds = 0);
     ~FileLock();
 
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    /// False when there is no knowing, as on a file system without locks.
+    /// False when there is no knowing: the file can't be created or opened, or its file system has
+    /// no locks.
     bool isHeldElsewhere() const { return m_isHeldElsewhere; }
 
-    /// Whether the file that was found at first is still what @p path names: a file that was
-    /// replaced meanwhile has another lock.
-    bool isOn(const QString &path) const;
-
 private:
+    bool tryLock();
+
     int m_descriptor;
     bool m_isHeldElsewhere = false;
 };

@@ -103,7 +103,7 @@ bool XmlTableRange::loadContentFromXml(const std::string &xml)
     if (!error.isEmpty()) {
         // The parser gives 0 for a place that it does not know.
         std::fprintf(stderr, "XML Parse Error at %d:%d:%s\n", qMax(1, document.ErrorRow()),
-                     qMax(1, document.ErrorCol()), qPrintable(error));
+                     qMax(1, document.ErrorCol()), qUtf8Printable(error));
         return false;
     }
     const TiXmlElement *table = document.FirstChildElement("table");

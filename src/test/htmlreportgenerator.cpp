@@ -36,24 +36,37 @@ QString fillReport(const QString &directory)
     return {};
 }
 
+// What runs have left that were killed while they made the report.
+void removeUnfinished(const QDir &parent, const QString &prefix)
+{
+    const QStringList names =
+        parent.entryList({prefix + QLatin1Char('*')}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+    for (const QString &name : names) {
+        const QString path = parent.filePath(name);
+        if (!FileLock(path).isHeldElsewhere())
+            removeDirRecursively(path);
+    }
+}
+
 // The directory appears as a whole or not at all: one that lacks its data file would be refused in
 // each later run. Returns an error text, empty on success.
 QString makeReport(const QDir &dir)
 {
-    const QString path = QDir::cleanPath(dir.path());
-    const QFileInfo info(path);
+    const QFileInfo info(dir.path());
+    const QString prefix = QLatin1Char('.') + info.fileName() + QLatin1String(".new-");
     const QString error = QStringLiteral("Could not create directory '%1'").arg(dir.path());
     if (!info.dir().mkpath(QStringLiteral(".")))
         return error;
-    TemporaryDir unfinished(
-        info.dir().filePath(QLatin1Char('.') + info.fileName() + QLatin1String(".new-")));
+    removeUnfinished(info.dir(), prefix);
+    TemporaryDir unfinished(info.dir().filePath(prefix));
     if (!unfinished.isValid())
         return error;
+    const FileLock isMade(unfinished.path());
     const QString fillError = fillReport(unfinished.path());
     if (!fillError.isEmpty())
         return fillError;
     if (std::rename(QFile::encodeName(unfinished.path()).constData(),
-                    QFile::encodeName(path).constData()) == 0)
+                    QFile::encodeName(dir.path()).constData()) == 0)
         unfinished.setAutoRemove(false);
     else if (!dir.exists())
         return error;
@@ -66,7 +79,7 @@ void reportRepair(const WebReportRepair &repair)
     if (repair.isRepaired)
         qCDebug(traceReportGen) << repair.message;
     if (!repair.error.isEmpty())
-        std::fprintf(stderr, "morvexrunner: %s\n", qPrintable(repair.error));
+        std::fprintf(stderr, "morvexrunner: %s\n", qUtf8Printable(repair.error));
 }
 
 } // namespace
@@ -95,7 +108,7 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
                              .arg(*resultDir)};
     if (path.isEmpty())
         return {nullptr, QStringLiteral("Missing target directory")};
-    const QDir dir(QDir::current().absoluteFilePath(path));
+    const QDir dir(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
     const QString dataDir = dir.filePath(webReportDataDir);
     const QString dataFile = QDir(dataDir).filePath(webReportDataFile);
     qCDebug(traceReportGen) << "data dir " << dataDir;
@@ -127,9 +140,8 @@ void HtmlReportGenerator::init()
     stream().seekp(0, std::ios::end);
     const auto position = static_cast<qint64>(stream().tellp());
     qCDebug(traceReportGen) << "reportPos" << position;
-    if (position == 0)
-        stream() << webReportHeader;
-    stream() << webReportRunBegin;
+    // In one piece: a header alone would hide that a run was lost.
+    stream() << (position == 0 ? std::string(webReportHeader) : std::string()) + webReportRunBegin;
     m_isBegun = true;
     JsonReportGenerator::init();
 }

@@ -43,9 +43,9 @@ qint64 MultiOutputDevice::writeData(const char *data, qint64 size)
 
 void MultiOutputDevice::dropFailedDevice(QIODevice *device)
 {
-    std::fputs(
-        qPrintable(QStringLiteral("Error writing output file: %1\n").arg(device->errorString())),
-        stderr);
+    std::fputs(qUtf8Printable(
+                   QStringLiteral("Error writing output file: %1\n").arg(device->errorString())),
+               stderr);
     m_written.remove(device);
     delete device;
 }

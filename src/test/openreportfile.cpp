@@ -6,12 +6,15 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <unistd.h>
 
 namespace Morvex {
 namespace {
+
+std::atomic<bool> isIncomplete{false};
 
 const QIODevice::OpenMode unbuffered = QIODevice::WriteOnly | QIODevice::Unbuffered;
 
@@ -89,8 +92,19 @@ bool writeWhole(int descriptor, const char *data, std::size_t size)
     return true;
 }
 
+void noteIncompleteReport()
+{
+    isIncomplete = true;
+}
+
+bool hasIncompleteReport()
+{
+    return isIncomplete;
+}
+
 void tellWriteError(const QString &fileName, const QString &reason)
 {
+    noteIncompleteReport();
     std::fprintf(stderr, "morvexrunner: Could not write report file '%s': %s\n",
                  qUtf8Printable(fileName), qUtf8Printable(reason));
 }

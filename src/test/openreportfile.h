@@ -34,8 +34,12 @@ MORVEX_EXPORT bool writeWhole(QIODevice *device, const char *data, qint64 size);
 /// The same for a file descriptor; errno tells why.
 MORVEX_EXPORT bool writeWhole(int descriptor, const char *data, std::size_t size);
 
-/// The line on standard error for a report that lacks its end.
+/// The line on standard error for a report that lacks its end, which is noted.
 MORVEX_EXPORT void tellWriteError(const QString &fileName, const QString &reason);
+
+/// Remembers for the rest of this process that a report is not whole.
+MORVEX_EXPORT void noteIncompleteReport();
+MORVEX_EXPORT bool hasIncompleteReport();
 
 /// @p fileName made absolute, with the first number behind its base name under which no file with
 /// content exists; without a number when it is free as it stands. An empty file counts as free.

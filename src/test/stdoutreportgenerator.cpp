@@ -261,6 +261,7 @@ void StdoutReportGenerator::tellFailure()
     if (d->hasFailed)
         return;
     d->hasFailed = true;
+    noteIncompleteReport();
     std::fprintf(stderr, "morvexrunner: Could not write the console report: %s\n",
                  std::strerror(errno));
 }

@@ -129,15 +129,15 @@ int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
         QStringLiteral("morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
     qCDebug(traceTestCaseRun) << "report pipe name: " << name;
     if (!listen(name)) {
-        std::fprintf(stderr, "Could not open pipe \"%s\" for report file: %s\n", qPrintable(name),
-                     qPrintable(m_reportServer.errorString()));
+        std::fprintf(stderr, "Could not open pipe \"%s\" for report file: %s\n",
+                     qUtf8Printable(name), qUtf8Printable(m_reportServer.errorString()));
         return TestCaseProcess::CANNOT_START;
     }
     const QString serverName = m_reportServer.fullServerName();
     qCDebug(traceTestCaseRun) << "report pipe path: " << serverName;
     if (serverName.isEmpty()) {
         std::fprintf(stderr, "Could not fetch absolute path to pipe \"%s\" for report file: %s",
-                     qPrintable(name), qPrintable(m_reportServer.errorString()));
+                     qUtf8Printable(name), qUtf8Printable(m_reportServer.errorString()));
         m_reportServer.close();
         return TestCaseProcess::CANNOT_START;
     }
@@ -276,7 +276,7 @@ void TestCaseRun::closeConnections()
     if (m_reportConnection->state() != QLocalSocket::UnconnectedState &&
         !m_reportConnection->waitForDisconnected(disconnectTimeoutMs))
         std::fprintf(stderr, "Closing report-connnection failed: %s\n",
-                     qPrintable(m_reportConnection->errorString()));
+                     qUtf8Printable(m_reportConnection->errorString()));
     readFromReportConnection();
     delete m_reportConnection;
     m_reportConnection = nullptr;

@@ -47,7 +47,7 @@ int TestCaseTransmission::openOutput()
     const QByteArray name = m_buffer.mid(videoNameLengthSize, static_cast<int>(length));
     const QIODeviceResult result = m_generator->videoOutput(QString::fromUtf8(name.constData()));
     if (!result.error.isEmpty()) {
-        std::fprintf(stderr, "Could not start the stream: %s\n", qPrintable(result.error));
+        std::fprintf(stderr, "Could not start the stream: %s\n", qUtf8Printable(result.error));
         deleteLater();
         return 0;
     }

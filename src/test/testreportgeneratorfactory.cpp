@@ -17,9 +17,12 @@
 #include "test/zipxml3reportgenerator.h"
 
 #include <QDir>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <list>
 #include <memory>
 
@@ -35,11 +38,15 @@ struct Arguments
     QString *resultDir;
 };
 
+// What the path of a report names.
+enum class Target { Nothing, File, Directory };
+
 // One row a keyword: all that the system knows of a format beside its own file pair.
 struct KeywordRow
 {
     QLatin1String name;
     QLatin1String description;
+    Target target;
     Result (*create)(const Arguments &, int version);
     int version;
 };
@@ -114,82 +121,108 @@ Result createXls(const Arguments &arguments, int)
 
 const KeywordRow keywordTable[] = {
     {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"),
-     createStdout, 0},
-    {QLatin1String("null"), QLatin1String("no report, only the exit status"), createNull, 0},
-    {QLatin1String("xml3"), QLatin1String("directory with results.xml, version 3.0"), createXml3,
-     0},
+     Target::File, createStdout, 0},
+    {QLatin1String("null"), QLatin1String("no report, only the exit status"), Target::Nothing,
+     createNull, 0},
+    {QLatin1String("xml3"), QLatin1String("directory with results.xml, version 3.0"),
+     Target::Directory, createXml3, 0},
     {QLatin1String("xml3.1"),
      QLatin1String("directory with results.xml, version 3.1, with visual verifications"),
-     createXml3, 1},
+     Target::Directory, createXml3, 1},
     {QLatin1String("xml3.2"),
-     QLatin1String("directory with results.xml, version 3.2, with retries"), createXml3, 2},
+     QLatin1String("directory with results.xml, version 3.2, with retries"), Target::Directory,
+     createXml3, 2},
     {QLatin1String("xml3.3"),
-     QLatin1String("directory with results.xml, version 3.3, with call stacks"), createXml3, 3},
+     QLatin1String("directory with results.xml, version 3.3, with call stacks"), Target::Directory,
+     createXml3, 3},
     {QLatin1String("xml3.4"),
-     QLatin1String("directory with results.xml, version 3.4, with the user name"), createXml3, 4},
+     QLatin1String("directory with results.xml, version 3.4, with the user name"),
+     Target::Directory, createXml3, 4},
     {QLatin1String("xml3.5"),
      QLatin1String("directory with results.xml, version 3.5, with milliseconds and videos"),
-     createXml3, 5},
-    {QLatin1String("zipxml3"), QLatin1String("the directory of xml3 as one zip file"),
+     Target::Directory, createXml3, 5},
+    {QLatin1String("zipxml3"), QLatin1String("the directory of xml3 as one zip file"), Target::File,
      createZipXml3, 0},
     {QLatin1String("zipxml3.1"), QLatin1String("the directory of xml3.1 as one zip file"),
-     createZipXml3, 1},
+     Target::File, createZipXml3, 1},
     {QLatin1String("zipxml3.2"), QLatin1String("the directory of xml3.2 as one zip file"),
-     createZipXml3, 2},
+     Target::File, createZipXml3, 2},
     {QLatin1String("zipxml3.3"), QLatin1String("the directory of xml3.3 as one zip file"),
-     createZipXml3, 3},
+     Target::File, createZipXml3, 3},
     {QLatin1String("zipxml3.4"), QLatin1String("the directory of xml3.4 as one zip file"),
-     createZipXml3, 4},
+     Target::File, createZipXml3, 4},
     {QLatin1String("zipxml3.5"), QLatin1String("the directory of xml3.5 as one zip file"),
-     createZipXml3, 5},
-    {QLatin1String("json"), QLatin1String("directory with results.json, version 1.0"), createJson,
-     JsonReportGenerator::Version1_0},
+     Target::File, createZipXml3, 5},
+    {QLatin1String("json"), QLatin1String("directory with results.json, version 1.0"),
+     Target::Directory, createJson, JsonReportGenerator::Version1_0},
     {QLatin1String("json1.1"), QLatin1String("directory with results.json, version 1.1"),
-     createJson, JsonReportGenerator::Version1_1},
+     Target::Directory, createJson, JsonReportGenerator::Version1_1},
     {QLatin1String("json1.2"),
-     QLatin1String("directory with results.json, version 1.2, with retries"), createJson,
-     JsonReportGenerator::Version1_2},
+     QLatin1String("directory with results.json, version 1.2, with retries"), Target::Directory,
+     createJson, JsonReportGenerator::Version1_2},
     {QLatin1String("html"),
-     QLatin1String("directory with pages for a browser; each run adds to it"), createHtml, 0},
+     QLatin1String("directory with pages for a browser; each run adds to it"), Target::Directory,
+     createHtml, 0},
     {QLatin1String("junit"),
      QLatin1String("JUnit file: a test case for each test case and section, with its log"),
-     createJUnit, 0},
-    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"), createXml,
-     0},
+     Target::File, createJUnit, 0},
+    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"),
+     Target::File, createXml, 0},
     {QLatin1String("xmlIncremental"),
-     QLatin1String("flat XML log that grows with the run, never on top of another"),
+     QLatin1String("flat XML log that grows with the run, never on top of another"), Target::File,
      createXmlIncremental, 0},
-    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), createXml2, 0},
+    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), Target::File,
+     createXml2, 0},
     {QLatin1String("xml2.1"),
-     QLatin1String("xml2 with kinds of verifications and details of failed ones"), createXml2, 1},
-    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), createXml2,
-     2},
+     QLatin1String("xml2 with kinds of verifications and details of failed ones"), Target::File,
+     createXml2, 1},
+    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), Target::File,
+     createXml2, 2},
     {QLatin1String("xmljunit"), QLatin1String("JUnit file: a test case for each result"),
-     createXmlJUnit, 0},
+     Target::File, createXmlJUnit, 0},
     {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"),
-     createXls, 0},
-    {QLatin1String("raw"), QLatin1String(""), createRaw, 0},
+     Target::File, createXls, 0},
+    {QLatin1String("raw"), QLatin1String(""), Target::File, createRaw, 0},
 };
 
-Result createByKeyword(const QString &name, const Arguments &arguments)
+// Null for a name that no format has.
+const KeywordRow *rowOf(const QString &name)
 {
-    for (const KeywordRow &row : keywordTable) {
-        if (name == row.name)
-            return row.create(arguments, row.version);
-    }
-    return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
+    const auto row = std::find_if(std::begin(keywordTable), std::end(keywordTable),
+                                  [&](const KeywordRow &other) { return name == other.name; });
+    return row == std::end(keywordTable) ? nullptr : row;
 }
 
-// Two reports in one file would destroy each other.
+// The same for all ways to name a file, whether it exists or not.
+QString identityOf(const QString &path)
+{
+    const QFileInfo file(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
+    if (file.exists())
+        return file.canonicalFilePath();
+    const QString directory = QFileInfo(file.path()).canonicalFilePath();
+    return directory.isEmpty() ? file.filePath() : directory + QLatin1Char('/') + file.fileName();
+}
+
+// Two reports in one file would destroy each other. Of directories there is only one in a run.
 QString sharedFileError(const QString &path, QStringList &usedPaths)
 {
     if (path.isEmpty() || path.startsWith(QLatin1String("/dev/")))
         return {};
-    const QString file = QDir::cleanPath(QDir::current().absoluteFilePath(path));
+    const QString file = identityOf(path);
     if (usedPaths.contains(file))
         return QStringLiteral("Another report is written to '%1' already").arg(file);
     usedPaths += file;
     return {};
+}
+
+Result createByName(const QString &name, const Arguments &arguments, QStringList &usedPaths)
+{
+    const KeywordRow *row = rowOf(name);
+    if (!row)
+        return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
+    const QString error =
+        row->target == Target::File ? sharedFileError(arguments.path, usedPaths) : QString();
+    return error.isEmpty() ? row->create(arguments, row->version) : Result{nullptr, error};
 }
 
 Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir,
@@ -201,9 +234,7 @@ Result createOne(const QString &value, TestReportGenerator::TestType type, QStri
     if (path.endsWith(QDir::separator()))
         path.chop(1);
     qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
-    const QString shared = sharedFileError(path, usedPaths);
-    const Result result =
-        shared.isEmpty() ? createByKeyword(name, {path, type, resultDir}) : Result{nullptr, shared};
+    const Result result = createByName(name, {path, type, resultDir}, usedPaths);
     if (result.error.isEmpty())
         return result;
     return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
@@ -241,7 +272,7 @@ TestReportGenerator *TestReportGeneratorFactory::create(const QStringList &value
     QString resultDir;
     const Result result = create(values, &resultDir, type);
     if (!result.error.isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(result.error));
+        std::fprintf(stderr, "%s\n", qUtf8Printable(result.error));
         std::exit(1);
     }
     return result.generator;

@@ -73,8 +73,8 @@ void TestSuite::checkSettingsGroup(const QString &group) const
         name = defaultGroup;
     if (name == defaultGroup || m_config.globalListEntry(key("SETTINGS_GROUPS")).contains(name))
         return;
-    std::fprintf(stderr, "Settings group '%s' doesn't exist in test suite '%s'\n", qPrintable(name),
-                 qPrintable(m_dir.dirName()));
+    std::fprintf(stderr, "Settings group '%s' doesn't exist in test suite '%s'\n",
+                 qUtf8Printable(name), qUtf8Printable(m_dir.dirName()));
     std::exit(-1);
 }
 

@@ -102,7 +102,7 @@ void TestSuite::run(const QString &host, int port, TestResult *result, const QSt
     QString error;
     const std::unique_ptr<FilterInterface> filter(allFilterByArgs(m_tags, {}, &error));
     if (!filter) {
-        std::fputs(qPrintable(error), stderr);
+        std::fputs(qUtf8Printable(error), stderr);
         return;
     }
     setSuiteDirVariable();
@@ -155,14 +155,15 @@ TestSuite::Decision TestSuite::decide(const QString &testCase, FilterInterface *
     QString error;
     const std::vector<std::string> tags = getTestCaseTags(testCase, &error);
     if (!error.isEmpty()) {
-        std::fprintf(stderr, "Error in test case config.xml: %s", qPrintable(error));
+        std::fprintf(stderr, "Error in test case config.xml: %s", qUtf8Printable(error));
         return Decision::Abort;
     }
     warnOfReservedTags(testCase, tags, result);
     // Which scenarios run is the child's choice.
     if (hasFeatureFile(testCase)) {
         if (!tags.empty())
-            std::fprintf(stderr, "Ignoring test case tags for BDD test %s\n", qPrintable(testCase));
+            std::fprintf(stderr, "Ignoring test case tags for BDD test %s\n",
+                         qUtf8Printable(testCase));
         return Decision::Run;
     }
     return filter->shouldExecuteWithTags(tags) ? Decision::Run : Decision::Skip;

@@ -1,16 +1,20 @@
 #include "test/webreportrepair.h"
 
 #include "shared/filelock.h"
+#include "shared/trace.h"
 #include "test/openreportfile.h"
 #include "test/webreportdata.h"
 #include "test/webreportscanner.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 #include <algorithm>
 #include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Morvex {
 namespace {
@@ -19,7 +23,9 @@ namespace {
 // no text holds this as a whole: so these bytes begin a run wherever they stand.
 const char runMark[] = "data.push( {\"version\"";
 
-const int maxLockAttempts = 10;
+const QLatin1String lockFileName(".lock");
+// A repair of a large report, or another one that begins, is soon over; a run is not.
+const int lockWaitMilliseconds = 3000;
 
 // What is left of a run that was cut in front of its results.
 const char lostRun[] =
@@ -199,18 +205,44 @@ void forEachPiece(const char *data, qint64 size, const std::vector<WebReportEdit
     piece(data + position, size - position);
 }
 
+QString writeError(const QFileDevice &file)
+{
+    return QStringLiteral("Could not write '%1': %2").arg(file.fileName(), file.errorString());
+}
+
+// Needs no room for a second copy, and the file stays its owner's. A kill in the middle leaves a
+// file that can be repaired.
+QString replaceTail(const QString &fileName, const WebReportEdit &edit)
+{
+    QFile file(fileName);
+    const bool isWritten = file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) &&
+                           file.resize(edit.begin) && file.seek(edit.begin) &&
+                           writeWhole(&file, edit.text.constData(), edit.text.size());
+    return isWritten ? QString() : writeError(file);
+}
+
+void keepOwner(const QString &fileName, const QSaveFile &file)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(fileName).constData(), &status) == 0 &&
+        ::fchown(file.handle(), status.st_uid, status.st_gid) != 0)
+        qCDebug(traceReportGen) << "The repaired file has another owner";
+}
+
 // Replaces the file as a whole, so that a full disk leaves it as it was.
 QString save(const QString &fileName, const char *data, qint64 size,
              const std::vector<WebReportEdit> &edits)
 {
+    if (edits.size() == 1 && edits.front().end == size)
+        return replaceTail(fileName, edits.front());
     QSaveFile file(fileName);
     bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {
         isWritten = isWritten && writeWhole(&file, piece, length);
     });
-    if (isWritten && file.commit())
-        return {};
-    return QStringLiteral("Could not write '%1': %2").arg(fileName, file.errorString());
+    if (isWritten)
+        keepOwner(fileName, file);
+    return isWritten && file.commit() ? QString() : writeError(file);
 }
 
 WebReportRepair failedRepair(const QString &error)
@@ -252,24 +284,10 @@ WebReportRepair repairFile(const QString &fileName)
     return repairContent(fileName, data, file.size());
 }
 
-// Another process may put a repaired file in the place of the one that was opened for the lock.
-// Null when the file is in use: who replaces it time and again is using it.
-std::unique_ptr<FileLock> lockFile(const QString &fileName)
-{
-    for (int attempt = 0; attempt < maxLockAttempts; ++attempt) {
-        auto lock = std::make_unique<FileLock>(fileName);
-        if (lock->isHeldElsewhere())
-            return nullptr;
-        if (lock->isOn(fileName) || !QFile::exists(fileName))
-            return lock;
-    }
-    return nullptr;
-}
-
 WebReportRepair inUse(const QString &fileName)
 {
-    WebReportRepair repair =
-        failedRepair(QStringLiteral("'%1' is being written by a run that goes on").arg(fileName));
+    WebReportRepair repair = failedRepair(
+        QStringLiteral("'%1' is being written or repaired by another process").arg(fileName));
     repair.isInUse = true;
     return repair;
 }
@@ -284,18 +302,18 @@ WebReportRepair repairWebReport(const QString &directory)
 
 WebReportRepair lockAndRepairWebReport(const QString &directory, std::unique_ptr<FileLock> *lock)
 {
-    const QString fileName =
-        QDir(QDir(QDir::current().absoluteFilePath(directory)).filePath(webReportDataDir))
-            .filePath(webReportDataFile);
-    *lock = lockFile(fileName);
-    if (!*lock)
-        return inUse(fileName);
-    WebReportRepair repair = repairFile(fileName);
-    if (!repair.isRepaired)
-        return repair;
-    // The repaired file is a new one.
-    *lock = lockFile(fileName);
-    return *lock ? repair : inUse(fileName);
+    const QDir dataDir(
+        QDir(QDir::current().absoluteFilePath(directory)).filePath(webReportDataDir));
+    const QString fileName = dataDir.filePath(webReportDataFile);
+    // What is no report is left alone.
+    if (QFileInfo::exists(fileName)) {
+        *lock = std::make_unique<FileLock>(dataDir.filePath(lockFileName), lockWaitMilliseconds);
+        if ((*lock)->isHeldElsewhere()) {
+            lock->reset();
+            return inUse(fileName);
+        }
+    }
+    return repairFile(fileName);
 }
 
 WebReportEdits webReportEdits(const char *data, qint64 size)

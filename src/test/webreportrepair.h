@@ -14,9 +14,9 @@ class FileLock;
 
 struct WebReportRepair
 {
-    /// Empty on success. The report is as it was otherwise.
+    /// Empty on success. The report can be repaired again otherwise.
     QString error;
-    /// A running process writes the report.
+    /// Another process writes or repairs the report; this one has waited a moment for it.
     bool isInUse = false;
     bool isRepaired = false;
     /// One line for the user's eye: what was repaired, or that nothing was to be done.
@@ -30,8 +30,8 @@ struct WebReportRepair
 /// another way.
 MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
 
-/// The same, and leaves in @p lock what keeps others from the file as it is now, repaired or not.
-/// Null when the report is in use or can't be opened.
+/// The same, and leaves in @p lock what keeps others from the report, repaired or not. Null when it
+/// is in use or none.
 MORVEX_EXPORT WebReportRepair lockAndRepairWebReport(const QString &directory,
                                                      std::unique_ptr<FileLock> *lock);
 

@@ -38,10 +38,10 @@ ByteClass classOf(char byte)
     return byteClasses[static_cast<unsigned char>(byte)];
 }
 
+// In one piece: a text may hold many, and the stream has no buffer.
 void warnOfIllegal(char byte, const char *place)
 {
-    std::cerr << "Warning: illegal character " << static_cast<int>(byte) << " in XML " << place
-              << '\n';
+    std::cerr << "Warning: illegal character " + std::to_string(byte) + " in XML " + place + '\n';
 }
 
 const char *escapeOf(char byte, bool attribute)

@@ -3,6 +3,7 @@
 #include "shared/temporarydir.h"
 #include "shared/trace.h"
 #include "shared/zipfile.h"
+#include "test/openreportfile.h"
 #include "test/xml3reportgenerator.h"
 
 #include <QDir>
@@ -79,9 +80,11 @@ void ZipXml3ReportGenerator::writeZipReport()
     qCDebug(traceReportGenerator) << "writing zip xml3 report to " << fileName;
     m_generator.reset();
     const QString error = writeZip(m_tempDir->path(), m_target.get());
-    if (!error.isEmpty())
-        std::fprintf(stderr, "Failed writing zip xml3 report to %s: %s; the report is lost\n",
-                     qPrintable(fileName), qPrintable(error));
+    if (!error.isEmpty()) {
+        noteIncompleteReport();
+        std::fprintf(stderr, "Failed writing zip xml3 report to %s: %s\n", qUtf8Printable(fileName),
+                     qUtf8Printable(error));
+    }
     m_target.reset();
     m_tempDir.reset();
 }

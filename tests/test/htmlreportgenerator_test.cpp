@@ -114,8 +114,8 @@ TEST_F(HtmlReportGeneratorTest, AReportThatIsBeingWrittenIsNotRepairedUnderItsRu
     generator->handleEntry(plainEntry(TestResult::START));
     const QByteArray before = data();
     const WebReportRepair repair = repairWebReport(report);
-    EXPECT_EQ(repair.error, QStringLiteral("'%1/data/results-v1.js' is being written by a run that "
-                                           "goes on")
+    EXPECT_EQ(repair.error, QStringLiteral("'%1/data/results-v1.js' is being written or repaired "
+                                           "by another process")
                                 .arg(report));
     EXPECT_EQ(data(), before);
 }
@@ -131,8 +131,8 @@ TEST_F(HtmlReportGeneratorTest, ASecondRunDoesNotWriteIntoTheStatementOfTheFirst
     const TestReportGenerator::Result second = create();
     EXPECT_EQ(second.generator, nullptr);
     EXPECT_EQ(second.error,
-              QStringLiteral("'%1/data/results-v1.js' is being written by a run that goes on; wait "
-                             "for its end or give another directory")
+              QStringLiteral("'%1/data/results-v1.js' is being written or repaired by another "
+                             "process; wait for its end or give another directory")
                   .arg(report));
     EXPECT_EQ(data(), before);
 }
@@ -165,6 +165,7 @@ TEST_F(HtmlReportGeneratorTest, AReportThatWasInterruptedWhileItWasMadeDoesNotBl
     EXPECT_FALSE(QDir(report).exists());
     run(runOfMessages({}));
     EXPECT_EQ(data(), QByteArray("var data = [];\n") + shortRun);
+    EXPECT_EQ(QDir(dir.path()).entryList({".*.new-*"}, QDir::Dirs | QDir::Hidden), QStringList());
 }
 
 TEST_F(HtmlReportGeneratorTest, ADirectoryThatIsNoReportIsLeftAlone)

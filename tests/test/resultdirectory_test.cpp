@@ -73,11 +73,15 @@ TEST_F(ResultDirectoryTest, NoTwoFormatsOfOneRunHaveADirectoryOfTheirOwn)
     for (const Format &first : formats) {
         for (const Format &second : formats) {
             const QString path = dir.filePath(QString::number(++number));
-            EXPECT_FALSE(create({value(first, path), value(second, path + "b")}));
-            EXPECT_EQ(error,
-                      QStringLiteral("%1 report generator: Cannot create %2 report, another result "
-                                     "directory is already set: %3")
-                          .arg(second.keyword, second.nameInErrors, resultDir));
+            // Not the same one either; a zip is a file.
+            for (const QString &other :
+                 {path + "b", first.file && second.file ? path : path + "c"}) {
+                EXPECT_FALSE(create({value(first, path), value(second, other)}));
+                EXPECT_EQ(error,
+                          QStringLiteral("%1 report generator: Cannot create %2 report, another "
+                                         "result directory is already set: %3")
+                              .arg(second.keyword, second.nameInErrors, resultDir));
+            }
         }
     }
 }

@@ -269,20 +269,51 @@ TEST(WebReportRepairTest, TheFileIsReplacedAndTheMessageTellsWhichRun)
     EXPECT_EQ(second.message, QStringLiteral("Nothing to repair in '%1'").arg(fileName));
 }
 
-TEST(WebReportRepairTest, AFullDiskLeavesTheFileAsItWas)
+TEST(WebReportRepairTest, AFullDiskLeavesWhatCanStillBeRepaired)
+{
+    const QByteArray cut = dataFileOf(2).chopped(200);
+    for (const QByteArray &data : {cut, cut + dataFileOf(1).mid(header.size())}) {
+        const QTemporaryDir dir;
+        const QString fileName = dir.filePath("data/results-v1.js");
+        writeFile(fileName, data);
+        WebReportRepair repair;
+        {
+            const FileSizeLimit limit(1000);
+            repair = repairWebReport(dir.path());
+        }
+        EXPECT_EQ(repair.error,
+                  QStringLiteral("Could not write '%1': File too large").arg(fileName));
+        EXPECT_FALSE(repair.isRepaired);
+        EXPECT_EQ(repairWebReport(dir.path()).error, QString());
+        EXPECT_EQ(readFile(fileName), repaired(data));
+    }
+}
+
+TEST(WebReportRepairTest, ARepairThatWasKilledCanBeRepeated)
+{
+    const QByteArray whole = repaired(dataFileOf(2).chopped(200));
+    for (int cut = 1; cut < 200; ++cut)
+        EXPECT_EQ(repaired(whole.chopped(cut)).count("\"ended\":false"), 1) << cut;
+}
+
+TEST(WebReportRepairTest, AClosedTailLeavesTheFileItsPlaceAndOwner)
 {
     const QTemporaryDir dir;
     const QString fileName = dir.filePath("data/results-v1.js");
-    const QByteArray cut = dataFileOf(2).chopped(200);
-    writeFile(fileName, cut);
-    WebReportRepair repair;
-    {
-        const FileSizeLimit limit(1000);
-        repair = repairWebReport(dir.path());
-    }
-    EXPECT_EQ(repair.error, QStringLiteral("Could not write '%1': File too large").arg(fileName));
-    EXPECT_FALSE(repair.isRepaired);
-    EXPECT_EQ(readFile(fileName), cut);
+    writeFile(fileName, dataFileOf(2).chopped(200));
+    QFile before(fileName);
+    ASSERT_TRUE(before.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(repairWebReport(dir.path()).isRepaired);
+    EXPECT_EQ(before.readAll(), readFile(fileName));
+}
+
+TEST(WebReportRepairTest, AFileThatCanNotBeReadIsNotCalledInUse)
+{
+    const QTemporaryDir dir;
+    QDir(dir.path()).mkpath("data/results-v1.js");
+    const WebReportRepair repair = repairWebReport(dir.path());
+    EXPECT_FALSE(repair.isInUse);
+    EXPECT_TRUE(repair.error.startsWith("Could not open")) << qPrintable(repair.error);
 }
 
 TEST(WebReportRepairTest, ADirectoryWithoutAReportIsAnError)
