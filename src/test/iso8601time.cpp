@@ -48,6 +48,16 @@ QByteArray Iso8601Time::textWithMs(const QDateTime &time)
     return formatAsISO8601WithMs(time).toLatin1();
 }
 
+QByteArray Iso8601Time::isoDate(const QDateTime &time)
+{
+    if (time.timeSpec() == Qt::LocalTime) {
+        update(time);
+        if (hasUsualLength(m_text))
+            return m_text.left(lengthUpToSeconds);
+    }
+    return time.toString(Qt::ISODate).toLatin1();
+}
+
 bool Iso8601Time::isKnown(const QDateTime &time) const
 {
     return time.time().msecsSinceStartOfDay() / msPerSecond == m_secondOfDay &&

@@ -9,14 +9,16 @@
 
 namespace Morvex {
 
-/// The texts of formatAsISO8601 and formatAsISO8601WithMs, at the speed of a format that writes one
-/// for each entry as it comes: the offset of a local time costs a look into the rules of its time
-/// zone.
+/// Texts of times at the speed of a format that writes one for each entry as it comes: the offset
+/// of a local time costs a look into the rules of its time zone.
 class MORVEX_EXPORT Iso8601Time
 {
 public:
+    /// As formatAsISO8601 and formatAsISO8601WithMs.
     QByteArray text(const QDateTime &time);
     QByteArray textWithMs(const QDateTime &time);
+    /// As QDateTime::toString with Qt::ISODate: a local time has no offset.
+    QByteArray isoDate(const QDateTime &time);
 
 private:
     bool isKnown(const QDateTime &time) const;

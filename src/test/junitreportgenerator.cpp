@@ -1,7 +1,7 @@
 #include "test/junitreportgenerator.h"
 
 #include "shared/xmltext.h"
-#include "test/isotime.h"
+#include "test/iso8601time.h"
 #include "test/junitshared.h"
 #include "test/resultlabels.h"
 #include "test/runwatch.h"
@@ -47,13 +47,13 @@ void logFrames(QString &text, const std::vector<LineInfo> &stack)
                 QString::number(frame.lineNumber()) + QLatin1Char('\n');
 }
 
-void logEntry(QByteArray &stream, const TestResult::Entry &entry, IsoTime &times)
+void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &times)
 {
     QStringList parts{entry.line.toString(), entry.message, entry.details, entry.vpName};
     parts.removeAll(QString());
-    QString text = times.text(entry.time) + QLatin1String(" [") + resultName(entry.type) +
-                   QLatin1String("] ") + escapeNonPrintable(parts.join(QLatin1Char(' '))) +
-                   QLatin1Char('\n');
+    QString text = QString::fromLatin1(times.isoDate(entry.time)) + QLatin1String(" [") +
+                   resultName(entry.type) + QLatin1String("] ") +
+                   escapeNonPrintable(parts.join(QLatin1Char(' '))) + QLatin1Char('\n');
     logFrames(text, entry.stack);
     appendXmlCData(stream, text);
 }
@@ -118,7 +118,7 @@ struct JUnitReportGenerator::Private
     // In milliseconds.
     qint64 duration = 0;
     RunWatch run;
-    IsoTime times;
+    Iso8601Time times;
 
     void passTime(const QDateTime &time);
     void log(const TestResult::Entry &entry);

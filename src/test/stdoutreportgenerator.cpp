@@ -1,7 +1,7 @@
 #include "test/stdoutreportgenerator.h"
 
 #include "shared/environment.h"
-#include "test/isotime.h"
+#include "test/iso8601time.h"
 #include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/resultlabels.h"
@@ -147,7 +147,7 @@ struct StdoutReportGenerator::Private
 {
     // Null when no colours are to be used.
     std::FILE *colorStream = nullptr;
-    IsoTime time;
+    Iso8601Time time;
     bool hasFailed = false;
     // Kept for its memory, which an array gives up when it is emptied unless some was reserved.
     QByteArray line;
@@ -212,7 +212,7 @@ void StdoutReportGenerator::writeLine(const TestResult::Entry &entry)
 {
     QByteArray &line = d->line;
     line.resize(0);
-    d->time.append(line, entry.time);
+    line += d->time.isoDate(entry.time);
     line += '\t';
     if (d->colorStream)
         line += colorCode(resultColor(entry.type));

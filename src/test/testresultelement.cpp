@@ -24,10 +24,10 @@ XmlElement flatReportElement()
     return element;
 }
 
-XmlElement testResultElement(const TestResult::Entry &entry, IsoTime &times)
+XmlElement testResultElement(const TestResult::Entry &entry, Iso8601Time &times)
 {
     XmlElement element(QLatin1String("testresult"));
-    element.addAttribute(QLatin1String("time"), times.text(entry.time));
+    element.addAttribute(QLatin1String("time"), QString::fromLatin1(times.isoDate(entry.time)));
     element.addAttribute(QLatin1String("result"), resultName(entry.type));
     element.addAttribute(QLatin1String("message"), showControls(entry.message));
     const QString line = entry.line.toString();

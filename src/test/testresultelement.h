@@ -1,7 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/isotime.h"
+#include "test/iso8601time.h"
 #include "test/testreportgenerator.h"
 #include "test/xmlelement.h"
 
@@ -12,7 +12,7 @@ namespace Morvex {
 
 /// The root, without its content.
 MORVEX_EXPORT XmlElement flatReportElement();
-MORVEX_EXPORT XmlElement testResultElement(const TestResult::Entry &entry, IsoTime &times);
+MORVEX_EXPORT XmlElement testResultElement(const TestResult::Entry &entry, Iso8601Time &times);
 /// The counts of the whole run.
 MORVEX_EXPORT XmlElement summaryElement(const TestReportGenerator &generator);
 

@@ -90,11 +90,12 @@ XmlElement createStyleCell(const QString &text, QLatin1String type, QLatin1Strin
 }
 
 // Programs take no zone and misread an empty date, for which the cell is left empty.
-XmlElement timeCell(const QDateTime &time, IsoTime &times)
+XmlElement timeCell(const QDateTime &time, Iso8601Time &times)
 {
     const QLatin1String style("dateformat");
     if (time.isValid())
-        return createStyleCell(times.text(time.toLocalTime()), dateTimeType, style);
+        return createStyleCell(QString::fromLatin1(times.isoDate(time.toLocalTime())), dateTimeType,
+                               style);
     XmlElement cell(QLatin1String("Cell"));
     cell.addAttribute(QLatin1String("ss:StyleID"), style);
     return cell;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/isotime.h"
+#include "test/iso8601time.h"
 #include "test/reportfile.h"
 #include "test/runwatch.h"
 #include "test/testreportgenerator.h"
@@ -34,7 +34,7 @@ private:
     std::unique_ptr<ReportFile> m_file;
     int m_indent = 0;
     RunWatch m_run;
-    IsoTime m_times;
+    Iso8601Time m_times;
     // Kept for its memory.
     QByteArray m_text;
 };

@@ -2,7 +2,7 @@
 
 #include "morvex_export.h"
 #include "test/heldreport.h"
-#include "test/isotime.h"
+#include "test/iso8601time.h"
 #include "test/reportfile.h"
 #include "test/runwatch.h"
 #include "test/testcasecounters.h"
@@ -40,7 +40,7 @@ private:
     std::optional<XmlElement> m_startNode;
     TestCaseCounters m_counters;
     RunWatch m_run;
-    IsoTime m_times;
+    Iso8601Time m_times;
 };
 
 } // namespace Morvex

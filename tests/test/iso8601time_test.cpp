@@ -26,11 +26,14 @@ TEST(Iso8601TimeTest, ATimeThatWasSeenBeforeDoesNotLeakIntoTheNext)
                                local.toOffsetFromUtc(5400),
                                local.toTimeZone(QTimeZone("America/New_York")),
                                QDateTime(),
-                               QDateTime(QDate(812, 1, 1), QTime(1, 2, 3))};
+                               local.addMSecs(-1),
+                               QDateTime(QDate(812, 1, 1), QTime(1, 2, 3)),
+                               QDateTime(QDate(-5, 1, 1), QTime(0, 0))};
     Iso8601Time time;
     for (const QDateTime &dateTime : times) {
         EXPECT_EQ(time.text(dateTime), formatAsISO8601(dateTime).toLatin1());
         EXPECT_EQ(time.textWithMs(dateTime), formatAsISO8601WithMs(dateTime).toLatin1());
+        EXPECT_EQ(time.isoDate(dateTime), dateTime.toString(Qt::ISODate).toLatin1());
     }
     ::tzset();
 }

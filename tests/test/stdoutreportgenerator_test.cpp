@@ -4,12 +4,10 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/sampleentries.h"
-#include "test/isotime.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
 #include <QTemporaryDir>
-#include <QTimeZone>
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -181,18 +179,4 @@ TEST_F(ConsoleTest, TheSummaryHasAllCounters)
               "Number of Unexpected Passes:\t   1\n"
               "Number of Warnings:\t   1\n"
               "*******************************************************\n");
-}
-
-TEST(IsoTimeTest, TimesAreWrittenAsTheToolkitDoes)
-{
-    const QDateTime base(QDate(2024, 3, 1), QTime(23, 59, 59, 999));
-    IsoTime writer;
-    for (const QDateTime &time :
-         {base, base.addMSecs(1), base.addDays(1), base.addMSecs(-1), base.toUTC(),
-          base.toOffsetFromUtc(3600), base.toTimeZone(QTimeZone("Asia/Kolkata")), QDateTime(),
-          QDateTime(QDate(-5, 1, 1), QTime(0, 0)), base}) {
-        QByteArray text;
-        writer.append(text, time);
-        EXPECT_EQ(text, time.toString(Qt::ISODate).toLatin1());
-    }
 }
