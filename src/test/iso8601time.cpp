@@ -48,25 +48,36 @@ QByteArray Iso8601Time::textWithMs(const QDateTime &time)
     return formatAsISO8601WithMs(time).toLatin1();
 }
 
-QByteArray Iso8601Time::isoDate(const QDateTime &time)
+void Iso8601Time::appendIsoDate(QByteArray &out, const QDateTime &time)
 {
     if (time.timeSpec() == Qt::LocalTime) {
-        update(time);
-        if (hasUsualLength(m_text))
-            return m_text.left(lengthUpToSeconds);
+        // Without the offset the text of a second holds for ever.
+        if (!isSameSecond(time))
+            update(time);
+        if (hasUsualLength(m_text)) {
+            out.append(m_text.constData(), lengthUpToSeconds);
+            return;
+        }
     }
-    return time.toString(Qt::ISODate).toLatin1();
+    out += time.toString(Qt::ISODate).toLatin1();
 }
 
-bool Iso8601Time::isKnown(const QDateTime &time) const
+QString Iso8601Time::isoDate(const QDateTime &time)
 {
-    return time.time().msecsSinceStartOfDay() / msPerSecond == m_secondOfDay &&
-           time.date() == m_date && Clock::now() - m_updated < longestMemory;
+    QByteArray text;
+    appendIsoDate(text, time);
+    return QString::fromLatin1(text);
+}
+
+bool Iso8601Time::isSameSecond(const QDateTime &time) const
+{
+    return time.isValid() && time.time().msecsSinceStartOfDay() / msPerSecond == m_secondOfDay &&
+           time.date() == m_date;
 }
 
 void Iso8601Time::update(const QDateTime &time)
 {
-    if (time.isValid() && isKnown(time))
+    if (isSameSecond(time) && Clock::now() - m_updated < longestMemory)
         return;
     m_date = time.date();
     m_secondOfDay = time.time().msecsSinceStartOfDay() / msPerSecond;

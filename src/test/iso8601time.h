@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QString>
 
 #include <chrono>
 
@@ -18,10 +19,11 @@ public:
     QByteArray text(const QDateTime &time);
     QByteArray textWithMs(const QDateTime &time);
     /// As QDateTime::toString with Qt::ISODate: a local time has no offset.
-    QByteArray isoDate(const QDateTime &time);
+    void appendIsoDate(QByteArray &out, const QDateTime &time);
+    QString isoDate(const QDateTime &time);
 
 private:
-    bool isKnown(const QDateTime &time) const;
+    bool isSameSecond(const QDateTime &time) const;
     void update(const QDateTime &time);
 
     // Most entries come within the second of the one before.

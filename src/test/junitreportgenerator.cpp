@@ -51,7 +51,7 @@ void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &t
 {
     QStringList parts{entry.line.toString(), entry.message, entry.details, entry.vpName};
     parts.removeAll(QString());
-    QString text = QString::fromLatin1(times.isoDate(entry.time)) + QLatin1String(" [") +
+    QString text = times.isoDate(entry.time) + QLatin1String(" [") +
                    resultName(entry.type) + QLatin1String("] ") +
                    escapeNonPrintable(parts.join(QLatin1Char(' '))) + QLatin1Char('\n');
     logFrames(text, entry.stack);

@@ -212,7 +212,7 @@ void StdoutReportGenerator::writeLine(const TestResult::Entry &entry)
 {
     QByteArray &line = d->line;
     line.resize(0);
-    line += d->time.isoDate(entry.time);
+    d->time.appendIsoDate(line, entry.time);
     line += '\t';
     if (d->colorStream)
         line += colorCode(resultColor(entry.type));

@@ -27,7 +27,7 @@ XmlElement flatReportElement()
 XmlElement testResultElement(const TestResult::Entry &entry, Iso8601Time &times)
 {
     XmlElement element(QLatin1String("testresult"));
-    element.addAttribute(QLatin1String("time"), QString::fromLatin1(times.isoDate(entry.time)));
+    element.addAttribute(QLatin1String("time"), times.isoDate(entry.time));
     element.addAttribute(QLatin1String("result"), resultName(entry.type));
     element.addAttribute(QLatin1String("message"), showControls(entry.message));
     const QString line = entry.line.toString();

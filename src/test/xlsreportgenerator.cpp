@@ -94,7 +94,7 @@ XmlElement timeCell(const QDateTime &time, Iso8601Time &times)
 {
     const QLatin1String style("dateformat");
     if (time.isValid())
-        return createStyleCell(QString::fromLatin1(times.isoDate(time.toLocalTime())), dateTimeType,
+        return createStyleCell(times.isoDate(time.toLocalTime()), dateTimeType,
                                style);
     XmlElement cell(QLatin1String("Cell"));
     cell.addAttribute(QLatin1String("ss:StyleID"), style);
