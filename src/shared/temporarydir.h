@@ -46,9 +46,8 @@ private:
 /// failure.
 MORVEX_EXPORT std::FILE *tempFile();
 
-/// A link below @p path is removed, what it points to is left alone; a @p path that is a link itself
-/// is followed. A failure does not stop the removal of the
-/// rest. True when nothing is left.
+/// A link below @p path is removed, what it points to is left alone; a @p path that is a link
+/// itself is followed. A failure does not stop the removal of the rest. True when nothing is left.
 MORVEX_EXPORT bool removeDirRecursively(const QString &path);
 
 enum CopyDirectoryOption {

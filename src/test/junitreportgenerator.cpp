@@ -51,9 +51,9 @@ void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &t
 {
     QStringList parts{entry.line.toString(), entry.message, entry.details, entry.vpName};
     parts.removeAll(QString());
-    QString text = times.isoDate(entry.time) + QLatin1String(" [") +
-                   resultName(entry.type) + QLatin1String("] ") +
-                   escapeNonPrintable(parts.join(QLatin1Char(' '))) + QLatin1Char('\n');
+    QString text = times.isoDate(entry.time) + QLatin1String(" [") + resultName(entry.type) +
+                   QLatin1String("] ") + escapeNonPrintable(parts.join(QLatin1Char(' '))) +
+                   QLatin1Char('\n');
     logFrames(text, entry.stack);
     appendXmlCData(stream, text);
 }

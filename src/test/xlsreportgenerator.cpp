@@ -94,8 +94,7 @@ XmlElement timeCell(const QDateTime &time, Iso8601Time &times)
 {
     const QLatin1String style("dateformat");
     if (time.isValid())
-        return createStyleCell(times.isoDate(time.toLocalTime()), dateTimeType,
-                               style);
+        return createStyleCell(times.isoDate(time.toLocalTime()), dateTimeType, style);
     XmlElement cell(QLatin1String("Cell"));
     cell.addAttribute(QLatin1String("ss:StyleID"), style);
     return cell;
