@@ -34,13 +34,14 @@ void normalizeTransparency(QImage *image)
 
 bool haveEqualPixels(const QImage &a, const QImage &b)
 {
-    if (a.size() != b.size())
+    if (a.isNull() || b.isNull() || a.size() != b.size())
         return false;
     if (a.format() != b.format()) {
         // What one of them can't tell doesn't count.
         const auto common = a.hasAlphaChannel() && b.hasAlphaChannel() ? QImage::Format_ARGB32
                                                                        : QImage::Format_RGB32;
-        return a.convertToFormat(common) == b.convertToFormat(common);
+        const QImage converted = a.convertToFormat(common);
+        return !converted.isNull() && converted == b.convertToFormat(common);
     }
     // What differs may still be a byte that does not count.
     return (a.depth() == 32 && haveEqualBytes(a, b)) || a == b;

@@ -3,7 +3,6 @@
 #include <QBrush>
 #include <QImage>
 #include <QPainter>
-#include <QRegion>
 
 #include <algorithm>
 #include <cstring>
@@ -14,32 +13,117 @@ namespace {
 const QRgb filling = 0xff000102;
 const int grownBy = 2;
 
-// What rectangles hide in a picture of that size.
-QRegion hiddenRegion(const std::vector<ImageMask::MaskRect> &rects, const QRect &image,
-                     bool hasPositive)
+struct Interval
 {
-    QRegion visible(hasPositive ? image : QRect());
-    QRegion negative;
-    for (const ImageMask::MaskRect &rect : rects) {
-        const QRect part = rect.geometry.isValid() ? rect.geometry & image : QRect();
-        if (rect.type == ImageMask::POSITIVE)
-            visible -= part;
-        else
-            negative += part;
+    int begin;
+    int end;
+};
+
+// Goes down the rows of a picture and knows what is hidden in each, in a time that does not depend
+// on how the rectangles overlap.
+class HiddenRows
+{
+public:
+    HiddenRows(const std::vector<ImageMask::MaskRect> &rects, const QRect &image, bool hasPositive)
+        : m_hasPositive(hasPositive)
+        , m_positive(static_cast<std::size_t>(image.width()) + 1)
+        , m_negative(m_positive.size())
+    {
+        for (const ImageMask::MaskRect &rect : rects) {
+            const QRect part = rect.geometry.isValid() ? rect.geometry & image : QRect();
+            if (part.isEmpty())
+                continue;
+            m_edges.push_back({part.top(), 1, part, rect.type});
+            m_edges.push_back({part.bottom() + 1, -1, part, rect.type});
+        }
+        std::sort(m_edges.begin(), m_edges.end(),
+                  [](const Edge &a, const Edge &b) { return a.row < b.row; });
+        m_next = m_edges.begin();
+        findIntervals();
     }
-    return visible + negative;
+
+    // To be called for each row from 0 on.
+    const std::vector<Interval> &at(int row)
+    {
+        const auto first = m_next;
+        for (; m_next != m_edges.end() && m_next->row == row; ++m_next) {
+            auto &covers = m_next->type == ImageMask::POSITIVE ? m_positive : m_negative;
+            covers[static_cast<std::size_t>(m_next->rect.left())] += m_next->change;
+            covers[static_cast<std::size_t>(m_next->rect.right()) + 1] -= m_next->change;
+        }
+        if (m_next != first)
+            findIntervals();
+        return m_intervals;
+    }
+
+private:
+    // Where a rectangle begins or ends.
+    struct Edge
+    {
+        int row;
+        int change;
+        QRect rect;
+        int type;
+    };
+
+    void findIntervals()
+    {
+        m_intervals.clear();
+        int positive = 0;
+        int negative = 0;
+        bool wasHidden = false;
+        const auto width = static_cast<int>(m_positive.size()) - 1;
+        for (int x = 0; x < width; ++x) {
+            positive += m_positive[static_cast<std::size_t>(x)];
+            negative += m_negative[static_cast<std::size_t>(x)];
+            const bool isHidden = negative > 0 || (m_hasPositive && positive == 0);
+            if (isHidden && !wasHidden)
+                m_intervals.push_back({x, x});
+            if (isHidden)
+                m_intervals.back().end = x + 1;
+            wasHidden = isHidden;
+        }
+    }
+
+    bool m_hasPositive;
+    // By how many rectangles more than the pixel to its left a pixel is covered.
+    std::vector<int> m_positive;
+    std::vector<int> m_negative;
+    std::vector<Edge> m_edges;
+    std::vector<Edge>::const_iterator m_next;
+    std::vector<Interval> m_intervals;
+};
+
+ImageMask::MaskRect negativeRect(int x, int y, int width, int height)
+{
+    ImageMask::MaskRect rect;
+    rect.type = ImageMask::NEGATIVE;
+    rect.geometry = QRect(x, y, width, height);
+    return rect;
 }
 
-QRegion frameOf(const QRect &image)
+// One pixel wide.
+std::vector<ImageMask::MaskRect> frameOf(const QSize &size)
 {
-    return QRegion(image) - image.adjusted(1, 1, -1, -1);
+    const int width = size.width();
+    const int height = size.height();
+    return {negativeRect(0, 0, width, 1), negativeRect(0, height - 1, width, 1),
+            negativeRect(0, 0, 1, height), negativeRect(width - 1, 0, 1, height)};
 }
 
-void fillImageRect(QImage *image, const QRect &rect, const std::vector<QRgb> &line)
+void useMaskFormat(QImage *image)
 {
-    const auto bytes = static_cast<std::size_t>(rect.width()) * sizeof(QRgb);
-    for (int y = rect.top(); y <= rect.bottom(); ++y)
-        std::memcpy(reinterpret_cast<QRgb *>(image->scanLine(y)) + rect.left(), line.data(), bytes);
+    if (image->format() != QImage::Format_RGB32)
+        *image = std::move(*image).convertToFormat(QImage::Format_RGB32);
+}
+
+void fillRow(QImage *image, int row, const std::vector<Interval> &intervals,
+             const std::vector<QRgb> &line)
+{
+    auto *pixels = reinterpret_cast<QRgb *>(image->scanLine(row));
+    for (const Interval &interval : intervals)
+        std::memcpy(pixels + interval.begin, line.data(),
+                    static_cast<std::size_t>(interval.end - interval.begin) * sizeof(QRgb));
 }
 
 } // namespace
@@ -122,18 +206,21 @@ void ImageMask::drawToPainter(QPainter *painter, const QRect &clip, const QBrush
 
 void ImageMask::drawToImage(QImage *image) const
 {
-    const QRegion hidden = m_rects.empty() ? frameOf(image->rect())
-                                           : hiddenRegion(m_rects, image->rect(), hasPositive());
-    // Positive rectangles that hide nothing leave the picture as it is.
-    const bool onlyPositive = std::none_of(m_rects.begin(), m_rects.end(),
-                                           [](const auto &rect) { return rect.type != POSITIVE; });
-    if (image->isNull() || (hidden.isEmpty() && onlyPositive))
-        return;
-    if (image->format() != QImage::Format_RGB32)
-        *image = std::move(*image).convertToFormat(QImage::Format_RGB32);
+    const std::vector<MaskRect> &rects = m_rects.empty() ? frameOf(image->size()) : m_rects;
+    HiddenRows hidden(rects, image->rect(), hasPositive());
     const std::vector<QRgb> line(static_cast<std::size_t>(image->width()), filling);
-    for (const QRect &rect : hidden)
-        fillImageRect(image, rect, line);
+    // Positive rectangles that hide nothing leave the picture as it is.
+    if (std::any_of(rects.begin(), rects.end(),
+                    [](const MaskRect &rect) { return rect.type != POSITIVE; }))
+        useMaskFormat(image);
+    for (int row = 0; row < image->height(); ++row) {
+        const std::vector<Interval> &intervals = hidden.at(row);
+        if (intervals.empty())
+            continue;
+        useMaskFormat(image);
+        if (!image->isNull())
+            fillRow(image, row, intervals, line);
+    }
 }
 
 } // namespace Morvex

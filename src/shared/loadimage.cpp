@@ -15,13 +15,18 @@ const qint64 maxCompressionRatio = 1032;
 
 } // namespace
 
+bool isTooLargePicture(const QSize &size)
+{
+    return qint64(size.width()) * size.height() > maxPixels;
+}
+
 QImage loadImage(const QByteArray &bytes, const QByteArray &format)
 {
     QBuffer buffer;
     buffer.setData(bytes);
     QImageReader reader(&buffer, format);
     const QSize size = reader.size();
-    if (!size.isValid() || qint64(size.width()) * size.height() > maxPixels)
+    if (!size.isValid() || isTooLargePicture(size))
         return {};
     return reader.read();
 }

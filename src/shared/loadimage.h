@@ -11,6 +11,9 @@ namespace Morvex {
 /// pixels than any screen has get read: a few bytes can promise billions of them.
 MORVEX_EXPORT QImage loadImage(const QByteArray &bytes, const QByteArray &format);
 
+/// Whether a picture would have more pixels than two of the largest screens.
+MORVEX_EXPORT bool isTooLargePicture(const QSize &size);
+
 /// Undoes qCompress. Empty for broken data, and for a promised size that no data of this length
 /// can have.
 MORVEX_EXPORT QByteArray uncompress(const QByteArray &bytes);

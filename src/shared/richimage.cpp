@@ -6,6 +6,8 @@
 #include <QPoint>
 #include <QRect>
 
+#include <cmath>
+
 namespace Morvex {
 namespace {
 
@@ -20,6 +22,8 @@ const int affineNumbers = 6;
 QTransform olderTransform(const QPoint &origin, double scale)
 {
     QTransform transform;
+    if (scale == 0 || !std::isfinite(scale))
+        scale = 1;
     transform.scale(1 / scale, 1 / scale);
     transform.translate(origin.x(), origin.y());
     return transform;

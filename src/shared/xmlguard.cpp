@@ -5,7 +5,6 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <memory>
 #include <tinyxml.h>
@@ -29,16 +28,17 @@ QString asMarkup(const std::string &xml)
     return text;
 }
 
-bool startsName(unsigned char character)
+// Parsers differ in the characters that begin a name.
+bool mayStartName(char character)
 {
-    return character >= 0x7f || std::isalpha(character) || character == '_';
+    return character != '/' && character != '!' && character != '?';
 }
 
 bool hasMoreStartTagsThan(const std::string &xml, int limit)
 {
     int tags = 0;
     for (std::size_t i = 0; i + 1 < xml.size() && tags <= limit; ++i) {
-        if (xml[i] == '<' && startsName(static_cast<unsigned char>(xml[i + 1])))
+        if (xml[i] == '<' && mayStartName(xml[i + 1]))
             ++tags;
     }
     return tags > limit;

@@ -61,10 +61,13 @@ QStringList parametersOf(const QDomElement &algorithm)
     return parameters;
 }
 
-void maskImages(const ImageMask &mask, QImage *actual, QImage *expected)
+// False when the pictures together are larger than any comparison is worth.
+bool maskImages(const ImageMask &mask, QImage *actual, QImage *expected)
 {
     if (actual->size() != expected->size() && mask.hasPositive()) {
         const QRect both(QPoint(), actual->size().expandedTo(expected->size()));
+        if (isTooLargePicture(both.size()))
+            return false;
         *actual = actual->copy(both);
         *expected = expected->copy(both);
     }
@@ -73,6 +76,15 @@ void maskImages(const ImageMask &mask, QImage *actual, QImage *expected)
         normalizeTransparency(image);
         mask.drawToImage(image);
     }
+    return true;
+}
+
+ApplicationComparison strictComparison(bool areEqual)
+{
+    return {areEqual,
+            areEqual ? QStringLiteral("Screenshots are considered identical")
+                     : QStringLiteral("Screenshots do not match"),
+            QString()};
 }
 
 ApplicationComparison compareImages(const QDomElement &element, int version, const QImage &actual,
@@ -83,11 +95,7 @@ ApplicationComparison compareImages(const QDomElement &element, int version, con
         version < algorithmVersion ? QString() : algorithm.attribute(QStringLiteral("name"));
     if (!name.isEmpty() && name != QLatin1String("strict"))
         return runComparisonApplication(name, parametersOf(algorithm), actual, expected);
-    return haveEqualPixels(actual, expected)
-               ? ApplicationComparison{true, QStringLiteral("Screenshots are considered identical"),
-                                       QString()}
-               : ApplicationComparison{false, QStringLiteral("Screenshots do not match"),
-                                       QString()};
+    return strictComparison(haveEqualPixels(actual, expected));
 }
 
 void learnImage(QDomElement &element, QDomDocument &document, const QImage &image)
@@ -141,8 +149,10 @@ bool TestVP::performScreenshotVerification(QDomElement &element, int version,
         QByteArray::fromBase64(element.firstChild().toText().data().toLatin1()), format.toLatin1());
     QImage actual = taken;
     QImage expected = stored;
-    maskImages(readMask(element.firstChild().nextSibling().toElement()), &actual, &expected);
-    const ApplicationComparison comparison = compareImages(element, version, actual, expected);
+    const ImageMask mask = readMask(element.firstChild().nextSibling().toElement());
+    const ApplicationComparison comparison = maskImages(mask, &actual, &expected)
+                                                 ? compareImages(element, version, actual, expected)
+                                                 : strictComparison(false);
     if (!comparison.error.isEmpty()) {
         addResult(logger, TestResult::ERROR,
                   m_name + QStringLiteral(": Comparison application error"), comparison.error,

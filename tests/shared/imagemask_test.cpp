@@ -42,6 +42,10 @@ TEST(ImageMaskTest, ThePixelsThatDontCountGetOneColour)
                                                                          "..###"
                                                                          "..###"},
         {maskOf({{pos, QRect(0, 0, 5, 3)}}), "..............."},
+        {maskOf({{pos, QRect(0, 0, 5, 2)}, {pos, QRect(1, 0, 4, 3)}, {neg, QRect(2, 1, 1, 1)}}),
+         "....."
+         "..#.."
+         "#...."},
     };
     for (const auto &row : rows) {
         QImage image(5, 3, QImage::Format_ARGB32);

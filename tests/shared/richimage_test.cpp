@@ -78,6 +78,8 @@ TEST(ScreenshotTest, TheOlderMapIsReadWithItsOriginAndScale)
     const Screenshot shot = Screenshot::fromBmpZipData(zip, origin, scale, 3.0);
     EXPECT_EQ(shot.imageToNative(QPoint(2, 2)), QPoint(3, 4));
     EXPECT_EQ(shot.density(), 3.0);
+    EXPECT_EQ(Screenshot::fromBmpZipData(zip, origin, 0, 1).imageToNative(QPoint(2, 2)),
+              QPoint(6, 8));
     const QByteArray bmp = qUncompress(zip);
     EXPECT_EQ(Screenshot::fromBmpData(reinterpret_cast<const unsigned char *>(bmp.constData()),
                                       bmp.size(), origin, scale, 3.0),

@@ -156,6 +156,7 @@ TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
          false},
         {"larger than what counts", plain({21, 12}), masks(rect("positive", 0, 0, 20, 10)), true},
         {"smaller than what counts", plain({10, 10}), masks(rect("positive", 0, 0, 20, 10)), false},
+        {"longer than any screen", plain({7000000, 1}), masks(rect("positive", 0, 0, 1, 1)), false},
         {"no picture", QImage(), "", false},
     };
     for (const auto &row : rows) {

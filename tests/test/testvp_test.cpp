@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
+#include <QTextCodec>
 #include <QTimer>
 
 using namespace Morvex;
@@ -48,6 +49,11 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
         {"", "Verification point file 'vp' cannot be read.", ""},
         {QByteArray("<a>").repeated(200000), "Verification point file 'vp' cannot be read.",
          "the elements are nested too deep"},
+        // Parsers know more names and encodings than these.
+        {QByteArray("<:a>").repeated(200000) + QByteArray("</:a>").repeated(200000),
+         "Verification point file 'vp' cannot be read.", "the elements are nested too deep"},
+        {QByteArray("\xff\xfe", 2) + QByteArray("<\0a\0>\0", 6).repeated(200000),
+         "Verification point file 'vp' cannot be read.", "the elements are nested too deep"},
         {"<Other/>", "Verification point file 'vp' is malformed.",
          "File does not contain 'VerificationPoint' root element"},
         {"<VerificationPoint version='6' type='Table'/>",
@@ -77,6 +83,26 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
             .verify(&log, stack, &runner, "", &resolver, options, nullptr, false);
     EXPECT_EQ(missing.message(), "Verification point file 'vp' cannot be opened.");
     EXPECT_FALSE(missing.details().isEmpty());
+}
+
+TEST_F(TestVPTest, AFileIsReadInTheEncodingItCameIn)
+{
+    const QString declaration = "<?xml version='1.0' encoding='%1'?>";
+    const QString root = QString::fromUtf8("<VerificationPoint type='\u00e9'><Verification "
+                                           "object='label'/></VerificationPoint>");
+    const QByteArray files[] = {
+        root.toUtf8(),
+        "\xef\xbb\xbf" + root.toUtf8(),
+        QTextCodec::codecForName("UTF-16")->fromUnicode(root),
+        QTextCodec::codecForName("UTF-16")->fromUnicode(declaration.arg("UTF-16") + root),
+        (declaration.arg("ISO-8859-1") + root).toLatin1(),
+        (declaration.arg("unheard-of") + root).toUtf8(),
+    };
+    for (const QByteArray &file : files)
+        EXPECT_EQ(
+            verifyFile(file).details(),
+            QString::fromUtf8("Verification type '\u00e9' is not known by this Morvex version"))
+            << file.constData();
 }
 
 TEST_F(TestVPTest, AnUnknownTypeWithoutVerificationsPasses)
