@@ -11,6 +11,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTextCodec>
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -349,8 +350,39 @@ TEST_F(WorkbookTest, HowTheCellsOfASheetRead)
     EXPECT_FALSE(set->save(dir.filePath("x.csv")));
 }
 
+TEST_F(WorkbookTest, FormsThatASheetMayComeIn)
+{
+    const QByteArray body = "<row r=\"1\"><c r=\"A1\"><v>\xc3\xa4&#x20ac;</v></c></row>";
+    const QString sheet =
+        QString::fromUtf8(worksheet("A1", body)).mid(QString("<?xml version=\"1.0\"?>").size());
+    const auto encoded = [&sheet](const QByteArray &name) {
+        const QString declaration = "<?xml version=\"1.0\" encoding=\"" + name + "\"?>";
+        return QTextCodec::codecForName(name)->fromUnicode(declaration + sheet);
+    };
+    const QByteArray sheets[] = {
+        sheet.toUtf8(),
+        "\xef\xbb\xbf" + encoded("UTF-8"),
+        encoded("UTF-16"),
+        encoded("ISO-8859-1"),
+        encoded("windows-1252"),
+        "<x:worksheet xmlns:x=\"n\"><x:sheetData><x:row r=\"1\"><x:c r=\"A1\"><x:v>\xc3\xa4<!-- -->"
+        "<![CDATA[\xe2\x82\xac]]></x:v></x:c></x:row></x:sheetData></x:worksheet>",
+    };
+    for (const QByteArray &form : sheets)
+        EXPECT_EQ(rowsOfSheet(form), (Rows{{QString::fromUtf8("\u00e4\u20ac")}}))
+            << form.left(60).toStdString() << messages;
+    EXPECT_EQ(
+        rowsOfSheet("<worksheet><sheetData><row r=\"2\"><c r=\"A2\"><v>1</v></c></row>"
+                    "</sheetData><dimension ref=\"A1:C2\"/><dimension ref=\"Z9\"/></worksheet>"),
+        (Rows{{"", "", ""}, {"1", "", ""}}))
+        << "the width may stand behind the rows";
+}
+
 TEST_F(WorkbookTest, SheetsThatNoProgramWritesGiveAnEmptySet)
 {
+    QByteArray names;
+    for (int i = 0; i < 300000; ++i)
+        names += "<a" + QByteArray::number(i) + "/>";
     const QByteArray cells = "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>";
     const QByteArray good = worksheet("A1", cells);
     const QByteArray sheets[] = {
@@ -362,7 +394,10 @@ TEST_F(WorkbookTest, SheetsThatNoProgramWritesGiveAnEmptySet)
         worksheet("A1", "<row r=\"1\">" + QByteArray("<c/>").repeated(20000) + "</row>"),
         worksheet("A1:XFD1048576", cells + "<row r=\"1048576\"/>"),
         worksheet("A1", cells + QByteArray("<row r=\"1\"/><row r=\"1048576\"/>").repeated(3)),
+        worksheet("A1", QByteArray("<row><c r=\"XFD1\"/></row>").repeated(2047) +
+                            ("<row>" + QByteArray("<c/>").repeated(16000) + "</row>").repeated(2)),
         worksheet("A1", cells + QByteArray("<x>").repeated(200000)),
+        worksheet("A1", names + cells),
         worksheet("A1", cells + "<x>" + QByteArray(3000000, ' ') + "</x>"),
         "<!DOCTYPE worksheet [<!ENTITY a \"aaaaaaaaaa\">]>" + good,
         good.left(good.size() - 4),
@@ -413,21 +448,33 @@ TEST_F(WorkbookTest, WhatIsMissingInTheArchiveIsTold)
 
 TEST_F(WorkbookTest, ADamagedByteInAnArchiveIsNoticed)
 {
+    const auto expectDamage = [this](const QString &sheetName, const std::string &prefix) {
+        const QByteArray archive = readFile(path);
+        const int dataStart = 60;
+        for (int place = dataStart; place < dataStart + 400; place += 3) {
+            QByteArray damaged = archive;
+            damaged[place] = static_cast<char>(damaged[place] ^ 0x10);
+            writeFile(path, damaged);
+            EXPECT_EQ(rowsOfFile(sheetName), Rows()) << place;
+            EXPECT_TRUE(messages == prefix + "crc check failed! \n" ||
+                        messages == prefix + "invalid zip archive file. \n")
+                << place << messages;
+        }
+    };
     QByteArray rows;
     for (int row = 1; row <= 200; ++row)
         rows += "<row r=\"" + QByteArray::number(row) + "\"><c r=\"A1\"><v>" +
                 QByteArray::number(row * 7919 % 1000) + "</v></c></row>";
     const Rows whole = rowsOfSheet(worksheet("A1", rows));
     ASSERT_EQ(whole.size(), 200u);
-    const QByteArray archive = readFile(path);
-    const int dataStart = 60;
-    for (int place = dataStart; place < dataStart + 400; place += 3) {
-        QByteArray damaged = archive;
-        damaged[place] = static_cast<char>(damaged[place] ^ 0x10);
-        writeFile(path, damaged);
-        EXPECT_EQ(rowsOfFile(), Rows()) << place;
-        EXPECT_NE(messages, "") << place;
-    }
+    expectDamage(QString(), "morvexrunner: testData Sheet: ");
+
+    QByteArray names;
+    for (int sheet = 0; sheet < 200; ++sheet)
+        names += "<sheet name=\"n" + QByteArray::number(sheet * 7919 % 1000) + "\"/>";
+    writeArchive(path, {{"xl/workbook.xml", "<workbook><sheets><sheet name=\"a\" sheetId=\"1\"/>" +
+                                                names + "</sheets></workbook>"}});
+    expectDamage("a", "morvexrunner: .xlsx file is corrupt: ");
 }
 
 TEST_F(WorkbookTest, APartThatUnpacksToGigabytesTakesNoMemory)
