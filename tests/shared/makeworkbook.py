@@ -131,6 +131,7 @@ PROGRAMS = {
     "xlwt": write_xlwt,
     "gnumeric-xlsx": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:xlsx2"),
     "gnumeric-biff8": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:excel_biff8"),
+    "gnumeric-both": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:excel_dsf"),
     "gnumeric-biff7": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:excel_biff7"),
 }
 

@@ -53,6 +53,22 @@ QJsonObject makeWorkbook(const QString &program, const QString &path)
     GTEST_SKIP() << "needs " << program << " (python3-openpyxl, python3-xlsxwriter, "              \
                  << "python3-xlwt, gnumeric)"
 
+// Whether there is a file now, of one sheet, which these statements write. They may use the module
+// xlwt, and call the sheet `sheet`.
+bool makeSheet(const QByteArray &statements, const QString &path)
+{
+    return !outputOf("/usr/bin/python3", {"-c",
+                                          "import sys, xlwt\nbook = xlwt.Workbook()\n"
+                                          "sheet = book.add_sheet('s')\n" +
+                                              statements + "\nbook.save(sys.argv[1])",
+                                          path})
+                .isNull();
+}
+
+#define MAKE_SHEET_OR_SKIP(statements)                                                             \
+    if (!makeSheet(statements, path))                                                              \
+    GTEST_SKIP() << "needs python3-xlwt"
+
 std::unique_ptr<TestDataSet> open(const QString &path, const QString &sheet = QString())
 {
     return std::unique_ptr<TestDataSet>(sheet.isEmpty()
@@ -240,20 +256,38 @@ TEST_F(WorkbookTest, AnEncryptedFileIsTold)
 
 TEST_F(WorkbookTest, ASheetWithAllRowsFilledEnds)
 {
-    const QString file = dir.filePath("full.xls");
-    QProcess python;
-    python.start("/usr/bin/python3", {"-c",
-                                      "import sys, xlwt\nbook = xlwt.Workbook()\n"
-                                      "sheet = book.add_sheet('s')\n"
-                                      "for row in range(65536): sheet.write(row, 0, row + 0.5)\n"
-                                      "book.save(sys.argv[1])",
-                                      file});
-    python.waitForFinished(60000);
-    if (!QFile::exists(file))
-        GTEST_SKIP() << "python3-xlwt is missing";
-    const auto set = open(file);
-    ASSERT_TRUE(set);
-    EXPECT_EQ(set->count(), 65535);
+    path = dir.filePath("full.xls");
+    MAKE_SHEET_OR_SKIP("for row in range(65536): sheet.write(row, 0, row + 0.5)");
+    EXPECT_EQ(open(path)->count(), 65535);
+}
+
+TEST_F(WorkbookTest, ACellWithoutContentAtTheEndOfTheSearchIsAHeadLineThatIsMissing)
+{
+    path = dir.filePath("far.xls");
+    MAKE_SHEET_OR_SKIP("sheet.write(60, 60, 1)");
+    EXPECT_EQ(rowsOfFile(), Rows());
+    EXPECT_EQ(messages, "no table found\n");
+    for (const char *script : {"sheet.write(60, 60, 1); sheet.write(49, 0, None)",
+                               "sheet.write(49, 0, None); sheet.write(49, 1, None)"}) {
+        MAKE_SHEET_OR_SKIP(script);
+        EXPECT_EQ(rowsOfFile(), Rows());
+        EXPECT_EQ(messages, "no head line found\n") << script;
+    }
+}
+
+TEST_F(WorkbookTest, OfTwoVersionsInAFileOneIsReadWhole)
+{
+    path = dir.filePath("book.xls");
+    MAKE_WORKBOOK_OR_SKIP(sheets, "gnumeric-both", path);
+    const Rows whole = rowsOfFile();
+    EXPECT_EQ(whole, xlsTable(sheets["Data"].toArray()));
+    // Without the other version.
+    QByteArray content = readFile(path);
+    const int other = content.indexOf(QByteArray::fromHex("090810000006"));
+    ASSERT_GT(other, 0);
+    content.replace(other, 6, QByteArray(6, '\0'));
+    writeFile(path, content);
+    EXPECT_EQ(rowsOfFile(), whole);
 }
 
 TEST_F(WorkbookTest, FilesOfAnotherKindAreTold)
