@@ -13,8 +13,12 @@ namespace Morvex {
 /// flush or the destructor writes the whole file, without its comments. Two objects on one file do
 /// not see each other; the later flush wins.
 ///
-/// A key may be a path with "/" between its parts. Failures are warnings in the message log, and a
-/// read that fails gives its default. Use an object from one thread.
+/// A key may be a path with "/" between its parts. Groups and keys stand in the file as they are: a
+/// line break in one makes two lines of it, and a key that begins with "#" or "[" or with a blank,
+/// or ends in one, is not the same when the file is read again.
+///
+/// Failures are warnings in the message log, and a read that fails gives its default. Use an object
+/// from one thread.
 class MORVEX_EXPORT Settings
 {
 public:
