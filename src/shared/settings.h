@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+class QIODevice;
+
 namespace Morvex {
 
 /// The entries of one ini file: groups of keys, whose values are texts, lists, numbers or
@@ -88,6 +90,7 @@ private:
 
     void parse();
     void parseLine(const QString &line, Group **group, QString *groupName);
+    void writeTo(QIODevice *device) const;
     QStringList subkeyOrEntryList(const QString &group, const QString &key, bool subkeys) const;
     bool unquoteString(QString &text) const;
     bool unquoteStringList(const QString &text, QStringList &out) const;

@@ -232,14 +232,6 @@ TEST_P(XlsProgramTest, AFileThatIsCutIsReadWholeOrNotAtAll)
     EXPECT_GT(refused, 0);
 }
 
-TEST_F(WorkbookTest, NumbersNeedNoStringTable)
-{
-    path = dir.filePath("numbers.xlsx");
-    MAKE_WORKBOOK_OR_SKIP(sheets, "openpyxl", path);
-    EXPECT_EQ(rowsOfFile(), (Rows{{"1", "2", "3"}, {"4.5", "", "6"}}));
-    EXPECT_EQ(messages, "");
-}
-
 TEST_F(WorkbookTest, AnEncryptedFileIsTold)
 {
     path = dir.filePath("book.xls");
