@@ -11,7 +11,7 @@ void scanSheets(const QByteArray &stream)
     const BiffScan scan(stream);
     const int fewSheets = qMin(scan.sheetCount(), 4);
     for (int sheet = 0; sheet < fewSheets; ++sheet) {
-        const auto cells = scan.cells(sheet);
+        const auto cells = scan.cells(sheet).value_or(QHash<quint32, XlsCell>());
         require(cells.size() <= stream.size());
         for (const XlsCell &cell : cells)
             require(cell.text.size() <= stream.size());

@@ -365,11 +365,13 @@ void BiffScan::begin(int bofType, int version, int content)
         m_sheetOffsets += 0;
 }
 
-QHash<quint32, XlsCell> BiffScan::cells(int sheet) const
+std::optional<QHash<quint32, XlsCell>> BiffScan::cells(int sheet) const
 {
     CellCollector collector(m_codec, m_valueOffset);
     RecordWalk walk(m_stream, m_sheetOffsets.value(sheet));
     Record record(0, QByteArray());
+    if (!walk.next(&record))
+        return std::nullopt;
     while (walk.next(&record))
         collector.take(record);
     return collector.cells();

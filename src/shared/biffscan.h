@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QVector>
 
+#include <optional>
+
 class QTextCodec;
 
 namespace Morvex {
@@ -31,8 +33,8 @@ public:
     static const unsigned maxColumn = 0xff;
 
     /// The cells of a sheet by place. Later ones win. A place stands for rows and columns up to
-    /// the greatest ones.
-    QHash<quint32, XlsCell> cells(int sheet) const;
+    /// the greatest ones. Nothing when no sheet begins where the workbook says.
+    std::optional<QHash<quint32, XlsCell>> cells(int sheet) const;
     static quint32 place(unsigned row, unsigned column) { return row << 16 | column; }
     /// Whether the sheet has a cell there with a format and no content.
     bool hasBlank(int sheet, unsigned row, unsigned column) const;

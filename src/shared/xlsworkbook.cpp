@@ -88,8 +88,10 @@ bool XlsWorkbook::selectSheet(int sheet)
         return false;
     m_columnCount = columns;
     m_sheet = sheet;
-    m_scannedCells = m_scan->cells(sheet);
-    return true;
+    const auto cells = m_scan->cells(sheet);
+    if (cells)
+        m_scannedCells = *cells;
+    return cells.has_value();
 }
 
 std::optional<XlsCell> XlsWorkbook::cell(unsigned column, unsigned row) const

@@ -98,10 +98,17 @@ TEST(BiffScanTest, ATextBelongsToTheFormulaInFrontOfItAlone)
                                      record(0x01b6, QByteArray(18, '\0')) +
                                      record(0x003c, text("note")) + record(0x000a, QByteArray())));
     ASSERT_EQ(scan.sheetCount(), 1);
-    const auto cells = scan.cells(0);
+    const auto cells = scan.cells(0).value();
     EXPECT_EQ(cells.value(BiffScan::place(0, 0)).text, "abcd");
     EXPECT_TRUE(cells.contains(BiffScan::place(1, 0)));
     EXPECT_EQ(cells.value(BiffScan::place(1, 0)).text, "");
+}
+
+TEST(BiffScanTest, ASheetThatIsNotWhereTheWorkbookSaysIsNoEmptySheet)
+{
+    const QByteArray whole = workbook(0x0600, "", "");
+    EXPECT_TRUE(BiffScan(whole).cells(0));
+    EXPECT_FALSE(BiffScan(whole.left(whole.size() - 1)).cells(0));
 }
 
 TEST(BiffScanTest, FilesOfOldVersionsAreReadWithTheResultsOfFormulasOrNotAtAll)
@@ -142,7 +149,7 @@ TEST(BiffScanTest, TextsAreInTheCodePageOfTheFile)
             workbook(0x0500, record(0x0042, word(row.codePage)),
                      formula(0, 0) + record(0x0207, word(quint16(bytes.size())) + bytes)));
         EXPECT_TRUE(scan.canReadTexts()) << row.codePage;
-        EXPECT_EQ(scan.cells(0).value(0).text, QString::fromUtf8(row.text)) << row.codePage;
+        EXPECT_EQ(scan.cells(0)->value(0).text, QString::fromUtf8(row.text)) << row.codePage;
     }
     EXPECT_FALSE(BiffScan(workbook(0x0500, record(0x0042, word(1)), "")).canReadTexts());
 }
