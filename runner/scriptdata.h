@@ -19,8 +19,8 @@ class ScriptData : public QObject
     Q_PROPERTY(int count READ count CONSTANT)
 
 public:
-    /// An empty @p sheet stands for the first one. Null, with an error text, when no table can be
-    /// read.
+    /// An empty @p sheet stands for the one that TestDataSet takes then. Null, with an error text,
+    /// when no table can be read.
     static std::unique_ptr<ScriptData> open(const QString &path, const QString &sheet,
                                             QString *error);
     ~ScriptData() override;

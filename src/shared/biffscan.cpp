@@ -8,23 +8,35 @@
 namespace Morvex {
 namespace {
 
+// The number behind some names is the version of the format that brought this form of the record.
 enum RecordType {
+    BlankRecord2 = 0x0001,
+    NumberRecord2 = 0x0003,
+    BooleanOrErrorRecord2 = 0x0005,
     FormulaRecord = 0x0006,
+    StringRecord2 = 0x0007,
+    BofRecord2 = 0x0009,
     EofRecord = 0x000a,
     FilePassRecord = 0x002f,
     ContinueRecord = 0x003c,
     CodePageRecord = 0x0042,
     BoundSheetRecord = 0x0085,
     MultipleRkRecord = 0x00bd,
+    MultipleBlankRecord = 0x00be,
     RichStringRecord = 0x00d6,
-    NumberRecord = 0x0203,
-    BooleanOrErrorRecord = 0x0205,
-    StringRecord = 0x0207,
+    BlankRecord3 = 0x0201,
+    NumberRecord3 = 0x0203,
+    BooleanOrErrorRecord3 = 0x0205,
+    FormulaRecord3 = 0x0206,
+    StringRecord3 = 0x0207,
+    BofRecord3 = 0x0209,
     RkRecord = 0x027e,
-    BofRecord = 0x0809,
+    FormulaRecord4 = 0x0406,
+    BofRecord4 = 0x0409,
+    BofRecord5 = 0x0809,
 };
 
-// One record. Reading beyond its end gives 0.
+// One record. Reading outside of it gives 0.
 class Record
 {
 public:
@@ -35,6 +47,11 @@ public:
     }
 
     int type() const { return m_type; }
+    bool isBof() const
+    {
+        return m_type == BofRecord2 || m_type == BofRecord3 || m_type == BofRecord4 ||
+               m_type == BofRecord5;
+    }
     int size() const { return m_content.size(); }
     quint8 byte(int offset) const { return number<quint8>(offset); }
     quint16 word(int offset) const { return number<quint16>(offset); }
@@ -56,7 +73,7 @@ private:
     template <typename Number>
     Number number(int offset) const
     {
-        if (offset + int(sizeof(Number)) > m_content.size())
+        if (offset < 0 || offset + int(sizeof(Number)) > m_content.size())
             return 0;
         return qFromLittleEndian<Number>(m_content.constData() + offset);
     }
@@ -81,7 +98,7 @@ public:
         do {
             if (!read(record))
                 return false;
-            if (record->type() == BofRecord)
+            if (record->isBof())
                 ++m_depth;
             else if (record->type() == EofRecord)
                 --m_depth;
@@ -147,10 +164,10 @@ public:
     {
     }
 
-    void begin(const Record &record, int offset)
+    void begin(int length, const QByteArray &piece)
     {
-        m_left = record.word(offset);
-        append(record.from(offset + 2));
+        m_left = length;
+        append(piece);
     }
 
     void append(const QByteArray &piece)
@@ -183,56 +200,61 @@ private:
 class CellCollector
 {
 public:
-    explicit CellCollector(QTextCodec *codec)
+    CellCollector(QTextCodec *codec, int valueOffset)
         : m_codec(codec)
+        , m_valueOffset(valueOffset)
     {
     }
 
     void take(const Record &record)
     {
-        const int valueOffset = 6;
         // Other records have continuations, too.
         const bool continuesString = m_isInString;
         m_isInString = false;
         switch (record.type()) {
-        case NumberRecord:
-            m_cells.insert(record.place(), numberCell(XlsCell::Float, record.real(valueOffset)));
+        case NumberRecord2:
+        case NumberRecord3:
+            insert(record, numberCell(XlsCell::Float, record.real(m_valueOffset)));
             break;
         case RkRecord:
-            m_cells.insert(record.place(), decodeRk(record.doubleWord(valueOffset)));
+            insert(record, decodeRk(record.doubleWord(m_valueOffset)));
             break;
         case MultipleRkRecord:
             takeMultiple(record);
             break;
-        case BooleanOrErrorRecord:
-            m_cells.insert(record.place(), booleanOrError(record.byte(valueOffset),
-                                                          record.byte(valueOffset + 1) != 0));
+        case BooleanOrErrorRecord2:
+        case BooleanOrErrorRecord3:
+            insert(record,
+                   booleanOrError(record.byte(m_valueOffset), record.byte(m_valueOffset + 1) != 0));
             break;
         case RichStringRecord:
             takeRichString(record);
             break;
         case FormulaRecord:
+        case FormulaRecord3:
+        case FormulaRecord4:
             takeFormula(record);
             break;
-        case StringRecord:
-            m_string = StringContent(m_codec);
-            m_string.begin(record, 0);
-            takeString();
+        case StringRecord2:
+            beginString(record.byte(0), record.from(1));
+            break;
+        case StringRecord3:
+            beginString(record.word(0), record.from(2));
             break;
         case ContinueRecord:
-            if (!continuesString)
-                return;
-            m_string.append(record.from(0));
-            takeString();
+            if (continuesString)
+                continueString(record.from(0));
             break;
         default:
-            return;
+            break;
         }
     }
 
     const QHash<quint32, XlsCell> &cells() const { return m_cells; }
 
 private:
+    void insert(const Record &record, const XlsCell &cell) { m_cells.insert(record.place(), cell); }
+
     void takeMultiple(const Record &record)
     {
         const int firstOffset = 4;
@@ -247,25 +269,39 @@ private:
     void takeRichString(const Record &record)
     {
         StringContent string(m_codec);
-        string.begin(record, 6);
-        m_cells.insert(record.place(), {XlsCell::RichText, string.text(), 0});
+        string.begin(record.word(m_valueOffset), record.from(m_valueOffset + 2));
+        insert(record, {XlsCell::RichText, string.text(), 0});
     }
 
     // The result is a number, or its last two bytes tell that it is none.
     void takeFormula(const Record &record)
     {
         m_formulaPlace = record.place();
-        XlsCell cell = numberCell(XlsCell::Float, record.real(6));
-        if (record.word(12) == 0xffff) {
-            const quint8 kind = record.byte(6);
-            cell = kind == 1 || kind == 2 ? booleanOrError(record.byte(8), kind == 2)
-                                          : XlsCell{XlsCell::String, QString(), 0};
+        XlsCell cell = numberCell(XlsCell::Float, record.real(m_valueOffset));
+        if (record.word(m_valueOffset + 6) == 0xffff) {
+            const quint8 kind = record.byte(m_valueOffset);
+            cell = kind == 1 || kind == 2
+                       ? booleanOrError(record.byte(m_valueOffset + 2), kind == 2)
+                       : XlsCell{XlsCell::String, QString(), 0};
         }
-        m_cells.insert(m_formulaPlace, cell);
+        insert(record, cell);
     }
 
     // A text follows the formula whose result it is.
-    void takeString()
+    void beginString(int length, const QByteArray &piece)
+    {
+        m_string = StringContent(m_codec);
+        m_string.begin(length, piece);
+        storeString();
+    }
+
+    void continueString(const QByteArray &piece)
+    {
+        m_string.append(piece);
+        storeString();
+    }
+
+    void storeString()
     {
         const auto cell = m_cells.find(m_formulaPlace);
         if (cell != m_cells.end() && cell->type == XlsCell::String)
@@ -273,26 +309,42 @@ private:
         m_isInString = true;
     }
 
-    QTextCodec *m_codec;
+    QTextCodec *const m_codec;
+    const int m_valueOffset;
     QHash<quint32, XlsCell> m_cells;
     quint32 m_formulaPlace = 0;
     StringContent m_string{nullptr};
     bool m_isInString = false;
 };
 
+// Null for a code page that is not known.
+QTextCodec *codecOf(quint16 codePage)
+{
+    const quint16 oldMacintosh = 0x8000;
+    const quint16 oldWindows = 0x8001;
+    const quint16 macintosh = 10000;
+    if (codePage == oldMacintosh || codePage == macintosh)
+        return QTextCodec::codecForName("macintosh");
+    const QByteArray number = QByteArray::number(codePage == oldWindows ? 1252 : codePage);
+    for (const char *family : {"windows-", "IBM"}) {
+        if (QTextCodec *codec = QTextCodec::codecForName(family + number))
+            return codec;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 BiffScan::BiffScan(const QByteArray &stream)
     : m_stream(stream)
 {
-    const int version8 = 0x0600;
     RecordWalk walk(m_stream, 0);
     Record record(0, QByteArray());
     while (walk.next(&record)) {
-        if (record.type() == BofRecord && record.word(0) != version8)
-            m_codecName = QByteArrayLiteral("windows-1252");
-        else if (record.type() == CodePageRecord && !m_codecName.isEmpty())
-            m_codecName = "windows-" + QByteArray::number(record.word(0));
+        if (record.isBof())
+            begin(record.type(), record.word(0), record.word(2));
+        else if (record.type() == CodePageRecord && m_hasCodePage)
+            m_codec = codecOf(record.word(0));
         else if (record.type() == FilePassRecord)
             m_hasPassword = true;
         else if (record.type() == BoundSheetRecord)
@@ -300,20 +352,45 @@ BiffScan::BiffScan(const QByteArray &stream)
     }
 }
 
-QHash<quint32, XlsCell> BiffScan::cells(int sheet) const
+void BiffScan::begin(int bofType, int version, int content)
 {
-    QTextCodec *codec = nullptr;
-    if (!m_codecName.isEmpty()) {
-        codec = QTextCodec::codecForName(m_codecName);
-        if (!codec)
-            codec = QTextCodec::codecForName("ISO 8859-1");
-    }
-    CellCollector collector(codec);
+    const int version8 = 0x0600;
+    const int sheet = 0x0010;
+    m_hasCodePage = bofType != BofRecord5 || version != version8;
+    m_codec = m_hasCodePage ? codecOf(1252) : nullptr;
+    // In front of the value are the place and a format of two bytes, once of three.
+    m_valueOffset = bofType == BofRecord2 ? 7 : 6;
+    // A file of old has one sheet and nothing around it.
+    if (bofType != BofRecord5 && content == sheet)
+        m_sheetOffsets += 0;
+}
+
+std::optional<QHash<quint32, XlsCell>> BiffScan::cells(int sheet) const
+{
+    CellCollector collector(m_codec, m_valueOffset);
     RecordWalk walk(m_stream, m_sheetOffsets.value(sheet));
     Record record(0, QByteArray());
+    if (!walk.next(&record))
+        return std::nullopt;
     while (walk.next(&record))
         collector.take(record);
     return collector.cells();
+}
+
+bool BiffScan::hasBlank(int sheet, unsigned row, unsigned column) const
+{
+    const quint32 wanted = place(row, column);
+    RecordWalk walk(m_stream, m_sheetOffsets.value(sheet));
+    Record record(0, QByteArray());
+    while (walk.next(&record)) {
+        const bool isOne = record.type() == BlankRecord2 || record.type() == BlankRecord3;
+        const bool isRange = record.type() == MultipleBlankRecord;
+        const quint32 last =
+            isRange ? place(record.word(0), record.word(record.size() - 2)) : record.place();
+        if ((isOne || isRange) && record.place() <= wanted && wanted <= last)
+            return true;
+    }
+    return false;
 }
 
 } // namespace Morvex

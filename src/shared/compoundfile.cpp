@@ -81,12 +81,6 @@ public:
     {
     }
 
-    static bool isCompoundFile(const QByteArray &file)
-    {
-        return file.size() >= headerSize &&
-               file.startsWith(QByteArray::fromHex("d0cf11e0a1b11ae1"));
-    }
-
     QByteArray stream(const QStringList &names) const
     {
         for (int index = 0; index * directoryEntrySize < m_directory.size(); ++index) {
@@ -163,9 +157,14 @@ private:
 
 } // namespace
 
+bool isCompoundFile(const QByteArray &file)
+{
+    return file.size() >= headerSize && file.startsWith(QByteArray::fromHex("d0cf11e0a1b11ae1"));
+}
+
 QByteArray readCompoundStream(const QByteArray &file, const QStringList &names)
 {
-    return CompoundFile::isCompoundFile(file) ? CompoundFile(file).stream(names) : QByteArray();
+    return isCompoundFile(file) ? CompoundFile(file).stream(names) : QByteArray();
 }
 
 } // namespace Morvex

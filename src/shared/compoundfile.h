@@ -1,13 +1,17 @@
 #pragma once
 
+#include "morvex_export.h"
+
 #include <QByteArray>
 #include <QStringList>
 
 namespace Morvex {
 
-/// The first stream of one of these names in a compound file, the container of office documents of
-/// old. Empty when @p file is no such file or has no such stream; where the file is damaged the
-/// stream ends.
-QByteArray readCompoundStream(const QByteArray &file, const QStringList &names);
+/// Whether the file begins like a compound file, the container of office documents of old.
+MORVEX_EXPORT bool isCompoundFile(const QByteArray &file);
+
+/// The first stream of one of these names in a compound file. Empty when @p file is no such file or
+/// has no such stream; where the file is damaged the stream ends.
+MORVEX_EXPORT QByteArray readCompoundStream(const QByteArray &file, const QStringList &names);
 
 } // namespace Morvex

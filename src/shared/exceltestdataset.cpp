@@ -30,7 +30,7 @@ std::optional<Corner> findCorner(const XlsWorkbook &workbook)
         }
     }
     // With a cell at the end of the search it is the header that is missing.
-    if (workbook.cell(0, searchedDiagonals - 1))
+    if (workbook.hasCell(0, searchedDiagonals - 1))
         return Corner{0, searchedDiagonals - 1};
     return std::nullopt;
 }

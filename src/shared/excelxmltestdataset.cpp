@@ -78,12 +78,10 @@ QString findSheet(const ZipArchive &zip, const QString &sheetName, QString *shee
     const Extracted part = extractFromZipArchive(zip, "xl/workbook.xml");
     if (!part.first)
         return prefixed(prefix, part.second);
-    bool isFound = false;
-    const QString error = readSheetId(part.first.get(), sheetName, sheetId, &isFound);
-    if (isFound)
-        return {};
-    return error.isEmpty() ? QLatin1String("sheet not found: ") + sheetName
-                           : prefixed(prefix, error);
+    const QString error = causeOf(readSheetId(part.first.get(), sheetName, sheetId), *part.first);
+    if (error.isEmpty() && sheetId->isNull())
+        return QLatin1String("sheet not found: ") + sheetName;
+    return prefixed(prefix, error);
 }
 
 } // namespace
@@ -109,8 +107,10 @@ QString ExcelXmlTestDataSet::read(const QString &sheetName)
     QString error = readStringTable(zip, &sharedStrings);
     if (!error.isEmpty())
         return error;
-    QString sheetId = QStringLiteral("1");
-    if (!sheetName.isEmpty())
+    QString sheetId;
+    if (sheetName.isEmpty())
+        sheetId = QStringLiteral("1");
+    else
         error = findSheet(zip, sheetName, &sheetId);
     if (!error.isEmpty())
         return error;

@@ -361,7 +361,17 @@ bool Settings::flush()
                  qUtf8Printable(m_fileName));
         return false;
     }
-    QTextStream stream(&file);
+    writeTo(&file);
+    if (file.commit())
+        return true;
+    qWarning("Morvex::Settings::flush: could not write file `%s': %s", qUtf8Printable(m_fileName),
+             qUtf8Printable(file.errorString()));
+    return false;
+}
+
+void Settings::writeTo(QIODevice *device) const
+{
+    QTextStream stream(device);
     stream.setCodec("UTF-8");
     for (auto group = m_groups.cbegin(); group != m_groups.cend(); ++group) {
         stream << '[' << group.key() << "]\n";
@@ -369,12 +379,6 @@ bool Settings::flush()
             stream << entry.key() << " = " << entry.value() << '\n';
         stream << '\n';
     }
-    stream.flush();
-    if (file.commit())
-        return true;
-    qWarning("Morvex::Settings::flush: could not write file `%s': %s", qUtf8Printable(m_fileName),
-             qUtf8Printable(file.errorString()));
-    return false;
 }
 
 bool Settings::unquoteString(QString &text) const

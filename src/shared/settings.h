@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+class QIODevice;
+
 namespace Morvex {
 
 /// The entries of one ini file: groups of keys, whose values are texts, lists, numbers or
@@ -13,8 +15,12 @@ namespace Morvex {
 /// flush or the destructor writes the whole file, without its comments. Two objects on one file do
 /// not see each other; the later flush wins.
 ///
-/// A key may be a path with "/" between its parts. Failures are warnings in the message log, and a
-/// read that fails gives its default. Use an object from one thread.
+/// A key may be a path with "/" between its parts. Groups and keys stand in the file as they are: a
+/// line break in one makes two lines of it, and a key that begins with "#" or "[" or with a blank,
+/// or ends in one, is not the same when the file is read again.
+///
+/// Failures are warnings in the message log, and a read that fails gives its default. Use an object
+/// from one thread.
 class MORVEX_EXPORT Settings
 {
 public:
@@ -84,6 +90,7 @@ private:
 
     void parse();
     void parseLine(const QString &line, Group **group, QString *groupName);
+    void writeTo(QIODevice *device) const;
     QStringList subkeyOrEntryList(const QString &group, const QString &key, bool subkeys) const;
     bool unquoteString(QString &text) const;
     bool unquoteStringList(const QString &text, QStringList &out) const;

@@ -60,8 +60,9 @@ public:
     /// for a file of another suffix in which no separator can be detected. A file that can't be
     /// read makes a set without records; errorText() tells why.
     static TestDataSet *createTestDataSet(const QString &fileName);
-    /// Reads one sheet of a workbook, the first one for an empty name. Null when the suffix does
-    /// not tell a workbook.
+    /// Reads one sheet of a workbook. An empty name stands for the first sheet of an .xls, and for
+    /// the sheet with the id 1, wherever it stands, of an .xlsx. Null when the suffix does not tell
+    /// a workbook.
     static TestDataSet *createTestDataSetExcel(const QString &fileName, const QString &sheetName);
 
     /// The file that the set was read from.

@@ -10,29 +10,33 @@
 namespace Morvex {
 namespace {
 
+// Files of old are nothing but the stream.
 QByteArray workbookStream(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    return readCompoundStream(file.readAll(), {QStringLiteral("Workbook"), QStringLiteral("Book")});
+    const QByteArray content = file.readAll();
+    return isCompoundFile(content)
+               ? readCompoundStream(content, {QStringLiteral("Workbook"), QStringLiteral("Book")})
+               : content;
 }
 
-XlsCell cellOf(const FreeXL_CellValue &value)
+std::optional<XlsCell> cellOf(const FreeXL_CellValue &value)
 {
     switch (value.type) {
     case FREEXL_CELL_INT:
-        return {XlsCell::Integer, QString(), double(value.value.int_value)};
+        return XlsCell{XlsCell::Integer, QString(), double(value.value.int_value)};
     case FREEXL_CELL_DOUBLE:
-        return {XlsCell::Float, QString(), value.value.double_value};
+        return XlsCell{XlsCell::Float, QString(), value.value.double_value};
     case FREEXL_CELL_TEXT:
     case FREEXL_CELL_SST_TEXT:
     case FREEXL_CELL_DATE:
     case FREEXL_CELL_DATETIME:
     case FREEXL_CELL_TIME:
-        return {XlsCell::String, QString::fromUtf8(value.value.text_value), 0};
+        return XlsCell{XlsCell::String, QString::fromUtf8(value.value.text_value), 0};
     default:
-        return {};
+        return std::nullopt;
     }
 }
 
@@ -52,10 +56,11 @@ bool XlsWorkbook::load(const QString &fileName)
     if (isPasswordProtected())
         return true;
     // A workbook that the library does not understand may come back as a null handle without an
-    // error.
+    // error. Without the scan the results of formulas would be missing.
     const int code = freexl_open(QFile::encodeName(fileName).constData(), &m_handle);
     return code == FREEXL_OK && m_handle &&
-           freexl_get_info(m_handle, FREEXL_BIFF_SHEET_COUNT, &m_sheetCount) == FREEXL_OK;
+           freexl_get_info(m_handle, FREEXL_BIFF_SHEET_COUNT, &m_sheetCount) == FREEXL_OK &&
+           m_scan->sheetCount() == sheetCount() && m_scan->canReadTexts();
 }
 
 bool XlsWorkbook::isPasswordProtected() const
@@ -82,10 +87,11 @@ bool XlsWorkbook::selectSheet(int sheet)
         freexl_worksheet_dimensions(m_handle, &m_rowCount, &columns) != FREEXL_OK)
         return false;
     m_columnCount = columns;
-    m_scannedCells.clear();
-    if (m_scan->sheetCount() == sheetCount())
-        m_scannedCells = m_scan->cells(sheet);
-    return true;
+    m_sheet = sheet;
+    const auto cells = m_scan->cells(sheet);
+    if (cells)
+        m_scannedCells = *cells;
+    return cells.has_value();
 }
 
 std::optional<XlsCell> XlsWorkbook::cell(unsigned column, unsigned row) const
@@ -101,6 +107,11 @@ std::optional<XlsCell> XlsWorkbook::cell(unsigned column, unsigned row) const
             FREEXL_OK)
         return std::nullopt;
     return cellOf(value);
+}
+
+bool XlsWorkbook::hasCell(unsigned column, unsigned row) const
+{
+    return cell(column, row) || m_scan->hasBlank(m_sheet, row, column);
 }
 
 } // namespace Morvex

@@ -31,14 +31,16 @@ public:
     QString sheetName(int sheet) const;
     /// Needed before cells are read. False when the sheet can't be read.
     bool selectSheet(int sheet);
-    /// Of the selected sheet. Nothing outside of the range that it uses; within it, a cell without
-    /// content is empty.
+    /// Of the selected sheet. Nothing for a cell without content.
     std::optional<XlsCell> cell(unsigned column, unsigned row) const;
+    /// Whether the selected sheet has the cell, be it without content.
+    bool hasCell(unsigned column, unsigned row) const;
 
 private:
     const void *m_handle = nullptr;
     std::unique_ptr<BiffScan> m_scan;
     unsigned m_sheetCount = 0;
+    int m_sheet = 0;
     unsigned m_rowCount = 0;
     unsigned m_columnCount = 0;
     QHash<quint32, XlsCell> m_scannedCells;

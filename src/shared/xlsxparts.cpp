@@ -1,114 +1,25 @@
 #include "shared/xlsxparts.h"
 
-#include "shared/xmlguard.h"
+#include "shared/xmlelementreader.h"
 
-#include <QXmlStreamReader>
+#include <algorithm>
 
 namespace Morvex {
 namespace {
 
 const unsigned maxRows = 1048576;
 const unsigned maxColumns = 16384;
-// Of all cells and rows that a sheet does not have and that are filled in.
-const quint64 maxFillers = 32 * 1024 * 1024;
+// Of all cells that are empty, or that the sheet does not have and that are filled in.
+const quint64 maxEmptyCells = 32 * 1024 * 1024;
+const std::size_t maxSharedStrings = 32 * 1024 * 1024;
 
-// Moves through the elements of a document from outside. After an error there are no more of them.
-class ElementReader
+QString textOf(std::string_view utf8)
 {
-public:
-    explicit ElementReader(QIODevice *device)
-        : m_xml(device)
-    {
-        m_xml.setNamespaceProcessing(false);
-    }
-
-    // False when the document has another root, which is skipped then.
-    bool enterRoot(const char *name)
-    {
-        while (!m_xml.atEnd()) {
-            const QXmlStreamReader::TokenType token = m_xml.readNext();
-            // Documents of this kind have none, and entities only serve to make them grow.
-            if (token == QXmlStreamReader::DTD)
-                fail(QStringLiteral("The document has a document type."));
-            if (token != QXmlStreamReader::StartElement)
-                continue;
-            if (is(name))
-                return true;
-            skip();
-        }
-        return false;
-    }
-
-    // The next child of the current element, which becomes the current one. Without another child
-    // the parent is left.
-    bool enterChild() { return m_xml.readNextStartElement(); }
-
-    bool is(const char *name) const { return m_xml.name() == QLatin1String(name); }
-    QXmlStreamAttributes attributes() const { return m_xml.attributes(); }
-
-    void skip()
-    {
-        for (int depth = 1; depth > 0 && !m_xml.atEnd();) {
-            const QXmlStreamReader::TokenType token = m_xml.readNext();
-            if (token == QXmlStreamReader::StartElement && ++depth > maxXmlDepth)
-                fail(QStringLiteral("The elements are nested too deep."));
-            else if (token == QXmlStreamReader::EndElement)
-                --depth;
-        }
-    }
-
-    // The text in the current element, which is left, without that of its children.
-    QString takeText()
-    {
-        QString text = QLatin1String("");
-        takePieces([&text](const QStringRef &piece) {
-            if (text.isEmpty())
-                text = piece.toString();
-            else
-                text += piece;
-        });
-        return text;
-    }
-
-    // The same, for a caller that does not need the whole text.
-    template <typename Take>
-    void takePieces(Take take)
-    {
-        while (!m_xml.atEnd()) {
-            const QXmlStreamReader::TokenType token = m_xml.readNext();
-            if (token == QXmlStreamReader::Characters)
-                take(m_xml.text());
-            else if (token == QXmlStreamReader::StartElement)
-                skip();
-            else if (token == QXmlStreamReader::EndElement)
-                return;
-        }
-    }
-
-    void fail(const QString &error) { m_xml.raiseError(error); }
-    bool hasFailed() const { return m_xml.hasError(); }
-
-    // Reads what is behind the root.
-    QString finish()
-    {
-        while (!m_xml.atEnd())
-            m_xml.readNext();
-        return errorText();
-    }
-
-    QString errorText() const
-    {
-        return m_xml.hasError()
-                   ? QStringLiteral("line %1: %2").arg(m_xml.lineNumber()).arg(m_xml.errorString())
-                   : QString();
-    }
-
-private:
-    QXmlStreamReader m_xml;
-};
+    return QString::fromUtf8(utf8.data(), static_cast<int>(utf8.size()));
+}
 
 // Plain text, or else that of its runs with a formatting each.
-QString takeSharedString(ElementReader &reader)
+QString takeSharedString(XmlElementReader &reader)
 {
     QString plain;
     QString rich;
@@ -116,12 +27,8 @@ QString takeSharedString(ElementReader &reader)
         if (reader.is("t")) {
             plain += reader.takeText();
         } else if (reader.is("r")) {
-            while (reader.enterChild()) {
-                if (reader.is("t"))
-                    rich += reader.takeText();
-                else
-                    reader.skip();
-            }
+            while (reader.enterChild("t"))
+                rich += reader.takeText();
         } else {
             reader.skip();
         }
@@ -130,41 +37,42 @@ QString takeSharedString(ElementReader &reader)
 }
 
 // The letters in front, as a number in which A is 1. Stays beyond the last column once it is.
-unsigned columnOf(const QStringRef &reference)
+unsigned columnOf(std::string_view reference)
 {
     unsigned column = 0;
-    for (const QChar character : reference) {
-        const int letter = character.unicode() - 'A';
+    for (const char character : reference) {
+        const int letter = character - 'A';
         if (letter < 0 || letter >= 26)
             break;
-        column = qMin(column * 26 + static_cast<unsigned>(letter) + 1, maxColumns + 1);
+        column = std::min(column * 26 + static_cast<unsigned>(letter) + 1, maxColumns + 1);
     }
     return column;
 }
 
-unsigned widthOf(const QStringRef &range)
+// The last column of a range like "A1:C3", or of a single cell.
+unsigned widthOf(std::string_view range)
 {
-    const QVector<QStringRef> corners = range.split(QLatin1Char(':'));
-    return columnOf(corners.size() > 1 ? corners.at(1) : corners.at(0));
+    const std::size_t colon = range.find(':');
+    return columnOf(colon == range.npos ? range : range.substr(colon + 1));
 }
 
-// The number that a text begins with, behind white space.
+// The number that a text in pieces begins with, behind white space.
 class LeadingNumber
 {
 public:
-    void read(const QStringRef &text)
+    void read(std::string_view piece)
     {
-        for (const QChar character : text) {
-            if (m_state == Before && character.isSpace())
+        for (const char character : piece) {
+            if (m_state == Before && isBlank(character))
                 continue;
-            const int digit = character.unicode() - '0';
+            const int digit = character - '0';
             if (m_state == Behind || digit < 0 || digit > 9) {
                 m_state = Behind;
                 return;
             }
             m_state = Within;
             m_hasDigit = true;
-            m_value = qMin(m_value * 10 + static_cast<std::size_t>(digit), maxValue);
+            m_value = std::min(m_value * 10 + static_cast<std::size_t>(digit), maxValue);
         }
     }
 
@@ -174,6 +82,11 @@ public:
 private:
     static constexpr std::size_t maxValue = 0xffffffff;
 
+    static bool isBlank(char character)
+    {
+        return character == ' ' || (character >= 9 && character <= 13);
+    }
+
     enum { Before, Within, Behind } m_state = Before;
     bool m_hasDigit = false;
     std::size_t m_value = 0;
@@ -182,27 +95,30 @@ private:
 class SheetReader
 {
 public:
-    SheetReader(QIODevice *device, const std::vector<QString> &sharedStrings, TestDataSet *dataSet,
-                XlsxRows *rows)
+    SheetReader(QIODevice *device, const std::vector<QString> &sharedStrings, TestDataSet *dataSet)
         : m_reader(device)
         , m_sharedStrings(sharedStrings)
         , m_dataSet(dataSet)
-        , m_rows(rows)
     {
     }
 
-    QString read()
+    QString read(XlsxRows *rows)
     {
         if (m_reader.enterRoot("worksheet"))
             readWorksheet();
+        if (m_reader.finish().isEmpty())
+            fillRows();
+        if (!m_reader.hasFailed())
+            takeRows(rows);
         return m_reader.finish();
     }
 
 private:
-    struct Cell
+    struct Row
     {
-        unsigned column;
-        bool hasSharedString;
+        std::unique_ptr<TestDataRecord> record;
+        // Behind the last cell.
+        unsigned column = 1;
     };
 
     void readWorksheet()
@@ -220,100 +136,69 @@ private:
     void readDimension()
     {
         m_hasDimension = true;
-        const QXmlStreamAttributes attributes = m_reader.attributes();
-        m_width = widthOf(attributes.value(QLatin1String("ref")));
+        m_width = widthOf(m_reader.attribute("ref"));
         checkColumn(m_width);
         m_reader.skip();
     }
 
     void readRows()
     {
-        while (m_reader.enterChild()) {
-            if (m_reader.is("row"))
-                readRow();
-            else
-                m_reader.skip();
-        }
+        while (m_reader.enterChild("row"))
+            readRow();
     }
 
     void readRow()
     {
         const unsigned number = rowNumber();
-        if (!fillRowsBefore(number))
-            return;
-        auto record = std::make_unique<TestDataRecord>(m_dataSet, static_cast<int>(number) - 1);
-        record->reserve(static_cast<int>(m_width));
-        unsigned column = 1;
-        while (m_reader.enterChild()) {
-            if (m_reader.is("c"))
-                column = readCell(*record, column) + 1;
-            else
-                m_reader.skip();
-        }
-        fill(*record, column, m_width + 1);
-        addRow(std::move(record), number);
+        for (; m_nextRow < number && !m_reader.hasFailed(); ++m_nextRow)
+            addRow(newRow(m_nextRow), m_nextRow);
+        Row row = newRow(number);
+        while (m_reader.enterChild("c"))
+            readCell(row);
+        addRow(std::move(row), number);
         m_nextRow = number + 1;
     }
 
     // 0 for a row that does not tell it.
     unsigned rowNumber()
     {
-        const QXmlStreamAttributes attributes = m_reader.attributes();
-        const unsigned number = attributes.value(QLatin1String("r")).toUInt();
+        const unsigned number = textOf(m_reader.attribute("r")).toUInt();
         if (number > maxRows)
             m_reader.fail(QStringLiteral("A sheet can't have a row %1.").arg(number));
         return number;
     }
 
-    bool fillRowsBefore(unsigned number)
+    Row newRow(unsigned number)
     {
-        if (m_nextRow < number)
-            reserveFillers(quint64(number - m_nextRow) * (m_width + 1));
-        for (; m_nextRow < number && !m_reader.hasFailed(); ++m_nextRow) {
-            auto record =
-                std::make_unique<TestDataRecord>(m_dataSet, static_cast<int>(m_nextRow) - 1);
-            record->reserve(static_cast<int>(m_width));
-            fillEmptyCells(1, m_width + 1, record.get());
-            addRow(std::move(record), m_nextRow);
-        }
-        return !m_reader.hasFailed();
+        Row row = {std::make_unique<TestDataRecord>(m_dataSet, static_cast<int>(number) - 1)};
+        row.record->reserve(static_cast<int>(m_width));
+        return row;
     }
 
-    void addRow(std::unique_ptr<TestDataRecord> record, unsigned number)
+    void addRow(Row row, unsigned number)
     {
+        fill(row, m_width + 1);
         if (number == 1)
-            m_rows->header = std::move(record);
+            m_header = std::move(row);
         else
-            m_rows->records.push_back(std::move(record));
-        if (m_rows->records.size() > maxRows)
+            m_rows.push_back(std::move(row));
+        if (m_rows.size() > maxRows)
             m_reader.fail(QStringLiteral("The sheet has too many rows."));
     }
 
-    // Returns the column of the cell.
-    unsigned readCell(TestDataRecord &record, unsigned expectedColumn)
+    void readCell(Row &row)
     {
-        const Cell cell = currentCell();
-        checkColumn(cell.column);
-        fill(record, expectedColumn, cell.column);
+        const unsigned column = columnOf(m_reader.attribute("r"));
+        checkColumn(column);
+        fill(row, column);
         // Cells may come without a reference, or with that of one before.
-        checkColumn(static_cast<unsigned>(record.count()));
-        record.addValue(cell.hasSharedString ? takeSharedValue() : takeValue());
-        return cell.column;
-    }
-
-    // The attributes must be out of the way before the parser goes on: it would copy them.
-    Cell currentCell() const
-    {
-        Cell cell{0, false};
-        const QXmlStreamAttributes attributes = m_reader.attributes();
-        for (const QXmlStreamAttribute &attribute : attributes) {
-            const QStringRef name = attribute.qualifiedName();
-            if (name == QLatin1String("r"))
-                cell.column = columnOf(attribute.value());
-            else if (name == QLatin1String("t"))
-                cell.hasSharedString = attribute.value().startsWith(QLatin1Char('s'));
-        }
-        return cell;
+        checkColumn(static_cast<unsigned>(row.record->count()));
+        const std::string_view type = m_reader.attribute("t");
+        const bool hasSharedString = !type.empty() && type.front() == 's';
+        const QString value = hasSharedString ? takeSharedValue() : takeValue();
+        if (!value.isEmpty() || reserveEmptyCells(1))
+            row.record->addValue(value);
+        row.column = column + 1;
     }
 
     QString takeSharedValue()
@@ -321,7 +206,8 @@ private:
         if (!m_reader.enterChild())
             return QLatin1String("");
         LeadingNumber index;
-        m_reader.takePieces([&index](const QStringRef &piece) { index.read(piece); });
+        for (std::string_view piece; m_reader.nextPiece(&piece);)
+            index.read(piece);
         while (m_reader.enterChild())
             m_reader.skip();
         return index.isBelow(m_sharedStrings.size()) ? m_sharedStrings[index.value()]
@@ -332,10 +218,8 @@ private:
     {
         QString value = QLatin1String("");
         int count = 0;
-        while (m_reader.enterChild()) {
-            if (!m_reader.is("v"))
-                m_reader.skip();
-            else if (++count == 1)
+        while (m_reader.enterChild("v")) {
+            if (++count == 1)
                 value = m_reader.takeText();
             else
                 m_reader.skip();
@@ -349,76 +233,87 @@ private:
             m_reader.fail(QStringLiteral("A sheet has at most %1 columns.").arg(maxColumns));
     }
 
-    void fill(TestDataRecord &record, unsigned from, unsigned to)
+    // Up to the column.
+    void fill(Row &row, unsigned column)
     {
-        if (from < to && reserveFillers(to - from))
-            fillEmptyCells(from, to, &record);
+        if (row.column >= column || !reserveEmptyCells(column - row.column))
+            return;
+        fillEmptyCells(row.column, column, row.record.get());
+        row.column = column;
     }
 
-    bool reserveFillers(quint64 count)
+    bool reserveEmptyCells(quint64 count)
     {
-        m_fillers += count;
-        if (m_fillers > maxFillers)
+        m_emptyCells += count;
+        if (m_emptyCells > maxEmptyCells)
             m_reader.fail(QStringLiteral("The sheet has too many empty cells."));
         return !m_reader.hasFailed();
     }
 
-    ElementReader m_reader;
+    // Once more: the width may stand behind the rows.
+    void fillRows()
+    {
+        if (m_header.record)
+            fill(m_header, m_width + 1);
+        for (Row &row : m_rows)
+            fill(row, m_width + 1);
+    }
+
+    void takeRows(XlsxRows *rows)
+    {
+        rows->header = std::move(m_header.record);
+        rows->records.reserve(m_rows.size());
+        for (Row &row : m_rows)
+            rows->records.push_back(std::move(row.record));
+    }
+
+    XmlElementReader m_reader;
     const std::vector<QString> &m_sharedStrings;
     TestDataSet *m_dataSet;
-    XlsxRows *m_rows;
+    Row m_header;
+    std::vector<Row> m_rows;
     bool m_hasDimension = false;
     unsigned m_width = 0;
     unsigned m_nextRow = 1;
-    quint64 m_fillers = 0;
+    quint64 m_emptyCells = 0;
 };
 
 } // namespace
 
 QString readSharedStrings(QIODevice *device, std::vector<QString> *strings)
 {
-    ElementReader reader(device);
+    XmlElementReader reader(device);
     if (reader.enterRoot("sst")) {
-        while (reader.enterChild()) {
-            if (reader.is("si"))
-                strings->push_back(takeSharedString(reader));
-            else
-                reader.skip();
+        while (reader.enterChild("si")) {
+            strings->push_back(takeSharedString(reader));
+            if (strings->size() > maxSharedStrings)
+                reader.fail(QStringLiteral("The workbook has too many texts."));
         }
     }
     return reader.finish();
 }
 
-QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetId, bool *isFound)
+QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetId)
 {
-    ElementReader reader(device);
-    *isFound = false;
+    XmlElementReader reader(device);
     if (!reader.enterRoot("workbook"))
         return QStringLiteral("No <workbook>");
-    bool hasSheet = false;
-    while (reader.enterChild() && !reader.is("sheets"))
-        reader.skip();
-    if (!reader.is("sheets"))
+    if (!reader.enterChild("sheets"))
         return QStringLiteral("No <sheets>");
-    while (reader.enterChild()) {
-        hasSheet = hasSheet || reader.is("sheet");
-        const QXmlStreamAttributes attributes = reader.attributes();
-        if (reader.is("sheet") && attributes.value(QLatin1String("name")) == sheetName) {
-            *isFound = true;
-            *sheetId = attributes.value(QLatin1String("sheetId")).toString();
-            return {};
-        }
-        reader.skip();
-    }
-    if (!hasSheet)
+    if (!reader.enterChild("sheet"))
         return QStringLiteral("No <sheet>");
-    return reader.errorText();
+    do {
+        if (sheetId->isNull() && textOf(reader.attribute("name")) == sheetName)
+            *sheetId = textOf(reader.attribute("sheetId"));
+        reader.skip();
+    } while (reader.enterChild("sheet"));
+    return reader.finish();
 }
 
 QString readSheet(QIODevice *device, const std::vector<QString> &sharedStrings,
                   TestDataSet *dataSet, XlsxRows *rows)
 {
-    return SheetReader(device, sharedStrings, dataSet, rows).read();
+    return SheetReader(device, sharedStrings, dataSet).read(rows);
 }
 
 } // namespace Morvex

