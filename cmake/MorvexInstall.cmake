@@ -1,5 +1,6 @@
 # Installs the library, the runner and what a project needs to build against them:
-# find_package(Morvex) gives Morvex::morvex, pkg-config gives morvex.
+# find_package(Morvex) gives Morvex::morvex and Morvex::objectmodel_qt, pkg-config gives morvex and
+# morvex-objectmodel-qt.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Morvex")
@@ -29,6 +30,7 @@ foreach(layer objectmodel shared test)
         PATTERN "xlscell.h" EXCLUDE
         PATTERN "xlsworkbook.h" EXCLUDE
         PATTERN "xlsxparts.h" EXCLUDE
+        PATTERN "xmlelementreader.h" EXCLUDE
         PATTERN "xmlguard.h" EXCLUDE
         PATTERN "zippart.h" EXCLUDE)
 endforeach()
@@ -52,6 +54,9 @@ install(FILES
     "${PROJECT_BINARY_DIR}/MorvexConfig.cmake" "${PROJECT_BINARY_DIR}/MorvexConfigVersion.cmake"
     DESTINATION "${package_dir}" COMPONENT devel)
 
-configure_file("${PROJECT_SOURCE_DIR}/cmake/morvex.pc.in" "${PROJECT_BINARY_DIR}/morvex.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/morvex.pc"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT devel)
+foreach(package morvex morvex-objectmodel-qt)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in"
+        "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"
+        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT devel)
+endforeach()

@@ -377,14 +377,14 @@ QString helpText()
            helpOf(Section::Environment) + QStringLiteral("\nInformation:\n") +
            helpOf(Section::Information) + QStringLiteral("\nReports (--reportgen):\n") +
            helpOfReports() +
-           QStringLiteral("\n"
-                          "Exit status: 0 all passed, 1 something failed or a report could not be "
-                          "created,\n"
-                          "2 wrong usage or a run that could not be carried out, 130 interrupted.\n"
-                          "\n"
-                          "Environment: NO_COLOR, CLICOLOR, CLICOLOR_FORCE and TERM=dumb choose "
-                          "colours;\n"
-                          "MORVEX_USER_SETTINGS_DIR is where the failed test cases are kept.\n");
+           QStringLiteral(
+               "\n"
+               "Exit status: 0 all passed, 1 something failed or a report is not whole,\n"
+               "2 wrong usage or a run that could not be carried out, 130 interrupted.\n"
+               "\n"
+               "Environment: NO_COLOR, CLICOLOR, CLICOLOR_FORCE and TERM=dumb choose "
+               "colours;\n"
+               "MORVEX_USER_SETTINGS_DIR is where the failed test cases are kept.\n");
 }
 
 } // namespace Morvex

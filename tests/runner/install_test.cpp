@@ -59,8 +59,10 @@ TEST(InstallTest, AnotherProjectBuildsAgainstTheInstalledTreeAndTheRunnerRuns)
     EXPECT_EQ(outputOf(dir.filePath("build/consumer"), {}, environment), "works\n");
 
     environment.insert("PKG_CONFIG_PATH", prefix + "/lib/pkgconfig");
-    EXPECT_TRUE(
-        outputOf("pkg-config", {"--cflags", "--libs", "morvex"}, environment).contains("-lmorvex"));
+    const QByteArray flags =
+        outputOf("pkg-config", {"--cflags", "--libs", "morvex-objectmodel-qt"}, environment);
+    for (const char *flag : {"/include/morvex", "-lmorvex_objectmodel_qt", "-lmorvex ", "Widgets"})
+        EXPECT_TRUE(flags.contains(flag)) << flags.constData();
 
     RunnerProcess runner;
     runner.addTestCase("tst_a", "check.pass('p');");
