@@ -20,11 +20,14 @@ QString classNameOf(const QMetaObject *metaObject)
     return QString::fromLatin1(metaObject->className());
 }
 
+// The number itself where names can't tell all of it.
 QString enumeratorText(const QMetaProperty &property, int value)
 {
     const QMetaEnum enumeration = property.enumerator();
-    return property.isFlagType() ? QString::fromLatin1(enumeration.valueToKeys(value))
-                                 : QString::fromLatin1(enumeration.valueToKey(value));
+    const QByteArray keys = property.isFlagType() ? enumeration.valueToKeys(value)
+                                                  : QByteArray(enumeration.valueToKey(value));
+    const bool isWhole = !keys.isEmpty() && enumeration.keysToValue(keys) == value;
+    return isWhole ? QString::fromLatin1(keys) : QString::number(value);
 }
 
 QVariant objectVariant(QObject *object)

@@ -104,6 +104,40 @@ TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
         EXPECT_EQ(row.a->compare(row.b), row.isEqual) << row.a->valueText().toStdString();
 }
 
+TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
+{
+    const SharedPtr<Object> object = find("button");
+    for (const char *name : {"sizePolicy", "palette", "cursor", "icon", "locale"}) {
+        const SharedPtr<Object> value = object->objectClass()->property(name)->get(object);
+        ASSERT_TRUE(value) << name;
+        EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
+        EXPECT_TRUE(value->compare(value)) << name;
+        for (const SharedPtr<Object> &text :
+             {inspector.makeString(""), inspector.makeString(value->valueText().toUtf8())}) {
+            EXPECT_FALSE(value->compare(text)) << name;
+            EXPECT_FALSE(text->compare(value)) << name;
+        }
+    }
+}
+
+TEST_F(QtInspectorTest, EnumeratorsAreTheirNamesWhereThoseSayItAll)
+{
+    const auto set = [this](int policy, int hints) {
+        button.setContextMenuPolicy(Qt::ContextMenuPolicy(policy));
+        button.setInputMethodHints(Qt::InputMethodHints(hints));
+    };
+    const auto text = [this](const char *name) {
+        const SharedPtr<Object> object = find("button");
+        return object->objectClass()->property(name)->get(object)->valueText();
+    };
+    set(Qt::ActionsContextMenu, Qt::ImhHiddenText | Qt::ImhSensitiveData);
+    EXPECT_EQ(text("contextMenuPolicy"), "ActionsContextMenu");
+    EXPECT_EQ(text("inputMethodHints"), "ImhHiddenText|ImhSensitiveData");
+    set(7, Qt::ImhHiddenText | 0x8000000);
+    EXPECT_EQ(text("contextMenuPolicy"), "7");
+    EXPECT_EQ(text("inputMethodHints"), QString::number(Qt::ImhHiddenText | 0x8000000));
+}
+
 TEST_F(QtInspectorTest, MethodsTakeTheirArgumentsAndNoOthers)
 {
     EXPECT_FALSE(inspector.cast(find("button"), "Table"));
