@@ -135,7 +135,7 @@ QObject *NameResolver::find(const ObjectName &name, QString *error)
     if (!makeConditions(name, &conditions, error))
         return nullptr;
     std::vector<QObject *> found;
-    for (QObject *object : QtModel::allObjects()) {
+    for (QObject *object : m_model.allObjects()) {
         if (std::all_of(conditions.begin(), conditions.end(),
                         [&](const Condition &condition) { return holds(condition, object); }))
             found.push_back(object);
@@ -238,7 +238,7 @@ QString NameResolver::describeMissing(const ObjectName &name, const Conditions &
 {
     std::vector<QObject *> closest;
     std::ptrdiff_t best = 1;
-    for (QObject *object : QtModel::allObjects()) {
+    for (QObject *object : m_model.allObjects()) {
         const auto matched =
             std::count_if(conditions.begin(), conditions.end(),
                           [&](const Condition &condition) { return holds(condition, object); });

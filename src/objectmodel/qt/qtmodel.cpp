@@ -5,12 +5,9 @@
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QApplication>
 #include <QMetaProperty>
 #include <QRect>
 #include <QWidget>
-
-#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -38,20 +35,8 @@ QVariant objectVariant(QObject *object)
 void collect(QObject *object, std::vector<QObject *> &objects)
 {
     objects.push_back(object);
-    for (QObject *child : object->children()) {
-        // Windows are collected by themselves.
-        if (!child->isWidgetType() || !static_cast<QWidget *>(child)->isWindow())
-            collect(child, objects);
-    }
-}
-
-bool isNamedBefore(const QWidget *a, const QWidget *b)
-{
-    const auto key = [](const QWidget *widget) {
-        return std::make_tuple(widget->objectName(), widget->windowTitle(),
-                               classNameOf(widget->metaObject()));
-    };
-    return key(a) < key(b);
+    for (QObject *child : object->children())
+        collect(child, objects);
 }
 
 } // namespace
@@ -191,16 +176,11 @@ ModelClass *QtModel::namedClass(const QString &name)
     return known.get();
 }
 
-std::vector<QObject *> QtModel::allObjects()
+std::vector<QObject *> QtModel::allObjects() const
 {
     std::vector<QObject *> objects;
-    // Their own order is that of a hash table.
-    QWidgetList windows = QApplication::topLevelWidgets();
-    std::stable_sort(windows.begin(), windows.end(), isNamedBefore);
-    for (QWidget *window : qAsConst(windows)) {
-        if (window->windowType() != Qt::Desktop)
-            collect(window, objects);
-    }
+    for (QWidget *window : m_windows.windows())
+        collect(window, objects);
     return objects;
 }
 

@@ -2,6 +2,7 @@
 
 #include "objectmodel/qt/modelclass.h"
 #include "objectmodel/qt/objectregistry.h"
+#include "objectmodel/qt/windoworder.h"
 
 #include <QHash>
 
@@ -32,9 +33,10 @@ public:
     /// The model's own classes, made at the first call.
     ModelClass *namedClass(const QString &name);
 
-    /// All objects of the application that a name can stand for: each window with what is in it,
-    /// in an order that does not change from run to run.
-    static std::vector<QObject *> allObjects();
+    /// All objects of the application that a name can stand for: each window with what is in it, in
+    /// the order in which it was made. Windows that belong to no other one come in that of
+    /// WindowOrder.
+    std::vector<QObject *> allObjects() const;
 
 private:
     ModelClass *makeClass(const QMetaObject *metaObject);
@@ -45,6 +47,7 @@ private:
     void addValueClasses();
 
     ObjectRegistry m_registry;
+    WindowOrder m_windows;
     QHash<const QMetaObject *, std::shared_ptr<ModelClass>> m_classes;
     QHash<QString, std::shared_ptr<ModelClass>> m_named;
 };

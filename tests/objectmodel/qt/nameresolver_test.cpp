@@ -2,13 +2,17 @@
 #include "objectmodel/qt/qtinspector.h"
 
 #include <QAction>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 using namespace Morvex;
 
@@ -109,6 +113,27 @@ TEST_F(NameResolverTest, AMissingOrAmbiguousObjectIsToldWithWhatThereIsInstead)
         EXPECT_EQ(find(row[0]), row[1]);
     ObjectMap::install(nullptr);
     EXPECT_EQ(find(":Main"), "There is no object map for ':Main'.");
+}
+
+TEST_F(NameResolverTest, OccurrencesCountInAnOrderThatNoRunChanges)
+{
+    std::vector<std::unique_ptr<QWidget>> windows(8);
+    for (auto &made : windows)
+        made = std::make_unique<QWidget>();
+    const int order[] = {3, 1, 4, 0, 5, 2, 7, 6};
+    for (int i : order) {
+        QWidget *shown = windows[std::size_t(i)].get();
+        shown->show();
+        new QGroupBox(QString::number(i), shown);
+        new QMenu(QString::number(i), &window);
+    }
+    int occurrence = 0;
+    for (int i : order) {
+        ++occurrence;
+        for (const QString type : {"QGroupBox", "QMenu"})
+            EXPECT_EQ(find(QString("{type='%1' occurrence='%2'}").arg(type).arg(occurrence)),
+                      QString("{title='%1' type='%2'}").arg(i).arg(type));
+    }
 }
 
 TEST_F(NameResolverTest, WaitingLetsTheApplicationMakeTheObject)
