@@ -1,6 +1,6 @@
 #include "objectmodel/qt/elementdump.h"
 
-#include "objectmodel/qt/nameresolver.h"
+#include "objectmodel/qt/identification.h"
 #include "objectmodel/qt/pictures.h"
 #include "objectmodel/qt/qtmodel.h"
 #include "objectmodel/qt/valueobject.h"
@@ -22,8 +22,6 @@ namespace {
 // The version that the readers of dumps expect.
 const int streamVersion = QDataStream::Qt_4_9;
 
-const char *const identifyingNames[] = {"objectName", "text", "title", "windowTitle"};
-
 QString standardTypeOf(const QWidget *widget)
 {
     if (widget->isWindow())
@@ -43,16 +41,6 @@ QString standardTypeOf(const QWidget *widget)
     return {};
 }
 
-QString textOf(const QWidget *widget)
-{
-    for (const char *name : {"text", "title", "windowTitle"}) {
-        const QString text = widget->property(name).toString();
-        if (!text.isEmpty())
-            return text;
-    }
-    return {};
-}
-
 QStringList superTypesOf(const QWidget *widget)
 {
     QStringList names;
@@ -69,17 +57,6 @@ QHash<QString, QString> propertiesOf(const QWidget *widget)
         const QString text = textOfValue(property.read(widget));
         if (property.isStored(widget) && !text.isEmpty())
             properties.insert(QString::fromLatin1(property.name()), text);
-    }
-    return properties;
-}
-
-QHash<QString, QString> identifyingPropertiesOf(const QWidget *widget)
-{
-    QHash<QString, QString> properties;
-    for (const char *name : identifyingNames) {
-        const QString text = widget->property(name).toString();
-        if (!text.isEmpty())
-            properties.insert(QLatin1String(name), text);
     }
     return properties;
 }
@@ -105,7 +82,7 @@ private:
     {
         writeTypes(widget);
         m_stream << false << false << widget->isWindow();
-        m_stream << textOf(widget);
+        m_stream << labelOf(widget);
         writeGeometry(widget, isRoot);
         m_stream << grabWidget(widget);
         m_stream << realNameOf(widget) << QString();

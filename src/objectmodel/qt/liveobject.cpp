@@ -1,6 +1,6 @@
 #include "objectmodel/qt/liveobject.h"
 
-#include "objectmodel/qt/nameresolver.h"
+#include "objectmodel/qt/identification.h"
 #include "objectmodel/qt/qtmodel.h"
 
 namespace Morvex {

@@ -1,6 +1,6 @@
 #include "objectmodel/qt/obstacle.h"
 
-#include "objectmodel/qt/nameresolver.h"
+#include "objectmodel/qt/identification.h"
 
 #include <QAction>
 #include <QApplication>

@@ -109,19 +109,13 @@ SharedPtr<Object> QtInspector::waitForObject(const QString &name, int timeout, Q
 {
     QElapsedTimer timer;
     timer.start();
-    QString reason;
     for (int wait = 0;; wait = waitStep) {
         turnEventLoop(wait);
-        reason.clear();
-        QObject *object = NameResolver(d->model).find(name, &reason);
-        if (object)
+        const bool isLast = timer.elapsed() >= timeout;
+        QObject *object = NameResolver(d->model).find(name, isLast ? error : nullptr);
+        if (object || isLast)
             return d->model.wrap(object);
-        if (timer.elapsed() >= timeout)
-            break;
     }
-    if (error)
-        *error = reason;
-    return {};
 }
 
 QVariant QtInspector::callFunction(const QString &name, const QVariantList &arguments,

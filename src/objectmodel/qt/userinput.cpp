@@ -1,6 +1,6 @@
 #include "objectmodel/qt/userinput.h"
 
-#include "objectmodel/qt/nameresolver.h"
+#include "objectmodel/qt/identification.h"
 #include "objectmodel/qt/obstacle.h"
 #include "objectmodel/qt/turneventloop.h"
 #include "objectmodel/qt/typedkeys.h"
