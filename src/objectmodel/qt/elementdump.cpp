@@ -1,6 +1,7 @@
 #include "objectmodel/qt/elementdump.h"
 
 #include "objectmodel/qt/identification.h"
+#include "objectmodel/qt/nameresolver.h"
 #include "objectmodel/qt/pictures.h"
 #include "objectmodel/qt/qtmodel.h"
 #include "objectmodel/qt/valueobject.h"
@@ -13,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMetaProperty>
 #include <QWidget>
 
 namespace Morvex {
@@ -49,14 +49,17 @@ QStringList superTypesOf(const QWidget *widget)
     return names;
 }
 
-QHash<QString, QString> propertiesOf(const QWidget *widget)
+QHash<QString, QString> propertiesOf(QtModel &model, QWidget *widget)
 {
     QHash<QString, QString> properties;
-    for (int i = 0; i < widget->metaObject()->propertyCount(); ++i) {
-        const QMetaProperty property = widget->metaObject()->property(i);
-        const QString text = textOfValue(property.read(widget));
-        if (property.isStored(widget) && !text.isEmpty())
-            properties.insert(QString::fromLatin1(property.name()), text);
+    const SharedPtr<Object> self = model.wrap(widget);
+    const Class *type = self->objectClass();
+    for (const QString &name : type->propertyNames()) {
+        const SharedPtr<Object> value = type->property(name)->get(self);
+        const bool isShown = value && (value->id() != 0 || hasText(value->value()));
+        const QString text = isShown ? textForReaders(widget, name, value->valueText()) : QString();
+        if (!text.isEmpty())
+            properties.insert(name, text);
     }
     return properties;
 }
@@ -66,6 +69,7 @@ class Writer
 public:
     Writer(QtModel &model, QByteArray *bytes)
         : m_model(model)
+        , m_symbolicNames(NameResolver(model).symbolicNames())
         , m_stream(bytes, QIODevice::WriteOnly)
     {
         m_stream.setVersion(streamVersion);
@@ -85,8 +89,8 @@ private:
         m_stream << labelOf(widget);
         writeGeometry(widget, isRoot);
         m_stream << grabWidget(widget);
-        m_stream << realNameOf(widget) << QString();
-        m_stream << propertiesOf(widget) << identifyingPropertiesOf(widget);
+        m_stream << realNameOf(widget) << m_symbolicNames.value(widget);
+        m_stream << propertiesOf(m_model, widget) << identifyingPropertiesOf(widget);
         const int usedEvents = 0;
         m_stream << usedEvents;
         writeChildren(widget);
@@ -123,6 +127,7 @@ private:
     }
 
     QtModel &m_model;
+    QHash<const QObject *, QString> m_symbolicNames;
     QDataStream m_stream;
 };
 

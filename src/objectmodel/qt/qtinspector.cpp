@@ -12,6 +12,8 @@
 #include <QElapsedTimer>
 #include <QMap>
 
+#include <memory>
+
 namespace Morvex {
 namespace {
 
@@ -84,10 +86,13 @@ const Class *QtInspector::globalClass()
 
 const Namespace *QtInspector::findNamespace(const QString &name)
 {
-    auto &known = d->namespaces[name];
-    if (!known)
-        known = std::make_shared<QtNamespace>(d->model, name);
-    return known.get();
+    auto known = d->namespaces.find(name);
+    if (known == d->namespaces.end()) {
+        if (!d->model.hasNamespace(name))
+            return nullptr;
+        known = d->namespaces.insert(name, std::make_shared<QtNamespace>(d->model, name));
+    }
+    return known->get();
 }
 
 SharedPtr<Object> QtInspector::cast(const SharedPtr<Object> &object, const QString &className)
