@@ -1,7 +1,6 @@
 #include "objectmodel/qt/similartexts.h"
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 namespace Morvex {
@@ -16,21 +15,29 @@ QString essenceOf(QString text)
     return text.remove(QLatin1Char('&')).simplified().toCaseFolded();
 }
 
-// Letters to insert, remove or replace.
+// Letters to insert, remove or replace, and neighbours to swap.
 int distance(const QString &a, const QString &b)
 {
-    std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);
-    std::iota(row.begin(), row.end(), 0);
-    for (int i = 0; i < a.size(); ++i) {
-        int diagonal = row[0]++;
-        for (int j = 0; j < b.size(); ++j) {
-            int &above = row[static_cast<std::size_t>(j) + 1];
-            const int replaced = diagonal + (a.at(i) == b.at(j) ? 0 : 1);
-            diagonal = above;
-            above = std::min({replaced, above + 1, row[static_cast<std::size_t>(j)] + 1});
+    // Of the first i letters of the one from the first j of the other.
+    std::vector<std::vector<int>> table(std::size_t(a.size()) + 1,
+                                        std::vector<int>(std::size_t(b.size()) + 1));
+    const auto at = [&table](int i, int j) -> int & {
+        return table[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)];
+    };
+    for (int i = 0; i <= a.size(); ++i) {
+        for (int j = 0; j <= b.size(); ++j) {
+            if (i == 0 || j == 0) {
+                at(i, j) = i + j;
+                continue;
+            }
+            const bool isSame = a.at(i - 1) == b.at(j - 1);
+            at(i, j) =
+                std::min({at(i - 1, j - 1) + (isSame ? 0 : 1), at(i - 1, j) + 1, at(i, j - 1) + 1});
+            if (i > 1 && j > 1 && a.at(i - 1) == b.at(j - 2) && a.at(i - 2) == b.at(j - 1))
+                at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
         }
     }
-    return row.back();
+    return at(a.size(), b.size());
 }
 
 } // namespace

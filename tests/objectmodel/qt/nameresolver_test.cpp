@@ -96,6 +96,9 @@ TEST_F(NameResolverTest, AMissingOrAmbiguousObjectIsToldWithWhatThereIsInstead)
          "type='QPushButton'} with no colour, another parent."},
         {"lod", "There is no object {name='lod'}. Closest: {name='load' type='QPushButton'} with "
                 "name 'load'."},
+        {"{text='innre' container='dialog'}",
+         "There is no object {container='dialog' text='innre'}. Closest: {name='label' "
+         "type='QLabel'} with text 'inner'."},
         {"save as", "There is no object {name='save as'}. Closest: {text='&Save' "
                     "type='QPushButton'} with name ''; {text='Save as' type='QPushButton'} with "
                     "name ''."},
