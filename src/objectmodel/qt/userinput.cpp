@@ -10,8 +10,8 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QEvent>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QRadioButton>
@@ -144,12 +144,24 @@ void takeFocus(const QPointer<QWidget> &widget)
         widget->setFocus(Qt::OtherFocusReason);
 }
 
-void pressKey(const QPointer<QWindow> &window, const TypedKey &key)
+void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
 {
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        if (window)
-            qt_handleKeyEvent(window, type, key.key, key.modifiers, key.text, false, 1);
+    QWidget *window = widget->window();
+    QWindow *handle = window->graphicsProxyWidget() ? nullptr : window->windowHandle();
+    if (handle) {
+        qt_handleKeyEvent(handle, type, key.key, key.modifiers, key.text, false, 1);
+        return;
     }
+    // A window that is drawn within a scene gets no keys from the screen.
+    QKeyEvent event(type, key.key, key.modifiers, key.text);
+    QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
+}
+
+void pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
+{
+    sendKey(widget, QEvent::KeyPress, key);
+    if (widget)
+        sendKey(widget, QEvent::KeyRelease, key);
 }
 
 } // namespace
@@ -188,7 +200,7 @@ QString typeText(QObject *object, const QString &text)
         error = widget ? obstacleTo(widget.data()) : QStringLiteral("the widget is gone");
         if (!error.isEmpty())
             return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
-        pressKey(widget->window()->windowHandle(), keys[typed]);
+        pressKey(widget, keys[typed]);
     }
     turnEventLoop(0);
     return {};

@@ -4,9 +4,10 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -99,6 +100,21 @@ TEST_F(UserInputTest, KeysReachShortcutsOfTheirWindow)
     other.activateWindow();
     EXPECT_EQ(type("edit", "<Ctrl+S>"), QString());
     EXPECT_EQ(saved, 1);
+}
+
+TEST_F(UserInputTest, AWidgetInASceneIsClickedAndTypedInto)
+{
+    auto *view = add<QGraphicsView>("view", {0, 0, 400, 300});
+    QGraphicsScene scene;
+    view->setScene(&scene);
+    auto *panel = new QWidget;
+    auto *check = add<QCheckBox>("check", {0, 0, 100, 30}, panel);
+    auto *edit = add<QLineEdit>("edit", {0, 40, 100, 30}, panel);
+    scene.addWidget(panel);
+    EXPECT_EQ(click("check"), QString());
+    EXPECT_TRUE(check->isChecked());
+    EXPECT_EQ(type("edit", "abc"), QString());
+    EXPECT_EQ(edit->text(), "abc");
 }
 
 TEST_F(UserInputTest, TypingIntoAWidgetThatGoesAwayIsAnError)
