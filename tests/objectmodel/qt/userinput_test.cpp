@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
@@ -125,6 +126,11 @@ TEST_F(UserInputTest, TypingIntoAWidgetThatGoesAwayIsAnError)
             edit->hide();
     });
     EXPECT_EQ(type("edit", "abc"), "the widget is not visible, after 2 of 3 keys");
+    auto *other = add<QLineEdit>("other", {0, 40, 100, 30});
+    other->show();
+    QShortcut removal(QKeySequence("F2"), &window);
+    QObject::connect(&removal, &QShortcut::activated, &window, [other] { delete other; });
+    EXPECT_EQ(type("other", "a<F2>b"), "the widget is gone, after 2 of 3 keys");
 }
 
 TEST_F(UserInputTest, AClickReachesThePartThatReacts)
