@@ -7,6 +7,7 @@
 #include "test/testvp.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace Morvex {
 namespace {

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "morvex_export.h"
+#include "objectmodel/fvector.h"
 
 #include <QString>
 #include <QStringList>
 #include <QTime>
-
-#include <vector>
 
 namespace Morvex {
 
@@ -43,8 +42,8 @@ public:
     void setObjectName(const QString &name) { m_objectName = name; }
     QString resultName() const { return m_resultName; }
 
-    const std::vector<EventDataArg> &arguments() const { return m_arguments; }
-    void addArgument(const EventDataArg &argument) { m_arguments.push_back(argument); }
+    const FVector<EventDataArg> &arguments() const { return m_arguments; }
+    void addArgument(const EventDataArg &argument) { m_arguments.append(argument); }
 
     /// Local time; may be invalid.
     QTime time() const { return m_time; }
@@ -76,7 +75,7 @@ private:
     QString m_methodName;
     QString m_objectName;
     QString m_resultName;
-    std::vector<EventDataArg> m_arguments;
+    FVector<EventDataArg> m_arguments;
     QTime m_time;
     int m_contextId = 0;
     int m_snooze = 0;

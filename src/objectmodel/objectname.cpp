@@ -16,6 +16,11 @@ bool isIdentifier(QChar character)
            character == QLatin1Char('.') || character == QLatin1Char('-');
 }
 
+bool isOccurrence(const PropertyValue &value)
+{
+    return value.kind == PropertyValue::EXACT && value.text.toInt() >= 1;
+}
+
 class Parser
 {
 public:
@@ -26,6 +31,7 @@ public:
 
     bool parse(QMap<QString, PropertyValue> *properties)
     {
+        skipBlanks();
         if (!parseName(properties, 0))
             return false;
         skipBlanks();
@@ -89,9 +95,13 @@ private:
         PropertyValue value;
         if (!parseOperator(&value.kind))
             return false;
+        if (ObjectName::isRelation(key) && value.kind != PropertyValue::EXACT)
+            return fail(QStringLiteral("'%1' takes a name, with \"=\"").arg(key));
         skipBlanks();
         if (!parseValue(&value, depth))
             return false;
+        if (key == QLatin1String("occurrence") && !isOccurrence(value))
+            return fail(QStringLiteral("'occurrence' is no number from 1"));
         properties->insert(key, value);
         return true;
     }
@@ -165,7 +175,7 @@ QString valueText(const PropertyValue &value)
 ObjectName::ObjectName(const QString &text)
     : m_text(text)
 {
-    if (!text.startsWith(QLatin1Char('{')))
+    if (!text.trimmed().startsWith(QLatin1Char('{')))
         return;
     Parser parser(text);
     if (!parser.parse(&m_properties)) {
@@ -182,6 +192,12 @@ ObjectName::ObjectName(const QMap<QString, PropertyValue> &properties)
 bool ObjectName::isSymbolicName(const QString &text)
 {
     return text.startsWith(QLatin1Char(':'));
+}
+
+bool ObjectName::isRelation(const QString &property)
+{
+    return property == QLatin1String("parent") || property == QLatin1String("container") ||
+           property == QLatin1String("window");
 }
 
 QString ObjectName::qualifiedName() const

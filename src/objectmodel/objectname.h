@@ -8,7 +8,7 @@
 namespace Morvex {
 
 /// The name of an object: either multi-property, "{type='QPushButton' text='Save'}", or any other
-/// text. The grammar is in docs/object-names.md.
+/// text. Blanks around a multi-property name don't matter. The grammar is in docs/object-names.md.
 class MORVEX_EXPORT ObjectName
 {
 public:
@@ -35,6 +35,9 @@ public:
 
     /// Whether @p text begins with ":".
     static bool isSymbolicName(const QString &text);
+
+    /// Whether a property of that name in a name refers to another object, whatever its value.
+    static bool isRelation(const QString &property);
 
     bool isMultiProperty() const { return !m_properties.isEmpty(); }
     bool isValid() const { return m_error.isEmpty(); }

@@ -19,6 +19,8 @@ TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
         {"{ a = 'it\\'s' b ?= '\\\\*' c ~= '^x$' }", "{a='it\\'s' b?='\\\\*' c~='^x$'}"},
         {"{parent={name='x'} window=':Main'}", "{parent={name='x'} window=':Main'}"},
         {"{text=''}", "{text=''}"},
+        {" \t{text='a'} ", "{text='a'}"},
+        {"{text='a' occurrence='2'}", "{occurrence='2' text='a'}"},
         {":Save", ":Save"},
         {"plain", "plain"},
     };
@@ -27,7 +29,7 @@ TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
         EXPECT_TRUE(name.isValid()) << row.text << name.error().toStdString();
         EXPECT_EQ(name.qualifiedName(), row.qualified);
         EXPECT_EQ(ObjectName(name.qualifiedName()), name);
-        EXPECT_EQ(name.isMultiProperty(), row.text[0] == '{');
+        EXPECT_EQ(name.isMultiProperty(), row.qualified[0] == '{');
     }
 }
 
@@ -58,6 +60,10 @@ TEST(ObjectNameTest, AWrongTextSaysWhere)
         {"{name='x'}y", "nothing may follow the closing \"}\", at character 11"},
         {"{a='1' a='2'}", "property 'a' is given twice, at character 9"},
         {"{='1'}", "a property name is missing, at character 2"},
+        {"{window?='a'}", "'window' takes a name, with \"=\", at character 10"},
+        {"{occurrence='a'}", "'occurrence' is no number from 1, at character 16"},
+        {"{occurrence='0'}", "'occurrence' is no number from 1, at character 16"},
+        {"{occurrence?='1'}", "'occurrence' is no number from 1, at character 17"},
         {QString("{a=").repeated(1000), "the name is nested too deep, at character 304"},
     };
     for (const auto &row : rows) {

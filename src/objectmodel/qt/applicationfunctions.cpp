@@ -57,8 +57,7 @@ QVariant getPixmapAsImage(QtModel &model, const QVariantList &arguments, QString
     return buffer.data();
 }
 
-// Arguments: id, filters. The dump holds all properties, whatever the filters select: a reader
-// takes from it what it looks at.
+// Arguments: id, filters.
 QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *error)
 {
     QObject *object = firstObject(model, arguments, error);

@@ -1,5 +1,6 @@
 #include "objectmodel/qt/elementdump.h"
 
+#include "objectmodel/qt/identification.h"
 #include "objectmodel/qt/nameresolver.h"
 #include "objectmodel/qt/pictures.h"
 #include "objectmodel/qt/qtmodel.h"
@@ -13,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMetaProperty>
 #include <QWidget>
 
 namespace Morvex {
@@ -21,8 +21,6 @@ namespace {
 
 // The version that the readers of dumps expect.
 const int streamVersion = QDataStream::Qt_4_9;
-
-const char *const identifyingNames[] = {"objectName", "text", "title", "windowTitle"};
 
 QString standardTypeOf(const QWidget *widget)
 {
@@ -43,16 +41,6 @@ QString standardTypeOf(const QWidget *widget)
     return {};
 }
 
-QString textOf(const QWidget *widget)
-{
-    for (const char *name : {"text", "title", "windowTitle"}) {
-        const QString text = widget->property(name).toString();
-        if (!text.isEmpty())
-            return text;
-    }
-    return {};
-}
-
 QStringList superTypesOf(const QWidget *widget)
 {
     QStringList names;
@@ -61,25 +49,17 @@ QStringList superTypesOf(const QWidget *widget)
     return names;
 }
 
-QHash<QString, QString> propertiesOf(const QWidget *widget)
+QHash<QString, QString> propertiesOf(QtModel &model, QWidget *widget)
 {
     QHash<QString, QString> properties;
-    for (int i = 0; i < widget->metaObject()->propertyCount(); ++i) {
-        const QMetaProperty property = widget->metaObject()->property(i);
-        const QString text = textOfValue(property.read(widget));
-        if (property.isStored(widget) && !text.isEmpty())
-            properties.insert(QString::fromLatin1(property.name()), text);
-    }
-    return properties;
-}
-
-QHash<QString, QString> identifyingPropertiesOf(const QWidget *widget)
-{
-    QHash<QString, QString> properties;
-    for (const char *name : identifyingNames) {
-        const QString text = widget->property(name).toString();
+    const SharedPtr<Object> self = model.wrap(widget);
+    const Class *type = self->objectClass();
+    for (const QString &name : type->propertyNames()) {
+        const SharedPtr<Object> value = type->property(name)->get(self);
+        const bool isShown = value && (value->id() != 0 || hasText(value->value()));
+        const QString text = isShown ? textForReaders(widget, name, value->valueText()) : QString();
         if (!text.isEmpty())
-            properties.insert(QLatin1String(name), text);
+            properties.insert(name, text);
     }
     return properties;
 }
@@ -89,6 +69,7 @@ class Writer
 public:
     Writer(QtModel &model, QByteArray *bytes)
         : m_model(model)
+        , m_symbolicNames(NameResolver(model).symbolicNames())
         , m_stream(bytes, QIODevice::WriteOnly)
     {
         m_stream.setVersion(streamVersion);
@@ -105,11 +86,11 @@ private:
     {
         writeTypes(widget);
         m_stream << false << false << widget->isWindow();
-        m_stream << textOf(widget);
+        m_stream << labelOf(widget);
         writeGeometry(widget, isRoot);
         m_stream << grabWidget(widget);
-        m_stream << realNameOf(widget) << QString();
-        m_stream << propertiesOf(widget) << identifyingPropertiesOf(widget);
+        m_stream << realNameOf(widget) << m_symbolicNames.value(widget);
+        m_stream << propertiesOf(m_model, widget) << identifyingPropertiesOf(widget);
         const int usedEvents = 0;
         m_stream << usedEvents;
         writeChildren(widget);
@@ -146,6 +127,7 @@ private:
     }
 
     QtModel &m_model;
+    QHash<const QObject *, QString> m_symbolicNames;
     QDataStream m_stream;
 };
 

@@ -1,6 +1,6 @@
 #include "objectmodel/qt/liveobject.h"
 
-#include "objectmodel/qt/nameresolver.h"
+#include "objectmodel/qt/identification.h"
 #include "objectmodel/qt/qtmodel.h"
 
 namespace Morvex {
@@ -17,7 +17,7 @@ const Class *LiveObject::objectClass() const
     const QObject *object = m_model.registry().object(m_id);
     if (!object)
         return nullptr;
-    return m_class ? m_class : m_model.classOf(object->metaObject());
+    return m_class ? m_class : m_model.classOf(object);
 }
 
 bool LiveObject::compare(const SharedPtr<Object> &other) const

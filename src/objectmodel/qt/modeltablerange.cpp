@@ -4,6 +4,8 @@
 #include <QBrush>
 #include <QHeaderView>
 #include <QListView>
+#include <QTableView>
+#include <QTreeView>
 
 namespace Morvex {
 namespace {
@@ -20,6 +22,38 @@ QString withoutForbiddenCharacters(QString text)
     return text;
 }
 
+bool isRowHidden(const QAbstractItemView *view, int row)
+{
+    if (const auto *table = qobject_cast<const QTableView *>(view))
+        return table->isRowHidden(row);
+    if (const auto *list = qobject_cast<const QListView *>(view))
+        return list->isRowHidden(row);
+    const auto *tree = qobject_cast<const QTreeView *>(view);
+    return tree && tree->isRowHidden(row, tree->rootIndex());
+}
+
+bool isColumnHidden(const QAbstractItemView *view, int column)
+{
+    if (const auto *table = qobject_cast<const QTableView *>(view))
+        return table->isColumnHidden(column);
+    // A list shows one column of its model.
+    if (const auto *list = qobject_cast<const QListView *>(view))
+        return column != list->modelColumn();
+    const auto *tree = qobject_cast<const QTreeView *>(view);
+    return tree && tree->isColumnHidden(column);
+}
+
+template <typename IsHidden>
+std::vector<int> shownOf(const QAbstractItemView *view, int count, const IsHidden &isHidden)
+{
+    std::vector<int> shown;
+    for (int i = 0; i < count; ++i) {
+        if (!isHidden(view, i))
+            shown.push_back(i);
+    }
+    return shown;
+}
+
 } // namespace
 
 ModelTableRange::ModelTableRange(QAbstractItemView *view, int firstRow, int endRow, int firstColumn,
@@ -27,6 +61,14 @@ ModelTableRange::ModelTableRange(QAbstractItemView *view, int firstRow, int endR
     : TableRange(firstRow, endRow, firstColumn, endColumn)
     , m_view(view)
 {
+    if (const QAbstractItemModel *model = view->model()) {
+        m_rows = shownOf(view, model->rowCount(view->rootIndex()), isRowHidden);
+        m_columns = shownOf(view, model->columnCount(view->rootIndex()), isColumnHidden);
+    }
+    const auto rows = static_cast<int>(m_rows.size());
+    const auto columns = static_cast<int>(m_columns.size());
+    setRange(qMin(firstRow, rows), qMin(endRow, rows), qMin(firstColumn, columns),
+             qMin(endColumn, columns));
 }
 
 bool ModelTableRange::isTable(const QObject *object)
@@ -37,30 +79,24 @@ bool ModelTableRange::isTable(const QObject *object)
 
 int ModelTableRange::tableRowCount() const
 {
-    return m_view && m_view->model() ? m_view->model()->rowCount(m_view->rootIndex()) : 0;
+    return static_cast<int>(m_rows.size());
 }
 
-// A list shows one column of its model.
 int ModelTableRange::tableColumnCount() const
 {
-    if (!m_view || !m_view->model())
-        return 0;
-    return qobject_cast<QListView *>(m_view.data())
-               ? 1
-               : m_view->model()->columnCount(m_view->rootIndex());
-}
-
-int ModelTableRange::firstColumn() const
-{
-    const auto *list = qobject_cast<QListView *>(m_view.data());
-    return list ? list->modelColumn() : 0;
+    return static_cast<int>(m_columns.size());
 }
 
 QVariant ModelTableRange::data(int row, int column, int role) const
 {
-    if (!m_view || !m_view->model())
+    const bool isInside =
+        row >= 0 && row < tableRowCount() && column >= 0 && column < tableColumnCount();
+    if (!isInside || !m_view || !m_view->model())
         return {};
-    return m_view->model()->index(row, column + firstColumn(), m_view->rootIndex()).data(role);
+    return m_view->model()
+        ->index(m_rows[static_cast<std::size_t>(row)], m_columns[static_cast<std::size_t>(column)],
+                m_view->rootIndex())
+        .data(role);
 }
 
 TableRange::Color ModelTableRange::tableBackgroundColor(int row, int column) const

@@ -4,15 +4,20 @@
 
 #include <QPointer>
 
+#include <vector>
+
 class QAbstractItemModel;
 class QAbstractItemView;
 
 namespace Morvex {
 
-/// What a view shows, read at each call.
+/// What a view shows: which rows and columns are hidden is settled when the range is made, the
+/// cells are read at each call. Rows and columns come in the order of the model; of a tree there
+/// is the top level.
 class ModelTableRange : public TableRange
 {
 public:
+    /// Ends behind the table are those of the table.
     ModelTableRange(QAbstractItemView *view, int firstRow, int endRow, int firstColumn,
                     int endColumn);
 
@@ -27,9 +32,11 @@ protected:
 
 private:
     QVariant data(int row, int column, int role) const;
-    int firstColumn() const;
 
     QPointer<QAbstractItemView> m_view;
+    // Those of the model that are shown.
+    std::vector<int> m_rows;
+    std::vector<int> m_columns;
 };
 
 } // namespace Morvex

@@ -12,6 +12,8 @@
 #include <QElapsedTimer>
 #include <QMap>
 
+#include <memory>
+
 namespace Morvex {
 namespace {
 
@@ -84,10 +86,13 @@ const Class *QtInspector::globalClass()
 
 const Namespace *QtInspector::findNamespace(const QString &name)
 {
-    auto &known = d->namespaces[name];
-    if (!known)
-        known = std::make_shared<QtNamespace>(d->model, name);
-    return known.get();
+    auto known = d->namespaces.find(name);
+    if (known == d->namespaces.end()) {
+        if (!d->model.hasNamespace(name))
+            return nullptr;
+        known = d->namespaces.insert(name, std::make_shared<QtNamespace>(d->model, name));
+    }
+    return known->get();
 }
 
 SharedPtr<Object> QtInspector::cast(const SharedPtr<Object> &object, const QString &className)
@@ -109,19 +114,13 @@ SharedPtr<Object> QtInspector::waitForObject(const QString &name, int timeout, Q
 {
     QElapsedTimer timer;
     timer.start();
-    QString reason;
     for (int wait = 0;; wait = waitStep) {
         turnEventLoop(wait);
-        reason.clear();
-        QObject *object = NameResolver(d->model).find(name, &reason);
-        if (object)
+        const bool isLast = timer.elapsed() >= timeout;
+        QObject *object = NameResolver(d->model).find(name, isLast ? error : nullptr);
+        if (object || isLast)
             return d->model.wrap(object);
-        if (timer.elapsed() >= timeout)
-            break;
     }
-    if (error)
-        *error = reason;
-    return {};
 }
 
 QVariant QtInspector::callFunction(const QString &name, const QVariantList &arguments,

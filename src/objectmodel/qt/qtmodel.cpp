@@ -5,7 +5,6 @@
 
 #include <QAbstractItemView>
 #include <QAction>
-#include <QApplication>
 #include <QMetaProperty>
 #include <QRect>
 #include <QWidget>
@@ -20,11 +19,33 @@ QString classNameOf(const QMetaObject *metaObject)
     return QString::fromLatin1(metaObject->className());
 }
 
+// The number itself where names can't tell all of it.
 QString enumeratorText(const QMetaProperty &property, int value)
 {
     const QMetaEnum enumeration = property.enumerator();
-    return property.isFlagType() ? QString::fromLatin1(enumeration.valueToKeys(value))
-                                 : QString::fromLatin1(enumeration.valueToKey(value));
+    const QByteArray keys = property.isFlagType() ? enumeration.valueToKeys(value)
+                                                  : QByteArray(enumeration.valueToKey(value));
+    const bool isWhole = !keys.isEmpty() && enumeration.keysToValue(keys) == value;
+    return isWhole ? QString::fromLatin1(keys) : QString::number(value);
+}
+
+QMetaProperty propertyOf(const QObject *object, const QByteArray &name)
+{
+    if (!object)
+        return {};
+    const QMetaObject *metaObject = object->metaObject();
+    return metaObject->property(metaObject->indexOfProperty(name));
+}
+
+// Without those by which the toolkit keeps something for itself.
+QList<QByteArray> addedProperties(const QObject *object)
+{
+    QList<QByteArray> names = object->dynamicPropertyNames();
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [](const QByteArray &name) { return name.startsWith("_q_"); }),
+                names.end());
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 QVariant objectVariant(QObject *object)
@@ -35,20 +56,8 @@ QVariant objectVariant(QObject *object)
 void collect(QObject *object, std::vector<QObject *> &objects)
 {
     objects.push_back(object);
-    for (QObject *child : object->children()) {
-        // Windows are collected by themselves.
-        if (!child->isWidgetType() || !static_cast<QWidget *>(child)->isWindow())
-            collect(child, objects);
-    }
-}
-
-bool isNamedBefore(const QWidget *a, const QWidget *b)
-{
-    const auto key = [](const QWidget *widget) {
-        return std::make_tuple(widget->objectName(), widget->windowTitle(),
-                               classNameOf(widget->metaObject()));
-    };
-    return key(a) < key(b);
+    for (QObject *child : object->children())
+        collect(child, objects);
 }
 
 } // namespace
@@ -74,51 +83,91 @@ SharedPtr<Object> QtModel::wrapValue(const QVariant &value)
         new ValueObject(value, namedClass(QString::fromLatin1(value.typeName()))));
 }
 
-const Class *QtModel::classOf(const QMetaObject *metaObject)
+const Class *QtModel::classOf(const QObject *object)
 {
-    return metaObject ? makeClass(metaObject) : nullptr;
+    const Class *known = classOf(object->metaObject());
+    const QList<QByteArray> names = addedProperties(object);
+    if (names.isEmpty())
+        return known;
+    auto &own = m_dynamicClasses[{known, names}];
+    if (!own) {
+        own = std::make_shared<ModelClass>(known->name(), known);
+        for (const QByteArray &name : names)
+            addDynamicProperty(own.get(), name);
+    }
+    return own.get();
 }
 
-ModelClass *QtModel::makeClass(const QMetaObject *metaObject)
+const Class *QtModel::classOf(const QMetaObject *metaObject)
 {
-    const auto known = m_classes.constFind(metaObject);
+    if (!metaObject)
+        return nullptr;
+    const char *name = metaObject->className();
+    const auto known = m_classes.constFind(
+        {metaObject, QByteArray::fromRawData(name, static_cast<int>(qstrlen(name)))});
     if (known != m_classes.cend())
         return known->get();
-    const auto made =
-        std::make_shared<ModelClass>(classNameOf(metaObject), classOf(metaObject->superClass()));
-    for (int i = metaObject->propertyOffset(); i < metaObject->propertyCount(); ++i)
-        addMetaProperty(made.get(), metaObject, i);
-    addRelations(made.get(), metaObject);
-    m_classes.insert(metaObject, made);
+    const auto made = makeClass(metaObject);
+    m_classes.insert({metaObject, QByteArray(name)}, made);
+    if (!m_classesByName.contains(made->name()))
+        m_classesByName.insert(made->name(), made.get());
     return made.get();
 }
 
-void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaObject *metaObject, int index)
+std::shared_ptr<ModelClass> QtModel::makeClass(const QMetaObject *metaObject)
 {
-    const QMetaProperty property = metaObject->property(index);
-    const auto read = [this, property](const Object &self) -> SharedPtr<Object> {
+    const auto made =
+        std::make_shared<ModelClass>(classNameOf(metaObject), classOf(metaObject->superClass()));
+    for (int i = metaObject->propertyOffset(); i < metaObject->propertyCount(); ++i)
+        addMetaProperty(made.get(), metaObject->property(i));
+    addRelations(made.get(), metaObject);
+    return made;
+}
+
+// Readers look the property up by its name: they outlive the meta objects of some classes.
+void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaProperty &property)
+{
+    const QByteArray name = property.name();
+    const auto read = [this, name](const Object &self) -> SharedPtr<Object> {
         const QObject *object = unwrap(self);
-        if (!object)
+        const QMetaProperty found = propertyOf(object, name);
+        if (!found.isValid())
             return {};
-        const QVariant value = property.read(object);
-        if (!property.isEnumType())
+        const QVariant value = found.read(object);
+        if (!found.isEnumType())
             return wrapValue(value);
         const int number = value.toInt();
-        return SharedPtr<Object>(new ValueObject(number, enumeratorText(property, number),
+        return SharedPtr<Object>(new ValueObject(number, enumeratorText(found, number),
                                                  namedClass(QStringLiteral("int"))));
     };
-    const auto write = [this, property](const Object &self, const QVariant &value) -> QString {
+    const auto write = [this, name](const Object &self, const QVariant &value) -> QString {
         QObject *object = unwrap(self);
         if (!object)
             return QStringLiteral("the object is gone");
-        return property.write(object, value)
+        return propertyOf(object, name).write(object, value)
                    ? QString()
                    : QStringLiteral("property '%1' doesn't take this value")
-                         .arg(QString::fromLatin1(property.name()));
+                         .arg(QString::fromLatin1(name));
     };
-    modelClass->addProperty(QString::fromLatin1(property.name()), read,
+    modelClass->addProperty(QString::fromLatin1(name), read,
                             property.isWritable() ? ModelClass::Writer(write)
                                                   : ModelClass::Writer());
+}
+
+void QtModel::addDynamicProperty(ModelClass *modelClass, const QByteArray &name)
+{
+    const auto read = [this, name](const Object &self) {
+        const QObject *object = unwrap(self);
+        return object ? wrapValue(object->property(name)) : SharedPtr<Object>();
+    };
+    const auto write = [this, name](const Object &self, const QVariant &value) -> QString {
+        QObject *object = unwrap(self);
+        if (!object)
+            return QStringLiteral("the object is gone");
+        object->setProperty(name, value);
+        return {};
+    };
+    modelClass->addProperty(QString::fromUtf8(name), read, write);
 }
 
 // What tests ask for and the toolkit has as functions only.
@@ -169,15 +218,27 @@ void QtModel::addValueClasses()
     addPart("QRect", "height", [](const QVariant &value) { return value.toRect().height(); });
 }
 
-const Class *QtModel::findClass(const QString &name)
+void QtModel::seeAllClasses()
 {
     for (const QObject *object : allObjects())
         classOf(object->metaObject());
-    for (const auto &known : qAsConst(m_classes)) {
-        if (known->name() == name)
-            return known.get();
-    }
-    return m_named.value(name).get();
+}
+
+const Class *QtModel::findClass(const QString &name)
+{
+    if (!m_classesByName.contains(name))
+        seeAllClasses();
+    return m_classesByName.value(name, m_named.value(name).get());
+}
+
+bool QtModel::hasNamespace(const QString &name)
+{
+    seeAllClasses();
+    const QString prefix = name + QLatin1String("::");
+    const QStringList names = m_classesByName.keys();
+    return std::any_of(names.begin(), names.end(), [&prefix](const QString &className) {
+        return className.startsWith(prefix);
+    });
 }
 
 ModelClass *QtModel::namedClass(const QString &name)
@@ -188,16 +249,11 @@ ModelClass *QtModel::namedClass(const QString &name)
     return known.get();
 }
 
-std::vector<QObject *> QtModel::allObjects()
+std::vector<QObject *> QtModel::allObjects() const
 {
     std::vector<QObject *> objects;
-    // Their own order is that of a hash table.
-    QWidgetList windows = QApplication::topLevelWidgets();
-    std::stable_sort(windows.begin(), windows.end(), isNamedBefore);
-    for (QWidget *window : qAsConst(windows)) {
-        if (window->windowType() != Qt::Desktop)
-            collect(window, objects);
-    }
+    for (QWidget *window : m_windows.windows())
+        collect(window, objects);
     return objects;
 }
 

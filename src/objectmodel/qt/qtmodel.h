@@ -2,12 +2,16 @@
 
 #include "objectmodel/qt/modelclass.h"
 #include "objectmodel/qt/objectregistry.h"
+#include "objectmodel/qt/windoworder.h"
 
 #include <QHash>
 
+#include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
+class QMetaProperty;
 struct QMetaObject;
 
 namespace Morvex {
@@ -26,26 +30,41 @@ public:
     /// Null when the object is gone or no live one.
     QObject *unwrap(const Object &object) const { return m_registry.object(object.id()); }
 
-    const Class *classOf(const QMetaObject *metaObject);
-    /// Among the classes of all objects that are there or were seen, and those of the model.
+    /// Objects to which properties were added while they lived have classes of their own below the
+    /// one that their name stands for.
+    const Class *classOf(const QObject *object);
+    /// Among the classes of all objects that are there or were seen, and those of the model. Null
+    /// when there is none.
     const Class *findClass(const QString &name);
+    /// Whether one of these classes is in the namespace.
+    bool hasNamespace(const QString &name);
     /// The model's own classes, made at the first call.
     ModelClass *namedClass(const QString &name);
 
-    /// All objects of the application that a name can stand for: each window with what is in it,
-    /// in an order that does not change from run to run.
-    static std::vector<QObject *> allObjects();
+    /// All objects of the application that a name can stand for: each window with what is in it, in
+    /// the order in which it was made. Windows that belong to no other one come in that of
+    /// WindowOrder.
+    std::vector<QObject *> allObjects() const;
 
 private:
-    ModelClass *makeClass(const QMetaObject *metaObject);
-    void addMetaProperty(ModelClass *modelClass, const QMetaObject *metaObject, int index);
+    using DynamicKey = std::pair<const Class *, QList<QByteArray>>;
+
+    const Class *classOf(const QMetaObject *metaObject);
+    std::shared_ptr<ModelClass> makeClass(const QMetaObject *metaObject);
+    void addMetaProperty(ModelClass *modelClass, const QMetaProperty &property);
+    void addDynamicProperty(ModelClass *modelClass, const QByteArray &name);
     void addRelations(ModelClass *modelClass, const QMetaObject *metaObject);
     void addPart(const char *className, const char *part,
                  const std::function<QVariant(const QVariant &)> &read);
     void addValueClasses();
+    void seeAllClasses();
 
     ObjectRegistry m_registry;
-    QHash<const QMetaObject *, std::shared_ptr<ModelClass>> m_classes;
+    WindowOrder m_windows;
+    // By the name as well: a meta object may be freed and another one take its address.
+    QHash<QPair<const QMetaObject *, QByteArray>, std::shared_ptr<ModelClass>> m_classes;
+    std::map<DynamicKey, std::shared_ptr<ModelClass>> m_dynamicClasses;
+    QHash<QString, const Class *> m_classesByName;
     QHash<QString, std::shared_ptr<ModelClass>> m_named;
 };
 

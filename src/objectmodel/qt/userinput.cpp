@@ -1,28 +1,108 @@
 #include "objectmodel/qt/userinput.h"
 
+#include "objectmodel/qt/identification.h"
+#include "objectmodel/qt/obstacle.h"
 #include "objectmodel/qt/turneventloop.h"
+#include "objectmodel/qt/typedkeys.h"
 
 #include <QAbstractScrollArea>
 #include <QAction>
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QGroupBox>
 #include <QKeyEvent>
-#include <QKeySequence>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QRadioButton>
+#include <QStyle>
+#include <QStyleOption>
 #include <QWidget>
+#include <QWindow>
+
+// The way of the keyboard into a window, which the toolkit exports for its own library for tests.
+QT_BEGIN_NAMESPACE
+extern Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
+                                           Qt::KeyboardModifiers modifiers, const QString &text,
+                                           bool isRepeated, ushort count);
+QT_END_NAMESPACE
 
 namespace Morvex {
 namespace {
 
-QString obstacle(const QObject *object)
+QPoint indicatorOf(const QWidget *button, QStyle::SubElement indicator)
 {
-    if (!object->isWidgetType())
-        return QStringLiteral("the object is no widget");
-    const auto *widget = static_cast<const QWidget *>(object);
-    if (!widget->isVisible())
-        return QStringLiteral("the widget is not visible");
-    return widget->isEnabled() ? QString() : QStringLiteral("the widget is disabled");
+    QStyleOptionButton option;
+    option.initFrom(button);
+    return button->style()->subElementRect(indicator, &option, button).center();
+}
+
+QPoint checkBoxOf(const QGroupBox *box)
+{
+    QStyleOptionGroupBox option;
+    option.initFrom(box);
+    option.text = box->title();
+    option.textAlignment = box->alignment();
+    option.subControls |= QStyle::SC_GroupBoxCheckBox | QStyle::SC_GroupBoxLabel;
+    return box->style()
+        ->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box)
+        .center();
+}
+
+// Some widgets react only in a part that may lie far from the middle.
+QPoint reactingPlace(const QWidget *widget)
+{
+    if (qobject_cast<const QCheckBox *>(widget))
+        return indicatorOf(widget, QStyle::SE_CheckBoxIndicator);
+    if (qobject_cast<const QRadioButton *>(widget))
+        return indicatorOf(widget, QStyle::SE_RadioButtonIndicator);
+    const auto *box = qobject_cast<const QGroupBox *>(widget);
+    return box && box->isCheckable() ? checkBoxOf(box) : widget->rect().center();
+}
+
+bool isInSight(const QWidget *widget, QPoint place)
+{
+    while (widget->rect().contains(place) && !widget->isWindow()) {
+        place = widget->mapToParent(place);
+        widget = widget->parentWidget();
+    }
+    return widget->rect().contains(place);
+}
+
+// The widget that a click at this place gets; null when it is none within widget.
+QWidget *receiverOf(QWidget *widget, const QPoint &place, QString *error)
+{
+    QWidget *window = widget->window();
+    QWidget *child = window->childAt(widget->mapTo(window, place));
+    QWidget *topmost = child ? child : window;
+    const bool isOutside = !isInSight(widget, place);
+    if (!isOutside && (topmost == widget || widget->isAncestorOf(topmost) ||
+                       widget->testAttribute(Qt::WA_TransparentForMouseEvents)))
+        return topmost;
+    *error = QStringLiteral("%1,%2 in the widget is %3")
+                 .arg(place.x())
+                 .arg(place.y())
+                 .arg(isOutside ? QStringLiteral("out of sight")
+                                : QLatin1String("covered by ") + realNameOf(topmost));
+    return nullptr;
+}
+
+// Somewhere in the part that can be seen when the best place can't.
+QPoint placeToClick(QWidget *widget)
+{
+    const QPoint best = reactingPlace(widget);
+    const QPoint visible = widget->visibleRegion().boundingRect().center();
+    QString error;
+    return !receiverOf(widget, best, &error) && receiverOf(widget, visible, &error) ? visible
+                                                                                    : best;
+}
+
+void giveFocusByClick(QWidget *widget)
+{
+    while (!widget->isWindow() && !(widget->focusPolicy() & Qt::ClickFocus))
+        widget = widget->parentWidget();
+    if (widget->focusPolicy() & Qt::ClickFocus)
+        widget->setFocus(Qt::MouseFocusReason);
 }
 
 void sendMouse(QWidget *widget, QEvent::Type type, const QPoint &place, Qt::MouseButtons buttons)
@@ -33,74 +113,55 @@ void sendMouse(QWidget *widget, QEvent::Type type, const QPoint &place, Qt::Mous
     QCoreApplication::sendEvent(widget, &event);
 }
 
+void pressAndRelease(const QPointer<QWidget> &target, const QPoint &place)
+{
+    giveFocusByClick(target);
+    if (target)
+        sendMouse(target, QEvent::MouseButtonPress, place, Qt::LeftButton);
+    if (target)
+        sendMouse(target, QEvent::MouseButtonRelease, place, Qt::NoButton);
+    turnEventLoop(0);
+}
+
 QString triggerAction(QAction *action)
 {
-    if (!action->isEnabled() || !action->isVisible())
-        return QStringLiteral("the action is %1")
-            .arg(action->isVisible() ? QLatin1String("disabled") : QLatin1String("not visible"));
+    const QString error = obstacleTo(action);
+    if (!error.isEmpty())
+        return error;
     action->trigger();
     turnEventLoop(0);
     return {};
 }
 
-struct Key
+// Shortcuts are for the active window only.
+void takeFocus(const QPointer<QWidget> &widget)
 {
-    int key = 0;
-    Qt::KeyboardModifiers modifiers;
-    QString text;
-};
-
-Key keyOfCharacter(QChar character)
-{
-    Key key;
-    key.text = character;
-    if (character == QLatin1Char('\n'))
-        key.key = Qt::Key_Return;
-    else if (character == QLatin1Char('\t'))
-        key.key = Qt::Key_Tab;
-    else
-        key.key = character.toUpper().unicode();
-    if (character.isUpper())
-        key.modifiers = Qt::ShiftModifier;
-    return key;
-}
-
-bool keyOfName(const QString &name, Key *key)
-{
-    const QKeySequence sequence = QKeySequence::fromString(name, QKeySequence::PortableText);
-    if (sequence.count() != 1 || sequence[0] == Qt::Key_unknown)
-        return false;
-    key->key = static_cast<int>(sequence[0] & ~int(Qt::KeyboardModifierMask));
-    key->modifiers = Qt::KeyboardModifiers(sequence[0] & int(Qt::KeyboardModifierMask));
-    return true;
-}
-
-QString keysOf(const QString &text, std::vector<Key> *keys)
-{
-    for (int i = 0; i < text.size(); ++i) {
-        if (text.at(i) != QLatin1Char('<')) {
-            keys->push_back(keyOfCharacter(text.at(i)));
-            continue;
-        }
-        if (text.midRef(i, 2) == QLatin1String("<<")) {
-            keys->push_back(keyOfCharacter(text.at(i++)));
-            continue;
-        }
-        const int end = text.indexOf(QLatin1Char('>'), i);
-        const QString name = text.mid(i + 1, end - i - 1);
-        Key key;
-        if (end < 0 || !keyOfName(name, &key))
-            return QStringLiteral("'<%1>' is no key; \"<\" is typed by \"<<\"").arg(name);
-        keys->push_back(key);
-        i = end;
+    if (!widget->isActiveWindow()) {
+        widget->activateWindow();
+        turnEventLoop(0);
     }
-    return {};
+    if (widget)
+        widget->setFocus(Qt::OtherFocusReason);
 }
 
-void sendKey(QWidget *widget, QEvent::Type type, const Key &key)
+void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
 {
+    QWidget *window = widget->window();
+    QWindow *handle = window->graphicsProxyWidget() ? nullptr : window->windowHandle();
+    if (handle) {
+        qt_handleKeyEvent(handle, type, key.key, key.modifiers, key.text, false, 1);
+        return;
+    }
+    // A window that is drawn within a scene gets no keys from the screen.
     QKeyEvent event(type, key.key, key.modifiers, key.text);
-    QCoreApplication::sendEvent(widget, &event);
+    QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
+}
+
+void pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
+{
+    sendKey(widget, QEvent::KeyPress, key);
+    if (widget)
+        sendKey(widget, QEvent::KeyRelease, key);
 }
 
 } // namespace
@@ -109,41 +170,37 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place)
 {
     if (auto *action = qobject_cast<QAction *>(object))
         return triggerAction(action);
-    const QString error = obstacle(object);
+    QString error = obstacleTo(object);
     if (!error.isEmpty())
         return error;
     auto *widget = static_cast<QWidget *>(object);
-    // The content of a scroll area is a widget of its own.
+    // What a scroll area shows is a widget of its own.
     if (auto *area = qobject_cast<QAbstractScrollArea *>(widget))
         widget = area->viewport();
-    const QPoint where = place.value_or(widget->rect().center());
+    const QPoint where = place ? *place : placeToClick(widget);
     if (!widget->rect().contains(where))
         return QStringLiteral("%1,%2 lies outside of the widget").arg(where.x()).arg(where.y());
-    const QPointer<QWidget> target = widget;
-    if (target->focusPolicy() & Qt::ClickFocus)
-        target->setFocus(Qt::MouseFocusReason);
-    sendMouse(target, QEvent::MouseButtonPress, where, Qt::LeftButton);
+    QWidget *target = receiverOf(widget, where, &error);
     if (target)
-        sendMouse(target, QEvent::MouseButtonRelease, where, Qt::NoButton);
-    turnEventLoop(0);
-    return {};
+        pressAndRelease(target, target->mapFromGlobal(widget->mapToGlobal(where)));
+    return error;
 }
 
 QString typeText(QObject *object, const QString &text)
 {
-    std::vector<Key> keys;
-    QString error = obstacle(object);
+    std::vector<TypedKey> keys;
+    QString error = obstacleTo(object);
     if (error.isEmpty())
-        error = keysOf(text, &keys);
+        error = readTypedKeys(text, &keys);
     if (!error.isEmpty())
         return error;
     const QPointer<QWidget> widget = static_cast<QWidget *>(object);
-    widget->setFocus(Qt::OtherFocusReason);
-    for (const Key &key : keys) {
-        if (widget)
-            sendKey(widget, QEvent::KeyPress, key);
-        if (widget)
-            sendKey(widget, QEvent::KeyRelease, key);
+    takeFocus(widget);
+    for (std::size_t typed = 0; typed < keys.size(); ++typed) {
+        error = widget ? obstacleTo(widget.data()) : QStringLiteral("the widget is gone");
+        if (!error.isEmpty())
+            return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
+        pressKey(widget, keys[typed]);
     }
     turnEventLoop(0);
     return {};

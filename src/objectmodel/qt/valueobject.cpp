@@ -44,13 +44,19 @@ bool areEqualNumbers(const QVariant &a, const QVariant &b)
     return !(a.toDouble() < b.toDouble()) && !(a.toDouble() > b.toDouble());
 }
 
-QString textOfRect(const QRectF &rect)
+QString textOfNumber(double number)
 {
-    return QStringLiteral("%1,%2 %3x%4")
-        .arg(rect.x())
-        .arg(rect.y())
-        .arg(rect.width())
-        .arg(rect.height());
+    return QString::number(number, 'g', QLocale::FloatingPointShortest);
+}
+
+QString textOfPoint(const QPointF &point)
+{
+    return textOfNumber(point.x()) + QLatin1Char(',') + textOfNumber(point.y());
+}
+
+QString textOfSize(const QSizeF &size)
+{
+    return textOfNumber(size.width()) + QLatin1Char('x') + textOfNumber(size.height());
 }
 
 } // namespace
@@ -74,10 +80,26 @@ bool ValueObject::compare(const SharedPtr<Object> &other) const
     const QVariant value = other->value();
     // What has no type of its own in a verification point is compared as text.
     if (value.userType() == QMetaType::QString)
-        return m_text == other->valueText();
+        return hasText(m_value) && m_text == other->valueText();
     if (areNumbers(m_value, value))
         return areEqualNumbers(m_value, value);
     return value.isValid() && value.userType() == m_value.userType() && m_value == value;
+}
+
+bool hasText(const QVariant &value)
+{
+    switch (static_cast<QMetaType::Type>(value.userType())) {
+    case QMetaType::QPointF:
+    case QMetaType::QPoint:
+    case QMetaType::QSizeF:
+    case QMetaType::QSize:
+    case QMetaType::QRectF:
+    case QMetaType::QRect:
+    case QMetaType::QStringList:
+        return true;
+    default:
+        return value.isValid() && value.canConvert(QMetaType::QString);
+    }
 }
 
 QString textOfValue(const QVariant &value)
@@ -85,20 +107,24 @@ QString textOfValue(const QVariant &value)
     switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::Double:
     case QMetaType::Float:
-        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+        return textOfNumber(value.toDouble());
     case QMetaType::QColor:
         return value.value<QColor>().name(QColor::HexArgb);
+    case QMetaType::QPointF:
     case QMetaType::QPoint:
-        return QStringLiteral("%1,%2").arg(value.toPoint().x()).arg(value.toPoint().y());
+        return textOfPoint(value.toPointF());
+    case QMetaType::QSizeF:
     case QMetaType::QSize:
-        return QStringLiteral("%1x%2").arg(value.toSize().width()).arg(value.toSize().height());
-    case QMetaType::QRect:
+        return textOfSize(value.toSizeF());
     case QMetaType::QRectF:
-        return textOfRect(value.toRectF());
+    case QMetaType::QRect:
+        return textOfPoint(value.toRectF().topLeft()) + QLatin1Char(' ') +
+               textOfSize(value.toRectF().size());
     case QMetaType::QStringList:
         return value.toStringList().join(QLatin1Char('\n'));
     default:
-        return value.toString();
+        return hasText(value) ? value.toString()
+                              : QStringLiteral("(%1)").arg(QLatin1String(value.typeName()));
     }
 }
 

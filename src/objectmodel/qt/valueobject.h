@@ -24,8 +24,11 @@ private:
     const Class *m_class;
 };
 
+/// Whether there is a text for values of this type. Values without one equal no text.
+bool hasText(const QVariant &value);
+
 /// How a value is shown in messages and compared with the texts of names. Does not depend on the
-/// locale.
+/// locale. A value without a text gives its type in parentheses.
 QString textOfValue(const QVariant &value);
 
 } // namespace Morvex

@@ -2,13 +2,18 @@
 #include "objectmodel/qt/qtinspector.h"
 
 #include <QAction>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
+
+#include <memory>
 
 using namespace Morvex;
 
@@ -20,7 +25,7 @@ protected:
         window.setObjectName("main");
         window.setWindowTitle("Main window");
         auto *layout = new QVBoxLayout(&window);
-        for (const char *text : {"Save", "Save as", "Load"}) {
+        for (const char *text : {"&Save", "Save as", "Load"}) {
             auto *button = new QPushButton(QString(text));
             layout->addWidget(button);
             buttons.push_back(button);
@@ -63,7 +68,7 @@ TEST_F(NameResolverTest, NamesFindTheirObjects)
     const char *const rows[][2] = {
         {"load", "{name='load' type='QPushButton'}"},
         {"{name='quit'}", "{name='quit' type='QAction'}"},
-        {"{text='Save'}", "{text='Save' type='QPushButton'}"},
+        {"{text='&Save'}", "{text='&Save' type='QPushButton'}"},
         {"{text?='Save ?s'}", "{text='Save as' type='QPushButton'}"},
         {"{text~='S.*s'}", "{text='Save as' type='QPushButton'}"},
         {"{type='QAbstractButton' text?='L*'}", "{name='load' type='QPushButton'}"},
@@ -87,11 +92,36 @@ TEST_F(NameResolverTest, AMissingOrAmbiguousObjectIsToldWithWhatThereIsInstead)
          "There is no object {name='load' text='Store'}. Closest: {name='load' "
          "type='QPushButton'} with text 'Load'."},
         {"{name='load' colour='red' parent='dialog'}",
-         "There is no object {colour='red' name='load' parent='dialog'}. Closest: {name='label' "
-         "type='QLabel'} with no colour, name 'label'; {name='load' type='QPushButton'} with no "
-         "colour, another parent."},
+         "There is no object {colour='red' name='load' parent='dialog'}. Closest: {name='load' "
+         "type='QPushButton'} with no colour, another parent."},
+        {"lod", "There is no object {name='lod'}. Closest: {name='load' type='QPushButton'} with "
+                "name 'load'."},
+        {"{text='innre' container='dialog'}",
+         "There is no object {container='dialog' text='innre'}. Closest: {name='label' "
+         "type='QLabel'} with text 'inner'."},
+        {"save as", "There is no object {name='save as'}. Closest: {text='&Save' "
+                    "type='QPushButton'} with name ''; {text='Save as' type='QPushButton'} with "
+                    "name ''."},
+        {"{text='Save' type='QPushButton'}",
+         "There is no object {text='Save' type='QPushButton'}. Closest: {text='&Save' "
+         "type='QPushButton'} with text '&Save'; {text='Save as' type='QPushButton'} with text "
+         "'Save as'."},
+        {"{type='QPushButon' window='dialog'}",
+         "There is no object {type='QPushButon' window='dialog'}. Closest: {text='&Save' "
+         "type='QPushButton'} with type 'QPushButton', another window; {text='Save as' "
+         "type='QPushButton'} with type 'QPushButton', another window; {name='load' "
+         "type='QPushButton'} with type 'QPushButton', another window."},
+        {"{name='label'}",
+         "{name='label'} fits 2 objects: {name='label' type='QLabel'} (occurrence 1 in "
+         "{name='dialog' type='QWidget'}, hidden), {name='label' type='QLabel'} (occurrence 2 in "
+         "{name='box' type='QWidget'}, hidden)."},
+        {"{name='x' parent={name='label'}}",
+         "The parent of {name='x' parent={name='label'}} is not clear. {name='label'} fits 2 "
+         "objects: {name='label' type='QLabel'} (occurrence 1 in {name='dialog' type='QWidget'}, "
+         "hidden), {name='label' type='QLabel'} (occurrence 2 in {name='box' type='QWidget'}, "
+         "hidden)."},
         {"{type='QPushButton'}",
-         "{type='QPushButton'} fits 3 objects: {text='Save' type='QPushButton'}, {text='Save as' "
+         "{type='QPushButton'} fits 3 objects: {text='&Save' type='QPushButton'}, {text='Save as' "
          "type='QPushButton'}, {name='load' type='QPushButton'}."},
         {"{type='QPushButton' occurrence='4'}",
          "There are 3 objects like {occurrence='4' type='QPushButton'}, none of which is number "
@@ -109,6 +139,43 @@ TEST_F(NameResolverTest, AMissingOrAmbiguousObjectIsToldWithWhatThereIsInstead)
         EXPECT_EQ(find(row[0]), row[1]);
     ObjectMap::install(nullptr);
     EXPECT_EQ(find(":Main"), "There is no object map for ':Main'.");
+}
+
+TEST_F(NameResolverTest, WhatUsersTypeIsInNoMessage)
+{
+    auto *password = new QLineEdit("secret", buttons[0]);
+    password->setEchoMode(QLineEdit::Password);
+    new QLineEdit("typed", buttons[0]);
+    new QSpinBox(buttons[0]);
+    const QString bullets(6, password->displayText().at(0));
+    EXPECT_EQ(find("{type='QLineEdit' text='secret'}"), "{type='QLineEdit'}");
+    EXPECT_EQ(find("{type='QSpinBox'}"), "{type='QSpinBox'}");
+    EXPECT_EQ(
+        find("{type='QLineEdit' echoMode='Password' text='x'}"),
+        QString("There is no object {echoMode='Password' text='x' type='QLineEdit'}. Closest: "
+                "{type='QLineEdit'} with text '%1'.")
+            .arg(bullets));
+}
+
+TEST_F(NameResolverTest, OccurrencesCountInAnOrderThatNoRunChanges)
+{
+    std::vector<std::unique_ptr<QWidget>> windows(8);
+    for (auto &made : windows)
+        made = std::make_unique<QWidget>();
+    const int order[] = {3, 1, 4, 0, 5, 2, 7, 6};
+    for (int i : order) {
+        QWidget *shown = windows[std::size_t(i)].get();
+        shown->show();
+        new QGroupBox(QString::number(i), shown);
+        new QMenu(QString::number(i), &window);
+    }
+    int occurrence = 0;
+    for (int i : order) {
+        ++occurrence;
+        for (const QString type : {"QGroupBox", "QMenu"})
+            EXPECT_EQ(find(QString("{type='%1' occurrence='%2'}").arg(type).arg(occurrence)),
+                      QString("{title='%1' type='%2'}").arg(i).arg(type));
+    }
 }
 
 TEST_F(NameResolverTest, WaitingLetsTheApplicationMakeTheObject)
@@ -129,4 +196,23 @@ TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsGoneAtTheNextLookup)
     EXPECT_FALSE(load->objectClass());
     EXPECT_EQ(load->valueText(), "(an object that is gone)");
     EXPECT_FALSE(load->compare(SharedPtr<Object>()));
+}
+
+TEST_F(NameResolverTest, AnObjectThatLosesItsConnectionsIsNotTakenForTheNextOneAtItsAddress)
+{
+    void *memory = ::operator new(sizeof(QObject));
+    auto *first = new (memory) QObject(&window);
+    first->setObjectName("guest");
+    const SharedPtr<Object> known = inspector.findObject("guest", nullptr);
+    ASSERT_TRUE(known);
+    first->disconnect();
+    first->~QObject();
+    EXPECT_FALSE(known->objectClass());
+    auto *second = new (memory) QObject(&window);
+    second->setObjectName("guest");
+    const SharedPtr<Object> next = inspector.findObject("guest", nullptr);
+    ASSERT_TRUE(next);
+    EXPECT_NE(next->id(), known->id());
+    second->~QObject();
+    ::operator delete(memory);
 }

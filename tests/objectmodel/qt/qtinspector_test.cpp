@@ -3,23 +3,44 @@
 #include "objectmodel/class.h"
 #include "objectmodel/methodlist.h"
 #include "objectmodel/namespace.h"
+#include "objectmodel/objectmap.h"
 #include "objectmodel/property.h"
 #include "shared/richimage.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QHash>
 #include <QImage>
 #include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QRect>
+#include <QRegularExpression>
 #include <QSpinBox>
+#include <QStandardItemModel>
 #include <QTableWidget>
+#include <QTimer>
+#include <QTreeView>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 using namespace Morvex;
+
+namespace Warehouse {
+
+class Shelf : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+};
+
+} // namespace Warehouse
 
 class QtInspectorTest : public testing::Test
 {
@@ -77,7 +98,34 @@ TEST_F(QtInspectorTest, PropertiesAreReadAndWrittenThroughTheirClass)
               "property 'frameSize' can't be written");
     EXPECT_EQ(editClass->property("nothing"), nullptr);
     EXPECT_EQ(inspector.findClass("Nothing"), nullptr);
-    EXPECT_EQ(inspector.findNamespace("Nothing")->getClass("Class"), nullptr);
+}
+
+TEST_F(QtInspectorTest, NamespacesAreThoseOfTheClasses)
+{
+    EXPECT_EQ(inspector.findNamespace("Warehouse"), nullptr);
+    const Warehouse::Shelf shelf;
+    const Namespace *found = inspector.findNamespace("Warehouse");
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->getClass("Shelf"), inspector.findClass("Warehouse::Shelf"));
+    EXPECT_EQ(found->getClass("Nothing"), nullptr);
+    EXPECT_EQ(inspector.findNamespace("QLineEdit"), nullptr);
+}
+
+TEST_F(QtInspectorTest, PropertiesThatTheApplicationAddsBelongToTheirObject)
+{
+    button.setProperty("kind", "special");
+    button.setProperty("_q_own", 1);
+    const SharedPtr<Object> object = inspector.findObject("{kind='special'}", nullptr);
+    ASSERT_TRUE(object);
+    const Class *objectClass = object->objectClass();
+    EXPECT_EQ(objectClass->name(), "QPushButton");
+    EXPECT_TRUE(objectClass->isSubclassOf(inspector.findClass("QPushButton")));
+    EXPECT_EQ(objectClass, object->objectClass());
+    EXPECT_TRUE(objectClass->propertyNames().contains("kind"));
+    EXPECT_EQ(objectClass->property("_q_own"), nullptr);
+    EXPECT_EQ(objectClass->property("kind")->set(object, 2), QString());
+    EXPECT_EQ(button.property("kind"), QVariant(2));
+    EXPECT_EQ(find("edit")->objectClass()->property("kind"), nullptr);
 }
 
 TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
@@ -102,6 +150,40 @@ TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
         EXPECT_EQ(row.a->compare(row.b), row.isEqual) << row.a->valueText().toStdString();
 }
 
+TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
+{
+    const SharedPtr<Object> object = find("button");
+    for (const char *name : {"sizePolicy", "palette", "cursor", "icon", "locale"}) {
+        const SharedPtr<Object> value = object->objectClass()->property(name)->get(object);
+        ASSERT_TRUE(value) << name;
+        EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
+        EXPECT_TRUE(value->compare(value)) << name;
+        for (const SharedPtr<Object> &text :
+             {inspector.makeString(""), inspector.makeString(value->valueText().toUtf8())}) {
+            EXPECT_FALSE(value->compare(text)) << name;
+            EXPECT_FALSE(text->compare(value)) << name;
+        }
+    }
+}
+
+TEST_F(QtInspectorTest, EnumeratorsAreTheirNamesWhereThoseSayItAll)
+{
+    const auto set = [this](int policy, int hints) {
+        button.setContextMenuPolicy(Qt::ContextMenuPolicy(policy));
+        button.setInputMethodHints(Qt::InputMethodHints(hints));
+    };
+    const auto text = [this](const char *name) {
+        const SharedPtr<Object> object = find("button");
+        return object->objectClass()->property(name)->get(object)->valueText();
+    };
+    set(Qt::ActionsContextMenu, Qt::ImhHiddenText | Qt::ImhSensitiveData);
+    EXPECT_EQ(text("contextMenuPolicy"), "ActionsContextMenu");
+    EXPECT_EQ(text("inputMethodHints"), "ImhHiddenText|ImhSensitiveData");
+    set(7, Qt::ImhHiddenText | 0x8000000);
+    EXPECT_EQ(text("contextMenuPolicy"), "7");
+    EXPECT_EQ(text("inputMethodHints"), QString::number(Qt::ImhHiddenText | 0x8000000));
+}
+
 TEST_F(QtInspectorTest, MethodsTakeTheirArgumentsAndNoOthers)
 {
     EXPECT_FALSE(inspector.cast(find("button"), "Table"));
@@ -121,6 +203,59 @@ TEST_F(QtInspectorTest, MethodsTakeTheirArgumentsAndNoOthers)
     EXPECT_TRUE(range->objectClass()->methods("contentAsXml")->invoke(range, {number(1)}, &xml));
     EXPECT_TRUE(xml->valueText().contains("<cell>"));
     EXPECT_EQ(inspector.globalClass()->methods("nothing"), nullptr);
+}
+
+TEST_F(QtInspectorTest, ATableIsWhatItsViewShows)
+{
+    QTableView view;
+    QTreeView tree;
+    QListView list;
+    QStandardItemModel model(4, 3);
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 3; ++column)
+            model.setItem(row, column, new QStandardItem(QString("%1%2").arg(row).arg(column)));
+        model.item(row)->appendRow(new QStandardItem("below"));
+    }
+    for (QAbstractItemView *each : std::initializer_list<QAbstractItemView *>{&view, &tree, &list})
+        each->setModel(&model);
+    view.setObjectName("view");
+    tree.setObjectName("tree");
+    list.setObjectName("list");
+    view.setRowHidden(1, true);
+    view.setColumnHidden(0, true);
+    tree.setRowHidden(0, {}, true);
+    tree.setColumnHidden(2, true);
+    list.setRowHidden(3, true);
+    list.setModelColumn(1);
+    const struct
+    {
+        const char *name;
+        std::vector<int> edges;
+        const char *cells;
+    } rows[] = {
+        {"view", {-1, -1, -1, -1}, "01 02 21 22 31 32"},
+        {"tree", {-1, -1, -1, -1}, "10 11 20 21 30 31"},
+        {"list", {-1, -1, -1, -1}, "01 11 21"},
+        {"view", {1, INT_MAX, 0, 1}, "21 31"},
+        {"view", {0, 1, 1, 900000}, "02"},
+        {"view", {900000, INT_MAX, 0, 1}, ""},
+        {"view", {2, 1, 0, INT_MAX}, ""},
+    };
+    for (const auto &row : rows) {
+        const SharedPtr<Object> asTable = inspector.cast(find(row.name), "Table");
+        ObjectList edges;
+        for (int edge : row.edges)
+            edges.push_back(inspector.makeInt(edge));
+        SharedPtr<Object> range, xml;
+        ASSERT_TRUE(asTable->objectClass()->methods("getRange")->invoke(asTable, edges, &range));
+        ASSERT_TRUE(range->objectClass()->methods("contentAsXml")->invoke(range, {}, &xml));
+        QStringList texts;
+        QRegularExpressionMatchIterator cells =
+            QRegularExpression("<text>([^<]*)</text>").globalMatch(xml->valueText());
+        while (cells.hasNext())
+            texts += cells.next().captured(1);
+        EXPECT_EQ(texts.join(' '), row.cells) << row.name;
+    }
 }
 
 TEST_F(QtInspectorTest, ClicksReachTheObjectOrSayWhyNot)
@@ -164,9 +299,24 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
 }
 
+TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)
+{
+    QCoreApplication::quit();
+    QTimer::singleShot(10, &window, [this] { window.resize(321, 234); });
+    const QVariant answer =
+        inspector.callFunction("grabObjectScreenshot", {find("window")->id(), 0, 100}, nullptr);
+    EXPECT_EQ(Screenshot::fromVariant(answer).size(), QSize(321, 234));
+    // A loop that ends by itself lets the other tests have theirs again.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
+}
+
 TEST_F(QtInspectorTest, ADumpHoldsTheTreeOfWidgetsInTheFormOfElements)
 {
     button.setText("Press");
+    ObjectMap map;
+    map.insert(":Press", ObjectName("{text='Press' window='window'}"));
+    ObjectMap::install(&map);
     const QByteArray dump =
         inspector.callFunction("dumpObject", {find("button")->id(), QByteArray("f")}, nullptr)
             .toByteArray();
@@ -194,12 +344,31 @@ TEST_F(QtInspectorTest, ADumpHoldsTheTreeOfWidgetsInTheFormOfElements)
     EXPECT_EQ(rect, QRect(button.mapToGlobal(QPoint()), button.size()));
     EXPECT_EQ(image.size(), button.size());
     EXPECT_EQ(realName, "{name='button' type='QPushButton'}");
+    EXPECT_EQ(symbolicName, ":Press");
     EXPECT_EQ(properties["enabled"], "true");
+    EXPECT_EQ(properties["focusPolicy"], "StrongFocus");
+    EXPECT_EQ(properties["window"], "{name='window' type='QWidget'}");
+    EXPECT_FALSE(properties.contains("palette"));
     EXPECT_EQ(identifying["text"], "Press");
     EXPECT_EQ(children, 0);
+
+    edit.setText("secret");
+    edit.setEchoMode(QLineEdit::Password);
+    const QByteArray withPassword =
+        inspector.callFunction("dumpObject", {find("edit")->id()}, nullptr).toByteArray();
+    const auto streamed = [](const QString &text) {
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        out << text;
+        return bytes;
+    };
+    EXPECT_TRUE(withPassword.contains(streamed(edit.displayText())));
+    EXPECT_FALSE(withPassword.contains(streamed(edit.text())));
 
     const QByteArray refused =
         inspector.callFunction("dumpObject", {find("action")->id()}, nullptr).toByteArray();
     EXPECT_EQ(refused.mid(1), "The object is no widget");
     EXPECT_NE(refused.at(0), char(0xc5));
 }
+
+#include "qtinspector_test.moc"

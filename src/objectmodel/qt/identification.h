@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+
+class QObject;
+
+namespace Morvex {
+
+/// What the object shows to users: its text, else its title; what is typed into it comes as it is
+/// displayed. May be empty.
+QString labelOf(const QObject *object);
+
+/// The texts by which an object is told from others, by the names of their properties. What users
+/// type is none of them.
+QHash<QString, QString> identifyingPropertiesOf(const QObject *object);
+
+/// A name that tells the object to a reader; it may fit others as well.
+QString realNameOf(const QObject *object);
+
+/// @p text, the value of a property of the object, as it may stand in a report: a password comes
+/// as it is displayed.
+QString textForReaders(const QObject *object, const QString &property, const QString &text);
+
+} // namespace Morvex

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "objectmodel/objectname.h"
+
+#include <QRegularExpression>
+
+#include <vector>
+
+class QObject;
+
+namespace Morvex {
+
+class QtModel;
+
+/// One property of a name, ready to be compared with many objects.
+struct NameCondition
+{
+    QString property;
+    ObjectName::PropertyValue value;
+    /// Of wildcards and regular expressions.
+    QRegularExpression expression;
+    /// Of references.
+    const QObject *referenced = nullptr;
+
+    bool isReference() const { return value.kind == ObjectName::PropertyValue::REFERENCE; }
+    bool holds(QtModel &model, QObject *object) const;
+
+    /// What the value is compared with in the object. False when it has no such property.
+    bool readText(QtModel &model, QObject *object, QString *text) const;
+
+private:
+    bool fits(QLatin1String text) const;
+    bool fits(const QString &text) const;
+    bool fitsReference(QtModel &model, QObject *object) const;
+    bool fitsType(const QObject *object) const;
+};
+
+using NameConditions = std::vector<NameCondition>;
+
+} // namespace Morvex

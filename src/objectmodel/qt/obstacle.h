@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+class QAction;
+class QObject;
+
+namespace Morvex {
+
+/// Why a user can't do anything to the object now; empty when nothing is in the way. What covers a
+/// part of a widget is not looked at.
+QString obstacleTo(const QObject *object);
+QString obstacleTo(const QAction *action);
+
+} // namespace Morvex
