@@ -356,14 +356,14 @@ TEST_F(QtInspectorTest, ADumpHoldsTheTreeOfWidgetsInTheFormOfElements)
     edit.setEchoMode(QLineEdit::Password);
     const QByteArray withPassword =
         inspector.callFunction("dumpObject", {find("edit")->id()}, nullptr).toByteArray();
-    const auto streamed = [](const QString &text) {
+    const auto streamed = [](const QString &value) {
         QByteArray bytes;
         QDataStream out(&bytes, QIODevice::WriteOnly);
-        out << text;
+        out << value;
         return bytes;
     };
     EXPECT_TRUE(withPassword.contains(streamed(edit.displayText())));
-    EXPECT_FALSE(withPassword.contains(streamed(edit.text())));
+    EXPECT_FALSE(withPassword.contains(streamed(edit.value())));
 
     const QByteArray refused =
         inspector.callFunction("dumpObject", {find("action")->id()}, nullptr).toByteArray();
