@@ -363,7 +363,7 @@ TEST_F(QtInspectorTest, ADumpHoldsTheTreeOfWidgetsInTheFormOfElements)
         return bytes;
     };
     EXPECT_TRUE(withPassword.contains(streamed(edit.displayText())));
-    EXPECT_FALSE(withPassword.contains(streamed(edit.value())));
+    EXPECT_FALSE(withPassword.contains(streamed(edit.text())));
 
     const QByteArray refused =
         inspector.callFunction("dumpObject", {find("action")->id()}, nullptr).toByteArray();
