@@ -1,5 +1,6 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/processend.h"
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptverification.h"
@@ -79,6 +80,7 @@ QString ScriptTestCase::prepare(ScriptApplication *application) const
 void ScriptTestCase::runScript(const QString &path, const QString &program)
 {
     ScriptEngine engine;
+    const ProcessEndWatch processEndWatch(result(), engine);
     const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
     ScriptApplication application(searchDirs);
     const QString error = prepare(&application);

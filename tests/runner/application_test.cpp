@@ -20,6 +20,8 @@ const char picturePoint[] = "<VerificationPoint version='5' type='Screenshot'>"
                             "<Verification object='picture' type='PNG'>-</Verification>"
                             "</VerificationPoint>";
 
+const char startAwkward[] = "application.start('" MORVEX_AWKWARD_PLUGIN "'); ";
+
 QByteArray statePoint(const QByteArray &text, const QByteArray &more = "")
 {
     return "<VerificationPoint version='1' type='ObjectProperties'><Verification object='state' "
@@ -108,6 +110,23 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         EXPECT_TRUE(lines[0].startsWith("ERROR Script error|")) << lines[0].toStdString();
         EXPECT_TRUE(lines[0].contains(row.error)) << lines[0].toStdString();
     }
+}
+
+TEST_F(ApplicationTest, AnApplicationThatCallsExitDoesNotPass)
+{
+    const QString message = "FATAL The application ended the process|";
+    const QString status =
+        "FATAL Execution error|morvexrunner exited with code 2 when executing tst_s";
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                      "\ncheck.pass('before'); find('exit').click(); check.pass('after');"),
+              (QStringList{"PASS before|", message, status}));
+    EXPECT_EQ(RunnerProcess::report(output)[3].left.section(": ", 0, 0),
+              runner.suitePath() + "/tst_s/script.js:2");
+    EXPECT_EQ(output.status, 1);
+
+    runner.addFile("suite.conf", "VERSION = 3\nAUT = " MORVEX_AWKWARD_PLUGIN " exit\n"
+                                 "IMPLICITAUTSTART = 1\n");
+    EXPECT_EQ(results("check.pass('never');"), (QStringList{message, status}));
 }
 
 TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
