@@ -51,6 +51,8 @@ QString writeExpected(QTemporaryFile &file, const QImage &image)
 ApplicationComparison run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
+    // One that reads it would wait for ever.
+    process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, arguments);
     if (!process.waitForStarted(-1))
         return notRun(QStringLiteral("Failed to start comparison application '%1': %2")

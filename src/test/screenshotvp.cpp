@@ -175,7 +175,8 @@ bool TestVP::performScreenshotVerification(QDomElement &element, int version,
     }
     log(verificationType(false, expectFail),
         QStringLiteral(": Screenshot comparison of '%1' failed"),
-        comparison.details + QLatin1String(". ") + storeDifferingImages(runner, taken, stored));
+        comparison.details + QLatin1String(". "));
+    logger->deferDetails([=] { return storeDifferingImages(runner, taken, stored); });
     return expectFail;
 }
 

@@ -116,6 +116,34 @@ private:
     EnvironmentGuard m_prefix;
 };
 
+TEST_F(ScreenshotVPTest, OnlyTheAttemptThatCountsLeavesPictures)
+{
+    options.setRetryDuration(60000);
+    const QImage wanted = withPixel(plain(size), 5, 5);
+    resolver.beforeLookup = [&](int lookup) {
+        if (lookup == 4)
+            widget.show(wanted);
+    };
+    verify(screenshotType, element(wanted));
+    EXPECT_EQ(takeResults().last(), "WARNING vp: It took 4 attempts to verify prior verification|");
+    const QString dir = path("suite/tst_a/points/failedImages");
+    EXPECT_FALSE(QDir(dir).exists());
+
+    // An expected failure ends the retrying behind an unexpected pass.
+    resolver.lookups = 0;
+    expectFail = true;
+    resolver.beforeLookup = [&](int lookup) {
+        if (lookup == 3)
+            widget.show(plain(size));
+    };
+    verify(screenshotType, element(wanted));
+    const QStringList results = takeResults();
+    ASSERT_EQ(results.size(), 2);
+    EXPECT_TRUE(results[0].endsWith("Differing screenshot saved as '" + dir + "/failed_1.png'"))
+        << results[0].toStdString();
+    EXPECT_EQ(QDir(dir).entryList(QDir::Files), (QStringList{"expected_1.png", "failed_1.png"}));
+}
+
 TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
 {
     const QString same = "PASS Screenshots are considered identical";
@@ -283,6 +311,7 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
     addComparator("refuses", "echo \"2 of 3\"; exit 3");
     addComparator("mutters", "echo muttered >&2; exit 1");
     addComparator("silent", "exit 1");
+    addComparator("reads", "cat; echo read");
     addComparator("cut", "printf 'seen\\0unseen'");
     addComparator("crashes", "kill -SEGV $$");
     addComparator("arguments",
@@ -295,6 +324,7 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
     };
     const QImage other = withPixel(plain(size), 5, 5);
     EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("agrees"))), "PASS fine\n");
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("reads"))), "PASS read\n");
     EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("refuses"))),
               "FAIL 2 of 3\n" + stored.arg(1));
     EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("mutters"))),

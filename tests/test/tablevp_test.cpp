@@ -139,6 +139,30 @@ TEST_F(TableVPTest, LearningReplacesATableThatDiffersAndNoOther)
     }
 }
 
+TEST_F(TableVPTest, ALearnedTableMatchesWhateverItsCellsHold)
+{
+    const char *const texts[] = {"   ", "\xc2\xa0",        "\n",  "\t x ", "a\rb",    "a\r\nb",
+                                 "]]>", "&amp;",           "<b>", "a(b",   "C++ [x]", "*",
+                                 "",    "\xf0\x9f\x98\x80"};
+    for (const char *text : texts) {
+        widget.item(1, 0)->setText(QString::fromUtf8(text));
+        {
+            const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+            verify(tableType, table(row({"x"})));
+        }
+        takeResults();
+        verifyFile(pointFile());
+        EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << text << pointFile().constData();
+    }
+}
+
+TEST_F(TableVPTest, BlanksBetweenTheElementsOfAFileDontCount)
+{
+    EXPECT_EQ(verify(tableType, QByteArray("\n ") + table(present).replace("><", ">\n  <") + "\n")
+                  .summary(),
+              VPResult::SummaryPassed);
+}
+
 TEST_F(TableVPTest, TheContentIsWrittenAsAFileAndReadBack)
 {
     widget.item(1, 1)->setBackground(Qt::red);
