@@ -3,10 +3,12 @@
 #include "objectmodel/inspector.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
+#include "shared/clock.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/testvp.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace Morvex {
 namespace {
@@ -56,13 +58,34 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     const auto *data = qobject_cast<const ScriptData *>(table);
     const std::vector<LineInfo> stack = m_engine->currentStack();
     LiveResolver resolver;
+    const int failuresBefore = m_result->failureCount();
     const VPResult outcome = TestVP(name, pointPath(name))
                                  .verify(m_result, stack, &m_runner, QString(), &resolver,
                                          optionsOf(options), data ? data->record(row) : nullptr,
                                          options.value(QStringLiteral("expectFail")).toBool());
     if (outcome.summary() == VPResult::SummaryError)
         m_result->addError(outcome.message(), outcome.details(), stack);
+    else if (!options.value(QStringLiteral("silent")).toBool())
+        addMissingResult(name, outcome, m_result->failureCount() > failuresBefore);
     return outcome.summary() == VPResult::SummaryPassed;
+}
+
+// A report must not look better than what the script is told.
+void ScriptVerification::addMissingResult(const QString &name, const VPResult &outcome,
+                                          bool hasLoggedFailure)
+{
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    if (outcome.summary() == VPResult::SummaryFailed && !hasLoggedFailure)
+        m_result->addError(
+            QStringLiteral("Verification point '%1' failed").arg(name),
+            QStringLiteral("None of its results says so: the file expects what can't be read, "
+                           "which standard error tells, or it was to fail and has learned."),
+            stack);
+    else if (outcome.summary() == VPResult::SummaryPassed && outcome.message().isEmpty())
+        m_result->addResult(currentLocalTime(), TestResult::WARNING,
+                            QStringLiteral("Verification point '%1' checks nothing").arg(name),
+                            QStringLiteral("The file has no element 'Verification'."), stack,
+                            QString(), -1);
 }
 
 QString ScriptVerification::pointPath(const QString &name) const

@@ -13,6 +13,7 @@
 namespace Morvex {
 
 class ScriptEngine;
+class VPResult;
 
 /// Verification points for scripts.
 class ScriptVerification : public QObject
@@ -30,6 +31,7 @@ public:
                             int row);
 
 private:
+    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
     QString pointPath(const QString &name) const;
 
     ScriptEngine *m_engine;

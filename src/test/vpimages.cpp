@@ -111,8 +111,9 @@ QImage grabObjectScreenshot(const SharedPtr<Object> &object, int options, int de
 
 QImage grabObjectPixmap(const SharedPtr<Object> &object, QString *error)
 {
+    Inspector *inspector = Inspector::self();
     const MethodList *method =
-        Inspector::self()->globalClass()->methods(QStringLiteral("grabWidget"));
+        inspector ? inspector->globalClass()->methods(QStringLiteral("grabWidget")) : nullptr;
     SharedPtr<Object> pixmap;
     if (!method || !method->invoke(SharedPtr<Object>(), {object}, &pixmap) || !pixmap)
         return {};

@@ -146,6 +146,51 @@ TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
     EXPECT_EQ(output.status, 1);
 }
 
+TEST_F(ApplicationTest, APointThatChecksNothingSaysSo)
+{
+    runner.addFile("points/broken.xml",
+                   "<VerificationPoint version='5' type='Table'><Verification object='articles'>"
+                   "<tabel/></Verification></VerificationPoint>");
+    runner.addFile("points/misspelt.xml",
+                   "<VerificationPoint version='5' type='Table'><Verfication/>"
+                   "</VerificationPoint>");
+    const QStringList lines =
+        results("application.start('inventory');\n"
+                "check.that(!check.point('broken'), 'returned');\n"
+                "check.that(!check.point('broken', {silent: true}), 'told');\n"
+                "check.point('misspelt');");
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_TRUE(lines[0].startsWith("PASS Table Comparison of 'articles' passed|"));
+    EXPECT_TRUE(lines[1].startsWith("ERROR Verification point 'broken' failed|"));
+    EXPECT_EQ(lines[2], "PASS returned|The condition holds.");
+    EXPECT_EQ(lines[3], "PASS told|The condition holds.");
+    EXPECT_EQ(lines[4], "WARNING Verification point 'misspelt' checks nothing|The file has no "
+                        "element 'Verification'.");
+}
+
+TEST_F(ApplicationTest, WhatTheApplicationPrintsStaysOutOfTheReport)
+{
+    results(QByteArray(startAwkward) + "find('print').click();");
+    EXPECT_FALSE(output.standardOutput.contains("of the application"));
+    EXPECT_TRUE(output.standardError.contains("of the application\n"));
+}
+
+TEST_F(ApplicationTest, LearnedFilesKeepTheOrderOfTheirAttributes)
+{
+    const QByteArray attributes =
+        QByteArray(tablePoint)
+            .replace("object=", "a='1' b='2' c='3' d='4' e='5' f='6' g='7' h='8' object=");
+    QByteArray learned;
+    for (int run = 0; run < 3; ++run) {
+        runner.addFile("points/table.xml", attributes);
+        results("application.start('inventory'); check.point('table');", {"--learn"});
+        const QByteArray file = readFile(runner.suitePath() + "/points/table.xml");
+        EXPECT_TRUE(learned.isEmpty() || file == learned) << file.constData();
+        learned = file;
+    }
+    EXPECT_NE(learned, attributes);
+}
+
 TEST_F(ApplicationTest, OptionsOfPointsReachTheVerification)
 {
     runner.addFile("points/counted.xml", statePoint("80 pieces"));

@@ -2,6 +2,7 @@
 
 #include "shared/xmltablerange.h"
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/verification.h"
 
 #include <QListWidget>
@@ -154,6 +155,30 @@ TEST_F(TableVPTest, ALearnedTableMatchesWhateverItsCellsHold)
         verifyFile(pointFile());
         EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << text << pointFile().constData();
     }
+}
+
+TEST_F(TableVPTest, AFileThatCouldNotBeWrittenIsAnErrorInTheLog)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    widget.item(0, 0)->setText(QString(20000, 'y'));
+    VPResult result(VPResult::SummaryError, "", "");
+    writeFile(path("suite/tst_a/points/vp.xml"), "<VerificationPoint version='5' type='Table'>" +
+                                                     table(row({"x"})) + "</VerificationPoint>");
+    const QByteArray before = pointFile();
+    {
+        const FileSizeLimit full(10000);
+        result = TestVP("vp", path("suite/tst_a/points/vp.xml"))
+                     .verify(&log, stack, &runner, "info", &resolver, options, nullptr, false);
+    }
+    EXPECT_EQ(result.summary(), VPResult::SummaryPassed);
+    EXPECT_TRUE(result.message().contains("was updated"));
+    EXPECT_EQ(pointFile(), before);
+    const QStringList results = takeResults();
+    ASSERT_EQ(results.size(), 2);
+    EXPECT_TRUE(results[1].startsWith("ERROR vp: The Verification Point could not be saved|Could "
+                                      "not write '" +
+                                      path("suite/tst_a/points/vp.xml") + "': "))
+        << results[1].toStdString();
 }
 
 TEST_F(TableVPTest, BlanksBetweenTheElementsOfAFileDontCount)
