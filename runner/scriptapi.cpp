@@ -1,17 +1,16 @@
 #include "runner/scriptapi.h"
 
+#include "objectmodel/qt/turneventloop.h"
 #include "runner/scriptdata.h"
 #include "shared/clock.h"
 #include "shared/environment.h"
 #include "test/testresult.h"
 
 #include <QDir>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QQmlEngine>
 #include <QSaveFile>
-#include <QTimer>
 
 #include <cstdlib>
 #include <limits>
@@ -223,11 +222,7 @@ void ScriptApi::snooze(double seconds) const
     const double milliseconds = seconds * factor * 1000;
     if (!(milliseconds > 0))
         return;
-    QEventLoop loop;
-    QTimer::singleShot(
-        static_cast<int>(qMin(milliseconds, double(std::numeric_limits<int>::max()))),
-        Qt::PreciseTimer, &loop, &QEventLoop::quit);
-    loop.exec();
+    turnEventLoop(static_cast<int>(qMin(milliseconds, double(std::numeric_limits<int>::max()))));
 }
 
 QJSValue ScriptApi::include(const QString &file)

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QImage>
 #include <QObject>
+#include <QPointer>
 
 namespace Morvex {
 
@@ -22,14 +23,15 @@ public:
     QImage image(int id) const { return m_images.value(id); }
 
 private:
-    void forget(QObject *object);
+    void forgetGoneObjects();
 
-    // Receiver of the objects' last signal: its end takes the connections off.
-    QObject m_context;
+    // An address may be that of a later object: only the other table tells.
     QHash<QObject *, int> m_ids;
-    QHash<int, QObject *> m_objects;
+    // Guarded, since an application may take any connection off its objects.
+    QHash<int, QPointer<QObject>> m_objects;
     QHash<int, QImage> m_images;
     int m_lastId = 0;
+    int m_cleanUpAt = 1024;
 };
 
 } // namespace Morvex

@@ -6,17 +6,28 @@
 #include <QTimer>
 
 namespace Morvex {
+namespace {
+
+void handleEvents(QEventLoop::ProcessEventsFlags flags)
+{
+    QCoreApplication::processEvents(flags);
+    // Outside of a running event loop nobody else would delete them.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
 
 void turnEventLoop(int milliseconds)
 {
-    if (milliseconds > 0) {
-        QEventLoop loop;
-        QTimer::singleShot(milliseconds, Qt::PreciseTimer, &loop, &QEventLoop::quit);
-        loop.exec();
-    }
-    QCoreApplication::processEvents();
-    // Outside of a running event loop nobody else would delete them.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTimer alarm;
+    alarm.setSingleShot(true);
+    alarm.setTimerType(Qt::PreciseTimer);
+    if (milliseconds > 0)
+        alarm.start(milliseconds);
+    // No loop of its own: once the application has called quit, none runs any more.
+    while (alarm.isActive())
+        handleEvents(QEventLoop::WaitForMoreEvents);
+    handleEvents(QEventLoop::AllEvents);
 }
 
 } // namespace Morvex

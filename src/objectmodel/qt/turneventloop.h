@@ -1,9 +1,12 @@
 #pragma once
 
+#include "morvex_objectmodel_qt_export.h"
+
 namespace Morvex {
 
 /// Lets the application handle what is pending, objects that wait for their deletion included, and
-/// what comes until @p milliseconds are over.
-void turnEventLoop(int milliseconds);
+/// what comes until @p milliseconds are over. Waits also behind the end that the application has
+/// given its own event loop. Called in the main thread.
+MORVEX_OBJECTMODEL_QT_EXPORT void turnEventLoop(int milliseconds);
 
 } // namespace Morvex

@@ -130,3 +130,22 @@ TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsGoneAtTheNextLookup)
     EXPECT_EQ(load->valueText(), "(an object that is gone)");
     EXPECT_FALSE(load->compare(SharedPtr<Object>()));
 }
+
+TEST_F(NameResolverTest, AnObjectThatLosesItsConnectionsIsNotTakenForTheNextOneAtItsAddress)
+{
+    void *memory = ::operator new(sizeof(QObject));
+    auto *first = new (memory) QObject(&window);
+    first->setObjectName("guest");
+    const SharedPtr<Object> known = inspector.findObject("guest", nullptr);
+    ASSERT_TRUE(known);
+    first->disconnect();
+    first->~QObject();
+    EXPECT_FALSE(known->objectClass());
+    auto *second = new (memory) QObject(&window);
+    second->setObjectName("guest");
+    const SharedPtr<Object> next = inspector.findObject("guest", nullptr);
+    ASSERT_TRUE(next);
+    EXPECT_NE(next->id(), known->id());
+    second->~QObject();
+    ::operator delete(memory);
+}

@@ -7,6 +7,7 @@
 #include "shared/richimage.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QHash>
 #include <QImage>
@@ -15,6 +16,7 @@
 #include <QRect>
 #include <QSpinBox>
 #include <QTableWidget>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <gtest/gtest.h>
@@ -162,6 +164,18 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
     EXPECT_EQ(picture.imageToNative(QPoint(1, 2)), window.mapToGlobal(QPoint(1, 2)));
     EXPECT_FALSE(
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
+}
+
+TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)
+{
+    QCoreApplication::quit();
+    QTimer::singleShot(10, &window, [this] { window.resize(321, 234); });
+    const QVariant answer =
+        inspector.callFunction("grabObjectScreenshot", {find("window")->id(), 0, 100}, nullptr);
+    EXPECT_EQ(Screenshot::fromVariant(answer).size(), QSize(321, 234));
+    // A loop that ends by itself lets the other tests have theirs again.
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
 }
 
 TEST_F(QtInspectorTest, ADumpHoldsTheTreeOfWidgetsInTheFormOfElements)
