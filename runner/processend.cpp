@@ -5,49 +5,84 @@
 #include "shared/clock.h"
 #include "test/testresult.h"
 
+#include <QSocketNotifier>
+
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <pthread.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace Morvex {
 namespace {
+
+// How long a script may take to come to its event loop once it is to end.
+const unsigned int graceSeconds = 1;
 
 struct
 {
     TestResult *result = nullptr;
     const ScriptEngine *engine = nullptr;
     pthread_t thread = {};
+    int wakeUp = -1;
 } watched;
+
+void log(TestResult::ResultType type, const QString &message)
+{
+    watched.result->addResult(currentLocalTime(), type, message, QString(),
+                              watched.engine->currentStack(), QString(), -1);
+    std::fflush(nullptr);
+}
 
 void handleExit()
 {
-    TestResult *result = watched.result;
-    if (!result)
+    if (!watched.result)
         return;
-    // An exit within this one ends the process as well.
-    watched.result = nullptr;
     // The log belongs to the main thread.
     if (::pthread_equal(::pthread_self(), watched.thread))
-        result->addResult(currentLocalTime(), TestResult::FATAL,
-                          QStringLiteral("The application ended the process"), QString(),
-                          watched.engine->currentStack(), QString(), -1);
-    std::fflush(nullptr);
+        log(TestResult::FATAL, QStringLiteral("The application ended the process"));
     ::_exit(ExitUnusable);
+}
+
+// The event loop logs and ends the process. A script that doesn't turn it is ended all the same.
+void handleTermination(int)
+{
+    ::signal(SIGALRM, SIG_DFL);
+    ::alarm(graceSeconds);
+    const quint64 one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(watched.wakeUp, &one, sizeof one);
+}
+
+void terminate()
+{
+    log(TestResult::WARNING, QStringLiteral("The test case is ended while this call is running"));
+    std::signal(SIGTERM, SIG_DFL);
+    std::raise(SIGTERM);
 }
 
 } // namespace
 
 ProcessEndWatch::ProcessEndWatch(TestResult *result, const ScriptEngine &engine)
 {
-    watched = {result, &engine, ::pthread_self()};
+    watched = {result, &engine, ::pthread_self(), ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     std::atexit(handleExit);
     std::at_quick_exit(handleExit);
+    if (watched.wakeUp < 0)
+        return;
+    m_notifier = std::make_unique<QSocketNotifier>(watched.wakeUp, QSocketNotifier::Read);
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, terminate);
+    std::signal(SIGTERM, handleTermination);
 }
 
 ProcessEndWatch::~ProcessEndWatch()
 {
     watched.result = nullptr;
+    if (!m_notifier)
+        return;
+    std::signal(SIGTERM, SIG_DFL);
+    m_notifier.reset();
+    ::close(watched.wakeUp);
 }
 
 } // namespace Morvex

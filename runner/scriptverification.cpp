@@ -1,6 +1,6 @@
 #include "runner/scriptverification.h"
 
-#include "objectmodel/inspector.h"
+#include "runner/scriptapplication.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
 #include "shared/clock.h"
@@ -16,25 +16,39 @@ namespace {
 class LiveResolver : public ObjectNameResolverInterface
 {
 public:
+    explicit LiveResolver(const ScriptApplication *application)
+        : m_application(application)
+    {
+    }
+
     SharedPtr<Object> resolve(const QString &objectName, QString *error) override
     {
-        if (Inspector *inspector = Inspector::self())
-            return inspector->findObject(objectName, error);
-        if (error)
-            *error = QStringLiteral("No application was started.");
-        return {};
+        return m_application->object(objectName, 0, error);
     }
 
     bool allowsSeveralObjects() const override { return false; }
+
+private:
+    const ScriptApplication *m_application;
 };
 
 VerificationOptions optionsOf(const QVariantMap &values)
 {
+    const struct
+    {
+        VerificationOptions::Flag flag;
+        QLatin1String name;
+    } flags[] = {
+        {VerificationOptions::SilentVerification, QLatin1String("silent")},
+        {VerificationOptions::StopOnFail, QLatin1String("stopOnFail")},
+        {VerificationOptions::ScreenshotOnPass, QLatin1String("screenshotOnPass")},
+        {VerificationOptions::ScreenshotOnFail, QLatin1String("screenshotOnFail")},
+        {VerificationOptions::ScreenshotOnWarning, QLatin1String("screenshotOnWarning")},
+        {VerificationOptions::ScreenshotOnError, QLatin1String("screenshotOnError")},
+    };
     VerificationOptions options;
-    options.setFlag(VerificationOptions::SilentVerification,
-                    values.value(QStringLiteral("silent")).toBool());
-    options.setFlag(VerificationOptions::StopOnFail,
-                    values.value(QStringLiteral("stopOnFail")).toBool());
+    for (const auto &row : flags)
+        options.setFlag(row.flag, values.value(row.name).toBool());
     options.setRetryDuration(values.value(QStringLiteral("retry")).toInt());
     // A widget can be asked for its picture at any time, so that nothing has to be waited for.
     options.setScreenshotDelay(values.value(QStringLiteral("delay")).toInt());
@@ -43,9 +57,11 @@ VerificationOptions optionsOf(const QVariantMap &values)
 
 } // namespace
 
-ScriptVerification::ScriptVerification(ScriptEngine *engine, TestResult *result,
-                                       const ScriptRunner &runner, const QStringList &searchDirs)
+ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplication *application,
+                                       TestResult *result, const ScriptRunner &runner,
+                                       const QStringList &searchDirs)
     : m_engine(engine)
+    , m_application(application)
     , m_result(result)
     , m_runner(runner)
     , m_searchDirs(searchDirs)
@@ -57,7 +73,7 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
 {
     const auto *data = qobject_cast<const ScriptData *>(table);
     const std::vector<LineInfo> stack = m_engine->currentStack();
-    LiveResolver resolver;
+    LiveResolver resolver(m_application);
     const int failuresBefore = m_result->failureCount();
     const VPResult outcome = TestVP(name, pointPath(name))
                                  .verify(m_result, stack, &m_runner, QString(), &resolver,

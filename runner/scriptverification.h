@@ -12,6 +12,7 @@
 
 namespace Morvex {
 
+class ScriptApplication;
 class ScriptEngine;
 class VPResult;
 
@@ -22,7 +23,8 @@ class ScriptVerification : public QObject
 
 public:
     /// @p searchDirs are where the directory "points" is looked up. Nothing is owned.
-    ScriptVerification(ScriptEngine *engine, TestResult *result, const ScriptRunner &runner,
+    ScriptVerification(ScriptEngine *engine, const ScriptApplication *application,
+                       TestResult *result, const ScriptRunner &runner,
                        const QStringList &searchDirs);
 
     /// Logs the results and returns whether all were as expected. @p table, a ScriptData, and
@@ -35,6 +37,7 @@ private:
     QString pointPath(const QString &name) const;
 
     ScriptEngine *m_engine;
+    const ScriptApplication *m_application;
     TestResult *m_result;
     ScriptRunner m_runner;
     QStringList m_searchDirs;

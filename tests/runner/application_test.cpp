@@ -2,6 +2,7 @@
 #include "support/runnerprocess.h"
 
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -98,9 +99,20 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {start + "var n = find('name'); application.stop(); n.type('x')",
          "Error: name: the object is gone"},
         {start + "find('name', -1)",
-         "TypeError: a time has to be a number of milliseconds, not -1"},
+         "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not -1 "
+         "(number)"},
         {"check.point('a', {delay: '5'})",
-         "TypeError: a time has to be a number of milliseconds, not 5"},
+         "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not 5 "
+         "(string)"},
+        {"check.point('a', {retry: 2e12})", "to 2147483647, not 2000000000000 (number)"},
+        {"find()", "TypeError: an object has to have a name"},
+        {start + "find('name').get()", "TypeError: a property has to have a name"},
+        {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
+        {start + "find('name').click(5)",
+         "TypeError: click takes nothing or the two whole numbers x and y"},
+        {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
+        {start + "application.stop(); find('name', 0).click()",
+         "Error: the application has been stopped"},
         {"check.point('a', {Retry: 5})", "TypeError: unknown option 'Retry'"},
         {"check.point('a', {record: {}})", "TypeError: option 'record' has to be a record"},
     };
@@ -127,6 +139,43 @@ TEST_F(ApplicationTest, AnApplicationThatCallsExitDoesNotPass)
     runner.addFile("suite.conf", "VERSION = 3\nAUT = " MORVEX_AWKWARD_PLUGIN " exit\n"
                                  "IMPLICITAUTSTART = 1\n");
     EXPECT_EQ(results("check.pass('never');"), (QStringList{message, status}));
+}
+
+TEST_F(ApplicationTest, PropertiesAreNumbersWhateverTheirSize)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                      "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
+                      "w.get('byteNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
+                      "[-5, 200, 5000000000, 6000000000]);"),
+              QStringList("PASS Verification|Got expected '[-5,200,5000000000,6000000000]'."));
+}
+
+TEST_F(ApplicationTest, SettingAPropertyLetsTheApplicationActOnIt)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) + "var w = find('awkward'); w.set('level', 3);\n"
+                                                 "check.equal(w.get('level'), 3);"),
+              QStringList("PASS Verification|Got expected 3."));
+}
+
+TEST_F(ApplicationTest, FoundObjectsAreShownAndComparedByTheirNames)
+{
+    EXPECT_EQ(results("application.start('inventory'); log.info(find('name'), [find('count')]);\n"
+                      "log.info('a ' + find('name')); check.equal(find('name'), find('name'));\n"
+                      "check.equal(find('name'), find('count'));"),
+              (QStringList{"LOG name|[\"count\"]", "LOG a name|",
+                           "PASS Verification|Got expected 'name'.",
+                           "FAIL Verification|Expected 'count', got 'name'."}));
+}
+
+TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
+{
+    const QStringList lines =
+        results(QByteArray(startAwkward) + "\nfunction open() { find('exec').click(); }\nopen();",
+                {"--timeout", "3"});
+    EXPECT_EQ(lines, (QStringList{"WARNING The test case is ended while this call is running|",
+                                  "FATAL Execution error|Execution is terminated due to timeout"}));
+    EXPECT_EQ(RunnerProcess::report(output)[2].left.section(": ", 0, 0),
+              runner.suitePath() + "/tst_s/script.js:2");
 }
 
 TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
@@ -191,6 +240,34 @@ TEST_F(ApplicationTest, LearnedFilesKeepTheOrderOfTheirAttributes)
     EXPECT_NE(learned, attributes);
 }
 
+TEST_F(ApplicationTest, AResultShowsTheDesktopWhenItsOptionAsksForIt)
+{
+    runner.addFile("points/one.xml", statePoint("3 articles"));
+    runner.addFile("points/other.xml", statePoint("other"));
+    runner.addFile("points/missing.xml", statePoint("x").replace("'state'", "'nothing'"));
+    runner.addFile("points/table.xml", tablePoint);
+    const struct
+    {
+        const char *call;
+        const char *option;
+    } rows[] = {{"check.point('one', {%1: true});", "screenshotOnPass"},
+                {"check.point('other', {%1: true});", "screenshotOnFail"},
+                {"check.point('missing', {%1: true});", "screenshotOnError"},
+                {"check.point('table', {%1: true});", "screenshotOnWarning"}};
+    for (const auto &row : rows) {
+        for (const auto &other : rows) {
+            const QString script = QString("application.start('inventory'); ") + row.call;
+            EXPECT_EQ(results(script.arg(other.option).toUtf8(),
+                              {"--resultdir", runner.suitePath() + "/results", "--learn"})
+                          .value(0)
+                          .contains(" (Screenshot in \""),
+                      row.option == other.option)
+                << row.call << other.option;
+            runner.addFile("points/table.xml", tablePoint);
+        }
+    }
+}
+
 TEST_F(ApplicationTest, OptionsOfPointsReachTheVerification)
 {
     runner.addFile("points/counted.xml", statePoint("80 pieces"));
@@ -220,8 +297,13 @@ TEST_F(ApplicationTest, LearningMakesTheNextRunPass)
                                  : lines.join('\n');
     };
     EXPECT_EQ(types(results(script)), "FAIL FAIL");
+    EXPECT_TRUE(
+        output.standardError.startsWith("picture: the stored picture cannot be read as PNG\n"))
+        << output.standardError.constData();
     EXPECT_EQ(types(results(script, {"--learn"})), "WARNING WARNING");
     EXPECT_EQ(output.status, 0);
+    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: "))
+        << output.standardError.constData();
     EXPECT_EQ(types(results(script)), "PASS PASS");
 }
 
@@ -242,6 +324,10 @@ TEST_F(ApplicationTest, SymbolicNamesComeFromTheObjectMapOfTheSuite)
     const QByteArray script = "application.start('inventory');"
                               "check.equal(find(':State').get('text'), '3 articles');";
     EXPECT_EQ(results(script), QStringList("PASS Verification|Got expected '3 articles'."));
+    QFile::remove(runner.suitePath() + "/names");
+    EXPECT_TRUE(results("application.start('inventory'); find(':State', 0).get('text');")
+                    .value(0)
+                    .contains("The file '" + runner.suitePath() + "/names' does not exist."));
     runner.addFile("names", ":State\t{name}\n");
     EXPECT_TRUE(results(script).value(0).startsWith("ERROR Cannot run the test case|"));
 }
