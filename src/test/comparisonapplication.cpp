@@ -41,7 +41,7 @@ QString writeExpected(QTemporaryFile &file, const QImage &image)
         return QStringLiteral("Could not create temporary image (expected) file '%1': %2")
             .arg(file.fileName(), file.errorString());
     QImageWriter writer(&file, QByteArrayLiteral("PNG"));
-    if (!writer.write(image))
+    if (!writer.write(image) || !file.flush())
         return QStringLiteral("Could not write expected image to temporary file '%1': %2")
             .arg(file.fileName(), writer.errorString());
     file.close();

@@ -288,7 +288,7 @@ QString TestVP::logScreenshot(RunnerInterface *runner, TestResult::ResultType ty
     const QImage picture = image.isNull() ? desktopScreenshot() : image;
     if (picture.isNull())
         return QStringLiteral(" (Screenshot taken from the desktop is invalid)");
-    return picture.save(path, "PNG")
+    return saveImage(picture, path, "PNG")
                ? QStringLiteral(" (Screenshot in \"%1\")").arg(path)
                : QStringLiteral(" (Invalid file path \"%1\" or unsupported image format)")
                      .arg(path);
@@ -304,7 +304,7 @@ QString TestVP::grabWindow(const SharedPtr<Object> &object, const QString &fileN
         return error;
     if (image.isNull())
         return QStringLiteral("TestVP::grabWindow: grabObjectScreenshot returned null image.");
-    if (image.save(fileName, format))
+    if (saveImage(image, fileName, format))
         return {};
     // Each argument replaces all instances of the lowest number: both places of the size show the
     // width, that of the file name the height, and that of the format the file name.

@@ -8,6 +8,7 @@
 #include "test/runnerinterface.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace Morvex {
@@ -75,6 +76,13 @@ QString numberedFile(const QString &dir, const QString &stem, const QString &ext
         if (!QFileInfo::exists(path))
             return path;
     }
+}
+
+bool saveImage(const QImage &image, const QString &path, const char *format)
+{
+    QFile file(path);
+    // The image writer does not see what the file still holds back.
+    return file.open(QIODevice::WriteOnly) && image.save(&file, format) && file.flush();
 }
 
 QImage desktopScreenshot()

@@ -1,4 +1,5 @@
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/verification.h"
 
 #include "shared/richimage.h"
@@ -359,6 +360,17 @@ TEST_F(ScreenshotVPTest, ComparisonLeavesNoTemporaryFilesAndSaysWhereItCouldNotW
         outcomeOf(body);
         EXPECT_EQ(QDir(path("tmp")).entryList(QDir::Files), QStringList());
     }
+    {
+        const FileSizeLimit full(10);
+        const QString cut = outcomeOf(body);
+        EXPECT_TRUE(cut.startsWith("ERROR Could not write actual image to temporary file '"))
+            << cut.toStdString();
+    }
+    const QString unwritable =
+        outcomeOf("<Verification object='picture' type='PNG'>-<A/><Algorithm name='crashes'/>"
+                  "</Verification>");
+    EXPECT_TRUE(unwritable.startsWith("ERROR Could not write expected image to temporary file '"))
+        << unwritable.toStdString();
     writeFile(path("blocked"), "a file where the directory should be");
     const EnvironmentGuard temporary("TMPDIR", path("blocked").toUtf8());
     const QString outcome = outcomeOf(body);

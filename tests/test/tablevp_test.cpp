@@ -140,6 +140,18 @@ TEST_F(TableVPTest, LearningReplacesATableThatDiffersAndNoOther)
     }
 }
 
+TEST_F(TableVPTest, LearningWhatWasToFailFailsAndIsSavedUnlessThatEndsIt)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    expectFail = true;
+    for (const bool stopOnFail : {true, false}) {
+        options.setFlag(VerificationOptions::StopOnFail, stopOnFail);
+        EXPECT_EQ(verify(tableType, table(row({"x"}))).summary(), VPResult::SummaryFailed);
+        EXPECT_TRUE(takeResults().first().startsWith("WARNING "));
+        EXPECT_EQ(pointFile().contains(table(row({"x"}))), stopOnFail);
+    }
+}
+
 TEST_F(TableVPTest, ALearnedTableMatchesWhateverItsCellsHold)
 {
     const char *const texts[] = {"   ", "\xc2\xa0",        "\n",  "\t x ", "a\rb",    "a\r\nb",
