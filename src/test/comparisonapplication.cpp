@@ -28,7 +28,7 @@ QString writeActual(QTemporaryFile &file, const QImage &image)
     if (!file.open())
         return QStringLiteral("Could not create temporary image (actual) file '%1': %2")
             .arg(file.fileName(), file.errorString());
-    if (!QImageWriter(&file, QByteArrayLiteral("PNG")).write(image))
+    if (!QImageWriter(&file, QByteArrayLiteral("PNG")).write(image) || !file.flush())
         return QStringLiteral("Could not write actual image to temporary file '%1': %2")
             .arg(file.fileName(), file.errorString());
     file.close();

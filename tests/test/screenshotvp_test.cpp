@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QPainter>
+#include <QRandomGenerator>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -360,17 +361,22 @@ TEST_F(ScreenshotVPTest, ComparisonLeavesNoTemporaryFilesAndSaysWhereItCouldNotW
         outcomeOf(body);
         EXPECT_EQ(QDir(path("tmp")).entryList(QDir::Files), QStringList());
     }
+    const QByteArray withoutPicture = "<Verification object='picture' type='PNG'>-<A/>"
+                                      "<Algorithm name='crashes'/></Verification>";
+    const QString unwritable = outcomeOf(withoutPicture);
+    EXPECT_TRUE(unwritable.startsWith("ERROR Could not write expected image to temporary file '"))
+        << unwritable.toStdString();
+    QImage large = plain({60, 60});
+    QRandomGenerator noise(1);
+    noise.fillRange(reinterpret_cast<quint32 *>(large.bits()), 60 * 60);
+    widget.show(large);
     {
-        const FileSizeLimit full(10);
-        const QString cut = outcomeOf(body);
+        // Room for the file of the verification point alone.
+        const FileSizeLimit full(400);
+        const QString cut = outcomeOf(withoutPicture);
         EXPECT_TRUE(cut.startsWith("ERROR Could not write actual image to temporary file '"))
             << cut.toStdString();
     }
-    const QString unwritable =
-        outcomeOf("<Verification object='picture' type='PNG'>-<A/><Algorithm name='crashes'/>"
-                  "</Verification>");
-    EXPECT_TRUE(unwritable.startsWith("ERROR Could not write expected image to temporary file '"))
-        << unwritable.toStdString();
     writeFile(path("blocked"), "a file where the directory should be");
     const EnvironmentGuard temporary("TMPDIR", path("blocked").toUtf8());
     const QString outcome = outcomeOf(body);
