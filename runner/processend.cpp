@@ -24,9 +24,16 @@ struct
 {
     TestResult *result = nullptr;
     const ScriptEngine *engine = nullptr;
+    pid_t process = 0;
     pthread_t thread = {};
     int wakeUp = -1;
 } watched;
+
+// A process that the application has forked has this state too, but ends for itself.
+bool isForked()
+{
+    return ::getpid() != watched.process;
+}
 
 void log(TestResult::ResultType type, const QString &message)
 {
@@ -37,7 +44,7 @@ void log(TestResult::ResultType type, const QString &message)
 
 void handleExit()
 {
-    if (!watched.result)
+    if (!watched.result || isForked())
         return;
     // The log belongs to the main thread.
     if (::pthread_equal(::pthread_self(), watched.thread))
@@ -48,6 +55,11 @@ void handleExit()
 // The event loop logs and ends the process. A script that doesn't turn it is ended all the same.
 void handleTermination(int)
 {
+    if (isForked()) {
+        ::signal(SIGTERM, SIG_DFL);
+        ::raise(SIGTERM);
+        return;
+    }
     ::signal(SIGALRM, SIG_DFL);
     ::alarm(graceSeconds);
     const quint64 one = 1;
@@ -65,7 +77,8 @@ void terminate()
 
 ProcessEndWatch::ProcessEndWatch(TestResult *result, const ScriptEngine &engine)
 {
-    watched = {result, &engine, ::pthread_self(), ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    watched = {result, &engine, ::getpid(), ::pthread_self(),
+               ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     std::atexit(handleExit);
     std::at_quick_exit(handleExit);
     if (watched.wakeUp < 0)

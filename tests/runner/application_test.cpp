@@ -141,6 +141,12 @@ TEST_F(ApplicationTest, AnApplicationThatCallsExitDoesNotPass)
     EXPECT_EQ(results("check.pass('never');"), (QStringList{message, status}));
 }
 
+TEST_F(ApplicationTest, ProcessesOfTheApplicationMayEnd)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) + "find('fork').click(); check.pass('after');"),
+              QStringList("PASS after|"));
+}
+
 TEST_F(ApplicationTest, PropertiesAreNumbersWhateverTheirSize)
 {
     EXPECT_EQ(results(QByteArray(startAwkward) +

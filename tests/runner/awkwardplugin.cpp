@@ -5,8 +5,11 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
 
 AwkwardWindow::AwkwardWindow()
 {
@@ -14,6 +17,7 @@ AwkwardWindow::AwkwardWindow()
     auto *layout = new QVBoxLayout(this);
     setLayout(layout);
     addButton("exit", &AwkwardWindow::exitAtOnce);
+    addButton("fork", &AwkwardWindow::forkAndEnd);
     addButton("print", &AwkwardWindow::printLine);
     addButton("exec", &AwkwardWindow::execDialog);
 }
@@ -34,6 +38,19 @@ void AwkwardWindow::addButton(const char *name, void (AwkwardWindow::*action)())
 void AwkwardWindow::exitAtOnce()
 {
     std::exit(0);
+}
+
+// One child ends itself, the other one is ended.
+void AwkwardWindow::forkAndEnd()
+{
+    if (::fork() == 0)
+        std::exit(0);
+    const pid_t child = ::fork();
+    while (child == 0)
+        ::pause();
+    ::kill(child, SIGTERM);
+    while (::wait(nullptr) > 0) {
+    }
 }
 
 void AwkwardWindow::printLine()

@@ -31,6 +31,7 @@ public:
 private:
     void addButton(const char *name, void (AwkwardWindow::*action)());
     void exitAtOnce();
+    void forkAndEnd();
     void printLine();
     void execDialog();
 
