@@ -29,8 +29,11 @@ FileLock::FileLock(const QString &path, int waitMilliseconds)
 {
     QElapsedTimer timer;
     timer.start();
-    while (!tryLock() && m_isHeldElsewhere && !timer.hasExpired(waitMilliseconds))
+    tryLock();
+    while (m_isHeldElsewhere && !timer.hasExpired(waitMilliseconds)) {
         QThread::msleep(pauseMilliseconds);
+        tryLock();
+    }
 }
 
 FileLock::~FileLock()
@@ -39,11 +42,10 @@ FileLock::~FileLock()
         ::close(m_descriptor);
 }
 
-bool FileLock::tryLock()
+void FileLock::tryLock()
 {
-    const bool isLocked = m_descriptor >= 0 && ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
-    m_isHeldElsewhere = !isLocked && m_descriptor >= 0 && errno == EWOULDBLOCK;
-    return isLocked;
+    m_isHeld = m_descriptor >= 0 && ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+    m_isHeldElsewhere = !m_isHeld && m_descriptor >= 0 && errno == EWOULDBLOCK;
 }
 
 } // namespace Morvex

@@ -19,14 +19,16 @@ public:
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
-    /// False when there is no knowing: the file can't be created or opened, or its file system has
-    /// no locks.
+    bool isHeld() const { return m_isHeld; }
+    /// Neither is true when there is no knowing: the file can't be created or opened, or its file
+    /// system has no locks.
     bool isHeldElsewhere() const { return m_isHeldElsewhere; }
 
 private:
-    bool tryLock();
+    void tryLock();
 
     int m_descriptor;
+    bool m_isHeld = false;
     bool m_isHeldElsewhere = false;
 };
 

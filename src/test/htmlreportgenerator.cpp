@@ -11,11 +11,15 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <cstdio>
 
 namespace Morvex {
 namespace {
+
+// The pages are copied in a moment.
+const int lockWaitMilliseconds = 3000;
 
 QString templateDirectory()
 {
@@ -36,15 +40,20 @@ QString fillReport(const QString &directory)
     return {};
 }
 
+// Whether a directory is one that a run has made for its pages, and not a person.
+bool isUnfinished(const QString &name, const QString &prefix)
+{
+    static const QRegularExpression number(QStringLiteral("\\A[0-9a-f]{1,8}\\z"));
+    return name.startsWith(prefix) && number.match(name.mid(prefix.size())).hasMatch();
+}
+
 // What runs have left that were killed while they made the report.
 void removeUnfinished(const QDir &parent, const QString &prefix)
 {
-    const QStringList names =
-        parent.entryList({prefix + QLatin1Char('*')}, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
+    const QStringList names = parent.entryList(QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
     for (const QString &name : names) {
-        const QString path = parent.filePath(name);
-        if (!FileLock(path).isHeldElsewhere())
-            removeDirRecursively(path);
+        if (isUnfinished(name, prefix))
+            removeDirRecursively(parent.filePath(name));
     }
 }
 
@@ -57,11 +66,15 @@ QString makeReport(const QDir &dir)
     const QString error = QStringLiteral("Could not create directory '%1'").arg(dir.path());
     if (!info.dir().mkpath(QStringLiteral(".")))
         return error;
-    removeUnfinished(info.dir(), prefix);
+    // One run after the other: what is unfinished now stays so.
+    const FileLock lock(info.dir().path(), lockWaitMilliseconds);
+    if (dir.exists())
+        return {};
+    if (lock.isHeld())
+        removeUnfinished(info.dir(), prefix);
     TemporaryDir unfinished(info.dir().filePath(prefix));
     if (!unfinished.isValid())
         return error;
-    const FileLock isMade(unfinished.path());
     const QString fillError = fillReport(unfinished.path());
     if (!fillError.isEmpty())
         return fillError;

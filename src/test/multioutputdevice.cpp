@@ -1,5 +1,7 @@
 #include "test/multioutputdevice.h"
 
+#include "test/openreportfile.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -46,6 +48,7 @@ void MultiOutputDevice::dropFailedDevice(QIODevice *device)
     std::fputs(qUtf8Printable(
                    QStringLiteral("Error writing output file: %1\n").arg(device->errorString())),
                stderr);
+    noteIncompleteReport();
     m_written.remove(device);
     delete device;
 }

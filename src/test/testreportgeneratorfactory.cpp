@@ -38,15 +38,17 @@ struct Arguments
     QString *resultDir;
 };
 
-// What the path of a report names.
-enum class Target { Nothing, File, Directory };
+// As many as the system follows.
+const int maxLinks = 40;
 
 // One row a keyword: all that the system knows of a format beside its own file pair.
 struct KeywordRow
 {
     QLatin1String name;
     QLatin1String description;
-    Target target;
+    // The file that the format writes in the directory that its path names; empty when the path
+    // names the file, null when the format writes none.
+    const char *file;
     Result (*create)(const Arguments &, int version);
     int version;
 };
@@ -120,69 +122,69 @@ Result createXls(const Arguments &arguments, int)
 }
 
 const KeywordRow keywordTable[] = {
-    {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"),
-     Target::File, createStdout, 0},
-    {QLatin1String("null"), QLatin1String("no report, only the exit status"), Target::Nothing,
-     createNull, 0},
-    {QLatin1String("xml3"), QLatin1String("directory with results.xml, version 3.0"),
-     Target::Directory, createXml3, 0},
+    {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"), "",
+     createStdout, 0},
+    {QLatin1String("null"), QLatin1String("no report, only the exit status"), nullptr, createNull,
+     0},
+    {QLatin1String("xml3"), QLatin1String("directory with results.xml, version 3.0"), "results.xml",
+     createXml3, 0},
     {QLatin1String("xml3.1"),
      QLatin1String("directory with results.xml, version 3.1, with visual verifications"),
-     Target::Directory, createXml3, 1},
+     "results.xml", createXml3, 1},
     {QLatin1String("xml3.2"),
-     QLatin1String("directory with results.xml, version 3.2, with retries"), Target::Directory,
+     QLatin1String("directory with results.xml, version 3.2, with retries"), "results.xml",
      createXml3, 2},
     {QLatin1String("xml3.3"),
-     QLatin1String("directory with results.xml, version 3.3, with call stacks"), Target::Directory,
+     QLatin1String("directory with results.xml, version 3.3, with call stacks"), "results.xml",
      createXml3, 3},
     {QLatin1String("xml3.4"),
-     QLatin1String("directory with results.xml, version 3.4, with the user name"),
-     Target::Directory, createXml3, 4},
+     QLatin1String("directory with results.xml, version 3.4, with the user name"), "results.xml",
+     createXml3, 4},
     {QLatin1String("xml3.5"),
      QLatin1String("directory with results.xml, version 3.5, with milliseconds and videos"),
-     Target::Directory, createXml3, 5},
-    {QLatin1String("zipxml3"), QLatin1String("the directory of xml3 as one zip file"), Target::File,
+     "results.xml", createXml3, 5},
+    {QLatin1String("zipxml3"), QLatin1String("the directory of xml3 as one zip file"), "",
      createZipXml3, 0},
-    {QLatin1String("zipxml3.1"), QLatin1String("the directory of xml3.1 as one zip file"),
-     Target::File, createZipXml3, 1},
-    {QLatin1String("zipxml3.2"), QLatin1String("the directory of xml3.2 as one zip file"),
-     Target::File, createZipXml3, 2},
-    {QLatin1String("zipxml3.3"), QLatin1String("the directory of xml3.3 as one zip file"),
-     Target::File, createZipXml3, 3},
-    {QLatin1String("zipxml3.4"), QLatin1String("the directory of xml3.4 as one zip file"),
-     Target::File, createZipXml3, 4},
-    {QLatin1String("zipxml3.5"), QLatin1String("the directory of xml3.5 as one zip file"),
-     Target::File, createZipXml3, 5},
+    {QLatin1String("zipxml3.1"), QLatin1String("the directory of xml3.1 as one zip file"), "",
+     createZipXml3, 1},
+    {QLatin1String("zipxml3.2"), QLatin1String("the directory of xml3.2 as one zip file"), "",
+     createZipXml3, 2},
+    {QLatin1String("zipxml3.3"), QLatin1String("the directory of xml3.3 as one zip file"), "",
+     createZipXml3, 3},
+    {QLatin1String("zipxml3.4"), QLatin1String("the directory of xml3.4 as one zip file"), "",
+     createZipXml3, 4},
+    {QLatin1String("zipxml3.5"), QLatin1String("the directory of xml3.5 as one zip file"), "",
+     createZipXml3, 5},
     {QLatin1String("json"), QLatin1String("directory with results.json, version 1.0"),
-     Target::Directory, createJson, JsonReportGenerator::Version1_0},
+     "results.json", createJson, JsonReportGenerator::Version1_0},
     {QLatin1String("json1.1"), QLatin1String("directory with results.json, version 1.1"),
-     Target::Directory, createJson, JsonReportGenerator::Version1_1},
+     "results.json", createJson, JsonReportGenerator::Version1_1},
     {QLatin1String("json1.2"),
-     QLatin1String("directory with results.json, version 1.2, with retries"), Target::Directory,
+     QLatin1String("directory with results.json, version 1.2, with retries"), "results.json",
      createJson, JsonReportGenerator::Version1_2},
     {QLatin1String("html"),
-     QLatin1String("directory with pages for a browser; each run adds to it"), Target::Directory,
+     QLatin1String("directory with pages for a browser; each run adds to it"), "data/results-v1.js",
      createHtml, 0},
     {QLatin1String("junit"),
-     QLatin1String("JUnit file: a test case for each test case and section, with its log"),
-     Target::File, createJUnit, 0},
-    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"),
-     Target::File, createXml, 0},
+     QLatin1String("JUnit file: a test case for each test case and section, with its log"), "",
+     createJUnit, 0},
+    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"), "",
+     createXml, 0},
     {QLatin1String("xmlIncremental"),
-     QLatin1String("flat XML log that grows with the run, never on top of another"), Target::File,
+     QLatin1String("flat XML log that grows with the run, never on top of another"), "",
      createXmlIncremental, 0},
-    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), Target::File,
-     createXml2, 0},
+    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), "", createXml2,
+     0},
     {QLatin1String("xml2.1"),
-     QLatin1String("xml2 with kinds of verifications and details of failed ones"), Target::File,
-     createXml2, 1},
-    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), Target::File,
+     QLatin1String("xml2 with kinds of verifications and details of failed ones"), "", createXml2,
+     1},
+    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), "",
      createXml2, 2},
-    {QLatin1String("xmljunit"), QLatin1String("JUnit file: a test case for each result"),
-     Target::File, createXmlJUnit, 0},
-    {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"),
-     Target::File, createXls, 0},
-    {QLatin1String("raw"), QLatin1String(""), Target::File, createRaw, 0},
+    {QLatin1String("xmljunit"), QLatin1String("JUnit file: a test case for each result"), "",
+     createXmlJUnit, 0},
+    {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"), "",
+     createXls, 0},
+    {QLatin1String("raw"), QLatin1String(""), "", createRaw, 0},
 };
 
 // Null for a name that no format has.
@@ -194,16 +196,18 @@ const KeywordRow *rowOf(const QString &name)
 }
 
 // The same for all ways to name a file, whether it exists or not.
-QString identityOf(const QString &path)
+QString identityOf(const QString &path, int links = 0)
 {
     const QFileInfo file(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
     if (file.exists())
         return file.canonicalFilePath();
+    if (file.isSymLink() && links < maxLinks)
+        return identityOf(file.symLinkTarget(), links + 1);
     const QString directory = QFileInfo(file.path()).canonicalFilePath();
     return directory.isEmpty() ? file.filePath() : directory + QLatin1Char('/') + file.fileName();
 }
 
-// Two reports in one file would destroy each other. Of directories there is only one in a run.
+// Two reports in one file would destroy each other.
 QString sharedFileError(const QString &path, QStringList &usedPaths)
 {
     if (path.isEmpty() || path.startsWith(QLatin1String("/dev/")))
@@ -215,13 +219,24 @@ QString sharedFileError(const QString &path, QStringList &usedPaths)
     return {};
 }
 
+QString sharedFileError(const KeywordRow &row, const Arguments &arguments, QStringList &usedPaths)
+{
+    if (!row.file)
+        return {};
+    if (!*row.file)
+        return sharedFileError(arguments.path, usedPaths);
+    // The format itself refuses a second directory, or none.
+    if (!arguments.resultDir->isEmpty() || arguments.path.isEmpty())
+        return {};
+    return sharedFileError(arguments.path + QLatin1Char('/') + QLatin1String(row.file), usedPaths);
+}
+
 Result createByName(const QString &name, const Arguments &arguments, QStringList &usedPaths)
 {
     const KeywordRow *row = rowOf(name);
     if (!row)
         return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
-    const QString error =
-        row->target == Target::File ? sharedFileError(arguments.path, usedPaths) : QString();
+    const QString error = sharedFileError(*row, arguments, usedPaths);
     return error.isEmpty() ? row->create(arguments, row->version) : Result{nullptr, error};
 }
 

@@ -29,10 +29,20 @@ QTextCodec *declaredCodec(const QByteArray &xml)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
+// By the byte order mark, or by the zero beside the first character of markup.
+QTextCodec *codecOfFirstBytes(const QByteArray &xml)
+{
+    if (xml.startsWith(QByteArray("<\0", 2)))
+        return QTextCodec::codecForName("UTF-16LE");
+    if (xml.startsWith(QByteArray("\0<", 2)))
+        return QTextCodec::codecForName("UTF-16BE");
+    return QTextCodec::codecForUtfText(xml, nullptr);
+}
+
 QString decoded(const QByteArray &xml)
 {
-    QTextCodec *marked = QTextCodec::codecForUtfText(xml, nullptr);
-    return (marked ? marked : declaredCodec(xml))->toUnicode(xml);
+    QTextCodec *codec = codecOfFirstBytes(xml);
+    return (codec ? codec : declaredCodec(xml))->toUnicode(xml);
 }
 
 QT_WARNING_PUSH

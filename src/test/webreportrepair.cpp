@@ -210,14 +210,18 @@ QString writeError(const QFileDevice &file)
     return QStringLiteral("Could not write '%1': %2").arg(file.fileName(), file.errorString());
 }
 
-// Needs no room for a second copy, and the file stays its owner's. A kill in the middle leaves a
-// file that can be repaired.
-QString replaceTail(const QString &fileName, const WebReportEdit &edit)
+// Needs no room for a second copy, and the file stays its owner's. Takes away only what must change
+// before it adds the rest: a kill between the two leaves the mark of a run that can be repaired.
+QString replaceTail(const QString &fileName, const char *data, const WebReportEdit &edit)
 {
+    const qint64 longest = qMin(edit.end - edit.begin, qint64(edit.text.size()));
+    const auto kept =
+        std::mismatch(edit.text.begin(), edit.text.begin() + longest, data + edit.begin).first -
+        edit.text.begin();
     QFile file(fileName);
     const bool isWritten = file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) &&
-                           file.resize(edit.begin) && file.seek(edit.begin) &&
-                           writeWhole(&file, edit.text.constData(), edit.text.size());
+                           file.resize(edit.begin + kept) && file.seek(edit.begin + kept) &&
+                           writeWhole(&file, edit.text.constData() + kept, edit.text.size() - kept);
     return isWritten ? QString() : writeError(file);
 }
 
@@ -234,7 +238,7 @@ QString save(const QString &fileName, const char *data, qint64 size,
              const std::vector<WebReportEdit> &edits)
 {
     if (edits.size() == 1 && edits.front().end == size)
-        return replaceTail(fileName, edits.front());
+        return replaceTail(fileName, data, edits.front());
     QSaveFile file(fileName);
     bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {

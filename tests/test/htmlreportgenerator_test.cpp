@@ -168,6 +168,35 @@ TEST_F(HtmlReportGeneratorTest, AReportThatWasInterruptedWhileItWasMadeDoesNotBl
     EXPECT_EQ(QDir(dir.path()).entryList({".*.new-*"}, QDir::Dirs | QDir::Hidden), QStringList());
 }
 
+TEST_F(HtmlReportGeneratorTest, RunsThatBeginAtTheSameTimeMakeOneReport)
+{
+    std::vector<pid_t> children;
+    for (int i = 0; i < 8; ++i) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            const TestReportGenerator::Result created = create();
+            const bool isMade = created.generator || created.error.contains("by another process");
+            ::_exit(isMade ? 0 : 1);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = -1;
+        ::waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(QDir(dir.path()).entryList({".*.new-*"}, QDir::Dirs | QDir::Hidden), QStringList());
+    EXPECT_EQ(readFile(report + "/index.html"), "page");
+}
+
+TEST_F(HtmlReportGeneratorTest, ADirectoryOfAPersonIsNotTakenForALeftover)
+{
+    writeFile(dir.filePath(QFileInfo(report).fileName().prepend('.') + ".new-backup/x"), "x");
+    run(runOfMessages({}));
+    EXPECT_EQ(QDir(dir.path()).entryList({".*.new-*"}, QDir::Dirs | QDir::Hidden).size(), 1);
+}
+
 TEST_F(HtmlReportGeneratorTest, ADirectoryThatIsNoReportIsLeftAlone)
 {
     writeFile(report + "/precious", "x");

@@ -86,6 +86,21 @@ TEST_F(ResultDirectoryTest, NoTwoFormatsOfOneRunHaveADirectoryOfTheirOwn)
     }
 }
 
+TEST_F(ResultDirectoryTest, NoFormatWritesIntoTheFileOfAnother)
+{
+    QFile::link(dir.filePath("none.xml"), dir.filePath("link.xml"));
+    const QString rows[][2] = {
+        {"xml3,%1/d", "xml,%1/d/results.xml"},
+        {"xml,%1/e/results.json", "json,%1/e"},
+        {"xml,%1/link.xml", "junit,%1/none.xml"},
+        {"xml,%1/f.xml", "junit,%1/x/../f.xml"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_FALSE(create({row[0].arg(dir.path()), row[1].arg(dir.path())}));
+        EXPECT_TRUE(error.contains("Another report is written to")) << qPrintable(error);
+    }
+}
+
 TEST_F(ResultDirectoryTest, AMissingPathIsAnError)
 {
     for (const Format &format : formats) {

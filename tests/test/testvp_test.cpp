@@ -116,6 +116,7 @@ TEST_F(TestVPTest, AFileIsReadInTheEncodingItCameIn)
         "\xef\xbb\xbf" + root.toUtf8(),
         QTextCodec::codecForName("UTF-16")->fromUnicode(root),
         QTextCodec::codecForName("UTF-16")->fromUnicode(declaration.arg("UTF-16") + root),
+        QTextCodec::codecForName("UTF-16BE")->fromUnicode(declaration.arg("UTF-16") + root).mid(2),
         (declaration.arg("ISO-8859-1") + root).toLatin1(),
         (declaration.arg("unheard-of") + root).toUtf8(),
     };

@@ -296,6 +296,23 @@ TEST(WebReportRepairTest, ARepairThatWasKilledCanBeRepeated)
         EXPECT_EQ(repaired(whole.chopped(cut)).count("\"ended\":false"), 1) << cut;
 }
 
+TEST(WebReportRepairTest, ALostRunStaysVisibleWhenItsRepairIsKilled)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    for (const char *tail : {"data.push( {\"vers", "data.push( {\"version\":{\"major\":7"}) {
+        const QByteArray data = dataFileOf(1) + tail;
+        writeFile(fileName, data);
+        // There is no room for a byte more, as after a kill in front of the first one.
+        {
+            const FileSizeLimit limit(data.size());
+            EXPECT_FALSE(repairWebReport(dir.path()).error.isEmpty());
+        }
+        EXPECT_EQ(repairWebReport(dir.path()).error, QString());
+        EXPECT_EQ(readFile(fileName), repaired(data));
+    }
+}
+
 TEST(WebReportRepairTest, AClosedTailLeavesTheFileItsPlaceAndOwner)
 {
     const QTemporaryDir dir;
