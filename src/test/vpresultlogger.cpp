@@ -133,6 +133,7 @@ void VPResultLogger::completeDetails()
     if (m_incomplete)
         m_incomplete->details += details;
     m_makeDetails = nullptr;
+    m_incomplete = SharedPtr<VPTempEntry>();
 }
 
 void VPResultLogger::processResults()
