@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QRandomGenerator>
 
 #include <clocale>
@@ -94,6 +95,8 @@ int run(const RunnerOptions &options)
 int main(int argc, char **argv)
 {
     std::setlocale(LC_ALL, "");
+    // Else the attributes in learned files would change their places from run to run.
+    qSetGlobalQHashSeed(0);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QString::fromLocal8Bit(argv[i]);

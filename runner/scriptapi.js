@@ -10,6 +10,8 @@
 
     // The parts of a structure that JSON would hide.
     function shownParts(value) {
+        if (value instanceof FoundObject)
+            return value.name;
         switch (tagOf(value)) {
         case "[object Map]":
             return "Map " + JSON.stringify(Array.from(value.entries()));
@@ -114,8 +116,16 @@
         if (value === undefined)
             return otherwise;
         if (!isInt32(value) || value < 0)
-            throw new TypeError("a time has to be a number of milliseconds, not " + show(value));
+            throw new TypeError("a time has to be a whole number of milliseconds from 0 to 2147483647, not "
+                                + show(value) + " (" + typeof value + ")");
         return value;
+    }
+
+    // Where an empty text would be taken for something that was asked for.
+    function name(value, what) {
+        if (text(value) === "")
+            throw new TypeError(what + " has to have a name");
+        return text(value);
     }
 
     function message(value) {
@@ -167,19 +177,18 @@
         fail: function (title, details) {
             native.check(false, message(title), text(details), false);
         },
-        point: function (name, options) {
-            var known = knownOptions(options, ["delay", "expectFail", "record", "retry", "silent",
-                                               "stopOnFail"]);
+        point: function (file, options) {
+            var flags = ["expectFail", "silent", "stopOnFail", "screenshotOnPass", "screenshotOnFail",
+                         "screenshotOnWarning", "screenshotOnError"];
+            var known = knownOptions(options, flags.concat("delay", "record", "retry"));
             if (known.record !== undefined && !(known.record instanceof DataRecord))
                 throw new TypeError("option 'record' has to be a record of a table of data.open");
             var record = known.record ? known.record.source : {table: null, row: -1};
-            return verification.verify(text(name), {
-                delay: milliseconds(known.delay, 0),
-                expectFail: Boolean(known.expectFail),
-                retry: milliseconds(known.retry, 0),
-                silent: Boolean(known.silent),
-                stopOnFail: Boolean(known.stopOnFail)
-            }, record.table, record.row);
+            var checked = {delay: milliseconds(known.delay, 0), retry: milliseconds(known.retry, 0)};
+            flags.forEach(function (flag) {
+                checked[flag] = Boolean(known[flag]);
+            });
+            return verification.verify(text(file), checked, record.table, record.row);
         }
     };
 
@@ -195,26 +204,41 @@
         }
     };
 
-    function FoundObject(object) {
-        this.get = function (property) {
-            return object.get(text(property));
-        };
-        this.set = function (property, value) {
-            object.set(text(property), value);
-        };
-        this.click = function (x, y) {
-            object.click(x, y);
-        };
-        this.type = function (keys) {
-            object.type(text(keys));
-        };
-        this.exists = function () {
-            return object.exists();
-        };
+    // Two are the same when they were found by the same name.
+    function FoundObject(name, object) {
+        this.name = name;
+        Object.defineProperty(this, "source", {value: object});
     }
 
-    global.find = function (name, timeout) {
-        return new FoundObject(application.find(text(name), milliseconds(timeout, 10000)));
+    FoundObject.prototype = {
+        get: function (property) {
+            return this.source.get(name(property, "a property"));
+        },
+        set: function (property, value) {
+            this.source.set(name(property, "a property"), value);
+        },
+        click: function (x, y) {
+            if (arguments.length !== 0 && !(isInt32(x) && isInt32(y)))
+                throw new TypeError("click takes nothing or the two whole numbers x and y");
+            this.source.click(x, y);
+        },
+        type: function (keys) {
+            this.source.type(text(keys));
+        },
+        exists: function () {
+            return this.source.exists();
+        },
+        toString: function () {
+            return this.name;
+        },
+        toJSON: function () {
+            return this.name;
+        }
+    };
+
+    global.find = function (objectName, timeout) {
+        var wanted = name(objectName, "an object");
+        return new FoundObject(wanted, application.find(wanted, milliseconds(timeout, 10000)));
     };
 
     global.startSection = function (title, description) {

@@ -27,6 +27,11 @@ ScriptApplication::~ScriptApplication()
 
 QString ScriptApplication::loadObjectMap(const QString &fileName)
 {
+    // A suite names the file of its map also when it has none.
+    if (!QFileInfo::exists(fileName)) {
+        m_missingObjectMap = fileName;
+        return {};
+    }
     const QString error = m_objectMap.load(fileName);
     ObjectMap::install(&m_objectMap);
     return error;
@@ -70,10 +75,30 @@ void ScriptApplication::stop()
 
 QObject *ScriptApplication::find(const QString &name, int timeout)
 {
-    QString error = QStringLiteral("no application was started");
-    const SharedPtr<Object> object =
-        m_running ? m_inspector->waitForObject(name, timeout, &error) : SharedPtr<Object>();
-    return new ScriptObject(name, object, error);
+    QString error;
+    const SharedPtr<Object> found = object(name, timeout, &error);
+    return new ScriptObject(name, found, error);
+}
+
+SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
+{
+    QString reason = obstacle();
+    const SharedPtr<Object> found =
+        reason.isEmpty() ? m_inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
+    if (!found && m_running && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
+        reason += QStringLiteral(" The file '%1' does not exist.").arg(m_missingObjectMap);
+    if (error)
+        *error = reason;
+    return found;
+}
+
+// Why nothing can be found; empty while an application runs.
+QString ScriptApplication::obstacle() const
+{
+    if (m_running)
+        return {};
+    return m_inspector ? QStringLiteral("the application has been stopped")
+                       : QStringLiteral("no application was started");
 }
 
 QString ScriptApplication::pluginPath(const QString &name) const

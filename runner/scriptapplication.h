@@ -1,5 +1,6 @@
 #pragma once
 
+#include "objectmodel/object.h"
 #include "objectmodel/objectmap.h"
 
 #include <QObject>
@@ -24,9 +25,13 @@ public:
     explicit ScriptApplication(const QStringList &searchDirs);
     ~ScriptApplication() override;
 
-    /// Names that begin with ":" are looked up in this file. Returns an error text, empty on
-    /// success.
+    /// Names that begin with ":" are looked up in this file; without it, errors about such names
+    /// say so. Returns an error text, empty on success.
     QString loadObjectMap(const QString &fileName);
+
+    /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
+    /// error, which may be null, then says why.
+    SharedPtr<Object> object(const QString &name, int timeout, QString *error) const;
 
     /// A name and arguments. The name is the path of a plugin or that of one of the installation.
     /// Returns an error text, empty on success.
@@ -39,9 +44,12 @@ public:
 
 private:
     QString pluginPath(const QString &name) const;
+    QString obstacle() const;
 
     QStringList m_searchDirs;
     ObjectMap m_objectMap;
+    // Empty when it was read or none was named.
+    QString m_missingObjectMap;
     std::unique_ptr<QtInspector> m_inspector;
     ApplicationPlugin *m_running = nullptr;
 };

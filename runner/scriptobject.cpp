@@ -3,6 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
+#include "objectmodel/qt/turneventloop.h"
 
 #include <QJSEngine>
 #include <QMetaType>
@@ -18,6 +19,15 @@ QVariant scriptValue(const Object &object)
     case QMetaType::Int:
         // The text of an enumerator says more than its number.
         return value.toString() == object.valueText() ? value : QVariant(object.valueText());
+    // What the engine does not know as numbers.
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::UChar:
+    case QMetaType::SChar:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::ULongLong:
+        return value.toDouble();
     case QMetaType::Bool:
     case QMetaType::Double:
     case QMetaType::Float:
@@ -56,7 +66,9 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
     const Property *property = ownerClass ? ownerClass->property(last) : nullptr;
     const QString error = property ? property->set(owner, value.toVariant())
                                    : QStringLiteral("there is no property '%1'").arg(last);
-    if (!error.isEmpty())
+    if (error.isEmpty())
+        turnEventLoop(0);
+    else
         fail(error);
 }
 

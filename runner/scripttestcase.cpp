@@ -1,5 +1,6 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/processend.h"
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptverification.h"
@@ -67,8 +68,7 @@ void ScriptTestCase::addError(const QString &path, const QString &details)
 // Returns an error text, empty on success.
 QString ScriptTestCase::prepare(ScriptApplication *application) const
 {
-    // A suite names the file of its map also when it has none.
-    if (QFile::exists(m_options.objectMap)) {
+    if (!m_options.objectMap.isEmpty()) {
         const QString error = application->loadObjectMap(m_options.objectMap);
         if (!error.isEmpty())
             return error;
@@ -79,6 +79,7 @@ QString ScriptTestCase::prepare(ScriptApplication *application) const
 void ScriptTestCase::runScript(const QString &path, const QString &program)
 {
     ScriptEngine engine;
+    const ProcessEndWatch processEndWatch(result(), engine);
     const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
     ScriptApplication application(searchDirs);
     const QString error = prepare(&application);
@@ -86,7 +87,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
         addError(path, error);
         return;
     }
-    ScriptVerification verification(&engine, result(),
+    ScriptVerification verification(&engine, &application, result(),
                                     ScriptRunner(result(), path, m_options.resultDir), searchDirs);
     ScriptApi api(&engine,
                   {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,

@@ -1,8 +1,9 @@
 #include "runner/scriptverification.h"
 
-#include "objectmodel/inspector.h"
+#include "runner/scriptapplication.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
+#include "shared/clock.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/testvp.h"
 
@@ -15,25 +16,39 @@ namespace {
 class LiveResolver : public ObjectNameResolverInterface
 {
 public:
+    explicit LiveResolver(const ScriptApplication *application)
+        : m_application(application)
+    {
+    }
+
     SharedPtr<Object> resolve(const QString &objectName, QString *error) override
     {
-        if (Inspector *inspector = Inspector::self())
-            return inspector->findObject(objectName, error);
-        if (error)
-            *error = QStringLiteral("No application was started.");
-        return {};
+        return m_application->object(objectName, 0, error);
     }
 
     bool allowsSeveralObjects() const override { return false; }
+
+private:
+    const ScriptApplication *m_application;
 };
 
 VerificationOptions optionsOf(const QVariantMap &values)
 {
+    const struct
+    {
+        VerificationOptions::Flag flag;
+        QLatin1String name;
+    } flags[] = {
+        {VerificationOptions::SilentVerification, QLatin1String("silent")},
+        {VerificationOptions::StopOnFail, QLatin1String("stopOnFail")},
+        {VerificationOptions::ScreenshotOnPass, QLatin1String("screenshotOnPass")},
+        {VerificationOptions::ScreenshotOnFail, QLatin1String("screenshotOnFail")},
+        {VerificationOptions::ScreenshotOnWarning, QLatin1String("screenshotOnWarning")},
+        {VerificationOptions::ScreenshotOnError, QLatin1String("screenshotOnError")},
+    };
     VerificationOptions options;
-    options.setFlag(VerificationOptions::SilentVerification,
-                    values.value(QStringLiteral("silent")).toBool());
-    options.setFlag(VerificationOptions::StopOnFail,
-                    values.value(QStringLiteral("stopOnFail")).toBool());
+    for (const auto &row : flags)
+        options.setFlag(row.flag, values.value(row.name).toBool());
     options.setRetryDuration(values.value(QStringLiteral("retry")).toInt());
     // A widget can be asked for its picture at any time, so that nothing has to be waited for.
     options.setScreenshotDelay(values.value(QStringLiteral("delay")).toInt());
@@ -42,9 +57,11 @@ VerificationOptions optionsOf(const QVariantMap &values)
 
 } // namespace
 
-ScriptVerification::ScriptVerification(ScriptEngine *engine, TestResult *result,
-                                       const ScriptRunner &runner, const QStringList &searchDirs)
+ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplication *application,
+                                       TestResult *result, const ScriptRunner &runner,
+                                       const QStringList &searchDirs)
     : m_engine(engine)
+    , m_application(application)
     , m_result(result)
     , m_runner(runner)
     , m_searchDirs(searchDirs)
@@ -56,14 +73,35 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
 {
     const auto *data = qobject_cast<const ScriptData *>(table);
     const std::vector<LineInfo> stack = m_engine->currentStack();
-    LiveResolver resolver;
+    LiveResolver resolver(m_application);
+    const int failuresBefore = m_result->failureCount();
     const VPResult outcome = TestVP(name, pointPath(name))
                                  .verify(m_result, stack, &m_runner, QString(), &resolver,
                                          optionsOf(options), data ? data->record(row) : nullptr,
                                          options.value(QStringLiteral("expectFail")).toBool());
     if (outcome.summary() == VPResult::SummaryError)
         m_result->addError(outcome.message(), outcome.details(), stack);
+    else if (!options.value(QStringLiteral("silent")).toBool())
+        addMissingResult(name, outcome, m_result->failureCount() > failuresBefore);
     return outcome.summary() == VPResult::SummaryPassed;
+}
+
+// A report must not look better than what the script is told.
+void ScriptVerification::addMissingResult(const QString &name, const VPResult &outcome,
+                                          bool hasLoggedFailure)
+{
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    if (outcome.summary() == VPResult::SummaryFailed && !hasLoggedFailure)
+        m_result->addError(
+            QStringLiteral("Verification point '%1' failed").arg(name),
+            QStringLiteral("None of its results says so: the file expects what can't be read, "
+                           "which standard error tells, or it was to fail and has learned."),
+            stack);
+    else if (outcome.summary() == VPResult::SummaryPassed && outcome.message().isEmpty())
+        m_result->addResult(currentLocalTime(), TestResult::WARNING,
+                            QStringLiteral("Verification point '%1' checks nothing").arg(name),
+                            QStringLiteral("The file has no element 'Verification'."), stack,
+                            QString(), -1);
 }
 
 QString ScriptVerification::pointPath(const QString &name) const

@@ -12,7 +12,9 @@
 
 namespace Morvex {
 
+class ScriptApplication;
 class ScriptEngine;
+class VPResult;
 
 /// Verification points for scripts.
 class ScriptVerification : public QObject
@@ -21,7 +23,8 @@ class ScriptVerification : public QObject
 
 public:
     /// @p searchDirs are where the directory "points" is looked up. Nothing is owned.
-    ScriptVerification(ScriptEngine *engine, TestResult *result, const ScriptRunner &runner,
+    ScriptVerification(ScriptEngine *engine, const ScriptApplication *application,
+                       TestResult *result, const ScriptRunner &runner,
                        const QStringList &searchDirs);
 
     /// Logs the results and returns whether all were as expected. @p table, a ScriptData, and
@@ -30,9 +33,11 @@ public:
                             int row);
 
 private:
+    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
     QString pointPath(const QString &name) const;
 
     ScriptEngine *m_engine;
+    const ScriptApplication *m_application;
     TestResult *m_result;
     ScriptRunner m_runner;
     QStringList m_searchDirs;

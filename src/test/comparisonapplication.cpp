@@ -28,7 +28,7 @@ QString writeActual(QTemporaryFile &file, const QImage &image)
     if (!file.open())
         return QStringLiteral("Could not create temporary image (actual) file '%1': %2")
             .arg(file.fileName(), file.errorString());
-    if (!QImageWriter(&file, QByteArrayLiteral("PNG")).write(image))
+    if (!QImageWriter(&file, QByteArrayLiteral("PNG")).write(image) || !file.flush())
         return QStringLiteral("Could not write actual image to temporary file '%1': %2")
             .arg(file.fileName(), file.errorString());
     file.close();
@@ -41,7 +41,7 @@ QString writeExpected(QTemporaryFile &file, const QImage &image)
         return QStringLiteral("Could not create temporary image (expected) file '%1': %2")
             .arg(file.fileName(), file.errorString());
     QImageWriter writer(&file, QByteArrayLiteral("PNG"));
-    if (!writer.write(image))
+    if (!writer.write(image) || !file.flush())
         return QStringLiteral("Could not write expected image to temporary file '%1': %2")
             .arg(file.fileName(), writer.errorString());
     file.close();
@@ -51,6 +51,8 @@ QString writeExpected(QTemporaryFile &file, const QImage &image)
 ApplicationComparison run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
+    // One that reads it would wait for ever.
+    process.setStandardInputFile(QProcess::nullDevice());
     process.start(program, arguments);
     if (!process.waitForStarted(-1))
         return notRun(QStringLiteral("Failed to start comparison application '%1': %2")

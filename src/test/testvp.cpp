@@ -11,6 +11,7 @@
 #include <QDomDocument>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QSaveFile>
 #include <QTextStream>
 
@@ -24,6 +25,20 @@ const QLatin1String verificationTag("Verification");
 VPResult fileError(const QString &message, const QString &details)
 {
     return VPResult(VPResult::SummaryError, message, details);
+}
+
+bool isNumber(const QString &text)
+{
+    static const QRegularExpression number(QStringLiteral("\\A[0-9]+\\z"));
+    return number.match(text).hasMatch();
+}
+
+// A number too large for its type is above all versions.
+int versionNumber(const QString &digits)
+{
+    bool fits = false;
+    const int number = digits.toInt(&fits);
+    return fits ? number : maxVersion + 1;
 }
 
 // NO_VP for a type that is not known.
@@ -48,6 +63,26 @@ bool namesSeveralObjects(const QDomElement &root)
             return true;
     }
     return false;
+}
+
+// Returns an error text, empty on success.
+QString saveDocument(const QDomDocument &document, const QString &path)
+{
+    // Not written in place: a crash must not cost the expectation.
+    QSaveFile file(path);
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    document.save(stream, 4, QDomNode::EncodingFromTextStream);
+    stream.flush();
+    // A disk that runs full cuts the last write short, which the file does not take for an error.
+    if (stream.status() != QTextStream::Ok) {
+        file.cancelWriting();
+        return QStringLiteral("not all of it could be written");
+    }
+    return file.commit() ? QString() : file.errorString();
 }
 
 } // namespace
@@ -96,13 +131,17 @@ VPResult TestVP::verify(TestResult *result, const std::vector<LineInfo> &lines,
     if (root.tagName() != rootTag)
         return fileError(QStringLiteral("Verification point file '%1' is malformed.").arg(m_name),
                          QStringLiteral("File does not contain '%1' root element").arg(rootTag));
-    const int version = root.attribute(QStringLiteral("version"), QStringLiteral("1")).toInt();
+    const QString versionText = root.attribute(QStringLiteral("version"), QStringLiteral("1"));
+    if (!isNumber(versionText))
+        return fileError(QStringLiteral("Verification point file '%1' is malformed.").arg(m_name),
+                         QStringLiteral("Version '%1' is not a number").arg(versionText));
+    const int version = versionNumber(versionText);
     if (version > maxVersion)
         return fileError(
             QStringLiteral("Unsupported version in verification point file '%1'.").arg(m_name),
             QStringLiteral(
                 "Verification point version %1 is greater than the maximum supported version %2")
-                .arg(version)
+                .arg(versionText)
                 .arg(maxVersion));
     const bool learn = Environment::getVariable("MORVEX_LEARN_SCREENSHOTS") == "1";
     VPResultLogger logger(result, lines, info, options, runner);
@@ -132,10 +171,11 @@ VPResult TestVP::verifyDocument(Call &call, QDomDocument &document) const
             return VPResult(VPResult::SummaryFailed, call.logger.lastResultMessage(),
                             call.logger.lastResultDetails());
     }
+    const VPResult result(hasFailed ? VPResult::SummaryFailed : VPResult::SummaryPassed,
+                          call.logger.lastResultMessage(), call.logger.lastResultDetails());
     if (call.updated)
-        saveDocument(document);
-    return VPResult(hasFailed ? VPResult::SummaryFailed : VPResult::SummaryPassed,
-                    call.logger.lastResultMessage(), call.logger.lastResultDetails());
+        logFailureToSave(call, type);
+    return result;
 }
 
 bool TestVP::verifyElement(Call &call, QDomElement &element, TestResult::VPType type) const
@@ -179,18 +219,16 @@ bool TestVP::attempt(Call &call, QDomElement &element, TestResult::VPType type) 
     return false;
 }
 
-void TestVP::saveDocument(const QDomDocument &document) const
+// The outcome stays, but the results before say that the file was updated.
+void TestVP::logFailureToSave(Call &call, TestResult::VPType type) const
 {
-    // Not written in place: a crash must not cost the expectation.
-    QSaveFile file(m_file.filePath());
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
+    const QString error = saveDocument(call.document, m_file.filePath());
+    if (error.isEmpty())
         return;
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    document.save(stream, 4, QDomNode::EncodingFromTextStream);
-    stream.flush();
-    file.commit();
+    addResult(&call.logger, TestResult::ERROR,
+              m_name + QStringLiteral(": The Verification Point could not be saved"),
+              QStringLiteral("Could not write '%1': %2").arg(m_file.filePath(), error), type);
+    call.logger.processResults();
 }
 
 void TestVP::addResult(VPResultLogger *logger, TestResult::ResultType type, const QString &message,
@@ -250,7 +288,7 @@ QString TestVP::logScreenshot(RunnerInterface *runner, TestResult::ResultType ty
     const QImage picture = image.isNull() ? desktopScreenshot() : image;
     if (picture.isNull())
         return QStringLiteral(" (Screenshot taken from the desktop is invalid)");
-    return picture.save(path, "PNG")
+    return saveImage(picture, path, "PNG")
                ? QStringLiteral(" (Screenshot in \"%1\")").arg(path)
                : QStringLiteral(" (Invalid file path \"%1\" or unsupported image format)")
                      .arg(path);
@@ -266,9 +304,10 @@ QString TestVP::grabWindow(const SharedPtr<Object> &object, const QString &fileN
         return error;
     if (image.isNull())
         return QStringLiteral("TestVP::grabWindow: grabObjectScreenshot returned null image.");
-    if (image.save(fileName, format))
+    if (saveImage(image, fileName, format))
         return {};
-    // Both places show the width: each argument replaces all instances of the lowest number.
+    // Each argument replaces all instances of the lowest number: both places of the size show the
+    // width, that of the file name the height, and that of the format the file name.
     return QStringLiteral("TestVP::grabWindow: QImage::save() (%1x%1 pixels) with fn = '%2' and "
                           "format = '%3' failed!\n")
         .arg(image.width())

@@ -8,6 +8,7 @@
 #include "test/runnerinterface.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace Morvex {
@@ -77,6 +78,13 @@ QString numberedFile(const QString &dir, const QString &stem, const QString &ext
     }
 }
 
+bool saveImage(const QImage &image, const QString &path, const char *format)
+{
+    QFile file(path);
+    // The image writer does not see what the file still holds back.
+    return file.open(QIODevice::WriteOnly) && image.save(&file, format) && file.flush();
+}
+
 QImage desktopScreenshot()
 {
     QString error;
@@ -111,8 +119,9 @@ QImage grabObjectScreenshot(const SharedPtr<Object> &object, int options, int de
 
 QImage grabObjectPixmap(const SharedPtr<Object> &object, QString *error)
 {
+    Inspector *inspector = Inspector::self();
     const MethodList *method =
-        Inspector::self()->globalClass()->methods(QStringLiteral("grabWidget"));
+        inspector ? inspector->globalClass()->methods(QStringLiteral("grabWidget")) : nullptr;
     SharedPtr<Object> pixmap;
     if (!method || !method->invoke(SharedPtr<Object>(), {object}, &pixmap) || !pixmap)
         return {};

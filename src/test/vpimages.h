@@ -25,6 +25,9 @@ QString typeNameForTestResultType(TestResult::ResultType type);
 /// The first of dir/stem_1.png, dir/stem_2.png and so on that does not exist.
 QString numberedFile(const QString &dir, const QString &stem, const QString &extension);
 
+/// False also when the disk has no room for all of it.
+bool saveImage(const QImage &image, const QString &path, const char *format);
+
 /// Null when there is none.
 QImage desktopScreenshot();
 

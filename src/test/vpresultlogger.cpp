@@ -112,13 +112,33 @@ void VPResultLogger::addResult(const QString &objectName, const FList<TableDiff:
     m_entries.append(SharedPtr<VPTempEntry>(new VPTempDiffEntry(entry, diff)));
 }
 
+void VPResultLogger::deferDetails(const std::function<QString()> &makeDetails)
+{
+    m_makeDetails = makeDetails;
+    m_incomplete = m_entries.isEmpty() ? SharedPtr<VPTempEntry>() : m_entries.constLast();
+}
+
 void VPResultLogger::clearResults()
 {
     m_entries.clear();
+    m_makeDetails = nullptr;
+    m_incomplete = SharedPtr<VPTempEntry>();
+}
+
+void VPResultLogger::completeDetails()
+{
+    if (!m_makeDetails)
+        return;
+    const QString details = m_makeDetails();
+    if (m_incomplete)
+        m_incomplete->details += details;
+    m_makeDetails = nullptr;
+    m_incomplete = SharedPtr<VPTempEntry>();
 }
 
 void VPResultLogger::processResults()
 {
+    completeDetails();
     if (m_entries.isEmpty())
         return;
     start();

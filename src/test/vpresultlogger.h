@@ -8,6 +8,7 @@
 
 #include <QList>
 
+#include <functional>
 #include <vector>
 
 namespace Morvex {
@@ -66,6 +67,10 @@ public:
     void addResult(const QString &objectName, const FList<TableDiff::Element> &diff,
                    const QString &vpName, const QFileInfo &vpFile, bool expectFail);
 
+    /// Makes the rest of the details of the result that was added last, and what it needs, once it
+    /// is clear that it counts; also when the result itself is not logged.
+    void deferDetails(const std::function<QString()> &makeDetails);
+
     void clearResults();
     /// Logs what was added and forgets it.
     void processResults();
@@ -77,6 +82,8 @@ public:
     QString lastResultDetails() const { return m_lastDetails; }
 
 private:
+    void completeDetails();
+
     bool m_started = false;
     TestResult *m_result;
     QDateTime m_time;
@@ -87,6 +94,9 @@ private:
     QString m_lastMessage;
     QString m_lastDetails;
     QList<SharedPtr<VPTempEntry>> m_entries;
+    std::function<QString()> m_makeDetails;
+    // Null when the result is not logged.
+    SharedPtr<VPTempEntry> m_incomplete;
 };
 
 /// The details of a comparison of tables.

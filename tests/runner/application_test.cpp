@@ -2,6 +2,7 @@
 #include "support/runnerprocess.h"
 
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -19,6 +20,8 @@ const char tablePoint[] = "<VerificationPoint version='5' type='Table'>"
 const char picturePoint[] = "<VerificationPoint version='5' type='Screenshot'>"
                             "<Verification object='picture' type='PNG'>-</Verification>"
                             "</VerificationPoint>";
+
+const char startAwkward[] = "application.start('" MORVEX_AWKWARD_PLUGIN "'); ";
 
 QByteArray statePoint(const QByteArray &text, const QByteArray &more = "")
 {
@@ -96,9 +99,20 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {start + "var n = find('name'); application.stop(); n.type('x')",
          "Error: name: the object is gone"},
         {start + "find('name', -1)",
-         "TypeError: a time has to be a number of milliseconds, not -1"},
+         "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not -1 "
+         "(number)"},
         {"check.point('a', {delay: '5'})",
-         "TypeError: a time has to be a number of milliseconds, not 5"},
+         "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not 5 "
+         "(string)"},
+        {"check.point('a', {retry: 2e12})", "to 2147483647, not 2000000000000 (number)"},
+        {"find()", "TypeError: an object has to have a name"},
+        {start + "find('name').get()", "TypeError: a property has to have a name"},
+        {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
+        {start + "find('name').click(5)",
+         "TypeError: click takes nothing or the two whole numbers x and y"},
+        {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
+        {start + "application.stop(); find('name', 0).click()",
+         "Error: the application has been stopped"},
         {"check.point('a', {Retry: 5})", "TypeError: unknown option 'Retry'"},
         {"check.point('a', {record: {}})", "TypeError: option 'record' has to be a record"},
     };
@@ -108,6 +122,66 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         EXPECT_TRUE(lines[0].startsWith("ERROR Script error|")) << lines[0].toStdString();
         EXPECT_TRUE(lines[0].contains(row.error)) << lines[0].toStdString();
     }
+}
+
+TEST_F(ApplicationTest, AnApplicationThatCallsExitDoesNotPass)
+{
+    const QString message = "FATAL The application ended the process|";
+    const QString status =
+        "FATAL Execution error|morvexrunner exited with code 2 when executing tst_s";
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                      "\ncheck.pass('before'); find('exit').click(); check.pass('after');"),
+              (QStringList{"PASS before|", message, status}));
+    EXPECT_EQ(RunnerProcess::report(output)[3].left.section(": ", 0, 0),
+              runner.suitePath() + "/tst_s/script.js:2");
+    EXPECT_EQ(output.status, 1);
+
+    runner.addFile("suite.conf", "VERSION = 3\nAUT = " MORVEX_AWKWARD_PLUGIN " exit\n"
+                                 "IMPLICITAUTSTART = 1\n");
+    EXPECT_EQ(results("check.pass('never');"), (QStringList{message, status}));
+}
+
+TEST_F(ApplicationTest, ProcessesOfTheApplicationMayEnd)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) + "find('fork').click(); check.pass('after');"),
+              QStringList("PASS after|"));
+}
+
+TEST_F(ApplicationTest, PropertiesAreNumbersWhateverTheirSize)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                      "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
+                      "w.get('byteNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
+                      "[-5, 200, 5000000000, 6000000000]);"),
+              QStringList("PASS Verification|Got expected '[-5,200,5000000000,6000000000]'."));
+}
+
+TEST_F(ApplicationTest, SettingAPropertyLetsTheApplicationActOnIt)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) + "var w = find('awkward'); w.set('level', 3);\n"
+                                                 "check.equal(w.get('level'), 3);"),
+              QStringList("PASS Verification|Got expected 3."));
+}
+
+TEST_F(ApplicationTest, FoundObjectsAreShownAndComparedByTheirNames)
+{
+    EXPECT_EQ(results("application.start('inventory'); log.info(find('name'), [find('count')]);\n"
+                      "log.info('a ' + find('name')); check.equal(find('name'), find('name'));\n"
+                      "check.equal(find('name'), find('count'));"),
+              (QStringList{"LOG name|[\"count\"]", "LOG a name|",
+                           "PASS Verification|Got expected 'name'.",
+                           "FAIL Verification|Expected 'count', got 'name'."}));
+}
+
+TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
+{
+    const QStringList lines =
+        results(QByteArray(startAwkward) + "\nfunction open() { find('exec').click(); }\nopen();",
+                {"--timeout", "3"});
+    EXPECT_EQ(lines, (QStringList{"WARNING The test case is ended while this call is running|",
+                                  "FATAL Execution error|Execution is terminated due to timeout"}));
+    EXPECT_EQ(RunnerProcess::report(output)[2].left.section(": ", 0, 0),
+              runner.suitePath() + "/tst_s/script.js:2");
 }
 
 TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
@@ -125,6 +199,79 @@ TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
                            "ERROR Verification point file 'none' cannot be opened.|No such file or "
                            "directory"}));
     EXPECT_EQ(output.status, 1);
+}
+
+TEST_F(ApplicationTest, APointThatChecksNothingSaysSo)
+{
+    runner.addFile("points/broken.xml",
+                   "<VerificationPoint version='5' type='Table'><Verification object='articles'>"
+                   "<tabel/></Verification></VerificationPoint>");
+    runner.addFile("points/misspelt.xml",
+                   "<VerificationPoint version='5' type='Table'><Verfication/>"
+                   "</VerificationPoint>");
+    const QStringList lines =
+        results("application.start('inventory');\n"
+                "check.that(!check.point('broken'), 'returned');\n"
+                "check.that(!check.point('broken', {silent: true}), 'told');\n"
+                "check.point('misspelt');");
+    ASSERT_EQ(lines.size(), 5);
+    EXPECT_TRUE(lines[0].startsWith("PASS Table Comparison of 'articles' passed|"));
+    EXPECT_TRUE(lines[1].startsWith("ERROR Verification point 'broken' failed|"));
+    EXPECT_EQ(lines[2], "PASS returned|The condition holds.");
+    EXPECT_EQ(lines[3], "PASS told|The condition holds.");
+    EXPECT_EQ(lines[4], "WARNING Verification point 'misspelt' checks nothing|The file has no "
+                        "element 'Verification'.");
+}
+
+TEST_F(ApplicationTest, WhatTheApplicationPrintsStaysOutOfTheReport)
+{
+    results(QByteArray(startAwkward) + "find('print').click();");
+    EXPECT_FALSE(output.standardOutput.contains("of the application"));
+    EXPECT_TRUE(output.standardError.contains("of the application\n"));
+}
+
+TEST_F(ApplicationTest, LearnedFilesKeepTheOrderOfTheirAttributes)
+{
+    const QByteArray attributes =
+        QByteArray(tablePoint)
+            .replace("object=", "a='1' b='2' c='3' d='4' e='5' f='6' g='7' h='8' object=");
+    QByteArray learned;
+    for (int run = 0; run < 3; ++run) {
+        runner.addFile("points/table.xml", attributes);
+        results("application.start('inventory'); check.point('table');", {"--learn"});
+        const QByteArray file = readFile(runner.suitePath() + "/points/table.xml");
+        EXPECT_TRUE(learned.isEmpty() || file == learned) << file.constData();
+        learned = file;
+    }
+    EXPECT_NE(learned, attributes);
+}
+
+TEST_F(ApplicationTest, AResultShowsTheDesktopWhenItsOptionAsksForIt)
+{
+    runner.addFile("points/one.xml", statePoint("3 articles"));
+    runner.addFile("points/other.xml", statePoint("other"));
+    runner.addFile("points/missing.xml", statePoint("x").replace("'state'", "'nothing'"));
+    runner.addFile("points/table.xml", tablePoint);
+    const struct
+    {
+        const char *call;
+        const char *option;
+    } rows[] = {{"check.point('one', {%1: true});", "screenshotOnPass"},
+                {"check.point('other', {%1: true});", "screenshotOnFail"},
+                {"check.point('missing', {%1: true});", "screenshotOnError"},
+                {"check.point('table', {%1: true});", "screenshotOnWarning"}};
+    for (const auto &row : rows) {
+        for (const auto &other : rows) {
+            const QString script = QString("application.start('inventory'); ") + row.call;
+            EXPECT_EQ(results(script.arg(other.option).toUtf8(),
+                              {"--resultdir", runner.suitePath() + "/results", "--learn"})
+                          .value(0)
+                          .contains(" (Screenshot in \""),
+                      row.option == other.option)
+                << row.call << other.option;
+            runner.addFile("points/table.xml", tablePoint);
+        }
+    }
 }
 
 TEST_F(ApplicationTest, OptionsOfPointsReachTheVerification)
@@ -156,8 +303,13 @@ TEST_F(ApplicationTest, LearningMakesTheNextRunPass)
                                  : lines.join('\n');
     };
     EXPECT_EQ(types(results(script)), "FAIL FAIL");
+    EXPECT_TRUE(
+        output.standardError.startsWith("picture: the stored picture cannot be read as PNG\n"))
+        << output.standardError.constData();
     EXPECT_EQ(types(results(script, {"--learn"})), "WARNING WARNING");
     EXPECT_EQ(output.status, 0);
+    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: "))
+        << output.standardError.constData();
     EXPECT_EQ(types(results(script)), "PASS PASS");
 }
 
@@ -178,6 +330,10 @@ TEST_F(ApplicationTest, SymbolicNamesComeFromTheObjectMapOfTheSuite)
     const QByteArray script = "application.start('inventory');"
                               "check.equal(find(':State').get('text'), '3 articles');";
     EXPECT_EQ(results(script), QStringList("PASS Verification|Got expected '3 articles'."));
+    QFile::remove(runner.suitePath() + "/names");
+    EXPECT_TRUE(results("application.start('inventory'); find(':State', 0).get('text');")
+                    .value(0)
+                    .contains("The file '" + runner.suitePath() + "/names' does not exist."));
     runner.addFile("names", ":State\t{name}\n");
     EXPECT_TRUE(results(script).value(0).startsWith("ERROR Cannot run the test case|"));
 }

@@ -56,7 +56,7 @@ protected:
 TEST_F(PropertyVPTest, ValuesAreComparedByTheTypeInTheFile)
 {
     box.setChecked(true);
-    number.setMaximum(1e9);
+    number.setMaximum(3e9);
     number.setValue(1.5);
     number.setDecimals(2);
     window.setFixedSize(200, 100);
@@ -77,6 +77,7 @@ TEST_F(PropertyVPTest, ValuesAreComparedByTheTypeInTheFile)
         {"number", "decimals", "double", "2", true},
         {"number", "decimals", "", "2", true},
         {"number", "minimum", "long", "2147483648", true},
+        {"number", "maximum", "long", "3000000000", false},
         {"edit", "text", "string", "\xc3\xa4<&'", true},
         {"edit", "text", "int", "0", false},
         {"edit", "echoMode", "string", "Normal", true},
@@ -150,6 +151,13 @@ TEST_F(PropertyVPTest, DataFieldsTakeTheirValueFromTheRecord)
         check("edit", "text", "string", "first name", "valueType='DataField'");
     EXPECT_EQ(resultOf(element), "PASS vp [names.tsv:first name:1]: Object property comparison of "
                                  "'edit.text' passed|'Ada' and 'Ada' are equal");
+    auto *other = new TestDataRecord(&data, 1);
+    other->addValue("Eve");
+    data.addRecord(other);
+    record = other;
+    EXPECT_EQ(resultOf(element), "FAIL vp [names.tsv:first name:2]: Object property comparison of "
+                                 "'edit.text' failed|'Ada' and 'Eve' are not equal");
+    record = row;
     edit.setText("Eve");
     EXPECT_EQ(resultOf(element), "FAIL vp [names.tsv:first name:1]: Object property comparison of "
                                  "'edit.text' failed|'Eve' and 'Ada' are not equal");

@@ -1,4 +1,5 @@
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/verification.h"
 
 #include "shared/richimage.h"
@@ -8,6 +9,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QPainter>
+#include <QRandomGenerator>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -115,6 +117,34 @@ protected:
 private:
     EnvironmentGuard m_prefix;
 };
+
+TEST_F(ScreenshotVPTest, OnlyTheAttemptThatCountsLeavesPictures)
+{
+    options.setRetryDuration(60000);
+    const QImage wanted = withPixel(plain(size), 5, 5);
+    resolver.beforeLookup = [&](int lookup) {
+        if (lookup == 4)
+            widget.show(wanted);
+    };
+    verify(screenshotType, element(wanted));
+    EXPECT_EQ(takeResults().last(), "WARNING vp: It took 4 attempts to verify prior verification|");
+    const QString dir = path("suite/tst_a/points/failedImages");
+    EXPECT_FALSE(QDir(dir).exists());
+
+    // An expected failure ends the retrying behind an unexpected pass.
+    resolver.lookups = 0;
+    expectFail = true;
+    resolver.beforeLookup = [&](int lookup) {
+        if (lookup == 3)
+            widget.show(plain(size));
+    };
+    verify(screenshotType, element(wanted));
+    const QStringList results = takeResults();
+    ASSERT_EQ(results.size(), 2);
+    EXPECT_TRUE(results[0].endsWith("Differing screenshot saved as '" + dir + "/failed_1.png'"))
+        << results[0].toStdString();
+    EXPECT_EQ(QDir(dir).entryList(QDir::Files), (QStringList{"expected_1.png", "failed_1.png"}));
+}
 
 TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
 {
@@ -283,6 +313,7 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
     addComparator("refuses", "echo \"2 of 3\"; exit 3");
     addComparator("mutters", "echo muttered >&2; exit 1");
     addComparator("silent", "exit 1");
+    addComparator("reads", "cat; echo read");
     addComparator("cut", "printf 'seen\\0unseen'");
     addComparator("crashes", "kill -SEGV $$");
     addComparator("arguments",
@@ -295,6 +326,7 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
     };
     const QImage other = withPixel(plain(size), 5, 5);
     EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("agrees"))), "PASS fine\n");
+    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("reads"))), "PASS read\n");
     EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("refuses"))),
               "FAIL 2 of 3\n" + stored.arg(1));
     EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("mutters"))),
@@ -328,6 +360,22 @@ TEST_F(ScreenshotVPTest, ComparisonLeavesNoTemporaryFilesAndSaysWhereItCouldNotW
         const EnvironmentGuard temporary("TMPDIR", path("tmp").toUtf8());
         outcomeOf(body);
         EXPECT_EQ(QDir(path("tmp")).entryList(QDir::Files), QStringList());
+    }
+    const QByteArray withoutPicture = "<Verification object='picture' type='PNG'>-<A/>"
+                                      "<Algorithm name='crashes'/></Verification>";
+    const QString unwritable = outcomeOf(withoutPicture);
+    EXPECT_TRUE(unwritable.startsWith("ERROR Could not write expected image to temporary file '"))
+        << unwritable.toStdString();
+    QImage large = plain({60, 60});
+    QRandomGenerator noise(1);
+    noise.fillRange(reinterpret_cast<quint32 *>(large.bits()), 60 * 60);
+    widget.show(large);
+    {
+        // Room for the file of the verification point alone.
+        const FileSizeLimit full(400);
+        const QString cut = outcomeOf(withoutPicture);
+        EXPECT_TRUE(cut.startsWith("ERROR Could not write actual image to temporary file '"))
+            << cut.toStdString();
     }
     writeFile(path("blocked"), "a file where the directory should be");
     const EnvironmentGuard temporary("TMPDIR", path("blocked").toUtf8());

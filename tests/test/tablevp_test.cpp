@@ -2,6 +2,7 @@
 
 #include "shared/xmltablerange.h"
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/verification.h"
 
 #include <QListWidget>
@@ -137,6 +138,59 @@ TEST_F(TableVPTest, LearningReplacesATableThatDiffersAndNoOther)
         verifyFile(pointFile());
         EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << pointFile().constData();
     }
+}
+
+TEST_F(TableVPTest, LearningWhatWasToFailFailsAndIsSavedUnlessThatEndsIt)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    expectFail = true;
+    for (const bool stopOnFail : {true, false}) {
+        options.setFlag(VerificationOptions::StopOnFail, stopOnFail);
+        EXPECT_EQ(verify(tableType, table(row({"x"}))).summary(), VPResult::SummaryFailed);
+        EXPECT_TRUE(takeResults().first().startsWith("WARNING "));
+        EXPECT_EQ(pointFile().contains(table(row({"x"}))), stopOnFail);
+    }
+}
+
+TEST_F(TableVPTest, ALearnedTableMatchesWhateverItsCellsHold)
+{
+    const char *const texts[] = {"   ", "\xc2\xa0",        "\n",  "\t x ", "a\rb",    "a\r\nb",
+                                 "]]>", "&amp;",           "<b>", "a(b",   "C++ [x]", "*",
+                                 "",    "\xf0\x9f\x98\x80"};
+    for (const char *text : texts) {
+        widget.item(1, 0)->setText(QString::fromUtf8(text));
+        {
+            const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+            verify(tableType, table(row({"x"})));
+        }
+        takeResults();
+        verifyFile(pointFile());
+        EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << text << pointFile().constData();
+    }
+}
+
+TEST_F(TableVPTest, AFileThatCouldNotBeWrittenIsAnErrorInTheLog)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    widget.item(0, 0)->setText(QString(20000, 'y'));
+    const FileSizeLimit full(10000);
+    const VPResult result = verify(tableType, table(row({"x"})));
+    EXPECT_EQ(result.summary(), VPResult::SummaryPassed);
+    EXPECT_TRUE(result.message().contains("was updated"));
+    EXPECT_TRUE(pointFile().contains(table(row({"x"}))));
+    const QStringList results = takeResults();
+    ASSERT_EQ(results.size(), 2);
+    EXPECT_TRUE(results[1].startsWith("ERROR vp: The Verification Point could not be saved|Could "
+                                      "not write '" +
+                                      path("suite/tst_a/points/vp.xml") + "': "))
+        << results[1].toStdString();
+}
+
+TEST_F(TableVPTest, BlanksBetweenTheElementsOfAFileDontCount)
+{
+    EXPECT_EQ(verify(tableType, QByteArray("\n ") + table(present).replace("><", ">\n  <") + "\n")
+                  .summary(),
+              VPResult::SummaryPassed);
 }
 
 TEST_F(TableVPTest, TheContentIsWrittenAsAFileAndReadBack)

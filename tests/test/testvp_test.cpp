@@ -1,6 +1,7 @@
 #include "test/testvp.h"
 
 #include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/verification.h"
 
 #include <QElapsedTimer>
@@ -20,6 +21,19 @@ QByteArray textCheck(const QByteArray &text, const QByteArray &object = "label",
     return "<Verification object='" + object + "' property='text' type='string' " + more +
            "><base64EncodedValue>" + text.toBase64() + "</base64EncodedValue></Verification>";
 }
+
+// An application side that gives the same answer to all calls.
+class AnsweringInspector : public QtInspector
+{
+public:
+    QVariant callFunction(const QString &, const QVariantList &, QString *error) override
+    {
+        *error = "the reason";
+        return answer;
+    }
+
+    QVariant answer;
+};
 
 const char propertiesType[] = "version='5' type='ObjectProperties'";
 
@@ -59,6 +73,13 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
         {"<VerificationPoint version='6' type='Table'/>",
          "Unsupported version in verification point file 'vp'.",
          "Verification point version 6 is greater than the maximum supported version 5"},
+        {"<VerificationPoint version='99999999999' type='Table'/>",
+         "Unsupported version in verification point file 'vp'.",
+         "Verification point version 99999999999 is greater than the maximum supported version 5"},
+        {"<VerificationPoint version='5.5' type='Table'/>",
+         "Verification point file 'vp' is malformed.", "Version '5.5' is not a number"},
+        {"<VerificationPoint version='' type='Table'/>",
+         "Verification point file 'vp' is malformed.", "Version '' is not a number"},
         {"<VerificationPoint type='Nonsense'><Verification object='label'/></VerificationPoint>",
          "Unknown verification type.",
          "Verification type 'Nonsense' is not known by this Morvex version"},
@@ -172,16 +193,23 @@ TEST_F(TestVPTest, OnlyTheLastOfManyAttemptsIsLogged)
 {
     options.setRetryDuration(50);
     EXPECT_EQ(verify(propertiesType, textCheck("new")).summary(), VPResult::SummaryFailed);
-    EXPECT_GT(resolver.lookups, 1);
     EXPECT_EQ(takeResults().size(), 1);
 
     // Expected failures end the retrying, unexpected passes don't.
+    options.setRetryDuration(60000);
     resolver.lookups = 0;
     expectFail = true;
     verify(propertiesType, textCheck("new"));
     EXPECT_EQ(resolver.lookups, 1);
+    resolver.lookups = 0;
+    resolver.beforeLookup = [this](int lookup) {
+        if (lookup == 3)
+            label.setText("other");
+    };
     verify(propertiesType, textCheck("old"));
-    EXPECT_GT(resolver.lookups, 2);
+    EXPECT_EQ(takeResults().last(), "WARNING vp: It took 3 attempts to verify prior verification|");
+    label.setText("old");
+    resolver.beforeLookup = nullptr;
     options.setRetryDuration(0);
     resolver.lookups = 0;
     verify(propertiesType, textCheck("old"));
@@ -209,8 +237,11 @@ TEST_F(TestVPTest, SilentVerificationLogsErrorsAlone)
     EXPECT_EQ(takeResults(), QStringList());
     EXPECT_EQ(entries().back().type, TestResult::START);
 
-    const VPResult missing = verify(propertiesType, textCheck("new", "nothing"));
-    EXPECT_EQ(missing.message(), "vp: No such object 'nothing'");
+    // The message is that of the last result in the log.
+    const QByteArray error =
+        "<Verification object='label' property='none'><base64EncodedValue/></Verification>";
+    const VPResult missing = verify(propertiesType, error + textCheck("new"));
+    EXPECT_EQ(missing.message(), "vp: No such property");
     EXPECT_EQ(takeResults().size(), 1);
 }
 
@@ -305,6 +336,41 @@ TEST_F(TestVPTest, PicturesOfObjectsGoToFilesOrGiveTheReason)
     EXPECT_EQ(TestVP::grabWindow(inspector.makeInt(1), path("a.png"), "PNG", 0),
               "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned invalid "
               "variant! there is no object with this id");
+}
+
+TEST_F(TestVPTest, AnAnswerThatIsNoPictureIsToldByItsKind)
+{
+    AnsweringInspector answering;
+    Inspector::install(&answering);
+    const struct
+    {
+        QVariant answer;
+        const char *error;
+    } rows[] = {
+        {QVariant(), "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned invalid "
+                     "variant! the reason"},
+        {QVariant(QVariant::String), "TestVP::grabObjectScreenshot: calling grabObjectScreenshot "
+                                     "returned null variant! the reason"},
+        {QVariant("text"), "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned "
+                           "non-screenshot variant!"},
+        {QVariant(QVariantMap()),
+         "grabObjectScreenshot: calling grabObjectScreenshot returned an invalid image!"},
+    };
+    for (const auto &row : rows) {
+        answering.answer = row.answer;
+        EXPECT_EQ(TestVP::grabWindow(answering.makeInt(1), path("a.png"), "PNG", 0), row.error);
+        EXPECT_EQ(TestVP::logScreenshot(&runner, TestResult::PASS, QImage()),
+                  " (Screenshot taken from the desktop is invalid)");
+    }
+}
+
+TEST_F(TestVPTest, APictureThatCantBeStoredIsToldInTheMessage)
+{
+    const QImage picture = label.grab().toImage();
+    const FileSizeLimit full(10);
+    EXPECT_EQ(TestVP::logScreenshot(&runner, TestResult::PASS, picture),
+              " (Invalid file path \"" + path("suite/tst_a/passedImages/passed_1.png") +
+                  "\" or unsupported image format)");
 }
 
 TEST(VerificationOptionsTest, TheFlagZeroStandsForNoFlagAtAll)

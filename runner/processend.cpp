@@ -1,0 +1,101 @@
+#include "runner/processend.h"
+
+#include "runner/messages.h"
+#include "runner/scriptengine.h"
+#include "shared/clock.h"
+#include "test/testresult.h"
+
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace Morvex {
+namespace {
+
+// How long a script may take to come to its event loop once it is to end.
+const unsigned int graceSeconds = 1;
+
+struct
+{
+    TestResult *result = nullptr;
+    const ScriptEngine *engine = nullptr;
+    pid_t process = 0;
+    pthread_t thread = {};
+    int wakeUp = -1;
+} watched;
+
+// A process that the application has forked has this state too, but ends for itself.
+bool isForked()
+{
+    return ::getpid() != watched.process;
+}
+
+void log(TestResult::ResultType type, const QString &message)
+{
+    watched.result->addResult(currentLocalTime(), type, message, QString(),
+                              watched.engine->currentStack(), QString(), -1);
+    std::fflush(nullptr);
+}
+
+void handleExit()
+{
+    if (!watched.result || isForked())
+        return;
+    // The log belongs to the main thread.
+    if (::pthread_equal(::pthread_self(), watched.thread))
+        log(TestResult::FATAL, QStringLiteral("The application ended the process"));
+    ::_exit(ExitUnusable);
+}
+
+// The event loop logs and ends the process. A script that doesn't turn it is ended all the same.
+void handleTermination(int)
+{
+    if (isForked()) {
+        ::signal(SIGTERM, SIG_DFL);
+        ::raise(SIGTERM);
+        return;
+    }
+    ::signal(SIGALRM, SIG_DFL);
+    ::alarm(graceSeconds);
+    const quint64 one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(watched.wakeUp, &one, sizeof one);
+}
+
+void terminate()
+{
+    log(TestResult::WARNING, QStringLiteral("The test case is ended while this call is running"));
+    std::signal(SIGTERM, SIG_DFL);
+    std::raise(SIGTERM);
+}
+
+} // namespace
+
+ProcessEndWatch::ProcessEndWatch(TestResult *result, const ScriptEngine &engine)
+{
+    watched = {result, &engine, ::getpid(), ::pthread_self(),
+               ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
+    std::atexit(handleExit);
+    std::at_quick_exit(handleExit);
+    if (watched.wakeUp < 0)
+        return;
+    m_notifier = std::make_unique<QSocketNotifier>(watched.wakeUp, QSocketNotifier::Read);
+    QObject::connect(m_notifier.get(), &QSocketNotifier::activated, terminate);
+    std::signal(SIGTERM, handleTermination);
+}
+
+ProcessEndWatch::~ProcessEndWatch()
+{
+    watched.result = nullptr;
+    if (!m_notifier)
+        return;
+    std::signal(SIGTERM, SIG_DFL);
+    m_notifier.reset();
+    ::close(watched.wakeUp);
+}
+
+} // namespace Morvex

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+class QSocketNotifier;
+
+namespace Morvex {
+
+class ScriptEngine;
+class TestResult;
+
+/// As long as it lives, the log tells of an end of this process that is not that of the test case,
+/// with the place in the script. A call of exit is a FATAL and gives the status ExitUnusable; a
+/// SIGTERM that comes while a call of the script turns the event loop is a WARNING. One object at a
+/// time, on the main thread; nothing is owned.
+class ProcessEndWatch
+{
+public:
+    ProcessEndWatch(TestResult *result, const ScriptEngine &engine);
+    ~ProcessEndWatch();
+
+    ProcessEndWatch(const ProcessEndWatch &) = delete;
+    ProcessEndWatch &operator=(const ProcessEndWatch &) = delete;
+
+private:
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace Morvex

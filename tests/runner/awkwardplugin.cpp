@@ -1,0 +1,79 @@
+#include "awkwardplugin.h"
+
+#include <QDialog>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/wait.h>
+#include <unistd.h>
+
+AwkwardWindow::AwkwardWindow()
+{
+    setObjectName("awkward");
+    auto *layout = new QVBoxLayout(this);
+    setLayout(layout);
+    addButton("exit", &AwkwardWindow::exitAtOnce);
+    addButton("fork", &AwkwardWindow::forkAndEnd);
+    addButton("print", &AwkwardWindow::printLine);
+    addButton("exec", &AwkwardWindow::execDialog);
+}
+
+void AwkwardWindow::setLevel(int level)
+{
+    QTimer::singleShot(0, this, [this, level] { m_level = level; });
+}
+
+void AwkwardWindow::addButton(const char *name, void (AwkwardWindow::*action)())
+{
+    auto *button = new QPushButton(name);
+    button->setObjectName(name);
+    layout()->addWidget(button);
+    connect(button, &QPushButton::clicked, this, action);
+}
+
+void AwkwardWindow::exitAtOnce()
+{
+    std::exit(0);
+}
+
+// One child ends itself, the other one is ended.
+void AwkwardWindow::forkAndEnd()
+{
+    if (::fork() == 0)
+        std::exit(0);
+    const pid_t child = ::fork();
+    while (child == 0)
+        ::pause();
+    ::kill(child, SIGTERM);
+    while (::wait(nullptr) > 0) {
+    }
+}
+
+void AwkwardWindow::printLine()
+{
+    std::puts("of the application");
+}
+
+void AwkwardWindow::execDialog()
+{
+    QDialog dialog(this);
+    dialog.exec();
+}
+
+QString AwkwardPlugin::start(const QStringList &arguments)
+{
+    if (arguments.contains("exit"))
+        std::exit(0);
+    m_window = std::make_unique<AwkwardWindow>();
+    m_window->show();
+    return {};
+}
+
+void AwkwardPlugin::stop()
+{
+    m_window.reset();
+}

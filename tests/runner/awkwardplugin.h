@@ -1,0 +1,53 @@
+#pragma once
+
+#include "objectmodel/qt/applicationplugin.h"
+
+#include <QObject>
+#include <QWidget>
+
+#include <memory>
+
+/// The application of tests that need one that behaves badly. Each button does what its name says.
+class AwkwardWindow : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(short shortNumber READ shortNumber CONSTANT)
+    Q_PROPERTY(uchar byteNumber READ byteNumber CONSTANT)
+    Q_PROPERTY(long longNumber READ longNumber CONSTANT)
+    Q_PROPERTY(qulonglong hugeNumber READ hugeNumber CONSTANT)
+    Q_PROPERTY(int level READ level WRITE setLevel)
+
+public:
+    AwkwardWindow();
+
+    short shortNumber() const { return -5; }
+    uchar byteNumber() const { return 200; }
+    long longNumber() const { return 5000000000; }
+    qulonglong hugeNumber() const { return 6000000000; }
+    int level() const { return m_level; }
+    /// Takes effect when the event loop turns.
+    void setLevel(int level);
+
+private:
+    void addButton(const char *name, void (AwkwardWindow::*action)());
+    void exitAtOnce();
+    void forkAndEnd();
+    void printLine();
+    void execDialog();
+
+    int m_level = 0;
+};
+
+class AwkwardPlugin : public QObject, public Morvex::ApplicationPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "morvex.ApplicationPlugin/1.0")
+    Q_INTERFACES(Morvex::ApplicationPlugin)
+
+public:
+    QString start(const QStringList &arguments) override;
+    void stop() override;
+
+private:
+    std::unique_ptr<AwkwardWindow> m_window;
+};
