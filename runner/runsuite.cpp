@@ -49,7 +49,8 @@ private:
     QString chooseFailedTestCases();
     int list();
     int execute();
-    int finish(const TestResult &result);
+    bool runTestCases(TestReportGenerator *generator, const QString &resultDir);
+    int finish(bool isLogComplete);
     void keepFailedTestCases(bool endedEarly) const;
     void printOutcome() const;
     QString rerunCommand() const;
@@ -206,28 +207,35 @@ int SuiteRunner::execute()
     }
     if (resultDir.isEmpty() && !m_options.resultDir.isEmpty())
         resultDir = QFileInfo(m_options.resultDir).absoluteFilePath();
-    TestResult result(created.generator);
-    result.setObserver([this](const TestResult::Entry &entry) { m_outcome.add(entry); });
+    std::unique_ptr<TestReportGenerator> generator(created.generator);
     if (!QDir::setCurrent(m_dir.path())) {
         printMessage(QStringLiteral("cannot change into '%1'").arg(m_options.suiteDirectory));
         return ExitUnusable;
     }
     const CancelOnSignals cancelOnSignals(&m_cancellation);
+    return finish(runTestCases(generator.release(), resultDir));
+}
+
+// Owns the generator, so that all reports are closed behind it. False when the log has no end.
+bool SuiteRunner::runTestCases(TestReportGenerator *generator, const QString &resultDir)
+{
+    TestResult result(generator);
+    result.setObserver([this](const TestResult::Entry &entry) { m_outcome.add(entry); });
     m_timer.start();
     m_suite->run(m_options.host, m_options.port, &result, m_testCases, resultDir,
                  m_options.snoozeFactor, m_options.timeoutSeconds, m_options.stopOnFail,
                  m_options.retryCount, randomSeed(), m_options.envVars, m_options.isInteractive);
-    return finish(result);
+    return result.isComplete();
 }
 
-int SuiteRunner::finish(const TestResult &result)
+int SuiteRunner::finish(bool isLogComplete)
 {
     const bool isCancelled = m_cancellation.isRequested();
-    keepFailedTestCases(isCancelled || !result.isComplete() || m_options.stopOnFail);
+    keepFailedTestCases(isCancelled || !isLogComplete || m_options.stopOnFail);
     printOutcome();
     if (isCancelled)
         return ExitInterrupted;
-    if (!result.isComplete()) {
+    if (!isLogComplete) {
         printMessage(QStringLiteral("the run ended before its log did, see above"));
         return ExitUnusable;
     }

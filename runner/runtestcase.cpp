@@ -5,6 +5,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/scripttestcase.h"
+#include "test/openreportfile.h"
 #include "test/rawreportgenerator.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
@@ -39,6 +40,25 @@ QString problem(const RunnerOptions &options)
     return setEnvironment(options);
 }
 
+// Owns the generator, so that the report is closed behind it. False when entries got lost.
+bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
+               const QString &resultDir, RunOutcome *outcome)
+{
+    TestResult result(generator);
+    result.setObserver([outcome](const TestResult::Entry &entry) { outcome->add(entry); });
+    const auto *stream = dynamic_cast<const RawReportGenerator *>(generator);
+    // The suite's report is on standard output, where nothing of the application may get.
+    if (stream)
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    const QDir suiteDir = QDir::current();
+    ScriptTestCase testCase(
+        &result, QDir::cleanPath(suiteDir.absoluteFilePath(options.testCases.constFirst())),
+        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor,
+         options.aut, options.objectMap});
+    testCase.run(true);
+    return !stream || !stream->hasLostEntries();
+}
+
 } // namespace
 
 int runTestCase(const RunnerOptions &options)
@@ -57,23 +77,11 @@ int runTestCase(const RunnerOptions &options)
     }
     if (resultDir.isEmpty() && !options.resultDir.isEmpty())
         resultDir = QFileInfo(options.resultDir).absoluteFilePath();
-    TestResult result(created.generator);
     RunOutcome outcome;
-    result.setObserver([&outcome](const TestResult::Entry &entry) { outcome.add(entry); });
-    const auto *stream = dynamic_cast<const RawReportGenerator *>(created.generator);
-    // The suite's report is on standard output, where nothing of the application may get.
-    if (stream)
-        ::dup2(STDERR_FILENO, STDOUT_FILENO);
-    const QDir suiteDir = QDir::current();
-    ScriptTestCase testCase(
-        &result, QDir::cleanPath(suiteDir.absoluteFilePath(options.testCases.constFirst())),
-        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor,
-         options.aut, options.objectMap});
-    testCase.run(true);
     // The parent must not take what it got for all there was.
-    if (stream && stream->hasLostEntries())
+    if (!runScript(options, created.generator, resultDir, &outcome))
         return ExitUnusable;
-    return outcome.hasFailure() ? ExitFailed : ExitPassed;
+    return outcome.hasFailure() || hasIncompleteReport() ? ExitFailed : ExitPassed;
 }
 
 } // namespace Morvex

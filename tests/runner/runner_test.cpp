@@ -100,6 +100,25 @@ TEST_F(RunnerTest, AReportThatCannotBeCreatedStopsTheRunBeforeItStarts)
     }
 }
 
+TEST_F(RunnerTest, AReportThatIsNotWholeShowsInTheStatus)
+{
+    if (!QFileInfo::exists("/dev/full"))
+        GTEST_SKIP() << "There is no /dev/full";
+    addPassing({"tst_a"});
+    const QTemporaryDir dir;
+    for (const char *name : {"json/results.json", "xml3/results.xml", "html/data/results-v1.js"}) {
+        const QString file = dir.filePath(name);
+        QDir().mkpath(QFileInfo(file).path());
+        QFile::link("/dev/full", file);
+        const QString format = QString(name).section('/', 0, 0);
+        const QStringList report{"--reportgen", format + ',' + dir.filePath(format)};
+        EXPECT_EQ(runner.runSuite(report).status, 1) << name;
+        EXPECT_EQ(
+            runner.run(report + QStringList{"--testcase", "tst_a"}, runner.suitePath()).status, 1)
+            << name;
+    }
+}
+
 TEST_F(RunnerTest, HelpAndVersion)
 {
     const RunnerOutput help = runner.run({"--help"});
