@@ -98,20 +98,20 @@ test('Each node is found again by its key, with equal names and any characters',
     assert.equal(new Set(run.nodes.map((node) => node.key)).size, run.nodes.length);
     for (const node of run.nodes) {
         const state = {
-            run: 0,
+            run: '',
             at: node.key,
             text: '',
             tests: new Map(),
             entries: new Map(),
             slowest: false,
         };
-        assert.equal(address.find(run, address.parse(address.format(state)).at), node);
+        assert.equal(address.findNode(run, address.parse(address.format(state)).at), node);
     }
 });
 
 test('An address says all that is shown, and broken ones do no harm', () => {
     const state = {
-        run: 2,
+        run: '2026-03-03T22:00:00+01:00~2',
         at: 'tst_a/!3',
         text: 'a & "b=#" -\u00e4%',
         tests: new Map([
@@ -132,7 +132,7 @@ test('An address says all that is shown, and broken ones do no harm', () => {
         '#at=nowhere/else',
     ])
         assert.equal(
-            address.find(
+            address.findNode(
                 build(() => {}),
                 address.parse(hash).at,
             ).key,
@@ -142,8 +142,8 @@ test('An address says all that is shown, and broken ones do no harm', () => {
 
 test('A place that a run does not have leads to the innermost one that it has', () => {
     const run = build((one) => one.testCase('tst_a', () => one.section('s', () => one.log('x'))));
-    assert.equal(address.find(run, 'tst_a/s/!7').name, 's');
-    assert.equal(address.find(run, 'tst_a/t/!7').name, 'tst_a');
+    assert.equal(address.findNode(run, 'tst_a/s/!7').name, 's');
+    assert.equal(address.findNode(run, 'tst_a/t/!7').name, 'tst_a');
 });
 
 test('Newly failing compares with the latest earlier run that really ran the test case', () => {

@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { failureText, format, model, tableDiff, textDiff, values } = require('./parts');
+const { failureText, format, model, tableRows, textDiff, values } = require('./parts');
 const { RunBuilder, tableRow } = require('./testdata');
 
 function marked(segments) {
@@ -138,26 +138,34 @@ test('No location leads to a script or out to a host', () => {
     );
 });
 
-test('A changed row of a table is paired with its new form, and only with that', () => {
-    const rows = tableDiff.pairRows(
-        tableDiff.rowsOf([
-            tableRow('deletion', 1, ['a']),
-            tableRow('deletion', 2, ['b']),
-            tableRow('insertion', 1, ['A']),
-            tableRow('insertion', 1, ['extra']),
-            tableRow('insertion', 5, ['new']),
-            { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } },
-            { elementType: 'unknown' },
-        ]),
-    );
+test('A changed row of a table stands before its new form, whatever the order of the data', () => {
+    const context = { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } };
+    const rows = tableRows.arrangedRows([
+        tableRow('deletion', 1, ['a', '1']),
+        tableRow('deletion', 2, ['b', '2']),
+        tableRow('insertion', 1, ['A', '1']),
+        tableRow('insertion', 1, ['extra', '']),
+        tableRow('insertion', 5, ['B', '2']),
+        context,
+        tableRow('insertion', 7, ['after', '9']),
+        tableRow('deletion', 8, ['before', '9']),
+        { elementType: 'unknown' },
+    ]);
     assert.deepEqual(
-        rows.map((row) => row.label),
-        ['Row 2', 'Row 3', 'Row 2', 'Row 2', 'Row 6', 'Row 1, column 3', 'Row ?'],
+        rows.map((row) => row.label + ' ' + row.side),
+        [
+            'Row 2 expected',
+            'Row 2 actual',
+            'Row 3 expected',
+            'Row 6 actual',
+            'Row 2 actual',
+            'Row 1, column 3 both',
+            'Row 9 expected',
+            'Row 8 actual',
+            'Row ? both',
+        ],
     );
-    assert.deepEqual(
-        rows.map((row) => rows.indexOf(row.partner)),
-        [2, -1, 0, -1, -1, -1, -1],
-    );
+    assert.equal(rows[4].partner, undefined);
 });
 
 test('A copied failure holds what a ticket needs', () => {

@@ -86,7 +86,7 @@
                 {
                     keys: ['s'],
                     text: 'slowest first',
-                    run: (app) => app.setSlowest(!app.state.slowest),
+                    run: (app) => app.toggleSlowest(),
                 },
                 { keys: ['e'], text: 'open all', run: (app) => app.setAllOpen(true) },
                 { keys: ['E'], text: 'close all', run: (app) => app.setAllOpen(false) },
@@ -136,7 +136,7 @@
         'Filters: click once for only these, twice to hide these, three times for no filter. ' +
             'Place and filters stand in the address: what you see is what a colleague sees.',
         'Search: all words must occur, in the result or a test round it; "two words" as a ' +
-            'phrase; -word must not occur.',
+            'phrase; -word must not occur. Values, cells of tables, locations and outcomes count.',
         'Newly failing: fails now and did not in the latest earlier run that ran it. ' +
             'Flaky: failed at first and passed when tried again.',
     ];

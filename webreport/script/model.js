@@ -125,5 +125,15 @@
         return node.kind === 'entry' ? isFailed(node) : Boolean(node.brokeOff);
     }
 
-    report.model = { buildRun, outcomeCounts, isFailed, isFailurePlace };
+    /// The entries that `wanted` takes of what lies in a test, in the order of reading.
+    function entriesWithin(run, node, wanted) {
+        const entries = [];
+        for (let id = node.id + 1; id <= node.end; ++id) {
+            const one = run.nodes[id];
+            if (one.kind === 'entry' && wanted(one)) entries.push(one);
+        }
+        return entries;
+    }
+
+    report.model = { buildRun, outcomeCounts, isFailed, isFailurePlace, entriesWithin };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

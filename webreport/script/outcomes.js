@@ -67,6 +67,9 @@
     /// A mark beside the outcome, by which test cases can be filtered too.
     const newlyFailing = { key: 'new', label: 'Newly failing', icon: 'new' };
 
+    /// A suite that ran none of its test cases: no success, and nothing went wrong.
+    const nothingRan = { key: 'empty', label: 'Nothing ran', icon: 'skipped' };
+
     const kindOfResult = new Map();
     for (const kind of entryKinds) {
         for (const result of kind.results) kindOfResult.set(result, kind.key);
@@ -81,7 +84,7 @@
         testOutcomes,
         testFilters: [...testOutcomes, newlyFailing],
         entryKind: byKey(entryKinds),
-        testOutcome: byKey([...testOutcomes, newlyFailing]),
+        testOutcome: byKey([...testOutcomes, newlyFailing, nothingRan]),
         /// The kind for a value of "result"; an unknown one is shown as a message.
         kindOfResult: (result) => kindOfResult.get(result) || 'log',
     };
