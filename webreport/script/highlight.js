@@ -7,6 +7,9 @@
     // More marks help nobody, and a long text may hold a short word any number of times.
     const mostMarks = 1000;
 
+    // What comes from the tests; the words of the page itself are not searched.
+    const searched = 'h1, pre, .name, .reason, .summary, .facts dd, .tablediff td, .stack li';
+
     /// Places `[from, to]` of the terms in the text, in order and apart from each other.
     function places(text, terms) {
         const low = text.toLowerCase();
@@ -44,7 +47,7 @@
         const walker = document.createTreeWalker(host, NodeFilter.SHOW_TEXT);
         const texts = [];
         while (walker.nextNode())
-            if (!walker.currentNode.parentNode.closest('button')) texts.push(walker.currentNode);
+            if (walker.currentNode.parentNode.closest(searched)) texts.push(walker.currentNode);
         return texts;
     }
 

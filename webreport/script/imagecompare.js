@@ -18,6 +18,9 @@
         { key: 8, label: '8×' },
     ];
 
+    // In pixels; below it two captions don't fit beside each other.
+    const narrowest = 320;
+
     /// A verification keeps the expected picture under the same number; null for another name.
     function expectedBeside(uri) {
         const match = /^(.*\/)?failed_(\d+)\.png$/.exec(uri);
@@ -91,10 +94,14 @@
             one.setAttribute('aria-pressed', String(one.dataset.key === String(key)));
     }
 
+    /// Both in the same scale, whatever room there is for the wider one.
     function applyZoom(pictures, stage, zoom) {
+        const widest = Math.max(...pictures.map(({ image }) => image.naturalWidth));
         stage.classList.toggle('zoomed', zoom > 1);
+        stage.classList.toggle('small', widest * zoom < narrowest);
+        stage.style.setProperty('--widest', widest * zoom + 'px');
         for (const { image } of pictures)
-            image.style.width = zoom > 1 ? image.naturalWidth * zoom + 'px' : '';
+            image.style.width = (100 * image.naturalWidth) / widest + '%';
     }
 
     function sizesDiffer({ image: a }, { image: b }) {

@@ -37,8 +37,9 @@
     function reasonOfTest(run, node) {
         const [first] = report.model.entriesWithin(run, node, report.model.isFailed);
         if (!first) return '';
+        const title = shortTitle(first, longestReason);
         const reason = reasonOfEntry(first);
-        return oneLine(shortTitle(first, longestReason) + (reason ? ': ' + reason : ''));
+        return oneLine(reason && !reason.startsWith(title) ? title + ': ' + reason : reason || title);
     }
 
     /// For lists of failures: what failed.
