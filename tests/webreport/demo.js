@@ -8,8 +8,7 @@ const { solidPng } = require('./png');
 const { RunBuilder, dataFile, tableRow } = require('./testdata');
 
 /// As installed in a prefix, or else the sources.
-const pages =
-    process.env.MORVEX_WEBREPORT_PAGES || path.join(__dirname, '..', '..', 'webreport');
+const pages = process.env.MORVEX_WEBREPORT_PAGES || path.join(__dirname, '..', '..', 'webreport');
 const pictures = 'suite_shop/tst_catalogue/Basket/failedImages/';
 const markup = '<img src=x onerror="document.title=\'broken\'"><b>bold</b> & </script>';
 

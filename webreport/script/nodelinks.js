@@ -39,7 +39,9 @@
         if (!first) return '';
         const title = shortTitle(first, longestReason);
         const reason = reasonOfEntry(first);
-        return oneLine(reason && !reason.startsWith(title) ? title + ': ' + reason : reason || title);
+        return oneLine(
+            reason && !reason.startsWith(title) ? title + ': ' + reason : reason || title,
+        );
     }
 
     /// For lists of failures: what failed.
