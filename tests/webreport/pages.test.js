@@ -88,7 +88,8 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
         onShop('', async (page) => {
             assert.equal(await heading(page).textContent(), 'suite_shop');
             await row(page, 'tst_catalogue').locator('[data-toggle]').click();
-            await row(page, 'Prices').click();
+            await row(page, 'Prices').locator('.name').click();
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'tree');
             assert.equal(await heading(page).textContent(), 'Prices');
             await page.keyboard.press('ArrowRight');
             await page.keyboard.press('ArrowRight');
@@ -611,6 +612,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 }, text);
                 await page.locator('body').dispatchEvent('drop', { dataTransfer: transfer });
                 await page.locator('#tree .row').first().waitFor();
+                await page.locator('#detail .testlink').first().click();
                 assert.match(
                     await page.locator('#notices').innerText(),
                     /end of the data was missing/,

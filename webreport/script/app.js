@@ -30,7 +30,9 @@
             this.readAddress();
             this.drawFilters = report.filterBar.create(this, document.getElementById('filters'));
             this.drawRun();
-            this.setView(this.navigation.entry());
+            const entry = this.navigation.entry();
+            this.setView(entry);
+            this.detailHost.scrollTop = entry.top;
             this.navigation.write(this.addressHere(), 'replace');
         }
 
@@ -50,13 +52,15 @@
         }
 
         sayWhatIsMissing(runIsThere) {
-            report.notice.clear();
+            report.notice.clear('address');
             if (!runIsThere)
                 report.notice.show(
+                    'address',
                     'This report does not hold the run of the address. The latest is shown.',
                 );
             if (this.state.at && this.current.key !== this.state.at)
                 report.notice.show(
+                    'address',
                     'This run does not hold the place of the address. What it would lie in is shown.',
                 );
         }

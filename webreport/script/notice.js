@@ -4,19 +4,20 @@
 
     const { element, button } = report.dom;
 
-    function show(text) {
-        const host = document.getElementById('notices');
+    /// `about` groups notices, so that they can be taken away together.
+    function show(about, text) {
         const notice = element(
             'p',
-            { class: 'notice' },
+            { 'class': 'notice', 'data-about': about },
             element('span', null, text),
             button('×', () => notice.remove(), { 'class': 'close', 'aria-label': 'Put away' }),
         );
-        host.append(notice);
+        document.getElementById('notices').append(notice);
     }
 
-    function clear() {
-        document.getElementById('notices').replaceChildren();
+    function clear(about) {
+        for (const notice of document.querySelectorAll('#notices [data-about="' + about + '"]'))
+            notice.remove();
     }
 
     report.notice = { show, clear };

@@ -22,6 +22,7 @@
             page.focusList();
         if (repaired.length > 0)
             report.notice.show(
+                'data',
                 'The end of the data was missing. All that had been written is shown; the file ' +
                     'itself is as it was.',
             );

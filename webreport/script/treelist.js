@@ -164,6 +164,12 @@
             if (event.target.closest('[data-toggle]')) actions.toggle(node);
             else actions.open(node);
         });
+        // The focus is the list's: a row goes when it is drawn again.
+        host.addEventListener('mousedown', (event) => {
+            if (event.button !== 0 || !event.target.closest('.row')) return;
+            event.preventDefault();
+            host.focus({ preventScroll: true });
+        });
         host.addEventListener('dblclick', (event) => {
             const node = nodeAt(event);
             if (node && !event.target.closest('[data-toggle]')) actions.toggle(node);
