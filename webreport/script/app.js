@@ -58,7 +58,7 @@
                     'address',
                     'This report does not hold the run of the address. The latest is shown.',
                 );
-            if (this.state.at && this.current.key !== this.state.at)
+            else if (this.state.at && this.current.key !== this.state.at)
                 report.notice.show(
                     'address',
                     'This run does not hold the place of the address. What it would lie in is shown.',
@@ -140,6 +140,7 @@
 
         // Place
 
+        /// Whether list and details take turns.
         isNarrow() {
             return narrow.matches;
         }
@@ -186,27 +187,6 @@
             this.drawRun();
         }
 
-        stepRun(by) {
-            const run = this.runs[this.run.index + by];
-            if (run) this.showRun(run);
-        }
-
-        /// The next failure among what the filters let through, round the end.
-        goToFailure(by) {
-            const isWanted = (node) => model.isFailurePlace(node) && this.selection.shown[node.id];
-            const { nodes } = this.run;
-            for (let step = 1; step <= nodes.length; ++step) {
-                const node = nodes[(this.current.id + by * step + nodes.length * 2) % nodes.length];
-                if (!isWanted(node)) continue;
-                this.openTests.openTo(node);
-                this.current = node;
-                this.drawRows();
-                this.open(node);
-                return;
-            }
-            report.clipboard.toast('No failures here');
-        }
-
         // Open and closed tests
 
         isOpen(node) {
@@ -225,26 +205,6 @@
 
         toggle(node) {
             if (node.children.length > 0) this.setOpen(node, !this.isOpen(node));
-        }
-
-        setAllOpen(open) {
-            this.openTests.setAll(this.run, open);
-            if (!open) this.current = this.current.testCase || this.run.root;
-            this.drawRows();
-            this.select(this.current);
-        }
-
-        goIn() {
-            const first = this.current.children.find((child) => this.selection.shown[child.id]);
-            if (!first) return;
-            if (this.isOpen(this.current)) this.list.move(1);
-            else this.setOpen(this.current, true);
-        }
-
-        goOut() {
-            if (this.current.children.length > 0 && this.isOpen(this.current))
-                this.setOpen(this.current, false);
-            else if (this.current.parent) this.select(this.current.parent);
         }
 
         // Filters
@@ -270,28 +230,6 @@
             this.state.slowest = !this.state.slowest;
             this.writeAddress();
             this.drawList();
-        }
-
-        /// On a narrow screen the details take the place of the list.
-        escape() {
-            const listHidden = document.getElementById('list').offsetParent === null;
-            if (listHidden || this.detailHost.contains(document.activeElement)) this.closeDetail();
-            else this.clearFilters();
-        }
-
-        // Passing on
-
-        linkTo(node) {
-            return new URL(this.addressOf(this.run, node), location.href).href;
-        }
-
-        copyFailure(node) {
-            const text = report.failureText(this.run, node, this.linkTo(node));
-            report.clipboard.copy(text, 'Text');
-        }
-
-        copyAddress(node) {
-            report.clipboard.copy(this.linkTo(node), 'Link');
         }
     }
 

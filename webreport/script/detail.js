@@ -66,14 +66,14 @@
             { class: 'actions' },
             button(
                 '',
-                () => app.copyFailure(node),
+                () => report.commands.copyFailure(app, node),
                 { class: 'copy', title: 'As plain text, for a ticket (c)' },
                 icon('copy'),
                 failed ? 'Copy failure' : 'Copy',
             ),
             button(
                 '',
-                () => app.copyAddress(node),
+                () => report.commands.copyAddress(app, node),
                 { class: 'copylink', title: 'The address of this place (l)' },
                 icon('link'),
                 'Copy link',

@@ -4,7 +4,7 @@
     'use strict';
 
     const { element, button } = report.dom;
-    const { count, locationLink, locationText } = report.format;
+    const { sizeOf, missing, urisOf, figuresOf } = report.pictures;
 
     const modes = [
         { key: 'slider', label: 'Slider' },
@@ -20,48 +20,6 @@
 
     // In pixels; below it two captions don't fit beside each other.
     const narrowest = 320;
-
-    /// A verification keeps the expected picture under the same number; null for another name.
-    function expectedBeside(uri) {
-        const match = /^(.*\/)?failed_(\d+)\.png$/.exec(uri);
-        return match ? (match[1] || '') + 'expected_' + match[2] + '.png' : null;
-    }
-
-    function sizeOf({ naturalWidth, naturalHeight }) {
-        return count(naturalWidth) + ' × ' + count(naturalHeight);
-    }
-
-    function loaded(image) {
-        return new Promise((resolve) => {
-            image.addEventListener('load', () => resolve(true));
-            image.addEventListener('error', () => resolve(false));
-        });
-    }
-
-    /// `{node, image, size, isThere}` for one of the two pictures; `isThere` is a promise.
-    function figure(label, className, uri) {
-        const link = locationLink(uri);
-        const image = element('img', { alt: label + ' picture', src: link });
-        const size = element('span', { class: 'size' });
-        const newTab = { href: link, target: '_blank', rel: 'noopener' };
-        const node = element(
-            'figure',
-            { class: className },
-            element('figcaption', null, element('a', newTab, label), ' ', size),
-            element('a', { class: 'picture', tabindex: '-1', ...newTab }, image),
-        );
-        image.addEventListener('load', () => (size.textContent = sizeOf(image)));
-        return { node, image, size, isThere: loaded(image) };
-    }
-
-    function missing(label, uri) {
-        return element(
-            'figure',
-            null,
-            element('figcaption', null, label),
-            element('p', { class: 'note' }, 'The picture ' + locationText(uri) + ' is not there.'),
-        );
-    }
 
     function slider(stage) {
         const input = element('input', {
@@ -158,17 +116,6 @@
         return element('div', { class: 'stage ' + (expected.there ? 'side' : 'alone') }, shown);
     }
 
-    function figuresOf(uris) {
-        return {
-            expected: uris.expected && figure('Expected', 'expected', uris.expected),
-            actual: figure('Actual', 'actual', uris.actual),
-        };
-    }
-
-    function urisOf(uri) {
-        return { actual: uri, expected: expectedBeside(uri) };
-    }
-
     /// `uri` is the location of the picture found; `view` is `{mode, zoom, strong}`, and changed by
     /// what is chosen.
     function imageCompare(view, uri) {
@@ -187,20 +134,5 @@
         return box;
     }
 
-    /// For paper: both at once, since a page that gets printed waits for nothing but pictures.
-    function imagesSideBySide(uri) {
-        const { expected, actual } = figuresOf(urisOf(uri));
-        const shown = [expected, actual].filter(Boolean);
-        for (const one of shown)
-            one.isThere.then((there) => {
-                if (!there) one.node.remove();
-            });
-        return element(
-            'div',
-            { class: 'stage side' },
-            shown.map((one) => one.node),
-        );
-    }
-
-    report.imageCompare = { imageCompare, imagesSideBySide, expectedBeside };
+    report.imageCompare = imageCompare;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

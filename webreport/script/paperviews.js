@@ -105,7 +105,7 @@
         textBlock,
         valueView,
         tableView,
-        pictures: (uri) => report.imageCompare.imagesSideBySide(uri),
+        pictures: (uri) => report.pictures.sideBySide(uri),
         video: () => null,
     };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

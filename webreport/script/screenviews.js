@@ -19,7 +19,7 @@
         textBlock: report.textBlock,
         valueView: report.valueView.valueView,
         tableView: report.tableView.tableView,
-        pictures: (uri) => report.imageCompare.imageCompare(app.pictureView, uri),
+        pictures: (uri) => report.imageCompare(app.pictureView, uri),
         video,
     });
 })((globalThis.morvexReport = globalThis.morvexReport || {}));
