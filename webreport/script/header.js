@@ -61,8 +61,8 @@
             .map((outcome) => ({ ...outcome, amount: counts[outcome.key] }));
     }
 
-    function textOf({ amount, label }) {
-        return count(amount) + ' ' + label.toLowerCase();
+    function textOf({ amount, label, many = label }) {
+        return counted(amount, label, many).toLowerCase();
     }
 
     /// For the eye and the mouse; the legend has the same as buttons.

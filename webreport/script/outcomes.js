@@ -56,7 +56,7 @@
 
     /// Outcomes of a test, the worst first.
     const testOutcomes = [
-        { key: 'error', label: 'Error', icon: 'error', failed: true },
+        { key: 'error', label: 'Error', many: 'Errors', icon: 'error', failed: true },
         { key: 'failed', label: 'Failed', icon: 'fail', failed: true },
         { key: 'unfinished', label: 'Not ended', icon: 'unfinished', failed: true },
         { key: 'flaky', label: 'Flaky', icon: 'flaky' },

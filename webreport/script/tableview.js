@@ -5,7 +5,7 @@
     const { append, element, button } = report.dom;
     const { count } = report.format;
     const { arrangedRows, cellDiffers, columnCount } = report.tableRows;
-    const cellsInStep = 3000;
+    const cellsInStep = 1500;
 
     function swatch(color) {
         if (!/^#([0-9a-f]{6}|[0-9a-f]{8})$/i.test(color))
