@@ -18,6 +18,7 @@ for (const part of [
     'runs',
     'history',
     'tablerows',
+    'searchtext',
     'filter',
     'criteria',
     'address',

@@ -5,8 +5,7 @@
 (function (report) {
     'use strict';
 
-    const { outcomes } = report;
-    const { locationText } = report.format;
+    const { searchText } = report;
 
     /// Words that must occur, quoted ones as a phrase, and those behind a minus that must not.
     /// No more than 30 of them count.
@@ -21,55 +20,6 @@
                 (minus ? unwanted : wanted).push(term);
         }
         return { wanted, unwanted };
-    }
-
-    function cellTexts(tablediff) {
-        return Array.isArray(tablediff)
-            ? report.tableRows
-                  .rowsOf(tablediff)
-                  .flatMap((row) => [row.label, ...row.cells.map((cell) => cell.text)])
-            : [];
-    }
-
-    function outcomeText(node) {
-        const outcome =
-            node.kind === 'entry'
-                ? outcomes.entryKind.get(node.entryKind)
-                : outcomes.testOutcome.get(node.outcome);
-        return outcome.label;
-    }
-
-    function entryTexts({ raw }) {
-        return [
-            raw.text,
-            raw.detail,
-            raw.objectName,
-            raw.property,
-            raw.expectedValue,
-            raw.actualValue,
-            raw.result,
-            locationText(raw.uri, raw.lineNo),
-            locationText(raw.vpUri),
-            ...cellTexts(raw.tablediff),
-        ];
-    }
-
-    function testTexts({ name, raw }) {
-        return [name, raw.summary, raw.description];
-    }
-
-    /// All that the page shows of the node. Of a run neither its outcome nor its place count:
-    /// everything lies in it and would be found by them.
-    function searchText(node) {
-        if (node.search === undefined) {
-            const texts = node.kind === 'entry' ? entryTexts(node) : testTexts(node);
-            if (node.parent) texts.push(outcomeText(node));
-            if (node.parent && node.kind !== 'entry')
-                texts.push(locationText(node.raw.uri, node.raw.lineNo));
-            if (node.isNew) texts.push(outcomes.testOutcome.get('new').label);
-            node.search = texts.filter(Boolean).join('\n').toLowerCase();
-        }
-        return node.search;
     }
 
     function isActive(criteria) {
