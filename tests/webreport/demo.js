@@ -7,7 +7,8 @@ const path = require('node:path');
 const { solidPng } = require('./png');
 const { RunBuilder, dataFile, tableRow } = require('./testdata');
 
-const pages = path.join(__dirname, '..', '..', 'webreport');
+/// As installed in a prefix, or else the sources.
+const pages = process.env.MORVEX_WEBREPORT_PAGES || path.join(__dirname, '..', '..', 'webreport');
 const pictures = 'suite_shop/tst_catalogue/Basket/failedImages/';
 const markup = '<img src=x onerror="document.title=\'broken\'"><b>bold</b> & </script>';
 
@@ -152,7 +153,10 @@ function shopRuns() {
 
 /// A report directory with the pages, the data file (if any) and pictures.
 function writeReport(directory, dataText) {
-    fs.cpSync(pages, directory, { recursive: true });
+    fs.cpSync(pages, directory, {
+        recursive: true,
+        filter: (file) => path.basename(file) !== 'CMakeLists.txt',
+    });
     fs.mkdirSync(path.join(directory, 'data'), { recursive: true });
     fs.mkdirSync(path.join(directory, pictures), { recursive: true });
     if (dataText !== null)

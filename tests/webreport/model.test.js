@@ -2,9 +2,9 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { address, filter, history, model, repair, runsOf } = require('./parts');
+const { address, createNavigation, filter, history, model, repair, runsOf } = require('./parts');
 const { shopRuns } = require('./demo');
-const { RunBuilder, deepStatement } = require('./testdata');
+const { RunBuilder, deepStatement, tableRow } = require('./testdata');
 
 function build(body, name = 'suite_a', index = 0) {
     const run = new RunBuilder(name);
@@ -98,20 +98,20 @@ test('Each node is found again by its key, with equal names and any characters',
     assert.equal(new Set(run.nodes.map((node) => node.key)).size, run.nodes.length);
     for (const node of run.nodes) {
         const state = {
-            run: 0,
+            run: '',
             at: node.key,
             text: '',
             tests: new Map(),
             entries: new Map(),
             slowest: false,
         };
-        assert.equal(address.find(run, address.parse(address.format(state)).at), node);
+        assert.equal(address.findNode(run, address.parse(address.format(state)).at), node);
     }
 });
 
 test('An address says all that is shown, and broken ones do no harm', () => {
     const state = {
-        run: 2,
+        run: '2026-03-03T22:00:00+01:00~2',
         at: 'tst_a/!3',
         text: 'a & "b=#" -\u00e4%',
         tests: new Map([
@@ -132,7 +132,7 @@ test('An address says all that is shown, and broken ones do no harm', () => {
         '#at=nowhere/else',
     ])
         assert.equal(
-            address.find(
+            address.findNode(
                 build(() => {}),
                 address.parse(hash).at,
             ).key,
@@ -142,8 +142,112 @@ test('An address says all that is shown, and broken ones do no harm', () => {
 
 test('A place that a run does not have leads to the innermost one that it has', () => {
     const run = build((one) => one.testCase('tst_a', () => one.section('s', () => one.log('x'))));
-    assert.equal(address.find(run, 'tst_a/s/!7').name, 's');
-    assert.equal(address.find(run, 'tst_a/t/!7').name, 'tst_a');
+    assert.equal(address.findNode(run, 'tst_a/s/!7').name, 's');
+    assert.equal(address.findNode(run, 'tst_a/t/!7').name, 'tst_a');
+});
+
+test('A sent address leads to its run also when older runs were cut away', () => {
+    const starts = ['2026-03-01', '2026-03-02', '2026-03-03', '2026-03-03'];
+    const documents = starts.map((day) => new RunBuilder('a', day + 'T22:00:00+01:00').finish());
+    documents.push({ version: {}, tests: [], ended: false });
+    const runs = runsOf(documents);
+    assert.equal(new Set(runs.map((run) => run.key)).size, runs.length);
+    const state = { text: '', at: '', tests: new Map(), entries: new Map() };
+    const sent = (run) => address.parse(address.format({ ...state, run: run.key })).run;
+    for (const run of runs) assert.equal(address.findRun(runs, sent(run)).run, run);
+    const left = runsOf(documents.slice(1));
+    assert.equal(address.findRun(left, sent(runs[2])).run.document, documents[2]);
+    assert.deepEqual(
+        [sent(runs[0]), '', '2', '99'].map((key) => {
+            const { run, isThere } = address.findRun(left, key);
+            return [run.index, isThere];
+        }),
+        [
+            [3, false],
+            [3, true],
+            [1, true],
+            [3, false],
+        ],
+    );
+});
+
+test('A program that ends a link at a bracket or quote does not cut an address', () => {
+    const run = build((one) => one.testCase("it's (not) *so*", () => one.log('x')));
+    const state = { run: '', text: "('*)", tests: new Map(), entries: new Map() };
+    const hash = address.format({ ...state, at: run.testCases[0].key });
+    assert.doesNotMatch(hash, /['()*]/);
+    assert.equal(address.findNode(run, address.parse(hash).at), run.testCases[0]);
+    const old = address.parse("#at=it's%20(not)%20*so*");
+    assert.equal(address.findNode(run, old.at), run.testCases[0]);
+});
+
+/// A window with a history of its own, whose timers run at once.
+function fakeWindow() {
+    const handlers = {};
+    const trail = [{ state: null, hash: '' }];
+    let at = 0;
+    const location = { hash: '' };
+    const go = (to) => {
+        at = to;
+        location.hash = trail[at].hash;
+        handlers.popstate();
+    };
+    const put = (state, hash = location.hash) => {
+        trail[at] = { state, hash };
+        location.hash = hash;
+    };
+    const history = {
+        get state() {
+            return trail[at].state;
+        },
+        replaceState: (state, unused, hash) => put(state, hash),
+        pushState: (state, unused, hash) => {
+            trail.length = ++at;
+            put(state, hash);
+        },
+        back: () => go(at - 1),
+    };
+    const follow = (hash) => {
+        handlers.click();
+        trail.length = at + 1;
+        trail.push({ state: null, hash });
+        go(at + 1);
+    };
+    return {
+        history,
+        location,
+        follow,
+        trail,
+        setTimeout: (handler) => handler(),
+        clearTimeout: () => {},
+        addEventListener: (name, handler) => (handlers[name] = handler),
+    };
+}
+
+test('The way back leads to the place, the view and the line that one had left', () => {
+    const window = fakeWindow();
+    const scroller = { scrollTop: 0, addEventListener: () => {} };
+    const followed = [];
+    const navigation = createNavigation(window, scroller, (entry, isNew) => {
+        scroller.scrollTop = entry.top;
+        followed.push([window.location.hash, entry.view, entry.top, isNew]);
+    });
+    navigation.write('#run=1', 'replace');
+    assert.equal(navigation.entry().view, 'list');
+    navigation.showDetail('#at=a');
+    scroller.scrollTop = 120;
+    window.follow('#at=b');
+    window.history.back();
+    assert.equal(navigation.showList(), false);
+    assert.deepEqual(followed, [
+        ['#at=b', 'detail', 0, true],
+        ['#at=a', 'detail', 120, false],
+        ['#at=a', 'list', 0, false],
+    ]);
+    navigation.write('#at=c', 'replace');
+    assert.equal(window.trail.length, 3);
+    navigation.write('#run=2', 'push');
+    assert.equal(window.trail.length, 2);
 });
 
 test('Newly failing compares with the latest earlier run that really ran the test case', () => {
@@ -236,10 +340,13 @@ test('Sections nested by the thousand become rows of a list that is deep enough 
     // Rows beside what they lie in say so, and still answer for all that lies in them.
     const last = sections[depth - 1];
     assert.deepEqual([sections[100].tooDeep, last.tooDeep], [false, true]);
-    assert.deepEqual([sections[0].counts, last.counts], [
-        { pass: depth, fail: 1 },
-        { pass: 1, fail: 1 },
-    ]);
+    assert.deepEqual(
+        [sections[0].counts, last.counts],
+        [
+            { pass: depth, fail: 1 },
+            { pass: 1, fail: 1 },
+        ],
+    );
     assert.ok(sections.every((node) => node.outcome === 'failed'));
     assert.equal(runsOf(runs)[0].summary.cases.get('tst_deep').outcome, 'failed');
     const selection = filter.select(run, {
@@ -267,10 +374,17 @@ const filtered = build((one) => {
     one.log('at the suite');
     one.testCase('tst_login', () =>
         one.section('Form', () =>
-            one.log('Fill in Name').fail('Button', { detail: 'Timeout after 5 s' }),
+            one.log('Fill in Name').fail('Button', { detail: 'Timeout after 5 s', lineNo: 48 }),
         ),
     );
     one.testCase('tst_logout', () => one.pass('Button'));
+    one.testCase('tst_shown', () =>
+        one
+            .attach('x-results:/shot%20%231.png')
+            .pass('Table', { tablediff: [tableRow('insertion', 6, ['Gift wrap'])] })
+            .pass('Property', { expectedValue: 'blue', vpUri: 'x-testsuite:/points/Sky%20VP' }),
+    );
+    one.testCase('tst_odd', () => one.verify('XPASS', 'Strange'));
     one.testCase('tst_skip', () => one.skipped('testcase', 'tst_skip'));
 });
 const modes = (text) =>
@@ -290,19 +404,34 @@ const filterCases = [
     ['a test case with all that is in it', { text: 'logout' }, ['tst_logout', 'Button']],
     ['a phrase', { text: '"fill in name"' }, ['tst_login', 'Form', 'Fill in Name']],
     ['an unwanted word', { text: 'button -timeout' }, ['tst_logout', 'Button']],
-    ['one outcome', { tests: modes('failed') }, ['tst_login', 'Form', 'Fill in Name', 'Button']],
+    [
+        'one outcome',
+        { tests: modes('failed') },
+        ['tst_login', 'Form', 'Fill in Name', 'Button', 'tst_odd', 'Strange'],
+    ],
     [
         'all but one outcome',
         { tests: modes('-failed -skipped') },
-        ['at the suite', 'tst_logout', 'Button'],
+        ['at the suite', 'tst_logout', 'Button', 'tst_shown', 'shot #1.png', 'Table', 'Property'],
     ],
-    ['one kind of result', { entries: modes('pass') }, ['tst_logout', 'Button']],
+    [
+        'one kind of result',
+        { entries: modes('pass') },
+        ['tst_logout', 'Button', 'tst_shown', 'Table', 'Property'],
+    ],
     [
         'all but one kind of result',
         { tests: modes('failed'), entries: modes('-log') },
-        ['tst_login', 'Form', 'Button'],
+        ['tst_login', 'Form', 'Button', 'tst_odd', 'Strange'],
     ],
     ['a search that finds nothing', { text: 'nowhere' }, []],
+    ['a location as it is shown', { text: 'script.js:48' }, ['tst_login', 'Form', 'Button']],
+    ['a file as it is shown', { text: '"shot #1"' }, ['tst_shown', 'shot #1.png']],
+    ['a cell of a table', { text: '"gift wrap"' }, ['tst_shown', 'Table']],
+    ['a value', { text: 'blue' }, ['tst_shown', 'Property']],
+    ['a verification point', { text: '"sky vp"' }, ['tst_shown', 'Property']],
+    ['an outcome by its name', { text: '"unexpected pass"' }, ['tst_odd', 'Strange']],
+    ['all but an outcome by its name', { text: 'button -failed' }, ['tst_logout', 'Button']],
 ];
 
 for (const [name, criteria, expected] of filterCases) {
@@ -310,6 +439,40 @@ for (const [name, criteria, expected] of filterCases) {
         assert.deepEqual(shownNames(filtered, criteria), expected),
     );
 }
+
+test('A hit within a hit is counted and opened', () => {
+    const run = build((one) =>
+        one.testCase('tst_login', () => one.section('login form', () => one.log('login').log('x'))),
+    );
+    const criteria = { text: 'login', tests: new Map(), entries: new Map() };
+    const { hits, opened } = filter.select(run, criteria);
+    assert.equal(hits, 3);
+    assert.deepEqual(
+        run.nodes.filter((node) => opened[node.id]).map((node) => node.name),
+        ['suite_a', 'tst_login', 'login form'],
+    );
+});
+
+test('Rows count among the siblings that are listed', () => {
+    const selection = filter.select(filtered, {
+        text: '',
+        tests: modes('failed'),
+        entries: new Map(),
+    });
+    const place = (name) =>
+        filter.siblings(
+            filtered.testCases.find((node) => node.name === name),
+            selection,
+            false,
+        );
+    assert.deepEqual(
+        [place('tst_login'), place('tst_odd')],
+        [
+            { place: 1, count: 2 },
+            { place: 2, count: 2 },
+        ],
+    );
+});
 
 test('Failures only keeps the test that was running when the run was killed', () => {
     const run = model.buildRun(

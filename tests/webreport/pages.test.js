@@ -6,7 +6,8 @@ const path = require('node:path');
 const { after, before, describe, test } = require('node:test');
 const tools = require('./browser');
 const { shopRuns } = require('./demo');
-const { RunBuilder, dataFile, deepStatement } = require('./testdata');
+const { solidPng } = require('./png');
+const { RunBuilder, dataFile, deepStatement, tableRow } = require('./testdata');
 
 if (tools.missing) console.log(tools.missing);
 
@@ -22,6 +23,11 @@ const block = (page, title) =>
     page
         .locator('#detail .block')
         .filter({ has: page.getByRole('heading', { level: 2, name: new RegExp('^' + title) }) });
+
+const failedImages = 'suite_shop/tst_catalogue/Basket/failedImages';
+const pictureFailure = '#run=3&at=tst_catalogue/Prices/!2';
+const selected = (page) => page.locator('.row[aria-selected="true"] .name');
+const scrollTop = (page) => page.locator('#detail').evaluate((one) => one.scrollTop);
 
 async function eventually(read, expected) {
     let value;
@@ -60,6 +66,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             ...options,
         });
         const page = await context.newPage();
+        page.setDefaultTimeout(15000);
         const errors = [];
         page.on('pageerror', (error) => errors.push(error.message));
         page.on('console', (message) => {
@@ -81,7 +88,8 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
         onShop('', async (page) => {
             assert.equal(await heading(page).textContent(), 'suite_shop');
             await row(page, 'tst_catalogue').locator('[data-toggle]').click();
-            await row(page, 'Prices').click();
+            await row(page, 'Prices').locator('.name').click();
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'tree');
             assert.equal(await heading(page).textContent(), 'Prices');
             await page.keyboard.press('ArrowRight');
             await page.keyboard.press('ArrowRight');
@@ -142,7 +150,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             ]);
             assert.match(await page.locator('#listNote').textContent(), /1 of 25 test cases/);
             await page.keyboard.type(' nowhere');
-            assert.match(await page.locator('#listNote').textContent(), /Nothing matches/);
+            assert.match(await page.locator('#listEmpty').innerText(), /Nothing matches/);
             await page.keyboard.press('Escape');
             assert.ok((await rowNames(page)).length > 10);
         }));
@@ -202,7 +210,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 'Attempt 1 of 2: failed',
                 'Attempt 2 of 2: passed',
             ]);
-            assert.match(await page.locator('#detail .notice').textContent(), /Flaky/);
+            assert.match(await page.locator('#detailBody .notice').textContent(), /Flaky/);
             await block(page, 'Failures').locator('a').click();
             await eventually(() => heading(page).textContent(), 'The button is enabled');
             assert.match(
@@ -257,16 +265,24 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
     test('The failed picture is compared with the one beside it in three ways', () =>
         onShop('#run=3&at=tst_catalogue/Prices/!2', async (page) => {
             await page.getByRole('button', { name: 'Slider' }).waitFor();
-            const clip = () =>
-                page.locator('.stage .actual a').evaluate((one) => getComputedStyle(one).clipPath);
-            const wiped = await clip();
+            const clips = () =>
+                page
+                    .locator('.stage .picture')
+                    .evaluateAll((all) => all.map((one) => getComputedStyle(one).clipPath));
+            const wiped = await clips();
+            assert.match(wiped[0], /inset\(-1px calc\(50%\)|inset\(-1px 50%/);
             await page.getByRole('slider').focus();
             await page.keyboard.press('Home');
-            assert.notEqual(await clip(), wiped);
+            const home = await clips();
+            assert.ok(home[0] !== wiped[0] && home[1] !== wiped[1]);
+            const boxes = await page
+                .locator('.stage .picture, .stage .wipe')
+                .evaluateAll((all) => all.map((one) => one.getBoundingClientRect().top));
+            assert.deepEqual(new Set(boxes).size, 1, 'the slider lies over the pictures');
             await page.getByRole('button', { name: 'Difference' }).click();
             assert.equal(
                 await page
-                    .locator('.stage .actual')
+                    .locator('.stage .actual .picture')
                     .evaluate((one) => getComputedStyle(one).mixBlendMode),
                 'difference',
             );
@@ -288,24 +304,57 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             );
         }));
 
-    test('Without an expected picture there is nothing to choose', async () => {
+    test('Neither picture shows through the other when they differ in size', async () => {
         const directory = report(dataFile(shopRuns()));
-        fs.rmSync(
-            path.join(directory, 'suite_shop/tst_catalogue/Basket/failedImages/expected_1.png'),
+        fs.writeFileSync(
+            path.join(directory, failedImages, 'failed_1.png'),
+            solidPng(240, 100, [70, 130, 200], { x: 9, y: 6, size: 9 }),
         );
+        const address = tools.fileAddress(directory, pictureFailure);
+        const viewport = { width: 390, height: 800 };
         await onPage(
-            tools.fileAddress(directory, '#run=3&at=tst_catalogue/Prices/!2'),
+            address,
             async (page) => {
-                await eventually(
-                    () =>
-                        page
-                            .locator('.stage img')
-                            .evaluateAll((all) => all.map((one) => one.naturalWidth)),
-                    [480],
+                await page.getByRole('slider').fill('25');
+                const [expected, actual] = await page
+                    .locator('.stage .picture')
+                    .evaluateAll((all) =>
+                        all.map((one) => ({
+                            clip: getComputedStyle(one).clipPath,
+                            box: JSON.stringify(one.getBoundingClientRect()),
+                            scale: one.firstChild.width / one.firstChild.naturalWidth,
+                        })),
+                    );
+                assert.deepEqual(
+                    [expected.clip, actual.clip],
+                    ['inset(-1px 75% -1px -1px)', 'inset(-1px -1px -1px 25%)'],
                 );
-                assert.equal(await page.getByRole('button', { name: 'Slider' }).count(), 0);
+                assert.equal(expected.box, actual.box);
+                assert.ok(Math.abs(expected.scale - actual.scale) < 0.01);
+                assert.match(
+                    await page.locator('.images .note').textContent(),
+                    /expected 480 × 270, actual 240 × 100/,
+                );
             },
+            { viewport },
         );
+    });
+
+    test('A picture that is missing leaves the other one to be seen', async () => {
+        const cases = [
+            ['expected_1.png', 'failed_1.png', /^Actual 480 × 270$/],
+            ['failed_1.png', 'expected_1.png', /Actual.*suite_shop.*failed_1.png is not there/],
+        ];
+        for (const [missing, left, text] of cases) {
+            const directory = report(dataFile(shopRuns()));
+            fs.rmSync(path.join(directory, failedImages, missing));
+            await onPage(tools.fileAddress(directory, pictureFailure), async (page) => {
+                await page.locator('.stage img').waitFor();
+                assert.match(await page.locator('.stage img').getAttribute('src'), RegExp(left));
+                assert.equal(await page.getByRole('button', { name: 'Slider' }).count(), 0);
+                assert.match(await page.locator('.images').textContent(), text);
+            });
+        }
     });
 
     test('Attachments are links, pictures among them to be seen', () =>
@@ -364,7 +413,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                         'FAIL: Basket',
                         'Expected: Sum: 1.204,50 €',
                         'Actual:   Sum: 1,204.50 EUR',
-                        server.address + '#run=3&at=tst_catalogue/Prices/!0',
+                        server.address + '#run=2026-03-03T22:00:00Z&at=tst_catalogue/Prices/!0',
                     ])
                         assert.ok(text.includes(part), part + ' in ' + text);
                 },
@@ -391,6 +440,187 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.match(await chip(other, 'skipped').textContent(), /^not /);
             assert.equal(await other.locator('#slowest').getAttribute('aria-pressed'), 'true');
         }));
+
+    test('The way past the filters to the list keeps run, place and filters', () =>
+        onShop('#run=2&at=tst_import&tests=-skipped', async (page) => {
+            const before = page.url();
+            await page.locator('#skip').focus();
+            await page.keyboard.press('Enter');
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'tree');
+            assert.equal(page.url(), before);
+        }));
+
+    test('What an address names and the report does not hold is said', () =>
+        onShop('#run=2026-03-02T22:00:00Z&at=tst_import', async (page) => {
+            const notices = () => page.locator('#notices').innerText();
+            assert.equal(await page.locator('#runPicker').inputValue(), '1');
+            assert.equal(await notices(), '');
+            for (const [hash, said] of [
+                ['#run=2020-01-01T00:00:00Z&at=tst_import', /run of the address/],
+                ['#run=99', /run of the address/],
+                ['#run=2&at=tst_gone/Form', /place of the address/],
+            ]) {
+                await page.evaluate((to) => (location.hash = to), hash);
+                await eventually(async () => said.test(await notices()), true);
+            }
+            await page.locator('#notices .close').click();
+            assert.equal(await notices(), '');
+        }));
+
+    test('The mark in the list stays near when its row is closed away or filtered out', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!0', async (page) => {
+            await row(page, 'tst_catalogue').locator('[data-toggle]').click();
+            assert.equal(await selected(page).textContent(), 'tst_catalogue');
+            assert.equal(await heading(page).textContent(), 'tst_catalogue');
+            await row(page, 'tst_crash').click();
+            await page.locator('.outcome[data-key="failed"]').click();
+            assert.deepEqual(await rowNames(page), ['suite_shop', 'tst_catalogue', 'tst_import']);
+            assert.equal(await selected(page).count(), 0);
+            assert.match(await page.locator('#hiddenNote').innerText(), /Hidden in the list/);
+            await page.locator('#tree').focus();
+            await page.keyboard.press('ArrowUp');
+            assert.equal(await heading(page).textContent(), 'tst_import');
+            assert.equal(await page.locator('#hiddenNote').isVisible(), false);
+        }));
+
+    test('Following a link and going back keeps what was opened, and how far one had read', () =>
+        onShop(
+            '#run=3',
+            async (page) => {
+                await row(page, 'tst_report_01').locator('[data-toggle]').click();
+                const isOpen = () => row(page, 'tst_report_01').getAttribute('aria-expanded');
+                const link = block(page, 'Failing').locator('a').last();
+                await link.scrollIntoViewIfNeeded();
+                const read = await scrollTop(page);
+                assert.ok(read > 0);
+                await link.click();
+                await eventually(() => heading(page).textContent(), 'tst_crash');
+                assert.equal(await page.evaluate(() => document.activeElement.id), 'detail');
+                assert.equal(await scrollTop(page), 0);
+                assert.equal(await isOpen(), 'true');
+                await page.goBack();
+                await eventually(() => heading(page).textContent(), 'suite_shop');
+                await eventually(() => scrollTop(page), read);
+                assert.equal(await isOpen(), 'true');
+            },
+            { viewport: { width: 1300, height: 400 } },
+        ));
+
+    test('What the search found is marked in the row and in the details', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!1', async (page) => {
+            const found = (place) => page.locator(place + ' mark.found').allTextContents();
+            await page.locator('#search').fill('lamp table');
+            assert.deepEqual(await found('#tree'), ['Table', 'Table']);
+            assert.deepEqual([...new Set(await found('#detail'))], ['Table', 'Lamp']);
+            await page.locator('#search').fill('');
+            assert.deepEqual(await found('body'), []);
+        }));
+
+    test('Rows are links that open in a tab of their own', () =>
+        onShop('', async (page, context) => {
+            const opened = context.waitForEvent('page');
+            await row(page, 'tst_import')
+                .locator('.name')
+                .click({ modifiers: ['Control'] });
+            const other = await opened;
+            await eventually(() => heading(other).textContent(), 'tst_import');
+            assert.equal(await heading(page).textContent(), 'suite_shop');
+        }));
+
+    test('Beyond the runs that fit the shown one is among those listed', async () => {
+        const runs = Array.from({ length: 100 }, (unused, index) =>
+            new RunBuilder('suite_many', new Date(Date.UTC(2026, 0, 1 + index)).toISOString())
+                .testCase('tst', (one) => (index % 7 ? one.pass('x') : one.fail('x')))
+                .finish(),
+        );
+        await onPage(tools.fileAddress(report(dataFile(runs)), '#run=8'), async (page) => {
+            const current = page.locator('.runs tr[aria-current]');
+            assert.match(await current.innerText(), /^Run 8\s/);
+            assert.match(await block(page, 'Runs').innerText(), /30 of 100 runs are shown/);
+            await row(page, 'tst').click();
+            const history = block(page, 'History');
+            assert.match(
+                await history.locator('[aria-current]').getAttribute('aria-label'),
+                /^Run 8, 2026-01-08/,
+            );
+            assert.equal(await history.locator('.point').count(), 40);
+            await history.getByRole('button', { name: /newer/ }).click();
+            await history.getByRole('button', { name: /newer/ }).click();
+            assert.deepEqual(
+                [
+                    await history.locator('.number').first().textContent(),
+                    await history.locator('.number').last().textContent(),
+                ],
+                ['1', '100'],
+            );
+        });
+    });
+
+    test('A run that ran nothing or did not end does not pass for a good one', async () => {
+        const empty = new RunBuilder('suite', '2026-01-01T00:00:00Z').finish();
+        const open = new RunBuilder('suite', '2026-01-02T00:00:00Z')
+            .testCase('tst_a', (one) => one.fail('x'))
+            .begin('testcase', 'tst_b')
+            .begin('section', 'inner')
+            .log('the last words').document;
+        const address = tools.fileAddress(report(dataFile([empty, open])));
+        await onPage(address + '#run=1', async (page) => {
+            assert.equal(await page.locator('.verdict').textContent(), 'No test case ran.');
+            assert.match(await page.locator('#detail .marks').innerText(), /Nothing ran/);
+            assert.match(await page.locator('#favicon').getAttribute('href'), /neutral/);
+            assert.equal(await page.locator('.chips').count(), 0);
+        });
+        await onPage(address, async (page) => {
+            assert.match(
+                await page.locator('.runs tr[aria-current]').innerText(),
+                /2 failed · not ended/,
+            );
+            await page.locator('#detail .notice .testlink').click();
+            await eventually(() => heading(page).textContent(), 'inner');
+            assert.deepEqual(await block(page, 'Last entries').locator('.name').allTextContents(), [
+                'the last words',
+            ]);
+        });
+    });
+
+    test('A character that can’t be seen is drawn, and named where it makes the difference', async () => {
+        const run = new RunBuilder('suite_a').testCase('tst_\u202egpj', (one) =>
+            one.fail('x', { detail: "Expected 'a\u200bb', got 'ab'." }),
+        );
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        await onPage(address, async (page) => {
+            await page.keyboard.press('n');
+            assert.ok((await rowNames(page)).includes('tst_U+202Egpj'));
+            assert.equal(await page.locator('.values mark .codepoint').textContent(), 'U+200B');
+            assert.match(
+                await block(page, 'Values').locator('.note').textContent(),
+                /Expected: U\+200B \(zero width space\)\. Actual: none/,
+            );
+        });
+    });
+
+    test('The data file can be dropped on the page', async () => {
+        const directory = report(dataFile(shopRuns()).slice(0, -9));
+        const text = fs.readFileSync(tools.dataFileOf(directory), 'utf8');
+        await onPage(
+            tools.fileAddress(directory),
+            async (page) => {
+                const transfer = await page.evaluateHandle((content) => {
+                    const data = new DataTransfer();
+                    data.items.add(new File([content], 'results-v1.js'));
+                    return data;
+                }, text);
+                await page.locator('body').dispatchEvent('drop', { dataTransfer: transfer });
+                await page.locator('#tree .row').first().waitFor();
+                await page.locator('#detail .testlink').first().click();
+                assert.match(
+                    await page.locator('#notices').innerText(),
+                    /end of the data was missing/,
+                );
+            },
+            { dataIsCut: true },
+        );
+    });
 
     test('The slowest come first when asked for', () =>
         onShop('', async (page) => {
@@ -595,11 +825,15 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
         assert.ok((await brightness('dark')) < 200);
     });
 
-    test('Paper gets all test cases and the failures in full', () =>
+    async function printed(page) {
+        await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+        await page.emulateMedia({ media: 'print' });
+        return page.locator('#print').innerText();
+    }
+
+    test('Paper gets all test cases, and the failures with both their pictures', () =>
         onShop('', async (page) => {
-            await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
-            await page.emulateMedia({ media: 'print' });
-            const text = await page.locator('#print').innerText();
+            const text = await printed(page);
             for (const part of [
                 'tst_report_18',
                 'tst_login',
@@ -609,25 +843,95 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             ])
                 assert.ok(text.includes(part), part);
             assert.equal(await page.locator('#main').isVisible(), false);
-            assert.ok((await page.pdf()).length > 10000);
+            await page.emulateMedia({ media: null });
+            // A fresh page, whose pictures nobody has looked at.
+            await page.reload();
+            const pdf = (await page.pdf()).toString('latin1');
+            assert.equal(pdf.match(/\/Width 480/g).length, 3);
         }));
 
-    test('On a narrow screen details take the place of the list, and give it back', () =>
+    test('Paper says what it leaves out, and a wide table keeps to it', async () => {
+        const run = new RunBuilder('suite_wide').testCase('tst', (one) =>
+            one
+                .fail('Long', { detail: 'x'.repeat(90000) })
+                .fail('Values', {
+                    detail:
+                        "Expected '" +
+                        'same '.repeat(800) +
+                        "1', got '" +
+                        'same '.repeat(800) +
+                        "2'.",
+                })
+                .fail('Wide', {
+                    tablediff: Array.from({ length: 200 }, (unused, index) =>
+                        tableRow(
+                            index % 2 ? 'insertion' : 'deletion',
+                            index >> 1,
+                            Array.from({ length: 30 }, (cell, column) =>
+                                column === 7 ? 'cell ' + index : 'same in both',
+                            ),
+                        ),
+                    ),
+                }),
+        );
+        await onPage(tools.fileAddress(report(dataFile([run.finish()]))), async (page) => {
+            await page.setViewportSize({ width: 700, height: 900 });
+            const text = await printed(page);
+            assert.match(text, /87,000 more characters not printed/);
+            assert.match(text, /3,700 equal characters/);
+            assert.match(text, /40 of 200 differences, 29 columns not printed/);
+            assert.ok(text.includes('cell 39') && !text.includes('same in both'));
+            assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 700));
+        });
+    });
+
+    test('On a narrow screen details take the place of the list, and Back gives it back', () =>
         onShop(
             '',
             async (page) => {
-                assert.equal(await page.locator('#detail').isVisible(), false);
-                await row(page, 'tst_catalogue').click();
-                assert.equal(await page.locator('#list').isVisible(), false);
-                await page.getByRole('button', { name: 'Results' }).click();
-                assert.equal(await page.locator('#list').isVisible(), true);
+                const visible = async () => [
+                    await page.locator('#list').isVisible(),
+                    await page.locator('#detail').isVisible(),
+                ];
+                assert.deepEqual(await visible(), [true, false]);
+                assert.equal(await chip(page, 'failed').isVisible(), false);
+                await page.getByRole('button', { name: 'Filters' }).click();
+                assert.equal(await chip(page, 'failed').isVisible(), true);
+                for (const back of [
+                    () => page.goBack(),
+                    () => page.getByRole('button', { name: 'Results', exact: true }).click(),
+                    () => page.keyboard.press('Escape'),
+                ]) {
+                    await row(page, 'tst_catalogue').click();
+                    assert.deepEqual(await visible(), [false, true]);
+                    await back();
+                    await eventually(visible, [true, false]);
+                    assert.equal(await selected(page).textContent(), 'tst_catalogue');
+                }
+                await page.locator('#tree').focus();
+                await page.keyboard.press('n');
+                assert.deepEqual(await visible(), [false, true]);
+                assert.match(await heading(page).textContent(), /Object property/);
+                await page.reload();
+                assert.deepEqual(await visible(), [false, true]);
                 assert.ok(
                     await page.evaluate(
                         () => document.documentElement.scrollWidth <= window.innerWidth,
                     ),
                 );
             },
-            { viewport: { width: 400, height: 800 } },
+            { viewport: { width: 390, height: 800 } },
+        ));
+
+    test('A link that was sent opens its place on a narrow screen', () =>
+        onShop(
+            '#run=3&at=tst_crash/!1',
+            async (page) => {
+                assert.match(await heading(page).innerText(), /TypeError/);
+                await page.getByRole('button', { name: 'Results', exact: true }).click();
+                assert.match(await selected(page).innerText(), /TypeError/);
+            },
+            { viewport: { width: 390, height: 800 } },
         ));
 
     test('Without scripts the page says what to do', () =>

@@ -4,21 +4,29 @@
 const path = require('node:path');
 
 for (const part of [
+    'invisibles',
     'dom',
     'outcomes',
     'format',
-    'values',
+    'sequencediff',
+    'pairing',
     'textdiff',
+    'values',
     'repair',
     'walk',
     'model',
     'runs',
     'history',
+    'tablerows',
+    'searchtext',
     'filter',
+    'criteria',
     'address',
+    'navigation',
+    'longtext',
     'marks',
-    'tableview',
     'failuretext',
+    'highlight',
 ])
     require(path.join(__dirname, '..', '..', 'webreport', 'script', part + '.js'));
 

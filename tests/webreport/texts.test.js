@@ -2,7 +2,16 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { failureText, format, model, tableDiff, textDiff, values } = require('./parts');
+const {
+    failureText,
+    format,
+    highlight,
+    invisibles,
+    model,
+    tableRows,
+    textDiff,
+    values,
+} = require('./parts');
 const { RunBuilder, tableRow } = require('./testdata');
 
 function marked(segments) {
@@ -18,6 +27,12 @@ const differences = [
     ['abcdef', 'uvwxyz', '[abcdef]', '[uvwxyz]'],
     ['a\u{1F600}b', 'a\u{1F601}b', 'a[\u{1F600}]b', 'a[\u{1F601}]b'],
     ['aaa', 'aa', 'aa[a]', 'aa'],
+    [
+        'a: 1\nb: 2\nc: 3',
+        'a: 1\nnew\nb: 20\nc: 3',
+        'a: 1\nb: 2\nc: 3',
+        'a: 1\n[new\n]b: 2[0]\nc: 3',
+    ],
 ];
 
 for (const [expected, actual, left, right] of differences) {
@@ -45,6 +60,41 @@ test('Marking loses no character of long and wholly different texts', () => {
         assert.equal(marks.expected.map((segment) => segment.text).join(''), expected);
         assert.equal(marks.actual.map((segment) => segment.text).join(''), actual);
     }
+});
+
+test('In a long text with a thousand changes just these are marked', () => {
+    const text = (changed) =>
+        Array.from(
+            { length: 2000 },
+            (unused, line) => 'line ' + line + ' is ' + (line % 2 && changed ? 'new' : 'old'),
+        ).join('\n');
+    const marks = textDiff.diff(text(false), text(true));
+    const differing = marks.actual.filter((segment) => segment.differs);
+    assert.equal(differing.length, 1000);
+    assert.ok(differing.every((segment) => segment.text === 'new'));
+});
+
+test('Values that look the same are told apart', () => {
+    const difference = ([expected, actual]) => invisibles.onlyDifference(expected, actual);
+    assert.match(difference(['a\u200bb', 'ab']), /seen/);
+    assert.match(difference(['one two', 'one\ttwo']), /seen/);
+    assert.match(difference(['caf\u00e9', 'cafe\u0301']), /composed/);
+    assert.equal(difference(['a b', 'a c']), null);
+    assert.deepEqual(invisibles.pieces('a\u0000\u202e b', invisibles.unseen), [
+        'a',
+        { symbol: '␀' },
+        { code: 'U+202E' },
+        { symbol: '·' },
+        'b',
+    ]);
+});
+
+test('The terms of a search are marked once where they overlap', () => {
+    assert.deepEqual(highlight.places('Table tables', ['tab', 'table']), [
+        [0, 5],
+        [6, 11],
+    ]);
+    assert.deepEqual(highlight.places('İstanbul', ['stan']), []);
 });
 
 const comparisons = [
@@ -138,26 +188,34 @@ test('No location leads to a script or out to a host', () => {
     );
 });
 
-test('A changed row of a table is paired with its new form, and only with that', () => {
-    const rows = tableDiff.pairRows(
-        tableDiff.rowsOf([
-            tableRow('deletion', 1, ['a']),
-            tableRow('deletion', 2, ['b']),
-            tableRow('insertion', 1, ['A']),
-            tableRow('insertion', 1, ['extra']),
-            tableRow('insertion', 5, ['new']),
-            { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } },
-            { elementType: 'unknown' },
-        ]),
-    );
+test('A changed row of a table stands before its new form, whatever the order of the data', () => {
+    const context = { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } };
+    const rows = tableRows.arrangedRows([
+        tableRow('deletion', 1, ['a', '1']),
+        tableRow('deletion', 2, ['b', '2']),
+        tableRow('insertion', 1, ['A', '1']),
+        tableRow('insertion', 1, ['extra', '']),
+        tableRow('insertion', 5, ['B', '2']),
+        context,
+        tableRow('insertion', 7, ['after', '9']),
+        tableRow('deletion', 8, ['before', '9']),
+        { elementType: 'unknown' },
+    ]);
     assert.deepEqual(
-        rows.map((row) => row.label),
-        ['Row 2', 'Row 3', 'Row 2', 'Row 2', 'Row 6', 'Row 1, column 3', 'Row ?'],
+        rows.map((row) => row.label + ' ' + row.side),
+        [
+            'Row 2 expected',
+            'Row 2 actual',
+            'Row 3 expected',
+            'Row 6 actual',
+            'Row 2 actual',
+            'Row 1, column 3 both',
+            'Row 9 expected',
+            'Row 8 actual',
+            'Row ? both',
+        ],
     );
-    assert.deepEqual(
-        rows.map((row) => rows.indexOf(row.partner)),
-        [2, -1, 0, -1, -1, -1, -1],
-    );
+    assert.equal(rows[4].partner, undefined);
 });
 
 test('A copied failure holds what a ticket needs', () => {
@@ -180,5 +238,15 @@ test('A copied failure holds what a ticket needs', () => {
             'http://x/#at',
         ])
             assert.ok(text.includes(part), part + ' in ' + text);
+        assert.doesNotMatch(text, /got 'off'/);
     }
+});
+
+test('Lines and blanks of a copied value survive the way into a ticket', () => {
+    const run = new RunBuilder('suite_a').testCase('tst_a', (one) =>
+        one.fail('Text', { detail: "Expected 'a\tb \nc', got ''." }),
+    );
+    const built = model.buildRun(run.finish(), 0);
+    const text = failureText(built, built.nodes[2], 'http://x/');
+    assert.match(text, /Expected:\n {4}a→b \n {4}c\nActual: {3}\(empty\)\n/);
 });

@@ -2,6 +2,8 @@
 (function (report) {
     'use strict';
 
+    const { decoded, encoded, escaped } = report.format;
+
     /// "failed,-skipped" as a Map; unknown words are dropped.
     function parseModes(text, known) {
         const modes = new Map();
@@ -16,40 +18,54 @@
         return [...modes].map(([key, mode]) => (mode === 'not' ? '-' : '') + key).join(',');
     }
 
-    /// `run` is an index from 0, or null for the latest run.
+    /// `run` is the key of a run, or its number from 1; empty for the latest.
     function parse(hash) {
         const fields = new Map();
         for (const field of hash.replace(/^#/, '').split('&')) {
             const equals = field.indexOf('=');
             if (equals > 0) fields.set(field.slice(0, equals), field.slice(equals + 1));
         }
-        const run = Number(fields.get('run'));
         return {
-            run: Number.isInteger(run) && run > 0 ? run - 1 : null,
-            at: fields.get('at') || '',
-            text: report.format.decoded(fields.get('q') || ''),
+            run: decoded(fields.get('run') || ''),
+            at: escaped(fields.get('at') || '', /['()*]/g),
+            text: decoded(fields.get('q') || ''),
             tests: parseModes(fields.get('tests') || '', report.outcomes.testOutcome),
             entries: parseModes(fields.get('entries') || '', report.outcomes.entryKind),
             slowest: fields.get('sort') === 'slowest',
         };
     }
 
+    /// The fields that choose and order the rows of the list.
+    function formatFilters(state) {
+        return [
+            ['q', encoded(state.text)],
+            ['tests', formatModes(state.tests)],
+            ['entries', formatModes(state.entries)],
+            ['sort', state.slowest ? 'slowest' : ''],
+        ];
+    }
+
+    function join(fields) {
+        return fields
+            .filter((field) => field[1])
+            .map((field) => field.join('='))
+            .join('&');
+    }
+
     function format(state) {
-        const fields = [];
-        const add = (name, value) => {
-            if (value) fields.push(name + '=' + value);
-        };
-        add('run', state.run === null ? '' : String(state.run + 1));
-        add('at', state.at);
-        add('q', report.format.encoded(state.text));
-        add('tests', formatModes(state.tests));
-        add('entries', formatModes(state.entries));
-        add('sort', state.slowest ? 'slowest' : '');
-        return '#' + fields.join('&');
+        const run = encoded(state.run).replace(/%3A/g, ':').replace(/%7E/g, '~');
+        return '#' + join([['run', run], ['at', state.at], ...formatFilters(state)]);
+    }
+
+    /// `{run, isThere}`: the run that the address names, or the latest when there is none such.
+    function findRun(runs, key) {
+        const found =
+            runs.find((run) => run.key === key) || (/^\d+$/.test(key) && runs[Number(key) - 1]);
+        return { run: found || runs[runs.length - 1], isThere: Boolean(found || !key) };
     }
 
     /// The node at `at`, or the innermost one above it that this run has.
-    function find(run, at) {
+    function findNode(run, at) {
         for (let key = at; key; key = key.slice(0, Math.max(0, key.lastIndexOf('/')))) {
             const node = run.byKey.get(key);
             if (node) return node;
@@ -57,5 +73,11 @@
         return run.root;
     }
 
-    report.address = { parse, format, find };
+    report.address = {
+        parse,
+        format,
+        filterText: (state) => join(formatFilters(state)),
+        findRun,
+        findNode,
+    };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

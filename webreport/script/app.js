@@ -3,17 +3,16 @@
 (function (report) {
     'use strict';
 
-    const { address, filter, model } = report;
-    const failedKinds = report.outcomes.entryKinds.filter((kind) => kind.failed);
-
-    function emptyFilters() {
-        return { text: '', tests: new Map(), entries: new Map() };
-    }
+    const { address, criteria, filter, model } = report;
+    const narrow = window.matchMedia('(max-width: 860px)');
 
     class Page {
         constructor(documents) {
             this.runs = report.runsOf(documents);
             this.openTests = new report.OpenTests();
+            /// How pictures are compared: see imageCompare.
+            this.pictureView = { mode: 'slider', zoom: 1, strong: false };
+            this.header = document.getElementById('header');
             this.treeHost = document.getElementById('tree');
             this.detailHost = document.getElementById('detail');
             this.list = report.treeList.createTreeList(this.treeHost, {
@@ -21,20 +20,49 @@
                 select: (node) => this.select(node),
                 toggle: (node) => this.toggle(node),
                 open: (node) => this.open(node),
+                addressOf: (node) => this.addressOf(this.run, node),
+                siblings: (node) => filter.siblings(node, this.selection, this.state.slowest),
+                terms: () => this.terms,
             });
+            this.navigation = report.createNavigation(window, this.detailHost, (entry, isNew) =>
+                this.followAddress(entry, isNew),
+            );
             this.readAddress();
             this.drawFilters = report.filterBar.create(this, document.getElementById('filters'));
             this.drawRun();
+            const entry = this.navigation.entry();
+            this.setView(entry);
+            this.detailHost.scrollTop = entry.top;
+            this.navigation.write(this.addressHere(), 'replace');
         }
 
         // Address
 
         readAddress() {
+            const before = this.state;
             this.state = address.parse(location.hash);
-            this.useRun(this.runs[this.state.run] || this.runs[this.runs.length - 1]);
-            this.current = address.find(this.run, this.state.at);
-            this.openTests.reset();
+            const { run, isThere } = address.findRun(this.runs, this.state.run);
+            const isSame = this.run && this.run.index === run.index;
+            this.useRun(run);
+            this.current = address.findNode(this.run, this.state.at);
+            if (!isSame || address.filterText(before) !== address.filterText(this.state))
+                this.openTests.reset();
             this.openTests.openTo(this.current);
+            this.sayWhatIsMissing(isThere);
+        }
+
+        sayWhatIsMissing(runIsThere) {
+            report.notice.clear('address');
+            if (!runIsThere)
+                report.notice.show(
+                    'address',
+                    'This report does not hold the run of the address. The latest is shown.',
+                );
+            else if (this.state.at && this.current.key !== this.state.at)
+                report.notice.show(
+                    'address',
+                    'This run does not hold the place of the address. What it would lie in is shown.',
+                );
         }
 
         /// Only the tree of the shown run is kept.
@@ -44,92 +72,93 @@
             report.history.markNewlyFailing(this.runs, this.run);
         }
 
-        /// Going from row to row leaves no trail in the history of the browser, changing the run
-        /// does.
-        writeAddress(push) {
-            this.state.run = this.run.index;
-            this.state.at = this.current.key;
-            const hash = address.format(this.state);
-            if (hash === location.hash) return;
-            if (push) history.pushState(null, '', hash);
-            else history.replaceState(null, '', hash);
-        }
-
         /// For links to a node, or to a run as a whole when there is none.
         addressOf(run, node) {
-            return address.format({ ...this.state, run: run.index, at: node ? node.key : '' });
+            const { key } = this.runs[run.index];
+            return address.format({ ...this.state, run: key, at: node ? node.key : '' });
         }
 
-        followAddress() {
+        addressHere() {
+            return this.addressOf(this.run, this.current);
+        }
+
+        /// Going from row to row leaves no trail in the history of the browser, changing the run
+        /// does.
+        writeAddress(way = 'replace') {
+            this.navigation.write(this.addressHere(), way);
+        }
+
+        followAddress(entry, isNew) {
             const before = this.run;
             this.readAddress();
             if (this.run !== before) this.drawRun();
             else this.drawList();
-            this.showCurrent();
-            if (this.state.at) document.body.classList.add('showing-detail');
+            this.showCurrent(entry.top);
+            this.setView(entry);
+            const isLost = document.activeElement === document.body;
+            if (entry.view === 'detail' && (isNew || isLost)) this.detailHost.focus();
+            else if (isLost) this.focusList();
+        }
+
+        setView({ view }) {
+            document.body.classList.toggle('showing-detail', view === 'detail');
         }
 
         // Drawing
 
         drawRun() {
-            report.header.render(this, document.getElementById('header'));
+            report.header.render(this, this.header);
             report.header.setTitle(this.run);
             this.drawList();
             this.showCurrent();
         }
 
         drawList() {
+            this.terms = filter.parseText(this.state.text).wanted;
             this.selection = filter.select(this.run, this.state);
+            report.header.drawFilters(this, this.header);
             this.drawFilters();
             this.drawRows();
-            this.drawNote();
+            report.listNotes.draw(this);
+            report.detail.highlight(this, this.detailHost);
         }
 
         drawRows() {
+            const isOpen = (node) => this.isOpen(node);
             this.list.setRows(
-                filter.listRows(
-                    this.run,
-                    this.selection,
-                    (node) => this.isOpen(node),
-                    this.state.slowest,
-                ),
+                filter.listRows(this.run, this.selection, isOpen, this.state.slowest),
             );
             this.list.setCurrent(this.current);
         }
 
-        drawNote() {
-            const note = document.getElementById('listNote');
-            const shown = this.run.testCases.filter((one) => this.selection.shown[one.id]).length;
-            const hits =
-                this.selection.hits > 0
-                    ? ' · ' + report.format.counted(this.selection.hits, 'hit', 'hits')
-                    : '';
-            note.textContent = !filter.isActive(this.state)
-                ? ''
-                : shown === 0 && this.selection.hits === 0
-                  ? 'Nothing matches. Esc takes the filters away.'
-                  : report.format.count(shown) +
-                    ' of ' +
-                    report.format.counted(this.run.testCases.length, 'test case', 'test cases') +
-                    hits;
-        }
-
-        showCurrent() {
+        showCurrent(top = 0) {
             this.list.setCurrent(this.current);
             report.detail.render(this, this.detailHost, this.current);
+            report.listNotes.drawHidden(this);
+            this.detailHost.scrollTop = top;
         }
 
         // Place
 
-        select(node, push) {
+        /// Whether list and details take turns.
+        isNarrow() {
+            return narrow.matches;
+        }
+
+        select(node) {
             this.current = node;
-            this.writeAddress(push);
+            this.writeAddress();
             this.showCurrent();
         }
 
+        /// Like select; where list and details take turns, the details come.
         open(node) {
-            this.select(node);
-            document.body.classList.add('showing-detail');
+            this.current = node;
+            if (narrow.matches && this.navigation.entry().view === 'list')
+                this.navigation.showDetail(this.addressHere());
+            else this.writeAddress();
+            this.showCurrent();
+            this.setView({ view: 'detail' });
         }
 
         openDetail() {
@@ -138,8 +167,10 @@
         }
 
         closeDetail() {
-            document.body.classList.remove('showing-detail');
-            this.focusList();
+            if (!narrow.matches || this.navigation.showList()) {
+                this.setView({ view: 'list' });
+                this.focusList();
+            }
         }
 
         focusList() {
@@ -149,32 +180,11 @@
         showRun(run) {
             const key = this.current.key;
             this.useRun(run);
-            this.current = address.find(this.run, key);
+            this.current = address.findNode(this.run, key);
             this.openTests.reset();
             this.openTests.openTo(this.current);
-            this.writeAddress(true);
+            this.writeAddress('push');
             this.drawRun();
-        }
-
-        stepRun(by) {
-            const run = this.runs[this.run.index + by];
-            if (run) this.showRun(run);
-        }
-
-        /// The next failure among what the filters let through, round the end.
-        goToFailure(by) {
-            const isWanted = (node) => model.isFailurePlace(node) && this.selection.shown[node.id];
-            const { nodes } = this.run;
-            for (let step = 1; step <= nodes.length; ++step) {
-                const node = nodes[(this.current.id + by * step + nodes.length * 2) % nodes.length];
-                if (!isWanted(node)) continue;
-                this.openTests.openTo(node);
-                this.current = node;
-                this.drawRows();
-                this.select(node);
-                return;
-            }
-            report.clipboard.toast('No failures here');
         }
 
         // Open and closed tests
@@ -184,116 +194,44 @@
             return this.openTests.isOpen(node, Boolean(found));
         }
 
+        /// A row that goes with the test it lies in leaves its mark to that.
         setOpen(node, open) {
             this.openTests.set(node, open);
+            const goes = !open && report.marks.pathOf(this.current).includes(node);
+            if (goes) this.current = node;
             this.drawRows();
+            if (goes) this.select(node);
         }
 
         toggle(node) {
             if (node.children.length > 0) this.setOpen(node, !this.isOpen(node));
         }
 
-        setAllOpen(open) {
-            this.openTests.setAll(this.run, open);
-            if (!open) this.current = this.current.testCase || this.run.root;
-            this.drawRows();
-            this.select(this.current);
-        }
-
-        goIn() {
-            const first = this.current.children.find((child) => this.selection.shown[child.id]);
-            if (!first) return;
-            if (this.isOpen(this.current)) this.list.move(1);
-            else this.setOpen(this.current, true);
-        }
-
-        goOut() {
-            if (this.current.children.length > 0 && this.isOpen(this.current))
-                this.setOpen(this.current, false);
-            else if (this.current.parent) this.select(this.current.parent);
-        }
-
         // Filters
 
-        filtersChanged() {
+        /// `change` gets the filters; with them what was opened and closed is forgotten.
+        changeFilters(change) {
+            change(this.state);
             this.openTests.reset();
-            this.writeAddress();
-            this.drawList();
-        }
-
-        setText(text) {
-            this.state.text = text;
-            this.filtersChanged();
-        }
-
-        setMode(modes, key, mode) {
-            if (mode) modes.set(key, mode);
-            else modes.delete(key);
-            this.filtersChanged();
-        }
-
-        setSlowest(slowest) {
-            this.state.slowest = slowest;
+            if (!filter.isActive(this.state)) this.openTests.openTo(this.current);
             this.writeAddress();
             this.drawList();
         }
 
         clearFilters() {
-            Object.assign(this.state, emptyFilters());
-            this.openTests.reset();
-            this.openTests.openTo(this.current);
-            this.writeAddress();
-            this.drawList();
-        }
-
-        showsFailuresOnly() {
-            return failedKinds.every((kind) => this.state.entries.get(kind.key) === 'only');
+            this.changeFilters(criteria.clear);
         }
 
         toggleFailures() {
-            this.state.entries = new Map(
-                this.showsFailuresOnly() ? [] : failedKinds.map((kind) => [kind.key, 'only']),
-            );
-            this.filtersChanged();
+            this.changeFilters(criteria.toggleFailures);
         }
 
-        /// On a narrow screen the details take the place of the list.
-        escape() {
-            const listHidden = document.getElementById('list').offsetParent === null;
-            if (listHidden || this.detailHost.contains(document.activeElement)) this.closeDetail();
-            else this.clearFilters();
-        }
-
-        // Passing on
-
-        copyFailure(node) {
-            const link = new URL(this.addressOf(this.run, node), location.href).href;
-            report.clipboard.copy(report.failureText(this.run, node, link), 'Text');
-        }
-
-        copyAddress(node) {
-            report.clipboard.copy(
-                new URL(this.addressOf(this.run, node), location.href).href,
-                'Link',
-            );
+        toggleSlowest() {
+            this.state.slowest = !this.state.slowest;
+            this.writeAddress();
+            this.drawList();
         }
     }
 
-    /// Shows the runs. `repaired` are the indices of those that were closed by this page.
-    report.start = function start({ runs, repaired }) {
-        document.getElementById('nodata').hidden = true;
-        document.getElementById('header').hidden = false;
-        document.getElementById('main').hidden = false;
-        report.splitter.install(
-            document.getElementById('splitter'),
-            document.getElementById('main'),
-        );
-        const page = new Page(runs);
-        report.keys.install(page);
-        report.printView.install(page);
-        window.addEventListener('popstate', () => page.followAddress());
-        page.focusList();
-        if (repaired.length > 0)
-            report.clipboard.toast('The end of the data was missing: shown as far as it goes');
-    };
+    report.Page = Page;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

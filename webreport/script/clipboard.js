@@ -15,11 +15,8 @@
 
     /// For pages served without TLS, where browsers offer no clipboard to scripts.
     function copyBySelection(text) {
-        const area = element('textarea', {
-            'class': 'offscreen',
-            'aria-hidden': 'true',
-            'value': text,
-        });
+        const area = element('textarea', { 'class': 'offscreen', 'aria-hidden': 'true' });
+        area.value = text;
         const focused = document.activeElement;
         document.body.append(area);
         area.select();

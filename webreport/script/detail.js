@@ -2,8 +2,8 @@
 (function (report) {
     'use strict';
 
-    const { element, button, icon, fileLink } = report.dom;
-    const { dateTime, duration } = report.format;
+    const { element, button, icon, fileLink, time } = report.dom;
+    const { duration } = report.format;
     const { outcomeBadge, extraBadges, typeLabel, shortTitle, nodeTitle, pathOf } = report.marks;
 
     function breadcrumb(app, node) {
@@ -42,8 +42,8 @@
         const last = node.kind === 'attempts' ? node.children[node.children.length - 1].raw : raw;
         return facts([
             ['Took', node.duration === null ? '' : duration(node.duration)],
-            ['Started', dateTime(raw.start)],
-            ['Ended', raw.isSkipped ? '' : dateTime(last.stop)],
+            ['Started', time(raw.start)],
+            ['Ended', raw.isSkipped ? '' : time(last.stop)],
             ['Location', place(app, raw)],
         ]);
     }
@@ -51,7 +51,7 @@
     function entryFacts(app, node) {
         const raw = node.raw;
         return facts([
-            ['When', dateTime(raw.time)],
+            ['When', time(raw.time)],
             ['Location', node.entryKind === 'attachment' ? '' : place(app, raw)],
             ['Object', raw.objectName],
             ['Property', raw.property],
@@ -66,14 +66,14 @@
             { class: 'actions' },
             button(
                 '',
-                () => app.copyFailure(node),
+                () => report.commands.copyFailure(app, node),
                 { class: 'copy', title: 'As plain text, for a ticket (c)' },
                 icon('copy'),
                 failed ? 'Copy failure' : 'Copy',
             ),
             button(
                 '',
-                () => app.copyAddress(node),
+                () => report.commands.copyAddress(app, node),
                 { class: 'copylink', title: 'The address of this place (l)' },
                 icon('link'),
                 'Copy link',
@@ -97,7 +97,7 @@
                 { class: 'marks' },
                 outcomeBadge(node),
                 extraBadges(node),
-                element('span', { class: 'type' }, typeLabel(node)),
+                node.kind === 'entry' ? null : element('span', { class: 'type' }, typeLabel(node)),
             ),
             element(
                 'h1',
@@ -107,19 +107,34 @@
         );
     }
 
+    function entryBody(app, node) {
+        return [
+            entryFacts(app, node),
+            report.entryView.entryView(app, node, report.screenViews(app)),
+        ];
+    }
+
     function body(app, node) {
-        if (node.kind === 'entry') return [entryFacts(app, node), report.entryView(app, node)];
+        if (node.kind === 'entry')
+            return [entryBody(app, node), report.entryView.justBefore(app, node)];
         return [
             testFacts(app, node),
             node.parent ? report.testView(app, node) : report.overview(app),
         ];
     }
 
-    function render(app, host, node) {
-        host.replaceChildren();
-        report.dom.append(host, [heading(app, node), body(app, node)]);
-        host.scrollTop = 0;
+    function highlight(app, host) {
+        report.highlight.clear(host);
+        report.highlight.mark(host, app.terms);
     }
 
-    report.detail = { render, body };
+    /// `host` is the pane; a part of it is drawn anew.
+    function render(app, host, node) {
+        const place = host.querySelector('#detailBody');
+        place.replaceChildren();
+        report.dom.append(place, [heading(app, node), body(app, node)]);
+        report.highlight.mark(place, app.terms);
+    }
+
+    report.detail = { render, highlight, entryFacts, entryBody };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

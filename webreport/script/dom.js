@@ -2,21 +2,45 @@
 (function (report) {
     'use strict';
 
+    // A text of nothing but controls costs no element for each.
+    const mostDrawn = 2000;
+
+    /// A character that can't be shown as it is, in a form that can be seen.
+    function drawnCharacter({ symbol, code }) {
+        return symbol || element('span', { class: 'codepoint' }, code);
+    }
+
+    function appendText(node, text) {
+        if (!report.invisibles.harmful.test(text)) {
+            node.append(text);
+            return;
+        }
+        const pieces = report.invisibles.pieces(text, report.invisibles.harmful);
+        const drawn = pieces
+            .slice(0, mostDrawn)
+            .map((piece) => (typeof piece === 'string' ? piece : drawnCharacter(piece)));
+        const rest = pieces
+            .slice(mostDrawn)
+            .map((piece) => piece.symbol || piece.code || piece)
+            .join('');
+        node.append(...drawn, rest);
+    }
+
     function append(node, children) {
         for (const child of children.flat(Infinity)) {
-            if (child !== null && child !== undefined && child !== false) node.append(child);
+            if (child === null || child === undefined || child === false) continue;
+            if (typeof child === 'string') appendText(node, child);
+            else node.append(child);
         }
         return node;
     }
 
-    /// `properties` are attributes, but for `class`, `onclick` and its like (functions), and the
-    /// properties `value`, `checked` and `hidden`. Attributes that are null or false are left out.
+    /// `properties` are attributes, and handlers of events as functions. Attributes that are null
+    /// or false are left out.
     function element(name, properties, ...children) {
         const node = document.createElement(name);
         for (const [key, value] of Object.entries(properties || {})) {
             if (typeof value === 'function') node.addEventListener(key.slice(2), value);
-            else if (key === 'class') node.className = value;
-            else if (key === 'value' || key === 'checked' || key === 'hidden') node[key] = value;
             else if (value !== null && value !== undefined && value !== false)
                 node.setAttribute(key, value === true ? '' : value);
         }
@@ -51,28 +75,12 @@
         return href ? element('a', { href, target: '_blank', rel: 'noopener' }, text) : text;
     }
 
-    /// A list of which a part is shown until more is asked for. `build` makes one element of an
-    /// item.
-    function growingList(items, build, step, properties) {
-        const list = element('ul', properties);
-        const more = button('', () => grow(), { class: 'more' });
-        function grow() {
-            const start = list.childElementCount;
-            append(
-                list,
-                items.slice(start, start + step).map((item) => element('li', null, build(item))),
-            );
-            const left = items.length - list.childElementCount;
-            more.hidden = left === 0;
-            more.textContent =
-                'Show ' +
-                report.format.count(Math.min(step, left)) +
-                ' more of ' +
-                report.format.count(left);
-        }
-        grow();
-        return [list, more];
+    /// A time of the machine that ran the tests. Where that was in the day of the reader is said
+    /// when the mouse rests on it.
+    function time(iso) {
+        const { dateTime, zoneText } = report.format;
+        return iso ? element('time', { datetime: iso, title: zoneText(iso) }, dateTime(iso)) : '';
     }
 
-    report.dom = { append, element, icon, button, fileLink, growingList };
+    report.dom = { append, element, icon, button, fileLink, time, drawnCharacter };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

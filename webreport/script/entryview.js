@@ -1,4 +1,7 @@
 // What is shown of a message, a verification result or an attachment.
+//
+// `views` are the views of its parts, for the screen or for paper: `{textBlock, valueView,
+// tableView, pictures, video}`.
 (function (report) {
     'use strict';
 
@@ -10,41 +13,40 @@
         return element('section', { class: 'block' }, element('h2', null, title), content);
     }
 
-    function values(raw) {
+    function values(views, raw) {
         const compared = report.values.comparedValues(raw);
-        return compared ? block('Values', report.valueView.valueView(compared)) : null;
+        return compared ? block('Values', views.valueView(compared)) : null;
     }
 
-    function table(raw) {
+    function table(views, raw) {
         const differs = Array.isArray(raw.tablediff) && raw.tablediff.length > 0;
-        return differs
-            ? block('Table differences', report.tableDiff.tableView(raw.tablediff))
-            : null;
+        return differs ? block('Table differences', views.tableView(raw.tablediff)) : null;
     }
 
-    function failedImage(raw) {
-        const link = locationLink(raw.failedImageUri);
-        return link && /\.\w+$/.test(link)
-            ? block('Pictures', report.imageCompare.imageCompare(link))
-            : null;
+    /// Whether the page can reach the location, and it names a file.
+    function isFile(uri) {
+        return /\.\w+$/.test(locationLink(uri) || '');
     }
 
-    function objectDump(raw) {
-        const link = locationLink(raw.failedObjectDump);
-        return link && /\.\w+$/.test(link)
-            ? block('Object snapshot', element('p', null, fileLink(raw.failedObjectDump)))
+    function failedImage(views, { failedImageUri }) {
+        return isFile(failedImageUri) ? block('Pictures', views.pictures(failedImageUri)) : null;
+    }
+
+    function objectDump({ failedObjectDump }) {
+        return isFile(failedObjectDump)
+            ? block('Object snapshot', element('p', null, fileLink(failedObjectDump)))
             : null;
     }
 
     function thumbnail(link, label) {
-        const image = element('img', { src: link, alt: label, loading: 'lazy' });
+        const image = element('img', { alt: label, loading: 'lazy', src: link });
         const anchor = element(
             'a',
             { class: 'thumbnail', href: link, target: '_blank', rel: 'noopener' },
             image,
         );
         image.addEventListener('error', () =>
-            anchor.replaceChildren(label + ' (picture not found)'),
+            anchor.replaceWith(element('p', { class: 'note' }, label + ': picture not found')),
         );
         return anchor;
     }
@@ -73,29 +75,44 @@
     }
 
     /// The sentence with the values is left out where these stand beside each other.
-    function detail(raw, base) {
+    function detail(views, raw, base) {
         if (!raw.detail || report.values.isOnlyValues(raw)) return null;
         const { text, frames } = report.values.splitStack(raw.detail);
         return [
-            text ? block('Detail', report.textBlock(text)) : null,
+            text ? block('Detail', views.textBlock(text)) : null,
             frames.length > 0 ? stack(frames, base) : null,
         ];
     }
 
-    function attachment(node) {
+    function attachment(views, node) {
         const { uri } = node.raw;
         const link = locationLink(uri);
         const label = locationText(uri);
         const content = [element('p', null, fileLink(uri))];
         if (link && /\.(png|jpe?g|gif|webp|bmp|svg)$/i.test(link))
             content.push(thumbnail(link, label));
-        else if (link && /\.(mp4|webm|ogv)$/i.test(link))
-            content.push(element('video', { src: link, controls: true, preload: 'metadata' }));
+        else if (link && /\.(mp4|webm|ogv)$/i.test(link)) content.push(views.video(link, label));
         return block('File', content);
     }
 
+    function entryView(app, node, views) {
+        const raw = node.raw;
+        const base = app.run.root.raw.uri;
+        const long = node.name.length > 300 || node.name.includes('\n');
+        return [
+            long ? block('Text', views.textBlock(node.name)) : null,
+            values(views, raw),
+            table(views, raw),
+            failedImage(views, raw),
+            objectDump(raw),
+            detail(views, raw, base),
+            screenshot(raw),
+            node.entryKind === 'attachment' ? attachment(views, node) : null,
+        ];
+    }
+
     /// The entries that led to a failure, which a filter may hide.
-    function before(app, node) {
+    function justBefore(app, node) {
         if (!report.model.isFailed(node)) return null;
         const entries = node.parent.children.filter((one) => one.kind === 'entry');
         const place = entries.indexOf(node);
@@ -106,22 +123,5 @@
         );
     }
 
-    function entryView(app, node) {
-        const raw = node.raw;
-        const base = app.run.root.raw.uri;
-        const long = node.name.length > 300 || node.name.includes('\n');
-        return [
-            long ? block('Text', report.textBlock(node.name)) : null,
-            values(raw),
-            table(raw),
-            failedImage(raw),
-            objectDump(raw),
-            detail(raw, base),
-            screenshot(raw),
-            node.entryKind === 'attachment' ? attachment(node) : null,
-            before(app, node),
-        ];
-    }
-
-    report.entryView = entryView;
+    report.entryView = { entryView, justBefore };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -6,22 +6,51 @@
 
     // Trackers refuse much longer texts.
     const longest = 20000;
+    const mostFailures = 20;
 
     function shortened(text) {
         return text.length > longest
-            ? text.slice(0, longest) + '\n[… ' + (text.length - longest) + ' more characters]'
+            ? report.startOf(text, longest) +
+                  '\n[… ' +
+                  (text.length - longest) +
+                  ' more characters]'
             : text;
+    }
+
+    function indented(text) {
+        return text.replace(/^/gm, '    ');
+    }
+
+    /// Blanks at the ends of a value and all that can't be seen get a form that survives a ticket;
+    /// a value of several lines stands below its label.
+    function valueText(label, value) {
+        if (value === '') return label + ' (empty)';
+        const { pieces, unseen } = report.invisibles;
+        const visible = pieces(shortened(value), unseen)
+            .map((piece) => {
+                if (typeof piece === 'string') return piece;
+                if (piece.code) return '[' + piece.code + ']';
+                return piece.symbol === '·' ? ' ' : piece.symbol;
+            })
+            .join('')
+            .replace(/^ +| {2,}| +$/g, (blanks) => '·'.repeat(blanks.length))
+            .replace(/⏎\n$/, '⏎');
+        return visible.includes('\n')
+            ? label + '\n' + indented(visible.replace(/⏎\n/g, '\n'))
+            : label + ' ' + visible;
     }
 
     function valueLines(raw) {
         const values = report.values.comparedValues(raw);
         return values
-            ? ['Expected: ' + shortened(values.expected), 'Actual:   ' + shortened(values.actual)]
+            ? [valueText('Expected:', values.expected), valueText('Actual:  ', values.actual)]
             : [];
     }
 
     function tableLines(raw) {
-        const rows = Array.isArray(raw.tablediff) ? report.tableDiff.rowsOf(raw.tablediff) : [];
+        const rows = Array.isArray(raw.tablediff)
+            ? report.tableRows.arrangedRows(raw.tablediff)
+            : [];
         return rows
             .slice(0, 200)
             .map(
@@ -32,6 +61,19 @@
                     ': ' +
                     row.cells.map((cell) => cell.text).join(' | '),
             );
+    }
+
+    /// The values are not said twice.
+    function detailLines(raw) {
+        if (!raw.detail || report.values.isOnlyValues(raw)) return [];
+        const { text, frames } = report.values.splitStack(raw.detail);
+        const calls = frames.map(
+            ({ name, file, line }) => '    ' + (name ? name + ' ' : '') + file + ':' + line,
+        );
+        return [
+            ...(text ? ['', shortened(text)] : []),
+            ...(calls.length > 0 ? ['', 'Call stack:', ...calls] : []),
+        ];
     }
 
     function field(name, value) {
@@ -52,16 +94,17 @@
             ...field('Property', raw.property),
             ...valueLines(raw),
             ...tableLines(raw),
-            ...(raw.detail ? ['', shortened(raw.detail)] : []),
+            ...detailLines(raw),
         ].join('\n');
     }
 
     function testText(run, node) {
-        const failures = run.nodes
-            .slice(node.id + 1, node.end + 1)
-            .filter((one) => one.kind === 'entry' && report.model.isFailed(one));
+        const failures = report.model.entriesWithin(run, node, report.model.isFailed);
         const title = report.marks.outcomeOf(node).label + ': ' + report.marks.nodeTitle(node);
-        return [title, ...failures.slice(0, 20).map((one) => entryText(run, one))].join('\n\n');
+        const texts = failures.slice(0, mostFailures).map((one) => entryText(run, one));
+        const left = failures.length - texts.length;
+        const more = left > 0 ? ['[… ' + left + ' more failures]'] : [];
+        return [title, ...texts, ...more].join('\n\n');
     }
 
     /// With the address of the node at its end.

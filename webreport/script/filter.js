@@ -5,6 +5,8 @@
 (function (report) {
     'use strict';
 
+    const { searchText } = report;
+
     /// Words that must occur, quoted ones as a phrase, and those behind a minus that must not.
     /// No more than 30 of them count.
     function parseText(text) {
@@ -18,18 +20,6 @@
                 (minus ? unwanted : wanted).push(term);
         }
         return { wanted, unwanted };
-    }
-
-    function searchText(node) {
-        if (node.search === undefined) {
-            const raw = node.raw;
-            const parts =
-                node.kind === 'entry'
-                    ? [raw.text, raw.detail, raw.objectName, raw.property, raw.uri, raw.result]
-                    : [node.name, raw.summary, raw.description];
-            node.search = parts.filter(Boolean).join('\n').toLowerCase();
-        }
-        return node.search;
     }
 
     function isActive(criteria) {
@@ -66,27 +56,36 @@
         return !wantsOnly(modes) || (node.brokeOff && modes.get('error') === 'only');
     }
 
-    /// Of each node the wanted terms that it or a test round it holds, as bits; -1 when an
-    /// unwanted one does.
+    /// Of each node the wanted terms that it holds by `own`, and by `all` with those of the tests
+    /// round it, as bits; `all` is -1 when an unwanted one is among them.
     function termMasks(run, terms) {
-        const masks = new Int32Array(run.nodes.length);
+        const own = new Int32Array(run.nodes.length);
+        const all = new Int32Array(run.nodes.length);
+        if (terms.wanted.length + terms.unwanted.length === 0) return { own, all };
         for (const node of run.nodes) {
-            let mask = node.parent ? masks[node.parent.id] : 0;
+            const around = node.parent ? all[node.parent.id] : 0;
             const text = searchText(node);
             terms.wanted.forEach((term, bit) => {
-                if (text.includes(term)) mask |= 1 << bit;
+                if (text.includes(term)) own[node.id] |= 1 << bit;
             });
-            masks[node.id] =
-                mask < 0 || terms.unwanted.some((term) => text.includes(term)) ? -1 : mask;
+            const isUnwanted = around < 0 || terms.unwanted.some((term) => text.includes(term));
+            all[node.id] = isUnwanted ? -1 : around | own[node.id];
         }
-        return masks;
+        return { own, all };
     }
 
     /// `shown[id]` tells whether the node is to be seen, `opened[id]` whether something that was
-    /// asked for lies below it; `hits` counts what was asked for.
+    /// asked for lies below it; `hits` counts what was asked for. `count[id]` of the children of a
+    /// node are shown, and from the last of them it is the `fromEnd[id]`th, from 1.
     function select(run, criteria) {
         const size = run.nodes.length;
-        const result = { shown: new Uint8Array(size), opened: new Uint8Array(size), hits: 0 };
+        const result = {
+            shown: new Uint8Array(size),
+            opened: new Uint8Array(size),
+            count: new Uint32Array(size),
+            fromEnd: new Uint32Array(size),
+            hits: 0,
+        };
         const terms = parseText(criteria.text);
         const full = (1 << terms.wanted.length) - 1;
         const masks = termMasks(run, terms);
@@ -94,14 +93,16 @@
         for (let id = size - 1; id >= 0; --id) {
             const node = run.nodes[id];
             const asked =
-                masks[id] === full &&
+                masks.all[id] === full &&
                 passesTestFilter(node, criteria.tests) &&
                 passesEntryFilter(node, criteria.entries);
             if (asked) result.shown[id] = 1;
             if (!node.parent || !result.shown[id]) continue;
             const parent = node.parent.id;
             result.shown[parent] = 1;
-            const bySelf = asked && (onlyEntries || (full > 0 && masks[parent] !== full));
+            result.fromEnd[id] = ++result.count[parent];
+            const isHit = full > 0 && (masks.all[parent] !== full || masks.own[id] === full);
+            const bySelf = asked && (onlyEntries || isHit);
             if (bySelf) ++result.hits;
             if (bySelf || result.opened[id]) result.opened[parent] = 1;
         }
@@ -133,5 +134,14 @@
         return rows;
     }
 
-    report.filter = { select, listRows, isActive, marksOf };
+    /// Where the node stands among its listed siblings, as `{place, count}`; null for a run, and
+    /// where the order is not that of reading.
+    function siblings(node, selection, slowest) {
+        const { parent } = node;
+        if (!parent || (slowest && !parent.parent)) return null;
+        const count = selection.count[parent.id];
+        return { place: count + 1 - selection.fromEnd[node.id], count };
+    }
+
+    report.filter = { parseText, select, listRows, siblings, isActive, marksOf };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

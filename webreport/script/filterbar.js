@@ -4,6 +4,8 @@
 
     const { element, button, icon } = report.dom;
     const { count } = report.format;
+    const { testFilters, entryKinds } = report.outcomes;
+    const { setMode, showsFailuresOnly } = report.criteria;
     const stateTexts = new Map([
         [undefined, 'shown'],
         ['only', 'only these'],
@@ -20,10 +22,12 @@
         return button(
             '',
             (event) =>
-                app.setMode(
-                    modes,
-                    row.key,
-                    event.shiftKey && mode !== 'not' ? 'not' : following.get(mode),
+                app.changeFilters(() =>
+                    setMode(
+                        modes,
+                        row.key,
+                        event.shiftKey && mode !== 'not' ? 'not' : following.get(mode),
+                    ),
                 ),
             {
                 'class': 'chip tone-' + row.icon + (mode ? ' ' + mode : ''),
@@ -41,6 +45,7 @@
 
     function chips(app, label, modes, rows, amounts) {
         const used = rows.filter((row) => amounts[row.key] || modes.has(row.key));
+        if (used.length === 0) return null;
         return element(
             'div',
             { 'class': 'chips', 'role': 'group', 'aria-label': label },
@@ -72,7 +77,7 @@
             'autocomplete': 'off',
             'spellcheck': 'false',
             'title': 'All words must occur; "two words" as a phrase; -word must not occur',
-            'oninput': () => app.setText(field.value),
+            'oninput': () => app.changeFilters((state) => (state.text = field.value)),
         });
         return element('div', { class: 'searchbox' }, icon('search'), field);
     }
@@ -85,10 +90,24 @@
     }
 
     function orderButton(app) {
-        return button('Slowest first', () => app.setSlowest(!app.state.slowest), {
+        return button('Slowest first', () => app.toggleSlowest(), {
             id: 'slowest',
             class: 'toggle',
         });
+    }
+
+    /// Where there is little room the chips are folded away.
+    function foldButton(groups) {
+        const fold = button('Filters', () => setFolded(groups.classList.contains('open')), {
+            'id': 'fold',
+            'class': 'toggle',
+            'aria-expanded': 'false',
+        });
+        function setFolded(folded) {
+            groups.classList.toggle('open', !folded);
+            fold.setAttribute('aria-expanded', String(!folded));
+        }
+        return fold;
     }
 
     /// Returns a function that draws the filters again; the search field stays, with its caret.
@@ -102,31 +121,29 @@
             title: 'Take all filters away (Esc)',
         });
         const groups = element('div', { class: 'chipgroups' });
+        const fold = foldButton(groups);
         host.replaceChildren(
-            element('div', { class: 'searchrow' }, field, failures, order, clear),
+            element('div', { class: 'searchrow' }, field, failures, order, fold, clear),
             groups,
         );
         return function draw() {
             const { state, run } = app;
             const input = field.querySelector('input');
             if (input.value !== state.text) input.value = state.text;
-            failures.setAttribute('aria-pressed', String(app.showsFailuresOnly()));
+            const chosen = state.tests.size + state.entries.size;
+            fold.textContent = 'Filters' + (chosen > 0 ? ' (' + chosen + ')' : '');
+            failures.setAttribute('aria-pressed', String(showsFailuresOnly(state)));
             order.setAttribute('aria-pressed', String(state.slowest));
             clear.hidden = !report.filter.isActive(state);
             const focused =
                 document.activeElement && document.activeElement.dataset
                     ? document.activeElement.dataset.key
                     : null;
-            groups.replaceChildren(
-                chips(
-                    app,
-                    'Test cases',
-                    state.tests,
-                    report.outcomes.testFilters,
-                    testAmounts(run),
-                ),
-                chips(app, 'Results', state.entries, report.outcomes.entryKinds, run.root.counts),
-            );
+            groups.replaceChildren();
+            report.dom.append(groups, [
+                chips(app, 'Test cases', state.tests, testFilters, testAmounts(run)),
+                chips(app, 'Results', state.entries, entryKinds, run.root.counts),
+            ]);
             const again = focused && groups.querySelector('[data-key="' + focused + '"]');
             if (again) again.focus();
         };

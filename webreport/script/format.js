@@ -33,6 +33,19 @@
         return dateTime(iso).slice(11);
     }
 
+    /// The offset from UTC, and the same moment by the clock of the reader. Empty for a time that
+    /// can't be read.
+    function zoneText(iso) {
+        const moment = new Date(iso);
+        const zone = /(Z|[+-]\d\d:\d\d)$/.exec(iso || '');
+        if (!zone || Number.isNaN(moment.getTime())) return '';
+        const offset = zone[1] === 'Z' ? 'UTC' : 'UTC' + zone[1];
+        const date = [moment.getFullYear(), moment.getMonth() + 1, moment.getDate()];
+        const clockParts = [moment.getHours(), moment.getMinutes(), moment.getSeconds()];
+        const here = date.map(pad).join('-') + ' ' + clockParts.map(pad).join(':');
+        return offset + ', as on the machine that ran the tests; by your clock ' + here;
+    }
+
     /// What is no valid escape stays as it is.
     function decoded(path) {
         try {
@@ -42,13 +55,21 @@
         }
     }
 
-    /// For use in the address: without what separates the parts of a place there.
+    function escaped(text, characters) {
+        return text.replace(
+            characters,
+            (mark) => '%' + mark.charCodeAt(0).toString(16).toUpperCase(),
+        );
+    }
+
+    /// For use in the address: without what separates the parts of a place there, and without what
+    /// programs take for the end of a link in a text.
     function encoded(text) {
         const whole = text.replace(
             /[\uD800-\uDBFF](?![\uDC00-\uDFFF])|(?<![\uD800-\uDBFF])[\uDC00-\uDFFF]/g,
             '\uFFFD',
         );
-        return encodeURIComponent(whole).replace(/[!~]/g, (mark) => (mark === '!' ? '%21' : '%7E'));
+        return escaped(encodeURIComponent(whole), /[!~'()*]/g);
     }
 
     function splitLocation(uri) {
@@ -70,10 +91,10 @@
     function locationOfPath(path, base) {
         if (!path.startsWith('/')) return path;
         const suite = locationText(base) + '/';
-        const escaped = (text) => text.split('/').map(encoded).join('/');
+        const segments = (text) => text.split('/').map(encoded).join('/');
         return suite.startsWith('/') && suite !== '/' && path.startsWith(suite)
-            ? 'x-testsuite:/' + escaped(path.slice(suite.length))
-            : 'file://' + escaped(path);
+            ? 'x-testsuite:/' + segments(path.slice(suite.length))
+            : 'file://' + segments(path);
     }
 
     /// What a page beside the data can link to: files of the report, and on a page opened from a
@@ -96,8 +117,10 @@
         duration,
         dateTime,
         clock,
+        zoneText,
         decoded,
         encoded,
+        escaped,
         locationText,
         locationOfPath,
         locationLink,

@@ -9,19 +9,11 @@
         return 'Run ' + (run.index + 1) + ' · ' + dateTime(run.raw.start) + ' · ' + run.name;
     }
 
-    function runOutcome(run) {
-        const { failed, ended, root } = run.summary;
-        if (!ended) return 'not ended';
-        return failed > 0
-            ? failed + ' failed'
-            : report.marks.outcomeOf(root).label.toLowerCase();
-    }
-
     /// When someone turns to the list: the outcomes of all runs take a while to work out.
     function addOutcomes(app, options) {
         for (const option of options) {
             const run = app.runs[Number(option.value)];
-            option.textContent = runLabel(run) + ' · ' + runOutcome(run);
+            option.textContent = runLabel(run) + ' · ' + report.marks.runOutcome(run.summary);
         }
     }
 
@@ -46,66 +38,100 @@
     }
 
     function totals(run) {
-        const time = run.root.duration === null ? [] : [duration(run.root.duration)];
+        const took = run.root.duration === null ? '' : duration(run.root.duration);
         const more = run.attempts - run.testCases.length;
-        const retried = more > 0 ? [counted(more, 'retry', 'retries')] : [];
-        return [
-            dateTime(run.root.raw.start),
-            ...time,
+        const facts = [
+            report.dom.time(run.root.raw.start),
+            took,
             counted(run.testCases.length, 'test case', 'test cases'),
-            ...retried,
-        ]
-            .filter(Boolean)
-            .join(' · ');
+            more > 0 ? counted(more, 'retry', 'retries') : '',
+        ];
+        return facts.filter(Boolean).flatMap((fact, index) => (index > 0 ? [' · ', fact] : [fact]));
     }
 
-    function bar(counts) {
-        const outcomes = report.outcomes.testOutcomes.filter((outcome) => counts[outcome.key]);
-        const label = outcomes
-            .map((outcome) => count(counts[outcome.key]) + ' ' + outcome.label.toLowerCase())
-            .join(', ');
+    function toggleOnly(app, key) {
+        app.changeFilters((state) => report.criteria.toggleOnlyTests(state, key));
+    }
+
+    /// The outcomes that occur, as `{key, label, icon, amount}`.
+    function amounts(run) {
+        const counts = report.model.outcomeCounts(run);
+        return report.outcomes.testOutcomes
+            .filter((outcome) => counts[outcome.key])
+            .map((outcome) => ({ ...outcome, amount: counts[outcome.key] }));
+    }
+
+    function textOf({ amount, label, many = label }) {
+        return counted(amount, label, many).toLowerCase();
+    }
+
+    /// For the eye and the mouse; the legend has the same as buttons.
+    function bar(app) {
         return element(
             'div',
-            { 'class': 'bar', 'role': 'img', 'aria-label': label || 'No test cases' },
-            outcomes.map((outcome) => {
+            { 'class': 'bar', 'aria-hidden': 'true' },
+            amounts(app.run).map((outcome) => {
                 const part = element('span', {
                     class: 'part tone-' + outcome.icon,
-                    title: counts[outcome.key] + ' ' + outcome.label,
+                    title: textOf(outcome),
+                    onclick: () => toggleOnly(app, outcome.key),
                 });
-                part.style.flexGrow = counts[outcome.key];
+                part.style.flexGrow = outcome.amount;
                 return part;
             }),
         );
     }
 
+    function legend(app) {
+        return element(
+            'div',
+            { 'class': 'legend', 'role': 'group', 'aria-label': 'Outcomes' },
+            amounts(app.run).map((outcome) =>
+                button(
+                    '',
+                    () => toggleOnly(app, outcome.key),
+                    {
+                        'class': 'outcome',
+                        'data-key': outcome.key,
+                        'title': 'Only these in the list',
+                    },
+                    report.dom.icon(outcome.icon),
+                    textOf(outcome),
+                ),
+            ),
+        );
+    }
+
+    function helpButton() {
+        const label = { 'aria-label': 'Keys and help', 'title': 'Keys and help (?)' };
+        return button('', () => report.help.toggle(), { class: 'helpbutton', ...label }, '?');
+    }
+
     function render(app, host) {
         const { run } = app;
+        const title = element('a', { href: app.addressOf(run, null) }, run.name || 'Test report');
         host.replaceChildren();
         report.dom.append(host, [
             element(
                 'div',
                 { class: 'headline' },
-                element(
-                    'h1',
-                    null,
-                    element('a', { href: app.addressOf(run, null) }, run.name || 'Test report'),
-                ),
+                element('h1', null, title),
                 run.ended ? null : report.marks.badge('unfinished', 'not ended'),
                 element('p', { class: 'totals' }, totals(run)),
                 runPicker(app),
-                button(
-                    '',
-                    () => report.help.toggle(),
-                    {
-                        'class': 'helpbutton',
-                        'aria-label': 'Keys and help',
-                        'title': 'Keys and help (?)',
-                    },
-                    '?',
-                ),
+                helpButton(),
             ),
-            bar(report.model.outcomeCounts(run)),
+            element('div', { class: 'outcomes' }, bar(app), legend(app)),
         ]);
+    }
+
+    /// What changes with the filters.
+    function drawFilters(app, host) {
+        host.querySelector('h1 a').href = app.addressOf(app.run, null);
+        for (const one of host.querySelectorAll('.outcome')) {
+            const pressed = report.criteria.showsOnlyTests(app.state, one.dataset.key);
+            one.setAttribute('aria-pressed', String(pressed));
+        }
     }
 
     /// What the tab of the browser shows.
@@ -113,9 +139,14 @@
         const { failed } = run;
         document.title =
             (failed > 0 ? count(failed) + ' failed – ' : '') + (run.name || 'Test report');
-        const image = report.model.isFailed(run.root) ? 'failed' : 'passed';
+        const { outcome } = run.root;
+        const image = report.model.isFailed(run.root)
+            ? 'failed'
+            : outcome === 'empty'
+              ? 'neutral'
+              : 'passed';
         document.getElementById('favicon').setAttribute('href', 'image/' + image + '.svg');
     }
 
-    report.header = { render, setTitle };
+    report.header = { render, drawFilters, amounts, textOf, setTitle };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

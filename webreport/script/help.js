@@ -3,6 +3,7 @@
     'use strict';
 
     const { element, button } = report.dom;
+    const { commands } = report;
 
     /// `keys` are values of KeyboardEvent.key; `run` gets the page.
     const table = [
@@ -25,13 +26,13 @@
                     keys: ['ArrowRight'],
                     shown: ['→'],
                     text: 'open, or go in',
-                    run: (app) => app.goIn(),
+                    run: (app) => commands.goIn(app),
                 },
                 {
                     keys: ['ArrowLeft'],
                     shown: ['←'],
                     text: 'close, or go out',
-                    run: (app) => app.goOut(),
+                    run: (app) => commands.goOut(app),
                 },
                 {
                     keys: ['PageDown'],
@@ -63,15 +64,19 @@
                     text: 'to the details',
                     run: (app) => app.openDetail(),
                 },
-                { keys: ['n'], text: 'next failure', run: (app) => app.goToFailure(1) },
-                { keys: ['p'], text: 'previous failure', run: (app) => app.goToFailure(-1) },
+                { keys: ['n'], text: 'next failure', run: (app) => commands.goToFailure(app, 1) },
+                {
+                    keys: ['p'],
+                    text: 'previous failure',
+                    run: (app) => commands.goToFailure(app, -1),
+                },
                 {
                     keys: ['o'],
                     text: 'overview of the run',
                     run: (app) => app.open(app.run.root),
                 },
-                { keys: ['['], text: 'run before', run: (app) => app.stepRun(-1) },
-                { keys: [']'], text: 'run after', run: (app) => app.stepRun(1) },
+                { keys: ['['], text: 'run before', run: (app) => commands.stepRun(app, -1) },
+                { keys: [']'], text: 'run after', run: (app) => commands.stepRun(app, 1) },
             ],
         },
         {
@@ -86,15 +91,15 @@
                 {
                     keys: ['s'],
                     text: 'slowest first',
-                    run: (app) => app.setSlowest(!app.state.slowest),
+                    run: (app) => app.toggleSlowest(),
                 },
-                { keys: ['e'], text: 'open all', run: (app) => app.setAllOpen(true) },
-                { keys: ['E'], text: 'close all', run: (app) => app.setAllOpen(false) },
+                { keys: ['e'], text: 'open all', run: (app) => commands.setAllOpen(app, true) },
+                { keys: ['E'], text: 'close all', run: (app) => commands.setAllOpen(app, false) },
                 {
                     keys: ['Escape'],
                     shown: ['Esc'],
                     text: 'take filters away, go back to the list',
-                    run: (app) => app.escape(),
+                    run: (app) => commands.escape(app),
                 },
             ],
         },
@@ -104,12 +109,12 @@
                 {
                     keys: ['c'],
                     text: 'copy the failure as text',
-                    run: (app) => app.copyFailure(app.current),
+                    run: (app) => commands.copyFailure(app, app.current),
                 },
                 {
                     keys: ['l'],
                     text: 'copy the address of this place',
-                    run: (app) => app.copyAddress(app.current),
+                    run: (app) => commands.copyAddress(app, app.current),
                 },
                 { keys: ['?'], text: 'this help', run: () => toggle() },
             ],
@@ -136,7 +141,7 @@
         'Filters: click once for only these, twice to hide these, three times for no filter. ' +
             'Place and filters stand in the address: what you see is what a colleague sees.',
         'Search: all words must occur, in the result or a test round it; "two words" as a ' +
-            'phrase; -word must not occur.',
+            'phrase; -word must not occur. Values, cells of tables, locations and outcomes count.',
         'Newly failing: fails now and did not in the latest earlier run that ran it. ' +
             'Flaky: failed at first and passed when tried again.',
     ];

@@ -3,6 +3,7 @@
     'use strict';
 
     const { element, icon } = report.dom;
+    const { counted, dateTime } = report.format;
     const { outcomeOf } = report.marks;
     const shownRuns = 40;
 
@@ -10,66 +11,57 @@
         const what = node ? outcomeOf(node).label : 'Did not run';
         const time =
             node && node.duration !== null ? ', ' + report.format.duration(node.duration) : '';
-        return (
-            'Run ' +
-            (run.index + 1) +
-            ', ' +
-            report.format.dateTime(run.raw.start) +
-            ': ' +
-            what +
-            time
-        );
+        return 'Run ' + (run.index + 1) + ', ' + dateTime(run.raw.start) + ': ' + what + time;
     }
 
     function mark(app, point) {
         const { run, node } = point;
         const title = description(point);
         const here = run.index === app.run.index;
-        const content = [
-            node ? icon(outcomeOf(node).icon) : element('span', { class: 'absent' }, '–'),
-            element('span', { class: 'number' }, String(run.index + 1)),
-        ];
-        if (!node)
-            return element(
-                'span',
-                { 'class': 'point', title, 'aria-label': title, 'role': 'img' },
-                content,
-            );
         return element(
-            'a',
+            node ? 'a' : 'span',
             {
                 'class': 'point',
-                'href': app.addressOf(run, node),
+                'href': node ? app.addressOf(run, node) : null,
+                'role': node ? null : 'img',
                 title,
                 'aria-label': title,
                 'aria-current': here ? 'true' : null,
             },
-            content,
+            node ? icon(outcomeOf(node).icon) : element('span', { class: 'absent' }, '–'),
+            element('span', { class: 'number' }, String(run.index + 1)),
+            element('span', { class: 'date' }, dateTime(run.raw.start).slice(5, 10)),
         );
+    }
+
+    function summary(points) {
+        const ran = points.filter((point) => point.node);
+        const failures = ran.filter((point) => report.model.isFailed(point.node)).length;
+        return 'Failed in ' + failures + ' of ' + counted(ran.length, 'run', 'runs') + '.';
     }
 
     /// Null when no other run could know the test.
     function historyView(app, node) {
         const points = report.history.historyOf(app.runs, app.run, node.key);
         if (points.length < 2) return null;
-        const failures = points.filter(
-            (point) => point.node && report.model.isFailed(point.node),
-        ).length;
-        const ran = points.filter((point) => point.node).length;
+        const strip = element('div', { class: 'strip' });
+        const here = points.findIndex((point) => point.run.index === app.run.index);
+        const { before, after, note } = report.windowList(
+            strip,
+            points,
+            here,
+            (point) => mark(app, point),
+            shownRuns,
+            { before: 'older', after: 'newer' },
+        );
         return element(
             'section',
             { class: 'block history' },
             element('h2', null, 'History'),
-            element(
-                'p',
-                { class: 'note' },
-                'Failed in ' + failures + ' of ' + report.format.counted(ran, 'run', 'runs') + '.',
-            ),
-            element(
-                'div',
-                { class: 'strip' },
-                points.slice(-shownRuns).map((point) => mark(app, point)),
-            ),
+            element('p', { class: 'note' }, summary(points)),
+            note,
+            strip,
+            element('div', { class: 'ways' }, before, after),
         );
     }
 

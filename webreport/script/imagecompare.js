@@ -4,98 +4,135 @@
     'use strict';
 
     const { element, button } = report.dom;
+    const { sizeOf, missing, urisOf, figuresOf } = report.pictures;
 
     const modes = [
         { key: 'slider', label: 'Slider' },
         { key: 'side', label: 'Side by side' },
         { key: 'difference', label: 'Difference' },
     ];
+    const zooms = [
+        { key: 1, label: 'Fit' },
+        { key: 2, label: '2×' },
+        { key: 4, label: '4×' },
+        { key: 8, label: '8×' },
+    ];
 
-    // The choice holds for the next picture too.
-    let chosen = 'slider';
-
-    /// A verification keeps the expected picture under the same number; null for another name.
-    function expectedBeside(link) {
-        const match = /^(.*\/)?failed_(\d+)\.png$/.exec(link);
-        return match ? (match[1] || '') + 'expected_' + match[2] + '.png' : null;
-    }
-
-    function figure(label, className, link) {
-        const image = element('img', { src: link, alt: label + ' picture', loading: 'lazy' });
-        const anchor = element('a', { href: link, target: '_blank', rel: 'noopener' }, image);
-        return {
-            image,
-            node: element(
-                'figure',
-                { class: className },
-                element('figcaption', null, label),
-                anchor,
-            ),
-        };
-    }
+    // In pixels; below it two captions don't fit beside each other.
+    const narrowest = 320;
 
     function slider(stage) {
         const input = element('input', {
             'type': 'range',
             'min': '0',
             'max': '100',
+            'step': '0.5',
             'value': '50',
             'class': 'wipe',
             'aria-label': 'How much of the expected picture is shown',
             'oninput': () => stage.style.setProperty('--wipe', input.value + '%'),
         });
+        stage.append(input);
         stage.style.setProperty('--wipe', '50%');
         return input;
     }
 
-    function modeButtons(choose) {
-        const buttons = modes.map((mode) =>
-            button(mode.label, () => choose(mode.key), { 'data-mode': mode.key }),
-        );
+    function choice(label, options, choose) {
         return element(
             'div',
-            { 'class': 'segmented', 'role': 'group', 'aria-label': 'How to compare' },
-            buttons,
+            { 'class': 'segmented', 'role': 'group', 'aria-label': label },
+            options.map((one) =>
+                button(one.label, () => choose(one.key), { 'data-key': String(one.key) }),
+            ),
         );
     }
 
-    /// `link` is that of the picture found. Without an expected picture it stands alone.
-    function imageCompare(link) {
-        const expectedLink = expectedBeside(link);
-        const failed = figure('Actual', 'actual', link);
-        const stage = element('div', { class: 'stage alone' }, failed.node);
-        const box = element('div', { class: 'images' }, stage);
-        failed.image.addEventListener('error', () => {
-            box.replaceChildren(
-                element(
-                    'p',
-                    { class: 'note' },
-                    'The picture ' + report.format.locationText(link) + ' is not there.',
-                ),
-            );
+    function press(group, key) {
+        for (const one of group.children)
+            one.setAttribute('aria-pressed', String(one.dataset.key === String(key)));
+    }
+
+    /// Both in the same scale, whatever room there is for the wider one.
+    function applyZoom(pictures, stage, zoom) {
+        const widest = Math.max(...pictures.map(({ image }) => image.naturalWidth));
+        stage.classList.toggle('zoomed', zoom > 1);
+        stage.classList.toggle('small', widest * zoom < narrowest);
+        stage.style.setProperty('--widest', widest * zoom + 'px');
+        for (const { image } of pictures)
+            image.style.width = (100 * image.naturalWidth) / widest + '%';
+    }
+
+    function sizesDiffer({ image: a }, { image: b }) {
+        return a.naturalWidth !== b.naturalWidth || a.naturalHeight !== b.naturalHeight;
+    }
+
+    function sizeNote(expected, actual) {
+        if (!sizesDiffer(expected, actual)) return null;
+        expected.size.classList.add('differs');
+        actual.size.classList.add('differs');
+        const text =
+            'The pictures differ in size: expected ' +
+            sizeOf(expected.image) +
+            ', actual ' +
+            sizeOf(actual.image) +
+            '.';
+        return element('p', { class: 'note' }, text);
+    }
+
+    /// Both pictures, with the ways to compare them. The choice holds for the next pictures too.
+    function comparison(view, expected, actual) {
+        const stage = element('div', null, expected.node, actual.node);
+        const wipe = slider(stage);
+        const modeChoice = choice('How to compare', modes, (mode) => use({ mode }));
+        const zoomChoice = choice('Zoom', zooms, (zoom) => use({ zoom }));
+        const stronger = button('Stronger', () => use({ strong: !view.strong }), {
+            class: 'toggle',
+            title: 'Makes small differences bright',
         });
-        if (!expectedLink) return box;
-        const expected = figure('Expected', 'expected', expectedLink);
-        expected.image.loading = 'eager';
-        expected.image.addEventListener('load', () => addComparison(box, stage, expected));
+        function use(change) {
+            Object.assign(view, change);
+            stage.className = 'stage ' + view.mode + (view.strong ? ' strong' : '');
+            wipe.hidden = view.mode !== 'slider';
+            stronger.hidden = view.mode !== 'difference';
+            stronger.setAttribute('aria-pressed', String(view.strong));
+            press(modeChoice, view.mode);
+            press(zoomChoice, view.zoom);
+            applyZoom([expected, actual], stage, view.zoom);
+        }
+        use({});
+        return [
+            element('div', { class: 'ways' }, modeChoice, zoomChoice, stronger),
+            sizeNote(expected, actual),
+            element('div', { class: 'pictures' }, stage),
+        ];
+    }
+
+    function arranged(view, uris, expected, actual) {
+        if (expected.there && actual.there) return comparison(view, expected, actual);
+        if (!expected.there && !actual.there) return missing('Actual', uris.actual);
+        const shown = expected.there
+            ? [expected.node, missing('Actual', uris.actual)]
+            : [actual.node];
+        return element('div', { class: 'stage ' + (expected.there ? 'side' : 'alone') }, shown);
+    }
+
+    /// `uri` is the location of the picture found; `view` is `{mode, zoom, strong}`, and changed by
+    /// what is chosen.
+    function imageCompare(view, uri) {
+        const uris = urisOf(uri);
+        const { expected, actual } = figuresOf(uris);
+        const box = element('div', { class: 'images' });
+        Promise.all([expected && expected.isThere, actual.isThere]).then((there) => {
+            const content = arranged(
+                view,
+                uris,
+                { ...expected, there: there[0] },
+                { ...actual, there: there[1] },
+            );
+            report.dom.append(box, [content]);
+        });
         return box;
     }
 
-    function addComparison(box, stage, expected) {
-        const wipe = slider(stage);
-        const buttons = modeButtons(choose);
-        function choose(mode) {
-            chosen = mode;
-            stage.className = 'stage ' + mode;
-            wipe.hidden = mode !== 'slider';
-            for (const one of buttons.children)
-                one.setAttribute('aria-pressed', String(one.dataset.mode === mode));
-        }
-        stage.prepend(expected.node);
-        box.prepend(buttons);
-        box.append(wipe);
-        choose(chosen);
-    }
-
-    report.imageCompare = { imageCompare, expectedBeside };
+    report.imageCompare = imageCompare;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -18,9 +18,10 @@
         return target.matches('input[type="search"], textarea, select');
     }
 
-    /// In the search field arrow and Enter go on to the list, Escape leaves it; all else is text.
+    /// In the search field arrow and Enter go on to the list; Escape takes the filters away, or
+    /// leaves the field when there are none; all else is text.
     function handleInSearch(app, event) {
-        if (event.key === 'Escape' && app.state.text) app.setText('');
+        if (event.key === 'Escape' && report.filter.isActive(app.state)) app.clearFilters();
         else if (event.key === 'Escape' || event.key === 'Enter' || event.key === 'ArrowDown')
             app.focusList();
         else return;

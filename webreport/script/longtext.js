@@ -2,12 +2,13 @@
 (function (report) {
     'use strict';
 
-    const { element, button } = report.dom;
+    const { append, element, button } = report.dom;
     const longest = 20000;
 
-    function cutAt(text) {
-        const splitsPair = /[\uD800-\uDBFF]/.test(text[longest - 1]);
-        return text.slice(0, splitsPair ? longest - 1 : longest);
+    /// The first `most` characters, or one less where these would end within a surrogate pair.
+    function startOf(text, most) {
+        const splitsPair = /[\uD800-\uDBFF]/.test(text[most - 1]) && text.length > most;
+        return text.slice(0, splitsPair ? most - 1 : most);
     }
 
     /// A block that keeps blanks and line feeds.
@@ -15,13 +16,14 @@
         const block = element(
             'pre',
             { class: 'text ' + (className || ''), tabindex: '0' },
-            text.length > longest ? cutAt(text) : text,
+            startOf(text, longest),
         );
         if (text.length <= longest) return block;
         const more = button(
             'Show all ' + report.format.count(text.length) + ' characters',
             () => {
-                block.textContent = text;
+                block.replaceChildren();
+                append(block, [text]);
                 more.remove();
             },
             { class: 'more' },
@@ -29,14 +31,6 @@
         return [block, more];
     }
 
-    /// What the author of a test wrote about it.
-    function describe(raw) {
-        return [
-            raw.summary ? element('p', { class: 'summary' }, raw.summary) : null,
-            raw.description ? textBlock(raw.description, 'description') : null,
-        ];
-    }
-
+    report.startOf = startOf;
     report.textBlock = textBlock;
-    report.describe = describe;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -47,6 +47,14 @@
         return badges;
     }
 
+    /// What a run came to; `summary` is that of report.runsOf. One that did not end says what
+    /// failed until then.
+    function runOutcome({ root, failed, ended }) {
+        const facts = failed > 0 ? [report.format.count(failed) + ' failed'] : [];
+        if (!ended) facts.push('not ended');
+        return facts.length > 0 ? facts.join(' · ') : outcomeOf(root).label.toLowerCase();
+    }
+
     const testTypes = new Map([
         ['testsuite', 'Test suite'],
         ['testcase', 'Test case'],
@@ -92,6 +100,7 @@
         outcomeBadge,
         badge,
         extraBadges,
+        runOutcome,
         typeLabel,
         nodeTitle,
         shortTitle,

@@ -125,5 +125,25 @@
         return node.kind === 'entry' ? isFailed(node) : Boolean(node.brokeOff);
     }
 
-    report.model = { buildRun, outcomeCounts, isFailed, isFailurePlace };
+    /// The failure that is next to the node, `by` 1 forwards or -1 backwards and round the end, of
+    /// those that `isShown` takes; null when there is none.
+    function nextFailure({ nodes }, from, by, isShown) {
+        for (let step = 1; step <= nodes.length; ++step) {
+            const node = nodes[(from.id + by * step + nodes.length) % nodes.length];
+            if (isFailurePlace(node) && isShown(node)) return node;
+        }
+        return null;
+    }
+
+    /// The entries that `wanted` takes of what lies in a test, in the order of reading.
+    function entriesWithin(run, node, wanted) {
+        const entries = [];
+        for (let id = node.id + 1; id <= node.end; ++id) {
+            const one = run.nodes[id];
+            if (one.kind === 'entry' && wanted(one)) entries.push(one);
+        }
+        return entries;
+    }
+
+    report.model = { buildRun, outcomeCounts, isFailed, nextFailure, entriesWithin };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

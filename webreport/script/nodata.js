@@ -23,12 +23,10 @@
                 'browser. Copy the report directory as a whole.',
         ],
         refused: () => [
-            'The browser refused ',
+            'Most likely a run was killed, and the last line of ',
             dataFile(),
-            ', as a whole, though most or all of it may be sound. It does so when a run was ' +
-                'killed and its last line is cut, when sections are nested by the thousand, ' +
-                'as by a script that does not end its sections in a loop, and when the file ' +
-                'is too large for it. All that had been written is still in the file:',
+            ' is cut: a browser then refuses the file as a whole. All that had been written is ' +
+                'still in it.',
         ],
         empty: () => [dataFile(), ' is whole, but no run is in it.'],
     };
@@ -80,25 +78,48 @@
         return element(
             'label',
             { class: 'chooser' },
-            element('span', null, 'Open the data file …'),
+            element('span', null, 'Open the data file, or drop it anywhere on this page:'),
             input,
         );
     }
 
-    function advice() {
-        return element(
-            'p',
-            { class: 'note' },
-            'Choose ',
-            code('results-v1.js'),
-            ' from the directory ',
-            code('data'),
-            ' of this report: the page reads any depth, closes what is open and shows it, and ' +
-                'the file stays as it is. To mend one that is cut for good, run ',
-            code('morvexrunner --repair-report DIRECTORY'),
-            '.',
-        );
+    function advice(reason) {
+        const others =
+            'A browser also refuses a file that is too large for it, and sections nested by the ' +
+            'thousand, as by a script that does not end them in a loop.';
+        return [
+            element(
+                'p',
+                { class: 'note' },
+                'Choose ',
+                code('results-v1.js'),
+                ' from the directory ',
+                code('data'),
+                ' of this report. The page closes what is open and shows it; the file stays as ' +
+                    'it is.',
+            ),
+            element(
+                'p',
+                { class: 'note' },
+                'To mend one that is cut for good, run ',
+                code('morvexrunner --repair-report DIRECTORY'),
+                '.',
+            ),
+            reason === 'refused' ? element('p', { class: 'note' }, others) : null,
+        ];
     }
+
+    /// A file that is dropped somewhere else would take the place of the page.
+    let dropped = null;
+    window.addEventListener('dragover', (event) => {
+        if (dropped) event.preventDefault();
+    });
+    window.addEventListener('drop', (event) => {
+        if (!dropped) return;
+        event.preventDefault();
+        const [file] = event.dataTransfer.files;
+        if (file) dropped(file);
+    });
 
     /// `onData` gets what readDataFile returns. `reason` is a key of `reasons`, `problem` what to
     /// say of the file that was chosen before.
@@ -107,11 +128,15 @@
             const failed = (key) => show(host, onData, reason, problems[key](file));
             const onText = (text) => {
                 const read = report.repair.readDataFile(text);
-                if (read && read.runs.length > 0) onData(read);
-                else failed('noRuns');
+                if (!read || read.runs.length === 0) failed('noRuns');
+                else {
+                    dropped = null;
+                    onData(read);
+                }
             };
             readText(file, onText, failed);
         };
+        dropped = onFile;
         host.hidden = false;
         host.replaceChildren();
         report.dom.append(host, [
@@ -119,7 +144,7 @@
             element('p', null, reasons[reason]()),
             problem ? element('p', { class: 'notice', role: 'alert' }, problem) : null,
             chooser(onFile),
-            advice(),
+            advice(reason),
         ]);
     }
 

@@ -56,7 +56,7 @@
 
     /// Outcomes of a test, the worst first.
     const testOutcomes = [
-        { key: 'error', label: 'Error', icon: 'error', failed: true },
+        { key: 'error', label: 'Error', many: 'Errors', icon: 'error', failed: true },
         { key: 'failed', label: 'Failed', icon: 'fail', failed: true },
         { key: 'unfinished', label: 'Not ended', icon: 'unfinished', failed: true },
         { key: 'flaky', label: 'Flaky', icon: 'flaky' },
@@ -66,6 +66,9 @@
 
     /// A mark beside the outcome, by which test cases can be filtered too.
     const newlyFailing = { key: 'new', label: 'Newly failing', icon: 'new' };
+
+    /// A suite that ran none of its test cases: no success, and nothing went wrong.
+    const nothingRan = { key: 'empty', label: 'Nothing ran', icon: 'skipped' };
 
     const kindOfResult = new Map();
     for (const kind of entryKinds) {
@@ -81,7 +84,7 @@
         testOutcomes,
         testFilters: [...testOutcomes, newlyFailing],
         entryKind: byKey(entryKinds),
-        testOutcome: byKey([...testOutcomes, newlyFailing]),
+        testOutcome: byKey([...testOutcomes, newlyFailing, nothingRan]),
         /// The kind for a value of "result"; an unknown one is shown as a message.
         kindOfResult: (result) => kindOfResult.get(result) || 'log',
     };

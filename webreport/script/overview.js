@@ -3,19 +3,18 @@
     'use strict';
 
     const { element } = report.dom;
-    const { count, counted, duration } = report.format;
-    const { outcomeIcon } = report.marks;
+    const { count, counted } = report.format;
     const { isFailed } = report.model;
     const slowestShown = 8;
+    const shortestSlow = 1000;
 
     function verdict({ root, testCases, failed }) {
         const total = counted(testCases.length, 'test case', 'test cases');
+        if (testCases.length === 0) return 'No test case ran.';
         if (failed > 0) return count(failed) + ' of ' + total + ' failed.';
-        if (isFailed(root))
-            return testCases.length === 0
-                ? 'No test case ran.'
-                : 'Of ' + total + ' none failed, but the run did not go well.';
-        return 'None of ' + total + ' failed.';
+        return isFailed(root)
+            ? 'Of ' + total + ' none failed, but the run did not go well.'
+            : 'None of ' + total + ' failed.';
     }
 
     /// What went wrong before, between and behind the test cases; in a run of a single test case
@@ -27,22 +26,34 @@
             (node) => node.kind === 'entry' && isOwn(node) && isFailed(node),
         );
         const title = root.testCase ? 'Failures' : 'Failures outside of test cases';
-        return report.linkBlock(app, title, failures);
+        return report.failureBlock(app, title, failures);
+    }
+
+    /// Those that take much longer than the others: where all take as long, there is nothing to
+    /// look at.
+    function slowest(tests) {
+        const known = tests
+            .filter((node) => node.duration !== null)
+            .sort((a, b) => b.duration - a.duration);
+        const median = known.length > 0 ? known[Math.floor(known.length / 2)].duration : 0;
+        return known
+            .slice(0, slowestShown)
+            .filter((node) => node.duration >= Math.max(shortestSlow, 2 * median));
     }
 
     function testLists(app) {
         const tests = app.run.testCases.filter((node) => node !== app.run.root);
         const failed = tests.filter(isFailed);
-        const old = failed.filter((node) => !node.isNew);
+        const isNew = (node) => node.isNew;
         const flaky = tests.filter((node) => node.outcome === 'flaky');
         return [
-            report.linkBlock(
+            report.failureBlock(app, 'Newly failing', failed.filter(isNew)),
+            report.failureBlock(
                 app,
-                'Newly failing',
-                failed.filter((node) => node.isNew),
+                'Failing',
+                failed.filter((node) => !isNew(node)),
             ),
-            report.linkBlock(app, 'Failing', old),
-            report.linkBlock(app, 'Flaky', flaky),
+            report.failureBlock(app, 'Flaky', flaky),
             report.linkBlock(app, 'Slowest', slowest(tests)),
         ];
     }
@@ -69,87 +80,29 @@
         );
     }
 
-    function slowest(tests) {
-        return tests
-            .filter((node) => node.duration >= 1000)
-            .sort((a, b) => b.duration - a.duration)
-            .slice(0, slowestShown);
-    }
-
-    function lostNotice(run) {
-        if (run.ended) return null;
+    function lostNotice(app) {
+        if (app.run.ended) return null;
         const text =
             'This run did not end: it was killed, or the machine went down. What had been ' +
             'written until then is here; what was running is marked "not ended".';
-        return element('p', { class: 'notice' }, text);
-    }
-
-    function runRow(app, run) {
-        const { failed, root, cases } = run.summary;
-        const time = root.duration;
+        const innermost = app.run.nodes.find((node) => node.brokeOff && node.parent);
         return element(
-            'tr',
-            { 'aria-current': run.index === app.run.index ? 'true' : null },
-            element(
-                'td',
-                null,
-                element('a', { href: app.addressOf(run, null) }, 'Run ' + (run.index + 1)),
-            ),
-            element('td', null, report.format.dateTime(run.raw.start)),
-            element(
-                'td',
-                null,
-                outcomeIcon(root),
-                ' ',
-                failed > 0 ? count(failed) + ' failed' : report.marks.outcomeOf(root).label,
-            ),
-            element('td', { class: 'number' }, count(cases.size)),
-            element('td', { class: 'number' }, time === null ? '' : duration(time)),
-        );
-    }
-
-    function runsTable(app) {
-        if (app.runs.length < 2) return null;
-        const heads = ['Run', 'Started', 'Outcome', 'Test cases', 'Took'];
-        const latest = [...app.runs].reverse().slice(0, 30);
-        return element(
-            'section',
-            { class: 'block' },
-            element('h2', null, 'Runs'),
-            element(
-                'div',
-                { class: 'scroll' },
-                element(
-                    'table',
-                    { class: 'runs' },
-                    element(
-                        'thead',
-                        null,
-                        element(
-                            'tr',
-                            null,
-                            heads.map((head) => element('th', { scope: 'col' }, head)),
-                        ),
-                    ),
-                    element(
-                        'tbody',
-                        null,
-                        latest.map((run) => runRow(app, run)),
-                    ),
-                ),
-            ),
+            'div',
+            { class: 'notice' },
+            element('p', null, text),
+            innermost ? ['It broke off in ', report.nodeLink(app, innermost)] : null,
         );
     }
 
     function overview(app) {
         return [
             element('p', { class: 'verdict' }, verdict(app.run)),
-            lostNotice(app.run),
+            lostNotice(app),
             report.describe(app.run.root.raw),
             resultCounts(app),
             ownFailures(app),
             testLists(app),
-            runsTable(app),
+            report.runsTable(app),
         ];
     }
 

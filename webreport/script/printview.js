@@ -37,7 +37,8 @@
                 ' ',
                 report.marks.shortTitle(node),
             ),
-            report.detail.body(app, node),
+            report.detail.entryFacts(app, node),
+            report.entryView.entryView(app, node, report.paperViews),
         );
     }
 
@@ -51,15 +52,8 @@
             : null;
     }
 
-    function summary(run) {
-        const counts = report.model.outcomeCounts(run);
-        return report.outcomes.testOutcomes
-            .filter((one) => counts[one.key])
-            .map((one) => report.format.count(counts[one.key]) + ' ' + one.label.toLowerCase())
-            .join(' · ');
-    }
-
     function render(app, host) {
+        const { amounts, textOf } = report.header;
         const shown = (node) => app.selection.shown[node.id];
         const tests = app.run.testCases.filter(shown);
         const failures = app.run.nodes.filter(
@@ -71,13 +65,17 @@
             element(
                 'p',
                 null,
-                report.format.dateTime(app.run.root.raw.start),
+                report.dom.time(app.run.root.raw.start),
                 app.run.ended ? '' : ' · not ended',
             ),
-            element('p', null, summary(app.run)),
+            element('p', null, amounts(app.run).map(textOf).join(' · ')),
             element('h2', null, 'Test cases'),
             shortened(tests, mostTests, 'test cases'),
-            element('table', null, element('tbody', null, tests.slice(0, mostTests).map(testRow))),
+            element(
+                'table',
+                { class: 'tests' },
+                element('tbody', null, tests.slice(0, mostTests).map(testRow)),
+            ),
             failures.length > 0 ? element('h2', null, 'Failures') : null,
             shortened(failures, mostFailures, 'failures'),
             failures.slice(0, mostFailures).map((node) => failure(app, node)),

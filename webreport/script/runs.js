@@ -75,6 +75,20 @@
         }
     }
 
+    /// Gives each run the `key` that names it in addresses: its start, since its number changes
+    /// when older runs are cut away. One that was lost before it started has only that.
+    function nameRuns(runs) {
+        const seen = new Map();
+        for (const run of runs) {
+            const start = run.raw.start || '';
+            const place = (seen.get(start) || 0) + 1;
+            seen.set(start, place);
+            run.key = !start ? String(run.index + 1) : start + (place > 1 ? '~' + place : '');
+        }
+        return runs;
+    }
+
     /// `index` of a run counts from 0, in the order of the data file.
-    report.runsOf = (documents) => documents.map((document, index) => new Run(document, index));
+    report.runsOf = (documents) =>
+        nameRuns(documents.map((document, index) => new Run(document, index)));
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -44,8 +44,11 @@
             splitter.removeEventListener('pointermove', follow),
         );
         splitter.addEventListener('keydown', (event) => {
-            const by = { ArrowLeft: -3, ArrowRight: 3 }[event.key];
-            if (by) set(Number(splitter.getAttribute('aria-valuenow')) + by);
+            const now = Number(splitter.getAttribute('aria-valuenow'));
+            const width = { ArrowLeft: now - 3, ArrowRight: now + 3, Home: 20, End: 80 }[event.key];
+            if (width === undefined) return;
+            event.preventDefault();
+            set(width);
         });
         set(stored() || 46);
     }

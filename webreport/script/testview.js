@@ -4,57 +4,78 @@
 
     const { element } = report.dom;
     const { nodeTitle } = report.marks;
+    const { entriesWithin, isFailed } = report.model;
+    const lastShown = 8;
 
     function attemptTitle(node) {
         return nodeTitle(node) + ': ' + report.marks.outcomeOf(node).label.toLowerCase();
     }
 
-    function within(run, node, wanted) {
-        return run.nodes
-            .slice(node.id + 1, node.end + 1)
-            .filter((one) => one.kind === 'entry' && wanted(one));
+    function notice(text) {
+        return element('p', { class: 'notice' }, text);
     }
 
     function flakyNotice(node) {
         if (node.outcome !== 'flaky' || node.kind !== 'attempts') return null;
-        const text =
+        return notice(
             'Flaky: failed at first and passed when it was tried again. ' +
-            'Only the last attempt counts.';
-        return element('p', { class: 'notice' }, text);
+                'Only the last attempt counts.',
+        );
     }
 
     function unfinishedNotice(node) {
-        if (!node.unfinished) return null;
-        const text = 'This was still running when the report broke off.';
-        return element('p', { class: 'notice' }, text);
+        return node.unfinished ? notice('This was still running when the report broke off.') : null;
     }
 
     function depthNotice(node) {
         if (!node.tooDeep) return null;
-        const text =
+        return notice(
             'Nested deeper than the list can show: it stands beside the section it lies in, and ' +
-            'what lies in it behind it. Does the script end its sections?';
-        return element('p', { class: 'notice' }, text);
+                'what lies in it behind it. Does the script end its sections?',
+        );
+    }
+
+    /// What the author of a test wrote about it.
+    function describe(raw) {
+        return [
+            raw.summary ? element('p', { class: 'summary' }, raw.summary) : null,
+            raw.description ? report.textBlock(raw.description, 'description') : null,
+        ];
+    }
+
+    /// What happened last where the report breaks off.
+    function lastEntries(app, node) {
+        if (!node.unfinished) return null;
+        const entries = entriesWithin(app.run, node, () => true);
+        return report.linkBlock(app, 'Last entries', entries.slice(-lastShown));
+    }
+
+    /// A single failure is shown in full, so that nobody has to go on to it.
+    function failures(app, node) {
+        const failed = entriesWithin(app.run, node, isFailed);
+        return [
+            report.failureBlock(app, 'Failures', failed),
+            failed.length === 1 ? report.detail.entryBody(app, failed[0]) : null,
+        ];
     }
 
     function testView(app, node) {
         const attempts = node.kind === 'attempts' ? node.children : [];
         const isPlainTest = !node.attempt && !node.tooDeep;
+        const isAttachment = (one) => one.entryKind === 'attachment';
         return [
             flakyNotice(node),
             unfinishedNotice(node),
             depthNotice(node),
-            report.describe(node.raw),
-            report.linkBlock(app, 'Attempts', attempts, attemptTitle),
-            report.linkBlock(app, 'Failures', within(app.run, node, report.model.isFailed)),
-            report.linkBlock(
-                app,
-                'Attachments',
-                within(app.run, node, (one) => one.entryKind === 'attachment'),
-            ),
+            describe(node.raw),
+            report.linkBlock(app, 'Attempts', attempts, { titleOf: attemptTitle }),
+            failures(app, node),
+            lastEntries(app, node),
+            report.linkBlock(app, 'Attachments', entriesWithin(app.run, node, isAttachment)),
             isPlainTest ? report.historyView(app, node) : null,
         ];
     }
 
     report.testView = testView;
+    report.describe = describe;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -1,111 +1,140 @@
-// Which characters of two texts differ.
+// Which characters of two texts differ: lines are compared first, then the words of lines that
+// became one another, and characters only within words.
 (function (report) {
     'use strict';
 
-    // Beyond these the middle of the two texts is marked as a whole: a finer answer would take
-    // seconds, and nobody reads it.
-    const longestExact = 20000;
-    const mostChanges = 600;
+    const { sequenceDiff, pairAlike } = report;
 
-    function commonPrefix(a, b) {
-        const end = Math.min(a.length, b.length);
-        let n = 0;
-        while (n < end && a[n] === b[n]) ++n;
-        return n;
+    const linesOf = (text) => text.match(/[^\n]*\n|[^\n]+$/g) || [];
+    // A number is one word with the separators in it.
+    const wordsOf = (text) =>
+        text.match(/\p{N}[\p{N}.,:]*\p{N}(?![\p{L}_])|[\p{L}\p{N}_]+|\s+|[^]/gu) || [];
+
+    /// The items of both lists as numbers, equal ones as equal numbers.
+    function numbered(a, b) {
+        const known = new Map();
+        const number = (item) => {
+            if (!known.has(item)) known.set(item, known.size);
+            return known.get(item);
+        };
+        return [Int32Array.from(a, number), Int32Array.from(b, number)];
     }
 
-    function commonSuffix(a, b, from) {
-        const end = Math.min(a.length, b.length) - from;
-        let n = 0;
-        while (n < end && a[a.length - 1 - n] === b[b.length - 1 - n]) ++n;
-        return n;
+    function compare(a, b) {
+        return sequenceDiff(...numbered(a, b));
     }
 
-    /// The furthest reaching paths of each number of changes, up to the first that reaches both
-    /// ends; null when there are too many changes.
-    function shortestPaths(a, b) {
-        const reach = new Map([[1, 0]]);
-        const trail = [];
-        for (let d = 0; d <= mostChanges; ++d) {
-            trail.push(new Map(reach));
-            for (let k = -d; k <= d; k += 2) {
-                const down = k === -d || (k !== d && reach.get(k - 1) < reach.get(k + 1));
-                let x = down ? reach.get(k + 1) : reach.get(k - 1) + 1;
-                while (x < a.length && x - k < b.length && a[x] === b[x - k]) ++x;
-                reach.set(k, x);
-                if (x >= a.length && x - k >= b.length) return trail;
+    /// Calls `same(aItems, bItems)` and `changed(aItems, bItems)` for each stretch, in order.
+    function eachStretch(a, b, marks, same, changed) {
+        for (let i = 0, j = 0; i < a.length || j < b.length;) {
+            const [iFrom, jFrom] = [i, j];
+            while (i < a.length && j < b.length && !marks.a[i] && !marks.b[j]) {
+                ++i;
+                ++j;
             }
-        }
-        return null;
-    }
-
-    /// Marks what the shortest path deletes from `a` and inserts from `b`.
-    function walkBack(trail, a, b, marks) {
-        let x = a.length;
-        let y = b.length;
-        for (let d = trail.length - 1; d > 0; --d) {
-            const reach = trail[d];
-            const k = x - y;
-            const down = k === -d || (k !== d && reach.get(k - 1) < reach.get(k + 1));
-            const from = down ? reach.get(k + 1) : reach.get(k - 1);
-            const fromY = from - (down ? k + 1 : k - 1);
-            if (down) marks.b[fromY] = 1;
-            else marks.a[from] = 1;
-            x = from;
-            y = fromY;
+            if (i > iFrom) same(a.slice(iFrom, i), b.slice(jFrom, j));
+            const [iChanged, jChanged] = [i, j];
+            while (i < a.length && marks.a[i]) ++i;
+            while (j < b.length && marks.b[j]) ++j;
+            if (i > iChanged || j > jChanged) changed(a.slice(iChanged, i), b.slice(jChanged, j));
         }
     }
 
-    /// Marks all characters when too little is equal for single marks to tell anything.
-    function coarsen(marks) {
-        const kept = (list) => list.reduce((sum, mark) => sum + (mark ? 0 : 1), 0);
-        const longer = Math.max(marks.a.length, marks.b.length);
-        if (kept(marks.a) * 3 >= longer) return;
-        marks.a.fill(1);
-        marks.b.fill(1);
-    }
-
-    function middleMarks(a, b) {
-        const marks = { a: new Uint8Array(a.length), b: new Uint8Array(b.length) };
-        const trail = a.length + b.length <= longestExact ? shortestPaths(a, b) : null;
-        if (trail) {
-            walkBack(trail, a, b, marks);
-            coarsen(marks);
-        } else {
-            marks.a.fill(1);
-            marks.b.fill(1);
+    /// Collects `{text, differs}`.
+    class Segments {
+        constructor() {
+            this.list = [];
         }
-        return marks;
+
+        add(text, differs) {
+            const last = this.list[this.list.length - 1];
+            if (!text) return;
+            if (last && last.differs === differs) last.text += text;
+            else this.list.push({ text, differs });
+        }
+
+        addAll(items, marks) {
+            items.forEach((item, index) => this.add(item, Boolean(marks && marks[index])));
+        }
     }
 
-    function append(segments, text, differs) {
-        const last = segments[segments.length - 1];
-        if (!text) return;
-        if (last && last.differs === differs) last.text += text;
-        else segments.push({ text, differs });
+    /// Whether too little is equal for single marks to tell anything.
+    function isHopeless(a, b, marks) {
+        const kept = marks.a.reduce((sum, mark, index) => sum + (mark ? 0 : a[index].length), 0);
+        const lengthOf = (items) => items.reduce((sum, item) => sum + item.length, 0);
+        return kept * 3 < Math.max(lengthOf(a), lengthOf(b));
     }
 
-    function segmentsOf(characters, prefix, marks) {
-        const segments = [];
-        append(segments, characters.slice(0, prefix).join(''), false);
-        marks.forEach((mark, index) => append(segments, characters[prefix + index], Boolean(mark)));
-        append(segments, characters.slice(prefix + marks.length).join(''), false);
-        return segments;
-    }
-
-    /// Both texts as lists of `{text, differs}`. Characters are code points: half a surrogate pair
-    /// is never marked.
-    function diff(expected, actual) {
+    /// Characters are code points: half a surrogate pair is never marked.
+    function diffWord(sides, expected, actual) {
         const a = Array.from(expected);
         const b = Array.from(actual);
-        const prefix = commonPrefix(a, b);
-        const suffix = commonSuffix(a, b, prefix);
-        const marks = middleMarks(
-            a.slice(prefix, a.length - suffix),
-            b.slice(prefix, b.length - suffix),
-        );
-        return { expected: segmentsOf(a, prefix, marks.a), actual: segmentsOf(b, prefix, marks.b) };
+        const marks = compare(a, b);
+        const whole = isHopeless(a, b, marks);
+        sides.expected.addAll(whole ? [expected] : a, whole ? [1] : marks.a);
+        sides.actual.addAll(whole ? [actual] : b, whole ? [1] : marks.b);
     }
 
-    report.textDiff = { diff };
+    function diffWords(sides, expected, actual) {
+        const a = wordsOf(expected);
+        const b = wordsOf(actual);
+        const same = (items) => {
+            sides.expected.addAll(items);
+            sides.actual.addAll(items);
+        };
+        eachStretch(a, b, compare(a, b), same, (left, right) =>
+            diffWord(sides, left.join(''), right.join('')),
+        );
+    }
+
+    /// 0 for lines without a common word, 1 for lines of the same words.
+    function likeness(left, right) {
+        const words = new Set(wordsOf(left).filter((word) => /\S/.test(word)));
+        const others = new Set(wordsOf(right).filter((word) => /\S/.test(word)));
+        const common = [...words].filter((word) => others.has(word)).length;
+        return (2 * common) / Math.max(1, words.size + others.size);
+    }
+
+    function pairsOf(left, right) {
+        return left.length === 1 && right.length === 1
+            ? [[0, 0]]
+            : pairAlike(left, right, likeness);
+    }
+
+    function diffLines(sides, left, right) {
+        let [i, j] = [0, 0];
+        const upTo = (iEnd, jEnd) => {
+            for (; i < iEnd; ++i) sides.expected.add(left[i], true);
+            for (; j < jEnd; ++j) sides.actual.add(right[j], true);
+        };
+        for (const [pairI, pairJ] of pairsOf(left, right)) {
+            upTo(pairI, pairJ);
+            diffWords(sides, left[i++], right[j++]);
+        }
+        upTo(left.length, right.length);
+    }
+
+    /// Both texts as lists of `{text, differs}`.
+    function diff(expected, actual) {
+        const a = linesOf(expected);
+        const b = linesOf(actual);
+        const sides = { expected: new Segments(), actual: new Segments() };
+        const same = (items) => {
+            sides.expected.addAll(items);
+            sides.actual.addAll(items);
+        };
+        eachStretch(a, b, compare(a, b), same, (left, right) => diffLines(sides, left, right));
+        return { expected: sides.expected.list, actual: sides.actual.list };
+    }
+
+    /// Line and column, from 1, of the first character that differs.
+    function firstDifference(expected, actual) {
+        const end = Math.min(expected.length, actual.length);
+        let at = 0;
+        while (at < end && expected[at] === actual[at]) ++at;
+        const before = expected.slice(0, at).split('\n');
+        return { line: before.length, column: before[before.length - 1].length + 1 };
+    }
+
+    report.textDiff = { diff, firstDifference };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -10,7 +10,8 @@
     const highest = 16000000;
 
     /// `host` becomes the tree. `actions` has `select(node)`, `toggle(node)`, `isOpen(node)` and
-    /// `open(node)`, called when the row is activated.
+    /// `open(node)`, called when the row is activated; and what rows are drawn by:
+    /// `addressOf(node)`, `siblings(node)`, `terms()`.
     function createTreeList(host, actions) {
         const canvas = element('div', { class: 'canvas', role: 'presentation' });
         host.replaceChildren(canvas);
@@ -22,45 +23,62 @@
         let places = new Map();
         let current = null;
 
-        function rowHeight() {
-            return parseFloat(getComputedStyle(host).getPropertyValue('--row')) || 30;
+        // Asking the browser for these makes it lay out the page: not while rows are drawn.
+        let rowHeight = 30;
+        let viewHeight = 0;
+
+        function measure() {
+            rowHeight = parseFloat(getComputedStyle(host).getPropertyValue('--row')) || 30;
+            viewHeight = host.clientHeight;
         }
 
         /// Scrolled pixels for one pixel of rows; below 1 only when the list is higher than can be.
         function scale() {
-            return Math.min(1, highest / Math.max(1, rows.length * rowHeight()));
+            return Math.min(1, highest / Math.max(1, rows.length * rowHeight));
         }
 
-        function firstVisible() {
-            return host.scrollTop / scale() / rowHeight();
+        function buildRow(node) {
+            const row = report.treeRow.buildRow(
+                node,
+                actions.isOpen(node),
+                actions.addressOf(node),
+                actions.siblings(node),
+            );
+            report.highlight.mark(row.querySelector('.name'), actions.terms());
+            drawn.set(node.id, row);
+            return row;
         }
 
-        function drawRow(index) {
+        /// `shift` is where row 0 stands on the canvas.
+        function drawRow(index, shift, added) {
             const node = rows[index];
             const known = drawn.get(node.id);
-            const row = known || report.treeRow.buildRow(node, actions.isOpen(node));
-            const offset = index * rowHeight() - firstVisible() * rowHeight() + host.scrollTop;
-            row.style.transform = 'translateY(' + offset + 'px)';
+            const row = known || buildRow(node);
+            row.style.transform = 'translateY(' + (shift + index * rowHeight) + 'px)';
             row.setAttribute('aria-selected', String(node === current));
-            if (!known) {
-                drawn.set(node.id, row);
-                canvas.append(row);
+            if (!known) added.push(row);
+        }
+
+        function dropRowsOutside(first, last) {
+            for (const [id, row] of drawn) {
+                const place = places.get(id);
+                if (place !== undefined && place >= first && place <= last) continue;
+                row.remove();
+                drawn.delete(id);
             }
         }
 
         function draw() {
-            canvas.style.height = rows.length * rowHeight() * scale() + 'px';
-            const count = Math.ceil(host.clientHeight / rowHeight());
-            const first = Math.max(0, Math.floor(firstVisible()) - overscan);
-            const last = Math.min(rows.length - 1, Math.floor(firstVisible()) + count + overscan);
-            for (const [id, row] of drawn) {
-                const place = places.get(id);
-                if (place === undefined || place < first || place > last) {
-                    row.remove();
-                    drawn.delete(id);
-                }
-            }
-            for (let index = first; index <= last; ++index) drawRow(index);
+            const top = host.scrollTop;
+            const start = top / scale() / rowHeight;
+            const first = Math.max(0, Math.floor(start) - overscan);
+            const visible = Math.ceil(viewHeight / rowHeight);
+            const last = Math.min(rows.length - 1, Math.floor(start) + visible + overscan);
+            const added = [];
+            dropRowsOutside(first, last);
+            for (let index = first; index <= last; ++index)
+                drawRow(index, top - start * rowHeight, added);
+            canvas.append(...added);
             markActive();
         }
 
@@ -70,23 +88,29 @@
             else host.removeAttribute('aria-activedescendant');
         }
 
+        function setCanvas() {
+            canvas.style.height = rows.length * rowHeight * scale() + 'px';
+        }
+
         function setRows(list) {
             rows = list;
             places = new Map(rows.map((node, index) => [node.id, index]));
             drawn.clear();
             canvas.replaceChildren();
+            setCanvas();
             draw();
         }
 
         function reveal(node) {
             const place = places.get(node.id);
-            if (place === undefined) return;
-            const height = host.clientHeight / rowHeight();
-            const above = place < firstVisible();
-            const below = place + 1 > firstVisible() + height;
+            if (place === undefined || viewHeight === 0) return;
+            const start = host.scrollTop / scale() / rowHeight;
+            const height = viewHeight / rowHeight;
+            const above = place < start;
+            const below = place + 1 > start + height;
             if (above || below) {
                 const first = above ? place : place + 1 - height;
-                host.scrollTop = Math.max(0, first * rowHeight() * scale());
+                host.scrollTop = Math.max(0, first * rowHeight * scale());
             }
         }
 
@@ -96,12 +120,23 @@
             draw();
         }
 
+        /// The row that moving by `by` rows leads to from a node that has none: the nearest one in
+        /// the order of reading.
+        function placeFrom(node, by) {
+            if (by > 0) {
+                const next = rows.findIndex((one) => one.id > node.id);
+                return next < 0 ? rows.length - 1 : next + by - 1;
+            }
+            const after = rows.findLastIndex((one) => one.id < node.id);
+            return Math.max(0, after) + by + 1;
+        }
+
         /// Moves by rows, as far as there are any.
         function move(by) {
-            const place = current ? places.get(current.id) : undefined;
-            const target =
-                place === undefined ? 0 : Math.min(rows.length - 1, Math.max(0, place + by));
-            if (rows[target]) actions.select(rows[target]);
+            const place = places.get(current.id);
+            const target = place === undefined ? placeFrom(current, by) : place + by;
+            const row = rows[Math.min(rows.length - 1, Math.max(0, target))];
+            if (row) actions.select(row);
         }
 
         function nodeAt(event) {
@@ -109,24 +144,44 @@
             return row ? rows[places.get(Number(row.dataset.id))] : null;
         }
 
+        function isForBrowser(event) {
+            return event.ctrlKey || event.metaKey || event.shiftKey;
+        }
+
+        function layOut() {
+            const wasHidden = viewHeight === 0;
+            measure();
+            setCanvas();
+            if (wasHidden && current) reveal(current);
+            draw();
+        }
+
         host.addEventListener('scroll', draw, { passive: true });
         host.addEventListener('click', (event) => {
             const node = nodeAt(event);
-            if (!node) return;
+            if (!node || isForBrowser(event)) return;
+            event.preventDefault();
             if (event.target.closest('[data-toggle]')) actions.toggle(node);
             else actions.open(node);
+        });
+        // The focus is the list's: a row goes when it is drawn again.
+        host.addEventListener('mousedown', (event) => {
+            if (event.button !== 0 || !event.target.closest('.row')) return;
+            event.preventDefault();
+            host.focus({ preventScroll: true });
         });
         host.addEventListener('dblclick', (event) => {
             const node = nodeAt(event);
             if (node && !event.target.closest('[data-toggle]')) actions.toggle(node);
         });
-        new ResizeObserver(draw).observe(host);
+        measure();
+        new ResizeObserver(layOut).observe(host);
 
         return {
             setRows,
             setCurrent,
             move,
-            pageSize: () => Math.max(1, Math.floor(host.clientHeight / rowHeight()) - 1),
+            pageSize: () => Math.max(1, Math.floor(viewHeight / rowHeight) - 1),
             rows: () => rows,
         };
     }

@@ -4,6 +4,7 @@
 
     const { element, icon } = report.dom;
     const { outcomeIcon, extraBadges, shortTitle, typeLabel } = report.marks;
+    const deepestIndent = 12;
 
     function twisty(node, open) {
         if (node.kind === 'entry' || node.children.length === 0)
@@ -38,8 +39,13 @@
     }
 
     function rowEnd(node) {
+        const { clock, zoneText } = report.format;
         if (node.kind === 'entry')
-            return element('span', { class: 'time' }, report.format.clock(node.raw.time));
+            return element(
+                'span',
+                { class: 'time', title: zoneText(node.raw.time) },
+                clock(node.raw.time),
+            );
         const duration = node.duration === null ? '' : report.format.duration(node.duration);
         return [
             ...extraBadges(node),
@@ -48,33 +54,37 @@
         ];
     }
 
-    function siblingPlace(node) {
-        return node.parent
-            ? { 'aria-posinset': node.place + 1, 'aria-setsize': node.parent.children.length }
-            : {};
+    /// A link, so that it can be opened in a tab of its own; a plain click is the list's.
+    function nameLink(node, address) {
+        const title = shortTitle(node);
+        return element('a', { class: 'name', href: address, tabindex: '-1', title }, title);
     }
 
-    /// `open` is meaningless for a node without children.
-    function buildRow(node, open) {
+    /// `open` is meaningless for a node without children. `siblings` is `{place, count}` among
+    /// those listed; null when that is not known.
+    function buildRow(node, open, address, siblings) {
         const hasChildren = node.kind !== 'entry' && node.children.length > 0;
-        return element(
+        const row = element(
             'div',
             {
                 'class': 'row kind-' + node.kind + ' is-' + (node.entryKind || node.outcome),
                 'role': 'treeitem',
                 'id': 'row-' + node.id,
                 'data-id': node.id,
-                'data-depth': Math.min(node.depth, 12),
+                'data-depth': node.depth,
                 'aria-level': node.depth + 1,
                 'aria-expanded': hasChildren ? String(Boolean(open)) : null,
-                ...siblingPlace(node),
+                'aria-posinset': siblings && siblings.place,
+                'aria-setsize': siblings && siblings.count,
             },
             twisty(node, open),
             outcomeIcon(node),
             kindLabel(node),
-            element('span', { class: 'name' }, shortTitle(node)),
+            nameLink(node, address),
             rowEnd(node),
         );
+        row.style.setProperty('--depth', Math.min(node.depth, deepestIndent));
+        return row;
     }
 
     report.treeRow = { buildRow };

@@ -65,6 +65,7 @@
             this.held = 0;
             this.worst = severity.size;
             this.holdsUnfinished = false;
+            this.isOrHoldsCase = this.raw.type === 'testcase';
             this.attempts = kind === 'attempts' ? [] : null;
         }
 
@@ -122,6 +123,7 @@
             if (!this.parent) return;
             this.parent.takeOutcome(severity.get(this.outcome));
             if (this.unfinished) this.parent.holdsUnfinished = true;
+            if (this.isOrHoldsCase) this.parent.isOrHoldsCase = true;
             if (this.parent.attempts) this.parent.attempts.push(this);
         }
 
@@ -137,6 +139,8 @@
             this.outcome = raw.isSkipped
                 ? 'skipped'
                 : outcomes.testOutcomes[Math.min(own, this.worst)].key;
+            const isEmptyRun = !this.parent && this.raw.type === 'testsuite' && !this.isOrHoldsCase;
+            if (isEmptyRun && this.outcome === 'passed') this.outcome = 'empty';
         }
 
         leaveAttempts() {
@@ -153,7 +157,7 @@
     /// and `entry(place, raw, kind)` for what is in it.
     function walk(root, visitor) {
         visitor.enter(root);
-        for (let place = root; place; ) {
+        for (let place = root; place;) {
             const child = place.advance();
             if (child instanceof Place) {
                 visitor.enter(child);

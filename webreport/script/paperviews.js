@@ -1,0 +1,111 @@
+// The parts of a result as they go on paper, where nothing can be scrolled or opened: what is long
+// is cut, and says by how much.
+(function (report) {
+    'use strict';
+
+    const { element } = report.dom;
+    const { count, counted } = report.format;
+    const { arrangedRows, cellDiffers, columnCount } = report.tableRows;
+    const longest = 3000;
+    const longestEqual = 400;
+    const keptOfEqual = 150;
+    const mostRows = 40;
+    const mostColumns = 12;
+
+    function cutNote(left) {
+        const text = '… ' + counted(left, 'more character', 'more characters') + ' not printed';
+        return element('p', { class: 'note' }, text);
+    }
+
+    function textBlock(text, className) {
+        const start = text.length > longest ? report.startOf(text, longest) : text;
+        const left = text.length - start.length;
+        return [
+            element('pre', { class: 'text ' + (className || '') }, start),
+            left > 0 ? cutNote(left) : null,
+        ];
+    }
+
+    /// Long equal stretches shrink to both their ends, so that the differences get the paper.
+    function folded({ text, differs }) {
+        if (differs || text.length <= longestEqual) return [{ text, differs }];
+        const left = text.length - 2 * keptOfEqual;
+        const note = ' [… ' + counted(left, 'equal character', 'equal characters') + ' …] ';
+        return [
+            {
+                text: text.slice(0, keptOfEqual) + note + text.slice(-keptOfEqual),
+                differs,
+                standsFor: text.length,
+            },
+        ];
+    }
+
+    function markedValue(segments, side) {
+        const shown = [];
+        let room = longest;
+        let left = 0;
+        for (const segment of segments.flatMap(folded)) {
+            const text = room > 0 ? report.startOf(segment.text, room) : '';
+            if (text) shown.push({ text, differs: segment.differs });
+            else left += segment.standsFor || segment.text.length;
+            if (text && text.length < segment.text.length)
+                left += segment.text.length - text.length;
+            room -= text.length;
+        }
+        const content = report.valueView.marked(shown, side);
+        return [
+            element('pre', { class: 'text value ' + side }, content),
+            left > 0 ? cutNote(left) : null,
+        ];
+    }
+
+    function valueView(values) {
+        const { sides, marksOf, differenceNote, unmarkedNote } = report.valueView;
+        const marks = marksOf(values);
+        const contentOf = (side) =>
+            marks ? markedValue(marks[side], side) : textBlock(values[side], 'value ' + side);
+        return [
+            sides(values, contentOf),
+            marks ? differenceNote(values, marks) : unmarkedNote(values),
+        ];
+    }
+
+    /// The columns that tell something: those with a difference, when rows became others.
+    function columnsToPrint(rows) {
+        const all = [...Array(columnCount(rows)).keys()];
+        const differing = all.filter((index) => rows.some((row) => cellDiffers(row, index)));
+        const wanted = differing.length > 0 && all.length > mostColumns ? differing : all;
+        return wanted.slice(0, mostColumns);
+    }
+
+    function tableView(tablediff) {
+        const all = arrangedRows(tablediff);
+        const rows = all.slice(0, mostRows);
+        const columns = columnsToPrint(rows);
+        const left = columnCount(all) - columns.length;
+        const body = element(
+            'tbody',
+            null,
+            rows.map((row) => report.tableView.rowView(row, columns)),
+        );
+        const notes = [
+            rows.length < all.length
+                ? count(rows.length) + ' of ' + count(all.length) + ' differences'
+                : null,
+            left > 0 ? counted(left, 'column', 'columns') + ' not printed' : null,
+        ].filter(Boolean);
+        return [
+            report.tableView.tableWith(columns, body),
+            notes.length > 0 ? element('p', { class: 'note' }, notes.join(', ') + '.') : null,
+        ];
+    }
+
+    /// What entryView asks of the views it is made of.
+    report.paperViews = {
+        textBlock,
+        valueView,
+        tableView,
+        pictures: (uri) => report.pictures.sideBySide(uri),
+        video: () => null,
+    };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));

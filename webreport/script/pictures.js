@@ -1,0 +1,73 @@
+// The two pictures of a screenshot comparison, each with its size.
+(function (report) {
+    'use strict';
+
+    const { element } = report.dom;
+    const { count, locationLink, locationText } = report.format;
+
+    /// A verification keeps the expected picture under the same number; null for another name.
+    function expectedBeside(uri) {
+        const match = /^(.*\/)?failed_(\d+)\.png$/.exec(uri);
+        return match ? (match[1] || '') + 'expected_' + match[2] + '.png' : null;
+    }
+
+    function urisOf(uri) {
+        return { actual: uri, expected: expectedBeside(uri) };
+    }
+
+    function sizeOf({ naturalWidth, naturalHeight }) {
+        return count(naturalWidth) + ' × ' + count(naturalHeight);
+    }
+
+    function loaded(image) {
+        return new Promise((resolve) => {
+            image.addEventListener('load', () => resolve(true));
+            image.addEventListener('error', () => resolve(false));
+        });
+    }
+
+    /// `{node, image, size, isThere}` for one of the two pictures; `isThere` is a promise.
+    function figure(label, className, uri) {
+        const link = locationLink(uri);
+        const image = element('img', { alt: label + ' picture', src: link });
+        const size = element('span', { class: 'size' });
+        const newTab = { href: link, target: '_blank', rel: 'noopener' };
+        const node = element(
+            'figure',
+            { class: className },
+            element('figcaption', null, element('a', newTab, label), ' ', size),
+            element('a', { class: 'picture', tabindex: '-1', ...newTab }, image),
+        );
+        image.addEventListener('load', () => (size.textContent = sizeOf(image)));
+        return { node, image, size, isThere: loaded(image) };
+    }
+
+    function missing(label, uri) {
+        return element(
+            'figure',
+            null,
+            element('figcaption', null, label),
+            element('p', { class: 'note' }, 'The picture ' + locationText(uri) + ' is not there.'),
+        );
+    }
+
+    function figuresOf(uris) {
+        return {
+            expected: uris.expected && figure('Expected', 'expected', uris.expected),
+            actual: figure('Actual', 'actual', uris.actual),
+        };
+    }
+
+    /// For paper: both at once, since a page that gets printed waits for nothing but pictures. Most
+    /// pictures have no expected one beside them; one that was found should be there.
+    function sideBySide(uri) {
+        const uris = urisOf(uri);
+        const { expected, actual } = figuresOf(uris);
+        const onMissing = (one, replace) => one && one.isThere.then((there) => there || replace());
+        onMissing(expected, () => expected.node.remove());
+        onMissing(actual, () => actual.node.replaceWith(missing('Actual', uris.actual)));
+        return element('div', { class: 'stage side' }, expected && expected.node, actual.node);
+    }
+
+    report.pictures = { urisOf, figuresOf, sizeOf, missing, sideBySide };
+})((globalThis.morvexReport = globalThis.morvexReport || {}));
