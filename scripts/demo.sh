@@ -28,8 +28,9 @@ run_demo_suite() {
 # Quietly: the web report shows the history of a test case when it holds more than one run.
 (run_demo_suite) >build/demo-first-run.log 2>&1 || { tail -n 40 build/demo-first-run.log >&2; exit 1; }
 
-echo "An application with windows, compared with verification points:"
-"$runner" --reportgen stdout --reportgen "html,$report" examples/inventory_suite
+echo "An application with windows, drawn into memory and compared with verification points:"
+env -u QT_SCALE_FACTOR -u QT_AUTO_SCREEN_SCALE_FACTOR QT_QPA_PLATFORM=offscreen \
+    "$runner" --reportgen stdout --reportgen "html,$report" examples/inventory_suite
 
 echo
 echo "A suite with one of everything that can go wrong:"
