@@ -12,8 +12,8 @@ namespace {
 const qint64 maxPackingRatio = 100;
 const qint64 minPartLimit = 64 * 1024 * 1024;
 const qint64 maxPartLimit = 1024 * 1024 * 1024;
-// From one '<' to the next, as far as the reader of XML keeps a tag in memory as a whole. Long
-// texts and comments may be made of several of these.
+// From one '<' to the next, since the reader of XML keeps a tag in memory as a whole. In comments
+// and CDATA a '<' is like any other character, so that they may be longer.
 const qint64 maxSizeWithoutMarkup = 1024 * 1024;
 
 QString damageText(int code)
