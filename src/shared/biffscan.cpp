@@ -1,9 +1,11 @@
 #include "shared/biffscan.h"
 
 #include <QTextCodec>
+#include <QTextDecoder>
 #include <QtEndian>
 
 #include <cstring>
+#include <memory>
 
 namespace Morvex {
 namespace {
@@ -11,6 +13,7 @@ namespace {
 // The number behind some names is the version of the format that brought this form of the record.
 enum RecordType {
     BlankRecord2 = 0x0001,
+    IntegerRecord2 = 0x0002,
     NumberRecord2 = 0x0003,
     BooleanOrErrorRecord2 = 0x0005,
     FormulaRecord = 0x0006,
@@ -155,12 +158,12 @@ XlsCell decodeRk(quint32 rk)
 }
 
 // Texts are in 16 bit units or in their lower halves, which a flag in front of each piece tells;
-// versions without the flag have bytes of the code page.
+// versions without the flag have bytes of the code page, in which a piece may cut a character.
 class StringContent
 {
 public:
     explicit StringContent(QTextCodec *codec)
-        : m_codec(codec)
+        : m_decoder(codec ? codec->makeDecoder() : nullptr)
     {
     }
 
@@ -172,8 +175,8 @@ public:
 
     void append(const QByteArray &piece)
     {
-        if (m_codec) {
-            m_text += m_codec->toUnicode(piece.left(m_left));
+        if (m_decoder) {
+            m_text += m_decoder->toUnicode(piece.left(m_left));
             m_left -= qMin(m_left, piece.size());
             return;
         }
@@ -191,7 +194,7 @@ public:
     const QString &text() const { return m_text; }
 
 private:
-    QTextCodec *m_codec;
+    std::unique_ptr<QTextDecoder> m_decoder;
     QString m_text;
     int m_left = 0;
 };
@@ -212,6 +215,9 @@ public:
         const bool continuesString = m_isInString;
         m_isInString = false;
         switch (record.type()) {
+        case IntegerRecord2:
+            insert(record, numberCell(XlsCell::Integer, record.word(m_valueOffset)));
+            break;
         case NumberRecord2:
         case NumberRecord3:
             insert(record, numberCell(XlsCell::Float, record.real(m_valueOffset)));
@@ -260,10 +266,12 @@ private:
         const int firstOffset = 4;
         const int pairSize = 6;
         const int lastColumnSize = 2;
-        quint32 place = record.place();
-        for (int offset = firstOffset; offset + pairSize + lastColumnSize <= record.size();
+        unsigned column = record.word(2);
+        for (int offset = firstOffset;
+             offset + pairSize + lastColumnSize <= record.size() && column <= BiffScan::maxColumn;
              offset += pairSize)
-            m_cells.insert(place++, decodeRk(record.doubleWord(offset + 2)));
+            m_cells.insert(BiffScan::place(record.word(0), column++),
+                           decodeRk(record.doubleWord(offset + 2)));
     }
 
     void takeRichString(const Record &record)

@@ -3,6 +3,7 @@
 #include <QtEndian>
 
 #include <climits>
+#include <vector>
 
 namespace Morvex {
 namespace {
@@ -11,6 +12,8 @@ const quint32 endOfChain = 0xfffffffe;
 const int headerSize = 512;
 const int directoryEntrySize = 128;
 const int miniSectorSize = 64;
+// Four of these bytes end a chain.
+const char endOfFile = '\xff';
 
 template <typename Number>
 Number numberAt(const QByteArray &bytes, qint64 offset)
@@ -23,6 +26,9 @@ Number numberAt(const QByteArray &bytes, qint64 offset)
 struct DirectoryEntry
 {
     QString name;
+    quint32 left;
+    quint32 right;
+    quint32 firstChild;
     quint32 firstSector;
     quint32 size;
 };
@@ -83,10 +89,11 @@ public:
 
     QByteArray stream(const QStringList &names) const
     {
-        for (int index = 0; index * directoryEntrySize < m_directory.size(); ++index) {
-            const DirectoryEntry candidate = entry(index);
+        const std::vector<bool> isInRoot = rootChildren();
+        for (std::size_t index = 0; index < isInRoot.size(); ++index) {
+            const DirectoryEntry candidate = entry(static_cast<int>(index));
             if (names.contains(candidate.name))
-                return content(candidate);
+                return isInRoot[index] ? content(candidate) : QByteArray();
         }
         return {};
     }
@@ -108,7 +115,8 @@ private:
                 const auto number = numberAt<quint32>(numbers, i);
                 if (number >= endOfChain)
                     return;
-                table += m_sectors.sector(number);
+                // Where the file is cut, the entries behind keep their places.
+                table += m_sectors.sector(number).leftJustified(sectorSize, endOfFile);
             }
         };
         append(m_file.mid(76, headerSize - 76));
@@ -123,6 +131,26 @@ private:
         return table;
     }
 
+    // Which entries lie in the root and in no storage within it. Those of a storage make a tree.
+    std::vector<bool> rootChildren() const
+    {
+        std::vector<bool> isChild(
+            static_cast<std::size_t>(m_directory.size() / directoryEntrySize));
+        std::vector<quint32> pending = {entry(0).firstChild};
+        while (!pending.empty()) {
+            const quint32 index = pending.back();
+            pending.pop_back();
+            // A damaged tree may go in circles.
+            if (index >= isChild.size() || isChild[index])
+                continue;
+            isChild[index] = true;
+            const DirectoryEntry child = entry(static_cast<int>(index));
+            pending.push_back(child.left);
+            pending.push_back(child.right);
+        }
+        return isChild;
+    }
+
     DirectoryEntry entry(int index) const
     {
         const int offset = index * directoryEntrySize;
@@ -130,8 +158,10 @@ private:
         QString name;
         for (int i = 0; i < nameLength; ++i)
             name += QChar(numberAt<quint16>(m_directory, offset + i * 2));
-        return {name, numberAt<quint32>(m_directory, offset + 116),
-                numberAt<quint32>(m_directory, offset + 120)};
+        const auto number = [&](int place) {
+            return numberAt<quint32>(m_directory, offset + place);
+        };
+        return {name, number(68), number(72), number(76), number(116), number(120)};
     }
 
     QByteArray content(const DirectoryEntry &found) const

@@ -160,6 +160,8 @@ bool TsvParser::fillBuffer()
         return true;
     m_position = 0;
     m_buffer = m_stream ? m_stream->read(chunkLength) : QString();
+    if (m_file && m_file->error() != QFile::NoError)
+        m_errorText = m_file->errorString();
     return !m_buffer.isEmpty();
 }
 

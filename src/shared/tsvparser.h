@@ -27,7 +27,7 @@ public:
     void open(const QString &fileName);
     /// Empty when no file is open.
     QString name() const;
-    /// Why no file is open; empty when one is.
+    /// Why no file is open, or why it seems to end where reading failed; empty without either.
     QString errorText() const;
     /// Goes back to the start of the file, which is opened anew.
     void rewind();

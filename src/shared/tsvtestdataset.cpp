@@ -22,9 +22,9 @@ TsvTestDataSet::~TsvTestDataSet() = default;
 
 void TsvTestDataSet::parse(TsvParser *parser, char sep)
 {
-    setErrorText(parser->errorText());
     for (QString line = parser->nextLine(); !line.isEmpty(); line = parser->nextLine())
         parser->parseRecord(this, line, sep);
+    setErrorText(parser->errorText());
     if (header())
         return;
     auto *defaultHeader = new TestDataRecord(this, -1);

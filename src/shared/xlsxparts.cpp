@@ -25,10 +25,10 @@ QString takeSharedString(XmlElementReader &reader)
     QString rich;
     while (reader.enterChild()) {
         if (reader.is("t")) {
-            plain += reader.takeText();
+            reader.appendText(&plain);
         } else if (reader.is("r")) {
             while (reader.enterChild("t"))
-                rich += reader.takeText();
+                reader.appendText(&rich);
         } else {
             reader.skip();
         }
@@ -91,6 +91,16 @@ private:
     bool m_hasDigit = false;
     std::size_t m_value = 0;
 };
+
+// Returns the element that is missing, null when none is.
+const char *enterFirstSheet(XmlElementReader &reader)
+{
+    if (!reader.enterRoot("workbook"))
+        return "<workbook>";
+    if (!reader.enterChild("sheets"))
+        return "<sheets>";
+    return reader.enterChild("sheet") ? nullptr : "<sheet>";
+}
 
 class SheetReader
 {
@@ -296,12 +306,11 @@ QString readSharedStrings(QIODevice *device, std::vector<QString> *strings)
 QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetId)
 {
     XmlElementReader reader(device);
-    if (!reader.enterRoot("workbook"))
-        return QStringLiteral("No <workbook>");
-    if (!reader.enterChild("sheets"))
-        return QStringLiteral("No <sheets>");
-    if (!reader.enterChild("sheet"))
-        return QStringLiteral("No <sheet>");
+    const char *missing = enterFirstSheet(reader);
+    if (missing) {
+        const QString error = reader.finish();
+        return error.isEmpty() ? QLatin1String("No ") + QLatin1String(missing) : error;
+    }
     do {
         if (sheetId->isNull() && textOf(reader.attribute("name")) == sheetName)
             *sheetId = textOf(reader.attribute("sheetId"));

@@ -16,6 +16,9 @@ namespace {
 // The parser looks at a tag anew with each piece of it.
 const int pieceSize = 64 * 1024;
 
+// A cell of a sheet holds 32,767 characters at most.
+const int maxTextLength = 512 * 1024;
+
 // Of all parsers of a thread. A parser keeps each name that it meets, so that a document of nothing
 // but different names would make it grow without end.
 const std::size_t maxHeldBytes = 16 * 1024 * 1024;
@@ -43,9 +46,15 @@ void release(void *bytes)
     std::free(bytes);
 }
 
+QString tooMuchMemory()
+{
+    return QStringLiteral("The names and tags of the document take too much memory.");
+}
+
 const XML_Memory_Handling_Suite boundedMemory = {allocate, reallocate, release};
 
-// Encodings of one byte a character, beside those that the parser knows.
+// Encodings of one byte a character, beside those that the parser knows. In others some bytes mean
+// nothing alone.
 int readEncoding(void *, const XML_Char *name, XML_Encoding *encoding)
 {
     QTextCodec *codec = QTextCodec::codecForName(name);
@@ -55,6 +64,8 @@ int readEncoding(void *, const XML_Char *name, XML_Encoding *encoding)
         const char text = static_cast<char>(byte);
         QTextCodec::ConverterState state(QTextCodec::ConvertInvalidToNull);
         const QString character = codec->toUnicode(&text, 1, &state);
+        if (character.isEmpty())
+            return XML_STATUS_ERROR;
         const bool isWhole = character.size() == 1 && state.invalidChars == 0;
         encoding->map[byte] = isWhole ? character.at(0).unicode() : -1;
     }
@@ -104,6 +115,10 @@ XmlElementReader::XmlElementReader(QIODevice *device)
     : m_device(device)
     , m_parser(XML_ParserCreate_MM(nullptr, &boundedMemory, nullptr), XML_ParserFree)
 {
+    if (!m_parser) {
+        fail(tooMuchMemory());
+        return;
+    }
     XML_SetUserData(m_parser.get(), this);
     XML_SetElementHandler(m_parser.get(), Handlers::start, Handlers::end);
     XML_SetCharacterDataHandler(m_parser.get(), Handlers::text);
@@ -166,15 +181,22 @@ void XmlElementReader::skip()
 QString XmlElementReader::takeText()
 {
     QString text = QLatin1String("");
+    appendText(&text);
+    return text;
+}
+
+void XmlElementReader::appendText(QString *text)
+{
     // The parser does not cut characters.
     for (std::string_view piece; nextPiece(&piece);) {
         const QString part = QString::fromUtf8(piece.data(), static_cast<int>(piece.size()));
-        if (text.isEmpty())
-            text = part;
+        if (text->size() + part.size() > maxTextLength)
+            fail(QStringLiteral("A text is too long."));
+        else if (text->isEmpty())
+            *text = part;
         else
-            text += part;
+            *text += part;
     }
-    return text;
 }
 
 bool XmlElementReader::nextPiece(std::string_view *piece)
@@ -229,14 +251,26 @@ bool XmlElementReader::parsePiece()
     m_nextEvent = 0;
     XML_Parser parser = m_parser.get();
     void *buffer = XML_GetBuffer(parser, pieceSize);
-    const qint64 size =
-        buffer ? qMax<qint64>(0, m_device->read(static_cast<char *>(buffer), pieceSize)) : 0;
+    if (!buffer) {
+        m_errorAhead = tooMuchMemory();
+        return false;
+    }
+    const qint64 size = qMax<qint64>(0, m_device->read(static_cast<char *>(buffer), pieceSize));
     const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(size), size == 0);
     if (status == XML_STATUS_ERROR && m_errorAhead.isEmpty())
-        m_errorAhead = QStringLiteral("line %1: %2")
-                           .arg(XML_GetCurrentLineNumber(parser))
-                           .arg(QLatin1String(XML_ErrorString(XML_GetErrorCode(parser))));
+        m_errorAhead = parserError();
     return size > 0 && status == XML_STATUS_OK;
+}
+
+QString XmlElementReader::parserError() const
+{
+    XML_Parser parser = m_parser.get();
+    const XML_Error code = XML_GetErrorCode(parser);
+    if (code == XML_ERROR_NO_MEMORY)
+        return tooMuchMemory();
+    return QStringLiteral("line %1: %2")
+        .arg(XML_GetCurrentLineNumber(parser))
+        .arg(QLatin1String(XML_ErrorString(code)));
 }
 
 std::string_view XmlElementReader::bytesOf(const Event &event) const

@@ -15,6 +15,7 @@ namespace Morvex {
 /// Moves through the elements of an XML document from outside, which is never in memory as a whole.
 /// Elements go by their names without a prefix. After an error there are no more of them. What the
 /// parser holds is bounded, elements lie at most maxXmlDepth deep, and a document type is an error.
+/// A reader is made, used and destroyed in one thread, by which the bound counts.
 class XmlElementReader
 {
 public:
@@ -43,6 +44,9 @@ public:
     void skip();
     /// The text in the current element, which is left, without that of its children. Never null.
     QString takeText();
+    /// Appends it to @p text. More than half a million characters, with those that were there, are
+    /// an error.
+    void appendText(QString *text);
     /// The same in pieces of UTF-8, each valid up to the next call. False when there are no more
     /// and the element is left.
     bool nextPiece(std::string_view *piece);
@@ -67,6 +71,7 @@ private:
 
     const Event *next();
     bool parsePiece();
+    QString parserError() const;
     std::string_view bytesOf(const Event &event) const;
     std::string_view textAt(std::size_t offset) const { return m_bytes.c_str() + offset; }
     void append(Event::Kind kind, std::string_view bytes);

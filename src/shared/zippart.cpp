@@ -11,8 +11,9 @@ namespace {
 // XML of tables packs about ten to one, forty to one when most cells are empty.
 const qint64 maxPackingRatio = 100;
 const qint64 minPartLimit = 64 * 1024 * 1024;
-// Of a text or a tag, which the reader of XML keeps in memory as a whole. A cell of a sheet holds
-// 32,767 characters at most.
+const qint64 maxPartLimit = 1024 * 1024 * 1024;
+// From one '<' to the next, since the reader of XML keeps a tag in memory as a whole. In comments
+// and CDATA a '<' is like any other character, so that they may be longer.
 const qint64 maxSizeWithoutMarkup = 1024 * 1024;
 
 QString damageText(int code)
@@ -25,7 +26,7 @@ QString damageText(int code)
 
 ZipArchive::ZipArchive(const QString &fileName)
     : m_handle(unzOpen(fileName.toUtf8().constData()))
-    , m_maxPartSize(minPartLimit + maxPackingRatio * QFileInfo(fileName).size())
+    , m_maxPartSize(qMin(minPartLimit + maxPackingRatio * QFileInfo(fileName).size(), maxPartLimit))
 {
 }
 
@@ -75,19 +76,23 @@ qint64 ZipPart::readData(char *data, qint64 maxSize)
         return fail(damageText(size));
     if (size == 0 && wanted > 0 && !unzeof(m_archive.handle()))
         return fail(damageText(UNZ_BADZIPFILE));
-    if (!isWithinLimits(data, size))
-        return fail(QStringLiteral("the part is too large for the size of the archive."));
-    return size;
+    const QString excess = excessOf(data, size);
+    return excess.isEmpty() ? size : fail(excess);
 }
 
-bool ZipPart::isWithinLimits(const char *data, qint64 size)
+// Empty within the limits.
+QString ZipPart::excessOf(const char *data, qint64 size)
 {
     m_size += size;
     const auto length = static_cast<std::size_t>(size);
     const auto *last = static_cast<const char *>(memrchr(data, '<', length));
     // Shorter than what is read at once: no need to look at.
     m_sizeWithoutMarkup = last ? data + size - last : m_sizeWithoutMarkup + size;
-    return m_size <= m_archive.maxPartSize() && m_sizeWithoutMarkup <= maxSizeWithoutMarkup;
+    if (m_size > m_archive.maxPartSize())
+        return QStringLiteral("the part is too large for the size of the archive.");
+    if (m_sizeWithoutMarkup > maxSizeWithoutMarkup)
+        return QStringLiteral("the part has a text, a tag or a comment that is too long.");
+    return {};
 }
 
 qint64 ZipPart::fail(const QString &damage)

@@ -20,8 +20,8 @@ public:
 
     /// For minizip; null when there is no archive.
     void *handle() const { return m_handle; }
-    /// How many bytes the parts may have when they are unpacked, by the size of the file. What is
-    /// packed more densely was made to exhaust its reader.
+    /// How many bytes a part may have when it is unpacked, by the size of the file and never more
+    /// than 1 GB. What is packed more densely was made to exhaust its reader.
     qint64 maxPartSize() const { return m_maxPartSize; }
 
 private:
@@ -49,7 +49,7 @@ protected:
     qint64 writeData(const char *, qint64) override { return -1; }
 
 private:
-    bool isWithinLimits(const char *data, qint64 size);
+    QString excessOf(const char *data, qint64 size);
     qint64 fail(const QString &damage);
 
     const ZipArchive &m_archive;

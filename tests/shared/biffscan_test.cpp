@@ -130,6 +130,46 @@ TEST(BiffScanTest, FilesOfOldVersionsAreReadWithTheResultsOfFormulasOrNotAtAll)
     }
 }
 
+TEST(BiffScanTest, AWholeNumberInTheFormatOfADateStaysANumber)
+{
+    const QByteArray dateFormat = "yyyy-mm-dd";
+    const QByteArray inDateFormat("\1\1\0", 3);
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("old.xls");
+    writeFile(path, record(0x0009, word(0x0200) + word(0x0010) + word(0)) +
+                        record(0x0042, word(1252)) + record(0x001e, "\7General") +
+                        record(0x001e, char(dateFormat.size()) + dateFormat) +
+                        record(0x0043, QByteArray(4, '\0')) +
+                        record(0x0043, QByteArray("\0\0\1\0", 4)) +
+                        record(0x0000, word(0) + word(2) + word(0) + word(1) + word(0)) +
+                        record(0x0004, word(0) + word(0) + QByteArray(3, '\0') + "\1a") +
+                        record(0x0002, word(1) + word(0) + inDateFormat + word(45351)) +
+                        // The library reads no smaller files.
+                        record(0x0031, QByteArray(512, '\0')) + record(0x000a, QByteArray()));
+    const std::unique_ptr<TestDataSet> set(TestDataSet::createTestDataSet(path));
+    EXPECT_EQ(rowsOf(*set), (std::vector<QStringList>{{"a"}, {"45351"}}));
+}
+
+TEST(BiffScanTest, ARangeOfNumbersEndsWithItsRow)
+{
+    const QByteArray numbers = (word(0) + QByteArray(4, '\2')).repeated(3) + word(0);
+    for (const quint16 column : {0xfe, 0xfffe}) {
+        const BiffScan scan(workbook(0x0600, "", record(0x00bd, word(0) + word(column) + numbers)));
+        const auto cells = scan.cells(0).value();
+        for (auto cell = cells.begin(); cell != cells.end(); ++cell)
+            EXPECT_LE(cell.key(), BiffScan::place(0, BiffScan::maxColumn));
+        EXPECT_EQ(cells.size(), column == 0xfe ? 2 : 0);
+    }
+}
+
+TEST(BiffScanTest, ACharacterThatARecordCutsStaysWhole)
+{
+    const BiffScan scan(workbook(0x0500, record(0x0042, word(932)),
+                                 formula(0, 0) + record(0x0207, word(4) + "\x82\xa0\x82") +
+                                     record(0x003c, "\xa2")));
+    EXPECT_EQ(scan.cells(0)->value(0).text, QString::fromUtf8("\u3042\u3044"));
+}
+
 TEST(BiffScanTest, TextsAreInTheCodePageOfTheFile)
 {
     const struct

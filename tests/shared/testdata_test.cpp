@@ -7,6 +7,7 @@
 #include "support/tables.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -148,6 +149,18 @@ TEST_F(DelimitedFileTest, AFileThatCannotBeOpenedIsToldOnce)
             EXPECT_NE(set->errorText(), "");
         }
     }
+}
+
+TEST_F(DelimitedFileTest, AFileThatFailsWhileItIsReadIsToldApartFromAnEmptyOne)
+{
+    const QString path = dir.filePath("data.csv");
+    // Can be opened, but has nothing at its start.
+    ASSERT_TRUE(QFile::link("/proc/self/mem", path));
+    const std::unique_ptr<TestDataSet> failing(TestDataSet::createTestDataSet(path));
+    EXPECT_EQ(failing->count(), 0);
+    EXPECT_NE(failing->errorText(), "");
+    QFile::remove(path);
+    EXPECT_EQ(read("")->errorText(), "");
 }
 
 TEST_F(DelimitedFileTest, AFieldOfFiftyMegabytesIsOneField)

@@ -441,6 +441,43 @@ TEST_F(WorkbookTest, SheetsThatNoProgramWritesGiveAnEmptySet)
     EXPECT_EQ(messages.rfind("morvexrunner: testData Shared Strings: ", 0), 0u) << messages;
 }
 
+TEST_F(WorkbookTest, WhyASheetIsRefusedIsTold)
+{
+    const int textLength = 1000;
+    const QByteArray text = "<t>" + QByteArray(textLength, 'x') + "</t>";
+    const QByteArray longText = "<![CDATA[" + QByteArray(600000, '<') + "]]>";
+    QByteArray names;
+    for (int i = 0; i < 600000; ++i)
+        names += "<a" + QByteArray::number(i) + "/>";
+    const QByteArray value = "<row r=\"1\"><c r=\"A1\"><v>";
+    const std::string textTooLong = "Shared Strings: A text is too long.";
+    const struct
+    {
+        QByteArray sheet;
+        QByteArray strings;
+        std::string message;
+    } cases[] = {
+        {"", "<sst><si>" + text.repeated(600) + "</si></sst>", textTooLong},
+        {"", "<sst><si><r>" + text.repeated(600) + "</r></si></sst>", textTooLong},
+        {"", "<sst><si>" + ("<r>" + text + "</r>").repeated(600) + "</si></sst>", textTooLong},
+        {"", "<sst><si><t>" + longText + "</t></si></sst>", textTooLong},
+        {worksheet("A1", value + longText + "</v></c></row>"), "<sst/>",
+         "Sheet: A text is too long."},
+        {worksheet("A1", names), "<sst/>",
+         "Sheet: The names and tags of the document take too much memory."},
+        {worksheet("A1", "<!--" + QByteArray(1500000, ' ') + "-->"), "<sst/>",
+         "Sheet: the part has a text, a tag or a comment that is too long."},
+        {"<?xml version=\"1.0\" encoding=\"Shift_JIS\"?><worksheet>\x83\x5c</worksheet>", "<sst/>",
+         "Sheet: line 1: unknown encoding"},
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(rowsOfSheet(row.sheet, row.strings), Rows());
+        EXPECT_EQ(messages, "morvexrunner: testData " + row.message + "\n");
+    }
+    rowsOfSheet(worksheet("A1", ""), "<sst>" + ("<si>" + text + "</si>").repeated(600) + "</sst>");
+    EXPECT_EQ(messages, "") << "no single text of these is long";
+}
+
 TEST_F(WorkbookTest, WhatIsMissingInTheArchiveIsTold)
 {
     const struct
@@ -449,7 +486,13 @@ TEST_F(WorkbookTest, WhatIsMissingInTheArchiveIsTold)
         const char *message;
     } cases[] = {
         {"<other/>", ".xlsx file is corrupt: No <workbook>"},
-        {"", ".xlsx file is corrupt: No <workbook>"},
+        {"", ".xlsx file is corrupt: line 1: "},
+        {"<workbook", ".xlsx file is corrupt: line 1: "},
+        {"<workbook><sheets>", ".xlsx file is corrupt: line 1: "},
+        {"<?xml version=\"1.0\" encoding=\"none\"?><workbook/>",
+         ".xlsx file is corrupt: line 1: unknown encoding"},
+        {"<!DOCTYPE workbook><workbook/>",
+         ".xlsx file is corrupt: The document has a document type."},
         {"<workbook><a/></workbook>", ".xlsx file is corrupt: No <sheets>"},
         {"<workbook><sheets/></workbook>", ".xlsx file is corrupt: No <sheet>"},
         {"<workbook><sheets><sheet name=\"b\"/></sheets></workbook>", "sheet not found: a"},
@@ -517,6 +560,7 @@ TEST_F(WorkbookTest, APartThatUnpacksToGigabytesTakesNoMemory)
         {"xl/worksheets/sheet1.xml", start + "<row r=\"", '1'},
         {"xl/sharedStrings.xml", "<sst><si><t>", 'x'},
         {"xl/sharedStrings.xml", "<sst>", '<'},
+        {"xl/sharedStrings.xml", "<sst><si><t><![CDATA[", '<'},
     };
     rusage before = {};
     getrusage(RUSAGE_SELF, &before);
