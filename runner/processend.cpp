@@ -35,10 +35,12 @@ bool isForked()
     return ::getpid() != watched.process;
 }
 
-void log(TestResult::ResultType type, const QString &message)
+// The last entry. Then the reports that this process writes are closed.
+void end(TestResult::ResultType type, const char *message)
 {
-    watched.result->addResult(currentLocalTime(), type, message, QString(),
+    watched.result->addResult(currentLocalTime(), type, QString::fromLatin1(message), QString(),
                               watched.engine->currentStack(), QString(), -1);
+    watched.result->setReportGenerator(nullptr);
     std::fflush(nullptr);
 }
 
@@ -48,7 +50,7 @@ void handleExit()
         return;
     // The log belongs to the main thread.
     if (::pthread_equal(::pthread_self(), watched.thread))
-        log(TestResult::FATAL, QStringLiteral("The application ended the process"));
+        end(TestResult::FATAL, "The application ended the process");
     ::_exit(ExitUnusable);
 }
 
@@ -68,7 +70,7 @@ void handleTermination(int)
 
 void terminate()
 {
-    log(TestResult::WARNING, QStringLiteral("The test case is ended while this call is running"));
+    end(TestResult::WARNING, "The test case is ended while this call is running");
     std::signal(SIGTERM, SIG_DFL);
     std::raise(SIGTERM);
 }

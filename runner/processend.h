@@ -10,8 +10,9 @@ class ScriptEngine;
 class TestResult;
 
 /// As long as it lives, the log tells of an end of this process that is not that of the test case,
-/// with the place in the script. A call of exit is a FATAL and gives the status ExitUnusable; a
-/// SIGTERM that comes while a call of the script turns the event loop is a WARNING. One object at a
+/// with the place in the script. A call of exit is a FATAL and gives the status ExitUnusable, a
+/// call of _exit can't be noticed; a SIGTERM that comes while a call of the script turns the event
+/// loop is a WARNING. The result has no report generator then. One object at a
 /// time, on the main thread; nothing is owned.
 class ProcessEndWatch
 {

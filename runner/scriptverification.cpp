@@ -75,6 +75,7 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     const std::vector<LineInfo> stack = m_engine->currentStack();
     LiveResolver resolver(m_application);
     const int failuresBefore = m_result->failureCount();
+    const int warningsBefore = m_result->resultCount(TestResult::WARNING);
     const VPResult outcome = TestVP(name, pointPath(name))
                                  .verify(m_result, stack, &m_runner, QString(), &resolver,
                                          optionsOf(options), data ? data->record(row) : nullptr,
@@ -82,21 +83,22 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     if (outcome.summary() == VPResult::SummaryError)
         m_result->addError(outcome.message(), outcome.details(), stack);
     else if (!options.value(QStringLiteral("silent")).toBool())
-        addMissingResult(name, outcome, m_result->failureCount() > failuresBefore);
+        addMissingResult(name, outcome, m_result->failureCount() > failuresBefore,
+                         m_result->resultCount(TestResult::WARNING) > warningsBefore);
     return outcome.summary() == VPResult::SummaryPassed;
 }
 
 // A report must not look better than what the script is told.
 void ScriptVerification::addMissingResult(const QString &name, const VPResult &outcome,
-                                          bool hasLoggedFailure)
+                                          bool hasLoggedFailure, bool hasLearned)
 {
     const std::vector<LineInfo> stack = m_engine->currentStack();
     if (outcome.summary() == VPResult::SummaryFailed && !hasLoggedFailure)
-        m_result->addError(
-            QStringLiteral("Verification point '%1' failed").arg(name),
-            QStringLiteral("None of its results says so: the file expects what can't be read, "
-                           "which standard error tells, or it was to fail and has learned."),
-            stack);
+        m_result->addError(QStringLiteral("Verification point '%1' failed").arg(name),
+                           hasLearned
+                               ? QStringLiteral("It was to fail, and has learned what it found.")
+                               : QStringLiteral("The file expects what can't be read."),
+                           stack);
     else if (outcome.summary() == VPResult::SummaryPassed && outcome.message().isEmpty())
         m_result->addResult(currentLocalTime(), TestResult::WARNING,
                             QStringLiteral("Verification point '%1' checks nothing").arg(name),

@@ -33,7 +33,8 @@ public:
                             int row);
 
 private:
-    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
+    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure,
+                          bool hasLearned);
     QString pointPath(const QString &name) const;
 
     ScriptEngine *m_engine;

@@ -22,9 +22,8 @@ const int affineNumbers = 6;
 QTransform olderTransform(const QPoint &origin, double scale)
 {
     QTransform transform;
-    if (scale == 0 || !std::isfinite(scale))
-        scale = 1;
-    transform.scale(1 / scale, 1 / scale);
+    const double factor = std::isfinite(1 / scale) && std::isfinite(scale) ? 1 / scale : 1;
+    transform.scale(factor, factor);
     transform.translate(origin.x(), origin.y());
     return transform;
 }

@@ -11,6 +11,7 @@
 #include <QBuffer>
 #include <QDir>
 #include <QDomDocument>
+#include <QFile>
 
 #include <algorithm>
 #include <limits>
@@ -204,7 +205,10 @@ QString TestVP::storeDifferingImages(RunnerInterface *runner, const QImage &actu
     actual.save(path, "PNG");
     // For reports, which show both side by side.
     QString name = QFileInfo(path).fileName();
-    expected.save(dir + name.replace(QLatin1String("failed"), QLatin1String("expected")), "PNG");
+    const QString beside = dir + name.replace(QLatin1String("failed"), QLatin1String("expected"));
+    // Not that of an earlier check.
+    QFile::remove(beside);
+    expected.save(beside, "PNG");
     return QStringLiteral("Differing screenshot saved as '%1'").arg(path);
 }
 

@@ -174,7 +174,7 @@ VPResult TestVP::verifyDocument(Call &call, QDomDocument &document) const
     const VPResult result(hasFailed ? VPResult::SummaryFailed : VPResult::SummaryPassed,
                           call.logger.lastResultMessage(), call.logger.lastResultDetails());
     if (call.updated)
-        logFailureToSave(call, type);
+        saveUpdated(call, type);
     return result;
 }
 
@@ -220,7 +220,7 @@ bool TestVP::attempt(Call &call, QDomElement &element, TestResult::VPType type) 
 }
 
 // The outcome stays, but the results before say that the file was updated.
-void TestVP::logFailureToSave(Call &call, TestResult::VPType type) const
+void TestVP::saveUpdated(Call &call, TestResult::VPType type) const
 {
     const QString error = saveDocument(call.document, m_file.filePath());
     if (error.isEmpty())

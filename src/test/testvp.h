@@ -60,7 +60,7 @@ private:
     VPResult verifyDocument(Call &call, QDomDocument &document) const;
     bool verifyElement(Call &call, QDomElement &element, TestResult::VPType type) const;
     bool attempt(Call &call, QDomElement &element, TestResult::VPType type) const;
-    void logFailureToSave(Call &call, TestResult::VPType type) const;
+    void saveUpdated(Call &call, TestResult::VPType type) const;
 
     // Each is true when the outcome is the expected one.
     bool performPropertyVerification(const QDomElement &element, const TestDataRecord *record,

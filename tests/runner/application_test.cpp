@@ -177,7 +177,7 @@ TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
 {
     const QStringList lines =
         results(QByteArray(startAwkward) + "\nfunction open() { find('exec').click(); }\nopen();",
-                {"--timeout", "3"});
+                {"--timeout", "6"});
     EXPECT_EQ(lines, (QStringList{"WARNING The test case is ended while this call is running|",
                                   "FATAL Execution error|Execution is terminated due to timeout"}));
     EXPECT_EQ(RunnerProcess::report(output)[2].left.section(": ", 0, 0),

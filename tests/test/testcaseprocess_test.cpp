@@ -131,6 +131,8 @@ TEST(TestCaseProcessTest, ASocketFileOfAKilledRunDoesNotStopThis)
 {
     const QString path = QDir::tempPath() +
                          QString("/morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
+    // There may be one already, of a process that had this number.
+    QFile::remove(path);
     writeFile(path, "");
     EXPECT_EQ(runFake("exit 3"), 3);
     QFile::remove(path);

@@ -106,6 +106,23 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
     EXPECT_FALSE(missing.details().isEmpty());
 }
 
+TEST_F(TestVPTest, ALongFileIsNotTakenForADeepOne)
+{
+    const QByteArray rows = QByteArray("<Other> <x/> </Other>\n").repeated(600);
+    const QByteArray root = "<VerificationPoint type='Nonsense'>" + rows;
+    for (const char *start :
+         {"", "<?xml version='1.1'?>", "<?xml version='1.0' encoding='unheard-of'?>",
+          "<!DOCTYPE VerificationPoint>", "<?note?>"})
+        EXPECT_EQ(verifyFile(start + root + "</VerificationPoint>").summary(),
+                  VPResult::SummaryPassed)
+            << start;
+    for (const QByteArray &file : {root, root + "</VerificationPoint>junk"}) {
+        const VPResult result = verifyFile(file);
+        EXPECT_EQ(result.message(), "Verification point file 'vp' cannot be read.");
+        EXPECT_FALSE(result.details().contains("nested")) << result.details().toStdString();
+    }
+}
+
 TEST_F(TestVPTest, AFileIsReadInTheEncodingItCameIn)
 {
     const QString declaration = "<?xml version='1.0' encoding='%1'?>";
