@@ -149,11 +149,13 @@ TEST_F(ApplicationTest, ProcessesOfTheApplicationMayEnd)
 
 TEST_F(ApplicationTest, PropertiesAreNumbersWhateverTheirSize)
 {
-    EXPECT_EQ(results(QByteArray(startAwkward) +
-                      "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
-                      "w.get('byteNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
-                      "[-5, 200, 5000000000, 6000000000]);"),
-              QStringList("PASS Verification|Got expected '[-5,200,5000000000,6000000000]'."));
+    EXPECT_EQ(
+        results(
+            QByteArray(startAwkward) +
+            "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
+            "w.get('byteNumber'), w.get('charNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
+            "[-5, 200, 65, 5000000000, 6000000000]);"),
+        QStringList("PASS Verification|Got expected '[-5,200,65,5000000000,6000000000]'."));
 }
 
 TEST_F(ApplicationTest, SettingAPropertyLetsTheApplicationActOnIt)
