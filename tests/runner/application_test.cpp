@@ -108,6 +108,8 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {"find()", "TypeError: an object has to have a name"},
         {start + "find('name').get()", "TypeError: a property has to have a name"},
         {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
+        {start + "find('name').set('text', undefined)",
+         "TypeError: set takes a property and its value"},
         {start + "find('name').click(5)",
          "TypeError: click takes nothing or the two whole numbers x and y"},
         {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
