@@ -342,6 +342,31 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
 }
 
+TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowLiesAbove)
+{
+    std::vector<std::unique_ptr<QWidget>> windows(8);
+    const auto show = [](QWidget *widget, Qt::GlobalColor colour) {
+        widget->setPalette(QPalette(QPalette::Window, QColor(colour)));
+        widget->setGeometry(100, 100, 50, 50);
+        widget->show();
+    };
+    const auto colour = [this] {
+        const QVariant answer = inspector.callFunction("desktopScreenshot", {}, nullptr);
+        return Screenshot::fromVariant(answer).pixelColor(120, 120);
+    };
+    for (auto &made : windows)
+        made = std::make_unique<QWidget>();
+    for (const auto &shown : windows)
+        show(shown.get(), shown == windows.back() ? Qt::red : Qt::blue);
+    EXPECT_EQ(colour(), QColor(Qt::red));
+    QWidget dialog(windows.back().get(), Qt::Dialog);
+    show(&dialog, Qt::green);
+    EXPECT_EQ(colour(), QColor(Qt::green));
+    QWidget popup(windows.front().get(), Qt::Popup);
+    show(&popup, Qt::yellow);
+    EXPECT_EQ(colour(), QColor(Qt::yellow));
+}
+
 TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)
 {
     QCoreApplication::quit();
