@@ -215,6 +215,8 @@
             return this.source.get(name(property, "a property"));
         },
         set: function (property, value) {
+            if (value === undefined)
+                throw new TypeError("set takes a property and its value");
             this.source.set(name(property, "a property"), value);
         },
         click: function (x, y) {

@@ -4,6 +4,7 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
 #include "objectmodel/qt/turneventloop.h"
+#include "objectmodel/qt/valueobject.h"
 
 #include <QJSEngine>
 #include <QMetaType>
@@ -19,15 +20,6 @@ QVariant scriptValue(const Object &object)
     case QMetaType::Int:
         // The text of an enumerator says more than its number.
         return value.toString() == object.valueText() ? value : QVariant(object.valueText());
-    // What the engine does not know as numbers.
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::UChar:
-    case QMetaType::SChar:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::ULongLong:
-        return value.toDouble();
     case QMetaType::Bool:
     case QMetaType::Double:
     case QMetaType::Float:
@@ -35,7 +27,8 @@ QVariant scriptValue(const Object &object)
     case QMetaType::LongLong:
         return value;
     default:
-        return object.valueText();
+        // The engine does not know all integer types as numbers.
+        return isWholeNumber(value) ? QVariant(value.toDouble()) : QVariant(object.valueText());
     }
 }
 

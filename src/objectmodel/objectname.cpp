@@ -31,10 +31,8 @@ public:
 
     bool parse(QMap<QString, PropertyValue> *properties)
     {
-        skipBlanks();
         if (!parseName(properties, 0))
             return false;
-        skipBlanks();
         return atEnd() || fail(QStringLiteral("nothing may follow the closing \"}\""));
     }
 
@@ -173,11 +171,11 @@ QString valueText(const PropertyValue &value)
 } // namespace
 
 ObjectName::ObjectName(const QString &text)
-    : m_text(text)
+    : m_text(text.trimmed())
 {
-    if (!text.trimmed().startsWith(QLatin1Char('{')))
+    if (!m_text.startsWith(QLatin1Char('{')))
         return;
-    Parser parser(text);
+    Parser parser(m_text);
     if (!parser.parse(&m_properties)) {
         m_error = parser.error();
         m_properties.clear();

@@ -8,7 +8,7 @@
 namespace Morvex {
 
 /// The name of an object: either multi-property, "{type='QPushButton' text='Save'}", or any other
-/// text. Blanks around a multi-property name don't matter. The grammar is in docs/object-names.md.
+/// text. Blanks around a name don't matter. The grammar is in docs/object-names.md.
 class MORVEX_EXPORT ObjectName
 {
 public:
@@ -54,7 +54,7 @@ public:
     }
 
 private:
-    // As it was given, for names that are not multi-property.
+    // As it was given, without the blanks around it, for names that are not multi-property.
     QString m_text;
     QMap<QString, PropertyValue> m_properties;
     QString m_error;

@@ -23,6 +23,8 @@ TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
         {"{text='a' occurrence='2'}", "{occurrence='2' text='a'}"},
         {":Save", ":Save"},
         {"plain", "plain"},
+        {" :Save\n", ":Save"},
+        {"\ttwo words ", "two words"},
     };
     for (const auto &row : rows) {
         const ObjectName name{QString(row.text)};

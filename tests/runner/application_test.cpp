@@ -108,6 +108,8 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {"find()", "TypeError: an object has to have a name"},
         {start + "find('name').get()", "TypeError: a property has to have a name"},
         {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
+        {start + "find('name').set('text', undefined)",
+         "TypeError: set takes a property and its value"},
         {start + "find('name').click(5)",
          "TypeError: click takes nothing or the two whole numbers x and y"},
         {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
@@ -149,11 +151,13 @@ TEST_F(ApplicationTest, ProcessesOfTheApplicationMayEnd)
 
 TEST_F(ApplicationTest, PropertiesAreNumbersWhateverTheirSize)
 {
-    EXPECT_EQ(results(QByteArray(startAwkward) +
-                      "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
-                      "w.get('byteNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
-                      "[-5, 200, 5000000000, 6000000000]);"),
-              QStringList("PASS Verification|Got expected '[-5,200,5000000000,6000000000]'."));
+    EXPECT_EQ(
+        results(
+            QByteArray(startAwkward) +
+            "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
+            "w.get('byteNumber'), w.get('charNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
+            "[-5, 200, 65, 5000000000, 6000000000]);"),
+        QStringList("PASS Verification|Got expected '[-5,200,65,5000000000,6000000000]'."));
 }
 
 TEST_F(ApplicationTest, SettingAPropertyLetsTheApplicationActOnIt)

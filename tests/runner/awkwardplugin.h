@@ -13,6 +13,7 @@ class AwkwardWindow : public QWidget
     Q_OBJECT
     Q_PROPERTY(short shortNumber READ shortNumber CONSTANT)
     Q_PROPERTY(uchar byteNumber READ byteNumber CONSTANT)
+    Q_PROPERTY(char charNumber READ charNumber CONSTANT)
     Q_PROPERTY(long longNumber READ longNumber CONSTANT)
     Q_PROPERTY(qulonglong hugeNumber READ hugeNumber CONSTANT)
     Q_PROPERTY(int level READ level WRITE setLevel)
@@ -22,6 +23,7 @@ public:
 
     short shortNumber() const { return -5; }
     uchar byteNumber() const { return 200; }
+    char charNumber() const { return 65; }
     long longNumber() const { return 5000000000; }
     qulonglong hugeNumber() const { return 6000000000; }
     int level() const { return m_level; }

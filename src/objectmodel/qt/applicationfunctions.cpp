@@ -29,9 +29,9 @@ QVariant done(const QString &outcome, QString *error)
     return outcome.isEmpty() ? QVariant(true) : QVariant();
 }
 
-QVariant desktopScreenshot(QtModel &, const QVariantList &, QString *error)
+QVariant desktopScreenshot(QtModel &model, const QVariantList &, QString *error)
 {
-    const QVariant picture = grabDesktop().toVariant();
+    const QVariant picture = grabDesktop(model.allObjects()).toVariant();
     if (!picture.isValid())
         *error = QStringLiteral("there is no screen");
     return picture;

@@ -55,9 +55,10 @@ NameResolver::NameResolver(QtModel &model)
 {
 }
 
-QObject *NameResolver::find(const QString &name, QString *error)
+QObject *NameResolver::find(const QString &text, QString *error)
 {
     m_isAmbiguous = false;
+    const QString name = text.trimmed();
     if (ObjectName::isSymbolicName(name))
         return findSymbolic(name, error);
     const ObjectName objectName(name);

@@ -58,10 +58,27 @@ const QWidget *blockerOf(const QWidget *widget)
     return blocker == windows.end() ? nullptr : *blocker;
 }
 
-QString blockedBy(const char *what, const QWidget *dialog)
+// A combo box has its list, a line edit its completions.
+bool isOwner(const QWidget *widget, const QWidget *popup)
 {
-    return QStringLiteral("%1 is blocked by the dialog %2")
-        .arg(QLatin1String(what), realNameOf(dialog));
+    for (const QWidget *owner : {popup->parentWidget(), popup->focusProxy()}) {
+        if (owner && (owner == widget || owner->focusProxy() == widget))
+            return true;
+    }
+    return false;
+}
+
+// Null when none takes what is meant for the widget.
+const QWidget *popupBefore(const QWidget *widget)
+{
+    const QWidget *popup = QApplication::activePopupWidget();
+    return popup && !isWithin(widget, popup) && !isOwner(widget, popup) ? popup : nullptr;
+}
+
+QString blockedBy(const char *what, const char *kind, const QWidget *blocker)
+{
+    return QStringLiteral("%1 is blocked by the %2 %3")
+        .arg(QLatin1String(what), QLatin1String(kind), realNameOf(blocker));
 }
 
 // Null when the action can be reached somewhere, or is nowhere.
@@ -83,6 +100,14 @@ const QWidget *blockerOf(const QAction *action)
 
 QString obstacleTo(const QObject *object)
 {
+    const QString obstacle = obstacleWhileTyping(object);
+    const QWidget *popup =
+        obstacle.isEmpty() ? popupBefore(static_cast<const QWidget *>(object)) : nullptr;
+    return popup ? blockedBy("the widget", "popup", popup) : obstacle;
+}
+
+QString obstacleWhileTyping(const QObject *object)
+{
     if (!object->isWidgetType())
         return QStringLiteral("the object is no widget");
     const auto *widget = static_cast<const QWidget *>(object);
@@ -91,7 +116,7 @@ QString obstacleTo(const QObject *object)
     if (!widget->isEnabled())
         return QStringLiteral("the widget is disabled");
     const QWidget *blocker = blockerOf(widget);
-    return blocker ? blockedBy("the widget", blocker) : QString();
+    return blocker ? blockedBy("the widget", "dialog", blocker) : QString();
 }
 
 QString obstacleTo(const QAction *action)
@@ -101,7 +126,7 @@ QString obstacleTo(const QAction *action)
     if (!action->isEnabled())
         return QStringLiteral("the action is disabled");
     const QWidget *blocker = blockerOf(action);
-    return blocker ? blockedBy("the action", blocker) : QString();
+    return blocker ? blockedBy("the action", "dialog", blocker) : QString();
 }
 
 } // namespace Morvex

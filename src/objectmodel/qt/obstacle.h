@@ -12,4 +12,8 @@ namespace Morvex {
 QString obstacleTo(const QObject *object);
 QString obstacleTo(const QAction *action);
 
+/// As obstacleTo, but lets popups be: that which is open may be one that the keys before have
+/// opened, and the next ones are for it.
+QString obstacleWhileTyping(const QObject *object);
+
 } // namespace Morvex

@@ -3,12 +3,14 @@
 #include "objectmodel/qt/turneventloop.h"
 #include "shared/imageequality.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
 #include <QScreen>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -22,18 +24,30 @@ Screenshot withPlace(const QImage &image, const QPoint &origin)
     return Screenshot(image, transform, density);
 }
 
+// The lowest first: nothing covers an open menu or list.
+std::vector<QWidget *> visibleWindows(const std::vector<QObject *> &objects)
+{
+    std::vector<QWidget *> windows;
+    for (QObject *object : objects) {
+        auto *widget = qobject_cast<QWidget *>(object);
+        if (widget && widget->isWindow() && widget->isVisible())
+            windows.push_back(widget);
+    }
+    std::stable_partition(windows.begin(), windows.end(),
+                          [](const QWidget *window) { return window->windowType() != Qt::Popup; });
+    return windows;
+}
+
 // Some platforms have no picture of the screen as a whole.
-QImage paintWindows(const QRect &area)
+QImage paintWindows(const QRect &area, const std::vector<QObject *> &objects)
 {
     QImage image(area.size(), QImage::Format_RGB32);
     if (image.isNull())
         return {};
     image.fill(Qt::black);
     QPainter painter(&image);
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (window->isVisible())
-            painter.drawPixmap(window->frameGeometry().topLeft() - area.topLeft(), window->grab());
-    }
+    for (QWidget *window : visibleWindows(objects))
+        painter.drawPixmap(window->frameGeometry().topLeft() - area.topLeft(), window->grab());
     return image;
 }
 
@@ -64,7 +78,7 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
     return withPlace(image, static_cast<QWidget *>(object)->mapToGlobal(QPoint()));
 }
 
-Screenshot grabDesktop()
+Screenshot grabDesktop(const std::vector<QObject *> &objects)
 {
     QScreen *screen = QGuiApplication::primaryScreen();
     if (!screen)
@@ -73,7 +87,7 @@ Screenshot grabDesktop()
                                ? QImage()
                                : screen->grabWindow(0).toImage();
     const QRect area = grabbed.isNull() ? screen->virtualGeometry() : screen->geometry();
-    return withPlace(grabbed.isNull() ? paintWindows(area) : grabbed, area.topLeft());
+    return withPlace(grabbed.isNull() ? paintWindows(area, objects) : grabbed, area.topLeft());
 }
 
 } // namespace Morvex

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <vector>
+
 class QObject;
 
 namespace Morvex {
@@ -15,7 +17,8 @@ QImage grabWidget(QObject *object);
 /// Null on failure; @p error then has a text.
 Screenshot grabScreenshot(QObject *object, int delay, QString *error);
 
-/// All visible windows on the screens of the application.
-Screenshot grabDesktop();
+/// The screen. Where the platform has no picture of it, those of @p objects that are visible
+/// windows, each above those before it, menus and other popups above all.
+Screenshot grabDesktop(const std::vector<QObject *> &objects);
 
 } // namespace Morvex

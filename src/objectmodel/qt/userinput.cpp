@@ -113,9 +113,19 @@ void sendMouse(QWidget *widget, QEvent::Type type, const QPoint &place, Qt::Mous
     QCoreApplication::sendEvent(widget, &event);
 }
 
+void activateWindowOf(QWidget *widget)
+{
+    if (widget->isActiveWindow())
+        return;
+    widget->activateWindow();
+    turnEventLoop(0);
+}
+
 void pressAndRelease(const QPointer<QWidget> &target, const QPoint &place)
 {
-    giveFocusByClick(target);
+    activateWindowOf(target);
+    if (target)
+        giveFocusByClick(target);
     if (target)
         sendMouse(target, QEvent::MouseButtonPress, place, Qt::LeftButton);
     if (target)
@@ -136,12 +146,18 @@ QString triggerAction(QAction *action)
 // Shortcuts are for the active window only.
 void takeFocus(const QPointer<QWidget> &widget)
 {
-    if (!widget->isActiveWindow()) {
-        widget->activateWindow();
-        turnEventLoop(0);
-    }
+    activateWindowOf(widget);
     if (widget)
         widget->setFocus(Qt::OtherFocusReason);
+}
+
+// Windows and popups take them without the focus, for their shortcuts.
+bool takesKeys(const QWidget *widget)
+{
+    while (widget->focusProxy())
+        widget = widget->focusProxy();
+    return widget->isWindow() || widget->window()->windowType() == Qt::Popup ||
+           widget->focusPolicy() != Qt::NoFocus;
 }
 
 void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
@@ -181,6 +197,9 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place)
     if (!widget->rect().contains(where))
         return QStringLiteral("%1,%2 lies outside of the widget").arg(where.x()).arg(where.y());
     QWidget *target = receiverOf(widget, where, &error);
+    const QString obstacle = target ? obstacleTo(target) : QString();
+    if (!obstacle.isEmpty())
+        return QStringLiteral("%1: %2").arg(realNameOf(target), obstacle);
     if (target)
         pressAndRelease(target, target->mapFromGlobal(widget->mapToGlobal(where)));
     return error;
@@ -195,9 +214,11 @@ QString typeText(QObject *object, const QString &text)
     if (!error.isEmpty())
         return error;
     const QPointer<QWidget> widget = static_cast<QWidget *>(object);
+    if (!takesKeys(widget))
+        return QStringLiteral("the widget takes no keys");
     takeFocus(widget);
     for (std::size_t typed = 0; typed < keys.size(); ++typed) {
-        error = widget ? obstacleTo(widget.data()) : QStringLiteral("the widget is gone");
+        error = widget ? obstacleWhileTyping(widget) : QStringLiteral("the widget is gone");
         if (!error.isEmpty())
             return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
         pressKey(widget, keys[typed]);

@@ -10,7 +10,7 @@ class QObject;
 namespace Morvex {
 
 /// What a user does to an object. Each returns an error text, empty on success: what is hidden,
-/// disabled, covered or behind a modal dialog can't be used.
+/// disabled, covered or behind a modal dialog or an open popup can't be used.
 
 /// Presses and releases the left mouse button at @p place in the widget, in a scroll area in what
 /// it shows; without a place where the widget reacts, mostly in its middle. Reaches the widget

@@ -6,24 +6,30 @@
 #include <QRect>
 #include <QStringList>
 
+#include <cmath>
+#include <limits>
+
 namespace Morvex {
 namespace {
 
-bool isWholeNumber(const QVariant &value)
+bool isSigned(const QVariant &wholeNumber)
 {
-    switch (static_cast<QMetaType::Type>(value.type())) {
+    switch (static_cast<QMetaType::Type>(wholeNumber.userType())) {
     case QMetaType::Int:
-    case QMetaType::UInt:
     case QMetaType::LongLong:
-    case QMetaType::ULongLong:
     case QMetaType::Long:
-    case QMetaType::ULong:
     case QMetaType::Short:
-    case QMetaType::UShort:
+    case QMetaType::Char:
+    case QMetaType::SChar:
         return true;
     default:
         return false;
     }
+}
+
+bool isNegative(const QVariant &wholeNumber)
+{
+    return isSigned(wholeNumber) && wholeNumber.toLongLong() < 0;
 }
 
 bool isFloatingPoint(const QVariant &value)
@@ -37,16 +43,40 @@ bool areNumbers(const QVariant &a, const QVariant &b)
     return (isWholeNumber(a) || isFloatingPoint(a)) && (isWholeNumber(b) || isFloatingPoint(b));
 }
 
-bool areEqualNumbers(const QVariant &a, const QVariant &b)
-{
-    if (isWholeNumber(a) && isWholeNumber(b))
-        return a.toLongLong() == b.toLongLong();
-    return !(a.toDouble() < b.toDouble()) && !(a.toDouble() > b.toDouble());
-}
-
 QString textOfNumber(double number)
 {
     return QString::number(number, 'g', QLocale::FloatingPointShortest);
+}
+
+// The shortest text that gives the same float; as a double it would have digits that nobody wrote.
+QString textOfFloat(float number)
+{
+    int digits = std::numeric_limits<float>::digits10;
+    QString text = QString::number(double(number), 'g', digits);
+    while (text.toFloat() != number && digits < std::numeric_limits<float>::max_digits10)
+        text = QString::number(double(number), 'g', ++digits);
+    return text;
+}
+
+QString textOfWholeNumber(const QVariant &value)
+{
+    return isSigned(value) ? QString::number(value.toLongLong())
+                           : QString::number(value.toULongLong());
+}
+
+double toDouble(const QVariant &number)
+{
+    return number.userType() == QMetaType::Float ? textOfFloat(number.toFloat()).toDouble()
+                                                 : number.toDouble();
+}
+
+bool areEqualNumbers(const QVariant &a, const QVariant &b)
+{
+    if (isWholeNumber(a) && isWholeNumber(b))
+        return isNegative(a) == isNegative(b) && a.toLongLong() == b.toLongLong();
+    const double left = toDouble(a);
+    const double right = toDouble(b);
+    return std::isnan(left) ? std::isnan(right) : left == right;
 }
 
 QString textOfPoint(const QPointF &point)
@@ -86,8 +116,24 @@ bool ValueObject::compare(const SharedPtr<Object> &other) const
     return value.isValid() && value.userType() == m_value.userType() && m_value == value;
 }
 
+bool isWholeNumber(const QVariant &value)
+{
+    switch (static_cast<QMetaType::Type>(value.userType())) {
+    case QMetaType::UInt:
+    case QMetaType::ULongLong:
+    case QMetaType::ULong:
+    case QMetaType::UShort:
+    case QMetaType::UChar:
+        return true;
+    default:
+        return isSigned(value);
+    }
+}
+
 bool hasText(const QVariant &value)
 {
+    if (isWholeNumber(value))
+        return true;
     switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::QPointF:
     case QMetaType::QPoint:
@@ -104,10 +150,13 @@ bool hasText(const QVariant &value)
 
 QString textOfValue(const QVariant &value)
 {
+    if (isWholeNumber(value))
+        return textOfWholeNumber(value);
     switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::Double:
-    case QMetaType::Float:
         return textOfNumber(value.toDouble());
+    case QMetaType::Float:
+        return textOfFloat(value.toFloat());
     case QMetaType::QColor:
         return value.value<QColor>().name(QColor::HexArgb);
     case QMetaType::QPointF:

@@ -10,7 +10,7 @@ namespace Morvex {
 
 /// The windows of the application that belong to no other one, in an order that does not change
 /// from run to run as that of the toolkit does: as they were first shown. Those that never were
-/// follow by name, title and class.
+/// follow by name, title and class; among those that have all three in common the order may change.
 class WindowOrder : public QObject
 {
 public:

@@ -79,6 +79,9 @@ TEST_F(NameResolverTest, NamesFindTheirObjects)
         {"{type='QPushButton' geometry.x='0' text='Load'}", "{name='load' type='QPushButton'}"},
         {":Main", "{name='main' type='QWidget'}"},
         {":Label", "{name='label' type='QLabel'}"},
+        {" :Label\n", "{name='label' type='QLabel'}"},
+        {" load ", "{name='load' type='QPushButton'}"},
+        {"{text='&Save' parent=' main '}", "{text='&Save' type='QPushButton'}"},
     };
     for (const auto &row : rows)
         EXPECT_EQ(find(row[0]), row[1]) << row[0];

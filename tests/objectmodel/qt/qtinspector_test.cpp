@@ -27,6 +27,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <limits>
+#include <memory>
+#include <vector>
 
 using namespace Morvex;
 
@@ -148,6 +151,46 @@ TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
     };
     for (const auto &row : rows)
         EXPECT_EQ(row.a->compare(row.b), row.isEqual) << row.a->valueText().toStdString();
+}
+
+TEST_F(QtInspectorTest, NumbersOfAllTypesAreComparedByTheirValueAndShownAsNumbers)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const struct
+    {
+        QVariant value;
+        QVariant other;
+        bool isEqual;
+        const char *text;
+    } rows[] = {
+        {nan, 1.0, false, "nan"},
+        {1.0, nan, false, "1"},
+        {nan, 7, false, "nan"},
+        {nan, nan, true, "nan"},
+        {quint64(-1), -1, false, "18446744073709551615"},
+        {-1, quint64(-1), false, "-1"},
+        {quint64(-1), quint64(-1), true, "18446744073709551615"},
+        {5u, 5, true, "5"},
+        {QVariant::fromValue(uchar(200)), 200, true, "200"},
+        {QVariant::fromValue(char(65)), 65, true, "65"},
+        {QVariant::fromValue<signed char>(-3), -3, true, "-3"},
+        {QVariant::fromValue(short(-3)), -3.0, true, "-3"},
+        {0.1f, 0.1, true, "0.1"},
+        {0.1f, 0.1f, true, "0.1"},
+        {0.1f, 0.2, false, "0.1"},
+        {16777216.0f, 16777216, true, "16777216"},
+    };
+    const SharedPtr<Object> object = find("button");
+    const auto valueOf = [&](const char *name, const QVariant &value) {
+        button.setProperty(name, value);
+        return object->objectClass()->property(name)->get(object);
+    };
+    for (const auto &row : rows) {
+        const SharedPtr<Object> value = valueOf("value", row.value);
+        EXPECT_EQ(value->compare(valueOf("other", row.other)), row.isEqual) << row.text;
+        EXPECT_EQ(value->valueText(), row.text);
+        EXPECT_TRUE(value->compare(inspector.makeString(row.text))) << row.text;
+    }
 }
 
 TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
@@ -297,6 +340,31 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
     EXPECT_EQ(picture.imageToNative(QPoint(1, 2)), window.mapToGlobal(QPoint(1, 2)));
     EXPECT_FALSE(
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
+}
+
+TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowLiesAbove)
+{
+    std::vector<std::unique_ptr<QWidget>> windows(8);
+    const auto show = [](QWidget *widget, Qt::GlobalColor colour) {
+        widget->setPalette(QPalette(QPalette::Window, QColor(colour)));
+        widget->setGeometry(100, 100, 50, 50);
+        widget->show();
+    };
+    const auto colour = [this] {
+        const QVariant answer = inspector.callFunction("desktopScreenshot", {}, nullptr);
+        return Screenshot::fromVariant(answer).pixelColor(120, 120);
+    };
+    for (auto &made : windows)
+        made = std::make_unique<QWidget>();
+    for (const auto &shown : windows)
+        show(shown.get(), shown == windows.back() ? Qt::red : Qt::blue);
+    EXPECT_EQ(colour(), QColor(Qt::red));
+    QWidget dialog(windows.back().get(), Qt::Dialog);
+    show(&dialog, Qt::green);
+    EXPECT_EQ(colour(), QColor(Qt::green));
+    QWidget popup(windows.front().get(), Qt::Popup);
+    show(&popup, Qt::yellow);
+    EXPECT_EQ(colour(), QColor(Qt::yellow));
 }
 
 TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)

@@ -1,13 +1,17 @@
 #include "objectmodel/qt/qtinspector.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCompleter>
 #include <QDialog>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -202,4 +206,68 @@ TEST_F(UserInputTest, AModalDialogBlocksWhatLiesBehindIt)
         dialog.hide();
         EXPECT_EQ(click("button"), QString());
     }
+}
+
+TEST_F(UserInputTest, AnOpenPopupBlocksAllButItsOwner)
+{
+    auto *button = add<QPushButton>("button", {0, 0, 100, 30});
+    auto *edit = add<QLineEdit>("edit", {0, 40, 100, 30});
+    auto *choice = add<QComboBox>("choice", {0, 80, 100, 30});
+    choice->addItems({"a", "b", "c"});
+    int clicks = 0;
+    QObject::connect(button, &QPushButton::clicked, edit, [&clicks] { ++clicks; });
+    QMenu menu(&window);
+    menu.setObjectName("menu");
+    menu.addAction("entry");
+    window.show();
+    menu.popup({400, 400});
+    const QString blocked = "the widget is blocked by the popup {name='menu' type='QMenu'}";
+    EXPECT_EQ(click("button"), blocked);
+    EXPECT_EQ(type("edit", "a"), blocked);
+    EXPECT_EQ(type("menu", "<Escape>"), QString());
+    EXPECT_EQ(click("button"), QString());
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(type("choice", "<F4><Down>"), QString());
+    EXPECT_NE(click("button"), QString());
+    EXPECT_EQ(type("choice", "<Return>"), QString());
+    EXPECT_EQ(choice->currentText(), "b");
+    edit->setCompleter(new QCompleter({"abc"}, edit));
+    EXPECT_EQ(type("edit", "a"), QString());
+    EXPECT_TRUE(QApplication::activePopupWidget());
+    EXPECT_EQ(type("edit", "b"), QString());
+    EXPECT_EQ(edit->text(), "ab");
+}
+
+TEST_F(UserInputTest, KeysOfAMenuFollowTheOneThatOpensIt)
+{
+    add<QLineEdit>("edit", {0, 0, 100, 30});
+    QMenu menu;
+    int triggered = 0;
+    menu.addAction("entry", [&triggered] { ++triggered; });
+    QShortcut opening(QKeySequence("F2"), &window);
+    QObject::connect(&opening, &QShortcut::activated, &menu, [&menu] { menu.popup({400, 400}); });
+    EXPECT_EQ(type("edit", "a<F2><Down><Return>"), QString());
+    EXPECT_EQ(triggered, 1);
+}
+
+TEST_F(UserInputTest, WhatTakesNoInputIsAnErrorNotASuccess)
+{
+    add<QLabel>("label", {0, 0, 100, 30});
+    auto *box = add<QWidget>("box", {0, 40, 200, 200});
+    add<QPushButton>("button", {0, 0, 100, 30}, box)->setEnabled(false);
+    EXPECT_EQ(type("label", "a"), "the widget takes no keys");
+    EXPECT_EQ(click("box", {10, 10}), "{name='button' type='QPushButton'}: the widget is disabled");
+}
+
+TEST_F(UserInputTest, AClickActivatesTheWindow)
+{
+    add<QPushButton>("button", {0, 0, 100, 30});
+    window.show();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(window.isActiveWindow());
+    EXPECT_EQ(click("button"), QString());
+    EXPECT_TRUE(window.isActiveWindow());
 }
