@@ -20,9 +20,11 @@ QVariant scriptValue(const Object &object)
     case QMetaType::Int:
         // The text of an enumerator says more than its number.
         return value.toString() == object.valueText() ? value : QVariant(object.valueText());
+    case QMetaType::Float:
+        // Not the digits that only a double has room for.
+        return object.valueText().toDouble();
     case QMetaType::Bool:
     case QMetaType::Double:
-    case QMetaType::Float:
     case QMetaType::UInt:
     case QMetaType::LongLong:
         return value;

@@ -152,12 +152,12 @@ TEST_F(ApplicationTest, ProcessesOfTheApplicationMayEnd)
 TEST_F(ApplicationTest, PropertiesAreNumbersWhateverTheirSize)
 {
     EXPECT_EQ(
-        results(
-            QByteArray(startAwkward) +
-            "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
-            "w.get('byteNumber'), w.get('charNumber'), w.get('longNumber'), w.get('hugeNumber')],\n"
-            "[-5, 200, 65, 5000000000, 6000000000]);"),
-        QStringList("PASS Verification|Got expected '[-5,200,65,5000000000,6000000000]'."));
+        results(QByteArray(startAwkward) +
+                "var w = find('awkward'); check.equal([w.get('shortNumber'),\n"
+                "w.get('byteNumber'), w.get('charNumber'), w.get('longNumber'), "
+                "w.get('hugeNumber'), w.get('floatNumber')],\n"
+                "[-5, 200, 65, 5000000000, 6000000000, 0.1]);"),
+        QStringList("PASS Verification|Got expected '[-5,200,65,5000000000,6000000000,0.1]'."));
 }
 
 TEST_F(ApplicationTest, SettingAPropertyLetsTheApplicationActOnIt)

@@ -16,12 +16,14 @@ class AwkwardWindow : public QWidget
     Q_PROPERTY(char charNumber READ charNumber CONSTANT)
     Q_PROPERTY(long longNumber READ longNumber CONSTANT)
     Q_PROPERTY(qulonglong hugeNumber READ hugeNumber CONSTANT)
+    Q_PROPERTY(float floatNumber READ floatNumber CONSTANT)
     Q_PROPERTY(int level READ level WRITE setLevel)
 
 public:
     AwkwardWindow();
 
     short shortNumber() const { return -5; }
+    float floatNumber() const { return 0.1f; }
     uchar byteNumber() const { return 200; }
     char charNumber() const { return 65; }
     long longNumber() const { return 5000000000; }
