@@ -44,7 +44,8 @@
     }
 
     function differs(cell, other) {
-        return !other || other.text !== cell.text || other.color !== cell.color;
+        if (!cell || !other) return cell !== other;
+        return other.text !== cell.text || other.color !== cell.color;
     }
 
     /// The share of equal cells.

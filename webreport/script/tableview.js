@@ -25,10 +25,11 @@
 
     function cellView(row, index) {
         const cell = row.cells[index];
-        if (!cell) return element('td');
+        const look = { class: cellDiffers(row, index) ? 'differs' : null };
+        if (!cell) return element('td', look);
         return element(
             'td',
-            { class: cellDiffers(row, index) ? 'differs' : null },
+            look,
             cellText(row, cell, row.partner && row.partner.cells[index]),
             swatch(cell.color),
         );
