@@ -151,6 +151,11 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.match(await page.locator('#listNote').textContent(), /1 of 25 test cases/);
             await page.keyboard.type(' nowhere');
             assert.match(await page.locator('#listEmpty').innerText(), /Nothing matches/);
+            await page.getByRole('button', { name: 'Take them away' }).click();
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'tree');
+            assert.ok((await rowNames(page)).length > 10);
+            await page.keyboard.press('/');
+            await page.keyboard.type('pays');
             await page.keyboard.press('Escape');
             assert.ok((await rowNames(page)).length > 10);
         }));
@@ -193,6 +198,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 ['3 failed', '3 failed', '1 failed'],
             );
             await page.locator('#runPicker').selectOption('1');
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'runPicker');
             assert.equal(await heading(page).textContent(), 'tst_catalogue');
             await page.keyboard.press('Escape');
             await page.locator('#tree').focus();
@@ -464,6 +470,10 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 await eventually(async () => said.test(await notices()), true);
             }
             await page.locator('#notices .close').click();
+            assert.equal(await notices(), '');
+            await page.evaluate(() => (location.hash = '#run=2&at=tst_gone'));
+            await eventually(async () => /place of the address/.test(await notices()), true);
+            await row(page, 'tst_import').click();
             assert.equal(await notices(), '');
         }));
 
@@ -883,6 +893,65 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.ok(text.includes('cell 39') && !text.includes('same in both'));
             assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 700));
         });
+    });
+
+    test('One failure that is hard to draw leaves the others on the paper', async () => {
+        const run = new RunBuilder('suite_table').testCase('tst', (one) =>
+            one
+                .fail('Before')
+                .fail('Rows', {
+                    tablediff: [
+                        tableRow('deletion', 0, ['a', 'b']),
+                        tableRow('insertion', 0, ['a', 'b', 'more']),
+                        tableRow('deletion', 1, ['c', 'd', 'less']),
+                        tableRow('insertion', 1, ['c']),
+                    ],
+                })
+                .fail('Broken', { text: 'Broken' }),
+        );
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        await onPage(address + '#at=tst/!1', async (page) => {
+            assert.equal(await page.locator('#detail td.differs').count(), 6);
+            await page.evaluate(() => {
+                const { entryView } = globalThis.morvexReport.entryView;
+                globalThis.reportError = () => {};
+                globalThis.morvexReport.entryView.entryView = (app, node, views) => {
+                    if (node.name === 'Broken') throw new Error('on purpose');
+                    return entryView(app, node, views);
+                };
+            });
+            const text = await printed(page);
+            for (const part of ['Before', 'more', 'less', 'Could not be printed: Broken'])
+                assert.ok(text.includes(part), part + ' in ' + text);
+        });
+    });
+
+    test('On a narrow screen keys that scroll stay with the details', async () => {
+        const narrow = { viewport: { width: 390, height: 800 } };
+        const focused = (page) => page.evaluate(() => document.activeElement.id);
+        const ways = [
+            ['#run=3', (page) => row(page, 'tst_catalogue').click()],
+            ['#run=3', (page) => page.keyboard.press('n')],
+            ['#run=3&at=tst_catalogue', () => {}],
+        ];
+        for (const [hash, open] of ways)
+            await onShop(
+                hash,
+                async (page) => {
+                    await open(page);
+                    assert.equal(await focused(page), 'detail');
+                    const shown = await heading(page).textContent();
+                    for (const blur of [false, true]) {
+                        if (blur) await page.evaluate(() => document.activeElement.blur());
+                        for (const key of ['PageDown', 'ArrowDown', 'End', 'Home'])
+                            await page.keyboard.press(key);
+                        assert.equal(await heading(page).textContent(), shown);
+                    }
+                    await page.keyboard.press('Escape');
+                    await eventually(() => focused(page), 'tree');
+                },
+                narrow,
+            );
     });
 
     test('On a narrow screen details take the place of the list, and Back gives it back', () =>

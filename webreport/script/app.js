@@ -95,9 +95,15 @@
             else this.drawList();
             this.showCurrent(entry.top);
             this.setView(entry);
-            const isLost = document.activeElement === document.body;
+            const isLost = this.isFocusLost();
             if (entry.view === 'detail' && (isNew || isLost)) this.detailHost.focus();
             else if (isLost) this.focusList();
+        }
+
+        /// The focus of what was hidden is gone with the next drawing only.
+        isFocusLost() {
+            const { activeElement } = document;
+            return activeElement === document.body || activeElement.getClientRects().length === 0;
         }
 
         setView({ view }) {
@@ -140,12 +146,13 @@
 
         // Place
 
-        /// Whether list and details take turns.
-        isNarrow() {
-            return narrow.matches;
+        /// False where list and details take turns and it is that of the details.
+        isListShown() {
+            return !narrow.matches || !document.body.classList.contains('showing-detail');
         }
 
         select(node) {
+            report.notice.clear('address');
             this.current = node;
             this.writeAddress();
             this.showCurrent();
@@ -153,12 +160,14 @@
 
         /// Like select; where list and details take turns, the details come.
         open(node) {
+            report.notice.clear('address');
             this.current = node;
             if (narrow.matches && this.navigation.entry().view === 'list')
                 this.navigation.showDetail(this.addressHere());
             else this.writeAddress();
             this.showCurrent();
             this.setView({ view: 'detail' });
+            if (narrow.matches) this.detailHost.focus();
         }
 
         openDetail() {
@@ -173,12 +182,19 @@
             }
         }
 
+        /// Gives the focus to list or details, whichever is to be read.
+        focusView() {
+            if (this.isListShown()) this.focusList();
+            else this.detailHost.focus();
+        }
+
         focusList() {
             this.treeHost.focus();
         }
 
         showRun(run) {
             const key = this.current.key;
+            report.notice.clear('address');
             this.useRun(run);
             this.current = address.findNode(this.run, key);
             this.openTests.reset();
