@@ -247,6 +247,51 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.equal(left, right);
         }));
 
+    test('A difference far down in long values is in view, and both are read beside each other', async () => {
+        const lines = (amount, changed) =>
+            Array.from(
+                { length: amount },
+                (unused, line) => 'line ' + line + (line === amount - 100 ? changed : ''),
+            ).join('\n');
+        const failure = (one, amount) =>
+            one.fail(amount + ' lines', {
+                expectedValue: lines(amount, ' old'),
+                actualValue: lines(amount, ' new'),
+                detail: 'Not equal',
+            });
+        const run = new RunBuilder('suite_long').testCase('tst', (one) =>
+            [500, 9000].forEach((amount) => failure(one, amount)),
+        );
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        const inView = (page) =>
+            page.locator('.values mark').evaluateAll((marks) =>
+                marks.map((mark) => {
+                    const box = mark.closest('pre').getBoundingClientRect();
+                    const { top } = mark.getBoundingClientRect();
+                    return top >= box.top && top < box.bottom;
+                }),
+            );
+        for (const [hash, line] of [
+            ['#at=tst/!0', '401'],
+            ['#at=tst/!1', '8,901'],
+        ])
+            await onPage(address + hash, async (page) => {
+                await eventually(() => inView(page), [true, true]);
+                assert.match(
+                    await block(page, 'Values').locator('.note').textContent(),
+                    RegExp('first difference is in line ' + line + ','),
+                );
+                const more = page.getByRole('button', { name: /^Show all/ });
+                if (await more.isVisible()) await more.click();
+                const tops = () =>
+                    page
+                        .locator('.values pre')
+                        .evaluateAll((all) => all.map((one) => one.scrollTop));
+                await page.locator('.values pre.actual').evaluate((one) => (one.scrollTop = 77));
+                await eventually(tops, [77, 77]);
+            });
+    });
+
     test('Table differences are a table', () =>
         onShop('#run=3&at=tst_catalogue/Prices/!1', async (page) => {
             const cells = await page

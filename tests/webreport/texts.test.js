@@ -62,6 +62,22 @@ test('Marking loses no character of long and wholly different texts', () => {
     }
 });
 
+const roughDifferences = [
+    ['one two three\nend', 'one 2 three\nend', 'one [two] three\nend', 'one [2] three\nend'],
+    ['a\nb\nc\n', 'a\nc\n', 'a\n[b\n]c\n', 'a\nc\n'],
+    ['aaa', 'aa', 'aa[a]', 'aa'],
+    ['a\u{1F600}b', 'a\u{1F601}b', 'a[\u{1F600}]b', 'a[\u{1F601}]b'],
+    ['a\u{1F600}', 'a\u{2F600}', 'a[\u{1F600}]', 'a[\u{2F600}]'],
+];
+
+test('Marks of very long texts lie round all that differs, and split no character', () => {
+    for (const [expected, actual, left, right] of roughDifferences) {
+        const marks = textDiff.diffRoughly(expected, actual);
+        assert.equal(marked(marks.expected), left);
+        assert.equal(marked(marks.actual), right);
+    }
+});
+
 test('In a long text with a thousand changes just these are marked', () => {
     const text = (changed) =>
         Array.from(
