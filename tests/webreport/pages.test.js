@@ -386,6 +386,11 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                     await page.locator('.images .note').textContent(),
                     /expected 480 × 270, actual 240 × 100/,
                 );
+                assert.match(await printed(page), /expected 480 × 270, actual 240 × 100/);
+                const scales = await page
+                    .locator('#print .stage img')
+                    .evaluateAll((all) => all.map((one) => one.width / one.naturalWidth));
+                assert.ok(Math.abs(scales[0] - scales[1]) < 0.01, scales.join(' '));
             },
             { viewport },
         );
@@ -557,6 +562,21 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 await eventually(() => heading(page).textContent(), 'suite_shop');
                 await eventually(() => scrollTop(page), read);
                 assert.equal(await isOpen(), 'true');
+            },
+            { viewport: { width: 1300, height: 400 } },
+        ));
+
+    test('Reloading keeps how far one had read below pictures', () =>
+        onShop(
+            pictureFailure,
+            async (page) => {
+                await page.locator('.stage').waitFor();
+                await page.locator('#detail').evaluate((one) => (one.scrollTop = 1e6));
+                const read = await scrollTop(page);
+                assert.ok(read > 200);
+                await eventually(() => page.evaluate(() => history.state.top), read);
+                await page.reload();
+                await eventually(() => scrollTop(page), read);
             },
             { viewport: { width: 1300, height: 400 } },
         ));

@@ -24,7 +24,8 @@
                 siblings: (node) => filter.siblings(node, this.selection, this.state.slowest),
                 terms: () => this.terms,
             });
-            this.navigation = report.createNavigation(window, this.detailHost, (entry, isNew) =>
+            this.place = report.readingPlace(this.detailHost);
+            this.navigation = report.createNavigation(window, this.place, (entry, isNew) =>
                 this.followAddress(entry, isNew),
             );
             this.readAddress();
@@ -32,7 +33,7 @@
             this.drawRun();
             const entry = this.navigation.entry();
             this.setView(entry);
-            this.detailHost.scrollTop = entry.top;
+            this.place.scrollTop = entry.top;
             this.navigation.write(this.addressHere(), 'replace');
         }
 
@@ -141,7 +142,7 @@
             this.list.setCurrent(this.current);
             report.detail.render(this, this.detailHost, this.current);
             report.listNotes.drawHidden(this);
-            this.detailHost.scrollTop = top;
+            this.place.scrollTop = top;
         }
 
         // Place

@@ -4,7 +4,7 @@
     'use strict';
 
     const { element, button } = report.dom;
-    const { sizeOf, missing, urisOf, figuresOf } = report.pictures;
+    const { missing, sizeNote, toOneScale, urisOf, figuresOf } = report.pictures;
 
     const modes = [
         { key: 'slider', label: 'Slider' },
@@ -52,31 +52,10 @@
             one.setAttribute('aria-pressed', String(one.dataset.key === String(key)));
     }
 
-    /// Both in the same scale, whatever room there is for the wider one.
     function applyZoom(pictures, stage, zoom) {
-        const widest = Math.max(...pictures.map(({ image }) => image.naturalWidth));
+        const width = toOneScale(pictures, stage, zoom);
         stage.classList.toggle('zoomed', zoom > 1);
-        stage.classList.toggle('small', widest * zoom < narrowest);
-        stage.style.setProperty('--widest', widest * zoom + 'px');
-        for (const { image } of pictures)
-            image.style.width = (100 * image.naturalWidth) / widest + '%';
-    }
-
-    function sizesDiffer({ image: a }, { image: b }) {
-        return a.naturalWidth !== b.naturalWidth || a.naturalHeight !== b.naturalHeight;
-    }
-
-    function sizeNote(expected, actual) {
-        if (!sizesDiffer(expected, actual)) return null;
-        expected.size.classList.add('differs');
-        actual.size.classList.add('differs');
-        const text =
-            'The pictures differ in size: expected ' +
-            sizeOf(expected.image) +
-            ', actual ' +
-            sizeOf(actual.image) +
-            '.';
-        return element('p', { class: 'note' }, text);
+        stage.classList.toggle('small', width < narrowest);
     }
 
     /// Both pictures, with the ways to compare them. The choice holds for the next pictures too.

@@ -44,6 +44,7 @@
         whenShown(first, () => showDifference(boxes));
     }
 
+    report.showDifference = showDifference;
     report.whenShown = whenShown;
     report.scrollTogether = scrollTogether;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -141,6 +141,7 @@
                     report.dom.append(box, marked(marks[side], side));
                 }
                 more.remove();
+                report.showDifference(Object.values(boxes));
             },
             { class: 'more' },
         );
