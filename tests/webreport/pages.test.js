@@ -313,6 +313,39 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             );
         }));
 
+    test('A wide table shows where it differs, an enlarged picture where the slider is', async () => {
+        const cells = (text) => Array.from({ length: 30 }, (unused, at) => (at === 20 ? text : 'x'));
+        const run = new RunBuilder('suite_wide').testCase('tst', (one) =>
+            one.fail('Wide', {
+                tablediff: [
+                    tableRow('deletion', 0, cells('old')),
+                    tableRow('insertion', 0, cells('new')),
+                ],
+            }),
+        );
+        const isInView = (page, what, box) => async () => {
+            const inner = await page.locator(what).first().boundingBox();
+            const outer = await page.locator(box).boundingBox();
+            return inner.x >= outer.x && inner.x + inner.width <= outer.x + outer.width;
+        };
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        await onPage(address + '#at=tst/!0', (page) =>
+            eventually(isInView(page, 'td.differs', '#detail .scroll'), true),
+        );
+        await onShop(pictureFailure, async (page) => {
+            await page.getByRole('button', { name: '8×' }).click();
+            const line = () =>
+                page.locator('.pictures').evaluate((box) => {
+                    const middle = box.scrollLeft + box.clientWidth / 2;
+                    return Math.round((10 * middle) / box.scrollWidth);
+                });
+            assert.equal(await line(), 5);
+            await page.locator('.pictures').focus();
+            await page.keyboard.press('ArrowDown');
+            assert.match(await heading(page).textContent(), /Screenshot comparison/);
+        });
+    });
+
     test('The failed picture is compared with the one beside it in three ways', () =>
         onShop('#run=3&at=tst_catalogue/Prices/!2', async (page) => {
             await page.getByRole('button', { name: 'Slider' }).waitFor();

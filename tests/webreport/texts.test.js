@@ -234,6 +234,23 @@ test('A changed row of a table stands before its new form, whatever the order of
     assert.equal(rows[4].partner, undefined);
 });
 
+test('A row that moved is paired with its like, not with what stands at its number now', () => {
+    const rows = tableRows.arrangedRows([
+        tableRow('deletion', 0, ['id 0', 'x']),
+        tableRow('deletion', 1, ['id 1', 'y']),
+        tableRow('insertion', 0, ['id 1', 'Y']),
+        tableRow('insertion', 1, ['id 2', 'z']),
+        tableRow('deletion', 2, ['old']),
+        tableRow('insertion', 2, ['new']),
+    ]);
+    assert.deepEqual(
+        rows
+            .filter((row) => row.side === 'expected')
+            .map((row) => row.cells[0].text + ' ' + (row.partner && row.partner.cells[0].text)),
+        ['id 0 undefined', 'id 1 id 1', 'old new'],
+    );
+});
+
 test('A copied failure holds what a ticket needs', () => {
     const run = new RunBuilder('suite_a');
     run.testCase('tst_a', () =>
