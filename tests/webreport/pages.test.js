@@ -691,19 +691,47 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
         });
     });
 
+    test('The history of a test that was cut off twice tells no failure', async () => {
+        const cutOff = (start) => new RunBuilder('suite', start).begin('testcase', 'tst').document;
+        const runs = [cutOff('2025-12-31T22:00:00Z'), cutOff('2026-01-01T22:00:00Z')];
+        await onPage(tools.fileAddress(report(dataFile(runs)), '#at=tst'), async (page) => {
+            const history = block(page, 'History');
+            assert.equal(
+                await history.locator('.note').first().textContent(),
+                'Failed in 0 of 2 runs, not ended in 2.',
+            );
+            assert.deepEqual(await history.locator('.date').allTextContents(), [
+                '2025-12-31',
+                '2026-01-01',
+            ]);
+        });
+    });
+
     test('A character that can’t be seen is drawn, and named where it makes the difference', async () => {
         const run = new RunBuilder('suite_a').testCase('tst_\u202egpj', (one) =>
-            one.fail('x', { detail: "Expected 'a\u200bb', got 'ab'." }),
+            one
+                .fail('x', { detail: "Expected 'a\u200bb', got 'ab'." })
+                .fail('x', { detail: "Expected '\u2601\ufe0f', got '\u2601'." })
+                .fail('x', { detail: "Expected '\u00e9t\u00e9', got 'e\u0301te\u0301'." }),
         );
         const address = tools.fileAddress(report(dataFile([run.finish()])));
         await onPage(address, async (page) => {
             await page.keyboard.press('n');
             assert.ok((await rowNames(page)).includes('tst_U+202Egpj'));
-            assert.equal(await page.locator('.values mark .codepoint').textContent(), 'U+200B');
+            assert.deepEqual(await page.locator('.values mark .codepoint').allTextContents(), [
+                'U+200B',
+            ]);
             assert.match(
                 await block(page, 'Values').locator('.note').textContent(),
                 /Expected: U\+200B \(zero width space\)\. Actual: none/,
             );
+            for (const said of [
+                /Expected: U\+FE0F \(variation selector 16\)\. Actual: none/,
+                /Expected: U\+00E9\. Actual: U\+0065, U\+0301\./,
+            ]) {
+                await page.keyboard.press('n');
+                assert.match(await block(page, 'Values').locator('.note').textContent(), said);
+            }
         });
     });
 
@@ -738,6 +766,19 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 'tst_catalogue',
                 'tst_login',
             ]);
+        }));
+
+    test('From a row that the filters hide keys go on in the order of the list', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!0', async (page) => {
+            await page.keyboard.press('s');
+            await page.locator('#search').fill('-catalogue');
+            const names = await rowNames(page);
+            await page.locator('#tree').focus();
+            await page.keyboard.press('ArrowDown');
+            assert.equal(
+                await selected(page).textContent(),
+                names[names.indexOf('tst_import') + 1],
+            );
         }));
 
     test('The help tells of the keys and gives the focus back', () =>

@@ -22,6 +22,7 @@
                 open: (node) => this.open(node),
                 addressOf: (node) => this.addressOf(this.run, node),
                 siblings: (node) => filter.siblings(node, this.selection, this.state.slowest),
+                compare: (a, b) => filter.compareRows(a, b, this.state.slowest),
                 terms: () => this.terms,
             });
             this.place = report.readingPlace(this.detailHost);

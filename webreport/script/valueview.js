@@ -79,27 +79,41 @@
         );
     }
 
-    function namesOf(segments) {
-        const characters = new Set(
+    function markedCharacters(segments) {
+        return new Set(
             segments
                 .filter((segment) => segment.differs)
                 .flatMap((segment) => [...segment.text.slice(0, 200)]),
         );
-        const list = [...characters].slice(0, mostNamed).map(invisibles.nameOf).join(', ');
-        return list ? list + (characters.size > mostNamed ? ', …' : '') : 'none';
+    }
+
+    function namesOf(characters) {
+        const list = characters.slice(0, mostNamed).map(invisibles.nameOf).join(', ');
+        return list ? list + (characters.length > mostNamed ? ', …' : '') : 'none';
+    }
+
+    /// Marks may take equal characters in; these are named only where nothing else was marked.
+    function namesOfBoth(marks) {
+        const [expected, actual] = [marks.expected, marks.actual].map(markedCharacters);
+        const own = [
+            [...expected].filter((one) => !actual.has(one)),
+            [...actual].filter((one) => !expected.has(one)),
+        ];
+        return (own.flat().length > 0 ? own : [[...expected], [...actual]]).map(namesOf);
     }
 
     /// Names the characters that make the difference where both values look the same.
     function differenceNote(values, marks) {
         const only = invisibles.onlyDifference(values.expected, values.actual);
         if (!only) return null;
+        const [expected, actual] = namesOfBoth(marks);
         const text =
             'The values differ only ' +
             only +
             '. Expected: ' +
-            namesOf(marks.expected) +
+            expected +
             '. Actual: ' +
-            namesOf(marks.actual) +
+            actual +
             '.';
         return element('p', { class: 'note' }, text);
     }
