@@ -151,7 +151,17 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.match(await page.locator('#listNote').textContent(), /1 of 25 test cases/);
             await page.keyboard.type(' nowhere');
             assert.match(await page.locator('#listEmpty').innerText(), /Nothing matches/);
-            await page.keyboard.press('Escape');
+            await page.getByRole('button', { name: 'Take them away' }).click();
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'tree');
+            assert.ok((await rowNames(page)).length > 10);
+            for (const [term, found] of [
+                ['"attempt 2"', 'tst_login'],
+                ['ffdddd', 'tst_catalogue'],
+            ]) {
+                await page.locator('#search').fill(term);
+                assert.equal((await rowNames(page))[1], found);
+            }
+            await page.locator('#search').press('Escape');
             assert.ok((await rowNames(page)).length > 10);
         }));
 
@@ -193,6 +203,7 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 ['3 failed', '3 failed', '1 failed'],
             );
             await page.locator('#runPicker').selectOption('1');
+            assert.equal(await page.evaluate(() => document.activeElement.id), 'runPicker');
             assert.equal(await heading(page).textContent(), 'tst_catalogue');
             await page.keyboard.press('Escape');
             await page.locator('#tree').focus();
@@ -241,6 +252,51 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.equal(left, right);
         }));
 
+    test('A difference far down in long values is in view, and both are read beside each other', async () => {
+        const lines = (amount, changed) =>
+            Array.from(
+                { length: amount },
+                (unused, line) => 'line ' + line + (line === amount - 100 ? changed : ''),
+            ).join('\n');
+        const failure = (one, amount) =>
+            one.fail(amount + ' lines', {
+                expectedValue: lines(amount, ' old'),
+                actualValue: lines(amount, ' new'),
+                detail: 'Not equal',
+            });
+        const run = new RunBuilder('suite_long').testCase('tst', (one) =>
+            [500, 9000].forEach((amount) => failure(one, amount)),
+        );
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        const inView = (page) =>
+            page.locator('.values mark').evaluateAll((marks) =>
+                marks.map((mark) => {
+                    const box = mark.closest('pre').getBoundingClientRect();
+                    const { top } = mark.getBoundingClientRect();
+                    return top >= box.top && top < box.bottom;
+                }),
+            );
+        for (const [hash, line] of [
+            ['#at=tst/!0', '401'],
+            ['#at=tst/!1', '8,901'],
+        ])
+            await onPage(address + hash, async (page) => {
+                await eventually(() => inView(page), [true, true]);
+                assert.match(
+                    await block(page, 'Values').locator('.note').textContent(),
+                    RegExp('first difference is in line ' + line + ','),
+                );
+                const more = page.getByRole('button', { name: /^Show all/ });
+                if (await more.isVisible()) await more.click();
+                const tops = () =>
+                    page
+                        .locator('.values pre')
+                        .evaluateAll((all) => all.map((one) => one.scrollTop));
+                await page.locator('.values pre.actual').evaluate((one) => (one.scrollTop = 77));
+                await eventually(tops, [77, 77]);
+            });
+    });
+
     test('Table differences are a table', () =>
         onShop('#run=3&at=tst_catalogue/Prices/!1', async (page) => {
             const cells = await page
@@ -261,6 +317,39 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 'rgb(255, 221, 221)',
             );
         }));
+
+    test('A wide table shows where it differs, an enlarged picture where the slider is', async () => {
+        const cells = (text) => Array.from({ length: 30 }, (unused, at) => (at === 20 ? text : 'x'));
+        const run = new RunBuilder('suite_wide').testCase('tst', (one) =>
+            one.fail('Wide', {
+                tablediff: [
+                    tableRow('deletion', 0, cells('old')),
+                    tableRow('insertion', 0, cells('new')),
+                ],
+            }),
+        );
+        const isInView = (page, what, box) => async () => {
+            const inner = await page.locator(what).first().boundingBox();
+            const outer = await page.locator(box).boundingBox();
+            return inner.x >= outer.x && inner.x + inner.width <= outer.x + outer.width;
+        };
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        await onPage(address + '#at=tst/!0', (page) =>
+            eventually(isInView(page, 'td.differs', '#detail .scroll'), true),
+        );
+        await onShop(pictureFailure, async (page) => {
+            await page.getByRole('button', { name: '8×' }).click();
+            const line = () =>
+                page.locator('.pictures').evaluate((box) => {
+                    const middle = box.scrollLeft + box.clientWidth / 2;
+                    return Math.round((10 * middle) / box.scrollWidth);
+                });
+            assert.equal(await line(), 5);
+            await page.locator('.pictures').focus();
+            await page.keyboard.press('ArrowDown');
+            assert.match(await heading(page).textContent(), /Screenshot comparison/);
+        });
+    });
 
     test('The failed picture is compared with the one beside it in three ways', () =>
         onShop('#run=3&at=tst_catalogue/Prices/!2', async (page) => {
@@ -335,6 +424,11 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                     await page.locator('.images .note').textContent(),
                     /expected 480 × 270, actual 240 × 100/,
                 );
+                assert.match(await printed(page), /expected 480 × 270, actual 240 × 100/);
+                const scales = await page
+                    .locator('#print .stage img')
+                    .evaluateAll((all) => all.map((one) => one.width / one.naturalWidth));
+                assert.ok(Math.abs(scales[0] - scales[1]) < 0.01, scales.join(' '));
             },
             { viewport },
         );
@@ -465,6 +559,10 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             }
             await page.locator('#notices .close').click();
             assert.equal(await notices(), '');
+            await page.evaluate(() => (location.hash = '#run=2&at=tst_gone'));
+            await eventually(async () => /place of the address/.test(await notices()), true);
+            await row(page, 'tst_import').click();
+            assert.equal(await notices(), '');
         }));
 
     test('The mark in the list stays near when its row is closed away or filtered out', () =>
@@ -502,6 +600,21 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 await eventually(() => heading(page).textContent(), 'suite_shop');
                 await eventually(() => scrollTop(page), read);
                 assert.equal(await isOpen(), 'true');
+            },
+            { viewport: { width: 1300, height: 400 } },
+        ));
+
+    test('Reloading keeps how far one had read below pictures', () =>
+        onShop(
+            pictureFailure,
+            async (page) => {
+                await page.locator('.stage').waitFor();
+                await page.locator('#detail').evaluate((one) => (one.scrollTop = 1e6));
+                const read = await scrollTop(page);
+                assert.ok(read > 200);
+                await eventually(() => page.evaluate(() => history.state.top), read);
+                await page.reload();
+                await eventually(() => scrollTop(page), read);
             },
             { viewport: { width: 1300, height: 400 } },
         ));
@@ -583,19 +696,47 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
         });
     });
 
+    test('The history of a test that was cut off twice tells no failure', async () => {
+        const cutOff = (start) => new RunBuilder('suite', start).begin('testcase', 'tst').document;
+        const runs = [cutOff('2025-12-31T22:00:00Z'), cutOff('2026-01-01T22:00:00Z')];
+        await onPage(tools.fileAddress(report(dataFile(runs)), '#at=tst'), async (page) => {
+            const history = block(page, 'History');
+            assert.equal(
+                await history.locator('.note').first().textContent(),
+                'Failed in 0 of 2 runs, not ended in 2.',
+            );
+            assert.deepEqual(await history.locator('.date').allTextContents(), [
+                '2025-12-31',
+                '2026-01-01',
+            ]);
+        });
+    });
+
     test('A character that can’t be seen is drawn, and named where it makes the difference', async () => {
         const run = new RunBuilder('suite_a').testCase('tst_\u202egpj', (one) =>
-            one.fail('x', { detail: "Expected 'a\u200bb', got 'ab'." }),
+            one
+                .fail('x', { detail: "Expected 'a\u200bb', got 'ab'." })
+                .fail('x', { detail: "Expected '\u2601\ufe0f', got '\u2601'." })
+                .fail('x', { detail: "Expected '\u00e9t\u00e9', got 'e\u0301te\u0301'." }),
         );
         const address = tools.fileAddress(report(dataFile([run.finish()])));
         await onPage(address, async (page) => {
             await page.keyboard.press('n');
             assert.ok((await rowNames(page)).includes('tst_U+202Egpj'));
-            assert.equal(await page.locator('.values mark .codepoint').textContent(), 'U+200B');
+            assert.deepEqual(await page.locator('.values mark .codepoint').allTextContents(), [
+                'U+200B',
+            ]);
             assert.match(
                 await block(page, 'Values').locator('.note').textContent(),
                 /Expected: U\+200B \(zero width space\)\. Actual: none/,
             );
+            for (const said of [
+                /Expected: U\+FE0F \(variation selector 16\)\. Actual: none/,
+                /Expected: U\+00E9\. Actual: U\+0065, U\+0301\./,
+            ]) {
+                await page.keyboard.press('n');
+                assert.match(await block(page, 'Values').locator('.note').textContent(), said);
+            }
         });
     });
 
@@ -630,6 +771,19 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
                 'tst_catalogue',
                 'tst_login',
             ]);
+        }));
+
+    test('From a row that the filters hide keys go on in the order of the list', () =>
+        onShop('#run=3&at=tst_catalogue/Prices/!0', async (page) => {
+            await page.keyboard.press('s');
+            await page.locator('#search').fill('-catalogue');
+            const names = await rowNames(page);
+            await page.locator('#tree').focus();
+            await page.keyboard.press('ArrowDown');
+            assert.equal(
+                await selected(page).textContent(),
+                names[names.indexOf('tst_import') + 1],
+            );
         }));
 
     test('The help tells of the keys and gives the focus back', () =>
@@ -883,6 +1037,65 @@ describe('Pages of the web report', { skip: tools.missing || false, timeout: 240
             assert.ok(text.includes('cell 39') && !text.includes('same in both'));
             assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 700));
         });
+    });
+
+    test('One failure that is hard to draw leaves the others on the paper', async () => {
+        const run = new RunBuilder('suite_table').testCase('tst', (one) =>
+            one
+                .fail('Before')
+                .fail('Rows', {
+                    tablediff: [
+                        tableRow('deletion', 0, ['a', 'b']),
+                        tableRow('insertion', 0, ['a', 'b', 'more']),
+                        tableRow('deletion', 1, ['c', 'd', 'less']),
+                        tableRow('insertion', 1, ['c']),
+                    ],
+                })
+                .fail('Broken', { text: 'Broken' }),
+        );
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        await onPage(address + '#at=tst/!1', async (page) => {
+            assert.equal(await page.locator('#detail td.differs').count(), 6);
+            await page.evaluate(() => {
+                const { entryView } = globalThis.morvexReport.entryView;
+                globalThis.reportError = () => {};
+                globalThis.morvexReport.entryView.entryView = (app, node, views) => {
+                    if (node.name === 'Broken') throw new Error('on purpose');
+                    return entryView(app, node, views);
+                };
+            });
+            const text = await printed(page);
+            for (const part of ['Before', 'more', 'less', 'Could not be printed: Broken'])
+                assert.ok(text.includes(part), part + ' in ' + text);
+        });
+    });
+
+    test('On a narrow screen keys that scroll stay with the details', async () => {
+        const narrow = { viewport: { width: 390, height: 800 } };
+        const focused = (page) => page.evaluate(() => document.activeElement.id);
+        const ways = [
+            ['#run=3', (page) => row(page, 'tst_catalogue').click()],
+            ['#run=3', (page) => page.keyboard.press('n')],
+            ['#run=3&at=tst_catalogue', () => {}],
+        ];
+        for (const [hash, open] of ways)
+            await onShop(
+                hash,
+                async (page) => {
+                    await open(page);
+                    assert.equal(await focused(page), 'detail');
+                    const shown = await heading(page).textContent();
+                    for (const blur of [false, true]) {
+                        if (blur) await page.evaluate(() => document.activeElement.blur());
+                        for (const key of ['PageDown', 'ArrowDown', 'End', 'Home'])
+                            await page.keyboard.press(key);
+                        assert.equal(await heading(page).textContent(), shown);
+                    }
+                    await page.keyboard.press('Escape');
+                    await eventually(() => focused(page), 'tree');
+                },
+                narrow,
+            );
     });
 
     test('On a narrow screen details take the place of the list, and Back gives it back', () =>

@@ -62,6 +62,22 @@ test('Marking loses no character of long and wholly different texts', () => {
     }
 });
 
+const roughDifferences = [
+    ['one two three\nend', 'one 2 three\nend', 'one [two] three\nend', 'one [2] three\nend'],
+    ['a\nb\nc\n', 'a\nc\n', 'a\n[b\n]c\n', 'a\nc\n'],
+    ['aaa', 'aa', 'aa[a]', 'aa'],
+    ['a\u{1F600}b', 'a\u{1F601}b', 'a[\u{1F600}]b', 'a[\u{1F601}]b'],
+    ['a\u{1F600}', 'a\u{2F600}', 'a[\u{1F600}]', 'a[\u{2F600}]'],
+];
+
+test('Marks of very long texts lie round all that differs, and split no character', () => {
+    for (const [expected, actual, left, right] of roughDifferences) {
+        const marks = textDiff.diffRoughly(expected, actual);
+        assert.equal(marked(marks.expected), left);
+        assert.equal(marked(marks.actual), right);
+    }
+});
+
 test('In a long text with a thousand changes just these are marked', () => {
     const text = (changed) =>
         Array.from(
@@ -94,7 +110,7 @@ test('The terms of a search are marked once where they overlap', () => {
         [0, 5],
         [6, 11],
     ]);
-    assert.deepEqual(highlight.places('İstanbul', ['stan']), []);
+    assert.deepEqual(highlight.places('İSTANBUL', ['stan']), [[1, 5]]);
 });
 
 const comparisons = [
@@ -216,6 +232,23 @@ test('A changed row of a table stands before its new form, whatever the order of
         ],
     );
     assert.equal(rows[4].partner, undefined);
+});
+
+test('A row that moved is paired with its like, not with what stands at its number now', () => {
+    const rows = tableRows.arrangedRows([
+        tableRow('deletion', 0, ['id 0', 'x']),
+        tableRow('deletion', 1, ['id 1', 'y']),
+        tableRow('insertion', 0, ['id 1', 'Y']),
+        tableRow('insertion', 1, ['id 2', 'z']),
+        tableRow('deletion', 2, ['old']),
+        tableRow('insertion', 2, ['new']),
+    ]);
+    assert.deepEqual(
+        rows
+            .filter((row) => row.side === 'expected')
+            .map((row) => row.cells[0].text + ' ' + (row.partner && row.partner.cells[0].text)),
+        ['id 0 undefined', 'id 1 id 1', 'old new'],
+    );
 });
 
 test('A copied failure holds what a ticket needs', () => {

@@ -22,9 +22,11 @@
                 open: (node) => this.open(node),
                 addressOf: (node) => this.addressOf(this.run, node),
                 siblings: (node) => filter.siblings(node, this.selection, this.state.slowest),
+                compare: (a, b) => filter.compareRows(a, b, this.state.slowest),
                 terms: () => this.terms,
             });
-            this.navigation = report.createNavigation(window, this.detailHost, (entry, isNew) =>
+            this.place = report.readingPlace(this.detailHost);
+            this.navigation = report.createNavigation(window, this.place, (entry, isNew) =>
                 this.followAddress(entry, isNew),
             );
             this.readAddress();
@@ -32,7 +34,7 @@
             this.drawRun();
             const entry = this.navigation.entry();
             this.setView(entry);
-            this.detailHost.scrollTop = entry.top;
+            this.place.scrollTop = entry.top;
             this.navigation.write(this.addressHere(), 'replace');
         }
 
@@ -95,9 +97,15 @@
             else this.drawList();
             this.showCurrent(entry.top);
             this.setView(entry);
-            const isLost = document.activeElement === document.body;
+            const isLost = this.isFocusLost();
             if (entry.view === 'detail' && (isNew || isLost)) this.detailHost.focus();
             else if (isLost) this.focusList();
+        }
+
+        /// The focus of what was hidden is gone with the next drawing only.
+        isFocusLost() {
+            const { activeElement } = document;
+            return activeElement === document.body || activeElement.getClientRects().length === 0;
         }
 
         setView({ view }) {
@@ -135,17 +143,18 @@
             this.list.setCurrent(this.current);
             report.detail.render(this, this.detailHost, this.current);
             report.listNotes.drawHidden(this);
-            this.detailHost.scrollTop = top;
+            this.place.scrollTop = top;
         }
 
         // Place
 
-        /// Whether list and details take turns.
-        isNarrow() {
-            return narrow.matches;
+        /// False where list and details take turns and it is that of the details.
+        isListShown() {
+            return !narrow.matches || !document.body.classList.contains('showing-detail');
         }
 
         select(node) {
+            report.notice.clear('address');
             this.current = node;
             this.writeAddress();
             this.showCurrent();
@@ -153,12 +162,14 @@
 
         /// Like select; where list and details take turns, the details come.
         open(node) {
+            report.notice.clear('address');
             this.current = node;
             if (narrow.matches && this.navigation.entry().view === 'list')
                 this.navigation.showDetail(this.addressHere());
             else this.writeAddress();
             this.showCurrent();
             this.setView({ view: 'detail' });
+            if (narrow.matches) this.detailHost.focus();
         }
 
         openDetail() {
@@ -173,12 +184,19 @@
             }
         }
 
+        /// Gives the focus to list or details, whichever is to be read.
+        focusView() {
+            if (this.isListShown()) this.focusList();
+            else this.detailHost.focus();
+        }
+
         focusList() {
             this.treeHost.focus();
         }
 
         showRun(run) {
             const key = this.current.key;
+            report.notice.clear('address');
             this.useRun(run);
             this.current = address.findNode(this.run, key);
             this.openTests.reset();

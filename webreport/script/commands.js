@@ -41,8 +41,7 @@
 
     /// From the details back to the list, and there the filters away.
     function escape(app) {
-        const listHidden = document.getElementById('list').offsetParent === null;
-        if (listHidden || app.detailHost.contains(document.activeElement)) app.closeDetail();
+        if (!app.isListShown() || app.detailHost.contains(document.activeElement)) app.closeDetail();
         else app.clearFilters();
     }
 

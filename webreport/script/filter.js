@@ -110,10 +110,24 @@
         return result;
     }
 
-    function slowestFirst(children) {
-        const tests = children.filter((child) => child.kind !== 'entry');
-        const entries = children.filter((child) => child.kind === 'entry');
-        return [...tests.sort((a, b) => (b.duration || 0) - (a.duration || 0)), ...entries];
+    /// Orders children of a run: tests by how long they took, behind them what took no time.
+    function bySlowness(a, b) {
+        const isEntry = (node) => Number(node.kind === 'entry');
+        const longer = isEntry(a) || isEntry(b) ? 0 : (b.duration || 0) - (a.duration || 0);
+        return isEntry(a) - isEntry(b) || longer || a.id - b.id;
+    }
+
+    function topOf(node) {
+        let top = node;
+        while (top.parent && top.parent.parent) top = top.parent;
+        return top;
+    }
+
+    /// Orders nodes as they are listed, also such as no filter lets through.
+    function compareRows(a, b, slowest) {
+        const [left, right] = [topOf(a), topOf(b)];
+        const sorted = slowest && left !== right && left.parent && right.parent;
+        return sorted ? bySlowness(left, right) : a.id - b.id;
     }
 
     /// The nodes to list, top to bottom. `isOpen` decides for each shown test whether its children
@@ -127,7 +141,9 @@
             rows.push(node);
             if (node.kind === 'entry' || !isOpen(node)) continue;
             const children =
-                slowest && node === run.root ? slowestFirst(node.children) : node.children;
+                slowest && node === run.root
+                    ? [...node.children].sort(bySlowness)
+                    : node.children;
             for (let index = children.length - 1; index >= 0; --index)
                 waiting.push(children[index]);
         }
@@ -143,5 +159,5 @@
         return { place: count + 1 - selection.fromEnd[node.id], count };
     }
 
-    report.filter = { parseText, select, listRows, siblings, isActive, marksOf };
+    report.filter = { parseText, select, listRows, compareRows, siblings, isActive, marksOf };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -109,6 +109,7 @@
 
     function render(app, host) {
         const { run } = app;
+        const wasChoosing = document.activeElement && document.activeElement.id === 'runPicker';
         const title = element('a', { href: app.addressOf(run, null) }, run.name || 'Test report');
         host.replaceChildren();
         report.dom.append(host, [
@@ -123,6 +124,7 @@
             ),
             element('div', { class: 'outcomes' }, bar(app), legend(app)),
         ]);
+        if (wasChoosing) document.getElementById('runPicker').focus();
     }
 
     /// What changes with the filters.

@@ -10,10 +10,19 @@
     // What comes from the tests; the words of the page itself are not searched.
     const searched = 'h1, pre, .name, .reason, .summary, .facts dd, .tablediff td, .stack li';
 
+    /// Of the same length as the text: a letter that would become two stays as it is.
+    function inSmallLetters(text) {
+        const low = text.toLowerCase();
+        if (low.length === text.length) return low;
+        return text.replace(/[^]/gu, (letter) => {
+            const small = letter.toLowerCase();
+            return small.length === letter.length ? small : letter;
+        });
+    }
+
     /// Places `[from, to]` of the terms in the text, in order and apart from each other.
     function places(text, terms) {
-        const low = text.toLowerCase();
-        if (low.length !== text.length) return [];
+        const low = inSmallLetters(text);
         const found = [];
         for (const term of terms) {
             for (let at = low.indexOf(term); at >= 0; at = low.indexOf(term, at + term.length)) {

@@ -14,7 +14,13 @@
         return 'Run ' + (run.index + 1) + ', ' + dateTime(run.raw.start) + ': ' + what + time;
     }
 
-    function mark(app, point) {
+    /// Which part of a date tells the runs apart: the year is left out where it is the same.
+    function dateRangeOf(points) {
+        const years = new Set(points.map(({ run }) => dateTime(run.raw.start).slice(0, 4)));
+        return years.size > 1 ? [0, 10] : [5, 10];
+    }
+
+    function mark(app, point, dateRange) {
         const { run, node } = point;
         const title = description(point);
         const here = run.index === app.run.index;
@@ -30,27 +36,30 @@
             },
             node ? icon(outcomeOf(node).icon) : element('span', { class: 'absent' }, '–'),
             element('span', { class: 'number' }, String(run.index + 1)),
-            element('span', { class: 'date' }, dateTime(run.raw.start).slice(5, 10)),
+            element('span', { class: 'date' }, dateTime(run.raw.start).slice(...dateRange)),
         );
     }
 
     function summary(points) {
         const ran = points.filter((point) => point.node);
-        const failures = ran.filter((point) => report.model.isFailed(point.node)).length;
-        return 'Failed in ' + failures + ' of ' + counted(ran.length, 'run', 'runs') + '.';
+        const cutOff = ran.filter((point) => point.node.outcome === 'unfinished').length;
+        const failures = ran.filter((point) => report.model.isFailed(point.node)).length - cutOff;
+        const end = cutOff > 0 ? ', not ended in ' + cutOff + '.' : '.';
+        return 'Failed in ' + failures + ' of ' + counted(ran.length, 'run', 'runs') + end;
     }
 
     /// Null when no other run could know the test.
     function historyView(app, node) {
         const points = report.history.historyOf(app.runs, app.run, node.key);
         if (points.length < 2) return null;
+        const dateRange = dateRangeOf(points);
         const strip = element('div', { class: 'strip' });
         const here = points.findIndex((point) => point.run.index === app.run.index);
         const { before, after, note } = report.windowList(
             strip,
             points,
             here,
-            (point) => mark(app, point),
+            (point) => mark(app, point, dateRange),
             shownRuns,
             { before: 'older', after: 'newer' },
         );

@@ -4,7 +4,7 @@
     'use strict';
 
     const { element, button } = report.dom;
-    const { sizeOf, missing, urisOf, figuresOf } = report.pictures;
+    const { missing, sizeNote, toOneScale, urisOf, figuresOf } = report.pictures;
 
     const modes = [
         { key: 'slider', label: 'Slider' },
@@ -37,6 +37,16 @@
         return input;
     }
 
+    /// Scrolls so that the line of the slider stays in view, and the height one had looked at.
+    function showLine(box, wipe, height) {
+        box.scrollLeft = (box.scrollWidth * wipe.value) / 100 - box.clientWidth / 2;
+        box.scrollTop = box.scrollHeight * height - box.clientHeight / 2;
+    }
+
+    function heightInView(box) {
+        return (box.scrollTop + box.clientHeight / 2) / Math.max(1, box.scrollHeight);
+    }
+
     function choice(label, options, choose) {
         return element(
             'div',
@@ -52,36 +62,17 @@
             one.setAttribute('aria-pressed', String(one.dataset.key === String(key)));
     }
 
-    /// Both in the same scale, whatever room there is for the wider one.
     function applyZoom(pictures, stage, zoom) {
-        const widest = Math.max(...pictures.map(({ image }) => image.naturalWidth));
+        const width = toOneScale(pictures, stage, zoom);
         stage.classList.toggle('zoomed', zoom > 1);
-        stage.classList.toggle('small', widest * zoom < narrowest);
-        stage.style.setProperty('--widest', widest * zoom + 'px');
-        for (const { image } of pictures)
-            image.style.width = (100 * image.naturalWidth) / widest + '%';
-    }
-
-    function sizesDiffer({ image: a }, { image: b }) {
-        return a.naturalWidth !== b.naturalWidth || a.naturalHeight !== b.naturalHeight;
-    }
-
-    function sizeNote(expected, actual) {
-        if (!sizesDiffer(expected, actual)) return null;
-        expected.size.classList.add('differs');
-        actual.size.classList.add('differs');
-        const text =
-            'The pictures differ in size: expected ' +
-            sizeOf(expected.image) +
-            ', actual ' +
-            sizeOf(actual.image) +
-            '.';
-        return element('p', { class: 'note' }, text);
+        stage.classList.toggle('small', width < narrowest);
     }
 
     /// Both pictures, with the ways to compare them. The choice holds for the next pictures too.
     function comparison(view, expected, actual) {
         const stage = element('div', null, expected.node, actual.node);
+        const look = { 'class': 'pictures', 'tabindex': '0', 'role': 'group' };
+        const box = element('div', { ...look, 'aria-label': 'Both pictures' }, stage);
         const wipe = slider(stage);
         const modeChoice = choice('How to compare', modes, (mode) => use({ mode }));
         const zoomChoice = choice('Zoom', zooms, (zoom) => use({ zoom }));
@@ -97,13 +88,16 @@
             stronger.setAttribute('aria-pressed', String(view.strong));
             press(modeChoice, view.mode);
             press(zoomChoice, view.zoom);
+            const height = heightInView(box);
             applyZoom([expected, actual], stage, view.zoom);
+            if ('zoom' in change) showLine(box, wipe, height);
         }
         use({});
+        report.whenShown(box, () => showLine(box, wipe, 0.5));
         return [
             element('div', { class: 'ways' }, modeChoice, zoomChoice, stronger),
             sizeNote(expected, actual),
-            element('div', { class: 'pictures' }, stage),
+            box,
         ];
     }
 

@@ -8,7 +8,7 @@
         /[\0-\x08\x0B\x0C\x0E-\x1F\x7F-\x9F\u061C\u200E\u200F\u202A-\u202E\u2066-\u2069]/;
 
     // Drawn where two texts differ in them.
-    const unseen = /[\p{Cc}\p{Cf}\p{Zs}\p{Zl}\p{Zp}]/u;
+    const unseen = /[\p{Cc}\p{Cf}\p{Zs}\p{Zl}\p{Zp}\p{Default_Ignorable_Code_Point}\u2800]/u;
 
     const symbols = new Map([
         [' ', '·'],
@@ -32,6 +32,10 @@
         [0x202e, 'right-to-left override'],
         [0x202f, 'narrow no-break space'],
         [0x2060, 'word joiner'],
+        [0x2800, 'braille blank'],
+        [0x3164, 'hangul filler'],
+        [0xfe0e, 'variation selector 15'],
+        [0xfe0f, 'variation selector 16'],
         [0xfeff, 'byte order mark'],
     ]);
 

@@ -28,13 +28,12 @@
         event.preventDefault();
     }
 
-    /// Keys that scroll or press buttons keep that meaning outside of the list.
-    function isForPage(event) {
-        return (
-            listKeys.has(event.key) &&
-            event.target !== document.body &&
-            !event.target.closest('#tree')
-        );
+    /// Keys that scroll or press buttons keep that meaning outside of the list, and where it is
+    /// not to be seen.
+    function isForPage(app, event) {
+        const isForList =
+            event.target === document.body ? app.isListShown() : event.target.closest('#tree');
+        return listKeys.has(event.key) && !isForList;
     }
 
     function handle(app, event) {
@@ -48,7 +47,7 @@
             return;
         }
         const action =
-            isWriting(event.target) || isForPage(event) ? null : report.help.actionFor(event.key);
+            isWriting(event.target) || isForPage(app, event) ? null : report.help.actionFor(event.key);
         if (action) {
             event.preventDefault();
             action(app);

@@ -15,7 +15,11 @@
     }
 
     function clearButton(app, label) {
-        return button(label, () => app.clearFilters(), { class: 'toggle' });
+        const clear = () => {
+            app.clearFilters();
+            app.focusView();
+        };
+        return button(label, clear, { class: 'toggle' });
     }
 
     /// The root alone is always shown.

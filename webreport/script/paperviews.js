@@ -7,8 +7,6 @@
     const { count, counted } = report.format;
     const { arrangedRows, cellDiffers, columnCount } = report.tableRows;
     const longest = 3000;
-    const longestEqual = 400;
-    const keptOfEqual = 150;
     const mostRows = 40;
     const mostColumns = 12;
 
@@ -26,32 +24,8 @@
         ];
     }
 
-    /// Long equal stretches shrink to both their ends, so that the differences get the paper.
-    function folded({ text, differs }) {
-        if (differs || text.length <= longestEqual) return [{ text, differs }];
-        const left = text.length - 2 * keptOfEqual;
-        const note = ' [… ' + counted(left, 'equal character', 'equal characters') + ' …] ';
-        return [
-            {
-                text: text.slice(0, keptOfEqual) + note + text.slice(-keptOfEqual),
-                differs,
-                standsFor: text.length,
-            },
-        ];
-    }
-
     function markedValue(segments, side) {
-        const shown = [];
-        let room = longest;
-        let left = 0;
-        for (const segment of segments.flatMap(folded)) {
-            const text = room > 0 ? report.startOf(segment.text, room) : '';
-            if (text) shown.push({ text, differs: segment.differs });
-            else left += segment.standsFor || segment.text.length;
-            if (text && text.length < segment.text.length)
-                left += segment.text.length - text.length;
-            room -= text.length;
-        }
+        const { shown, left } = report.valueView.shortened(segments, longest);
         const content = report.valueView.marked(shown, side);
         return [
             element('pre', { class: 'text value ' + side }, content),
@@ -60,14 +34,9 @@
     }
 
     function valueView(values) {
-        const { sides, marksOf, differenceNote, unmarkedNote } = report.valueView;
+        const { sides, marksOf, notes } = report.valueView;
         const marks = marksOf(values);
-        const contentOf = (side) =>
-            marks ? markedValue(marks[side], side) : textBlock(values[side], 'value ' + side);
-        return [
-            sides(values, contentOf),
-            marks ? differenceNote(values, marks) : unmarkedNote(values),
-        ];
+        return [sides(values, (side) => markedValue(marks[side], side)), notes(values, marks)];
     }
 
     /// The columns that tell something: those with a difference, when rows became others.

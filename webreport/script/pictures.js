@@ -58,6 +58,35 @@
         };
     }
 
+    function sizesDiffer({ image: a }, { image: b }) {
+        return a.naturalWidth !== b.naturalWidth || a.naturalHeight !== b.naturalHeight;
+    }
+
+    /// Marks sizes that differ, and returns what is to be said of them, or null.
+    function sizeNote(expected, actual) {
+        if (!sizesDiffer(expected, actual)) return null;
+        expected.size.classList.add('differs');
+        actual.size.classList.add('differs');
+        const text =
+            'The pictures differ in size: expected ' +
+            sizeOf(expected.image) +
+            ', actual ' +
+            sizeOf(actual.image) +
+            '.';
+        return element('p', { class: 'note' }, text);
+    }
+
+    /// Both in the same scale, whatever room there is for the wider one.
+    function toOneScale(pictures, stage, zoom) {
+        const widest = Math.max(...pictures.map(({ image }) => image.naturalWidth));
+        const highest = Math.max(...pictures.map(({ image }) => image.naturalHeight));
+        stage.style.setProperty('--widest', widest * zoom + 'px');
+        stage.style.setProperty('--shape', widest / highest);
+        for (const { image } of pictures)
+            image.style.width = (100 * image.naturalWidth) / widest + '%';
+        return widest * zoom;
+    }
+
     /// For paper: both at once, since a page that gets printed waits for nothing but pictures. Most
     /// pictures have no expected one beside them; one that was found should be there.
     function sideBySide(uri) {
@@ -66,8 +95,16 @@
         const onMissing = (one, replace) => one && one.isThere.then((there) => there || replace());
         onMissing(expected, () => expected.node.remove());
         onMissing(actual, () => actual.node.replaceWith(missing('Actual', uris.actual)));
-        return element('div', { class: 'stage side' }, expected && expected.node, actual.node);
+        const nodes = [expected && expected.node, actual.node];
+        const stage = element('div', { class: 'stage side' }, nodes);
+        const box = element('div', null, stage);
+        Promise.all([expected && expected.isThere, actual.isThere]).then((there) => {
+            if (!there.every(Boolean)) return;
+            toOneScale([expected, actual], stage, 1);
+            report.dom.append(box, [sizeNote(expected, actual)]);
+        });
+        return box;
     }
 
-    report.pictures = { urisOf, figuresOf, sizeOf, missing, sideBySide };
+    report.pictures = { urisOf, figuresOf, sizeNote, toOneScale, missing, sideBySide };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

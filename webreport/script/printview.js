@@ -42,6 +42,17 @@
         );
     }
 
+    /// A failure that can't be drawn leaves the others on the paper.
+    function failureOrNote(app, node) {
+        try {
+            return failure(app, node);
+        } catch (error) {
+            globalThis.reportError(error);
+            const title = report.marks.shortTitle(node);
+            return element('p', { class: 'note' }, 'Could not be printed: ' + title);
+        }
+    }
+
     function shortened(all, most, what) {
         return all.length > most
             ? element(
@@ -59,8 +70,7 @@
         const failures = app.run.nodes.filter(
             (node) => node.kind === 'entry' && report.model.isFailed(node) && shown(node),
         );
-        host.replaceChildren();
-        report.dom.append(host, [
+        const content = [
             element('h1', null, app.run.name),
             element(
                 'p',
@@ -78,8 +88,10 @@
             ),
             failures.length > 0 ? element('h2', null, 'Failures') : null,
             shortened(failures, mostFailures, 'failures'),
-            failures.slice(0, mostFailures).map((node) => failure(app, node)),
-        ]);
+            failures.slice(0, mostFailures).map((node) => failureOrNote(app, node)),
+        ];
+        host.replaceChildren();
+        report.dom.append(host, content);
     }
 
     function install(app) {

@@ -21,7 +21,7 @@
     function tableText(tablediff) {
         return report.tableRows
             .rowsOf(tablediff)
-            .flatMap((row) => [row.label, ...row.cells.map((cell) => cell.text)])
+            .flatMap((row) => [row.label, ...row.cells.flatMap((cell) => [cell.text, cell.color])])
             .join('\n');
     }
 
@@ -44,10 +44,11 @@
 
     /// Of a run neither its outcome nor its place count: everything lies in it and would be found
     /// by them.
-    function testTexts({ name, raw, outcome, isNew, parent }) {
+    function testTexts({ name, raw, outcome, isNew, attempt, parent }) {
         const texts = [name, raw.summary, raw.description];
         if (parent) texts.push(outcomes.testOutcome.get(outcome).label);
         if (parent) texts.push(located(raw.uri, raw.lineNo));
+        if (attempt) texts.push('Attempt ' + attempt + ' of ' + parent.children.length);
         if (isNew) texts.push(outcomes.testOutcome.get('new').label);
         return texts;
     }

@@ -18,8 +18,7 @@
         for (const id of ['skip', 'header', 'main']) byId(id).hidden = false;
         const page = new report.Page(runs);
         install(page);
-        if (!document.body.classList.contains('showing-detail') || !page.isNarrow())
-            page.focusList();
+        page.focusView();
         if (repaired.length > 0)
             report.notice.show(
                 'data',

@@ -44,7 +44,8 @@
     }
 
     function differs(cell, other) {
-        return !other || other.text !== cell.text || other.color !== cell.color;
+        if (!cell || !other) return cell !== other;
+        return other.text !== cell.text || other.color !== cell.color;
     }
 
     /// The share of equal cells.
@@ -53,20 +54,26 @@
         return equal.length / Math.max(1, row.cells.length, other.cells.length);
     }
 
-    /// Rows of equal labels belong together, and of the others those that are alike.
-    function pairRows(rows) {
-        const expected = rows.filter((row) => row.side === 'expected');
-        const waiting = new Map(expected.map((row) => [row.label, row]));
-        const actual = rows.filter((row) => row.side === 'actual');
-        for (const row of actual) {
+    function pairByLabel(expected, actual, fits) {
+        const waiting = new Map(expected.filter(isSingle).map((row) => [row.label, row]));
+        for (const row of actual.filter(isSingle)) {
             const partner = waiting.get(row.label);
-            if (!partner) continue;
+            if (!partner || !fits(partner, row)) continue;
             waiting.delete(row.label);
             makePartners(partner, row);
         }
+    }
+
+    /// Rows of equal labels belong together, and of the others those that are alike. Nothing in
+    /// common is enough for equal labels only where there is no better partner.
+    function pairRows(rows) {
+        const expected = rows.filter((row) => row.side === 'expected');
+        const actual = rows.filter((row) => row.side === 'actual');
+        pairByLabel(expected, actual, (row, other) => likeness(row, other) > 0);
         const [left, right] = [expected.filter(isSingle), actual.filter(isSingle)];
         for (const [i, j] of report.pairAlike(left, right, likeness))
             if (likeness(left[i], right[j]) > 0) makePartners(left[i], right[j]);
+        pairByLabel(expected, actual, () => true);
     }
 
     function endOfChange(rows, from) {

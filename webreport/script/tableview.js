@@ -25,10 +25,11 @@
 
     function cellView(row, index) {
         const cell = row.cells[index];
-        if (!cell) return element('td');
+        const look = { class: cellDiffers(row, index) ? 'differs' : null };
+        if (!cell) return element('td', look);
         return element(
             'td',
-            { class: cellDiffers(row, index) ? 'differs' : null },
+            look,
             cellText(row, cell, row.partner && row.partner.cells[index]),
             swatch(cell.color),
         );
@@ -63,6 +64,14 @@
         return element('table', { class: 'tablediff' }, headOf(columns), body);
     }
 
+    /// Brings the first difference into view, beside the columns that stay.
+    function showDifference(box) {
+        const cell = box.querySelector('td.differs');
+        if (!cell || cell.getBoundingClientRect().right <= box.getBoundingClientRect().right) return;
+        const side = cell.parentNode.querySelector('.side').getBoundingClientRect();
+        box.scrollLeft += cell.getBoundingClientRect().left - side.right;
+    }
+
     function tableView(tablediff) {
         const rows = arrangedRows(tablediff);
         const columns = [...Array(columnCount(rows)).keys()];
@@ -81,19 +90,18 @@
                 'Show ' + count(Math.min(step, left)) + ' more of ' + count(left) + ' differences';
         }
         grow();
-        return [
-            element(
-                'div',
-                {
-                    'class': 'scroll',
-                    'tabindex': '0',
-                    'role': 'group',
-                    'aria-label': 'Table differences',
-                },
-                tableWith(columns, body),
-            ),
-            more,
-        ];
+        const box = element(
+            'div',
+            {
+                'class': 'scroll',
+                'tabindex': '0',
+                'role': 'group',
+                'aria-label': 'Table differences',
+            },
+            tableWith(columns, body),
+        );
+        report.whenShown(box, () => showDifference(box));
+        return [box, more];
     }
 
     report.tableView = { tableView, tableWith, rowView };

@@ -114,8 +114,38 @@
         upTo(left.length, right.length);
     }
 
-    /// Both texts as lists of `{text, differs}`.
-    function diff(expected, actual) {
+    function commonStart(a, b) {
+        const end = Math.min(a.length, b.length);
+        let at = 0;
+        while (at < end && a[at] === b[at]) ++at;
+        return /[\uD800-\uDBFF]/.test(a[at - 1]) ? at - 1 : at;
+    }
+
+    /// All from the first to the last character that differs.
+    function diffRange(sides, left, right) {
+        const [a, b] = [left.join(''), right.join('')];
+        const from = commonStart(a, b);
+        let [aEnd, bEnd] = [a.length, b.length];
+        while (aEnd > from && bEnd > from && a[aEnd - 1] === b[bEnd - 1]) {
+            --aEnd;
+            --bEnd;
+        }
+        if (/[\uDC00-\uDFFF]/.test(a[aEnd])) {
+            ++aEnd;
+            ++bEnd;
+        }
+        for (const [side, text, end] of [
+            [sides.expected, a, aEnd],
+            [sides.actual, b, bEnd],
+        ]) {
+            side.add(text.slice(0, from), false);
+            side.add(text.slice(from, end), true);
+            side.add(text.slice(end), false);
+        }
+    }
+
+    /// Both texts as lists of `{text, differs}`; `changed` compares lines that became others.
+    function compareLines(expected, actual, changed) {
         const a = linesOf(expected);
         const b = linesOf(actual);
         const sides = { expected: new Segments(), actual: new Segments() };
@@ -123,18 +153,25 @@
             sides.expected.addAll(items);
             sides.actual.addAll(items);
         };
-        eachStretch(a, b, compare(a, b), same, (left, right) => diffLines(sides, left, right));
+        eachStretch(a, b, compare(a, b), same, (left, right) => changed(sides, left, right));
         return { expected: sides.expected.list, actual: sides.actual.list };
+    }
+
+    function diff(expected, actual) {
+        return compareLines(expected, actual, diffLines);
+    }
+
+    /// Like diff, but marks whole lines, or what lies between their common ends. For texts of any
+    /// length.
+    function diffRoughly(expected, actual) {
+        return compareLines(expected, actual, diffRange);
     }
 
     /// Line and column, from 1, of the first character that differs.
     function firstDifference(expected, actual) {
-        const end = Math.min(expected.length, actual.length);
-        let at = 0;
-        while (at < end && expected[at] === actual[at]) ++at;
-        const before = expected.slice(0, at).split('\n');
+        const before = expected.slice(0, commonStart(expected, actual)).split('\n');
         return { line: before.length, column: before[before.length - 1].length + 1 };
     }
 
-    report.textDiff = { diff, firstDifference };
+    report.textDiff = { diff, diffRoughly, firstDifference };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -11,7 +11,7 @@
 
     /// `host` becomes the tree. `actions` has `select(node)`, `toggle(node)`, `isOpen(node)` and
     /// `open(node)`, called when the row is activated; and what rows are drawn by:
-    /// `addressOf(node)`, `siblings(node)`, `terms()`.
+    /// `addressOf(node)`, `siblings(node)`, `terms()`. `compare(a, b)` orders nodes as rows are.
     function createTreeList(host, actions) {
         const canvas = element('div', { class: 'canvas', role: 'presentation' });
         host.replaceChildren(canvas);
@@ -121,13 +121,13 @@
         }
 
         /// The row that moving by `by` rows leads to from a node that has none: the nearest one in
-        /// the order of reading.
+        /// the order of the list.
         function placeFrom(node, by) {
             if (by > 0) {
-                const next = rows.findIndex((one) => one.id > node.id);
+                const next = rows.findIndex((one) => actions.compare(one, node) > 0);
                 return next < 0 ? rows.length - 1 : next + by - 1;
             }
-            const after = rows.findLastIndex((one) => one.id < node.id);
+            const after = rows.findLastIndex((one) => actions.compare(one, node) < 0);
             return Math.max(0, after) + by + 1;
         }
 

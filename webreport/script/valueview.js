@@ -3,11 +3,17 @@
     'use strict';
 
     const { element } = report.dom;
-    const { count } = report.format;
+    const { count, counted } = report.format;
     const { invisibles, textDiff } = report;
 
-    // Beyond this the values are shown as plain texts: marks in a text that long help nobody.
+    // Beyond this lines are marked as a whole, and long equal stretches shown when asked for.
     const longestMarked = 50000;
+    const longestShown = 20000;
+    const longestEqual = 400;
+    const keptOfEqual = 150;
+
+    // In values shorter than this a difference is found at once.
+    const longestOverseen = 1000;
     const mostNamed = 8;
 
     /// Blanks that differ would be invisible.
@@ -22,6 +28,36 @@
         return segments.map(({ text, differs }) =>
             differs ? element('mark', { class: side }, drawn(text)) : text,
         );
+    }
+
+    /// Long equal stretches shrink to both their ends.
+    function folded({ text, differs }) {
+        if (differs || text.length <= longestEqual) return [{ text, differs }];
+        const left = text.length - 2 * keptOfEqual;
+        const note = ' [… ' + counted(left, 'equal character', 'equal characters') + ' …] ';
+        return [
+            {
+                text: text.slice(0, keptOfEqual) + note + text.slice(-keptOfEqual),
+                differs,
+                standsFor: text.length,
+            },
+        ];
+    }
+
+    /// What fits in `room` characters as `{shown, left}`, segments and the number of characters
+    /// behind them.
+    function shortened(segments, room) {
+        const shown = [];
+        let left = 0;
+        for (const segment of segments.flatMap(folded)) {
+            const text = room > 0 ? report.startOf(segment.text, room) : '';
+            if (text) shown.push({ text, differs: segment.differs });
+            else left += segment.standsFor || segment.text.length;
+            if (text && text.length < segment.text.length)
+                left += segment.text.length - text.length;
+            room -= text.length;
+        }
+        return { shown, left };
     }
 
     function sideView(label, side, text, content) {
@@ -43,35 +79,52 @@
         );
     }
 
-    function namesOf(segments) {
-        const characters = new Set(
+    function markedCharacters(segments) {
+        return new Set(
             segments
                 .filter((segment) => segment.differs)
                 .flatMap((segment) => [...segment.text.slice(0, 200)]),
         );
-        const list = [...characters].slice(0, mostNamed).map(invisibles.nameOf).join(', ');
-        return list ? list + (characters.size > mostNamed ? ', …' : '') : 'none';
+    }
+
+    function namesOf(characters) {
+        const list = characters.slice(0, mostNamed).map(invisibles.nameOf).join(', ');
+        return list ? list + (characters.length > mostNamed ? ', …' : '') : 'none';
+    }
+
+    /// Marks may take equal characters in; these are named only where nothing else was marked.
+    function namesOfBoth(marks) {
+        const [expected, actual] = [marks.expected, marks.actual].map(markedCharacters);
+        const own = [
+            [...expected].filter((one) => !actual.has(one)),
+            [...actual].filter((one) => !expected.has(one)),
+        ];
+        return (own.flat().length > 0 ? own : [[...expected], [...actual]]).map(namesOf);
     }
 
     /// Names the characters that make the difference where both values look the same.
     function differenceNote(values, marks) {
         const only = invisibles.onlyDifference(values.expected, values.actual);
         if (!only) return null;
+        const [expected, actual] = namesOfBoth(marks);
         const text =
             'The values differ only ' +
             only +
             '. Expected: ' +
-            namesOf(marks.expected) +
+            expected +
             '. Actual: ' +
-            namesOf(marks.actual) +
+            actual +
             '.';
         return element('p', { class: 'note' }, text);
     }
 
-    function unmarkedNote({ expected, actual }) {
+    /// Where to look in values that are not seen as a whole.
+    function placeNote({ expected, actual }) {
+        if (expected.length + actual.length <= longestOverseen) return null;
         const { line, column } = textDiff.firstDifference(expected, actual);
         const text =
-            'Too long to mark what differs. The first difference is in line ' +
+            (isLong({ expected, actual }) ? 'Too long to mark each character by itself. ' : '') +
+            'The first difference is in line ' +
             count(line) +
             ', at character ' +
             count(column) +
@@ -79,28 +132,52 @@
         return element('p', { class: 'note' }, text);
     }
 
-    /// Null for values that are too long to be compared by a reader.
-    function marksOf({ expected, actual }) {
-        return expected.length + actual.length <= longestMarked
-            ? textDiff.diff(expected, actual)
-            : null;
+    function isLong({ expected, actual }) {
+        return expected.length + actual.length > longestMarked;
+    }
+
+    function marksOf(values) {
+        const compare = isLong(values) ? textDiff.diffRoughly : textDiff.diff;
+        return compare(values.expected, values.actual);
+    }
+
+    function notes(values, marks) {
+        return [isLong(values) ? null : differenceNote(values, marks), placeNote(values)];
+    }
+
+    function moreButton(values, marks, boxes) {
+        const amount = count(Math.max(values.expected.length, values.actual.length));
+        const more = report.dom.button(
+            'Show all ' + amount + ' characters',
+            () => {
+                for (const [side, box] of Object.entries(boxes)) {
+                    box.replaceChildren();
+                    report.dom.append(box, marked(marks[side], side));
+                }
+                more.remove();
+                report.showDifference(Object.values(boxes));
+            },
+            { class: 'more' },
+        );
+        return more;
     }
 
     function valueView(values) {
         const marks = marksOf(values);
-        const contentOf = (side) =>
-            marks
-                ? element(
-                      'pre',
-                      { class: 'text value ' + side, tabindex: '0' },
-                      marked(marks[side], side),
-                  )
-                : report.textBlock(values[side], 'value ' + side);
+        const long = isLong(values);
+        const box = (side) => {
+            const segments = long ? shortened(marks[side], longestShown).shown : marks[side];
+            const look = { class: 'text value ' + side, tabindex: '0' };
+            return element('pre', look, marked(segments, side));
+        };
+        const boxes = { expected: box('expected'), actual: box('actual') };
+        report.scrollTogether([boxes.expected, boxes.actual]);
         return [
-            sides(values, contentOf),
-            marks ? differenceNote(values, marks) : unmarkedNote(values),
+            sides(values, (side) => boxes[side]),
+            long ? moreButton(values, marks, boxes) : null,
+            notes(values, marks),
         ];
     }
 
-    report.valueView = { valueView, sides, marked, marksOf, differenceNote, unmarkedNote };
+    report.valueView = { valueView, sides, marked, marksOf, shortened, notes };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));
