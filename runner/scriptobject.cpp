@@ -4,7 +4,7 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
 #include "objectmodel/qt/turneventloop.h"
-#include "objectmodel/qt/valueobject.h"
+#include "objectmodel/qt/wholenumber.h"
 
 #include <QJSEngine>
 #include <QMetaType>

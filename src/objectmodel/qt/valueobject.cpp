@@ -1,5 +1,7 @@
 #include "objectmodel/qt/valueobject.h"
 
+#include "objectmodel/qt/wholenumber.h"
+
 #include <QColor>
 #include <QLocale>
 #include <QMetaType>
@@ -12,24 +14,9 @@
 namespace Morvex {
 namespace {
 
-bool isSigned(const QVariant &wholeNumber)
-{
-    switch (static_cast<QMetaType::Type>(wholeNumber.userType())) {
-    case QMetaType::Int:
-    case QMetaType::LongLong:
-    case QMetaType::Long:
-    case QMetaType::Short:
-    case QMetaType::Char:
-    case QMetaType::SChar:
-        return true;
-    default:
-        return false;
-    }
-}
-
 bool isNegative(const QVariant &wholeNumber)
 {
-    return isSigned(wholeNumber) && wholeNumber.toLongLong() < 0;
+    return isSignedNumber(wholeNumber) && wholeNumber.toLongLong() < 0;
 }
 
 bool isFloatingPoint(const QVariant &value)
@@ -60,8 +47,8 @@ QString textOfFloat(float number)
 
 QString textOfWholeNumber(const QVariant &value)
 {
-    return isSigned(value) ? QString::number(value.toLongLong())
-                           : QString::number(value.toULongLong());
+    return isSignedNumber(value) ? QString::number(value.toLongLong())
+                                 : QString::number(value.toULongLong());
 }
 
 double toDouble(const QVariant &number)
@@ -114,20 +101,6 @@ bool ValueObject::compare(const SharedPtr<Object> &other) const
     if (areNumbers(m_value, value))
         return areEqualNumbers(m_value, value);
     return value.isValid() && value.userType() == m_value.userType() && m_value == value;
-}
-
-bool isWholeNumber(const QVariant &value)
-{
-    switch (static_cast<QMetaType::Type>(value.userType())) {
-    case QMetaType::UInt:
-    case QMetaType::ULongLong:
-    case QMetaType::ULong:
-    case QMetaType::UShort:
-    case QMetaType::UChar:
-        return true;
-    default:
-        return isSigned(value);
-    }
 }
 
 bool hasText(const QVariant &value)

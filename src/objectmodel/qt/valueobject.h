@@ -2,8 +2,6 @@
 
 #include "objectmodel/object.h"
 
-#include "morvex_objectmodel_qt_export.h"
-
 namespace Morvex {
 
 /// A value that is no live object.
@@ -25,9 +23,6 @@ private:
     QString m_text;
     const Class *m_class;
 };
-
-/// Whether the value is of an integer type. Characters of the toolkit are none, those of C++ are.
-MORVEX_OBJECTMODEL_QT_EXPORT bool isWholeNumber(const QVariant &value);
 
 /// Whether there is a text for values of this type. Values without one equal no text.
 bool hasText(const QVariant &value);
