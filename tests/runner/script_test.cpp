@@ -1,5 +1,5 @@
 #include "support/files.h"
-#include "support/runnerprocess.h"
+#include "support/scriptfixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,20 +10,8 @@ using namespace MorvexTest;
 
 namespace {
 
-class ScriptTest : public testing::Test
+class ScriptTest : public ScriptFixture
 {
-protected:
-    QStringList results(const QByteArray &script, const QStringList &options = {})
-    {
-        runner.addTestCase("tst_s", script);
-        output = runner.runSuite(options);
-        QStringList lines = RunnerProcess::resultsOf(output);
-        // The frames of suite and test case.
-        return lines.size() < 4 ? lines : lines.mid(2, lines.size() - 4);
-    }
-
-    RunnerProcess runner;
-    RunnerOutput output;
 };
 
 } // namespace
