@@ -2,8 +2,8 @@
 // local socket with a wait for each write.
 
 #include "ratio.h"
+#include "test/child/rawentrystream.h"
 #include "test/nullreportgenerator.h"
-#include "test/rawentrystream.h"
 #include "test/rawreportgenerator.h"
 #include "test/testcaseprocess.h"
 #include "test/testresult.h"

@@ -1,6 +1,6 @@
 #include "shared/zipfile.h"
 #include "test/jsonreportgenerator.h"
-#include "test/webreportrepair.h"
+#include "test/webreport/webreportrepair.h"
 #include "test/xml3reportgenerator.h"
 
 #include <QDir>

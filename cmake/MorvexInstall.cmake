@@ -1,6 +1,6 @@
 # Installs the library, the runner and what a project needs to build against them:
-# find_package(Morvex) gives Morvex::morvex and Morvex::objectmodel_qt, pkg-config gives morvex and
-# morvex-objectmodel-qt.
+# find_package(Morvex) gives Morvex::morvex and Morvex::qtbackend, pkg-config gives morvex and
+# morvex-qtbackend.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Morvex")
@@ -8,40 +8,26 @@ set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/morvex")
 
 target_include_directories(morvex INTERFACE "$<INSTALL_INTERFACE:${header_dir}>")
 
-install(TARGETS morvex morvex_objectmodel_qt EXPORT MorvexTargets
+install(TARGETS morvex morvex_qtbackend EXPORT MorvexTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         COMPONENT runtime NAMELINK_COMPONENT devel)
 install(TARGETS morvexrunner RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 install(EXPORT MorvexTargets NAMESPACE Morvex:: DESTINATION "${package_dir}" COMPONENT devel)
 
-# Headers of the layers; those that only sources of their own layer need stay behind.
-foreach(layer objectmodel shared test)
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/${layer}" DESTINATION "${header_dir}"
-        COMPONENT devel
-        FILES_MATCHING PATTERN "*.h"
-        PATTERN "biffscan.h" EXCLUDE
-        PATTERN "comparisonapplication.h" EXCLUDE
-        PATTERN "compoundfile.h" EXCLUDE
-        PATTERN "qt" EXCLUDE
-        PATTERN "testcaserun.h" EXCLUDE
-        PATTERN "testsuiterunoptions.h" EXCLUDE
-        PATTERN "vpdocument.h" EXCLUDE
-        PATTERN "vpimages.h" EXCLUDE
-        PATTERN "xlscell.h" EXCLUDE
-        PATTERN "xlsworkbook.h" EXCLUDE
-        PATTERN "xlsxparts.h" EXCLUDE
-        PATTERN "xmlelementreader.h" EXCLUDE
-        PATTERN "xmlguard.h" EXCLUDE
-        PATTERN "zippart.h" EXCLUDE)
-endforeach()
+# What lies directly in the folder of a layer is public; its folders below hold helpers of its own.
 # Of the backend just what applications and runners need.
-install(FILES
-    "${PROJECT_SOURCE_DIR}/src/objectmodel/qt/applicationplugin.h"
-    "${PROJECT_SOURCE_DIR}/src/objectmodel/qt/qtinspector.h"
-    DESTINATION "${header_dir}/objectmodel/qt" COMPONENT devel)
+set(qtbackend_headers applicationplugin.h qtinspector.h)
+foreach(layer objectmodel shared test qtbackend)
+    if(DEFINED ${layer}_headers)
+        list(TRANSFORM ${layer}_headers PREPEND "${PROJECT_SOURCE_DIR}/src/${layer}/" OUTPUT_VARIABLE headers)
+    else()
+        file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${layer}/*.h")
+    endif()
+    install(FILES ${headers} DESTINATION "${header_dir}/${layer}" COMPONENT devel)
+endforeach()
 install(FILES
     "${PROJECT_BINARY_DIR}/generated/morvex_export.h"
-    "${PROJECT_BINARY_DIR}/generated/morvex_objectmodel_qt_export.h"
+    "${PROJECT_BINARY_DIR}/generated/morvex_qtbackend_export.h"
     DESTINATION "${header_dir}"
     COMPONENT devel)
 
@@ -54,7 +40,7 @@ install(FILES
     "${PROJECT_BINARY_DIR}/MorvexConfig.cmake" "${PROJECT_BINARY_DIR}/MorvexConfigVersion.cmake"
     DESTINATION "${package_dir}" COMPONENT devel)
 
-foreach(package morvex morvex-objectmodel-qt)
+foreach(package morvex morvex-qtbackend)
     configure_file("${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in"
         "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
     install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"

@@ -1,3 +1,14 @@
+# morvex_expose_layer(NAME FOLDER RESULT)
+#
+# Makes the headers of FOLDER reachable as "NAME/..." through an include directory that holds no
+# other layer, and stores this directory in the variable RESULT.
+function(morvex_expose_layer name folder result)
+    set(include_dir "${PROJECT_BINARY_DIR}/layers/${name}")
+    file(MAKE_DIRECTORY "${include_dir}")
+    file(CREATE_LINK "${folder}" "${include_dir}/${name}" SYMBOLIC)
+    set(${result} "${include_dir}" PARENT_SCOPE)
+endfunction()
+
 # morvex_add_layer(NAME DEPENDS layers... SOURCES files... LINK libraries...)
 #
 # Adds the object library morvex_NAME of the sources below the current directory. A layer sees its
@@ -5,9 +16,7 @@
 # through an include directory of its own, so that an upward include does not compile.
 function(morvex_add_layer name)
     cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "DEPENDS;SOURCES;LINK")
-    set(include_dir "${PROJECT_BINARY_DIR}/layers/${name}")
-    file(MAKE_DIRECTORY "${include_dir}")
-    file(CREATE_LINK "${CMAKE_CURRENT_SOURCE_DIR}" "${include_dir}/${name}" SYMBOLIC)
+    morvex_expose_layer(${name} "${CMAKE_CURRENT_SOURCE_DIR}" include_dir)
 
     add_library(morvex_${name} OBJECT ${layer_SOURCES})
     set_target_properties(morvex_${name} PROPERTIES AUTOMOC ON)

@@ -1,6 +1,6 @@
 #include "fuzzinput.h"
-#include "shared/biffscan.h"
-#include "shared/compoundfile.h"
+#include "shared/workbook/biffscan.h"
+#include "shared/workbook/compoundfile.h"
 
 using namespace Morvex;
 

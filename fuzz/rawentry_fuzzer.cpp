@@ -1,5 +1,5 @@
+#include "test/child/rawentrystream.h"
 #include "test/nullreportgenerator.h"
-#include "test/rawentrystream.h"
 #include "test/testcaseprocess.h"
 
 #include <cstddef>

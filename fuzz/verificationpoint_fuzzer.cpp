@@ -1,6 +1,6 @@
 #include "fuzzinput.h"
 
-#include "objectmodel/qt/qtinspector.h"
+#include "qtbackend/qtinspector.h"
 #include "test/dummyrunnerinterface.h"
 #include "test/nullreportgenerator.h"
 #include "test/objectnameresolverinterface.h"

@@ -1,5 +1,5 @@
 #include "fuzzinput.h"
-#include "test/webreportrepair.h"
+#include "test/webreport/webreportrepair.h"
 
 using namespace Morvex;
 

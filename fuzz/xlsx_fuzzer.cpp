@@ -1,6 +1,6 @@
 #include "fuzzinput.h"
 #include "shared/excelxmltestdataset.h"
-#include "shared/xlsxparts.h"
+#include "shared/workbook/xlsxparts.h"
 
 #include <QBuffer>
 

@@ -3,7 +3,7 @@
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
 #include "runner/windowsystem.h"
-#include "test/webreportrepair.h"
+#include "test/webreport/webreportrepair.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "runner/scriptapi.h"
 
-#include "objectmodel/qt/turneventloop.h"
+#include "qtbackend/turneventloop.h"
 #include "runner/scriptdata.h"
 #include "shared/clock.h"
 #include "shared/environment.h"

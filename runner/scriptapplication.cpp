@@ -1,7 +1,7 @@
 #include "runner/scriptapplication.h"
 
-#include "objectmodel/qt/applicationplugin.h"
-#include "objectmodel/qt/qtinspector.h"
+#include "qtbackend/applicationplugin.h"
+#include "qtbackend/qtinspector.h"
 #include "runner/scriptobject.h"
 #include "shared/environment.h"
 

@@ -3,8 +3,8 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
-#include "objectmodel/qt/turneventloop.h"
-#include "objectmodel/qt/wholenumber.h"
+#include "qtbackend/turneventloop.h"
+#include "qtbackend/wholenumber.h"
 
 #include <QJSEngine>
 #include <QMetaType>

@@ -1,6 +1,6 @@
 #include "shared/exceltestdataset.h"
 
-#include "shared/xlsworkbook.h"
+#include "shared/workbook/xlsworkbook.h"
 
 #include <cstdio>
 

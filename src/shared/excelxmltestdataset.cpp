@@ -1,7 +1,7 @@
 #include "shared/excelxmltestdataset.h"
 
-#include "shared/xlsxparts.h"
-#include "shared/zippart.h"
+#include "shared/workbook/xlsxparts.h"
+#include "shared/workbook/zippart.h"
 
 #include <cstdio>
 #include <minizip/unzip.h>

@@ -4,9 +4,9 @@
 #include "shared/filelock.h"
 #include "shared/temporarydir.h"
 #include "shared/trace.h"
-#include "test/reportstream.h"
-#include "test/webreportdata.h"
-#include "test/webreportrepair.h"
+#include "test/output/reportstream.h"
+#include "test/webreport/webreportdata.h"
+#include "test/webreport/webreportrepair.h"
 
 #include <QDir>
 #include <QFile>

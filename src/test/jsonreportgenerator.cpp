@@ -1,13 +1,13 @@
 #include "test/jsonreportgenerator.h"
 
 #include "shared/trace.h"
-#include "test/iso8601time.h"
-#include "test/jsonobject.h"
-#include "test/maximalretry.h"
+#include "test/output/jsonobject.h"
+#include "test/output/reportstream.h"
+#include "test/report/iso8601time.h"
+#include "test/report/reportlocations.h"
+#include "test/report/resultlabels.h"
+#include "test/report/retrylimit.h"
 #include "test/reportgeneratorshared.h"
-#include "test/reportlocations.h"
-#include "test/reportstream.h"
-#include "test/resultlabels.h"
 
 #include <QDir>
 
@@ -141,7 +141,7 @@ struct JsonReportGenerator::Private
     // One for each open array.
     std::vector<bool> hasChildren;
     unsigned short version;
-    MaximalRetry maximalRetry;
+    RetryLimit retryLimit;
     Iso8601Time time;
     QByteArray timeText;
     // The text of one entry, which leaves in one piece. Both are kept for their memory.
@@ -237,9 +237,9 @@ void JsonReportGenerator::doHandleEntry(const Entry &entry)
     d->locations.update(entry);
     if (entry.type == TestResult::START)
         init();
-    d->maximalRetry.beforeEntry(entry);
+    d->retryLimit.beforeEntry(entry);
     d->writeEntry(entry);
-    d->maximalRetry.afterEntry(entry);
+    d->retryLimit.afterEntry(entry);
     d->flushText();
 }
 
@@ -427,7 +427,7 @@ void JsonReportGenerator::Private::writeSectionStart(int retry)
     writeStartObject();
     writeData(true);
     writeSeparator();
-    if (maximalRetry.value() >= 1 && retry >= 0 && version > Version1_1)
+    if (retryLimit.value() >= 1 && retry >= 0 && version > Version1_1)
         writeRetry(retry);
     writeStartArray("tests");
 }
@@ -435,8 +435,8 @@ void JsonReportGenerator::Private::writeSectionStart(int retry)
 void JsonReportGenerator::Private::writeRetry(int retry)
 {
     object.clear();
-    object.addInteger(QLatin1String("count"), maximalRetry.value() - retry);
-    object.addInteger(QLatin1String("max"), maximalRetry.value());
+    object.addInteger(QLatin1String("count"), retryLimit.value() - retry);
+    object.addInteger(QLatin1String("max"), retryLimit.value());
     writeStartObject("retry");
     writeData(true);
     writeEndObject();

@@ -1,10 +1,10 @@
 #include "test/junitreportgenerator.h"
 
 #include "shared/xmltext.h"
-#include "test/iso8601time.h"
-#include "test/junitshared.h"
-#include "test/resultlabels.h"
-#include "test/runwatch.h"
+#include "test/report/iso8601time.h"
+#include "test/report/junitshared.h"
+#include "test/report/resultlabels.h"
+#include "test/report/runwatch.h"
 
 #include <QHash>
 #include <QPair>

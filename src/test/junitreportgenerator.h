@@ -1,7 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/reportfile.h"
+#include "test/output/reportfile.h"
 #include "test/testreportgenerator.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #include "test/multireportgenerator.h"
 
-#include "test/multioutputdevice.h"
+#include "test/output/multioutputdevice.h"
 
 #include <memory>
 #include <vector>

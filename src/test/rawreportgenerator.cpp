@@ -1,8 +1,8 @@
 #include "test/rawreportgenerator.h"
 
 #include "shared/trace.h"
-#include "test/rawentrystream.h"
-#include "test/rawstreamoutput.h"
+#include "test/child/rawentrystream.h"
+#include "test/child/rawstreamoutput.h"
 
 #include <QLocalSocket>
 

@@ -1,10 +1,10 @@
 #include "test/stdoutreportgenerator.h"
 
 #include "shared/environment.h"
-#include "test/iso8601time.h"
 #include "test/openreportfile.h"
+#include "test/report/iso8601time.h"
+#include "test/report/resultlabels.h"
 #include "test/reportgeneratorshared.h"
-#include "test/resultlabels.h"
 
 #include <QFile>
 

@@ -1,7 +1,7 @@
 #include "test/tablediff.h"
 
 #include "shared/xmltablerange.h"
-#include "test/diff.h"
+#include "test/verification/diff.h"
 
 #include <QColor>
 #include <QDataStream>

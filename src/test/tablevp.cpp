@@ -5,8 +5,8 @@
 #include "objectmodel/methodlist.h"
 #include "shared/xmltablerange.h"
 #include "test/testvp.h"
-#include "test/vpdocument.h"
-#include "test/vpresultlogger.h"
+#include "test/verification/vpdocument.h"
+#include "test/verification/vpresultlogger.h"
 
 #include <QDomDocument>
 #include <QFile>

@@ -1,8 +1,8 @@
 #include "test/testcaseprocess.h"
 
 #include "shared/environment.h"
-#include "test/rawentrystream.h"
-#include "test/testcaserun.h"
+#include "test/child/rawentrystream.h"
+#include "test/child/testcaserun.h"
 #include "test/testresult.h"
 
 #include <QDir>

@@ -1,8 +1,8 @@
 #include "test/testresult.h"
 
 #include "shared/clock.h"
-#include "test/resultlabels.h"
-#include "test/runwatch.h"
+#include "test/report/resultlabels.h"
+#include "test/report/runwatch.h"
 #include "test/testreportgenerator.h"
 
 #include <QDir>

@@ -3,7 +3,7 @@
 
 #include "shared/environment.h"
 #include "test/cancellation.h"
-#include "test/resultlabels.h"
+#include "test/report/resultlabels.h"
 #include "test/testcaseprocess.h"
 #include "test/testfilters.h"
 #include "test/testresult.h"

@@ -3,9 +3,9 @@
 #include "shared/environment.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/runnerinterface.h"
-#include "test/vpdocument.h"
-#include "test/vpimages.h"
-#include "test/vpresultlogger.h"
+#include "test/verification/vpdocument.h"
+#include "test/verification/vpimages.h"
+#include "test/verification/vpresultlogger.h"
 
 #include <QDir>
 #include <QDomDocument>

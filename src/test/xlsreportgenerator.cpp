@@ -1,7 +1,7 @@
 #include "test/xlsreportgenerator.h"
 
 #include "shared/xmltext.h"
-#include "test/resultlabels.h"
+#include "test/report/resultlabels.h"
 
 #include <QStringList>
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/heldreport.h"
-#include "test/iso8601time.h"
-#include "test/reportfile.h"
-#include "test/runwatch.h"
-#include "test/testcasecounters.h"
+#include "test/output/reportfile.h"
+#include "test/output/xmlelement.h"
+#include "test/report/bufferedreport.h"
+#include "test/report/iso8601time.h"
+#include "test/report/runwatch.h"
+#include "test/report/testcasecounters.h"
 #include "test/testreportgenerator.h"
-#include "test/xmlelement.h"
 
 #include <QString>
 
@@ -46,7 +46,7 @@ private:
     int indentStep() const;
 
     std::unique_ptr<ReportFile> m_file;
-    HeldReport m_rows;
+    BufferedReport m_rows;
     // In points, for the widest text of each column so far.
     std::array<double, columnCount> m_columnWidths;
     // The start of the current test case, held back until its counts are known.

@@ -1,7 +1,7 @@
 #include "test/xml2reportgenerator.h"
 
+#include "test/report/resultlabels.h"
 #include "test/reportgeneratorshared.h"
-#include "test/resultlabels.h"
 #include "test/tablediff.h"
 
 #include <utility>

@@ -1,13 +1,13 @@
 #include "test/xml3reportgenerator.h"
 
 #include "shared/trace.h"
-#include "test/iso8601time.h"
-#include "test/maximalretry.h"
+#include "test/output/reportstream.h"
+#include "test/report/iso8601time.h"
+#include "test/report/reportlocations.h"
+#include "test/report/resultlabels.h"
+#include "test/report/retrylimit.h"
+#include "test/report/xml3reportwriter.h"
 #include "test/reportgeneratorshared.h"
-#include "test/reportlocations.h"
-#include "test/reportstream.h"
-#include "test/resultlabels.h"
-#include "test/xml3reportwriter.h"
 #include "test/xmlstreamwriter.h"
 
 #include <QDir>
@@ -94,7 +94,7 @@ struct Xml3ReportGenerator::Private
     int version;
     TestType type;
     ReportLocations locations;
-    MaximalRetry maximalRetry;
+    RetryLimit retryLimit;
     Iso8601Time time;
 
     std::string formatDateTime(const QDateTime &dateTime);
@@ -164,9 +164,9 @@ void Xml3ReportGenerator::doHandleEntry(const Entry &entry)
     if (!isVerificationResult(entry.type))
         d->closeVerification();
     d->locations.update(entry);
-    d->maximalRetry.beforeEntry(entry);
+    d->retryLimit.beforeEntry(entry);
     d->writeEntry(entry);
-    d->maximalRetry.afterEntry(entry);
+    d->retryLimit.afterEntry(entry);
 }
 
 std::string Xml3ReportGenerator::Private::formatDateTime(const QDateTime &dateTime)
@@ -255,7 +255,7 @@ void Xml3ReportGenerator::Private::writeSection(const Entry &entry, const QStrin
     Xml3ReportWriter::writeSectionStart(writer, version, testType, name, formatDateTime(entry.time),
                                         summary, description,
                                         locations.scriptFile(entry.line.fileName()),
-                                        entry.line.lineNumber(), retry, maximalRetry.value());
+                                        entry.line.lineNumber(), retry, retryLimit.value());
 }
 
 void Xml3ReportGenerator::Private::writeSectionEnd(const Entry &entry)

@@ -1,7 +1,7 @@
 #include "test/xmlincrementalreportgenerator.h"
 
+#include "test/report/testresultelement.h"
 #include "test/reportgeneratorshared.h"
-#include "test/testresultelement.h"
 
 #include <utility>
 

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/iso8601time.h"
-#include "test/reportfile.h"
-#include "test/runwatch.h"
+#include "test/output/reportfile.h"
+#include "test/output/xmlelement.h"
+#include "test/report/iso8601time.h"
+#include "test/report/runwatch.h"
 #include "test/testreportgenerator.h"
-#include "test/xmlelement.h"
 
 #include <memory>
 

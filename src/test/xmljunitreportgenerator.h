@@ -1,12 +1,12 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/heldreport.h"
-#include "test/junitshared.h"
-#include "test/reportfile.h"
-#include "test/runwatch.h"
+#include "test/output/reportfile.h"
+#include "test/output/xmlelement.h"
+#include "test/report/bufferedreport.h"
+#include "test/report/junitshared.h"
+#include "test/report/runwatch.h"
 #include "test/testreportgenerator.h"
-#include "test/xmlelement.h"
 
 #include <QDateTime>
 #include <QString>
@@ -44,8 +44,8 @@ private:
     void dumpReport();
 
     std::unique_ptr<ReportFile> m_file;
-    HeldReport m_testCases;
-    HeldReport m_systemOut;
+    BufferedReport m_testCases;
+    BufferedReport m_systemOut;
     JUnitNames m_names;
     QMap<QString, QString> m_properties;
     QString m_runName;

@@ -1,6 +1,6 @@
 #include "test/xmlreportgenerator.h"
 
-#include "test/testresultelement.h"
+#include "test/report/testresultelement.h"
 
 #include <utility>
 

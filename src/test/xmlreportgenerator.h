@@ -1,13 +1,13 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "test/heldreport.h"
-#include "test/iso8601time.h"
-#include "test/reportfile.h"
-#include "test/runwatch.h"
-#include "test/testcasecounters.h"
+#include "test/output/reportfile.h"
+#include "test/output/xmlelement.h"
+#include "test/report/bufferedreport.h"
+#include "test/report/iso8601time.h"
+#include "test/report/runwatch.h"
+#include "test/report/testcasecounters.h"
 #include "test/testreportgenerator.h"
-#include "test/xmlelement.h"
 
 #include <memory>
 #include <optional>
@@ -35,7 +35,7 @@ private:
     void dumpReport();
 
     std::unique_ptr<ReportFile> m_file;
-    HeldReport m_results;
+    BufferedReport m_results;
     // The start of the current test case, held back until its counts are known.
     std::optional<XmlElement> m_startNode;
     TestCaseCounters m_counters;

@@ -1,6 +1,6 @@
 #include "test/xmlstreamwriter.h"
 
-#include "test/reporttext.h"
+#include "test/output/reporttext.h"
 
 #include <algorithm>
 #include <array>

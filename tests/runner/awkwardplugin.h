@@ -1,6 +1,6 @@
 #pragma once
 
-#include "objectmodel/qt/applicationplugin.h"
+#include "qtbackend/applicationplugin.h"
 
 #include <QObject>
 #include <QWidget>

@@ -60,8 +60,8 @@ TEST(InstallTest, AnotherProjectBuildsAgainstTheInstalledTreeAndTheRunnerRuns)
 
     environment.insert("PKG_CONFIG_PATH", prefix + "/lib/pkgconfig");
     const QByteArray flags =
-        outputOf("pkg-config", {"--cflags", "--libs", "morvex-objectmodel-qt"}, environment);
-    for (const char *flag : {"/include/morvex", "-lmorvex_objectmodel_qt", "-lmorvex ", "Widgets"})
+        outputOf("pkg-config", {"--cflags", "--libs", "morvex-qtbackend"}, environment);
+    for (const char *flag : {"/include/morvex", "-lmorvex_qtbackend", "-lmorvex ", "Widgets"})
         EXPECT_TRUE(flags.contains(flag)) << flags.constData();
 
     RunnerProcess runner;

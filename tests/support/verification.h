@@ -1,6 +1,6 @@
 #pragma once
 
-#include "objectmodel/qt/qtinspector.h"
+#include "qtbackend/qtinspector.h"
 #include "support/environmentguard.h"
 #include "support/recordinggenerator.h"
 #include "test/dummyrunnerinterface.h"

@@ -4,7 +4,7 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/samplerun.h"
-#include "test/webreportrepair.h"
+#include "test/webreport/webreportrepair.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -5,9 +5,9 @@
 #include "support/reportcounts.h"
 #include "support/reports.h"
 #include "support/sampleentries.h"
-#include "test/heldreport.h"
 #include "test/nullreportgenerator.h"
-#include "test/reportfile.h"
+#include "test/output/reportfile.h"
+#include "test/report/bufferedreport.h"
 #include "test/testreportgeneratorfactory.h"
 
 #include <QDir>
@@ -231,7 +231,7 @@ TEST(HeldReportTest, TheGapIsFilledInItsPlaceHoweverMuchStandsBehindIt)
 {
     QTemporaryDir dir;
     const QByteArray large(200000, 'x');
-    HeldReport held;
+    BufferedReport held;
     held.append("a");
     held.openGap();
     held.append(large);

@@ -2,7 +2,7 @@
 
 #include "shared/xmltablerange.h"
 #include "support/capture.h"
-#include "test/diff.h"
+#include "test/verification/diff.h"
 
 #include <QColor>
 #include <QDataStream>

@@ -5,9 +5,9 @@
 #include "support/files.h"
 #include "support/recordinggenerator.h"
 #include "test/cancellation.h"
+#include "test/child/rawstreamoutput.h"
+#include "test/child/testcasetransmission.h"
 #include "test/rawreportgenerator.h"
-#include "test/rawstreamoutput.h"
-#include "test/testcasetransmission.h"
 #include "test/testresult.h"
 
 #include <QCoreApplication>

@@ -5,10 +5,10 @@
 #include "support/files.h"
 #include "support/recordinggenerator.h"
 #include "support/sampleentries.h"
-#include "test/multioutputdevice.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
 #include "test/openreportfile.h"
+#include "test/output/multioutputdevice.h"
 #include "test/testreportgeneratorfactory.h"
 
 #include <QBuffer>

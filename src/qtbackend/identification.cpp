@@ -1,0 +1,93 @@
+#include "qtbackend/identification.h"
+
+#include "objectmodel/objectname.h"
+
+#include <QAbstractSpinBox>
+#include <QLineEdit>
+#include <QMetaProperty>
+#include <QVariant>
+
+namespace Morvex {
+namespace {
+
+const char *const labels[] = {"text", "title", "windowTitle"};
+
+// The toolkit marks what a widget is there to edit as its user property.
+bool isTyped(const QObject *object, const char *property)
+{
+    const QMetaObject *metaObject = object->metaObject();
+    return metaObject->property(metaObject->indexOfProperty(property)).isUser() ||
+           qobject_cast<const QAbstractSpinBox *>(object);
+}
+
+bool hidesItsText(const QObject *object)
+{
+    for (const char *property : {"echoMode", "textEchoMode"}) {
+        const QVariant mode = object->property(property);
+        if (mode.isValid())
+            return mode.toInt() != QLineEdit::Normal;
+    }
+    return false;
+}
+
+bool isSecret(const QObject *object, const QString &property)
+{
+    for (const char *secret : {"text", "selectedText", "textValue"}) {
+        if (property == QLatin1String(secret))
+            return hidesItsText(object);
+    }
+    return false;
+}
+
+void addText(const QObject *object, const char *property, QHash<QString, QString> *texts)
+{
+    const QString text = object->property(property).toString();
+    if (!text.isEmpty() && !isTyped(object, property))
+        texts->insert(QLatin1String(property), text);
+}
+
+} // namespace
+
+QString labelOf(const QObject *object)
+{
+    for (const char *property : labels) {
+        const QString name = QLatin1String(property);
+        const QString text = textForReaders(object, name, object->property(property).toString());
+        if (!text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
+QHash<QString, QString> identifyingPropertiesOf(const QObject *object)
+{
+    QHash<QString, QString> texts;
+    addText(object, "objectName", &texts);
+    for (const char *property : labels)
+        addText(object, property, &texts);
+    return texts;
+}
+
+QString realNameOf(const QObject *object)
+{
+    QMap<QString, ObjectName::PropertyValue> properties;
+    const auto add = [&properties](const QString &name, const QString &text) {
+        properties.insert(name, {ObjectName::PropertyValue::EXACT, text});
+    };
+    add(QStringLiteral("type"), QString::fromLatin1(object->metaObject()->className()));
+    if (!object->objectName().isEmpty()) {
+        add(QStringLiteral("name"), object->objectName());
+    } else {
+        const QHash<QString, QString> texts = identifyingPropertiesOf(object);
+        for (auto it = texts.begin(); it != texts.end(); ++it)
+            add(it.key(), it.value());
+    }
+    return ObjectName(properties).qualifiedName();
+}
+
+QString textForReaders(const QObject *object, const QString &property, const QString &text)
+{
+    return isSecret(object, property) ? object->property("displayText").toString() : text;
+}
+
+} // namespace Morvex

@@ -1,0 +1,96 @@
+#include "qtbackend/namecondition.h"
+
+#include "qtbackend/qtmodel.h"
+
+#include <QStringList>
+#include <QWidget>
+
+namespace Morvex {
+namespace {
+
+bool isAncestor(const QObject *ancestor, const QObject *object)
+{
+    const QObject *parent = object->parent();
+    while (parent && parent != ancestor)
+        parent = parent->parent();
+    return parent;
+}
+
+const QObject *windowOf(const QObject *object)
+{
+    while (object && !object->isWidgetType())
+        object = object->parent();
+    return object ? static_cast<const QWidget *>(object)->window() : nullptr;
+}
+
+// Null when there is no such value.
+SharedPtr<Object> walk(SharedPtr<Object> value, const QString &path)
+{
+    for (const QString &step : path.split(QLatin1Char('.'), Qt::SkipEmptyParts)) {
+        const Class *valueClass = value ? value->objectClass() : nullptr;
+        const Property *found = valueClass ? valueClass->property(step) : nullptr;
+        value = found ? found->get(value) : SharedPtr<Object>();
+    }
+    return value;
+}
+
+} // namespace
+
+bool NameCondition::fits(const QString &text) const
+{
+    return value.kind == ObjectName::PropertyValue::EXACT ? text == value.text
+                                                          : expression.match(text).hasMatch();
+}
+
+bool NameCondition::fits(QLatin1String text) const
+{
+    return value.kind == ObjectName::PropertyValue::EXACT ? text == value.text
+                                                          : expression.match(text).hasMatch();
+}
+
+bool NameCondition::fitsType(const QObject *object) const
+{
+    const QMetaObject *type = object->metaObject();
+    while (type && !fits(QLatin1String(type->className())))
+        type = type->superClass();
+    return type;
+}
+
+bool NameCondition::fitsReference(QtModel &model, QObject *object) const
+{
+    if (property == QLatin1String("container"))
+        return isAncestor(referenced, object);
+    if (property == QLatin1String("window"))
+        return windowOf(object) == referenced;
+    if (property == QLatin1String("parent"))
+        return object->parent() == referenced;
+    const SharedPtr<Object> found = walk(model.wrap(object), property);
+    return found && model.unwrap(*found) == referenced;
+}
+
+bool NameCondition::holds(QtModel &model, QObject *object) const
+{
+    if (isReference())
+        return fitsReference(model, object);
+    if (property == QLatin1String("type"))
+        return fitsType(object);
+    QString text;
+    return readText(model, object, &text) && fits(text);
+}
+
+bool NameCondition::readText(QtModel &model, QObject *object, QString *text) const
+{
+    if (property == QLatin1String("name")) {
+        *text = object->objectName();
+        return true;
+    }
+    if (property == QLatin1String("type")) {
+        *text = QString::fromLatin1(object->metaObject()->className());
+        return true;
+    }
+    const SharedPtr<Object> found = walk(model.wrap(object), property);
+    *text = found ? found->valueText() : QString();
+    return bool(found);
+}
+
+} // namespace Morvex

@@ -1,0 +1,194 @@
+#include "qtbackend/nameresolver.h"
+
+#include "objectmodel/objectmap.h"
+#include "qtbackend/closestobjects.h"
+#include "qtbackend/qtmodel.h"
+
+#include <algorithm>
+
+namespace Morvex {
+namespace {
+
+const QLatin1String occurrenceKey("occurrence");
+
+QRegularExpression expressionOf(const ObjectName::PropertyValue &value)
+{
+    const bool isWildcard = value.kind == ObjectName::PropertyValue::WILDCARD;
+    QString pattern = value.text;
+    if (isWildcard) {
+        pattern = QRegularExpression::escape(pattern);
+        pattern.replace(QLatin1String("\\*"), QLatin1String(".*"));
+        pattern.replace(QLatin1String("\\?"), QLatin1String("."));
+    }
+    return QRegularExpression(QRegularExpression::anchoredPattern(pattern),
+                              QRegularExpression::DotMatchesEverythingOption);
+}
+
+bool isReference(const QString &property, const ObjectName::PropertyValue &value)
+{
+    return value.kind == ObjectName::PropertyValue::REFERENCE || ObjectName::isRelation(property);
+}
+
+// 0 when the name asks for none.
+std::size_t occurrenceOf(const ObjectName &name)
+{
+    return name.properties().value(occurrenceKey).text.toUInt();
+}
+
+void tell(QString *error, const QString &text)
+{
+    if (error)
+        *error = text;
+}
+
+// Cheap to find out, and few objects have it.
+bool isQuick(const NameCondition &condition)
+{
+    return !condition.isReference() && (condition.property == QLatin1String("name") ||
+                                        condition.property == QLatin1String("type"));
+}
+
+} // namespace
+
+NameResolver::NameResolver(QtModel &model)
+    : m_model(model)
+{
+}
+
+QObject *NameResolver::find(const QString &text, QString *error)
+{
+    m_isAmbiguous = false;
+    const QString name = text.trimmed();
+    if (ObjectName::isSymbolicName(name))
+        return findSymbolic(name, error);
+    const ObjectName objectName(name);
+    if (!objectName.isValid()) {
+        tell(error,
+             QStringLiteral("%1 is no name of an object: %2.").arg(name, objectName.error()));
+        return nullptr;
+    }
+    if (objectName.isMultiProperty())
+        return find(objectName, error);
+    return find(ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}}),
+                error);
+}
+
+QObject *NameResolver::findSymbolic(const QString &name, QString *error)
+{
+    const ObjectMap *map = ObjectMap::self();
+    if (!map || !map->names().contains(name)) {
+        tell(error, map ? QStringLiteral("The object map has no name '%1'.").arg(name)
+                        : QStringLiteral("There is no object map for '%1'.").arg(name));
+        return nullptr;
+    }
+    if (m_pending.contains(name)) {
+        tell(error, QStringLiteral("'%1' refers to itself.").arg(name));
+        return nullptr;
+    }
+    m_pending += name;
+    QObject *object = find(map->names().value(name).qualifiedName(), error);
+    m_pending.removeLast();
+    return object;
+}
+
+QObject *NameResolver::find(const ObjectName &name, QString *error)
+{
+    NameConditions conditions;
+    if (!makeConditions(name, &conditions, error))
+        return nullptr;
+    const std::vector<QObject *> found = fittingObjects(conditions);
+    const std::size_t occurrence = occurrenceOf(name);
+    if (occurrence > 0 ? occurrence <= found.size() : found.size() == 1)
+        return found[std::max<std::size_t>(occurrence, 1) - 1];
+    m_isAmbiguous = occurrence == 0 && !found.empty();
+    if (error)
+        *error = describeFailure(name, conditions, found);
+    return nullptr;
+}
+
+std::vector<QObject *> NameResolver::fittingObjects(const NameConditions &conditions)
+{
+    std::vector<QObject *> found;
+    for (QObject *object : m_model.allObjects()) {
+        const bool fits =
+            std::all_of(conditions.begin(), conditions.end(), [&](const NameCondition &condition) {
+                return condition.holds(m_model, object);
+            });
+        if (fits)
+            found.push_back(object);
+    }
+    return found;
+}
+
+bool NameResolver::makeConditions(const ObjectName &name, NameConditions *conditions,
+                                  QString *error)
+{
+    const auto properties = name.properties();
+    for (auto it = properties.begin(); it != properties.end(); ++it) {
+        if (it.key() == occurrenceKey)
+            continue;
+        NameCondition condition;
+        condition.property = it.key();
+        condition.value = it.value();
+        if (isReference(it.key(), it.value())) {
+            if (!makeReference(name, &condition, error))
+                return false;
+        } else if (it.value().kind != ObjectName::PropertyValue::EXACT) {
+            condition.expression = expressionOf(it.value());
+            if (!condition.expression.isValid()) {
+                tell(error, QStringLiteral("'%1' is no regular expression: %2.")
+                                .arg(it.value().text, condition.expression.errorString()));
+                return false;
+            }
+        }
+        conditions->push_back(condition);
+    }
+    std::stable_partition(conditions->begin(), conditions->end(), isQuick);
+    return true;
+}
+
+bool NameResolver::makeReference(const ObjectName &name, NameCondition *condition, QString *error)
+{
+    QString reason;
+    condition->value.kind = ObjectName::PropertyValue::REFERENCE;
+    condition->referenced = find(condition->value.text, error ? &reason : nullptr);
+    if (condition->referenced)
+        return true;
+    tell(error, QStringLiteral("The %1 of %2 is not %3. %4")
+                    .arg(condition->property, name.qualifiedName(),
+                         m_isAmbiguous ? QLatin1String("clear") : QLatin1String("there"), reason));
+    m_isAmbiguous = false;
+    return false;
+}
+
+QString NameResolver::describeFailure(const ObjectName &name, const NameConditions &conditions,
+                                      const std::vector<QObject *> &found)
+{
+    const std::size_t occurrence = occurrenceOf(name);
+    if (occurrence > 0)
+        return QStringLiteral("There are %1 objects like %2, none of which is number %3.")
+            .arg(found.size())
+            .arg(name.qualifiedName())
+            .arg(occurrence);
+    if (!found.empty())
+        return QStringLiteral("%1 fits %2 objects: %3.")
+            .arg(name.qualifiedName())
+            .arg(found.size())
+            .arg(describeFitting(found));
+    const QString text = QStringLiteral("There is no object %1.").arg(name.qualifiedName());
+    const QString closest = describeClosest(m_model, conditions);
+    return closest.isEmpty() ? text : QStringLiteral("%1 Closest: %2.").arg(text, closest);
+}
+
+QHash<const QObject *, QString> NameResolver::symbolicNames()
+{
+    QHash<const QObject *, QString> names;
+    const ObjectMap *map = ObjectMap::self();
+    for (const QString &name : map ? map->names().keys() : QStringList()) {
+        if (const QObject *object = find(name, nullptr))
+            names.insert(object, name);
+    }
+    return names;
+}
+
+} // namespace Morvex

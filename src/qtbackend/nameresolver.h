@@ -1,0 +1,46 @@
+#pragma once
+
+#include "objectmodel/objectname.h"
+#include "qtbackend/namecondition.h"
+
+#include <QHash>
+#include <QStringList>
+
+#include <vector>
+
+class QObject;
+
+namespace Morvex {
+
+class QtModel;
+
+/// Finds live objects by their names, as docs/object-names.md tells.
+class NameResolver
+{
+public:
+    explicit NameResolver(QtModel &model);
+
+    /// The one object of that name. Null when there is none or more than one; @p error, which may
+    /// be null, then says what there is instead. To find that out takes long.
+    QObject *find(const QString &name, QString *error);
+
+    /// The names in the object map of the objects that are there.
+    QHash<const QObject *, QString> symbolicNames();
+
+private:
+    QObject *findSymbolic(const QString &name, QString *error);
+    QObject *find(const ObjectName &name, QString *error);
+    bool makeConditions(const ObjectName &name, NameConditions *conditions, QString *error);
+    bool makeReference(const ObjectName &name, NameCondition *condition, QString *error);
+    std::vector<QObject *> fittingObjects(const NameConditions &conditions);
+    QString describeFailure(const ObjectName &name, const NameConditions &conditions,
+                            const std::vector<QObject *> &found);
+
+    QtModel &m_model;
+    // Symbolic names that are being looked up: they may refer to each other.
+    QStringList m_pending;
+    // Whether the last name that was not found fits more than one object.
+    bool m_isAmbiguous = false;
+};
+
+} // namespace Morvex

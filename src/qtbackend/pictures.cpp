@@ -1,0 +1,93 @@
+#include "qtbackend/pictures.h"
+
+#include "qtbackend/turneventloop.h"
+#include "shared/imageequality.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPixmap>
+#include <QPointer>
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace Morvex {
+namespace {
+
+Screenshot withPlace(const QImage &image, const QPoint &origin)
+{
+    const qreal density = image.devicePixelRatio();
+    QTransform transform;
+    transform.translate(origin.x(), origin.y());
+    transform.scale(1 / density, 1 / density);
+    return Screenshot(image, transform, density);
+}
+
+// The lowest first: nothing covers an open menu or list.
+std::vector<QWidget *> visibleWindows(const std::vector<QObject *> &objects)
+{
+    std::vector<QWidget *> windows;
+    for (QObject *object : objects) {
+        auto *widget = qobject_cast<QWidget *>(object);
+        if (widget && widget->isWindow() && widget->isVisible())
+            windows.push_back(widget);
+    }
+    std::stable_partition(windows.begin(), windows.end(),
+                          [](const QWidget *window) { return window->windowType() != Qt::Popup; });
+    return windows;
+}
+
+// Some platforms have no picture of the screen as a whole.
+QImage paintWindows(const QRect &area, const std::vector<QObject *> &objects)
+{
+    QImage image(area.size(), QImage::Format_RGB32);
+    if (image.isNull())
+        return {};
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    for (QWidget *window : visibleWindows(objects))
+        painter.drawPixmap(window->frameGeometry().topLeft() - area.topLeft(), window->grab());
+    return image;
+}
+
+} // namespace
+
+QImage grabWidget(QObject *object)
+{
+    return object && object->isWidgetType() ? static_cast<QWidget *>(object)->grab().toImage()
+                                            : QImage();
+}
+
+Screenshot grabScreenshot(QObject *object, int delay, QString *error)
+{
+    const QPointer<QObject> alive = object;
+    turnEventLoop(delay);
+    if (!alive) {
+        *error = QStringLiteral("the object is gone");
+        return {};
+    }
+    QImage image = grabWidget(alive);
+    if (image.isNull()) {
+        *error = alive->isWidgetType() ? QStringLiteral("the widget has no size")
+                                       : QStringLiteral("the object is no widget");
+        return {};
+    }
+    // On their way pictures lose their transparency, and with it what made these pixels alike.
+    normalizeTransparency(&image);
+    return withPlace(image, static_cast<QWidget *>(object)->mapToGlobal(QPoint()));
+}
+
+Screenshot grabDesktop(const std::vector<QObject *> &objects)
+{
+    QScreen *screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return {};
+    const QImage grabbed = QGuiApplication::platformName() == QLatin1String("offscreen")
+                               ? QImage()
+                               : screen->grabWindow(0).toImage();
+    const QRect area = grabbed.isNull() ? screen->virtualGeometry() : screen->geometry();
+    return withPlace(grabbed.isNull() ? paintWindows(area, objects) : grabbed, area.topLeft());
+}
+
+} // namespace Morvex

@@ -1,0 +1,136 @@
+#include "qtbackend/qtinspector.h"
+
+#include "objectmodel/namespace.h"
+#include "qtbackend/applicationfunctions.h"
+#include "qtbackend/liveobject.h"
+#include "qtbackend/modelmethods.h"
+#include "qtbackend/modeltablerange.h"
+#include "qtbackend/nameresolver.h"
+#include "qtbackend/qtmodel.h"
+#include "qtbackend/turneventloop.h"
+
+#include <QElapsedTimer>
+#include <QMap>
+
+#include <memory>
+
+namespace Morvex {
+namespace {
+
+const int waitStep = 10;
+
+class QtNamespace : public Namespace
+{
+public:
+    QtNamespace(QtModel &model, const QString &name)
+        : m_model(model)
+        , m_name(name)
+    {
+    }
+
+    const Class *getClass(const QString &name) const override
+    {
+        return m_model.findClass(m_name + QLatin1String("::") + name);
+    }
+
+private:
+    QtModel &m_model;
+    QString m_name;
+};
+
+} // namespace
+
+struct QtInspector::Private
+{
+    QtModel model;
+    QMap<QString, std::shared_ptr<QtNamespace>> namespaces;
+};
+
+QtInspector::QtInspector()
+    : d(std::make_unique<Private>())
+{
+    addModelMethods(d->model);
+}
+
+QtInspector::~QtInspector() = default;
+
+SharedPtr<Object> QtInspector::makeInt(int value)
+{
+    return d->model.wrapValue(value);
+}
+
+SharedPtr<Object> QtInspector::makeDouble(double value)
+{
+    return d->model.wrapValue(value);
+}
+
+SharedPtr<Object> QtInspector::makeBool(bool value)
+{
+    return d->model.wrapValue(value);
+}
+
+SharedPtr<Object> QtInspector::makeString(const QByteArray &utf8)
+{
+    return d->model.wrapValue(QString::fromUtf8(utf8));
+}
+
+const Class *QtInspector::findClass(const QString &name)
+{
+    return d->model.findClass(name);
+}
+
+const Class *QtInspector::globalClass()
+{
+    return d->model.namedClass(QLatin1String(globalClassName));
+}
+
+const Namespace *QtInspector::findNamespace(const QString &name)
+{
+    auto known = d->namespaces.find(name);
+    if (known == d->namespaces.end()) {
+        if (!d->model.hasNamespace(name))
+            return nullptr;
+        known = d->namespaces.insert(name, std::make_shared<QtNamespace>(d->model, name));
+    }
+    return known->get();
+}
+
+SharedPtr<Object> QtInspector::cast(const SharedPtr<Object> &object, const QString &className)
+{
+    const Class *objectClass = object ? object->objectClass() : nullptr;
+    if (!objectClass)
+        return {};
+    if (className == QLatin1String(tableClassName)) {
+        const Class *table = d->model.namedClass(className);
+        return ModelTableRange::isTable(d->model.unwrap(*object))
+                   ? SharedPtr<Object>(new LiveObject(d->model, object->id(), table))
+                   : SharedPtr<Object>();
+    }
+    const Class *wanted = d->model.findClass(className);
+    return objectClass->isSubclassOf(wanted) ? object : SharedPtr<Object>();
+}
+
+SharedPtr<Object> QtInspector::waitForObject(const QString &name, int timeout, QString *error)
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (int wait = 0;; wait = waitStep) {
+        turnEventLoop(wait);
+        const bool isLast = timer.elapsed() >= timeout;
+        QObject *object = NameResolver(d->model).find(name, isLast ? error : nullptr);
+        if (object || isLast)
+            return d->model.wrap(object);
+    }
+}
+
+QVariant QtInspector::callFunction(const QString &name, const QVariantList &arguments,
+                                   QString *error)
+{
+    QString reason;
+    const QVariant result = callApplicationFunction(d->model, name, arguments, &reason);
+    if (error)
+        *error = reason;
+    return result;
+}
+
+} // namespace Morvex

@@ -1,0 +1,33 @@
+#include "qtbackend/turneventloop.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QTimer>
+
+namespace Morvex {
+namespace {
+
+void handleEvents(QEventLoop::ProcessEventsFlags flags)
+{
+    QCoreApplication::processEvents(flags);
+    // Outside of a running event loop nobody else would delete them.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+} // namespace
+
+void turnEventLoop(int milliseconds)
+{
+    QTimer alarm;
+    alarm.setSingleShot(true);
+    alarm.setTimerType(Qt::PreciseTimer);
+    if (milliseconds > 0)
+        alarm.start(milliseconds);
+    // No loop of its own: once the application has called quit, none runs any more.
+    while (alarm.isActive())
+        handleEvents(QEventLoop::WaitForMoreEvents);
+    handleEvents(QEventLoop::AllEvents);
+}
+
+} // namespace Morvex

@@ -1,0 +1,79 @@
+#include "qtbackend/typedkeys.h"
+
+#include <QKeySequence>
+#include <QVector>
+
+namespace Morvex {
+namespace {
+
+// Keys above are no characters.
+const int firstSpecialKey = 0x01000000;
+
+QString textOfCode(uint code)
+{
+    return QString::fromUcs4(&code, 1);
+}
+
+TypedKey keyOfCharacter(uint code)
+{
+    if (code == '\n')
+        return {Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r")};
+    if (code == '\t')
+        return {Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t")};
+    const Qt::KeyboardModifier modifier = QChar::isUpper(code) ? Qt::ShiftModifier : Qt::NoModifier;
+    return {static_cast<int>(QChar::toUpper(code)), modifier, textOfCode(code)};
+}
+
+QString textOfKey(int key, Qt::KeyboardModifiers modifiers)
+{
+    const Qt::KeyboardModifiers commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if (modifiers & commands)
+        return {};
+    if (key == Qt::Key_Return || key == Qt::Key_Enter)
+        return QStringLiteral("\r");
+    if (key == Qt::Key_Tab && !(modifiers & Qt::ShiftModifier))
+        return QStringLiteral("\t");
+    if (key >= firstSpecialKey)
+        return {};
+    const auto code = static_cast<uint>(key);
+    return textOfCode(modifiers & Qt::ShiftModifier ? code : QChar::toLower(code));
+}
+
+bool keyOfName(const QString &name, TypedKey *key)
+{
+    const QKeySequence sequence = QKeySequence::fromString(name, QKeySequence::PortableText);
+    if (sequence.count() != 1 || sequence[0] == Qt::Key_unknown)
+        return false;
+    key->key = static_cast<int>(sequence[0] & ~int(Qt::KeyboardModifierMask));
+    key->modifiers = Qt::KeyboardModifiers(sequence[0] & int(Qt::KeyboardModifierMask));
+    key->text = textOfKey(key->key, key->modifiers);
+    return true;
+}
+
+} // namespace
+
+QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys)
+{
+    const QVector<uint> codes = text.toUcs4();
+    for (int i = 0; i < codes.size(); ++i) {
+        if (codes.at(i) != '<') {
+            keys->push_back(keyOfCharacter(codes.at(i)));
+            continue;
+        }
+        if (i + 1 < codes.size() && codes.at(i + 1) == '<') {
+            keys->push_back(keyOfCharacter(codes.at(i++)));
+            continue;
+        }
+        const int end = codes.indexOf('>', i);
+        const QVector<uint> inside = codes.mid(i + 1, end < 0 ? -1 : end - i - 1);
+        const QString name = QString::fromUcs4(inside.constData(), inside.size());
+        TypedKey key;
+        if (end < 0 || !keyOfName(name, &key))
+            return QStringLiteral("'<%1>' is no key; \"<\" is typed by \"<<\"").arg(name);
+        keys->push_back(key);
+        i = end;
+    }
+    return {};
+}
+
+} // namespace Morvex

@@ -1,0 +1,131 @@
+#include "test/verification/vpimages.h"
+
+#include "objectmodel/class.h"
+#include "objectmodel/inspector.h"
+#include "objectmodel/methodlist.h"
+#include "shared/loadimage.h"
+#include "shared/richimage.h"
+#include "test/runnerinterface.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace Morvex {
+namespace {
+
+QVariant callFunction(const QString &name, const QVariantList &arguments, QString *error)
+{
+    if (Inspector *inspector = Inspector::self())
+        return inspector->callFunction(name, arguments, error);
+    *error = QStringLiteral("There is no application");
+    return {};
+}
+
+QImage imageOf(const QVariant &value)
+{
+    return value.userType() != QMetaType::QImage && value.canConvert<QByteArray>()
+               ? loadImage(value.toByteArray(), QByteArrayLiteral("PNG"))
+               : value.value<QImage>();
+}
+
+} // namespace
+
+QString testCaseResultDir(RunnerInterface *runner)
+{
+    const QChar separator = QDir::separator();
+    const QFileInfo testCase(QFileInfo(runner->currentTestCase()).absolutePath());
+    const QFileInfo suite(testCase.path());
+    return runner->resultDirectory() + separator + suite.fileName() + separator +
+           testCase.fileName() + separator;
+}
+
+QString failedOutputDir(RunnerInterface *runner, const QString &subDir)
+{
+    const QString dir =
+        runner->resultDirectory().isEmpty()
+            ? QFileInfo(runner->currentTestCase()).absolutePath() + QDir::separator()
+            : testCaseResultDir(runner);
+    return dir + subDir + QDir::separator();
+}
+
+QString typeNameForTestResultType(TestResult::ResultType type)
+{
+    switch (type) {
+    case TestResult::LOG:
+        return QStringLiteral("log");
+    case TestResult::ERROR:
+        return QStringLiteral("error");
+    case TestResult::PASS:
+    case TestResult::XFAIL:
+        return QStringLiteral("passed");
+    case TestResult::FAIL:
+    case TestResult::XPASS:
+        return QStringLiteral("failed");
+    case TestResult::WARNING:
+        return QStringLiteral("warned");
+    default:
+        return QStringLiteral("unknown");
+    }
+}
+
+QString numberedFile(const QString &dir, const QString &stem, const QString &extension)
+{
+    for (int number = 1;; ++number) {
+        const QString path = dir + stem + QLatin1Char('_') + QString::number(number) + extension;
+        if (!QFileInfo::exists(path))
+            return path;
+    }
+}
+
+bool saveImage(const QImage &image, const QString &path, const char *format)
+{
+    QFile file(path);
+    // The image writer does not see what the file still holds back.
+    return file.open(QIODevice::WriteOnly) && image.save(&file, format) && file.flush();
+}
+
+QImage desktopScreenshot()
+{
+    QString error;
+    return Screenshot::fromVariant(
+        callFunction(QStringLiteral("desktopScreenshot"), QVariantList(), &error));
+}
+
+QImage grabObjectScreenshot(const SharedPtr<Object> &object, int options, int delay, QString *error)
+{
+    QString reason;
+    const QVariant answer = callFunction(QStringLiteral("grabObjectScreenshot"),
+                                         {object->id(), options, delay}, &reason);
+    if (!answer.isValid())
+        *error = QStringLiteral("TestVP::grabObjectScreenshot: calling grabObjectScreenshot "
+                                "returned invalid variant! %1")
+                     .arg(reason);
+    else if (answer.isNull())
+        *error = QStringLiteral("TestVP::grabObjectScreenshot: calling grabObjectScreenshot "
+                                "returned null variant! %1")
+                     .arg(reason);
+    else if (answer.userType() != QMetaType::QVariantMap)
+        *error = QStringLiteral("TestVP::grabObjectScreenshot: calling grabObjectScreenshot "
+                                "returned non-screenshot variant!");
+    if (!error->isEmpty())
+        return {};
+    const QImage image = Screenshot::fromVariant(answer);
+    if (image.isNull())
+        *error = QStringLiteral("grabObjectScreenshot: calling grabObjectScreenshot returned an "
+                                "invalid image!");
+    return image;
+}
+
+QImage grabObjectPixmap(const SharedPtr<Object> &object, QString *error)
+{
+    Inspector *inspector = Inspector::self();
+    const MethodList *method =
+        inspector ? inspector->globalClass()->methods(QStringLiteral("grabWidget")) : nullptr;
+    SharedPtr<Object> pixmap;
+    if (!method || !method->invoke(SharedPtr<Object>(), {object}, &pixmap) || !pixmap)
+        return {};
+    return imageOf(callFunction(QStringLiteral("getPixmapAsImage"), {pixmap->id()}, error));
+}
+
+} // namespace Morvex

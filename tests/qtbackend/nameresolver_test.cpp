@@ -1,0 +1,221 @@
+#include "objectmodel/objectmap.h"
+#include "qtbackend/qtinspector.h"
+
+#include <QAction>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace Morvex;
+
+class NameResolverTest : public testing::Test
+{
+protected:
+    NameResolverTest()
+    {
+        window.setObjectName("main");
+        window.setWindowTitle("Main window");
+        auto *layout = new QVBoxLayout(&window);
+        for (const char *text : {"&Save", "Save as", "Load"}) {
+            auto *button = new QPushButton(QString(text));
+            layout->addWidget(button);
+            buttons.push_back(button);
+        }
+        buttons[2]->setObjectName("load");
+        buttons[2]->hide();
+        auto *action = new QAction("Quit", &window);
+        action->setObjectName("quit");
+        auto *box = new QWidget;
+        box->setObjectName("box");
+        layout->addWidget(box);
+        auto *label = new QLabel("inner", box);
+        label->setObjectName("label");
+        dialog.setObjectName("dialog");
+        auto *other = new QLabel("inner", &dialog);
+        other->setObjectName("label");
+        map.insert(":Main", ObjectName("{name='main'}"));
+        map.insert(":Label", ObjectName("{name='label' window=':Main'}"));
+        map.insert(":Loop", ObjectName("{parent=':Loop'}"));
+        ObjectMap::install(&map);
+    }
+
+    /// The text of the object, or why there is none.
+    QString find(const QString &name)
+    {
+        QString error;
+        const SharedPtr<Object> object = inspector.findObject(name, &error);
+        return object ? object->valueText() : error;
+    }
+
+    QWidget window;
+    QWidget dialog{&window, Qt::Dialog};
+    std::vector<QPushButton *> buttons;
+    ObjectMap map;
+    QtInspector inspector;
+};
+
+TEST_F(NameResolverTest, NamesFindTheirObjects)
+{
+    const char *const rows[][2] = {
+        {"load", "{name='load' type='QPushButton'}"},
+        {"{name='quit'}", "{name='quit' type='QAction'}"},
+        {"{text='&Save'}", "{text='&Save' type='QPushButton'}"},
+        {"{text?='Save ?s'}", "{text='Save as' type='QPushButton'}"},
+        {"{text~='S.*s'}", "{text='Save as' type='QPushButton'}"},
+        {"{type='QAbstractButton' text?='L*'}", "{name='load' type='QPushButton'}"},
+        {"{type?='QPush*' objectName='load'}", "{name='load' type='QPushButton'}"},
+        {"{type='QPushButton' occurrence='2'}", "{text='Save as' type='QPushButton'}"},
+        {"{type='QLabel' container={name='box'}}", "{name='label' type='QLabel'}"},
+        {"{type='QLabel' parent='dialog'}", "{name='label' type='QLabel'}"},
+        {"{type='QPushButton' geometry.x='0' text='Load'}", "{name='load' type='QPushButton'}"},
+        {":Main", "{name='main' type='QWidget'}"},
+        {":Label", "{name='label' type='QLabel'}"},
+        {" :Label\n", "{name='label' type='QLabel'}"},
+        {" load ", "{name='load' type='QPushButton'}"},
+        {"{text='&Save' parent=' main '}", "{text='&Save' type='QPushButton'}"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(find(row[0]), row[1]) << row[0];
+}
+
+TEST_F(NameResolverTest, AMissingOrAmbiguousObjectIsToldWithWhatThereIsInstead)
+{
+    const char *const rows[][2] = {
+        {"{name='nothing'}", "There is no object {name='nothing'}."},
+        {"{name='load' text='Store'}",
+         "There is no object {name='load' text='Store'}. Closest: {name='load' "
+         "type='QPushButton'} with text 'Load'."},
+        {"{name='load' colour='red' parent='dialog'}",
+         "There is no object {colour='red' name='load' parent='dialog'}. Closest: {name='load' "
+         "type='QPushButton'} with no colour, another parent."},
+        {"lod", "There is no object {name='lod'}. Closest: {name='load' type='QPushButton'} with "
+                "name 'load'."},
+        {"{text='innre' container='dialog'}",
+         "There is no object {container='dialog' text='innre'}. Closest: {name='label' "
+         "type='QLabel'} with text 'inner'."},
+        {"save as", "There is no object {name='save as'}. Closest: {text='&Save' "
+                    "type='QPushButton'} with name ''; {text='Save as' type='QPushButton'} with "
+                    "name ''."},
+        {"{text='Save' type='QPushButton'}",
+         "There is no object {text='Save' type='QPushButton'}. Closest: {text='&Save' "
+         "type='QPushButton'} with text '&Save'; {text='Save as' type='QPushButton'} with text "
+         "'Save as'."},
+        {"{type='QPushButon' window='dialog'}",
+         "There is no object {type='QPushButon' window='dialog'}. Closest: {text='&Save' "
+         "type='QPushButton'} with type 'QPushButton', another window; {text='Save as' "
+         "type='QPushButton'} with type 'QPushButton', another window; {name='load' "
+         "type='QPushButton'} with type 'QPushButton', another window."},
+        {"{name='label'}",
+         "{name='label'} fits 2 objects: {name='label' type='QLabel'} (occurrence 1 in "
+         "{name='dialog' type='QWidget'}, hidden), {name='label' type='QLabel'} (occurrence 2 in "
+         "{name='box' type='QWidget'}, hidden)."},
+        {"{name='x' parent={name='label'}}",
+         "The parent of {name='x' parent={name='label'}} is not clear. {name='label'} fits 2 "
+         "objects: {name='label' type='QLabel'} (occurrence 1 in {name='dialog' type='QWidget'}, "
+         "hidden), {name='label' type='QLabel'} (occurrence 2 in {name='box' type='QWidget'}, "
+         "hidden)."},
+        {"{type='QPushButton'}",
+         "{type='QPushButton'} fits 3 objects: {text='&Save' type='QPushButton'}, {text='Save as' "
+         "type='QPushButton'}, {name='load' type='QPushButton'}."},
+        {"{type='QPushButton' occurrence='4'}",
+         "There are 3 objects like {occurrence='4' type='QPushButton'}, none of which is number "
+         "4."},
+        {"{name='load' window={name='none'}}",
+         "The window of {name='load' window={name='none'}} is not there. There is no object "
+         "{name='none'}."},
+        {"{name~='('}", "'(' is no regular expression: missing closing parenthesis."},
+        {":Loop", "The parent of {parent=':Loop'} is not there. ':Loop' refers to itself."},
+        {":Nobody", "The object map has no name ':Nobody'."},
+        {"{name", "{name is no name of an object: \"=\", \"?=\" or \"~=\" is missing, at character "
+                  "6."},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(find(row[0]), row[1]);
+    ObjectMap::install(nullptr);
+    EXPECT_EQ(find(":Main"), "There is no object map for ':Main'.");
+}
+
+TEST_F(NameResolverTest, WhatUsersTypeIsInNoMessage)
+{
+    auto *password = new QLineEdit("secret", buttons[0]);
+    password->setEchoMode(QLineEdit::Password);
+    new QLineEdit("typed", buttons[0]);
+    new QSpinBox(buttons[0]);
+    const QString bullets(6, password->displayText().at(0));
+    EXPECT_EQ(find("{type='QLineEdit' text='secret'}"), "{type='QLineEdit'}");
+    EXPECT_EQ(find("{type='QSpinBox'}"), "{type='QSpinBox'}");
+    EXPECT_EQ(
+        find("{type='QLineEdit' echoMode='Password' text='x'}"),
+        QString("There is no object {echoMode='Password' text='x' type='QLineEdit'}. Closest: "
+                "{type='QLineEdit'} with text '%1'.")
+            .arg(bullets));
+}
+
+TEST_F(NameResolverTest, OccurrencesCountInAnOrderThatNoRunChanges)
+{
+    std::vector<std::unique_ptr<QWidget>> windows(8);
+    for (auto &made : windows)
+        made = std::make_unique<QWidget>();
+    const int order[] = {3, 1, 4, 0, 5, 2, 7, 6};
+    for (int i : order) {
+        QWidget *shown = windows[std::size_t(i)].get();
+        shown->show();
+        new QGroupBox(QString::number(i), shown);
+        new QMenu(QString::number(i), &window);
+    }
+    int occurrence = 0;
+    for (int i : order) {
+        ++occurrence;
+        for (const QString type : {"QGroupBox", "QMenu"})
+            EXPECT_EQ(find(QString("{type='%1' occurrence='%2'}").arg(type).arg(occurrence)),
+                      QString("{title='%1' type='%2'}").arg(i).arg(type));
+    }
+}
+
+TEST_F(NameResolverTest, WaitingLetsTheApplicationMakeTheObject)
+{
+    QTimer::singleShot(50, &window, [this] { (new QLabel(&window))->setObjectName("late"); });
+    QString error;
+    EXPECT_FALSE(inspector.waitForObject("late", 0, &error));
+    EXPECT_EQ(error, "There is no object {name='late'}.");
+    EXPECT_TRUE(inspector.waitForObject("late", 60000, &error));
+}
+
+TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsGoneAtTheNextLookup)
+{
+    const SharedPtr<Object> load = inspector.findObject("load", nullptr);
+    ASSERT_TRUE(load && load->objectClass());
+    buttons[2]->deleteLater();
+    EXPECT_FALSE(inspector.findObject("load", nullptr));
+    EXPECT_FALSE(load->objectClass());
+    EXPECT_EQ(load->valueText(), "(an object that is gone)");
+    EXPECT_FALSE(load->compare(SharedPtr<Object>()));
+}
+
+TEST_F(NameResolverTest, AnObjectThatLosesItsConnectionsIsNotTakenForTheNextOneAtItsAddress)
+{
+    void *memory = ::operator new(sizeof(QObject));
+    auto *first = new (memory) QObject(&window);
+    first->setObjectName("guest");
+    const SharedPtr<Object> known = inspector.findObject("guest", nullptr);
+    ASSERT_TRUE(known);
+    first->disconnect();
+    first->~QObject();
+    EXPECT_FALSE(known->objectClass());
+    auto *second = new (memory) QObject(&window);
+    second->setObjectName("guest");
+    const SharedPtr<Object> next = inspector.findObject("guest", nullptr);
+    ASSERT_TRUE(next);
+    EXPECT_NE(next->id(), known->id());
+    second->~QObject();
+    ::operator delete(memory);
+}

@@ -1,0 +1,273 @@
+#include "qtbackend/qtinspector.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCompleter>
+#include <QDialog>
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+
+/// A window in which the widgets have places of the test's own.
+class UserInputTest : public testing::Test
+{
+protected:
+    UserInputTest()
+    {
+        window.setObjectName("window");
+        window.resize(800, 600);
+    }
+
+    template <typename Widget>
+    Widget *add(const char *name, const QRect &place, QWidget *parent = nullptr)
+    {
+        auto *widget = new Widget(parent ? parent : &window);
+        widget->setObjectName(name);
+        widget->setGeometry(place);
+        return widget;
+    }
+
+    /// The error text.
+    QString call(const char *function, const char *object, const QVariantList &arguments)
+    {
+        window.show();
+        QString error;
+        const SharedPtr<Object> found = inspector.findObject(object, &error);
+        if (found)
+            inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
+        return error;
+    }
+    QString click(const char *object, const QVariantList &place = {})
+    {
+        return call("clickObject", object, place);
+    }
+    QString type(const char *object, const char *text)
+    {
+        return call("typeText", object, {QString(text)});
+    }
+
+    QtInspector inspector;
+    QWidget window;
+};
+
+TEST_F(UserInputTest, KeysGoWhereTheFocusIs)
+{
+    auto *first = add<QLineEdit>("first", {0, 0, 100, 30});
+    auto *second = add<QLineEdit>("second", {0, 40, 100, 30});
+    auto *choice = add<QComboBox>("choice", {0, 80, 100, 30});
+    choice->addItems({"a", "b", "c"});
+    EXPECT_EQ(type("first", "Hello<Tab>World<Shift+Tab>!"), QString());
+    EXPECT_EQ(first->text(), "!");
+    EXPECT_EQ(second->text(), "World");
+    EXPECT_EQ(type("choice", "<F4><Down><Down><Return>"), QString());
+    EXPECT_EQ(choice->currentText(), "c");
+}
+
+TEST_F(UserInputTest, KeysTypeTheirCharacters)
+{
+    auto *edit = add<QLineEdit>("edit", {0, 0, 100, 30});
+    const char *const rows[][2] = {
+        {"<A><Shift+A><Space>b", "aA b"},
+        {"x\xf0\x9f\x98\x80y", "x\xf0\x9f\x98\x80y"},
+        {"1<Left><End>2<F5>", "12"},
+    };
+    for (const auto &row : rows) {
+        edit->clear();
+        EXPECT_EQ(type("edit", row[0]), QString());
+        EXPECT_EQ(edit->text(), QString(row[1]));
+    }
+}
+
+TEST_F(UserInputTest, KeysReachShortcutsOfTheirWindow)
+{
+    add<QLineEdit>("edit", {0, 0, 100, 30});
+    QAction save;
+    int saved = 0;
+    save.setShortcut(QKeySequence("Ctrl+S"));
+    window.addAction(&save);
+    QObject::connect(&save, &QAction::triggered, &window, [&saved] { ++saved; });
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_EQ(type("edit", "<Ctrl+S>"), QString());
+    EXPECT_EQ(saved, 1);
+}
+
+TEST_F(UserInputTest, AWidgetInASceneIsClickedAndTypedInto)
+{
+    auto *view = add<QGraphicsView>("view", {0, 0, 400, 300});
+    QGraphicsScene scene;
+    view->setScene(&scene);
+    auto *panel = new QWidget;
+    auto *check = add<QCheckBox>("check", {0, 0, 100, 30}, panel);
+    auto *edit = add<QLineEdit>("edit", {0, 40, 100, 30}, panel);
+    scene.addWidget(panel);
+    EXPECT_EQ(click("check"), QString());
+    EXPECT_TRUE(check->isChecked());
+    EXPECT_EQ(type("edit", "abc"), QString());
+    EXPECT_EQ(edit->text(), "abc");
+}
+
+TEST_F(UserInputTest, TypingIntoAWidgetThatGoesAwayIsAnError)
+{
+    auto *edit = add<QLineEdit>("edit", {0, 0, 100, 30});
+    QObject::connect(edit, &QLineEdit::textChanged, edit, [edit](const QString &text) {
+        if (text.size() == 2)
+            edit->hide();
+    });
+    EXPECT_EQ(type("edit", "abc"), "the widget is not visible, after 2 of 3 keys");
+    auto *other = add<QLineEdit>("other", {0, 40, 100, 30});
+    other->show();
+    QShortcut removal(QKeySequence("F2"), &window);
+    QObject::connect(&removal, &QShortcut::activated, &window, [other] { delete other; });
+    EXPECT_EQ(type("other", "a<F2>b"), "the widget is gone, after 2 of 3 keys");
+}
+
+TEST_F(UserInputTest, AClickReachesThePartThatReacts)
+{
+    auto *check = add<QCheckBox>("check", {0, 0, 600, 30});
+    auto *radio = add<QRadioButton>("radio", {0, 40, 600, 30});
+    auto *group = add<QGroupBox>("group", {0, 80, 600, 300});
+    check->setText("short");
+    group->setCheckable(true);
+    group->setChecked(false);
+    group->setTitle("Title");
+    group->setAlignment(Qt::AlignHCenter);
+    for (const char *name : {"check", "radio", "group"})
+        EXPECT_EQ(click(name), QString()) << name;
+    EXPECT_TRUE(check->isChecked());
+    EXPECT_TRUE(radio->isChecked());
+    EXPECT_TRUE(group->isChecked());
+}
+
+TEST_F(UserInputTest, AClickAtAPlaceReachesTheWidgetThatLiesThere)
+{
+    auto *box = add<QWidget>("box", {0, 0, 300, 300});
+    auto *button = add<QPushButton>("button", {100, 100, 50, 30}, box);
+    int clicks = 0;
+    QObject::connect(button, &QPushButton::clicked, box, [&clicks] { ++clicks; });
+    EXPECT_EQ(click("box", {110, 110}), QString());
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(UserInputTest, WhatCannotBeSeenCannotBeClicked)
+{
+    auto *covered = add<QPushButton>("covered", {0, 0, 100, 30});
+    add<QWidget>("cover", {0, 0, 200, 200});
+    auto *area = add<QScrollArea>("area", {0, 300, 200, 100});
+    auto *content = new QWidget;
+    content->setFixedSize(100, 1000);
+    area->setWidget(content);
+    auto *below = add<QPushButton>("below", {0, 500, 50, 30}, content);
+    auto *tall = add<QPushButton>("tall", {50, 0, 50, 900}, content);
+    int clicks = 0;
+    for (const QPushButton *button : {covered, below, tall})
+        QObject::connect(button, &QPushButton::clicked, area, [&clicks] { ++clicks; });
+    EXPECT_EQ(click("covered"), "49,14 in the widget is covered by {name='cover' type='QWidget'}");
+    EXPECT_EQ(click("below"), "24,14 in the widget is out of sight");
+    EXPECT_EQ(clicks, 0);
+    EXPECT_EQ(click("tall"), QString());
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(UserInputTest, AModalDialogBlocksWhatLiesBehindIt)
+{
+    add<QPushButton>("button", {0, 0, 100, 30});
+    add<QLineEdit>("edit", {0, 40, 100, 30});
+    QAction action(&window);
+    action.setObjectName("action");
+    window.show();
+    for (const Qt::WindowModality modality : {Qt::ApplicationModal, Qt::WindowModal}) {
+        QDialog dialog(&window);
+        dialog.setObjectName("dialog");
+        dialog.setWindowModality(modality);
+        auto *answer = add<QLineEdit>("answer", {0, 0, 50, 30}, &dialog);
+        dialog.show();
+        const QString blocked = "the %1 is blocked by the dialog {name='dialog' type='QDialog'}";
+        EXPECT_EQ(click("button"), blocked.arg("widget"));
+        EXPECT_EQ(type("edit", "a"), blocked.arg("widget"));
+        EXPECT_EQ(click("action"), blocked.arg("action"));
+        EXPECT_EQ(type("answer", "a"), QString());
+        EXPECT_EQ(answer->text(), "a");
+        dialog.hide();
+        EXPECT_EQ(click("button"), QString());
+    }
+}
+
+TEST_F(UserInputTest, AnOpenPopupBlocksAllButItsOwner)
+{
+    auto *button = add<QPushButton>("button", {0, 0, 100, 30});
+    auto *edit = add<QLineEdit>("edit", {0, 40, 100, 30});
+    auto *choice = add<QComboBox>("choice", {0, 80, 100, 30});
+    choice->addItems({"a", "b", "c"});
+    int clicks = 0;
+    QObject::connect(button, &QPushButton::clicked, edit, [&clicks] { ++clicks; });
+    QMenu menu(&window);
+    menu.setObjectName("menu");
+    menu.addAction("entry");
+    window.show();
+    menu.popup({400, 400});
+    const QString blocked = "the widget is blocked by the popup {name='menu' type='QMenu'}";
+    EXPECT_EQ(click("button"), blocked);
+    EXPECT_EQ(type("edit", "a"), blocked);
+    EXPECT_EQ(type("menu", "<Escape>"), QString());
+    EXPECT_EQ(click("button"), QString());
+    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(type("choice", "<F4><Down>"), QString());
+    EXPECT_NE(click("button"), QString());
+    EXPECT_EQ(type("choice", "<Return>"), QString());
+    EXPECT_EQ(choice->currentText(), "b");
+    edit->setCompleter(new QCompleter({"abc"}, edit));
+    EXPECT_EQ(type("edit", "a"), QString());
+    EXPECT_TRUE(QApplication::activePopupWidget());
+    EXPECT_EQ(type("edit", "b"), QString());
+    EXPECT_EQ(edit->text(), "ab");
+}
+
+TEST_F(UserInputTest, KeysOfAMenuFollowTheOneThatOpensIt)
+{
+    add<QLineEdit>("edit", {0, 0, 100, 30});
+    QMenu menu;
+    int triggered = 0;
+    menu.addAction("entry", [&triggered] { ++triggered; });
+    QShortcut opening(QKeySequence("F2"), &window);
+    QObject::connect(&opening, &QShortcut::activated, &menu, [&menu] { menu.popup({400, 400}); });
+    EXPECT_EQ(type("edit", "a<F2><Down><Return>"), QString());
+    EXPECT_EQ(triggered, 1);
+}
+
+TEST_F(UserInputTest, WhatTakesNoInputIsAnErrorNotASuccess)
+{
+    add<QLabel>("label", {0, 0, 100, 30});
+    auto *box = add<QWidget>("box", {0, 40, 200, 200});
+    add<QPushButton>("button", {0, 0, 100, 30}, box)->setEnabled(false);
+    EXPECT_EQ(type("label", "a"), "the widget takes no keys");
+    EXPECT_EQ(click("box", {10, 10}), "{name='button' type='QPushButton'}: the widget is disabled");
+}
+
+TEST_F(UserInputTest, AClickActivatesTheWindow)
+{
+    add<QPushButton>("button", {0, 0, 100, 30});
+    window.show();
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_FALSE(window.isActiveWindow());
+    EXPECT_EQ(click("button"), QString());
+    EXPECT_TRUE(window.isActiveWindow());
+}

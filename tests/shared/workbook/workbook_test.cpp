@@ -1,0 +1,583 @@
+#include "shared/testdata.h"
+
+#include "support/archive.h"
+#include "support/capture.h"
+#include "support/files.h"
+#include "support/tables.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTextCodec>
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <sys/resource.h>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+using Rows = std::vector<QStringList>;
+
+// The output of the program, null when it fails or is missing.
+QByteArray outputOf(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished(60000) || process.exitCode() != 0)
+        return {};
+    return process.readAllStandardOutput() + '\n';
+}
+
+// What the program says that it wrote; null when it is not installed.
+QJsonObject makeWorkbook(const QString &program, const QString &path)
+{
+    // Packages of the system are not always seen by the first interpreter in the path.
+    for (const QString python : {"/usr/bin/python3", "python3"}) {
+        const QByteArray output = outputOf(
+            python, {MORVEX_SOURCE_DIR "/tests/shared/workbook/makeworkbook.py", program, path});
+        if (!output.isNull())
+            return QJsonDocument::fromJson(output).object();
+    }
+    return {};
+}
+
+#define MAKE_WORKBOOK_OR_SKIP(sheets, program, path)                                               \
+    const QJsonObject sheets = makeWorkbook(program, path);                                        \
+    if (sheets.isEmpty())                                                                          \
+    GTEST_SKIP() << "needs " << program << " (python3-openpyxl, python3-xlsxwriter, "              \
+                 << "python3-xlwt, gnumeric)"
+
+// Whether there is a file now, of one sheet, which these statements write. They may use the module
+// xlwt, and call the sheet `sheet`.
+bool makeSheet(const QByteArray &statements, const QString &path)
+{
+    return !outputOf("/usr/bin/python3", {"-c",
+                                          "import sys, xlwt\nbook = xlwt.Workbook()\n"
+                                          "sheet = book.add_sheet('s')\n" +
+                                              statements + "\nbook.save(sys.argv[1])",
+                                          path})
+                .isNull();
+}
+
+#define MAKE_SHEET_OR_SKIP(statements)                                                             \
+    if (!makeSheet(statements, path))                                                              \
+    GTEST_SKIP() << "needs python3-xlwt"
+
+std::unique_ptr<TestDataSet> open(const QString &path, const QString &sheet = QString())
+{
+    return std::unique_ptr<TestDataSet>(sheet.isEmpty()
+                                            ? TestDataSet::createTestDataSet(path)
+                                            : TestDataSet::createTestDataSetExcel(path, sheet));
+}
+
+// How an .xlsx cell reads. Numbers are compared as such: the writers differ in their digits.
+bool readsAs(const QString &text, const QJsonValue &written, bool hasSharedStrings)
+{
+    if (written.isObject() && written.toObject().contains("date"))
+        return readsAs(text, written["date"], hasSharedStrings);
+    if (written.isObject())
+        return readsAs(text, written["formula"].isString() ? QJsonValue() : written["formula"],
+                       hasSharedStrings);
+    if (written.isBool())
+        return text == (written.toBool() ? "1" : "0");
+    if (written.isDouble())
+        return text.toDouble() == written.toDouble() && !text.isEmpty();
+    return text == (hasSharedStrings ? written.toString() : QString());
+}
+
+// How an .xls cell reads.
+QString xlsText(const QJsonValue &written)
+{
+    if (written.isObject())
+        return xlsText(written[written.toObject().contains("date") ? "date" : "formula"]);
+    if (written.isBool())
+        return written.toBool() ? "true" : "false";
+    if (written.isDouble())
+        return QString::number(written.toDouble(), 'g', 6);
+    return written.toString();
+}
+
+// The table from its first cell to its first empty row.
+Rows xlsTable(const QJsonArray &grid)
+{
+    Rows table;
+    int firstColumn = -1;
+    for (const QJsonValue &line : grid) {
+        QStringList texts;
+        for (const QJsonValue &cell : line.toArray())
+            texts += xlsText(cell);
+        const bool isEmpty = texts.join("").isEmpty();
+        if (isEmpty && table.empty())
+            continue;
+        if (isEmpty)
+            break;
+        while (firstColumn < 0 || (table.empty() && texts[firstColumn].isEmpty()))
+            ++firstColumn;
+        table.push_back(texts.mid(firstColumn));
+    }
+    return table;
+}
+
+class WorkbookTest : public testing::Test
+{
+protected:
+    // The rows of an archive with this sheet; what was printed goes to `messages`.
+    Rows rowsOfSheet(const QByteArray &sheet, const QByteArray &sharedStrings = QByteArray())
+    {
+        ArchiveParts parts = {{"xl/worksheets/sheet1.xml", sheet}};
+        if (!sharedStrings.isNull())
+            parts.emplace_back("xl/sharedStrings.xml", sharedStrings);
+        writeArchive(path, parts);
+        return rowsOfFile();
+    }
+
+    Rows rowsOfFile(const QString &sheetName = QString())
+    {
+        Rows rows;
+        messages = standardErrorOf([&] {
+            const auto set = open(path, sheetName);
+            rows = rowsOf(*set);
+            error = set->errorText();
+        });
+        return rows;
+    }
+
+    QTemporaryDir dir;
+    QString path = dir.filePath("book.xlsx");
+    std::string messages;
+    QString error;
+};
+
+QByteArray worksheet(const QByteArray &dimension, const QByteArray &rows)
+{
+    return "<?xml version=\"1.0\"?>\n<worksheet xmlns=\"http://schemas.openxmlformats.org/"
+           "spreadsheetml/2006/main\"><dimension ref=\"" +
+           dimension + "\"/><sheetData>" + rows + "</sheetData></worksheet>";
+}
+
+class XlsxProgramTest : public WorkbookTest, public testing::WithParamInterface<const char *>
+{
+};
+
+class XlsProgramTest : public WorkbookTest, public testing::WithParamInterface<const char *>
+{
+};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Programs, XlsxProgramTest,
+                         testing::Values("openpyxl", "xlsxwriter", "gnumeric-xlsx"));
+INSTANTIATE_TEST_SUITE_P(Programs, XlsProgramTest,
+                         testing::Values("xlwt", "gnumeric-biff8", "gnumeric-biff7"));
+
+TEST_P(XlsxProgramTest, EverySheetReadsAsItWasWritten)
+{
+    MAKE_WORKBOOK_OR_SKIP(sheets, GetParam(), path);
+    const bool hasSharedStrings = readFile(path).contains("xl/sharedStrings.xml");
+    for (auto sheet = sheets.begin(); sheet != sheets.end(); ++sheet) {
+        const auto set = open(path, sheet.key());
+        EXPECT_EQ(set->errorText(), "");
+        const Rows rows = rowsOf(*set);
+        const QJsonArray grid = sheet->toArray();
+        ASSERT_EQ(rows.size(), std::size_t(grid.size())) << sheet.key().toStdString();
+        for (int row = 0; row < grid.size(); ++row) {
+            const QStringList &texts = rows[std::size_t(row)];
+            EXPECT_EQ(texts.size(), grid[row].toArray().size());
+            for (int column = 0; column < texts.size(); ++column)
+                EXPECT_TRUE(readsAs(texts[column], grid[row][column], hasSharedStrings))
+                    << sheet.key().toStdString() << row << ' ' << column << ' '
+                    << texts[column].toStdString();
+        }
+    }
+    EXPECT_EQ(rowsOf(*open(path)), rowsOf(*open(path, "Data")));
+    EXPECT_EQ(rowsOfFile("data"), Rows());
+    EXPECT_EQ(messages, "morvexrunner: sheet not found: data\n");
+}
+
+TEST_P(XlsProgramTest, EveryTableReadsAsItWasWritten)
+{
+    path = dir.filePath("book.xls");
+    MAKE_WORKBOOK_OR_SKIP(sheets, GetParam(), path);
+    for (const QString name : {"Data", "Begins below"}) {
+        const auto set = open(path, name);
+        EXPECT_EQ(rowsOf(*set), xlsTable(sheets[name].toArray())) << name.toStdString();
+        EXPECT_EQ(set->record(0)->index(), -1);
+    }
+    EXPECT_EQ(rowsOf(*open(path)), rowsOf(*open(path, "Data")));
+    EXPECT_EQ(rowsOfFile("Empty"), Rows());
+    EXPECT_EQ(messages, "no table found\n");
+    EXPECT_EQ(rowsOfFile("data"), Rows());
+    EXPECT_EQ(messages, "morvexrunner: sheet not found: data\n");
+}
+
+TEST_P(XlsProgramTest, AFileThatIsCutIsReadWholeOrNotAtAll)
+{
+    path = dir.filePath("book.xls");
+    MAKE_WORKBOOK_OR_SKIP(sheets, GetParam(), path);
+    const QByteArray whole = readFile(path);
+    const Rows wholeRows = rowsOfFile();
+    int refused = 0;
+    for (int size = 0; size < whole.size(); size += 128) {
+        writeFile(path, whole.left(size));
+        const Rows rows = rowsOfFile();
+        EXPECT_TRUE(rows == wholeRows || (rows.empty() && !messages.empty())) << size;
+        refused += rows.empty();
+    }
+    EXPECT_GT(refused, 0);
+}
+
+TEST_F(WorkbookTest, AnEncryptedFileIsTold)
+{
+    path = dir.filePath("book.xls");
+    MAKE_WORKBOOK_OR_SKIP(sheets, "xlwt", path);
+    QByteArray content = readFile(path);
+    // Makes the first record behind that of the beginning the one that tells of the encryption.
+    const int start = content.indexOf(QByteArray::fromHex("090810000006"));
+    ASSERT_GT(start, 0);
+    content.replace(start + 20, 2, QByteArray::fromHex("2f00"));
+    writeFile(path, content);
+    EXPECT_EQ(rowsOfFile(), Rows());
+    EXPECT_EQ(messages, "passwd protected\n");
+}
+
+TEST_F(WorkbookTest, ASheetWithAllRowsFilledEnds)
+{
+    path = dir.filePath("full.xls");
+    MAKE_SHEET_OR_SKIP("for row in range(65536): sheet.write(row, 0, row + 0.5)");
+    EXPECT_EQ(open(path)->count(), 65535);
+}
+
+TEST_F(WorkbookTest, ACellWithoutContentAtTheEndOfTheSearchIsAHeadLineThatIsMissing)
+{
+    path = dir.filePath("far.xls");
+    MAKE_SHEET_OR_SKIP("sheet.write(60, 60, 1)");
+    EXPECT_EQ(rowsOfFile(), Rows());
+    EXPECT_EQ(messages, "no table found\n");
+    for (const char *script : {"sheet.write(60, 60, 1); sheet.write(49, 0, None)",
+                               "sheet.write(49, 0, None); sheet.write(49, 1, None)"}) {
+        MAKE_SHEET_OR_SKIP(script);
+        EXPECT_EQ(rowsOfFile(), Rows());
+        EXPECT_EQ(messages, "no head line found\n") << script;
+    }
+}
+
+TEST_F(WorkbookTest, OfTwoVersionsInAFileOneIsReadWhole)
+{
+    path = dir.filePath("book.xls");
+    MAKE_WORKBOOK_OR_SKIP(sheets, "gnumeric-both", path);
+    const Rows whole = rowsOfFile();
+    EXPECT_EQ(whole, xlsTable(sheets["Data"].toArray()));
+    // Without the other version.
+    QByteArray content = readFile(path);
+    const int other = content.indexOf(QByteArray::fromHex("090810000006"));
+    ASSERT_GT(other, 0);
+    content.replace(other, 6, QByteArray(6, '\0'));
+    writeFile(path, content);
+    EXPECT_EQ(rowsOfFile(), whole);
+}
+
+TEST_F(WorkbookTest, FilesOfAnotherKindAreTold)
+{
+    const QByteArray text = "name,amount\nApple,3\n";
+    writeArchive(path, {{"xl/worksheets/sheet1.xml", worksheet("A1", "")}});
+    const QByteArray archive = readFile(path);
+    const QByteArray compound = QByteArray::fromHex("d0cf11e0a1b11ae1") + QByteArray(4096, '\0');
+    const std::string noArchive = "morvexrunner: testData Shared Strings: parameter error when "
+                                  "extracting 'xl/sharedStrings.xml' from archive! \n";
+    const struct
+    {
+        const char *name;
+        QByteArray content;
+    } files[] = {
+        {"text.xls", text},  {"archive.xls", archive},
+        {"empty.xls", ""},   {"compound.xls", compound},
+        {"text.xlsx", text}, {"compound.xlsx", compound},
+        {"empty.xlsx", ""},  {"cut.xlsx", archive.left(archive.size() / 2)},
+    };
+    for (const auto &file : files) {
+        path = dir.filePath(file.name);
+        writeFile(path, file.content);
+        EXPECT_EQ(rowsOfFile(), Rows());
+        EXPECT_NE(error, "");
+        EXPECT_EQ(messages,
+                  path.endsWith(".xls") ? "Couldn't load " + path.toStdString() + "\n" : noArchive);
+    }
+    path = dir.filePath("no.xlsx");
+    EXPECT_EQ(rowsOfFile(), Rows());
+    EXPECT_EQ(messages, noArchive);
+}
+
+TEST_F(WorkbookTest, HowTheCellsOfASheetRead)
+{
+    const QByteArray strings =
+        "<sst><si><t> a </t><rPh><t>no</t></rPh></si><si><r><rPr/><t>b</t></r><r><t> c</t></r>"
+        "</si><si/><si><t>_x0041_</t><t>\n</t></si><si><t/><r><t><![CDATA[<d>]]></t></r></si>"
+        "</sst>";
+    const struct
+    {
+        const char *dimension;
+        QByteArray rows;
+        Rows result;
+    } cases[] = {
+        {"A1:B2", "<row r=\"3\"/>", {{"", ""}, {"", ""}, {"", ""}}},
+        {"A1:C1",
+         "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"C1\"><v>2</v></c></row>",
+         {{"1", "", "2"}}},
+        {"B2:C1:D4", "<row r=\"1\"/>", {{"", "", ""}}},
+        {"A1",
+         "<row r=\"1\"><c r=\"A1\"><v>1</v></c><c r=\"D1\"><v> 2 </v></c></row>",
+         {{"1", "", "", " 2 "}}},
+        {"", "<row r=\"1\"><c r=\"B1\"/></row>", {{"", ""}}},
+        {"A1:E1",
+         "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>0</v></c><c r=\"B1\" t=\"s\"><v> 1 </v></c>"
+         "<c r=\"C1\" t=\"s\"><v>2</v></c><c r=\"D1\" t=\"s\"><v>3x</v></c>"
+         "<c r=\"E1\" t=\"s\"><v>4</v></c></row>",
+         {{" a ", "b c", "", "_x0041_\n", "<d>"}}},
+        {"A1:F1",
+         "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>5</v></c><c r=\"B1\" t=\"s\"><v>-1</v></c>"
+         "<c r=\"C1\" t=\"s\"><v/></c><c r=\"D1\" t=\"s\"/>"
+         "<c r=\"E1\" t=\"s\"><v>4294967296</v></c>"
+         "<c r=\"F1\" t=\"s\"><v>99999999999999999999999</v></c></row>",
+         {{"", "", "", "", "", ""}}},
+        // The text of a formula is taken for an index.
+        {"A1:C1",
+         "<row r=\"1\"><c r=\"A1\" t=\"str\"><f>X</f><v>0</v></c>"
+         "<c r=\"B1\" t=\"str\"><v>1</v></c><c r=\"C1\" t=\"str\"><f>1+2</f><v>x</v></c></row>",
+         {{"", "b c", "b c"}}},
+        {"A1:D1",
+         "<row r=\"1\"><c r=\"A1\"><v>1</v><v>2</v></c><c r=\"B1\"><f>1</f><v>a<x>y</x>b</v></c>"
+         "<c r=\"C1\" t=\"inlineStr\"><is><t>x</t></is></c><c r=\"D1\" t=\"b\"><v>1</v></c></row>",
+         {{"", "ab", "", "1"}}},
+        // Cells and rows that do not tell their place, or go back, are not put right.
+        {"A1:B1", "<row r=\"1\"><c><v>1</v></c><c r=\"A1\"><v>2</v></c></row>", {{"1", "2", ""}}},
+        {"A1:A1",
+         "<row r=\"1\"/><row><c r=\"A1\"><v>x</v></c></row><row r=\"1\"><c r=\"A1\">"
+         "<v>new</v></c></row>",
+         {{"new"}, {"x"}}},
+        {"A1:B1", "<other/><row r=\"1\"><c r=\"a1\"><v>1</v></c></row>", {{"1", "", ""}}},
+        {"A1:XFD1048576", "", {}},
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(rowsOfSheet(worksheet(row.dimension, row.rows), strings), row.result)
+            << row.rows.toStdString();
+        EXPECT_EQ(messages, "") << row.rows.toStdString();
+    }
+    rowsOfSheet(worksheet("A1", "<row r=\"2\"/><row r=\"4\"/>"));
+    const auto set = open(path);
+    EXPECT_EQ(set->header()->index(), 0);
+    EXPECT_EQ(set->record(2)->index(), 3);
+    EXPECT_EQ(set->getSep(), ',');
+    EXPECT_FALSE(set->save(dir.filePath("x.csv")));
+}
+
+TEST_F(WorkbookTest, FormsThatASheetMayComeIn)
+{
+    const QByteArray body = "<row r=\"1\"><c r=\"A1\"><v>\xc3\xa4&#x20ac;</v></c></row>";
+    const QString sheet =
+        QString::fromUtf8(worksheet("A1", body)).mid(QString("<?xml version=\"1.0\"?>").size());
+    const auto encoded = [&sheet](const QByteArray &name) {
+        const QString declaration = "<?xml version=\"1.0\" encoding=\"" + name + "\"?>";
+        return QTextCodec::codecForName(name)->fromUnicode(declaration + sheet);
+    };
+    const QByteArray sheets[] = {
+        sheet.toUtf8(),
+        "\xef\xbb\xbf" + encoded("UTF-8"),
+        encoded("UTF-16"),
+        encoded("ISO-8859-1"),
+        encoded("windows-1252"),
+        "<x:worksheet xmlns:x=\"n\"><x:sheetData><x:row r=\"1\"><x:c r=\"A1\"><x:v>\xc3\xa4<!-- -->"
+        "<![CDATA[\xe2\x82\xac]]></x:v></x:c></x:row></x:sheetData></x:worksheet>",
+    };
+    for (const QByteArray &form : sheets)
+        EXPECT_EQ(rowsOfSheet(form), (Rows{{QString::fromUtf8("\u00e4\u20ac")}}))
+            << form.left(60).toStdString() << messages;
+    EXPECT_EQ(
+        rowsOfSheet("<worksheet><sheetData><row r=\"2\"><c r=\"A2\"><v>1</v></c></row>"
+                    "</sheetData><dimension ref=\"A1:C2\"/><dimension ref=\"Z9\"/></worksheet>"),
+        (Rows{{"", "", ""}, {"1", "", ""}}))
+        << "the width may stand behind the rows";
+}
+
+TEST_F(WorkbookTest, SheetsThatNoProgramWritesGiveAnEmptySet)
+{
+    QByteArray names;
+    for (int i = 0; i < 300000; ++i)
+        names += "<a" + QByteArray::number(i) + "/>";
+    const QByteArray cells = "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>";
+    const QByteArray good = worksheet("A1", cells);
+    const QByteArray sheets[] = {
+        worksheet("A1", cells + "<row r=\"4294967295\"/>"),
+        worksheet("A1", cells + "<row r=\"1048577\"/>"),
+        worksheet("A1", cells + "<row r=\"2\"><c r=\"AAAAAAAAAAAAAAAAAAAA2\"/></row>"),
+        worksheet("A1", cells + "<row r=\"2\"><c r=\"XFE2\"/></row>"),
+        worksheet("A1:AAAAAAAAAAAAAAAAAAAA2", cells),
+        worksheet("A1", "<row r=\"1\">" + QByteArray("<c/>").repeated(20000) + "</row>"),
+        worksheet("A1:XFD1048576", cells + "<row r=\"1048576\"/>"),
+        worksheet("A1", cells + QByteArray("<row r=\"1\"/><row r=\"1048576\"/>").repeated(3)),
+        worksheet("A1", QByteArray("<row><c r=\"XFD1\"/></row>").repeated(2047) +
+                            ("<row>" + QByteArray("<c/>").repeated(16000) + "</row>").repeated(2)),
+        worksheet("A1", cells + QByteArray("<x>").repeated(200000)),
+        worksheet("A1", names + cells),
+        worksheet("A1", cells + "<x>" + QByteArray(3000000, ' ') + "</x>"),
+        "<!DOCTYPE worksheet [<!ENTITY a \"aaaaaaaaaa\">]>" + good,
+        good.left(good.size() - 4),
+        good + "<more/>",
+        "",
+        QByteArray(100, '\0'),
+    };
+    for (const QByteArray &sheet : sheets) {
+        EXPECT_EQ(rowsOfSheet(sheet), Rows()) << sheet.left(300).toStdString();
+        EXPECT_EQ(messages.rfind("morvexrunner: testData Sheet: ", 0), 0u) << messages;
+        EXPECT_EQ(messages.find('\n'), messages.size() - 1);
+        EXPECT_NE(error, "");
+    }
+    EXPECT_EQ(rowsOfSheet(good, "<sst><si><t>x</t></si><si>"), Rows());
+    EXPECT_EQ(messages.rfind("morvexrunner: testData Shared Strings: ", 0), 0u) << messages;
+}
+
+TEST_F(WorkbookTest, WhyASheetIsRefusedIsTold)
+{
+    const int textLength = 1000;
+    const QByteArray text = "<t>" + QByteArray(textLength, 'x') + "</t>";
+    const QByteArray longText = "<![CDATA[" + QByteArray(600000, '<') + "]]>";
+    QByteArray names;
+    for (int i = 0; i < 600000; ++i)
+        names += "<a" + QByteArray::number(i) + "/>";
+    const QByteArray value = "<row r=\"1\"><c r=\"A1\"><v>";
+    const std::string textTooLong = "Shared Strings: A text is too long.";
+    const struct
+    {
+        QByteArray sheet;
+        QByteArray strings;
+        std::string message;
+    } cases[] = {
+        {"", "<sst><si>" + text.repeated(600) + "</si></sst>", textTooLong},
+        {"", "<sst><si><r>" + text.repeated(600) + "</r></si></sst>", textTooLong},
+        {"", "<sst><si>" + ("<r>" + text + "</r>").repeated(600) + "</si></sst>", textTooLong},
+        {"", "<sst><si><t>" + longText + "</t></si></sst>", textTooLong},
+        {worksheet("A1", value + longText + "</v></c></row>"), "<sst/>",
+         "Sheet: A text is too long."},
+        {worksheet("A1", names), "<sst/>",
+         "Sheet: The names and tags of the document take too much memory."},
+        {worksheet("A1", "<!--" + QByteArray(1500000, ' ') + "-->"), "<sst/>",
+         "Sheet: the part has a text, a tag or a comment that is too long."},
+        {"<?xml version=\"1.0\" encoding=\"Shift_JIS\"?><worksheet>\x83\x5c</worksheet>", "<sst/>",
+         "Sheet: line 1: unknown encoding"},
+    };
+    for (const auto &row : cases) {
+        EXPECT_EQ(rowsOfSheet(row.sheet, row.strings), Rows());
+        EXPECT_EQ(messages, "morvexrunner: testData " + row.message + "\n");
+    }
+    rowsOfSheet(worksheet("A1", ""), "<sst>" + ("<si>" + text + "</si>").repeated(600) + "</sst>");
+    EXPECT_EQ(messages, "") << "no single text of these is long";
+}
+
+TEST_F(WorkbookTest, WhatIsMissingInTheArchiveIsTold)
+{
+    const struct
+    {
+        QByteArray workbook;
+        const char *message;
+    } cases[] = {
+        {"<other/>", ".xlsx file is corrupt: No <workbook>"},
+        {"", ".xlsx file is corrupt: line 1: "},
+        {"<workbook", ".xlsx file is corrupt: line 1: "},
+        {"<workbook><sheets>", ".xlsx file is corrupt: line 1: "},
+        {"<?xml version=\"1.0\" encoding=\"none\"?><workbook/>",
+         ".xlsx file is corrupt: line 1: unknown encoding"},
+        {"<!DOCTYPE workbook><workbook/>",
+         ".xlsx file is corrupt: The document has a document type."},
+        {"<workbook><a/></workbook>", ".xlsx file is corrupt: No <sheets>"},
+        {"<workbook><sheets/></workbook>", ".xlsx file is corrupt: No <sheet>"},
+        {"<workbook><sheets><sheet name=\"b\"/></sheets></workbook>", "sheet not found: a"},
+        {"<workbook><sheets><sheet name=\"b\"/>", ".xlsx file is corrupt: line 1: "},
+        {"<workbook><sheets><sheet name=\"a\" sheetId=\"7\"/></sheets></workbook>",
+         "testData Sheet: file is not contained in the archive!\n"},
+        {"<workbook><sheets><sheet name=\"a\"/></sheets></workbook>",
+         "testData Sheet: file is not contained in the archive!\n"},
+    };
+    for (const auto &row : cases) {
+        writeArchive(path, {{"xl/workbook.xml", row.workbook}});
+        EXPECT_EQ(rowsOfFile("a"), Rows());
+        EXPECT_EQ(messages.rfind(std::string("morvexrunner: ") + row.message, 0), 0u) << messages;
+    }
+    writeArchive(path, {{"xl/Worksheets/sheet1.xml", ""}});
+    EXPECT_EQ(rowsOfFile(), Rows());
+    EXPECT_EQ(messages, "morvexrunner: testData Sheet: file is not contained in the archive!\n");
+    EXPECT_EQ(rowsOfFile("a"), Rows());
+    EXPECT_EQ(messages,
+              "morvexrunner: .xlsx file is corrupt: file is not contained in the archive!\n");
+}
+
+TEST_F(WorkbookTest, ADamagedByteInAnArchiveIsNoticed)
+{
+    const auto expectDamage = [this](const QString &sheetName, const std::string &prefix) {
+        const QByteArray archive = readFile(path);
+        const int dataStart = 60;
+        for (int place = dataStart; place < dataStart + 400; place += 3) {
+            QByteArray damaged = archive;
+            damaged[place] = static_cast<char>(damaged[place] ^ 0x10);
+            writeFile(path, damaged);
+            EXPECT_EQ(rowsOfFile(sheetName), Rows()) << place;
+            EXPECT_TRUE(messages == prefix + "crc check failed! \n" ||
+                        messages == prefix + "invalid zip archive file. \n")
+                << place << messages;
+        }
+    };
+    QByteArray rows;
+    for (int row = 1; row <= 200; ++row)
+        rows += "<row r=\"" + QByteArray::number(row) + "\"><c r=\"A1\"><v>" +
+                QByteArray::number(row * 7919 % 1000) + "</v></c></row>";
+    const Rows whole = rowsOfSheet(worksheet("A1", rows));
+    ASSERT_EQ(whole.size(), 200u);
+    expectDamage(QString(), "morvexrunner: testData Sheet: ");
+
+    QByteArray names;
+    for (int sheet = 0; sheet < 200; ++sheet)
+        names += "<sheet name=\"n" + QByteArray::number(sheet * 7919 % 1000) + "\"/>";
+    writeArchive(path, {{"xl/workbook.xml", "<workbook><sheets><sheet name=\"a\" sheetId=\"1\"/>" +
+                                                names + "</sheets></workbook>"}});
+    expectDamage("a", "morvexrunner: .xlsx file is corrupt: ");
+}
+
+TEST_F(WorkbookTest, APartThatUnpacksToGigabytesTakesNoMemory)
+{
+    const QByteArray start = "<worksheet><sheetData>";
+    const struct
+    {
+        const char *part;
+        QByteArray start;
+        char filler;
+    } bombs[] = {
+        {"xl/worksheets/sheet1.xml", "", '\0'},
+        {"xl/worksheets/sheet1.xml", start, ' '},
+        {"xl/worksheets/sheet1.xml", start + "<row r=\"", '1'},
+        {"xl/sharedStrings.xml", "<sst><si><t>", 'x'},
+        {"xl/sharedStrings.xml", "<sst>", '<'},
+        {"xl/sharedStrings.xml", "<sst><si><t><![CDATA[", '<'},
+    };
+    rusage before = {};
+    getrusage(RUSAGE_SELF, &before);
+    for (const auto &bomb : bombs) {
+        writeArchive(path, {});
+        addBomb(path, bomb.part, bomb.start, bomb.filler);
+        EXPECT_LT(readFile(path).size(), 8 * 1024 * 1024);
+        EXPECT_EQ(rowsOfFile(), Rows());
+        EXPECT_NE(messages, "") << bomb.part << bomb.filler;
+    }
+    rusage after = {};
+    getrusage(RUSAGE_SELF, &after);
+    // The sanitizer keeps what was freed for a while.
+#ifdef __SANITIZE_ADDRESS__
+    const long maxGrowthInKilobytes = 512 * 1024;
+#else
+    const long maxGrowthInKilobytes = 128 * 1024;
+#endif
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, maxGrowthInKilobytes);
+}

@@ -1,0 +1,348 @@
+#include "test/webreport/webreportrepair.h"
+
+#include "support/environmentguard.h"
+#include "support/files.h"
+#include "support/filesizelimit.h"
+#include "support/samplerun.h"
+#include "test/htmlreportgenerator.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+#include <memory>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const QByteArray header = "var data = [];\n";
+
+// The run has texts with escapes, numbers, keywords and table differences.
+QByteArray dataFileOf(int runs)
+{
+    const QTemporaryDir dir;
+    const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
+    writeFile(dir.filePath("lib/webreport/index.html"), "page");
+    std::vector<TestResult::Entry> entries = sampleRun();
+    entries[2].message = QString::fromUtf8("ä \U0001F600 \"]}\\ data.push( {\"version\" );\n\n");
+    for (int i = 0; i < runs; ++i) {
+        QString resultDir;
+        const std::unique_ptr<TestReportGenerator> generator(
+            HtmlReportGenerator::create(dir.filePath("report"), TestReportGenerator::TEST_SUITE,
+                                        &resultDir)
+                .generator);
+        replay(entries, generator.get());
+    }
+    return readFile(dir.filePath("report/data/results-v1.js"));
+}
+
+QByteArray repaired(const QByteArray &data)
+{
+    const WebReportEdits edits = webReportEdits(data.constData(), data.size());
+    EXPECT_EQ(edits.error, QString());
+    return applyWebReportEdits(data.constData(), data.size(), edits.edits);
+}
+
+// The documents of a data file that is a valid script; reports one that is not.
+// Qt's reader loses memory when a key comes twice in an object, as it may where two runs met.
+QJsonDocument parsed(const QByteArray &text)
+{
+#ifdef __SANITIZE_ADDRESS__
+    const __lsan::ScopedDisabler disabler;
+#endif
+    return QJsonDocument::fromJson(text);
+}
+
+std::vector<QJsonObject> documentsOf(const QByteArray &data)
+{
+    std::vector<QJsonObject> documents;
+    EXPECT_TRUE(data.startsWith(header) || data.isEmpty());
+    int position = header.size();
+    while (position < data.size()) {
+        const QByteArray begin = "data.push( ";
+        EXPECT_EQ(data.mid(position, begin.size()), begin);
+        const int end = data.indexOf(" );\n\n", position);
+        const int from = position + begin.size();
+        const QJsonDocument document = parsed(data.mid(from, end - from));
+        EXPECT_TRUE(document.isObject()) << data.mid(position).constData();
+        if (end < 0 || !document.isObject())
+            return documents;
+        documents.push_back(document.object());
+        position = end + 5;
+        while (position < data.size() && QByteArray(" \n").contains(data[position]))
+            ++position;
+    }
+    return documents;
+}
+
+bool isMarked(const QJsonObject &document)
+{
+    return document["ended"] == QJsonValue(false);
+}
+
+QJsonObject nodeOf(const QJsonObject &document)
+{
+    return document["tests"].toArray()[0].toObject();
+}
+
+// All that is in the first is in the second, in the same place.
+bool isPartOf(const QJsonValue &part, const QJsonValue &whole)
+{
+    if (part.isArray()) {
+        const QJsonArray parts = part.toArray();
+        for (int i = 0; i < parts.size(); ++i) {
+            if (!isPartOf(parts[i], whole.toArray()[i]))
+                return false;
+        }
+        return whole.isArray();
+    }
+    if (!part.isObject() || !part.toObject().contains("tests"))
+        return part == whole;
+    const QJsonObject members = part.toObject();
+    for (auto member = members.begin(); member != members.end(); ++member) {
+        if (member.key() != "ended" && !isPartOf(member.value(), whole.toObject()[member.key()]))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+TEST(WebReportRepairTest, AFileCutAtAnyByteBecomesAScriptWithAllWholeEntries)
+{
+    const QByteArray whole = dataFileOf(2);
+    const int secondRun = whole.lastIndexOf("data.push( {\"version\":");
+    const QJsonObject first = documentsOf(whole)[0];
+    int entries = 0;
+    for (int size = secondRun + 1; size < whole.size(); ++size) {
+        const QByteArray cut = repaired(whole.left(size));
+        ASSERT_TRUE(cut.startsWith(whole.left(secondRun))) << size;
+        const auto documents = documentsOf(cut);
+        ASSERT_EQ(documents.size(), 2U) << size;
+        const QJsonObject &document = documents[1];
+        EXPECT_TRUE(isPartOf(document, first)) << size;
+        EXPECT_EQ(isMarked(document), !nodeOf(document).contains("stop")) << size;
+        EXPECT_TRUE(webReportEdits(cut.constData(), cut.size()).edits.empty()) << size;
+        const int entriesNow = cut.count("\"time\":");
+        EXPECT_GE(entriesNow, entries) << size;
+        entries = entriesNow;
+        if (testing::Test::HasFailure())
+            break;
+    }
+    EXPECT_EQ(entries, whole.count("\"time\":"));
+}
+
+TEST(WebReportRepairTest, ARunLosesNothingThatIsCompleteInFrontOfTheCut)
+{
+    const QByteArray start = header + R"(data.push( {"version":{"major":1,"minor":2},"tests":[)";
+    const QByteArray end = " );\n\n";
+    const QByteArray lost =
+        header + R"(data.push( {"version":{"major":1,"minor":2},"tests":[],"ended":false} );)" +
+        "\n\n";
+    const QByteArray run = start + R"({"name":"s","tests":[)";
+    const QByteArray runEnd = R"(]}],"ended":false})" + end;
+    struct Row
+    {
+        QByteArray cut;
+        QByteArray expected;
+    };
+    const Row rows[] = {
+        {"", ""},
+        {"var", lost},
+        {header, header},
+        {header + "data.pu", lost},
+        {header + "data.push( {\"vers", lost},
+        {start, lost},
+        {start + R"({"name":"s","tes)", lost},
+        {run, run + runEnd},
+        {run + R"({"text":"cut in an escape \u00)", run + runEnd},
+        {run + R"({"text":"whole"},{"text":"cut)", run + R"({"text":"whole"})" + runEnd},
+        {run + R"({"lineNo":1)", run + runEnd},
+        {run + R"({"isSkipped":tru)", run + runEnd},
+        {run + "{\"text\":\"\xf0\x9f", run + runEnd},
+        {run + R"({"name":"t","tests":[{"text":"a"}],"stop":"20)",
+         run + R"({"name":"t","tests":[{"text":"a"}])" + "}" + runEnd},
+        {run + R"(],"stop":"x")", run + R"(],"stop":"x"}]})" + end},
+        {run + R"(],"stop":"x"}]})", run + R"(],"stop":"x"}]})" + end},
+        {run + R"(],"stop":"x"}]} );)", run + R"(],"stop":"x"}]})" + end},
+        {run + R"(]}],"end)", run + runEnd},
+        {run + R"(]}],"ended":false)", run + runEnd},
+        {run + R"({"text":"zeros behind the cut)" + QByteArray(4096, '\0'), run + runEnd},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(repaired(row.cut), row.expected) << row.cut.constData();
+        documentsOf(repaired(row.cut));
+    }
+}
+
+TEST(WebReportRepairTest, ACutRunWithAnotherBehindItIsClosedToo)
+{
+    const QByteArray whole = dataFileOf(1);
+    const QByteArray run = whole.mid(header.size());
+    for (int size = header.size() + 1; size < whole.size(); size += 7) {
+        const QByteArray result = repaired(whole.left(size) + run + run.left(300));
+        const auto documents = documentsOf(result);
+        ASSERT_EQ(documents.size(), 3U) << size;
+        EXPECT_TRUE(result.contains(run)) << size;
+        EXPECT_TRUE(isMarked(documents[2]));
+    }
+}
+
+TEST(WebReportRepairTest, ARunIsClosedWhereItStopsBeingADocument)
+{
+    const QByteArray start = R"(data.push( {"version":{},"tests":[)";
+    const QByteArray end = " );\n\n";
+    const QByteArray closed = start + R"(],"ended":false})" + end;
+    const QByteArray next = dataFileOf(1).mid(header.size());
+    struct Row
+    {
+        QByteArray broken;
+        QByteArray expected;
+    };
+    const Row rows[] = {
+        {start + "01,1]}" + end, closed},       {start + "1.,1]}" + end, closed},
+        {start + "\"a\nb\"]}" + end, closed},   {start + R"("\x"]})" + end, closed},
+        {start + "}]}" + end, closed},          {start + ",]}" + end, closed},
+        {start + "]} + 1", start + "]}" + end}, {next + "\xff", next},
+    };
+    for (const Row &row : rows) {
+        EXPECT_EQ(repaired(header + row.broken), header + row.expected) << row.broken.constData();
+        EXPECT_EQ(repaired(header + row.broken + next), header + row.expected + next)
+            << row.broken.constData();
+    }
+}
+
+TEST(WebReportRepairTest, TwoRunsThatWroteAtTheSameTimeLeaveAScriptAndTheRunsAround)
+{
+    const QByteArray run = dataFileOf(1).mid(header.size());
+    for (int first = 1; first < run.size(); first += 211) {
+        for (int second = 1; second < run.size(); second += 179) {
+            const QByteArray mixed =
+                run.left(first) + run.left(second) + run.mid(first) + run.mid(second);
+            const QByteArray result = repaired(header + run + mixed + run);
+            ASSERT_GE(documentsOf(result).size(), 3U) << first << ' ' << second;
+            EXPECT_TRUE(result.startsWith(header + run)) << first << ' ' << second;
+            EXPECT_TRUE(result.endsWith(run)) << first << ' ' << second;
+            if (testing::Test::HasFailure())
+                return;
+        }
+    }
+}
+
+TEST(WebReportRepairTest, AFileThatIsDamagedInAnotherWayIsLeftAlone)
+{
+    const QByteArray whole = dataFileOf(1);
+    const QByteArray rows[] = {
+        "something else",
+        header + "// a note\n",
+        header + "data.push( [1] );\n\n",
+        whole + "data.push( [1] );\n\n",
+    };
+    for (const QByteArray &data : rows) {
+        const WebReportEdits edits = webReportEdits(data.constData(), data.size());
+        EXPECT_FALSE(edits.error.isEmpty()) << data.constData();
+        EXPECT_TRUE(edits.edits.empty());
+    }
+}
+
+TEST(WebReportRepairTest, TheFileIsReplacedAndTheMessageTellsWhichRun)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    const QByteArray whole = dataFileOf(2);
+    writeFile(fileName, whole.left(whole.size() - 200));
+    const WebReportRepair first = repairWebReport(dir.path());
+    EXPECT_EQ(first.error, QString());
+    EXPECT_TRUE(first.isRepaired);
+    EXPECT_EQ(first.message,
+              QStringLiteral("Closed run 2 of 2 in '%1', which did not end").arg(fileName));
+    EXPECT_EQ(documentsOf(readFile(fileName)).size(), 2U);
+    const WebReportRepair second = repairWebReport(dir.path());
+    EXPECT_FALSE(second.isRepaired);
+    EXPECT_EQ(second.message, QStringLiteral("Nothing to repair in '%1'").arg(fileName));
+}
+
+TEST(WebReportRepairTest, AFullDiskLeavesWhatCanStillBeRepaired)
+{
+    const QByteArray cut = dataFileOf(2).chopped(200);
+    for (const QByteArray &data : {cut, cut + dataFileOf(1).mid(header.size())}) {
+        const QTemporaryDir dir;
+        const QString fileName = dir.filePath("data/results-v1.js");
+        writeFile(fileName, data);
+        WebReportRepair repair;
+        {
+            const FileSizeLimit limit(1000);
+            repair = repairWebReport(dir.path());
+        }
+        EXPECT_EQ(repair.error,
+                  QStringLiteral("Could not write '%1': File too large").arg(fileName));
+        EXPECT_FALSE(repair.isRepaired);
+        EXPECT_EQ(repairWebReport(dir.path()).error, QString());
+        EXPECT_EQ(readFile(fileName), repaired(data));
+    }
+}
+
+TEST(WebReportRepairTest, ARepairThatWasKilledCanBeRepeated)
+{
+    const QByteArray whole = repaired(dataFileOf(2).chopped(200));
+    for (int cut = 1; cut < 200; ++cut)
+        EXPECT_EQ(repaired(whole.chopped(cut)).count("\"ended\":false"), 1) << cut;
+}
+
+TEST(WebReportRepairTest, ALostRunStaysVisibleWhenItsRepairIsKilled)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    for (const char *tail : {"data.push( {\"vers", "data.push( {\"version\":{\"major\":7"}) {
+        const QByteArray data = dataFileOf(1) + tail;
+        writeFile(fileName, data);
+        // There is no room for a byte more, as after a kill in front of the first one.
+        {
+            const FileSizeLimit limit(data.size());
+            EXPECT_FALSE(repairWebReport(dir.path()).error.isEmpty());
+        }
+        EXPECT_EQ(repairWebReport(dir.path()).error, QString());
+        EXPECT_EQ(readFile(fileName), repaired(data));
+    }
+}
+
+TEST(WebReportRepairTest, AClosedTailLeavesTheFileItsPlaceAndOwner)
+{
+    const QTemporaryDir dir;
+    const QString fileName = dir.filePath("data/results-v1.js");
+    writeFile(fileName, dataFileOf(2).chopped(200));
+    QFile before(fileName);
+    ASSERT_TRUE(before.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(repairWebReport(dir.path()).isRepaired);
+    EXPECT_EQ(before.readAll(), readFile(fileName));
+}
+
+TEST(WebReportRepairTest, AFileThatCanNotBeReadIsNotCalledInUse)
+{
+    const QTemporaryDir dir;
+    QDir(dir.path()).mkpath("data/results-v1.js");
+    const WebReportRepair repair = repairWebReport(dir.path());
+    EXPECT_FALSE(repair.isInUse);
+    EXPECT_TRUE(repair.error.startsWith("Could not open")) << qPrintable(repair.error);
+}
+
+TEST(WebReportRepairTest, ADirectoryWithoutAReportIsAnError)
+{
+    const QTemporaryDir dir;
+    EXPECT_EQ(repairWebReport(dir.path()).error,
+              QStringLiteral("Could not open '%1': No such file or directory")
+                  .arg(dir.filePath("data/results-v1.js")));
+}
+
+TEST(WebReportRepairTest, DeepNestingTakesNoStack)
+{
+    const QByteArray deep = header + "data.push( {\"tests\":[" + QByteArray(1000000, '[');
+    EXPECT_EQ(repaired(deep), header + "data.push( {\"tests\":[],\"ended\":false} );\n\n");
+}
