@@ -1,0 +1,22 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QString>
+
+#include <string>
+
+class TiXmlDocument;
+
+namespace Morvex {
+
+/// Whether elements in @p xml may lie more than @p maxDepth deep for a lenient parser, which makes
+/// of text that is not well-formed what it likes: there the answer is whether there are more tags
+/// than that at all.
+MORVEX_EXPORT bool xmlNestsDeeperThan(const std::string &xml, int maxDepth);
+
+/// Reads a file from anywhere into a tree; its encoding is the parser's to find out. Returns an
+/// error text, empty on success.
+MORVEX_EXPORT QString loadXmlFile(const QString &path, TiXmlDocument *document);
+
+} // namespace Morvex
