@@ -153,6 +153,15 @@ bool xmlNestsDeeperThan(const std::string &xml, int maxDepth)
     return !shape.isCertain() || shape.deepest() > maxDepth;
 }
 
+QString parseXml(const std::string &xml, TiXmlDocument *document)
+{
+    const QString error = refusal(xml);
+    if (!error.isEmpty())
+        return error;
+    document->Parse(xml.c_str(), nullptr, TIXML_ENCODING_UTF8);
+    return errorText(*document);
+}
+
 QString loadXmlFile(const QString &path, TiXmlDocument *document)
 {
     QFile file(path);
