@@ -69,7 +69,9 @@ const types = {
 
 /// Serves the directory under the content policy that build servers commonly set.
 async function serve(directory) {
+    const requests = [];
     const server = http.createServer((request, response) => {
+        requests.push(request.url);
         const file = path.join(
             directory,
             decodeURIComponent(new URL(request.url, 'http://x').pathname),
@@ -84,6 +86,7 @@ async function serve(directory) {
     await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
     return {
         address: 'http://127.0.0.1:' + server.address().port + '/index.html',
+        requests,
         close: () => server.close(),
     };
 }

@@ -102,6 +102,8 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
     test('Everything works under a strict content policy', async () => {
         const server = await tools.serve(shop());
         await onPage(server.address + '#run=3', async (page) => {
+            // Page, script, style sheet, data, and two icons.
+            if (process.env.MORVEX_WEBREPORT_PAGES) assert.ok(server.requests.length <= 6);
             await page.keyboard.press('e');
             for (const key of ['f', 'n', 'n', 'n', 's', '?', '?']) await page.keyboard.press(key);
             await page.getByRole('button', { name: 'Difference' }).click();
