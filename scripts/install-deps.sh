@@ -4,7 +4,7 @@
 set -euo pipefail
 
 run=(
-    ccache cmake g++ libexpat1-dev libfreexl-dev libminizip-dev libtinyxml-dev ninja-build
+    ccache cmake g++ libexpat1-dev libminizip-dev libtinyxml-dev ninja-build
     pkg-config qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
 )
 tests=(
