@@ -62,8 +62,7 @@ TEST_F(BrowserElementTest, ErrorsSayWhatIsWrongAndWhere)
         {uiOf("<element><coveragedata><coverage name=\"a\">1.5</coverage></coveragedata>"
               "</element>"),
          "Couldn't convert coverage value to int: '1.5'"},
-        {QByteArray("<element>").repeated(1000),
-         "The elements are nested deeper than 500 levels."},
+        {QByteArray("<element>").repeated(1000), "The elements are nested deeper than 500 levels."},
     };
     for (const auto &row : rows) {
         EXPECT_FALSE(BrowserElement::readXML(&root, row.xml, &error)) << row.error;
@@ -135,11 +134,12 @@ TEST_F(BrowserElementTest, MergedFilesAddTheirCountsUp)
         return dir.filePath(QLatin1String(name));
     };
     const QString first = file(
-        "1", uiOf(element("class='W'", "2", element("class='B'", "0", {}) +
-                                                element("class='C'", "2147483647", {}))));
-    const QString second = file("2", uiOf(element("class='W'", "1", element("class='C'", "3", {}) +
-                                                                        element("class='D'", "0", {})) +
-                                          element("class='X'", "1", {})));
+        "1", uiOf(element("class='W'", "2",
+                          element("class='B'", "0", {}) + element("class='C'", "2147483647", {}))));
+    const QString second =
+        file("2", uiOf(element("class='W'", "1",
+                               element("class='C'", "3", {}) + element("class='D'", "0", {})) +
+                       element("class='X'", "1", {})));
     EXPECT_EQ(root.coveragePercentage(true), 100.0);
     ASSERT_TRUE(root.mergeXmlFiles({first, second}, error)) << error.toStdString();
     ASSERT_EQ(root.children().size(), 2);

@@ -107,8 +107,7 @@ QString described(const UIElement &element)
     QString text = shown(element.id()) + element.standardType().toString();
     for (const QString &field :
          {element.concreteType(), element.simplifiedType(), element.nameSpace(), element.text(),
-          element.realName(), element.symbolicName(),
-          element.superTypes().join(QLatin1Char('|'))})
+          element.realName(), element.symbolicName(), element.superTypes().join(QLatin1Char('|'))})
         text += QLatin1Char(' ') + shown(field);
     const QRect rect = element.geometry().rect();
     for (int number :

@@ -94,9 +94,9 @@ TEST(UIElementTest, CountsThatTheBytesDontHoldMakeNoElements)
     const QByteArray many("\x7f\xff\xff\xff", 4);
     const QByteArray negative(4, char(0xff));
     const QByteArray zero(4, '\0');
-    for (const QByteArray &dump :
-         {many, negative, one + many, many + emptyElement() + negative,
-          many + emptyElement() + many, one + zero.repeated(5) + many, one + negative.repeated(9)}) {
+    for (const QByteArray &dump : {many, negative, one + many, many + emptyElement() + negative,
+                                   many + emptyElement() + many, one + zero.repeated(5) + many,
+                                   one + negative.repeated(9)}) {
         const QList<UIElement *> read = readQuietly(dump);
         ASSERT_LE(read.size(), 2);
         for (const UIElement *element : read)
@@ -154,9 +154,9 @@ TEST(UIElementTest, HostilePicturesAreNone)
         {QByteArray("GIF89a"), false},
     };
     for (const auto &row : rows) {
-        const QList<UIElement *> read = readQuietly(QByteArray("\0\0\0\2", 4) +
-                                                    emptyElement(one + row.png) +
-                                                    QByteArray(4, '\0') + emptyElement());
+        const QList<UIElement *> read =
+            readQuietly(QByteArray("\0\0\0\2", 4) + emptyElement(one + row.png) +
+                        QByteArray(4, '\0') + emptyElement());
         ASSERT_EQ(read.size(), row.hasMore ? 2 : 1);
         EXPECT_FALSE(read.first()->isImageSet());
         qDeleteAll(read);
