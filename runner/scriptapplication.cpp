@@ -3,6 +3,7 @@
 #include "qtbackend/applicationplugin.h"
 #include "qtbackend/qtinspector.h"
 #include "runner/scriptobject.h"
+#include "runner/windowsystem.h"
 #include "shared/environment.h"
 
 #include <QCoreApplication>
@@ -48,6 +49,7 @@ QString ScriptApplication::start(const QStringList &command)
     if (path.isEmpty())
         return QStringLiteral("there is no application '%1' in %2")
             .arg(name, m_searchDirs.join(QLatin1String(", ")));
+    prepare();
     // Never unloaded: the object model keeps descriptions of the application's classes.
     QPluginLoader loader(path);
     auto *plugin = qobject_cast<ApplicationPlugin *>(loader.instance());
@@ -62,6 +64,11 @@ QString ScriptApplication::start(const QStringList &command)
     if (error.isEmpty())
         m_running = plugin;
     return error;
+}
+
+void ScriptApplication::prepare()
+{
+    startWindowSystem();
 }
 
 void ScriptApplication::stop()

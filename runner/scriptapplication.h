@@ -15,7 +15,7 @@ class ApplicationPlugin;
 class QtInspector;
 
 /// The application under test of a test case, started inside this process. It is stopped at the
-/// end of this object's life. Needs a QApplication.
+/// end of this object's life.
 class ScriptApplication : public QObject
 {
     Q_OBJECT
@@ -37,6 +37,8 @@ public:
     /// Returns an error text, empty on success.
     Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
+    /// Makes a start possible from within the handling of an event, too.
+    Q_INVOKABLE void prepare();
 
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
     /// never null.

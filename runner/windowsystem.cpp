@@ -4,10 +4,16 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <utility>
 
 namespace Morvex {
 namespace {
 
+std::unique_ptr<QCoreApplication> application;
+int *argumentCount = nullptr;
+char **arguments = nullptr;
+std::function<void()> windowSystemCallback;
 QtMessageHandler previousHandler = nullptr;
 
 // What the toolkit says about a machine without a desktop in each test case, and no tester can
@@ -50,14 +56,35 @@ void setPlatform()
 
 } // namespace
 
-std::unique_ptr<QCoreApplication> makeWindowApplication(int &argc, char **argv)
+ApplicationObject::ApplicationObject(int &argc, char **argv)
 {
+    argumentCount = &argc;
+    arguments = argv;
+    application = std::make_unique<QCoreApplication>(argc, argv);
+}
+
+ApplicationObject::~ApplicationObject()
+{
+    application.reset();
+}
+
+void startWindowSystem()
+{
+    if (qobject_cast<QApplication *>(application.get()))
+        return;
     setPlatform();
     previousHandler = qInstallMessageHandler(handleMessage);
-    auto application = std::make_unique<QApplication>(argc, argv);
+    application.reset();
+    application = std::make_unique<QApplication>(*argumentCount, arguments);
     // The end of the application under test is not that of the script.
     QApplication::setQuitOnLastWindowClosed(false);
-    return application;
+    if (windowSystemCallback)
+        windowSystemCallback();
+}
+
+void setWindowSystemCallback(std::function<void()> callback)
+{
+    windowSystemCallback = std::move(callback);
 }
 
 } // namespace Morvex

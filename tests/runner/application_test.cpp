@@ -57,6 +57,13 @@ TEST_F(ApplicationTest, ScriptsUseAnApplication)
             "PASS Verification|The condition holds."}));
 }
 
+TEST_F(ApplicationTest, AnApplicationMayBeStartedFromAPromise)
+{
+    EXPECT_EQ(results("snooze(0.01); Promise.resolve().then(function () {\n"
+                      "application.start('inventory'); check.that(find('state').exists()); });"),
+              QStringList("PASS Verification|The condition holds."));
+}
+
 TEST_F(ApplicationTest, AScriptEndsThoughItsApplicationHasMoreToDo)
 {
     EXPECT_EQ(results("application.start('inventory'); find('countStock').click();\n"
