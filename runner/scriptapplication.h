@@ -46,7 +46,7 @@ public:
 
 private:
     QString pluginPath(const QString &name) const;
-    QString obstacle() const;
+    QString whyNotFindable() const;
 
     QStringList m_searchDirs;
     ObjectMap m_objectMap;

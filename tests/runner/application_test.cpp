@@ -85,7 +85,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
                                          "'nothing' in "},
         {"application.start('script.js')", "script.js' is not an ELF object"},
         {"application.start()", "Error: application.start: no application was named"},
-        {start + "application.start('inventory')", "an application is running already"},
+        {start + "application.start('inventory')", "an application is already running"},
         {start + "find('nothing', 0).click()", "Error: There is no object {name='nothing'}."},
         {start + "find('name').get('colour')", "Error: name: there is no property 'colour'"},
         {start + "find('count').set('value', 'x')",
@@ -172,7 +172,7 @@ TEST_F(ApplicationTest, FoundObjectsAreShownAndComparedByTheirNames)
                            "FAIL Verification|Expected 'count', got 'name'."}));
 }
 
-TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
+TEST_F(ApplicationTest, ATimeoutNamesTheCallThatDidNotComeBack)
 {
     const QStringList lines =
         results(QByteArray(startAwkward) + "\nfunction open() { find('exec').click(); }\nopen();",
