@@ -17,7 +17,6 @@
 #include "test/zipxml3reportgenerator.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cstdio>
@@ -37,9 +36,6 @@ struct Arguments
     TestReportGenerator::TestType type;
     QString *resultDir;
 };
-
-// As many as the system follows.
-const int maxLinks = 40;
 
 // One row a keyword: all that the system knows of a format beside its own file pair.
 struct KeywordRow
@@ -195,53 +191,15 @@ const KeywordRow *rowOf(const QString &name)
     return row == std::end(keywordTable) ? nullptr : row;
 }
 
-// The same for all ways to name a file, whether it exists or not.
-QString identityOf(const QString &path, int links = 0)
-{
-    const QFileInfo file(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
-    if (file.exists())
-        return file.canonicalFilePath();
-    if (file.isSymLink() && links < maxLinks)
-        return identityOf(file.symLinkTarget(), links + 1);
-    const QString directory = QFileInfo(file.path()).canonicalFilePath();
-    return directory.isEmpty() ? file.filePath() : directory + QLatin1Char('/') + file.fileName();
-}
-
-// Two reports in one file would destroy each other.
-QString sharedFileError(const QString &path, QStringList &usedPaths)
-{
-    if (path.isEmpty() || path.startsWith(QLatin1String("/dev/")))
-        return {};
-    const QString file = identityOf(path);
-    if (usedPaths.contains(file))
-        return QStringLiteral("Another report is written to '%1' already").arg(file);
-    usedPaths += file;
-    return {};
-}
-
-QString sharedFileError(const KeywordRow &row, const Arguments &arguments, QStringList &usedPaths)
-{
-    if (!row.file)
-        return {};
-    if (!*row.file)
-        return sharedFileError(arguments.path, usedPaths);
-    // The format itself refuses a second directory, or none.
-    if (!arguments.resultDir->isEmpty() || arguments.path.isEmpty())
-        return {};
-    return sharedFileError(arguments.path + QLatin1Char('/') + QLatin1String(row.file), usedPaths);
-}
-
-Result createByName(const QString &name, const Arguments &arguments, QStringList &usedPaths)
+Result createByName(const QString &name, const Arguments &arguments)
 {
     const KeywordRow *row = rowOf(name);
     if (!row)
         return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
-    const QString error = sharedFileError(*row, arguments, usedPaths);
-    return error.isEmpty() ? row->create(arguments, row->version) : Result{nullptr, error};
+    return row->create(arguments, row->version);
 }
 
-Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir,
-                 QStringList &usedPaths)
+Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir)
 {
     const int comma = value.indexOf(QLatin1Char(','));
     const QString name = value.left(comma);
@@ -249,7 +207,7 @@ Result createOne(const QString &value, TestReportGenerator::TestType type, QStri
     if (path.endsWith(QDir::separator()))
         path.chop(1);
     qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
-    const Result result = createByName(name, {path, type, resultDir}, usedPaths);
+    const Result result = createByName(name, {path, type, resultDir});
     if (result.error.isEmpty())
         return result;
     return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
@@ -263,9 +221,8 @@ Result TestReportGeneratorFactory::create(const QStringList &values, QString *re
     qCDebug(traceReportGen) << "Creating " << values.size()
                             << " report generators from commandline";
     std::vector<std::unique_ptr<TestReportGenerator>> generators;
-    QStringList usedPaths;
     for (const QString &value : values) {
-        const Result result = createOne(value, type, resultDir, usedPaths);
+        const Result result = createOne(value, type, resultDir);
         if (!result.error.isEmpty())
             return result;
         generators.emplace_back(result.generator);
