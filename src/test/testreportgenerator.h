@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <deque>
 #include <vector>
 
 class QIODevice;
@@ -52,6 +53,8 @@ public:
     /// A write-only device that takes the video of @p path.
     virtual QIODeviceResult videoOutput(const QString &path);
 
+    /// An entry that comes while another one is being handled, as from the event loop that a format
+    /// turns, is kept and handled after it.
     void handleEntry(const TestResult::Entry &entry);
 
     /// Ends a run that its owner gives up between its first entry and its END: an ERROR that says
@@ -105,6 +108,7 @@ private:
         QString name;
     };
 
+    void handleNow(const TestResult::Entry &entry);
     void count(TestResult::ResultType type);
     void updateOpenParts(const TestResult::Entry &entry);
     bool updateSections(const TestResult::Entry &entry);
@@ -119,6 +123,8 @@ private:
     OpenPart m_run;
     OpenPart m_testCase;
     AbortedRun m_abortedRun = IsEnded;
+    bool m_isHandling = false;
+    std::deque<TestResult::Entry> m_deferred;
 };
 
 } // namespace Morvex
