@@ -84,14 +84,14 @@ QString openFreeReportTarget(const QString &fileName, QFile *file)
     const QFileInfo given(fileName);
     QString candidate = fileName;
     for (int number = 1;; ++number) {
-        const Outcome outcome =
-            hasContent(candidate) ? Outcome::Taken
-                                  : openTarget(candidate, TargetContent::Replaced, true, file);
+        const Outcome outcome = hasContent(candidate)
+                                    ? Outcome::Taken
+                                    : openTarget(candidate, TargetContent::Replaced, true, file);
         if (outcome != Outcome::Taken)
             return errorOf(outcome, *file);
-        candidate =
-            given.dir().filePath(given.completeBaseName() + QLatin1Char('_') +
-                                 QString::number(number) + QLatin1Char('.') + given.completeSuffix());
+        candidate = given.dir().filePath(given.completeBaseName() + QLatin1Char('_') +
+                                         QString::number(number) + QLatin1Char('.') +
+                                         given.completeSuffix());
     }
 }
 
