@@ -2,6 +2,7 @@
 #include "runner/messages.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
+#include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
 #include "test/webreport/webreportrepair.h"
 
@@ -83,11 +84,16 @@ int run(const RunnerOptions &options)
     case RunnerOptions::Action::Run:
         break;
     }
-    if (!options.suiteDirectory.isEmpty())
-        return runSuite(options);
-    if (options.action == RunnerOptions::Action::List || options.testCases.isEmpty())
+    const bool isSuite = !options.suiteDirectory.isEmpty();
+    if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
         return usageError(QStringLiteral("no suite directory was given"));
-    return runTestCase(options);
+    const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
+    const std::unique_ptr<UiCoverage> coverage =
+        isCounted ? std::make_unique<UiCoverage>() : nullptr;
+    const int status = isSuite ? runSuite(options) : runTestCase(options);
+    if (coverage)
+        coverage->print();
+    return status;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptverification.h"
+#include "runner/uicoverage.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -95,6 +96,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
+    attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
     if (!outcome.hasThrown)
         return;
     std::vector<LineInfo> stack = outcome.stack;
