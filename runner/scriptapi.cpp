@@ -3,6 +3,7 @@
 #include "qtbackend/turneventloop.h"
 #include "runner/attachmentpath.h"
 #include "runner/scriptdata.h"
+#include "runner/scriptfile.h"
 #include "shared/clock.h"
 #include "shared/environment.h"
 #include "shared/writefile.h"
@@ -142,28 +143,18 @@ QString ScriptApi::targetPath(const QString &file) const
     return path.isEmpty() ? QDir(m_context.testCaseDir).absoluteFilePath(file) : path;
 }
 
-bool ScriptApi::readTextFile(const QString &file, QString *path, QString *text)
+QString ScriptApi::readFile(const QString &file)
 {
     if (file.isEmpty()) {
         throwError(QStringLiteral("cannot read a file without a name"));
-        return false;
+        return {};
     }
-    *path = targetPath(file);
-    QFile source(*path);
+    QFile source(targetPath(file));
     if (!source.open(QIODevice::ReadOnly)) {
         throwError(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
-        return false;
+        return {};
     }
-    *text = QString::fromUtf8(source.readAll());
-    return true;
-}
-
-QString ScriptApi::readFile(const QString &file)
-{
-    QString path;
-    QString text;
-    readTextFile(file, &path, &text);
-    return text;
+    return QString::fromUtf8(source.readAll());
 }
 
 void ScriptApi::writeFile(const QString &file, const QString &text)
@@ -213,17 +204,22 @@ void ScriptApi::snooze(double seconds) const
 
 QJSValue ScriptApi::include(const QString &file)
 {
-    QString path;
-    QString program;
-    if (!readTextFile(file, &path, &program))
+    if (file.isEmpty()) {
+        throwError(QStringLiteral("include: the name of the file is empty"));
         return {};
-    path = QFileInfo(path).canonicalFilePath();
+    }
+    const ScriptFile script = readScriptFile(targetPath(file));
+    if (!script.error.isEmpty()) {
+        throwError(QLatin1String("include: ") + script.error);
+        return {};
+    }
+    const QString path = QFileInfo(targetPath(file)).canonicalFilePath();
     if (m_including.contains(path)) {
         throwError(QStringLiteral("include: '%1' includes itself").arg(file));
         return {};
     }
     m_including += path;
-    const ScriptEngine::Outcome outcome = m_engine->run(program, path);
+    const ScriptEngine::Outcome outcome = m_engine->run(script.text, path);
     m_including.removeLast();
     QJSValue result = m_engine->engine().newObject();
     result.setProperty(QStringLiteral("hasThrown"), outcome.hasThrown);

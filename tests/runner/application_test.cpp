@@ -177,6 +177,28 @@ TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
               runner.suitePath() + "/tst_s/script.js:2");
 }
 
+TEST_F(ApplicationTest, ATimeoutWhileAComparisonApplicationHangsIsNotItsCrash)
+{
+    const QDir dir(QFileInfo(runner.suitePath()).path());
+    const QString comparator = dir.filePath("prefix/bin/hangs");
+    writeFile(comparator, "#!/bin/sh\nsleep 60\n");
+    QFile::setPermissions(comparator, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::link(RunnerProcess::program(), dir.filePath("prefix/bin/morvexrunner"));
+    QFile::link(MORVEX_TEST_PREFIX "/lib", dir.filePath("prefix/lib"));
+    // The caller's directory counts.
+    runner.environment.insert("MORVEX_PREFIX", "prefix");
+    runner.addFile("points/picture.xml", picturePoint);
+    results("application.start('inventory'); check.point('picture');", {"--learn"});
+    QByteArray point = readFile(runner.suitePath() + "/points/picture.xml");
+    runner.addFile("points/picture.xml",
+                   point.replace("</Verification>", "<Algorithm name='hangs'/></Verification>"));
+    EXPECT_EQ(results("application.start('inventory'); check.point('picture');\n"
+                      "log.info('goes on');",
+                      {"--timeout", "6"}),
+              (QStringList{"WARNING The test case is ended while this call is running|",
+                           "FATAL Execution error|Execution is terminated due to timeout"}));
+}
+
 TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
 {
     runner.addFile("points/both.xml", statePoint("of the suite"));
@@ -336,6 +358,13 @@ TEST_F(ApplicationTest, AnApplicationOfTheSuiteIsStartedBeforeTheScript)
     runner.addFile("suite.conf", "VERSION = 3\nAUT = inventory\nIMPLICITAUTSTART = 1\n");
     EXPECT_EQ(results("check.equal(find('state').get('text'), '3 articles');"),
               QStringList("PASS Verification|Got expected '3 articles'."));
+    // Blanks and backslashes in its path.
+    const QString copy = runner.suitePath() + "/a\\b c/d.so";
+    QDir().mkpath(QFileInfo(copy).path());
+    QFile::copy(MORVEX_TEST_PREFIX "/lib/applications/inventory.so", copy);
+    runner.addFile("suite.conf", "AUT = \"" + copy.toUtf8() + "\" -x\n");
+    EXPECT_EQ(results("check.that(find('state').exists());").size(), 1);
+    EXPECT_EQ(output.status, 0);
     runner.addFile("suite.conf", "VERSION = 3\nAUT = nothing\nIMPLICITAUTSTART = 1\n");
     EXPECT_TRUE(results("check.pass('never');")
                     .value(0)
