@@ -21,7 +21,14 @@ namespace {
 
 // The places of an entry's fields in its message; those after the stack count from the end.
 enum Field { Type = 3, Script = 5, Message = 8, StackSize = 11 };
-enum LastField { Kind = 6, Location = 5, LocationLine = 4, Resource = 3, Screenshot = 2, Retry = 1 };
+enum LastField {
+    Kind = 6,
+    Location = 5,
+    LocationLine = 4,
+    Resource = 3,
+    Screenshot = 2,
+    Retry = 1
+};
 
 QJsonValue last(const QJsonArray &fields, LastField field)
 {
@@ -94,7 +101,9 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
                             entry.time.toMSecsSinceEpoch(),
                             QString::fromStdString(type),
                             "suite_name",
-                            isMessage ? "" : entry.type == TestResult::START ? "file:///suite" : script,
+                            isMessage                         ? ""
+                            : entry.type == TestResult::START ? "file:///suite"
+                                                              : script,
                             entry.line.lineNumber(),
                             "summary",
                             entry.message,
@@ -219,11 +228,10 @@ TEST(UploadMessageTest, FilesFollowTheirEntryUnderItsName)
         "\t\t\t\t<property name=\"text\">%1</property>\n\t\t\t</cell>\n\t\t\t<cell>\n"
         "\t\t\t\t<property name=\"backgroundColor\">#c8ff8000</property>\n"
         "\t\t\t\t<property name=\"text\">%1</property>\n\t\t\t</cell>\n\t\t</row>\n";
-    QByteArray tableDiff = "<tablediff>\n\t<deletion>\n" +
-                                 QByteArray(difference).replace("%1", "old") +
-                                 "\t</deletion>\n\t<insertion>\n" +
-                                 QByteArray(difference).replace("%1", "new") +
-                                 "\t</insertion>\n</tablediff>\n";
+    QByteArray tableDiff =
+        "<tablediff>\n\t<deletion>\n" + QByteArray(difference).replace("%1", "old") +
+        "\t</deletion>\n\t<insertion>\n" + QByteArray(difference).replace("%1", "new") +
+        "\t</insertion>\n</tablediff>\n";
     tableDiff.replace("\t", "    ");
 
     const std::vector<QJsonArray> messages = uploaded(entries);
@@ -232,20 +240,23 @@ TEST(UploadMessageTest, FilesFollowTheirEntryUnderItsName)
     for (const QJsonArray &fields : messages) {
         const bool isEntry = fields.at(0) == 105;
         if (isEntry)
-            names = QStringList{last(fields, Resource).toString(), last(fields, Screenshot).toString()};
+            names =
+                QStringList{last(fields, Resource).toString(), last(fields, Screenshot).toString()};
         const QString name = fields.at(2).toString();
         const QString place = name == names.value(0) ? "resource" : "screenshot";
         EXPECT_TRUE(isEntry || names.contains(name)) << name.toStdString();
         got += isEntry ? last(fields, Resource).toString().section('/', -1)
-                       : QString("%1 %2 %3").arg(place, QString::number(fields.at(3).toInt()),
-                                                 fields.at(4).toString());
+                       : QString("%1 %2 %3")
+                             .arg(place, QString::number(fields.at(3).toInt()),
+                                  fields.at(4).toString());
     }
     const QString shot = "screenshot 7 " + sha256("picture");
-    EXPECT_EQ(got, (QStringList{"gone.txt", shot, "pipe", shot, dir.path().section('/', -1), shot, "toolarge.bin", shot,
-                                "empty.txt", "resource 0 " + sha256(""), shot, "large.bin",
-                                "resource 209715200 " + QString(zeros.result().toHex()), shot,
-                                "tablediff.xml",
-                                QString("resource %1 ").arg(tableDiff.size()) + sha256(tableDiff)}));
+    EXPECT_EQ(got,
+              (QStringList{"gone.txt", shot, "pipe", shot, dir.path().section('/', -1), shot,
+                           "toolarge.bin", shot, "empty.txt", "resource 0 " + sha256(""), shot,
+                           "large.bin", "resource 209715200 " + QString(zeros.result().toHex()),
+                           shot, "tablediff.xml",
+                           QString("resource %1 ").arg(tableDiff.size()) + sha256(tableDiff)}));
 }
 
 TEST(UploadMessageTest, TheAddressTellsProjectTokenLabelsAndBatch)
@@ -292,10 +303,11 @@ TEST(UploadMessageTest, TheSessionComesFirst)
     const QString address = server.address().replace("/project/", "/a/b/project/") +
                             "&label=%C3%A4%7C&label=&label=z&batch=B";
     delete QuillbaseReportGenerator::create(address, TestReportGenerator::TEST_CASE).generator;
-    EXPECT_EQ(server.messages(), (std::vector<QJsonArray>{
-                                     {"path", "/a/b/event"},
-                                     {5, 0, "p", "secret", 3, QString::fromUtf8("\u00e4|"), "", "z", "B"},
-                                     {301, 1}}));
+    EXPECT_EQ(server.messages(),
+              (std::vector<QJsonArray>{
+                  {"path", "/a/b/event"},
+                  {5, 0, "p", "secret", 3, QString::fromUtf8("\u00e4|"), "", "z", "B"},
+                  {301, 1}}));
 }
 
 } // namespace
