@@ -3,6 +3,7 @@
 #include "runner/processsetup.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
+#include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
 #include "test/webreport/webreportrepair.h"
 
@@ -66,12 +67,17 @@ int run(const RunnerOptions &options)
     case RunnerOptions::Action::Run:
         break;
     }
-    if (!options.suiteDirectory.isEmpty())
-        return runSuite(options);
-    if (options.action == RunnerOptions::Action::List || options.testCases.isEmpty())
+    const bool isSuite = !options.suiteDirectory.isEmpty();
+    if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
         return usageError(QStringLiteral("no suite directory was given") +
                           suiteDirectoryHint(options));
-    return runTestCase(options);
+    const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
+    const std::unique_ptr<UiCoverage> coverage =
+        isCounted ? std::make_unique<UiCoverage>() : nullptr;
+    const int status = isSuite ? runSuite(options) : runTestCase(options);
+    if (coverage)
+        coverage->print();
+    return status;
 }
 
 } // namespace

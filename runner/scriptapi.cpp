@@ -1,6 +1,7 @@
 #include "runner/scriptapi.h"
 
 #include "qtbackend/turneventloop.h"
+#include "runner/attachmentpath.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptfile.h"
 #include "shared/clock.h"
@@ -25,24 +26,11 @@ static void initializeResources()
 namespace Morvex {
 namespace {
 
-const QLatin1String attachmentFolder("attachments");
-
 TestResult::ResultType outcomeType(bool passed, bool expectFail)
 {
     if (expectFail)
         return passed ? TestResult::XPASS : TestResult::XFAIL;
     return passed ? TestResult::PASS : TestResult::FAIL;
-}
-
-// A name in dir that no file has, made of that of source.
-QString freeName(const QDir &dir, const QFileInfo &source)
-{
-    QString name = source.fileName();
-    const QString suffix =
-        source.suffix().isEmpty() ? QString() : QLatin1Char('.') + source.suffix();
-    for (int number = 2; dir.exists(name); ++number)
-        name = source.completeBaseName() + QLatin1Char('_') + QString::number(number) + suffix;
-    return dir.filePath(name);
 }
 
 } // namespace
@@ -124,10 +112,8 @@ void ScriptApi::attach(const QString &file, const QString &message)
         return;
     }
     if (!m_context.resultDir.isEmpty()) {
-        const QDir dir(m_context.resultDir + QLatin1Char('/') + attachmentFolder +
-                       QLatin1Char('/') + QDir(m_context.testCaseDir).dirName());
-        dir.mkpath(QStringLiteral("."));
-        const QString copy = freeName(dir, QFileInfo(path));
+        const QString copy = attachmentPath(m_context.resultDir,
+                                            QDir(m_context.testCaseDir).dirName(), QFileInfo(path));
         if (!QFile::copy(path, copy)) {
             throwError(QStringLiteral("attach: cannot copy '%1' to '%2'").arg(path, copy));
             return;

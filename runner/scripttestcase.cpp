@@ -5,6 +5,7 @@
 #include "runner/scriptapplication.h"
 #include "runner/scriptfile.h"
 #include "runner/scriptverification.h"
+#include "runner/uicoverage.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -97,6 +98,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
+    attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
     if (!outcome.hasThrown)
         return;
     std::vector<LineInfo> stack = outcome.stack;

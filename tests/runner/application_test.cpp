@@ -1,5 +1,6 @@
 #include "support/files.h"
 #include "support/scriptfixture.h"
+#include "support/xmldocument.h"
 
 #include <QDir>
 #include <QFile>
@@ -375,6 +376,26 @@ TEST_F(ApplicationTest, AnApplicationOfTheSuiteIsStartedBeforeTheScript)
     EXPECT_TRUE(results("check.pass('never');")
                     .value(0)
                     .startsWith("ERROR Cannot run the test case|there is no application"));
+}
+
+TEST_F(ApplicationTest, CoverageAddsUpWhatAllTestCasesDid)
+{
+    runner.addTestCase("tst_more", "application.start('inventory'); find('count').type('1');");
+    const QString dir = runner.suitePath() + "/results";
+    results("application.start('inventory'); find('name').type('Screws'); find('add').click(); "
+            "application.stop(); check.fail('again');",
+            {"--coverage", "--retry", "1", "--resultdir", dir});
+    EXPECT_TRUE(output.standardError.contains("\nUI coverage of Inventory: 50.0 % (3 of 6)\n"
+                                              "morvexrunner: UI coverage: 50.0 % (3 of 6)\n"))
+        << output.standardError.constData();
+    EXPECT_TRUE(output.standardOutput.contains("UI coverage"));
+    for (const char *attachment : {"tst_s/uicoverage.xml", "tst_s/uicoverage_2.xml"}) {
+        const XmlDocument ui(readFile(dir + "/attachments/" + attachment));
+        EXPECT_EQ(ui.value("string(//element[@class='QLineEdit \"name\"']//coverage)"), "6");
+    }
+    EXPECT_FALSE(readFile(dir + "/attachments/tst_more/uicoverage.xml").isEmpty());
+    results("check.pass('none');", {"--coverage", "--testcase", "tst_s"});
+    EXPECT_TRUE(output.standardError.contains("UI coverage: there was nothing to use"));
 }
 
 TEST(InventorySuiteTest, PassesAsAWholeAndLeavesItsFilesAlone)
