@@ -1,6 +1,9 @@
 #include "runner/javascriptobjectmap.h"
 
 #include "runner/javascriptcode.h"
+#include "runner/messages.h"
+#include "runner/resources.h"
+#include "shared/writefile.h"
 
 #include <QFile>
 
@@ -13,7 +16,6 @@ using SymbolicName = ScriptedObjectMap::ScriptedSymbolicName;
 using RealName = ScriptedObjectMap::ScriptedRealName;
 using PropertyValue = ObjectName::PropertyValue;
 
-const QLatin1String templateFile(":/morvexrunner/names.js");
 const QLatin1String namesObject("names");
 
 // A change within the tick of the file system's clock leaves the times as they were.
@@ -140,7 +142,7 @@ QString JavaScriptObjectMap::Contents::canonical(const ObjectName &name) const
 }
 
 JavaScriptObjectMap::JavaScriptObjectMap(const QString &path)
-    : ScriptedObjectMap(templateFile, path)
+    : ScriptedObjectMap(resourcePath(QStringLiteral("names.js")), path)
 {
 }
 
@@ -166,6 +168,19 @@ const JavaScriptObjectMap::Contents &JavaScriptObjectMap::contents() const
 NamesFileError JavaScriptObjectMap::error() const
 {
     return contents().error;
+}
+
+QString JavaScriptObjectMap::saveOrKeep() const
+{
+    if (save())
+        return {};
+    const QByteArray code = unsavedCode().toUtf8();
+    const QString copy = scriptPath() + QLatin1String(".unsaved");
+    if (writeFileSafely(copy, code).outcome == FileWriteResult::Written)
+        return QStringLiteral("%1; the names are in '%2' instead").arg(saveError(), copy);
+    for (const QByteArray &line : code.split('\n'))
+        printLine(QString::fromUtf8(line));
+    return QStringLiteral("%1; the names are printed above instead").arg(saveError());
 }
 
 bool JavaScriptObjectMap::scriptedNamesDump(QString *dump) const

@@ -19,6 +19,10 @@ public:
     /// an error the file has no names, and saving would add definitions that nothing reads.
     NamesFileError error() const;
 
+    /// Saves. When that fails, what was to be written is kept in a file beside the names file, or
+    /// else printed, and the error text says so. Empty on success.
+    QString saveOrKeep() const;
+
     bool scriptedNamesDump(QString *dump) const override;
     QString scriptExpression(const QString &name) const override;
     ScriptedSymbolicName qualifiedSymbolicName(const ScriptedSymbolicName &name) const override;

@@ -1,6 +1,7 @@
 #include "runner/namesfile.h"
 
 #include "runner/enginewatch.h"
+#include "runner/resources.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -63,9 +64,7 @@ QString namesFileName()
 
 QJSValue installNameFunctions(ScriptEngine *engine)
 {
-    QFile program(QStringLiteral(":/morvexrunner/scriptnames.js"));
-    program.open(QIODevice::ReadOnly);
-    return engine->runInternal(QString::fromUtf8(program.readAll()))
+    return engine->runInternal(resourceText(QStringLiteral("scriptnames.js")))
         .call({engine->engine().globalObject()});
 }
 
@@ -97,7 +96,7 @@ NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, con
     {
         const EngineWatch watch(&engine->engine(), longestRun);
         const ScriptEngine::Outcome outcome = engine->run(QString::fromUtf8(content), path);
-        if (outcome.hasThrown)
+        if (outcome.hasThrown || watch.hasInterrupted())
             return thrown(outcome, path, watch.hasInterrupted());
     }
     const QString where = QFileInfo::exists(path)

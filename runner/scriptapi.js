@@ -1,5 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-(function (native, application, verification, global) {
+(function (native, application, verification, global, nameFunctions) {
     "use strict";
 
     function text(value) {
@@ -239,7 +239,7 @@
     };
 
     global.find = function (objectName, timeout) {
-        var wanted = name(objectName, "an object");
+        var wanted = nameFunctions.nameText(objectName);
         return new FoundObject(wanted, application.find(wanted, milliseconds(timeout, 10000)));
     };
 

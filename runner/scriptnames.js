@@ -81,12 +81,17 @@
     // names while the names file runs, and afterwards.
     function Names() {
         var known = Object.create(null);
-        var symbols = new Map();
         var lines = [];
+        // On each object its first name; a Map of this engine looks through all of its keys.
+        var mark = Symbol("name");
 
         function symbolOf(value) {
-            var key = symbols.get(value);
-            return key === undefined ? undefined : ":" + key;
+            return Object.prototype.hasOwnProperty.call(value, mark) ? ":" + value[mark] : undefined;
+        }
+
+        function markFirstName(value, key) {
+            if (typeof value === "object" && symbolOf(value) === undefined)
+                Object.freeze(Object.defineProperty(value, mark, {value: key}));
         }
 
         function get(where) {
@@ -105,8 +110,7 @@
             if (key in target)
                 throw new TypeError("the name '" + key + "' is defined twice");
             lines.push([key, nameText(value, symbolOf)]);
-            if (typeof value === "object" && !symbols.has(value))
-                symbols.set(Object.freeze(value), key);
+            markFirstName(value, key);
             target[key] = value;
             return true;
         }
