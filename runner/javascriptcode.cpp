@@ -64,6 +64,26 @@ bool isWordCharacter(QChar character)
     return character.isLetter() || (character.isDigit() && character.unicode() < 128);
 }
 
+QStringList wordsOf(const QString &text)
+{
+    QStringList words;
+    bool isInWord = false;
+    for (const QChar character : text) {
+        if (isWordCharacter(character) && isInWord)
+            words.last() += character;
+        else if (isWordCharacter(character))
+            words += QString(character);
+        isInWord = isWordCharacter(character);
+    }
+    return words;
+}
+
+// "OK" and "CSV" as a whole, of other words the first letter.
+QString inLowerCase(const QString &word)
+{
+    return word == word.toUpper() ? word.toLower() : word.at(0).toLower() + word.mid(1);
+}
+
 } // namespace
 
 QString javaScriptString(const QString &text)
@@ -99,18 +119,8 @@ QString javaScriptObject(const QMap<QString, QString> &members)
 QString javaScriptIdentifier(const QString &text)
 {
     QString identifier;
-    bool startsWord = false;
-    for (const QChar character : text) {
-        if (!isWordCharacter(character)) {
-            startsWord = !identifier.isEmpty();
-            continue;
-        }
-        if (identifier.isEmpty())
-            identifier += character.toLower();
-        else
-            identifier += startsWord ? character.toUpper() : character;
-        startsWord = false;
-    }
+    for (const QString &word : wordsOf(text))
+        identifier += identifier.isEmpty() ? inLowerCase(word) : word.at(0).toUpper() + word.mid(1);
     if (identifier.isEmpty())
         return QStringLiteral("object");
     return identifier.at(0).isDigit() ? QLatin1Char('_') + identifier : identifier;

@@ -27,9 +27,8 @@ const Method objectMethods[] = {
 };
 
 const Method itemMethods[] = {
-    {"clickItem", "click"},       {"doubleClickItem", "doubleClick"},
-    {"activateItem", "activate"}, {"expandItem", "expand"},
-    {"collapseItem", "collapse"}, {"clickTreeHandle", "toggle"},
+    {"clickItem", "click"},   {"doubleClickItem", "doubleClick"}, {"activateItem", "activate"},
+    {"expandItem", "expand"}, {"collapseItem", "collapse"},       {"clickTreeHandle", "toggle"},
 };
 
 const char *const contextFunctions[] = {"currentApplicationContext", "setApplicationContext",
@@ -78,8 +77,8 @@ QString itemCall(const QString &objectName, const EventData &event, const Method
     const int selectorSize = EventRecorder::hasItemRowAndColumn(event) ? 2 : 1;
     const int count = event.arguments().count();
     const QString item =
-        found(objectName) + QStringLiteral(".item(%1)")
-                                .arg(argumentList(event, 0, std::min(selectorSize, count)));
+        found(objectName) +
+        QStringLiteral(".item(%1)").arg(argumentList(event, 0, std::min(selectorSize, count)));
     return callCode(item, QString::fromLatin1(method.printed), QString());
 }
 

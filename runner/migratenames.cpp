@@ -114,9 +114,10 @@ int Migration::save(int count)
         return ExitUnusable;
     }
     if (!m_names.hasSymbolicName(created.last().first)) {
-        printMessage(QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE: "
-                                    "the names are at its end, as comments")
-                         .arg(m_namesPath));
+        printMessage(
+            QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE: "
+                           "the names are at its end, as comments")
+                .arg(m_namesPath));
         return ExitFailed;
     }
     report(count);
@@ -126,9 +127,10 @@ int Migration::save(int count)
 void Migration::report(int count) const
 {
     for (const QString &reference : m_names.danglingReferences())
-        printMessage(QStringLiteral("'%1' is not in the object map; names that refer to it keep it as "
-                                    "a text")
-                         .arg(reference));
+        printMessage(
+            QStringLiteral("'%1' is not in the object map; names that refer to it keep it as "
+                           "a text")
+                .arg(reference));
     printMessage((count == 1 ? QStringLiteral("1 name was added to '%2'")
                              : QStringLiteral("%1 names were added to '%2'").arg(count))
                      .arg(m_namesPath));

@@ -102,8 +102,8 @@ NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, con
     const QString where = QFileInfo::exists(path)
                               ? QStringLiteral("in the names file '%1'").arg(path)
                               : QStringLiteral("since the suite has no names file '%1'").arg(path);
-    global.setProperty(QStringLiteral("names"), names.property(QStringLiteral("reading"))
-                                                    .callWithInstance(names, {where}));
+    global.setProperty(QStringLiteral("names"),
+                       names.property(QStringLiteral("reading")).callWithInstance(names, {where}));
     if (lines)
         *lines = pairsOf(names.property(QStringLiteral("lines")));
     return error;

@@ -215,9 +215,9 @@ QString EventRecorder::createSymbolicName(const QString &realName)
 bool EventRecorder::isItemMethod(const QString &method)
 {
     static const QStringList methods{
-        QStringLiteral("clickItem"),       QStringLiteral("doubleClickItem"),
-        QStringLiteral("activateItem"),    QStringLiteral("clickTreeHandle"),
-        QStringLiteral("expandItem"),      QStringLiteral("collapseItem"),
+        QStringLiteral("clickItem"),    QStringLiteral("doubleClickItem"),
+        QStringLiteral("activateItem"), QStringLiteral("clickTreeHandle"),
+        QStringLiteral("expandItem"),   QStringLiteral("collapseItem"),
     };
     return methods.contains(method);
 }

@@ -200,8 +200,8 @@ bool ScriptedObjectMap::findCodeInsertionPos(QList<QString>::iterator begin,
                                              QList<QString>::iterator end,
                                              QList<QString>::iterator *position) const
 {
-    *position = std::find_if(
-        begin, end, [](const QString &line) { return line.endsWith(insertionMarker); });
+    *position = std::find_if(begin, end,
+                             [](const QString &line) { return line.endsWith(insertionMarker); });
     return *position != end;
 }
 
@@ -218,8 +218,7 @@ QString ScriptedObjectMap::getSymbolicName(const QString &name, bool recursive)
     const ObjectMap *map = ObjectMap::self();
     if (!map)
         return createSymbolicName(ObjectName(name), recursive);
-    if (!d->resolved.contains(name) && !d->underWay.contains(name) &&
-        map->names().contains(name))
+    if (!d->resolved.contains(name) && !d->underWay.contains(name) && map->names().contains(name))
         createFromObjectMap(*map, name);
     return d->resolved.contains(name) ? d->resolved.value(name) : literalSymbolicName(name);
 }
@@ -270,8 +269,7 @@ ScriptedObjectMap::newSymbolicName(const ObjectName &name) const
     const QString base =
         name.isMultiProperty() ? ObjectMap::symbolFromMultiPropName(name) : name.qualifiedName();
     // The name of a toolkit, which scripts know as it is.
-    const QString wanted =
-        base == QLatin1String("SWT") ? base : identifierFromName(base).text();
+    const QString wanted = base == QLatin1String("SWT") ? base : identifierFromName(base).text();
     const QSet<ScriptedSymbolicName> existing = existingSymbolicNames();
     return ScriptedSymbolicName(firstFreeName(wanted, [&](const QString &candidate) {
         const ScriptedSymbolicName symbol(candidate);

@@ -28,11 +28,10 @@ protected:
     QByteArray saved(const QByteArray &content, const QStringList &objects)
     {
         writeFile(path, content);
-        const JavaScriptObjectMap before(path);
         JavaScriptObjectMap map(path);
         for (const QString &object : objects)
             map.getSymbolicName(object, true);
-        EXPECT_TRUE(map.save()) << map.saveError();
+        EXPECT_TRUE(map.save()) << map.saveError().toStdString();
         EXPECT_TRUE(map.createdNames().isEmpty());
         return readFile(path);
     }
@@ -110,7 +109,7 @@ TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
 
 TEST_F(JavaScriptObjectMapTest, WhatCanNotBeSavedIsKeptAndTheFileStaysAsItWas)
 {
-    const QByteArray before = marker + QByteArray(9000, '/');
+    const QByteArray before = marker + QByteArray(400, '/') + '\n';
     writeFile(path, before);
     JavaScriptObjectMap map(path);
     map.getSymbolicName("{text='Save'}", true);
@@ -119,7 +118,7 @@ TEST_F(JavaScriptObjectMapTest, WhatCanNotBeSavedIsKeptAndTheFileStaysAsItWas)
         const FileSizeLimit limit(100);
         error = map.saveOrKeep();
     }
-    EXPECT_TRUE(error.contains(path)) << error;
+    EXPECT_TRUE(error.contains(path)) << error.toStdString();
     EXPECT_EQ(readFile(path), before);
     EXPECT_TRUE(map.unsavedCode().startsWith("names.save = {text: \"Save\"};\n"));
     EXPECT_FALSE(QFileInfo::exists(path + ".unsaved"));
@@ -150,9 +149,9 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         writeFile(path, each.content);
         const JavaScriptObjectMap map(path);
         const NamesFileError error = map.error();
-        EXPECT_TRUE(error.text.contains(each.part)) << error.text;
-        EXPECT_EQ(error.place.line, each.line) << error.text;
-        EXPECT_EQ(error.place.file, path);
+        EXPECT_TRUE(error.text.contains(each.part)) << error.text.toStdString();
+        EXPECT_EQ(error.place.lineNumber(), each.line) << error.text.toStdString();
+        EXPECT_EQ(error.place.fileName(), path);
         QString dump;
         EXPECT_FALSE(map.scriptedNamesDump(&dump));
     }
@@ -187,7 +186,7 @@ TEST_F(JavaScriptObjectMapTest, NamesOfAnObjectMapFollowTheirReferencesToAnyLeng
     ObjectMap::install(&legacy);
     JavaScriptObjectMap resolved(dir.filePath("resolved.js"));
     EXPECT_EQ(resolved.getSymbolicName(":last", false), "names.last");
-    EXPECT_EQ(resolved.createdNames().size(), length + 2);
+    EXPECT_EQ(resolved.createdNames().size(), length + 1);
     ASSERT_TRUE(resolved.save());
     EXPECT_EQ(resolved.error().toString(), "");
 }

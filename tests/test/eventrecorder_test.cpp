@@ -25,9 +25,9 @@ public:
         QStringList arguments;
         for (const EventDataArg &argument : event.arguments())
             arguments += argument.value;
-        lines += QStringLiteral("%1(%2)%3@%4").arg(event.methodName(), arguments.join(','),
-                                                   event.resultName(),
-                                                   QString::number(event.snooze()));
+        lines += QStringLiteral("%1(%2)%3@%4")
+                     .arg(event.methodName(), arguments.join(','), event.resultName(),
+                          QString::number(event.snooze()));
     }
     QString recordSnooze(int ms) override { return "snooze " + formatSnoozeSecs(ms); }
     QString recordObjectWait(const QString &name, int) override { return "object " + name; }
@@ -55,12 +55,14 @@ struct Event
 QStringList recorded(const std::vector<Event> &events)
 {
     LineRecorder recorder;
+    quint64 sequence = 0;
     for (const Event &each : events) {
         EventData event(each.kind);
         event.setMethodName(each.name);
         event.setContextId(each.context);
         event.setTime(each.time);
         event.setSnooze(each.snooze);
+        event.setSequence(++sequence);
         recorder.queueEvent(event);
     }
     recorder.dequeueEvents();
