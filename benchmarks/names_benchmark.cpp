@@ -44,7 +44,8 @@ public:
     QString recordCellWait(const QString &, int, int, int) override { return {}; }
 };
 
-// Of three applications, as they come from three connections: nearly in order.
+// Of three applications, which the user changes between now and then, as they come from three
+// connections: nearly in order.
 std::deque<EventData> makeEvents(int count)
 {
     std::minstd_rand random(1);
@@ -54,7 +55,7 @@ std::deque<EventData> makeEvents(int count)
         event.setMethodName(QStringLiteral("click"));
         event.setObjectName(QStringLiteral("{text='Save' type='QPushButton'}"));
         event.addArgument({QString::number(i), EventDataArg::NUMBER});
-        event.setContextId(static_cast<int>(random() % 3));
+        event.setContextId(i / 50 % 3);
         event.setTime(QTime(0, 0).addMSecs(i));
         event.setSequence(static_cast<quint64>(i) + random() % 20);
         events.push_back(event);
@@ -74,9 +75,9 @@ static void addNames(benchmark::State &state)
         state.ResumeTiming();
         JavaScriptObjectMap map(path);
         for (int i = 0; i < 1000; ++i)
-            map.getSymbolicName(QStringLiteral("{text='New %1' window={text='Item 7' type='QPushButton'}}")
-                                    .arg(i),
-                                true);
+            map.getSymbolicName(
+                QStringLiteral("{text='New %1' window={text='Item 7' type='QPushButton'}}").arg(i),
+                true);
         if (!map.save())
             state.SkipWithError("the names could not be saved");
     }

@@ -11,6 +11,7 @@
 #include <deque>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace Morvex {
 namespace {
@@ -25,31 +26,42 @@ const double msPerSecondExactly = 1000.0;
 const qint64 gestureEpochSeconds = 1389222000;
 const int gestureBase = 36;
 
+// Those of equal rank stay in the order in which they came. Events are large, so none is moved.
+std::vector<EventData *> sorted(std::deque<EventData> &queue)
+{
+    std::vector<EventData *> events;
+    events.reserve(queue.size());
+    for (EventData &event : queue)
+        events.push_back(&event);
+    std::stable_sort(events.begin(), events.end(),
+                     [](const EventData *a, const EventData *b) { return *a < *b; });
+    return events;
+}
+
 } // namespace
 
-// Turns the events of one run into the events that are printed.
+// Turns the events of one run into the events that are printed: the events themselves, which have
+// to outlive this object, and statements between them.
 class EventRecorder::Sequencer
 {
 public:
-    using Events = std::deque<EventData>;
-
     explicit Sequencer(int firstContext)
         : m_firstContext(firstContext)
     {
         m_variables.insert(firstContext, variable(0));
     }
 
-    void add(EventData event)
+    void add(EventData &event)
     {
         if (m_previous && event.time().isValid())
             event.setSnooze(std::max(0, m_previous->time.msecsTo(event.time())));
         if (event.kind() == EventData::APPLICATION_START)
             addStart(event);
         else
-            addAction(std::move(event));
+            addAction(event);
     }
 
-    const Events &events() const { return m_events; }
+    const std::deque<const EventData *> &output() const { return m_output; }
 
 private:
     struct Previous
@@ -76,7 +88,7 @@ private:
         m_previous = start;
     }
 
-    void addAction(EventData event)
+    void addAction(const EventData &event)
     {
         const int context = event.contextId();
         if (!m_variables.contains(context))
@@ -84,7 +96,7 @@ private:
         else if (m_previous && m_previous->context != context)
             addSwitch(context);
         m_previous = previousOf(event);
-        m_events.push_back(std::move(event));
+        m_output.push_back(&event);
     }
 
     // The script starts in the new context.
@@ -92,16 +104,22 @@ private:
     {
         const QString name = variable(m_next++);
         m_variables.insert(context, name);
-        m_events.emplace_back(QStringLiteral("waitForApplicationLaunch"), QStringList(), name);
+        m_output.push_back(statement("waitForApplicationLaunch", {}, name));
     }
 
     void addSwitch(int context)
     {
         if (!std::exchange(m_hasSwitched, true))
-            m_events.emplace_front(QStringLiteral("currentApplicationContext"), QStringList(),
-                                   variable(0));
-        m_events.emplace_back(QStringLiteral("setApplicationContext"),
-                              QStringList(m_variables.value(context)), QString());
+            m_output.push_front(statement("currentApplicationContext", {}, variable(0)));
+        m_output.push_back(
+            statement("setApplicationContext", {m_variables.value(context)}, QString()));
+    }
+
+    const EventData *statement(const char *method, const QStringList &arguments,
+                               const QString &resultName)
+    {
+        m_statements.emplace_back(QString::fromLatin1(method), arguments, resultName);
+        return &m_statements.back();
     }
 
     int m_firstContext;
@@ -109,7 +127,9 @@ private:
     int m_next = 1;
     std::optional<Previous> m_previous;
     bool m_hasSwitched = false;
-    Events m_events;
+    // Growing it moves none of its elements.
+    std::deque<EventData> m_statements;
+    std::deque<const EventData *> m_output;
 };
 
 struct EventRecorder::Private
@@ -138,12 +158,12 @@ void EventRecorder::dequeueEvents()
         return;
     // What the statements cause to be queued belongs to the next run.
     auto queue = std::exchange(d->queue, {});
-    std::stable_sort(queue.begin(), queue.end());
-    Sequencer sequencer(queue.front().contextId());
-    for (EventData &event : queue)
-        sequencer.add(std::move(event));
-    for (const EventData &event : sequencer.events())
-        recordEvent(event);
+    const std::vector<EventData *> events = sorted(queue);
+    Sequencer sequencer(events.front()->contextId());
+    for (EventData *event : events)
+        sequencer.add(*event);
+    for (const EventData *event : sequencer.output())
+        recordEvent(*event);
 }
 
 QString EventRecorder::recordSync(const QString &objectName, int timeoutMs)
