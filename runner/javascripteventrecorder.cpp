@@ -167,7 +167,7 @@ QString JavaScriptEventRecorder::recordItemWait(const QString &objectName, const
 {
     return timeoutMs <= defaultWaitMs
                ? QString()
-               : QStringLiteral("%1.waitForItem(%2, %3);")
+               : QStringLiteral("%1.item(%2, %3).text();")
                      .arg(found(objectName), javaScriptString(item), QString::number(timeoutMs));
 }
 
@@ -176,7 +176,7 @@ QString JavaScriptEventRecorder::recordCellWait(const QString &objectName, int r
 {
     return timeoutMs <= defaultWaitMs
                ? QString()
-               : QStringLiteral("%1.waitForItem(%2, %3, %4);")
+               : QStringLiteral("%1.item(%2, %3, %4).text();")
                      .arg(found(objectName), QString::number(row), QString::number(column),
                           QString::number(timeoutMs));
 }

@@ -2,16 +2,24 @@
 
 #include "qtbackend/applicationplugin.h"
 #include "qtbackend/qtinspector.h"
+#include "qtbackend/turneventloop.h"
 #include "runner/scriptobject.h"
+#include "runner/uicoverage.h"
 #include "shared/environment.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
 #include <QPluginLoader>
 
 namespace Morvex {
+namespace {
+
+const int waitStepMs = 20;
+
+} // namespace
 
 ScriptApplication::ScriptApplication(const QStringList &searchDirs)
     : m_searchDirs(searchDirs)
@@ -57,6 +65,7 @@ QString ScriptApplication::start(const QStringList &command)
     if (!m_inspector) {
         m_inspector = std::make_unique<QtInspector>();
         Inspector::install(m_inspector.get());
+        startUsageCount();
     }
     const QString error = plugin->start(command.mid(1));
     if (error.isEmpty())
@@ -71,6 +80,15 @@ void ScriptApplication::stop()
     m_running->stop();
     m_running = nullptr;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool ScriptApplication::waitUntilRunning(int timeout)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!m_running && timer.elapsed() < timeout)
+        turnEventLoop(waitStepMs);
+    return m_running;
 }
 
 QObject *ScriptApplication::find(const QString &name, int timeout)

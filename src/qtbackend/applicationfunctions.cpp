@@ -1,8 +1,11 @@
 #include "qtbackend/applicationfunctions.h"
 
 #include "qtbackend/elementdump.h"
+#include "qtbackend/elementfilter.h"
+#include "qtbackend/items.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
+#include "qtbackend/usagecounter.h"
 #include "qtbackend/userinput.h"
 
 #include <QBuffer>
@@ -57,14 +60,37 @@ QVariant getPixmapAsImage(QtModel &model, const QVariantList &arguments, QString
     return buffer.data();
 }
 
+QByteArray dumpError(const QString &text)
+{
+    return QByteArray(1, errorFollows) + text.toUtf8();
+}
+
 // Arguments: id, filters.
 QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *error)
 {
     QObject *object = firstObject(model, arguments, error);
-    if (object && object->isWidgetType())
-        return QByteArray(1, dumpFollows) + dumpElements(model, object);
-    const QString text = object ? QStringLiteral("The object is no widget") : *error;
-    return QByteArray(1, errorFollows) + text.toUtf8();
+    if (!object)
+        return dumpError(*error);
+    if (!object->isWidgetType())
+        return dumpError(QStringLiteral("The object is no widget"));
+    ElementFilter filter;
+    for (int i = 1; i < arguments.size(); ++i) {
+        const QString reason = filter.add(arguments.at(i).toByteArray());
+        if (!reason.isEmpty())
+            return dumpError(QStringLiteral("Filter %1, %2").arg(QString::number(i), reason));
+    }
+    return QByteArray(1, dumpFollows) + dumpElements(model, object, filter);
+}
+
+QVariant countUsage(QtModel &model, const QVariantList &, QString *)
+{
+    model.usageCounter();
+    return true;
+}
+
+QVariant dumpUsage(QtModel &model, const QVariantList &, QString *)
+{
+    return QByteArray(1, dumpFollows) + model.usageCounter().dump();
 }
 
 // Arguments: id, and none or both of x and y.
@@ -85,6 +111,27 @@ QVariant type(QtModel &model, const QVariantList &arguments, QString *error)
     return object ? done(typeText(object, arguments.value(1).toString()), error) : QVariant();
 }
 
+// Arguments: id, action, and the selector.
+QVariant useItemOf(QtModel &model, const QVariantList &arguments, QString *error)
+{
+    QObject *object = firstObject(model, arguments, error);
+    return object ? done(useItem(object, arguments.value(1).toString(), arguments.mid(2)), error)
+                  : QVariant();
+}
+
+// Arguments: id and the selector.
+QVariant hasItemOf(QtModel &model, const QVariantList &arguments, QString *error)
+{
+    QObject *object = firstObject(model, arguments, error);
+    return object ? QVariant(hasItem(object, arguments.mid(1))) : QVariant();
+}
+
+QVariant textOfItem(QtModel &model, const QVariantList &arguments, QString *error)
+{
+    QObject *object = firstObject(model, arguments, error);
+    return object ? QVariant(itemText(object, arguments.mid(1), error)) : QVariant();
+}
+
 const struct
 {
     const char *name;
@@ -94,8 +141,13 @@ const struct
     {"grabObjectScreenshot", grabObjectScreenshot},
     {"getPixmapAsImage", getPixmapAsImage},
     {"dumpObject", dumpObject},
+    {"countUsage", countUsage},
+    {"dumpUsage", dumpUsage},
     {"clickObject", click},
     {"typeText", type},
+    {"useItem", useItemOf},
+    {"hasItem", hasItemOf},
+    {"itemText", textOfItem},
 };
 
 } // namespace
