@@ -187,10 +187,9 @@ class ComboBoxItem : public ItemOwner
 public:
     ComboBoxItem(QComboBox *box, const QVariantList &selector)
         : m_box(box)
-        , m_row(selector.size() == 2
-                    ? selector.at(0).toInt()
-                    : box->findText(selector.value(0).toString(),
-                                    Qt::MatchExactly | Qt::MatchCaseSensitive))
+        , m_row(selector.size() == 2 ? selector.at(0).toInt()
+                                     : box->findText(selector.value(0).toString(),
+                                                     Qt::MatchExactly | Qt::MatchCaseSensitive))
     {
     }
 
@@ -325,8 +324,8 @@ std::unique_ptr<ItemOwner> existingItem(QObject *object, const QVariantList &sel
 {
     std::unique_ptr<ItemOwner> item = itemOf(object, selector);
     if (!item)
-        *error = QStringLiteral("%1 has no items").arg(
-            QString::fromLatin1(object->metaObject()->className()));
+        *error = QStringLiteral("%1 has no items")
+                     .arg(QString::fromLatin1(object->metaObject()->className()));
     else if (!item->contains())
         *error = QStringLiteral("there is no item %1").arg(selectorText(selector));
     return item && item->contains() ? std::move(item) : nullptr;
