@@ -17,7 +17,7 @@ install(EXPORT MorvexTargets NAMESPACE Morvex:: DESTINATION "${package_dir}" COM
 # What lies directly in the folder of a layer is public; its folders below hold helpers of its own.
 # Of the backend just what applications and runners need.
 set(qtbackend_headers applicationplugin.h qtinspector.h)
-foreach(layer objectmodel shared test qtbackend)
+foreach(layer objectmodel shared shared/uiabstraction test qtbackend)
     if(DEFINED ${layer}_headers)
         list(TRANSFORM ${layer}_headers PREPEND "${PROJECT_SOURCE_DIR}/src/${layer}/" OUTPUT_VARIABLE headers)
     else()

@@ -1,22 +1,27 @@
 # morvex_expose_layer(NAME FOLDER RESULT)
 #
-# Makes the headers of FOLDER reachable as "NAME/..." through an include directory that holds no
-# other layer, and stores this directory in the variable RESULT.
+# Makes the headers of src/FOLDER reachable as "FOLDER/..." through an include directory that holds
+# no other layer, and stores this directory in the variable RESULT.
 function(morvex_expose_layer name folder result)
     set(include_dir "${PROJECT_BINARY_DIR}/layers/${name}")
-    file(MAKE_DIRECTORY "${include_dir}")
-    file(CREATE_LINK "${folder}" "${include_dir}/${name}" SYMBOLIC)
+    cmake_path(GET folder PARENT_PATH parent)
+    file(MAKE_DIRECTORY "${include_dir}/${parent}")
+    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src/${folder}" "${include_dir}/${folder}" SYMBOLIC)
     set(${result} "${include_dir}" PARENT_SCOPE)
 endfunction()
 
-# morvex_add_layer(NAME DEPENDS layers... SOURCES files... LINK libraries...)
+# morvex_add_layer(NAME FOLDER folder DEPENDS layers... SOURCES files... LINK libraries...)
 #
-# Adds the object library morvex_NAME of the sources below the current directory. A layer sees its
+# Adds the object library morvex_NAME of the sources below the current directory, which is
+# src/FOLDER, by default src/NAME. A layer sees its
 # own headers and those of the layers it depends on and no others: each layer's folder is reached
 # through an include directory of its own, so that an upward include does not compile.
 function(morvex_add_layer name)
-    cmake_parse_arguments(PARSE_ARGV 1 layer "" "" "DEPENDS;SOURCES;LINK")
-    morvex_expose_layer(${name} "${CMAKE_CURRENT_SOURCE_DIR}" include_dir)
+    cmake_parse_arguments(PARSE_ARGV 1 layer "" "FOLDER" "DEPENDS;SOURCES;LINK")
+    if(NOT layer_FOLDER)
+        set(layer_FOLDER "${name}")
+    endif()
+    morvex_expose_layer(${name} "${layer_FOLDER}" include_dir)
 
     add_library(morvex_${name} OBJECT ${layer_SOURCES})
     set_target_properties(morvex_${name} PROPERTIES AUTOMOC ON)

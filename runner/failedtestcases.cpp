@@ -2,11 +2,11 @@
 
 #include "shared/realpath.h"
 #include "shared/settings.h"
+#include "shared/writefile.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 #include <QUrl>
 
 namespace Morvex {
@@ -58,16 +58,14 @@ QStringList FailedTestCases::read() const
 QString FailedTestCases::write(const QStringList &testCases) const
 {
     QDir().mkpath(QFileInfo(m_fileName).path());
-    QSaveFile file(m_fileName);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write("# " + asLine(m_suitePath));
-        for (const QString &testCase : testCases)
-            file.write(asLine(testCase));
-        if (file.commit())
-            return {};
-    }
+    QByteArray text = "# " + asLine(m_suitePath);
+    for (const QString &testCase : testCases)
+        text += asLine(testCase);
+    const FileWriteResult result = writeFileSafely(m_fileName, text);
+    if (result.outcome == FileWriteResult::Written)
+        return {};
     return QStringLiteral("cannot keep the failed test cases in '%1': %2")
-        .arg(m_fileName, file.errorString());
+        .arg(m_fileName, result.error);
 }
 
 } // namespace Morvex

@@ -4,13 +4,13 @@
 #include "runner/scriptdata.h"
 #include "shared/clock.h"
 #include "shared/environment.h"
+#include "shared/writefile.h"
 #include "test/testresult.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QQmlEngine>
-#include <QSaveFile>
 
 #include <cstdlib>
 #include <limits>
@@ -186,9 +186,9 @@ void ScriptApi::writeFile(const QString &file, const QString &text)
         throwError(QStringLiteral("cannot write a file without a name"));
         return;
     }
-    QSaveFile target(targetPath(file));
-    if (!target.open(QIODevice::WriteOnly) || target.write(text.toUtf8()) < 0 || !target.commit())
-        throwError(QStringLiteral("cannot write '%1': %2").arg(file, target.errorString()));
+    const FileWriteResult result = writeFileSafely(targetPath(file), text.toUtf8());
+    if (result.outcome != FileWriteResult::Written)
+        throwError(QStringLiteral("cannot write '%1': %2").arg(file, result.error));
 }
 
 bool ScriptApi::fileExists(const QString &file) const

@@ -2,11 +2,11 @@
 
 #include "shared/environment.h"
 #include "shared/expandreferences.h"
+#include "shared/writefile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTextStream>
 #include <QVariant>
 
@@ -138,7 +138,8 @@ Settings::~Settings()
 void Settings::parse()
 {
     QFile file(m_fileName);
-    if (!file.exists())
+    // A link that leads nowhere is not what the user meant.
+    if (!file.exists() && !QFileInfo(m_fileName).isSymLink())
         return;
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qWarning("Morvex::Settings::parse: could not open file `%s' for reading",
@@ -352,33 +353,26 @@ bool Settings::flush()
         qWarning("Morvex::Settings::flush: could not create directory `%s'.", qUtf8Printable(dir));
         return false;
     }
-    // A run that dies here must not cost the user the old file. A file that may be written in a
-    // directory that may not is written in place.
-    QSaveFile file(m_fileName);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+    const FileWriteResult result = writeFileSafely(m_fileName, toText().toUtf8());
+    if (result.outcome == FileWriteResult::NotOpened)
         qWarning("Morvex::Settings::flush: could not open file `%s' for writing",
                  qUtf8Printable(m_fileName));
-        return false;
-    }
-    writeTo(&file);
-    if (file.commit())
-        return true;
-    qWarning("Morvex::Settings::flush: could not write file `%s': %s", qUtf8Printable(m_fileName),
-             qUtf8Printable(file.errorString()));
-    return false;
+    else if (result.outcome == FileWriteResult::NotWritten)
+        qWarning("Morvex::Settings::flush: could not write file `%s': %s",
+                 qUtf8Printable(m_fileName), qUtf8Printable(result.error));
+    return result.outcome == FileWriteResult::Written;
 }
 
-void Settings::writeTo(QIODevice *device) const
+QString Settings::toText() const
 {
-    QTextStream stream(device);
-    stream.setCodec("UTF-8");
+    QString text;
     for (auto group = m_groups.cbegin(); group != m_groups.cend(); ++group) {
-        stream << '[' << group.key() << "]\n";
+        text += QLatin1Char('[') + group.key() + QLatin1String("]\n");
         for (auto entry = group->cbegin(); entry != group->cend(); ++entry)
-            stream << entry.key() << " = " << entry.value() << '\n';
-        stream << '\n';
+            text += entry.key() + QLatin1String(" = ") + entry.value() + QLatin1Char('\n');
+        text += QLatin1Char('\n');
     }
+    return text;
 }
 
 bool Settings::unquoteString(QString &text) const

@@ -6,8 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-class QIODevice;
-
 namespace Morvex {
 
 /// The entries of one ini file: groups of keys, whose values are texts, lists, numbers or
@@ -77,7 +75,7 @@ public:
     void removeEntry(const QString &group, const QString &key);
 
     /// Writes the file in any case, and creates its directory. False when that fails; the file
-    /// then is as it was, unless only direct writing to it was possible.
+    /// then is as it was.
     bool flush();
 
 protected:
@@ -90,7 +88,7 @@ private:
 
     void parse();
     void parseLine(const QString &line, Group **group, QString *groupName);
-    void writeTo(QIODevice *device) const;
+    QString toText() const;
     QStringList subkeyOrEntryList(const QString &group, const QString &key, bool subkeys) const;
     bool unquoteString(QString &text) const;
     bool unquoteStringList(const QString &text, QStringList &out) const;

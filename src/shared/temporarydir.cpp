@@ -25,7 +25,8 @@ bool removeEntry(const QFileInfo &entry)
 
 bool fail(QString *error, const QString &text)
 {
-    *error = text;
+    if (error)
+        *error = text;
     return false;
 }
 

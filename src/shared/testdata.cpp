@@ -1,10 +1,11 @@
 #include "shared/testdata.h"
 
-#include <QDir>
-#include <QFile>
-#include <QMap>
-#include <QTextStream>
+#include "shared/writefile.h"
 
+#include <QDir>
+#include <QMap>
+
+#include <string>
 #include <vector>
 
 namespace Morvex {
@@ -136,7 +137,7 @@ struct TestDataSet::Private
         return std::unique_ptr<TestDataRecord>(const_cast<TestDataRecord *>(record));
     }
 
-    bool saveTo(QFile &file) const;
+    std::string toText() const;
 };
 
 TestDataSet::TestDataSet(const QString &dataName, char separator, bool readOnly)
@@ -244,28 +245,29 @@ void TestDataSet::removeField(int column)
         record->removeField(column);
 }
 
-bool TestDataSet::Private::saveTo(QFile &file) const
+std::string TestDataSet::Private::toText() const
 {
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
     const int headerCount = header ? header->count() : 0;
+    std::string text;
+    const auto append = [&](const TestDataRecord &record) {
+        const QByteArray line = recordAsLine(record, headerCount, separator).toUtf8();
+        text.append(line.constData(), static_cast<std::size_t>(line.size()));
+    };
     if (header)
-        stream << recordAsLine(*header, headerCount, separator);
-    for (const auto &record : records) {
-        if (file.error() != QFile::NoError)
-            return false;
-        stream << recordAsLine(*record, headerCount, separator);
-    }
-    stream.flush();
-    return file.error() == QFile::NoError;
+        append(*header);
+    for (const auto &record : records)
+        append(*record);
+    return text;
 }
 
 bool TestDataSet::save(const QString &fileName)
 {
     if (d->readOnly)
         return false;
-    QFile file(fileName.isEmpty() ? d->dataName : fileName);
-    return file.open(QIODevice::WriteOnly) && d->saveTo(file);
+    const QString path = fileName.isEmpty() ? d->dataName : fileName;
+    const std::string text = d->toText();
+    return writeFileSafely(path, text.data(), static_cast<qint64>(text.size())).outcome ==
+           FileWriteResult::Written;
 }
 
 void fillEmptyCells(unsigned from, unsigned to, TestDataRecord *record)

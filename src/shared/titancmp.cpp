@@ -168,9 +168,9 @@ int checkedFlags(const ComparedElement &expected, int failed)
 
 bool hasMovedChild(const CmpResult &result)
 {
-    return std::any_of(result.selected.begin(), result.selected.end(), [](const SelectedPair &pair) {
-        return pair.result.failed & TitanCompare::GeometryCheck;
-    });
+    return std::any_of(
+        result.selected.begin(), result.selected.end(),
+        [](const SelectedPair &pair) { return pair.result.failed & TitanCompare::GeometryCheck; });
 }
 
 CmpResult Comparison::_titanCompare(int expectedIndex, int actualIndex)

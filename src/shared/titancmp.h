@@ -58,8 +58,7 @@ struct MORVEX_EXPORT TitanCompare
     int checked = 0;
 };
 
-using TitanPropertyChecksOfElements =
-    QMap<BrowserElement::Id, QMap<QString, TitanPropertyCheck>>;
+using TitanPropertyChecksOfElements = QMap<BrowserElement::Id, QMap<QString, TitanPropertyCheck>>;
 
 /// Whether all checks hold. @p expected and @p actual are the artificial roots above two trees of
 /// elements. Siblings may be in another order; each expected element is compared with the actual
@@ -69,14 +68,13 @@ using TitanPropertyChecksOfElements =
 /// @p result, which may be null, gets an entry for each expected element that was compared: an
 /// element has none when there is no counterpart of its class, or when one above it is identified
 /// as another one.
-MORVEX_EXPORT bool
-titanCompare(BrowserElement *expected, BrowserElement *actual,
-             const TitanPropertyChecksOfElements &identifying,
-             const TitanPropertyChecksOfElements &content,
-             const TitanPropertyChecksOfElements &geometry,
-             const QMap<BrowserElement::Id, VisualScreenshotCheck> &screenshots,
-             const QList<BrowserElement::Id> &subtreeExcluded,
-             QMap<BrowserElement::Id, TitanCompare> *result);
+MORVEX_EXPORT bool titanCompare(BrowserElement *expected, BrowserElement *actual,
+                                const TitanPropertyChecksOfElements &identifying,
+                                const TitanPropertyChecksOfElements &content,
+                                const TitanPropertyChecksOfElements &geometry,
+                                const QMap<BrowserElement::Id, VisualScreenshotCheck> &screenshots,
+                                const QList<BrowserElement::Id> &subtreeExcluded,
+                                QMap<BrowserElement::Id, TitanCompare> *result);
 
 /// The pictures of two elements as they are compared, without those of their children. @p sameSize
 /// scales the actual one to the size of the expected one. False when there is none of one of them.

@@ -1,5 +1,6 @@
 #include "shared/xmltablerange.h"
 
+#include "shared/elementtext.h"
 #include "shared/xmlguard.h"
 
 #include <QRegularExpression>
@@ -10,24 +11,6 @@
 
 namespace Morvex {
 namespace {
-
-// White space in cells is content. The parser knows this only as a setting of the whole process.
-class KeepWhiteSpace
-{
-public:
-    KeepWhiteSpace()
-        : m_condensed(TiXmlBase::IsWhiteSpaceCondensed())
-    {
-        TiXmlBase::SetCondenseWhiteSpace(false);
-    }
-    ~KeepWhiteSpace() { TiXmlBase::SetCondenseWhiteSpace(m_condensed); }
-
-    KeepWhiteSpace(const KeepWhiteSpace &) = delete;
-    KeepWhiteSpace &operator=(const KeepWhiteSpace &) = delete;
-
-private:
-    bool m_condensed;
-};
 
 int countChildren(const TiXmlElement &parent, const char *name)
 {
@@ -51,17 +34,10 @@ QString unescapedBlanks(QString text)
     return text;
 }
 
-// The text of the child, whatever pieces it comes in.
 std::string childText(const TiXmlElement &cell, const char *name)
 {
-    std::string text;
     const TiXmlElement *child = cell.FirstChildElement(name);
-    for (const TiXmlNode *node = child ? child->FirstChild() : nullptr; node;
-         node = node->NextSibling()) {
-        if (node->ToText())
-            text += node->ValueStr();
-    }
-    return text;
+    return child ? wholeText(*child) : std::string();
 }
 
 // The parser drops a text of nothing but blanks even when it is told to keep white space. In a
@@ -98,6 +74,7 @@ XmlTableRange::XmlTableRange()
 bool XmlTableRange::loadContentFromXml(const std::string &xml)
 {
     TiXmlDocument document;
+    // White space in cells is content.
     const KeepWhiteSpace keepWhiteSpace;
     const QString error = parseXml(withBlankTextsKept(xml), &document);
     if (!error.isEmpty()) {

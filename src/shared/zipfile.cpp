@@ -12,6 +12,8 @@ namespace Morvex {
 namespace {
 
 const qint64 blockSize = 65536;
+const qint64 minSizeForLongNumbers = 0xffffffff;
+const uLong nameIsUtf8 = 1 << 11;
 
 const QDir::Filters allEntries =
     QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
@@ -94,6 +96,18 @@ zip_fileinfo fileInfo(const QDateTime &time)
     return info;
 }
 
+int openEntry(zipFile zip, const char *name, const zip_fileinfo &info, bool hasLongNumbers)
+{
+    const int isCompressed = 0;
+    const int version = 0;
+    const int memoryLevel = 8;
+    const uLong noPassword = 0;
+    return zipOpenNewFileInZip4_64(zip, name, &info, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
+                                   Z_DEFAULT_COMPRESSION, isCompressed, -MAX_WBITS, memoryLevel,
+                                   Z_DEFAULT_STRATEGY, nullptr, noPassword, version, nameIsUtf8,
+                                   hasLongNumbers);
+}
+
 QString copyIntoZip(QIODevice *device, zipFile zip)
 {
     std::vector<char> block(blockSize);
@@ -141,9 +155,8 @@ ZipFile::~ZipFile()
 QString ZipFile::addFile(QIODevice *device, const QString &nameInZip, const QDateTime &time)
 {
     const zip_fileinfo info = fileInfo(time);
-    const int addError =
-        zipOpenNewFileInZip(m_zip, nameInZip.toUtf8().constData(), &info, nullptr, 0, nullptr, 0,
-                            nullptr, Z_DEFLATED, Z_DEFAULT_COMPRESSION);
+    const int addError = openEntry(m_zip, nameInZip.toUtf8().constData(), info,
+                                   device->size() >= minSizeForLongNumbers);
     if (addError != ZIP_OK)
         return QStringLiteral("Adding file '%1' to zip returned error on add: %2")
             .arg(nameInZip, QString::number(addError));

@@ -1,6 +1,7 @@
 #include "test/testvp.h"
 
 #include "shared/environment.h"
+#include "shared/writefile.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/runnerinterface.h"
 #include "test/verification/vpdocument.h"
@@ -12,7 +13,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSaveFile>
 #include <QTextStream>
 
 namespace Morvex {
@@ -68,21 +68,11 @@ bool namesSeveralObjects(const QDomElement &root)
 // Returns an error text, empty on success.
 QString saveDocument(const QDomDocument &document, const QString &path)
 {
-    // Not written in place: a crash must not cost the expectation.
-    QSaveFile file(path);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    QTextStream stream(&file);
+    QByteArray text;
+    QTextStream stream(&text, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
     document.save(stream, 4, QDomNode::EncodingFromTextStream);
-    stream.flush();
-    // A disk that runs full cuts the last write short, which the file does not take for an error.
-    if (stream.status() != QTextStream::Ok) {
-        file.cancelWriting();
-        return QStringLiteral("not all of it could be written");
-    }
-    return file.commit() ? QString() : file.errorString();
+    return writeFileSafely(path, text).error;
 }
 
 } // namespace

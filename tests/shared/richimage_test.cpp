@@ -1,6 +1,7 @@
 #include "shared/richimage.h"
 
-#include "shared/loadimage.h"
+#include "shared/uiabstraction/loadimage.h"
+#include "shared/uncompress.h"
 
 #include <QPixmap>
 

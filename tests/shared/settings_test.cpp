@@ -4,6 +4,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
+#include "support/filesizelimit.h"
 
 #include <QDir>
 #include <QFile>
@@ -243,6 +244,20 @@ TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsTold)
         EXPECT_EQ(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }),
                   message(row.writeWarning));
     }
+    const auto store = storeOf("kept = 1\n");
+    const QByteArray before = readFile(path);
+    store->writeEntry("g", "large", QString(5000, 'x'));
+    const FileSizeLimit limit(4096);
+    EXPECT_NE(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }), "");
+    EXPECT_EQ(readFile(path), before);
+}
+
+TEST_F(SettingsFileTest, ALinkThatLeadsNowhereIsReportedAndThenCreatesItsTarget)
+{
+    const QString link = dir.filePath("link.ini");
+    ASSERT_TRUE(QFile::link(dir.filePath("target.ini"), link));
+    EXPECT_NE(standardErrorOf([&] { Settings(link).writeEntry("g", "a", 1); }), "");
+    EXPECT_EQ(Settings(dir.filePath("target.ini")).readNumEntry("g", "a", 0), 1);
 }
 
 TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsToldTo)

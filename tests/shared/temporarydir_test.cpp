@@ -121,6 +121,8 @@ TEST(CopyDirectoryTest, EachFailureHasItsText)
         EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), &error,
                                    KeepExistingFile));
         EXPECT_EQ(error, row.error.arg(dir.path()));
+        EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), nullptr,
+                                   KeepExistingFile));
     }
 }
 

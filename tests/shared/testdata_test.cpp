@@ -190,7 +190,7 @@ TEST_F(DelimitedFileTest, WhatIsSavedReadsAsItWas)
     for (int round = 0; round < 200; ++round) {
         // A lone empty field comes back as none.
         const int width = 2 + static_cast<int>(random() % 4);
-        TsvTestDataSet set(dir.filePath("none.tsv"), '\t');
+        TestDataSet set(path, '\t', false);
         Rows expected;
         for (unsigned count = 1 + random() % 6; count > 0; --count) {
             QStringList values;

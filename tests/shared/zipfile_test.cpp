@@ -69,7 +69,7 @@ TEST(ZipFileTest, FilesOfAllDepthsKeepTheirPathContentAndTime)
     for (int i = 0; i < 100000; ++i)
         large += QByteArray::number(i * 7919LL);
     writeFile(dir.filePath("root/large"), large);
-    writeFile(dir.filePath("root/a/b/empty"), "");
+    writeFile(dir.filePath("root/a/b/gr\u00fcn"), "");
     const QDateTime time(QDate(2021, 12, 31), QTime(23, 58, 58));
     QFile file(dir.filePath("root/large"));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
@@ -89,7 +89,9 @@ TEST(ZipFileTest, FilesOfAllDepthsKeepTheirPathContentAndTime)
     EXPECT_EQ(info.tmu_date.tm_hour, 23U);
     EXPECT_EQ(info.tmu_date.tm_sec, 58U);
     info.crc = 1;
-    EXPECT_EQ(contentOf(target.fileName(), "a/b/empty", &info), QByteArray());
+    EXPECT_EQ(contentOf(target.fileName(), "a/b/gr\u00fcn", &info), QByteArray());
+    const uLong nameIsUtf8 = 0x800;
+    EXPECT_TRUE(info.flag & nameIsUtf8);
     EXPECT_EQ(info.crc, 0U);
 }
 

@@ -90,8 +90,8 @@ private:
     std::int64_t largestWeight(int row) const
     {
         const int *scores = scoresOf(row);
-        return -std::int64_t(*std::min_element(
-            scores, scores + (row < m_matrix.rows ? m_matrix.columns : m_size)));
+        return -std::int64_t(
+            *std::min_element(scores, scores + (row < m_matrix.rows ? m_matrix.columns : m_size)));
     }
 
     // Matches one more row.

@@ -9,7 +9,7 @@ using Properties = QMap<QString, QString>;
 using PropertyChecks = QMap<QString, TitanPropertyCheck>;
 using Id = BrowserElement::Id;
 
-template<typename Value>
+template <typename Value>
 const Value *findIn(const QMap<Id, Value> &checks, const Id &id)
 {
     const auto found = checks.constFind(id);
@@ -102,7 +102,7 @@ bool haveSameType(const ComparedElement &expected, const ComparedElement &actual
 }
 
 // All three are sorted by name and walked side by side.
-template<typename Found>
+template <typename Found>
 void ElementMatcher::findFailures(const Properties &expected, const Properties &actual,
                                   const PropertyChecks &checks, const Found &found)
 {

@@ -66,7 +66,7 @@ public:
                       const QMap<QString, TitanPropertyCheck> &checks);
 
 private:
-    template<typename Found>
+    template <typename Found>
     void findFailures(const QMap<QString, QString> &expected, const QMap<QString, QString> &actual,
                       const QMap<QString, TitanPropertyCheck> &checks, const Found &found);
     bool matches(const TitanPropertyCheck &check, const QString &expected, const QString &actual);

@@ -62,8 +62,7 @@ Place placeIn(const BrowserElement *owner, const BrowserElement *element)
 
 int scaled(qint64 number, double factor)
 {
-    return UIAbstraction::saturated(
-        qRound64(std::clamp(double(number) * factor, -4.0e9, 4.0e9)));
+    return UIAbstraction::saturated(qRound64(std::clamp(double(number) * factor, -4.0e9, 4.0e9)));
 }
 
 // The part of the owner's picture that shows the element. Invalid when there is none, or one larger
@@ -89,8 +88,7 @@ QRect cutRect(const BrowserElement *owner, const BrowserElement *element)
     return {corner, size};
 }
 
-QRect clipped(const Place &place, const UIAbstraction::ElementGeometry &geometry,
-              const QSize &size)
+QRect clipped(const Place &place, const UIAbstraction::ElementGeometry &geometry, const QSize &size)
 {
     const qint64 right = std::min<qint64>(place.x + geometry.width(), size.width());
     const qint64 bottom = std::min<qint64>(place.y + geometry.height(), size.height());

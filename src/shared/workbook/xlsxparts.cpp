@@ -21,8 +21,8 @@ QString textOf(std::string_view utf8)
 // Plain text, or else that of its runs with a formatting each.
 QString takeSharedString(XmlElementReader &reader)
 {
-    QString plain;
-    QString rich;
+    QString plain = QLatin1String("");
+    QString rich = plain;
     while (reader.enterChild()) {
         if (reader.is("t")) {
             reader.appendText(&plain);

@@ -2,7 +2,7 @@
 
 #include "shared/imageequality.h"
 #include "shared/imagemask.h"
-#include "shared/loadimage.h"
+#include "shared/uiabstraction/loadimage.h"
 #include "test/verification/comparisonapplication.h"
 #include "test/verification/vpdocument.h"
 #include "test/verification/vpimages.h"

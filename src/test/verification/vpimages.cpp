@@ -3,8 +3,8 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
-#include "shared/loadimage.h"
 #include "shared/richimage.h"
+#include "shared/uiabstraction/loadimage.h"
 #include "test/runnerinterface.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "visual/plaincomparison.h"
+#include "shared/visual/plaincomparison.h"
 
 #include "shared/imagecomparison.h"
 #include "shared/visual/assignment.h"
@@ -42,9 +42,9 @@ struct Plain
             const auto syntax = check.mode == 1 ? QRegExp::Wildcard : QRegExp::RegExp2;
             const bool hasPattern = check.mode == 1 || check.mode == 3;
             if (!actual.contains(name) ||
-                !(hasPattern ? QRegExp(check.value, Qt::CaseSensitive, syntax)
-                                   .exactMatch(actual[name])
-                             : expected[name] == actual[name]))
+                !(hasPattern
+                      ? QRegExp(check.value, Qt::CaseSensitive, syntax).exactMatch(actual[name])
+                      : expected[name] == actual[name]))
                 names += name;
         }
         return names;
@@ -96,8 +96,7 @@ struct Plain
         const int f = pair.returned;
         pair.score = (f & 1 ? 20 : 0) + (f & 2 ? 50 : 0) +
                      (f & 4 ? 100 * (own.contentFailures.count() + 1) : 0) +
-                     (f & 8 ? 600 * (own.identifyingFailures.count() + 1) : 0) +
-                     (f & 16 ? 200 : 0);
+                     (f & 8 ? 600 * (own.identifyingFailures.count() + 1) : 0) + (f & 16 ? 200 : 0);
         return pair;
     }
 

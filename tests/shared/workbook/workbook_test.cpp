@@ -368,6 +368,8 @@ TEST_F(WorkbookTest, HowTheCellsOfASheetRead)
             << row.rows.toStdString();
         EXPECT_EQ(messages, "") << row.rows.toStdString();
     }
+    rowsOfSheet(worksheet("A1", "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>2</v></c></row>"), strings);
+    EXPECT_FALSE(open(path)->header()->valueAsString(0).isNull());
     rowsOfSheet(worksheet("A1", "<row r=\"2\"/><row r=\"4\"/>"));
     const auto set = open(path);
     EXPECT_EQ(set->header()->index(), 0);

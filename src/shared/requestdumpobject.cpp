@@ -1,0 +1,166 @@
+#include "shared/requestdumpobject.h"
+
+#include "objectmodel/inspector.h"
+#include "shared/environment.h"
+#include "shared/settings.h"
+#include "shared/uiabstraction/uielement.h"
+#include "shared/uiabstraction/xmlexport.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+
+namespace Morvex {
+namespace {
+
+const char dumpFollows = char(0xc5);
+
+struct SnapshotKind
+{
+    QString filterPattern;
+    QString userFilterPattern;
+    QString noFiltersText;
+};
+
+QByteArray failure(QString *error, const QString &text)
+{
+    if (error)
+        *error = text;
+    return {};
+}
+
+QString installationPrefix()
+{
+    return QString::fromStdString(Environment::getVariable("MORVEX_PREFIX"));
+}
+
+QStringList filesIn(const QString &dirName, const QString &pattern)
+{
+    const QDir dir(dirName);
+    QStringList paths;
+    const QStringList names = dir.entryList({pattern}, QDir::Files, QDir::Name);
+    for (const QString &name : names)
+        paths += dir.filePath(name);
+    return paths;
+}
+
+QStringList toolkitFilters(const QString &prefix, const QString &pattern)
+{
+    const QDir toolkits(prefix + QStringLiteral("/lib/toolkits"));
+    QStringList paths;
+    const QStringList names = toolkits.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names)
+        paths += filesIn(toolkits.filePath(name) + QStringLiteral("/etc"), pattern);
+    return paths;
+}
+
+// Later filters win over earlier ones: those of the user come after all others.
+QStringList filterFiles(const SnapshotKind &kind)
+{
+    const QString prefix = installationPrefix();
+    const QString installed = prefix + QStringLiteral("/etc");
+    return filesIn(installed, kind.filterPattern) + toolkitFilters(prefix, kind.filterPattern) +
+           filesIn(Settings::morvexSettingsDir(), kind.userFilterPattern) +
+           filesIn(installed, kind.userFilterPattern);
+}
+
+QVariantList readFilterFiles(const QStringList &paths, QString *error)
+{
+    QVariantList filters;
+    for (const QString &path : paths) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            *error = QStringLiteral("%1: %2").arg(path, file.errorString());
+            return {};
+        }
+        const QByteArray content = file.readAll();
+        if (content.isEmpty()) {
+            *error = QStringLiteral("Unable to read content of %1, is file empty?").arg(path);
+            return {};
+        }
+        filters += content;
+    }
+    return filters;
+}
+
+QString errorTextOf(const QByteArray &answer)
+{
+    const int end = answer.indexOf('\0');
+    return QString::fromUtf8(end < 0 ? answer : answer.left(end));
+}
+
+QByteArray callDumpObject(const SharedPtr<Object> &object, const QVariantList &filters,
+                          QString *error)
+{
+    if (!object)
+        return failure(error, QStringLiteral("Requested object not found"));
+    QByteArray answer;
+    if (Inspector *inspector = Inspector::self()) {
+        const QVariantList arguments = QVariantList{object->id()} + filters;
+        answer =
+            inspector->callFunction(QStringLiteral("dumpObject"), arguments, nullptr).toByteArray();
+    }
+    if (answer.isEmpty())
+        return failure(error, QStringLiteral("Request for object snapshot returned no data"));
+    const char kind = answer.at(0);
+    answer.remove(0, 1);
+    return kind == dumpFollows ? answer : failure(error, errorTextOf(answer));
+}
+
+QByteArray requestSnapshot(const SharedPtr<Object> &object, const SnapshotKind &kind,
+                           const QByteArray &extraFilter, QString *error)
+{
+    QString readError;
+    QVariantList filters = readFilterFiles(filterFiles(kind), &readError);
+    if (!readError.isEmpty())
+        return failure(error, readError);
+    if (!extraFilter.isEmpty())
+        filters += extraFilter;
+    if (filters.isEmpty())
+        return failure(error, kind.noFiltersText);
+    return callDumpObject(object, filters, error);
+}
+
+} // namespace
+
+QByteArray requestObjectSnapshot(SharedPtr<Object> object, const QByteArray &extraFilter,
+                                 QString *error)
+{
+    const SnapshotKind kind{QStringLiteral("*_snapshot_filter.xml"),
+                            QStringLiteral("*_snapshot_user_filter.xml"),
+                            QStringLiteral("No filters found for object snapshot")};
+    return requestSnapshot(object, kind, extraFilter, error);
+}
+
+QByteArray requestObjectSnapshot(const QString &objectName, const QByteArray &extraFilter,
+                                 QString *error)
+{
+    Inspector *inspector = Inspector::self();
+    const SharedPtr<Object> object =
+        inspector ? inspector->findObject(objectName, nullptr) : SharedPtr<Object>();
+    if (!object)
+        return failure(error, QStringLiteral("object %1 not found").arg(objectName));
+    return requestObjectSnapshot(object, extraFilter, error);
+}
+
+QByteArray requestObjectSnapshotForVisualVP(SharedPtr<Object> object, QString *error)
+{
+    const SnapshotKind kind{QStringLiteral("*_visualvp_filter.xml"),
+                            QStringLiteral("*_visualvp_user_filter.xml"),
+                            QStringLiteral("No filters found for visual VP")};
+    return requestSnapshot(object, kind, QByteArray(), error);
+}
+
+QByteArray convertDumpToXml(const QByteArray &dump, QString *error)
+{
+    if (dump.isEmpty())
+        return {};
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    UIAbstraction::XmlExporter exporter(dump);
+    if (!exporter.toXml(&buffer) && error)
+        *error = exporter.errorText();
+    return buffer.data();
+}
+
+} // namespace Morvex

@@ -1,0 +1,131 @@
+#include "shared/writefile.h"
+
+#include "support/files.h"
+#include "support/filesizelimit.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray accessControlListOf(const QString &path)
+{
+    QByteArray list(1024, '\0');
+    const auto size = ::getxattr(QFile::encodeName(path).constData(), "system.posix_acl_access",
+                                 list.data(), std::size_t(list.size()));
+    return list.left(static_cast<int>(qMax<ssize_t>(size, 0)));
+}
+
+struct stat statusOf(const QString &path)
+{
+    struct stat status = {};
+    ::stat(QFile::encodeName(path).constData(), &status);
+    return status;
+}
+
+// Lets user 12345 read, as far as the file system has such lists.
+void setAccessControlList(const QByteArray &path)
+{
+    const QByteArray list = QByteArray::fromHex("02000000"
+                                                "01000600ffffffff"
+                                                "0200040039300000"
+                                                "04000400ffffffff"
+                                                "10000400ffffffff"
+                                                "20000400ffffffff");
+    ::setxattr(path.constData(), "system.posix_acl_access", list.constData(),
+               std::size_t(list.size()), 0);
+}
+
+} // namespace
+
+TEST(WriteFileSafelyTest, WhatTheFileWasBesideItsContentStaysAlsoWhenTheDiskIsFull)
+{
+    const struct
+    {
+        const char *what;
+        void (*prepare)(const QByteArray &path);
+        bool isReplaced;
+    } cases[] = {
+        {"plain", [](const QByteArray &) {}, true},
+        {"mode", [](const QByteArray &path) { ::chmod(path.constData(), 0751); }, true},
+        {"access control list", setAccessControlList, true},
+        {"owner",
+         [](const QByteArray &path) {
+             // Only a privileged user can give files away.
+             [[maybe_unused]] const int result = ::chown(path.constData(), 12345, 12345);
+         },
+         ::geteuid() != 0},
+        {"hard link",
+         [](const QByteArray &path) { ::link(path.constData(), (path + ".hard").constData()); },
+         false},
+    };
+    for (const auto &row : cases) {
+        const QTemporaryDir dir;
+        const QString path = dir.filePath("file");
+        const QString link = dir.filePath("sub/link");
+        writeFile(path, "old");
+        ASSERT_TRUE(QDir(dir.path()).mkdir("sub"));
+        ASSERT_TRUE(QFile::link(path, link));
+        row.prepare(QFile::encodeName(path));
+        const struct stat before = statusOf(path);
+        const QByteArray list = accessControlListOf(path);
+        {
+            const FileSizeLimit limit(4096);
+            const auto result = writeFileSafely(link, QByteArray(5000, 'x'));
+            EXPECT_EQ(result.outcome, FileWriteResult::NotWritten) << row.what;
+            EXPECT_NE(result.error, "") << row.what;
+        }
+        EXPECT_EQ(readFile(path), "old") << row.what;
+        EXPECT_EQ(writeFileSafely(link, QByteArray(200000, 'y')).error, "") << row.what;
+        EXPECT_EQ(readFile(path), QByteArray(200000, 'y')) << row.what;
+        const struct stat after = statusOf(path);
+        EXPECT_EQ(writeFileSafely(link, "new").error, "") << row.what;
+        EXPECT_EQ(readFile(path), "new") << row.what;
+        EXPECT_TRUE(QFileInfo(link).isSymLink()) << row.what;
+        EXPECT_EQ(after.st_ino != before.st_ino, row.isReplaced) << row.what;
+        EXPECT_EQ(after.st_mode, before.st_mode) << row.what;
+        EXPECT_EQ(after.st_uid, before.st_uid) << row.what;
+        EXPECT_EQ(after.st_nlink, before.st_nlink) << row.what;
+        EXPECT_EQ(accessControlListOf(path), list) << row.what;
+        EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(),
+                  int(after.st_nlink))
+            << row.what << ": nothing is left over";
+    }
+}
+
+TEST(WriteFileSafelyTest, AFileThatWasNotThereIsThereWholeOrNotAtAll)
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("file");
+    const QString link = dir.filePath("link");
+    ASSERT_TRUE(QFile::link(path, link));
+    {
+        const FileSizeLimit limit(4096);
+        EXPECT_EQ(writeFileSafely(link, QByteArray(5000, 'x')).outcome,
+                  FileWriteResult::NotWritten);
+    }
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    EXPECT_EQ(writeFileSafely(link, "x").error, "");
+    EXPECT_EQ(readFile(path), "x");
+}
+
+TEST(WriteFileSafelyTest, WhatIsNoRegularFileIsWrittenToOrRefusedAtOnce)
+{
+    const QTemporaryDir dir;
+    const QString pipe = dir.filePath("pipe");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_EQ(writeFileSafely(pipe, "x").outcome, FileWriteResult::NotOpened);
+    EXPECT_EQ(writeFileSafely(dir.path(), "x").outcome, FileWriteResult::NotOpened);
+    EXPECT_EQ(writeFileSafely("/dev/full", "x").outcome, FileWriteResult::NotWritten);
+    EXPECT_EQ(writeFileSafely("/dev/null", "x").outcome, FileWriteResult::Written);
+}
