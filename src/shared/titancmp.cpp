@@ -20,6 +20,9 @@ const int contentScore = 100;
 const int identifyingScore = 600;
 const int hierarchyScore = 200;
 
+// Elements of one id each have an entry.
+using Entries = QMultiMap<BrowserElement::Id, TitanCompare>;
+
 struct SelectedPair;
 
 // What comparing one pair of elements costs. Names of what failed, and entries for what is below,
@@ -102,8 +105,7 @@ public:
     }
 
     CmpResult _titanCompare(int expectedIndex, int actualIndex);
-    void addEntries(int expectedIndex, int actualIndex, const CmpResult &result,
-                    QMap<BrowserElement::Id, TitanCompare> *entries);
+    void addEntries(int expectedIndex, int actualIndex, const CmpResult &result, Entries *entries);
 
 private:
     CmpResult _compareResult(int expectedIndex, int actualIndex);
@@ -307,7 +309,7 @@ void Comparison::addNames(const ComparedElement &expected, const ComparedElement
 }
 
 void Comparison::addEntries(int expectedIndex, int actualIndex, const CmpResult &result,
-                            QMap<BrowserElement::Id, TitanCompare> *entries)
+                            Entries *entries)
 {
     // A pair of unlike types is not looked into.
     if (result.failed & TitanCompare::ClassMismatch)
@@ -321,7 +323,7 @@ void Comparison::addEntries(int expectedIndex, int actualIndex, const CmpResult 
     entry.failed = result.failed;
     entry.checked = areSame ? 0 : checkedFlags(expected, result.failed);
     addNames(expected, actual, &entry);
-    entries->insertMulti(expected.element->id(), entry);
+    entries->insert(expected.element->id(), entry);
     for (const SelectedPair &pair : result.selected)
         addEntries(pair.expected, pair.actual, pair.result, entries);
     if (!areSame && !expected.isSubtreeExcluded && result.areChildrenClean) {
@@ -332,7 +334,7 @@ void Comparison::addEntries(int expectedIndex, int actualIndex, const CmpResult 
     }
 }
 
-void removeEntry(const BrowserElement *root, QMap<BrowserElement::Id, TitanCompare> *entries)
+void removeEntry(const BrowserElement *root, Entries *entries)
 {
     const auto isOfRoot = [&](const TitanCompare &entry) { return entry.expected == root; };
     const auto found = std::find_if(entries->begin(), entries->end(), isOfRoot);
@@ -354,8 +356,10 @@ bool titanCompare(BrowserElement *expected, BrowserElement *actual,
                           {identifying, content, geometry, screenshots, subtreeExcluded});
     const CmpResult outcome = comparison._titanCompare(0, 0);
     if (result) {
-        comparison.addEntries(0, 0, outcome, result);
-        removeEntry(expected, result);
+        Entries entries;
+        comparison.addEntries(0, 0, outcome, &entries);
+        removeEntry(expected, &entries);
+        *result = entries;
     }
     return outcome.returned == 0;
 }

@@ -65,9 +65,9 @@ using TitanPropertyChecksOfElements = QMap<BrowserElement::Id, QMap<QString, Tit
 /// one that fits best. Elements have no check of a kind unless there is one for their id;
 /// @p subtreeExcluded has the ids of those whose children are not looked at.
 ///
-/// @p result, which may be null, gets an entry for each expected element that was compared: an
-/// element has none when there is no counterpart of its class, or when one above it is identified
-/// as another one.
+/// @p result, which may be null, is replaced: it gets an entry for each expected element that was
+/// compared: an element has none when there is no counterpart of its class, or when one above it is
+/// identified as another one.
 MORVEX_EXPORT bool titanCompare(BrowserElement *expected, BrowserElement *actual,
                                 const TitanPropertyChecksOfElements &identifying,
                                 const TitanPropertyChecksOfElements &content,

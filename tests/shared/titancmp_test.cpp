@@ -87,8 +87,8 @@ public:
     {
         element->setClassName(text(2));
         element->setSimplifiedType(pick(3) == 0 ? text(2) : QString());
-        element->setProperties({{QStringLiteral("text"), text(2)},
-                                {QStringLiteral("value") + text(2), text(2)}});
+        element->setProperties(
+            {{QStringLiteral("text"), text(2)}, {QStringLiteral("value") + text(2), text(2)}});
         element->setIdentifyingProperties({{QStringLiteral("name"), text(2)}});
         const QRect rect(pick(3), pick(3), pick(4) * 2, pick(4) * 2);
         element->setGeometry(ElementGeometry(rect, pick(4) == 0));
@@ -234,7 +234,8 @@ TEST(TitanCompareTest, HostileCoordinatesOnlyFail)
 {
     const int far = std::numeric_limits<int>::max();
     const QRect rects[] = {QRect(QPoint(-far - 1, -far - 1), QPoint(far, far)),
-                           QRect(QPoint(far, far), QPoint(far, far)), QRect(QPoint(0, 0), QPoint(far, 3))};
+                           QRect(QPoint(far, far), QPoint(far, far)),
+                           QRect(QPoint(0, 0), QPoint(far, 3))};
     for (const QRect &rect : rects) {
         BrowserElement stored(nullptr, QStringLiteral("stored"));
         BrowserElement live(nullptr, QStringLiteral("live"));

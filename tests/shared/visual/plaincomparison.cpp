@@ -155,6 +155,8 @@ struct Plain
         entry.expected = expected;
         entry.actual = actual;
         int returned = 0;
+        if (expected == actual)
+            return returned;
         if (identifying.contains(expected->id())) {
             entry.checked |= 8;
             entry.identifyingFailures =
