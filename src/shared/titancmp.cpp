@@ -1,11 +1,13 @@
 #include "shared/titancmp.h"
 
 #include "shared/visual/assignment.h"
-#include "shared/visual/comparedelement.h"
+#include "shared/visual/elementmatcher.h"
 #include "shared/visual/elementpictures.h"
+#include "shared/visual/expectedelement.h"
 
 #include <algorithm>
 #include <limits>
+#include <numeric>
 
 namespace Morvex {
 namespace {
@@ -36,29 +38,38 @@ struct CmpResult
     int contentFailures = 0;
     int identifyingFailures = 0;
     int score = 0;
-    // The pairs of children; none when nothing failed in or below these.
-    std::vector<SelectedPair> selected;
-    // Each child then goes with the one at its place.
+    // Nothing failed in or below the children, each of which goes with the one at its place. They
+    // are not in the list of pairs then.
     bool areChildrenClean = false;
+    std::vector<SelectedPair> selected;
 
     bool isClean() const { return failed == 0 && returned == 0 && areChildrenClean; }
 };
 
 struct SelectedPair
 {
+    // The index in the expected tree.
     int expected;
-    int actual;
+    BrowserElement *actual;
     CmpResult result;
 };
+
+CmpResult cleanResult()
+{
+    CmpResult result;
+    result.areChildrenClean = true;
+    return result;
+}
 
 // The results of all pairs of the children of two elements.
 class ScoreBoard
 {
 public:
-    ScoreBoard(const ComparedElement &expected, const ComparedElement &actual)
-        : m_expected(expected)
+    ScoreBoard(int firstChild, int rows, const QList<BrowserElement *> &actual)
+        : m_firstChild(firstChild)
+        , m_rows(rows)
         , m_actual(actual)
-        , m_results(size_t(expected.childCount) * size_t(actual.childCount))
+        , m_results(size_t(rows) * size_t(actual.count()))
     {
     }
 
@@ -69,16 +80,16 @@ public:
 
     std::vector<SelectedPair> takeBest()
     {
-        ScoreMatrix matrix{m_expected.childCount, m_actual.childCount, {}};
+        ScoreMatrix matrix{m_rows, m_actual.count(), {}};
         matrix.scores.reserve(m_results.size());
         for (const CmpResult &result : m_results)
             matrix.scores.push_back(result.score);
         std::vector<SelectedPair> selected;
         const std::vector<int> columns = cheapestAssignment(matrix);
-        for (int row = 0; row < matrix.rows; ++row) {
+        for (int row = 0; row < m_rows; ++row) {
             const int column = columns[size_t(row)];
             if (column >= 0)
-                selected.push_back({m_expected.firstChild + row, m_actual.firstChild + column,
+                selected.push_back({m_firstChild + row, m_actual[column],
                                     std::move(m_results[index(row, column)])});
         }
         return selected;
@@ -87,51 +98,19 @@ public:
 private:
     size_t index(int row, int column) const
     {
-        return size_t(row) * size_t(m_actual.childCount) + size_t(column);
+        return size_t(row) * size_t(m_actual.count()) + size_t(column);
     }
 
-    const ComparedElement &m_expected;
-    const ComparedElement &m_actual;
+    int m_firstChild;
+    int m_rows;
+    const QList<BrowserElement *> &m_actual;
     std::vector<CmpResult> m_results;
 };
 
-class Comparison
+void fail(int checks, CmpResult *result)
 {
-public:
-    Comparison(BrowserElement *expected, BrowserElement *actual, const VisualChecks &checks)
-        : m_expected(comparedElements(expected, &checks))
-        , m_actual(comparedElements(actual, nullptr))
-    {
-    }
-
-    CmpResult _titanCompare(int expectedIndex, int actualIndex);
-    void addEntries(int expectedIndex, int actualIndex, const CmpResult &result, Entries *entries);
-
-private:
-    CmpResult _compareResult(int expectedIndex, int actualIndex);
-    void compareValues(const ComparedElement &expected, const ComparedElement &actual,
-                       CmpResult *result);
-    void compareChildren(const ComparedElement &expected, const ComparedElement &actual,
-                         CmpResult *result);
-    std::vector<SelectedPair> selectPairs(const ComparedElement &expected,
-                                          const ComparedElement &actual);
-    void compareAll(const ComparedElement &expected, const ComparedElement &actual,
-                    ScoreBoard *board);
-    void compareScreenshot(const ComparedElement &expected, const ComparedElement &actual,
-                           CmpResult *result);
-    void addNames(const ComparedElement &expected, const ComparedElement &actual,
-                  TitanCompare *entry);
-
-    std::vector<ComparedElement> m_expected;
-    std::vector<ComparedElement> m_actual;
-    ElementMatcher m_matcher;
-    ElementPictures m_pictures;
-};
-
-void fail(TitanCompare::Check check, CmpResult *result)
-{
-    result->failed |= check;
-    result->returned |= check;
+    result->failed |= checks;
+    result->returned |= checks;
 }
 
 int scoreOf(const CmpResult &result)
@@ -151,21 +130,21 @@ int scoreOf(const CmpResult &result)
 }
 
 // A picture only counts where all but the place is as expected.
-bool isScreenshotChecked(const ComparedElement &expected, int failed)
+bool isScreenshotChecked(const ElementChecks &checks, int failed)
 {
-    return expected.screenshotCheck &&
+    return checks.screenshot &&
            (failed & ~TitanCompare::ScreenshotCheck) < TitanCompare::ContentCheck;
 }
 
-int checkedFlags(const ComparedElement &expected, int failed)
+int checkedFlags(const ElementChecks &checks, int failed)
 {
     if (failed & TitanCompare::IdentifyingCheck)
         return TitanCompare::IdentifyingCheck;
-    return (expected.identifyingChecks ? TitanCompare::IdentifyingCheck : 0) |
-           (expected.contentChecks ? TitanCompare::ContentCheck : 0) |
-           (expected.geometryChecks ? TitanCompare::GeometryCheck : 0) |
-           (expected.isSubtreeExcluded ? 0 : TitanCompare::HierarchyCheck) |
-           (isScreenshotChecked(expected, failed) ? TitanCompare::ScreenshotCheck : 0);
+    return (checks.identifying ? TitanCompare::IdentifyingCheck : 0) |
+           (checks.content ? TitanCompare::ContentCheck : 0) |
+           (checks.geometry ? TitanCompare::GeometryCheck : 0) |
+           (checks.isSubtreeExcluded ? 0 : TitanCompare::HierarchyCheck) |
+           (isScreenshotChecked(checks, failed) ? TitanCompare::ScreenshotCheck : 0);
 }
 
 bool hasMovedChild(const CmpResult &result)
@@ -175,171 +154,259 @@ bool hasMovedChild(const CmpResult &result)
         [](const SelectedPair &pair) { return pair.result.failed & TitanCompare::GeometryCheck; });
 }
 
-CmpResult Comparison::_titanCompare(int expectedIndex, int actualIndex)
+class Comparison
 {
-    const ComparedElement &expected = m_expected[size_t(expectedIndex)];
-    const ComparedElement &actual = m_actual[size_t(actualIndex)];
+public:
+    Comparison(BrowserElement *expected, const VisualChecks &checks)
+        : m_tree(expected, checks)
+    {
+    }
+
+    CmpResult _titanCompare(int index, BrowserElement *actual);
+    /// The entries of the roots and of all pairs that were selected.
+    Entries entries(BrowserElement *actual, const CmpResult &result);
+
+private:
+    // A pair that was selected.
+    struct Entry
+    {
+        const ExpectedElement *expected;
+        BrowserElement *actual;
+        const CmpResult *result;
+    };
+
+    CmpResult _compareResult(int index, BrowserElement *actual);
+    int countFailures(const QMap<QString, QString> &expected, const QMap<QString, QString> &actual,
+                      const QMap<QString, TitanPropertyCheck> &checks, bool isExact);
+    void compareValues(const ExpectedElement &expected, const BrowserElement &actual,
+                       CmpResult *result);
+    void compareChildren(const ExpectedElement &expected, const BrowserElement &actual,
+                         CmpResult *result);
+    qint64 compareByPosition(const ExpectedElement &expected, const BrowserElement &actual,
+                             CmpResult *result);
+    void compareAll(const ExpectedElement &expected, const BrowserElement &actual,
+                    CmpResult *result);
+    void addEntries(int index, BrowserElement *actual, const CmpResult &result,
+                    std::vector<Entry> *entries) const;
+    std::vector<Entry> sortedEntries(const std::vector<Entry> &list) const;
+    TitanCompare outcomeOf(const Entry &entry);
+
+    ExpectedTree m_tree;
+    ElementMatcher m_matcher;
+    ElementPictures m_pictures;
+};
+
+CmpResult Comparison::_titanCompare(int index, BrowserElement *actual)
+{
+    const ExpectedElement &expected = m_tree.element(index);
+    if (expected.element == actual)
+        return cleanResult();
+    const ElementChecks &checks = m_tree.checks(expected);
     CmpResult result;
-    if (expected.element == actual.element)
-        return result;
-    compareValues(expected, actual, &result);
+    compareValues(expected, *actual, &result);
     if (result.failed & TitanCompare::IdentifyingCheck)
         return result;
-    if (!expected.isSubtreeExcluded)
-        compareChildren(expected, actual, &result);
-    if (isScreenshotChecked(expected, result.failed))
-        compareScreenshot(expected, actual, &result);
+    if (checks.isSubtreeExcluded)
+        result.areChildrenClean = true;
+    else
+        compareChildren(expected, *actual, &result);
+    if (isScreenshotChecked(checks, result.failed) &&
+        (hasMovedChild(result) || !m_pictures.match(expected.element, actual, *checks.screenshot)))
+        fail(TitanCompare::ScreenshotCheck, &result);
     return result;
 }
 
-CmpResult Comparison::_compareResult(int expectedIndex, int actualIndex)
+CmpResult Comparison::_compareResult(int index, BrowserElement *actual)
 {
     CmpResult result;
-    if (haveSameType(m_expected[size_t(expectedIndex)], m_actual[size_t(actualIndex)])) {
-        result = _titanCompare(expectedIndex, actualIndex);
+    if (haveSameType(*m_tree.element(index).element, *actual)) {
+        result = _titanCompare(index, actual);
         result.score = scoreOf(result);
     } else {
-        fail(TitanCompare::ClassMismatch, &result);
-        fail(TitanCompare::HierarchyCheck, &result);
+        fail(TitanCompare::ClassMismatch | TitanCompare::HierarchyCheck, &result);
         result.score = mismatchScore;
     }
     return result;
 }
 
-void Comparison::compareValues(const ComparedElement &expected, const ComparedElement &actual,
+int Comparison::countFailures(const QMap<QString, QString> &expected,
+                              const QMap<QString, QString> &actual,
+                              const QMap<QString, TitanPropertyCheck> &checks, bool isExact)
+{
+    return isExact && expected == actual ? 0 : m_matcher.countFailures(expected, actual, checks);
+}
+
+void Comparison::compareValues(const ExpectedElement &expected, const BrowserElement &actual,
                                CmpResult *result)
 {
-    if (expected.identifyingChecks) {
+    const ElementChecks &checks = m_tree.checks(expected);
+    if (checks.identifying) {
         result->identifyingFailures =
-            m_matcher.countFailures(expected.identifyingProperties, actual.identifyingProperties,
-                                    *expected.identifyingChecks);
+            countFailures(expected.element->identifyingProperties(), actual.identifyingProperties(),
+                          *checks.identifying, checks.isExact);
         if (result->identifyingFailures > 0) {
             fail(TitanCompare::IdentifyingCheck, result);
             return;
         }
     }
-    if (expected.contentChecks) {
-        result->contentFailures = m_matcher.countFailures(expected.properties, actual.properties,
-                                                          *expected.contentChecks);
+    if (checks.content) {
+        result->contentFailures = countFailures(expected.element->properties(), actual.properties(),
+                                                *checks.content, checks.isExact);
         if (result->contentFailures > 0)
             fail(TitanCompare::ContentCheck, result);
     }
-    if (expected.geometryChecks && !geometryFailures(expected, actual).isEmpty()) {
-        result->failed |= TitanCompare::GeometryCheck;
+    if (checks.geometry) {
+        const QRect rect = expected.geometry.rect();
+        const QRect other = _geometryRelativeToParent(&actual).rect();
+        if (!geometryFailures(rect, other, *checks.geometry).isEmpty())
+            result->failed |= TitanCompare::GeometryCheck;
         // What is nowhere is marked, but no reason to fail.
-        if (haveGeometry(expected, actual))
-            result->returned |= TitanCompare::GeometryCheck;
+        if (rect.isValid() && other.isValid())
+            result->returned |= result->failed & TitanCompare::GeometryCheck;
     }
 }
 
-void Comparison::compareChildren(const ComparedElement &expected, const ComparedElement &actual,
+void Comparison::compareChildren(const ExpectedElement &expected, const BrowserElement &actual,
                                  CmpResult *result)
 {
-    if (expected.childCount != actual.childCount)
+    const int count = expected.element->children().count();
+    if (count != actual.children().count())
         fail(TitanCompare::HierarchyCheck, result);
-    result->areChildrenClean = expected.childCount == actual.childCount;
-    result->selected = selectPairs(expected, actual);
+    if (compareByPosition(expected, actual, result) != 0 && count < positionalCount)
+        compareAll(expected, actual, result);
     for (const SelectedPair &pair : result->selected) {
         result->returned |= pair.result.returned;
         if (pair.result.failed & TitanCompare::ClassMismatch)
             result->failed |= TitanCompare::HierarchyCheck;
-        if (!pair.result.isClean() ||
-            pair.expected - expected.firstChild != pair.actual - actual.firstChild)
-            result->areChildrenClean = false;
     }
-    if (result->areChildrenClean)
-        result->selected = {};
 }
 
-std::vector<SelectedPair> Comparison::selectPairs(const ComparedElement &expected,
-                                                  const ComparedElement &actual)
+// Returns the sum of scores. Clean pairs are put into the list when another one needs it.
+qint64 Comparison::compareByPosition(const ExpectedElement &expected, const BrowserElement &actual,
+                                     CmpResult *result)
 {
-    std::vector<SelectedPair> pairs;
-    const int count = std::min(expected.childCount, actual.childCount);
-    pairs.reserve(size_t(count));
+    const QList<BrowserElement *> &children = actual.children();
+    const int count = std::min(expected.element->children().count(), children.count());
+    result->areChildrenClean = expected.element->children().count() == children.count();
+    std::vector<SelectedPair> &pairs = result->selected;
+    const auto addClean = [&](int from, int to) {
+        for (int i = from; i > to; --i)
+            pairs.push_back({expected.firstChild + i, children[i], cleanResult()});
+    };
     qint64 sum = 0;
     for (int i = count - 1; i >= 0; --i) {
-        const int expectedIndex = expected.firstChild + i;
-        const int actualIndex = actual.firstChild + i;
-        pairs.push_back({expectedIndex, actualIndex, _compareResult(expectedIndex, actualIndex)});
-        sum += pairs.back().result.score;
+        CmpResult pair = _compareResult(expected.firstChild + i, children[i]);
+        sum += pair.score;
+        if (pair.isClean() && result->areChildrenClean)
+            continue;
+        if (pairs.empty())
+            addClean(count - 1, i);
+        result->areChildrenClean = false;
+        pairs.push_back({expected.firstChild + i, children[i], std::move(pair)});
     }
-    if (sum == 0 || expected.childCount >= positionalCount)
-        return pairs;
-    ScoreBoard board(expected, actual);
-    for (SelectedPair &pair : pairs)
-        board.set(pair.expected - expected.firstChild, pair.actual - actual.firstChild,
-                  std::move(pair.result));
-    compareAll(expected, actual, &board);
-    return board.takeBest();
+    return sum;
 }
 
 // The pairs of equal positions are there already.
-void Comparison::compareAll(const ComparedElement &expected, const ComparedElement &actual,
-                            ScoreBoard *board)
+void Comparison::compareAll(const ExpectedElement &expected, const BrowserElement &actual,
+                            CmpResult *result)
 {
-    for (int row = expected.childCount - 1; row >= 0; --row) {
-        for (int column = actual.childCount - 1; column >= 0; --column) {
+    const int rows = expected.element->children().count();
+    const QList<BrowserElement *> &children = actual.children();
+    ScoreBoard board(expected.firstChild, rows, children);
+    for (SelectedPair &pair : result->selected) {
+        const int position = pair.expected - expected.firstChild;
+        board.set(position, position, std::move(pair.result));
+    }
+    for (int row = rows - 1; row >= 0; --row) {
+        for (int column = children.count() - 1; column >= 0; --column) {
             if (row != column)
-                board->set(row, column,
-                           _compareResult(expected.firstChild + row, actual.firstChild + column));
+                board.set(row, column, _compareResult(expected.firstChild + row, children[column]));
         }
     }
+    result->selected = board.takeBest();
 }
 
-void Comparison::compareScreenshot(const ComparedElement &expected, const ComparedElement &actual,
-                                   CmpResult *result)
+Entries Comparison::entries(BrowserElement *actual, const CmpResult &result)
 {
-    if (hasMovedChild(*result) ||
-        !m_pictures.match(expected.element, actual.element, *expected.screenshotCheck))
-        fail(TitanCompare::ScreenshotCheck, result);
+    std::vector<Entry> list;
+    addEntries(0, actual, result, &list);
+    Entries entries;
+    for (const Entry &entry : sortedEntries(list)) {
+        // At the front there is nothing to search for, and the last one of an id comes first.
+        const bool isSorted = entry.expected->checks >= 0;
+        entries.insert(isSorted ? entries.constBegin() : entries.constEnd(),
+                       entry.expected->element->id(), outcomeOf(entry));
+    }
+    return entries;
 }
 
-void Comparison::addNames(const ComparedElement &expected, const ComparedElement &actual,
-                          TitanCompare *entry)
+// By falling ids, and those without checks at the end.
+std::vector<Comparison::Entry> Comparison::sortedEntries(const std::vector<Entry> &list) const
 {
-    if (entry->failed & TitanCompare::IdentifyingCheck)
-        m_matcher._matchProperties(expected.identifyingProperties, actual.identifyingProperties,
-                                   *expected.identifyingChecks, &entry->identifyingFailures);
-    if (entry->failed & TitanCompare::ContentCheck)
-        m_matcher._matchProperties(expected.properties, actual.properties, *expected.contentChecks,
-                                   &entry->contentFailures);
-    if (entry->failed & TitanCompare::GeometryCheck)
-        entry->geometryFailures = geometryFailures(expected, actual);
+    const auto rankOf = [&](const Entry &entry) {
+        const int checks = entry.expected->checks;
+        return size_t(checks < 0 ? m_tree.checksCount() : m_tree.checksCount() - 1 - checks);
+    };
+    std::vector<size_t> next(size_t(m_tree.checksCount()) + 2);
+    for (const Entry &entry : list)
+        ++next[rankOf(entry) + 1];
+    std::partial_sum(next.begin(), next.end(), next.begin());
+    std::vector<Entry> sorted(list.size());
+    for (const Entry &entry : list)
+        sorted[next[rankOf(entry)]++] = entry;
+    return sorted;
 }
 
-void Comparison::addEntries(int expectedIndex, int actualIndex, const CmpResult &result,
-                            Entries *entries)
+void Comparison::addEntries(int index, BrowserElement *actual, const CmpResult &result,
+                            std::vector<Entry> *entries) const
 {
+    static const CmpResult clean = cleanResult();
     // A pair of unlike types is not looked into.
     if (result.failed & TitanCompare::ClassMismatch)
         return;
-    const ComparedElement &expected = m_expected[size_t(expectedIndex)];
-    const ComparedElement &actual = m_actual[size_t(actualIndex)];
-    const bool areSame = expected.element == actual.element;
-    TitanCompare entry;
-    entry.expected = expected.element;
-    entry.actual = actual.element;
-    entry.failed = result.failed;
-    entry.checked = areSame ? 0 : checkedFlags(expected, result.failed);
-    addNames(expected, actual, &entry);
-    entries->insert(expected.element->id(), entry);
+    const ExpectedElement &expected = m_tree.element(index);
+    entries->push_back({&expected, actual, &result});
     for (const SelectedPair &pair : result.selected)
         addEntries(pair.expected, pair.actual, pair.result, entries);
-    if (!areSame && !expected.isSubtreeExcluded && result.areChildrenClean) {
-        CmpResult clean;
-        clean.areChildrenClean = true;
-        for (int i = expected.childCount - 1; i >= 0; --i)
-            addEntries(expected.firstChild + i, actual.firstChild + i, clean, entries);
-    }
+    if (!result.areChildrenClean || expected.element == actual ||
+        m_tree.checks(expected).isSubtreeExcluded)
+        return;
+    for (int i = expected.element->children().count() - 1; i >= 0; --i)
+        addEntries(expected.firstChild + i, actual->children()[i], clean, entries);
+}
+
+TitanCompare Comparison::outcomeOf(const Entry &entry)
+{
+    BrowserElement *expected = entry.expected->element;
+    const ElementChecks &checks = m_tree.checks(*entry.expected);
+    TitanCompare outcome;
+    outcome.expected = expected;
+    outcome.actual = entry.actual;
+    outcome.failed = entry.result->failed;
+    outcome.checked = expected == entry.actual ? 0 : checkedFlags(checks, outcome.failed);
+    if (outcome.failed & TitanCompare::IdentifyingCheck)
+        m_matcher._matchProperties(expected->identifyingProperties(),
+                                   entry.actual->identifyingProperties(), *checks.identifying,
+                                   &outcome.identifyingFailures);
+    if (outcome.failed & TitanCompare::ContentCheck)
+        m_matcher._matchProperties(expected->properties(), entry.actual->properties(),
+                                   *checks.content, &outcome.contentFailures);
+    if (outcome.failed & TitanCompare::GeometryCheck)
+        outcome.geometryFailures =
+            geometryFailures(entry.expected->geometry.rect(),
+                             _geometryRelativeToParent(entry.actual).rect(), *checks.geometry);
+    return outcome;
 }
 
 void removeEntry(const BrowserElement *root, Entries *entries)
 {
-    const auto isOfRoot = [&](const TitanCompare &entry) { return entry.expected == root; };
-    const auto found = std::find_if(entries->begin(), entries->end(), isOfRoot);
-    if (found != entries->end() && found.key().isEmpty())
-        entries->erase(found);
+    for (auto entry = entries->begin(); entry != entries->end() && entry.key().isEmpty(); ++entry) {
+        if (entry->expected == root) {
+            entries->erase(entry);
+            return;
+        }
+    }
 }
 
 } // namespace
@@ -352,12 +419,10 @@ bool titanCompare(BrowserElement *expected, BrowserElement *actual,
                   const QList<BrowserElement::Id> &subtreeExcluded,
                   QMap<BrowserElement::Id, TitanCompare> *result)
 {
-    Comparison comparison(expected, actual,
-                          {identifying, content, geometry, screenshots, subtreeExcluded});
-    const CmpResult outcome = comparison._titanCompare(0, 0);
+    Comparison comparison(expected, {identifying, content, geometry, screenshots, subtreeExcluded});
+    const CmpResult outcome = comparison._titanCompare(0, actual);
     if (result) {
-        Entries entries;
-        comparison.addEntries(0, 0, outcome, &entries);
+        Entries entries = comparison.entries(actual, outcome);
         removeEntry(expected, &entries);
         *result = entries;
     }

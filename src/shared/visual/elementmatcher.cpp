@@ -1,50 +1,10 @@
-#include "shared/visual/comparedelement.h"
-
-#include <QSet>
+#include "shared/visual/elementmatcher.h"
 
 namespace Morvex {
 namespace {
 
 using Properties = QMap<QString, QString>;
 using PropertyChecks = QMap<QString, TitanPropertyCheck>;
-using Id = BrowserElement::Id;
-
-template <typename Value>
-const Value *findIn(const QMap<Id, Value> &checks, const Id &id)
-{
-    const auto found = checks.constFind(id);
-    return found == checks.constEnd() ? nullptr : &found.value();
-}
-
-void addChecks(const VisualChecks &checks, const QSet<QString> &excluded, ComparedElement *compared)
-{
-    const Id id = compared->element->id();
-    compared->identifyingChecks = findIn(checks.identifying, id);
-    compared->contentChecks = findIn(checks.content, id);
-    compared->geometryChecks = findIn(checks.geometry, id);
-    compared->screenshotCheck = findIn(checks.screenshots, id);
-    compared->isSubtreeExcluded = excluded.contains(id.toString());
-}
-
-ComparedElement comparedElement(BrowserElement *element)
-{
-    ComparedElement compared;
-    compared.element = element;
-    compared.className = element->className();
-    compared.simplifiedType = element->simplifiedType();
-    compared.properties = element->properties();
-    compared.identifyingProperties = element->identifyingProperties();
-    compared.geometry = _geometryRelativeToParent(element);
-    return compared;
-}
-
-QSet<QString> texts(const QList<Id> &ids)
-{
-    QSet<QString> result;
-    for (const Id &id : ids)
-        result.insert(id.toString());
-    return result;
-}
 
 bool isWithin(const TitanPropertyCheck &check, qint64 expected, qint64 actual)
 {
@@ -69,36 +29,17 @@ bool holds(const QString &name, const TitanPropertyCheck &check, const QRect &ex
 
 } // namespace
 
-UIAbstraction::ElementGeometry _geometryRelativeToParent(const BrowserElement *element)
+bool haveSameType(const BrowserElement &expected, const BrowserElement &actual)
 {
-    UIAbstraction::ElementGeometry geometry = element->geometry();
-    const BrowserElement *parent = element->parent();
-    if (parent && parent->parent() && parent->geometry().rect().isValid())
-        return geometry.relativeTo(parent->geometry());
-    geometry.setRelative(true);
-    return geometry;
+    return expected.simplifiedType().isEmpty()
+               ? expected.className() == actual.className()
+               : expected.simplifiedType() == actual.simplifiedType();
 }
 
-std::vector<ComparedElement> comparedElements(BrowserElement *root, const VisualChecks *checks)
+bool isPattern(const TitanPropertyCheck &check)
 {
-    const QSet<QString> excluded = checks ? texts(checks->subtreeExcluded) : QSet<QString>();
-    std::vector<ComparedElement> elements{comparedElement(root)};
-    for (size_t i = 0; i < elements.size(); ++i) {
-        if (checks)
-            addChecks(*checks, excluded, &elements[i]);
-        const QList<BrowserElement *> &children = elements[i].element->children();
-        elements[i].firstChild = int(elements.size());
-        elements[i].childCount = children.count();
-        for (BrowserElement *child : children)
-            elements.push_back(comparedElement(child));
-    }
-    return elements;
-}
-
-bool haveSameType(const ComparedElement &expected, const ComparedElement &actual)
-{
-    return expected.simplifiedType.isEmpty() ? expected.className == actual.className
-                                             : expected.simplifiedType == actual.simplifiedType;
+    return check.mode == TitanPropertyCheck::Wildcard ||
+           check.mode == TitanPropertyCheck::RegularExpression;
 }
 
 // All three are sorted by name and walked side by side.
@@ -142,10 +83,7 @@ int ElementMatcher::countFailures(const Properties &expected, const Properties &
 bool ElementMatcher::matches(const TitanPropertyCheck &check, const QString &expected,
                              const QString &actual)
 {
-    return check.mode == TitanPropertyCheck::Wildcard ||
-                   check.mode == TitanPropertyCheck::RegularExpression
-               ? matchesPattern(check, actual)
-               : expected == actual;
+    return isPattern(check) ? matchesPattern(check, actual) : expected == actual;
 }
 
 bool ElementMatcher::matchesPattern(const TitanPropertyCheck &check, const QString &actual)
@@ -159,19 +97,15 @@ bool ElementMatcher::matchesPattern(const TitanPropertyCheck &check, const QStri
     return pattern->exactMatch(actual);
 }
 
-bool haveGeometry(const ComparedElement &expected, const ComparedElement &actual)
+QStringList geometryFailures(const QRect &expected, const QRect &actual,
+                             const PropertyChecks &checks)
 {
-    return expected.geometry.rect().isValid() && actual.geometry.rect().isValid();
-}
-
-QStringList geometryFailures(const ComparedElement &expected, const ComparedElement &actual)
-{
-    const bool areComparable = haveGeometry(expected, actual);
+    const bool areComparable = expected.isValid() && actual.isValid();
+    if (areComparable && expected == actual)
+        return {};
     QStringList failures;
-    const PropertyChecks &checks = *expected.geometryChecks;
     for (auto check = checks.constBegin(); check != checks.constEnd(); ++check) {
-        if (!areComparable ||
-            !holds(check.key(), *check, expected.geometry.rect(), actual.geometry.rect()))
+        if (!areComparable || !holds(check.key(), *check, expected, actual))
             failures += check.key();
     }
     return failures;
