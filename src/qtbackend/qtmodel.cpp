@@ -1,5 +1,6 @@
 #include "qtbackend/qtmodel.h"
 
+#include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/valueobject.h"
 
@@ -56,7 +57,7 @@ QVariant objectVariant(QObject *object)
 void collect(QObject *object, std::vector<QObject *> &objects)
 {
     objects.push_back(object);
-    for (QObject *child : object->children())
+    for (QObject *child : inCreationOrder(object->children()))
         collect(child, objects);
 }
 
@@ -65,6 +66,9 @@ void collect(QObject *object, std::vector<QObject *> &objects)
 QtModel::QtModel()
 {
     addValueClasses();
+    watchCreation();
+    // Before anything is raised and moves.
+    allObjects();
 }
 
 SharedPtr<Object> QtModel::wrap(QObject *object)

@@ -2,7 +2,7 @@
 
 #include "shared/elements/uireader.h"
 #include "shared/elementtext.h"
-#include "shared/xmlguard.h"
+#include "shared/xml/xmlguard.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,68 +1,114 @@
 #include "shared/xmltablerange.h"
 
-#include "shared/elementtext.h"
-#include "shared/xmlguard.h"
-
-#include <QRegularExpression>
+#include "shared/xml/xmlparser.h"
 
 #include <cstdio>
-#include <tinyxml.h>
+#include <string_view>
 #include <utility>
 
 namespace Morvex {
 namespace {
 
-int countChildren(const TiXmlElement &parent, const char *name)
-{
-    int count = 0;
-    for (auto *child = parent.FirstChildElement(name); child;
-         child = child->NextSiblingElement(name))
-        ++count;
-    return count;
-}
+using Cell = XmlTableRange::Cell;
 
-// What references to blanks stand for.
-QString unescapedBlanks(QString text)
+// Takes the cells out of table/row/cell, and of each cell the first text and the first colour.
+class TableReader final : public XmlContentHandler
 {
-    static const QRegularExpression reference(QStringLiteral("&#(x?)([0-9a-fA-F]+);"));
-    for (QRegularExpressionMatch match = reference.match(text); match.hasMatch();
-         match = reference.match(text)) {
-        const int base = match.captured(1).isEmpty() ? 10 : 16;
-        text.replace(match.capturedStart(), match.capturedLength(),
-                     QChar(match.captured(2).toUShort(nullptr, base)));
+public:
+    bool isTable() const { return m_isTable; }
+    /// Whether all rows are as long as the first.
+    bool isRegular() const { return m_isRegular; }
+    int rows() const { return m_rows; }
+    int columns() const { return m_columns; }
+    std::vector<Cell> takeCells() { return std::move(m_cells); }
+
+private:
+    void startElement(const char *name, const char *const *) override
+    {
+        if (m_depth++ == m_depthInTable && enters(name))
+            ++m_depthInTable;
     }
-    return text;
-}
 
-std::string childText(const TiXmlElement &cell, const char *name)
-{
-    const TiXmlElement *child = cell.FirstChildElement(name);
-    return child ? wholeText(*child) : std::string();
-}
-
-// The parser drops a text of nothing but blanks even when it is told to keep white space. In a
-// CDATA section it does keep it.
-std::string withBlankTextsKept(const std::string &xml)
-{
-    static const QRegularExpression blankText(
-        QStringLiteral("<text>((?:[ \\t\\r\\n]|&#(?:x0?[9aAdD]|0?9|10|13|x20|32);)+)</text>"));
-    const QString document = QString::fromUtf8(xml.data(), static_cast<int>(xml.size()));
-    // Inside of these the replacement would be content.
-    if (document.contains(QLatin1String("<![CDATA[")) || document.contains(QLatin1String("<!--")) ||
-        !document.contains(blankText))
-        return xml;
-    QString kept;
-    int copied = 0;
-    for (auto matches = blankText.globalMatch(document); matches.hasNext();) {
-        const QRegularExpressionMatch match = matches.next();
-        kept += QStringView(document).mid(copied, match.capturedStart(1) - copied);
-        kept +=
-            QLatin1String("<![CDATA[") + unescapedBlanks(match.captured(1)) + QLatin1String("]]>");
-        copied = match.capturedEnd(1);
+    bool enters(std::string_view name)
+    {
+        switch (m_depthInTable) {
+        case 0:
+            return m_isTable = name == "table";
+        case 1:
+            m_cellsInRow = 0;
+            return name == "row";
+        case 2:
+            return name == "cell" && addCell();
+        case 3:
+            return (name == "text" && collect(&m_text)) ||
+                   (name == "backgroundColor" && collect(&m_color));
+        default:
+            return false;
+        }
     }
-    kept += QStringView(document).mid(copied);
-    return kept.toStdString();
-}
+
+    bool addCell()
+    {
+        m_cells.emplace_back();
+        ++m_cellsInRow;
+        m_text.reset();
+        m_color.reset();
+        return true;
+    }
+
+    bool collect(std::optional<std::string> *part)
+    {
+        if (*part)
+            return false;
+        m_collected = &part->emplace();
+        return true;
+    }
+
+    void text(std::string_view part) override
+    {
+        if (m_depthInTable == 4 && m_depth == 4)
+            m_collected->append(part);
+    }
+
+    void endElement() override
+    {
+        if (m_depth-- != m_depthInTable)
+            return;
+        --m_depthInTable;
+        if (m_depthInTable == 2)
+            endCell();
+        else if (m_depthInTable == 1)
+            endRow();
+    }
+
+    void endCell()
+    {
+        if (m_text)
+            m_cells.back().text = std::move(*m_text);
+        if (m_color)
+            m_cells.back().color = TableRange::colorFromString(*m_color);
+    }
+
+    void endRow()
+    {
+        if (m_rows++ == 0)
+            m_columns = m_cellsInRow;
+        m_isRegular = m_isRegular && m_cellsInRow == m_columns;
+    }
+
+    std::vector<Cell> m_cells;
+    int m_rows = 0;
+    int m_columns = 0;
+    bool m_isTable = false;
+    bool m_isRegular = true;
+    int m_depth = 0;
+    // How far the path from the root to here is that to a part of a cell.
+    int m_depthInTable = 0;
+    int m_cellsInRow = 0;
+    std::optional<std::string> m_text;
+    std::optional<std::string> m_color;
+    std::string *m_collected = nullptr;
+};
 
 } // namespace
 
@@ -73,46 +119,24 @@ XmlTableRange::XmlTableRange()
 
 bool XmlTableRange::loadContentFromXml(const std::string &xml)
 {
-    TiXmlDocument document;
-    // White space in cells is content.
-    const KeepWhiteSpace keepWhiteSpace;
-    const QString error = parseXml(withBlankTextsKept(xml), &document);
-    if (!error.isEmpty()) {
-        // The parser gives 0 for a place that it does not know.
-        std::fprintf(stderr, "XML Parse Error at %d:%d:%s\n", qMax(1, document.ErrorRow()),
-                     qMax(1, document.ErrorCol()), qUtf8Printable(error));
+    TableReader reader;
+    const XmlError error = parseXmlContent(xml, reader);
+    if (!error.text.isEmpty()) {
+        std::fprintf(stderr, "XML Parse Error at %d:%d:%s\n", error.line, error.column,
+                     qUtf8Printable(error.text));
         return false;
     }
-    const TiXmlElement *table = document.FirstChildElement("table");
-    if (!table) {
+    if (!reader.isTable()) {
         std::fputs("Missing table element in XML input\n", stderr);
         return false;
     }
-    return loadTable(*table);
-}
-
-bool XmlTableRange::loadTable(const TiXmlElement &table)
-{
-    const TiXmlElement *firstRow = table.FirstChildElement("row");
-    const int columns = firstRow ? countChildren(*firstRow, "cell") : 0;
-    int rows = 0;
-    std::vector<Cell> cells;
-    for (auto *row = firstRow; row; row = row->NextSiblingElement("row"), ++rows) {
-        if (countChildren(*row, "cell") != columns) {
-            std::fputs("Malformed table XML, number of columns differ between rows\n", stderr);
-            return false;
-        }
-        for (auto *cell = row->FirstChildElement("cell"); cell;
-             cell = cell->NextSiblingElement("cell")) {
-            Cell content;
-            content.text = childText(*cell, "text");
-            content.color = colorFromString(childText(*cell, "backgroundColor"));
-            cells.push_back(std::move(content));
-        }
+    if (!reader.isRegular()) {
+        std::fputs("Malformed table XML, number of columns differ between rows\n", stderr);
+        return false;
     }
-    m_cells = std::move(cells);
-    m_rows = rows;
-    m_columns = columns;
+    m_cells = reader.takeCells();
+    m_rows = reader.rows();
+    m_columns = reader.columns();
     setRange(0, m_rows, 0, m_columns);
     return true;
 }

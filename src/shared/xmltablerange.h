@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-class TiXmlElement;
-
 namespace Morvex {
 
 /// A table read from its XML form.
@@ -106,7 +104,6 @@ private:
     }
 
     const Cell *cell(int row, int column) const;
-    bool loadTable(const TiXmlElement &table);
 
     // Row by row.
     std::vector<Cell> m_cells;

@@ -82,7 +82,7 @@ bool TestVP::performTableVerification(QDomElement &element, VPResultLogger *logg
         return isEqual != expectFail;
     }
     QDomDocument learned;
-    if (parseDocument(actual.toUtf8(), &learned).isEmpty()) {
+    if (parseDocument(actual, &learned).isEmpty()) {
         replaceFirstChild(element, learned.documentElement());
         updated = true;
     }

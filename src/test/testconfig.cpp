@@ -1,6 +1,6 @@
 #include "test/testconfig.h"
 
-#include "shared/xmlguard.h"
+#include "shared/xml/xmlguard.h"
 
 #include <QFile>
 

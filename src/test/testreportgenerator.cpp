@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <memory>
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -70,6 +71,22 @@ void TestReportGenerator::handleEntry(const TestResult::Entry &entry)
 {
     if (entry.type < TestResult::START || entry.type >= TestResult::NONE)
         return;
+    if (m_isHandling) {
+        m_deferred.push_back(entry);
+        return;
+    }
+    m_isHandling = true;
+    handleNow(entry);
+    while (!m_deferred.empty()) {
+        const TestResult::Entry deferred = std::move(m_deferred.front());
+        m_deferred.pop_front();
+        handleNow(deferred);
+    }
+    m_isHandling = false;
+}
+
+void TestReportGenerator::handleNow(const TestResult::Entry &entry)
+{
     count(entry.type);
     if (!updateSections(entry))
         return;

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <deque>
 #include <vector>
 
 class QIODevice;
@@ -52,6 +53,8 @@ public:
     /// A write-only device that takes the video of @p path.
     virtual QIODeviceResult videoOutput(const QString &path);
 
+    /// An entry that comes while another one is being handled, as from the event loop that a format
+    /// turns, is kept and handled after it.
     void handleEntry(const TestResult::Entry &entry);
 
     /// By "tests", "fails", "passes", "testcases", "errors", "fatals", "warnings", "xfails" and
@@ -85,6 +88,7 @@ private:
         int xpasses = 0;
     };
 
+    void handleNow(const TestResult::Entry &entry);
     void count(TestResult::ResultType type);
     bool updateSections(const TestResult::Entry &entry);
     void closeDanglingSections();
@@ -95,6 +99,8 @@ private:
     std::vector<TestResult::Entry> m_retained;
     Counters m_counters;
     QStringList m_sections;
+    bool m_isHandling = false;
+    std::deque<TestResult::Entry> m_deferred;
 };
 
 } // namespace Morvex

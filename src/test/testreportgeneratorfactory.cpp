@@ -6,6 +6,7 @@
 #include "test/junitreportgenerator.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
+#include "test/quillbasereportgenerator.h"
 #include "test/rawreportgenerator.h"
 #include "test/stdoutreportgenerator.h"
 #include "test/xlsreportgenerator.h"
@@ -121,6 +122,11 @@ Result createXls(const Arguments &arguments, int)
     return XlsReportGenerator::create(arguments.path);
 }
 
+Result createQuillbase(const Arguments &arguments, int)
+{
+    return QuillbaseReportGenerator::create(arguments.path, arguments.type);
+}
+
 const KeywordRow keywordTable[] = {
     {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"), "",
      createStdout, 0},
@@ -184,6 +190,10 @@ const KeywordRow keywordTable[] = {
      createXmlJUnit, 0},
     {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"), "",
      createXls, 0},
+    {QLatin1String("quillbase"),
+     QLatin1String("upload while the tests run; PATH is an address of http or https: "
+                   "http://HOST[:PORT]/project/NAME?token=TOKEN"),
+     nullptr, createQuillbase, 0},
     {QLatin1String("raw"), QLatin1String(""), "", createRaw, 0},
 };
 

@@ -181,6 +181,33 @@ TEST_F(NameResolverTest, OccurrencesCountInAnOrderThatNoRunChanges)
     }
 }
 
+TEST_F(NameResolverTest, OccurrencesCountAsObjectsWereMadeWhateverIsRaisedOrMoved)
+{
+    const auto texts = [this](const char *type) {
+        QStringList found;
+        for (int occurrence = 1; occurrence <= 3; ++occurrence)
+            found +=
+                inspector
+                    .findObject(QString("{type='%1' occurrence='%2'}").arg(type).arg(occurrence),
+                                nullptr)
+                    ->valueText()
+                    .section('\'', 1, 1);
+        return found;
+    };
+    // There before the inspector was.
+    buttons[0]->raise();
+    EXPECT_EQ(texts("QPushButton"), (QStringList{"&Save", "Save as", "load"}));
+    auto *first = new QGroupBox("1");
+    auto *second = new QGroupBox("2", &window);
+    auto *replaced = new QGroupBox("3", &window);
+    first->setParent(&window);
+    second->raise();
+    delete replaced;
+    new QGroupBox("4", &window);
+    second->lower();
+    EXPECT_EQ(texts("QGroupBox"), (QStringList{"1", "2", "4"}));
+}
+
 TEST_F(NameResolverTest, WaitingLetsTheApplicationMakeTheObject)
 {
     QTimer::singleShot(50, &window, [this] { (new QLabel(&window))->setObjectName("late"); });

@@ -150,7 +150,8 @@ TEST(TableDiffTest, RowsOfADifference)
         {{" a "}, {"a"}, {"-0: a ", "+0:a"}},
         {{"  "}, {""}, {"-0:  ", "+0:"}},
         {{" "}, {"\n"}, {"-0: ", "+0:\n"}},
-        {{"a<!-- c -->b"}, {"ab"}, {}},
+        {{"a<!-- c -->b| "}, {"ab|<![CDATA[ ]]>"}, {}},
+        {{"a<!-- c -->b| "}, {"ab|"}, {"-0:ab| ", "+0:ab|"}},
     };
     for (const auto &row : rows)
         EXPECT_EQ(diffOf(row.expected, row.actual), row.difference)
@@ -173,13 +174,13 @@ TEST(TableDiffTest, ATableThatCannotBeReadLeavesTheResult)
         std::string xml;
         const char *message;
     } rows[] = {
-        {"<table><row>", "XML Parse Error at 1:1:"},
-        {"<table>\n <row>\n  <cell></row></table>", "XML Parse Error at 3:9:"},
+        {"<table><row>", "XML Parse Error at 1:13:"},
+        {"<table>\n <row>\n  <cell></row></table>", "XML Parse Error at 3:11:"},
         {"<tabel/>", "Missing table element in XML input\n"},
         {"<table><row><cell/></row><row><cell/><cell/></row></table>",
          "Malformed table XML, number of columns differ between rows\n"},
         {"<table>" + QByteArray("<row>").repeated(200000).toStdString(),
-         "XML Parse Error at 1:1:The elements are nested deeper than 500 levels.\n"},
+         "XML Parse Error at 1:2508:The elements are nested deeper than 500 levels.\n"},
     };
     for (const auto &row : rows) {
         FList<TableDiff::Element> list{TableDiff::Element()};
@@ -195,9 +196,9 @@ TEST(TableDiffTest, ATableThatCannotBeReadLeavesTheResult)
 TEST(TableDiffTest, ReferencesAreReadAsUnicode)
 {
     FList<TableDiff::Element> list;
-    EXPECT_TRUE(table_diff_xml("<table><row><cell><text>&#xFC;&#8364;</text></cell>"
+    EXPECT_TRUE(table_diff_xml("<table><row><cell><text>&#xFC;&#8364;&#x1F600;</text></cell>"
                                "<cell><text>&#x0A; </text></cell></row></table>",
-                               tableXml({"\xc3\xbc\xe2\x82\xac|\n "}), &list));
+                               tableXml({"\xc3\xbc\xe2\x82\xac\xf0\x9f\x98\x80|\n "}), &list));
 }
 
 TEST(TableDiffTest, ColourTexts)

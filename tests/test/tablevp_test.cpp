@@ -116,6 +116,16 @@ TEST_F(TableVPTest, LearningReplacesATableThatDiffersAndNoOther)
     verify(tableType, table(present));
     EXPECT_TRUE(takeResults().first().startsWith("PASS "));
     EXPECT_TRUE(pointFile().contains(table(present)));
+    // What else the file holds stays in it.
+    const QByteArray more =
+        "<!--note--><Other a=\"&lt;\xf0\x9f\x98\x80\"><![CDATA[<]]></Other><?do it?>";
+    const QByteArray type = "<!DOCTYPE VerificationPoint PUBLIC 'p' 's'>";
+    verifyFile(type + "<VerificationPoint " + tableType + ">" + table(row({"x"})) + more +
+               "</VerificationPoint>");
+    takeResults();
+    EXPECT_TRUE(pointFile().replace("\n", "").replace("    ", "").contains(more))
+        << pointFile().constData();
+    EXPECT_TRUE(pointFile().contains(type)) << pointFile().constData();
 
     widget.item(0, 0)->setText(QString::fromUtf8(" <\xc3\xa4&\x01 "));
     const struct

@@ -62,12 +62,24 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
         {"<VerificationPoint>", "Verification point file 'vp' cannot be read.", ""},
         {"", "Verification point file 'vp' cannot be read.", ""},
         {QByteArray("<a>").repeated(200000), "Verification point file 'vp' cannot be read.",
-         "the elements are nested too deep"},
+         "The elements are nested deeper than 500 levels."},
         // Parsers know more names and encodings than these.
         {QByteArray("<:a>").repeated(200000) + QByteArray("</:a>").repeated(200000),
-         "Verification point file 'vp' cannot be read.", "the elements are nested too deep"},
+         "Verification point file 'vp' cannot be read.",
+         "The elements are nested deeper than 500 levels."},
         {QByteArray("\xff\xfe", 2) + QByteArray("<\0a\0>\0", 6).repeated(200000),
-         "Verification point file 'vp' cannot be read.", "the elements are nested too deep"},
+         "Verification point file 'vp' cannot be read.",
+         "The elements are nested deeper than 500 levels."},
+        {"<!DOCTYPE v [<!ENTITY a 'aa'><!ENTITY b '&a;&a;'>]><VerificationPoint type='&b;'/>",
+         "Verification point file 'vp' cannot be read.", "The document type holds declarations."},
+        {"<VerificationPoint>&nbsp;</VerificationPoint>",
+         "Verification point file 'vp' cannot be read.", ""},
+        {"<!DOCTYPE v SYSTEM 'v.dtd'><VerificationPoint>&nbsp;</VerificationPoint>",
+         "Verification point file 'vp' cannot be read.", "The entity '&nbsp;' is unknown."},
+        {"<!DOCTYPE v SYSTEM 'v.dtd'><VerificationPoint type='&nbsp;'/>",
+         "Verification point file 'vp' cannot be read.", "The entity '&nbsp;' is unknown."},
+        {"<VerificationPoint type='\xe9'/>", "Verification point file 'vp' cannot be read.",
+         "The file holds bytes that mean nothing in its encoding, UTF-8."},
         {"<Other/>", "Verification point file 'vp' is malformed.",
          "File does not contain 'VerificationPoint' root element"},
         {"<VerificationPoint version='6' type='Table'/>",
@@ -112,7 +124,7 @@ TEST_F(TestVPTest, ALongFileIsNotTakenForADeepOne)
     const QByteArray root = "<VerificationPoint type='Nonsense'>" + rows;
     for (const char *start :
          {"", "<?xml version='1.1'?>", "<?xml version='1.0' encoding='unheard-of'?>",
-          "<!DOCTYPE VerificationPoint>", "<?note?>"})
+          "<!DOCTYPE VerificationPoint SYSTEM 'v.dtd'>", "<?note?>"})
         EXPECT_EQ(verifyFile(start + root + "</VerificationPoint>").summary(),
                   VPResult::SummaryPassed)
             << start;

@@ -1,12 +1,15 @@
 // A headless Chromium, and reports for it to open.
 'use strict';
 
+const assert = require('node:assert/strict');
 const fs = require('node:fs');
 const http = require('node:http');
 const os = require('node:os');
 const path = require('node:path');
+const { after, before, describe } = require('node:test');
 const { pathToFileURL } = require('node:url');
-const { writeReport } = require('./demo');
+const { shopRuns, writeReport } = require('./demo');
+const { dataFile } = require('./testdata');
 
 const chromium = ['/usr/bin/chromium', '/usr/bin/chromium-browser', '/usr/bin/google-chrome'].find(
     (file) => fs.existsSync(file),
@@ -66,7 +69,9 @@ const types = {
 
 /// Serves the directory under the content policy that build servers commonly set.
 async function serve(directory) {
+    const requests = [];
     const server = http.createServer((request, response) => {
+        requests.push(request.url);
         const file = path.join(
             directory,
             decodeURIComponent(new URL(request.url, 'http://x').pathname),
@@ -81,8 +86,99 @@ async function serve(directory) {
     await new Promise((resolve) => server.listen(0, '127.0.0.1', resolve));
     return {
         address: 'http://127.0.0.1:' + server.address().port + '/index.html',
+        requests,
         close: () => server.close(),
     };
 }
 
-module.exports = { missing, launch, makeReport, dataFileOf, removeReport, fileAddress, serve };
+const rowNames = (page) => texts(page, '#tree .row .name');
+const row = (page, name) =>
+    page
+        .locator('#tree .row')
+        .filter({ has: page.locator('.name', { hasText: new RegExp('^' + name + '$') }) });
+const heading = (page) => page.locator('#detail h1').textContent();
+const block = (page, title) =>
+    page
+        .locator('#detail .block')
+        .filter({ has: page.getByRole('heading', { level: 2, name: new RegExp('^' + title) }) });
+const selected = (page) => page.locator('.row[aria-selected="true"] .name').textContent();
+const focused = (page) => page.evaluate(() => document.activeElement.id);
+
+function texts(page, selector) {
+    return page.locator(selector).allTextContents();
+}
+
+async function eventually(read, expected) {
+    let value;
+    for (let attempt = 0; attempt < 100; ++attempt) {
+        value = await read();
+        if (JSON.stringify(value) === JSON.stringify(expected)) return;
+        await new Promise((resolve) => setTimeout(resolve, 20));
+    }
+    assert.deepEqual(value, expected);
+}
+
+/// Makes a group of tests that open pages. `body` gets `report(data)`, which makes the directory of
+/// a report; `onPage(address, body, options)`, which runs `body` on a fresh page; `onShop(hash,
+/// body, options)`, for a page of the sample report `shop()`. An error in a script fails the test,
+/// wherever it comes from, but for the one that a data file gives that is cut.
+function describePages(name, body) {
+    if (missing) console.log(missing);
+    describe(name, { skip: missing || false, timeout: 240000 }, () => {
+        const reports = [];
+        let browser;
+        let shop;
+
+        before(async () => {
+            browser = await launch();
+            shop = report(dataFile(shopRuns()));
+        });
+        after(async () => {
+            await browser.close();
+            reports.forEach(removeReport);
+        });
+
+        function report(data) {
+            reports.push(makeReport(data));
+            return reports[reports.length - 1];
+        }
+
+        async function onPage(address, act, { dataIsCut, ...options } = {}) {
+            const viewport = { width: 1300, height: 800 };
+            const context = await browser.newContext({ viewport, ...options });
+            const page = await context.newPage();
+            page.setDefaultTimeout(15000);
+            const errors = [];
+            page.on('pageerror', (error) => errors.push(error.message));
+            page.on('console', (message) => {
+                if (/Content Security Policy/.test(message.text())) errors.push(message.text());
+            });
+            try {
+                await page.goto(address);
+                if (dataIsCut) assert.equal(errors.splice(0).length, 1);
+                await act(page, context);
+                assert.deepEqual(errors, []);
+            } finally {
+                await context.close();
+            }
+        }
+
+        const onShop = (hash, act, options) => onPage(fileAddress(shop, hash), act, options);
+        body({ report, onPage, onShop, shop: () => shop });
+    });
+}
+
+module.exports = {
+    dataFileOf,
+    describePages,
+    fileAddress,
+    serve,
+    block,
+    eventually,
+    focused,
+    heading,
+    row,
+    rowNames,
+    selected,
+    texts,
+};

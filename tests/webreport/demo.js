@@ -155,7 +155,7 @@ function shopRuns() {
 function writeReport(directory, dataText) {
     fs.cpSync(pages, directory, {
         recursive: true,
-        filter: (file) => path.basename(file) !== 'CMakeLists.txt',
+        filter: (file) => !/CMakeLists.txt|\.cmake$/.test(file),
     });
     fs.mkdirSync(path.join(directory, 'data'), { recursive: true });
     fs.mkdirSync(path.join(directory, pictures), { recursive: true });

@@ -1,33 +1,14 @@
 // The parts of the pages that need no browser.
 'use strict';
 
+const fs = require('node:fs');
 const path = require('node:path');
 
-for (const part of [
-    'invisibles',
-    'dom',
-    'outcomes',
-    'format',
-    'sequencediff',
-    'pairing',
-    'textdiff',
-    'values',
-    'repair',
-    'walk',
-    'model',
-    'runs',
-    'history',
-    'tablerows',
-    'searchtext',
-    'filter',
-    'criteria',
-    'address',
-    'navigation',
-    'longtext',
-    'marks',
-    'failuretext',
-    'highlight',
-])
-    require(path.join(__dirname, '..', '..', 'webreport', 'script', part + '.js'));
+const pages = path.join(__dirname, '..', '..', 'webreport');
+/// What the page loads before the comment, in its order.
+const [parts] = fs.readFileSync(path.join(pages, 'index.html'), 'utf8').split('<!-- Those above');
+
+for (const [, script] of parts.matchAll(/<script src="(script\/\w+\.js)"/g))
+    require(path.join(pages, script));
 
 module.exports = globalThis.morvexReport;

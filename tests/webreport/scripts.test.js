@@ -35,7 +35,7 @@ function defined(source) {
     return [...source.matchAll(/^ {4}report\.(\w+) =/gm)].map((match) => match[1]);
 }
 
-test('Each script is loaded behind those that it needs', () => {
+test('Each script is loaded after those that it needs', () => {
     const known = new Set();
     const all = new Set([...sources.values()].flatMap(defined));
     for (const [file, source] of sources) {

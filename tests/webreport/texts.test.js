@@ -70,7 +70,7 @@ const roughDifferences = [
     ['a\u{1F600}', 'a\u{2F600}', 'a[\u{1F600}]', 'a[\u{2F600}]'],
 ];
 
-test('Marks of very long texts lie round all that differs, and split no character', () => {
+test('Marks of very long texts cover all that differs, and split no character', () => {
     for (const [expected, actual, left, right] of roughDifferences) {
         const marks = textDiff.diffRoughly(expected, actual);
         assert.equal(marked(marks.expected), left);
@@ -90,7 +90,7 @@ test('In a long text with a thousand changes just these are marked', () => {
     assert.ok(differing.every((segment) => segment.text === 'new'));
 });
 
-test('Values that look the same are told apart', () => {
+test('Values that look the same are distinguished', () => {
     const difference = ([expected, actual]) => invisibles.onlyDifference(expected, actual);
     assert.match(difference(['a\u200bb', 'ab']), /seen/);
     assert.match(difference(['one two', 'one\ttwo']), /seen/);
@@ -168,7 +168,7 @@ const stacks = [
 ];
 
 for (const [detail, text, frames] of stacks) {
-    test('The call stack is told from the text in ' + JSON.stringify(detail), () => {
+    test('The call stack is separated from the text in ' + JSON.stringify(detail), () => {
         const split = values.splitStack(detail);
         assert.equal(split.text, text);
         assert.deepEqual(
@@ -204,7 +204,7 @@ test('No location leads to a script or out to a host', () => {
     );
 });
 
-test('A changed row of a table stands before its new form, whatever the order of the data', () => {
+test('A changed row of a table comes before its new form, whatever the order of the data', () => {
     const context = { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } };
     const rows = tableRows.arrangedRows([
         tableRow('deletion', 1, ['a', '1']),
@@ -234,7 +234,7 @@ test('A changed row of a table stands before its new form, whatever the order of
     assert.equal(rows[4].partner, undefined);
 });
 
-test('A row that moved is paired with its like, not with what stands at its number now', () => {
+test('A row that moved is paired with its like, not with what is at its number now', () => {
     const rows = tableRows.arrangedRows([
         tableRow('deletion', 0, ['id 0', 'x']),
         tableRow('deletion', 1, ['id 1', 'y']),

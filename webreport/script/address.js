@@ -1,4 +1,4 @@
-// The part of the address behind the "#": which run, which place in it, and the filters.
+// The part of the address after the "#": which run, which place in it, and the filters.
 (function (report) {
     'use strict';
 

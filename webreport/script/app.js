@@ -15,7 +15,7 @@
             this.header = document.getElementById('header');
             this.treeHost = document.getElementById('tree');
             this.detailHost = document.getElementById('detail');
-            this.list = report.treeList.createTreeList(this.treeHost, {
+            this.list = new report.TreeList(this.treeHost, {
                 isOpen: (node) => this.isOpen(node),
                 select: (node) => this.select(node),
                 toggle: (node) => this.toggle(node),
@@ -26,7 +26,7 @@
                 terms: () => this.terms,
             });
             this.place = report.readingPlace(this.detailHost);
-            this.navigation = report.createNavigation(window, this.place, (entry, isNew) =>
+            this.navigation = new report.Navigation(window, this.place, (entry, isNew) =>
                 this.followAddress(entry, isNew),
             );
             this.readAddress();
@@ -63,7 +63,7 @@
             else if (this.state.at && this.current.key !== this.state.at)
                 report.notice.show(
                     'address',
-                    'This run does not hold the place of the address. What it would lie in is shown.',
+                    'This run does not hold the place of the address. The nearest place above it is shown.',
                 );
         }
 
@@ -102,7 +102,7 @@
             else if (isLost) this.focusList();
         }
 
-        /// The focus of what was hidden is gone with the next drawing only.
+        /// What was hidden loses the focus with the next drawing only.
         isFocusLost() {
             const { activeElement } = document;
             return activeElement === document.body || activeElement.getClientRects().length === 0;
@@ -212,7 +212,7 @@
             return this.openTests.isOpen(node, Boolean(found));
         }
 
-        /// A row that goes with the test it lies in leaves its mark to that.
+        /// A row that goes with the test it is in leaves its mark to that.
         setOpen(node, open) {
             this.openTests.set(node, open);
             const goes = !open && report.marks.pathOf(this.current).includes(node);

@@ -39,9 +39,10 @@
         else if (current.parent) app.select(current.parent);
     }
 
-    /// From the details back to the list, and there the filters away.
+    /// From the details back to the list, and there clears the filters.
     function escape(app) {
-        if (!app.isListShown() || app.detailHost.contains(document.activeElement)) app.closeDetail();
+        if (!app.isListShown() || app.detailHost.contains(document.activeElement))
+            app.closeDetail();
         else app.clearFilters();
     }
 

@@ -41,7 +41,7 @@
         const raw = node.raw;
         const last = node.kind === 'attempts' ? node.children[node.children.length - 1].raw : raw;
         return facts([
-            ['Took', node.duration === null ? '' : duration(node.duration)],
+            ['Duration', node.duration === null ? '' : duration(node.duration)],
             ['Started', time(raw.start)],
             ['Ended', raw.isSkipped ? '' : time(last.stop)],
             ['Location', place(app, raw)],
@@ -128,7 +128,7 @@
         report.highlight.mark(host, app.terms);
     }
 
-    /// `host` is the pane; a part of it is drawn anew.
+    /// `host` is the pane; a part of it is drawn again.
     function render(app, host, node) {
         const place = host.querySelector('#detailBody');
         place.replaceChildren();

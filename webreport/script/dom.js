@@ -68,6 +68,11 @@
         );
     }
 
+    function tableHead(labels) {
+        const cells = labels.map((label) => element('th', { scope: 'col' }, label));
+        return element('thead', null, element('tr', null, cells));
+    }
+
     /// A link to a file of the report; plain text where the page can't reach the location.
     function fileLink(uri, lineNo, base) {
         const text = report.format.locationText(uri, lineNo);
@@ -82,5 +87,5 @@
         return iso ? element('time', { datetime: iso, title: zoneText(iso) }, dateTime(iso)) : '';
     }
 
-    report.dom = { append, element, icon, button, fileLink, time, drawnCharacter };
+    report.dom = { append, element, icon, button, tableHead, fileLink, time, drawnCharacter };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

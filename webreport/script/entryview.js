@@ -74,7 +74,7 @@
         );
     }
 
-    /// The sentence with the values is left out where these stand beside each other.
+    /// The sentence with the values is left out where these are side by side.
     function detail(views, raw, base) {
         if (!raw.detail || report.values.isOnlyValues(raw)) return null;
         const { text, frames } = report.values.splitStack(raw.detail);

@@ -22,7 +22,7 @@
     }
 
     /// Blanks at the ends of a value and all that can't be seen get a form that survives a ticket;
-    /// a value of several lines stands below its label.
+    /// a value of several lines is below its label.
     function valueText(label, value) {
         if (value === '') return label + ' (empty)';
         const { pieces, unseen } = report.invisibles;

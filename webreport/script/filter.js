@@ -7,7 +7,7 @@
 
     const { searchText } = report;
 
-    /// Words that must occur, quoted ones as a phrase, and those behind a minus that must not.
+    /// Words that must occur, quoted ones as a phrase, and those after a minus that must not.
     /// No more than 30 of them count.
     function parseText(text) {
         const wanted = [];
@@ -50,7 +50,7 @@
         return node.testCase ? passes(modes, marksOf(node.testCase)) : !wantsOnly(modes);
     }
 
-    /// A test that was running when the data breaks off stands with the errors.
+    /// A test that was running when the data breaks off counts as an error.
     function passesEntryFilter(node, modes) {
         if (node.kind === 'entry') return passes(modes, [node.entryKind]);
         return !wantsOnly(modes) || (node.brokeOff && modes.get('error') === 'only');
@@ -74,8 +74,8 @@
         return { own, all };
     }
 
-    /// `shown[id]` tells whether the node is to be seen, `opened[id]` whether something that was
-    /// asked for lies below it; `hits` counts what was asked for. `count[id]` of the children of a
+    /// `shown[id]` says whether the node is to be seen, `opened[id]` whether something that was
+    /// asked for is in it; `hits` counts what was asked for. `count[id]` of the children of a
     /// node are shown, and from the last of them it is the `fromEnd[id]`th, from 1.
     function select(run, criteria) {
         const size = run.nodes.length;
@@ -110,7 +110,7 @@
         return result;
     }
 
-    /// Orders children of a run: tests by how long they took, behind them what took no time.
+    /// Orders children of a run: tests by how long they took, after them what took no time.
     function bySlowness(a, b) {
         const isEntry = (node) => Number(node.kind === 'entry');
         const longer = isEntry(a) || isEntry(b) ? 0 : (b.duration || 0) - (a.duration || 0);
@@ -141,16 +141,14 @@
             rows.push(node);
             if (node.kind === 'entry' || !isOpen(node)) continue;
             const children =
-                slowest && node === run.root
-                    ? [...node.children].sort(bySlowness)
-                    : node.children;
+                slowest && node === run.root ? [...node.children].sort(bySlowness) : node.children;
             for (let index = children.length - 1; index >= 0; --index)
                 waiting.push(children[index]);
         }
         return rows;
     }
 
-    /// Where the node stands among its listed siblings, as `{place, count}`; null for a run, and
+    /// Where the node is among its listed siblings, as `{place, count}`; null for a run, and
     /// where the order is not that of reading.
     function siblings(node, selection, slowest) {
         const { parent } = node;

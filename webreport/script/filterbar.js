@@ -115,10 +115,10 @@
         const field = searchField(app);
         const failures = failuresButton(app);
         const order = orderButton(app);
-        const clear = button('Clear', () => app.clearFilters(), {
+        const clear = button('Clear filters', () => app.clearFilters(), {
             id: 'clear',
             class: 'toggle',
-            title: 'Take all filters away (Esc)',
+            title: 'Esc',
         });
         const groups = element('div', { class: 'chipgroups' });
         const fold = foldButton(groups);

@@ -98,7 +98,7 @@
     }
 
     /// What a page beside the data can link to: files of the report, and on a page opened from a
-    /// file also those of the suite, when `base` (a file URL) tells where that was. Null otherwise.
+    /// file also those of the suite, when `base` (a file URL) says where that was. Null otherwise.
     /// The result never names another scheme, whatever the location holds.
     function locationLink(uri, base) {
         const { scheme, path } = splitLocation(uri);

@@ -27,8 +27,8 @@
         return [list, more];
     }
 
-    /// The `step` items round the one at `middle`, put into `host`. `labels` says what stands
-    /// before them and what behind. Returns `{before, after, note}`, to be placed by the caller.
+    /// The `step` items round the one at `middle`, put into `host`. `labels` says what is
+    /// before them and what after. Returns `{before, after, note}`, to be placed by the caller.
     function windowList(host, items, middle, build, step, labels) {
         let from = Math.max(0, Math.min(middle - Math.floor(step / 2), items.length - step));
         let to = Math.min(items.length, from + step);

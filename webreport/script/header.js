@@ -117,7 +117,7 @@
                 'div',
                 { class: 'headline' },
                 element('h1', null, title),
-                run.ended ? null : report.marks.badge('unfinished', 'not ended'),
+                run.ended ? null : report.marks.badge('unfinished', 'unfinished'),
                 element('p', { class: 'totals' }, totals(run)),
                 runPicker(app),
                 helpButton(),

@@ -1,4 +1,4 @@
-// The keys: one table for what they do and for the page that tells of them.
+// The keys: one table for what they do and for the page that describes them.
 (function (report) {
     'use strict';
 
@@ -56,7 +56,7 @@
                     keys: ['End'],
                     shown: ['End'],
                     text: 'last row',
-                    run: (app) => app.list.move(app.list.rows().length),
+                    run: (app) => app.list.move(app.list.rows.length),
                 },
                 {
                     keys: ['Enter'],
@@ -98,13 +98,13 @@
                 {
                     keys: ['Escape'],
                     shown: ['Esc'],
-                    text: 'take filters away, go back to the list',
+                    text: 'clear filters, go back to the list',
                     run: (app) => commands.escape(app),
                 },
             ],
         },
         {
-            title: 'Pass on',
+            title: 'Share',
             rows: [
                 {
                     keys: ['c'],
@@ -139,7 +139,7 @@
 
     const noteTexts = [
         'Filters: click once for only these, twice to hide these, three times for no filter. ' +
-            'Place and filters stand in the address: what you see is what a colleague sees.',
+            'Place and filters are in the address: what you see is what a colleague sees.',
         'Search: all words must occur, in the result or a test round it; "two words" as a ' +
             'phrase; -word must not occur. Values, cells of tables, locations and outcomes count.',
         'Newly failing: fails now and did not in the latest earlier run that ran it. ' +

@@ -1,4 +1,4 @@
-// Marks the terms of the search where they stand in the page.
+// Marks the terms of the search where they are in the page.
 (function (report) {
     'use strict';
 

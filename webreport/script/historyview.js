@@ -14,7 +14,7 @@
         return 'Run ' + (run.index + 1) + ', ' + dateTime(run.raw.start) + ': ' + what + time;
     }
 
-    /// Which part of a date tells the runs apart: the year is left out where it is the same.
+    /// Which part of a date distinguishes the runs: the year is left out where it is the same.
     function dateRangeOf(points) {
         const years = new Set(points.map(({ run }) => dateTime(run.raw.start).slice(0, 4)));
         return years.size > 1 ? [0, 10] : [5, 10];
@@ -44,7 +44,7 @@
         const ran = points.filter((point) => point.node);
         const cutOff = ran.filter((point) => point.node.outcome === 'unfinished').length;
         const failures = ran.filter((point) => report.model.isFailed(point.node)).length - cutOff;
-        const end = cutOff > 0 ? ', not ended in ' + cutOff + '.' : '.';
+        const end = cutOff > 0 ? ', unfinished in ' + cutOff + '.' : '.';
         return 'Failed in ' + failures + ' of ' + counted(ran.length, 'run', 'runs') + end;
     }
 

@@ -71,7 +71,7 @@
     /// Both pictures, with the ways to compare them. The choice holds for the next pictures too.
     function comparison(view, expected, actual) {
         const stage = element('div', null, expected.node, actual.node);
-        const look = { 'class': 'pictures', 'tabindex': '0', 'role': 'group' };
+        const look = { class: 'pictures', tabindex: '0', role: 'group' };
         const box = element('div', { ...look, 'aria-label': 'Both pictures' }, stage);
         const wipe = slider(stage);
         const modeChoice = choice('How to compare', modes, (mode) => use({ mode }));

@@ -2,8 +2,8 @@
 (function (report) {
     'use strict';
 
-    // Drawn wherever they stand: controls other than tab and line ends, and all that sets the
-    // direction of the text behind it.
+    // Drawn wherever they are: controls other than tab and line ends, and all that sets the
+    // direction of the text after it.
     const harmful =
         /[\0-\x08\x0B\x0C\x0E-\x1F\x7F-\x9F\u061C\u200E\u200F\u202A-\u202E\u2066-\u2069]/;
 

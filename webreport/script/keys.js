@@ -18,7 +18,7 @@
         return target.matches('input[type="search"], textarea, select');
     }
 
-    /// In the search field arrow and Enter go on to the list; Escape takes the filters away, or
+    /// In the search field arrow and Enter go on to the list; Escape clears the filters, or
     /// leaves the field when there are none; all else is text.
     function handleInSearch(app, event) {
         if (event.key === 'Escape' && report.filter.isActive(app.state)) app.clearFilters();
@@ -47,7 +47,9 @@
             return;
         }
         const action =
-            isWriting(event.target) || isForPage(app, event) ? null : report.help.actionFor(event.key);
+            isWriting(event.target) || isForPage(app, event)
+                ? null
+                : report.help.actionFor(event.key);
         if (action) {
             event.preventDefault();
             action(app);

@@ -32,7 +32,7 @@
         if (isEmpty)
             report.dom.append(host, [
                 element('p', null, 'Nothing matches the filters.'),
-                clearButton(app, 'Take them away'),
+                clearButton(app, 'Clear filters'),
             ]);
         document.getElementById('listNote').textContent = active && !isEmpty ? amounts(app) : '';
         drawHidden(app);
@@ -45,7 +45,7 @@
         if (!host.hidden)
             report.dom.append(host, [
                 element('span', null, 'Hidden in the list by the filters.'),
-                clearButton(app, 'Show it there'),
+                clearButton(app, 'Clear filters'),
             ]);
     }
 

@@ -1,11 +1,11 @@
-// The small marks for outcomes and kinds, which look the same wherever they stand.
+// The small marks for outcomes and kinds, which look the same wherever they are.
 (function (report) {
     'use strict';
 
     const { element, icon } = report.dom;
     const { entryKind, testOutcome } = report.outcomes;
 
-    /// What stands for a node: always a shape of its own beside the colour.
+    /// What represents a node: always a shape of its own beside the colour.
     function outcomeOf(node) {
         return node.kind === 'entry'
             ? entryKind.get(node.entryKind)
@@ -27,20 +27,20 @@
         return element('span', { class: 'badge tone-' + iconName, title }, icon(iconName), text);
     }
 
-    /// What is to be said about a test beside its outcome.
+    /// What there is to say about a test beside its outcome.
     function extraBadges(node) {
         const badges = [];
         if (node.isNew)
             badges.push(badge('new', 'newly failing', 'Did not fail in the run before'));
         if (node.unfinished && node.outcome !== 'unfinished')
-            badges.push(badge('unfinished', 'not ended'));
+            badges.push(badge('unfinished', 'unfinished'));
         if (node.kind === 'attempts')
             badges.push(element('span', { class: 'badge' }, node.children.length + ' attempts'));
         if (node.tooDeep)
             badges.push(
                 element(
                     'span',
-                    { class: 'badge', title: 'What lies in it stands behind it' },
+                    { class: 'badge', title: 'What is in it is after it' },
                     'nested deeper',
                 ),
             );
@@ -51,7 +51,7 @@
     /// failed until then.
     function runOutcome({ root, failed, ended }) {
         const facts = failed > 0 ? [report.format.count(failed) + ' failed'] : [];
-        if (!ended) facts.push('not ended');
+        if (!ended) facts.push('interrupted');
         return facts.length > 0 ? facts.join(' · ') : outcomeOf(root).label.toLowerCase();
     }
 

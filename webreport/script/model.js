@@ -2,11 +2,11 @@
 //
 // A node is `{id, kind, raw, name, parent, children, place, depth, end, key, outcome, unfinished,
 // brokeOff, counts, duration}`. `id` is its place in `run.nodes`, which is in the order of reading;
-// what lies in it stands from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that
+// what is in it is from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that
 // was retried: its children are the attempts) or 'entry'. `place` counts among its siblings,
 // `brokeOff` is set on the innermost test that was running when the data breaks off. `tooDeep` is
-// set on a test that stands beside the one it lies in, for want of levels; its outcome, counts and
-// `end` are still those of all that lies in it.
+// set on a test that is beside the one it is in, for want of levels; its outcome, counts and
+// `end` are still those of all that is in it.
 (function (report) {
     'use strict';
 
@@ -84,7 +84,7 @@
     }
 
     /// The outermost test cases, since a skipped test case holds one more of its own name. Each
-    /// node gets the test case that it is or lies in.
+    /// node gets the test case that it is or is in.
     function collectTestCases(run) {
         for (let id = 0; id < run.nodes.length; ++id) {
             const testCase = run.nodes[id];
@@ -135,7 +135,7 @@
         return null;
     }
 
-    /// The entries that `wanted` takes of what lies in a test, in the order of reading.
+    /// The entries that `wanted` takes of what is in a test, in the order of reading.
     function entriesWithin(run, node, wanted) {
         const entries = [];
         for (let id = node.id + 1; id <= node.end; ++id) {

@@ -5,75 +5,85 @@
 
     const pause = 150;
 
-    /// `scroller` holds the details. `follow(entry, isNew)` is called when a person went to another
-    /// address; `isNew` tells a link from the way back. An entry is `{view, top}`, `view` is 'list'
-    /// or 'detail'.
-    function createNavigation(window, scroller, follow) {
-        const { history, location } = window;
-        let timer = 0;
-
-        function entry() {
-            const view = location.hash.includes('at=') ? 'detail' : 'list';
-            return { view, top: 0, ...history.state };
+    class Navigation {
+        /// `scroller` holds the details. `follow(entry, isNew)` is called when a person went to
+        /// another address; `isNew` is true for a link, false for the way back. An entry is
+        /// `{view, top}`, `view` is 'list' or 'detail'.
+        constructor(window, scroller, follow) {
+            this.window = window;
+            this.history = window.history;
+            this.location = window.location;
+            this.scroller = scroller;
+            this.follow = follow;
+            this.timer = 0;
+            window.addEventListener('popstate', () => this.arrive());
+            // A link notes where its page was left.
+            window.addEventListener('click', () => this.noteScroll(), true);
+            scroller.addEventListener('scroll', () => this.noteScrollSoon(), { passive: true });
         }
 
-        function replace(change, address) {
-            history.replaceState({ ...entry(), ...change }, '', address);
+        entry() {
+            const view = this.location.hash.includes('at=') ? 'detail' : 'list';
+            return { view, top: 0, ...this.history.state };
+        }
+
+        replace(change, address) {
+            this.history.replaceState({ ...this.entry(), ...change }, '', address);
+        }
+
+        arrive() {
+            this.stopTimer();
+            const isNew = !this.history.state;
+            if (isNew) this.replace({ view: 'detail' });
+            this.follow(this.entry(), isNew);
+        }
+
+        stopTimer() {
+            this.window.clearTimeout(this.timer);
+            this.timer = 0;
+        }
+
+        noteScroll() {
+            this.stopTimer();
+            const { state } = this.history;
+            if (state && state.top !== this.scroller.scrollTop)
+                this.replace({ top: this.scroller.scrollTop });
         }
 
         /// Browsers refuse to note each step of a scroll.
-        function noteScroll() {
-            window.clearTimeout(timer);
-            timer = 0;
-            if (history.state && history.state.top !== scroller.scrollTop)
-                replace({ top: scroller.scrollTop });
-        }
-
-        function noteScrollSoon() {
-            if (!timer) timer = window.setTimeout(noteScroll, pause);
+        noteScrollSoon() {
+            if (!this.timer) this.timer = this.window.setTimeout(() => this.noteScroll(), pause);
         }
 
         /// A `way` says what is to come on the trail: 'push' makes the present place one to come
         /// back to.
-        function write(address, way) {
-            if (way === 'push' && address !== location.hash) {
-                noteScroll();
-                history.pushState({ view: entry().view, top: 0 }, '', address);
-            } else if (address !== location.hash || !history.state) replace({}, address);
+        write(address, way) {
+            const isOther = address !== this.location.hash;
+            if (way === 'push' && isOther) {
+                this.noteScroll();
+                this.history.pushState({ view: this.entry().view, top: 0 }, '', address);
+            } else if (isOther || !this.history.state) this.replace({}, address);
         }
 
         /// Going from the list to the details leaves the list, with the new row, on the trail;
         /// `address` is that of the row.
-        function showDetail(address) {
-            replace({ view: 'list' }, address);
-            history.pushState({ view: 'detail', top: 0, fromList: true }, '', address);
+        showDetail(address) {
+            this.replace({ view: 'list' }, address);
+            this.history.pushState({ view: 'detail', top: 0, fromList: true }, '', address);
         }
 
         /// Goes back to the list, by the trail if that is where the details came from. Returns
         /// whether the page is to draw that by itself.
-        function showList() {
-            if (entry().view === 'list') return true;
-            if (entry().fromList) {
-                history.back();
+        showList() {
+            if (this.entry().view === 'list') return true;
+            if (this.entry().fromList) {
+                this.history.back();
                 return false;
             }
-            replace({ view: 'list' });
+            this.replace({ view: 'list' });
             return true;
         }
-
-        window.addEventListener('popstate', () => {
-            window.clearTimeout(timer);
-            timer = 0;
-            const isNew = !history.state;
-            if (isNew) replace({ view: 'detail' });
-            follow(entry(), isNew);
-        });
-        // A link notes where its page was left.
-        window.addEventListener('click', noteScroll, true);
-        scroller.addEventListener('scroll', noteScrollSoon, { passive: true });
-
-        return { entry, write, showDetail, showList };
     }
 
-    report.createNavigation = createNavigation;
+    report.Navigation = Navigation;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

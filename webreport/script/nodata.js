@@ -47,7 +47,7 @@
             'report.',
     };
 
-    /// What FileReader has when it ends with an error tells too little: a text that is too long
+    /// What FileReader has when it ends with an error says too little: a text that is too long
     /// gives the same as a file that went away.
     function problemOfReading(file) {
         return file.size > (mostMegabytes - 1) * megabyte ? 'tooLarge' : 'unreadable';

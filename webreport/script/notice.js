@@ -1,16 +1,16 @@
-// What a person should know about the page itself, above the results until it is put away.
+// What a person should know about the page itself, above the results until it is dismissed.
 (function (report) {
     'use strict';
 
     const { element, button } = report.dom;
 
-    /// `about` groups notices, so that they can be taken away together.
+    /// `about` groups notices, so that they can be cleared together.
     function show(about, text) {
         const notice = element(
             'p',
             { 'class': 'notice', 'data-about': about },
             element('span', null, text),
-            button('×', () => notice.remove(), { 'class': 'close', 'aria-label': 'Put away' }),
+            button('×', () => notice.remove(), { 'class': 'close', 'aria-label': 'Dismiss' }),
         );
         document.getElementById('notices').append(notice);
     }

@@ -58,7 +58,7 @@
     const testOutcomes = [
         { key: 'error', label: 'Error', many: 'Errors', icon: 'error', failed: true },
         { key: 'failed', label: 'Failed', icon: 'fail', failed: true },
-        { key: 'unfinished', label: 'Not ended', icon: 'unfinished', failed: true },
+        { key: 'unfinished', label: 'Unfinished', icon: 'unfinished', failed: true },
         { key: 'flaky', label: 'Flaky', icon: 'flaky' },
         { key: 'passed', label: 'Passed', icon: 'pass' },
         { key: 'skipped', label: 'Skipped', icon: 'skipped' },

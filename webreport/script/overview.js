@@ -17,7 +17,7 @@
             : 'None of ' + total + ' failed.';
     }
 
-    /// What went wrong before, between and behind the test cases; in a run of a single test case
+    /// What went wrong before, between and after the test cases; in a run of a single test case
     /// all that did.
     function ownFailures(app) {
         const { root, nodes } = app.run;
@@ -83,8 +83,8 @@
     function lostNotice(app) {
         if (app.run.ended) return null;
         const text =
-            'This run did not end: it was killed, or the machine went down. What had been ' +
-            'written until then is here; what was running is marked "not ended".';
+            'This run was interrupted: it was killed, or the machine went down. What had been ' +
+            'written until then is here; what was running is marked "unfinished".';
         const innermost = app.run.nodes.find((node) => node.brokeOff && node.parent);
         return element(
             'div',

@@ -2,7 +2,7 @@
 (function (report) {
     'use strict';
 
-    // In pixels: what is still to be seen in front of the first difference.
+    // In pixels: what is still to be seen before the first difference.
     const before = 60;
 
     /// Calls `act` once `node` has a size, which it has not where something else takes its place.
@@ -15,7 +15,7 @@
         observer.observe(node);
     }
 
-    /// Where the first mark stands in the whole of the box; null without one.
+    /// Where the first mark is in the whole of the box; null without one.
     function topOfMark(box) {
         const mark = box.querySelector('mark.expected, mark.actual');
         if (!mark) return null;

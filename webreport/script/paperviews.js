@@ -39,7 +39,7 @@
         return [sides(values, (side) => markedValue(marks[side], side)), notes(values, marks)];
     }
 
-    /// The columns that tell something: those with a difference, when rows became others.
+    /// The columns that say something: those with a difference, when rows became others.
     function columnsToPrint(rows) {
         const all = [...Array(columnCount(rows)).keys()];
         const differing = all.filter((index) => rows.some((row) => cellDiffers(row, index)));

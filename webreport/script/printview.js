@@ -76,7 +76,7 @@
                 'p',
                 null,
                 report.dom.time(app.run.root.raw.start),
-                app.run.ended ? '' : ' · not ended',
+                app.run.ended ? '' : ' · interrupted',
             ),
             element('p', null, amounts(app.run).map(textOf).join(' · ')),
             element('h2', null, 'Test cases'),

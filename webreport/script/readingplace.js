@@ -2,7 +2,7 @@
 (function (report) {
     'use strict';
 
-    /// `host` scrolls what lies in it. The result takes its part where a place is noted.
+    /// `host` scrolls what is in it. The result takes its part where a place is noted.
     function readingPlace(host) {
         let wanted = 0;
         const forget = () => (wanted = 0);

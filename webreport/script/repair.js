@@ -23,11 +23,11 @@
     }
 
     /// Goes through a document that may break off anywhere, and remembers the last place at which
-    /// only tests are open: everything behind it is a node cut in its middle.
+    /// only tests are open: everything after it is a node cut in its middle.
     class DocumentScanner {
         constructor(text) {
             this.text = text;
-            /// What is open, innermost first, each with what it lies in as `parent`. A link of this
+            /// What is open, innermost first, each with what it is in as `parent`. A link of this
             /// chain never changes its place, so to remember one costs the same at any depth.
             this.top = null;
             this.key = '';
@@ -35,7 +35,7 @@
             this.whole = null;
         }
 
-        /// An object may end behind its tests, and behind each member that follows them.
+        /// An object may end after its tests, and after each member that follows them.
         remember(end) {
             if (!this.top || this.top.isTests || this.top.hasTests)
                 this.whole = { end, open: this.top };
@@ -125,7 +125,7 @@
     }
 
     /// Where the runs begin: no text within a run can hold these bytes, since quotes are escaped.
-    /// A statement at the end of the file may be too short to be told by them.
+    /// A statement at the end of the file may be too short to be recognised by them.
     function runStarts(text) {
         const starts = [];
         for (let at = text.indexOf(runStart); at >= 0; at = text.indexOf(runStart, at + 1))

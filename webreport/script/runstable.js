@@ -2,9 +2,10 @@
 (function (report) {
     'use strict';
 
-    const { element, time } = report.dom;
+    const { element, tableHead, time } = report.dom;
     const { count, duration } = report.format;
     const shownRuns = 30;
+    const labels = ['Run', 'Started', 'Outcome', 'Test cases', 'Duration'];
 
     function runRow(app, run) {
         const { root, cases } = run.summary;
@@ -20,19 +21,6 @@
             'tr',
             { 'aria-current': run.index === app.run.index ? 'true' : null },
             cells.map(([className, content]) => element('td', { class: className }, content)),
-        );
-    }
-
-    function head() {
-        const labels = ['Run', 'Started', 'Outcome', 'Test cases', 'Took'];
-        return element(
-            'thead',
-            null,
-            element(
-                'tr',
-                null,
-                labels.map((label) => element('th', { scope: 'col' }, label)),
-            ),
         );
     }
 
@@ -54,7 +42,11 @@
             element('h2', null, 'Runs'),
             note,
             before,
-            element('div', { class: 'scroll' }, element('table', { class: 'runs' }, head(), body)),
+            element(
+                'div',
+                { class: 'scroll' },
+                element('table', { class: 'runs' }, tableHead(labels), body),
+            ),
             after,
         );
     }

@@ -5,7 +5,7 @@
     const { outcomes } = report;
     const { locationText } = report.format;
 
-    // Entries behind each other mostly come from one file, and a run may hold a million of them.
+    // Consecutive entries mostly come from one file, and a run may hold a million of them.
     let knownUri = '';
     let knownText = '';
 
@@ -42,7 +42,7 @@
         return texts;
     }
 
-    /// Of a run neither its outcome nor its place count: everything lies in it and would be found
+    /// Of a run neither its outcome nor its place count: everything is in it and would be found
     /// by them.
     function testTexts({ name, raw, outcome, isNew, attempt, parent }) {
         const texts = [name, raw.summary, raw.description];

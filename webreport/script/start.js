@@ -27,14 +27,19 @@
             );
     }
 
-    const runs = Array.isArray(globalThis.data)
-        ? globalThis.data.filter((run) => run && run.version)
-        : [];
-    if (runs.length > 0) start({ runs, repaired: [] });
-    else
-        report.noData.show(
-            byId('nodata'),
-            start,
-            globalThis.data ? 'empty' : report.noData.couldLoad() ? 'refused' : 'missing',
-        );
+    function showData() {
+        const runs = Array.isArray(globalThis.data)
+            ? globalThis.data.filter((run) => run && run.version)
+            : [];
+        if (runs.length > 0) start({ runs, repaired: [] });
+        else
+            report.noData.show(
+                byId('nodata'),
+                start,
+                globalThis.data ? 'empty' : report.noData.couldLoad() ? 'refused' : 'missing',
+            );
+    }
+
+    // The data is loaded after the scripts of the page.
+    document.addEventListener('DOMContentLoaded', showData);
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

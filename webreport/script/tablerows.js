@@ -1,8 +1,8 @@
-// The differences of two tables as rows, the new form of a row behind the old one.
+// The differences of two tables as rows, the new form of a row after the old one.
 (function (report) {
     'use strict';
 
-    // On which side each kind of difference stands.
+    // On which side each kind of difference is.
     const sides = new Map([
         ['deletion', 'expected'],
         ['insertion', 'actual'],

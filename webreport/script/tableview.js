@@ -2,7 +2,7 @@
 (function (report) {
     'use strict';
 
-    const { append, element, button } = report.dom;
+    const { append, element, button, tableHead } = report.dom;
     const { count } = report.format;
     const { arrangedRows, cellDiffers, columnCount } = report.tableRows;
     const cellsInStep = 1500;
@@ -46,28 +46,17 @@
         );
     }
 
-    function headOf(columns) {
-        const labels = ['Where', 'Side', ...columns.map((index) => String(index + 1))];
-        return element(
-            'thead',
-            null,
-            element(
-                'tr',
-                null,
-                labels.map((label) => element('th', { scope: 'col' }, label)),
-            ),
-        );
-    }
-
     /// A table with the given columns, by index; `body` gets the rows.
     function tableWith(columns, body) {
-        return element('table', { class: 'tablediff' }, headOf(columns), body);
+        const labels = ['Location', 'Side', ...columns.map((index) => String(index + 1))];
+        return element('table', { class: 'tablediff' }, tableHead(labels), body);
     }
 
     /// Brings the first difference into view, beside the columns that stay.
     function showDifference(box) {
         const cell = box.querySelector('td.differs');
-        if (!cell || cell.getBoundingClientRect().right <= box.getBoundingClientRect().right) return;
+        if (!cell || cell.getBoundingClientRect().right <= box.getBoundingClientRect().right)
+            return;
         const side = cell.parentNode.querySelector('.side').getBoundingClientRect();
         box.scrollLeft += cell.getBoundingClientRect().left - side.right;
     }

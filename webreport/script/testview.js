@@ -30,8 +30,8 @@
     function depthNotice(node) {
         if (!node.tooDeep) return null;
         return notice(
-            'Nested deeper than the list can show: it stands beside the section it lies in, and ' +
-                'what lies in it behind it. Does the script end its sections?',
+            'Nested deeper than the list can show: it is beside the section it is in, and ' +
+                'what is in it after it. Does the script end its sections?',
         );
     }
 

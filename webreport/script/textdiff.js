@@ -58,7 +58,7 @@
         }
     }
 
-    /// Whether too little is equal for single marks to tell anything.
+    /// Whether too little is equal for single marks to say anything.
     function isHopeless(a, b, marks) {
         const kept = marks.a.reduce((sum, mark, index) => sum + (mark ? 0 : a[index].length), 0);
         const lengthOf = (items) => items.reduce((sum, item) => sum + item.length, 0);
@@ -161,7 +161,7 @@
         return compareLines(expected, actual, diffLines);
     }
 
-    /// Like diff, but marks whole lines, or what lies between their common ends. For texts of any
+    /// Like diff, but marks whole lines, or what is between their common ends. For texts of any
     /// length.
     function diffRoughly(expected, actual) {
         return compareLines(expected, actual, diffRange);

@@ -1,4 +1,4 @@
-// Takes apart what stands in the texts of a result: compared values, and a call stack.
+// Takes apart the texts of a result: compared values, and a call stack.
 (function (report) {
     'use strict';
 
@@ -62,7 +62,7 @@
     }
 
     /// A detail as `{text, frames}`: the lines that look like a call stack at its end, innermost
-    /// first, and what stands before. A single line that may as well be a sentence is no stack.
+    /// first, and what is before. A single line that may as well be a sentence is no stack.
     function splitStack(detail) {
         const lines = detail.trimEnd().split('\n');
         const frames = [];

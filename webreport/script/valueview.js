@@ -13,7 +13,7 @@
     const keptOfEqual = 150;
 
     // In values shorter than this a difference is found at once.
-    const longestOverseen = 1000;
+    const longestAtAGlance = 1000;
     const mostNamed = 8;
 
     /// Blanks that differ would be invisible.
@@ -45,7 +45,7 @@
     }
 
     /// What fits in `room` characters as `{shown, left}`, segments and the number of characters
-    /// behind them.
+    /// after them.
     function shortened(segments, room) {
         const shown = [];
         let left = 0;
@@ -120,7 +120,7 @@
 
     /// Where to look in values that are not seen as a whole.
     function placeNote({ expected, actual }) {
-        if (expected.length + actual.length <= longestOverseen) return null;
+        if (expected.length + actual.length <= longestAtAGlance) return null;
         const { line, column } = textDiff.firstDifference(expected, actual);
         const text =
             (isLong({ expected, actual }) ? 'Too long to mark each character by itself. ' : '') +

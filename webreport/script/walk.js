@@ -1,4 +1,4 @@
-// Goes through the tests of a document in the order of reading, and tells what each came to.
+// Goes through the tests of a document in the order of reading, and says what each came to.
 //
 // No step calls itself: a script may nest sections deeper than the browser's stack.
 (function (report) {
@@ -6,7 +6,7 @@
 
     const { outcomes } = report;
 
-    /// Tests at this depth have no children in the tree: what lies in them stands behind them.
+    /// Tests at this depth have no children in the tree: what is in them is after them.
     const deepest = 200;
 
     const severity = new Map(outcomes.testOutcomes.map((outcome, index) => [outcome.key, index]));
@@ -80,7 +80,7 @@
                 : durationOf(this.raw);
         }
 
-        /// The next child: a Place, the document of an entry, or null behind the last one.
+        /// The next child: a Place, the document of an entry, or null after the last one.
         advance() {
             while (this.next < this.children.length) {
                 const raw = this.children[this.next++];

@@ -1,6 +1,6 @@
 #include "shared/workbook/xmlelementreader.h"
 
-#include "shared/xmlguard.h"
+#include "shared/xml/xmlparser.h"
 
 #include <QIODevice>
 #include <QTextCodec>

@@ -1,19 +1,14 @@
-// Qt 5 drops texts of blanks unless it is given a reader, which its version 6 does not take.
-#undef QT_DISABLE_DEPRECATED_BEFORE
-#define QT_DISABLE_DEPRECATED_BEFORE 0
-
 #include "test/verification/vpdocument.h"
 
-#include "shared/xmlguard.h"
+#include "shared/xml/xmlparser.h"
 
 #include <QDomDocument>
 #include <QRegularExpression>
 #include <QTextCodec>
 #include <QTextStream>
-#include <QXmlContentHandler>
-#include <QXmlSimpleReader>
 
-#include <memory>
+#include <string>
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -42,108 +37,85 @@ QTextCodec *codecOfFirstBytes(const QByteArray &xml)
     return QTextCodec::codecForUtfText(xml, nullptr);
 }
 
-QString decoded(const QByteArray &xml)
-{
-    QTextCodec *codec = codecOfFirstBytes(xml);
-    return (codec ? codec : declaredCodec(xml))->toUnicode(xml);
-}
-
-QT_WARNING_PUSH
-QT_WARNING_DISABLE_DEPRECATED
-
-// Hands everything on, up to a depth: the parser and the tree call themselves for each level.
-class DepthLimit : public QXmlContentHandler
-{
-public:
-    explicit DepthLimit(QXmlContentHandler *handler)
-        : m_handler(handler)
-    {
-    }
-
-    bool startElement(const QString &uri, const QString &localName, const QString &name,
-                      const QXmlAttributes &attributes) override
-    {
-        m_isTooDeep = ++m_depth > maxXmlDepth;
-        return !m_isTooDeep && m_handler->startElement(uri, localName, name, attributes);
-    }
-
-    bool endElement(const QString &uri, const QString &localName, const QString &name) override
-    {
-        --m_depth;
-        return m_handler->endElement(uri, localName, name);
-    }
-
-    QString errorString() const override
-    {
-        return m_isTooDeep ? QStringLiteral("the elements are nested too deep")
-                           : m_handler->errorString();
-    }
-
-    void setDocumentLocator(QXmlLocator *locator) override
-    {
-        m_handler->setDocumentLocator(locator);
-    }
-    bool startDocument() override { return m_handler->startDocument(); }
-    bool endDocument() override { return m_handler->endDocument(); }
-    bool startPrefixMapping(const QString &prefix, const QString &uri) override
-    {
-        return m_handler->startPrefixMapping(prefix, uri);
-    }
-    bool endPrefixMapping(const QString &prefix) override
-    {
-        return m_handler->endPrefixMapping(prefix);
-    }
-    bool characters(const QString &text) override { return m_handler->characters(text); }
-    bool ignorableWhitespace(const QString &text) override
-    {
-        return m_handler->ignorableWhitespace(text);
-    }
-    bool processingInstruction(const QString &target, const QString &data) override
-    {
-        return m_handler->processingInstruction(target, data);
-    }
-    bool skippedEntity(const QString &name) override { return m_handler->skippedEntity(name); }
-
-private:
-    QXmlContentHandler *m_handler;
-    int m_depth = 0;
-    bool m_isTooDeep = false;
-};
-
-// A reader as a document makes it for itself, but for the blanks that it keeps and the depth.
-class DocumentReader : public QXmlSimpleReader
-{
-public:
-    DocumentReader()
-    {
-        setFeature(
-            QStringLiteral("http://qt-project.org/xml/features/report-whitespace-only-CharData"),
-            true);
-        setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
-        setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
-    }
-
-    // The document calls this with what builds it.
-    void setContentHandler(QXmlContentHandler *handler) override
-    {
-        m_limit = std::make_unique<DepthLimit>(handler);
-        QXmlSimpleReader::setContentHandler(m_limit.get());
-    }
-
-private:
-    std::unique_ptr<DepthLimit> m_limit;
-};
-
 // Returns an error text, empty on success.
-QString setWholeContent(const QString &xml, QDomDocument *document)
+QString decode(const QByteArray &xml, QString *text)
 {
-    QXmlInputSource source;
-    source.setData(xml);
-    DocumentReader reader;
-    QString error;
-    return document->setContent(&source, &reader, &error) ? QString() : error;
+    QTextCodec *known = codecOfFirstBytes(xml);
+    QTextCodec *codec = known ? known : declaredCodec(xml);
+    QTextCodec::ConverterState state;
+    *text = codec->toUnicode(xml.constData(), xml.size(), &state);
+    if (state.invalidChars == 0 && state.remainingChars == 0)
+        return {};
+    return QStringLiteral("The file holds bytes that mean nothing in its encoding, %1.")
+        .arg(QString::fromLatin1(codec->name()));
 }
-QT_WARNING_POP
+
+// Builds the tree that can be changed and saved.
+class DocumentBuilder final : public XmlContentHandler
+{
+public:
+    QDomDocument document() const { return m_document; }
+
+private:
+    void documentType(const char *name, const char *publicId, const char *systemId) override
+    {
+        m_document = QDomDocument(QDomImplementation().createDocumentType(
+            QString::fromUtf8(name), QString::fromUtf8(publicId), QString::fromUtf8(systemId)));
+        m_parent = m_document;
+        // Only what is a child gets saved.
+        append(m_document.doctype());
+    }
+
+    void startElement(const char *name, const char *const *attributes) override
+    {
+        QDomElement element = m_document.createElement(QString::fromUtf8(name));
+        for (; *attributes; attributes += 2)
+            element.setAttribute(QString::fromUtf8(attributes[0]),
+                                 QString::fromUtf8(attributes[1]));
+        m_parent = append(element);
+    }
+
+    void endElement() override
+    {
+        appendText();
+        m_parent = m_parent.parentNode();
+    }
+
+    void text(std::string_view part) override { m_text += part; }
+
+    void startCData() override { appendText(); }
+    void endCData() override { m_parent.appendChild(m_document.createCDATASection(takeText())); }
+
+    void comment(const char *text) override
+    {
+        append(m_document.createComment(QString::fromUtf8(text)));
+    }
+
+    void processingInstruction(const char *target, const char *data) override
+    {
+        append(m_document.createProcessingInstruction(QString::fromUtf8(target),
+                                                      QString::fromUtf8(data)));
+    }
+
+    QString takeText() { return QString::fromStdString(std::exchange(m_text, std::string())); }
+
+    void appendText()
+    {
+        if (!m_text.empty())
+            m_parent.appendChild(m_document.createTextNode(takeText()));
+    }
+
+    QDomNode append(const QDomNode &node)
+    {
+        appendText();
+        return m_parent.appendChild(node);
+    }
+
+    // One made without a type is null until something is made for it.
+    QDomDocument m_document{QDomDocumentType()};
+    QDomNode m_parent = m_document;
+    std::string m_text;
+};
 
 bool hasSiblings(const QDomNode &node)
 {
@@ -170,10 +142,20 @@ void removeIndentation(QDomNode &parent)
 
 QString parseDocument(const QByteArray &xml, QDomDocument *document)
 {
-    const QString error = setWholeContent(decoded(xml), document);
-    if (error.isEmpty())
-        removeIndentation(*document);
-    return error;
+    QString text;
+    const QString error = decode(xml, &text);
+    return error.isEmpty() ? parseDocument(text, document) : error;
+}
+
+QString parseDocument(const QString &xml, QDomDocument *document)
+{
+    DocumentBuilder builder;
+    const XmlError error = parseXmlContent(xml.toStdString(), builder);
+    if (!error.text.isEmpty())
+        return error.text;
+    *document = builder.document();
+    removeIndentation(*document);
+    return {};
 }
 
 QString nodeText(const QDomNode &node)

@@ -19,17 +19,9 @@
 namespace Morvex {
 namespace {
 
-// In a document no quote stands without a backslash in front of it but at the ends of a text, and
-// no text holds this as a whole: so these bytes begin a run wherever they stand.
-const char runMark[] = "data.push( {\"version\"";
-
 const QLatin1String lockFileName(".lock");
 // A repair of a large report, or another one that begins, is soon over; a run is not.
 const int lockWaitMilliseconds = 3000;
-
-// What is left of a run that was cut in front of its results.
-const char lostRun[] =
-    "data.push( {\"version\":{\"major\":1,\"minor\":2},\"tests\":[],\"ended\":false} );\n\n";
 
 // Goes through the statements of a data file.
 class DataFileScanner
@@ -38,7 +30,7 @@ public:
     DataFileScanner(const char *data, qint64 size)
         : m_data(data)
         , m_fileEnd(data + size)
-        , m_end(behindLastText(data, data + size))
+        , m_end(afterLastText(data, data + size))
         , m_position(data)
     {
     }
@@ -57,14 +49,14 @@ public:
 
 private:
     // A power failure may leave the end of a file filled with zeros.
-    static const char *behindLastText(const char *begin, const char *end)
+    static const char *afterLastText(const char *begin, const char *end)
     {
         while (end != begin && end[-1] == '\0')
             --end;
         return end;
     }
 
-    // How many bytes of text stand at the present position; the end of the part may come first.
+    // How many bytes of text are at the present position; the end of the part may come first.
     static qint64 matchedLength(const char *position, const char *end, const char *text)
     {
         const qint64 length = std::min<qint64>(end - position, qint64(std::strlen(text)));
@@ -78,7 +70,7 @@ private:
             m_result.error = QStringLiteral("is not the data file of a web report");
         } else if (length < qint64(std::strlen(webReportHeader)) && length > 0) {
             m_result.runs = 1;
-            addEdit(m_data, m_end, QByteArray(webReportHeader) + lostRun, false);
+            addEdit(m_data, m_end, QByteArray(webReportHeader) + webReportLostRun, false);
             m_position = m_end;
         } else {
             m_position += length;
@@ -93,17 +85,17 @@ private:
         if (length < 0)
             setBroken(m_position);
         else if (length < qint64(std::strlen(webReportRunBegin)))
-            addEdit(m_position, end, lostRun, false);
+            addEdit(m_position, end, webReportLostRun, false);
         else
             end = scanDocument(m_position + length, end);
         m_position = end;
     }
 
-    // A run that was cut and not repaired has the next one right behind its last byte.
+    // A run that was cut and not repaired has the next one right after its last byte.
     const char *findNextRun() const
     {
-        const void *mark = ::memmem(m_position + 1, std::size_t(m_end - m_position - 1), runMark,
-                                    sizeof runMark - 1);
+        const void *mark = ::memmem(m_position + 1, std::size_t(m_end - m_position - 1),
+                                    webReportRunMark, sizeof webReportRunMark - 1);
         return mark ? static_cast<const char *>(mark) : m_end;
     }
 
@@ -119,7 +111,8 @@ private:
             break;
         case WebReportScanner::Broken:
             // Two runs that wrote at the same time leave such a document.
-            if (matchedLength(m_position, end, runMark) == qint64(std::strlen(runMark)))
+            if (matchedLength(m_position, end, webReportRunMark) ==
+                qint64(std::strlen(webReportRunMark)))
                 closeDocument(scanner, end);
             else
                 setBroken(scanner.position());
@@ -135,7 +128,7 @@ private:
                     QByteArray::fromStdString(scanner.closingText()) + webReportRunEnd,
                     scanner.isEnded());
         else
-            addEdit(m_position, end, lostRun, false);
+            addEdit(m_position, end, webReportLostRun, false);
     }
 
     const char *scanRunEnd(const WebReportScanner &scanner, const char *end)

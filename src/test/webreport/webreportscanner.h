@@ -17,11 +17,11 @@ public:
 
     Outcome scan();
 
-    /// Behind the last byte of the document when it is complete; the first byte that can't be part
+    /// After the last byte of the document when it is complete; the first byte that can't be part
     /// of one when it is broken.
     const char *position() const { return m_position; }
 
-    /// Where a cut document can be closed; null when it is cut in front of its results.
+    /// Where a cut document can be closed; null when it is cut before its results.
     const char *closingPosition() const { return m_closingPosition; }
     /// What closes it there, and marks it as not ended if it is so.
     std::string closingText() const;

@@ -139,50 +139,21 @@ TEST(WebReportRepairTest, AFileCutAtAnyByteBecomesAScriptWithAllWholeEntries)
     EXPECT_EQ(entries, whole.count("\"time\":"));
 }
 
-TEST(WebReportRepairTest, ARunLosesNothingThatIsCompleteInFrontOfTheCut)
+// The pages read the same files.
+TEST(WebReportRepairTest, ACutFileLosesOnlyWhatIsNotComplete)
 {
-    const QByteArray start = header + R"(data.push( {"version":{"major":1,"minor":2},"tests":[)";
-    const QByteArray end = " );\n\n";
-    const QByteArray lost =
-        header + R"(data.push( {"version":{"major":1,"minor":2},"tests":[],"ended":false} );)" +
-        "\n\n";
-    const QByteArray run = start + R"({"name":"s","tests":[)";
-    const QByteArray runEnd = R"(]}],"ended":false})" + end;
-    struct Row
-    {
-        QByteArray cut;
-        QByteArray expected;
-    };
-    const Row rows[] = {
-        {"", ""},
-        {"var", lost},
-        {header, header},
-        {header + "data.pu", lost},
-        {header + "data.push( {\"vers", lost},
-        {start, lost},
-        {start + R"({"name":"s","tes)", lost},
-        {run, run + runEnd},
-        {run + R"({"text":"cut in an escape \u00)", run + runEnd},
-        {run + R"({"text":"whole"},{"text":"cut)", run + R"({"text":"whole"})" + runEnd},
-        {run + R"({"lineNo":1)", run + runEnd},
-        {run + R"({"isSkipped":tru)", run + runEnd},
-        {run + "{\"text\":\"\xf0\x9f", run + runEnd},
-        {run + R"({"name":"t","tests":[{"text":"a"}],"stop":"20)",
-         run + R"({"name":"t","tests":[{"text":"a"}])" + "}" + runEnd},
-        {run + R"(],"stop":"x")", run + R"(],"stop":"x"}]})" + end},
-        {run + R"(],"stop":"x"}]})", run + R"(],"stop":"x"}]})" + end},
-        {run + R"(],"stop":"x"}]} );)", run + R"(],"stop":"x"}]})" + end},
-        {run + R"(]}],"end)", run + runEnd},
-        {run + R"(]}],"ended":false)", run + runEnd},
-        {run + R"({"text":"zeros behind the cut)" + QByteArray(4096, '\0'), run + runEnd},
-    };
-    for (const Row &row : rows) {
-        EXPECT_EQ(repaired(row.cut), row.expected) << row.cut.constData();
-        documentsOf(repaired(row.cut));
+    const QByteArray text = readFile(MORVEX_SOURCE_DIR "/tests/support/cutreports.json");
+    const QJsonArray files = QJsonDocument::fromJson(text).array();
+    EXPECT_FALSE(files.isEmpty());
+    for (const QJsonValue &file : files) {
+        const QByteArray result = repaired(file["cut"].toString().toLatin1());
+        EXPECT_EQ(result, file["repaired"].toString().toLatin1())
+            << qPrintable(file["name"].toString());
+        documentsOf(result);
     }
 }
 
-TEST(WebReportRepairTest, ACutRunWithAnotherBehindItIsClosedToo)
+TEST(WebReportRepairTest, ACutRunWithAnotherAfterItIsClosedToo)
 {
     const QByteArray whole = dataFileOf(1);
     const QByteArray run = whole.mid(header.size());
@@ -192,30 +163,6 @@ TEST(WebReportRepairTest, ACutRunWithAnotherBehindItIsClosedToo)
         ASSERT_EQ(documents.size(), 3U) << size;
         EXPECT_TRUE(result.contains(run)) << size;
         EXPECT_TRUE(isMarked(documents[2]));
-    }
-}
-
-TEST(WebReportRepairTest, ARunIsClosedWhereItStopsBeingADocument)
-{
-    const QByteArray start = R"(data.push( {"version":{},"tests":[)";
-    const QByteArray end = " );\n\n";
-    const QByteArray closed = start + R"(],"ended":false})" + end;
-    const QByteArray next = dataFileOf(1).mid(header.size());
-    struct Row
-    {
-        QByteArray broken;
-        QByteArray expected;
-    };
-    const Row rows[] = {
-        {start + "01,1]}" + end, closed},       {start + "1.,1]}" + end, closed},
-        {start + "\"a\nb\"]}" + end, closed},   {start + R"("\x"]})" + end, closed},
-        {start + "}]}" + end, closed},          {start + ",]}" + end, closed},
-        {start + "]} + 1", start + "]}" + end}, {next + "\xff", next},
-    };
-    for (const Row &row : rows) {
-        EXPECT_EQ(repaired(header + row.broken), header + row.expected) << row.broken.constData();
-        EXPECT_EQ(repaired(header + row.broken + next), header + row.expected + next)
-            << row.broken.constData();
     }
 }
 

@@ -1,11 +1,13 @@
-#include "shared/xmlguard.h"
+#include "shared/xml/xmlguard.h"
+
+#include "shared/xml/xmlparser.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QXmlStreamReader>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <tinyxml.h>
 
@@ -14,18 +16,18 @@ namespace {
 
 const int maxAttributes = 5000;
 
-// The text with one character a byte, which keeps the markup and can't fail, and without the
-// control characters and references that a strict parser stops at.
-QString asMarkup(const std::string &xml)
+// The same markup in characters that can't fail a strict parser, without references.
+std::string asMarkup(std::string xml)
 {
-    QString text = QString::fromLatin1(xml.data(), static_cast<int>(xml.size()));
-    for (QChar &character : text) {
-        const ushort code = character.unicode();
+    for (char &character : xml) {
+        const auto code = static_cast<unsigned char>(character);
         const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
         if (isControl || code == '&')
-            character = QLatin1Char(' ');
+            character = ' ';
+        else if (code >= 0x7f)
+            character = 'x';
     }
-    return text;
+    return xml;
 }
 
 // Parsers differ in the characters that begin a name.
@@ -44,58 +46,78 @@ bool hasMoreStartTagsThan(const std::string &xml, int limit)
     return tags > limit;
 }
 
-// What a strict reader finds in a text.
-struct Shape
+// The lenient parser ends these at the first ">".
+bool mayHideMarkup(const char *text)
 {
-    // False when parsers may differ in what they make of the text.
-    bool isCertain = true;
-    int depth = 0;
-    int mostAttributes = 0;
-};
-
-Shape shapeOf(const std::string &xml)
-{
-    QXmlStreamReader reader(asMarkup(xml));
-    reader.setNamespaceProcessing(false);
-    Shape shape;
-    int depth = 0;
-    while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            shape.depth = qMax(shape.depth, ++depth);
-            shape.mostAttributes = qMax(shape.mostAttributes, reader.attributes().size());
-            break;
-        case QXmlStreamReader::EndElement:
-            --depth;
-            break;
-        case QXmlStreamReader::DTD:
-        case QXmlStreamReader::ProcessingInstruction:
-            shape.isCertain = false;
-            return shape;
-        default:
-            break;
-        }
-    }
-    shape.isCertain = !reader.hasError();
-    return shape;
+    return text && std::strpbrk(text, "<>");
 }
+
+// What a strict reader finds in a text.
+class Shape : public XmlContentHandler
+{
+public:
+    explicit Shape(const std::string &xml)
+        : m_isWellFormed(parseXmlContent(asMarkup(xml), *this).text.isEmpty())
+    {
+    }
+
+    /// False when parsers may differ in what they make of the text.
+    bool isCertain() const { return m_isWellFormed && !m_hidesMarkup; }
+    int deepest() const { return m_deepest; }
+    int mostAttributes() const { return m_mostAttributes; }
+
+private:
+    void startElement(const char *, const char *const *attributes) override
+    {
+        m_deepest = std::max(m_deepest, ++m_depth);
+        int values = 0;
+        while (attributes[values])
+            ++values;
+        m_mostAttributes = std::max(m_mostAttributes, values / 2);
+    }
+    void endElement() override { --m_depth; }
+    void text(std::string_view) override {}
+    void declaration(const char *version, const char *encoding) override
+    {
+        look(version, encoding);
+    }
+    void documentType(const char *, const char *publicId, const char *systemId) override
+    {
+        look(publicId, systemId);
+    }
+    void processingInstruction(const char *target, const char *data) override
+    {
+        look(target, data);
+    }
+
+    void look(const char *a, const char *b)
+    {
+        m_hidesMarkup = m_hidesMarkup || mayHideMarkup(a) || mayHideMarkup(b);
+    }
+
+    int m_depth = 0;
+    int m_deepest = 0;
+    int m_mostAttributes = 0;
+    bool m_hidesMarkup = false;
+    bool m_isWellFormed;
+};
 
 // The parser looks through all attributes of an element for each one.
 bool hasTooManyAttributes(const std::string &xml)
 {
     if (std::count(xml.begin(), xml.end(), '=') <= maxAttributes)
         return false;
-    const Shape shape = shapeOf(xml);
-    return !shape.isCertain || shape.mostAttributes > maxAttributes;
+    const Shape shape(xml);
+    return !shape.isCertain() || shape.mostAttributes() > maxAttributes;
 }
 
-// The parser steps over a character by the length that its first byte tells, and so over the end.
+// The parser takes the length of a character from its first byte, and so steps over the end.
 bool endsWithinCharacter(const std::string &xml)
 {
-    for (std::size_t behind = 1; behind <= 3 && behind <= xml.size(); ++behind) {
-        const auto byte = static_cast<unsigned char>(xml[xml.size() - behind]);
+    for (std::size_t left = 1; left <= 3 && left <= xml.size(); ++left) {
+        const auto byte = static_cast<unsigned char>(xml[xml.size() - left]);
         const std::size_t length = byte >= 0xf0 ? 4 : byte >= 0xe0 ? 3 : byte >= 0xc0 ? 2 : 1;
-        if (length > behind)
+        if (length > left)
             return true;
     }
     return false;
@@ -127,8 +149,8 @@ bool xmlNestsDeeperThan(const std::string &xml, int maxDepth)
     // Most documents have not even as many tags.
     if (!hasMoreStartTagsThan(xml, maxDepth))
         return false;
-    const Shape shape = shapeOf(xml);
-    return !shape.isCertain || shape.depth > maxDepth;
+    const Shape shape(xml);
+    return !shape.isCertain() || shape.deepest() > maxDepth;
 }
 
 QString parseXml(const std::string &xml, TiXmlDocument *document)

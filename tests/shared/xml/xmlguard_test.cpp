@@ -1,6 +1,7 @@
-#include "shared/xmlguard.h"
+#include "shared/xml/xmlguard.h"
 
 #include <QByteArray>
+#include <QTemporaryFile>
 
 #include <gtest/gtest.h>
 #include <random>
@@ -23,6 +24,17 @@ int depthOf(const TiXmlNode &node)
     return deepest;
 }
 
+// The error text.
+QString load(const std::string &document)
+{
+    QTemporaryFile file;
+    EXPECT_TRUE(file.open());
+    file.write(document.data(), qint64(document.size()));
+    file.close();
+    TiXmlDocument parsed;
+    return loadXmlFile(file.fileName(), &parsed);
+}
+
 } // namespace
 
 TEST(XmlGuardTest, WhatWouldOverrunTheParserIsRefused)
@@ -35,23 +47,22 @@ TEST(XmlGuardTest, WhatWouldOverrunTheParserIsRefused)
         repeated((repeated("<a>", 400) + "<!-->" + repeated("</a>", 400) + "-->").c_str(), 500),
         "<?xml version=\"" + repeated("></a>", 200000) + "\"?>" + repeated("<a>", 200000),
         "<!DOCTYPE a [<!ENTITY e \"" + repeated("<a>", 200000) + "\">]><a/>",
+        "<!DOCTYPE a SYSTEM '" + repeated("><a>", 200000) + "'><a/>",
+        "<?note " + repeated("><a>", 200000) + "?><a/>",
     };
-    for (const std::string &document : documents) {
-        TiXmlDocument parsed;
-        EXPECT_EQ(parseXml(document, &parsed), "The elements are nested deeper than 500 levels.");
-    }
+    for (const std::string &document : documents)
+        EXPECT_EQ(load(document), "The elements are nested deeper than 500 levels.");
+    EXPECT_EQ(load("<a" + repeated(" b='c'", 100000) + "/>"),
+              "An element has more than 5000 attributes.");
 }
 
 TEST(XmlGuardTest, ATextThatEndsWithinACharacterIsNotReadBeyondItsEnd)
 {
     for (const char *document : {"<a", "<a>", "<a b='c'/>", "<!--", ""}) {
         for (const char *end : {"\xc3", "\xe2\x82", "\xe9", "\xf0\x9f\x98", "\xf4"}) {
-            TiXmlDocument parsed;
-            EXPECT_EQ(parseXml(std::string(document) + end, &parsed),
-                      "The document ends within a character.");
+            EXPECT_EQ(load(std::string(document) + end), "The document ends within a character.");
         }
-        TiXmlDocument parsed;
-        EXPECT_NE(parseXml(std::string(document) + "\xe2\x82\xac", &parsed),
+        EXPECT_NE(load(std::string(document) + "\xe2\x82\xac"),
                   "The document ends within a character.");
     }
 }
@@ -62,11 +73,10 @@ TEST(XmlGuardTest, LongAndFlatDocumentsPass)
         "<t>" + repeated("<r><c>x</c></r>", 20000) + "</t>",
         "<t>" + repeated("<c>&#x1;\x01 <![CDATA[<a><a>]]><!--<a>--></c>", 2000) + "</t>",
         repeated("<a>", 500) + repeated("</a>", 500),
+        "<!DOCTYPE t><?note x?><t>" + repeated("<\xc3\xa9/>", 600) + "</t>",
     };
-    for (const std::string &document : documents) {
-        TiXmlDocument parsed;
-        EXPECT_EQ(parseXml(document, &parsed), "") << document.substr(0, 60);
-    }
+    for (const std::string &document : documents)
+        EXPECT_EQ(load(document), "") << document.substr(0, 60);
 }
 
 TEST(XmlGuardTest, NoTextLiesDeeperInTheParserThanTheGuardSays)

@@ -1,0 +1,127 @@
+'use strict';
+
+const assert = require('node:assert/strict');
+const fs = require('node:fs');
+const path = require('node:path');
+const { test } = require('node:test');
+const tools = require('./browser');
+const { shopRuns } = require('./demo');
+const { dataFile, deepStatement } = require('./testdata');
+
+const { eventually, heading } = tools;
+
+tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
+    const rows = (page) => page.locator('#tree .row').first();
+
+    test('A file that is cut is repaired through the file chooser', async () => {
+        const text = dataFile(shopRuns());
+        const directory = report(text.slice(0, text.lastIndexOf('],"stop"')));
+        await onPage(
+            tools.fileAddress(directory),
+            async (page) => {
+                await page.getByText('The results could not be read').waitFor();
+                await page.setInputFiles('#dataFile', tools.dataFileOf(directory));
+                await rows(page).waitFor();
+                assert.equal(await page.locator('#runPicker option').count(), 3);
+                assert.equal(await page.locator('.headline .badge').count(), 1);
+                await page.locator('#runPicker').selectOption('0');
+                assert.match(await page.locator('.totals').textContent(), /25 test cases/);
+            },
+            { dataIsCut: true },
+        );
+    });
+
+    test('The data file can be dropped on the page', async () => {
+        const directory = report(dataFile(shopRuns()).slice(0, -9));
+        const text = fs.readFileSync(tools.dataFileOf(directory), 'utf8');
+        await onPage(
+            tools.fileAddress(directory),
+            async (page) => {
+                const transfer = await page.evaluateHandle((content) => {
+                    const data = new DataTransfer();
+                    data.items.add(new File([content], 'results-v1.js'));
+                    return data;
+                }, text);
+                await page.locator('body').dispatchEvent('drop', { dataTransfer: transfer });
+                await rows(page).waitFor();
+                assert.match(
+                    await page.locator('#notices').innerText(),
+                    /end of the data was missing/,
+                );
+            },
+            { dataIsCut: true },
+        );
+    });
+
+    test('Sections too deep for the browser are shown through the chooser', async () => {
+        const directory = report(dataFile(shopRuns()) + deepStatement(5000));
+        await onPage(
+            tools.fileAddress(directory),
+            async (page) => {
+                assert.match(await page.locator('#nodata').innerText(), /nested by the thousand/);
+                await page.setInputFiles('#dataFile', tools.dataFileOf(directory));
+                await rows(page).waitFor();
+                await page.keyboard.press('e');
+                await page.keyboard.press('n');
+                assert.equal(await heading(page), 'innermost');
+                await page.keyboard.press('k');
+                await page.keyboard.press('k');
+                assert.match(await page.locator('#detail .marks').innerText(), /nested deeper/);
+            },
+            { dataIsCut: true },
+        );
+    });
+
+    test('A page without data says what was the matter with the file', async () => {
+        const said = (page) => page.locator('#nodata p').first().innerText();
+        const alert = (page) => page.getByRole('alert').textContent();
+        const missing = report(null);
+        await onPage(tools.fileAddress(missing), async (page) => {
+            assert.match(await said(page), /could not load/);
+            await page.setInputFiles('#dataFile', path.join(missing, 'index.html'));
+            assert.match(await alert(page), /holds no runs/);
+        });
+        await onPage(tools.fileAddress(report(dataFile([]))), async (page) =>
+            assert.match(await said(page), /no run is in it/),
+        );
+        const tooLarge = report('var data = [];\n');
+        fs.truncateSync(tools.dataFileOf(tooLarge), 600 * 1024 * 1024);
+        await onPage(tools.fileAddress(missing), async (page) => {
+            await page.setInputFiles('#dataFile', tools.dataFileOf(tooLarge));
+            assert.match(await alert(page), /600 MB.*512 MB.*new report/);
+            await page.evaluate(() => {
+                FileReader.prototype.readAsText = function fail() {
+                    this.onerror();
+                };
+            });
+            await page.setInputFiles('#dataFile', path.join(missing, 'index.html'));
+            assert.match(await alert(page), /could not be read/);
+        });
+    });
+
+    test('Everything works under a strict content policy', async () => {
+        const server = await tools.serve(shop());
+        await onPage(server.address + '#run=3', async (page) => {
+            // Page, script, style sheet, data, and two icons.
+            if (process.env.MORVEX_WEBREPORT_PAGES) assert.ok(server.requests.length <= 6);
+            await page.keyboard.press('e');
+            for (const key of ['f', 'n', 'n', 'n', 's', '?', '?']) await page.keyboard.press(key);
+            await page.getByRole('button', { name: 'Difference' }).click();
+            const styleOf = (place, name) =>
+                place.evaluate((one, key) => getComputedStyle(one)[key], name);
+            assert.equal(await styleOf(page.locator('.part').first(), 'flexGrow'), '1');
+            assert.notEqual(await styleOf(page.locator('.row').last(), 'transform'), 'none');
+        });
+        server.close();
+    });
+
+    test('Without scripts the page says what to do', () =>
+        onShop(
+            '',
+            async (page) => {
+                assert.match(await page.locator('.noscript').innerText(), /needs JavaScript/);
+                assert.equal(await page.getByText('Reading the results').isVisible(), false);
+            },
+            { javaScriptEnabled: false },
+        ));
+});

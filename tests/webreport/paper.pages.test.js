@@ -1,0 +1,107 @@
+'use strict';
+
+const assert = require('node:assert/strict');
+const { test } = require('node:test');
+const tools = require('./browser');
+const { RunBuilder, dataFile, tableRow } = require('./testdata');
+
+async function printed(page) {
+    await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
+    await page.emulateMedia({ media: 'print' });
+    return page.locator('#print').innerText();
+}
+
+tools.describePages('Paper and colours', ({ report, onPage, onShop }) => {
+    test('The page follows the dark colours of the reader', async () => {
+        const brightness = async (colorScheme) => {
+            let color;
+            const background = () =>
+                getComputedStyle(document.getElementById('list')).backgroundColor;
+            const read = async (page) => (color = await page.evaluate(background));
+            await onShop('', read, { colorScheme });
+            const parts = color.match(/\d+/g).slice(0, 3);
+            return parts.reduce((total, part) => total + Number(part), 0);
+        };
+        assert.ok((await brightness('light')) > 600);
+        assert.ok((await brightness('dark')) < 200);
+    });
+
+    test('Paper gets all test cases, and the failures with both their pictures', () =>
+        onShop('#run=3', async (page) => {
+            const text = await printed(page);
+            for (const part of [
+                'tst_report_18',
+                'tst_login',
+                'Sum: 1,204.50 EUR',
+                'Gift wrap',
+                'my steps.js:203',
+            ])
+                assert.ok(text.includes(part), part);
+            assert.equal(await page.locator('#main').isVisible(), false);
+            await page.emulateMedia({ media: null });
+            // A fresh page, whose pictures nobody has looked at.
+            await page.reload();
+            const pdf = (await page.pdf()).toString('latin1');
+            assert.equal(pdf.match(/\/Width 480/g).length, 3);
+        }));
+
+    test('Paper says what it leaves out, and a wide table keeps to it', async () => {
+        const same = 'same '.repeat(800);
+        const run = new RunBuilder('suite_wide').testCase('tst', (one) =>
+            one
+                .fail('Long', { detail: 'x'.repeat(90000) })
+                .fail('Values', { detail: `Expected '${same}1', got '${same}2'.` })
+                .fail('Wide', {
+                    tablediff: Array.from({ length: 200 }, (unused, index) =>
+                        tableRow(
+                            index % 2 ? 'insertion' : 'deletion',
+                            index >> 1,
+                            Array.from({ length: 30 }, (cell, column) =>
+                                column === 7 ? 'cell ' + index : 'same in both',
+                            ),
+                        ),
+                    ),
+                }),
+        );
+        await onPage(tools.fileAddress(report(dataFile([run.finish()]))), async (page) => {
+            await page.setViewportSize({ width: 700, height: 900 });
+            const text = await printed(page);
+            assert.match(text, /87,000 more characters not printed/);
+            assert.match(text, /3,700 equal characters/);
+            assert.match(text, /40 of 200 differences, 29 columns not printed/);
+            assert.ok(text.includes('cell 39') && !text.includes('same in both'));
+            assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= 700));
+        });
+    });
+
+    test('One failure that is hard to draw leaves the others on the paper', async () => {
+        const run = new RunBuilder('suite_table').testCase('tst', (one) =>
+            one
+                .fail('Before')
+                .fail('Rows', {
+                    tablediff: [
+                        tableRow('deletion', 0, ['a', 'b']),
+                        tableRow('insertion', 0, ['a', 'b', 'more']),
+                        tableRow('deletion', 1, ['c', 'd', 'less']),
+                        tableRow('insertion', 1, ['c']),
+                    ],
+                })
+                .fail('Broken'),
+        );
+        const address = tools.fileAddress(report(dataFile([run.finish()])));
+        await onPage(address + '#at=tst/!1', async (page) => {
+            assert.equal(await page.locator('#detail td.differs').count(), 6);
+            await page.evaluate(() => {
+                const { entryView } = globalThis.morvexReport.entryView;
+                globalThis.reportError = () => {};
+                globalThis.morvexReport.entryView.entryView = (app, node, views) => {
+                    if (node.name === 'Broken') throw new Error('on purpose');
+                    return entryView(app, node, views);
+                };
+            });
+            const text = await printed(page);
+            for (const part of ['Before', 'more', 'less', 'Could not be printed: Broken'])
+                assert.ok(text.includes(part), part + ' in ' + text);
+        });
+    });
+});
