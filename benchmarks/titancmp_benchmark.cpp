@@ -113,8 +113,8 @@ struct Comparison
 bool areEqual(const BrowserElement *a, const BrowserElement *b)
 {
     if (a->className() != b->className() || a->properties() != b->properties() ||
-        a->identifyingProperties() != b->identifyingProperties() || a->geometry() != b->geometry() ||
-        a->children().count() != b->children().count())
+        a->identifyingProperties() != b->identifyingProperties() ||
+        a->geometry() != b->geometry() || a->children().count() != b->children().count())
         return false;
     for (int i = 0; i < a->children().count(); ++i) {
         if (!areEqual(a->children()[i], b->children()[i]))

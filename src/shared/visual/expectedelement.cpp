@@ -12,7 +12,7 @@ namespace {
 using Id = BrowserElement::Id;
 
 // Walks a sorted map beside others.
-template<typename Value>
+template <typename Value>
 class ChecksCursor
 {
 public:
@@ -70,8 +70,12 @@ std::vector<ElementChecks> mergedChecks(const VisualChecks &checks)
         if (!smallest)
             return merged;
         const Id id = *smallest;
-        ElementChecks next{id, identifying.take(id), content.take(id), geometry.take(id),
-                           screenshots.take(id), subtrees.take(id) != nullptr};
+        ElementChecks next{id,
+                           identifying.take(id),
+                           content.take(id),
+                           geometry.take(id),
+                           screenshots.take(id),
+                           subtrees.take(id) != nullptr};
         next.isExact = !hasPattern(next.identifying) && !hasPattern(next.content);
         merged.push_back(next);
     }
