@@ -1,5 +1,6 @@
 #include "test/testvp.h"
 
+#include "shared/imagecomparison.h"
 #include "shared/imageequality.h"
 #include "shared/imagemask.h"
 #include "shared/uiabstraction/loadimage.h"
@@ -83,6 +84,16 @@ ApplicationComparison compareImages(const QDomElement &element, int version, con
     if (!name.isEmpty() && name != QLatin1String("strict"))
         return runComparisonApplication(name, parametersOf(algorithm), actual, expected);
     return strictComparison(haveEqualPixels(actual, expected));
+}
+
+// A null picture leaves no file, not that of an earlier check either.
+void saveBeside(const QImage &image, const QString &failedImage, const QString &name)
+{
+    const QFileInfo info(failedImage);
+    const QString path =
+        info.dir().filePath(info.fileName().replace(QLatin1String("failed"), name));
+    QFile::remove(path);
+    image.save(path, "PNG");
 }
 
 void learnImage(QDomElement &element, QDomDocument &document, const QImage &image)
@@ -181,12 +192,10 @@ QString TestVP::storeDifferingImages(RunnerInterface *runner, const QImage &actu
                               "images failed.");
     const QString path = numberedFile(dir, QStringLiteral("failed"), QStringLiteral(".png"));
     actual.save(path, "PNG");
-    // For reports, which show both side by side.
-    QString name = QFileInfo(path).fileName();
-    const QString beside = dir + name.replace(QLatin1String("failed"), QLatin1String("expected"));
-    // Not that of an earlier check.
-    QFile::remove(beside);
-    expected.save(beside, "PNG");
+    // For reports, which show them side by side.
+    saveBeside(expected, path, QStringLiteral("expected"));
+    saveBeside(ImageComparison::normalizedCorrelationDiff(expected, actual, 0, 1), path,
+               QStringLiteral("difference"));
     return QStringLiteral("Differing screenshot saved as '%1'").arg(path);
 }
 
