@@ -40,6 +40,9 @@ public:
     /// Makes a start possible from within the handling of an event, too.
     Q_INVOKABLE void prepare();
 
+    /// Whether an application is running, at the latest after a time in milliseconds.
+    Q_INVOKABLE bool waitUntilRunning(int timeout);
+
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
     /// never null.
     Q_INVOKABLE QObject *find(const QString &name, int timeout);
