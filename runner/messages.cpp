@@ -10,7 +10,12 @@ namespace Morvex {
 
 void printMessage(const QString &text)
 {
-    std::fprintf(stderr, "morvexrunner: %s\n", qUtf8Printable(text));
+    printLine(QLatin1String("morvexrunner: ") + text);
+}
+
+void printLine(const QString &text)
+{
+    std::fprintf(stderr, "%s\n", qUtf8Printable(text));
 }
 
 QString suiteDirectoryHint(const RunnerOptions &options)

@@ -385,8 +385,9 @@ TEST_F(ApplicationTest, CoverageAddsUpWhatAllTestCasesDid)
     results("application.start('inventory'); find('name').type('Screws'); find('add').click(); "
             "application.stop(); check.fail('again');",
             {"--coverage", "--retry", "1", "--resultdir", dir});
-    EXPECT_TRUE(output.standardError.contains("\nmorvexrunner: UI coverage of Inventory: 50.0 % (3 of 6)\n"
-                                              "morvexrunner: UI coverage: 50.0 % (3 of 6)\n"))
+    EXPECT_TRUE(
+        output.standardError.contains("\nmorvexrunner: UI coverage of Inventory: 50.0 % (3 of 6)\n"
+                                      "morvexrunner: UI coverage: 50.0 % (3 of 6)\n"))
         << output.standardError.constData();
     EXPECT_TRUE(output.standardOutput.contains("UI coverage"));
     for (const char *attachment : {"tst_s/uicoverage.xml", "tst_s/uicoverage_2.xml"}) {
