@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
 #include <utility>
 
 namespace Morvex {
 namespace {
 
-std::unique_ptr<QCoreApplication> application;
+// Left alone by a call of exit, as one on the stack would be.
+QCoreApplication *application = nullptr;
 int *argumentCount = nullptr;
 char **arguments = nullptr;
 std::function<void()> windowSystemCallback;
@@ -60,22 +60,23 @@ ApplicationObject::ApplicationObject(int &argc, char **argv)
 {
     argumentCount = &argc;
     arguments = argv;
-    application = std::make_unique<QCoreApplication>(argc, argv);
+    application = new QCoreApplication(argc, argv);
 }
 
 ApplicationObject::~ApplicationObject()
 {
-    application.reset();
+    delete application;
+    application = nullptr;
 }
 
 void startWindowSystem()
 {
-    if (qobject_cast<QApplication *>(application.get()))
+    if (qobject_cast<QApplication *>(application))
         return;
     setPlatform();
     previousHandler = qInstallMessageHandler(handleMessage);
-    application.reset();
-    application = std::make_unique<QApplication>(*argumentCount, arguments);
+    delete application;
+    application = new QApplication(*argumentCount, arguments);
     // The end of the application under test is not that of the script.
     QApplication::setQuitOnLastWindowClosed(false);
     if (windowSystemCallback)
