@@ -111,9 +111,9 @@ int main(int argc, char **argv)
     addLeftRuns(settings.data);
 
     const bool isEncrypted = parser.isSet("certificate");
-    QWebSocketServer server(QStringLiteral("resultserver"),
-                            isEncrypted ? QWebSocketServer::SecureMode
-                                        : QWebSocketServer::NonSecureMode);
+    QWebSocketServer server(QStringLiteral("resultserver"), isEncrypted
+                                                                ? QWebSocketServer::SecureMode
+                                                                : QWebSocketServer::NonSecureMode);
     if (isEncrypted) {
         const QSslConfiguration configuration =
             encryption(parser.value("certificate"), parser.value("key"));

@@ -11,8 +11,8 @@ const int maxDigits = 18;
 
 int toInt(qint64 number)
 {
-    return static_cast<int>(qBound<qint64>(std::numeric_limits<int>::min(), number,
-                                           std::numeric_limits<int>::max()));
+    return static_cast<int>(
+        qBound<qint64>(std::numeric_limits<int>::min(), number, std::numeric_limits<int>::max()));
 }
 
 Place readPlace(MessageReader &reader)
@@ -64,6 +64,12 @@ QByteArray MessageReader::bytes()
         return {};
     m_position += size;
     return m_message.mid(m_position - size, size);
+}
+
+QString MessageReader::text()
+{
+    const QByteArray utf8 = bytes();
+    return QString::fromUtf8(utf8.constData(), utf8.size());
 }
 
 bool MessageReader::isAtEnd(const char *end) const

@@ -46,7 +46,8 @@ public:
     qint64 number();
     int count(int bytesEach);
     QByteArray bytes();
-    QString text() { return QString::fromUtf8(bytes()); }
+    /// With the NULs that a client may have put into it.
+    QString text();
 
     bool isOk() const { return m_isOk; }
     /// Nothing but @p end is left.

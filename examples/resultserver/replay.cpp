@@ -249,14 +249,12 @@ QString addToReport(const QDir &data, const QString &runDirectory)
     if (!QDir().mkpath(QFileInfo(report.path()).path()))
         return QStringLiteral("cannot create the directory of '%1'").arg(report.path());
     QString resultDir;
-    const auto created =
-        HtmlReportGenerator::create(report.path(), testTypeOf(*first), &resultDir);
+    const auto created = HtmlReportGenerator::create(report.path(), testTypeOf(*first), &resultDir);
     if (!created.error.isEmpty())
         return created.error;
     TestResult result(created.generator);
 
-    const QString attachments =
-        QLatin1String("attachments/") + QFileInfo(runDirectory).fileName();
+    const QString attachments = QLatin1String("attachments/") + QFileInfo(runDirectory).fileName();
     report.mkpath(QStringLiteral("attachments"));
     QDir().rename(runDirectory + QLatin1String("/files"), report.filePath(attachments));
     // Without files the directory is empty, and goes.

@@ -97,20 +97,26 @@ TEST_F(ResultServerTest, TwoHundredTestCasesGiveTheReportThatTheyGiveLocally)
 {
     for (int i = 0; i < 200; ++i) {
         const QByteArray number = QByteArray::number(1000 + i);
-        runner.addTestCase("tst_" + number,
-                           "section('s " + number + "', function () {\n"
-                           "  check.equal('\\u4e2d|\\n\\u05e9', '" + number + "', 'm');\n"
-                           "  check.that(" + (i % 3 ? "true" : "false") + ", 'odd', {expectFail: " +
-                           (i % 5 ? "false" : "true") + "});\n"
-                           "});\n"
-                           "log.warning('w', new Array(" + number + ").join('x'));\n" +
-                           (i % 50 ? "" : "throw new Error('thrown');\n"));
+        runner.addTestCase(
+            "tst_" + number,
+            "section('s " + number +
+                "', function () {\n"
+                "  check.equal('\\u4e2d|\\n\\u05e9', '" +
+                number +
+                "', 'm');\n"
+                "  check.that(" +
+                (i % 3 ? "true" : "false") + ", 'odd', {expectFail: " + (i % 5 ? "false" : "true") +
+                "});\n"
+                "});\n"
+                "log.warning('w', new Array(" +
+                number + ").join('x'));\n" + (i % 50 ? "" : "throw new Error('thrown');\n"));
     }
     runner.addTestCase("tst_attach", "file.write('a.txt', 'content'); attach('a.txt', 'A file');");
     startServer();
-    const RunnerOutput output = runner.runSuite(
-        {"--retry", "1", "--reportgen", "stdout," + path("console.txt"), "--reportgen", value() + "&batch=b",
-         "--reportgen", "html," + path("local"), "--reportgen", "junit," + path("junit.xml")});
+    const RunnerOutput output =
+        runner.runSuite({"--retry", "1", "--reportgen", "stdout," + path("console.txt"),
+                         "--reportgen", value() + "&batch=b", "--reportgen",
+                         "html," + path("local"), "--reportgen", "junit," + path("junit.xml")});
     EXPECT_EQ(output.status, 1);
     const QString token = value().section("token=", 1);
     EXPECT_FALSE((output.standardOutput + output.standardError).contains(token.toUtf8()));
@@ -125,10 +131,11 @@ TEST_F(ResultServerTest, TwoHundredTestCasesGiveTheReportThatTheyGiveLocally)
     EXPECT_EQ(readFile(uploaded + "/attachments/" + files.front() + "/1-a.txt"), "content");
 
     Counts console = countsOfConsole(readFile(path("console.txt")));
-    EXPECT_EQ(console["testcases"], runsOf(uploaded)[0].toObject()["tests"].toArray()[0].toObject()["tests"].toArray().size());
-    const std::vector<Counts> others{
-        countsOfWebReport(readFile(path("local/data/results-v1.js"))),
-        countsOfWebReport(readFile(uploaded + "/data/results-v1.js"))};
+    EXPECT_EQ(
+        console["testcases"],
+        runsOf(uploaded)[0].toObject()["tests"].toArray()[0].toObject()["tests"].toArray().size());
+    const std::vector<Counts> others{countsOfWebReport(readFile(path("local/data/results-v1.js"))),
+                                     countsOfWebReport(readFile(uploaded + "/data/results-v1.js"))};
     for (const Counts &counts : others) {
         for (const auto &[key, count] : counts)
             EXPECT_EQ(count, console[key]) << key;
@@ -149,7 +156,8 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
         "import asyncio, json, sys, websockets\n"
         "token = sys.argv[2]\n"
         "def text(t): return '%d|%s' % (len(t), t)\n"
-        "def session(p='p', t=token, b='b'): return '5|0|%s|%s|0|%s\\n' % (text(p), text(t), text(b))\n"
+        "def session(p='p', t=token, b='b'): return '5|0|%s|%s|0|%s\\n' % (text(p), text(t), "
+        "text(b))\n"
         "entry = '105|%d|0|' + text('START') + '|1|s|' + text('file:///s') + '|-1' + '|0|' * 4 +"
         " '|0' + '|0|' * 2 + '|-1' + '|0|' * 2 + '|-1\\n'\n"
         "async def refused(*messages):\n"
@@ -161,11 +169,14 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
         "        except websockets.ConnectionClosed: codes.append(-1)\n"
         "        return codes\n"
         "async def main():\n"
-        "    bad = ['', '\\0', '|', '105|0', '5|0|', session(t='x'), session(p='..'), session(p='a/b'),"
-        " session(b='.'), session(b='a\\0b'), session(p=''), '5|0|99999999999|x', '5|0|-1|x', '5|1|', 'x' * 70000,"
+        "    bad = ['', '\\0', '|', '105|0', '5|0|', session(t='x'), session(p='..'), "
+        "session(p='a/b'),"
+        " session(b='.'), session(b='a\\0b'), session(p=''), '5|0|99999999999|x', '5|0|-1|x', "
+        "'5|1|', 'x' * 70000,"
         " '5|0|1|p|%s|999999|' % text(token)]\n"
         "    for m in bad: print((await refused(m))[-1] != 0)\n"
-        "    for m in ['105|1|', entry % 2, '201|1|1|a|5|abc', '400|1|1|a|5|', '401|1|1|a|-1', '7|1', '5|1|', '301|1x',"
+        "    for m in ['105|1|', entry % 2, '201|1|1|a|5|abc', '400|1|1|a|5|', '401|1|1|a|-1', "
+        "'7|1', '5|1|', '301|1x',"
         " '105|1|0|5|START|0||0||0|0||0||0||0||99999999|']:\n"
         "        print((await refused(session(), m))[-1] != 0)\n"
         "    print(await refused(session(b='cut'), entry % 1))\n"
@@ -181,7 +192,7 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
     server.terminate();
     ASSERT_TRUE(server.waitForFinished());
     EXPECT_EQ(runsOf(path("results/p/batches/cut")).size(), 1);
-    EXPECT_TRUE(readFile(path("results/p/batches/cut/data/results-v1.js")).contains("Run given up"));
+    EXPECT_TRUE(readFile(path("results/p/batches/cut/data/results-v1.js")).contains("Run aborted"));
 }
 
 } // namespace
