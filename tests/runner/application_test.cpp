@@ -101,7 +101,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
          "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not 5 "
          "(string)"},
         {"check.point('a', {retry: 2e12})", "to 2147483647, not 2000000000000 (number)"},
-        {"find()", "TypeError: an object has to have a name"},
+        {"find()", "TypeError: a name has to be a text"},
         {start + "find('name').get()", "TypeError: a property has to have a name"},
         {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
         {start + "find('name').set('text', undefined)",
