@@ -27,7 +27,7 @@ qint64 nanoseconds(const timespec &time)
     return time.tv_sec * nsPerSecond + time.tv_nsec;
 }
 
-// What tells one state of a file from another, without a look into it.
+// What distinguishes one state of a file from another, without a look into it.
 struct FileState
 {
     ino_t inode = 0;
@@ -196,7 +196,7 @@ QString JavaScriptObjectMap::scriptExpression(const QString &name) const
     return name;
 }
 
-// The keys of the object "names" are what names are told apart by.
+// The keys of the object "names" are what names are distinguished by.
 SymbolicName JavaScriptObjectMap::qualifiedSymbolicName(const SymbolicName &name) const
 {
     return name;

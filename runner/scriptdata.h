@@ -26,7 +26,7 @@ public:
     ~ScriptData() override;
 
     QString name() const;
-    /// No property, which the engine would read anew for each element.
+    /// No property, which the engine would read again for each element.
     Q_INVOKABLE QStringList fields() const;
     int count() const;
     /// Null for an index out of range.

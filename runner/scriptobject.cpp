@@ -73,7 +73,7 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
 SharedPtr<Object> ScriptObject::walk(const QStringList &steps)
 {
     if (!exists()) {
-        fail(m_object ? QStringLiteral("the object is gone") : m_error);
+        fail(m_object ? QStringLiteral("the object no longer exists") : m_error);
         return {};
     }
     SharedPtr<Object> object = m_object;

@@ -88,7 +88,7 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     return outcome.summary() == VPResult::SummaryPassed;
 }
 
-// A report must not look better than what the script is told.
+// A report must not look better than what the script learns.
 void ScriptVerification::addMissingResult(const QString &name, const VPResult &outcome,
                                           bool hasLoggedFailure, bool hasLearned)
 {

@@ -12,14 +12,14 @@ namespace Morvex {
 class Class;
 
 /// An object of the application under test, or a plain value on its way there or back. It names
-/// the object by its id and stays valid when the object itself is gone.
+/// the object by its id and stays valid when the object itself no longer exists.
 class MORVEX_EXPORT Object : public Shared
 {
 public:
     /// The number under which application side functions know the object; 0 for a plain value.
     virtual int id() const = 0;
 
-    /// Lives as long as the inspector. Null when the object does not exist any more.
+    /// Lives as long as the inspector. Null when the object no longer exists.
     virtual const Class *objectClass() const = 0;
 
     /// Whether this object takes @p other for equal to itself. Not symmetric: the two may come

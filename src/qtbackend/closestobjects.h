@@ -8,7 +8,7 @@ namespace Morvex {
 /// nothing is near.
 QString describeClosest(QtModel &model, const NameConditions &conditions);
 
-/// The objects, which all fit one name, with what tells those of the same real name apart.
+/// The objects, which all fit one name, with what distinguishes those of the same real name.
 QString describeFitting(const std::vector<QObject *> &objects);
 
 } // namespace Morvex

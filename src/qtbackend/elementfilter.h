@@ -19,7 +19,7 @@ struct ElementRules
     bool hidesSubtree = false;
 };
 
-/// The rules of all filters of a dump, as docs/element-filters.md tells: the last one that fits
+/// The rules of all filters of a dump, as docs/element-filters.md says: the last one that fits
 /// wins.
 class ElementFilter
 {

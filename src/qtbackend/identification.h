@@ -11,14 +11,14 @@ namespace Morvex {
 /// displayed. May be empty.
 QString labelOf(const QObject *object);
 
-/// The texts by which an object is told from others, by the names of their properties. What users
-/// type is none of them.
+/// The texts by which an object is distinguished from others, by the names of their properties.
+/// What users type is none of them.
 QHash<QString, QString> identifyingPropertiesOf(const QObject *object);
 
-/// A name that tells the object to a reader; it may fit others as well.
+/// A name that shows a reader the object; it may fit others as well.
 QString realNameOf(const QObject *object);
 
-/// @p text, the value of a property of the object, as it may stand in a report: a password comes
+/// @p text, the value of a property of the object, as it may be in a report: a password comes
 /// as it is displayed.
 QString textForReaders(const QObject *object, const QString &property, const QString &text);
 

@@ -14,7 +14,7 @@ namespace Morvex {
 
 class QtModel;
 
-/// Finds live objects by their names, as docs/object-names.md tells.
+/// Finds live objects by their names, as docs/object-names.md says.
 class NameResolver
 {
 public:

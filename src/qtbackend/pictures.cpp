@@ -93,7 +93,7 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
     const QPointer<QObject> alive = object;
     turnEventLoop(delay);
     if (!alive) {
-        *error = QStringLiteral("the object is gone");
+        *error = QStringLiteral("the object no longer exists");
         return {};
     }
     QImage image = grabWidget(alive);

@@ -24,7 +24,7 @@ void turnEventLoop(int milliseconds)
     alarm.setTimerType(Qt::PreciseTimer);
     if (milliseconds > 0)
         alarm.start(milliseconds);
-    // No loop of its own: once the application has called quit, none runs any more.
+    // No loop of its own: once the application has called quit, no loop runs.
     while (alarm.isActive())
         handleEvents(QEventLoop::WaitForMoreEvents);
     handleEvents(QEventLoop::AllEvents);

@@ -18,9 +18,9 @@ struct UsageRule;
 /// from when its window was there, shown or not, and stays when the widget no longer exists; a
 /// later widget in its place goes on with it.
 ///
-/// So that trees of several runs can be merged, the class of an element tells it from others beside
-/// it: by its object name, or else by its number among those of its class. Geometry is that on the
-/// screen when the element was first seen.
+/// So that trees of several runs can be merged, the class of an element distinguishes it from
+/// others beside it: by its object name, or else by its number among those of its class. Geometry
+/// is that on the screen when the element was first seen.
 class UsageCounter : public QObject
 {
 public:

@@ -202,7 +202,7 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKi
         widget = area->viewport();
     const QPoint where = place ? *place : placeToClick(widget);
     if (!widget->rect().contains(where))
-        return QStringLiteral("%1,%2 lies outside of the widget").arg(where.x()).arg(where.y());
+        return QStringLiteral("%1,%2 is outside of the widget").arg(where.x()).arg(where.y());
     QWidget *target = receiverOf(widget, where, &error);
     const QString obstacle = target ? obstacleTo(target) : QString();
     if (!obstacle.isEmpty())
@@ -225,7 +225,8 @@ QString typeText(QObject *object, const QString &text)
         return QStringLiteral("the widget takes no keys");
     takeFocus(widget);
     for (std::size_t typed = 0; typed < keys.size(); ++typed) {
-        error = widget ? obstacleWhileTyping(widget) : QStringLiteral("the widget is gone");
+        error =
+            widget ? obstacleWhileTyping(widget) : QStringLiteral("the widget no longer exists");
         if (!error.isEmpty())
             return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
         pressKey(widget, keys[typed]);

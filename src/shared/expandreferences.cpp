@@ -24,7 +24,7 @@ public:
     {
     }
 
-    // False for an expansion that has to be given up.
+    // False for an expansion that has to be abandoned.
     bool run()
     {
         while (m_growth <= m_maxGrowth) {

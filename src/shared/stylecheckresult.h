@@ -51,7 +51,7 @@ public:
     void setDetails(const QString &details) { m_details = details; }
     /// Null details leave those that are there.
     void setDescription(const QString &description, const QString &details);
-    /// What stands between "Expected:" and the value, such as "at least".
+    /// What is between "Expected:" and the value, such as "at least".
     void setExpectedDescriptionSuffix(const QString &suffix) { m_expectedSuffix = suffix; }
     void addSource(const QString &displayName, const QUrl &url);
 

@@ -31,7 +31,7 @@ public:
     QString valueAsString(int column) const;
     QString valueAsString(const QString &fieldName) const;
 
-    /// A column behind the last one is reached by empty fields.
+    /// A column beyond the last one is reached by empty fields.
     void setValue(int column, const QString &value);
     void addValue(const QString &value);
     /// Room for @p count fields at once, for readers that know how many come.
@@ -56,9 +56,9 @@ public:
     TestDataSet(const TestDataSet &) = delete;
     TestDataSet &operator=(const TestDataSet &) = delete;
 
-    /// Reads a file in the format that its suffix tells. The caller owns the result, which is null
+    /// Reads a file in the format that its suffix says. The caller owns the result, which is null
     /// for a file of another suffix in which no separator can be detected. A file that can't be
-    /// read makes a set without records; errorText() tells why.
+    /// read makes a set without records; errorText() says why.
     static TestDataSet *createTestDataSet(const QString &fileName);
     /// Reads one sheet of a workbook. An empty name stands for the first sheet of an .xls, and for
     /// the sheet with the id 1, wherever it stands, of an .xlsx. Null when the suffix does not tell
@@ -71,7 +71,7 @@ public:
     /// Between the fields of a saved file.
     char getSep() const;
     /// Why the file could not be read; empty when it could. The message log or standard error have
-    /// told it already.
+    /// reported it already.
     QString errorText() const;
 
     /// Without the header.

@@ -29,7 +29,7 @@ public:
     QString name() const;
     /// Why no file is open, or why it seems to end where reading failed; empty without either.
     QString errorText() const;
-    /// Goes back to the start of the file, which is opened anew.
+    /// Goes back to the start of the file, which is opened again.
     void rewind();
 
     /// The next logical line, with its quotes and without its line end; empty at the end too.
@@ -37,7 +37,7 @@ public:
     /// The separators outside of quotes; -1 in an empty line.
     int countSeparator(const QString &line, char sep) const;
     /// Adds the fields of the line that was read last to @p dataSet, as its header when that was
-    /// the first one. A count of fields that is not the header's is told on standard error.
+    /// the first one. A count of fields that is not the header's is reported on standard error.
     void parseRecord(TestDataSet *dataSet, const QString &line, char sep) const;
 
 private:

@@ -11,7 +11,7 @@ namespace Morvex {
 
 /// The run as one JSON document, "results.json" in the result directory, written as a stream: only
 /// the closers of the open values are held. The document is complete once generateSummary was
-/// called or the generator is gone.
+/// called or the generator no longer exists.
 class MORVEX_EXPORT JsonReportGenerator : public TestReportGenerator
 {
 public:
@@ -29,7 +29,7 @@ protected:
     JsonReportGenerator(std::unique_ptr<std::ostream> stream, const QString &resultDir,
                         TestType type, unsigned short version);
 
-    /// Begins the document, at START. An override writes what stands in front of it, to stream().
+    /// Begins the document, at START. An override writes what comes before it, to stream().
     virtual void init();
     void doHandleEntry(const TestResult::Entry &entry) override;
 

@@ -16,7 +16,7 @@
 namespace Morvex {
 namespace {
 
-// The kind of the section by which the suite tells that it left a test case out.
+// The kind of the section by which the suite says that it left a test case out.
 const QLatin1String skippedTestCase("testcase");
 
 bool isResultType(TestResult::ResultType type)
@@ -30,10 +30,10 @@ QString seconds(qint64 milliseconds)
     return QString::number(static_cast<double>(milliseconds) / 1000, 'f', 3);
 }
 
-// How many names of a nesting stand at each end of a name that would be too long otherwise.
+// How many names of a nesting are at each end of a name that would be too long otherwise.
 const int shownLevels = 10;
 
-// A dot joins the levels of nesting, so that none may stand in a name.
+// A dot joins the levels of nesting, so that none may be in a name.
 QString normalizedName(const QString &name)
 {
     QString normalized = showControls(nameOrUnnamed(name));
@@ -63,7 +63,7 @@ struct JUnitTestCase
     // Without those around it, which the names of deep nesting would repeat in each level.
     QString name;
     std::size_t parent = 0;
-    // Which of the cases around it lies at the depth of shownLevels, if it lies deeper.
+    // Which of the cases around it is at the depth of shownLevels, if it is deeper.
     std::size_t outer = 0;
     int depth = 0;
     // Cases with the same names from the test case inwards have the same path.
@@ -133,7 +133,7 @@ struct JUnitReportGenerator::Private
     QHash<QPair<int, QString>, int> paths;
     // How many cases of a path are shown, by path.
     std::vector<int> shown{0};
-    // The open test cases, innermost last. The first is that of what lies outside of all others.
+    // The open test cases, innermost last. The first is that of what is outside of all others.
     std::vector<std::size_t> open;
     // The latest time of an entry so far, up to which the time has been given to test cases. The
     // results of a verification bear the time of its start, so that an entry may be older than the

@@ -22,7 +22,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(OpenReportFileOptions)
 
 /// Opens @p file for writing without a buffer on @p fileName, whose directory is created when it
 /// does not exist. An empty name and "/dev/stdout" stand for the standard output of this process,
-/// "/dev/stderr" for its standard error; @p isStdStream, which may be null, tells whether it is one
+/// "/dev/stderr" for its standard error; @p isStdStream, which may be null, says whether it is one
 /// of the two. A file that another report has taken, in this run or another one, is an error.
 /// Returns an error text, empty on success.
 [[nodiscard]] MORVEX_EXPORT QString openReportFile(const QString &fileName,
@@ -30,11 +30,11 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(OpenReportFileOptions)
                                                    bool *isStdStream);
 
 /// Writes again what a write leaves over, as on a disk that runs full, since only then the device
-/// knows the reason. False when not all could be written; the device's error text tells why. To be
+/// knows the reason. False when not all could be written; the device's error text says why. To be
 /// used on devices without a buffer: theirs may fail later.
 MORVEX_EXPORT bool writeWhole(QIODevice *device, const char *data, qint64 size);
 
-/// The same for a file descriptor; errno tells why.
+/// The same for a file descriptor; errno says why.
 MORVEX_EXPORT bool writeWhole(int descriptor, const char *data, std::size_t size);
 
 /// The line on standard error for a report that lacks its end, which is noted.

@@ -20,13 +20,13 @@ public:
     /// `<prefix>/project/<project-name>` and the query items `token`, `batch` and any number of
     /// `label`.
     static Result create(const QString &url, TestType type);
-    /// Tells the server of the end and waits for it to confirm that all has arrived.
+    /// Reports the end to the server and waits for it to confirm that all has arrived.
     ~QuillbaseReportGenerator() override;
 
     /// Does nothing: the server counts.
     void generateSummary() override;
 
-    /// A device whose bytesWritten tells what the server has confirmed. Its writes return 0.
+    /// A device whose bytesWritten says what the server has confirmed. Its writes return 0.
     QIODeviceResult videoOutput(const QString &path) override;
 
 protected:

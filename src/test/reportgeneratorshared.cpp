@@ -24,7 +24,7 @@ std::string fileURI(const QString &path)
     return encoded(QUrl::fromLocalFile(path));
 }
 
-// The part of text in front of the first quote at or behind from; all of it without such a quote.
+// The part of text before the first quote at or after from; all of it without such a quote.
 QString cutAtQuote(const QString &text, int from)
 {
     const int quote = text.indexOf(QLatin1Char('\''), qMax(from, 0));

@@ -17,7 +17,7 @@ namespace Morvex {
 // What several report formats need.
 
 /// Takes the directories of suite and test case from a START entry; other entries change nothing.
-/// A run of a single test case lies in the suite above it.
+/// A run of a single test case is in the suite above it.
 MORVEX_EXPORT void setTestSuiteAndTestCasePath(TestReportGenerator::TestType type,
                                                const TestResult::Entry &entry, QString *suitePath,
                                                QString *casePath);
@@ -61,7 +61,7 @@ MORVEX_EXPORT QString attachmentTypeToString(TestResult::AttachmentType type);
 /// The start, end or skip of a section: what convertSectionEventToLogEvent may change.
 MORVEX_EXPORT bool isSectionEvent(TestResult::ResultType type);
 
-/// For formats without sections: a LOG entry that tells of the section. Any other entry, and a
+/// For formats without sections: a LOG entry that reports the section. Any other entry, and a
 /// section of an unknown kind, comes back unchanged.
 MORVEX_EXPORT TestResult::Entry convertSectionEventToLogEvent(const TestResult::Entry &entry);
 

@@ -51,7 +51,7 @@ void pad(QByteArray &line, int start, int width)
         line.append(missing, ' ');
 }
 
-// What stands behind a backslash for an ASCII character; 0 when it stands for itself.
+// What follows a backslash for an ASCII character; 0 when it stands for itself.
 struct EscapeTable
 {
     constexpr EscapeTable()

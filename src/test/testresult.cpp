@@ -332,7 +332,7 @@ TestResult::Comparison TestResult::compare(const QString &expected, const QStrin
 {
     if (expected == actual)
         return {true, QStringLiteral("Got expected '%1'.").arg(expected)};
-    // The form of arg with two texts: one in which %2 stands can't be taken for a place.
+    // The form of arg with two texts: one that has %2 in it can't be taken for a place.
     return {false, QStringLiteral("Expected '%1', got '%2'.").arg(expected, actual)};
 }
 

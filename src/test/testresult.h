@@ -73,7 +73,7 @@ public:
         NONE
     };
 
-    /// The kind of verification behind a result. NO_VP stands for a check in the script.
+    /// The kind of verification that a result comes from. NO_VP stands for a check in the script.
     enum VPType : int { NO_VP, PROPERTY_VP, TABLE_VP, SCREENSHOT_VP, VISUAL_VP };
 
     enum AttachmentType : int {
@@ -113,7 +113,7 @@ public:
         QString attachmentUri;
     };
 
-    /// What a comparison of two values gives: whether they are equal, and the text that tells it.
+    /// What a comparison of two values gives: whether they are equal, and the text that says so.
     struct Comparison
     {
         bool equal;
@@ -199,8 +199,8 @@ public:
                                  const QString &vpName, const QFileInfo &vpFile,
                                  const QString &info, const FList<TableDiff::Element> &diff);
 
-    /// Stamps the entry with the current verification and the run's name. An entry in front of the
-    /// start, or a second start, ends the process: the caller is wrong. An entry behind the end is
+    /// Stamps the entry with the current verification and the run's name. An entry before the
+    /// start, or a second start, ends the process: the caller is wrong. An entry after the end is
     /// dropped with a warning.
     void addEntry(Entry entry);
 

@@ -279,7 +279,8 @@ void Xml3ReportGenerator::Private::writeMessage(const Entry &entry)
     writer.writeEndElement();
 }
 
-// Older readers know no videos; the order of the attributes tells these from other attachments.
+// Older readers know no videos; the order of the attributes distinguishes these from other
+// attachments.
 void Xml3ReportGenerator::Private::writeVideo(const Entry &entry, const char *element)
 {
     if (version >= firstVersionWithMsAndVideo) {

@@ -76,7 +76,7 @@ bool isPlainCData(char byte)
     return classOf(byte) != Illegal && byte != terminator[0];
 }
 
-// Holds back what may become the terminator until the byte behind it is known.
+// Holds back what may become the terminator until the byte after it is known.
 void appendCData(std::string &out, const std::string &text)
 {
     std::size_t matched = 0;

@@ -32,7 +32,7 @@ private:
 };
 
 /// Writes XML as it goes and holds nothing but the names of the open elements. Names and values are
-/// UTF-8. The caller keeps the order: attributes come right behind the start of their element.
+/// UTF-8. The caller keeps the order: attributes come right after the start of their element.
 class MORVEX_EXPORT XmlStreamWriter
 {
 public:

@@ -224,7 +224,7 @@ TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsGoneAtTheNextLookup)
     buttons[2]->deleteLater();
     EXPECT_FALSE(inspector.findObject("load", nullptr));
     EXPECT_FALSE(load->objectClass());
-    EXPECT_EQ(load->valueText(), "(an object that is gone)");
+    EXPECT_EQ(load->valueText(), "(an object that no longer exists)");
     EXPECT_FALSE(load->compare(SharedPtr<Object>()));
 }
 

@@ -305,7 +305,7 @@ TEST_F(QtInspectorTest, ClicksReachTheObjectOrSayWhyNot)
     EXPECT_EQ(call("clickObject", "button", {2, 2}), QString());
     EXPECT_EQ(call("clickObject", "action"), QString());
     EXPECT_EQ(clicks, 3);
-    EXPECT_EQ(call("clickObject", "button", {-1, 2}), "-1,2 lies outside of the widget");
+    EXPECT_EQ(call("clickObject", "button", {-1, 2}), "-1,2 is outside of the widget");
     button.setEnabled(false);
     action.setEnabled(false);
     EXPECT_EQ(call("clickObject", "button"), "the widget is disabled");

@@ -134,7 +134,7 @@ TEST_F(UserInputTest, TypingIntoAWidgetThatGoesAwayIsAnError)
     other->show();
     QShortcut removal(QKeySequence("F2"), &window);
     QObject::connect(&removal, &QShortcut::activated, &window, [other] { delete other; });
-    EXPECT_EQ(type("other", "a<F2>b"), "the widget is gone, after 2 of 3 keys");
+    EXPECT_EQ(type("other", "a<F2>b"), "the widget no longer exists, after 2 of 3 keys");
 }
 
 TEST_F(UserInputTest, AClickReachesThePartThatReacts)

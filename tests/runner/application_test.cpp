@@ -93,7 +93,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
          "Error: count: property 'value' doesn't take this value"},
         {start + "find('add').click()", "Error: add: the widget is disabled"},
         {start + "var n = find('name'); application.stop(); n.type('x')",
-         "Error: name: the object is gone"},
+         "Error: name: the object no longer exists"},
         {start + "find('name', -1)",
          "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not -1 "
          "(number)"},

@@ -119,7 +119,7 @@ void UIElement::setConcreteProperty(const QString &name, const QString &value)
 
 void UIElement::addChild(UIElement *child)
 {
-    // A child of this parent that is not in its list was only told its parent.
+    // A child of this parent that is not in its list only knows its parent.
     if (!child || child == this || (child->m_parent == this && m_children.contains(child)))
         return;
     if (child->m_parent)

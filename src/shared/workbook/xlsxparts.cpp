@@ -56,7 +56,7 @@ unsigned widthOf(std::string_view range)
     return columnOf(colon == range.npos ? range : range.substr(colon + 1));
 }
 
-// The number that a text in pieces begins with, behind white space.
+// The number that a text in pieces begins with, after white space.
 class LeadingNumber
 {
 public:
@@ -127,7 +127,7 @@ private:
     struct Row
     {
         std::unique_ptr<TestDataRecord> record;
-        // Behind the last cell.
+        // After the last cell.
         unsigned column = 1;
     };
 
@@ -260,7 +260,7 @@ private:
         return !m_reader.hasFailed();
     }
 
-    // Once more: the width may stand behind the rows.
+    // Once more: the width may come after the rows.
     void fillRows()
     {
         if (m_header.record)

@@ -11,7 +11,7 @@ class QTextCodec;
 
 namespace Morvex {
 
-/// The file of a report. The first write error is told on standard error, once, and ends the
+/// The file of a report. The first write error is reported on standard error, once, and ends the
 /// writing: a report with a hole in it would look whole.
 class MORVEX_EXPORT ReportFile
 {

@@ -45,7 +45,7 @@ private:
         std::streamsize xsputn(const char *data, std::streamsize size) override;
         int_type overflow(int_type byte) override;
         int sync() override;
-        /// Only tells where the end is.
+        /// Only says where the end is.
         pos_type seekoff(off_type offset, std::ios::seekdir from, std::ios::openmode mode) override;
 
     private:

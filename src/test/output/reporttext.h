@@ -9,9 +9,9 @@
 namespace Morvex {
 
 // No report may hold a surrogate without its partner, which has no UTF-8, nor U+FFFE and U+FFFF,
-// which XML forbids in any form. U+FFFD stands in their place.
+// which XML forbids in any form. U+FFFD is in their place.
 
-/// The character that begins at @p position, which is moved behind it.
+/// The character that begins at @p position, which is moved past it.
 inline char32_t takeReportCharacter(const QString &text, int *position)
 {
     const QChar *const data = text.constData();

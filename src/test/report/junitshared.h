@@ -14,7 +14,7 @@ namespace Morvex {
 
 // What the two JUnit reports share: the forms that the readers of this dialect accept.
 
-// This dialect tells a check that failed from an error on the way.
+// This dialect distinguishes a check that failed from an error on the way.
 MORVEX_EXPORT bool isJUnitFailure(TestResult::ResultType type);
 MORVEX_EXPORT bool isJUnitError(TestResult::ResultType type);
 
@@ -34,16 +34,16 @@ MORVEX_EXPORT XmlElement junitPropertiesElement(const QMap<QString, QString> &pr
 class MORVEX_EXPORT JUnitNames
 {
 public:
-    /// @p name; "_2", "_3" and so on behind it when it was given out before in this class.
+    /// @p name; "_2", "_3" and so on after it when it was given out before in this class.
     QString unique(const QString &className, const QString &name);
-    /// @p base with the next number behind it.
+    /// @p base with the next number after it.
     QString numbered(const QString &className, const QString &base);
 
 private:
     QString numberedFrom(int first, const QString &className, const QString &base);
 
     QSet<QString> m_given;
-    // The last number that was given out, by what stands in front of it.
+    // The last number that was given out, by what comes before it.
     QHash<QString, int> m_numbers;
 };
 

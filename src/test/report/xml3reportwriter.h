@@ -28,7 +28,7 @@ MORVEX_EXPORT void writeSectionTexts(XmlStreamWriterQString &writer, const QStri
 /// A negative @p lineNo is left out.
 MORVEX_EXPORT void writeFileLocation(XmlStreamWriter &writer, const std::string &uri, int lineNo);
 
-/// What stands in a location, for locations of another name.
+/// What is in a location, for locations of another name.
 MORVEX_EXPORT void writeFileLocationContent(XmlStreamWriter &writer, const std::string &uri,
                                             int lineNo);
 

@@ -19,7 +19,7 @@ struct UploadPlaces
     QString tempDir;
 };
 
-/// What the message of an entry tells beside the entry's own fields, and the files that follow it.
+/// What the message of an entry says beside the entry's own fields, and the files that follow it.
 struct EntryMessage
 {
     EntryMessage(const TestResult::Entry &entry, const UploadPlaces &places);

@@ -126,7 +126,7 @@ void QuillbasePrivate::shutDown(QuillbasePrivate *data)
     data->exit(0);
     if (!data->wait(data->m_waits.threadEnd))
         return;
-    // Nobody may turn the event loop any more.
+    // Nobody may turn the event loop from here on.
     const QPointer<QuillbasePrivate> self(data);
     QCoreApplication::sendPostedEvents(self);
     if (self)

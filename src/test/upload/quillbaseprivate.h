@@ -48,14 +48,14 @@ public:
     /// Turns the event loop until the server has answered.
     void sendAndWaitForAnswer(const TestResult::Entry &entry);
 
-    /// False before the worker is there and once the end was told.
+    /// False before the worker is there and once the end was reported.
     bool isTakingEvents() const { return m_hasWorker; }
     /// Takes over the event, which goes to the worker.
     void post(QEvent *event);
     /// True when the worker made a step in time; false without a wait when it is not connected.
     bool waitForWakeUp();
 
-    /// Tells the server of the end, ends the thread and deletes @p data as soon as it has ended.
+    /// Reports the end to the server, ends the thread and deletes @p data as soon as it has ended.
     static void shutDown(QuillbasePrivate *data);
 
     QPointer<VideoOutput> video;

@@ -228,7 +228,7 @@ void QuillbaseWorker::sendShutdown()
     socket.flush();
 }
 
-// Takes over the message. What can't be sent any more keeps nobody waiting.
+// Takes over the message. What can no longer be sent keeps nobody waiting.
 void QuillbaseWorker::sendMessage(MessageBuf *message)
 {
     const std::unique_ptr<MessageBuf> owned(message);

@@ -78,7 +78,8 @@ private:
     int waitSerial = 0;
     QObject *waiter = nullptr;
     int waitNumber = 0;
-    // Lives in the main thread until this worker is gone, whatever becomes of the device itself.
+    // Lives in the main thread until this worker no longer exists, whatever becomes of the device
+    // itself.
     QObject *videoDevice = nullptr;
     // The sizes of what the server has not confirmed, by serial.
     std::map<int, int> videoChunks;

@@ -8,7 +8,7 @@
 
 namespace Morvex {
 
-/// Where an upload goes, and what it tells the server of itself.
+/// Where an upload goes, and what it says to the server of itself.
 struct UploadAddress
 {
     /// Of the scheme "ws" or "wss", without the token.

@@ -11,7 +11,7 @@ class QObject;
 namespace Morvex {
 
 // The numbers of the events between the two threads of an upload. What the worker posts back has
-// the first number too and is told apart by its class.
+// the first number too and is distinguished by its class.
 const QEvent::Type entryEventType = QEvent::Type(1000);
 const QEvent::Type setupEventType = QEvent::Type(1001);
 const QEvent::Type videoDataEventType = QEvent::Type(1002);
@@ -95,7 +95,7 @@ public:
     }
 };
 
-/// Ends the wait for the answer to an entry: it came, or none can come any more.
+/// Ends the wait for the answer to an entry: it came, or none can come now.
 class AnswerEvent : public QEvent
 {
 public:
@@ -109,7 +109,7 @@ public:
     int wait;
 };
 
-/// Tells a video device what the server has confirmed.
+/// Reports to a video device what the server has confirmed.
 class BytesWritten : public QEvent
 {
 public:

@@ -8,7 +8,7 @@
 namespace Morvex {
 
 /// The content of a regular file; nothing for one that can't be read or that is too large to be
-/// sent. The latter is told on standard error.
+/// sent. The latter is reported on standard error.
 std::optional<QByteArray> readUploadFile(const QString &path);
 
 } // namespace Morvex

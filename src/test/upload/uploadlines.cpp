@@ -7,7 +7,7 @@
 namespace Morvex {
 namespace {
 
-// Nobody is left to be told when it fails.
+// Nobody is left to hear that it fails.
 void writeLine(int descriptor, const QByteArray &text)
 {
     writeWhole(descriptor, text.constData(), static_cast<std::size_t>(text.size()));

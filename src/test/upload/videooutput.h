@@ -8,7 +8,7 @@ namespace Morvex {
 
 class QuillbasePrivate;
 
-/// Hands on to a video device, if it still lives, what the worker tells of it: the device may be
+/// Hands on to a video device, if it still lives, what the worker says of it: the device may be
 /// deleted while its data is on the way. Lives as long as the upload.
 class VideoRelay : public QObject
 {
@@ -37,7 +37,7 @@ public:
 
 protected:
     qint64 readData(char *data, qint64 maxSize) override;
-    /// Always 0: bytesWritten tells the number, once the server has confirmed it.
+    /// Always 0: bytesWritten says the number, once the server has confirmed it.
     qint64 writeData(const char *data, qint64 size) override;
     void customEvent(QEvent *event) override;
 

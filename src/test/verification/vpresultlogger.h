@@ -16,7 +16,7 @@ namespace Morvex {
 class RunnerInterface;
 
 /// Holds the results of an attempt back until it is clear that they count. All that is logged in
-/// its life stands in one verification of the log.
+/// its life is in one verification of the log.
 class MORVEX_EXPORT VPResultLogger
 {
 public:
