@@ -26,13 +26,6 @@ namespace {
 
 const QLatin1String attachmentFolder("attachments");
 
-TestResult::ResultType outcomeType(bool passed, bool expectFail)
-{
-    if (expectFail)
-        return passed ? TestResult::XPASS : TestResult::XFAIL;
-    return passed ? TestResult::PASS : TestResult::FAIL;
-}
-
 // A name in dir that no file has, made of that of source.
 QString freeName(const QDir &dir, const QFileInfo &source)
 {
@@ -82,8 +75,8 @@ void ScriptApi::check(bool passed, const QString &message, const QString &detail
 {
     TestResult *result = m_context.result;
     result->startVP();
-    result->addResult(currentLocalTime(), outcomeType(passed, expectFail), message, details,
-                      m_engine->currentStack(), QString(), -1);
+    result->addResult(currentLocalTime(), TestResult::verificationType(passed, expectFail), message,
+                      details, m_engine->currentStack(), QString(), -1);
     result->endVP();
 }
 

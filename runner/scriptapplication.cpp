@@ -42,7 +42,7 @@ QString ScriptApplication::start(const QStringList &command)
     if (command.isEmpty())
         return QStringLiteral("no application was named");
     if (m_running)
-        return QStringLiteral("an application is running already");
+        return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
     const QString path = pluginPath(name);
     if (path.isEmpty())
@@ -82,7 +82,7 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
 
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
 {
-    QString reason = obstacle();
+    QString reason = whyNothingIsFound();
     const SharedPtr<Object> found =
         reason.isEmpty() ? m_inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
     if (!found && m_running && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
@@ -93,7 +93,7 @@ SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QS
 }
 
 // Why nothing can be found; empty while an application runs.
-QString ScriptApplication::obstacle() const
+QString ScriptApplication::whyNothingIsFound() const
 {
     if (m_running)
         return {};

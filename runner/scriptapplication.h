@@ -44,7 +44,7 @@ public:
 
 private:
     QString pluginPath(const QString &name) const;
-    QString obstacle() const;
+    QString whyNothingIsFound() const;
 
     QStringList m_searchDirs;
     ObjectMap m_objectMap;

@@ -26,7 +26,7 @@ public:
     Q_INVOKABLE bool exists() const;
 
 private:
-    SharedPtr<Object> walk(const QStringList &steps);
+    SharedPtr<Object> follow(const QStringList &steps);
     void call(const QString &function, const QVariantList &arguments);
     void fail(const QString &what);
 

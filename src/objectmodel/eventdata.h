@@ -15,7 +15,7 @@ struct MORVEX_EXPORT EventDataArg
     enum Kind { TEXT = 0, NUMBER = 1 };
 
     QString value;
-    int kind = TEXT;
+    Kind kind = TEXT;
 };
 
 /// A user action that the application under test reports while a test is recorded.
@@ -61,7 +61,7 @@ public:
     void setItemText(const QString &text) { m_itemText = text; }
 
     /// The order in which events happened. It is a number of its own since a time of day starts
-    /// anew at midnight.
+    /// again at midnight.
     quint64 sequence() const { return m_sequence; }
     void setSequence(quint64 sequence) { m_sequence = sequence; }
 

@@ -63,7 +63,7 @@ QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *erro
     QObject *object = firstObject(model, arguments, error);
     if (object && object->isWidgetType())
         return QByteArray(1, dumpFollows) + dumpElements(model, object);
-    const QString text = object ? QStringLiteral("The object is no widget") : *error;
+    const QString text = object ? QStringLiteral("The object is not a widget") : *error;
     return QByteArray(1, errorFollows) + text.toUtf8();
 }
 

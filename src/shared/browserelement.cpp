@@ -165,8 +165,8 @@ int BrowserElement::coverageExpected(bool recursive) const
 
 int BrowserElement::coverageActual(bool recursive) const
 {
-    const auto own = static_cast<int>(std::count_if(m_coverage.begin(), m_coverage.end(),
-                                                    [](int count) { return count > 0; }));
+    const auto own = static_cast<int>(
+        std::count_if(m_coverage.begin(), m_coverage.end(), [](int count) { return count > 0; }));
     if (!recursive)
         return own;
     if (m_actualCache < 0) {

@@ -35,9 +35,8 @@ ElementGeometry ElementGeometry::relativeTo(const ElementGeometry &base) const
     if (!base.m_rect.isValid())
         return ElementGeometry(movedTo(0, 0), true);
     const QPoint origin = base.m_rect.topLeft();
-    return ElementGeometry(movedTo(difference(m_rect.left(), origin.x()),
-                                   difference(m_rect.top(), origin.y())),
-                           true);
+    return ElementGeometry(
+        movedTo(difference(m_rect.left(), origin.x()), difference(m_rect.top(), origin.y())), true);
 }
 
 QRect ElementGeometry::translatedRect(const QPoint &offset) const
