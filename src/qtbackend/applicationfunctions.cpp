@@ -1,8 +1,10 @@
 #include "qtbackend/applicationfunctions.h"
 
 #include "qtbackend/elementdump.h"
+#include "qtbackend/elementfilter.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
+#include "qtbackend/usagecounter.h"
 #include "qtbackend/userinput.h"
 
 #include <QBuffer>
@@ -57,14 +59,37 @@ QVariant getPixmapAsImage(QtModel &model, const QVariantList &arguments, QString
     return buffer.data();
 }
 
+QByteArray dumpError(const QString &text)
+{
+    return QByteArray(1, errorFollows) + text.toUtf8();
+}
+
 // Arguments: id, filters.
 QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *error)
 {
     QObject *object = firstObject(model, arguments, error);
-    if (object && object->isWidgetType())
-        return QByteArray(1, dumpFollows) + dumpElements(model, object);
-    const QString text = object ? QStringLiteral("The object is not a widget") : *error;
-    return QByteArray(1, errorFollows) + text.toUtf8();
+    if (!object)
+        return dumpError(*error);
+    if (!object->isWidgetType())
+        return dumpError(QStringLiteral("The object is not a widget"));
+    ElementFilter filter;
+    for (int i = 1; i < arguments.size(); ++i) {
+        const QString reason = filter.add(arguments.at(i).toByteArray());
+        if (!reason.isEmpty())
+            return dumpError(QStringLiteral("Filter %1, %2").arg(QString::number(i), reason));
+    }
+    return QByteArray(1, dumpFollows) + dumpElements(model, object, filter);
+}
+
+QVariant countUsage(QtModel &model, const QVariantList &, QString *)
+{
+    model.usageCounter();
+    return true;
+}
+
+QVariant dumpUsage(QtModel &model, const QVariantList &, QString *)
+{
+    return QByteArray(1, dumpFollows) + model.usageCounter().dump();
 }
 
 // Arguments: id, and none or both of x and y.
@@ -94,6 +119,8 @@ const struct
     {"grabObjectScreenshot", grabObjectScreenshot},
     {"getPixmapAsImage", getPixmapAsImage},
     {"dumpObject", dumpObject},
+    {"countUsage", countUsage},
+    {"dumpUsage", dumpUsage},
     {"clickObject", click},
     {"typeText", type},
 };

@@ -8,8 +8,8 @@ namespace Morvex {
 class QtModel;
 
 /// Calls the application side function of that name. Invalid on failure; @p error then has a text.
-/// "dumpObject" takes the filters that callers send and does not look at them: the dump holds all
-/// visible widgets with all their properties. "grabObjectScreenshot" knows no options.
+/// "grabObjectScreenshot" knows no options. From "countUsage" on, which takes no arguments, it is
+/// counted what users do; "dumpUsage" answers as "dumpObject" does, with all windows.
 QVariant callApplicationFunction(QtModel &model, const QString &name, const QVariantList &arguments,
                                  QString *error);
 

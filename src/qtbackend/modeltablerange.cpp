@@ -1,11 +1,10 @@
 #include "qtbackend/modeltablerange.h"
 
+#include "qtbackend/showncells.h"
+
 #include <QAbstractItemView>
 #include <QBrush>
 #include <QHeaderView>
-#include <QListView>
-#include <QTableView>
-#include <QTreeView>
 
 namespace Morvex {
 namespace {
@@ -22,49 +21,15 @@ QString withoutForbiddenCharacters(QString text)
     return text;
 }
 
-bool isRowHidden(const QAbstractItemView *view, int row)
-{
-    if (const auto *table = qobject_cast<const QTableView *>(view))
-        return table->isRowHidden(row);
-    if (const auto *list = qobject_cast<const QListView *>(view))
-        return list->isRowHidden(row);
-    const auto *tree = qobject_cast<const QTreeView *>(view);
-    return tree && tree->isRowHidden(row, tree->rootIndex());
-}
-
-bool isColumnHidden(const QAbstractItemView *view, int column)
-{
-    if (const auto *table = qobject_cast<const QTableView *>(view))
-        return table->isColumnHidden(column);
-    // A list shows one column of its model.
-    if (const auto *list = qobject_cast<const QListView *>(view))
-        return column != list->modelColumn();
-    const auto *tree = qobject_cast<const QTreeView *>(view);
-    return tree && tree->isColumnHidden(column);
-}
-
-template <typename IsHidden>
-std::vector<int> shownOf(const QAbstractItemView *view, int count, const IsHidden &isHidden)
-{
-    std::vector<int> shown;
-    for (int i = 0; i < count; ++i) {
-        if (!isHidden(view, i))
-            shown.push_back(i);
-    }
-    return shown;
-}
-
 } // namespace
 
 ModelTableRange::ModelTableRange(QAbstractItemView *view, int firstRow, int endRow, int firstColumn,
                                  int endColumn)
     : TableRange(firstRow, endRow, firstColumn, endColumn)
     , m_view(view)
+    , m_rows(shownRows(view))
+    , m_columns(shownColumns(view))
 {
-    if (const QAbstractItemModel *model = view->model()) {
-        m_rows = shownOf(view, model->rowCount(view->rootIndex()), isRowHidden);
-        m_columns = shownOf(view, model->columnCount(view->rootIndex()), isColumnHidden);
-    }
     const auto rows = static_cast<int>(m_rows.size());
     const auto columns = static_cast<int>(m_columns.size());
     setRange(qMin(firstRow, rows), qMin(endRow, rows), qMin(firstColumn, columns),

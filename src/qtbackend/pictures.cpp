@@ -3,7 +3,7 @@
 #include "qtbackend/turneventloop.h"
 #include "shared/imageequality.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
@@ -51,12 +51,41 @@ QImage paintWindows(const QRect &area, const std::vector<QObject *> &objects)
     return image;
 }
 
+// While it lives, fields that have the focus show their cursor.
+class SteadyCursor
+{
+public:
+    SteadyCursor()
+        : m_flashTime(QApplication::cursorFlashTime())
+    {
+        QApplication::setCursorFlashTime(0);
+    }
+    ~SteadyCursor() { QApplication::setCursorFlashTime(m_flashTime); }
+
+    SteadyCursor(const SteadyCursor &) = delete;
+    SteadyCursor &operator=(const SteadyCursor &) = delete;
+
+private:
+    int m_flashTime;
+};
+
 } // namespace
 
 QImage grabWidget(QObject *object)
 {
     return object && object->isWidgetType() ? static_cast<QWidget *>(object)->grab().toImage()
                                             : QImage();
+}
+
+QImage paintWidget(QWidget *widget)
+{
+    const SteadyCursor steadyCursor;
+    QImage image(widget->size(), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull())
+        return {};
+    image.fill(Qt::transparent);
+    widget->render(&image);
+    return image;
 }
 
 Screenshot grabScreenshot(QObject *object, int delay, QString *error)

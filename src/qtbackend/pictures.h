@@ -7,14 +7,19 @@
 #include <vector>
 
 class QObject;
+class QWidget;
 
 namespace Morvex {
 
 /// A picture of a widget as it is now, hidden ones included. Null for what is no widget.
 QImage grabWidget(QObject *object);
 
-/// The same once @p delay, in milliseconds, is over, with the place of its pixels on the screen.
-/// Null on failure; @p error then has a text.
+/// The same with a pixel for each unit of the widget's coordinates, whatever the screen. The text
+/// cursor of fields doesn't blink in it.
+QImage paintWidget(QWidget *widget);
+
+/// The picture of grabWidget once @p delay, in milliseconds, is over, with the place of its pixels
+/// on the screen. Null on failure; @p error then has a text.
 Screenshot grabScreenshot(QObject *object, int delay, QString *error);
 
 /// The screen. Where the platform has no picture of it, those of @p objects that are visible

@@ -9,8 +9,6 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QDataStream>
-#include <QHash>
 #include <QImage>
 #include <QLineEdit>
 #include <QListView>
@@ -381,66 +379,6 @@ TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)
     // A loop that ends by itself lets the other tests have theirs again.
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QCoreApplication::exec();
-}
-
-TEST_F(QtInspectorTest, ADumpHoldsTheTreeOfWidgetsInTheFormOfElements)
-{
-    button.setText("Press");
-    ObjectMap map;
-    map.insert(":Press", ObjectName("{text='Press' window='window'}"));
-    ObjectMap::install(&map);
-    const QByteArray dump =
-        inspector.callFunction("dumpObject", {find("button")->id(), QByteArray("f")}, nullptr)
-            .toByteArray();
-    ASSERT_EQ(dump.at(0), char(0xc5));
-    QDataStream stream(dump.mid(1));
-    stream.setVersion(12);
-    int elements, superTypes, events, children;
-    QString id, type, concrete, simplified, space, superType, text, realName, symbolicName;
-    bool transparent, subgraph, isWindow, relative;
-    QRect rect;
-    QImage image;
-    QHash<QString, QString> properties, identifying;
-    stream >> elements >> id >> type >> concrete >> simplified >> space >> superTypes;
-    for (int i = 0; i < superTypes; ++i)
-        stream >> superType;
-    stream >> transparent >> subgraph >> isWindow >> text >> rect >> relative >> image;
-    stream >> realName >> symbolicName >> properties >> identifying >> events >> children;
-    EXPECT_EQ(stream.status(), QDataStream::Ok);
-    EXPECT_TRUE(stream.atEnd());
-    EXPECT_EQ(elements, 1);
-    EXPECT_EQ(id, QString::number(find("button")->id()));
-    EXPECT_EQ(concrete, "QPushButton");
-    EXPECT_EQ(superType, "QObject");
-    EXPECT_EQ(text, "Press");
-    EXPECT_EQ(rect, QRect(button.mapToGlobal(QPoint()), button.size()));
-    EXPECT_EQ(image.size(), button.size());
-    EXPECT_EQ(realName, "{name='button' type='QPushButton'}");
-    EXPECT_EQ(symbolicName, ":Press");
-    EXPECT_EQ(properties["enabled"], "true");
-    EXPECT_EQ(properties["focusPolicy"], "StrongFocus");
-    EXPECT_EQ(properties["window"], "{name='window' type='QWidget'}");
-    EXPECT_FALSE(properties.contains("palette"));
-    EXPECT_EQ(identifying["text"], "Press");
-    EXPECT_EQ(children, 0);
-
-    edit.setText("secret");
-    edit.setEchoMode(QLineEdit::Password);
-    const QByteArray withPassword =
-        inspector.callFunction("dumpObject", {find("edit")->id()}, nullptr).toByteArray();
-    const auto streamed = [](const QString &value) {
-        QByteArray bytes;
-        QDataStream out(&bytes, QIODevice::WriteOnly);
-        out << value;
-        return bytes;
-    };
-    EXPECT_TRUE(withPassword.contains(streamed(edit.displayText())));
-    EXPECT_FALSE(withPassword.contains(streamed(edit.text())));
-
-    const QByteArray refused =
-        inspector.callFunction("dumpObject", {find("action")->id()}, nullptr).toByteArray();
-    EXPECT_EQ(refused.mid(1), "The object is not a widget");
-    EXPECT_NE(refused.at(0), char(0xc5));
 }
 
 #include "qtinspector_test.moc"

@@ -12,6 +12,30 @@ const quint32 endOfChain = 0xfffffffe;
 const int headerSize = 512;
 const int directoryEntrySize = 128;
 const int miniSectorSize = 64;
+
+// Offsets in the header of the file.
+enum HeaderField {
+    SectorShift = 30,
+    DirectorySector = 48,
+    SmallStreamLimit = 56,
+    SmallTableSector = 60,
+    TableListSector = 68,
+    TableList = 76,
+};
+
+// Offsets in an entry of the directory.
+enum EntryField {
+    NameSize = 64,
+    EntryType = 66,
+    LeftSibling = 68,
+    RightSibling = 72,
+    FirstChild = 76,
+    FirstSector = 116,
+    StreamSize = 120,
+};
+
+const quint8 storageType = 1;
+
 // Four of these bytes end a chain.
 const char endOfFile = '\xff';
 
@@ -26,6 +50,7 @@ Number numberAt(const QByteArray &bytes, qint64 offset)
 struct DirectoryEntry
 {
     QString name;
+    bool isStorage;
     quint32 left;
     quint32 right;
     quint32 firstChild;
@@ -38,7 +63,7 @@ struct DirectoryEntry
 class Sectors
 {
 public:
-    // The first sector lies at @p origin.
+    // The first sector is at @p origin.
     Sectors(const QByteArray &bytes, int sectorSize, int origin)
         : m_bytes(bytes)
         , m_sectorSize(sectorSize)
@@ -83,17 +108,18 @@ public:
         : m_file(file)
         , m_sectors(file, sectorSizeOf(file), sectorSizeOf(file))
         , m_table(sectorTable())
-        , m_directory(m_sectors.chain(numberAt<quint32>(file, 48), m_table))
+        , m_directory(m_sectors.chain(numberAt<quint32>(file, DirectorySector), m_table))
     {
     }
 
     QByteArray stream(const QStringList &names) const
     {
-        const std::vector<bool> isInRoot = rootChildren();
-        for (std::size_t index = 0; index < isInRoot.size(); ++index) {
-            const DirectoryEntry candidate = entry(static_cast<int>(index));
-            if (names.contains(candidate.name))
-                return isInRoot[index] ? content(candidate) : QByteArray();
+        const std::vector<DirectoryEntry> entries = rootEntries();
+        for (const QString &name : names) {
+            for (const DirectoryEntry &found : entries) {
+                if (!found.isStorage && found.name.compare(name, Qt::CaseInsensitive) == 0)
+                    return content(found);
+            }
         }
         return {};
     }
@@ -101,7 +127,7 @@ public:
 private:
     static int sectorSizeOf(const QByteArray &file)
     {
-        return numberAt<quint16>(file, 30) == 12 ? 4096 : 512;
+        return numberAt<quint16>(file, SectorShift) == 12 ? 4096 : 512;
     }
 
     // The numbers of the sectors that hold the table: some in the header, more in a chain of
@@ -119,8 +145,8 @@ private:
                 table += m_sectors.sector(number).leftJustified(sectorSize, endOfFile);
             }
         };
-        append(m_file.mid(76, headerSize - 76));
-        auto next = numberAt<quint32>(m_file, 68);
+        append(m_file.mid(TableList, headerSize - TableList));
+        auto next = numberAt<quint32>(m_file, TableListSector);
         for (int count = m_file.size() / sectorSize; count > 0 && next < endOfChain; --count) {
             const QByteArray numbers = m_sectors.sector(next);
             if (numbers.size() < sectorSize)
@@ -131,42 +157,49 @@ private:
         return table;
     }
 
-    // Which entries lie in the root and in no storage within it. Those of a storage make a tree.
-    std::vector<bool> rootChildren() const
+    // Those of a storage make a tree. Embedded documents have storages of their own.
+    std::vector<DirectoryEntry> rootEntries() const
     {
-        std::vector<bool> isChild(
-            static_cast<std::size_t>(m_directory.size() / directoryEntrySize));
+        std::vector<bool> isSeen(static_cast<std::size_t>(m_directory.size() / directoryEntrySize));
+        std::vector<DirectoryEntry> entries;
         std::vector<quint32> pending = {entry(0).firstChild};
         while (!pending.empty()) {
             const quint32 index = pending.back();
             pending.pop_back();
             // A damaged tree may go in circles.
-            if (index >= isChild.size() || isChild[index])
+            if (index >= isSeen.size() || isSeen[index])
                 continue;
-            isChild[index] = true;
-            const DirectoryEntry child = entry(static_cast<int>(index));
-            pending.push_back(child.left);
-            pending.push_back(child.right);
+            isSeen[index] = true;
+            entries.push_back(entry(static_cast<int>(index)));
+            pending.push_back(entries.back().left);
+            pending.push_back(entries.back().right);
         }
-        return isChild;
+        return entries;
     }
 
     DirectoryEntry entry(int index) const
     {
         const int offset = index * directoryEntrySize;
-        const int nameLength = qBound(0, numberAt<quint16>(m_directory, offset + 64) / 2 - 1, 31);
+        const int nameLength =
+            qBound(0, numberAt<quint16>(m_directory, offset + NameSize) / 2 - 1, 31);
         QString name;
         for (int i = 0; i < nameLength; ++i)
             name += QChar(numberAt<quint16>(m_directory, offset + i * 2));
-        const auto number = [&](int place) {
-            return numberAt<quint32>(m_directory, offset + place);
+        const auto number = [&](int field) {
+            return numberAt<quint32>(m_directory, offset + field);
         };
-        return {name, number(68), number(72), number(76), number(116), number(120)};
+        return {name,
+                numberAt<quint8>(m_directory, offset + EntryType) == storageType,
+                number(LeftSibling),
+                number(RightSibling),
+                number(FirstChild),
+                number(FirstSector),
+                number(StreamSize)};
     }
 
     QByteArray content(const DirectoryEntry &found) const
     {
-        const bool isSmall = found.size < numberAt<quint32>(m_file, 56);
+        const bool isSmall = found.size < numberAt<quint32>(m_file, SmallStreamLimit);
         QByteArray bytes =
             isSmall ? smallContent(found.firstSector) : m_sectors.chain(found.firstSector, m_table);
         bytes.truncate(static_cast<int>(qMin<quint32>(found.size, INT_MAX)));
@@ -176,7 +209,8 @@ private:
     QByteArray smallContent(quint32 firstSector) const
     {
         const Sectors small(m_sectors.chain(entry(0).firstSector, m_table), miniSectorSize, 0);
-        return small.chain(firstSector, m_sectors.chain(numberAt<quint32>(m_file, 60), m_table));
+        return small.chain(firstSector,
+                           m_sectors.chain(numberAt<quint32>(m_file, SmallTableSector), m_table));
     }
 
     const QByteArray m_file;

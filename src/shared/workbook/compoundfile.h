@@ -10,9 +10,9 @@ namespace Morvex {
 /// Whether the file begins like a compound file, the container of office documents of old.
 MORVEX_EXPORT bool isCompoundFile(const QByteArray &file);
 
-/// The first stream of one of these names in a compound file. Empty when @p file is no such file,
-/// has no such stream, or has one in a storage, as embedded documents do, in front of it, which
-/// the library that reads the texts would take; where the file is damaged the stream ends.
+/// The stream of the first of these names that a compound file has outside of the storages of
+/// embedded documents, in any case. Empty when @p file is no such file or has no such stream; where
+/// the file is damaged the stream ends.
 MORVEX_EXPORT QByteArray readCompoundStream(const QByteArray &file, const QStringList &names);
 
 } // namespace Morvex

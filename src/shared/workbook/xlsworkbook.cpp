@@ -1,117 +1,120 @@
 #include "shared/workbook/xlsworkbook.h"
 
-#include "shared/workbook/biffscan.h"
+#include "shared/workbook/biffrecord.h"
+#include "shared/workbook/bifftext.h"
 #include "shared/workbook/compoundfile.h"
 
 #include <QFile>
 
-#include <freexl.h>
-
 namespace Morvex {
 namespace {
+
+const quint16 defaultCodePage = 1252;
+
+// What programs can write, and far below what a byte array holds.
+const qint64 maxFileSize = 1024 * 1024 * 1024;
 
 // Files of old are nothing but the stream.
 QByteArray workbookStream(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > maxFileSize)
         return {};
-    const QByteArray content = file.readAll();
+    const QByteArray content = file.read(file.size());
+    // A file of two versions has the newer one in the first of these.
     return isCompoundFile(content)
                ? readCompoundStream(content, {QStringLiteral("Workbook"), QStringLiteral("Book")})
                : content;
 }
 
-std::optional<XlsCell> cellOf(const FreeXL_CellValue &value)
-{
-    switch (value.type) {
-    case FREEXL_CELL_INT:
-        return XlsCell{XlsCell::Integer, QString(), double(value.value.int_value)};
-    case FREEXL_CELL_DOUBLE:
-        return XlsCell{XlsCell::Float, QString(), value.value.double_value};
-    case FREEXL_CELL_TEXT:
-    case FREEXL_CELL_SST_TEXT:
-    case FREEXL_CELL_DATE:
-    case FREEXL_CELL_DATETIME:
-    case FREEXL_CELL_TIME:
-        return XlsCell{XlsCell::String, QString::fromUtf8(value.value.text_value), 0};
-    default:
-        return std::nullopt;
-    }
-}
-
 } // namespace
-
-XlsWorkbook::XlsWorkbook() = default;
-
-XlsWorkbook::~XlsWorkbook()
-{
-    if (m_handle)
-        freexl_close(m_handle);
-}
 
 bool XlsWorkbook::load(const QString &fileName)
 {
-    m_scan = std::make_unique<BiffScan>(workbookStream(fileName));
-    if (isPasswordProtected())
+    return loadStream(workbookStream(fileName));
+}
+
+bool XlsWorkbook::loadStream(const QByteArray &stream)
+{
+    m_stream = stream;
+    BiffRecordWalk walk(this->stream(), 0);
+    BiffRecord record;
+    std::vector<std::string_view> sharedStrings;
+    bool isInSharedStrings = false;
+    while (walk.next(&record)) {
+        isInSharedStrings = record.type() == BiffRecord::SharedStrings ||
+                            (record.type() == BiffRecord::Continue && isInSharedStrings);
+        if (isInSharedStrings)
+            sharedStrings.push_back(record.from(0));
+        else
+            take(record, walk.offset());
+    }
+    if (m_hasPassword)
         return true;
-    // A workbook that the library does not understand may come back as a null handle without an
-    // error. Without the scan the results of formulas would be missing.
-    const int code = freexl_open(QFile::encodeName(fileName).constData(), &m_handle);
-    return code == FREEXL_OK && m_handle &&
-           freexl_get_info(m_handle, FREEXL_BIFF_SHEET_COUNT, &m_sheetCount) == FREEXL_OK &&
-           m_scan->sheetCount() == sheetCount() && m_scan->canReadTexts();
+    m_form.sharedStrings = readBiffSharedStrings(sharedStrings);
+    return walk.isComplete() && (m_form.codec || !m_hasCodePage);
 }
 
-bool XlsWorkbook::isPasswordProtected() const
+void XlsWorkbook::take(const BiffRecord &record, quint32 end)
 {
-    return m_scan && m_scan->hasPassword();
+    const int boundSheetNameOffset = 6;
+    const int sheetHeaderNameOffset = 4;
+    if (record.isBof())
+        begin(record);
+    else if (record.type() == BiffRecord::CodePage && m_hasCodePage)
+        m_form.codec = codecOfCodePage(record.word(0));
+    else if (record.type() == BiffRecord::FilePass)
+        m_hasPassword = true;
+    else if (record.type() == BiffRecord::BoundSheet)
+        m_sheets.push_back({record.doubleWord(0), record.from(boundSheetNameOffset)});
+    else if (record.type() == BiffRecord::SheetHeader)
+        m_sheets.push_back({end, record.from(sheetHeaderNameOffset)});
 }
 
-int XlsWorkbook::sheetCount() const
+void XlsWorkbook::begin(const BiffRecord &bof)
 {
-    return static_cast<int>(m_sheetCount);
+    const quint16 version8 = 0x0600;
+    const quint16 sheet = 0x0010;
+    m_hasCodePage = bof.type() != BiffRecord::Bof5 || bof.word(0) != version8;
+    m_form.codec = m_hasCodePage ? codecOfCodePage(defaultCodePage) : nullptr;
+    // Before the value are the place and a format of two bytes, once of three.
+    m_form.valueOffset = bof.type() == BiffRecord::Bof2 ? 7 : 6;
+    // A file of old has one sheet and nothing around it.
+    if (bof.type() != BiffRecord::Bof5 && bof.word(2) == sheet)
+        m_sheets.push_back({0, {}});
 }
 
 QString XlsWorkbook::sheetName(int sheet) const
 {
-    const char *name = nullptr;
-    freexl_get_worksheet_name(m_handle, static_cast<unsigned short>(sheet), &name);
-    return QString::fromUtf8(name);
+    const std::string_view name = m_sheets.at(static_cast<std::size_t>(sheet)).name;
+    if (name.empty())
+        return {};
+    const auto length = static_cast<quint8>(name.front());
+    return BiffText(m_form.codec, length, name.substr(1)).text();
 }
 
 bool XlsWorkbook::selectSheet(int sheet)
 {
-    unsigned short columns = 0;
-    if (freexl_select_active_worksheet(m_handle, static_cast<unsigned short>(sheet)) != FREEXL_OK ||
-        freexl_worksheet_dimensions(m_handle, &m_rowCount, &columns) != FREEXL_OK)
-        return false;
-    m_columnCount = columns;
-    m_sheet = sheet;
-    const auto cells = m_scan->cells(sheet);
-    if (cells)
-        m_scannedCells = *cells;
-    return cells.has_value();
+    m_selectedOffset = m_sheets.at(static_cast<std::size_t>(sheet)).offset;
+    std::optional<BiffSheet> selected = BiffSheet::read(stream(), m_selectedOffset, m_form);
+    if (selected)
+        m_selected = std::move(*selected);
+    return selected.has_value();
 }
 
 std::optional<XlsCell> XlsWorkbook::cell(unsigned column, unsigned row) const
 {
-    if (row > BiffScan::maxRow || column > BiffScan::maxColumn)
-        return std::nullopt;
-    const auto scanned = m_scannedCells.constFind(BiffScan::place(row, column));
-    if (scanned != m_scannedCells.constEnd())
-        return *scanned;
-    FreeXL_CellValue value;
-    if (row >= m_rowCount || column >= m_columnCount ||
-        freexl_get_cell_value(m_handle, row, static_cast<unsigned short>(column), &value) !=
-            FREEXL_OK)
-        return std::nullopt;
-    return cellOf(value);
+    return m_selected.cell(column, row);
 }
 
 bool XlsWorkbook::hasCell(unsigned column, unsigned row) const
 {
-    return cell(column, row) || m_scan->hasBlank(m_sheet, row, column);
+    return cell(column, row) || BiffSheet::hasBlank(stream(), m_selectedOffset, column, row);
+}
+
+std::string_view XlsWorkbook::stream() const
+{
+    return {m_stream.constData(), static_cast<std::size_t>(m_stream.size())};
 }
 
 } // namespace Morvex

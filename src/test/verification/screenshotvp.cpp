@@ -1,5 +1,6 @@
 #include "test/testvp.h"
 
+#include "shared/imagecomparison.h"
 #include "shared/imageequality.h"
 #include "shared/imagemask.h"
 #include "shared/uiabstraction/loadimage.h"
@@ -88,6 +89,16 @@ bool maskImages(const ImageMask &mask, QImage *actual, QImage *expected)
     return true;
 }
 
+// A null picture leaves no file, not that of an earlier check either.
+void saveBeside(const QImage &image, const QString &failedImage, const QString &name)
+{
+    const QFileInfo info(failedImage);
+    const QString path =
+        info.dir().filePath(info.fileName().replace(QLatin1String("failed"), name));
+    QFile::remove(path);
+    image.save(path, "PNG");
+}
+
 void learnImage(QDomElement &element, QDomDocument &document, const QImage &image)
 {
     QBuffer buffer;
@@ -134,12 +145,10 @@ QString storeDifferingImages(const QString &dir, const QImage &actual, const QIm
                               "images failed.");
     const QString path = numberedFile(dir, QStringLiteral("failed"), QStringLiteral(".png"));
     actual.save(path, "PNG");
-    // For reports, which show both side by side.
-    QString name = QFileInfo(path).fileName();
-    const QString beside = dir + name.replace(QLatin1String("failed"), QLatin1String("expected"));
-    // Not that of an earlier check.
-    QFile::remove(beside);
-    expected.save(beside, "PNG");
+    // For reports, which show them side by side.
+    saveBeside(expected, path, QStringLiteral("expected"));
+    saveBeside(ImageComparison::normalizedCorrelationDiff(expected, actual, 0, 1), path,
+               QStringLiteral("difference"));
     return QStringLiteral("Differing screenshot saved as '%1'").arg(path);
 }
 

@@ -36,7 +36,8 @@ struct VPCall
     /// Whether the document has learned something.
     bool updated = false;
 
-    void addResult(TestResult::ResultType resultType, const QString &message, const QString &details);
+    void addResult(TestResult::ResultType resultType, const QString &message,
+                   const QString &details);
 
     /// Adds an ERROR, whose message begins with the name of the verification point. Returns false,
     /// the outcome of the check.

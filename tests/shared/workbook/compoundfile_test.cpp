@@ -27,6 +27,7 @@ QByteArray sector(const QByteArray &start, char filler = '\xff')
 struct Entry
 {
     QString name;
+    char type;
     quint32 left;
     quint32 right;
     quint32 child;
@@ -38,7 +39,7 @@ QByteArray directoryEntry(const Entry &entry)
     const int nameSize = 64;
     QByteArray name(reinterpret_cast<const char *>(entry.name.utf16()), entry.name.size() * 2);
     const auto length = char(name.size() + 2);
-    return name.leftJustified(nameSize, '\0') + length + QByteArray(3, '\0') +
+    return name.leftJustified(nameSize, '\0') + length + '\0' + entry.type + '\0' +
            numbers({entry.left, entry.right, entry.child}) + QByteArray(36, '\0') +
            numbers({entry.firstSector, 2 * sectorSize, 0});
 }
@@ -56,47 +57,59 @@ QByteArray compoundFile(const QVector<Entry> &entries, const QVector<quint32> &t
            QByteArray(2 * sectorSize, 'b');
 }
 
+const char storage = 1;
+const char stream = 2;
+const char root = 5;
+
 } // namespace
 
-TEST(CompoundFileTest, TheStreamOfAnEmbeddedDocumentIsNotTakenForThatOfTheFile)
+TEST(CompoundFileTest, TheStreamIsFoundByItsNameOutsideOfEmbeddedDocuments)
 {
     const QByteArray a(2 * sectorSize, 'a');
     const struct
     {
         const char *what;
         QVector<Entry> entries;
-        QByteArray stream;
+        QByteArray content;
     } cases[] = {
-        {"alone", {{"Root", none, none, 1, 0}, {"Book", none, none, none, 2}}, a},
-        {"in front of a storage with another",
-         {{"Root", none, none, 2, 0},
-          {"Book", none, none, none, 2},
-          {"Storage", 1, none, 3, 0},
-          {"Book", none, none, none, 4}},
+        {"alone", {{"Root", root, none, none, 1, 0}, {"Book", stream, none, none, none, 2}}, a},
+        {"in capitals",
+         {{"Root", root, none, none, 1, 0}, {"BOOK", stream, none, none, none, 2}},
+         a},
+        {"after the one that is preferred",
+         {{"Root", root, none, none, 1, 0},
+          {"Book", stream, none, 2, none, 4},
+          {"Workbook", stream, none, none, none, 2}},
+         a},
+        {"beside a storage with another",
+         {{"Root", root, none, none, 2, 0},
+          {"Workbook", stream, none, none, none, 4},
+          {"Storage", storage, none, 3, 1, 0},
+          {"Book", stream, none, none, none, 2}},
          a},
         {"only in a storage",
-         {{"Root", none, none, 1, 0}, {"Storage", none, none, 2, 0}, {"Book", none, none, none, 4}},
-         {}},
-        {"behind a storage with another, which the library takes",
-         {{"Root", none, none, 2, 0},
-          {"Book", none, none, none, 4},
-          {"Storage", none, 3, 1, 0},
-          {"Book", none, none, none, 2}},
+         {{"Root", root, none, none, 1, 0},
+          {"Book", storage, none, none, 2, 0},
+          {"Book", stream, none, none, none, 4}},
          {}},
         {"in a tree that goes in circles",
-         {{"Root", none, none, 1, 0}, {"Storage", 1, 2, none, 0}, {"Book", 1, 2, 0, 2}},
+         {{"Root", root, none, none, 1, 0},
+          {"Storage", storage, 1, 2, none, 0},
+          {"Book", stream, 1, 2, 0, 2}},
          a},
         {"in a tree that leaves the directory",
-         {{"Root", none, none, 1, 0}, {"Book", 4, 0x80000000, none, 2}},
+         {{"Root", root, none, none, 1, 0}, {"Book", stream, 4, 0x80000000, none, 2}},
          a},
     };
     for (const auto &row : cases)
-        EXPECT_EQ(readCompoundStream(compoundFile(row.entries), {"Book"}), row.stream) << row.what;
+        EXPECT_EQ(readCompoundStream(compoundFile(row.entries), {"Workbook", "Book"}), row.content)
+            << row.what;
 }
 
 TEST(CompoundFileTest, APartOfTheTableThatIsCutDoesNotMoveTheRest)
 {
-    const QVector<Entry> entries = {{"Root", none, none, 1, 0}, {"Book", none, none, none, 2}};
+    const QVector<Entry> entries = {{"Root", root, none, none, 1, 0},
+                                    {"Book", stream, none, none, none, 2}};
     EXPECT_EQ(readCompoundStream(compoundFile(entries, {9999, 0}), {"Book"}),
               QByteArray(sectorSize, 'a'));
 }

@@ -1,0 +1,97 @@
+#include "test/upload/uploadfile.h"
+
+#include "test/upload/uploadlines.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Morvex {
+namespace {
+
+const qint64 maxFileSize = 1024 * 1024 * 1024;
+const int chunkSize = 1024 * 1024;
+
+class Descriptor
+{
+public:
+    // A pipe without a writer must not block.
+    explicit Descriptor(const QString &path)
+        : m_number(::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC))
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_number >= 0)
+            ::close(m_number);
+    }
+
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    // The size of a regular file; -1 for anything else.
+    qint64 fileSize() const
+    {
+        struct stat status = {};
+        const bool isFile =
+            m_number >= 0 && ::fstat(m_number, &status) == 0 && S_ISREG(status.st_mode);
+        return isFile ? status.st_size : -1;
+    }
+
+    // The bytes read: 0 at the end, -1 on failure.
+    ssize_t read(char *data, std::size_t size) const
+    {
+        ssize_t count = -1;
+        do {
+            count = ::read(m_number, data, size);
+        } while (count < 0 && errno == EINTR);
+        return count;
+    }
+
+private:
+    int m_number;
+};
+
+void tellTooLarge(const QString &path)
+{
+    writeErrorLine("morvexrunner: quillbase: '" + path.toUtf8() +
+                   "' is larger than 1 GB and is not uploaded\n");
+}
+
+} // namespace
+
+std::optional<QByteArray> readUploadFile(const QString &path)
+{
+    if (path.isEmpty())
+        return {};
+    const Descriptor file(path);
+    const qint64 size = file.fileSize();
+    if (size < 0)
+        return {};
+    if (size > maxFileSize) {
+        tellTooLarge(path);
+        return {};
+    }
+    QByteArray content;
+    content.reserve(static_cast<int>(size) + chunkSize);
+    // What the file has become since it was asked for its size counts.
+    for (;;) {
+        const int before = content.size();
+        content.resize(before + chunkSize);
+        const ssize_t count = file.read(content.data() + before, chunkSize);
+        content.resize(before + static_cast<int>(qMax<ssize_t>(count, 0)));
+        if (count < 0)
+            return {};
+        if (count == 0)
+            return content;
+        if (content.size() > maxFileSize) {
+            tellTooLarge(path);
+            return {};
+        }
+    }
+}
+
+} // namespace Morvex

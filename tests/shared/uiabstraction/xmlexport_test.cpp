@@ -1,0 +1,166 @@
+#include "shared/uiabstraction/xmlexport.h"
+
+#include "shared/browserelement.h"
+#include "shared/uiabstraction/uielement.h"
+#include "support/capture.h"
+#include "support/sampletrees.h"
+#include "support/xmldocument.h"
+
+#include <QBuffer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+using namespace Morvex::UIAbstraction;
+using namespace MorvexTest;
+
+namespace {
+
+QByteArray xmlOf(const QList<UIElement *> &elements)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    XmlExporter exporter(elements);
+    EXPECT_TRUE(exporter.toXml(&buffer)) << exporter.errorText().toStdString();
+    return buffer.data();
+}
+
+// What a text is once it was in a file: blanks alone are nothing, and some characters are replaced.
+QString stored(QString text)
+{
+    text.replace(QString(QChar(0xd83d)) + QChar(0x1b) + QChar(0xffff) + QChar(0xdce6),
+                 QString(4, QChar::ReplacementCharacter));
+    return text;
+}
+
+QMap<QString, QString> stored(const QHash<QString, QString> &properties)
+{
+    QMap<QString, QString> map;
+    for (auto it = properties.begin(); it != properties.end(); ++it)
+        map.insert(stored(it.key()), stored(it.value()));
+    return map;
+}
+
+void expectEqual(const BrowserElement &read, const UIElement &element)
+{
+    EXPECT_EQ(read.id().toString(), element.id());
+    EXPECT_EQ(read.type(),
+              element.standardType().isKnown() ? element.standardType().toString() : QString());
+    EXPECT_EQ(read.className(), stored(element.concreteType()));
+    EXPECT_EQ(read.simplifiedType(), stored(element.simplifiedType()));
+    EXPECT_EQ(read.nameSpace(), stored(element.nameSpace()));
+    EXPECT_EQ(read.superClasses().last(), stored(element.superTypes().last()));
+    EXPECT_EQ(read.realName(), stored(element.realName()));
+    EXPECT_EQ(read.symbolicName(), stored(element.symbolicName()));
+    EXPECT_EQ(read.text(), stored(element.text()));
+    EXPECT_EQ(read.isTopLevel(), element.isWindowNode());
+    EXPECT_EQ(read.properties(), stored(element.concreteProperties()));
+    EXPECT_EQ(read.identifyingProperties(), stored(element.identifyingProperties()));
+    EXPECT_EQ(read.image().size(), element.image().size());
+    if (element.geometry().rect().isValid()) {
+        EXPECT_EQ(read.geometry().rect().topLeft(), element.geometry().rect().topLeft());
+        EXPECT_EQ(read.geometry().width(), element.geometry().width());
+        EXPECT_EQ(read.geometry().isRelative(), element.geometry().isRelative());
+    }
+    const QMap<UIEvent, int> usage = element.usageMap();
+    for (auto it = usage.begin(); it != usage.end(); ++it)
+        EXPECT_EQ(read.coverage(stored(it.key().name())), it.value());
+    const QList<UIElement *> children = element.children();
+    ASSERT_EQ(read.children().size(), children.size());
+    for (int i = 0; i < children.size(); ++i)
+        expectEqual(*read.children().at(i), *children.at(i));
+}
+
+} // namespace
+
+TEST(XmlExportTest, RandomTreesComeBackFromTheirXmlWithAllThatXmlHolds)
+{
+    for (quint32 seed = 1; seed <= 40; ++seed) {
+        QRandomGenerator random(seed);
+        const auto tree = randomTree(random, 1 + random.bounded(6));
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        XmlExporter exporter(QList<UIElement *>{tree.get()});
+        exporter.setSkipTransparentNodes(false);
+        exporter.setHonourSubgraphTransparency(false);
+        ASSERT_TRUE(exporter.toXml(&buffer));
+        EXPECT_EQ(XmlDocument(buffer.data()).error(), QString()) << seed;
+        BrowserElement root(nullptr, QStringLiteral("live"));
+        QString error;
+        ASSERT_TRUE(BrowserElement::readXML(&root, buffer.data(), &error)) << error.toStdString();
+        ASSERT_EQ(root.children().size(), 1);
+        expectEqual(*root.children().first(), *tree);
+        if (HasFailure())
+            FAIL() << seed;
+    }
+}
+
+TEST(XmlExportTest, TransparentNodesGiveTheirPlaceAndHideTheirSubtrees)
+{
+    const auto add = [](UIElement *parent, const char *type) {
+        auto *element = new UIElement(QString(), StandardType(), QLatin1String(type));
+        parent->addChild(element);
+        return element;
+    };
+    UIElement top(QString(), StandardType(), QStringLiteral("Top"));
+    top.setTransparentNode(true);
+    add(add(&top, "A"), "B");
+    UIElement *opaque = add(&top, "C");
+    opaque->setSubgraphTransparent(true);
+    add(opaque, "D");
+    const XmlDocument document(xmlOf({&top}));
+    EXPECT_EQ(document.texts("/ui/execution/state/element/@class"), (QStringList{"A", "C"}));
+    EXPECT_EQ(document.texts("//element/children/element/@class"), (QStringList{"B"}));
+    EXPECT_EQ(XmlDocument(xmlOf({})).count("/ui[@version='1.0']/execution/state[not(*)]"), 1);
+}
+
+TEST(XmlExportTest, WhatCantBeWrittenWholeIsAnError)
+{
+    UIElement element(QString(), StandardType(), QString(100000, QLatin1Char('x')));
+    XmlExporter exporter(QList<UIElement *>{&element});
+    QBuffer buffer;
+    EXPECT_FALSE(exporter.toXml(&buffer));
+    EXPECT_EQ(exporter.errorText(), QLatin1String("Device is not open!"));
+    buffer.open(QIODevice::ReadOnly);
+    EXPECT_FALSE(exporter.toXml(&buffer));
+    EXPECT_EQ(exporter.errorText(), QLatin1String("Device is not writable!"));
+    const QTemporaryDir dir;
+    const struct
+    {
+        QString file;
+        const char *text;
+    } rows[] = {
+        {dir.filePath(QStringLiteral("no/%1 %2")), "Failed to open file '%1': No such file"},
+        {QStringLiteral("/dev/full"), "Failed to write file '%1': No space left"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_FALSE(exporter.toXml(row.file));
+        const QString start = QString::fromLatin1(row.text).replace(QLatin1String("%1"), row.file);
+        EXPECT_EQ(exporter.errorText().left(start.size()), start);
+    }
+    EXPECT_TRUE(exporter.toXml(dir.filePath(QStringLiteral("ui"))));
+}
+
+TEST(XmlExportTest, ReadersTakeTheDeepestTreesThatAreWritten)
+{
+    auto *top = new UIElement(QString(), StandardType(), QStringLiteral("A"));
+    UIElement *deepest = top;
+    for (int i = 0; i < maxElementLevels + 10; ++i) {
+        deepest->setConcreteProperty(QStringLiteral("text"), QStringLiteral("a"));
+        auto *child = new UIElement(QString(), StandardType(), QStringLiteral("A"));
+        deepest->addChild(child);
+        deepest = child;
+    }
+    QByteArray xml;
+    EXPECT_NE(standardErrorOf([&] { xml = xmlOf({top}); }), "");
+    delete top;
+    BrowserElement root(nullptr, QStringLiteral("live"));
+    QString error;
+    ASSERT_TRUE(BrowserElement::readXML(&root, xml, &error)) << error.toStdString();
+    int levels = 0;
+    for (auto *element = &root; !element->children().isEmpty();
+         element = element->children().first())
+        ++levels;
+    EXPECT_EQ(levels, maxElementLevels);
+}
