@@ -48,7 +48,9 @@ TestResult::VPType vpTypeOf(const QString &type)
         return TestResult::PROPERTY_VP;
     if (type == QLatin1String("Screenshot"))
         return TestResult::SCREENSHOT_VP;
-    return type == QLatin1String("Table") ? TestResult::TABLE_VP : TestResult::NO_VP;
+    if (type == QLatin1String("Table"))
+        return TestResult::TABLE_VP;
+    return type == QLatin1String("Visual") ? TestResult::VISUAL_VP : TestResult::NO_VP;
 }
 
 bool namesSeveralObjects(const QDomElement &root)
@@ -225,6 +227,7 @@ bool TestVP::attempt(QDomElement &element, VPCall &call) const
     case TestResult::TABLE_VP:
         return performTableVerification(element, call);
     case TestResult::VISUAL_VP:
+        return performTitanVerification(element, call);
     case TestResult::NO_VP:
         break;
     }

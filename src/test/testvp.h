@@ -62,6 +62,7 @@ private:
     bool performPropertyVerification(const QDomElement &element, VPCall &call) const;
     bool performScreenshotVerification(QDomElement &element, VPCall &call) const;
     bool performTableVerification(QDomElement &element, VPCall &call) const;
+    bool performTitanVerification(const QDomElement &element, VPCall &call) const;
 
     QString m_name;
     QFileInfo m_file;
