@@ -9,8 +9,8 @@ class QObject;
 
 namespace Morvex {
 
-/// What a user does to an object. Each returns an error text, empty on success: what is hidden,
-/// disabled, covered or under a modal dialog or an open popup can't be used.
+/// What a user does to an object. Each returns an error text, empty on success: an object that is
+/// hidden, disabled, covered, or blocked by a modal dialog or an open popup can't be used.
 
 enum class ClickKind { Single, Double };
 

@@ -255,7 +255,7 @@ TEST_F(UserInputTest, WhatTakesNoInputIsAnErrorNotASuccess)
     add<QLabel>("label", {0, 0, 100, 30});
     auto *box = add<QWidget>("box", {0, 40, 200, 200});
     add<QPushButton>("button", {0, 0, 100, 30}, box)->setEnabled(false);
-    EXPECT_EQ(type("label", "a"), "the widget takes no keys");
+    EXPECT_EQ(type("label", "a"), "the widget does not accept keyboard input");
     EXPECT_EQ(click("box", {10, 10}), "{name='button' type='QPushButton'}: the widget is disabled");
 }
 
