@@ -1,5 +1,6 @@
 #include "runner/scriptverification.h"
 
+#include "runner/pointmaker.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
@@ -55,6 +56,11 @@ VerificationOptions optionsOf(const QVariantMap &values)
     return options;
 }
 
+bool isLearning()
+{
+    return qgetenv("MORVEX_LEARN_SCREENSHOTS") == "1";
+}
+
 } // namespace
 
 ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplication *application,
@@ -71,12 +77,15 @@ ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplica
 bool ScriptVerification::verify(const QString &name, const QVariantMap &options, QObject *table,
                                 int row)
 {
+    const QString path = pointPath(name);
+    if (!QFileInfo::exists(path))
+        return make(name, path, options);
     const auto *data = qobject_cast<const ScriptData *>(table);
     const std::vector<LineInfo> stack = m_engine->currentStack();
     LiveResolver resolver(m_application);
     const int failuresBefore = m_result->failureCount();
     const int warningsBefore = m_result->resultCount(TestResult::WARNING);
-    const VPResult outcome = TestVP(name, pointPath(name))
+    const VPResult outcome = TestVP(name, path)
                                  .verify(m_result, stack, &m_runner, QString(), &resolver,
                                          optionsOf(options), data ? data->record(row) : nullptr,
                                          options.value(QStringLiteral("expectFail")).toBool());
@@ -85,7 +94,66 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     else if (!options.value(QStringLiteral("silent")).toBool())
         addMissingResult(name, outcome, m_result->failureCount() > failuresBefore,
                          m_result->resultCount(TestResult::WARNING) > warningsBefore);
+    if (isLearning() && outcome.summary() == VPResult::SummaryFailed && isVisualPoint(path))
+        addWarning(QStringLiteral("Verification point '%1' was not changed").arg(name),
+                   QStringLiteral("Visual verification points are not updated. Delete '%1' to have "
+                                  "it made again.")
+                       .arg(path));
     return outcome.summary() == VPResult::SummaryPassed;
+}
+
+bool ScriptVerification::make(const QString &name, const QString &path, const QVariantMap &options)
+{
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    const PointRequest request{options.value(QStringLiteral("object")).toString(),
+                               options.value(QStringLiteral("type")).toString(),
+                               options.value(QStringLiteral("properties")).toStringList()};
+    if (!isLearning() || request.type.isEmpty()) {
+        m_result->addError(
+            QStringLiteral("Verification point file '%1' cannot be opened.").arg(name),
+            howToMakePoint(name, path), stack);
+        return false;
+    }
+    QString error;
+    const SharedPtr<Object> object = m_application->object(request.objectName, 0, &error);
+    if (object)
+        error = makePointFile(path, request, object);
+    if (!error.isEmpty()) {
+        m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
+                           error, stack);
+        return false;
+    }
+    if (!fillIn(name, path, stack))
+        return false;
+    addWarning(QStringLiteral("Verification point '%1' was made of object '%2'")
+                   .arg(name, request.objectName),
+               QStringLiteral("Its file is '%1'.").arg(path));
+    return true;
+}
+
+// The content of screenshots and tables is that of a check that learns.
+bool ScriptVerification::fillIn(const QString &name, const QString &path,
+                                const std::vector<LineInfo> &stack)
+{
+    LiveResolver resolver(m_application);
+    VerificationOptions options;
+    options.setFlag(VerificationOptions::SilentVerification);
+    options.setScreenshotDelay(0);
+    const VPResult outcome =
+        TestVP(name, path)
+            .verify(m_result, stack, &m_runner, QString(), &resolver, options, nullptr, false);
+    if (outcome.summary() == VPResult::SummaryPassed)
+        return true;
+    QFile::remove(path);
+    m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
+                       QStringLiteral("What it would hold does not stay the same."), stack);
+    return false;
+}
+
+void ScriptVerification::addWarning(const QString &message, const QString &details)
+{
+    m_result->addResult(currentLocalTime(), TestResult::WARNING, message, details,
+                        m_engine->currentStack(), QString(), -1);
 }
 
 // A report must not look better than what the script is told.
@@ -100,10 +168,8 @@ void ScriptVerification::addMissingResult(const QString &name, const VPResult &o
                                : QStringLiteral("The file expects what can't be read."),
                            stack);
     else if (outcome.summary() == VPResult::SummaryPassed && outcome.message().isEmpty())
-        m_result->addResult(currentLocalTime(), TestResult::WARNING,
-                            QStringLiteral("Verification point '%1' checks nothing").arg(name),
-                            QStringLiteral("The file has no element 'Verification'."), stack,
-                            QString(), -1);
+        addWarning(QStringLiteral("Verification point '%1' checks nothing").arg(name),
+                   QStringLiteral("The file has no element 'Verification'."));
 }
 
 QString ScriptVerification::pointPath(const QString &name) const
