@@ -139,12 +139,15 @@ bool ScriptVerification::fillIn(const QString &name, const QString &path,
     VerificationOptions options;
     options.setFlag(VerificationOptions::SilentVerification);
     options.setScreenshotDelay(0);
+    const int failuresBefore = m_result->failureCount();
     const VPResult outcome =
         TestVP(name, path)
             .verify(m_result, stack, &m_runner, QString(), &resolver, options, nullptr, false);
     if (outcome.summary() == VPResult::SummaryPassed)
         return true;
     QFile::remove(path);
+    if (m_result->failureCount() > failuresBefore)
+        return false;
     m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
                        QStringLiteral("What it would hold does not stay the same."), stack);
     return false;
