@@ -156,8 +156,9 @@
         var hasProperties = Array.isArray(options.properties) && options.properties.length > 0;
         if (hasProperties !== (options.type === "ObjectProperties"))
             throw new TypeError("option 'properties' has to be an array of names, of type ObjectProperties alone");
-        checked.object = name(options.object instanceof FoundObject ? options.object.name : options.object,
-                              "option 'object'");
+        checked.object = options.object instanceof FoundObject ? options.object.name
+                                                               : nameFunctions.nameText(options.object);
+        name(checked.object, "option 'object'");
         checked.type = options.type;
         checked.properties = hasProperties ? options.properties.map(text) : [];
     }

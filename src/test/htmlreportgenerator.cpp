@@ -5,6 +5,8 @@
 #include "shared/temporarydir.h"
 #include "shared/trace.h"
 #include "test/report/openreport.h"
+#include "test/reportgeneratorshared.h"
+#include "test/webreport/visualtrees.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportrepair.h"
 
@@ -99,6 +101,7 @@ void reportRepair(const WebReportRepair &repair)
 
 struct HtmlReportGenerator::Private
 {
+    QString resultDir;
     bool isBegun = false;
 };
 
@@ -107,6 +110,7 @@ HtmlReportGenerator::HtmlReportGenerator(std::unique_ptr<std::ostream> output,
     : JsonReportGenerator(std::move(output), resultDir, type, Version1_2)
     , d(std::make_unique<Private>())
 {
+    d->resultDir = resultDir;
 }
 
 HtmlReportGenerator::~HtmlReportGenerator()
@@ -145,6 +149,21 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
         return {nullptr, opened.error};
     reportRepair(repair);
     return {new HtmlReportGenerator(std::move(opened.stream), *resultDir, type), QString()};
+}
+
+// The page shows the trees of a visual verification that failed from a file beside the snapshot.
+void HtmlReportGenerator::doHandleEntry(const TestResult::Entry &entry)
+{
+    if (entry.vpType == TestResult::VISUAL_VP &&
+        (entry.type == TestResult::FAIL || entry.type == TestResult::XFAIL)) {
+        const QFileInfo snapshot(vpFailedImgFromMsg(entry.details));
+        const QString reportDir = QDir(d->resultDir).canonicalPath() + QLatin1Char('/');
+        if (snapshot.isFile() && snapshot.canonicalFilePath().startsWith(reportDir) &&
+            !writeVisualTrees(entry.vpFile.filePath(), snapshot.filePath()))
+            std::fprintf(stderr, "morvexrunner: the trees of '%s' could not be stored\n",
+                         qUtf8Printable(snapshot.filePath()));
+    }
+    JsonReportGenerator::doHandleEntry(entry);
 }
 
 void HtmlReportGenerator::init()

@@ -106,7 +106,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
          "Error: the application has been stopped"},
         {"check.point('a', {Retry: 5})", "TypeError: unknown option 'Retry'"},
         {"check.point('a', {object: 'a'})", "TypeError: option 'type' has to be one of Object"},
-        {"check.point('a', {type: 'Visual'})", "TypeError: option 'object' has to have a name"},
+        {"check.point('a', {type: 'Visual'})", "TypeError: a name has to be a text or an object"},
         {"check.point('a', {object: 'a', type: 'ObjectProperties'})",
          "TypeError: option 'properties' has to be an array of names"},
         {"check.point('a', {record: {}})", "TypeError: option 'record' has to be a record"},
@@ -253,12 +253,12 @@ TEST_F(ApplicationTest, LearningMakesPointsOfEachTypeThatDoNotExist)
                   point + "' to have it made again.");
     EXPECT_EQ(readFile(point), before);
 
-    const QStringList impossible =
-        results("application.start('inventory');\n"
-                "check.point('a', {object: 'none', type: 'Visual'});\n"
-                "check.point('b', {object: 'state', type: 'Table'});\n"
-                "check.point('c', {object: 'state', type: 'ObjectProperties', properties: ['none']});",
-                {"--learn"});
+    const QStringList impossible = results(
+        "application.start('inventory');\n"
+        "check.point('a', {object: 'none', type: 'Visual'});\n"
+        "check.point('b', {object: 'state', type: 'Table'});\n"
+        "check.point('c', {object: 'state', type: 'ObjectProperties', properties: ['none']});",
+        {"--learn"});
     EXPECT_EQ(impossible.filter("could not be made|").size(), 2);
     EXPECT_EQ(impossible.filter("ERROR b: Invalid object type|").size(), 1);
     EXPECT_EQ(impossible.size(), 3);

@@ -36,7 +36,11 @@
 
     function objectDump({ failedObjectDump }) {
         return isFile(failedObjectDump)
-            ? block('Object snapshot', element('p', null, fileLink(failedObjectDump)))
+            ? block(
+                  'Object snapshot',
+                  element('p', null, fileLink(failedObjectDump)),
+                  report.visualTrees(locationLink(failedObjectDump)),
+              )
             : null;
     }
 
