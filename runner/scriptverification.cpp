@@ -5,7 +5,9 @@
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
 #include "shared/clock.h"
+#include "shared/environment.h"
 #include "test/objectnameresolverinterface.h"
+#include "test/tablevp.h"
 #include "test/testvp.h"
 
 #include <QDir>
@@ -58,7 +60,7 @@ VerificationOptions optionsOf(const QVariantMap &values)
 
 bool isLearning()
 {
-    return qgetenv("MORVEX_LEARN_SCREENSHOTS") == "1";
+    return Environment::getVariable("MORVEX_LEARN_SCREENSHOTS") == "1";
 }
 
 } // namespace
@@ -77,24 +79,29 @@ ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplica
 bool ScriptVerification::verify(const QString &name, const QVariantMap &options, QObject *table,
                                 int row)
 {
+    const std::vector<LineInfo> stack = m_engine->currentStack();
     const QString path = pointPath(name);
+    const bool isSilent = options.value(QStringLiteral("silent")).toBool();
+    const bool learns = isLearning();
     if (!QFileInfo::exists(path))
         return make(name, path, options);
+    if (!isSilent && !learns && hasUnreadableTable(path)) {
+        m_result->addError(QStringLiteral("Verification point '%1' failed").arg(name),
+                           QStringLiteral("The table in '%1' can't be read.").arg(path), stack);
+        return false;
+    }
     const auto *data = qobject_cast<const ScriptData *>(table);
-    const std::vector<LineInfo> stack = m_engine->currentStack();
     LiveResolver resolver(m_application);
     const int failuresBefore = m_result->failureCount();
-    const int warningsBefore = m_result->resultCount(TestResult::WARNING);
     const VPResult outcome = TestVP(name, path)
                                  .verify(m_result, stack, &m_runner, QString(), &resolver,
                                          optionsOf(options), data ? data->record(row) : nullptr,
                                          options.value(QStringLiteral("expectFail")).toBool());
     if (outcome.summary() == VPResult::SummaryError)
         m_result->addError(outcome.message(), outcome.details(), stack);
-    else if (!options.value(QStringLiteral("silent")).toBool())
-        addMissingResult(name, outcome, m_result->failureCount() > failuresBefore,
-                         m_result->resultCount(TestResult::WARNING) > warningsBefore);
-    if (isLearning() && outcome.summary() == VPResult::SummaryFailed && isVisualPoint(path))
+    else if (!isSilent)
+        addMissingResult(name, outcome, m_result->failureCount() > failuresBefore);
+    if (learns && outcome.summary() == VPResult::SummaryFailed && isVisualPoint(path))
         addWarning(QStringLiteral("Verification point '%1' was not changed").arg(name),
                    QStringLiteral("Visual verification points are not updated. Delete '%1' to have "
                                   "it made again.")
@@ -159,16 +166,15 @@ void ScriptVerification::addWarning(const QString &message, const QString &detai
                         m_engine->currentStack(), QString(), -1);
 }
 
-// A report must not look better than what the script is told.
+// A report must not look better than the outcome that the script gets.
 void ScriptVerification::addMissingResult(const QString &name, const VPResult &outcome,
-                                          bool hasLoggedFailure, bool hasLearned)
+                                          bool hasLoggedFailure)
 {
     const std::vector<LineInfo> stack = m_engine->currentStack();
     if (outcome.summary() == VPResult::SummaryFailed && !hasLoggedFailure)
         m_result->addError(QStringLiteral("Verification point '%1' failed").arg(name),
-                           hasLearned
-                               ? QStringLiteral("It was to fail, and has learned what it found.")
-                               : QStringLiteral("The file expects what can't be read."),
+                           QStringLiteral("It was expected to fail, but its file has been updated "
+                                          "(--learn)."),
                            stack);
     else if (outcome.summary() == VPResult::SummaryPassed && outcome.message().isEmpty())
         addWarning(QStringLiteral("Verification point '%1' checks nothing").arg(name),

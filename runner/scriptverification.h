@@ -37,8 +37,7 @@ private:
     bool make(const QString &name, const QString &path, const QVariantMap &options);
     bool fillIn(const QString &name, const QString &path, const std::vector<LineInfo> &stack);
     void addWarning(const QString &message, const QString &details);
-    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure,
-                          bool hasLearned);
+    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
     QString pointPath(const QString &name) const;
 
     ScriptEngine *m_engine;
