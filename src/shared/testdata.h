@@ -5,6 +5,8 @@
 #include <QString>
 
 #include <memory>
+#include <string_view>
+#include <vector>
 
 namespace Morvex {
 
@@ -31,11 +33,14 @@ public:
     QString valueAsString(int column) const;
     QString valueAsString(const QString &fieldName) const;
 
-    /// A column behind the last one is reached by empty fields.
+    /// A column after the last one is reached by empty fields.
     void setValue(int column, const QString &value);
     void addValue(const QString &value);
     /// Room for @p count fields at once, for readers that know how many come.
     void reserve(int count);
+    /// Replaces all values by UTF-8 texts that follow each other, given the end of each in
+    /// @p texts. They take no more memory than they need until another value is set.
+    void setValues(std::string_view texts, const std::vector<quint32> &ends);
 
     /// Inserts a null text before a column that exists; anything else is ignored.
     void insertField(int column);

@@ -380,7 +380,8 @@ TEST_F(WorkbookTest, HowTheCellsOfASheetRead)
     for (const auto &row : cases) {
         EXPECT_EQ(rowsOfSheet(worksheet(row.dimension, row.rows), strings), row.result)
             << row.rows.toStdString();
-        EXPECT_EQ(messages, "") << row.rows.toStdString();
+        const bool hasEmptyTexts = row.rows.contains("inlineStr") || row.rows.contains("\"str\"");
+        EXPECT_EQ(messages.empty(), !hasEmptyTexts) << row.rows.toStdString() << messages;
     }
     rowsOfSheet(worksheet("A1", "<row r=\"1\"><c r=\"A1\" t=\"s\"><v>2</v></c></row>"), strings);
     EXPECT_FALSE(open(path)->header()->valueAsString(0).isNull());
@@ -437,7 +438,7 @@ TEST_F(WorkbookTest, SheetsThatNoProgramWritesGiveAnEmptySet)
         worksheet("A1:XFD1048576", cells + "<row r=\"1048576\"/>"),
         worksheet("A1", cells + QByteArray("<row r=\"1\"/><row r=\"1048576\"/>").repeated(3)),
         worksheet("A1", QByteArray("<row><c r=\"XFD1\"/></row>").repeated(2047) +
-                            ("<row>" + QByteArray("<c/>").repeated(16000) + "</row>").repeated(2)),
+                            ("<row>" + QByteArray("<c/>").repeated(16000) + "</row>").repeated(40)),
         worksheet("A1", cells + QByteArray("<x>").repeated(200000)),
         worksheet("A1", names + cells),
         worksheet("A1", cells + "<x>" + QByteArray(3000000, ' ') + "</x>"),
