@@ -144,6 +144,8 @@ const std::vector<Option> &optionTable()
          Takes::Nothing, flag(&O::rerunFailed)},
         {"--learn", "", "replace the screenshots and tables of verification points that differ",
          Section::Run, Takes::Nothing, flag(&O::learn)},
+        {"--coverage", "", "count what the test cases do to the elements of the application",
+         Section::Run, Takes::Nothing, flag(&O::coverage)},
         {"--resultdir", "DIRECTORY", "copy attachments there, unless a report has such a directory",
          Section::Run, Takes::Value, text(&O::resultDir)},
         {"--snoozeFactor", "FACTOR", "stretch the pauses of scripts", Section::Run, Takes::Value,

@@ -11,6 +11,7 @@ const { dataFile, deepStatement } = require('./testdata');
 const { eventually, heading } = tools;
 
 tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
+    const cut = { dataIsCut: true };
     const rows = (page) => page.locator('#tree .row').first();
 
     test('A file that is cut is repaired through the file chooser', async () => {
@@ -27,8 +28,23 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
                 await page.locator('#runPicker').selectOption('0');
                 assert.match(await page.locator('.totals').textContent(), /25 test cases/);
             },
-            { dataIsCut: true },
+            cut,
         );
+    });
+
+    test('A server lets the page read a file that is being written', async () => {
+        const text = dataFile(shopRuns());
+        const server = await tools.serve(report(text.slice(0, text.lastIndexOf('tst_report_18'))));
+        await onPage(
+            server.address,
+            async (page) => {
+                await rows(page).waitFor();
+                assert.match(await page.locator('#notices').innerText(), /still going on/);
+                assert.ok((await tools.rowNames(page)).includes('tst_report_17'));
+            },
+            cut,
+        );
+        server.close();
     });
 
     test('The data file can be dropped on the page', async () => {
@@ -49,12 +65,12 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
                     /end of the data was missing/,
                 );
             },
-            { dataIsCut: true },
+            cut,
         );
     });
 
     test('Sections too deep for the browser are shown through the chooser', async () => {
-        const directory = report(dataFile(shopRuns()) + deepStatement(5000));
+        const directory = report(dataFile([]) + deepStatement(5000));
         await onPage(
             tools.fileAddress(directory),
             async (page) => {
@@ -68,7 +84,7 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
                 await page.keyboard.press('k');
                 assert.match(await page.locator('#detail .marks').innerText(), /nested deeper/);
             },
-            { dataIsCut: true },
+            cut,
         );
     });
 

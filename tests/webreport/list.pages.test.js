@@ -91,6 +91,34 @@ tools.describePages('The list', ({ report, onPage, onShop }) => {
             assert.deepEqual(shown, ['tst_catalogue', 'tst_catalogue']);
         }));
 
+    test('The start page has the latest run of each suite, and keys stay within a suite', async () => {
+        const run = (name, start, body) =>
+            new RunBuilder(name, start).testCase('tst_' + name, body).finish();
+        const runs = [
+            run('red', '2026-01-01T00:00:00Z', (one) => one.pass('x')),
+            run('red', '2026-01-02T00:00:00Z', (one) => one.fail('Broken')),
+            run('green', '2026-01-02T01:00:00Z', (one) => one.pass('x')),
+        ];
+        await onPage(tools.fileAddress(report(dataFile(runs))), async (page) => {
+            assert.deepEqual(await rowNames(page), ['2 suites', 'red', 'green']);
+            assert.equal(await page.title(), '1 failed – 2 suites');
+            assert.match(await page.locator('#favicon').getAttribute('href'), /failed/);
+            await page.locator('.cause summary').click();
+            await page.locator('.cause .testlink').click();
+            await tools.eventually(() => heading(page), 'tst_red');
+            await page.keyboard.press('[');
+            assert.equal(await page.locator('#runPicker').inputValue(), '0');
+            assert.equal(await heading(page), 'tst_red');
+            await page.keyboard.press('a');
+            assert.equal(await heading(page), '2 suites');
+            const shown = async () =>
+                (await page.locator('.runs').last().innerText()).match(/Run/g);
+            assert.equal((await shown()).length, 4);
+            await page.getByLabel('Runs of').selectOption('1');
+            assert.equal((await shown()).length, 2);
+        });
+    });
+
     test('Rows are links that open in a tab of their own', () =>
         onShop('', async (page, context) => {
             const opened = context.waitForEvent('page');

@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { Navigation, address, filter, history, model, repair, runsOf } = require('./parts');
+const { Navigation, address, filter, historyOf, model, repair, runsOf, shown } = require('./parts');
 const { shopRuns } = require('./demo');
 const { RunBuilder, deepStatement, tableRow } = require('./testdata');
 
@@ -142,12 +142,12 @@ test('A sent address leads to its run also when older runs were cut away', () =>
     const runs = runsOf(documents);
     const state = { text: '', at: '', tests: new Map(), entries: new Map() };
     const sent = (run) => address.parse(address.format({ ...state, run: run.key })).run;
-    for (const run of runs) assert.equal(address.findRun(runs, sent(run)).run, run);
+    for (const run of runs) assert.equal(address.findRuns(runs, sent(run)).runs[0], run);
     const left = runsOf(documents.slice(1));
-    assert.equal(address.findRun(left, sent(runs[2])).run.document, documents[2]);
+    assert.equal(address.findRuns(left, sent(runs[2])).runs[0].document, documents[2]);
     const found = [sent(runs[0]), '', '2', '99'].map((key) => {
-        const { run, isThere } = address.findRun(left, key);
-        return run.index + ' ' + isThere;
+        const { runs: all, isThere } = address.findRuns(left, key);
+        return all.map((run) => run.index) + ' ' + isThere;
     });
     assert.deepEqual(found, ['3 false', '3 true', '1 true', '3 false']);
 });
@@ -221,50 +221,6 @@ test('The way back leads to the place, the view and the line that one had left',
     assert.equal(window.trail.length, 2);
 });
 
-test('Newly failing compares with the latest earlier run that really ran the test case', () => {
-    const bodies = {
-        pass: (run) => run.pass('x'),
-        fail: (run) => run.fail('x'),
-        skip: (run) => run.skipped('testcase', 't'),
-    };
-    const documentOf = (name, cases) => {
-        const run = new RunBuilder(name);
-        for (const [testCase, body] of Object.entries(cases))
-            run.testCase(testCase, () => bodies[body](run));
-        return run.finish();
-    };
-    const documents = [
-        documentOf('suite_a', {
-            was: 'pass',
-            skipped: 'pass',
-            absent: 'pass',
-            always: 'fail',
-            mended: 'fail',
-        }),
-        documentOf('suite_b', { was: 'fail', always: 'pass' }),
-        documentOf('suite_a', { was: 'pass', skipped: 'skip', always: 'fail', mended: 'fail' }),
-        documentOf('suite_a', {
-            was: 'fail',
-            skipped: 'fail',
-            absent: 'fail',
-            always: 'fail',
-            mended: 'pass',
-            first: 'fail',
-        }),
-    ];
-    const runs = runsOf(documents);
-    const last = model.buildRun(documents[3], 3);
-    history.markNewlyFailing(runs, last);
-    assert.deepEqual(
-        last.testCases.filter((node) => node.isNew).map((node) => node.name),
-        ['was', 'skipped', 'absent'],
-    );
-    assert.deepEqual(
-        history.historyOf(runs, last, 'absent').map(({ node }) => node && node.outcome),
-        ['passed', undefined, 'failed'],
-    );
-});
-
 test('What other runs know of a test is what its own page says', () => {
     const facts = ({ kind, outcome, duration, unfinished }) => ({
         kind,
@@ -288,16 +244,6 @@ test('What other runs know of a test is what its own page says', () => {
         );
         assert.equal(run.test('nowhere/at all'), undefined);
     }
-});
-
-test('Showing a run without failures reads nothing of the runs before', () => {
-    const before = new RunBuilder('suite_a').testCase('tst', (run) => run.pass('x')).finish();
-    const results = before.tests[0].tests[0];
-    Object.defineProperty(results, 'tests', { get: () => assert.fail('results were read') });
-    const document = new RunBuilder('suite_a').testCase('tst', (run) => run.pass('x')).finish();
-    const run = model.buildRun(document, 1);
-    history.markNewlyFailing(runsOf([before, document]), run);
-    assert.equal(run.testCases[0].isNew, false);
 });
 
 test('Sections nested by the thousand become rows of a list that is deep enough to read', () => {

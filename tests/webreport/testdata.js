@@ -162,4 +162,18 @@ function tableRow(elementType, line, texts, colors = []) {
     return { diffType: 'row', diffValue: { cells, line }, elementType };
 }
 
-module.exports = { RunBuilder, dataFile, deepStatement, documentText, statement, tableRow };
+/// What the page shows of the runs: the latest of each suite.
+function shownOf(documents) {
+    const { runsOf, shown, suites } = require('./parts');
+    return shown.build(suites.latestOf(runsOf(documents)));
+}
+
+module.exports = {
+    shownOf,
+    RunBuilder,
+    dataFile,
+    deepStatement,
+    documentText,
+    statement,
+    tableRow,
+};

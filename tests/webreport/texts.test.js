@@ -7,12 +7,11 @@ const {
     format,
     highlight,
     invisibles,
-    model,
     tableRows,
     textDiff,
     values,
 } = require('./parts');
-const { RunBuilder, tableRow } = require('./testdata');
+const { RunBuilder, shownOf, tableRow } = require('./testdata');
 
 function marked(segments) {
     return segments.map(({ text, differs }) => (differs ? '[' + text + ']' : text)).join('');
@@ -256,7 +255,7 @@ test('A copied failure holds what a ticket needs', () => {
     run.testCase('tst_a', () =>
         run.section('Form', () => run.fail('Button', { detail: "Expected 'on', got 'off'." })),
     );
-    const built = model.buildRun(run.finish(), 0);
+    const built = shownOf([run.finish()]);
     const failure = built.nodes.find((node) => node.entryKind === 'fail');
     for (const text of [
         failureText(built, failure, 'http://x/#at'),
@@ -279,7 +278,7 @@ test('Lines and blanks of a copied value survive the way into a ticket', () => {
     const run = new RunBuilder('suite_a').testCase('tst_a', (one) =>
         one.fail('Text', { detail: "Expected 'a\tb \nc', got ''." }),
     );
-    const built = model.buildRun(run.finish(), 0);
+    const built = shownOf([run.finish()]);
     const text = failureText(built, built.nodes[2], 'http://x/');
     assert.match(text, /Expected:\n {4}a→b \n {4}c\nActual: {3}\(empty\)\n/);
 });

@@ -18,7 +18,7 @@
         return [...modes].map(([key, mode]) => (mode === 'not' ? '-' : '') + key).join(',');
     }
 
-    /// `run` is the key of a run, or its number from 1; empty for the latest.
+    /// `run` is the key of a run, or its number from 1; empty for the latest of each suite.
     function parse(hash) {
         const fields = new Map();
         for (const field of hash.replace(/^#/, '').split('&')) {
@@ -57,11 +57,15 @@
         return '#' + join([['run', run], ['at', state.at], ...formatFilters(state)]);
     }
 
-    /// `{run, isThere}`: the run that the address names, or the latest when there is none such.
-    function findRun(runs, key) {
+    /// `{runs, isThere}`: the run that the address names, or the latest of each suite when there is
+    /// none such.
+    function findRuns(runs, key) {
         const found =
             runs.find((run) => run.key === key) || (/^\d+$/.test(key) && runs[Number(key) - 1]);
-        return { run: found || runs[runs.length - 1], isThere: Boolean(found || !key) };
+        return {
+            runs: found ? [found] : report.suites.latestOf(runs),
+            isThere: Boolean(found || !key),
+        };
     }
 
     /// The node at `at`, or the innermost one above it that this run has.
@@ -77,7 +81,7 @@
         parse,
         format,
         filterText: (state) => join(formatFilters(state)),
-        findRun,
+        findRuns,
         findNode,
     };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

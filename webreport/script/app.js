@@ -3,7 +3,7 @@
 (function (report) {
     'use strict';
 
-    const { address, criteria, filter, model } = report;
+    const { address, criteria, filter } = report;
     const narrow = window.matchMedia('(max-width: 860px)');
 
     class Page {
@@ -41,13 +41,16 @@
         // Address
 
         readAddress() {
-            const before = this.state;
+            const filters = this.state;
             this.state = address.parse(location.hash);
-            const { run, isThere } = address.findRun(this.runs, this.state.run);
-            const isSame = this.run && this.run.index === run.index;
-            this.useRun(run);
+            const { runs, isThere } = address.findRuns(this.runs, this.state.run);
+            const before = this.run;
+            this.useRuns(runs);
             this.current = address.findNode(this.run, this.state.at);
-            if (!isSame || address.filterText(before) !== address.filterText(this.state))
+            if (
+                before !== this.run ||
+                address.filterText(filters) !== address.filterText(this.state)
+            )
                 this.openTests.reset();
             this.openTests.openTo(this.current);
             this.sayWhatIsMissing(isThere);
@@ -67,17 +70,25 @@
                 );
         }
 
-        /// Only the tree of the shown run is kept.
-        useRun({ document, index }) {
+        /// Only the tree of what is shown is kept: a run, or several as one tree.
+        useRuns(runs) {
+            const index = runs.length === 1 ? runs[0].index : -1;
             if (this.run && this.run.index === index) return;
-            this.run = model.buildRun(document, index);
-            report.history.markNewlyFailing(this.runs, this.run);
+            this.run = report.shown.build(runs);
         }
 
         /// For links to a node, or to a run as a whole when there is none.
         addressOf(run, node) {
-            const { key } = this.runs[run.index];
+            const key = run.index < 0 ? '' : this.runs[run.index].key;
             return address.format({ ...this.state, run: key, at: node ? node.key : '' });
+        }
+
+        /// Names the run also where the latest of several are shown: for those who come later.
+        lastingAddressOf(node) {
+            const part = report.shown.partOf(this.run, node);
+            if (!part) return this.addressOf(this.run, node);
+            const at = report.shown.keyIn(part, node);
+            return address.format({ ...this.state, run: part.source.key, at });
         }
 
         addressHere() {
@@ -195,9 +206,19 @@
         }
 
         showRun(run) {
-            const key = this.current.key;
+            const part = report.shown.partOf(this.run, this.current);
+            this.showRuns([run], part ? report.shown.keyIn(part, this.current) : '');
+        }
+
+        /// The latest run of each suite.
+        showLatest() {
+            this.showRuns(report.suites.latestOf(this.runs), '');
+        }
+
+        /// `key` is the place, as in the tree that is shown then.
+        showRuns(runs, key) {
             report.notice.clear('address');
-            this.useRun(run);
+            this.useRuns(runs);
             this.current = address.findNode(this.run, key);
             this.openTests.reset();
             this.openTests.openTo(this.current);

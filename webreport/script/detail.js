@@ -33,8 +33,9 @@
         );
     }
 
-    function place(app, raw) {
-        return raw.uri ? fileLink(raw.uri, raw.lineNo, app.run.root.raw.uri) : '';
+    function place(app, node) {
+        const { uri, lineNo } = node.raw;
+        return uri ? fileLink(uri, lineNo, report.shown.baseOf(app.run, node)) : '';
     }
 
     function testFacts(app, node) {
@@ -44,7 +45,7 @@
             ['Duration', node.duration === null ? '' : duration(node.duration)],
             ['Started', time(raw.start)],
             ['Ended', raw.isSkipped ? '' : time(last.stop)],
-            ['Location', place(app, raw)],
+            ['Location', place(app, node)],
         ]);
     }
 
@@ -52,10 +53,13 @@
         const raw = node.raw;
         return facts([
             ['When', time(raw.time)],
-            ['Location', node.entryKind === 'attachment' ? '' : place(app, raw)],
+            ['Location', node.entryKind === 'attachment' ? '' : place(app, node)],
             ['Object', raw.objectName],
             ['Property', raw.property],
-            ['Verification point', raw.vpUri ? fileLink(raw.vpUri, 0, app.run.root.raw.uri) : ''],
+            [
+                'Verification point',
+                raw.vpUri ? fileLink(raw.vpUri, 0, report.shown.baseOf(app.run, node)) : '',
+            ],
         ]);
     }
 
@@ -71,6 +75,15 @@
                 icon('copy'),
                 failed ? 'Copy failure' : 'Copy',
             ),
+            report.rerunCommand(app.run, node)
+                ? button(
+                      '',
+                      () => report.commands.copyRerun(app, node),
+                      { class: 'copyrerun', title: 'Runs the failed test cases again (r)' },
+                      icon('copy'),
+                      'Copy command',
+                  )
+                : null,
             button(
                 '',
                 () => report.commands.copyAddress(app, node),
@@ -114,12 +127,19 @@
         ];
     }
 
+    function isRun({ run }, node) {
+        return !node.parent || run.parts.some((part) => part.node === node);
+    }
+
     function body(app, node) {
         if (node.kind === 'entry')
-            return [entryBody(app, node), report.entryView.justBefore(app, node)];
+            return [
+                report.model.isFailed(node) ? report.entryView.before(app, node) : null,
+                entryBody(app, node),
+            ];
         return [
             testFacts(app, node),
-            node.parent ? report.testView(app, node) : report.overview(app),
+            isRun(app, node) ? report.overview(app, node) : report.testView(app, node),
         ];
     }
 

@@ -7,7 +7,9 @@
 
     const { element, fileLink } = report.dom;
     const { locationLink, locationOfPath, locationText } = report.format;
-    const beforeShown = 5;
+
+    const unexpectedPass =
+        'This passed, but the script expects it to fail: the fault it waits for may be mended.';
 
     function block(title, ...content) {
         return element('section', { class: 'block' }, element('h2', null, title), content);
@@ -92,14 +94,20 @@
         if (link && /\.(png|jpe?g|gif|webp|bmp|svg)$/i.test(link))
             content.push(thumbnail(link, label));
         else if (link && /\.(mp4|webm|ogv)$/i.test(link)) content.push(views.video(link, label));
+        else if (
+            link &&
+            /\.(txt|log|out|err|json|xml|csv|tsv|md|js|conf|ini|yaml|yml)$/i.test(link)
+        )
+            content.push(views.textFile(link, label));
         return block('File', content);
     }
 
     function entryView(app, node, views) {
         const raw = node.raw;
-        const base = app.run.root.raw.uri;
+        const base = report.shown.baseOf(app.run, node);
         const long = node.name.length > 300 || node.name.includes('\n');
         return [
+            node.entryKind === 'xpass' ? element('p', { class: 'notice' }, unexpectedPass) : null,
             long ? block('Text', views.textBlock(node.name)) : null,
             values(views, raw),
             table(views, raw),
@@ -111,17 +119,15 @@
         ];
     }
 
-    /// The entries that led to a failure, which a filter may hide.
-    function justBefore(app, node) {
-        if (!report.model.isFailed(node)) return null;
-        const entries = node.parent.children.filter((one) => one.kind === 'entry');
-        const place = entries.indexOf(node);
-        return report.linkBlock(
-            app,
-            'Just before',
-            entries.slice(Math.max(0, place - beforeShown), place),
-        );
+    /// What led to a failure, which a filter may hide. The section of each is named where it is
+    /// not that of the failure.
+    function before(app, failure) {
+        const title = report.why.isCrash(failure) ? 'What it did last' : 'Just before';
+        const sectionOf = ({ parent }) =>
+            parent === failure.parent ? '' : 'in ' + report.marks.shortTitle(parent, 80);
+        const entries = report.why.before(app.run, failure);
+        return report.linkBlock(app, title, entries, { reasonOf: sectionOf });
     }
 
-    report.entryView = { entryView, justBefore };
+    report.entryView = { entryView, before };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

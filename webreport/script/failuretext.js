@@ -4,17 +4,47 @@
 
     const { locationText, dateTime } = report.format;
 
-    // Trackers refuse much longer texts.
-    const longest = 20000;
-    const mostFailures = 20;
+    // In bytes: what a person reads in a ticket. The report has the rest.
+    const longest = 2048;
+    const longestTitle = 300;
+    const longestDetail = 400;
+    const longestValue = 240;
+    const longestRow = 200;
+    const keptBefore = 60;
+    const mostFrames = 6;
+    const mostRows = 4;
 
-    function shortened(text) {
-        return text.length > longest
-            ? report.startOf(text, longest) +
-                  '\n[… ' +
-                  (text.length - longest) +
-                  ' more characters]'
-            : text;
+    const encoder = new TextEncoder();
+
+    function bytesOf(text) {
+        return encoder.encode(text).length;
+    }
+
+    function startOf(text, most) {
+        return text.length > most ? report.startOf(text, most) + ' …' : text;
+    }
+
+    /// The start of the text that fits in so many bytes.
+    function fitting(text, most) {
+        if (bytesOf(text) <= most) return text;
+        let [fits, tooLong] = [0, text.length];
+        while (tooLong - fits > 1) {
+            const middle = (fits + tooLong) >> 1;
+            if (bytesOf(text.slice(0, middle)) <= most - 6) fits = middle;
+            else tooLong = middle;
+        }
+        return report.startOf(text, fits).trimEnd() + '\n[…]';
+    }
+
+    /// `most` characters of a value round the first one that differs from the other value.
+    function excerpt(text, other, most) {
+        if (text.length <= most) return text;
+        let same = 0;
+        while (same < text.length && text[same] === other[same]) ++same;
+        let from = Math.max(0, Math.min(same - keptBefore, text.length - most));
+        if (/[\uDC00-\uDFFF]/.test(text[from])) ++from;
+        const part = startOf(text.slice(from), most);
+        return from > 0 ? '… ' + part : part;
     }
 
     function indented(text) {
@@ -26,7 +56,7 @@
     function valueText(label, value) {
         if (value === '') return label + ' (empty)';
         const { pieces, unseen } = report.invisibles;
-        const visible = pieces(shortened(value), unseen)
+        const visible = pieces(value, unseen)
             .map((piece) => {
                 if (typeof piece === 'string') return piece;
                 if (piece.code) return '[' + piece.code + ']';
@@ -42,36 +72,42 @@
 
     function valueLines(raw) {
         const values = report.values.comparedValues(raw);
-        return values
-            ? [valueText('Expected:', values.expected), valueText('Actual:  ', values.actual)]
-            : [];
+        if (!values) return [];
+        const { expected, actual } = values;
+        const isCut = Math.max(expected.length, actual.length) > longestValue;
+        const { line, column } = report.textDiff.firstDifference(expected, actual);
+        return [
+            ...(isCut ? [`First difference: line ${line}, character ${column}`] : []),
+            valueText('Expected:', excerpt(expected, actual, longestValue)),
+            valueText('Actual:  ', excerpt(actual, expected, longestValue)),
+        ];
+    }
+
+    function rowText(row) {
+        return row.cells.map((cell) => cell.text).join(' | ');
     }
 
     function tableLines(raw) {
         const rows = Array.isArray(raw.tablediff)
             ? report.tableRows.arrangedRows(raw.tablediff)
             : [];
-        return rows
-            .slice(0, 200)
-            .map(
-                (row) =>
-                    row.label +
-                    ' ' +
-                    row.side +
-                    ': ' +
-                    row.cells.map((cell) => cell.text).join(' | '),
-            );
+        const lines = rows.slice(0, mostRows).map((row) => {
+            const other = row.partner ? rowText(row.partner) : '';
+            return row.label + ' ' + row.side + ': ' + excerpt(rowText(row), other, longestRow);
+        });
+        const left = rows.length - lines.length;
+        return left > 0 ? [...lines, `[… ${left} more differences]`] : lines;
     }
 
     /// The values are not said twice.
     function detailLines(raw) {
         if (!raw.detail || report.values.isOnlyValues(raw)) return [];
         const { text, frames } = report.values.splitStack(raw.detail);
-        const calls = frames.map(
-            ({ name, file, line }) => '    ' + (name ? name + ' ' : '') + file + ':' + line,
-        );
+        const calls = frames
+            .slice(0, mostFrames)
+            .map(({ name, file, line }) => '    ' + (name ? name + ' ' : '') + file + ':' + line);
         return [
-            ...(text ? ['', shortened(text)] : []),
+            ...(text ? ['', startOf(text, longestDetail)] : []),
             ...(calls.length > 0 ? ['', 'Call stack:', ...calls] : []),
         ];
     }
@@ -83,10 +119,13 @@
     function entryText(run, node) {
         const raw = node.raw;
         return [
-            (raw.result || report.marks.typeLabel(node)) + ': ' + shortened(node.name),
+            (raw.result || report.marks.typeLabel(node)) + ': ' + startOf(node.name, longestTitle),
             ...field(
                 'In',
-                [run.name, ...report.marks.pathOf(node).map(report.marks.nodeTitle)].join(' › '),
+                [
+                    ...(run.parts.length > 1 ? [] : [run.name]),
+                    ...report.marks.pathOf(node).map(report.marks.nodeTitle),
+                ].join(' › '),
             ),
             ...field('At', locationText(raw.uri, raw.lineNo)),
             ...field('When', dateTime(raw.time)),
@@ -98,19 +137,23 @@
         ].join('\n');
     }
 
+    /// The first failure of the attempt that says why.
     function testText(run, node) {
-        const failures = report.model.entriesWithin(run, node, report.model.isFailed);
+        const attempt = report.why.failedAttempt(node);
+        const failures = report.model.entriesWithin(run, attempt, report.model.isFailed);
         const title = report.marks.outcomeOf(node).label + ': ' + report.marks.nodeTitle(node);
-        const texts = failures.slice(0, mostFailures).map((one) => entryText(run, one));
-        const left = failures.length - texts.length;
-        const more = left > 0 ? ['[… ' + left + ' more failures]'] : [];
-        return [title, ...texts, ...more].join('\n\n');
+        const left = failures.length - 1;
+        const more = left > 0 ? [`[… ${left} more ${left === 1 ? 'failure' : 'failures'}]`] : [];
+        return [title, ...failures.slice(0, 1).map((one) => entryText(run, one)), ...more].join(
+            '\n\n',
+        );
     }
 
-    /// With the address of the node at its end.
+    /// With the address of the node at its end; of 2 KB at most, unless the address is longer.
     function failureText(run, node, address) {
         const text = node.kind === 'entry' ? entryText(run, node) : testText(run, node);
-        return text + '\n\n' + address + '\n';
+        const end = '\n\n' + address + '\n';
+        return fitting(text, longest - bytesOf(end)) + end;
     }
 
     report.failureText = failureText;

@@ -41,6 +41,8 @@
     function marksOf(testCase) {
         const marks = [testCase.outcome];
         if (testCase.isNew) marks.push('new');
+        if (testCase.isFixed) marks.push('fixed');
+        if (testCase.isAdded) marks.push('added');
         if (testCase.unfinished && testCase.outcome !== 'unfinished') marks.push('unfinished');
         return marks;
     }
@@ -117,21 +119,29 @@
         return isEntry(a) - isEntry(b) || longer || a.id - b.id;
     }
 
-    function topOf(node) {
-        let top = node;
-        while (top.parent && top.parent.parent) top = top.parent;
-        return top;
+    /// Whether the children are sorted: those of runs. Below them the order is the story.
+    function isSortable(node) {
+        return !node.parent || node.parent.raw.type === 'overview';
+    }
+
+    /// The node and all it is in, outermost first.
+    function chainOf(node) {
+        const chain = [];
+        for (let one = node; one; one = one.parent) chain.unshift(one);
+        return chain;
     }
 
     /// Orders nodes as they are listed, also such as no filter lets through.
     function compareRows(a, b, slowest) {
-        const [left, right] = [topOf(a), topOf(b)];
-        const sorted = slowest && left !== right && left.parent && right.parent;
-        return sorted ? bySlowness(left, right) : a.id - b.id;
+        const [left, right] = [chainOf(a), chainOf(b)];
+        let depth = 0;
+        while (left[depth] && left[depth] === right[depth]) ++depth;
+        const sorted = slowest && left[depth] && right[depth] && isSortable(left[depth].parent);
+        return sorted ? bySlowness(left[depth], right[depth]) : a.id - b.id;
     }
 
     /// The nodes to list, top to bottom. `isOpen` decides for each shown test whether its children
-    /// are listed. Sorting is for the top level: below it the order is the story.
+    /// are listed.
     function listRows(run, selection, isOpen, slowest) {
         const rows = [];
         const waiting = [run.root];
@@ -141,7 +151,7 @@
             rows.push(node);
             if (node.kind === 'entry' || !isOpen(node)) continue;
             const children =
-                slowest && node === run.root ? [...node.children].sort(bySlowness) : node.children;
+                slowest && isSortable(node) ? [...node.children].sort(bySlowness) : node.children;
             for (let index = children.length - 1; index >= 0; --index)
                 waiting.push(children[index]);
         }
@@ -152,7 +162,7 @@
     /// where the order is not that of reading.
     function siblings(node, selection, slowest) {
         const { parent } = node;
-        if (!parent || (slowest && !parent.parent)) return null;
+        if (!parent || (slowest && isSortable(parent))) return null;
         const count = selection.count[parent.id];
         return { place: count + 1 - selection.fromEnd[node.id], count };
     }

@@ -22,6 +22,8 @@
         const options = [...app.runs]
             .reverse()
             .map((run) => element('option', { value: String(run.index) }, runLabel(run)));
+        const hasSuites = report.suites.latestOf(app.runs).length > 1;
+        const latest = element('option', { value: '-1' }, 'Latest run of each suite');
         const select = element(
             'select',
             {
@@ -29,8 +31,13 @@
                 'aria-label': 'Run',
                 'onpointerdown': () => addOutcomes(app, options),
                 'onfocus': () => addOutcomes(app, options),
-                'onchange': () => app.showRun(app.runs[Number(select.value)]),
+                'onchange': () => {
+                    const run = app.runs[Number(select.value)];
+                    if (run) app.showRun(run);
+                    else app.showLatest();
+                },
             },
+            hasSuites ? latest : null,
             options,
         );
         select.value = String(app.run.index);

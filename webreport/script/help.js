@@ -71,12 +71,33 @@
                     run: (app) => commands.goToFailure(app, -1),
                 },
                 {
+                    keys: ['t'],
+                    text: 'next failing test case',
+                    run: (app) => commands.goToTestCase(app, 1),
+                },
+                {
+                    keys: ['T'],
+                    text: 'previous failing test case',
+                    run: (app) => commands.goToTestCase(app, -1),
+                },
+                { keys: ['g'], text: 'next cause', run: (app) => commands.goToCause(app, 1) },
+                { keys: ['G'], text: 'previous cause', run: (app) => commands.goToCause(app, -1) },
+                {
                     keys: ['o'],
                     text: 'overview of the run',
                     run: (app) => app.open(app.run.root),
                 },
-                { keys: ['['], text: 'run before', run: (app) => commands.stepRun(app, -1) },
-                { keys: [']'], text: 'run after', run: (app) => commands.stepRun(app, 1) },
+                { keys: ['a'], text: 'latest run of each suite', run: (app) => app.showLatest() },
+                {
+                    keys: ['['],
+                    text: 'run before, of the same suite',
+                    run: (app) => commands.stepRun(app, -1),
+                },
+                {
+                    keys: [']'],
+                    text: 'run after, of the same suite',
+                    run: (app) => commands.stepRun(app, 1),
+                },
             ],
         },
         {
@@ -112,6 +133,11 @@
                     run: (app) => commands.copyFailure(app, app.current),
                 },
                 {
+                    keys: ['r'],
+                    text: 'copy the command that runs the failed test cases again',
+                    run: (app) => commands.copyRerun(app, app.current),
+                },
+                {
                     keys: ['l'],
                     text: 'copy the address of this place',
                     run: (app) => commands.copyAddress(app, app.current),
@@ -142,8 +168,9 @@
             'Place and filters are in the address: what you see is what a colleague sees.',
         'Search: all words must occur, in the result or a test round it; "two words" as a ' +
             'phrase; -word must not occur. Values, cells of tables, locations and outcomes count.',
-        'Newly failing: fails now and did not in the latest earlier run that ran it. ' +
-            'Flaky: failed at first and passed when tried again.',
+        'Newly failing: fails now and did not in the latest earlier run that ran it; fixed: the ' +
+            'other way round. Flaky: failed at first and passed when tried again, or changed ' +
+            'between failed and passed more than once in the last ten runs.',
     ];
 
     function notes() {

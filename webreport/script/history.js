@@ -2,39 +2,14 @@
 (function (report) {
     'use strict';
 
-    const { isFailed } = report.model;
-
-    /// A run of another suite may hold test cases of the same names.
-    function isSameSuite(run, other) {
-        return run.name === other.name && run.root.raw.type === other.raw.type;
+    /// `{run, node}` for each run of the suite that the test is in, oldest first; `node` is
+    /// undefined where the test did not run.
+    function historyOf(shown, node) {
+        const part = report.shown.partOf(shown, node);
+        if (!part) return [];
+        const key = report.shown.keyIn(part, node);
+        return part.source.suite.runs.map((run) => ({ run, node: run.test(key) }));
     }
 
-    /// `{run, node}` for each run of the same suite, oldest first; `node` is undefined where the
-    /// test did not run.
-    function historyOf(runs, run, key) {
-        return runs
-            .filter((other) => isSameSuite(run, other))
-            .map((other) => ({ run: other, node: other.test(key) }));
-    }
-
-    /// The test case in the latest earlier run that really ran it.
-    function previousOf(runs, run, key) {
-        for (let index = run.index - 1; index >= 0; --index) {
-            const found = isSameSuite(run, runs[index]) && runs[index].summary.cases.get(key);
-            if (found && found.outcome !== 'skipped' && found.outcome !== 'unfinished')
-                return found;
-        }
-        return null;
-    }
-
-    /// Sets `isNew` on the test cases of the model `run` that fail now and did not fail before.
-    function markNewlyFailing(runs, run) {
-        for (const testCase of run.testCases) {
-            const failed = isFailed(testCase) && testCase.outcome !== 'unfinished';
-            const previous = failed ? previousOf(runs, run, testCase.key) : null;
-            testCase.isNew = Boolean(previous) && !isFailed(previous);
-        }
-    }
-
-    report.history = { historyOf, markNewlyFailing };
+    report.historyOf = historyOf;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

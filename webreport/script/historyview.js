@@ -20,10 +20,15 @@
         return years.size > 1 ? [0, 10] : [5, 10];
     }
 
+    function isShown({ run }, { index }) {
+        return run.parts.some(({ source }) => source.index === index);
+    }
+
+    /// A link to the node in its run.
     function mark(app, point, dateRange) {
         const { run, node } = point;
         const title = description(point);
-        const here = run.index === app.run.index;
+        const here = isShown(app, run);
         return element(
             node ? 'a' : 'span',
             {
@@ -41,20 +46,25 @@
     }
 
     function summary(points) {
-        const ran = points.filter((point) => point.node);
-        const cutOff = ran.filter((point) => point.node.outcome === 'unfinished').length;
-        const failures = ran.filter((point) => report.model.isFailed(point.node)).length - cutOff;
-        const end = cutOff > 0 ? ', unfinished in ' + cutOff + '.' : '.';
-        return 'Failed in ' + failures + ' of ' + counted(ran.length, 'run', 'runs') + end;
+        const nodes = points.map((point) => point.node).filter(Boolean);
+        const cutOff = nodes.filter((node) => node.outcome === 'unfinished').length;
+        const failures = nodes.filter(report.model.isFailed).length - cutOff;
+        const { flaky, ran } = report.changes.flakiness(nodes);
+        const facts = [
+            'Failed in ' + failures + ' of ' + counted(nodes.length, 'run', 'runs'),
+            flaky > 0 ? 'flaky in ' + flaky + ' (' + Math.round((100 * flaky) / ran) + ' %)' : '',
+            cutOff > 0 ? 'unfinished in ' + cutOff : '',
+        ];
+        return facts.filter(Boolean).join(', ') + '.';
     }
 
     /// Null when no other run could know the test.
     function historyView(app, node) {
-        const points = report.history.historyOf(app.runs, app.run, node.key);
+        const points = report.historyOf(app.run, node);
         if (points.length < 2) return null;
         const dateRange = dateRangeOf(points);
         const strip = element('div', { class: 'strip' });
-        const here = points.findIndex((point) => point.run.index === app.run.index);
+        const here = points.findIndex((point) => isShown(app, point.run));
         const { before, after, note } = report.windowList(
             strip,
             points,

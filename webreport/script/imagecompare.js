@@ -10,6 +10,7 @@
         { key: 'slider', label: 'Slider' },
         { key: 'side', label: 'Side by side' },
         { key: 'difference', label: 'Difference' },
+        { key: 'marked', label: 'Marked' },
     ];
     const zooms = [
         { key: 1, label: 'Fit' },
@@ -21,6 +22,11 @@
     // In pixels; below it two captions don't fit beside each other.
     const narrowest = 320;
 
+    function setLine(stage, wipe, percent) {
+        wipe.value = percent;
+        stage.style.setProperty('--wipe', wipe.value + '%');
+    }
+
     function slider(stage) {
         const input = element('input', {
             'type': 'range',
@@ -30,10 +36,9 @@
             'value': '50',
             'class': 'wipe',
             'aria-label': 'How much of the expected picture is shown',
-            'oninput': () => stage.style.setProperty('--wipe', input.value + '%'),
+            'oninput': () => setLine(stage, input, input.value),
         });
         stage.append(input);
-        stage.style.setProperty('--wipe', '50%');
         return input;
     }
 
@@ -69,12 +74,14 @@
     }
 
     /// Both pictures, with the ways to compare them. The choice holds for the next pictures too.
-    function comparison(view, expected, actual) {
-        const stage = element('div', null, expected.node, actual.node);
+    /// `difference` is the picture of their differences, or null.
+    function comparison(view, expected, actual, difference) {
+        const stage = element('div', null, expected.node, actual.node, difference?.node);
+        const offered = modes.filter(({ key }) => difference || key !== 'marked');
         const look = { class: 'pictures', tabindex: '0', role: 'group' };
         const box = element('div', { ...look, 'aria-label': 'Both pictures' }, stage);
         const wipe = slider(stage);
-        const modeChoice = choice('How to compare', modes, (mode) => use({ mode }));
+        const modeChoice = choice('How to compare', offered, (mode) => use({ mode }));
         const zoomChoice = choice('Zoom', zooms, (zoom) => use({ zoom }));
         const stronger = button('Stronger', () => use({ strong: !view.strong }), {
             class: 'toggle',
@@ -82,27 +89,32 @@
         });
         function use(change) {
             Object.assign(view, change);
-            stage.className = 'stage ' + view.mode + (view.strong ? ' strong' : '');
-            wipe.hidden = view.mode !== 'slider';
-            stronger.hidden = view.mode !== 'difference';
+            const mode = offered.some(({ key }) => key === view.mode) ? view.mode : 'slider';
+            stage.className = 'stage ' + mode + (view.strong ? ' strong' : '');
+            wipe.hidden = mode !== 'slider';
+            stronger.hidden = mode !== 'difference';
             stronger.setAttribute('aria-pressed', String(view.strong));
-            press(modeChoice, view.mode);
+            press(modeChoice, mode);
             press(zoomChoice, view.zoom);
             const height = heightInView(box);
             applyZoom([expected, actual], stage, view.zoom);
             if ('zoom' in change) showLine(box, wipe, height);
         }
         use({});
-        report.whenShown(box, () => showLine(box, wipe, 0.5));
+        const framed = report.pictureFrames.frame(expected, actual);
+        const middle = framed ? framed.middle : { x: 0.5, y: 0.5 };
+        setLine(stage, wipe, 100 * middle.x);
+        report.whenShown(box, () => showLine(box, wipe, middle.y));
         return [
             element('div', { class: 'ways' }, modeChoice, zoomChoice, stronger),
             sizeNote(expected, actual),
+            framed ? framed.note : null,
             box,
         ];
     }
 
-    function arranged(view, uris, expected, actual) {
-        if (expected.there && actual.there) return comparison(view, expected, actual);
+    function arranged(view, uris, expected, actual, difference) {
+        if (expected.there && actual.there) return comparison(view, expected, actual, difference);
         if (!expected.there && !actual.there) return missing('Actual', uris.actual);
         const shown = expected.there
             ? [expected.node, missing('Actual', uris.actual)]
@@ -114,14 +126,16 @@
     /// what is chosen.
     function imageCompare(view, uri) {
         const uris = urisOf(uri);
-        const { expected, actual } = figuresOf(uris);
+        const { expected, actual, difference } = figuresOf(uris);
         const box = element('div', { class: 'images' });
-        Promise.all([expected && expected.isThere, actual.isThere]).then((there) => {
+        const all = [expected, actual, difference];
+        Promise.all(all.map((one) => one && one.isThere)).then((there) => {
             const content = arranged(
                 view,
                 uris,
                 { ...expected, there: there[0] },
                 { ...actual, there: there[1] },
+                there[2] ? difference : null,
             );
             report.dom.append(box, [content]);
         });

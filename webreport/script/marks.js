@@ -32,6 +32,8 @@
         const badges = [];
         if (node.isNew)
             badges.push(badge('new', 'newly failing', 'Did not fail in the run before'));
+        if (node.isFixed) badges.push(badge('fixed', 'fixed', 'Failed in the run before'));
+        if (node.isAdded) badges.push(badge('added', 'new', 'In no earlier run of this suite'));
         if (node.unfinished && node.outcome !== 'unfinished')
             badges.push(badge('unfinished', 'unfinished'));
         if (node.kind === 'attempts')
@@ -56,6 +58,7 @@
     }
 
     const testTypes = new Map([
+        ['overview', 'Latest run of each suite'],
         ['testsuite', 'Test suite'],
         ['testcase', 'Test case'],
         ['section', 'Section'],
@@ -72,6 +75,13 @@
         return testTypes.get(node.raw.type) || 'Section';
     }
 
+    /// Where a machine keeps its files says nothing in a title.
+    function withoutMachinePaths(text) {
+        return text
+            .replace(/(['"])\/(?:[^'"\n/]+\/)+([^'"\n/]+)\1/g, '$1…/$2$1')
+            .replace(/(^|[\s(=])\/(?:[^\s'"()/]+\/)+([^\s'"()/]+)/g, '$1…/$2');
+    }
+
     function nodeTitle(node) {
         if (node.attempt) return 'Attempt ' + node.attempt + ' of ' + node.parent.children.length;
         return (
@@ -83,7 +93,7 @@
     /// One line, and short enough that a message of a megabyte costs nothing.
     function shortTitle(node, longest = 300) {
         const title = nodeTitle(node);
-        const line = title.slice(0, longest).replace(/\s+/g, ' ').trim();
+        const line = withoutMachinePaths(title.slice(0, longest)).replace(/\s+/g, ' ').trim();
         return title.length > longest ? line + ' …' : line;
     }
 
@@ -102,6 +112,7 @@
         extraBadges,
         runOutcome,
         typeLabel,
+        withoutMachinePaths,
         nodeTitle,
         shortTitle,
         pathOf,

@@ -19,7 +19,9 @@
     }
 
     function entryName(raw, kind) {
-        return raw.text || (kind === 'attachment' ? report.format.locationText(raw.uri) : '');
+        if (raw.text || kind !== 'attachment') return raw.text || '';
+        const path = report.format.locationText(raw.uri);
+        return path.slice(path.lastIndexOf('/') + 1) || path;
     }
 
     /// Places get `node`, the node of the test, and `holder`, the one whose children its children
@@ -145,5 +147,12 @@
         return entries;
     }
 
-    report.model = { buildRun, outcomeCounts, isFailed, nextFailure, entriesWithin };
+    report.model = {
+        buildRun,
+        outcomeCounts,
+        isFailurePlace,
+        isFailed,
+        nextFailure,
+        entriesWithin,
+    };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -23,10 +23,10 @@
                 'browser. Copy the report directory as a whole.',
         ],
         refused: () => [
-            'Most likely a run was killed, and the last line of ',
+            'Most likely a run is still going on or was killed, and the last line of ',
             dataFile(),
-            ' is cut: a browser then refuses the file as a whole. All that had been written is ' +
-                'still in it.',
+            ' is cut: a browser then refuses the file as a whole, and lets no page that was opened ' +
+                'from a file read it. All that had been written is still in it.',
         ],
         empty: () => [dataFile(), ' is whole, but no run is in it.'],
     };
@@ -40,8 +40,8 @@
             report.format.count(Math.ceil(file.size / megabyte)) +
             ' MB, and browsers can hold no more than about ' +
             mostMegabytes +
-            ' MB as text. Let the next runs begin a new report: give --reportgen html,DIRECTORY ' +
-            'a directory that is not there yet, or rename this one.',
+            ' MB as text. Let the runner keep fewer runs (--keep-runs), or begin a new report: give ' +
+            '--reportgen html,DIRECTORY a directory that is not there yet, or rename this one.',
         noRuns: () =>
             'That file holds no runs. It should be results-v1.js in the directory data of the ' +
             'report.',
@@ -83,6 +83,13 @@
         );
     }
 
+    /// With the directory of this page where that is known.
+    function repairCommand() {
+        const isFile = location.protocol === 'file:';
+        const directory = report.format.decoded(location.pathname).replace(/\/[^/]*$/, '');
+        return 'morvexrunner --repair-report ' + (isFile ? report.quoted(directory) : 'DIRECTORY');
+    }
+
     function advice(reason) {
         const others =
             'A browser also refuses a file that is too large for it, and sections nested by the ' +
@@ -101,9 +108,8 @@
             element(
                 'p',
                 { class: 'note' },
-                'To mend one that is cut for good, run ',
-                code('morvexrunner --repair-report DIRECTORY'),
-                '.',
+                'Or close it for good, when no run goes on: ',
+                code(repairCommand()),
             ),
             reason === 'refused' ? element('p', { class: 'note' }, others) : null,
         ];
@@ -159,5 +165,5 @@
     );
 
     /// False when the browser found no data file to run; true too when it ran and failed.
-    report.noData = { show, couldLoad: () => loaded };
+    report.noData = { show, couldLoad: () => loaded, mostMegabytes };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

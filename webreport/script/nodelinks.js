@@ -5,7 +5,7 @@
     const { element } = report.dom;
     const { count, clock, duration } = report.format;
     const { outcomeIcon, extraBadges, shortTitle } = report.marks;
-    const step = 50;
+    const mostAtFirst = 50;
     const longestReason = 120;
 
     function timeOf(node) {
@@ -29,13 +29,17 @@
     }
 
     /// What an entry says beside its title.
-    function reasonOfEntry({ raw }) {
-        return oneLine(valuesText(raw) || raw.detail || '');
+    function reasonOfEntry({ raw, entryKind }) {
+        const detail = report.values.splitStack(raw.detail || '').text;
+        const said = detail === raw.text ? '' : report.marks.withoutMachinePaths(detail);
+        const reason = oneLine(valuesText(raw) || said);
+        if (entryKind !== 'xpass') return reason;
+        return 'Passed, but was expected to fail' + (reason ? ': ' + reason : '');
     }
 
     /// What failed first in a test.
     function reasonOfTest(run, node) {
-        const [first] = report.model.entriesWithin(run, node, report.model.isFailed);
+        const first = report.causes.firstFailure(run, node);
         if (!first) return '';
         const title = shortTitle(first, longestReason);
         const reason = reasonOfEntry(first);
@@ -65,9 +69,11 @@
         );
     }
 
-    /// Null for an empty list. `titleOf` and `reasonOf` give the two lines of a link.
-    function linkBlock(app, title, nodes, { titleOf = shortTitle, reasonOf = () => '' } = {}) {
+    /// Null for an empty list. `titleOf` and `reasonOf` give the two lines of a link; `step` is how
+    /// many are shown at first.
+    function linkBlock(app, title, nodes, options = {}) {
         if (nodes.length === 0) return null;
+        const { titleOf = shortTitle, reasonOf = () => '', step = mostAtFirst } = options;
         return element(
             'section',
             { class: 'block' },
@@ -81,11 +87,12 @@
         );
     }
 
-    function failureBlock(app, title, nodes) {
-        return linkBlock(app, title, nodes, { reasonOf: (node) => reasonOf(app, node) });
+    function failureBlock(app, title, nodes, step) {
+        return linkBlock(app, title, nodes, { step, reasonOf: (node) => reasonOf(app, node) });
     }
 
     report.nodeLink = (app, node) => nodeLink(app, node, shortTitle(node), '');
+    report.reasonOf = reasonOfEntry;
     report.linkBlock = linkBlock;
     report.failureBlock = failureBlock;
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

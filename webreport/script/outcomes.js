@@ -64,8 +64,12 @@
         { key: 'skipped', label: 'Skipped', icon: 'skipped' },
     ];
 
-    /// A mark beside the outcome, by which test cases can be filtered too.
-    const newlyFailing = { key: 'new', label: 'Newly failing', icon: 'new' };
+    /// Marks beside the outcome, by which test cases can be filtered too.
+    const changes = [
+        { key: 'new', label: 'Newly failing', icon: 'new' },
+        { key: 'fixed', label: 'Fixed', icon: 'fixed' },
+        { key: 'added', label: 'New test case', plural: 'New test cases', icon: 'added' },
+    ];
 
     /// A suite that ran none of its test cases: no success, and nothing went wrong.
     const nothingRan = { key: 'empty', label: 'Nothing ran', icon: 'skipped' };
@@ -82,9 +86,10 @@
     report.outcomes = {
         entryKinds,
         testOutcomes,
-        testFilters: [...testOutcomes, newlyFailing],
+        changes,
+        testFilters: [...testOutcomes, ...changes],
         entryKind: byKey(entryKinds),
-        testOutcome: byKey([...testOutcomes, newlyFailing, nothingRan]),
+        testOutcome: byKey([...testOutcomes, ...changes, nothingRan]),
         /// The kind for a value of "result"; an unknown one is shown as a message.
         kindOfResult: (result) => kindOfResult.get(result) || 'log',
     };

@@ -76,5 +76,6 @@
         tableView,
         pictures: (uri) => report.pictures.sideBySide(uri),
         video: () => null,
+        textFile: () => null,
     };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -5,14 +5,18 @@
     const { element } = report.dom;
     const { count, locationLink, locationText } = report.format;
 
-    /// A verification keeps the expected picture under the same number; null for another name.
-    function expectedBeside(uri) {
+    /// A verification keeps its pictures under one number; null for a picture of another name.
+    function beside(uri, name) {
         const match = /^(.*\/)?failed_(\d+)\.png$/.exec(uri);
-        return match ? (match[1] || '') + 'expected_' + match[2] + '.png' : null;
+        return match ? (match[1] || '') + name + '_' + match[2] + '.png' : null;
     }
 
     function urisOf(uri) {
-        return { actual: uri, expected: expectedBeside(uri) };
+        return {
+            actual: uri,
+            expected: beside(uri, 'expected'),
+            difference: beside(uri, 'difference'),
+        };
     }
 
     function sizeOf({ naturalWidth, naturalHeight }) {
@@ -55,6 +59,7 @@
         return {
             expected: uris.expected && figure('Expected', 'expected', uris.expected),
             actual: figure('Actual', 'actual', uris.actual),
+            difference: uris.difference && figure('Marked', 'marked', uris.difference),
         };
     }
 
@@ -90,7 +95,7 @@
     /// For paper: both at once, since a page that gets printed waits for nothing but pictures. Most
     /// pictures have no expected one beside them; one that was found should be there.
     function sideBySide(uri) {
-        const uris = urisOf(uri);
+        const uris = { ...urisOf(uri), difference: null };
         const { expected, actual } = figuresOf(uris);
         const onMissing = (one, replace) => one && one.isThere.then((there) => there || replace());
         onMissing(expected, () => expected.node.remove());

@@ -1,4 +1,4 @@
-// The runs of the data file. Of all but the shown one only what their test cases came to is ever
+// The runs of the data file. Of all but the shown ones only what their test cases came to is ever
 // worked out, and that when it is asked for: a data file may hold months of nights.
 (function (report) {
     'use strict';
@@ -7,8 +7,13 @@
 
     const silent = { enter() {}, leave() {}, entry() {} };
 
+    function isFailure(kind) {
+        return Boolean(outcomes.entryKind.get(kind).failed);
+    }
+
     /// Collects the outermost test cases by key; tests round them get keys on the way, those
-    /// within none.
+    /// within none. Each place gets its first failure in the order of reading; of a test case that
+    /// was retried the last attempt counts.
     class CaseCollector {
         constructor() {
             this.cases = new Map();
@@ -24,12 +29,17 @@
         }
 
         leave(place) {
+            const { parent, failure } = place;
+            if (parent && (parent.kind === 'attempts' || !parent.failure)) parent.failure = failure;
             if (!place.isCase) return;
             const { kind, raw, outcome, duration, unfinished } = place;
-            this.cases.set(place.key, { key: place.key, kind, raw, outcome, duration, unfinished });
+            const { key } = place;
+            this.cases.set(key, { key, kind, raw, outcome, duration, unfinished, failure });
         }
 
-        entry() {}
+        entry(place, raw, kind) {
+            if (!place.failure && isFailure(kind)) place.failure = raw;
+        }
     }
 
     class Run {
@@ -88,7 +98,11 @@
         return runs;
     }
 
-    /// `index` of a run counts from 0, in the order of the data file.
-    report.runsOf = (documents) =>
-        nameRuns(documents.map((document, index) => new Run(document, index)));
+    /// `index` of a run counts from 0, in the order of the data file; `suite` is what
+    /// report.suites says.
+    report.runsOf = (documents) => {
+        const runs = documents.map((document, index) => new Run(document, index));
+        report.suites.assign(runs);
+        return nameRuns(runs);
+    };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

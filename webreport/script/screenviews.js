@@ -14,6 +14,23 @@
         return player;
     }
 
+    /// A page that was opened from a file may show its neighbours, but not read them.
+    function framedText(link, label) {
+        return element('iframe', { class: 'textfile', src: link, title: label });
+    }
+
+    function textFile(link, label) {
+        if (location.protocol === 'file:')
+            return /\.(txt|log)$/i.test(link) ? framedText(link, label) : null;
+        const host = element('div', { class: 'textfile' });
+        const note = (text) => host.append(element('p', { class: 'note' }, label + text));
+        fetch(link)
+            .then((answer) => (answer.ok ? answer.text() : Promise.reject(answer)))
+            .then((text) => report.dom.append(host, [report.textBlock(text)]))
+            .catch(() => note(': file not found'));
+        return host;
+    }
+
     /// What entryView asks of the views it is made of. `app` knows how pictures are compared.
     report.screenViews = (app) => ({
         textBlock: report.textBlock,
@@ -21,5 +38,6 @@
         tableView: report.tableView.tableView,
         pictures: (uri) => report.imageCompare(app.pictureView, uri),
         video,
+        textFile,
     });
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

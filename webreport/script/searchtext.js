@@ -44,12 +44,15 @@
 
     /// Of a run neither its outcome nor its place count: everything is in it and would be found
     /// by them.
-    function testTexts({ name, raw, outcome, isNew, attempt, parent }) {
+    function testTexts(node) {
+        const { name, raw, outcome, attempt, parent } = node;
         const texts = [name, raw.summary, raw.description];
         if (parent) texts.push(outcomes.testOutcome.get(outcome).label);
         if (parent) texts.push(located(raw.uri, raw.lineNo));
         if (attempt) texts.push('Attempt ' + attempt + ' of ' + parent.children.length);
-        if (isNew) texts.push(outcomes.testOutcome.get('new').label);
+        if (node.isNew) texts.push(outcomes.testOutcome.get('new').label);
+        if (node.isFixed) texts.push(outcomes.testOutcome.get('fixed').label);
+        if (node.isAdded) texts.push(outcomes.testOutcome.get('added').label);
         return texts;
     }
 

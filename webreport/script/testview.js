@@ -50,12 +50,19 @@
         return report.linkBlock(app, 'Last entries', entries.slice(-lastShown));
     }
 
-    /// A single failure is shown in full, so that nobody has to go on to it.
+    /// The first failure of the last attempt in full, below what led to it, so that nobody has to
+    /// go on to it.
     function failures(app, node) {
-        const failed = entriesWithin(app.run, node, isFailed);
+        const attempt = report.why.failedAttempt(node);
+        const failed = entriesWithin(app.run, attempt, isFailed);
+        if (failed.length === 0) return null;
+        const title = attempt === node ? 'Failures' : 'Failures of the last attempt that failed';
+        const crash = failed.slice(1).find(report.why.isCrash);
         return [
-            report.failureBlock(app, 'Failures', failed),
-            failed.length === 1 ? report.detail.entryBody(app, failed[0]) : null,
+            report.entryView.before(app, failed[0]),
+            crash ? report.entryView.before(app, crash) : null,
+            report.failureBlock(app, title, failed),
+            report.detail.entryBody(app, failed[0]),
         ];
     }
 
@@ -68,8 +75,8 @@
             unfinishedNotice(node),
             depthNotice(node),
             describe(node.raw),
-            report.linkBlock(app, 'Attempts', attempts, { titleOf: attemptTitle }),
             failures(app, node),
+            report.linkBlock(app, 'Attempts', attempts, { titleOf: attemptTitle }),
             lastEntries(app, node),
             report.linkBlock(app, 'Attachments', entriesWithin(app.run, node, isAttachment)),
             isPlainTest ? report.historyView(app, node) : null,

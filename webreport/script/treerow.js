@@ -18,7 +18,7 @@
 
     /// Sections of a behaviour-driven test say what they are; a plain section is clear as it is.
     function kindLabel(node) {
-        const plain = ['testsuite', 'testcase', 'section'];
+        const plain = ['overview', 'testsuite', 'testcase', 'section'];
         if (node.kind === 'entry' || node.attempt || plain.includes(node.raw.type)) return null;
         return element('span', { class: 'kind' }, typeLabel(node));
     }

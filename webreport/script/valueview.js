@@ -132,13 +132,51 @@
         return element('p', { class: 'note' }, text);
     }
 
+    /// Cuts equal stretches where the other side differs, so that both are folded alike: what is
+    /// to be seen beside a difference stays to be seen.
+    function aligned(marks) {
+        const cuts = new Set();
+        for (const segments of [marks.expected, marks.actual]) {
+            let equal = 0;
+            for (const { text, differs } of segments) {
+                if (differs) cuts.add(equal);
+                else equal += text.length;
+            }
+        }
+        const places = [...cuts].sort((a, b) => a - b);
+        return { expected: cutAt(marks.expected, places), actual: cutAt(marks.actual, places) };
+    }
+
+    /// `places` count the equal characters of all segments.
+    function cutAt(segments, places) {
+        const cut = [];
+        let equal = 0;
+        let next = 0;
+        for (const segment of segments) {
+            if (segment.differs) {
+                cut.push(segment);
+                continue;
+            }
+            const end = equal + segment.text.length;
+            let from = 0;
+            for (; next < places.length && places[next] < end; ++next) {
+                const to = segment.text.length - (end - places[next]);
+                if (to > from) cut.push({ text: segment.text.slice(from, to), differs: false });
+                from = Math.max(from, to);
+            }
+            cut.push({ text: segment.text.slice(from), differs: false });
+            equal = end;
+        }
+        return cut;
+    }
+
     function isLong({ expected, actual }) {
         return expected.length + actual.length > longestMarked;
     }
 
     function marksOf(values) {
         const compare = isLong(values) ? textDiff.diffRoughly : textDiff.diff;
-        return compare(values.expected, values.actual);
+        return aligned(compare(values.expected, values.actual));
     }
 
     function notes(values, marks) {

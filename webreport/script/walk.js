@@ -139,8 +139,8 @@
             this.outcome = raw.isSkipped
                 ? 'skipped'
                 : outcomes.testOutcomes[Math.min(own, this.worst)].key;
-            const isEmptyRun = !this.parent && this.raw.type === 'testsuite' && !this.isOrHoldsCase;
-            if (isEmptyRun && this.outcome === 'passed') this.outcome = 'empty';
+            const isRun = raw.type === 'testsuite' || raw.type === 'overview';
+            if (isRun && !this.isOrHoldsCase && this.outcome === 'passed') this.outcome = 'empty';
         }
 
         leaveAttempts() {

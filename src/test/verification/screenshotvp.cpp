@@ -1,9 +1,11 @@
 #include "test/testvp.h"
 
+#include "shared/imagecomparison.h"
 #include "shared/imageequality.h"
 #include "shared/imagemask.h"
 #include "shared/uiabstraction/loadimage.h"
 #include "test/verification/comparisonapplication.h"
+#include "test/verification/maskelement.h"
 #include "test/verification/vpdocument.h"
 #include "test/verification/vpimages.h"
 #include "test/verification/vpresultlogger.h"
@@ -13,9 +15,6 @@
 #include <QDomDocument>
 #include <QFile>
 
-#include <algorithm>
-#include <limits>
-
 namespace Morvex {
 namespace {
 
@@ -23,33 +22,12 @@ namespace {
 const int algorithmVersion = 3;
 const int optionsVersion = 4;
 
-int attributeNumber(const QDomElement &element, const char *name)
-{
-    return element.attribute(QLatin1String(name)).toInt();
-}
-
-int lastPixel(int first, int size)
-{
-    const qint64 last = qint64(first) + size - 1;
-    return int(
-        qBound<qint64>(std::numeric_limits<int>::min(), last, std::numeric_limits<int>::max()));
-}
-
 ImageMask readMask(const QDomElement &list)
 {
     ImageMask mask;
     for (QDomElement element = list.firstChildElement(); !element.isNull();
-         element = element.nextSiblingElement()) {
-        ImageMask::MaskRect rect;
-        rect.type = element.attribute(QStringLiteral("type")) == QLatin1String("positive")
-                        ? ImageMask::POSITIVE
-                        : ImageMask::NEGATIVE;
-        const int x = attributeNumber(element, "x");
-        const int y = attributeNumber(element, "y");
-        rect.geometry.setCoords(x, y, lastPixel(x, attributeNumber(element, "width")),
-                                lastPixel(y, attributeNumber(element, "height")));
-        mask.addMaskRect(rect);
-    }
+         element = element.nextSiblingElement())
+        mask.addMaskRect(maskRectOf(element));
     return mask;
 }
 
@@ -108,6 +86,16 @@ ApplicationComparison compareImages(const QDomElement &element, int version, con
     return strictComparison(haveEqualPixels(actual, expected));
 }
 
+// A null picture leaves no file, not that of an earlier check either.
+void saveBeside(const QImage &image, const QString &failedImage, const QString &name)
+{
+    const QFileInfo info(failedImage);
+    const QString path =
+        info.dir().filePath(info.fileName().replace(QLatin1String("failed"), name));
+    QFile::remove(path);
+    image.save(path, "PNG");
+}
+
 void learnImage(QDomElement &element, QDomDocument &document, const QImage &image)
 {
     QBuffer buffer;
@@ -145,10 +133,11 @@ bool TestVP::performScreenshotVerification(QDomElement &element, int version,
         return false;
 
     QString error;
-    const QImage taken = version < optionsVersion
-                             ? grabObjectPixmap(object, &error)
-                             : grabObjectScreenshot(object, attributeNumber(element, "options"),
-                                                    options.screenshotDelay(), &error);
+    const QImage taken =
+        version < optionsVersion
+            ? grabObjectPixmap(object, &error)
+            : grabObjectScreenshot(object, element.attribute(QStringLiteral("options")).toInt(),
+                                   options.screenshotDelay(), &error);
     if (taken.isNull()) {
         log(TestResult::FAIL,
             QStringLiteral(": Internal error while taking screenshot of object '%1'"), error);
@@ -203,12 +192,10 @@ QString TestVP::storeDifferingImages(RunnerInterface *runner, const QImage &actu
                               "images failed.");
     const QString path = numberedFile(dir, QStringLiteral("failed"), QStringLiteral(".png"));
     actual.save(path, "PNG");
-    // For reports, which show both side by side.
-    QString name = QFileInfo(path).fileName();
-    const QString beside = dir + name.replace(QLatin1String("failed"), QLatin1String("expected"));
-    // Not that of an earlier check.
-    QFile::remove(beside);
-    expected.save(beside, "PNG");
+    // For reports, which show them side by side.
+    saveBeside(expected, path, QStringLiteral("expected"));
+    saveBeside(ImageComparison::normalizedCorrelationDiff(expected, actual, 0, 1), path,
+               QStringLiteral("difference"));
     return QStringLiteral("Differing screenshot saved as '%1'").arg(path);
 }
 

@@ -143,7 +143,8 @@ TEST_F(ScreenshotVPTest, OnlyTheAttemptThatCountsLeavesPictures)
     ASSERT_EQ(results.size(), 2);
     EXPECT_TRUE(results[0].endsWith("Differing screenshot saved as '" + dir + "/failed_1.png'"))
         << results[0].toStdString();
-    EXPECT_EQ(QDir(dir).entryList(QDir::Files), (QStringList{"expected_1.png", "failed_1.png"}));
+    EXPECT_EQ(QDir(dir).entryList(QDir::Files),
+              (QStringList{"difference_1.png", "expected_1.png", "failed_1.png"}));
 }
 
 TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
@@ -259,6 +260,7 @@ TEST_F(ScreenshotVPTest, APictureThatDiffersIsStoredWithTheExpectedOne)
     // As they were taken and stored, without masks.
     EXPECT_EQ(QImage(beside + "failed_2.png").convertToFormat(QImage::Format_RGB32), plain(size));
     EXPECT_EQ(QImage(beside + "expected_2.png").convertToFormat(QImage::Format_RGB32), stored);
+    EXPECT_EQ(QImage(beside + "difference_2.png").size(), stored.size());
 
     runner.results = path("results");
     EXPECT_TRUE(
