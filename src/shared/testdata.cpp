@@ -259,7 +259,7 @@ int TestDataSet::fieldIndex(const QString &name) const
 
 void TestDataSet::setHeader(TestDataRecord *header)
 {
-    // The present header is set again to have its names indexed anew.
+    // The present header is set again to have its names indexed again.
     if (header != d->header.get())
         d->header.reset(header);
     d->fieldIndex.clear();

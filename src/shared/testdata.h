@@ -61,12 +61,12 @@ public:
     TestDataSet(const TestDataSet &) = delete;
     TestDataSet &operator=(const TestDataSet &) = delete;
 
-    /// Reads a file in the format that its suffix tells. The caller owns the result, which is null
+    /// Reads a file in the format that its suffix names. The caller owns the result, which is null
     /// for a file of another suffix in which no separator can be detected. A file that can't be
-    /// read makes a set without records; errorText() tells why.
+    /// read makes a set without records; errorText() says why.
     static TestDataSet *createTestDataSet(const QString &fileName);
     /// Reads one sheet of a workbook. An empty name stands for the first sheet of an .xls, and for
-    /// the sheet with the id 1, wherever it stands, of an .xlsx. Null when the suffix does not tell
+    /// the sheet with the id 1, wherever it is, of an .xlsx. Null when the suffix does not name
     /// a workbook.
     static TestDataSet *createTestDataSetExcel(const QString &fileName, const QString &sheetName);
 
@@ -76,7 +76,7 @@ public:
     /// Between the fields of a saved file.
     char getSep() const;
     /// Why the file could not be read; empty when it could. The message log or standard error have
-    /// told it already.
+    /// reported it already.
     QString errorText() const;
 
     /// Without the header.

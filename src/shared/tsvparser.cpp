@@ -161,9 +161,18 @@ void TsvParser::detectEncoding()
         m_position = utf8Mark.size();
     } else if (codec) {
         m_decoder.reset(codec->makeDecoder());
-        m_buffer =
-            m_decoder->toUnicode(m_buffer.data(), static_cast<int>(m_buffer.size())).toStdString();
+        decodeFrom(0);
     }
+}
+
+void TsvParser::decodeFrom(std::size_t position)
+{
+    const auto size = static_cast<int>(m_buffer.size() - position);
+    QString text = m_halfCharacter + m_decoder->toUnicode(m_buffer.data() + position, size);
+    const bool isCut = !text.isEmpty() && text.at(text.size() - 1).isHighSurrogate();
+    m_halfCharacter = isCut ? text.right(1) : QString();
+    text.chop(isCut ? 1 : 0);
+    m_buffer.replace(position, m_buffer.npos, text.toStdString());
 }
 
 QString TsvParser::name() const

@@ -179,7 +179,7 @@ private:
         m_nextRow = number + 1;
     }
 
-    // 0 for a row that does not tell it.
+    // 0 for a row that does not give it.
     unsigned rowNumber()
     {
         const unsigned number = textOf(m_reader.attribute("r")).toUInt();
