@@ -192,6 +192,22 @@
         }
     };
 
+    function replacePromise(value) {
+        Object.defineProperty(global, "Promise", {value: value, writable: true, configurable: true});
+    }
+
+    // What follows from promises comes as events.
+    var promise = global.Promise;
+    Object.defineProperty(global, "Promise", {
+        get: function () {
+            application.prepare();
+            replacePromise(promise);
+            return promise;
+        },
+        set: replacePromise,
+        configurable: true
+    });
+
     global.application = {
         start: function () {
             var command = Array.prototype.map.call(arguments, text);
@@ -220,7 +236,8 @@
             this.source.set(name(property, "a property"), value);
         },
         click: function (x, y) {
-            if (arguments.length !== 0 && !(isInt32(x) && isInt32(y)))
+            if (arguments.length !== 0 &&
+                !(arguments.length === 2 && isInt32(x) && isInt32(y)))
                 throw new TypeError("click takes nothing or the two whole numbers x and y");
             this.source.click(x, y);
         },
