@@ -195,6 +195,11 @@ QString TestSuite::classPathEnvironment() const
     return classPath.isEmpty() ? QString() : QLatin1String("CLASSPATH=") + classPath;
 }
 
+QString TestSuite::keptRuns() const
+{
+    return m_config.entry(key("KEEP_RUNS")).trimmed();
+}
+
 bool TestSuite::useWhiteList() const
 {
     return m_config.boolEntry(key("USE_WHITELIST"));

@@ -69,6 +69,8 @@ public:
     /// "CLASSPATH=..." for the environment of the application.
     QString classPathEnvironment() const;
     bool useWhiteList() const;
+    /// How many runs a web report keeps, as it is written; empty for all.
+    QString keptRuns() const;
     QString aut() const;
     QString applicationLauncher() const;
     QStringList applicationLauncherArgs() const;

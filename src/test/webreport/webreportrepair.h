@@ -58,6 +58,12 @@ struct WebReportEdits
 /// What has to be changed in the @p size bytes of a data file at @p data.
 MORVEX_EXPORT WebReportEdits webReportEdits(const char *data, qint64 size);
 
+/// Makes the edits in a file whose content is at @p data. An error text, empty on success; the file
+/// is as it was then, unless just its end was to be edited. A kill leaves it as it was or edited.
+[[nodiscard]] MORVEX_EXPORT QString replaceWebReportData(const QString &fileName, const char *data,
+                                                         qint64 size,
+                                                         const std::vector<WebReportEdit> &edits);
+
 /// The data file with the edits made.
 MORVEX_EXPORT QByteArray applyWebReportEdits(const char *data, qint64 size,
                                              const std::vector<WebReportEdit> &edits);
