@@ -167,6 +167,8 @@ const std::vector<Option> &optionTable()
         {"--keep-runs", "N",
          "keep the latest N runs of each suite in a web report (html), and remove older ones",
          Section::Run, Takes::Value, setKeptRuns},
+        {"--coverage", "", "count what the test cases do to the elements of the application",
+         Section::Run, Takes::Nothing, flag(&O::coverage)},
         {"--resultdir", "DIRECTORY", "copy attachments there, unless a report has such a directory",
          Section::Run, Takes::Value, text(&O::resultDir)},
         {"--snoozeFactor", "FACTOR", "stretch the pauses of scripts", Section::Run, Takes::Value,

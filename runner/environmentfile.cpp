@@ -3,6 +3,7 @@
 #include "shared/environment.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace Morvex {
 
@@ -16,6 +17,10 @@ void setEnvironmentVariable(const QString &assignment)
 QString readEnvironmentFile(const QString &path, bool apply)
 {
     QFile file(path);
+    // A pipe would keep the reader waiting, and could not be read by each child again.
+    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
+        return QStringLiteral("cannot read the environment file '%1': it is not a regular file")
+            .arg(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return QStringLiteral("cannot read the environment file '%1': %2")
             .arg(path, file.errorString());

@@ -1,7 +1,9 @@
 #include "runner/commandline.h"
 #include "runner/messages.h"
+#include "runner/processsetup.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
+#include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
 #include "test/webreport/webreportmerge.h"
 #include "test/webreport/webreportrepair.h"
@@ -27,15 +29,7 @@ void setPrefix()
         qputenv("MORVEX_PREFIX",
                 QFile::encodeName(QDir::cleanPath(QCoreApplication::applicationDirPath() +
                                                   QStringLiteral("/.."))));
-}
-
-// The runner changes its directory on the way.
-void makeSettingsDirAbsolute()
-{
-    const char name[] = "MORVEX_USER_SETTINGS_DIR";
-    if (!qEnvironmentVariableIsEmpty(name))
-        qputenv(name, QFile::encodeName(
-                          QDir::current().absoluteFilePath(QFile::decodeName(qgetenv(name)))));
+    makeVariableAbsolute("MORVEX_PREFIX");
 }
 
 // Only a test case has use for windows, and their start costs time.
@@ -105,17 +99,24 @@ int run(const RunnerOptions &options)
     case RunnerOptions::Action::Run:
         break;
     }
-    if (!options.suiteDirectory.isEmpty())
-        return runSuite(options);
-    if (options.action == RunnerOptions::Action::List || options.testCases.isEmpty())
-        return usageError(QStringLiteral("no suite directory was given"));
-    return runTestCase(options);
+    const bool isSuite = !options.suiteDirectory.isEmpty();
+    if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
+        return usageError(QStringLiteral("no suite directory was given") +
+                          suiteDirectoryHint(options));
+    const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
+    const std::unique_ptr<UiCoverage> coverage =
+        isCounted ? std::make_unique<UiCoverage>() : nullptr;
+    const int status = isSuite ? runSuite(options) : runTestCase(options);
+    if (coverage)
+        coverage->print();
+    return status;
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
+    setUpProcess();
     std::setlocale(LC_ALL, "");
     // Else the attributes in learned files would change their places from run to run.
     qSetGlobalQHashSeed(0);
@@ -130,7 +131,7 @@ int main(int argc, char **argv)
     // The names of temporary directories are made of it.
     std::srand(QRandomGenerator::global()->generate());
     setPrefix();
-    makeSettingsDirAbsolute();
+    makeVariableAbsolute("MORVEX_USER_SETTINGS_DIR");
     setVariables(commandLine.options);
     return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);
 }

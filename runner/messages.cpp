@@ -1,7 +1,10 @@
 #include "runner/messages.h"
 
+#include "runner/runneroptions.h"
+
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace Morvex {
 
@@ -13,6 +16,18 @@ void printMessage(const QString &text)
 void printLine(const QString &text)
 {
     std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+}
+
+QString suiteDirectoryHint(const RunnerOptions &options)
+{
+    for (const auto &[option, words] : {std::make_pair("--scriptargs", options.scriptArguments),
+                                        std::make_pair("--aut", options.aut)}) {
+        if (!words.isEmpty())
+            return QStringLiteral("; %1 takes all that follows, so the suite directory has to come "
+                                  "before it")
+                .arg(QString::fromLatin1(option));
+    }
+    return {};
 }
 
 QString shellQuoted(const QString &text)

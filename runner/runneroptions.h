@@ -37,6 +37,7 @@ struct RunnerOptions
     bool stopOnFail = false;
     bool rerunFailed = false;
     bool learn = false;
+    bool coverage = false;
     QStringList envVars;
     QString envVarFile;
     QStringList scriptArguments;

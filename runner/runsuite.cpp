@@ -6,6 +6,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/signals.h"
+#include "shared/realpath.h"
 #include "test/cancellation.h"
 #include "test/openreportfile.h"
 #include "test/testfilters.h"
@@ -45,9 +46,8 @@ class SuiteRunner
 public:
     explicit SuiteRunner(const RunnerOptions &options)
         : m_options(options)
-        , m_dir(QDir::current().absoluteFilePath(options.suiteDirectory))
+        , m_dir(cleanedPath(options.suiteDirectory))
     {
-        m_dir.setPath(QDir::cleanPath(m_dir.path()));
     }
 
     int run();
@@ -124,13 +124,14 @@ QString SuiteRunner::applyOptions()
     m_suite->setScriptArguments(m_options.scriptArguments);
     m_suite->setApplicationLauncher(m_options.applicationLauncher);
     m_suite->setCancellation(&m_cancellation);
+    m_suite->setRerun(m_options.rerunFailed);
     m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;
     QStringList aut;
     for (const QString &word : m_options.aut)
         aut += word.contains(QLatin1Char(' ')) ? QLatin1Char('"') + word + QLatin1Char('"') : word;
     m_suite->setAutOverride(aut.join(QLatin1Char(' ')));
     if (!m_options.envVarFile.isEmpty())
-        m_suite->setEnvVarFileName(QFileInfo(m_options.envVarFile).absoluteFilePath());
+        m_suite->setEnvVarFileName(cleanedPath(m_options.envVarFile));
     // That of suite.conf may be missing, one that was asked for may not.
     const QString path = m_suite->envVarFileName();
     const bool isWanted = !m_options.envVarFile.isEmpty() || QFile::exists(path);
@@ -241,6 +242,8 @@ int SuiteRunner::list()
 
 int SuiteRunner::execute()
 {
+    // A signal while the reports are made cancels the first test case.
+    const CancelOnSignals cancelOnSignals(&m_cancellation);
     QString resultDir;
     const TestReportGenerator::Result created = TestReportGeneratorFactory::create(
         m_options.reportGenerators, &resultDir, TestReportGenerator::TEST_SUITE);
@@ -249,13 +252,12 @@ int SuiteRunner::execute()
         return ExitFailed;
     }
     if (resultDir.isEmpty() && !m_options.resultDir.isEmpty())
-        resultDir = QFileInfo(m_options.resultDir).absoluteFilePath();
+        resultDir = cleanedPath(m_options.resultDir);
     std::unique_ptr<TestReportGenerator> generator(created.generator);
     if (!QDir::setCurrent(m_dir.path())) {
         printMessage(QStringLiteral("cannot change into '%1'").arg(m_options.suiteDirectory));
         return ExitUnusable;
     }
-    const CancelOnSignals cancelOnSignals(&m_cancellation);
     const bool isLogComplete = runTestCases(generator.release(), resultDir);
     removeOldRuns(resultDir);
     return finish(isLogComplete);

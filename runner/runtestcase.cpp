@@ -5,6 +5,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/scripttestcase.h"
+#include "shared/realpath.h"
 #include "test/openreportfile.h"
 #include "test/rawreportgenerator.h"
 #include "test/testreportgeneratorfactory.h"
@@ -30,13 +31,20 @@ QString setEnvironment(const RunnerOptions &options)
     return {};
 }
 
+// The parent puts a backslash before each blank within an argument.
+QStringList withPlainBlanks(QStringList arguments)
+{
+    return arguments.replaceInStrings(QStringLiteral("\\ "), QStringLiteral(" "));
+}
+
 QString problem(const RunnerOptions &options)
 {
     if (options.testCases.size() > 1)
         return QStringLiteral("without a suite directory only one --testcase can be run");
     const QString name = options.testCases.constFirst();
     if (!QFileInfo(name).isDir())
-        return QStringLiteral("there is no test case '%1' in the current directory").arg(name);
+        return QStringLiteral("there is no test case '%1' in the current directory").arg(name) +
+               suiteDirectoryHint(options);
     return setEnvironment(options);
 }
 
@@ -51,10 +59,10 @@ bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
     if (stream)
         ::dup2(STDERR_FILENO, STDOUT_FILENO);
     const QDir suiteDir = QDir::current();
-    ScriptTestCase testCase(
-        &result, QDir::cleanPath(suiteDir.absoluteFilePath(options.testCases.constFirst())),
-        {suiteDir.absolutePath(), resultDir, options.scriptArguments, options.snoozeFactor,
-         options.aut, options.objectMap});
+    ScriptTestCase testCase(&result, cleanedPath(options.testCases.constFirst()),
+                            {suiteDir.absolutePath(), resultDir, options.scriptArguments,
+                             options.snoozeFactor, withPlainBlanks(options.aut),
+                             options.objectMap});
     testCase.run(true);
     return !stream || !stream->hasLostEntries();
 }
@@ -76,7 +84,7 @@ int runTestCase(const RunnerOptions &options)
         return ExitFailed;
     }
     if (resultDir.isEmpty() && !options.resultDir.isEmpty())
-        resultDir = QFileInfo(options.resultDir).absoluteFilePath();
+        resultDir = cleanedPath(options.resultDir);
     RunOutcome outcome;
     // The parent must not take what it got for all there was.
     if (!runScript(options, created.generator, resultDir, &outcome))

@@ -1,7 +1,9 @@
 #include "runner/scriptapi.h"
 
 #include "qtbackend/turneventloop.h"
+#include "runner/attachmentpath.h"
 #include "runner/scriptdata.h"
+#include "runner/scriptfile.h"
 #include "shared/clock.h"
 #include "shared/environment.h"
 #include "shared/writefile.h"
@@ -24,24 +26,11 @@ static void initializeResources()
 namespace Morvex {
 namespace {
 
-const QLatin1String attachmentFolder("attachments");
-
 TestResult::ResultType outcomeType(bool passed, bool expectFail)
 {
     if (expectFail)
         return passed ? TestResult::XPASS : TestResult::XFAIL;
     return passed ? TestResult::PASS : TestResult::FAIL;
-}
-
-// A name in dir that no file has, made of that of source.
-QString freeName(const QDir &dir, const QFileInfo &source)
-{
-    QString name = source.fileName();
-    const QString suffix =
-        source.suffix().isEmpty() ? QString() : QLatin1Char('.') + source.suffix();
-    for (int number = 2; dir.exists(name); ++number)
-        name = source.completeBaseName() + QLatin1Char('_') + QString::number(number) + suffix;
-    return dir.filePath(name);
 }
 
 } // namespace
@@ -123,10 +112,8 @@ void ScriptApi::attach(const QString &file, const QString &message)
         return;
     }
     if (!m_context.resultDir.isEmpty()) {
-        const QDir dir(m_context.resultDir + QLatin1Char('/') + attachmentFolder +
-                       QLatin1Char('/') + QDir(m_context.testCaseDir).dirName());
-        dir.mkpath(QStringLiteral("."));
-        const QString copy = freeName(dir, QFileInfo(path));
+        const QString copy = attachmentPath(m_context.resultDir,
+                                            QDir(m_context.testCaseDir).dirName(), QFileInfo(path));
         if (!QFile::copy(path, copy)) {
             throwError(QStringLiteral("attach: cannot copy '%1' to '%2'").arg(path, copy));
             return;
@@ -156,28 +143,18 @@ QString ScriptApi::targetPath(const QString &file) const
     return path.isEmpty() ? QDir(m_context.testCaseDir).absoluteFilePath(file) : path;
 }
 
-bool ScriptApi::readTextFile(const QString &file, QString *path, QString *text)
+QString ScriptApi::readFile(const QString &file)
 {
     if (file.isEmpty()) {
         throwError(QStringLiteral("cannot read a file without a name"));
-        return false;
+        return {};
     }
-    *path = targetPath(file);
-    QFile source(*path);
+    QFile source(targetPath(file));
     if (!source.open(QIODevice::ReadOnly)) {
         throwError(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
-        return false;
+        return {};
     }
-    *text = QString::fromUtf8(source.readAll());
-    return true;
-}
-
-QString ScriptApi::readFile(const QString &file)
-{
-    QString path;
-    QString text;
-    readTextFile(file, &path, &text);
-    return text;
+    return QString::fromUtf8(source.readAll());
 }
 
 void ScriptApi::writeFile(const QString &file, const QString &text)
@@ -227,17 +204,22 @@ void ScriptApi::snooze(double seconds) const
 
 QJSValue ScriptApi::include(const QString &file)
 {
-    QString path;
-    QString program;
-    if (!readTextFile(file, &path, &program))
+    if (file.isEmpty()) {
+        throwError(QStringLiteral("include: the name of the file is empty"));
         return {};
-    path = QFileInfo(path).canonicalFilePath();
+    }
+    const ScriptFile script = readScriptFile(targetPath(file));
+    if (!script.error.isEmpty()) {
+        throwError(QLatin1String("include: ") + script.error);
+        return {};
+    }
+    const QString path = QFileInfo(targetPath(file)).canonicalFilePath();
     if (m_including.contains(path)) {
         throwError(QStringLiteral("include: '%1' includes itself").arg(file));
         return {};
     }
     m_including += path;
-    const ScriptEngine::Outcome outcome = m_engine->run(program, path);
+    const ScriptEngine::Outcome outcome = m_engine->run(script.text, path);
     m_including.removeLast();
     QJSValue result = m_engine->engine().newObject();
     result.setProperty(QStringLiteral("hasThrown"), outcome.hasThrown);

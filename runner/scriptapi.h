@@ -61,7 +61,6 @@ public:
 private:
     QString existingPath(const QString &file) const;
     QString targetPath(const QString &file) const;
-    bool readTextFile(const QString &file, QString *path, QString *text);
     void throwError(const QString &message);
 
     ScriptEngine *m_engine;

@@ -332,7 +332,7 @@
         return native.environment(text(name));
     };
 
-    global.scriptArguments = native.scriptArguments();
+    global.scriptArguments = Array.from(native.scriptArguments());
 
     global.snooze = function (seconds) {
         native.snooze(Number(seconds));

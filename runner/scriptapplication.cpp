@@ -3,6 +3,7 @@
 #include "qtbackend/applicationplugin.h"
 #include "qtbackend/qtinspector.h"
 #include "runner/scriptobject.h"
+#include "runner/uicoverage.h"
 #include "shared/environment.h"
 
 #include <QCoreApplication>
@@ -57,6 +58,7 @@ QString ScriptApplication::start(const QStringList &command)
     if (!m_inspector) {
         m_inspector = std::make_unique<QtInspector>();
         Inspector::install(m_inspector.get());
+        startUsageCount();
     }
     const QString error = plugin->start(command.mid(1));
     if (error.isEmpty())

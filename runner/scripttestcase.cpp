@@ -3,17 +3,18 @@
 #include "runner/processend.h"
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
+#include "runner/scriptfile.h"
 #include "runner/scriptverification.h"
+#include "runner/uicoverage.h"
 #include "test/testresult.h"
 
 #include <QDir>
-#include <QFile>
 
 namespace Morvex {
 namespace {
 
 // Why a test case can't be run at all; empty when it can.
-QString obstacle(const QDir &dir)
+QString whyNotRunnable(const QDir &dir)
 {
     if (!dir.entryList({QStringLiteral("*.feature")}).isEmpty())
         return QStringLiteral("Behaviour driven test cases (*.feature) can't be run yet.");
@@ -49,20 +50,22 @@ void ScriptTestCase::execute()
 {
     const QDir dir = testCaseDirectory();
     const QString path = dir.filePath(QStringLiteral("script.js"));
-    QFile script(path);
-    QString error = obstacle(dir);
-    if (error.isEmpty() && !script.open(QIODevice::ReadOnly))
-        error = QStringLiteral("Cannot read '%1': %2").arg(path, script.errorString());
-    if (error.isEmpty())
-        runScript(path, QString::fromUtf8(script.readAll()));
+    const QString error = whyNotRunnable(dir);
+    if (!error.isEmpty()) {
+        addError(LineInfo(path, 0), error);
+        return;
+    }
+    const ScriptFile script = readScriptFile(path);
+    if (script.error.isEmpty())
+        runScript(path, script.text);
     else
-        addError(path, error);
+        addError(LineInfo(path, script.errorLine), script.error);
 }
 
-void ScriptTestCase::addError(const QString &path, const QString &details)
+void ScriptTestCase::addError(const LineInfo &place, const QString &details)
 {
     result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), details,
-                        LineInfo(path, 0), QString(), -1);
+                        place, QString(), -1);
 }
 
 // Returns an error text, empty on success.
@@ -84,7 +87,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     ScriptApplication application(searchDirs);
     const QString error = prepare(&application);
     if (!error.isEmpty()) {
-        addError(path, error);
+        addError(LineInfo(path, 0), error);
         return;
     }
     ScriptVerification verification(&engine, &application, result(),
@@ -95,6 +98,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
+    attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
     if (!outcome.hasThrown)
         return;
     std::vector<LineInfo> stack = outcome.stack;

@@ -32,7 +32,7 @@ public:
 private:
     void runScript(const QString &path, const QString &program);
     QString prepare(ScriptApplication *application) const;
-    void addError(const QString &path, const QString &details);
+    void addError(const LineInfo &place, const QString &details);
 
     Options m_options;
 };

@@ -11,8 +11,16 @@ namespace {
 
 Cancellation *signalledCancellation = nullptr;
 
-void handleSignal(int)
+pid_t signalledProcess = 0;
+
+void handleSignal(int number)
 {
+    // A child that has not begun its own program yet shares what the request would wake up.
+    if (::getpid() != signalledProcess) {
+        ::signal(number, SIG_DFL);
+        ::raise(number);
+        return;
+    }
     if (signalledCancellation->isRequested()) {
         signalledCancellation->killRunningAttempt();
         ::_exit(ExitInterrupted);
@@ -43,6 +51,7 @@ void setHandler(void (*handler)(int))
 CancelOnSignals::CancelOnSignals(Cancellation *cancellation)
 {
     signalledCancellation = cancellation;
+    signalledProcess = ::getpid();
     setHandler(handleSignal);
 }
 

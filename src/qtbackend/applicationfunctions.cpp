@@ -4,6 +4,7 @@
 #include "qtbackend/elementfilter.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
+#include "qtbackend/usagecounter.h"
 #include "qtbackend/userinput.h"
 
 #include <QBuffer>
@@ -80,6 +81,17 @@ QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *erro
     return QByteArray(1, dumpFollows) + dumpElements(model, object, filter);
 }
 
+QVariant countUsage(QtModel &model, const QVariantList &, QString *)
+{
+    model.usageCounter();
+    return true;
+}
+
+QVariant dumpUsage(QtModel &model, const QVariantList &, QString *)
+{
+    return QByteArray(1, dumpFollows) + model.usageCounter().dump();
+}
+
 // Arguments: id, and none or both of x and y.
 QVariant click(QtModel &model, const QVariantList &arguments, QString *error)
 {
@@ -107,6 +119,8 @@ const struct
     {"grabObjectScreenshot", grabObjectScreenshot},
     {"getPixmapAsImage", getPixmapAsImage},
     {"dumpObject", dumpObject},
+    {"countUsage", countUsage},
+    {"dumpUsage", dumpUsage},
     {"clickObject", click},
     {"typeText", type},
 };

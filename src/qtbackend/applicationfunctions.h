@@ -8,7 +8,8 @@ namespace Morvex {
 class QtModel;
 
 /// Calls the application side function of that name. Invalid on failure; @p error then has a text.
-/// "grabObjectScreenshot" knows no options.
+/// "grabObjectScreenshot" knows no options. From "countUsage" on, which takes no arguments, it is
+/// counted what users do; "dumpUsage" answers as "dumpObject" does, with all windows.
 QVariant callApplicationFunction(QtModel &model, const QString &name, const QVariantList &arguments,
                                  QString *error);
 

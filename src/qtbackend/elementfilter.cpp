@@ -28,11 +28,11 @@ public:
         // Also what comes after the root.
         while (!m_xml.atEnd())
             m_xml.readNext();
-        return m_xml.hasError() ? QStringLiteral("line %1, column %2: %3")
-                                      .arg(QString::number(m_xml.lineNumber()),
-                                           QString::number(m_xml.columnNumber()),
-                                           m_xml.errorString())
-                                : QString();
+        return m_xml.hasError()
+                   ? QStringLiteral("line %1, column %2: %3")
+                         .arg(QString::number(m_xml.lineNumber()),
+                              QString::number(m_xml.columnNumber()), m_xml.errorString())
+                   : QString();
     }
 
 private:

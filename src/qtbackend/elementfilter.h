@@ -19,7 +19,8 @@ struct ElementRules
     bool hidesSubtree = false;
 };
 
-/// The rules of all filters of a dump, as docs/element-filters.md tells: the last one that fits wins.
+/// The rules of all filters of a dump, as docs/element-filters.md tells: the last one that fits
+/// wins.
 class ElementFilter
 {
 public:
@@ -49,8 +50,7 @@ private:
         QList<PropertyRule> properties;
     };
 
-    static void apply(const ClassRule &rule, const QStringList &propertyNames,
-                      ElementRules *rules);
+    static void apply(const ClassRule &rule, const QStringList &propertyNames, ElementRules *rules);
 
     QList<ClassRule> m_rules;
     bool m_wantsPicture = true;

@@ -2,6 +2,7 @@
 
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
+#include "qtbackend/usagecounter.h"
 #include "qtbackend/valueobject.h"
 
 #include <QAbstractItemView>
@@ -69,6 +70,15 @@ QtModel::QtModel()
     watchCreation();
     // Before anything is raised and moves.
     allObjects();
+}
+
+QtModel::~QtModel() = default;
+
+UsageCounter &QtModel::usageCounter()
+{
+    if (!m_usageCounter)
+        m_usageCounter = std::make_unique<UsageCounter>();
+    return *m_usageCounter;
 }
 
 SharedPtr<Object> QtModel::wrap(QObject *object)

@@ -16,15 +16,21 @@ struct QMetaObject;
 
 namespace Morvex {
 
+class UsageCounter;
+
 /// The classes of the live objects, and the way from objects and values to the model and back.
 class QtModel
 {
 public:
     QtModel();
+    ~QtModel();
 
     ObjectRegistry &registry() { return m_registry; }
 
     SharedPtr<Object> wrap(QObject *object);
+    /// Counts from the first call on.
+    UsageCounter &usageCounter();
+
     /// Null for an invalid value and for a null pointer to an object.
     SharedPtr<Object> wrapValue(const QVariant &value);
     /// Null when the object is gone or no live one.
@@ -60,6 +66,7 @@ private:
     void seeAllClasses();
 
     ObjectRegistry m_registry;
+    std::unique_ptr<UsageCounter> m_usageCounter;
     WindowOrder m_windows;
     // By the name as well: a meta object may be freed and another one take its address.
     QHash<QPair<const QMetaObject *, QByteArray>, std::shared_ptr<ModelClass>> m_classes;

@@ -4,14 +4,13 @@
 #include "shared/expandreferences.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace Morvex {
 namespace {
 
-// What a whole file may make of references: one that is nothing but references costs no more memory
-// and time than a long one. Beyond this they stay as they stand.
-const int maxReferences = 100000;
-const qint64 maxGrowth = 4 * 1024 * 1024;
+// Characters that the references of a whole file may add; beyond this they stay as they are.
+const qint64 maxGrowth = 32 * 1024 * 1024;
 
 } // namespace
 
@@ -67,6 +66,7 @@ struct ConfParser::Position
 
 ConfParser::ConfParser(const QString &fileName, bool splitValues)
     : m_splitValues(splitValues)
+    , m_growthLeft(maxGrowth)
 {
     parse(fileName);
 }
@@ -74,7 +74,8 @@ ConfParser::ConfParser(const QString &fileName, bool splitValues)
 void ConfParser::parse(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    // A pipe would keep the reader waiting.
+    if (!QFileInfo(fileName).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         m_error = QStringLiteral("Couldn't open '") + fileName + QStringLiteral("' for reading.");
         return;
     }
@@ -121,20 +122,13 @@ bool ConfParser::parseAssignment(const QString &fileName, Position &position)
 
 void ConfParser::evaluate(QString &value)
 {
-    QString expanded = value;
-    expandReferences(expanded, [this](const QString &name) {
-        if (++m_references > maxReferences)
-            return QString();
+    const auto lookUp = [this](const QString &name) {
         const auto entry = m_entries.constFind(name);
         if (entry != m_entries.constEnd())
             return entry->value(0);
         return QString::fromStdString(Environment::getVariable(name.toStdString()));
-    });
-    const qint64 growth = expanded.size() - value.size();
-    if (m_growth + growth > maxGrowth)
-        return;
-    m_growth += qMax(qint64(0), growth);
-    value = expanded;
+    };
+    m_growthLeft -= expandReferences(value, lookUp, DollarPair::Kept, m_growthLeft);
 }
 
 QStringList ConfParser::split(const QString &value) const

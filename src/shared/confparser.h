@@ -37,9 +37,8 @@ private:
     QMap<QString, QStringList> m_entries;
     bool m_splitValues;
     QString m_error;
-    // How many references were looked up, and the characters that they added.
-    int m_references = 0;
-    qint64 m_growth = 0;
+    // The characters that references may still add to the file's values.
+    qint64 m_growthLeft;
 };
 
 /// The entries of a configuration file under an optional settings group, whose entries have keys

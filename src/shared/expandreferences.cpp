@@ -1,44 +1,46 @@
 #include "shared/expandreferences.h"
 
+#include <algorithm>
+
 namespace Morvex {
 namespace {
 
-// Far beyond what a person writes, and small enough that a file of nothing but references costs
-// little time and memory.
-const int maxReferences = 1000;
-const int maxExpandedLength = 64 * 1024;
+// Longer names are not looked up: each of many references that are never closed but by one bracket
+// at the end of a long text has nearly all of it for its name.
+const int maxNameLength = 4096;
 
 using Lookup = std::function<QString(const QString &)>;
 
-// What is behind the walk is in m_done and is not looked at again; what is before it, replacements
-// included, is m_rest from m_position on.
+// What is behind the walk is in m_done and is not looked at again; what is ahead of it,
+// replacements included, is m_rest from m_position on.
 class Expansion
 {
 public:
-    Expansion(const QString &text, const Lookup &lookup, DollarPair dollarPair)
+    Expansion(const QString &text, const Lookup &lookup, DollarPair dollarPair, qint64 maxGrowth)
         : m_rest(text)
         , m_lookup(lookup)
         , m_dollarPair(dollarPair)
-        , m_maxLength(qMax(maxExpandedLength, text.size()))
+        , m_maxGrowth(maxGrowth)
     {
     }
 
     // False for an expansion that has to be given up.
     bool run()
     {
-        for (;;) {
+        while (m_growth <= m_maxGrowth) {
             const int dollar = m_rest.indexOf(QLatin1Char('$'), m_position);
-            if (dollar < 0)
-                break;
+            if (dollar < 0) {
+                take(m_rest.size() - m_position);
+                return true;
+            }
             take(dollar - m_position);
-            if (!step())
-                return false;
+            step();
         }
-        take(m_rest.size() - m_position);
-        return true;
+        return false;
     }
 
     const QString &text() const { return m_done; }
+    qint64 growth() const { return m_growth; }
 
 private:
     void take(int length)
@@ -53,56 +55,75 @@ private:
         return index < m_rest.size() && m_rest.at(index) == QLatin1Char(character);
     }
 
-    bool step()
+    void step()
     {
         if (m_dollarPair == DollarPair::IsOneDollar && at(m_position + 1, '$')) {
             take(1);
             ++m_position;
-            return true;
+        } else if (at(m_position + 1, '(')) {
+            replaceReference();
+            // The walk steps over as much as "$(" takes, also in a replacement.
+            take(2);
+        } else {
+            take(1);
         }
-        if (at(m_position + 1, '('))
-            return expandReference();
-        take(1);
-        return true;
     }
 
-    bool expandReference()
+    void replaceReference()
     {
         const int nameStart = m_position + 2;
-        const int nameEnd = m_hasBracket ? m_rest.indexOf(QLatin1Char(')'), nameStart) : -1;
-        m_hasBracket = nameEnd >= 0;
-        if (m_hasBracket) {
-            if (++m_references > maxReferences)
-                return false;
-            const QString replacement = m_lookup(m_rest.mid(nameStart, nameEnd - nameStart));
-            if (!replacement.isEmpty()) {
-                m_rest = replacement + m_rest.mid(nameEnd + 1);
-                m_position = 0;
-            }
+        const int nameLength = nextBracket(nameStart) - nameStart;
+        if (nameLength < 0 || nameLength > maxNameLength)
+            return;
+        const QString replacement = m_lookup(m_rest.mid(nameStart, nameLength));
+        if (replacement.isEmpty())
+            return;
+        m_position = nameStart + nameLength + 1;
+        putBeforeRest(replacement);
+        m_growth += replacement.size();
+    }
+
+    // The place of the first ")" from a position on, -1 for none.
+    int nextBracket(int position)
+    {
+        if (m_bracket >= 0 && m_bracket < position)
+            m_bracket = m_rest.indexOf(QLatin1Char(')'), position);
+        return m_bracket;
+    }
+
+    // Overwrites what the walk has left behind. Where that is too short it makes room for many
+    // replacements, so that the rest is not moved for each one.
+    void putBeforeRest(const QString &replacement)
+    {
+        if (m_position < replacement.size()) {
+            const int room = replacement.size() + m_rest.size();
+            m_rest.insert(0, QString(room, QLatin1Char(' ')));
+            m_position += room;
         }
-        // The walk steps over as much as "$(" takes, also in a replacement.
-        take(2);
-        return m_done.size() + m_rest.size() - m_position <= m_maxLength;
+        m_position -= replacement.size();
+        std::copy(replacement.begin(), replacement.end(), m_rest.begin() + m_position);
+        m_bracket = m_rest.indexOf(QLatin1Char(')'), m_position);
     }
 
     QString m_done;
     QString m_rest;
     const Lookup &m_lookup;
     const DollarPair m_dollarPair;
-    const int m_maxLength;
+    const qint64 m_maxGrowth;
+    qint64 m_growth = 0;
     int m_position = 0;
-    int m_references = 0;
-    // Whether a ")" may lie ahead. Without one nothing is replaced any more, so none can come.
-    bool m_hasBracket = true;
+    int m_bracket = 0;
 };
 
 } // namespace
 
-void expandReferences(QString &text, const Lookup &lookup, DollarPair dollarPair)
+qint64 expandReferences(QString &text, const Lookup &lookup, DollarPair dollarPair,
+                        qint64 maxGrowth)
 {
-    Expansion expansion(text, lookup, dollarPair);
+    Expansion expansion(text, lookup, dollarPair, qMin(maxGrowth, maxExpansionGrowth));
     if (expansion.run())
         text = expansion.text();
+    return expansion.growth();
 }
 
 } // namespace Morvex

@@ -17,4 +17,19 @@ QString realPath(const QString &path)
     return resolved ? QFile::decodeName(resolved.get()) : path;
 }
 
+QString cleanedPath(const QString &path)
+{
+    const QString absolute = QDir::current().absoluteFilePath(path);
+    QString cleaned;
+    for (const QString &name : absolute.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        if (name == QLatin1String("..")) {
+            cleaned = realPath(cleaned.isEmpty() ? QStringLiteral("/") : cleaned);
+            cleaned.truncate(cleaned.lastIndexOf(QLatin1Char('/')));
+        } else if (name != QLatin1String(".")) {
+            cleaned += QLatin1Char('/') + name;
+        }
+    }
+    return cleaned.isEmpty() ? QStringLiteral("/") : cleaned;
+}
+
 } // namespace Morvex

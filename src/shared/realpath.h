@@ -10,4 +10,8 @@ namespace Morvex {
 /// for instance since the file does not exist.
 MORVEX_EXPORT QString realPath(const QString &path);
 
+/// The absolute path without "." and "..". Links are followed only where ".." goes up from one: the
+/// name of a link to a directory stays.
+MORVEX_EXPORT QString cleanedPath(const QString &path);
+
 } // namespace Morvex

@@ -1,15 +1,12 @@
 #include "test/jsonreportgenerator.h"
 
-#include "shared/trace.h"
 #include "test/output/jsonobject.h"
-#include "test/output/reportstream.h"
 #include "test/report/iso8601time.h"
+#include "test/report/openreport.h"
 #include "test/report/reportlocations.h"
 #include "test/report/resultlabels.h"
 #include "test/report/retrylimit.h"
 #include "test/reportgeneratorshared.h"
-
-#include <QDir>
 
 #include <string_view>
 
@@ -200,23 +197,13 @@ JsonReportGenerator::~JsonReportGenerator()
 TestReportGenerator::Result JsonReportGenerator::create(const QString &path, TestType type,
                                                         unsigned short version, QString *resultDir)
 {
-    if (!resultDir->isEmpty())
-        return {nullptr, QStringLiteral("Cannot create json report, another result directory is "
-                                        "already set: %1")
-                             .arg(*resultDir)};
-    if (path.isEmpty())
-        return {nullptr, QStringLiteral("Missing target directory")};
-    const QDir dir(QDir::current().absoluteFilePath(path));
-    if (!dir.mkpath(QStringLiteral(".")))
-        return {nullptr, QStringLiteral("Could not create directory '%1'").arg(dir.path())};
-    *resultDir = dir.path();
-    const QString fileName = dir.filePath(QStringLiteral("results.json"));
-    qCDebug(traceReportGen) << "report dir " << dir.path();
-    qCDebug(traceReportGen) << "report file " << fileName;
-    auto stream = std::make_unique<ReportStream>(fileName, std::ios::out, ReportStream::Buffered);
-    if (!stream->isOpen())
-        return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName)};
-    return {new JsonReportGenerator(std::move(stream), *resultDir, type, version), QString()};
+    StreamResult opened =
+        openInDirectory(QLatin1String("json"), path, QStringLiteral("results.json"),
+                        ReportStream::Buffered, resultDir);
+    if (!opened.error.isEmpty())
+        return {nullptr, opened.error};
+    return {new JsonReportGenerator(std::move(opened.stream), *resultDir, type, version),
+            QString()};
 }
 
 void JsonReportGenerator::generateSummary()

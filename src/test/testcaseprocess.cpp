@@ -1,47 +1,64 @@
 #include "test/testcaseprocess.h"
 
 #include "shared/environment.h"
-#include "test/child/rawentrystream.h"
-#include "test/child/testcaserun.h"
-#include "test/testresult.h"
+#include "shared/trace.h"
+#include "test/cancellation.h"
+#include "test/child/childrunner.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QtEndian>
+#include <QTimer>
+
+#include <cstdio>
+#include <limits>
+#include <sys/stat.h>
 
 namespace Morvex {
+namespace {
 
-void DatagramBuffer::append(const char *data, std::size_t size)
+const int maxPendingConnections = 1;
+const int disconnectTimeoutMs = 30000;
+const int probeTimeoutMs = 1000;
+const int maxLateConnections = 100;
+// What a timer of milliseconds can hold; three weeks and more.
+const int maxTimeoutSeconds = std::numeric_limits<int>::max() / 1000;
+
+QStringList withReportStream(const QStringList &args, const QString &serverName)
 {
-    pending.insert(pending.end(), data, data + size);
-    std::size_t position = 0;
-    while (pending.size() - position >= rawLengthSize) {
-        const std::size_t length = qFromBigEndian<quint32>(pending.data() + position);
-        if (pending.size() - position - rawLengthSize < length)
-            break;
-        const char *payload = pending.data() + position + rawLengthSize;
-        datagrams.emplace_back(payload, payload + length);
-        position += rawLengthSize + length;
-    }
-    pending.erase(pending.begin(), pending.begin() + static_cast<std::ptrdiff_t>(position));
+    QStringList result = args;
+    const int index = qMin(result.indexOf(QStringLiteral("--testcase")) + 2, result.size());
+    result.insert(index, QLatin1String("raw,") + serverName);
+    result.insert(index, QStringLiteral("--reportgen"));
+    return result;
 }
 
-void DatagramBuffer::convertToTestResults(TestResult *result, int retriesLeft)
+// What comes in over the socket goes into the report, so that nobody else may connect. The server's
+// own option for this would replace the socket of another run without a word.
+class OwnerOnlyFiles
 {
-    while (!datagrams.empty()) {
-        const std::vector<char> datagram = std::move(datagrams.front());
-        datagrams.pop_front();
-        TestResult::Entry entry = decodeEntry(datagram.data(), datagram.size());
-        if (entry.type == TestResult::START) {
-            entry.type = TestResult::START_TEST_CASE;
-            entry.info = entry.name;
-            if (entry.retry == -1)
-                entry.retry = retriesLeft;
-        } else if (entry.type == TestResult::END) {
-            entry.type = TestResult::END_TEST_CASE;
-        }
-        result->processEntry(entry);
+public:
+    OwnerOnlyFiles()
+        : m_before(::umask(S_IRWXG | S_IRWXO))
+    {
     }
+    ~OwnerOnlyFiles() { ::umask(m_before); }
+
+    OwnerOnlyFiles(const OwnerOnlyFiles &) = delete;
+    OwnerOnlyFiles &operator=(const OwnerOnlyFiles &) = delete;
+
+private:
+    mode_t m_before;
+};
+
+bool isServed(const QString &serverName)
+{
+    QLocalSocket probe;
+    probe.connectToServer(serverName);
+    return probe.waitForConnected(probeTimeoutMs);
 }
+
+} // namespace
 
 int TestCaseProcess::run(const QStringList &args, int timeoutSeconds, int retriesLeft,
                          TestResult *result, Cancellation *cancellation)
@@ -54,6 +71,185 @@ QString TestCaseProcess::program()
 {
     return QString::fromStdString(Environment::getVariable("MORVEX_PREFIX")) +
            QLatin1String("/bin") + QDir::separator() + QLatin1String("morvexrunner");
+}
+
+TestCaseRun::TestCaseRun(TestResult *result, int retriesLeft, Cancellation *cancellation)
+    : m_result(result)
+    , m_retriesLeft(retriesLeft)
+    , m_cancellation(cancellation)
+{
+    m_reportServer.setMaxPendingConnections(maxPendingConnections);
+    connect(&m_reportServer, &QLocalServer::newConnection, this, &TestCaseRun::newReportConnection);
+    if (cancellation)
+        connect(cancellation, &Cancellation::requested, this, &TestCaseRun::runCancelled);
+}
+
+TestCaseRun::~TestCaseRun()
+{
+    delete m_reportConnection;
+}
+
+int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
+{
+    if (m_cancellation && m_cancellation->isRequested())
+        return TestCaseProcess::CANCELLED;
+    const QString name =
+        QStringLiteral("morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
+    qCDebug(traceTestCaseRun) << "report pipe name: " << name;
+    if (!listen(name)) {
+        std::fprintf(stderr, "Could not open pipe \"%s\" for report file: %s\n",
+                     qUtf8Printable(name), qUtf8Printable(m_reportServer.errorString()));
+        return TestCaseProcess::CANNOT_START;
+    }
+    const QString serverName = m_reportServer.fullServerName();
+    qCDebug(traceTestCaseRun) << "report pipe path: " << serverName;
+    if (serverName.isEmpty()) {
+        std::fprintf(stderr, "Could not fetch absolute path to pipe \"%s\" for report file: %s",
+                     qUtf8Printable(name), qUtf8Printable(m_reportServer.errorString()));
+        m_reportServer.close();
+        return TestCaseProcess::CANNOT_START;
+    }
+    const int code = superviseProcess(withReportStream(args, serverName), timeoutSeconds);
+    takeLateConnections();
+    closeConnections();
+    return code;
+}
+
+bool TestCaseRun::listen(const QString &name)
+{
+    const OwnerOnlyFiles ownerOnly;
+    if (m_reportServer.listen(name))
+        return true;
+    // A killed run with the same process id may have left its socket file.
+    if (m_reportServer.serverError() != QAbstractSocket::AddressInUseError || isServed(name))
+        return false;
+    QLocalServer::removeServer(name);
+    return m_reportServer.listen(name);
+}
+
+int TestCaseRun::superviseProcess(const QStringList &args, int timeoutSeconds)
+{
+    qCDebug(traceTestCaseRun) << "commandline: " << TestCaseProcess::program() << args;
+    ChildRunner process;
+    connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            &TestCaseRun::processFinished);
+    connect(&process, &QProcess::errorOccurred, this, &TestCaseRun::processError);
+
+    QTimer timer;
+    timer.setSingleShot(true);
+    connect(&timer, &QTimer::timeout, this, &TestCaseRun::processTimeout);
+
+    process.start(TestCaseProcess::program(), args, QIODevice::ReadOnly);
+    const auto processGroup = static_cast<pid_t>(process.processId());
+    if (m_cancellation)
+        m_cancellation->setRunningAttempt(processGroup);
+    if (timeoutSeconds > 0)
+        timer.start(qMin(timeoutSeconds, maxTimeoutSeconds) * 1000);
+    if (!m_code)
+        m_eventLoop.exec();
+    timer.stop();
+    process.disconnect(this);
+    process.end();
+    if (m_cancellation)
+        m_cancellation->setRunningAttempt(0);
+    if (*m_code < 0)
+        ChildRunner::killGroup(processGroup);
+    return *m_code;
+}
+
+void TestCaseRun::endWith(int code)
+{
+    if (m_code)
+        return;
+    m_code = code;
+    // Without effect before the event loop runs, when the code alone keeps it from running.
+    m_eventLoop.exit(code);
+}
+
+void TestCaseRun::processFinished(int exitCode, QProcess::ExitStatus status)
+{
+    endWith(status == QProcess::CrashExit ? TestCaseProcess::ABNORMAL_END : exitCode);
+    if (status == QProcess::CrashExit && *m_code == TestCaseProcess::ABNORMAL_END)
+        m_crashSignal = exitCode;
+}
+
+void TestCaseRun::processError(QProcess::ProcessError error)
+{
+    endWith(error == QProcess::FailedToStart ? TestCaseProcess::CANNOT_START
+                                             : TestCaseProcess::ABNORMAL_END);
+}
+
+void TestCaseRun::processTimeout()
+{
+    endWith(TestCaseProcess::TIMED_OUT);
+}
+
+void TestCaseRun::runCancelled()
+{
+    endWith(TestCaseProcess::CANCELLED);
+}
+
+// The first connection carries the report, each further one a video.
+void TestCaseRun::newReportConnection()
+{
+    QLocalSocket *socket = m_reportServer.nextPendingConnection();
+    if (!socket)
+        return;
+    if (!m_reportConnection) {
+        socket->setParent(nullptr);
+        m_reportConnection = socket;
+        connect(socket, &QLocalSocket::readyRead, this, &TestCaseRun::readFromReportConnection);
+        connect(socket, &QLocalSocket::stateChanged, this,
+                &TestCaseRun::reportConnectionStateChange);
+        readFromReportConnection();
+        return;
+    }
+    auto *transmission = new TestCaseTransmission(m_result->reportGenerator(), socket);
+    transmission->setParent(this);
+    connect(socket, &QLocalSocket::readyRead, transmission, &TestCaseTransmission::onReadyRead);
+    connect(socket, &QLocalSocket::stateChanged, transmission,
+            &TestCaseTransmission::onStateChanged);
+    transmission->onReadyRead();
+}
+
+void TestCaseRun::reportConnectionStateChange(QLocalSocket::LocalSocketState state)
+{
+    qCDebug(traceTestCaseRun) << "report-connection state: " << state;
+}
+
+void TestCaseRun::readFromReportConnection()
+{
+    const QByteArray data = m_reportConnection->readAll();
+    qCDebug(traceTestCaseRun) << "report-connection read " << data.size();
+    if (data.isEmpty())
+        return;
+    m_buffer.append(data.constData(), static_cast<std::size_t>(data.size()));
+    m_buffer.convertToTestResults(m_result, m_retriesLeft);
+}
+
+// A short-lived child may end before the event loop got to its connection.
+void TestCaseRun::takeLateConnections()
+{
+    for (int i = 0; i < maxLateConnections && m_reportServer.waitForNewConnection(0); ++i)
+        newReportConnection();
+    m_reportServer.close();
+}
+
+// A child that left its end of a connection to another process may keep all of them open.
+void TestCaseRun::closeConnections()
+{
+    const QDeadlineTimer deadline(disconnectTimeoutMs);
+    for (TestCaseTransmission *transmission : findChildren<TestCaseTransmission *>())
+        transmission->finish(static_cast<int>(deadline.remainingTime()));
+    if (!m_reportConnection)
+        return;
+    if (m_reportConnection->state() != QLocalSocket::UnconnectedState &&
+        !m_reportConnection->waitForDisconnected(static_cast<int>(deadline.remainingTime())))
+        std::fprintf(stderr, "Closing report-connnection failed: %s\n",
+                     qUtf8Printable(m_reportConnection->errorString()));
+    readFromReportConnection();
+    delete m_reportConnection;
+    m_reportConnection = nullptr;
 }
 
 } // namespace Morvex

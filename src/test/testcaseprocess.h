@@ -1,34 +1,23 @@
 #pragma once
 
 #include "morvex_export.h"
+#include "test/datagrambuffer.h"
+#include "test/testcasetransmission.h"
 
+#include <QEventLoop>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QObject>
+#include <QProcess>
+#include <QString>
 #include <QStringList>
 
-#include <cstddef>
-#include <deque>
-#include <vector>
+#include <optional>
 
 namespace Morvex {
 
 class Cancellation;
 class TestResult;
-
-/// Bytes of a raw report stream on their way to entries.
-struct MORVEX_EXPORT DatagramBuffer
-{
-    /// Bytes of a datagram that is not complete yet.
-    std::vector<char> pending;
-    /// Complete payloads, oldest first.
-    std::deque<std::vector<char>> datagrams;
-
-    /// Moves each datagram that @p data completes to datagrams.
-    void append(const char *data, std::size_t size);
-
-    /// Decodes the complete payloads into @p result. The child's run becomes a test case of the
-    /// parent's: START and END turn into START_TEST_CASE, with @p retriesLeft as its retry unless
-    /// it has one, and END_TEST_CASE.
-    void convertToTestResults(TestResult *result, int retriesLeft);
-};
 
 /// One child runner for one attempt of one test case.
 class MORVEX_EXPORT TestCaseProcess
@@ -48,8 +37,55 @@ public:
     static int run(const QStringList &args, int timeoutSeconds, int retriesLeft, TestResult *result,
                    Cancellation *cancellation = nullptr);
 
-    /// Where the runner's executable lies, according to MORVEX_PREFIX.
+    /// The path of the runner's executable, according to MORVEX_PREFIX.
     static QString program();
+};
+
+/// Supervises the child of one attempt: listens for its report and its video streams, and waits for
+/// its end in a nested event loop. Serves one attempt.
+class MORVEX_EXPORT TestCaseRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @p cancellation may be null. Neither is owned.
+    TestCaseRun(TestResult *result, int retriesLeft, Cancellation *cancellation);
+    ~TestCaseRun() override;
+
+    /// See TestCaseProcess::run.
+    int run(const QStringList &args, int timeoutSeconds);
+
+    /// The signal that ended the child; 0 unless it ended by one that did not come from here.
+    int crashSignal() const { return m_crashSignal; }
+    /// The last place in the script that the child reported; not valid when there was none.
+    LineInfo lastPlace() const { return m_buffer.lastPlace; }
+
+public Q_SLOTS:
+    void newReportConnection();
+    void reportConnectionStateChange(QLocalSocket::LocalSocketState state);
+    void readFromReportConnection();
+    void processError(QProcess::ProcessError error);
+    void processFinished(int exitCode, QProcess::ExitStatus status);
+    void processTimeout();
+    void runCancelled();
+
+private:
+    bool listen(const QString &name);
+    int superviseProcess(const QStringList &args, int timeoutSeconds);
+    void endWith(int code);
+    void takeLateConnections();
+    void closeConnections();
+
+    TestResult *m_result;
+    int m_retriesLeft;
+    QLocalServer m_reportServer;
+    QLocalSocket *m_reportConnection = nullptr;
+    QEventLoop m_eventLoop;
+    DatagramBuffer m_buffer;
+    Cancellation *m_cancellation;
+    // Set by the first thing that ends the attempt, be it before the event loop runs.
+    std::optional<int> m_code;
+    int m_crashSignal = 0;
 };
 
 } // namespace Morvex

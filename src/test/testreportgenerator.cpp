@@ -1,6 +1,8 @@
 #include "test/testreportgenerator.h"
 
 #include "shared/clock.h"
+#include "shared/environment.h"
+#include "test/report/resultlabels.h"
 
 #include <QFile>
 
@@ -51,6 +53,11 @@ TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
 
 } // namespace
 
+TestReportGenerator::TestReportGenerator(AbortedRun abortedRun)
+    : m_abortedRun(abortedRun)
+{
+}
+
 TestReportGenerator::~TestReportGenerator() = default;
 
 bool TestReportGenerator::isRepeatableSection(const QString &info)
@@ -87,12 +94,61 @@ void TestReportGenerator::handleEntry(const TestResult::Entry &entry)
 
 void TestReportGenerator::handleNow(const TestResult::Entry &entry)
 {
+    updateOpenParts(entry);
     count(entry.type);
     if (!updateSections(entry))
         return;
     if (isRetained(entry))
         m_retained.push_back(retainedPart(entry));
     doHandleEntry(entry);
+}
+
+void TestReportGenerator::updateOpenParts(const TestResult::Entry &entry)
+{
+    switch (entry.type) {
+    case TestResult::START:
+        m_run = {true, entry.name};
+        break;
+    case TestResult::START_TEST_CASE:
+        m_testCase = {true, entry.info};
+        break;
+    case TestResult::END:
+        m_run = {};
+        m_testCase = {};
+        break;
+    case TestResult::END_TEST_CASE:
+        m_testCase = {};
+        break;
+    default:
+        break;
+    }
+}
+
+void TestReportGenerator::abortRun()
+{
+    if (!m_run.isOpen || m_abortedRun == IsLeftOpen)
+        return;
+    TestResult::Entry error = makeEntry(TestResult::ERROR, QStringLiteral("Run aborted"));
+    error.details = QStringLiteral(
+        "The run was aborted before its end. This report holds what was logged up to then.");
+    handleEntry(error);
+    if (m_testCase.isOpen) {
+        TestResult::Entry end = makeEntry(TestResult::END_TEST_CASE, endMessage(m_testCase.name));
+        end.details = endDetails(m_testCase.name);
+        end.info = m_testCase.name;
+        handleEntry(end);
+    }
+    TestResult::Entry end = makeEntry(TestResult::END, endMessage(m_run.name));
+    end.details = endDetails(m_run.name);
+    end.name = m_run.name;
+    handleEntry(end);
+    if (isSummaryWanted())
+        generateSummary();
+}
+
+bool TestReportGenerator::isSummaryWanted()
+{
+    return Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty();
 }
 
 void TestReportGenerator::count(TestResult::ResultType type)

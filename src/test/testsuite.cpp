@@ -1,8 +1,13 @@
 #include "test/testsuite.h"
 
+#include "test/suite/childarguments.h"
+#include "test/suite/suiterun.h"
+#include "test/testcaseprocess.h"
 #include "test/testconfig.h"
+#include "test/testfilters.h"
 
 #include <QFile>
+#include <QProcess>
 
 #include <cstdio>
 #include <cstdlib>
@@ -121,6 +126,11 @@ void TestSuite::setSkippedTestCases(const QStringList &testCases)
 void TestSuite::setTags(const QStringList &tags)
 {
     m_tags = tags;
+}
+
+void TestSuite::setRerun(bool isRerun)
+{
+    m_isRerun = isRerun;
 }
 
 void TestSuite::setCancellation(Cancellation *cancellation)
@@ -269,6 +279,89 @@ bool TestSuite::hasFeatureFile(const QString &testCase) const
     const QDir testCaseDir(m_dir.filePath(testCase), QStringLiteral("*.feature"),
                            QDir::Name | QDir::IgnoreCase);
     return !testCaseDir.entryList().isEmpty();
+}
+
+QStringList TestSuite::discoverTestCases() const
+{
+    const QStringList found =
+        m_dir.entryList({QStringLiteral("tst_*")}, QDir::Dirs | QDir::Readable);
+    QStringList testCases;
+    for (const QString &name :
+         ConfParser::splitArgs(m_config.globalEntry(QStringLiteral("TEST_CASES")))) {
+        if (found.contains(name))
+            testCases += name;
+    }
+    for (const QString &name : found) {
+        if (!testCases.contains(name))
+            testCases += name;
+    }
+    return testCases;
+}
+
+// The same number has to give the same order for ever: it is shown for a later run.
+QStringList TestSuite::shuffled(QStringList testCases, unsigned int randomSeed)
+{
+    if (randomSeed == 0)
+        return testCases;
+    quint32 state = randomSeed;
+    for (int i = 0; i < testCases.size(); ++i) {
+        state = state * 1103515245U + 12345U;
+        const auto count = static_cast<quint32>(testCases.size());
+        testCases.move(i, static_cast<int>(((state >> 16) & 0x7FFFU) % count));
+    }
+    return testCases;
+}
+
+QStringList TestSuite::selectedByTags(const QStringList &testCases, QString *error) const
+{
+    if (m_tags.isEmpty())
+        return testCases;
+    const std::unique_ptr<FilterInterface> filter(allFilterByArgs(m_tags, {}, error));
+    if (!filter)
+        return {};
+    QStringList selected;
+    for (const QString &testCase : testCases) {
+        const std::vector<std::string> tags = getTestCaseTags(testCase, error);
+        if (!error->isEmpty())
+            return {};
+        if (hasFeatureFile(testCase) || filter->shouldExecuteWithTags(tags))
+            selected += testCase;
+    }
+    return selected;
+}
+
+void TestSuite::run(const QString &host, int port, TestResult *result, const QStringList &testCases,
+                    const QString &resultDir, double snoozeFactor, unsigned int timeoutSeconds,
+                    bool stopOnFail, unsigned int retryCount, unsigned int randomSeed,
+                    const QStringList &envVars, bool interactive)
+{
+    SuiteRun(*this, result,
+             {host, port, resultDir, snoozeFactor, timeoutSeconds, stopOnFail, retryCount,
+              randomSeed, envVars, interactive})
+        .run(testCases);
+}
+
+bool TestSuite::runTestCase(const QString &testCase, const QString &host, int port,
+                            TestResult *result, const QString &resultDir, double snoozeFactor,
+                            unsigned int timeoutSeconds, int retriesLeft, int retryOption,
+                            const QStringList &envVars, bool interactive)
+{
+    SuiteRun attempt(
+        *this, result,
+        {host, port, resultDir, snoozeFactor, timeoutSeconds, false, 0, 0, envVars, interactive});
+    return attempt.runAttempt(testCase, retriesLeft, retryOption).code !=
+           TestCaseProcess::CANCELLED;
+}
+
+void TestSuite::record(bool disableEventCompression, bool useWaitFor, bool useScriptedObjectMap,
+                       const QString &testCase, const QStringList &testData, const QString &host,
+                       int port, const QStringList &envVars)
+{
+    SuiteRun::setSuiteDirVariable(*this);
+    const RecordOptions options{
+        host, port, testData, disableEventCompression, useWaitFor, useScriptedObjectMap, envVars};
+    QProcess::startDetached(TestCaseProcess::program(),
+                            ChildArguments(*this).forRecording(testCase, options));
 }
 
 } // namespace Morvex

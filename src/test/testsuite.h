@@ -15,7 +15,6 @@
 namespace Morvex {
 
 class Cancellation;
-class FilterInterface;
 class TestResult;
 
 /// A test suite directory: its settings, the values that the command line puts over them, and the
@@ -47,8 +46,18 @@ public:
     void setSkippedTestCases(const QStringList &testCases);
     /// Tag expressions, all of which have to hold; see allFilterByArgs.
     void setTags(const QStringList &tags);
+    /// The run repeats test cases that failed in an earlier one; its log says so.
+    void setRerun(bool isRerun);
     /// Ends a run early when it is requested; not owned, may be null.
     void setCancellation(Cancellation *cancellation);
+
+    /// Empty for none.
+    QString settingsGroup() const { return m_settingsGroup; }
+    QStringList scriptArguments() const { return m_scriptArguments; }
+    QStringList skippedTestCases() const { return m_skippedTestCases; }
+    QStringList tags() const { return m_tags; }
+    bool isRerun() const { return m_isRerun; }
+    Cancellation *cancellation() const { return m_cancellation; }
 
     QString summary() const { return m_summary; }
     QString description() const { return m_description; }
@@ -99,8 +108,8 @@ public:
 
     /// Runs the test cases, all of them when @p testCases is empty, each in a child process, and
     /// logs the run in @p result. With a bad tag expression nothing is logged, and on an unreadable
-    /// file of tags the log stays open; both are told on standard error. A timeout of 0 seconds is
-    /// none. Needs an event dispatcher on the calling thread.
+    /// file of tags the log stays open; both are reported on standard error. A timeout of 0 seconds
+    /// is none. Needs an event dispatcher on the calling thread.
     void run(const QString &host, int port, TestResult *result, const QStringList &testCases,
              const QString &resultDir, double snoozeFactor, unsigned int timeoutSeconds,
              bool stopOnFail, unsigned int retryCount, unsigned int randomSeed,
@@ -120,38 +129,9 @@ public:
     bool videoCaptureEnabled = false;
 
 private:
-    struct RunOptions;
-    enum class Decision { Run, Skip, Abort };
-
     void parseConfig();
     void mapWrappers();
     void checkSettingsGroup(const QString &group) const;
-    void setSuiteDirVariable() const;
-
-    Decision decide(const QString &testCase, FilterInterface *filter, TestResult *result) const;
-    void warnOfReservedTags(const QString &testCase, const std::vector<std::string> &tags,
-                            TestResult *result) const;
-    void runTestCases(const QStringList &testCases, FilterInterface *filter, TestResult *result,
-                      const RunOptions &options, bool *aborted);
-    bool runAttempt(const QString &testCase, TestResult *result, const RunOptions &options,
-                    int retriesLeft, int retryOption);
-    void retryTestCase(const QString &testCase, TestResult *result, const RunOptions &options);
-    bool isCancelled() const;
-    void logStart(const QString &testCase, TestResult *result, int retry) const;
-    void logSkipped(const QString &testCase, TestResult *result) const;
-    void closeTestCase(const QString &testCase, TestResult *result, int code, bool wasStarted,
-                       int retriesLeft) const;
-
-    QStringList serverArguments(const QString &host, int port, const QString &testCase) const;
-    QStringList testCaseArguments(const QString &testCase, const RunOptions &options,
-                                  int retryOption) const;
-    QStringList wrapperArguments() const;
-    QStringList envVarFileArguments() const;
-    QStringList envVarArguments(const QStringList &envVars) const;
-    QStringList objectMapArguments() const;
-    QStringList cwdArguments() const;
-    QStringList hookArguments() const;
-    QStringList launcherArguments() const;
 
     QDir m_dir;
     Config m_config;
@@ -163,6 +143,7 @@ private:
     QString m_envVarFileNameOverride;
     QStringList m_scriptArguments;
     QStringList m_tags;
+    bool m_isRerun = false;
     QString m_summary;
     QString m_description;
     QMap<QString, QString> m_testSettings;

@@ -1,5 +1,5 @@
-#include "qtbackend/qtinspector.h"
 #include "objectmodel/objectmap.h"
+#include "qtbackend/qtinspector.h"
 #include "shared/browserelement.h"
 #include "shared/requestdumpobject.h"
 #include "support/environmentguard.h"

@@ -1,5 +1,6 @@
 #include "support/files.h"
 #include "support/scriptfixture.h"
+#include "support/xmldocument.h"
 
 #include <QDir>
 #include <QFile>
@@ -176,6 +177,28 @@ TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
               runner.suitePath() + "/tst_s/script.js:2");
 }
 
+TEST_F(ApplicationTest, ATimeoutWhileAComparisonApplicationHangsIsNotItsCrash)
+{
+    const QDir dir(QFileInfo(runner.suitePath()).path());
+    const QString comparator = dir.filePath("prefix/bin/hangs");
+    writeFile(comparator, "#!/bin/sh\nsleep 60\n");
+    QFile::setPermissions(comparator, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::link(RunnerProcess::program(), dir.filePath("prefix/bin/morvexrunner"));
+    QFile::link(MORVEX_TEST_PREFIX "/lib", dir.filePath("prefix/lib"));
+    // The caller's directory counts.
+    runner.environment.insert("MORVEX_PREFIX", "prefix");
+    runner.addFile("points/picture.xml", picturePoint);
+    results("application.start('inventory'); check.point('picture');", {"--learn"});
+    QByteArray point = readFile(runner.suitePath() + "/points/picture.xml");
+    runner.addFile("points/picture.xml",
+                   point.replace("</Verification>", "<Algorithm name='hangs'/></Verification>"));
+    EXPECT_EQ(results("application.start('inventory'); check.point('picture');\n"
+                      "log.info('goes on');",
+                      {"--timeout", "6"}),
+              (QStringList{"WARNING The test case is ended while this call is running|",
+                           "FATAL Execution error|Execution is terminated due to timeout"}));
+}
+
 TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
 {
     runner.addFile("points/both.xml", statePoint("of the suite"));
@@ -335,10 +358,37 @@ TEST_F(ApplicationTest, AnApplicationOfTheSuiteIsStartedBeforeTheScript)
     runner.addFile("suite.conf", "VERSION = 3\nAUT = inventory\nIMPLICITAUTSTART = 1\n");
     EXPECT_EQ(results("check.equal(find('state').get('text'), '3 articles');"),
               QStringList("PASS Verification|Got expected '3 articles'."));
+    // Blanks and backslashes in its path.
+    const QString copy = runner.suitePath() + "/a\\b c/d.so";
+    QDir().mkpath(QFileInfo(copy).path());
+    QFile::copy(MORVEX_TEST_PREFIX "/lib/applications/inventory.so", copy);
+    runner.addFile("suite.conf", "AUT = \"" + copy.toUtf8() + "\" -x\n");
+    EXPECT_EQ(results("check.that(find('state').exists());").size(), 1);
+    EXPECT_EQ(output.status, 0);
     runner.addFile("suite.conf", "VERSION = 3\nAUT = nothing\nIMPLICITAUTSTART = 1\n");
     EXPECT_TRUE(results("check.pass('never');")
                     .value(0)
                     .startsWith("ERROR Cannot run the test case|there is no application"));
+}
+
+TEST_F(ApplicationTest, CoverageAddsUpWhatAllTestCasesDid)
+{
+    runner.addTestCase("tst_more", "application.start('inventory'); find('count').type('1');");
+    const QString dir = runner.suitePath() + "/results";
+    results("application.start('inventory'); find('name').type('Screws'); find('add').click(); "
+            "application.stop(); check.fail('again');",
+            {"--coverage", "--retry", "1", "--resultdir", dir});
+    EXPECT_TRUE(output.standardError.contains("\nUI coverage of Inventory: 50.0 % (3 of 6)\n"
+                                              "morvexrunner: UI coverage: 50.0 % (3 of 6)\n"))
+        << output.standardError.constData();
+    EXPECT_TRUE(output.standardOutput.contains("UI coverage"));
+    for (const char *attachment : {"tst_s/uicoverage.xml", "tst_s/uicoverage_2.xml"}) {
+        const XmlDocument ui(readFile(dir + "/attachments/" + attachment));
+        EXPECT_EQ(ui.value("string(//element[@class='QLineEdit \"name\"']//coverage)"), "6");
+    }
+    EXPECT_FALSE(readFile(dir + "/attachments/tst_more/uicoverage.xml").isEmpty());
+    results("check.pass('none');", {"--coverage", "--testcase", "tst_s"});
+    EXPECT_TRUE(output.standardError.contains("UI coverage: there was nothing to use"));
 }
 
 TEST(InventorySuiteTest, PassesAsAWholeAndLeavesItsFilesAlone)

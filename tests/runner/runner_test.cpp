@@ -9,6 +9,7 @@
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 using namespace MorvexTest;
 
@@ -58,6 +59,9 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         {{"--rerun-failed", suite},
          "--rerun-failed: no earlier run of '" + suite.toUtf8() + "' is known"},
         {{"--testcase", "tst_x"}, "there is no test case 'tst_x' in the current directory"},
+        {{"--testcase", "tst_a", "--aut", "app", suite},
+         "there is no test case 'tst_a' in the current directory; --aut takes all that follows, so "
+         "the suite directory has to come before it"},
         {{"--testcase", "a", "--testcase", "b"},
          "without a suite directory only one --testcase can be run"},
     };
@@ -161,6 +165,49 @@ TEST_F(RunnerTest, RelativePathsAreThoseOfTheCaller)
     EXPECT_EQ(output.status, 0) << output.standardError.constData();
     EXPECT_EQ(output.standardOutput, "");
     EXPECT_TRUE(readFile(runner.suitePath() + "/../log.txt").contains("Start 'suite'"));
+}
+
+TEST_F(RunnerTest, ASuiteIsWhereTheFileSystemFindsIt)
+{
+    addPassing({"tst_a"});
+    const QDir dir(QFileInfo(runner.suitePath()).path());
+    dir.mkpath("else/where");
+    QFile::link(dir.filePath("else/where"), dir.filePath("link"));
+    QFile::link(runner.suitePath(), dir.filePath("else/suite"));
+    writeFile(dir.filePath("else/suite2/suite.conf"), "");
+    EXPECT_EQ(RunnerProcess::startsOf(runner.run({"link/../suite/."})), QStringList("tst_a"));
+    EXPECT_EQ(RunnerProcess::resultsOf(runner.run({"link/../suite2"})).value(0),
+              "START Start 'suite2'|Test 'suite2' started");
+}
+
+TEST_F(RunnerTest, NothingThatTheCallerLeavesBehindStopsTheRun)
+{
+    addPassing({"tst_a"});
+    const QString pipe = runner.suitePath() + "/pipe";
+    ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0);
+    const struct
+    {
+        const char *command;
+        int status;
+    } rows[] = {
+        {"exec >&- 2>&- <&-; exec \"$@\"", 0},
+        {"ulimit -f 0; exec \"$@\" --reportgen null --reportgen stdout,sub/log", 1},
+        {"\"$@\" | true; exit ${PIPESTATUS[0]}", 1},
+        {"exec python3 -c 'import os,signal,sys; "
+         "signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGCHLD]); "
+         "os.execv(sys.argv[1], sys.argv[1:])' \"$@\"",
+         0},
+        {"exec \"$@\" --envvars pipe", 2},
+    };
+    for (const auto &row : rows) {
+        QProcess process;
+        process.setProcessEnvironment(runner.environment);
+        process.setWorkingDirectory(runner.suitePath());
+        process.start("/bin/bash",
+                      {"-c", row.command, "bash", RunnerProcess::program(), runner.suitePath()});
+        ASSERT_TRUE(process.waitForFinished(20000)) << row.command;
+        EXPECT_EQ(process.exitCode(), row.status) << row.command;
+    }
 }
 
 TEST_F(RunnerTest, TheListIsInTheOrderOfARun)
@@ -299,14 +346,14 @@ TEST_F(RunnerTest, AnUnexpectedPassFailsTheRunWithoutARetry)
     EXPECT_EQ(RunnerProcess::startsOf(output).size(), 1);
 }
 
-TEST_F(RunnerTest, ABrokenFileOfTagsEndsTheRunWithoutItsEnd)
+TEST_F(RunnerTest, ABrokenFileOfTagsAbortsTheRun)
 {
     addPassing({"tst_a", "tst_b"});
     runner.addFile("tst_b/config.xml", "<x/>");
     const RunnerOutput output = runner.runSuite({"--tags", "untagged"});
     EXPECT_EQ(output.status, 2);
     EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_a"));
-    EXPECT_FALSE(output.standardOutput.contains("Summary"));
+    EXPECT_TRUE(output.standardOutput.contains("Run aborted"));
     EXPECT_TRUE(output.standardError.contains("Error in test case config.xml: 1:1: expected"));
 }
 
@@ -318,13 +365,17 @@ TEST_F(RunnerTest, AllEntriesInFrontOfACrashAreInTheReport)
     addPassing({"tst_b"});
     const RunnerOutput output = runner.runSuite({});
     const auto lines = RunnerProcess::report(output);
-    ASSERT_EQ(lines.size(), 1U + 1 + 1 + 1000 + 1 + 1 + 1 + 3 + 1);
+    ASSERT_EQ(lines.size(), 1U + 1 + 1 + 1000 + 1 + 1 + 1 + 1 + 3 + 1);
     for (std::size_t i = 0; i < 1000; ++i)
         ASSERT_TRUE(lines[3 + i].left.endsWith(QString(": %1").arg(i)));
-    EXPECT_EQ(lines[1003].type, "FATAL");
-    EXPECT_EQ(lines[1003].right, "morvexrunner exited abnormally when executing tst_a");
-    EXPECT_EQ(lines[1004].left, "End Section: auto-closed dangling section");
-    EXPECT_EQ(lines[1005].type, "END_TEST_CASE");
+    const QString place = runner.suitePath() + "/tst_a/script.js:2";
+    EXPECT_TRUE(lines[1003].left.startsWith(place)) << lines[1003].left.toStdString();
+    EXPECT_TRUE(lines[1003].left.contains("SIGABRT")) << lines[1003].left.toStdString();
+    EXPECT_TRUE(lines[1003].right.endsWith(place)) << lines[1003].right.toStdString();
+    EXPECT_EQ(lines[1004].type, "FATAL");
+    EXPECT_EQ(lines[1004].right, "morvexrunner exited abnormally when executing tst_a");
+    EXPECT_EQ(lines[1005].left, "End Section: auto-closed dangling section");
+    EXPECT_EQ(lines[1006].type, "END_TEST_CASE");
     EXPECT_EQ(RunnerProcess::startsOf(output), (QStringList{"tst_a", "tst_b"}));
 }
 

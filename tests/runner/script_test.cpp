@@ -219,11 +219,12 @@ TEST_F(ScriptTest, TheEnvironmentAndTheArgumentsReachTheScript)
     runner.addFile("env", "# comment\n\nFROM_FILE=gr\xc3\xbcn = x\nBOTH=file\n");
     EXPECT_EQ(
         results("log.info(env('FROM_FILE'), env('BOTH'));\n"
-                "log.info(env('NOT_SET'), scriptArguments.join('|'));\n"
+                "log.info(env('NOT_SET'), Array.isArray(scriptArguments) ? scriptArguments : '');\n"
                 "log.info(env('MORVEX_SUITE_DIR'));",
                 {"--envvars", runner.suitePath() + "/env", "--envvar", "BOTH=option",
                  "--scriptargs", "a b", "--x"}),
-        (QStringList{QString::fromUtf8("LOG grün = x|option"), "LOG |a b|--x", "LOG suite|"}));
+        (QStringList{QString::fromUtf8("LOG grün = x|option"), "LOG |[\"a b\",\"--x\"]",
+                     "LOG suite|"}));
 }
 
 TEST_F(ScriptTest, PausesAreStretchedByTheirFactor)
@@ -239,12 +240,22 @@ TEST_F(ScriptTest, TestCasesThatCannotBeRunAreErrors)
     runner.addFile("tst_bdd/test.feature", "Feature: x");
     runner.addFile("tst_bdd/script.js", "check.pass('never');");
     runner.addFile("tst_empty/nothing", "");
+    runner.addFile("tst_zero/script.js", QByteArray("check.pass('p');\n\0\0", 19));
+    runner.addFile("tst_zero_inside/script.js", "include('lib.js');");
+    runner.addFile("lib.js", QByteArray("\0", 1));
     const RunnerOutput run = runner.runSuite({});
     EXPECT_EQ(RunnerProcess::resultsOf(run).filter(QRegExp("^(ERROR|PASS)")),
               (QStringList{"ERROR Cannot run the test case|Behaviour driven test cases (*.feature) "
                            "can't be run yet.",
                            "ERROR Cannot run the test case|There is no script.js in '" +
-                               runner.suitePath() + "/tst_empty'."}));
+                               runner.suitePath() + "/tst_empty'.",
+                           "ERROR Cannot run the test case|'" + runner.suitePath() +
+                               "/tst_zero/script.js' has a zero byte in line 2. It is damaged, or "
+                               "its text is not UTF-8.",
+                           "ERROR Script error|Error: include: '" + runner.suitePath() +
+                               "/lib.js' has a zero byte in line 1. It is damaged, or its text is "
+                               "not UTF-8.\\n  at " +
+                               runner.suitePath() + "/tst_zero_inside/script.js:1"}));
     EXPECT_EQ(run.status, 1);
 }
 

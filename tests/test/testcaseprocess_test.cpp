@@ -5,8 +5,6 @@
 #include "support/files.h"
 #include "support/recordinggenerator.h"
 #include "test/cancellation.h"
-#include "test/child/rawstreamoutput.h"
-#include "test/child/testcasetransmission.h"
 #include "test/rawreportgenerator.h"
 #include "test/testresult.h"
 
@@ -278,7 +276,7 @@ TEST_F(VideoStreamTest, AnUnknownChunkEndsTheStreamOnly)
     EXPECT_EQ(readFile(dir.filePath("v.mp4")), "abc");
 }
 
-TEST_F(VideoStreamTest, HugeLengthsWaitForTheirBytes)
+TEST_F(VideoStreamTest, AChunkIsWrittenAsItArrivesHoweverLongItSaysItIs)
 {
     QLocalSocket socket;
     socket.connectToServer(server.fullServerName());
@@ -286,9 +284,30 @@ TEST_F(VideoStreamTest, HugeLengthsWaitForTheirBytes)
     socket.write(QByteArray("\0\0\0\1v", 5) + chunk(1, 0xffffffffffffffffULL) +
                  chunk(2, 0xffffffffffffffffULL, "abc"));
     ASSERT_TRUE(socket.waitForBytesWritten(5000));
-    const std::unique_ptr<TestCaseTransmission> transmission(accept());
+    std::unique_ptr<TestCaseTransmission> transmission(accept());
     EXPECT_TRUE(waitFor([this] { return !parent.names.isEmpty(); }));
-    EXPECT_EQ(readFile(dir.filePath("v")), "");
+    transmission.reset();
+    EXPECT_EQ(readFile(dir.filePath("v")), "abc");
+}
+
+TEST_F(VideoStreamTest, TheLastOfTheSmallPartsOfAChunkIsAcknowledgedWithTheirSum)
+{
+    QLocalSocket socket;
+    socket.connectToServer(server.fullServerName());
+    ASSERT_TRUE(socket.waitForConnected(5000));
+    std::unique_ptr<TestCaseTransmission> transmission;
+    for (const QByteArray &part : {QByteArray("\0\0\0\1v", 5) + chunk(2, 6, "a"), QByteArray("bcd"),
+                                   "ef" + chunk(2, 2, "gh")}) {
+        socket.write(part);
+        ASSERT_TRUE(socket.waitForBytesWritten(5000));
+        if (!transmission)
+            transmission.reset(accept());
+        QCoreApplication::processEvents();
+    }
+    EXPECT_TRUE(waitFor([&socket] { return socket.bytesAvailable() == 16; }));
+    EXPECT_EQ(socket.readAll().toHex(), "00000000000000060000000000000002");
+    transmission.reset();
+    EXPECT_EQ(readFile(dir.filePath("v")), "abcdefgh");
 }
 
 TEST_F(VideoStreamTest, AVideoThatCannotBeWrittenEndsItsStream)

@@ -287,19 +287,6 @@ TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
     }
 }
 
-TEST(FactoryTest, TwoReportsDoNotShareAFile)
-{
-    QTemporaryDir dir;
-    QString resultDir;
-    const QString path = dir.filePath("r.xml");
-    const auto result = TestReportGeneratorFactory::create(
-        {"stdout," + path, "null", "null", "xml," + dir.path() + "/./r.xml"}, &resultDir,
-        TestReportGenerator::TEST_SUITE);
-    EXPECT_EQ(result.generator, nullptr);
-    EXPECT_EQ(result.error,
-              "xml report generator: Another report is written to '" + path + "' already");
-}
-
 TEST(FactoryDeathTest, TheShortFormEndsTheProcess)
 {
     EXPECT_EXIT(TestReportGeneratorFactory::create({"bogus"}, TestReportGenerator::TEST_CASE),

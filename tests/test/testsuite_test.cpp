@@ -386,6 +386,28 @@ TEST_F(TestSuiteTest, NothingStartsAfterACancellation)
     EXPECT_TRUE(isComplete);
 }
 
+TEST_F(TestSuiteTest, ACancellationBetweenTestCasesIsOneOfTheNext)
+{
+    Cancellation cancellation;
+    cancellation.request();
+    const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
+    addTestCase("tst_a", {"t"});
+    addTestCase("tst_b");
+    addTestCase("tst_c");
+    TestSuite suite = load("");
+    suite.setCancellation(&cancellation);
+    suite.setTags({"~t"});
+    EXPECT_EQ(run(suite, {}, 2).mid(1, 3),
+              (QStringList{"START_TEST_CASE|Start 'tst_b'|2",
+                           "FATAL|Execution error|Testsuite execution was canceled while executing "
+                           "tst_b",
+                           "END_TEST_CASE||"}));
+    // Nothing is cut off when nothing is left to run.
+    suite.setTags({"t,~t"});
+    suite.setSkippedTestCases({"tst_a"});
+    EXPECT_TRUE(run(suite, {"tst_a"}).filter("FATAL").isEmpty());
+}
+
 TEST_F(TestSuiteTest, TheCommandLineOfAnAttempt)
 {
     addTestCase("tst_a");

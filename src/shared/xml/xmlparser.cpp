@@ -66,8 +66,8 @@ void checkAttributes(Parsing &parsing)
 void startElement(void *data, const XML_Char *name, const XML_Char **attributes)
 {
     if (++parsing(data).depth > maxXmlDepth)
-        parsing(data).refuse(QStringLiteral("The elements are nested deeper than %1 levels.")
-                                 .arg(maxXmlDepth));
+        parsing(data).refuse(
+            QStringLiteral("The elements are nested deeper than %1 levels.").arg(maxXmlDepth));
     else if (parsing(data).hasDocumentType)
         checkAttributes(parsing(data));
     if (parsing(data).refusal.isEmpty())
@@ -145,8 +145,8 @@ void XmlContentHandler::processingInstruction(const char *, const char *) {}
 
 XmlError parseXmlContent(const std::string &utf8, XmlContentHandler &handler)
 {
-    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(
-        XML_ParserCreate("UTF-8"), XML_ParserFree);
+    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate("UTF-8"),
+                                                                         XML_ParserFree);
     if (!parser || utf8.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
         return {QStringLiteral("The document is too large."), 1, 1};
     Parsing state{handler, parser.get(), utf8};
@@ -155,10 +155,9 @@ XmlError parseXmlContent(const std::string &utf8, XmlContentHandler &handler)
     if (XML_Parse(parser.get(), utf8.data(), static_cast<int>(utf8.size()), XML_TRUE) ==
         XML_STATUS_OK)
         return {};
-    const QString text =
-        state.refusal.isEmpty()
-            ? QString::fromLatin1(XML_ErrorString(XML_GetErrorCode(parser.get())))
-            : state.refusal;
+    const QString text = state.refusal.isEmpty()
+                             ? QString::fromLatin1(XML_ErrorString(XML_GetErrorCode(parser.get())))
+                             : state.refusal;
     return {text, static_cast<int>(XML_GetCurrentLineNumber(parser.get())),
             static_cast<int>(XML_GetCurrentColumnNumber(parser.get())) + 1};
 }

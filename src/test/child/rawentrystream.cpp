@@ -10,7 +10,7 @@
 namespace Morvex {
 namespace {
 
-// A time is a date, the milliseconds of a day and a kind.
+// A time is a date, the milliseconds of a day and a kind, which may be followed by a time zone.
 const std::size_t timeSize = 8 + 4 + 1;
 
 // A file name without characters and a line number.
@@ -99,6 +99,11 @@ public:
             m_stream.skipRawData(timeSize);
             return;
         }
+        if (size >= timeSize && payload[timeSize - 1] == Qt::TimeZone) {
+            m_stream.skipRawData(timeSize);
+            skipTimeZone();
+            return;
+        }
         read(time);
         if (!isOk() || time.timeSpec() != Qt::LocalTime)
             return;
@@ -107,6 +112,22 @@ public:
     }
 
 private:
+    // Its name would be opened as a file, which may be a pipe. No child sends one.
+    void skipTimeZone()
+    {
+        QString text;
+        read(text);
+        if (text != QLatin1String("OffsetFromUtc"))
+            return;
+        qint32 number = 0;
+        read(text);
+        read(number);
+        read(text);
+        read(text);
+        read(number);
+        read(text);
+    }
+
     bool isOk() const { return m_stream.status() == QDataStream::Ok; }
 
     QDataStream m_stream;

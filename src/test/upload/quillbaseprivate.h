@@ -16,8 +16,8 @@ class QuillbaseWorker;
 class VideoOutput;
 
 /// The thread of an upload, and what the main thread does about it: posts events to the worker and
-/// waits for it. Everything but run is called in the main thread, in which the object lives. Deletes
-/// itself when the thread has ended.
+/// waits for it. Everything but run is called in the main thread, in which the object lives.
+/// Deletes itself when the thread has ended.
 class MORVEX_EXPORT QuillbasePrivate : public QThread
 {
 public:

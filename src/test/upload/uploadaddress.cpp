@@ -34,7 +34,8 @@ QString parseUploadUrl(const QString &text, QUrl *url)
     *url = QUrl::fromUserInput(text);
     // Some texts are taken for the path of a file.
     if (!url->isValid() || url->host().isEmpty())
-        return withFormat(QStringLiteral("Quill Base report generator invalid URL: '%1'").arg(text));
+        return withFormat(
+            QStringLiteral("Quill Base report generator invalid URL: '%1'").arg(text));
     if (url->scheme().isEmpty())
         url->setScheme(http);
     warnOfScheme(url->scheme());

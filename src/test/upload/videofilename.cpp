@@ -16,9 +16,9 @@ QString makeFileName(const QString &path, bool create)
     if (!create && known != names.constEnd())
         return known.value();
     const QFileInfo file(path);
-    const QString name = QStringLiteral("%1_%2.%3")
-                             .arg(file.baseName(), QString::number(videoCount++),
-                                  file.completeSuffix());
+    const QString name =
+        QStringLiteral("%1_%2.%3")
+            .arg(file.baseName(), QString::number(videoCount++), file.completeSuffix());
     names.insert(path, name);
     return name;
 }

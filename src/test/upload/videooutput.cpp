@@ -44,7 +44,8 @@ qint64 VideoOutput::writeData(const char *data, qint64 size)
 {
     if (!m_upload || !m_upload->isTakingEvents())
         return 0;
-    m_upload->post(new VideoDataEvent(m_fileName, QByteArray(data, static_cast<int>(size)), m_relay));
+    m_upload->post(
+        new VideoDataEvent(m_fileName, QByteArray(data, static_cast<int>(size)), m_relay));
     m_upload->waitForWakeUp();
     return 0;
 }

@@ -2,6 +2,7 @@
 
 #include "shared/environment.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QImageWriter>
 #include <QProcess>
@@ -60,9 +61,13 @@ ApplicationComparison run(const QString &program, const QStringList &arguments)
     if (process.state() != QProcess::NotRunning && !process.waitForFinished(-1))
         return notRun(QStringLiteral("Waiting for comparison application '%1' failed: %2")
                           .arg(program, process.errorString()));
-    if (process.exitStatus() == QProcess::CrashExit)
+    if (process.exitStatus() == QProcess::CrashExit) {
+        // What ended it may be a request to all of this process's group to end. Whoever watches for
+        // that has to hear of it first: this is not the fault of the application.
+        QCoreApplication::processEvents();
         return notRun(QStringLiteral("The comparator process %1 has crashed: %2")
                           .arg(program, process.errorString()));
+    }
     QString details = textOf(process.readAllStandardOutput());
     if (details.isEmpty())
         details = textOf(process.readAllStandardError());

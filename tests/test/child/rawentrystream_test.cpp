@@ -5,6 +5,8 @@
 #include "test/testcaseprocess.h"
 #include "test/testresult.h"
 
+#include <QTimeZone>
+
 #include <gtest/gtest.h>
 #include <random>
 
@@ -50,6 +52,18 @@ TEST(RawEntryStreamTest, TimesOfAllKindsSurviveOneBehindTheOther)
         const QDateTime read = decode(payloadOf(entry)).time;
         EXPECT_EQ(read, time);
         EXPECT_EQ(read.timeSpec(), time.timeSpec());
+    }
+}
+
+TEST(RawEntryStreamTest, TheNameOfATimeZoneIsReadOver)
+{
+    TestResult::Entry entry;
+    entry.message = "m";
+    for (const QTimeZone &zone : {QTimeZone("Europe/Berlin"), QTimeZone(3600)}) {
+        entry.time = QDateTime(QDate(2024, 3, 31), QTime(1, 2), zone);
+        const TestResult::Entry read = decode(payloadOf(entry));
+        EXPECT_TRUE(read.time.isNull());
+        EXPECT_EQ(read.message, "m");
     }
 }
 

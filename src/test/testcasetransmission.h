@@ -33,12 +33,17 @@ public Q_SLOTS:
 private:
     int openOutput();
     void readChunks(int position);
-    void writeData(const char *data, qint64 size);
+    void abort(const QString &error);
+    int writePart(int position);
 
     TestReportGenerator *m_generator;
     QIODevice *m_output = nullptr;
     QLocalSocket *m_socket;
     QByteArray m_buffer;
+    // Of the data chunk that is being read.
+    quint64 m_chunkLeft = 0;
+    qint64 m_chunkWritten = 0;
+    bool m_isAborted = false;
 };
 
 } // namespace Morvex

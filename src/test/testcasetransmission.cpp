@@ -1,6 +1,6 @@
-#include "test/child/testcasetransmission.h"
+#include "test/testcasetransmission.h"
 
-#include "test/rawvideostream.h"
+#include "test/child/rawvideostream.h"
 #include "test/testreportgenerator.h"
 
 #include <QtEndian>
@@ -9,6 +9,12 @@
 #include <limits>
 
 namespace Morvex {
+namespace {
+
+// As long as a path may be, and more.
+const quint32 maxNameLength = 64 * 1024;
+
+} // namespace
 
 TestCaseTransmission::TestCaseTransmission(TestReportGenerator *generator, QLocalSocket *socket)
     : m_generator(generator)
@@ -26,12 +32,19 @@ void TestCaseTransmission::finish(int timeoutMs)
 
 void TestCaseTransmission::onReadyRead()
 {
+    if (m_isAborted)
+        return;
     m_buffer += m_socket->readAll();
     int position = 0;
     if (!m_output) {
         position = openOutput();
         if (!m_output)
             return;
+    }
+    if (m_chunkLeft > 0) {
+        position += writePart(position);
+        m_buffer.remove(0, position);
+        position = 0;
     }
     readChunks(position);
 }
@@ -42,13 +55,16 @@ int TestCaseTransmission::openOutput()
     if (m_buffer.size() < videoNameLengthSize)
         return 0;
     const auto length = qFromBigEndian<quint32>(m_buffer.constData());
+    if (length > maxNameLength) {
+        abort(QStringLiteral("its name is longer than any path"));
+        return 0;
+    }
     if (static_cast<quint32>(m_buffer.size() - videoNameLengthSize) < length)
         return 0;
     const QByteArray name = m_buffer.mid(videoNameLengthSize, static_cast<int>(length));
     const QIODeviceResult result = m_generator->videoOutput(QString::fromUtf8(name.constData()));
     if (!result.error.isEmpty()) {
-        std::fprintf(stderr, "Could not start the stream: %s\n", qUtf8Printable(result.error));
-        deleteLater();
+        abort(result.error);
         return 0;
     }
     m_output = result.device;
@@ -57,12 +73,19 @@ int TestCaseTransmission::openOutput()
     return videoNameLengthSize + static_cast<int>(length);
 }
 
-// An incomplete chunk header leaves the buffer as it is, with the chunks in front of it.
+void TestCaseTransmission::abort(const QString &error)
+{
+    std::fprintf(stderr, "Could not start the stream: %s\n", qUtf8Printable(error));
+    m_isAborted = true;
+    m_buffer.clear();
+    deleteLater();
+}
+
+// An incomplete chunk header leaves the buffer as it is, with the chunks before it.
 void TestCaseTransmission::readChunks(int position)
 {
     while (position < m_buffer.size()) {
-        const int available = m_buffer.size() - position;
-        if (available < videoChunkHeaderSize)
+        if (m_buffer.size() - position < videoChunkHeaderSize)
             return;
         const char *chunk = m_buffer.constData() + position;
         const auto type = qFromBigEndian<quint32>(chunk);
@@ -72,10 +95,10 @@ void TestCaseTransmission::readChunks(int position)
                 m_output->seek(static_cast<qint64>(value));
             position += videoChunkHeaderSize;
         } else if (type == static_cast<quint32>(VideoChunk::Data)) {
-            if (value > static_cast<quint64>(available - videoChunkHeaderSize))
-                break;
-            writeData(chunk + videoChunkHeaderSize, static_cast<qint64>(value));
-            position += videoChunkHeaderSize + static_cast<int>(value);
+            position += videoChunkHeaderSize;
+            m_chunkLeft = value;
+            m_chunkWritten = 0;
+            position += writePart(position);
         } else {
             std::fputs("Video stream error: unknown chunk type\n", stderr);
             m_socket->close();
@@ -85,11 +108,18 @@ void TestCaseTransmission::readChunks(int position)
     m_buffer.remove(0, position);
 }
 
-void TestCaseTransmission::writeData(const char *data, qint64 size)
+// Writes what is there of the data chunk, however long it says it is, and returns its size. The
+// chunk is acknowledged as a whole.
+int TestCaseTransmission::writePart(int position)
 {
-    const qint64 written = m_output->write(data, size);
-    if (written > 0)
-        onBytesWritten(written);
+    const auto available = static_cast<quint64>(m_buffer.size() - position);
+    const auto size = static_cast<int>(qMin(available, m_chunkLeft));
+    const qint64 written = m_output->write(m_buffer.constData() + position, size);
+    m_chunkWritten += qMax(qint64(0), written);
+    m_chunkLeft -= static_cast<quint64>(size);
+    if (m_chunkLeft == 0 && m_chunkWritten > 0)
+        onBytesWritten(m_chunkWritten);
+    return size;
 }
 
 void TestCaseTransmission::onBytesWritten(qint64 bytes)

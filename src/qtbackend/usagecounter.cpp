@@ -1,0 +1,370 @@
+#include "qtbackend/usagecounter.h"
+
+#include "qtbackend/identification.h"
+#include "qtbackend/standardtypes.h"
+#include "qtbackend/usagerules.h"
+
+#include <QAbstractScrollArea>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QDataStream>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTabBar>
+
+#include <algorithm>
+#include <tuple>
+
+namespace Morvex {
+namespace {
+
+using UIAbstraction::ElementGeometry;
+using UIAbstraction::StandardType;
+using UIAbstraction::UIElement;
+using UIAbstraction::UIEvent;
+
+// The version that the readers of dumps expect.
+const int streamVersion = QDataStream::Qt_4_9;
+
+UIEvent chooseEvent()
+{
+    return UIEvent(QStringLiteral("choose"));
+}
+
+void addUsage(UIElement *element, const UIEvent &event)
+{
+    if (element && element->isEventRegistered(event))
+        element->addUsage(event);
+}
+
+bool isActivating(int key)
+{
+    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter ||
+           key == Qt::Key_Select;
+}
+
+bool isModifier(int key)
+{
+    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
+           key == Qt::Key_AltGr || key == Qt::Key_Meta;
+}
+
+// Moves the focus on, whatever has it.
+bool leavesWidget(int key)
+{
+    return key == Qt::Key_Tab || key == Qt::Key_Backtab || key == Qt::Key_Escape;
+}
+
+bool isByKey(const UsageRule &rule, int key)
+{
+    if (isModifier(key) || leavesWidget(key) || rule.keys == UsageRule::NoKeys)
+        return false;
+    return rule.keys == UsageRule::AllKeys || isActivating(key);
+}
+
+// A window that shows no elements of its own.
+bool isPassing(const QWidget *window)
+{
+    return window->windowType() == Qt::Desktop || window->windowType() == Qt::ToolTip ||
+           window->inherits("QComboBoxPrivateContainer");
+}
+
+// Menus and other windows without a frame are elements of the window that they belong to.
+bool isWindowElement(const QWidget *widget)
+{
+    return widget->isWindow() && !(widget->parentWidget() && widget->windowType() == Qt::Popup);
+}
+
+QWidget *windowElementOf(QWidget *widget)
+{
+    while (!isWindowElement(widget))
+        widget = widget->parentWidget();
+    return widget;
+}
+
+// What users type is not what the element is.
+QString steadyTextOf(const QObject *object)
+{
+    const QHash<QString, QString> texts = identifyingPropertiesOf(object);
+    for (const char *property : {"text", "title", "windowTitle"}) {
+        const QString text = texts.value(QLatin1String(property));
+        if (!text.isEmpty())
+            return text;
+    }
+    return {};
+}
+
+QRect placeOf(const QObject *object)
+{
+    if (!object->isWidgetType())
+        return {};
+    const auto *widget = static_cast<const QWidget *>(object);
+    return QRect(widget->mapToGlobal(QPoint()), widget->size());
+}
+
+bool isViewport(const QWidget *widget)
+{
+    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget->parentWidget());
+    return area && area->viewport() == widget;
+}
+
+} // namespace
+
+UsageCounter::UsageCounter()
+    : m_root(QString(), StandardType(), UIElement::unknownConcreteType())
+{
+    qApp->installEventFilter(this);
+    seeAllWindows();
+}
+
+QByteArray UsageCounter::dump()
+{
+    seeAllWindows();
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(streamVersion);
+    const QList<UIElement *> windows = m_root.children();
+    stream << windows.size();
+    for (const UIElement *window : windows)
+        window->serialize(&stream);
+    return bytes;
+}
+
+bool UsageCounter::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::Show:
+        if (watched->isWidgetType() && static_cast<QWidget *>(watched)->isWindow())
+            seeWindowOf(static_cast<QWidget *>(watched));
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        if (watched->isWidgetType() &&
+            !isHandedOn(static_cast<QWidget *>(watched),
+                        static_cast<QMouseEvent *>(event)->timestamp()))
+            count(static_cast<QWidget *>(watched),
+                  [](const UsageRule &rule) { return rule.isByMouse; });
+        break;
+    case QEvent::KeyPress:
+        if (watched->isWidgetType() &&
+            !isHandedOn(static_cast<QWidget *>(watched),
+                        static_cast<QKeyEvent *>(event)->timestamp()))
+            count(static_cast<QWidget *>(watched),
+                  [key = static_cast<QKeyEvent *>(event)->key()](const UsageRule &rule) {
+                      return isByKey(rule, key);
+                  });
+        break;
+    default:
+        break;
+    }
+    return false;
+}
+
+// A widget hands what it doesn't want to its parent, at the same time.
+bool UsageCounter::isHandedOn(const QWidget *widget, ulong timestamp)
+{
+    const bool isHandedOn = timestamp == m_lastTimestamp && m_lastReceiver &&
+                            widget != m_lastReceiver && widget->isAncestorOf(m_lastReceiver);
+    if (!isHandedOn) {
+        m_lastReceiver = const_cast<QWidget *>(widget);
+        m_lastTimestamp = timestamp;
+    }
+    return isHandedOn;
+}
+
+// Counts @p widget, which may be a part of an element, as what gets the events that fit.
+template <typename Fits>
+void UsageCounter::count(QWidget *widget, const Fits &fits)
+{
+    UIElement *element = widget->isEnabled() ? elementUnder(widget) : nullptr;
+    if (!element)
+        return;
+    const QWidget *owner = widget;
+    while (m_seen.value(owner->parentWidget()).element == element)
+        owner = owner->parentWidget();
+    for (const UsageRule &rule : usageRulesOf(owner)) {
+        if (fits(rule))
+            addUsage(element, UIEvent(rule.event));
+    }
+}
+
+UIElement *UsageCounter::elementUnder(QWidget *widget)
+{
+    const auto known = m_seen.constFind(widget);
+    if (known != m_seen.cend() && known->object == widget)
+        return known->element;
+    seeWindowOf(widget);
+    return m_seen.value(widget).element;
+}
+
+void UsageCounter::seeAllWindows()
+{
+    QWidgetList windows = QApplication::topLevelWidgets();
+    // In an order that does not change from run to run.
+    std::stable_sort(windows.begin(), windows.end(), [](const QWidget *a, const QWidget *b) {
+        return std::make_tuple(a->objectName(), a->windowTitle()) <
+               std::make_tuple(b->objectName(), b->windowTitle());
+    });
+    for (QWidget *window : qAsConst(windows)) {
+        if (isWindowElement(window))
+            seeWindowOf(window);
+    }
+}
+
+void UsageCounter::seeWindowOf(QWidget *widget)
+{
+    if (isPassing(widget->window()))
+        return;
+    forgetGoneObjects();
+    QWidget *window = windowElementOf(widget);
+    if (isPassing(window))
+        return;
+    // Of windows there are no numbers: they come and go.
+    Level level{&m_root, {}};
+    seeWidget(window, &level);
+}
+
+void UsageCounter::seeWidget(QWidget *widget, Level *level)
+{
+    if (m_seen.value(widget).object != widget)
+        seeNewWidget(widget, level);
+    const Seen seen = m_seen.value(widget);
+    if (!seen.isOwn) {
+        isOneElement(widget) ? seeParts(widget, nullptr) : seeChildren(widget, level);
+        return;
+    }
+    Level below{elementFor(widget, level), {}};
+    if (auto *bar = qobject_cast<QTabBar *>(widget))
+        seeTabs(bar, below.element);
+    isOneElement(widget) ? seeParts(widget, below.element) : seeChildren(widget, &below);
+}
+
+void UsageCounter::seeNewWidget(QWidget *widget, Level *level)
+{
+    const std::vector<UsageRule> rules = usageRulesOf(widget);
+    if (rules.empty() && !isContainer(widget) && !isWindowElement(widget)) {
+        UIElement *owner =
+            isViewport(widget) ? m_seen.value(widget->parentWidget()).element : nullptr;
+        m_seen.insert(widget, {widget, owner, false});
+        return;
+    }
+    Level unchanged = *level;
+    UIElement *element = elementFor(widget, &unchanged);
+    for (const UsageRule &rule : rules)
+        element->registerEvent(UIEvent(rule.event));
+    connectSignals(widget, element);
+}
+
+void UsageCounter::seeChildren(QWidget *widget, Level *level)
+{
+    if (qobject_cast<QMenu *>(widget) || qobject_cast<QMenuBar *>(widget))
+        seeActions(widget, level);
+    const auto children = widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *child : children) {
+        if (!isWindowElement(child) && !(child->isWindow() && isPassing(child)))
+            seeWidget(child, level);
+    }
+}
+
+void UsageCounter::seeParts(QWidget *widget, UIElement *owner)
+{
+    const QList<QWidget *> parts = widget->findChildren<QWidget *>();
+    for (QWidget *part : parts)
+        m_seen.insert(part, {part, owner, false});
+}
+
+// Those that open a menu are elements by the items of that one.
+void UsageCounter::seeActions(QWidget *menu, Level *level)
+{
+    const QList<QAction *> actions = menu->actions();
+    for (QAction *action : actions) {
+        if (action->isSeparator() || action->menu())
+            continue;
+        const bool isNew = m_seen.value(action).object != action;
+        UIElement *element = elementFor(action, level);
+        element->registerEvent(chooseEvent());
+        if (isNew) {
+            connect(action, &QAction::triggered, this,
+                    [element] { addUsage(element, chooseEvent()); });
+        }
+    }
+}
+
+void UsageCounter::seeTabs(QTabBar *bar, UIElement *element)
+{
+    for (int i = 0; i < bar->count(); ++i)
+        makeTab(bar, i, element);
+}
+
+UIElement *UsageCounter::makeTab(QTabBar *bar, int index, UIElement *element)
+{
+    UIElement *tab =
+        childOfClass(element, QStringLiteral("tab \"%1\"").arg(bar->tabText(index)));
+    tab->setStandardType(StandardType(QStringLiteral("tab")));
+    tab->setText(bar->tabText(index));
+    tab->registerEvent(chooseEvent());
+    return tab;
+}
+
+void UsageCounter::connectSignals(QWidget *widget, UIElement *element)
+{
+    if (auto *box = qobject_cast<QComboBox *>(widget)) {
+        connect(box, QOverload<int>::of(&QComboBox::activated), this,
+                [element] { addUsage(element, chooseEvent()); });
+    } else if (auto *bar = qobject_cast<QTabBar *>(widget)) {
+        connect(bar, &QTabBar::tabBarClicked, this, [this, bar, element](int index) {
+            if (index >= 0)
+                addUsage(makeTab(bar, index, element), chooseEvent());
+        });
+    }
+}
+
+UIElement *UsageCounter::elementFor(QObject *object, Level *level)
+{
+    const QString className = QString::fromLatin1(object->metaObject()->className());
+    const int number = ++level->classCounts[className];
+    const Seen known = m_seen.value(object);
+    if (known.object == object && known.element)
+        return known.element;
+    const QString name = object->objectName();
+    const bool isWindow = level->element == &m_root;
+    QString key = className;
+    if (!name.isEmpty())
+        key += QStringLiteral(" \"%1\"").arg(name);
+    else if (!isWindow)
+        key += QStringLiteral(" %1").arg(number);
+    UIElement *element = childOfClass(level->element, key);
+    element->setStandardType(standardTypeOf(object));
+    element->setWindowNode(isWindow);
+    element->setText(steadyTextOf(object));
+    element->setGeometry(ElementGeometry(placeOf(object)));
+    m_seen.insert(object, {object, element, true});
+    return element;
+}
+
+UIElement *UsageCounter::childOfClass(UIElement *parent, const QString &className)
+{
+    const QList<UIElement *> children = parent->children();
+    const auto found =
+        std::find_if(children.begin(), children.end(), [&className](const UIElement *child) {
+            return child->concreteType() == className;
+        });
+    if (found != children.end())
+        return *found;
+    auto *element = new UIElement(QString(), StandardType(), className);
+    parent->addChild(element);
+    return element;
+}
+
+void UsageCounter::forgetGoneObjects()
+{
+    if (m_seen.size() < m_cleanUpAt)
+        return;
+    for (auto it = m_seen.begin(); it != m_seen.end();)
+        it = it->object ? std::next(it) : m_seen.erase(it);
+    m_cleanUpAt = qMax(1024, 2 * m_seen.size());
+}
+
+} // namespace Morvex

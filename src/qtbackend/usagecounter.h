@@ -1,0 +1,79 @@
+#pragma once
+
+#include "shared/uiabstraction/uielement.h"
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+
+class QTabBar;
+class QWidget;
+
+namespace Morvex {
+
+struct UsageRule;
+
+/// Counts what users do to the elements of the application: to buttons, fields, menu items, tabs
+/// and the like, not to labels and layouts. An element is known, with all that can be done to it,
+/// from when its window was there, shown or not, and stays when the widget no longer exists; a
+/// later widget in its place goes on with it.
+///
+/// So that trees of several runs can be merged, the class of an element tells it from others beside
+/// it: by its object name, or else by its number among those of its class. Geometry is that on the
+/// screen when the element was first seen.
+class UsageCounter : public QObject
+{
+public:
+    UsageCounter();
+
+    /// The windows that there are or were, in the stream form of UI elements: a count, then as many
+    /// elements.
+    QByteArray dump();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    struct Seen
+    {
+        QPointer<QObject> object;
+        // Null for what users can do nothing to.
+        UIAbstraction::UIElement *element = nullptr;
+        // Whether it is the element itself and no part of it.
+        bool isOwn = false;
+    };
+    // An element, with how many of each class were seen below it.
+    struct Level
+    {
+        UIAbstraction::UIElement *element;
+        QHash<QString, int> classCounts;
+    };
+
+    void seeAllWindows();
+    void seeWindowOf(QWidget *widget);
+    void seeWidget(QWidget *widget, Level *level);
+    void seeNewWidget(QWidget *widget, Level *level);
+    void seeChildren(QWidget *widget, Level *level);
+    void seeParts(QWidget *widget, UIAbstraction::UIElement *owner);
+    void seeActions(QWidget *menu, Level *level);
+    void seeTabs(QTabBar *bar, UIAbstraction::UIElement *element);
+    UIAbstraction::UIElement *elementFor(QObject *object, Level *level);
+    UIAbstraction::UIElement *childOfClass(UIAbstraction::UIElement *parent,
+                                           const QString &className);
+    UIAbstraction::UIElement *makeTab(QTabBar *bar, int index, UIAbstraction::UIElement *element);
+    void connectSignals(QWidget *widget, UIAbstraction::UIElement *element);
+    UIAbstraction::UIElement *elementUnder(QWidget *widget);
+    template <typename Fits>
+    void count(QWidget *widget, const Fits &fits);
+    bool isHandedOn(const QWidget *widget, ulong timestamp);
+    void forgetGoneObjects();
+
+    // Above all windows.
+    UIAbstraction::UIElement m_root;
+    QHash<const QObject *, Seen> m_seen;
+    int m_cleanUpAt = 1024;
+    QPointer<QWidget> m_lastReceiver;
+    ulong m_lastTimestamp = 0;
+};
+
+} // namespace Morvex

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+class QWidget;
+
+namespace Morvex {
+
+/// A kind of thing that users do to a widget, and what of the mouse and the keyboard does it.
+struct UsageRule
+{
+    enum Keys { NoKeys, ActivatingKeys, AllKeys };
+
+    QString event;
+    bool isByMouse;
+    Keys keys;
+};
+
+/// What users can do to the widget; nothing for what just shows or lays out.
+std::vector<UsageRule> usageRulesOf(const QWidget *widget);
+
+/// Whether what is inside of the widget are parts of it, which nobody takes for elements.
+bool isOneElement(const QWidget *widget);
+
+/// Whether the widget is an element also when users can do nothing to it, for what is inside.
+bool isContainer(const QWidget *widget);
+
+} // namespace Morvex

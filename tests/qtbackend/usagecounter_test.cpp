@@ -1,0 +1,152 @@
+#include "qtbackend/qtinspector.h"
+#include "shared/uiabstraction/uielement.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace Morvex;
+using UIAbstraction::UIElement;
+
+namespace {
+
+class UsageCounterTest : public testing::Test
+{
+protected:
+    UsageCounterTest()
+    {
+        window.setObjectName("window");
+        new QVBoxLayout(&window);
+    }
+
+    template <typename Widget>
+    Widget *add(Widget *widget, const char *name, QWidget *parent = nullptr)
+    {
+        widget->setObjectName(name);
+        (parent ? parent : &window)->layout()->addWidget(widget);
+        return widget;
+    }
+
+    void start() { inspector.callFunction("countUsage", {}, nullptr); }
+
+    void use(const char *function, const char *object, const QVariantList &arguments = {})
+    {
+        QString error;
+        const SharedPtr<Object> found = inspector.findObject(object, &error);
+        ASSERT_TRUE(found) << error.toStdString();
+        inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
+        EXPECT_EQ(error, QString());
+    }
+    void click(const char *object) { use("clickObject", object); }
+    void type(const char *object, const char *keys) { use("typeText", object, {QString(keys)}); }
+
+    static void collect(const UIElement *element, const QString &path, QStringList *lines)
+    {
+        const QString own = path + element->concreteType();
+        const auto usage = element->usageMap();
+        for (auto it = usage.begin(); it != usage.end(); ++it)
+            *lines += QString("%1: %2 %3").arg(own, it.key().name()).arg(it.value());
+        for (const UIElement *child : element->children())
+            collect(child, own + '/', lines);
+    }
+
+    // "class/class: event count" of all elements.
+    QStringList usage()
+    {
+        const QByteArray answer = inspector.callFunction("dumpUsage", {}, nullptr).toByteArray();
+        const QList<UIElement *> windows = UIElement::elementsFromByteArray(answer.mid(1));
+        QStringList lines;
+        for (const UIElement *element : windows)
+            collect(element, {}, &lines);
+        qDeleteAll(windows);
+        return lines;
+    }
+
+    QtInspector inspector;
+    QWidget window;
+};
+
+} // namespace
+
+TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
+{
+    auto *group = add(new QGroupBox("Options"), "group");
+    new QVBoxLayout(group);
+    add(new QPushButton("One"), "one", group);
+    group->layout()->addWidget(new QPushButton("Two"));
+    add(new QLabel("Label"), "label", group);
+    add(new QLineEdit, "edit");
+    add(new QLineEdit, "fixed")->setReadOnly(true);
+    add(new QSpinBox, "spin");
+    add(new QComboBox, "combo")->addItems({"a", "b"});
+    add(new QListWidget, "list")->addItem("item");
+    auto *tabs = add(new QTabBar, "tabs");
+    tabs->addTab("First");
+    tabs->addTab("Second");
+    add(new QPushButton("Off"), "off")->setEnabled(false);
+    auto *menu = new QMenu("Menu", &window);
+    menu->setObjectName("menu");
+    menu->addAction("Act")->setObjectName("act");
+    window.show();
+    start();
+    for (int i = 0; i < 2; ++i)
+        click("one");
+    type("one", "<Space>");
+    click("label");
+    type("edit", "ab<Tab>");
+    type("spin", "1<Up>");
+    click("{text='Act'}");
+    click("list");
+    click("tabs");
+    emit window.findChild<QComboBox *>("combo")->activated(1);
+    EXPECT_EQ(usage(), (QStringList{
+                           "QWidget \"window\"/QGroupBox \"group\"/QPushButton \"one\": click 3",
+                           "QWidget \"window\"/QGroupBox \"group\"/QPushButton 2: click 0",
+                           "QWidget \"window\"/QLineEdit \"edit\": type 2",
+                           "QWidget \"window\"/QSpinBox \"spin\": change 2",
+                           "QWidget \"window\"/QComboBox \"combo\": choose 1",
+                           "QWidget \"window\"/QListWidget \"list\": choose 1",
+                           "QWidget \"window\"/QTabBar \"tabs\"/tab \"First\": choose 1",
+                           "QWidget \"window\"/QTabBar \"tabs\"/tab \"Second\": choose 0",
+                           "QWidget \"window\"/QPushButton \"off\": click 0",
+                           "QWidget \"window\"/QMenu \"menu\"/QAction \"act\": choose 1",
+                       }));
+}
+
+TEST_F(UsageCounterTest, ElementsStayAndGoOnInLaterWidgets)
+{
+    window.show();
+    start();
+    for (int i = 0; i < 2; ++i) {
+        // Made, used and deleted, as applications do with dialogs.
+        QDialog dialog(&window);
+        dialog.setObjectName("dialog");
+        new QVBoxLayout(&dialog);
+        add(new QPushButton("Ok"), "ok", &dialog);
+        dialog.show();
+        click("ok");
+        // Not there when the window was shown.
+        add(new QPushButton("Late"), "late", &dialog);
+        click("late");
+    }
+    QDialog neverShown;
+    neverShown.setObjectName("other");
+    new QVBoxLayout(&neverShown);
+    add(new QPushButton("Never"), "never", &neverShown);
+    EXPECT_EQ(usage(), (QStringList{"QDialog \"dialog\"/QPushButton \"ok\": click 2",
+                                    "QDialog \"dialog\"/QPushButton \"late\": click 2",
+                                    "QDialog \"other\"/QPushButton \"never\": click 0"}));
+}
