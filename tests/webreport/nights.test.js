@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const { after, before, describe, test } = require('node:test');
-const { changes, runsOf, shown, suites, summary } = require('./parts');
+const { summary } = require('./parts');
 const { Workshop, missing } = require('./runner');
 const { shownOf } = require('./testdata');
 
@@ -95,16 +95,5 @@ describe('Nights', { skip: missing || false }, () => {
         const rerun = shownOf(workshop.documents());
         assert.deepEqual(names(findings(rerun).newlyFailing), ['tst_z_last']);
         assert.ok(findings(rerun).missing.length === 0);
-    });
-
-    test('A run is looked for among those of its own suite', () => {
-        const runs = runsOf(all);
-        assert.deepEqual(
-            [suites.neighbour(runs[4], -1).index, suites.neighbour(runs[4], 1)],
-            [2, undefined],
-        );
-        const run = shown.build([runs[4]]);
-        assert.equal(run.testCases.find((node) => node.name === 'tst_new').isNew, false);
-        assert.deepEqual(changes.missing(run, run.parts[0]), []);
     });
 });
