@@ -30,17 +30,6 @@ bool isRetained(const TestResult::Entry &entry)
     }
 }
 
-// Without the texts, which would make a run with many failures as large as its log.
-TestResult::Entry retainedPart(const TestResult::Entry &entry)
-{
-    TestResult::Entry part;
-    part.time = entry.time;
-    part.type = entry.type;
-    part.info = entry.info;
-    part.retry = entry.retry;
-    return part;
-}
-
 TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
 {
     TestResult::Entry entry;
@@ -99,7 +88,7 @@ void TestReportGenerator::handleNow(const TestResult::Entry &entry)
     if (!updateSections(entry))
         return;
     if (isRetained(entry))
-        m_retained.push_back(retainedPart(entry));
+        m_kept.push_back({entry.time, entry.info, entry.type, entry.retry});
     doHandleEntry(entry);
 }
 
@@ -213,6 +202,21 @@ bool TestReportGenerator::updateSections(const TestResult::Entry &entry)
     }
 }
 
+// Without the texts, which would make a run with many failures as large as its log.
+const std::vector<TestResult::Entry> &TestReportGenerator::retainedEntries() const
+{
+    for (; !m_kept.empty(); m_kept.pop_front()) {
+        const Kept &kept = m_kept.front();
+        TestResult::Entry entry;
+        entry.time = kept.time;
+        entry.type = kept.type;
+        entry.info = kept.info;
+        entry.retry = kept.retry;
+        m_retained.push_back(std::move(entry));
+    }
+    return m_retained;
+}
+
 int TestReportGenerator::resultCount(const QString &key) const
 {
     struct NamedCounter
@@ -283,13 +287,12 @@ void TestReportGenerator::closeDanglingUserSections(const TestResult::Entry &ent
         createSectionWarning(entry.line, entry.info);
 }
 
-// Goes past the counters and the sections.
 void TestReportGenerator::createEndSectionEntry(const QString &info)
 {
     TestResult::Entry entry =
         makeEntry(TestResult::END_SECTION, QStringLiteral("auto-closed dangling section"));
     entry.info = info;
-    doHandleEntry(entry);
+    handleAutomatic(entry);
 }
 
 void TestReportGenerator::createSectionWarning(const LineInfo &line, const QString &info)
@@ -300,7 +303,15 @@ void TestReportGenerator::createSectionWarning(const LineInfo &line, const QStri
                              " cannot be closed/opened inside a section. Sections have been closed "
                              "automatically."));
     entry.line = line;
+    handleAutomatic(entry);
+}
+
+// Past the counters and the sections.
+void TestReportGenerator::handleAutomatic(const TestResult::Entry &entry)
+{
+    m_isAutomatic = true;
     doHandleEntry(entry);
+    m_isAutomatic = false;
 }
 
 } // namespace Morvex

@@ -74,7 +74,7 @@ public:
 
     /// Starts of test cases and repeatable sections, and failures, of the whole run in order. Only
     /// what retry analysis needs is kept of each: time, type, info and retry.
-    const std::vector<TestResult::Entry> &retainedEntries() const { return m_retained; }
+    const std::vector<TestResult::Entry> &retainedEntries() const;
 
     /// Whether a section of this kind may be run again when it failed.
     static bool isRepeatableSection(const QString &info);
@@ -86,6 +86,10 @@ protected:
     explicit TestReportGenerator(AbortedRun abortedRun);
 
     virtual void doHandleEntry(const TestResult::Entry &entry) = 0;
+
+    /// Whether the entry that is being handled is one that closes sections or says so, which the
+    /// frame has made.
+    bool isAutomatic() const { return m_isAutomatic; }
 
 private:
     struct Counters
@@ -109,6 +113,16 @@ private:
     };
 
     void handleNow(const TestResult::Entry &entry);
+    /// What is kept of an entry until somebody asks for it: with several reports nobody asks most
+    /// of them.
+    struct Kept
+    {
+        QDateTime time;
+        QString info;
+        TestResult::ResultType type;
+        int retry;
+    };
+
     void count(TestResult::ResultType type);
     void updateOpenParts(const TestResult::Entry &entry);
     bool updateSections(const TestResult::Entry &entry);
@@ -116,13 +130,16 @@ private:
     void closeDanglingUserSections(const TestResult::Entry &entry);
     void createEndSectionEntry(const QString &info);
     void createSectionWarning(const LineInfo &line, const QString &info);
+    void handleAutomatic(const TestResult::Entry &entry);
 
-    std::vector<TestResult::Entry> m_retained;
+    mutable std::vector<TestResult::Entry> m_retained;
     Counters m_counters;
     QStringList m_sections;
     OpenPart m_run;
     OpenPart m_testCase;
     AbortedRun m_abortedRun = IsEnded;
+    mutable std::deque<Kept> m_kept;
+    bool m_isAutomatic = false;
     bool m_isHandling = false;
     std::deque<TestResult::Entry> m_deferred;
 };

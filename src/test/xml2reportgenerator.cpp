@@ -116,7 +116,7 @@ void createSubjectElement(XmlElement &parent, const TableDiff::Subject &subject)
         return;
     }
     const bool isRow = subject.type == TableDiff::Subject::ROW;
-    XmlElement element(isRow ? QLatin1String("row") : QLatin1String("column"));
+    XmlElement element(subjectName(subject.type));
     if (!cells.isEmpty()) {
         const TableDiff::Cell &first = cells.first();
         element.addAttribute(isRow ? QLatin1String("line") : QLatin1String("index"),
@@ -126,22 +126,9 @@ void createSubjectElement(XmlElement &parent, const TableDiff::Subject &subject)
     parent.addChild(std::move(element));
 }
 
-QLatin1String diffElementName(TableDiff::Element::Kind kind)
-{
-    switch (kind) {
-    case TableDiff::Element::INSERTION:
-        return QLatin1String("insertion");
-    case TableDiff::Element::DELETION:
-        return QLatin1String("deletion");
-    case TableDiff::Element::CONTEXT:
-        break;
-    }
-    return QLatin1String("context");
-}
-
 XmlElement createDiffElement(const TableDiff::Element &difference)
 {
-    XmlElement element(diffElementName(difference.kind));
+    XmlElement element(differenceName(difference.kind));
     createSubjectElement(element, difference.subject);
     return element;
 }
