@@ -55,7 +55,7 @@ public:
         for (const WebReportRun &run : webReportRuns(data.constData(), data.size())) {
             const QByteArray document = replaceReportFiles(
                 run.document, [&](const QString &path) { return moved(path, target, warnings); });
-            // A run that was lost before it started stays behind the one before it.
+            // A run that was lost before it started stays after the one before it.
             const bool isLost = run.start.isEmpty() && !runs->empty();
             const QDateTime start =
                 isLost ? runs->back().start : QDateTime::fromString(run.start, Qt::ISODate);

@@ -14,7 +14,7 @@ struct WebReportRetention
 };
 
 /// Removes all but the latest @p keptRuns runs of each suite from the web report in @p directory,
-/// and the files of the report that no run names any more. A kill leaves a report with all of its
+/// and the files of the report that no run names then. A kill leaves a report with all of its
 /// runs, or without them and a list of the files, which the next call works off.
 [[nodiscard]] MORVEX_EXPORT WebReportRetention removeOldRuns(const QString &directory,
                                                              int keptRuns);
