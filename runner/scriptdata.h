@@ -33,8 +33,8 @@ public:
     const TestDataRecord *record(int index) const;
     /// The values of a record.
     Q_INVOKABLE QStringList row(int index) const;
-    /// -1 for a name that is no field.
-    Q_INVOKABLE int column(const QString &field) const;
+    /// Empty where the record is too short.
+    Q_INVOKABLE QString value(int index, int column) const;
 
 private:
     explicit ScriptData(std::unique_ptr<TestDataSet> dataSet);

@@ -26,10 +26,10 @@ public:
     /// from different parts of the model. False for a null pointer.
     virtual bool compare(const SharedPtr<Object> &other) const = 0;
 
-    /// The value as a text, for messages. Of an object that is no plain value its name.
+    /// The value as a text, for messages. Of an object that is not a plain value its name.
     virtual QString valueText() const = 0;
 
-    /// The value as the toolkit keeps it; invalid for an object that is no plain value.
+    /// The value as the toolkit keeps it; invalid for an object that is not a plain value.
     virtual QVariant value() const = 0;
 };
 

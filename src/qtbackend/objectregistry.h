@@ -25,7 +25,7 @@ public:
 private:
     void forgetGoneObjects();
 
-    // An address may be that of a later object: only the other table knows.
+    // An address may be that of a later object: only the other table shows that.
     QHash<QObject *, int> m_ids;
     // Guarded, since an application may take any connection off its objects.
     QHash<int, QPointer<QObject>> m_objects;

@@ -37,7 +37,7 @@ public:
     static QString morvexSettingsDir();
     /// The same.
     static QString settingsDir();
-    /// Where the files of UserSettings lie. Not created.
+    /// Where the files of UserSettings are. Not created.
     static QString userSettingsDir();
     static QString defaultGroup();
 
@@ -60,7 +60,7 @@ public:
     QStringList subkeyList(const QString &group, const QString &key) const;
     QStringList entryList(const QString &group, const QString &key) const;
 
-    /// Stores @p value, which must not hold a line break, as it is to be in the file.
+    /// Stores @p value, which must not hold a line break, as it is to appear in the file.
     void writeRawEntry(const QString &group, const QString &key, const QString &value);
     void writeEntry(const QString &group, const QString &key, const QString &value);
     void writeEntry(const QString &group, const QString &key, const QStringList &value);

@@ -42,8 +42,8 @@ private:
     bool m_autoRemove = true;
 };
 
-/// A file without a name, which no longer exists once it is closed. Null, with a line on standard
-/// error, on failure.
+/// A file without a name, which ends when it is closed. Null, with a line on standard error, on
+/// failure.
 MORVEX_EXPORT std::FILE *tempFile();
 
 /// A link below @p path is removed, what it points to is left alone; a @p path that is a link

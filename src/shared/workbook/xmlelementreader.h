@@ -14,7 +14,7 @@ namespace Morvex {
 
 /// Moves through the elements of an XML document from outside, which is never in memory as a whole.
 /// Elements go by their names without a prefix. After an error there are no more of them. What the
-/// parser holds is bounded, elements lie at most maxXmlDepth deep, and a document type is an error.
+/// parser holds is bounded, elements are at most maxXmlDepth deep, and a document type is an error.
 /// A reader is made, used and destroyed in one thread, by which the bound counts.
 class XmlElementReader
 {
@@ -54,7 +54,7 @@ public:
     /// Ends the reading. The first failure counts.
     void fail(const QString &error);
     bool hasFailed() const { return !m_error.isEmpty(); }
-    /// Reads what follows the root. Returns an error text, empty on success.
+    /// Reads what is after the root. Returns an error text, empty on success.
     QString finish();
 
 private:
