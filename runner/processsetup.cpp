@@ -15,8 +15,8 @@ void openStandardDescriptors()
 {
     // The lowest number that is free is the one that is missing.
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
-            [[maybe_unused]] const int opened = ::open("/dev/null", O_RDWR);
+        if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) [[maybe_unused]]
+            const int opened = ::open("/dev/null", O_RDWR);
     }
 }
 

@@ -28,9 +28,8 @@ QString coverageDir()
 QByteArray usageXml(QString *error)
 {
     // The answer begins with a byte that tells a dump from an error.
-    const QByteArray answer = Inspector::self()
-                                  ->callFunction(QStringLiteral("dumpUsage"), {}, error)
-                                  .toByteArray();
+    const QByteArray answer =
+        Inspector::self()->callFunction(QStringLiteral("dumpUsage"), {}, error).toByteArray();
     return convertDumpToXml(answer.mid(1), error);
 }
 

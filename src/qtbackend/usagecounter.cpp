@@ -141,16 +141,14 @@ bool UsageCounter::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        if (watched->isWidgetType() &&
-            !isHandedOn(static_cast<QWidget *>(watched),
-                        static_cast<QMouseEvent *>(event)->timestamp()))
+        if (watched->isWidgetType() && !isHandedOn(static_cast<QWidget *>(watched),
+                                                   static_cast<QMouseEvent *>(event)->timestamp()))
             count(static_cast<QWidget *>(watched),
                   [](const UsageRule &rule) { return rule.isByMouse; });
         break;
     case QEvent::KeyPress:
-        if (watched->isWidgetType() &&
-            !isHandedOn(static_cast<QWidget *>(watched),
-                        static_cast<QKeyEvent *>(event)->timestamp()))
+        if (watched->isWidgetType() && !isHandedOn(static_cast<QWidget *>(watched),
+                                                   static_cast<QKeyEvent *>(event)->timestamp()))
             count(static_cast<QWidget *>(watched),
                   [key = static_cast<QKeyEvent *>(event)->key()](const UsageRule &rule) {
                       return isByKey(rule, key);
@@ -300,8 +298,7 @@ void UsageCounter::seeTabs(QTabBar *bar, UIElement *element)
 
 UIElement *UsageCounter::makeTab(QTabBar *bar, int index, UIElement *element)
 {
-    UIElement *tab =
-        childOfClass(element, QStringLiteral("tab \"%1\"").arg(bar->tabText(index)));
+    UIElement *tab = childOfClass(element, QStringLiteral("tab \"%1\"").arg(bar->tabText(index)));
     tab->setStandardType(StandardType(QStringLiteral("tab")));
     tab->setText(bar->tabText(index));
     tab->registerEvent(chooseEvent());

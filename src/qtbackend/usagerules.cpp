@@ -75,8 +75,9 @@ std::vector<UsageRule> usageRulesOf(const QWidget *widget)
     if (qobject_cast<const QAbstractSpinBox *>(widget))
         return isReadOnly(widget) ? Rules() : Rules{rule("change", true, UsageRule::AllKeys)};
     if (const auto *header = qobject_cast<const QHeaderView *>(widget))
-        return header->sectionsClickable() && header->isSortIndicatorShown() ? Rules{rule("click", true, UsageRule::NoKeys)}
-                                           : Rules();
+        return header->sectionsClickable() && header->isSortIndicatorShown()
+                   ? Rules{rule("click", true, UsageRule::NoKeys)}
+                   : Rules();
     if (qobject_cast<const QScrollBar *>(widget))
         return {};
     if (inheritsOneOf(widget,
@@ -95,21 +96,20 @@ std::vector<UsageRule> usageRulesOf(const QWidget *widget)
 
 bool isOneElement(const QWidget *widget)
 {
-    return inheritsOneOf(
-        widget, {&QAbstractButton::staticMetaObject, &QAbstractSpinBox::staticMetaObject,
-                 &QCalendarWidget::staticMetaObject, &QComboBox::staticMetaObject,
-                 &QHeaderView::staticMetaObject, &QLineEdit::staticMetaObject,
-                 &QScrollBar::staticMetaObject, &QTabBar::staticMetaObject});
+    return inheritsOneOf(widget,
+                         {&QAbstractButton::staticMetaObject, &QAbstractSpinBox::staticMetaObject,
+                          &QCalendarWidget::staticMetaObject, &QComboBox::staticMetaObject,
+                          &QHeaderView::staticMetaObject, &QLineEdit::staticMetaObject,
+                          &QScrollBar::staticMetaObject, &QTabBar::staticMetaObject});
 }
 
 bool isContainer(const QWidget *widget)
 {
-    return inheritsOneOf(
-        widget,
-        {&QDockWidget::staticMetaObject, &QGroupBox::staticMetaObject,
-         &QMdiSubWindow::staticMetaObject, &QMenu::staticMetaObject, &QMenuBar::staticMetaObject,
-         &QStatusBar::staticMetaObject, &QTabBar::staticMetaObject, &QTabWidget::staticMetaObject,
-         &QToolBar::staticMetaObject, &QToolBox::staticMetaObject});
+    return inheritsOneOf(widget, {&QDockWidget::staticMetaObject, &QGroupBox::staticMetaObject,
+                                  &QMdiSubWindow::staticMetaObject, &QMenu::staticMetaObject,
+                                  &QMenuBar::staticMetaObject, &QStatusBar::staticMetaObject,
+                                  &QTabBar::staticMetaObject, &QTabWidget::staticMetaObject,
+                                  &QToolBar::staticMetaObject, &QToolBox::staticMetaObject});
 }
 
 } // namespace Morvex
