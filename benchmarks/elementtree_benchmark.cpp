@@ -118,9 +118,10 @@ void BM_ClickThatIsCounted(benchmark::State &state)
     double counted = 1;
     for (auto _ : state) {
         click = qMin(click, MorvexBenchmark::secondsOf([&] {
-                         for (int i = 0; i < clicks; ++i)
-                             inspector.callFunction(QStringLiteral("clickObject"), {id}, nullptr);
-                     }) / clicks);
+                                for (int i = 0; i < clicks; ++i)
+                                    inspector.callFunction(QStringLiteral("clickObject"), {id},
+                                                           nullptr);
+                            }) / clicks);
         plain = qMin(plain, secondsOfAPress(idle));
         // It counts while it lives.
         QtInspector counting;

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -48,6 +50,8 @@ public:
     void setTags(const QStringList &tags);
     /// Ends a run early when it is requested; not owned, may be null.
     void setCancellation(Cancellation *cancellation);
+    /// Called when all test cases have run, just before the log is closed.
+    void setBeforeEnd(const std::function<void()> &beforeEnd) { m_beforeEnd = beforeEnd; }
 
     /// Empty for none.
     QString settingsGroup() const { return m_settingsGroup; }
@@ -55,6 +59,8 @@ public:
     QStringList skippedTestCases() const { return m_skippedTestCases; }
     QStringList tags() const { return m_tags; }
     Cancellation *cancellation() const { return m_cancellation; }
+    /// May be empty.
+    std::function<void()> beforeEnd() const { return m_beforeEnd; }
 
     QString summary() const { return m_summary; }
     QString description() const { return m_description; }
@@ -145,6 +151,7 @@ private:
     QString m_configLoadError;
     QString m_scriptedObjectMapPath;
     Cancellation *m_cancellation = nullptr;
+    std::function<void()> m_beforeEnd;
 };
 
 } // namespace Morvex
