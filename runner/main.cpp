@@ -1,5 +1,6 @@
 #include "runner/commandline.h"
 #include "runner/messages.h"
+#include "runner/migratenames.h"
 #include "runner/processsetup.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
@@ -73,6 +74,8 @@ int run(const RunnerOptions &options)
         return ExitPassed;
     case RunnerOptions::Action::RepairReport:
         return repairReport(options.reportToRepair);
+    case RunnerOptions::Action::MigrateNames:
+        return migrateNames(options);
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:
         break;

@@ -2,17 +2,24 @@
 
 #include "qtbackend/applicationplugin.h"
 #include "qtbackend/qtinspector.h"
+#include "qtbackend/turneventloop.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
 #include "shared/environment.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
 #include <QPluginLoader>
 
 namespace Morvex {
+namespace {
+
+const int waitStepMs = 20;
+
+} // namespace
 
 ScriptApplication::ScriptApplication(const QStringList &searchDirs)
     : m_searchDirs(searchDirs)
@@ -73,6 +80,15 @@ void ScriptApplication::stop()
     m_running->stop();
     m_running = nullptr;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool ScriptApplication::waitUntilRunning(int timeout)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!m_running && timer.elapsed() < timeout)
+        turnEventLoop(waitStepMs);
+    return m_running;
 }
 
 QObject *ScriptApplication::find(const QString &name, int timeout)

@@ -38,6 +38,9 @@ public:
     Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
 
+    /// Whether an application is running, at the latest after a time in milliseconds.
+    Q_INVOKABLE bool waitUntilRunning(int timeout);
+
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
     /// never null.
     Q_INVOKABLE QObject *find(const QString &name, int timeout);

@@ -9,7 +9,8 @@ run=(
 )
 tests=(
     bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
-    libjsoncpp-dev libxml2-dev libxml2-utils python3-openpyxl python3-xlsxwriter python3-xlwt unzip
+    libjsoncpp-dev libxml2-dev libxml2-utils openssl python3-openpyxl python3-websockets
+    python3-xlsxwriter python3-xlwt unzip
     zip
 )
 # A node of any other origin will do.

@@ -4,7 +4,7 @@
 #include "shared/filelock.h"
 #include "shared/temporarydir.h"
 #include "shared/trace.h"
-#include "test/output/reportstream.h"
+#include "test/report/openreport.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportrepair.h"
 
@@ -97,40 +97,39 @@ void reportRepair(const WebReportRepair &repair)
 
 } // namespace
 
+struct HtmlReportGenerator::Private
+{
+    bool isBegun = false;
+};
+
 HtmlReportGenerator::HtmlReportGenerator(std::unique_ptr<std::ostream> output,
-                                         std::unique_ptr<FileLock> lock, const QString &resultDir,
-                                         TestType type)
+                                         const QString &resultDir, TestType type)
     : JsonReportGenerator(std::move(output), resultDir, type, Version1_2)
-    , m_lock(std::move(lock))
+    , d(std::make_unique<Private>())
 {
 }
 
 HtmlReportGenerator::~HtmlReportGenerator()
 {
     generateSummary();
-    if (m_isBegun)
+    if (d->isBegun)
         stream() << webReportRunEnd;
 }
 
 TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, TestType type,
                                                         QString *resultDir)
 {
-    if (!resultDir->isEmpty())
-        return {nullptr, QStringLiteral("Cannot create html report, another result directory is "
-                                        "already set: %1")
-                             .arg(*resultDir)};
-    if (path.isEmpty())
-        return {nullptr, QStringLiteral("Missing target directory")};
+    const QString error = resultDirectoryError(QLatin1String("html"), path, *resultDir);
+    if (!error.isEmpty())
+        return {nullptr, error};
     const QDir dir(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
     const QString dataDir = dir.filePath(webReportDataDir);
     const QString dataFile = QDir(dataDir).filePath(webReportDataFile);
     qCDebug(traceReportGen) << "data dir " << dataDir;
     qCDebug(traceReportGen) << "data file " << dataFile;
-    if (!dir.exists()) {
-        const QString error = makeReport(dir);
-        if (!error.isEmpty())
-            return {nullptr, error};
-    }
+    const QString makeError = dir.exists() ? QString() : makeReport(dir);
+    if (!makeError.isEmpty())
+        return {nullptr, makeError};
     if (!QFileInfo::exists(dataFile))
         return {nullptr, QStringLiteral("Directory '%1' exists but does not contain result file")
                              .arg(dir.absolutePath())};
@@ -140,12 +139,12 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
         return {nullptr,
                 QStringLiteral("%1; wait for its end or give another directory").arg(repair.error)};
     *resultDir = dir.path();
-    auto stream = std::make_unique<ReportStream>(dataFile, std::ios::app, ReportStream::Unbuffered);
-    if (!stream->isOpen())
-        return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(dataFile)};
+    StreamResult opened =
+        openStream(dataFile, TargetContent::Kept, ReportStream::Unbuffered, std::move(lock));
+    if (!opened.error.isEmpty())
+        return {nullptr, opened.error};
     reportRepair(repair);
-    return {new HtmlReportGenerator(std::move(stream), std::move(lock), *resultDir, type),
-            QString()};
+    return {new HtmlReportGenerator(std::move(opened.stream), *resultDir, type), QString()};
 }
 
 void HtmlReportGenerator::init()
@@ -155,7 +154,7 @@ void HtmlReportGenerator::init()
     qCDebug(traceReportGen) << "reportPos" << position;
     // In one piece: a header alone would hide that a run was lost.
     stream() << (position == 0 ? std::string(webReportHeader) : std::string()) + webReportRunBegin;
-    m_isBegun = true;
+    d->isBegun = true;
     JsonReportGenerator::init();
 }
 

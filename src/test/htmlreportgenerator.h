@@ -7,8 +7,6 @@
 
 namespace Morvex {
 
-class FileLock;
-
 /// The web report: a directory with pages for a browser, and a data file to which each run adds one
 /// statement. Each entry is in the file as soon as it is logged.
 class MORVEX_EXPORT HtmlReportGenerator : public JsonReportGenerator
@@ -23,11 +21,12 @@ protected:
     void init() override;
 
 private:
-    HtmlReportGenerator(std::unique_ptr<std::ostream> stream, std::unique_ptr<FileLock> lock,
-                        const QString &resultDir, TestType type);
+    struct Private;
 
-    std::unique_ptr<FileLock> m_lock;
-    bool m_isBegun = false;
+    HtmlReportGenerator(std::unique_ptr<std::ostream> stream, const QString &resultDir,
+                        TestType type);
+
+    std::unique_ptr<Private> d;
 };
 
 } // namespace Morvex

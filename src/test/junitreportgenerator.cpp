@@ -3,8 +3,8 @@
 #include "shared/xmltext.h"
 #include "test/report/iso8601time.h"
 #include "test/report/junitshared.h"
+#include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
-#include "test/report/runwatch.h"
 
 #include <QHash>
 #include <QPair>
@@ -58,9 +58,7 @@ void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &t
     appendXmlCData(stream, text);
 }
 
-} // namespace
-
-struct JUnitReportGenerator::JUnitTestCase
+struct JUnitTestCase
 {
     // Without those around it, which the names of deep nesting would repeat in each level.
     QString name;
@@ -90,7 +88,31 @@ struct JUnitReportGenerator::JUnitTestCase
     QString failureMessage() const;
 };
 
-struct JUnitReportGenerator::JUnitTestSuite
+void JUnitTestCase::add(const TestResult::Entry &entry, std::size_t place)
+{
+    const TestResult::ResultType type = entry.type;
+    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == skippedTestCase;
+    results += isResultType(type) ? 1 : 0;
+    failures += isJUnitFailure(type) ? 1 : 0;
+    errors += isJUnitError(type) ? 1 : 0;
+    entries.push_back(place);
+}
+
+void JUnitTestCase::takeOver(JUnitTestCase &section)
+{
+    milliseconds += section.milliseconds;
+    entries.insert(entries.end(), section.entries.begin(), section.entries.end());
+    section.entries = {};
+}
+
+QString JUnitTestCase::failureMessage() const
+{
+    if (errors > 0)
+        return QStringLiteral("Test had %1 failures or errors").arg(failures + errors);
+    return QStringLiteral("Test had %1 failures").arg(failures);
+}
+
+struct JUnitTestSuite
 {
     QString name;
     QMap<QString, QString> properties = junitProperties({});
@@ -100,6 +122,8 @@ struct JUnitReportGenerator::JUnitTestSuite
     // Each entry as it is written, fit for a CDATA section.
     std::vector<QByteArray> log;
 };
+
+} // namespace
 
 struct JUnitReportGenerator::Private
 {
@@ -117,7 +141,7 @@ struct JUnitReportGenerator::Private
     qint64 lastTime = 0;
     // In milliseconds.
     qint64 duration = 0;
-    RunWatch run;
+    bool isWritten = false;
     Iso8601Time times;
 
     void passTime(const QDateTime &time);
@@ -140,30 +164,6 @@ struct JUnitReportGenerator::Private
     void writeJUnitSystemOut();
 };
 
-void JUnitReportGenerator::JUnitTestCase::add(const TestResult::Entry &entry, std::size_t place)
-{
-    const TestResult::ResultType type = entry.type;
-    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == skippedTestCase;
-    results += isResultType(type) ? 1 : 0;
-    failures += isJUnitFailure(type) ? 1 : 0;
-    errors += isJUnitError(type) ? 1 : 0;
-    entries.push_back(place);
-}
-
-void JUnitReportGenerator::JUnitTestCase::takeOver(JUnitTestCase &section)
-{
-    milliseconds += section.milliseconds;
-    entries.insert(entries.end(), section.entries.begin(), section.entries.end());
-    section.entries = {};
-}
-
-QString JUnitReportGenerator::JUnitTestCase::failureMessage() const
-{
-    if (errors > 0)
-        return QStringLiteral("Test had %1 failures or errors").arg(failures + errors);
-    return QStringLiteral("Test had %1 failures").arg(failures);
-}
-
 JUnitReportGenerator::JUnitReportGenerator(std::unique_ptr<ReportFile> file)
     : d(std::make_unique<Private>())
 {
@@ -171,21 +171,13 @@ JUnitReportGenerator::JUnitReportGenerator(std::unique_ptr<ReportFile> file)
     d->startFakeCase();
 }
 
-JUnitReportGenerator::~JUnitReportGenerator()
-{
-    if (!d->run.isGivenUp())
-        return;
-    handleEntry(RunWatch::givenUpEntry());
-    d->endSuite();
-}
+JUnitReportGenerator::~JUnitReportGenerator() = default;
 
 TestReportGenerator::Result JUnitReportGenerator::create(const QString &path)
 {
-    auto file = std::make_unique<ReportFile>();
-    const QString error = file->open(path, {}, ReportFile::Utf8);
-    if (!error.isEmpty())
-        return {nullptr, error};
-    return {new JUnitReportGenerator(std::move(file)), QString()};
+    return createInFile(path, {}, ReportFile::Utf8, [](std::unique_ptr<ReportFile> file) {
+        return new JUnitReportGenerator(std::move(file));
+    });
 }
 
 void JUnitReportGenerator::generateSummary() {}
@@ -193,9 +185,8 @@ void JUnitReportGenerator::generateSummary() {}
 void JUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
     // The document is written and closed.
-    if (d->run.isEnded())
+    if (d->isWritten)
         return;
-    d->run.see(entry.type);
     d->passTime(entry.time);
     d->handle(entry);
 }
@@ -273,6 +264,7 @@ void JUnitReportGenerator::Private::endSuite()
     endCasesUpTo(1);
     endFakeCase();
     write();
+    isWritten = true;
 }
 
 void JUnitReportGenerator::Private::startFakeCase()

@@ -41,6 +41,9 @@ QIODeviceResult MultiReportGenerator::videoOutput(const QString &path)
 
 void MultiReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
+    // Each member closes its own sections.
+    if (isAutomatic())
+        return;
     for (TestReportGenerator *generator : m_generators)
         generator->handleEntry(entry);
 }

@@ -1,6 +1,7 @@
 #include "test/openreportfile.h"
 
 #include "shared/trace.h"
+#include "test/output/reporttarget.h"
 
 #include <QDir>
 #include <QFile>
@@ -29,14 +30,7 @@ bool openStdStream(const QString &fileName, QFile *file)
     return true;
 }
 
-bool hasContent(const QString &fileName)
-{
-    // Asked anew each time: QFileInfo would answer from its cache.
-    const QFileInfo info(fileName);
-    return info.exists() && info.size() > 0;
-}
-
-QString openNamedFile(const QString &fileName, QFile *file)
+QString openNamedFile(const QString &fileName, bool isFresh, QFile *file)
 {
     const QDir dir = QFileInfo(fileName).absoluteDir();
     if (!dir.exists()) {
@@ -44,28 +38,16 @@ QString openNamedFile(const QString &fileName, QFile *file)
         if (!dir.mkpath(QStringLiteral(".")))
             return QStringLiteral("Could not create report directory '%1'").arg(dir.path());
     }
-    file->setFileName(fileName);
-    qCDebug(traceReportGen) << "opening report file: " << fileName;
-    if (!file->open(unbuffered))
-        return QStringLiteral("Could not open report file '%1' for writing: %2")
-            .arg(fileName, file->errorString());
-    return {};
+    const QString error = isFresh ? openFreeReportTarget(fileName, file)
+                                  : openReportTarget(fileName, TargetContent::Replaced, file);
+    qCDebug(traceReportGen) << "opening report file: " << file->fileName();
+    if (error.isEmpty())
+        return {};
+    return QStringLiteral("Could not open report file '%1' for writing: %2")
+        .arg(file->fileName(), error);
 }
 
 } // namespace
-
-QString freeReportFileName(const QString &fileName)
-{
-    const QString given = QDir::current().absoluteFilePath(fileName);
-    const QFileInfo info(given);
-    QString candidate = given;
-    for (int number = 1; hasContent(candidate); ++number) {
-        candidate =
-            info.dir().filePath(info.completeBaseName() + QLatin1Char('_') +
-                                QString::number(number) + QLatin1Char('.') + info.completeSuffix());
-    }
-    return candidate;
-}
 
 bool writeWhole(QIODevice *device, const char *data, qint64 size)
 {
@@ -102,7 +84,7 @@ bool hasIncompleteReport()
     return isIncomplete;
 }
 
-void tellWriteError(const QString &fileName, const QString &reason)
+void reportWriteError(const QString &fileName, const QString &reason)
 {
     noteIncompleteReport();
     std::fprintf(stderr, "morvexrunner: Could not write report file '%s': %s\n",
@@ -117,10 +99,8 @@ QString openReportFile(const QString &fileName, OpenReportFileOptions options, Q
         *isStdStream = isStd;
     if (isStd)
         return {};
-    return openNamedFile(options.testFlag(FreshFileName)
-                             ? freeReportFileName(fileName)
-                             : QDir::current().absoluteFilePath(fileName),
-                         file);
+    return openNamedFile(QDir::current().absoluteFilePath(fileName),
+                         options.testFlag(FreshFileName), file);
 }
 
 } // namespace Morvex

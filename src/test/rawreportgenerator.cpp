@@ -35,7 +35,8 @@ Connection connectTo(const QString &socketName)
 
 RawReportGenerator::RawReportGenerator(const QString &socketName,
                                        std::unique_ptr<QLocalSocket> socket)
-    : m_socketName(socketName)
+    : TestReportGenerator(IsLeftOpen)
+    , m_socketName(socketName)
     , m_socket(std::move(socket))
 {
     m_datagram.reserve(datagramCapacity);

@@ -2,15 +2,18 @@
 
 #include "shared/environment.h"
 #include "test/openreportfile.h"
+#include "test/output/reporttarget.h"
 #include "test/report/iso8601time.h"
 #include "test/report/resultlabels.h"
 #include "test/reportgeneratorshared.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <fcntl.h>
 #include <stdio_ext.h>
 #include <unistd.h>
 
@@ -141,6 +144,13 @@ std::FILE *standardStream(const QString &path)
     return path == QLatin1String("/dev/stderr") ? stderr : nullptr;
 }
 
+// Null on failure. The file stays taken when the given object closes it.
+std::FILE *streamOn(const QFile &file)
+{
+    const int descriptor = ::fcntl(file.handle(), F_DUPFD_CLOEXEC, 0);
+    return descriptor < 0 ? nullptr : ::fdopen(descriptor, "w");
+}
+
 } // namespace
 
 struct StdoutReportGenerator::Private
@@ -179,11 +189,12 @@ TestReportGenerator::Result StdoutReportGenerator::create(const QString &path)
 {
     if (std::FILE *stream = standardStream(path))
         return {new StdoutReportGenerator(stream, false), QString()};
-    const QString fileName = freeReportFileName(path);
-    std::FILE *stream = std::fopen(QFile::encodeName(fileName).constData(), "we");
+    QFile file;
+    const QString error = openFreeReportTarget(QDir::current().absoluteFilePath(path), &file);
+    std::FILE *stream = error.isEmpty() ? streamOn(file) : nullptr;
     if (!stream)
         return {nullptr,
-                QStringLiteral("Could not open report file '%1' for writing").arg(fileName)};
+                QStringLiteral("Could not open report file '%1' for writing").arg(file.fileName())};
     return {new StdoutReportGenerator(stream, true), QString()};
 }
 
@@ -246,17 +257,17 @@ void StdoutReportGenerator::writeAtOnce(const QByteArray &line)
         return;
     }
     if (!writeWhole(descriptor, line.constData(), static_cast<std::size_t>(line.size())))
-        tellFailure();
+        reportFailure();
 }
 
 void StdoutReportGenerator::flush()
 {
     if (std::fflush(m_stream) != 0 || std::ferror(m_stream))
-        tellFailure();
+        reportFailure();
 }
 
-// What can't be written is told once; the run and the other reports go on.
-void StdoutReportGenerator::tellFailure()
+// What can't be written is reported once; the run and the other reports go on.
+void StdoutReportGenerator::reportFailure()
 {
     if (d->hasFailed)
         return;

@@ -21,7 +21,8 @@ public:
     ~StdoutReportGenerator() override;
 
     /// @p path may be empty or "/dev/stdout" for standard output and "/dev/stderr" for standard
-    /// error. A file that holds something is left alone: the next free number goes into the name.
+    /// error. A file that holds something, or is being written, is left alone: the next free number
+    /// goes into the name.
     static Result create(const QString &path);
 
     void generateSummary() override;
@@ -35,7 +36,7 @@ private:
     void writeLine(const TestResult::Entry &entry);
     void writeAtOnce(const QByteArray &line);
     void flush();
-    void tellFailure();
+    void reportFailure();
 
     std::FILE *m_stream;
     bool m_ownsStream;

@@ -1,6 +1,8 @@
 #include "test/testreportgenerator.h"
 
 #include "shared/clock.h"
+#include "shared/environment.h"
+#include "test/report/resultlabels.h"
 
 #include <QFile>
 
@@ -28,17 +30,6 @@ bool isRetained(const TestResult::Entry &entry)
     }
 }
 
-// Without the texts, which would make a run with many failures as large as its log.
-TestResult::Entry retainedPart(const TestResult::Entry &entry)
-{
-    TestResult::Entry part;
-    part.time = entry.time;
-    part.type = entry.type;
-    part.info = entry.info;
-    part.retry = entry.retry;
-    return part;
-}
-
 TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
 {
     TestResult::Entry entry;
@@ -50,6 +41,11 @@ TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
 }
 
 } // namespace
+
+TestReportGenerator::TestReportGenerator(AbortedRun abortedRun)
+    : m_abortedRun(abortedRun)
+{
+}
 
 TestReportGenerator::~TestReportGenerator() = default;
 
@@ -87,12 +83,61 @@ void TestReportGenerator::handleEntry(const TestResult::Entry &entry)
 
 void TestReportGenerator::handleNow(const TestResult::Entry &entry)
 {
+    updateOpenParts(entry);
     count(entry.type);
     if (!updateSections(entry))
         return;
     if (isRetained(entry))
-        m_retained.push_back(retainedPart(entry));
+        m_kept.push_back({entry.time, entry.info, entry.type, entry.retry});
     doHandleEntry(entry);
+}
+
+void TestReportGenerator::updateOpenParts(const TestResult::Entry &entry)
+{
+    switch (entry.type) {
+    case TestResult::START:
+        m_run = {true, entry.name};
+        break;
+    case TestResult::START_TEST_CASE:
+        m_testCase = {true, entry.info};
+        break;
+    case TestResult::END:
+        m_run = {};
+        m_testCase = {};
+        break;
+    case TestResult::END_TEST_CASE:
+        m_testCase = {};
+        break;
+    default:
+        break;
+    }
+}
+
+void TestReportGenerator::abortRun()
+{
+    if (!m_run.isOpen || m_abortedRun == IsLeftOpen)
+        return;
+    TestResult::Entry error = makeEntry(TestResult::ERROR, QStringLiteral("Run aborted"));
+    error.details = QStringLiteral(
+        "The run was aborted before its end. This report holds what was logged up to then.");
+    handleEntry(error);
+    if (m_testCase.isOpen) {
+        TestResult::Entry end = makeEntry(TestResult::END_TEST_CASE, endMessage(m_testCase.name));
+        end.details = endDetails(m_testCase.name);
+        end.info = m_testCase.name;
+        handleEntry(end);
+    }
+    TestResult::Entry end = makeEntry(TestResult::END, endMessage(m_run.name));
+    end.details = endDetails(m_run.name);
+    end.name = m_run.name;
+    handleEntry(end);
+    if (isSummaryWanted())
+        generateSummary();
+}
+
+bool TestReportGenerator::isSummaryWanted()
+{
+    return Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty();
 }
 
 void TestReportGenerator::count(TestResult::ResultType type)
@@ -155,6 +200,21 @@ bool TestReportGenerator::updateSections(const TestResult::Entry &entry)
     default:
         return true;
     }
+}
+
+// Without the texts, which would make a run with many failures as large as its log.
+const std::vector<TestResult::Entry> &TestReportGenerator::retainedEntries() const
+{
+    for (; !m_kept.empty(); m_kept.pop_front()) {
+        const Kept &kept = m_kept.front();
+        TestResult::Entry entry;
+        entry.time = kept.time;
+        entry.type = kept.type;
+        entry.info = kept.info;
+        entry.retry = kept.retry;
+        m_retained.push_back(std::move(entry));
+    }
+    return m_retained;
 }
 
 int TestReportGenerator::resultCount(const QString &key) const
@@ -227,13 +287,12 @@ void TestReportGenerator::closeDanglingUserSections(const TestResult::Entry &ent
         createSectionWarning(entry.line, entry.info);
 }
 
-// Goes past the counters and the sections.
 void TestReportGenerator::createEndSectionEntry(const QString &info)
 {
     TestResult::Entry entry =
         makeEntry(TestResult::END_SECTION, QStringLiteral("auto-closed dangling section"));
     entry.info = info;
-    doHandleEntry(entry);
+    handleAutomatic(entry);
 }
 
 void TestReportGenerator::createSectionWarning(const LineInfo &line, const QString &info)
@@ -244,7 +303,15 @@ void TestReportGenerator::createSectionWarning(const LineInfo &line, const QStri
                              " cannot be closed/opened inside a section. Sections have been closed "
                              "automatically."));
     entry.line = line;
+    handleAutomatic(entry);
+}
+
+// Past the counters and the sections.
+void TestReportGenerator::handleAutomatic(const TestResult::Entry &entry)
+{
+    m_isAutomatic = true;
     doHandleEntry(entry);
+    m_isAutomatic = false;
 }
 
 } // namespace Morvex

@@ -18,7 +18,6 @@
 #include "test/zipxml3reportgenerator.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cstdio>
@@ -30,6 +29,7 @@
 namespace Morvex {
 namespace {
 
+using Factory = TestReportGeneratorFactory;
 using Result = TestReportGenerator::Result;
 
 struct Arguments
@@ -39,19 +39,16 @@ struct Arguments
     QString *resultDir;
 };
 
-// As many as the system follows.
-const int maxLinks = 40;
-
-// One row a keyword: all that the system knows of a format beside its own file pair.
 struct KeywordRow
 {
-    QLatin1String name;
-    QLatin1String description;
-    // The file that the format writes in the directory that its path names; empty when the path
-    // names the file, null when the format writes none.
+    const char *name;
+    Factory::Target target;
+    Factory::Traits traits;
+    // The number after the dot goes to create.
+    const char *version;
     const char *file;
     Result (*create)(const Arguments &, int version);
-    int version;
+    const char *description;
 };
 
 Result createStdout(const Arguments &arguments, int)
@@ -83,8 +80,10 @@ Result createZipXml3(const Arguments &arguments, int version)
 
 Result createJson(const Arguments &arguments, int version)
 {
-    return JsonReportGenerator::create(arguments.path, arguments.type,
-                                       static_cast<unsigned short>(version), arguments.resultDir);
+    return JsonReportGenerator::create(
+        arguments.path, arguments.type,
+        static_cast<unsigned short>(JsonReportGenerator::Version1_0 + version),
+        arguments.resultDir);
 }
 
 Result createHtml(const Arguments &arguments, int)
@@ -127,131 +126,86 @@ Result createQuillbase(const Arguments &arguments, int)
     return QuillbaseReportGenerator::create(arguments.path, arguments.type);
 }
 
+const Factory::Traits atTheEnd = {};
+const Factory::Traits freshFile = Factory::Grows | Factory::TakesFreeName;
+
 const KeywordRow keywordTable[] = {
-    {QLatin1String("stdout"), QLatin1String("console report, or the same lines in a file"), "",
-     createStdout, 0},
-    {QLatin1String("null"), QLatin1String("no report, only the exit status"), nullptr, createNull,
-     0},
-    {QLatin1String("xml3"), QLatin1String("directory with results.xml, version 3.0"), "results.xml",
-     createXml3, 0},
-    {QLatin1String("xml3.1"),
-     QLatin1String("directory with results.xml, version 3.1, with visual verifications"),
-     "results.xml", createXml3, 1},
-    {QLatin1String("xml3.2"),
-     QLatin1String("directory with results.xml, version 3.2, with retries"), "results.xml",
-     createXml3, 2},
-    {QLatin1String("xml3.3"),
-     QLatin1String("directory with results.xml, version 3.3, with call stacks"), "results.xml",
-     createXml3, 3},
-    {QLatin1String("xml3.4"),
-     QLatin1String("directory with results.xml, version 3.4, with the user name"), "results.xml",
-     createXml3, 4},
-    {QLatin1String("xml3.5"),
-     QLatin1String("directory with results.xml, version 3.5, with milliseconds and videos"),
-     "results.xml", createXml3, 5},
-    {QLatin1String("zipxml3"), QLatin1String("the directory of xml3 as one zip file"), "",
-     createZipXml3, 0},
-    {QLatin1String("zipxml3.1"), QLatin1String("the directory of xml3.1 as one zip file"), "",
-     createZipXml3, 1},
-    {QLatin1String("zipxml3.2"), QLatin1String("the directory of xml3.2 as one zip file"), "",
-     createZipXml3, 2},
-    {QLatin1String("zipxml3.3"), QLatin1String("the directory of xml3.3 as one zip file"), "",
-     createZipXml3, 3},
-    {QLatin1String("zipxml3.4"), QLatin1String("the directory of xml3.4 as one zip file"), "",
-     createZipXml3, 4},
-    {QLatin1String("zipxml3.5"), QLatin1String("the directory of xml3.5 as one zip file"), "",
-     createZipXml3, 5},
-    {QLatin1String("json"), QLatin1String("directory with results.json, version 1.0"),
-     "results.json", createJson, JsonReportGenerator::Version1_0},
-    {QLatin1String("json1.1"), QLatin1String("directory with results.json, version 1.1"),
-     "results.json", createJson, JsonReportGenerator::Version1_1},
-    {QLatin1String("json1.2"),
-     QLatin1String("directory with results.json, version 1.2, with retries"), "results.json",
-     createJson, JsonReportGenerator::Version1_2},
-    {QLatin1String("html"),
-     QLatin1String("directory with pages for a browser; each run adds to it"), "data/results-v1.js",
-     createHtml, 0},
-    {QLatin1String("junit"),
-     QLatin1String("JUnit file: a test case for each test case and section, with its log"), "",
-     createJUnit, 0},
-    {QLatin1String("xml"), QLatin1String("flat XML log, written at the end of the run"), "",
-     createXml, 0},
-    {QLatin1String("xmlIncremental"),
-     QLatin1String("flat XML log that grows with the run, never on top of another"), "",
-     createXmlIncremental, 0},
-    {QLatin1String("xml2"), QLatin1String("nested XML log that grows with the run"), "", createXml2,
-     0},
-    {QLatin1String("xml2.1"),
-     QLatin1String("xml2 with kinds of verifications and details of failed ones"), "", createXml2,
-     1},
-    {QLatin1String("xml2.2"), QLatin1String("xml2.1 with the differences of tables"), "",
-     createXml2, 2},
-    {QLatin1String("xmljunit"), QLatin1String("JUnit file: a test case for each result"), "",
-     createXmlJUnit, 0},
-    {QLatin1String("xls"), QLatin1String("spreadsheet with all entries and a sheet of counts"), "",
-     createXls, 0},
-    {QLatin1String("quillbase"),
-     QLatin1String("upload while the tests run; PATH is an address of http or https: "
-                   "http://HOST[:PORT]/project/NAME?token=TOKEN"),
-     nullptr, createQuillbase, 0},
-    {QLatin1String("raw"), QLatin1String(""), "", createRaw, 0},
+    {"stdout", Factory::File, freshFile, "", "", createStdout,
+     "console report, or the same lines in a file"},
+    {"null", Factory::NoTarget, atTheEnd, "", "", createNull, "no report, only the exit status"},
+    {"xml3", Factory::Directory, Factory::Grows, "3.0", "results.xml", createXml3,
+     "directory with results.xml, version 3.0"},
+    {"xml3.1", Factory::Directory, Factory::Grows, "3.1", "results.xml", createXml3,
+     "directory with results.xml, version 3.1, with visual verifications"},
+    {"xml3.2", Factory::Directory, Factory::Grows, "3.2", "results.xml", createXml3,
+     "directory with results.xml, version 3.2, with retries"},
+    {"xml3.3", Factory::Directory, Factory::Grows, "3.3", "results.xml", createXml3,
+     "directory with results.xml, version 3.3, with call stacks"},
+    {"xml3.4", Factory::Directory, Factory::Grows, "3.4", "results.xml", createXml3,
+     "directory with results.xml, version 3.4, with the user name"},
+    {"xml3.5", Factory::Directory, Factory::Grows, "3.5", "results.xml", createXml3,
+     "directory with results.xml, version 3.5, with milliseconds and videos"},
+    {"zipxml3", Factory::File, atTheEnd, "3.0", "", createZipXml3,
+     "the directory of xml3 as one zip file"},
+    {"zipxml3.1", Factory::File, atTheEnd, "3.1", "", createZipXml3,
+     "the directory of xml3.1 as one zip file"},
+    {"zipxml3.2", Factory::File, atTheEnd, "3.2", "", createZipXml3,
+     "the directory of xml3.2 as one zip file"},
+    {"zipxml3.3", Factory::File, atTheEnd, "3.3", "", createZipXml3,
+     "the directory of xml3.3 as one zip file"},
+    {"zipxml3.4", Factory::File, atTheEnd, "3.4", "", createZipXml3,
+     "the directory of xml3.4 as one zip file"},
+    {"zipxml3.5", Factory::File, atTheEnd, "3.5", "", createZipXml3,
+     "the directory of xml3.5 as one zip file"},
+    {"json", Factory::Directory, atTheEnd, "1.0", "results.json", createJson,
+     "directory with results.json, version 1.0"},
+    {"json1.1", Factory::Directory, atTheEnd, "1.1", "results.json", createJson,
+     "directory with results.json, version 1.1"},
+    {"json1.2", Factory::Directory, atTheEnd, "1.2", "results.json", createJson,
+     "directory with results.json, version 1.2, with retries"},
+    {"html", Factory::Directory, Factory::Grows, "1.2", "data/results-v1.js", createHtml,
+     "directory with pages for a browser; each run adds to it"},
+    {"junit", Factory::File, atTheEnd, "", "", createJUnit,
+     "JUnit file: a test case for each test case and section, with its log"},
+    {"xml", Factory::File, Factory::NeedsSummary, "1.2", "", createXml,
+     "flat XML log, written at the end of the run"},
+    {"xmlIncremental", Factory::File, freshFile | Factory::NeedsSummary, "1.2", "",
+     createXmlIncremental, "flat XML log that grows with the run, never on top of another"},
+    {"xml2", Factory::File, freshFile, "2.0", "", createXml2,
+     "nested XML log that grows with the run"},
+    {"xml2.1", Factory::File, freshFile, "2.1", "", createXml2,
+     "xml2 with kinds of verifications and details of failed ones"},
+    {"xml2.2", Factory::File, freshFile, "2.2", "", createXml2,
+     "xml2.1 with the differences of tables"},
+    {"xmljunit", Factory::File, Factory::NeedsSummary, "", "", createXmlJUnit,
+     "JUnit file: a test case for each result"},
+    {"xls", Factory::File, Factory::NeedsSummary, "", "", createXls,
+     "spreadsheet with all entries and a sheet of counts"},
+    {"quillbase", Factory::Connection, Factory::Grows, "", "", createQuillbase,
+     "upload while the tests run; PATH is an address of http or https: "
+     "http://HOST[:PORT]/project/NAME?token=TOKEN"},
+    {"raw", Factory::Connection, Factory::Grows, "", "", createRaw, ""},
 };
 
 // Null for a name that no format has.
 const KeywordRow *rowOf(const QString &name)
 {
-    const auto row = std::find_if(std::begin(keywordTable), std::end(keywordTable),
-                                  [&](const KeywordRow &other) { return name == other.name; });
+    const auto row =
+        std::find_if(std::begin(keywordTable), std::end(keywordTable),
+                     [&](const KeywordRow &other) { return name == QLatin1String(other.name); });
     return row == std::end(keywordTable) ? nullptr : row;
 }
 
-// The same for all ways to name a file, whether it exists or not.
-QString identityOf(const QString &path, int links = 0)
-{
-    const QFileInfo file(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
-    if (file.exists())
-        return file.canonicalFilePath();
-    if (file.isSymLink() && links < maxLinks)
-        return identityOf(file.symLinkTarget(), links + 1);
-    const QString directory = QFileInfo(file.path()).canonicalFilePath();
-    return directory.isEmpty() ? file.filePath() : directory + QLatin1Char('/') + file.fileName();
-}
-
-// Two reports in one file would destroy each other.
-QString sharedFileError(const QString &path, QStringList &usedPaths)
-{
-    if (path.isEmpty() || path.startsWith(QLatin1String("/dev/")))
-        return {};
-    const QString file = identityOf(path);
-    if (usedPaths.contains(file))
-        return QStringLiteral("Another report is written to '%1' already").arg(file);
-    usedPaths += file;
-    return {};
-}
-
-QString sharedFileError(const KeywordRow &row, const Arguments &arguments, QStringList &usedPaths)
-{
-    if (!row.file)
-        return {};
-    if (!*row.file)
-        return sharedFileError(arguments.path, usedPaths);
-    // The format itself refuses a second directory, or none.
-    if (!arguments.resultDir->isEmpty() || arguments.path.isEmpty())
-        return {};
-    return sharedFileError(arguments.path + QLatin1Char('/') + QLatin1String(row.file), usedPaths);
-}
-
-Result createByName(const QString &name, const Arguments &arguments, QStringList &usedPaths)
+Result createByName(const QString &name, const Arguments &arguments)
 {
     const KeywordRow *row = rowOf(name);
     if (!row)
         return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
-    const QString error = sharedFileError(*row, arguments, usedPaths);
-    return error.isEmpty() ? row->create(arguments, row->version) : Result{nullptr, error};
+    const auto version = QString::fromLatin1(row->version);
+    return row->create(arguments, version.section(QLatin1Char('.'), 1).toInt());
 }
 
-Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir,
-                 QStringList &usedPaths)
+Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir)
 {
     const int comma = value.indexOf(QLatin1Char(','));
     const QString name = value.left(comma);
@@ -259,7 +213,7 @@ Result createOne(const QString &value, TestReportGenerator::TestType type, QStri
     if (path.endsWith(QDir::separator()))
         path.chop(1);
     qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
-    const Result result = createByName(name, {path, type, resultDir}, usedPaths);
+    const Result result = createByName(name, {path, type, resultDir});
     if (result.error.isEmpty())
         return result;
     return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
@@ -273,9 +227,8 @@ Result TestReportGeneratorFactory::create(const QStringList &values, QString *re
     qCDebug(traceReportGen) << "Creating " << values.size()
                             << " report generators from commandline";
     std::vector<std::unique_ptr<TestReportGenerator>> generators;
-    QStringList usedPaths;
     for (const QString &value : values) {
-        const Result result = createOne(value, type, resultDir, usedPaths);
+        const Result result = createOne(value, type, resultDir);
         if (!result.error.isEmpty())
             return result;
         generators.emplace_back(result.generator);
@@ -307,7 +260,8 @@ std::vector<TestReportGeneratorFactory::Keyword> TestReportGeneratorFactory::key
 {
     std::vector<Keyword> keywords;
     for (const KeywordRow &row : keywordTable)
-        keywords.push_back({row.name, row.description});
+        keywords.push_back({QLatin1String(row.name), QLatin1String(row.description), row.target,
+                            row.traits, QLatin1String(row.version), QLatin1String(row.file)});
     return keywords;
 }
 

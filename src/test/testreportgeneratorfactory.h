@@ -3,6 +3,7 @@
 #include "morvex_export.h"
 #include "test/testreportgenerator.h"
 
+#include <QFlags>
 #include <QLatin1String>
 #include <QString>
 #include <QStringList>
@@ -15,11 +16,31 @@ namespace Morvex {
 class MORVEX_EXPORT TestReportGeneratorFactory
 {
 public:
+    /// What the path in a value names.
+    enum Target { NoTarget, File, Directory, Connection };
+
+    enum Trait {
+        /// An entry is in the report as soon as it was handled; otherwise all come at the end.
+        Grows = 1,
+        /// A file that holds something is left alone; otherwise it is replaced or added to.
+        TakesFreeName = 2,
+        /// The report is not whole without generateSummary.
+        NeedsSummary = 4
+    };
+    Q_DECLARE_FLAGS(Traits, Trait)
+
+    /// All that the system knows of a format beside its own sources.
     struct Keyword
     {
         QLatin1String name;
         /// One line for the user's eye; empty for a keyword that is not for users.
         QLatin1String description;
+        Target target;
+        Traits traits;
+        /// That the report names; empty when it names none.
+        QLatin1String version;
+        /// In the directory of the report; empty for other targets.
+        QLatin1String file;
     };
 
     /// One generator for all of @p values; a console report when there are none. A format that
@@ -31,8 +52,9 @@ public:
     static TestReportGenerator *create(const QStringList &values,
                                        TestReportGenerator::TestType type);
 
-    /// All keywords, for help texts and tests.
     static std::vector<Keyword> keywords();
 };
+
+Q_DECLARE_OPERATORS_FOR_FLAGS(TestReportGeneratorFactory::Traits)
 
 } // namespace Morvex

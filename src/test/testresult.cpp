@@ -2,7 +2,6 @@
 
 #include "shared/clock.h"
 #include "test/report/resultlabels.h"
-#include "test/report/runwatch.h"
 #include "test/testreportgenerator.h"
 
 #include <QDir>
@@ -40,9 +39,17 @@ struct TestResult::Private
     std::deque<std::pair<QString, QString>> sections;
 
     void setFlags(ResultType type);
+    void replaceGenerator(TestReportGenerator *replacement);
     // What addEntry does, on the entry itself.
     void add(TestResult &result, Entry &entry);
 };
+
+void TestResult::Private::replaceGenerator(TestReportGenerator *replacement)
+{
+    if (generator)
+        generator->abortRun();
+    generator.reset(replacement);
+}
 
 void TestResult::Private::setFlags(ResultType type)
 {
@@ -175,7 +182,10 @@ TestResult::TestResult(TestReportGenerator *generator)
     d->generator.reset(generator);
 }
 
-TestResult::~TestResult() = default;
+TestResult::~TestResult()
+{
+    d->replaceGenerator(nullptr);
+}
 
 TestReportGenerator *TestResult::reportGenerator() const
 {
@@ -184,7 +194,7 @@ TestReportGenerator *TestResult::reportGenerator() const
 
 void TestResult::setReportGenerator(TestReportGenerator *generator)
 {
-    d->generator.reset(generator);
+    d->replaceGenerator(generator);
 }
 
 void TestResult::setObserver(std::function<void(const Entry &)> observer)
@@ -429,7 +439,7 @@ void TestResult::processEntry(const Entry &entry)
     if (!d->generator)
         return;
     d->generator->handleEntry(entry);
-    if (entry.type == END && isReportSummaryWanted())
+    if (entry.type == END && TestReportGenerator::isSummaryWanted())
         d->generator->generateSummary();
 }
 

@@ -122,6 +122,7 @@ public:
 
     /// Takes ownership of @p generator. Without one each entry is dropped with a warning.
     explicit TestResult(TestReportGenerator *generator = nullptr);
+    /// A run that has not ended is aborted; see TestReportGenerator::abortRun.
     ~TestResult();
 
     TestResult(const TestResult &) = delete;
@@ -129,7 +130,8 @@ public:
 
     TestReportGenerator *reportGenerator() const;
 
-    /// Deletes the present generator and takes ownership of @p generator.
+    /// Aborts a run that the present generator has open, deletes that generator and takes ownership
+    /// of @p generator.
     void setReportGenerator(TestReportGenerator *generator);
 
     /// @p observer is called with each entry that is processed, after the flags of the run are set

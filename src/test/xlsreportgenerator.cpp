@@ -1,11 +1,18 @@
 #include "test/xlsreportgenerator.h"
 
 #include "shared/xmltext.h"
+#include "test/output/xmlelement.h"
+#include "test/report/bufferedreport.h"
+#include "test/report/iso8601time.h"
+#include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
+#include "test/report/testcasecounters.h"
 
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
+#include <optional>
 #include <utility>
 
 namespace Morvex {
@@ -21,6 +28,9 @@ const double maxColumnWidth = 1340;
 const double cellPadding = 8;
 const double widestCharacter = 13;
 
+// For the labels of the counts, in points.
+const QLatin1String summaryLabelWidth("132.75");
+
 const QLatin1String stringType("String");
 const QLatin1String dateTimeType("DateTime");
 const QLatin1String numberType("Number");
@@ -28,7 +38,15 @@ const QLatin1String rowName("Row");
 const QLatin1String tableName("Table");
 const QLatin1String worksheetName("Worksheet");
 
-enum Column { TypeColumn, TimeColumn, LineColumn, MessageColumn, DetailsColumn, VpNameColumn };
+enum Column {
+    TypeColumn,
+    TimeColumn,
+    LineColumn,
+    MessageColumn,
+    DetailsColumn,
+    VpNameColumn,
+    ColumnCount
+};
 
 // No character of the fonts that spreadsheet programs start with, at 10 or 11 points, is wider.
 double maxCharacterWidth(QChar character)
@@ -231,9 +249,9 @@ XmlElement summarySheet(const TestReportGenerator &generator)
 {
     XmlElement table(tableName);
     table.addAttribute(QLatin1String("ss:ExpandedColumnCount"), 2);
-    table.addAttribute(QLatin1String("ss:ExpandedRowCount"), 9);
+    table.addAttribute(QLatin1String("ss:ExpandedRowCount"), int(std::size(summaryLabels)));
     table.addChild(
-        elementWith(QLatin1String("Column"), QLatin1String("ss:Width"), QLatin1String("132.75")));
+        elementWith(QLatin1String("Column"), QLatin1String("ss:Width"), summaryLabelWidth));
     for (const Label &label : summaryLabels) {
         XmlElement row(rowName);
         row.addChild(createStyleCell(label.text, stringType, QLatin1String("bold")));
@@ -247,68 +265,82 @@ XmlElement summarySheet(const TestReportGenerator &generator)
 
 } // namespace
 
-XlsReportGenerator::XlsReportGenerator(std::unique_ptr<ReportFile> file)
-    : m_file(std::move(file))
+struct XlsReportGenerator::Private
 {
-    m_columnWidths.fill(minColumnWidth);
-    m_columnWidths[TimeColumn] = textWidth(QStringLiteral("00/00/0000 00:00:00 PM"));
+    std::unique_ptr<ReportFile> file;
+    BufferedReport rows;
+    // In points, for the widest text of each column so far.
+    std::array<double, ColumnCount> columnWidths;
+    // The start of the current test case, held back until its counts are known.
+    std::optional<TestResult::Entry> startOfTestCase;
+    bool hasTestCase = false;
+    TestCaseCounters counters;
+    Iso8601Time times;
+
+    XmlElement rowElement(const TestResult::Entry &entry, const QString &message);
+    QString cellText(int column, const QString &text);
+    void startTestCase(const TestResult::Entry &entry);
+    void fillStartRow();
+    QByteArray serializedRow(const XmlElement &row) const;
+    void dumpReport(const XmlElement &summary);
+    int indentStep() const;
+};
+
+XlsReportGenerator::XlsReportGenerator(std::unique_ptr<ReportFile> file)
+    : d(std::make_unique<Private>())
+{
+    d->file = std::move(file);
+    d->columnWidths.fill(minColumnWidth);
+    d->columnWidths[TimeColumn] = textWidth(QStringLiteral("00/00/0000 00:00:00 PM"));
 }
 
-XlsReportGenerator::~XlsReportGenerator()
-{
-    if (!m_run.isGivenUp() || !isReportSummaryWanted())
-        return;
-    handleEntry(RunWatch::givenUpEntry());
-    generateSummary();
-}
+XlsReportGenerator::~XlsReportGenerator() = default;
 
 TestReportGenerator::Result XlsReportGenerator::create(const QString &path)
 {
-    auto file = std::make_unique<ReportFile>();
-    const QString error = file->open(path, {}, ReportFile::LocalOnStdStream);
-    if (!error.isEmpty())
-        return {nullptr, error};
-    return {new XlsReportGenerator(std::move(file)), QString()};
+    return createInFile(
+        path, {}, ReportFile::LocalOnStdStream,
+        [](std::unique_ptr<ReportFile> file) { return new XlsReportGenerator(std::move(file)); });
 }
 
 void XlsReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    m_run.see(entry.type);
     if (entry.type == TestResult::START_TEST_CASE) {
-        startTestCase(entry);
+        d->startTestCase(entry);
         return;
     }
-    m_counters.count(entry.type);
-    m_rows.append(serializedRow(rowElement(entry, showControls(entry.message))));
+    d->counters.count(entry.type);
+    d->rows.append(d->serializedRow(d->rowElement(entry, showControls(entry.message))));
 }
 
-void XlsReportGenerator::startTestCase(const TestResult::Entry &entry)
+void XlsReportGenerator::Private::startTestCase(const TestResult::Entry &entry)
 {
     fillStartRow();
-    if (m_hasTestCase)
-        m_rows.append(serializedRow(XmlElement(rowName)));
-    m_hasTestCase = true;
-    m_counters = {};
-    m_startOfTestCase = entry;
-    m_rows.openGap();
+    if (hasTestCase)
+        rows.append(serializedRow(XmlElement(rowName)));
+    hasTestCase = true;
+    counters = {};
+    startOfTestCase = entry;
+    rows.openGap();
 }
 
-void XlsReportGenerator::fillStartRow()
+void XlsReportGenerator::Private::fillStartRow()
 {
-    if (!m_startOfTestCase)
+    if (!startOfTestCase)
         return;
-    const TestResult::Entry &entry = *m_startOfTestCase;
-    const QString message = showControls(entry.message) + countsText(m_counters);
-    m_rows.fillGap(serializedRow(rowElement(entry, message)));
-    m_startOfTestCase.reset();
+    const TestResult::Entry &entry = *startOfTestCase;
+    const QString message = showControls(entry.message) + countsText(counters);
+    rows.fillGap(serializedRow(rowElement(entry, message)));
+    startOfTestCase.reset();
 }
 
-XmlElement XlsReportGenerator::rowElement(const TestResult::Entry &entry, const QString &message)
+XmlElement XlsReportGenerator::Private::rowElement(const TestResult::Entry &entry,
+                                                   const QString &message)
 {
     XmlElement row(rowName);
     row.addChild(createStyleCell(cellText(TypeColumn, resultName(entry.type)), stringType,
                                  styleOf(entry.type)));
-    row.addChild(timeCell(entry.time, m_times));
+    row.addChild(timeCell(entry.time, times));
     row.addChild(createCell(cellText(LineColumn, entry.line.toString()), stringType));
     row.addChild(createCell(cellText(MessageColumn, message), stringType));
     row.addChild(createCell(cellText(DetailsColumn, showControls(entry.details)), stringType));
@@ -317,16 +349,16 @@ XmlElement XlsReportGenerator::rowElement(const TestResult::Entry &entry, const 
 }
 
 // The text as it goes into a cell; its column becomes wide enough for it.
-QString XlsReportGenerator::cellText(int column, const QString &text)
+QString XlsReportGenerator::Private::cellText(int column, const QString &text)
 {
     const QString cell = cutToCell(replaceInvalidXMLcharacters(text));
-    double &width = m_columnWidths[static_cast<std::size_t>(column)];
+    double &width = columnWidths[static_cast<std::size_t>(column)];
     if (width < std::min(maxColumnWidth, cellPadding + cell.size() * widestCharacter))
         width = std::max(width, textWidth(cell));
     return cell;
 }
 
-QByteArray XlsReportGenerator::serializedRow(const XmlElement &row) const
+QByteArray XlsReportGenerator::Private::serializedRow(const XmlElement &row) const
 {
     const int depth = 3;
     QByteArray text;
@@ -336,19 +368,19 @@ QByteArray XlsReportGenerator::serializedRow(const XmlElement &row) const
 
 void XlsReportGenerator::generateSummary()
 {
-    fillStartRow();
-    dumpReport();
+    d->fillStartRow();
+    d->dumpReport(summarySheet(*this));
 }
 
-void XlsReportGenerator::dumpReport()
+void XlsReportGenerator::Private::dumpReport(const XmlElement &summary)
 {
     const XmlElement workbook = workbookElement();
     const XmlElement worksheet = worksheetElement(QStringLiteral("TestCases"));
     XmlElement table(tableName);
-    table.addAttribute(QLatin1String("ss:ExpandedColumnCount"), columnCount);
+    table.addAttribute(QLatin1String("ss:ExpandedColumnCount"), ColumnCount);
 
     int indent = 0;
-    QByteArray text = m_file->xmlDeclaration() + "<?mso-application progid=\"Excel.Sheet\"?>\n";
+    QByteArray text = file->xmlDeclaration() + "<?mso-application progid=\"Excel.Sheet\"?>\n";
     const auto dump = [&](const XmlElement &element, WriteMode mode) {
         dumpElementToStream(element, mode, &text, indent, indentStep());
     };
@@ -356,22 +388,22 @@ void XlsReportGenerator::dumpReport()
     dump(stylesElement(), WholeElement);
     dump(worksheet, OpenTag);
     dump(table, OpenTag);
-    for (const double width : m_columnWidths)
+    for (const double width : columnWidths)
         dump(columnElement(width), WholeElement);
-    m_file->write(text);
-    m_rows.writeTo(*m_file);
+    file->write(text);
+    rows.writeTo(*file);
     text.clear();
     dump(table, CloseTag);
     dump(worksheet, CloseTag);
-    dump(summarySheet(*this), WholeElement);
+    dump(summary, WholeElement);
     dump(workbook, CloseTag);
-    m_file->write(text);
-    m_file->flush();
+    file->write(text);
+    file->flush();
 }
 
-int XlsReportGenerator::indentStep() const
+int XlsReportGenerator::Private::indentStep() const
 {
-    return m_file->isStdStream() ? 1 : 4;
+    return file->isStdStream() ? 1 : 4;
 }
 
 } // namespace Morvex

@@ -1,5 +1,8 @@
 #include "test/xml2reportgenerator.h"
 
+#include "test/output/xmlelement.h"
+#include "test/report/iso8601time.h"
+#include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
 #include "test/reportgeneratorshared.h"
 #include "test/tablediff.h"
@@ -113,7 +116,7 @@ void createSubjectElement(XmlElement &parent, const TableDiff::Subject &subject)
         return;
     }
     const bool isRow = subject.type == TableDiff::Subject::ROW;
-    XmlElement element(isRow ? QLatin1String("row") : QLatin1String("column"));
+    XmlElement element(subjectName(subject.type));
     if (!cells.isEmpty()) {
         const TableDiff::Cell &first = cells.first();
         element.addAttribute(isRow ? QLatin1String("line") : QLatin1String("index"),
@@ -123,22 +126,9 @@ void createSubjectElement(XmlElement &parent, const TableDiff::Subject &subject)
     parent.addChild(std::move(element));
 }
 
-QLatin1String diffElementName(TableDiff::Element::Kind kind)
-{
-    switch (kind) {
-    case TableDiff::Element::INSERTION:
-        return QLatin1String("insertion");
-    case TableDiff::Element::DELETION:
-        return QLatin1String("deletion");
-    case TableDiff::Element::CONTEXT:
-        break;
-    }
-    return QLatin1String("context");
-}
-
 XmlElement createDiffElement(const TableDiff::Element &difference)
 {
-    XmlElement element(diffElementName(difference.kind));
+    XmlElement element(differenceName(difference.kind));
     createSubjectElement(element, difference.subject);
     return element;
 }
@@ -157,31 +147,54 @@ void injectTableDiff(XmlElement &result, const TestResult::Entry &entry)
 
 } // namespace
 
-Xml2ReportGenerator::Xml2ReportGenerator(std::unique_ptr<ReportFile> file, int version)
-    : m_file(std::move(file))
-    , m_version(version)
+struct Xml2ReportGenerator::Private
 {
-    dump(rootElement(), OpenTag);
-    flush();
+    std::unique_ptr<ReportFile> file;
+    int version = 0;
+    int indent = 0;
+    int openTests = 0;
+    bool isVerificationOpen = false;
+    int openVpCounter = 0;
+    bool isClosed = false;
+    Iso8601Time times;
+    // What the current entry adds to the file.
+    QByteArray text;
+
+    void writeEntry(const TestResult::Entry &entry);
+    void openTest(const QString &name, const QDateTime &time);
+    void closeTest(const QDateTime &time);
+    void closeRun(const QDateTime &time);
+    void openVerification(const TestResult::Entry &entry);
+    void closeVerification();
+    void writeResult(const TestResult::Entry &entry);
+    void writeMessage(const TestResult::Entry &entry);
+
+    QString timeText(const QDateTime &time);
+    XmlElement rootElement() const;
+    QString vpTypeAttributeValue(TestResult::VPType type) const;
+    void setVpTypeAttribute(XmlElement &element, const TestResult::Entry &entry) const;
+    void addVersionedDescriptions(XmlElement &result, const TestResult::Entry &entry) const;
+    void dump(const XmlElement &element, WriteMode mode);
+    void flush();
+};
+
+Xml2ReportGenerator::Xml2ReportGenerator(std::unique_ptr<ReportFile> file, int version)
+    : d(std::make_unique<Private>())
+{
+    d->file = std::move(file);
+    d->version = version;
+    d->dump(d->rootElement(), OpenTag);
+    d->flush();
 }
 
-Xml2ReportGenerator::~Xml2ReportGenerator()
-{
-    if (!m_run.isGivenUp())
-        return;
-    const TestResult::Entry entry = RunWatch::givenUpEntry();
-    handleEntry(entry);
-    closeRun(entry.time);
-    flush();
-}
+Xml2ReportGenerator::~Xml2ReportGenerator() = default;
 
 TestReportGenerator::Result Xml2ReportGenerator::create(const QString &path, int version)
 {
-    auto file = std::make_unique<ReportFile>();
-    const QString error = file->open(path, FreshFileName, ReportFile::LocalOnStdStream);
-    if (!error.isEmpty())
-        return {nullptr, error};
-    return {new Xml2ReportGenerator(std::move(file), version), QString()};
+    return createInFile(path, FreshFileName, ReportFile::LocalOnStdStream,
+                        [version](std::unique_ptr<ReportFile> file) {
+                            return new Xml2ReportGenerator(std::move(file), version);
+                        });
 }
 
 void Xml2ReportGenerator::generateSummary() {}
@@ -189,14 +202,13 @@ void Xml2ReportGenerator::generateSummary() {}
 void Xml2ReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
     // The document is closed.
-    if (m_run.isEnded())
+    if (d->isClosed)
         return;
-    m_run.see(entry.type);
-    writeEntry(entry);
-    flush();
+    d->writeEntry(entry);
+    d->flush();
 }
 
-void Xml2ReportGenerator::writeEntry(const TestResult::Entry &entry)
+void Xml2ReportGenerator::Private::writeEntry(const TestResult::Entry &entry)
 {
     switch (entry.type) {
     case TestResult::START:
@@ -237,47 +249,48 @@ void Xml2ReportGenerator::writeEntry(const TestResult::Entry &entry)
     }
 }
 
-void Xml2ReportGenerator::openTest(const QString &name, const QDateTime &time)
+void Xml2ReportGenerator::Private::openTest(const QString &name, const QDateTime &time)
 {
     closeVerification();
     XmlElement test(testName);
     test.addAttribute(QLatin1String("name"), name);
     dump(test, OpenTag);
-    ++m_openTests;
+    ++openTests;
     XmlElement prolog(QLatin1String("prolog"));
     prolog.addAttribute(timeName, timeText(time));
     dump(prolog, WholeElement);
 }
 
-QString Xml2ReportGenerator::timeText(const QDateTime &time)
+QString Xml2ReportGenerator::Private::timeText(const QDateTime &time)
 {
-    return QString::fromLatin1(m_times.text(time));
+    return QString::fromLatin1(times.text(time));
 }
 
-void Xml2ReportGenerator::closeTest(const QDateTime &time)
+void Xml2ReportGenerator::Private::closeTest(const QDateTime &time)
 {
     closeVerification();
-    if (m_openTests == 0)
+    if (openTests == 0)
         return;
     XmlElement epilog(QLatin1String("epilog"));
     epilog.addAttribute(timeName, timeText(time));
     dump(epilog, WholeElement);
     dump(XmlElement(testName), CloseTag);
-    --m_openTests;
+    --openTests;
 }
 
-void Xml2ReportGenerator::closeRun(const QDateTime &time)
+void Xml2ReportGenerator::Private::closeRun(const QDateTime &time)
 {
     closeVerification();
-    while (m_openTests > 0)
+    while (openTests > 0)
         closeTest(time);
     dump(rootElement(), CloseTag);
+    isClosed = true;
 }
 
-void Xml2ReportGenerator::openVerification(const TestResult::Entry &entry)
+void Xml2ReportGenerator::Private::openVerification(const TestResult::Entry &entry)
 {
-    const bool belongsToOpenOne = entry.vpCounter > 0 && entry.vpCounter == m_openVpCounter;
-    if (m_isVerificationOpen && belongsToOpenOne)
+    const bool belongsToOpenOne = entry.vpCounter > 0 && entry.vpCounter == openVpCounter;
+    if (isVerificationOpen && belongsToOpenOne)
         return;
     closeVerification();
     XmlElement verification(verificationName);
@@ -285,18 +298,18 @@ void Xml2ReportGenerator::openVerification(const TestResult::Entry &entry)
     addLocation(verification, entry.line);
     setVpTypeAttribute(verification, entry);
     dump(verification, OpenTag);
-    m_isVerificationOpen = true;
-    m_openVpCounter = entry.vpCounter;
+    isVerificationOpen = true;
+    openVpCounter = entry.vpCounter;
 }
 
-void Xml2ReportGenerator::closeVerification()
+void Xml2ReportGenerator::Private::closeVerification()
 {
-    if (m_isVerificationOpen)
+    if (isVerificationOpen)
         dump(XmlElement(verificationName), CloseTag);
-    m_isVerificationOpen = false;
+    isVerificationOpen = false;
 }
 
-void Xml2ReportGenerator::writeResult(const TestResult::Entry &entry)
+void Xml2ReportGenerator::Private::writeResult(const TestResult::Entry &entry)
 {
     openVerification(entry);
     XmlElement result(QLatin1String("result"));
@@ -310,20 +323,20 @@ void Xml2ReportGenerator::writeResult(const TestResult::Entry &entry)
     dump(result, WholeElement);
 }
 
-void Xml2ReportGenerator::addVersionedDescriptions(XmlElement &result,
-                                                   const TestResult::Entry &entry) const
+void Xml2ReportGenerator::Private::addVersionedDescriptions(XmlElement &result,
+                                                            const TestResult::Entry &entry) const
 {
-    if (m_version < 1)
+    if (version < 1)
         return;
     injectFailedVPInfo(result, entry);
-    const QString file = attachedFile(entry);
-    if (!file.isEmpty())
-        result.addChild(descriptionElement(file, QLatin1String("file")));
-    if (m_version >= 2)
+    const QString attached = attachedFile(entry);
+    if (!attached.isEmpty())
+        result.addChild(descriptionElement(attached, QLatin1String("file")));
+    if (version >= 2)
         injectTableDiff(result, entry);
 }
 
-void Xml2ReportGenerator::writeMessage(const TestResult::Entry &entry)
+void Xml2ReportGenerator::Private::writeMessage(const TestResult::Entry &entry)
 {
     closeVerification();
     XmlElement message(QLatin1String("message"));
@@ -340,22 +353,22 @@ void Xml2ReportGenerator::writeMessage(const TestResult::Entry &entry)
     dump(message, WholeElement);
 }
 
-XmlElement Xml2ReportGenerator::rootElement() const
+XmlElement Xml2ReportGenerator::Private::rootElement() const
 {
     XmlElement root(QLatin1String("MorvexReport"));
-    root.addAttribute(QLatin1String("version"), QStringLiteral("2.%1").arg(m_version));
+    root.addAttribute(QLatin1String("version"), QStringLiteral("2.%1").arg(version));
     root.addAttribute(QLatin1String("xmlns"), xmlNamespace);
     return root;
 }
 
 // Empty for a kind that this version does not tell.
-QString Xml2ReportGenerator::vpTypeAttributeValue(TestResult::VPType type) const
+QString Xml2ReportGenerator::Private::vpTypeAttributeValue(TestResult::VPType type) const
 {
     switch (type) {
     case TestResult::PROPERTY_VP:
         return QStringLiteral("properties");
     case TestResult::TABLE_VP:
-        return m_version >= 2 ? QStringLiteral("table") : QString();
+        return version >= 2 ? QStringLiteral("table") : QString();
     case TestResult::SCREENSHOT_VP:
     case TestResult::VISUAL_VP:
         return QStringLiteral("screenshot");
@@ -365,24 +378,24 @@ QString Xml2ReportGenerator::vpTypeAttributeValue(TestResult::VPType type) const
     return {};
 }
 
-void Xml2ReportGenerator::setVpTypeAttribute(XmlElement &element,
-                                             const TestResult::Entry &entry) const
+void Xml2ReportGenerator::Private::setVpTypeAttribute(XmlElement &element,
+                                                      const TestResult::Entry &entry) const
 {
     const QString type = vpTypeAttributeValue(entry.vpType);
-    if (m_version >= 1 && !type.isEmpty())
+    if (version >= 1 && !type.isEmpty())
         element.addAttribute(typeName, type);
 }
 
-void Xml2ReportGenerator::dump(const XmlElement &element, WriteMode mode)
+void Xml2ReportGenerator::Private::dump(const XmlElement &element, WriteMode mode)
 {
-    dumpElementToStream(element, mode, &m_text, m_indent);
+    dumpElementToStream(element, mode, &text, indent);
 }
 
-void Xml2ReportGenerator::flush()
+void Xml2ReportGenerator::Private::flush()
 {
-    m_file->write(m_text);
-    m_file->flush();
-    m_text.resize(0);
+    file->write(text);
+    file->flush();
+    text.resize(0);
 }
 
 } // namespace Morvex

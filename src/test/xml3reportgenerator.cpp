@@ -1,8 +1,8 @@
 #include "test/xml3reportgenerator.h"
 
 #include "shared/trace.h"
-#include "test/output/reportstream.h"
 #include "test/report/iso8601time.h"
+#include "test/report/openreport.h"
 #include "test/report/reportlocations.h"
 #include "test/report/resultlabels.h"
 #include "test/report/retrylimit.h"
@@ -137,23 +137,14 @@ Xml3ReportGenerator::~Xml3ReportGenerator() = default;
 TestReportGenerator::Result Xml3ReportGenerator::create(const QString &path, TestType type,
                                                         int version, QString *resultDir)
 {
-    if (!resultDir->isEmpty())
-        return {nullptr, QStringLiteral("Cannot create xml3 report, another result directory is "
-                                        "already set: %1")
-                             .arg(*resultDir)};
-    if (path.isEmpty())
-        return {nullptr, QStringLiteral("Missing target directory")};
-    const QDir dir(QDir::current().absoluteFilePath(path));
-    if (!dir.mkpath(QStringLiteral(".")))
-        return {nullptr, QStringLiteral("Could not create directory '%1'").arg(dir.path())};
-    *resultDir = dir.path();
-    const QString fileName = dir.filePath(QStringLiteral("results.xml"));
     // The writer hands over whole lines.
-    auto stream = std::make_unique<ReportStream>(fileName, std::ios::out, ReportStream::Unbuffered);
-    if (!stream->isOpen())
-        return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName)};
+    StreamResult opened =
+        openInDirectory(QLatin1String("xml3"), path, QStringLiteral("results.xml"),
+                        ReportStream::Unbuffered, resultDir);
+    if (!opened.error.isEmpty())
+        return {nullptr, opened.error};
     return {new Xml3ReportGenerator(
-                std::make_unique<Private>(std::move(stream), type, version, *resultDir)),
+                std::make_unique<Private>(std::move(opened.stream), type, version, *resultDir)),
             QString()};
 }
 

@@ -1,5 +1,6 @@
 #include "test/xmlincrementalreportgenerator.h"
 
+#include "test/report/openreport.h"
 #include "test/report/testresultelement.h"
 #include "test/reportgeneratorshared.h"
 
@@ -7,47 +8,51 @@
 
 namespace Morvex {
 
-XmlIncrementalReportGenerator::XmlIncrementalReportGenerator(std::unique_ptr<ReportFile> file)
-    : m_file(std::move(file))
+struct XmlIncrementalReportGenerator::Private
 {
-    dumpElement(flatReportElement(), OpenTag);
+    std::unique_ptr<ReportFile> file;
+    int indent = 0;
+    Iso8601Time times;
+    // Kept for its memory.
+    QByteArray text;
+
+    void dumpElement(const XmlElement &element, WriteMode mode);
+};
+
+XmlIncrementalReportGenerator::XmlIncrementalReportGenerator(std::unique_ptr<ReportFile> file)
+    : d(std::make_unique<Private>())
+{
+    d->file = std::move(file);
+    d->dumpElement(flatReportElement(), OpenTag);
 }
 
-XmlIncrementalReportGenerator::~XmlIncrementalReportGenerator()
-{
-    if (!m_run.isGivenUp() || !isReportSummaryWanted())
-        return;
-    handleEntry(RunWatch::givenUpEntry());
-    generateSummary();
-}
+XmlIncrementalReportGenerator::~XmlIncrementalReportGenerator() = default;
 
 TestReportGenerator::Result XmlIncrementalReportGenerator::create(const QString &path)
 {
-    auto file = std::make_unique<ReportFile>();
-    const QString error = file->open(path, FreshFileName, ReportFile::LocalOnStdStream);
-    if (!error.isEmpty())
-        return {nullptr, error};
-    return {new XmlIncrementalReportGenerator(std::move(file)), QString()};
+    return createInFile(path, FreshFileName, ReportFile::LocalOnStdStream,
+                        [](std::unique_ptr<ReportFile> file) {
+                            return new XmlIncrementalReportGenerator(std::move(file));
+                        });
 }
 
 void XmlIncrementalReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    m_run.see(entry.type);
-    dumpElement(testResultElement(convertSectionEventToLogEvent(entry), m_times), WholeElement);
+    d->dumpElement(testResultElement(convertSectionEventToLogEvent(entry), d->times), WholeElement);
 }
 
 void XmlIncrementalReportGenerator::generateSummary()
 {
-    dumpElement(summaryElement(*this), WholeElement);
-    dumpElement(flatReportElement(), CloseTag);
+    d->dumpElement(summaryElement(*this), WholeElement);
+    d->dumpElement(flatReportElement(), CloseTag);
 }
 
-void XmlIncrementalReportGenerator::dumpElement(const XmlElement &element, WriteMode mode)
+void XmlIncrementalReportGenerator::Private::dumpElement(const XmlElement &element, WriteMode mode)
 {
-    m_text.resize(0);
-    dumpElementToStream(element, mode, &m_text, m_indent);
-    m_file->write(m_text);
-    m_file->flush();
+    text.resize(0);
+    dumpElementToStream(element, mode, &text, indent);
+    file->write(text);
+    file->flush();
 }
 
 } // namespace Morvex

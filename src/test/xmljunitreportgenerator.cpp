@@ -1,6 +1,9 @@
 #include "test/xmljunitreportgenerator.h"
 
 #include "shared/xmltext.h"
+#include "test/report/bufferedreport.h"
+#include "test/report/junitshared.h"
+#include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
 
 #include <QStringList>
@@ -86,74 +89,94 @@ XmlElement createFailureOrErrorElement(const TestResult::Entry &entry)
 
 } // namespace
 
-XmlJUnitReportGenerator::XmlJUnitReportGenerator(std::unique_ptr<ReportFile> file)
-    : m_file(std::move(file))
-    , m_properties(junitProperties({}))
+struct XmlJUnitReportGenerator::Private
 {
+    std::unique_ptr<ReportFile> file;
+    BufferedReport testCases;
+    QMap<QString, QString> properties = junitProperties({});
+    QString runName;
+    QString testCaseName;
+    // In milliseconds of the epoch. The end of the run is the last one.
+    qint64 stepStart = 0;
+    QDateTime start;
+    BufferedReport systemOut;
+    int tests = 0;
+    int failures = 0;
+    int errors = 0;
+    JUnitNames names;
+
+    void updateCounter(const TestResult::Entry &entry);
+    void handleByType(const TestResult::Entry &entry);
+    void startRun(const TestResult::Entry &entry);
+    void startStep(const TestResult::Entry &entry);
+    void addTestCase(const TestResult::Entry &entry);
+    void appendToSystemOut(const TestResult::Entry &entry);
+    XmlElement createTestCaseElement(const TestResult::Entry &entry);
+    QString composeUniqueTestCaseName(const QString &className, const TestResult::Entry &entry);
+    XmlElement rootElement() const;
+    void dumpReport();
+};
+
+XmlJUnitReportGenerator::XmlJUnitReportGenerator(std::unique_ptr<ReportFile> file)
+    : d(std::make_unique<Private>())
+{
+    d->file = std::move(file);
 }
 
-XmlJUnitReportGenerator::~XmlJUnitReportGenerator()
-{
-    if (!m_run.isGivenUp() || !isReportSummaryWanted())
-        return;
-    handleEntry(RunWatch::givenUpEntry());
-    generateSummary();
-}
+XmlJUnitReportGenerator::~XmlJUnitReportGenerator() = default;
 
 TestReportGenerator::Result XmlJUnitReportGenerator::create(const QString &path)
 {
-    auto file = std::make_unique<ReportFile>();
-    const QString error = file->open(path, {}, ReportFile::LocalOnStdStream);
-    if (!error.isEmpty())
-        return {nullptr, error};
-    return {new XmlJUnitReportGenerator(std::move(file)), QString()};
+    return createInFile(path, {}, ReportFile::LocalOnStdStream,
+                        [](std::unique_ptr<ReportFile> file) {
+                            return new XmlJUnitReportGenerator(std::move(file));
+                        });
 }
 
 void XmlJUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    m_run.see(entry.type);
-    if (!m_start.isValid()) {
-        m_start = entry.time;
-        startStep(entry);
+    if (!d->start.isValid()) {
+        d->start = entry.time;
+        d->startStep(entry);
     }
-    updateCounter(entry);
-    handleByType(entry);
+    d->updateCounter(entry);
+    d->handleByType(entry);
 }
 
-void XmlJUnitReportGenerator::updateCounter(const TestResult::Entry &entry)
+void XmlJUnitReportGenerator::Private::updateCounter(const TestResult::Entry &entry)
 {
     switch (entry.type) {
     case TestResult::FAIL:
     case TestResult::XPASS:
-        ++m_tests;
-        ++m_failures;
+        ++tests;
+        ++failures;
         break;
     case TestResult::PASS:
     case TestResult::XFAIL:
-        ++m_tests;
+        ++tests;
         break;
     case TestResult::FATAL:
     case TestResult::ERROR:
-        ++m_tests;
-        ++m_errors;
+        ++tests;
+        ++errors;
         break;
     default:
         break;
     }
 }
 
-void XmlJUnitReportGenerator::handleByType(const TestResult::Entry &entry)
+void XmlJUnitReportGenerator::Private::handleByType(const TestResult::Entry &entry)
 {
     switch (entry.type) {
     case TestResult::START:
         startRun(entry);
         break;
     case TestResult::START_TEST_CASE:
-        m_testCaseName = entry.info;
+        testCaseName = entry.info;
         startStep(entry);
         break;
     case TestResult::END_TEST_CASE:
-        m_testCaseName.clear();
+        testCaseName.clear();
         startStep(entry);
         break;
     case TestResult::END:
@@ -176,95 +199,95 @@ void XmlJUnitReportGenerator::handleByType(const TestResult::Entry &entry)
     }
 }
 
-void XmlJUnitReportGenerator::startRun(const TestResult::Entry &entry)
+void XmlJUnitReportGenerator::Private::startRun(const TestResult::Entry &entry)
 {
-    if (m_runName.isEmpty())
-        m_runName = withoutQuotes(entry.name);
-    m_properties = junitProperties(entry);
+    if (runName.isEmpty())
+        runName = withoutQuotes(entry.name);
+    properties = junitProperties(entry);
 }
 
-void XmlJUnitReportGenerator::startStep(const TestResult::Entry &entry)
+void XmlJUnitReportGenerator::Private::startStep(const TestResult::Entry &entry)
 {
     if (entry.time.isValid())
-        m_stepStart = entry.time.toMSecsSinceEpoch();
+        stepStart = entry.time.toMSecsSinceEpoch();
 }
 
-void XmlJUnitReportGenerator::addTestCase(const TestResult::Entry &entry)
+void XmlJUnitReportGenerator::Private::addTestCase(const TestResult::Entry &entry)
 {
     QByteArray text;
     createTestCaseElement(entry).append(text, indentStep, indentStep);
-    m_testCases.append(text);
+    testCases.append(text);
     appendToSystemOut(entry);
 }
 
-void XmlJUnitReportGenerator::appendToSystemOut(const TestResult::Entry &entry)
+void XmlJUnitReportGenerator::Private::appendToSystemOut(const TestResult::Entry &entry)
 {
     const QStringList fields = nonEmpty({resultName(entry.type), entry.line.toString(),
                                          entry.message, entry.details, entry.info, entry.vpName});
     QByteArray line;
     appendXmlText(line, showControls(fields.join(QLatin1Char('|'))));
-    m_systemOut.append(line + '\n');
+    systemOut.append(line + '\n');
 }
 
-XmlElement XmlJUnitReportGenerator::createTestCaseElement(const TestResult::Entry &entry)
+XmlElement XmlJUnitReportGenerator::Private::createTestCaseElement(const TestResult::Entry &entry)
 {
     // A result outside of any test case belongs to the run.
-    const QString className = m_testCaseName.isEmpty() ? m_runName : m_testCaseName;
+    const QString className = testCaseName.isEmpty() ? runName : testCaseName;
     XmlElement element(QLatin1String("testcase"));
     element.addAttribute(QLatin1String("name"), composeUniqueTestCaseName(className, entry));
-    const qint64 stepStart = m_stepStart;
+    const qint64 startOfThis = stepStart;
     startStep(entry);
-    element.addAttribute(QLatin1String("time"), seconds(m_stepStart - stepStart));
+    element.addAttribute(QLatin1String("time"), seconds(stepStart - startOfThis));
     element.addAttribute(QLatin1String("classname"), className);
     if (isJUnitFailure(entry.type) || isJUnitError(entry.type))
         element.addChild(createFailureOrErrorElement(entry));
     return element;
 }
 
-QString XmlJUnitReportGenerator::composeUniqueTestCaseName(const QString &className,
-                                                           const TestResult::Entry &entry)
+QString XmlJUnitReportGenerator::Private::composeUniqueTestCaseName(const QString &className,
+                                                                    const TestResult::Entry &entry)
 {
     const QString place = entry.line.toString();
     const QString base = showControls(withoutBlanks(place.isEmpty() ? entry.message : place));
     if (base.isEmpty())
-        return m_names.numbered(className, QStringLiteral("no_line_info_and_no_msg_"));
-    return m_names.unique(className, base);
+        return names.numbered(className, QStringLiteral("no_line_info_and_no_msg_"));
+    return names.unique(className, base);
 }
 
 void XmlJUnitReportGenerator::generateSummary()
 {
-    dumpReport();
+    d->dumpReport();
 }
 
-XmlElement XmlJUnitReportGenerator::rootElement() const
+XmlElement XmlJUnitReportGenerator::Private::rootElement() const
 {
     XmlElement root(QLatin1String("testsuite"));
-    root.addAttribute(QLatin1String("name"), m_runName)
-        .addAttribute(QLatin1String("tests"), m_tests)
-        .addAttribute(QLatin1String("failures"), m_failures)
-        .addAttribute(QLatin1String("errors"), m_errors)
+    root.addAttribute(QLatin1String("name"), runName)
+        .addAttribute(QLatin1String("tests"), tests)
+        .addAttribute(QLatin1String("failures"), failures)
+        .addAttribute(QLatin1String("errors"), errors)
         .addAttribute(QLatin1String("hostname"), junitHostName())
-        .addAttribute(QLatin1String("time"), seconds(m_stepStart - m_start.toMSecsSinceEpoch()))
-        .addAttribute(QLatin1String("timestamp"), junitTimestamp(m_start));
+        .addAttribute(QLatin1String("time"), seconds(stepStart - start.toMSecsSinceEpoch()))
+        .addAttribute(QLatin1String("timestamp"), junitTimestamp(start));
     return root;
 }
 
-void XmlJUnitReportGenerator::dumpReport()
+void XmlJUnitReportGenerator::Private::dumpReport()
 {
     const XmlElement root = rootElement();
     int indent = 0;
-    QByteArray text = m_file->xmlDeclaration();
+    QByteArray text = file->xmlDeclaration();
     dumpElementToStream(root, OpenTag, &text, indent);
-    dumpElementToStream(junitPropertiesElement(m_properties), WholeElement, &text, indent);
-    m_file->write(text);
-    m_testCases.writeTo(*m_file);
-    m_file->write("    <system-out>");
-    m_systemOut.writeTo(*m_file);
+    dumpElementToStream(junitPropertiesElement(properties), WholeElement, &text, indent);
+    file->write(text);
+    testCases.writeTo(*file);
+    file->write("    <system-out>");
+    systemOut.writeTo(*file);
     text = "</system-out>\n";
     dumpElementToStream(XmlElement(QLatin1String("system-err")), WholeElement, &text, indent);
     dumpElementToStream(root, CloseTag, &text, indent);
-    m_file->write(text);
-    m_file->flush();
+    file->write(text);
+    file->flush();
 }
 
 } // namespace Morvex

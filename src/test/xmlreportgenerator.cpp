@@ -1,7 +1,11 @@
 #include "test/xmlreportgenerator.h"
 
+#include "test/report/bufferedreport.h"
+#include "test/report/openreport.h"
+#include "test/report/testcasecounters.h"
 #include "test/report/testresultelement.h"
 
+#include <optional>
 #include <utility>
 
 namespace Morvex {
@@ -18,76 +22,81 @@ QByteArray serialized(const XmlElement &element)
 
 } // namespace
 
-XmlReportGenerator::XmlReportGenerator(std::unique_ptr<ReportFile> file)
-    : m_file(std::move(file))
+struct XmlReportGenerator::Private
 {
+    std::unique_ptr<ReportFile> file;
+    BufferedReport results;
+    // The start of the current test case, held back until its counts are known.
+    std::optional<XmlElement> startNode;
+    TestCaseCounters counters;
+    Iso8601Time times;
+
+    void populateStartNode();
+    void dumpReport(const XmlElement &summary);
+};
+
+XmlReportGenerator::XmlReportGenerator(std::unique_ptr<ReportFile> file)
+    : d(std::make_unique<Private>())
+{
+    d->file = std::move(file);
 }
 
-XmlReportGenerator::~XmlReportGenerator()
-{
-    if (!m_run.isGivenUp() || !isReportSummaryWanted())
-        return;
-    handleEntry(RunWatch::givenUpEntry());
-    generateSummary();
-}
+XmlReportGenerator::~XmlReportGenerator() = default;
 
 TestReportGenerator::Result XmlReportGenerator::create(const QString &path)
 {
-    auto file = std::make_unique<ReportFile>();
-    const QString error = file->open(path, {}, ReportFile::LocalOnStdStream);
-    if (!error.isEmpty())
-        return {nullptr, error};
-    return {new XmlReportGenerator(std::move(file)), QString()};
+    return createInFile(
+        path, {}, ReportFile::LocalOnStdStream,
+        [](std::unique_ptr<ReportFile> file) { return new XmlReportGenerator(std::move(file)); });
 }
 
 void XmlReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    m_run.see(entry.type);
-    m_counters.count(entry.type);
+    d->counters.count(entry.type);
     if (entry.type != TestResult::START_TEST_CASE) {
-        m_results.append(serialized(testResultElement(entry, m_times)));
+        d->results.append(serialized(testResultElement(entry, d->times)));
         return;
     }
-    populateStartNode();
-    m_counters = {};
-    m_startNode = testResultElement(entry, m_times);
-    m_results.openGap();
+    d->populateStartNode();
+    d->counters = {};
+    d->startNode = testResultElement(entry, d->times);
+    d->results.openGap();
 }
 
-void XmlReportGenerator::populateStartNode()
+void XmlReportGenerator::Private::populateStartNode()
 {
-    if (!m_startNode)
+    if (!startNode)
         return;
-    m_startNode->addAttribute(QLatin1String("passes"), m_counters.passes)
-        .addAttribute(QLatin1String("fails"), m_counters.fails)
-        .addAttribute(QLatin1String("expected_fails"), m_counters.xfails)
-        .addAttribute(QLatin1String("unexpected_passes"), m_counters.xpasses)
-        .addAttribute(QLatin1String("errors"), m_counters.errors)
-        .addAttribute(QLatin1String("fatals"), m_counters.fatals)
-        .addAttribute(QLatin1String("warnings"), m_counters.warnings);
-    m_results.fillGap(serialized(*m_startNode));
-    m_startNode.reset();
+    startNode->addAttribute(QLatin1String("passes"), counters.passes)
+        .addAttribute(QLatin1String("fails"), counters.fails)
+        .addAttribute(QLatin1String("expected_fails"), counters.xfails)
+        .addAttribute(QLatin1String("unexpected_passes"), counters.xpasses)
+        .addAttribute(QLatin1String("errors"), counters.errors)
+        .addAttribute(QLatin1String("fatals"), counters.fatals)
+        .addAttribute(QLatin1String("warnings"), counters.warnings);
+    results.fillGap(serialized(*startNode));
+    startNode.reset();
 }
 
 void XmlReportGenerator::generateSummary()
 {
-    populateStartNode();
-    dumpReport();
+    d->populateStartNode();
+    d->dumpReport(summaryElement(*this));
 }
 
-void XmlReportGenerator::dumpReport()
+void XmlReportGenerator::Private::dumpReport(const XmlElement &summary)
 {
     const XmlElement root = flatReportElement();
     int indent = 0;
     QByteArray head;
     dumpElementToStream(root, OpenTag, &head, indent);
-    dumpElementToStream(summaryElement(*this), WholeElement, &head, indent);
+    dumpElementToStream(summary, WholeElement, &head, indent);
     QByteArray tail;
     dumpElementToStream(root, CloseTag, &tail, indent);
-    m_file->write(head);
-    m_results.writeTo(*m_file);
-    m_file->write(tail);
-    m_file->flush();
+    file->write(head);
+    results.writeTo(*file);
+    file->write(tail);
+    file->flush();
 }
 
 } // namespace Morvex

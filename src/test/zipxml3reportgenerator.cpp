@@ -4,6 +4,7 @@
 #include "shared/trace.h"
 #include "shared/zipfile.h"
 #include "test/openreportfile.h"
+#include "test/output/reporttarget.h"
 #include "test/xml3reportgenerator.h"
 
 #include <QDir>
@@ -24,69 +25,73 @@ QString writeZip(const QString &sourceDir, QFile *target)
 
 } // namespace
 
-ZipXml3ReportGenerator::ZipXml3ReportGenerator(std::unique_ptr<TemporaryDir> tempDir,
-                                               std::unique_ptr<TestReportGenerator> generator,
-                                               std::unique_ptr<QFile> target)
-    : m_tempDir(std::move(tempDir))
-    , m_generator(std::move(generator))
-    , m_target(std::move(target))
+struct ZipXml3ReportGenerator::Private
 {
-    qCDebug(traceReportGenerator) << "xml reportdir: " << m_tempDir->path();
-    qCDebug(traceReportGenerator) << "zip reportfile: " << m_target->fileName();
+    // All three are null once the zip file is written. The file of the report is in the directory.
+    std::unique_ptr<TemporaryDir> tempDir;
+    std::unique_ptr<TestReportGenerator> generator;
+    std::unique_ptr<QFile> target;
+
+    void writeZipReport();
+};
+
+ZipXml3ReportGenerator::ZipXml3ReportGenerator(std::unique_ptr<Private> data)
+    : d(std::move(data))
+{
+    qCDebug(traceReportGenerator) << "xml reportdir: " << d->tempDir->path();
+    qCDebug(traceReportGenerator) << "zip reportfile: " << d->target->fileName();
 }
 
-ZipXml3ReportGenerator::~ZipXml3ReportGenerator()
-{
-    // Its file lies in the temporary directory.
-    m_generator.reset();
-}
+ZipXml3ReportGenerator::~ZipXml3ReportGenerator() = default;
 
 TestReportGenerator::Result ZipXml3ReportGenerator::create(const QString &path, TestType type,
                                                            int version, QString *resultDir)
 {
     if (path.isEmpty())
         return {nullptr, QStringLiteral("report file path cannot be empty")};
-    auto tempDir = std::make_unique<TemporaryDir>(QDir::tempPath() + QDir::separator() +
-                                                  QLatin1String("morvex_zipxml3_"));
-    if (!tempDir->isValid())
-        return {nullptr, tempDir->errorString()};
-    // Unbuffered, so that a full disk shows in what the zip writer is told.
-    auto target = std::make_unique<QFile>(path);
-    if (!target->open(QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered))
-        return {nullptr,
-                QStringLiteral("Could not open report file: %1").arg(target->errorString())};
-    const Result inner = Xml3ReportGenerator::create(tempDir->path(), type, version, resultDir);
+    auto data = std::make_unique<Private>();
+    data->tempDir = std::make_unique<TemporaryDir>(QDir::tempPath() + QDir::separator() +
+                                                   QLatin1String("morvex_zipxml3_"));
+    if (!data->tempDir->isValid())
+        return {nullptr, data->tempDir->errorString()};
+    // Without a buffer, so that a full disk shows in what the zip writer reports.
+    data->target = std::make_unique<QFile>();
+    const QString error =
+        openReportTarget(path, TargetContent::ReplacedAndRead, data->target.get());
+    if (!error.isEmpty())
+        return {nullptr, QStringLiteral("Could not open report file: %1").arg(error)};
+    const Result inner =
+        Xml3ReportGenerator::create(data->tempDir->path(), type, version, resultDir);
     if (!inner.error.isEmpty())
         return inner;
-    std::unique_ptr<TestReportGenerator> generator(inner.generator);
-    return {new ZipXml3ReportGenerator(std::move(tempDir), std::move(generator), std::move(target)),
-            QString()};
+    data->generator.reset(inner.generator);
+    return {new ZipXml3ReportGenerator(std::move(data)), QString()};
 }
 
 void ZipXml3ReportGenerator::generateSummary() {}
 
 void ZipXml3ReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    if (!m_generator)
+    if (!d->generator)
         return;
-    m_generator->handleEntry(entry);
+    d->generator->handleEntry(entry);
     if (entry.type == TestResult::END)
-        writeZipReport();
+        d->writeZipReport();
 }
 
-void ZipXml3ReportGenerator::writeZipReport()
+void ZipXml3ReportGenerator::Private::writeZipReport()
 {
-    const QString fileName = m_target->fileName();
+    const QString fileName = target->fileName();
     qCDebug(traceReportGenerator) << "writing zip xml3 report to " << fileName;
-    m_generator.reset();
-    const QString error = writeZip(m_tempDir->path(), m_target.get());
+    generator.reset();
+    const QString error = writeZip(tempDir->path(), target.get());
     if (!error.isEmpty()) {
         noteIncompleteReport();
         std::fprintf(stderr, "Failed writing zip xml3 report to %s: %s\n", qUtf8Printable(fileName),
                      qUtf8Printable(error));
     }
-    m_target.reset();
-    m_tempDir.reset();
+    target.reset();
+    tempDir.reset();
 }
 
 } // namespace Morvex

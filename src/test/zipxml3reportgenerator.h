@@ -5,11 +5,7 @@
 
 #include <memory>
 
-class QFile;
-
 namespace Morvex {
-
-class TemporaryDir;
 
 /// The result directory of the xml3 report as one zip file, which is written at the end of the run.
 /// A run that does not reach its end leaves an empty file.
@@ -27,16 +23,11 @@ protected:
     void doHandleEntry(const TestResult::Entry &entry) override;
 
 private:
-    ZipXml3ReportGenerator(std::unique_ptr<TemporaryDir> tempDir,
-                           std::unique_ptr<TestReportGenerator> generator,
-                           std::unique_ptr<QFile> target);
+    struct Private;
 
-    void writeZipReport();
+    explicit ZipXml3ReportGenerator(std::unique_ptr<Private> data);
 
-    // All three are gone once the zip file is written.
-    std::unique_ptr<TemporaryDir> m_tempDir;
-    std::unique_ptr<TestReportGenerator> m_generator;
-    std::unique_ptr<QFile> m_target;
+    std::unique_ptr<Private> d;
 };
 
 } // namespace Morvex

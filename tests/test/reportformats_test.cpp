@@ -72,7 +72,7 @@ TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
     }
 }
 
-TEST(ReportFormatsTest, ARunThatIsGivenUpLeavesWhatIsKnownAndAnError)
+TEST(ReportFormatsTest, AnAbortedRunLeavesWhatIsKnownAndAnError)
 {
     for (const ClassicFormat &format : classicFormats()) {
         SCOPED_TRACE(format.keyword);
@@ -80,7 +80,7 @@ TEST(ReportFormatsTest, ARunThatIsGivenUpLeavesWhatIsKnownAndAnError)
         const XmlDocument document(content);
         ASSERT_EQ(document.error(), QString());
         EXPECT_TRUE(content.contains("the last that is known"));
-        EXPECT_TRUE(content.contains("Run given up"));
+        EXPECT_TRUE(content.contains("Run aborted"));
     }
 }
 

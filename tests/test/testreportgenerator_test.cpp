@@ -177,11 +177,13 @@ TEST(MultiReportGeneratorTest, EachMemberHasItsOwnCountsAndSummary)
     auto *first = new RecordingGenerator;
     auto *second = new RecordingGenerator;
     MultiReportGenerator multi({first, second});
-    feed(multi, {"START_TEST_CASE", "+section", "FAIL", "END_TEST_CASE"});
+    feed(multi, {"START_TEST_CASE", "+section", "FAIL", "+scenario", "END_TEST_CASE"});
     multi.generateSummary();
     for (const RecordingGenerator *member : {first, second}) {
-        EXPECT_EQ(written(*member), (QStringList{"START_TEST_CASE", "+section", "FAIL",
-                                                 "auto-section", "END_TEST_CASE"}));
+        EXPECT_EQ(written(*member),
+                  (QStringList{"START_TEST_CASE", "+section", "FAIL", "auto-section", "WARNING",
+                               "+scenario", "auto-scenario", "END_TEST_CASE"}));
+        EXPECT_EQ(member->resultCount("warnings"), 0);
         EXPECT_EQ(member->resultCount("fails"), 1);
         EXPECT_EQ(member->summaries, 1);
     }
@@ -285,19 +287,6 @@ TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
         EXPECT_EQ(result.generator, nullptr);
         EXPECT_EQ(result.error, row.error);
     }
-}
-
-TEST(FactoryTest, TwoReportsDoNotShareAFile)
-{
-    QTemporaryDir dir;
-    QString resultDir;
-    const QString path = dir.filePath("r.xml");
-    const auto result = TestReportGeneratorFactory::create(
-        {"stdout," + path, "null", "null", "xml," + dir.path() + "/./r.xml"}, &resultDir,
-        TestReportGenerator::TEST_SUITE);
-    EXPECT_EQ(result.generator, nullptr);
-    EXPECT_EQ(result.error,
-              "xml report generator: Another report is written to '" + path + "' already");
 }
 
 TEST(FactoryDeathTest, TheShortFormEndsTheProcess)

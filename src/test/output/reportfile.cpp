@@ -79,7 +79,7 @@ QByteArray ReportFile::encoded(const QByteArray &utf8) const
 void ReportFile::fail()
 {
     m_hasFailed = true;
-    tellWriteError(m_file.fileName(), m_file.errorString());
+    reportWriteError(m_file.fileName(), m_file.errorString());
 }
 
 } // namespace Morvex

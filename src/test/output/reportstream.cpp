@@ -1,5 +1,6 @@
 #include "test/output/reportstream.h"
 
+#include "shared/filelock.h"
 #include "test/openreportfile.h"
 
 #include <cerrno>
@@ -12,26 +13,25 @@ const std::size_t bufferSize = 64 * 1024;
 
 } // namespace
 
-ReportStream::ReportStream(const QString &fileName, std::ios::openmode mode, Buffering buffering)
+ReportStream::ReportStream(const QString &fileName, TargetContent content, Buffering buffering,
+                           std::unique_ptr<FileLock> lock)
     : std::ostream(nullptr)
-    , m_buffer(fileName, mode, buffering)
+    , m_lock(std::move(lock))
+    , m_buffer(fileName, content, buffering)
 {
     rdbuf(&m_buffer);
 }
 
-// What closes the file would not tell of a failure.
+// Closing the file would not report a failure.
 ReportStream::~ReportStream()
 {
     flush();
 }
 
-ReportStream::Buffer::Buffer(const QString &fileName, std::ios::openmode mode, Buffering buffering)
-    : m_file(fileName)
-    , m_capacity(buffering == Buffered ? bufferSize : 0)
+ReportStream::Buffer::Buffer(const QString &fileName, TargetContent content, Buffering buffering)
+    : m_capacity(buffering == Buffered ? bufferSize : 0)
 {
-    const QIODevice::OpenMode openMode =
-        mode & std::ios::app ? QIODevice::Append : QIODevice::Truncate;
-    m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered | openMode);
+    m_error = openReportTarget(fileName, content, &m_file);
     m_pending.reserve(m_capacity);
 }
 
@@ -78,7 +78,7 @@ bool ReportStream::Buffer::writeOut(const char *data, std::streamsize size)
         return false;
     m_isBroken = !writeWhole(m_file.handle(), data, static_cast<std::size_t>(size));
     if (m_isBroken)
-        tellWriteError(m_file.fileName(), QString::fromLocal8Bit(std::strerror(errno)));
+        reportWriteError(m_file.fileName(), QString::fromLocal8Bit(std::strerror(errno)));
     return !m_isBroken;
 }
 

@@ -1,17 +1,21 @@
 #pragma once
 
 #include "morvex_export.h"
+#include "test/output/reporttarget.h"
 
 #include <QFile>
 #include <QString>
 
+#include <memory>
 #include <ostream>
 #include <streambuf>
 #include <string>
 
 namespace Morvex {
 
-/// The file of a report that is written as a stream. The first write error is told on standard
+class FileLock;
+
+/// The file of a report that is written as a stream. The first write error is reported on standard
 /// error, once; the stream is bad from then on and takes nothing more.
 class MORVEX_EXPORT ReportStream : public std::ostream
 {
@@ -22,8 +26,9 @@ public:
         Unbuffered
     };
 
-    /// std::ios::app adds to the file, anything else replaces it.
-    ReportStream(const QString &fileName, std::ios::openmode mode, Buffering buffering);
+    /// Keeps @p lock, which may be null, until the file is closed.
+    ReportStream(const QString &fileName, TargetContent content, Buffering buffering,
+                 std::unique_ptr<FileLock> lock);
     ~ReportStream() override;
 
     bool isOpen() const { return m_buffer.isOpen(); }
@@ -32,9 +37,9 @@ private:
     class Buffer : public std::streambuf
     {
     public:
-        Buffer(const QString &fileName, std::ios::openmode mode, Buffering buffering);
+        Buffer(const QString &fileName, TargetContent content, Buffering buffering);
 
-        bool isOpen() const { return m_file.isOpen(); }
+        bool isOpen() const { return m_error.isEmpty(); }
 
     protected:
         std::streamsize xsputn(const char *data, std::streamsize size) override;
@@ -47,11 +52,13 @@ private:
         bool writeOut(const char *data, std::streamsize size);
 
         QFile m_file;
+        QString m_error;
         std::string m_pending;
         std::size_t m_capacity;
         bool m_isBroken = false;
     };
 
+    std::unique_ptr<FileLock> m_lock;
     Buffer m_buffer;
 };
 

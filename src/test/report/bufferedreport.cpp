@@ -11,15 +11,15 @@ const int pieceSize = 64 * 1024;
 
 void BufferedReport::append(const QByteArray &text)
 {
-    append(m_hasGap ? m_textBehindGap : m_text, text);
+    append(m_hasGap ? m_textAfterGap : m_text, text);
 }
 
 void BufferedReport::fillGap(const QByteArray &text)
 {
     append(m_text, text);
-    for (const QByteArray &piece : m_textBehindGap)
+    for (const QByteArray &piece : m_textAfterGap)
         append(m_text, piece);
-    m_textBehindGap.clear();
+    m_textAfterGap.clear();
     m_hasGap = false;
 }
 

@@ -18,9 +18,8 @@ class MORVEX_EXPORT BufferedReport
 public:
     void append(const QByteArray &text);
 
-    /// Begins a gap behind all text so far; a gap that is open must be filled first.
+    /// Begins a gap after all text so far; a gap that is open must be filled first.
     void openGap() { m_hasGap = true; }
-    bool hasGap() const { return m_hasGap; }
     void fillGap(const QByteArray &text);
 
     /// The gap must be filled.
@@ -33,7 +32,7 @@ private:
     static void append(Pieces &pieces, const QByteArray &text);
 
     Pieces m_text;
-    Pieces m_textBehindGap;
+    Pieces m_textAfterGap;
     bool m_hasGap = false;
 };
 

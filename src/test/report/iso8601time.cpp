@@ -11,7 +11,7 @@ const int msPerSecond = 1000;
 const int timeSeparator = 10;
 const int lengthUpToSeconds = 19;
 
-// The hour at the end of daylight saving time comes twice, with another offset.
+// The rules of a zone, and the zone of the process, may change.
 const std::chrono::seconds longestMemory(10);
 
 QByteArray withMs(QByteArray text, int ms)
@@ -71,8 +71,9 @@ QString Iso8601Time::isoDate(const QDateTime &time)
 
 bool Iso8601Time::isSameSecond(const QDateTime &time) const
 {
+    // The hour at the end of daylight saving time comes twice, with another offset.
     return time.isValid() && time.time().msecsSinceStartOfDay() / msPerSecond == m_secondOfDay &&
-           time.date() == m_date;
+           time.date() == m_date && time.isDaylightTime() == m_isDaylightTime;
 }
 
 void Iso8601Time::update(const QDateTime &time)
@@ -81,6 +82,7 @@ void Iso8601Time::update(const QDateTime &time)
         return;
     m_date = time.date();
     m_secondOfDay = time.time().msecsSinceStartOfDay() / msPerSecond;
+    m_isDaylightTime = time.isDaylightTime();
     m_updated = Clock::now();
     m_text = formatAsISO8601(time).toLatin1();
 }

@@ -29,6 +29,7 @@ private:
     // Most entries come within the second of the one before.
     QDate m_date;
     int m_secondOfDay = -1;
+    bool m_isDaylightTime = false;
     std::chrono::steady_clock::time_point m_updated;
     QByteArray m_text;
 };

@@ -31,7 +31,9 @@ QString junitHostName()
 QString junitTimestamp(const QDateTime &time)
 {
     const QDateTime valid = time.isValid() ? time : QDateTime::currentDateTimeUtc();
-    return valid.toUTC().toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss"));
+    // Not by a format of our own, which would take the digits of the locale.
+    const QString text = valid.toUTC().toString(Qt::ISODate);
+    return text.left(text.indexOf(QLatin1Char('Z')));
 }
 
 QMap<QString, QString> junitProperties(const TestResult::Entry &start)

@@ -51,6 +51,32 @@ ResultColor resultColor(TestResult::ResultType type)
     return labelOf(type).color;
 }
 
+QLatin1String differenceName(TableDiff::Element::Kind kind)
+{
+    switch (kind) {
+    case TableDiff::Element::CONTEXT:
+        break;
+    case TableDiff::Element::INSERTION:
+        return QLatin1String("insertion");
+    case TableDiff::Element::DELETION:
+        return QLatin1String("deletion");
+    }
+    return QLatin1String("context");
+}
+
+QLatin1String subjectName(TableDiff::Subject::Type type)
+{
+    switch (type) {
+    case TableDiff::Subject::CELL:
+        break;
+    case TableDiff::Subject::ROW:
+        return QLatin1String("row");
+    case TableDiff::Subject::COLUMN:
+        return QLatin1String("column");
+    }
+    return QLatin1String("cell");
+}
+
 QString nameOrUnnamed(const QString &name)
 {
     return name.isEmpty() ? QStringLiteral("<unnamed>") : name;

@@ -16,6 +16,10 @@ enum class ResultColor { Red, Green, Magenta, Blue };
 MORVEX_EXPORT QLatin1String resultName(TestResult::ResultType type);
 MORVEX_EXPORT ResultColor resultColor(TestResult::ResultType type);
 
+/// The word for a kind of difference and for its subject.
+MORVEX_EXPORT QLatin1String differenceName(TableDiff::Element::Kind kind);
+MORVEX_EXPORT QLatin1String subjectName(TableDiff::Subject::Type type);
+
 /// What stands for a section without a title.
 MORVEX_EXPORT QString nameOrUnnamed(const QString &name);
 

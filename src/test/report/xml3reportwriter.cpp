@@ -9,19 +9,6 @@ namespace {
 
 const int firstVersionWithRetry = 2;
 
-const char *kindName(TableDiff::Element::Kind kind)
-{
-    switch (kind) {
-    case TableDiff::Element::CONTEXT:
-        break;
-    case TableDiff::Element::INSERTION:
-        return "insertion";
-    case TableDiff::Element::DELETION:
-        return "deletion";
-    }
-    return "context";
-}
-
 void writeCells(XmlStreamWriter &writer, const FList<TableDiff::Cell> &cells)
 {
     for (const TableDiff::Cell &cell : cells)
@@ -104,7 +91,7 @@ void writeTableDiff(XmlStreamWriter &writer, const FList<TableDiff::Element> &di
 {
     writer.writeStartElement("tablediff");
     for (const TableDiff::Element &element : diff) {
-        writer.writeStartElement(kindName(element.kind));
+        writer.writeStartElement(differenceName(element.kind).data());
         writeSubject(writer, element.subject);
         writer.writeEndElement();
     }

@@ -19,6 +19,7 @@ TEST(Iso8601TimeTest, ATimeThatWasSeenBeforeDoesNotLeakIntoTheNext)
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(endOfDaylightTime - 1800000);
     const QDateTime times[] = {local,
                                local,
+                               QDateTime::fromMSecsSinceEpoch(endOfDaylightTime + 1800000),
                                local.addMSecs(7),
                                local.addSecs(1),
                                local.addDays(1),

@@ -10,6 +10,7 @@ import websockets
 
 behaviour, log_path = sys.argv[1:3]
 log = open(log_path, "w", buffering=1)
+waits = 0
 
 
 class Message:
@@ -92,8 +93,14 @@ async def respond(socket, fields):
     is_entry = code == 105
     if behaviour == "never":
         return
-    if behaviour == "late":
-        await asyncio.sleep(0.3)
+    if behaviour == "once":
+        global waits
+        waits += is_entry
+        if is_entry and waits != 1:
+            return
+        await asyncio.sleep(0.5 * is_entry)
+    if behaviour == "late" and (code == 301 or str(fields[3]).startswith("END")):
+        await asyncio.sleep(0.1)
     if behaviour == "text":
         return await socket.send(answer(serial).decode())
     if behaviour == "shape" and is_entry:
@@ -144,7 +151,7 @@ async def main():
     if len(sys.argv) > 3:
         tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         tls.load_cert_chain(sys.argv[3], sys.argv[4])
-    limits = {"max_size": None, "ping_interval": None, "compression": None, "max_queue": 4}
+    limits = {"max_size": None, "ping_interval": None, "compression": None, "max_queue": 1}
     async with websockets.serve(serve, "127.0.0.1", 0, process_request=refuse, ssl=tls, **limits) as server:
         print(server.sockets[0].getsockname()[1], flush=True)
         await asyncio.Future()

@@ -1,0 +1,98 @@
+#include "test/output/reporttarget.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace Morvex {
+namespace {
+
+enum class Outcome { Opened, Failed, Taken };
+
+// None of these modes drops the content of a regular file. A device has no end to write at.
+QIODevice::OpenMode openMode(const QString &fileName, TargetContent content)
+{
+    if (content == TargetContent::ReplacedAndRead)
+        return QIODevice::ReadWrite | QIODevice::Unbuffered;
+    const QFileInfo info(fileName);
+    const bool isDevice = info.exists() && !info.isFile();
+    return QIODevice::WriteOnly | QIODevice::Unbuffered |
+           (isDevice ? QIODevice::NotOpen : QIODevice::Append);
+}
+
+// False just when another one has the lock: a file system may have none.
+bool takeLock(int descriptor)
+{
+    return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+Outcome openTarget(const QString &fileName, TargetContent content, bool mustBeEmpty, QFile *file)
+{
+    file->setFileName(fileName);
+    if (!file->open(openMode(fileName, content)))
+        return Outcome::Failed;
+    struct stat status = {};
+    if (::fstat(file->handle(), &status) != 0 || !S_ISREG(status.st_mode))
+        return Outcome::Opened;
+    // What holds something now is another report that was closed a moment ago.
+    const bool isTaken = !takeLock(file->handle()) || (mustBeEmpty && file->size() > 0);
+    if (isTaken) {
+        file->close();
+        return Outcome::Taken;
+    }
+    if (content == TargetContent::Kept)
+        return Outcome::Opened;
+    ::fcntl(file->handle(), F_SETFL, 0);
+    return file->resize(0) && file->seek(0) ? Outcome::Opened : Outcome::Failed;
+}
+
+bool hasContent(const QString &fileName)
+{
+    // Asked each time: QFileInfo would answer from its cache.
+    const QFileInfo info(fileName);
+    return info.exists() && info.size() > 0;
+}
+
+QString errorOf(Outcome outcome, const QFile &file)
+{
+    switch (outcome) {
+    case Outcome::Opened:
+        break;
+    case Outcome::Failed:
+        return file.errorString();
+    case Outcome::Taken:
+        return QStringLiteral("another report is being written to it; wait for the end of that run "
+                              "or give another name");
+    }
+    return {};
+}
+
+} // namespace
+
+QString openReportTarget(const QString &fileName, TargetContent content, QFile *file)
+{
+    return errorOf(openTarget(fileName, content, false, file), *file);
+}
+
+QString openFreeReportTarget(const QString &fileName, QFile *file)
+{
+    const QFileInfo given(fileName);
+    QString candidate = fileName;
+    for (int number = 1;; ++number) {
+        const Outcome outcome = hasContent(candidate)
+                                    ? Outcome::Taken
+                                    : openTarget(candidate, TargetContent::Replaced, true, file);
+        if (outcome != Outcome::Taken)
+            return errorOf(outcome, *file);
+        candidate = given.dir().filePath(given.completeBaseName() + QLatin1Char('_') +
+                                         QString::number(number) + QLatin1Char('.') +
+                                         given.completeSuffix());
+    }
+}
+
+} // namespace Morvex

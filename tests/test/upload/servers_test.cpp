@@ -1,0 +1,303 @@
+// What a result server may do to a run, and what a run does with videos.
+
+#include "support/capture.h"
+#include "support/environmentguard.h"
+#include "support/recordinggenerator.h"
+#include "support/sampleentries.h"
+#include "test/multireportgenerator.h"
+#include "test/quillbasereportgenerator.h"
+#include "test/upload/quillbaseprivate.h"
+#include "uploadserver.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+// Uploads that wait shortly, and that must leave neither a thread nor a temporary directory.
+class UploadTest : public testing::Test
+{
+protected:
+    UploadTest()
+        : m_tempDir("TMPDIR", m_dir.path().toUtf8())
+    {
+        QuillbasePrivate::defaultWaits = {5000, 500, 50, 300, 300, 5000};
+    }
+    ~UploadTest() override
+    {
+        QuillbasePrivate::defaultWaits = {};
+        EXPECT_EQ(threadCount(), m_threads);
+        EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                  QStringList());
+    }
+
+    static int threadCount() { return QDir("/proc/self/task").entryList(QDir::Dirs).size(); }
+
+    static TestReportGenerator *connectTo(const UploadServer &server)
+    {
+        const auto created =
+            QuillbaseReportGenerator::create(server.address(), TestReportGenerator::TEST_SUITE);
+        EXPECT_EQ(created.error, "");
+        return created.generator;
+    }
+
+private:
+    QTemporaryDir m_dir;
+    EnvironmentGuard m_tempDir;
+    int m_threads = threadCount();
+};
+
+struct Server
+{
+    const char *behaviour;
+    UploadServer::Encryption encryption;
+    bool isConnected;
+    // What both standard streams have to hold.
+    const char *said;
+};
+
+void PrintTo(const Server &server, std::ostream *stream)
+{
+    *stream << server.behaviour;
+}
+
+class UploadServerTest : public UploadTest, public testing::WithParamInterface<Server>
+{
+};
+
+TEST_P(UploadServerTest, TheRunEndsWithItsResultsWholeInTheOtherFormats)
+{
+    const Server &row = GetParam();
+    const UploadServer server(row.behaviour, row.encryption);
+    auto *recording = new RecordingGenerator;
+    std::vector<TestResult::Entry> entries;
+    std::string said;
+    said += standardOutputOf([&] {
+        said = standardErrorOf([&] {
+            const auto created =
+                QuillbaseReportGenerator::create(server.address(), TestReportGenerator::TEST_SUITE);
+            EXPECT_EQ(created.error, row.isConnected ? "" : "Unknown error");
+            std::list<TestReportGenerator *> members{recording};
+            if (created.generator)
+                members.push_front(created.generator);
+            MultiReportGenerator generator(members);
+            TestResult::Entry entry = fullEntry(TestResult::LOG);
+            entry.details = QString(100000, 'x');
+            for (const auto type : {TestResult::START, TestResult::START_TEST_CASE}) {
+                entry.type = type;
+                entries.push_back(entry);
+            }
+            entry.type = TestResult::LOG;
+            entries.insert(entries.end(), 50, entry);
+            for (const auto type : {TestResult::END_TEST_CASE, TestResult::END}) {
+                entry.type = type;
+                entries.push_back(entry);
+            }
+            for (const TestResult::Entry &next : entries)
+                generator.handleEntry(next);
+            ASSERT_EQ(recording->entries.size(), entries.size());
+            for (std::size_t i = 0; i < entries.size(); ++i)
+                EXPECT_TRUE(areEqual(recording->entries[i], entries[i])) << i;
+        });
+    });
+    EXPECT_NE(said.find(row.said), std::string::npos) << row.said;
+    EXPECT_EQ(said.find("secret"), std::string::npos);
+}
+
+const auto plain = UploadServer::Plain;
+INSTANTIATE_TEST_SUITE_P(
+    All, UploadServerTest,
+    testing::Values(Server{"ok", plain, true, "msg 'Done'\n"},
+                    Server{"ok", UploadServer::Encrypted, true, "msg 'Done'\n"},
+                    Server{"late", plain, true, "msg 'Done'\n"},
+                    Server{"never", plain, true, "did not confirm the end"},
+                    Server{"code", plain, true, "msg 'no space'\nFatal! 28\n"},
+                    Server{"early", plain, true, "msg 'Done'\n"},
+                    Server{"close", plain, true, ""},
+                    Server{"abort", plain, true, "/event ws error 1 ("},
+                    Server{"text", plain, true, "did not confirm the end"},
+                    Server{"shape", plain, true, "msg 'Done'\n"},
+                    Server{"large", plain, true, "xxxx'\n"},
+                    Server{"stall", plain, true, "did not confirm the end"},
+                    Server{"refuse", plain, false, "/event ws error "},
+                    Server{"mute", plain, false, ""}));
+
+TEST_F(UploadTest, AServerThatIsNotThereStopsTheRunBeforeItStarts)
+{
+    UploadServer server;
+    server.kill();
+    const std::string said = standardErrorOf([&] {
+        const auto created =
+            QuillbaseReportGenerator::create(server.address(), TestReportGenerator::TEST_SUITE);
+        EXPECT_EQ(created.generator, nullptr);
+        EXPECT_EQ(created.error, "Unknown error");
+    });
+    EXPECT_NE(said.find("ws error 0 (Connection refused)"), std::string::npos) << said;
+}
+
+// The waits of a user, each too long for all tests.
+TEST_F(UploadTest, EachWaitHasItsBound)
+{
+    struct Row
+    {
+        const char *behaviour;
+        TestResult::ResultType type;
+        int entries;
+        int textSize;
+        int milliseconds;
+    };
+    const std::vector<Row> rows{
+        {"mute", TestResult::NONE, 0, 0, 5000},
+        {"stall", TestResult::LOG, 8, 20000000, 5000},
+        // A coarse timer may be a twentieth too early.
+        {"never", TestResult::END_TEST_CASE, 1, 0, 14250},
+        {"never", TestResult::NONE, 0, 0, 30000},
+    };
+    for (const Row &row : rows) {
+        QuillbasePrivate::defaultWaits = {};
+        if (row.entries > 0)
+            QuillbasePrivate::defaultWaits.done = 100;
+        const UploadServer server(row.behaviour);
+        QElapsedTimer timer;
+        timer.start();
+        std::unique_ptr<TestReportGenerator> generator(
+            QuillbaseReportGenerator::create(server.address(), TestReportGenerator::TEST_SUITE)
+                .generator);
+        TestResult::Entry entry = fullEntry(row.type);
+        entry.details = QString(row.textSize, 'x');
+        for (int i = 0; i < row.entries; ++i) {
+            // Until nothing more fits between the two processes.
+            if (i > 0 && i == row.entries - 1)
+                QThread::sleep(2);
+            generator->handleEntry(entry);
+        }
+        generator.reset();
+        EXPECT_GE(timer.elapsed(), row.milliseconds) << row.behaviour;
+    }
+}
+
+TEST_F(UploadTest, WhatIsLoggedDuringAWaitComesAfterItInOrder)
+{
+    const UploadServer server("never");
+    auto *recording = new RecordingGenerator;
+    MultiReportGenerator generator({connectTo(server), recording});
+    QTimer::singleShot(0, [&generator] {
+        generator.handleEntry(fullEntry(TestResult::LOG));
+        generator.handleEntry(fullEntry(TestResult::END_TEST_CASE));
+    });
+    for (const auto type : {TestResult::START, TestResult::END_TEST_CASE, TestResult::END})
+        generator.handleEntry(fullEntry(type));
+    std::vector<int> types;
+    for (const TestResult::Entry &entry : recording->entries)
+        types.push_back(entry.type);
+    EXPECT_EQ(types, (std::vector<int>{TestResult::START, TestResult::END_TEST_CASE,
+                                       TestResult::LOG, TestResult::END_TEST_CASE,
+                                       TestResult::END}));
+}
+
+TEST_F(UploadTest, ALateAnswerEndsNoOtherWait)
+{
+    const UploadServer server("once");
+    const std::unique_ptr<TestReportGenerator> generator(connectTo(server));
+    generator->handleEntry(fullEntry(TestResult::END_TEST_CASE));
+    QThread::msleep(600);
+    QElapsedTimer timer;
+    timer.start();
+    generator->handleEntry(fullEntry(TestResult::END_TEST_CASE));
+    EXPECT_GE(timer.elapsed(), 250);
+}
+
+class UploadVideoTest : public UploadTest
+{
+protected:
+    std::unique_ptr<QIODevice> record()
+    {
+        std::unique_ptr<QIODevice> device(generator->videoOutput("/videos/cap.tar.webm").device);
+        QObject::connect(device.get(), &QIODevice::bytesWritten,
+                         [this](qint64 count) { confirmed += count; });
+        return device;
+    }
+
+    void capture(TestResult::ResultType type)
+    {
+        TestResult::Entry entry = fullEntry(type);
+        entry.attachmentUri = "/videos/cap.tar.webm";
+        generator->handleEntry(entry);
+    }
+
+    void waitFor(qint64 count)
+    {
+        QEventLoop loop;
+        QTimer check;
+        QObject::connect(&check, &QTimer::timeout, [&] {
+            if (confirmed >= count)
+                loop.quit();
+        });
+        check.start(10);
+        QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+        loop.exec();
+        EXPECT_EQ(confirmed, count);
+    }
+
+    UploadServer server;
+    std::unique_ptr<TestReportGenerator> generator{connectTo(server)};
+    qint64 confirmed = 0;
+};
+
+TEST_F(UploadVideoTest, TwoCapturesOfOneFileAreTwoFilesAndEachByteIsConfirmed)
+{
+    for (int i = 0; i < 2; ++i) {
+        const std::unique_ptr<QIODevice> device = record();
+        capture(TestResult::STARTVIDEOCAPTURE);
+        EXPECT_EQ(device->write(QByteArray(70000, 'v')), 0);
+        EXPECT_TRUE(device->seek(5000000000));
+        EXPECT_EQ(device->write("end"), 0);
+        waitFor((i + 1) * 70003);
+        capture(TestResult::ENDVIDEOCAPTURE);
+    }
+    generator.reset();
+    const std::vector<QJsonArray> messages = server.messages();
+    ASSERT_EQ(messages.size(), 13U);
+    const QString first = messages[2].at(15).toString();
+    const int number = first.section('_', 1).section('.', 0, 0).toInt();
+    EXPECT_EQ(first, QString("cap_%1.tar.webm").arg(number));
+    for (int i = 0; i < 2; ++i) {
+        const QString name = QString("cap_%1.tar.webm").arg(number + i);
+        const QJsonArray *capture = &messages[2 + 5 * i];
+        EXPECT_EQ(capture[0].at(15), name);
+        EXPECT_EQ(capture[1].at(2), name);
+        EXPECT_EQ(capture[1].at(3), 70000);
+        EXPECT_EQ(capture[2], (QJsonArray{401, 3 + 5 * i, name, 5e9}));
+        EXPECT_EQ(capture[3].at(3), 3);
+        EXPECT_EQ(capture[4].at(15), name);
+    }
+}
+
+// Neither a device that is gone nor a line that is dead keeps a writer waiting.
+TEST_F(UploadVideoTest, WhateverEndsTheWriterGetsItsBytes)
+{
+    record()->write("gone at once");
+    const std::unique_ptr<QIODevice> unannounced = record();
+    unannounced->write("1234");
+    waitFor(4);
+    const std::unique_ptr<QIODevice> device = record();
+    capture(TestResult::STARTVIDEOCAPTURE);
+    server.kill();
+    for (int i = 0; i < 10; ++i)
+        device->write(QByteArray(100000, 'v'));
+    waitFor(1000004);
+    EXPECT_FALSE(device->seek(0));
+    generator.reset();
+    EXPECT_EQ(device->write("after the end"), 0);
+}
+
+} // namespace
