@@ -5,6 +5,7 @@
 #include "qtbackend/turneventloop.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
+#include "runner/windowsystem.h"
 #include "shared/environment.h"
 
 #include <QCoreApplication>
@@ -50,12 +51,13 @@ QString ScriptApplication::start(const QStringList &command)
     if (command.isEmpty())
         return QStringLiteral("no application was named");
     if (m_running)
-        return QStringLiteral("an application is running already");
+        return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
     const QString path = pluginPath(name);
     if (path.isEmpty())
         return QStringLiteral("there is no application '%1' in %2")
             .arg(name, m_searchDirs.join(QLatin1String(", ")));
+    prepare();
     // Never unloaded: the object model keeps descriptions of the application's classes.
     QPluginLoader loader(path);
     auto *plugin = qobject_cast<ApplicationPlugin *>(loader.instance());
@@ -71,6 +73,11 @@ QString ScriptApplication::start(const QStringList &command)
     if (error.isEmpty())
         m_running = plugin;
     return error;
+}
+
+void ScriptApplication::prepare()
+{
+    startWindowSystem();
 }
 
 void ScriptApplication::stop()
@@ -100,7 +107,7 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
 
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
 {
-    QString reason = obstacle();
+    QString reason = whyNotFindable();
     const SharedPtr<Object> found =
         reason.isEmpty() ? m_inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
     if (!found && m_running && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
@@ -111,7 +118,7 @@ SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QS
 }
 
 // Why nothing can be found; empty while an application runs.
-QString ScriptApplication::obstacle() const
+QString ScriptApplication::whyNotFindable() const
 {
     if (m_running)
         return {};

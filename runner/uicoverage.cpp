@@ -129,8 +129,8 @@ void UiCoverage::print() const
         return;
     }
     for (const BrowserElement *window : leastCoveredFirst(m_root)) {
-        printLine(QStringLiteral("UI coverage of %1: %2")
-                      .arg(window->displayName(), coverageText(*window)));
+        printMessage(QStringLiteral("UI coverage of %1: %2")
+                         .arg(window->displayName(), coverageText(*window)));
     }
     printMessage(QStringLiteral("UI coverage: ") + coverageText(m_root));
 }
