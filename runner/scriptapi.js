@@ -56,6 +56,8 @@
     }
 
     function areSameObjects(a, b, depth) {
+        if (a instanceof DataRecord && b instanceof DataRecord)
+            return isSame(a.values, b.values, depth + 1);
         switch (tagOf(a)) {
         case "[object Date]":
         case "[object Number]":
@@ -183,12 +185,13 @@
             var known = knownOptions(options, flags.concat("delay", "record", "retry"));
             if (known.record !== undefined && !(known.record instanceof DataRecord))
                 throw new TypeError("option 'record' has to be a record of a table of data.open");
-            var record = known.record ? known.record.source : {table: null, row: -1};
+            var table = known.record ? known.record[sourceKey][sourceKey] : null;
+            var row = known.record ? known.record[rowKey] : -1;
             var checked = {delay: milliseconds(known.delay, 0), retry: milliseconds(known.retry, 0)};
             flags.forEach(function (flag) {
                 checked[flag] = Boolean(known[flag]);
             });
-            return verification.verify(text(file), checked, record.table, record.row);
+            return verification.verify(text(file), checked, table, row);
         }
     };
 
@@ -236,7 +239,8 @@
             this.source.set(name(property, "a property"), value);
         },
         click: function (x, y) {
-            if (arguments.length !== 0 && !(isInt32(x) && isInt32(y)))
+            if (arguments.length !== 0 &&
+                !(arguments.length === 2 && isInt32(x) && isInt32(y)))
                 throw new TypeError("click takes nothing or the two whole numbers x and y");
             this.source.click(x, y);
         },
@@ -359,32 +363,63 @@
         }
     };
 
+    // Keys that no loop over a record or a table meets.
+    var sourceKey = Symbol("source");
+    var rowKey = Symbol("row");
+    var valuesKey = Symbol("values");
+    var columnsKey = Symbol("columns");
+
+    // A record converts a value when it is asked for.
     function DataRecord(table, row) {
-        // A list from outside is no array yet.
-        this.values = Array.from(table.row(row));
-        Object.defineProperty(this, "source", {value: {table: table, row: row}});
-        this.field = function (name) {
-            var column = table.column(text(name));
-            if (column < 0)
-                throw new RangeError("there is no field '" + text(name) + "' in '" + table.name + "'");
-            // A record may have fewer values than the table has fields.
-            return column < this.values.length ? this.values[column] : "";
-        };
+        this[sourceKey] = table;
+        this[rowKey] = row;
     }
 
-    function DataTable(table) {
-        this.fields = Array.from(table.fields());
-        this.count = table.count;
-        this.record = function (row) {
-            if (!isInt32(row) || row < 0 || row >= table.count)
-                throw new RangeError("there is no record " + show(row) + " in '" + table.name + "'");
-            return new DataRecord(table, row);
-        };
+    Object.defineProperty(DataRecord.prototype, "values", {
+        get: function () {
+            // A list from outside is no array yet.
+            if (!this[valuesKey])
+                this[valuesKey] = Array.from(this[sourceKey][sourceKey].row(this[rowKey]));
+            return this[valuesKey];
+        }
+    });
+
+    DataRecord.prototype.field = function (name) {
+        var table = this[sourceKey];
+        var column = table[columnsKey].get(text(name));
+        if (column === undefined)
+            throw new RangeError("there is no field '" + text(name) + "' in '" + table[sourceKey].name +
+                "'; its fields are: " + table.fields.join(", "));
+        // A record may have fewer values than the table has fields.
+        var values = this[valuesKey];
+        if (values)
+            return column < values.length ? values[column] : "";
+        return table[sourceKey].value(this[rowKey], column);
+    };
+
+    DataRecord.prototype.toJSON = function () {
+        return {values: this.values};
+    };
+
+    function DataTable(source) {
+        this.fields = Array.from(source.fields());
+        this.count = source.count;
+        Object.defineProperty(this, sourceKey, {value: source});
+        // Of two equal names the later one counts.
+        Object.defineProperty(this, columnsKey, {value: new Map(this.fields.map(function (name, column) {
+            return [name, column];
+        }))});
     }
+
+    DataTable.prototype.record = function (row) {
+        if (!isInt32(row) || row < 0 || row >= this[sourceKey].count)
+            throw new RangeError("there is no record " + show(row) + " in '" + this[sourceKey].name + "'");
+        return new DataRecord(this, row);
+    };
 
     DataTable.prototype.forEach = function (body) {
         for (var row = 0; row < this.count; ++row)
-            body(this.record(row), row);
+            body(new DataRecord(this, row), row);
     };
 
     DataTable.prototype[Symbol.iterator] = function () {
@@ -394,7 +429,7 @@
             next: function () {
                 if (row >= table.count)
                     return {value: undefined, done: true};
-                return {value: table.record(row++), done: false};
+                return {value: new DataRecord(table, row++), done: false};
             }
         };
     };

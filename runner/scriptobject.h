@@ -8,7 +8,7 @@
 
 namespace Morvex {
 
-/// What find gives to a script. Methods that can't do what they are told throw in the script.
+/// What find gives to a script. Methods that can't do what they are asked throw in the script.
 class ScriptObject : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ public:
     Q_INVOKABLE bool hasItem(const QVariantList &selector);
 
 private:
-    SharedPtr<Object> walk(const QStringList &steps);
+    SharedPtr<Object> follow(const QStringList &steps);
     QVariant call(const QString &function, const QVariantList &arguments);
     void waitForItem(const QVariantList &selector, int timeout);
     void fail(const QString &what);

@@ -15,7 +15,7 @@ struct MORVEX_EXPORT EventDataArg
     enum Kind { TEXT = 0, NUMBER = 1 };
 
     QString value;
-    int kind = TEXT;
+    Kind kind = TEXT;
 };
 
 /// A user action that the application under test reports while a test is recorded.
@@ -34,7 +34,7 @@ public:
     /// Of one of Kind; other numbers are events without a method.
     int kind() const { return m_kind; }
 
-    /// Empty for events that are no calls.
+    /// Empty for events that are not calls.
     QString methodName() const;
     void setMethodName(const QString &name) { m_methodName = name; }
 
