@@ -14,6 +14,7 @@
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 #include "test/testsuite.h"
+#include "test/webreport/webreportretention.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -21,6 +22,7 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -55,6 +57,8 @@ public:
 private:
     QString prepare();
     QString applyOptions();
+    QString setKeptRuns();
+    void removeOldRuns(const QString &resultDir) const;
     QString checkTags() const;
     QString checkResultDir() const;
     QString checkNames(const QStringList &names) const;
@@ -76,6 +80,7 @@ private:
     QDir m_dir;
     std::unique_ptr<TestSuite> m_suite;
     QStringList m_testCases;
+    unsigned int m_keptRuns = 0;
     bool m_nothingToDo = false;
     RunOutcome m_outcome;
     QElapsedTimer m_timer;
@@ -107,8 +112,8 @@ QString SuiteRunner::prepare()
         return QStringLiteral("cannot load the suite '%1': %2")
             .arg(given, m_suite->configLoadErrorMsg().trimmed());
     for (const QString &error :
-         {applyOptions(), checkTags(), checkResultDir(), checkNames(m_options.testCases),
-          checkNames(m_options.skippedTestCases)}) {
+         {applyOptions(), checkTags(), checkResultDir(), setKeptRuns(),
+          checkNames(m_options.testCases), checkNames(m_options.skippedTestCases)}) {
         if (!error.isEmpty())
             return error;
     }
@@ -123,6 +128,7 @@ QString SuiteRunner::applyOptions()
     m_suite->setScriptArguments(m_options.scriptArguments);
     m_suite->setApplicationLauncher(m_options.applicationLauncher);
     m_suite->setCancellation(&m_cancellation);
+    m_suite->setRerun(m_options.rerunFailed);
     m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;
     QStringList aut;
     for (const QString &word : m_options.aut)
@@ -141,6 +147,34 @@ QString SuiteRunner::checkResultDir() const
     if (m_options.resultDir.isEmpty() || QDir().mkpath(m_options.resultDir))
         return {};
     return QStringLiteral("--resultdir: cannot create the directory '%1'").arg(m_options.resultDir);
+}
+
+QString SuiteRunner::setKeptRuns()
+{
+    m_keptRuns = m_options.keptRuns;
+    const QString text = m_suite->keptRuns();
+    if (m_keptRuns > 0 || text.isEmpty())
+        return {};
+    m_keptRuns = text.toUInt();
+    return m_keptRuns > 0
+               ? QString()
+               : QStringLiteral("KEEP_RUNS in the suite.conf of '%1' must be a number, 1 "
+                                "or greater, not '%2'")
+                     .arg(m_options.suiteDirectory, text);
+}
+
+// The reports are closed by now, and a web report is the only one of a directory for several runs.
+void SuiteRunner::removeOldRuns(const QString &resultDir) const
+{
+    const auto isWebReport = [](const QString &report) {
+        return report.section(QLatin1Char(','), 0, 0) == QLatin1String("html");
+    };
+    const QStringList &reports = m_options.reportGenerators;
+    if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), isWebReport))
+        return;
+    const WebReportRetention result = Morvex::removeOldRuns(resultDir, int(m_keptRuns));
+    if (!result.error.isEmpty())
+        printMessage(QStringLiteral("warning: old runs stay in the report: ") + result.error);
 }
 
 QString SuiteRunner::checkTags() const
@@ -228,7 +262,9 @@ int SuiteRunner::execute()
         printMessage(QStringLiteral("cannot change into '%1'").arg(m_options.suiteDirectory));
         return ExitUnusable;
     }
-    return finish(runTestCases(generator.release(), resultDir));
+    const bool isLogComplete = runTestCases(generator.release(), resultDir);
+    removeOldRuns(resultDir);
+    return finish(isLogComplete);
 }
 
 // Owns the generator, so that all reports are closed after it. False when the log has no end.

@@ -147,6 +147,24 @@
         fatal: logFunction("FATAL")
     };
 
+    var pointTypes = ["ObjectProperties", "Screenshot", "Table", "Visual"];
+
+    // What a verification point is made of when its file does not exist.
+    function describePoint(options, checked) {
+        if (options.object === undefined && options.type === undefined && options.properties === undefined)
+            return;
+        if (pointTypes.indexOf(options.type) < 0)
+            throw new TypeError("option 'type' has to be one of " + pointTypes.join(", "));
+        var hasProperties = Array.isArray(options.properties) && options.properties.length > 0;
+        if (hasProperties !== (options.type === "ObjectProperties"))
+            throw new TypeError("option 'properties' has to be an array of names, of type ObjectProperties alone");
+        checked.object = options.object instanceof FoundObject ? options.object.name
+                                                               : nameFunctions.nameText(options.object);
+        name(checked.object, "option 'object'");
+        checked.type = options.type;
+        checked.properties = hasProperties ? options.properties.map(text) : [];
+    }
+
     global.check = {
         that: function (condition, title, options) {
             var expectFail = expectsFail(options);
@@ -182,7 +200,8 @@
         point: function (file, options) {
             var flags = ["expectFail", "silent", "stopOnFail", "screenshotOnPass", "screenshotOnFail",
                          "screenshotOnWarning", "screenshotOnError"];
-            var known = knownOptions(options, flags.concat("delay", "record", "retry"));
+            var known = knownOptions(options, flags.concat("delay", "object", "properties", "record",
+                                                           "retry", "type"));
             if (known.record !== undefined && !(known.record instanceof DataRecord))
                 throw new TypeError("option 'record' has to be a record of a table of data.open");
             var table = known.record ? known.record[sourceKey][sourceKey] : null;
@@ -191,6 +210,7 @@
             flags.forEach(function (flag) {
                 checked[flag] = Boolean(known[flag]);
             });
+            describePoint(known, checked);
             return verification.verify(text(file), checked, table, row);
         }
     };

@@ -48,6 +48,8 @@ public:
     void setSkippedTestCases(const QStringList &testCases);
     /// Tag expressions, all of which have to hold; see allFilterByArgs.
     void setTags(const QStringList &tags);
+    /// The run repeats test cases that failed in an earlier one; its log says so.
+    void setRerun(bool isRerun);
     /// Ends a run early when it is requested; not owned, may be null.
     void setCancellation(Cancellation *cancellation);
     /// Called when all test cases have run, just before the log is closed.
@@ -58,6 +60,7 @@ public:
     QStringList scriptArguments() const { return m_scriptArguments; }
     QStringList skippedTestCases() const { return m_skippedTestCases; }
     QStringList tags() const { return m_tags; }
+    bool isRerun() const { return m_isRerun; }
     Cancellation *cancellation() const { return m_cancellation; }
     /// May be empty.
     std::function<void()> beforeEnd() const { return m_beforeEnd; }
@@ -81,6 +84,8 @@ public:
     /// "CLASSPATH=..." for the environment of the application.
     QString classPathEnvironment() const;
     bool useWhiteList() const;
+    /// How many runs a web report keeps, as it is written; empty for all.
+    QString keptRuns() const;
     QString aut() const;
     QString applicationLauncher() const;
     QStringList applicationLauncherArgs() const;
@@ -144,6 +149,7 @@ private:
     QString m_envVarFileNameOverride;
     QStringList m_scriptArguments;
     QStringList m_tags;
+    bool m_isRerun = false;
     QString m_summary;
     QString m_description;
     QMap<QString, QString> m_testSettings;
