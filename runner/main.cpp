@@ -99,7 +99,9 @@ int run(const RunnerOptions &options)
     const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
     const std::unique_ptr<UiCoverage> coverage =
         isCounted ? std::make_unique<UiCoverage>() : nullptr;
-    const int status = isSuite ? runSuite(options) : runTestCase(options);
+    const int status = isSuite ? runSuite(options, coverage.get()) : runTestCase(options);
+    if (coverage && !isSuite)
+        coverage->collect();
     if (coverage)
         coverage->print();
     return status;

@@ -6,6 +6,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/signals.h"
+#include "runner/uicoverage.h"
 #include "shared/realpath.h"
 #include "test/cancellation.h"
 #include "test/openreportfile.h"
@@ -44,8 +45,9 @@ QString withoutToken(const QString &word)
 class SuiteRunner
 {
 public:
-    explicit SuiteRunner(const RunnerOptions &options)
+    SuiteRunner(const RunnerOptions &options, UiCoverage *coverage)
         : m_options(options)
+        , m_coverage(coverage)
         , m_dir(cleanedPath(options.suiteDirectory))
     {
     }
@@ -73,6 +75,8 @@ private:
     unsigned int randomSeed() const;
 
     const RunnerOptions &m_options;
+    // Null when it isn't wanted.
+    UiCoverage *m_coverage;
     QDir m_dir;
     std::unique_ptr<TestSuite> m_suite;
     QStringList m_testCases;
@@ -269,6 +273,12 @@ bool SuiteRunner::runTestCases(TestReportGenerator *generator, const QString &re
     TestResult result(generator);
     result.setObserver([this](const TestResult::Entry &entry) { m_outcome.add(entry); });
     m_timer.start();
+    if (m_coverage) {
+        m_suite->setBeforeEnd([this, &result, &resultDir] {
+            m_coverage->collect();
+            m_coverage->attachPage(&result, resultDir);
+        });
+    }
     m_suite->run(m_options.host, m_options.port, &result, m_testCases, resultDir,
                  m_options.snoozeFactor, m_options.timeoutSeconds, m_options.stopOnFail,
                  m_options.retryCount, randomSeed(), m_options.envVars, m_options.isInteractive);
@@ -366,9 +376,9 @@ void SuiteRunner::printTimed(const QString &counts) const
 
 } // namespace
 
-int runSuite(const RunnerOptions &options)
+int runSuite(const RunnerOptions &options, UiCoverage *coverage)
 {
-    return SuiteRunner(options).run();
+    return SuiteRunner(options, coverage).run();
 }
 
 } // namespace Morvex

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,6 +52,8 @@ public:
     void setRerun(bool isRerun);
     /// Ends a run early when it is requested; not owned, may be null.
     void setCancellation(Cancellation *cancellation);
+    /// Called when all test cases have run, just before the log is closed.
+    void setBeforeEnd(const std::function<void()> &beforeEnd) { m_beforeEnd = beforeEnd; }
 
     /// Empty for none.
     QString settingsGroup() const { return m_settingsGroup; }
@@ -58,6 +62,8 @@ public:
     QStringList tags() const { return m_tags; }
     bool isRerun() const { return m_isRerun; }
     Cancellation *cancellation() const { return m_cancellation; }
+    /// May be empty.
+    std::function<void()> beforeEnd() const { return m_beforeEnd; }
 
     QString summary() const { return m_summary; }
     QString description() const { return m_description; }
@@ -151,6 +157,7 @@ private:
     QString m_configLoadError;
     QString m_scriptedObjectMapPath;
     Cancellation *m_cancellation = nullptr;
+    std::function<void()> m_beforeEnd;
 };
 
 } // namespace Morvex

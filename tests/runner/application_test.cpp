@@ -449,6 +449,10 @@ TEST_F(ApplicationTest, CoverageAddsUpWhatAllTestCasesDid)
         EXPECT_EQ(ui.value("string(//element[@class='QLineEdit \"name\"']//coverage)"), "6");
     }
     EXPECT_FALSE(readFile(dir + "/attachments/tst_more/uicoverage.xml").isEmpty());
+    const QByteArray page = readFile(dir + "/attachments/uicoverage.html");
+    EXPECT_TRUE(output.standardOutput.contains("attachments/uicoverage.html"));
+    EXPECT_EQ(page.count(">choose never<"), 6) << page.constData();
+    EXPECT_EQ(page.count(">click 2<"), 1);
     results("check.pass('none');", {"--coverage", "--testcase", "tst_s"});
     EXPECT_TRUE(output.standardError.contains("UI coverage: there was nothing to use"));
 }

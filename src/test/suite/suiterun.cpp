@@ -80,8 +80,11 @@ void SuiteRun::run(const QStringList &testCases)
     const QStringList chosen = testCases.isEmpty() ? m_suite.discoverTestCases() : testCases;
     // The log of a run with an unreadable file of tags stays open: it must not look like a whole
     // run.
-    if (runTestCases(TestSuite::shuffled(chosen, m_options.randomSeed), filter.get()))
-        m_result->completed();
+    if (!runTestCases(TestSuite::shuffled(chosen, m_options.randomSeed), filter.get()))
+        return;
+    if (m_suite.beforeEnd())
+        m_suite.beforeEnd()();
+    m_result->completed();
 }
 
 void SuiteRun::logRandomOrder() const
