@@ -26,7 +26,7 @@ my @unwanted = (
     [qr/\bany more\b/i, "no longer"],
     [qr/\b(?:is|are) running already\b/i, "is already running"],
     [qr/\bspecs?\b/i, "leave it out"],
-    [qr/\b1 (?:test cases|errors|warnings|runs)\b/i, "the singular"],
+    [qr/(?<![%\d])\b1 (?:test cases|errors|warnings|runs)\b/i, "the singular"],
 );
 
 my @allowed = map { [split / \| /] } grep { /\S/ } split /\n/, $ENV{ALLOWED};
