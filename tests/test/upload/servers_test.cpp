@@ -121,8 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Server{"late", plain, true, "msg 'Done'\n"},
                     Server{"never", plain, true, "did not confirm the end"},
                     Server{"code", plain, true, "msg 'no space'\nFatal! 28\n"},
-                    Server{"early", plain, true, "msg 'Done'\n"},
-                    Server{"close", plain, true, ""},
+                    Server{"early", plain, true, "msg 'Done'\n"}, Server{"close", plain, true, ""},
                     Server{"abort", plain, true, "/event ws error 1 ("},
                     Server{"text", plain, true, "did not confirm the end"},
                     Server{"shape", plain, true, "msg 'Done'\n"},
@@ -199,9 +198,9 @@ TEST_F(UploadTest, WhatIsLoggedDuringAWaitComesAfterItInOrder)
     std::vector<int> types;
     for (const TestResult::Entry &entry : recording->entries)
         types.push_back(entry.type);
-    EXPECT_EQ(types, (std::vector<int>{TestResult::START, TestResult::END_TEST_CASE,
-                                       TestResult::LOG, TestResult::END_TEST_CASE,
-                                       TestResult::END}));
+    EXPECT_EQ(types,
+              (std::vector<int>{TestResult::START, TestResult::END_TEST_CASE, TestResult::LOG,
+                                TestResult::END_TEST_CASE, TestResult::END}));
 }
 
 TEST_F(UploadTest, ALateAnswerEndsNoOtherWait)
