@@ -31,7 +31,7 @@ public:
         {
         }
 
-        QString toString() const { return m_id; }
+        const QString &toString() const { return m_id; }
         bool isEmpty() const { return m_id.isEmpty(); }
         bool operator<(const Id &other) const { return m_id < other.m_id; }
         bool operator==(const Id &other) const { return m_id == other.m_id; }
@@ -56,19 +56,19 @@ public:
     void setSymbolicName(const QString &name) { m_symbolicName = name; }
     QStringList superClasses() const { return m_superClasses; }
     void setSuperClasses(const QStringList &classes) { m_superClasses = classes; }
-    Id id() const { return m_id; }
+    const Id &id() const { return m_id; }
     void setId(const Id &id) { m_id = id; }
     QString type() const { return m_type; }
     void setType(const QString &type) { m_type = type; }
-    QString className() const { return m_className; }
+    const QString &className() const { return m_className; }
     void setClassName(const QString &name) { m_className = name; }
-    QString simplifiedType() const { return m_simplifiedType; }
+    const QString &simplifiedType() const { return m_simplifiedType; }
     void setSimplifiedType(const QString &type) { m_simplifiedType = type; }
     QString nameSpace() const { return m_nameSpace; }
     void setNameSpace(const QString &nameSpace) { m_nameSpace = nameSpace; }
-    QMap<QString, QString> properties() const { return m_properties; }
+    const QMap<QString, QString> &properties() const { return m_properties; }
     void setProperties(const QMap<QString, QString> &properties) { m_properties = properties; }
-    QMap<QString, QString> identifyingProperties() const { return m_identifyingProperties; }
+    const QMap<QString, QString> &identifyingProperties() const { return m_identifyingProperties; }
     void setIdentifyingProperties(const QMap<QString, QString> &properties)
     {
         m_identifyingProperties = properties;
@@ -77,7 +77,7 @@ public:
     void setImage(const QImage &image) { m_image = image; }
     QString text() const { return m_text; }
     void setText(const QString &text) { m_text = text; }
-    UIAbstraction::ElementGeometry geometry() const { return m_geometry; }
+    const UIAbstraction::ElementGeometry &geometry() const { return m_geometry; }
     void setGeometry(const UIAbstraction::ElementGeometry &geometry) { m_geometry = geometry; }
     bool isTopLevel() const { return m_isTopLevel; }
     void setTopLevel(bool isTopLevel) { m_isTopLevel = isTopLevel; }

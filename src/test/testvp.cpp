@@ -48,7 +48,9 @@ TestResult::VPType vpTypeOf(const QString &type)
         return TestResult::PROPERTY_VP;
     if (type == QLatin1String("Screenshot"))
         return TestResult::SCREENSHOT_VP;
-    return type == QLatin1String("Table") ? TestResult::TABLE_VP : TestResult::NO_VP;
+    if (type == QLatin1String("Table"))
+        return TestResult::TABLE_VP;
+    return type == QLatin1String("Visual") ? TestResult::VISUAL_VP : TestResult::NO_VP;
 }
 
 bool namesSeveralObjects(const QDomElement &root)
@@ -203,6 +205,8 @@ bool TestVP::attempt(Call &call, QDomElement &element, TestResult::VPType type) 
         return performTableVerification(element, &call.logger, call.resolver, call.learn,
                                         call.updated, call.expectFail);
     case TestResult::VISUAL_VP:
+        return performTitanVerification(element, &call.logger, call.resolver, call.runner,
+                                        call.expectFail);
     case TestResult::NO_VP:
         break;
     }

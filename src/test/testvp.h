@@ -75,6 +75,10 @@ private:
                                   ObjectNameResolverInterface *resolver, bool learn, bool &updated,
                                   bool expectFail) const;
 
+    bool performTitanVerification(QDomElement &element, VPResultLogger *logger,
+                                  ObjectNameResolverInterface *resolver, RunnerInterface *runner,
+                                  bool expectFail) const;
+
     void addResult(VPResultLogger *logger, TestResult::ResultType type, const QString &message,
                    const QString &details, TestResult::VPType vpType) const;
     SharedPtr<Object> resolve(VPResultLogger *logger, ObjectNameResolverInterface *resolver,

@@ -95,9 +95,6 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
         {"<VerificationPoint type='Nonsense'><Verification object='label'/></VerificationPoint>",
          "Unknown verification type.",
          "Verification type 'Nonsense' is not known by this Morvex version"},
-        {"<VerificationPoint type='Visual'><Verification object='label'/></VerificationPoint>",
-         "Unknown verification type.",
-         "Verification type 'Visual' is not known by this Morvex version"},
         {"<VerificationPoint type='Table'><Verification object='a'/><Verification/>"
          "</VerificationPoint>",
          "Too many objects in VP file", "VP file contains more than a single object"},

@@ -5,6 +5,7 @@
 #include "shared/imagemask.h"
 #include "shared/uiabstraction/loadimage.h"
 #include "test/verification/comparisonapplication.h"
+#include "test/verification/maskelement.h"
 #include "test/verification/vpdocument.h"
 #include "test/verification/vpimages.h"
 #include "test/verification/vpresultlogger.h"
@@ -14,9 +15,6 @@
 #include <QDomDocument>
 #include <QFile>
 
-#include <algorithm>
-#include <limits>
-
 namespace Morvex {
 namespace {
 
@@ -24,33 +22,12 @@ namespace {
 const int algorithmVersion = 3;
 const int optionsVersion = 4;
 
-int attributeNumber(const QDomElement &element, const char *name)
-{
-    return element.attribute(QLatin1String(name)).toInt();
-}
-
-int lastPixel(int first, int size)
-{
-    const qint64 last = qint64(first) + size - 1;
-    return int(
-        qBound<qint64>(std::numeric_limits<int>::min(), last, std::numeric_limits<int>::max()));
-}
-
 ImageMask readMask(const QDomElement &list)
 {
     ImageMask mask;
     for (QDomElement element = list.firstChildElement(); !element.isNull();
-         element = element.nextSiblingElement()) {
-        ImageMask::MaskRect rect;
-        rect.type = element.attribute(QStringLiteral("type")) == QLatin1String("positive")
-                        ? ImageMask::POSITIVE
-                        : ImageMask::NEGATIVE;
-        const int x = attributeNumber(element, "x");
-        const int y = attributeNumber(element, "y");
-        rect.geometry.setCoords(x, y, lastPixel(x, attributeNumber(element, "width")),
-                                lastPixel(y, attributeNumber(element, "height")));
-        mask.addMaskRect(rect);
-    }
+         element = element.nextSiblingElement())
+        mask.addMaskRect(maskRectOf(element));
     return mask;
 }
 
@@ -156,10 +133,11 @@ bool TestVP::performScreenshotVerification(QDomElement &element, int version,
         return false;
 
     QString error;
-    const QImage taken = version < optionsVersion
-                             ? grabObjectPixmap(object, &error)
-                             : grabObjectScreenshot(object, attributeNumber(element, "options"),
-                                                    options.screenshotDelay(), &error);
+    const QImage taken =
+        version < optionsVersion
+            ? grabObjectPixmap(object, &error)
+            : grabObjectScreenshot(object, element.attribute(QStringLiteral("options")).toInt(),
+                                   options.screenshotDelay(), &error);
     if (taken.isNull()) {
         log(TestResult::FAIL,
             QStringLiteral(": Internal error while taking screenshot of object '%1'"), error);

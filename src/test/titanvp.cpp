@@ -1,0 +1,102 @@
+#include "test/titanvp.h"
+
+#include "shared/uiabstraction/legaltext.h"
+#include "shared/uiabstraction/uielement.h"
+#include "shared/uiabstraction/xmlexport.h"
+#include "test/verification/titanpropertychecks.h"
+#include "test/verification/titanselectiondefaults.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QXmlStreamWriter>
+
+#include <memory>
+#include <vector>
+
+namespace Morvex {
+namespace {
+
+using UIAbstraction::UIElement;
+
+const int indent = 2;
+
+bool failWith(const QString &text, QString *error)
+{
+    if (error)
+        *error = text;
+    return false;
+}
+
+void writeStart(QXmlStreamWriter &writer, const QString &objectName)
+{
+    writer.setAutoFormatting(true);
+    writer.setAutoFormattingIndent(indent);
+    writer.writeStartDocument(QStringLiteral("1.0"));
+    writer.writeStartElement(QStringLiteral("VerificationPoint"));
+    writer.writeAttribute(QStringLiteral("version"), QStringLiteral("5"));
+    writer.writeAttribute(QStringLiteral("type"), QStringLiteral("Visual"));
+    writer.writeEmptyElement(QStringLiteral("Description"));
+    writer.writeStartElement(QStringLiteral("Verification"));
+    writer.writeAttribute(QStringLiteral("object"), UIAbstraction::legalText(objectName));
+}
+
+// A full disk cuts a write short, and gives the reason to the next one.
+bool writeAll(const QByteArray &bytes, QFile &file)
+{
+    for (qint64 done = 0; done < bytes.size();) {
+        const qint64 count = file.write(bytes.constData() + done, bytes.size() - done);
+        if (count < 0)
+            return false;
+        done += count;
+    }
+    return file.flush();
+}
+
+} // namespace
+
+bool createTitanVPFile(const QByteArray &dump, const QFileInfo &file, const QString &objectName,
+                       QString *error)
+{
+    const QString directory = file.absolutePath();
+    if (!QDir().mkpath(directory))
+        return failWith(
+            QStringLiteral("Unable to create %1 directory for VP file").arg(directory), error);
+    QFile device(file.filePath());
+    if (!device.open(QIODevice::WriteOnly))
+        return failWith(QStringLiteral("Failed to open file '%1': %2")
+                            .arg(device.fileName(), device.errorString()),
+                        error);
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    writeStart(writer, objectName);
+    const bool isWhole = writeTitanXmlFragment(dump, writer, error);
+    if (isWhole)
+        writer.writeEndDocument();
+    if (!writeAll(xml, device) && isWhole)
+        return failWith(QStringLiteral("Failed to write file '%1': %2")
+                            .arg(device.fileName(), device.errorString()),
+                        error);
+    return isWhole;
+}
+
+bool writeTitanXmlFragment(const QByteArray &dump, QXmlStreamWriter &writer, QString *error)
+{
+    TitanSelectionDefaults defaults;
+    if (!defaults.parse(error))
+        return false;
+    std::vector<std::unique_ptr<UIElement>> owned;
+    const QList<UIElement *> elements = UIElement::elementsFromByteArray(dump);
+    for (UIElement *element : elements)
+        owned.emplace_back(element);
+    writer.writeStartElement(QStringLiteral("visual"));
+    UIAbstraction::XmlExporter(elements).toXmlFragment(&writer);
+    TitanPropertyChecks checks(&defaults);
+    for (const UIElement *element : elements)
+        checks.collectChecks(element);
+    checks.writeXml(&writer);
+    writer.writeEndElement();
+    return true;
+}
+
+} // namespace Morvex

@@ -1,0 +1,143 @@
+#include "test/verification/visualbody.h"
+
+#include "test/titanvp.h"
+#include "test/verification/maskelement.h"
+
+#include <QDomElement>
+#include <QTextStream>
+
+namespace Morvex {
+namespace {
+
+const int indent = 2;
+const QLatin1String propertyVerificationTag("PropertyVerification");
+
+bool isDisabled(const QDomElement &element)
+{
+    return element.attribute(QStringLiteral("disabled")) == QLatin1String("true");
+}
+
+BrowserElement::Id idOf(const QDomElement &element)
+{
+    return BrowserElement::Id(element.attribute(QStringLiteral("element-id")));
+}
+
+template<typename Step>
+void forEachChild(const QDomElement &parent, const QString &tag, const Step &step)
+{
+    for (QDomElement child = parent.firstChildElement(tag); !child.isNull();
+         child = child.nextSiblingElement(tag))
+        step(child);
+}
+
+TitanPropertyCheck propertyCheck(const QDomElement &element)
+{
+    TitanPropertyCheck check;
+    const QString type = element.attribute(QStringLiteral("type"));
+    if (type == QLatin1String("range")) {
+        bool isNumber = false;
+        const int delta = element.attribute(QStringLiteral("delta")).toInt(&isNumber);
+        if (isNumber) {
+            check.mode = TitanPropertyCheck::Range;
+            check.delta = delta;
+        }
+    } else if (type == QLatin1String("wildcard") || type == QLatin1String("regexp")) {
+        check.mode = type == QLatin1String("wildcard") ? TitanPropertyCheck::Wildcard
+                                                       : TitanPropertyCheck::RegularExpression;
+        check.value = element.text();
+    }
+    return check;
+}
+
+void readAlgorithm(const QDomElement &element, VisualScreenshotCheck *check)
+{
+    if (element.attribute(QStringLiteral("name")) != QLatin1String("correlationcompare"))
+        return;
+    const QString tag = QStringLiteral("Parameter");
+    QDomElement parameter = element.firstChildElement(tag);
+    while (!parameter.isNull() &&
+           parameter.attribute(QStringLiteral("name")) != QLatin1String("threshold"))
+        parameter = parameter.nextSiblingElement(tag);
+    bool isNumber = false;
+    const double threshold = parameter.text().toDouble(&isNumber);
+    if (!isNumber)
+        return;
+    check->algorithm = VisualScreenshotCheck::Correlation;
+    check->threshold = threshold;
+}
+
+VisualScreenshotCheck screenshotCheck(const QDomElement &element)
+{
+    VisualScreenshotCheck check;
+    forEachChild(element, QStringLiteral("Algorithm"),
+                 [&](const QDomElement &child) { readAlgorithm(child, &check); });
+    forEachChild(element, QStringLiteral("Mask"),
+                 [&](const QDomElement &child) { check.mask.addMaskRect(maskRectOf(child)); });
+    return check;
+}
+
+bool readTree(const QDomElement &ui, BrowserElement *root)
+{
+    QString xml;
+    QTextStream stream(&xml);
+    ui.save(stream, indent);
+    return BrowserElement::readXML(root, xml.toUtf8(), nullptr);
+}
+
+void readCheck(QDomElement check, VisualBody *body)
+{
+    const QString type = check.attribute(QStringLiteral("type"));
+    if (type == QLatin1String("content")) {
+        visualVpVerifyProperties(check, &body->content);
+    } else if (type == QLatin1String("geometry")) {
+        visualVpVerifyProperties(check, &body->geometry);
+    } else if (type == QLatin1String("identifying")) {
+        visualVpVerifyProperties(check, &body->identifying);
+    } else if (type == QLatin1String("screenshot")) {
+        forEachChild(check, propertyVerificationTag, [&](const QDomElement &child) {
+            if (!isDisabled(child))
+                body->screenshots.insert(idOf(child), screenshotCheck(child));
+        });
+    } else if (type == QLatin1String("subtree")) {
+        forEachChild(check, propertyVerificationTag,
+                     [&](const QDomElement &child) { body->subtreeExcluded += idOf(child); });
+    }
+}
+
+} // namespace
+
+void visualVpVerifyProperties(QDomElement &check, TitanPropertyChecksOfElements *map)
+{
+    forEachChild(check, propertyVerificationTag, [&](const QDomElement &element) {
+        if (isDisabled(element))
+            return;
+        QMap<QString, TitanPropertyCheck> checks;
+        forEachChild(element, QStringLiteral("VerifyProperty"), [&](const QDomElement &property) {
+            checks.insert(property.attribute(QStringLiteral("name")), propertyCheck(property));
+        });
+        map->insert(idOf(element), checks);
+    });
+}
+
+bool VisualBody::read(const QDomElement &verification)
+{
+    const QDomElement visual = verification.firstChildElement(QStringLiteral("visual"));
+    for (QDomElement child = visual.firstChildElement(); !child.isNull();
+         child = child.nextSiblingElement()) {
+        if (child.tagName() == QLatin1String("ui")) {
+            if (!readTree(child, &stored))
+                return false;
+        } else if (child.tagName() == QLatin1String("check")) {
+            readCheck(child, this);
+        }
+    }
+    return true;
+}
+
+bool VisualBody::compare(BrowserElement *live, QMap<BrowserElement::Id, TitanCompare> *result)
+{
+    return titanCompare(&stored, live, identifying, content, geometry, screenshots,
+                        subtreeExcluded, result);
+}
+
+} // namespace Morvex

@@ -1,0 +1,99 @@
+#include "shared/requestdumpobject.h"
+#include "shared/writefile.h"
+#include "test/objectnameresolverinterface.h"
+#include "test/testvp.h"
+#include "test/verification/visualbody.h"
+#include "test/verification/vpimages.h"
+#include "test/verification/vpresultlogger.h"
+
+#include <QDir>
+#include <QDomElement>
+
+namespace Morvex {
+namespace {
+
+QString failureDetails(const QMap<BrowserElement::Id, TitanCompare> &result)
+{
+    const struct
+    {
+        TitanCompare::Check check;
+        const char *text;
+    } texts[] = {
+        {TitanCompare::IdentifyingCheck, "Identifying properties matching error(s) found. "},
+        {TitanCompare::ContentCheck, "Content matching error(s) found. "},
+        {TitanCompare::HierarchyCheck, "Hierarchical structure error(s) found. "},
+        {TitanCompare::GeometryCheck, "Geometry error(s) found. "},
+        {TitanCompare::ScreenshotCheck, "Screenshot comparison error(s) found. "},
+    };
+    int failed = 0;
+    for (const TitanCompare &outcome : result)
+        failed |= outcome.failed;
+    QString details;
+    for (const auto &row : texts) {
+        if (failed & row.check)
+            details += QLatin1String(row.text);
+    }
+    return details;
+}
+
+// Returns what to add to the details of the failure.
+QString storeSnapshot(RunnerInterface *runner, const QFileInfo &vpFile, const QByteArray &xml)
+{
+    const QString directory = failedOutputDir(runner, QStringLiteral("failedSnapshots"));
+    if (!QDir().mkpath(directory))
+        return QStringLiteral(" Also failed to create directory '%1' for the snapshot.")
+            .arg(directory);
+    const QString path = numberedFile(directory, vpFile.fileName(), QStringLiteral(".xml"));
+    const FileWriteResult written = writeFileSafely(path, xml);
+    if (written.outcome == FileWriteResult::Written)
+        return QStringLiteral(" Object snapshot saved as '%1')").arg(path);
+    return QStringLiteral(" Also failed to save object snapshot as '%1': %2.")
+        .arg(path, written.error);
+}
+
+} // namespace
+
+bool TestVP::performTitanVerification(QDomElement &element, VPResultLogger *logger,
+                                      ObjectNameResolverInterface *resolver,
+                                      RunnerInterface *runner, bool expectFail) const
+{
+    const QString objectName = element.attribute(QStringLiteral("object"));
+    const QString failed = QStringLiteral("%1: Visual comparison of object '%2' failed")
+                               .arg(m_name, objectName);
+    const auto log = [&](TestResult::ResultType type, const QString &message,
+                         const QString &details) {
+        addResult(logger, type, message, details, TestResult::VISUAL_VP);
+        return false;
+    };
+    const SharedPtr<Object> object = resolver->resolve(objectName, nullptr);
+    if (!object)
+        return log(TestResult::ERROR, failed,
+                   QStringLiteral("Object %1 not found").arg(objectName));
+    QString error;
+    const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
+    const QByteArray xml = dump.isEmpty() ? QByteArray() : convertDumpToXml(dump, &error);
+    if (xml.isEmpty())
+        return log(TestResult::ERROR, failed,
+                   QStringLiteral("Failed to fetch object snapshot: %1").arg(error));
+    BrowserElement live(nullptr, QStringLiteral("live"));
+    if (!BrowserElement::readXML(&live, xml, &error))
+        return log(TestResult::FAIL, failed,
+                   QStringLiteral("Failed to read current object tree: %1").arg(error));
+    VisualBody body;
+    if (!body.read(element))
+        return log(TestResult::FAIL, failed, QStringLiteral("Failed to read object tree from VP"));
+    QMap<BrowserElement::Id, TitanCompare> result;
+    if (body.compare(&live, &result)) {
+        log(verificationType(true, expectFail),
+            QStringLiteral("%1: Visual comparison of object '%2' passed").arg(m_name, objectName),
+            QString());
+        return !expectFail;
+    }
+    log(verificationType(false, expectFail), failed, failureDetails(result));
+    // Once the result counts: a check that is retried fails many times.
+    if (!live.children().isEmpty())
+        logger->deferDetails([runner, file = m_file, xml] { return storeSnapshot(runner, file, xml); });
+    return expectFail;
+}
+
+} // namespace Morvex

@@ -1,0 +1,337 @@
+#include "test/titanvp.h"
+
+#include "shared/requestdumpobject.h"
+#include "shared/uiabstraction/uielement.h"
+#include "support/files.h"
+#include "support/filesizelimit.h"
+#include "support/verification.h"
+#include "test/verification/titanpropertychecks.h"
+#include "test/verification/titanselectiondefaults.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const char passed[] = "PASS vp: Visual comparison of object 'form' passed|";
+const char failed[] = "FAIL vp: Visual comparison of object 'form' failed|";
+
+// Nested layouts, tabs, a table and a tree, in which nothing blinks.
+struct Form
+{
+    Form()
+    {
+        window.resize(500, 400);
+        form = new QGroupBox("Order", &window);
+        form->setObjectName("form");
+        form->setGeometry(10, 10, 400, 300);
+        auto *rows = new QFormLayout;
+        rows->addRow("&Name", name = new QLineEdit("a  b"));
+        rows->addRow("Count", count = new QLabel("3"));
+        auto *tabs = new QTabWidget;
+        tabs->addTab(table = new QTableWidget(2, 2), "Lines");
+        tabs->addTab(new QTreeWidget, "Tree");
+        table->setItem(0, 0, new QTableWidgetItem("Bolts"));
+        auto *outer = new QVBoxLayout(form);
+        outer->addLayout(rows);
+        outer->addWidget(tabs);
+        outer->addWidget(button = new QPushButton("Order now"));
+        name->setFocusPolicy(Qt::NoFocus);
+        mark = new QLabel("!", form);
+        mark->setGeometry(380, 2, 10, 10);
+        window.show();
+    }
+
+    QWidget window;
+    QGroupBox *form;
+    QLineEdit *name;
+    QLabel *count;
+    QTableWidget *table;
+    QPushButton *button;
+    QLabel *mark;
+};
+
+} // namespace
+
+class TitanVPTest : public VerificationTest
+{
+protected:
+    TitanVPTest()
+        : prefix("MORVEX_PREFIX", MORVEX_TEST_PREFIX)
+    {
+    }
+
+    QByteArray learn()
+    {
+        QString error;
+        const SharedPtr<Object> object = inspector.findObject("form", nullptr);
+        const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
+        EXPECT_TRUE(createTitanVPFile(dump, QFileInfo(path("new/point.xml")), "form", &error))
+            << error.toStdString();
+        return readFile(path("new/point.xml"));
+    }
+
+    QStringList resultsOf(const QByteArray &file)
+    {
+        verifyFile(file);
+        return takeResults();
+    }
+
+    // The details up to what says where the snapshot is.
+    QString failureOf(const QByteArray &file)
+    {
+        const QString line = resultsOf(file).value(0);
+        EXPECT_TRUE(line.startsWith(failed)) << line.toStdString();
+        return line.mid(int(qstrlen(failed))).section(" Object snapshot", 0, 0);
+    }
+
+    EnvironmentGuard prefix;
+};
+
+TEST_F(TitanVPTest, ANewPointPassesWhereNothingButThePlaceOfTheWindowChanged)
+{
+    QByteArray point;
+    {
+        Form form;
+        point = learn();
+        EXPECT_EQ(resultsOf(point), QStringList(passed));
+        form.window.move(300, 200);
+        form.window.resize(700, 600);
+        EXPECT_EQ(resultsOf(point), QStringList(passed));
+    }
+    Form again;
+    EXPECT_EQ(resultsOf(point), QStringList(passed));
+    expectFail = true;
+    EXPECT_EQ(verifyFile(point).summary(), VPResult::SummaryFailed);
+    EXPECT_EQ(takeResults(), QStringList("XPASS vp: Visual comparison of object 'form' passed|"));
+}
+
+TEST_F(TitanVPTest, EachKindOfChangeFailsWithItsOwnText)
+{
+    const struct
+    {
+        const char *failure;
+        std::function<void(Form &)> change;
+    } rows[] = {
+        {"Content matching error(s) found. ", [](Form &f) { f.name->setText("a b"); }},
+        // The cells are in the picture of the part that scrolls.
+        {"Content matching error(s) found. Screenshot comparison error(s) found. ", [](Form &f) { f.table->item(0, 0)->setText("Nuts"); }},
+        {"Identifying properties matching error(s) found. ",
+         [](Form &f) { f.form->setObjectName("form"), f.button->setObjectName("send"); }},
+        {"Geometry error(s) found. Screenshot comparison error(s) found. ",
+         [](Form &f) { f.mark->move(370, 2); }},
+        {"Screenshot comparison error(s) found. ",
+         [](Form &f) { f.count->setStyleSheet("background: red"); }},
+        {"Hierarchical structure error(s) found. ",
+         [](Form &f) { (new QPushButton(f.form))->show(); }},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.failure);
+        Form form;
+        form.button->setObjectName("button");
+        const QByteArray point = learn();
+        row.change(form);
+        EXPECT_EQ(failureOf(point), row.failure);
+    }
+}
+
+TEST_F(TitanVPTest, TheSnapshotOfAFailureIsStoredOnceAndNumbered)
+{
+    Form form;
+    const QByteArray point = learn();
+    form.name->setText("else");
+    options.setRetryDuration(30);
+    const QString dir = path("suite/tst_a/failedSnapshots/");
+    for (const QString name : {"vp.xml_1.xml", "vp.xml_2.xml"}) {
+        EXPECT_EQ(resultsOf(point),
+                  QStringList(failed + QString("Content matching error(s) found.  Object snapshot "
+                                               "saved as '%1')")
+                                           .arg(dir + name)));
+        EXPECT_TRUE(readFile(dir + name).contains("<string>else</string>"));
+    }
+    EXPECT_EQ(QDir(dir).entryList(QDir::Files).size(), 2);
+}
+
+TEST_F(TitanVPTest, WhereNoSnapshotCanBeStoredTheFailureSaysSo)
+{
+    Form form;
+    const QByteArray point = learn();
+    form.name->setText("else");
+    const QString dir = path("suite/tst_a/failedSnapshots/");
+    const QString start = failed + QString("Content matching error(s) found. ");
+    writeFile(path("suite/tst_a/failedSnapshots"), "");
+    EXPECT_EQ(resultsOf(point),
+              QStringList(start + " Also failed to create directory '" + dir +
+                          "' for the snapshot."));
+    QFile::remove(path("suite/tst_a/failedSnapshots"));
+    QDir().mkpath(dir);
+    const QString file = dir + "vp.xml_1.xml";
+    // A directory that is only to be read stops no test that runs as root; a link to nowhere does.
+    QFile::link(path("nowhere/snapshot.xml"), file);
+    EXPECT_EQ(resultsOf(point), QStringList(start + " Also failed to save object snapshot as '" +
+                                            file + "': No such file or directory."));
+    QFile::remove(file);
+    const FileSizeLimit limit(3000);
+    TestVP("vp", path("suite/tst_a/points/vp.xml"))
+        .verify(&log, stack, &runner, "info", &resolver, options, nullptr, false);
+    EXPECT_EQ(takeResults(), QStringList(start + " Also failed to save object snapshot as '" +
+                                         file + "': File too large."));
+}
+
+TEST_F(TitanVPTest, WhatCantBeComparedSaysWhy)
+{
+    Form form;
+    const QByteArray point = learn();
+    QByteArray other = point;
+    other.replace("object=\"form\"", "object=\"none\"");
+    EXPECT_EQ(resultsOf(other),
+              QStringList("ERROR vp: Visual comparison of object 'none' failed|Object none not "
+                          "found"));
+    other = point;
+    other.replace("<execution>", "<run/><execution>");
+    EXPECT_EQ(resultsOf(other), QStringList(QString(failed) + "Failed to read object tree from VP"));
+    // Another top element has no text of its own.
+    EXPECT_EQ(failureOf("<VerificationPoint version='5' type='Visual'><Verification object='form'/>"
+                        "</VerificationPoint>"),
+              "");
+    const EnvironmentGuard none("MORVEX_PREFIX", path("no/prefix").toLocal8Bit());
+    EXPECT_EQ(resultsOf(point),
+              QStringList("ERROR vp: Visual comparison of object 'form' failed|Failed to fetch "
+                          "object snapshot: No filters found for visual VP"));
+    QString error;
+    EXPECT_FALSE(createTitanVPFile({}, QFileInfo(path("p.xml")), "form", &error));
+    EXPECT_EQ(error, QString("Failed to load selectiondefaults file '%1': Failed to open file")
+                         .arg(path("no/prefix/etc/visualselectiondefaults.xml")));
+    writeFile(path("file"), "");
+    EXPECT_FALSE(createTitanVPFile({}, QFileInfo(path("file/p.xml")), "form", &error));
+    EXPECT_EQ(error, QString("Unable to create %1 directory for VP file").arg(path("file")));
+    EXPECT_FALSE(createTitanVPFile({}, QFileInfo(path("suite")), "form", nullptr));
+}
+
+TEST_F(TitanVPTest, ADiskThatFillsLeavesNoPointThatSeemsWhole)
+{
+    Form form;
+    const SharedPtr<Object> object = inspector.findObject("form", nullptr);
+    const QByteArray dump = requestObjectSnapshotForVisualVP(object, nullptr);
+    const FileSizeLimit limit(3000);
+    QString error;
+    EXPECT_FALSE(createTitanVPFile(dump, QFileInfo(path("p.xml")), "form", &error));
+    EXPECT_TRUE(error.endsWith("p.xml': File too large")) << error.toStdString();
+}
+
+TEST_F(TitanVPTest, TheChecksOfAFileAreHeeded)
+{
+    Form form;
+    form.count->setObjectName("count");
+    const QByteArray point = learn();
+    const auto changed = [&](const QByteArray &before, const QByteArray &after) {
+        QByteArray file = point;
+        EXPECT_TRUE(file.contains(before)) << before.constData();
+        return file.replace(before, after);
+    };
+    form.count->setText("4");
+    EXPECT_EQ(failureOf(point), "Content matching error(s) found. ");
+    const QByteArray text = "<VerifyProperty name=\"text\" type=\"equal\"/>";
+    EXPECT_EQ(resultsOf(changed(text, "<VerifyProperty name='text' type='wildcard'>*"
+                                      "</VerifyProperty>"))
+                  .value(0)
+                  .section('|', 1)
+                  .section('.', 0, 0),
+              "Screenshot comparison error(s) found");
+    QByteArray disabled = changed(text, "<VerifyProperty name='text' type='regexp'>.*"
+                                        "</VerifyProperty>");
+    disabled.replace("<check type=\"screenshot\">", "<check type=\"other\">");
+    EXPECT_EQ(resultsOf(disabled), QStringList(passed));
+    disabled = point;
+    disabled.replace("<PropertyVerification ", "<PropertyVerification disabled='true' ");
+    EXPECT_EQ(resultsOf(disabled), QStringList(passed));
+    form.button->resize(form.button->width() - 2, form.button->height());
+    QByteArray range = disabled;
+    const int geometry = range.indexOf("<check type=\"geometry\">");
+    range.replace(geometry, range.size() - geometry,
+                  range.mid(geometry).replace("disabled='true' ", ""));
+    range.replace("<check type=\"screenshot\">", "<check type=\"other\">");
+    EXPECT_EQ(failureOf(range), "Geometry error(s) found. ");
+    EXPECT_EQ(resultsOf(QByteArray(range).replace("type=\"equal\"", "type='range' delta='2'")),
+              QStringList(passed));
+    EXPECT_EQ(failureOf(QByteArray(range).replace("type=\"equal\"", "type='range' delta='two'")),
+              "Geometry error(s) found. ");
+}
+
+TEST_F(TitanVPTest, SelectionDefaultsSayWhatIsWrong)
+{
+    const QLabel known;
+    const QString file = path("etc/visualselectiondefaults.xml");
+    const EnvironmentGuard other("MORVEX_PREFIX", path("").toLocal8Bit());
+    const QString structure = "Invalid structure of selectiondefaults file '%1': ";
+    const struct
+    {
+        const char *xml;
+        QString error;
+    } rows[] = {
+        {"<a/>", "Invalid root element 'a' in selectiondefaults file '%1'"},
+        {"<selectiondefaults><a/></selectiondefaults>", structure + "unexpected element 'a'"},
+        {"<selectiondefaults><check/></selectiondefaults>",
+         structure + "unexpected type '' for check"},
+        {"<selectiondefaults><check type='content'><widgetType/></check></selectiondefaults>",
+         structure + "widgetType element has no name attribute"},
+        {"<selectiondefaults><check type='content'><widgetType name='QLabel'><property/>"
+         "</widgetType></check></selectiondefaults>",
+         structure + "property element has no name attribute"},
+        {"<selectiondefaults><check type='content'><widgetType name='QLabel'><a/>"
+         "</widgetType></check></selectiondefaults>",
+         structure + "unexpected element 'a'"},
+        {"<selectiondefaults><check type='content'><widgetType name='NoSuch'><a/>"
+         "</widgetType></check></selectiondefaults>",
+         ""},
+    };
+    for (const auto &row : rows) {
+        writeFile(file, row.xml);
+        QString error;
+        EXPECT_EQ(TitanSelectionDefaults().parse(&error), row.error.isEmpty());
+        EXPECT_EQ(error, row.error.isEmpty() ? QString() : row.error.arg(path("") + "/etc/visualselectiondefaults.xml"));
+    }
+}
+
+TEST_F(TitanVPTest, NewChecksAreThoseOfTheElementsThatAreShown)
+{
+    writeFile(path("prefix/etc/visualselectiondefaults.xml"),
+              "<selectiondefaults><check type='content'><widgetType name='QWidget'>"
+              "<property name='b'/><property name='a'/></widgetType></check></selectiondefaults>");
+    const EnvironmentGuard other("MORVEX_PREFIX", path("prefix").toLocal8Bit());
+    const QLabel known;
+    TitanSelectionDefaults defaults;
+    ASSERT_TRUE(defaults.parse(nullptr));
+    UIAbstraction::UIElement top("1", {}, "NoSuchClass");
+    top.setGeometry(UIAbstraction::ElementGeometry(QRect(0, 0, 2, 2)));
+    top.setImage(QImage(2, 2, QImage::Format_RGB32));
+    top.setConcreteProperty("a", "x");
+    auto *hidden = new UIAbstraction::UIElement("2", {}, "QLabel");
+    hidden->setTransparentNode(true);
+    hidden->setConcreteProperty("a", "x");
+    top.addChild(hidden);
+    auto *label = new UIAbstraction::UIElement("3", {}, "QLabel");
+    for (const char *name : {"c", "b", "a"}) {
+        label->setConcreteProperty(name, "");
+        label->setIdentifyingProperty(name, *name == 'b' ? "x" : "");
+    }
+    hidden->addChild(label);
+    TitanPropertyChecks checks(&defaults);
+    checks.collectChecks(&top);
+    EXPECT_EQ(checks.structuredDump(),
+              "# identifying\n\n## Element ID '3'\n- 'b'\n\n# content\n\n## Element ID '3'\n- 'a'\n"
+              "- 'b'\n\n# geometry\n\n## Element ID '1'\n- 'x'\n- 'y'\n- 'width'\n- 'height'\n\n"
+              "# screenshot\n\n## Element ID '1'\n");
+}
