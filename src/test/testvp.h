@@ -3,8 +3,8 @@
 #include "morvex_export.h"
 #include "objectmodel/object.h"
 #include "test/testresult.h"
-#include "test/verification/vpresult.h"
 #include "test/verificationoptions.h"
+#include "test/vpresult.h"
 
 #include <QFileInfo>
 #include <QImage>

@@ -60,8 +60,8 @@ bool createTitanVPFile(const QByteArray &dump, const QFileInfo &file, const QStr
 {
     const QString directory = file.absolutePath();
     if (!QDir().mkpath(directory))
-        return failWith(
-            QStringLiteral("Unable to create %1 directory for VP file").arg(directory), error);
+        return failWith(QStringLiteral("Unable to create %1 directory for VP file").arg(directory),
+                        error);
     QFile device(file.filePath());
     if (!device.open(QIODevice::WriteOnly))
         return failWith(QStringLiteral("Failed to open file '%1': %2")

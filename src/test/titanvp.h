@@ -26,7 +26,6 @@ MORVEX_EXPORT bool writeTitanXmlFragment(const QByteArray &dump, QXmlStreamWrite
                                          QString *error);
 
 /// Adds the checks of properties in an element `check` to @p map.
-MORVEX_EXPORT void visualVpVerifyProperties(QDomElement &check,
-                                            TitanPropertyChecksOfElements *map);
+MORVEX_EXPORT void visualVpVerifyProperties(QDomElement &check, TitanPropertyChecksOfElements *map);
 
 } // namespace Morvex

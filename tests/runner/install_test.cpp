@@ -76,7 +76,7 @@ TEST(InstallTest, AnotherProjectBuildsAgainstTheInstalledTreeAndTheRunnerRuns)
              {"-S", dir.filePath("consumer"), "-B", dir.filePath("build"),
               "-DCMAKE_PREFIX_PATH=" + prefix, "-DCMAKE_CXX_COMPILER=" MORVEX_CXX_COMPILER},
              environment);
-    outputOf("cmake", {"--build", dir.filePath("build")}, environment);
+    outputOf("cmake", {"--build", dir.filePath("build"), "--parallel", "2"}, environment);
     EXPECT_EQ(outputOf(dir.filePath("build/consumer"), {}, environment), "works\n");
 
     environment.insert("PKG_CONFIG_PATH", prefix + "/lib/pkgconfig");

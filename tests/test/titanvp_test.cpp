@@ -127,7 +127,8 @@ TEST_F(TitanVPTest, EachKindOfChangeFailsWithItsOwnText)
     } rows[] = {
         {"Content matching error(s) found. ", [](Form &f) { f.name->setText("a b"); }},
         // The cells are in the picture of the part that scrolls.
-        {"Content matching error(s) found. Screenshot comparison error(s) found. ", [](Form &f) { f.table->item(0, 0)->setText("Nuts"); }},
+        {"Content matching error(s) found. Screenshot comparison error(s) found. ",
+         [](Form &f) { f.table->item(0, 0)->setText("Nuts"); }},
         {"Identifying properties matching error(s) found. ",
          [](Form &f) { f.form->setObjectName("form"), f.button->setObjectName("send"); }},
         {"Geometry error(s) found. Screenshot comparison error(s) found. ",
@@ -172,9 +173,8 @@ TEST_F(TitanVPTest, WhereNoSnapshotCanBeStoredTheFailureSaysSo)
     const QString dir = path("suite/tst_a/failedSnapshots/");
     const QString start = failed + QString("Content matching error(s) found. ");
     writeFile(path("suite/tst_a/failedSnapshots"), "");
-    EXPECT_EQ(resultsOf(point),
-              QStringList(start + " Also failed to create directory '" + dir +
-                          "' for the snapshot."));
+    EXPECT_EQ(resultsOf(point), QStringList(start + " Also failed to create directory '" + dir +
+                                            "' for the snapshot."));
     QFile::remove(path("suite/tst_a/failedSnapshots"));
     QDir().mkpath(dir);
     const QString file = dir + "vp.xml_1.xml";
@@ -201,7 +201,8 @@ TEST_F(TitanVPTest, WhatCantBeComparedSaysWhy)
                           "found"));
     other = point;
     other.replace("<execution>", "<run/><execution>");
-    EXPECT_EQ(resultsOf(other), QStringList(QString(failed) + "Failed to read object tree from VP"));
+    EXPECT_EQ(resultsOf(other),
+              QStringList(QString(failed) + "Failed to read object tree from VP"));
     // Another top element has no text of its own.
     EXPECT_EQ(failureOf("<VerificationPoint version='5' type='Visual'><Verification object='form'/>"
                         "</VerificationPoint>"),
@@ -301,7 +302,9 @@ TEST_F(TitanVPTest, SelectionDefaultsSayWhatIsWrong)
         writeFile(file, row.xml);
         QString error;
         EXPECT_EQ(TitanSelectionDefaults().parse(&error), row.error.isEmpty());
-        EXPECT_EQ(error, row.error.isEmpty() ? QString() : row.error.arg(path("") + "/etc/visualselectiondefaults.xml"));
+        EXPECT_EQ(error, row.error.isEmpty()
+                             ? QString()
+                             : row.error.arg(path("") + "/etc/visualselectiondefaults.xml"));
     }
 }
 

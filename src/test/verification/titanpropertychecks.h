@@ -13,7 +13,7 @@ namespace Morvex {
 
 class Class;
 class ClassMapping;
-template<typename ClassPointer, typename Mapping>
+template <typename ClassPointer, typename Mapping>
 class TitanSelectionDefaultsBase;
 
 namespace UIAbstraction {
@@ -25,8 +25,7 @@ class MORVEX_EXPORT TitanPropertyChecks
 {
 public:
     /// @p defaults have been parsed, and outlive this; not owned.
-    explicit TitanPropertyChecks(
-        TitanSelectionDefaultsBase<const Class *, ClassMapping> *defaults);
+    explicit TitanPropertyChecks(TitanSelectionDefaultsBase<const Class *, ClassMapping> *defaults);
 
     /// Adds the checks of a top element and of all below. Pictures are checked when it has one.
     void collectChecks(const UIAbstraction::UIElement *element);

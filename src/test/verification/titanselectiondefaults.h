@@ -29,7 +29,7 @@ private:
 
 /// Reads which properties a new visual verification point checks. Each step is false with a text
 /// in @p error, which may be null, at the first thing that is wrong.
-template<typename ClassPointer, typename Mapping>
+template <typename ClassPointer, typename Mapping>
 class TitanSelectionDefaultsBase
 {
 public:
@@ -80,7 +80,7 @@ private:
         return name;
     }
 
-    template<typename Step>
+    template <typename Step>
     static bool forEachChild(const TiXmlNode &node, const Step &step)
     {
         for (const auto *child = node.FirstChildElement(); child;
@@ -95,7 +95,7 @@ private:
     Mapping m_mapping;
 };
 
-template<typename ClassPointer, typename Mapping>
+template <typename ClassPointer, typename Mapping>
 bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parse(QString *error)
 {
     m_fileName = QString::fromStdString(Environment::getVariable("MORVEX_PREFIX")) +
@@ -119,7 +119,7 @@ bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parse(QString *error)
     return forEachChild(*root, [&](const TiXmlElement &child) { return parseCheck(child, error); });
 }
 
-template<typename ClassPointer, typename Mapping>
+template <typename ClassPointer, typename Mapping>
 bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parseCheck(const TiXmlElement &element,
                                                                    QString *error)
 {
@@ -129,11 +129,11 @@ bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parseCheck(const TiXmlEl
     const QString type = QString::fromUtf8(attribute ? attribute : "");
     if (type != QLatin1String("content"))
         return failStructure(QStringLiteral("unexpected type '%1' for check").arg(type), error);
-    return forEachChild(
-        element, [&](const TiXmlElement &child) { return parseWidgetType(child, error); });
+    return forEachChild(element,
+                        [&](const TiXmlElement &child) { return parseWidgetType(child, error); });
 }
 
-template<typename ClassPointer, typename Mapping>
+template <typename ClassPointer, typename Mapping>
 bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parseWidgetType(const TiXmlElement &element,
                                                                         QString *error)
 {
@@ -148,7 +148,7 @@ bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parseWidgetType(const Ti
     });
 }
 
-template<typename ClassPointer, typename Mapping>
+template <typename ClassPointer, typename Mapping>
 bool TitanSelectionDefaultsBase<ClassPointer, Mapping>::parseProperty(const TiXmlElement &element,
                                                                       ClassPointer type,
                                                                       QString *error)

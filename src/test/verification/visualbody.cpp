@@ -22,7 +22,7 @@ BrowserElement::Id idOf(const QDomElement &element)
     return BrowserElement::Id(element.attribute(QStringLiteral("element-id")));
 }
 
-template<typename Step>
+template <typename Step>
 void forEachChild(const QDomElement &parent, const QString &tag, const Step &step)
 {
     for (QDomElement child = parent.firstChildElement(tag); !child.isNull();
@@ -136,8 +136,8 @@ bool VisualBody::read(const QDomElement &verification)
 
 bool VisualBody::compare(BrowserElement *live, QMap<BrowserElement::Id, TitanCompare> *result)
 {
-    return titanCompare(&stored, live, identifying, content, geometry, screenshots,
-                        subtreeExcluded, result);
+    return titanCompare(&stored, live, identifying, content, geometry, screenshots, subtreeExcluded,
+                        result);
 }
 
 } // namespace Morvex

@@ -58,8 +58,8 @@ bool TestVP::performTitanVerification(QDomElement &element, VPResultLogger *logg
                                       RunnerInterface *runner, bool expectFail) const
 {
     const QString objectName = element.attribute(QStringLiteral("object"));
-    const QString failed = QStringLiteral("%1: Visual comparison of object '%2' failed")
-                               .arg(m_name, objectName);
+    const QString failed =
+        QStringLiteral("%1: Visual comparison of object '%2' failed").arg(m_name, objectName);
     const auto log = [&](TestResult::ResultType type, const QString &message,
                          const QString &details) {
         addResult(logger, type, message, details, TestResult::VISUAL_VP);
@@ -92,7 +92,8 @@ bool TestVP::performTitanVerification(QDomElement &element, VPResultLogger *logg
     log(verificationType(false, expectFail), failed, failureDetails(result));
     // Once the result counts: a check that is retried fails many times.
     if (!live.children().isEmpty())
-        logger->deferDetails([runner, file = m_file, xml] { return storeSnapshot(runner, file, xml); });
+        logger->deferDetails(
+            [runner, file = m_file, xml] { return storeSnapshot(runner, file, xml); });
     return expectFail;
 }
 
