@@ -103,7 +103,7 @@ QString setRandom(RunnerOptions &options, const QString &value)
     bool isNumber = false;
     options.randomSeed = value.toUInt(&isNumber);
     return isNumber ? QString()
-                    : QStringLiteral("'%1' is not a number below 2 to the 32").arg(value);
+                    : QStringLiteral("'%1' is not a number from 0 to 4294967295").arg(value);
 }
 
 QString addEnvVar(RunnerOptions &options, const QString &value)
@@ -138,7 +138,7 @@ const std::vector<Option> &optionTable()
          number(&O::retryCount, "a number of retries")},
         {"--timeout", "SECONDS", "end a test case that runs longer; 0 for no limit", Section::Run,
          Takes::Value, number(&O::timeoutSeconds, "a number of seconds")},
-        {"--stop-on-fail", "", "run nothing behind the first failure", Section::Run, Takes::Nothing,
+        {"--stop-on-fail", "", "stop after the first failure", Section::Run, Takes::Nothing,
          flag(&O::stopOnFail)},
         {"--rerun-failed", "", "run just the test cases that failed in the last run", Section::Run,
          Takes::Nothing, flag(&O::rerunFailed)},
@@ -163,6 +163,9 @@ const std::vector<Option> &optionTable()
         {"--repair-report", "DIRECTORY",
          "close a web report (html) that a killed run has left open", Section::Information,
          Takes::Value, setReportToRepair},
+        {"--migrate-names", "",
+         "add the names of the suite's object map (OBJECTMAP) to its names.js",
+         Section::Information, Takes::Nothing, action(O::Action::MigrateNames)},
         {"--help", "", "print this text", Section::Information, Takes::Nothing,
          action(O::Action::Help)},
         {"--version", "", "print the version", Section::Information, Takes::Nothing,
@@ -228,12 +231,11 @@ private:
     void takePositional(const QString &argument)
     {
         if (argument.isEmpty())
-            m_result.error = QStringLiteral("the suite directory is an empty text");
+            m_result.error = QStringLiteral("the suite directory must not be empty");
         else if (m_result.options.suiteDirectory.isEmpty())
             m_result.options.suiteDirectory = argument;
         else
-            m_result.error = QStringLiteral("one suite directory is enough, but there is '%1' too")
-                                 .arg(argument);
+            m_result.error = QStringLiteral("more than one suite directory: '%1'").arg(argument);
     }
 
     void takeOption(const QString &argument)

@@ -19,7 +19,7 @@ public:
     QStringList read() const;
 
     /// Replaces the record as a whole. An error text, empty on success.
-    QString write(const QStringList &testCases) const;
+    [[nodiscard]] QString write(const QStringList &testCases) const;
 
 private:
     QString m_suitePath;

@@ -1,5 +1,6 @@
 #include "runner/commandline.h"
 #include "runner/messages.h"
+#include "runner/migratenames.h"
 #include "runner/processsetup.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
@@ -16,7 +17,6 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 using namespace Morvex;
 
@@ -29,15 +29,6 @@ void setPrefix()
                 QFile::encodeName(QDir::cleanPath(QCoreApplication::applicationDirPath() +
                                                   QStringLiteral("/.."))));
     makeVariableAbsolute("MORVEX_PREFIX");
-}
-
-// Only a test case has use for windows, and their start costs time.
-std::unique_ptr<QCoreApplication> makeApplication(int &argc, char **argv,
-                                                  const RunnerOptions &options)
-{
-    const bool isTestCase = options.suiteDirectory.isEmpty() && !options.testCases.isEmpty();
-    return isTestCase ? makeWindowApplication(argc, argv)
-                      : std::make_unique<QCoreApplication>(argc, argv);
 }
 
 void setVariables(const RunnerOptions &options)
@@ -73,6 +64,8 @@ int run(const RunnerOptions &options)
         return ExitPassed;
     case RunnerOptions::Action::RepairReport:
         return repairReport(options.reportToRepair);
+    case RunnerOptions::Action::MigrateNames:
+        return migrateNames(options);
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:
         break;
@@ -105,7 +98,7 @@ int main(int argc, char **argv)
     commandLine.options.commandLine = arguments;
     // The toolkit has options of its own, which are none of the runner.
     argc = 1;
-    const auto application = makeApplication(argc, argv, commandLine.options);
+    const ApplicationObject application(argc, argv);
     // The names of temporary directories are made of it.
     std::srand(QRandomGenerator::global()->generate());
     setPrefix();

@@ -10,6 +10,8 @@ enum ExitStatus { ExitPassed = 0, ExitFailed = 1, ExitUnusable = 2, ExitInterrup
 
 /// A line of the runner on standard error; standard output belongs to the report.
 void printMessage(const QString &text);
+
+/// The same without the name of the program before it, for what the user may want to copy.
 void printLine(const QString &text);
 
 /// What to add to the message about a suite directory or test case that is missing, when an option

@@ -2,6 +2,7 @@
 
 #include "runner/messages.h"
 #include "runner/scriptengine.h"
+#include "runner/windowsystem.h"
 #include "shared/clock.h"
 #include "test/testresult.h"
 
@@ -85,9 +86,15 @@ ProcessEndWatch::ProcessEndWatch(TestResult *result, const ScriptEngine &engine)
     std::at_quick_exit(handleExit);
     if (watched.wakeUp < 0)
         return;
+    listen();
+    setWindowSystemCallback([this] { listen(); });
+    std::signal(SIGTERM, handleTermination);
+}
+
+void ProcessEndWatch::listen()
+{
     m_notifier = std::make_unique<QSocketNotifier>(watched.wakeUp, QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, terminate);
-    std::signal(SIGTERM, handleTermination);
 }
 
 ProcessEndWatch::~ProcessEndWatch()
@@ -96,6 +103,7 @@ ProcessEndWatch::~ProcessEndWatch()
     if (!m_notifier)
         return;
     std::signal(SIGTERM, SIG_DFL);
+    setWindowSystemCallback(nullptr);
     m_notifier.reset();
     ::close(watched.wakeUp);
 }

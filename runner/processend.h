@@ -9,11 +9,11 @@ namespace Morvex {
 class ScriptEngine;
 class TestResult;
 
-/// As long as it lives, the log tells of an end of this process that is not that of the test case,
-/// with the place in the script. A call of exit is a FATAL and gives the status ExitUnusable, a
-/// call of _exit can't be noticed; a SIGTERM that comes while a call of the script turns the event
-/// loop is a WARNING. The result has no report generator then. One object at a
-/// time, on the main thread; nothing is owned.
+/// As long as it lives, the log reports an end of this process that is not that of the test
+/// case, with the place in the script. A call of exit is a FATAL and gives the status ExitUnusable,
+/// a call of _exit can't be noticed; a SIGTERM that comes while a call of the script turns the
+/// event loop is a WARNING. The result has no report generator then. One object at a time, on the
+/// main thread; nothing is owned.
 class ProcessEndWatch
 {
 public:
@@ -24,6 +24,8 @@ public:
     ProcessEndWatch &operator=(const ProcessEndWatch &) = delete;
 
 private:
+    void listen();
+
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 

@@ -7,7 +7,7 @@
 namespace Morvex {
 namespace {
 
-// Counts the steps of promises, which come as events. What else is pending tells nothing: an
+// Counts the steps of promises, which come as events. What else is pending says nothing: an
 // application with windows may always have something.
 class StepCounter : public QObject
 {

@@ -10,7 +10,7 @@ namespace Morvex {
 /// What the command line asks for.
 struct RunnerOptions
 {
-    enum class Action { Run, List, RepairReport, Help, Version };
+    enum class Action { Run, List, RepairReport, MigrateNames, Help, Version };
 
     Action action = Action::Run;
     /// The program and all of its arguments as they were given.

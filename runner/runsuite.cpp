@@ -167,9 +167,9 @@ QString SuiteRunner::chooseFailedTestCases()
     QStringList chosen;
     for (const QString &name : record.read()) {
         if (!known.contains(name))
-            printMessage(QStringLiteral("the failed test case '%1' does not exist any more, left "
-                                        "out")
-                             .arg(name));
+            printMessage(
+                QStringLiteral("the failed test case '%1' no longer exists and is left out")
+                    .arg(name));
         else if (m_testCases.isEmpty() || m_testCases.contains(name))
             chosen += name;
     }
@@ -227,7 +227,7 @@ int SuiteRunner::execute()
     return finish(runTestCases(generator.release(), resultDir));
 }
 
-// Owns the generator, so that all reports are closed behind it. False when the log has no end.
+// Owns the generator, so that all reports are closed after it. False when the log has no end.
 bool SuiteRunner::runTestCases(TestReportGenerator *generator, const QString &resultDir)
 {
     TestResult result(generator);
@@ -247,7 +247,7 @@ int SuiteRunner::finish(bool isLogComplete)
     if (isCancelled)
         return ExitInterrupted;
     if (!isLogComplete) {
-        printMessage(QStringLiteral("the run ended before its log did, see above"));
+        printMessage(QStringLiteral("the run was aborted, see above"));
         return ExitUnusable;
     }
     return m_outcome.hasFailure() || hasIncompleteReport() ? ExitFailed : ExitPassed;
@@ -275,13 +275,15 @@ void SuiteRunner::printOutcome() const
     const QStringList failed = m_outcome.failedTestCases();
     const QStringList flaky = m_outcome.flakyTestCases();
     for (const QString &name : failed)
-        printLine(QLatin1String("failed: ") + name);
+        printMessage(QLatin1String("failed: ") + name);
     for (const QString &name : flaky)
-        printLine(QLatin1String("passed when retried: ") + name);
+        printMessage(QLatin1String("passed when retried: ") + name);
     printSlowest();
-    QString counts = QStringLiteral("%1 test cases, %2 failed")
-                         .arg(m_outcome.testCaseCount())
-                         .arg(failed.size());
+    QString counts =
+        QStringLiteral("%1 %2, %3 failed")
+            .arg(m_outcome.testCaseCount())
+            .arg(QLatin1String(m_outcome.testCaseCount() == 1 ? "test case" : "test cases"))
+            .arg(failed.size());
     if (!flaky.isEmpty())
         counts += QStringLiteral(", %1 passed when retried").arg(flaky.size());
     if (m_outcome.skippedCount() > 0)
@@ -292,7 +294,7 @@ void SuiteRunner::printOutcome() const
     if (m_outcome.testCaseCount() == 0)
         printMessage(QStringLiteral("warning: no test case was run"));
     if (!failed.isEmpty())
-        printLine(QLatin1String("run just the failed ones again: ") + rerunCommand());
+        printMessage(QLatin1String("run just the failed ones again: ") + rerunCommand());
 }
 
 // The same command line with --rerun-failed, so that the test cases run as they did.
@@ -316,7 +318,7 @@ void SuiteRunner::printSlowest() const
                          .arg(static_cast<double>(slow.milliseconds) / 1000, 0, 'f', 1);
     }
     if (!shown.isEmpty())
-        printLine(QLatin1String("slowest: ") + shown.join(QLatin1String(", ")));
+        printMessage(QLatin1String("slowest: ") + shown.join(QLatin1String(", ")));
 }
 
 void SuiteRunner::printTimed(const QString &counts) const

@@ -48,7 +48,7 @@ QString problem(const RunnerOptions &options)
     return setEnvironment(options);
 }
 
-// Owns the generator, so that the report is closed behind it. False when entries got lost.
+// Owns the generator, so that the report is closed after it. False when entries got lost.
 bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
                const QString &resultDir, RunOutcome *outcome)
 {

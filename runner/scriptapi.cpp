@@ -2,6 +2,8 @@
 
 #include "qtbackend/turneventloop.h"
 #include "runner/attachmentpath.h"
+#include "runner/namesfile.h"
+#include "runner/resources.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptfile.h"
 #include "shared/clock.h"
@@ -16,12 +18,6 @@
 
 #include <cstdlib>
 #include <limits>
-
-// Outside of all namespaces, as the macro wants it.
-static void initializeResources()
-{
-    Q_INIT_RESOURCE(scriptapi);
-}
 
 namespace Morvex {
 namespace {
@@ -46,19 +42,22 @@ void ScriptApi::install(QObject *application, QObject *verification)
     // The script that runs can't be included by itself.
     m_including.append(
         QFileInfo(m_context.testCaseDir + QLatin1String("/script.js")).canonicalFilePath());
-    initializeResources();
-    QFile file(QStringLiteral(":/morvexrunner/scriptapi.js"));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("The script API is missing in this executable");
     QJSEngine &engine = m_engine->engine();
     for (QObject *object : {static_cast<QObject *>(this), application, verification})
         QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
-    QJSValue installer = m_engine->runInternal(QString::fromUtf8(file.readAll()));
+    m_nameFunctions = installNameFunctions(m_engine);
+    QJSValue installer = m_engine->runInternal(resourceText(QStringLiteral("scriptapi.js")));
     const QJSValue outcome =
         installer.call({engine.newQObject(this), engine.newQObject(application),
-                        engine.newQObject(verification), engine.globalObject()});
+                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions});
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
+}
+
+NamesFileError ScriptApi::defineNames()
+{
+    return runNamesFile(m_engine, m_nameFunctions,
+                        QDir(m_context.suiteDir).filePath(namesFileName()), nullptr);
 }
 
 void ScriptApi::log(const QString &type, const QString &message, const QString &details)

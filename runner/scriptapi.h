@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runner/namesfile.h"
 #include "runner/scriptengine.h"
 
 #include <QJSValue>
@@ -38,6 +39,9 @@ public:
     /// @p application and @p verification are what their calls go to; not owned.
     void install(QObject *application, QObject *verification);
 
+    /// Defines the global "names" by the names file of the suite. To be called after install.
+    NamesFileError defineNames();
+
     Q_INVOKABLE void log(const QString &type, const QString &message, const QString &details);
     Q_INVOKABLE void check(bool passed, const QString &message, const QString &details,
                            bool expectFail);
@@ -65,6 +69,7 @@ private:
 
     ScriptEngine *m_engine;
     Context m_context;
+    QJSValue m_nameFunctions;
     QStringList m_including;
 };
 

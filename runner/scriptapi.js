@@ -1,5 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-(function (native, application, verification, global) {
+(function (native, application, verification, global, nameFunctions) {
     "use strict";
 
     function text(value) {
@@ -192,6 +192,22 @@
         }
     };
 
+    function replacePromise(value) {
+        Object.defineProperty(global, "Promise", {value: value, writable: true, configurable: true});
+    }
+
+    // What follows from promises comes as events.
+    var promise = global.Promise;
+    Object.defineProperty(global, "Promise", {
+        get: function () {
+            application.prepare();
+            replacePromise(promise);
+            return promise;
+        },
+        set: replacePromise,
+        configurable: true
+    });
+
     global.application = {
         start: function () {
             var command = Array.prototype.map.call(arguments, text);
@@ -238,8 +254,69 @@
         }
     };
 
+    // A part of an object that is no object of its own.
+    function Item(owner, selector, timeout) {
+        this.name = owner.name + " item " + show(selector.length === 1 ? selector[0] : selector);
+        Object.defineProperty(this, "source", {value: owner.source});
+        Object.defineProperty(this, "selector", {value: selector});
+        Object.defineProperty(this, "timeout", {value: timeout});
+    }
+
+    ["click", "doubleClick", "activate", "expand", "collapse", "toggle"].forEach(function (action) {
+        Item.prototype[action] = function () {
+            if (arguments.length !== 0)
+                throw new TypeError(action + " of an item takes nothing");
+            this.source.useItem(action, this.selector, this.timeout);
+        };
+    });
+
+    Item.prototype.text = function () {
+        return this.source.itemText(this.selector, this.timeout);
+    };
+    Item.prototype.exists = function () {
+        return this.source.exists() && this.source.hasItem(this.selector);
+    };
+    Item.prototype.toString = Item.prototype.toJSON = function () {
+        return this.name;
+    };
+
+    FoundObject.prototype.item = function (textOrRow, columnOrTimeout, timeout) {
+        if (isInt32(textOrRow)) {
+            if (!isInt32(columnOrTimeout))
+                throw new TypeError("item takes a text, or the whole numbers row and column");
+            return new Item(this, [textOrRow, columnOrTimeout], milliseconds(timeout, 10000));
+        }
+        return new Item(this, [name(textOrRow, "an item")], milliseconds(columnOrTimeout, 10000));
+    };
+
+    // The context of the one application that a test case has.
+    var context = Object.freeze({toString: function () {
+        return "the application";
+    }});
+
+    function runningContext(wait) {
+        if (!application.waitUntilRunning(wait))
+            throw new Error("no application is running");
+        return context;
+    }
+
+    global.currentApplicationContext = function () {
+        return runningContext(0);
+    };
+
+    global.setApplicationContext = function (wanted) {
+        if (wanted !== context)
+            throw new TypeError("setApplicationContext takes what currentApplicationContext or "
+                                + "waitForApplicationLaunch gave");
+        runningContext(0);
+    };
+
+    global.waitForApplicationLaunch = function (timeout) {
+        return runningContext(milliseconds(timeout, 20000));
+    };
+
     global.find = function (objectName, timeout) {
-        var wanted = name(objectName, "an object");
+        var wanted = nameFunctions.nameText(objectName);
         return new FoundObject(wanted, application.find(wanted, milliseconds(timeout, 10000)));
     };
 

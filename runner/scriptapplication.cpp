@@ -2,17 +2,25 @@
 
 #include "qtbackend/applicationplugin.h"
 #include "qtbackend/qtinspector.h"
+#include "qtbackend/turneventloop.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
+#include "runner/windowsystem.h"
 #include "shared/environment.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
 #include <QPluginLoader>
 
 namespace Morvex {
+namespace {
+
+const int waitStepMs = 20;
+
+} // namespace
 
 ScriptApplication::ScriptApplication(const QStringList &searchDirs)
     : m_searchDirs(searchDirs)
@@ -43,12 +51,13 @@ QString ScriptApplication::start(const QStringList &command)
     if (command.isEmpty())
         return QStringLiteral("no application was named");
     if (m_running)
-        return QStringLiteral("an application is running already");
+        return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
     const QString path = pluginPath(name);
     if (path.isEmpty())
         return QStringLiteral("there is no application '%1' in %2")
             .arg(name, m_searchDirs.join(QLatin1String(", ")));
+    prepare();
     // Never unloaded: the object model keeps descriptions of the application's classes.
     QPluginLoader loader(path);
     auto *plugin = qobject_cast<ApplicationPlugin *>(loader.instance());
@@ -66,6 +75,11 @@ QString ScriptApplication::start(const QStringList &command)
     return error;
 }
 
+void ScriptApplication::prepare()
+{
+    startWindowSystem();
+}
+
 void ScriptApplication::stop()
 {
     if (!m_running)
@@ -73,6 +87,15 @@ void ScriptApplication::stop()
     m_running->stop();
     m_running = nullptr;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool ScriptApplication::waitUntilRunning(int timeout)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!m_running && timer.elapsed() < timeout)
+        turnEventLoop(waitStepMs);
+    return m_running;
 }
 
 QObject *ScriptApplication::find(const QString &name, int timeout)
@@ -84,7 +107,7 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
 
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
 {
-    QString reason = obstacle();
+    QString reason = whyNotFindable();
     const SharedPtr<Object> found =
         reason.isEmpty() ? m_inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
     if (!found && m_running && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
@@ -95,7 +118,7 @@ SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QS
 }
 
 // Why nothing can be found; empty while an application runs.
-QString ScriptApplication::obstacle() const
+QString ScriptApplication::whyNotFindable() const
 {
     if (m_running)
         return {};

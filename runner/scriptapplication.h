@@ -15,7 +15,7 @@ class ApplicationPlugin;
 class QtInspector;
 
 /// The application under test of a test case, started inside this process. It is stopped at the
-/// end of this object's life. Needs a QApplication.
+/// end of this object's life.
 class ScriptApplication : public QObject
 {
     Q_OBJECT
@@ -37,6 +37,11 @@ public:
     /// Returns an error text, empty on success.
     Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
+    /// Makes a start possible from within the handling of an event, too.
+    Q_INVOKABLE void prepare();
+
+    /// Whether an application is running, at the latest after a time in milliseconds.
+    Q_INVOKABLE bool waitUntilRunning(int timeout);
 
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
     /// never null.
@@ -44,7 +49,7 @@ public:
 
 private:
     QString pluginPath(const QString &name) const;
-    QString obstacle() const;
+    QString whyNotFindable() const;
 
     QStringList m_searchDirs;
     ObjectMap m_objectMap;

@@ -10,8 +10,9 @@
 
 namespace Morvex {
 
-/// Runs JavaScript and knows where it is. The engine of Qt tells the place of a thrown value only
-/// when it is an Error, and that of a running call not at all; so this class reaches behind it.
+/// Runs JavaScript and knows where it is. The engine of Qt gives the place of a thrown value only
+/// when it is an Error, and that of a running call not at all; so this class uses its private
+/// parts.
 class ScriptEngine
 {
 public:

@@ -6,11 +6,14 @@
 #include "qtbackend/turneventloop.h"
 #include "qtbackend/wholenumber.h"
 
+#include <QElapsedTimer>
 #include <QJSEngine>
 #include <QMetaType>
 
 namespace Morvex {
 namespace {
+
+const int waitStepMs = 20;
 
 // What a script can handle as it is; the rest it gets as text.
 QVariant scriptValue(const Object &object)
@@ -100,14 +103,42 @@ void ScriptObject::type(const QString &text)
     call(QStringLiteral("typeText"), {text});
 }
 
-void ScriptObject::call(const QString &function, const QVariantList &arguments)
+void ScriptObject::useItem(const QString &action, const QVariantList &selector, int timeout)
+{
+    waitForItem(selector, timeout);
+    call(QStringLiteral("useItem"), QVariantList{action} + selector);
+}
+
+QString ScriptObject::itemText(const QVariantList &selector, int timeout)
+{
+    waitForItem(selector, timeout);
+    return call(QStringLiteral("itemText"), selector).toString();
+}
+
+bool ScriptObject::hasItem(const QVariantList &selector)
+{
+    return call(QStringLiteral("hasItem"), selector).toBool();
+}
+
+// What comes after it says what is missing.
+void ScriptObject::waitForItem(const QVariantList &selector, int timeout)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (exists() && !hasItem(selector) && timer.elapsed() < timeout)
+        turnEventLoop(waitStepMs);
+}
+
+QVariant ScriptObject::call(const QString &function, const QVariantList &arguments)
 {
     if (!walk({}))
-        return;
+        return {};
     QString error;
-    Inspector::self()->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
+    const QVariant answer =
+        Inspector::self()->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
     if (!error.isEmpty())
         fail(error);
+    return answer;
 }
 
 bool ScriptObject::exists() const

@@ -25,9 +25,16 @@ public:
     Q_INVOKABLE void type(const QString &text);
     Q_INVOKABLE bool exists() const;
 
+    /// An item of the object; @p selector is a text, or a row and a column. The first waits for it
+    /// up to a time in milliseconds.
+    Q_INVOKABLE void useItem(const QString &action, const QVariantList &selector, int timeout);
+    Q_INVOKABLE QString itemText(const QVariantList &selector, int timeout);
+    Q_INVOKABLE bool hasItem(const QVariantList &selector);
+
 private:
     SharedPtr<Object> walk(const QStringList &steps);
-    void call(const QString &function, const QVariantList &arguments);
+    QVariant call(const QString &function, const QVariantList &arguments);
+    void waitForItem(const QVariantList &selector, int timeout);
     void fail(const QString &what);
 
     QString m_name;

@@ -131,8 +131,8 @@ void UiCoverage::print() const
     }
     const QList<const BrowserElement *> windows = leastCoveredFirst(root);
     for (const BrowserElement *window : windows) {
-        printLine(QStringLiteral("UI coverage of %1: %2")
-                      .arg(window->displayName(), percentageOf(*window)));
+        printMessage(QStringLiteral("UI coverage of %1: %2")
+                         .arg(window->displayName(), percentageOf(*window)));
     }
     printMessage(QStringLiteral("UI coverage: ") + percentageOf(root));
 }

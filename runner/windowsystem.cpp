@@ -4,10 +4,16 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace Morvex {
 namespace {
 
+// Left alone by a call of exit, as one on the stack would be.
+QCoreApplication *application = nullptr;
+int *argumentCount = nullptr;
+char **arguments = nullptr;
+std::function<void()> windowSystemCallback;
 QtMessageHandler previousHandler = nullptr;
 
 // What the toolkit says about a machine without a desktop in each test case, and no tester can
@@ -50,14 +56,36 @@ void setPlatform()
 
 } // namespace
 
-std::unique_ptr<QCoreApplication> makeWindowApplication(int &argc, char **argv)
+ApplicationObject::ApplicationObject(int &argc, char **argv)
 {
+    argumentCount = &argc;
+    arguments = argv;
+    application = new QCoreApplication(argc, argv);
+}
+
+ApplicationObject::~ApplicationObject()
+{
+    delete application;
+    application = nullptr;
+}
+
+void startWindowSystem()
+{
+    if (qobject_cast<QApplication *>(application))
+        return;
     setPlatform();
     previousHandler = qInstallMessageHandler(handleMessage);
-    auto application = std::make_unique<QApplication>(argc, argv);
+    delete application;
+    application = new QApplication(*argumentCount, arguments);
     // The end of the application under test is not that of the script.
     QApplication::setQuitOnLastWindowClosed(false);
-    return application;
+    if (windowSystemCallback)
+        windowSystemCallback();
+}
+
+void setWindowSystemCallback(std::function<void()> callback)
+{
+    windowSystemCallback = std::move(callback);
 }
 
 } // namespace Morvex

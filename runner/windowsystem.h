@@ -1,13 +1,29 @@
 #pragma once
 
-#include <QCoreApplication>
-
-#include <memory>
+#include <functional>
 
 namespace Morvex {
 
-/// The application object of a process that has windows: those of the application under test.
-/// Where there is no display, or none that answers, they are drawn into memory.
-std::unique_ptr<QCoreApplication> makeWindowApplication(int &argc, char **argv);
+/// Owns the application object of the process, which has no windows at first: most test cases have
+/// no use for them, and their start takes longer than all the rest. One object a process; the
+/// arguments have to outlive it.
+class ApplicationObject
+{
+public:
+    ApplicationObject(int &argc, char **argv);
+    ~ApplicationObject();
+
+    ApplicationObject(const ApplicationObject &) = delete;
+    ApplicationObject &operator=(const ApplicationObject &) = delete;
+};
+
+/// Replaces the application object by one that has windows, those of the application under test;
+/// does nothing when there is one. Where there is no display, or none that answers, they are drawn
+/// into memory. Not to be called while an event is handled: pending ones are dropped, and socket
+/// notifiers made before are dead.
+void startWindowSystem();
+
+/// Calls @p callback after each replacement, to make again what was lost by it; null for none.
+void setWindowSystemCallback(std::function<void()> callback);
 
 } // namespace Morvex

@@ -60,14 +60,14 @@ public:
     QString itemText() const { return m_itemText; }
     void setItemText(const QString &text) { m_itemText = text; }
 
-    /// The order in which events happened. It is a number of its own since a time of day starts
-    /// anew at midnight.
+    /// The order in which events happened, before their times: a time of day starts again at
+    /// midnight.
     quint64 sequence() const { return m_sequence; }
     void setSequence(quint64 sequence) { m_sequence = sequence; }
 
     friend bool operator<(const EventData &a, const EventData &b)
     {
-        return a.m_sequence < b.m_sequence;
+        return a.m_sequence != b.m_sequence ? a.m_sequence < b.m_sequence : a.m_time < b.m_time;
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "qtbackend/elementdump.h"
 #include "qtbackend/elementfilter.h"
+#include "qtbackend/items.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/usagecounter.h"
@@ -110,6 +111,27 @@ QVariant type(QtModel &model, const QVariantList &arguments, QString *error)
     return object ? done(typeText(object, arguments.value(1).toString()), error) : QVariant();
 }
 
+// Arguments: id, action, and the selector.
+QVariant useItemOf(QtModel &model, const QVariantList &arguments, QString *error)
+{
+    QObject *object = firstObject(model, arguments, error);
+    return object ? done(useItem(object, arguments.value(1).toString(), arguments.mid(2)), error)
+                  : QVariant();
+}
+
+// Arguments: id and the selector.
+QVariant hasItemOf(QtModel &model, const QVariantList &arguments, QString *error)
+{
+    QObject *object = firstObject(model, arguments, error);
+    return object ? QVariant(hasItem(object, arguments.mid(1))) : QVariant();
+}
+
+QVariant textOfItem(QtModel &model, const QVariantList &arguments, QString *error)
+{
+    QObject *object = firstObject(model, arguments, error);
+    return object ? QVariant(itemText(object, arguments.mid(1), error)) : QVariant();
+}
+
 const struct
 {
     const char *name;
@@ -123,6 +145,9 @@ const struct
     {"dumpUsage", dumpUsage},
     {"clickObject", click},
     {"typeText", type},
+    {"useItem", useItemOf},
+    {"hasItem", hasItemOf},
+    {"itemText", textOfItem},
 };
 
 } // namespace

@@ -121,15 +121,22 @@ void activateWindowOf(QWidget *widget)
     turnEventLoop(0);
 }
 
-void pressAndRelease(const QPointer<QWidget> &target, const QPoint &place)
+void pressAndRelease(const QPointer<QWidget> &target, const QPoint &place, QEvent::Type press)
+{
+    if (target)
+        sendMouse(target, press, place, Qt::LeftButton);
+    if (target)
+        sendMouse(target, QEvent::MouseButtonRelease, place, Qt::NoButton);
+}
+
+void clickWidget(const QPointer<QWidget> &target, const QPoint &place, ClickKind kind)
 {
     activateWindowOf(target);
     if (target)
         giveFocusByClick(target);
-    if (target)
-        sendMouse(target, QEvent::MouseButtonPress, place, Qt::LeftButton);
-    if (target)
-        sendMouse(target, QEvent::MouseButtonRelease, place, Qt::NoButton);
+    pressAndRelease(target, place, QEvent::MouseButtonPress);
+    if (kind == ClickKind::Double)
+        pressAndRelease(target, place, QEvent::MouseButtonDblClick);
     turnEventLoop(0);
 }
 
@@ -182,7 +189,7 @@ void pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
 
 } // namespace
 
-QString clickObject(QObject *object, const std::optional<QPoint> &place)
+QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKind kind)
 {
     if (auto *action = qobject_cast<QAction *>(object))
         return triggerAction(action);
@@ -201,7 +208,7 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place)
     if (!obstacle.isEmpty())
         return QStringLiteral("%1: %2").arg(realNameOf(target), obstacle);
     if (target)
-        pressAndRelease(target, target->mapFromGlobal(widget->mapToGlobal(where)));
+        clickWidget(target, target->mapFromGlobal(widget->mapToGlobal(where)), kind);
     return error;
 }
 

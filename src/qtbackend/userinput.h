@@ -12,10 +12,13 @@ namespace Morvex {
 /// What a user does to an object. Each returns an error text, empty on success: what is hidden,
 /// disabled, covered or behind a modal dialog or an open popup can't be used.
 
+enum class ClickKind { Single, Double };
+
 /// Presses and releases the left mouse button at @p place in the widget, in a scroll area in what
 /// it shows; without a place where the widget reacts, mostly in its middle. Reaches the widget
 /// inside that lies there. Triggers an action.
-QString clickObject(QObject *object, const std::optional<QPoint> &place);
+QString clickObject(QObject *object, const std::optional<QPoint> &place,
+                    ClickKind kind = ClickKind::Single);
 
 /// Types a text with the keyboard, beginning in the widget: keys go where the focus is. "<Return>",
 /// "<Ctrl+A>" and the like are keys; "<<" is "<".

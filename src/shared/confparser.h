@@ -18,12 +18,12 @@ public:
 
     const QMap<QString, QStringList> &entries() const { return m_entries; }
 
-    /// The first error, which ended the parse; empty when there was none. The entries in front of
+    /// The first error, which ended the parse; empty when there was none. The entries before
     /// the error are kept.
     const QString &error() const { return m_error; }
 
     /// Cuts @p text into arguments at blanks. Double quotes protect blanks and are dropped, and a
-    /// backslash in front of a blank keeps it in the argument.
+    /// backslash before a blank keeps it in the argument.
     static QStringList splitArgs(const QString &text);
 
 private:
@@ -43,7 +43,7 @@ private:
 
 /// The entries of a configuration file under an optional settings group, whose entries have keys
 /// of the form "group/KEY". With a group active only the group's keys count; nothing falls back to
-/// the plain ones. The "global" operations take keys as they stand.
+/// the plain ones. The "global" operations take keys as they are.
 class MORVEX_EXPORT Config
 {
 public:

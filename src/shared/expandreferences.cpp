@@ -11,7 +11,7 @@ const int maxNameLength = 4096;
 
 using Lookup = std::function<QString(const QString &)>;
 
-// What is behind the walk is in m_done and is not looked at again; what is ahead of it,
+// What the walk has passed is in m_done and is not looked at again; what is ahead of it,
 // replacements included, is m_rest from m_position on.
 class Expansion
 {
@@ -91,7 +91,7 @@ private:
         return m_bracket;
     }
 
-    // Overwrites what the walk has left behind. Where that is too short it makes room for many
+    // Overwrites what the walk has passed. Where that is too short it makes room for many
     // replacements, so that the rest is not moved for each one.
     void putBeforeRest(const QString &replacement)
     {

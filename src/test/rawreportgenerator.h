@@ -23,7 +23,7 @@ public:
 
     void generateSummary() override;
 
-    /// Whether an entry could not be sent: the parent's log lacks it and all behind it.
+    /// Whether an entry could not be sent: the parent's log lacks it and all after it.
     bool hasLostEntries() const { return m_hasLostEntries; }
 
     /// A device of type RawStreamOutput.

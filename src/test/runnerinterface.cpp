@@ -2,8 +2,6 @@
 
 namespace Morvex {
 
-ApplicationContext::~ApplicationContext() = default;
-
 RunnerInterface::~RunnerInterface() = default;
 
 } // namespace Morvex

@@ -42,7 +42,7 @@ public:
     /// The current directory when the test case was made from a name.
     QDir testCaseDirectory() const;
 
-    /// Ends the log behind the test when @p complete is set.
+    /// Ends the log after the test when @p complete is set.
     void run(bool complete);
 
 protected:

@@ -11,8 +11,9 @@ namespace Morvex {
 /// Reads the metadata (config.xml) of a suite or a test case. Returns an error text, empty on
 /// success. The outputs are replaced on success and left alone otherwise, and when the file does
 /// not exist, which is no error. @p settings and @p passwords may be null.
-MORVEX_EXPORT QString tryReadTestConfig(const QString &path, QString *summary, QString *description,
-                                        QStringList *tags, QMap<QString, QString> *settings,
-                                        QMap<QString, QString> *passwords);
+[[nodiscard]] MORVEX_EXPORT QString tryReadTestConfig(const QString &path, QString *summary,
+                                                      QString *description, QStringList *tags,
+                                                      QMap<QString, QString> *settings,
+                                                      QMap<QString, QString> *passwords);
 
 } // namespace Morvex

@@ -22,7 +22,7 @@ public:
 
 using FilterList = std::vector<std::unique_ptr<FilterInterface>>;
 
-/// All children agree, or there are none. Asks no further behind the first that does not.
+/// All children agree, or there are none. Asks none after the first that does not.
 class MORVEX_EXPORT AllFilter : public FilterInterface
 {
 public:
@@ -33,7 +33,7 @@ private:
     FilterList m_filters;
 };
 
-/// At least one child agrees. Asks no further behind the first that does.
+/// At least one child agrees. Asks none after the first that does.
 class MORVEX_EXPORT AnyFilter : public FilterInterface
 {
 public:
@@ -89,7 +89,7 @@ MORVEX_EXPORT const QStringList &reservedTags();
 
 /// A filter that demands each of @p tagArguments, a list of alternatives with "," between them
 /// ("smoke,~slow"), and one of @p scenarioIndices when there are any. The caller owns the result;
-/// it is null when an argument is bad, and @p error tells why.
+/// it is null when an argument is bad, and @p error says why.
 MORVEX_EXPORT FilterInterface *allFilterByArgs(const QStringList &tagArguments,
                                                const std::vector<unsigned int> &scenarioIndices,
                                                QString *error);

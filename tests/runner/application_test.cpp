@@ -58,6 +58,13 @@ TEST_F(ApplicationTest, ScriptsUseAnApplication)
             "PASS Verification|The condition holds."}));
 }
 
+TEST_F(ApplicationTest, AnApplicationMayBeStartedFromAPromise)
+{
+    EXPECT_EQ(results("snooze(0.01); Promise.resolve().then(function () {\n"
+                      "application.start('inventory'); check.that(find('state').exists()); });"),
+              QStringList("PASS Verification|The condition holds."));
+}
+
 TEST_F(ApplicationTest, AScriptEndsThoughItsApplicationHasMoreToDo)
 {
     EXPECT_EQ(results("application.start('inventory'); find('countStock').click();\n"
@@ -79,7 +86,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
                                          "'nothing' in "},
         {"application.start('script.js')", "script.js' is not an ELF object"},
         {"application.start()", "Error: application.start: no application was named"},
-        {start + "application.start('inventory')", "an application is running already"},
+        {start + "application.start('inventory')", "an application is already running"},
         {start + "find('nothing', 0).click()", "Error: There is no object {name='nothing'}."},
         {start + "find('name').get('colour')", "Error: name: there is no property 'colour'"},
         {start + "find('count').set('value', 'x')",
@@ -94,7 +101,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
          "TypeError: a time has to be a whole number of milliseconds from 0 to 2147483647, not 5 "
          "(string)"},
         {"check.point('a', {retry: 2e12})", "to 2147483647, not 2000000000000 (number)"},
-        {"find()", "TypeError: an object has to have a name"},
+        {"find()", "TypeError: a name has to be a text"},
         {start + "find('name').get()", "TypeError: a property has to have a name"},
         {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
         {start + "find('name').set('text', undefined)",
@@ -166,7 +173,7 @@ TEST_F(ApplicationTest, FoundObjectsAreShownAndComparedByTheirNames)
                            "FAIL Verification|Expected 'count', got 'name'."}));
 }
 
-TEST_F(ApplicationTest, ATimeoutTellsTheCallThatDidNotComeBack)
+TEST_F(ApplicationTest, ATimeoutNamesTheCallThatDidNotComeBack)
 {
     const QStringList lines =
         results(QByteArray(startAwkward) + "\nfunction open() { find('exec').click(); }\nopen();",
@@ -378,8 +385,9 @@ TEST_F(ApplicationTest, CoverageAddsUpWhatAllTestCasesDid)
     results("application.start('inventory'); find('name').type('Screws'); find('add').click(); "
             "application.stop(); check.fail('again');",
             {"--coverage", "--retry", "1", "--resultdir", dir});
-    EXPECT_TRUE(output.standardError.contains("\nUI coverage of Inventory: 50.0 % (3 of 6)\n"
-                                              "morvexrunner: UI coverage: 50.0 % (3 of 6)\n"))
+    EXPECT_TRUE(
+        output.standardError.contains("\nmorvexrunner: UI coverage of Inventory: 50.0 % (3 of 6)\n"
+                                      "morvexrunner: UI coverage: 50.0 % (3 of 6)\n"))
         << output.standardError.constData();
     EXPECT_TRUE(output.standardOutput.contains("UI coverage"));
     for (const char *attachment : {"tst_s/uicoverage.xml", "tst_s/uicoverage_2.xml"}) {

@@ -17,7 +17,7 @@ RunnerOptions parse(const QStringList &arguments)
 
 } // namespace
 
-TEST(CommandLineTest, ValuesStandBehindTheirOptionOrAnEqualsSign)
+TEST(CommandLineTest, ValuesFollowTheirOptionOrAnEqualsSign)
 {
     const RunnerOptions options =
         parse({"--testcase", "a", "suite", "--testcase=b", "--tags=x,y", "--tags", "~z", "--retry",
@@ -64,43 +64,12 @@ TEST(CommandLineTest, TheApplicationEndsAtTheScriptArgumentsAndTheseTakeAll)
 
 TEST(CommandLineTest, EverythingThatTheLibraryPassesToAChildIsAccepted)
 {
-    const RunnerOptions options = parse({"--host",
-                                         "h",
-                                         "--port",
-                                         "1",
-                                         "--settingsGroup",
-                                         "g",
-                                         "--testcase",
-                                         "t",
-                                         "--reportgen",
-                                         "raw,/x",
-                                         "--wrapper",
-                                         "Qt",
-                                         "--envvars",
-                                         "f",
-                                         "--envvar",
-                                         "A=",
-                                         "--objectmap",
-                                         "o",
-                                         "--cwd",
-                                         "c",
-                                         "--hook-subprocesses",
-                                         "--use-whitelist",
-                                         "--interactive",
-                                         "--snoozeFactor",
-                                         "0.5",
-                                         "--enable-video-capture",
-                                         "--resultdir",
-                                         "r",
-                                         "--applauncher",
-                                         "l",
-                                         "--suiteVersion",
-                                         "3",
-                                         "--launcherargs",
-                                         "\"-a\"",
-                                         "--tags=t",
-                                         "--retry",
-                                         "1"});
+    const RunnerOptions options = parse(
+        QString("--host h --port 1 --settingsGroup g --testcase t --reportgen raw,/x --wrapper Qt "
+                "--envvars f --envvar A= --objectmap o --cwd c --hook-subprocesses --use-whitelist "
+                "--interactive --snoozeFactor 0.5 --enable-video-capture --resultdir r "
+                "--applauncher l --suiteVersion 3 --launcherargs \"-a\" --tags=t --retry 1")
+            .split(' '));
     EXPECT_EQ(options.port, 1);
     EXPECT_EQ(options.launcherArguments, "\"-a\"");
     EXPECT_TRUE(options.suiteDirectory.isEmpty());
@@ -121,17 +90,17 @@ TEST(CommandLineTest, ErrorsNameWhatWasWrong)
         {{"--retry", "many"}, "--retry: 'many' is not a number of retries"},
         {{"--retry", "-1"}, "--retry: '-1' is not a number of retries"},
         {{"--timeout", "1.5"}, "--timeout: '1.5' is not a number of seconds"},
-        {{"--random", "4294967296"}, "--random: '4294967296' is not a number below 2 to the 32"},
+        {{"--random", "4294967296"}, "--random: '4294967296' is not a number from 0 to 4294967295"},
         {{"--envvar", "=x"}, "--envvar: '=x' is not of the form NAME=VALUE"},
-        {{"a", "b"}, "one suite directory is enough, but there is 'b' too"},
-        {{""}, "the suite directory is an empty text"},
+        {{"a", "b"}, "more than one suite directory: 'b'"},
+        {{""}, "the suite directory must not be empty"},
     };
     for (const auto &row : rows)
         EXPECT_EQ(parseCommandLine(row.arguments).error, row.error);
     EXPECT_EQ(parse({"--", "--odd-name"}).suiteDirectory, "--odd-name");
 }
 
-TEST(CommandLineTest, TheHelpTellsOfEveryReportAndFitsATerminal)
+TEST(CommandLineTest, TheHelpNamesEveryReportAndFitsATerminal)
 {
     const QString help = helpText();
     for (const auto &keyword : TestReportGeneratorFactory::keywords()) {

@@ -96,16 +96,3 @@ TEST(FailedTestCasesTest, ARecordBelongsToTheRealPathOfASuite)
     EXPECT_EQ(record.read(), QStringList());
     EXPECT_FALSE(FailedTestCases(dir.path()).isRecorded());
 }
-
-TEST(FailedTestCasesTest, ASettingsDirectoryThatCannotBeWrittenIsToldNotFatal)
-{
-    QTemporaryDir dir;
-    writeFile(dir.filePath("plain"), "x");
-    const EnvironmentGuard settings("MORVEX_USER_SETTINGS_DIR",
-                                    dir.filePath("plain/s").toLocal8Bit());
-    const FailedTestCases record(dir.path());
-    EXPECT_EQ(record.write({"a"}).indexOf("cannot keep the failed test cases in '" +
-                                          dir.filePath("plain/s/failed/")),
-              0);
-    EXPECT_EQ(record.read(), QStringList());
-}

@@ -39,48 +39,33 @@ TEST_F(ScriptTest, ChecksAndTheirTexts)
 
 TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
 {
-    const char *const different[] = {
-        "new Set([1]), new Set([2])",
-        "new Map([[1, 2]]), new Map()",
-        "new Map([[1, {a: 2}]]), new Map([[1, {a: 3}]])",
-        "new Error('a'), new Error('b')",
-        "new Error('a'), new TypeError('a')",
-        "/a/, /b/",
-        "new Date(5), {}",
-        "new Date(5), new Date(6)",
-        "new Array(3), []",
-        "new Number(1), new Number(2)",
-        "new ArrayBuffer(3), new ArrayBuffer(9)",
-        "new Uint8Array([1]), new Uint8Array([2])",
-        "[], {}",
-        "{a: undefined}, {b: undefined}",
-        "{a: NaN}, {a: null}",
-        "function () {}, function () {}",
+    const struct
+    {
+        const char *outcome;
+        std::vector<const char *> values;
+    } rows[] = {
+        {"FAIL m|Expected ",
+         {"new Set([1]), new Set([2])", "new Map([[1, 2]]), new Map()",
+          "new Map([[1, {a: 2}]]), new Map([[1, {a: 3}]])", "new Error('a'), new Error('b')",
+          "new Error('a'), new TypeError('a')", "/a/, /b/", "new Date(5), {}",
+          "new Date(5), new Date(6)", "new Array(3), []", "new Number(1), new Number(2)",
+          "new ArrayBuffer(3), new ArrayBuffer(9)", "new Uint8Array([1]), new Uint8Array([2])",
+          "[], {}", "{a: undefined}, {b: undefined}", "{a: NaN}, {a: null}",
+          "function () {}, function () {}"}},
+        {"PASS m|",
+         {"new Set([1, {a: 2}]), new Set([{a: 2}, 1])", "new Map([[1, [2]]]), new Map([[1, [2]]])",
+          "new Date(5), new Date(5)", "new Error('a'), new Error('a')", "/a/g, /a/g",
+          "new Uint8Array([1]), new Uint8Array([1])", "{a: undefined}, {a: undefined}"}},
     };
-    const char *const same[] = {
-        "new Set([1, {a: 2}]), new Set([{a: 2}, 1])",
-        "new Map([[1, [2]]]), new Map([[1, [2]]])",
-        "new Date(5), new Date(5)",
-        "new Error('a'), new Error('a')",
-        "/a/g, /a/g",
-        "new Uint8Array([1]), new Uint8Array([1])",
-        "{a: undefined}, {a: undefined}",
-    };
-    QByteArray script;
-    for (const char *values : different)
-        script += "check.equal(" + QByteArray(values) + ", 'm');\n";
-    const QStringList failed = results(script);
-    ASSERT_EQ(failed.size(), int(std::size(different)));
-    for (int i = 0; i < failed.size(); ++i)
-        EXPECT_EQ(failed[i].indexOf("FAIL m|Expected "), 0)
-            << different[i] << ": " << failed[i].toStdString();
-    script.clear();
-    for (const char *values : same)
-        script += "check.equal(" + QByteArray(values) + ", 'm');\n";
-    const QStringList passed = results(script);
-    ASSERT_EQ(passed.size(), int(std::size(same)));
-    for (int i = 0; i < passed.size(); ++i)
-        EXPECT_EQ(passed[i].indexOf("PASS m|"), 0) << same[i];
+    for (const auto &row : rows) {
+        QByteArray script;
+        for (const char *values : row.values)
+            script += "check.equal(" + QByteArray(values) + ", 'm');\n";
+        const QStringList lines = results(script);
+        ASSERT_EQ(lines.size(), int(row.values.size()));
+        for (int i = 0; i < lines.size(); ++i)
+            EXPECT_TRUE(lines[i].startsWith(row.outcome)) << row.values[std::size_t(i)];
+    }
 }
 
 TEST_F(ScriptTest, PromisesAreKeptBeforeTheTestCaseEnds)
@@ -88,14 +73,6 @@ TEST_F(ScriptTest, PromisesAreKeptBeforeTheTestCaseEnds)
     EXPECT_EQ(results("Promise.resolve(1).then(function (v) { check.equal(v, 2, 'm');\n"
                       "  return v; }).then(function (v) { log.info('then'); });"),
               (QStringList{"FAIL m|Expected 2, got 1.", "LOG then|"}));
-}
-
-TEST_F(ScriptTest, ALogCallNeverFailsOnItsArgument)
-{
-    EXPECT_EQ(
-        results("var q = Object.create(null); q.q = q; log.info(q);\n"
-                "log.info(new Map([[1, 2]])); log.info(/a/); log.info(Symbol('s'));"),
-        (QStringList{"LOG [object Object]|", "LOG Map [[1,2]]|", "LOG /a/|", "LOG Symbol(s)|"}));
 }
 
 TEST_F(ScriptTest, ExpectedFailuresAndMisspelledOptions)
@@ -110,11 +87,15 @@ TEST_F(ScriptTest, ExpectedFailuresAndMisspelledOptions)
               "ERROR Script error|TypeError: unknown option 'expectfail'");
 }
 
-TEST_F(ScriptTest, LogEntriesHaveTheirTypes)
+TEST_F(ScriptTest, LogEntriesHaveTheirTypesWhateverIsLogged)
 {
-    EXPECT_EQ(results("log.info('i', 'd'); log.warning({a: 1}); log.error(undefined, null);\n"
-                      "log.fatal('f');"),
-              (QStringList{"LOG i|d", "WARNING {\"a\":1}|", "ERROR |", "FATAL f|"}));
+    EXPECT_EQ(
+        results("log.info('i', 'd'); log.warning({a: 1}); log.error(undefined, null);\n"
+                "log.fatal('f'); var q = Object.create(null); q.q = q; log.info(q);\n"
+                "log.info(new Map([[1, 2]])); log.info(/a/); log.info(Symbol('s'));\n"
+                "String = null; Object.keys = null; log.info('still here');"),
+        (QStringList{"LOG i|d", "WARNING {\"a\":1}|", "ERROR |", "FATAL f|", "LOG [object Object]|",
+                     "LOG Map [[1,2]]|", "LOG /a/|", "LOG Symbol(s)|", "LOG still here|"}));
 }
 
 TEST_F(ScriptTest, SectionsEndWhateverHappensInThem)
@@ -257,10 +238,4 @@ TEST_F(ScriptTest, TestCasesThatCannotBeRunAreErrors)
                                "not UTF-8.\\n  at " +
                                runner.suitePath() + "/tst_zero_inside/script.js:1"}));
     EXPECT_EQ(run.status, 1);
-}
-
-TEST_F(ScriptTest, TheApiSurvivesAScriptThatReplacesWhatItCalls)
-{
-    EXPECT_EQ(results("String = null; Object.keys = null;\nlog.info('still here');").value(0),
-              "LOG still here|");
 }

@@ -1,0 +1,53 @@
+#include "fuzzinput.h"
+#include "runner/javascriptobjectmap.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+using namespace Morvex;
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    require(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+}
+
+QStringList linesOf(const QByteArray &content)
+{
+    QString text = QString::fromUtf8(content);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    if (text.endsWith(QLatin1Char('\n')))
+        text.chop(1);
+    return text.split(QLatin1Char('\n'));
+}
+
+} // namespace
+
+// Whatever is in the names file, as long as recording takes it: after a name was added each of its
+// lines is still there, in their order.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
+{
+    // The script engine wants one.
+    static int argc = 1;
+    static char name[] = "names_fuzzer";
+    static char *argv[] = {name, nullptr};
+    static const QCoreApplication application(argc, argv);
+
+    const QString path = fuzzInputFile(bytes, size, "names.js");
+    const QByteArray before = contentOf(path);
+    if (!checkNamesFileContent(path, before).text.isEmpty() || before.trimmed().isEmpty())
+        return 0;
+    JavaScriptObjectMap map(path);
+    map.getSymbolicName(QStringLiteral("{text='Save' window={title='Main'}}"), true);
+    require(map.save());
+    const QStringList after = linesOf(contentOf(path));
+    int next = 0;
+    for (const QString &line : linesOf(before)) {
+        next = after.indexOf(line, next) + 1;
+        require(next > 0);
+    }
+    return 0;
+}

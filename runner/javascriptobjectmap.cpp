@@ -1,0 +1,272 @@
+#include "runner/javascriptobjectmap.h"
+
+#include "runner/javascriptcode.h"
+#include "runner/messages.h"
+#include "runner/resources.h"
+#include "shared/writefile.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+
+namespace Morvex {
+namespace {
+
+using SymbolicName = ScriptedObjectMap::ScriptedSymbolicName;
+using RealName = ScriptedObjectMap::ScriptedRealName;
+using PropertyValue = ObjectName::PropertyValue;
+
+const QLatin1String namesObject("names");
+
+// A change within the tick of the file system's clock leaves the times as they were.
+const qint64 nsPerClockTick = 20'000'000;
+const qint64 nsPerSecond = 1'000'000'000;
+
+qint64 nanoseconds(const timespec &time)
+{
+    return time.tv_sec * nsPerSecond + time.tv_nsec;
+}
+
+// What tells one state of a file from another, without a look into it.
+struct FileState
+{
+    ino_t inode = 0;
+    off_t size = -1;
+    qint64 changed = 0;
+
+    static FileState of(const QString &path)
+    {
+        struct stat status;
+        if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+            return {};
+        return {status.st_ino, status.st_size, nanoseconds(status.st_ctim)};
+    }
+
+    // Whether a later change is sure to show.
+    bool isSettled() const
+    {
+        timespec now;
+        ::clock_gettime(CLOCK_REALTIME, &now);
+        return nanoseconds(now) - changed > nsPerClockTick;
+    }
+
+    bool operator==(const FileState &other) const
+    {
+        return inode == other.inode && size == other.size && changed == other.changed;
+    }
+};
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString inOneLine(QString text)
+{
+    return text.replace(QLatin1Char('\t'), QLatin1String("\\t"))
+        .replace(QLatin1Char('\n'), QLatin1String("\\n"));
+}
+
+} // namespace
+
+// The names file in one state.
+struct JavaScriptObjectMap::Contents
+{
+    FileState state;
+    bool isSettled = false;
+    QByteArray bytes;
+    NamesFileError error;
+    std::vector<std::pair<QString, QString>> lines;
+    QSet<SymbolicName> names;
+
+    void load(const QString &path);
+
+    // The text of a name in which each object that the file defines, in whatever words, is
+    // replaced by the first name for it.
+    QString canonical(const ObjectName &name) const;
+    QString firstNameOf(const ObjectName &name) const
+    {
+        return keysByCanonical.value(canonical(name));
+    }
+
+private:
+    PropertyValue canonicalValue(const PropertyValue &value) const;
+    void add(const QString &key, const QString &realName);
+
+    QHash<QString, QString> keysByCanonical;
+    QHash<QString, QString> firstKeys;
+};
+
+void JavaScriptObjectMap::Contents::load(const QString &path)
+{
+    ScriptEngine engine;
+    const QJSValue functions = installNameFunctions(&engine);
+    error = runNamesFile(&engine, functions, path, &lines);
+    for (const auto &line : lines)
+        add(line.first, line.second);
+}
+
+void JavaScriptObjectMap::Contents::add(const QString &key, const QString &realName)
+{
+    names.insert(SymbolicName(key));
+    const QString text = canonical(ObjectName(realName));
+    if (!keysByCanonical.contains(text))
+        keysByCanonical.insert(text, key);
+    firstKeys.insert(key, keysByCanonical.value(text));
+}
+
+PropertyValue JavaScriptObjectMap::Contents::canonicalValue(const PropertyValue &value) const
+{
+    if (isSymbolicName(value.text)) {
+        const QString key = value.text.mid(1);
+        return {PropertyValue::EXACT, QLatin1Char(':') + firstKeys.value(key, key)};
+    }
+    if (value.kind != PropertyValue::REFERENCE)
+        return value;
+    const QString text = canonical(ObjectName(value.text));
+    const auto known = keysByCanonical.find(text);
+    if (known == keysByCanonical.end())
+        return {PropertyValue::REFERENCE, text};
+    return {PropertyValue::EXACT, QLatin1Char(':') + *known};
+}
+
+QString JavaScriptObjectMap::Contents::canonical(const ObjectName &name) const
+{
+    if (!name.isMultiProperty())
+        return name.qualifiedName();
+    QMap<QString, PropertyValue> properties = name.properties();
+    for (PropertyValue &value : properties)
+        value = canonicalValue(value);
+    return ObjectName(properties).qualifiedName();
+}
+
+JavaScriptObjectMap::JavaScriptObjectMap(const QString &path)
+    : ScriptedObjectMap(resourcePath(QStringLiteral("names.js")), path)
+{
+}
+
+JavaScriptObjectMap::~JavaScriptObjectMap() = default;
+
+// One run of the engine for each state of the file: recording asks for names all the time.
+const JavaScriptObjectMap::Contents &JavaScriptObjectMap::contents() const
+{
+    const FileState state = FileState::of(scriptPath());
+    if (m_contents && m_contents->isSettled && m_contents->state == state)
+        return *m_contents;
+    const QByteArray bytes = contentOf(scriptPath());
+    if (!m_contents || m_contents->bytes != bytes) {
+        m_contents = std::make_unique<Contents>();
+        m_contents->bytes = bytes;
+        m_contents->load(scriptPath());
+    }
+    m_contents->state = state;
+    m_contents->isSettled = state.isSettled();
+    return *m_contents;
+}
+
+NamesFileError JavaScriptObjectMap::error() const
+{
+    return contents().error;
+}
+
+QString JavaScriptObjectMap::saveOrKeep() const
+{
+    if (save())
+        return {};
+    const QByteArray code = unsavedCode().toUtf8();
+    const QString copy = scriptPath() + QLatin1String(".unsaved");
+    if (writeFileSafely(copy, code).outcome == FileWriteResult::Written)
+        return QStringLiteral("%1; the names are in '%2' instead").arg(saveError(), copy);
+    for (const QByteArray &line : code.split('\n'))
+        printLine(QString::fromUtf8(line));
+    return QStringLiteral("%1; the names are printed above instead").arg(saveError());
+}
+
+bool JavaScriptObjectMap::scriptedNamesDump(QString *dump) const
+{
+    for (const auto &line : contents().lines)
+        *dump += QLatin1Char(':') + inOneLine(line.first) + QLatin1Char('\t') +
+                 inOneLine(line.second) + QLatin1Char('\n');
+    return contents().error.text.isEmpty();
+}
+
+QString JavaScriptObjectMap::scriptExpression(const QString &name) const
+{
+    return name;
+}
+
+// The keys of the object "names" are what names are told apart by.
+SymbolicName JavaScriptObjectMap::qualifiedSymbolicName(const SymbolicName &name) const
+{
+    return name;
+}
+
+SymbolicName JavaScriptObjectMap::semiQualifiedSymbolicName(const SymbolicName &name) const
+{
+    return SymbolicName(javaScriptMember(namesObject, name.text()));
+}
+
+SymbolicName JavaScriptObjectMap::existingSymbolicName(const ObjectName &name) const
+{
+    return SymbolicName(contents().firstNameOf(name));
+}
+
+QSet<SymbolicName> JavaScriptObjectMap::existingSymbolicNames() const
+{
+    return contents().names;
+}
+
+bool JavaScriptObjectMap::hasSymbolicName(const SymbolicName &name) const
+{
+    return contents().names.contains(name);
+}
+
+QString JavaScriptObjectMap::definitionCode(const SymbolicName &name,
+                                            const RealName &realName) const
+{
+    return QStringLiteral("%1 = %2;").arg(semiQualifiedSymbolicName(name).text(), realName.text());
+}
+
+QString JavaScriptObjectMap::commentLine(const QString &line) const
+{
+    return line.isEmpty() ? QStringLiteral("//") : QLatin1String("// ") + line;
+}
+
+QString JavaScriptObjectMap::literalSymbolicName(const QString &name) const
+{
+    return javaScriptString(name);
+}
+
+SymbolicName JavaScriptObjectMap::identifierFromName(const QString &name) const
+{
+    return SymbolicName(javaScriptIdentifier(name));
+}
+
+QString JavaScriptObjectMap::propertyValueCode(const PropertyValue &value) const
+{
+    const QString text = javaScriptString(value.text);
+    switch (value.kind) {
+    case PropertyValue::EXACT:
+    case PropertyValue::REFERENCE:
+        return text;
+    case PropertyValue::WILDCARD:
+        return QStringLiteral("wildcard(%1)").arg(text);
+    case PropertyValue::REGEXP:
+        return QStringLiteral("regexp(%1)").arg(text);
+    }
+    return text;
+}
+
+RealName
+JavaScriptObjectMap::multiPropertyRealNameCode(const QMap<QString, QString> &properties) const
+{
+    return RealName(javaScriptObject(properties));
+}
+
+RealName JavaScriptObjectMap::plainRealNameCode(const QString &name) const
+{
+    return RealName(javaScriptString(name));
+}
+
+} // namespace Morvex

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "runner/namesfile.h"
+#include "test/scriptedobjectmap.h"
+
+#include <memory>
+
+namespace Morvex {
+
+/// The names of a suite in its names.js, as "names.saveButton = {type: "QPushButton"};".
+class JavaScriptObjectMap : public ScriptedObjectMap
+{
+public:
+    /// @p path is that of the names file.
+    explicit JavaScriptObjectMap(const QString &path);
+    ~JavaScriptObjectMap() override;
+
+    /// Why the names file can't be used at this moment; without a text when it can. While there is
+    /// an error the file has no names, and saving would add definitions that nothing reads.
+    NamesFileError error() const;
+
+    /// Saves. When that fails, what was to be written is kept in a file beside the names file, or
+    /// else printed, and the error text says so. Empty on success.
+    QString saveOrKeep() const;
+
+    bool scriptedNamesDump(QString *dump) const override;
+    QString scriptExpression(const QString &name) const override;
+    ScriptedSymbolicName qualifiedSymbolicName(const ScriptedSymbolicName &name) const override;
+    ScriptedSymbolicName semiQualifiedSymbolicName(const ScriptedSymbolicName &name) const override;
+    ScriptedSymbolicName existingSymbolicName(const ObjectName &name) const override;
+    QSet<ScriptedSymbolicName> existingSymbolicNames() const override;
+    bool hasSymbolicName(const ScriptedSymbolicName &name) const override;
+    QString definitionCode(const ScriptedSymbolicName &name,
+                           const ScriptedRealName &realName) const override;
+    QString commentLine(const QString &line) const override;
+    QString literalSymbolicName(const QString &name) const override;
+    ScriptedSymbolicName identifierFromName(const QString &name) const override;
+    QString propertyValueCode(const ObjectName::PropertyValue &value) const override;
+    ScriptedRealName
+    multiPropertyRealNameCode(const QMap<QString, QString> &properties) const override;
+    ScriptedRealName plainRealNameCode(const QString &name) const override;
+
+private:
+    struct Contents;
+
+    const Contents &contents() const;
+
+    mutable std::unique_ptr<Contents> m_contents;
+};
+
+} // namespace Morvex

@@ -1,0 +1,112 @@
+#include "runner/namesfile.h"
+
+#include "runner/enginewatch.h"
+#include "runner/resources.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextCodec>
+
+namespace Morvex {
+namespace {
+
+const std::chrono::seconds longestRun(10);
+const int utf8Mib = 106;
+
+int lineOf(const QByteArray &content, int position)
+{
+    return 1 + content.left(position).count('\n');
+}
+
+NamesFileError read(const QString &path, QByteArray *content)
+{
+    QFile file(path);
+    if (!file.exists())
+        return {};
+    if (!file.open(QIODevice::ReadOnly))
+        return {QStringLiteral("Cannot read the names file: %1").arg(file.errorString()),
+                LineInfo(path, 0)};
+    *content = file.readAll();
+    return checkNamesFileContent(path, *content);
+}
+
+std::vector<std::pair<QString, QString>> pairsOf(const QJSValue &lines)
+{
+    std::vector<std::pair<QString, QString>> pairs;
+    for (const QVariant &line : lines.toVariant().toList()) {
+        const QVariantList parts = line.toList();
+        pairs.emplace_back(parts.value(0).toString(), parts.value(1).toString());
+    }
+    return pairs;
+}
+
+NamesFileError thrown(const ScriptEngine::Outcome &outcome, const QString &path, bool isInterrupted)
+{
+    const LineInfo place = outcome.stack.empty() ? LineInfo(path, 0) : outcome.stack.front();
+    if (isInterrupted)
+        return {QStringLiteral("The names file was still running after %1 seconds.")
+                    .arg(longestRun.count()),
+                place};
+    return {outcome.value.toString(), place};
+}
+
+} // namespace
+
+QString NamesFileError::toString() const
+{
+    return text.isEmpty() ? QString() : place.toString() + QLatin1String(": ") + text;
+}
+
+QString namesFileName()
+{
+    return QStringLiteral("names.js");
+}
+
+QJSValue installNameFunctions(ScriptEngine *engine)
+{
+    return engine->runInternal(resourceText(QStringLiteral("scriptnames.js")))
+        .call({engine->engine().globalObject()});
+}
+
+NamesFileError checkNamesFileContent(const QString &path, const QByteArray &content)
+{
+    const int zero = content.indexOf('\0');
+    if (zero >= 0)
+        return {QStringLiteral("The names file holds a zero byte; it may have been cut by a crash. "
+                               "Restore it, or delete the byte."),
+                LineInfo(path, lineOf(content, zero))};
+    QTextCodec::ConverterState state;
+    QTextCodec::codecForMib(utf8Mib)->toUnicode(content.constData(), content.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0)
+        return {QStringLiteral("The names file is not UTF-8; save it in this encoding."),
+                LineInfo(path, 0)};
+    return {};
+}
+
+NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, const QString &path,
+                            std::vector<std::pair<QString, QString>> *lines)
+{
+    QByteArray content;
+    NamesFileError error = read(path, &content);
+    if (!error.text.isEmpty())
+        return error;
+    QJSValue names = functions.property(QStringLiteral("makeNames")).call();
+    QJSValue global = engine->engine().globalObject();
+    global.setProperty(QStringLiteral("names"), names.property(QStringLiteral("defining")));
+    {
+        const EngineWatch watch(&engine->engine(), longestRun);
+        const ScriptEngine::Outcome outcome = engine->run(QString::fromUtf8(content), path);
+        if (outcome.hasThrown || watch.hasInterrupted())
+            return thrown(outcome, path, watch.hasInterrupted());
+    }
+    const QString where = QFileInfo::exists(path)
+                              ? QStringLiteral("in the names file '%1'").arg(path)
+                              : QStringLiteral("since the suite has no names file '%1'").arg(path);
+    global.setProperty(QStringLiteral("names"),
+                       names.property(QStringLiteral("reading")).callWithInstance(names, {where}));
+    if (lines)
+        *lines = pairsOf(names.property(QStringLiteral("lines")));
+    return error;
+}
+
+} // namespace Morvex

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "runner/scriptengine.h"
+
+#include <QByteArray>
+#include <QJSValue>
+#include <QString>
+
+#include <vector>
+
+namespace Morvex {
+
+/// What the functions of scriptnames.js are reached by. Defines wildcard and regexp in the global
+/// scope of @p engine.
+QJSValue installNameFunctions(ScriptEngine *engine);
+
+/// The name of the names file in a suite.
+QString namesFileName();
+
+/// Where and why a names file can't be used; no text when it can.
+struct NamesFileError
+{
+    QString text;
+    /// In the names file; without a line when the fault has none.
+    LineInfo place;
+
+    /// The text after the place.
+    QString toString() const;
+};
+
+/// What is wrong with the bytes of a names file before they are taken for a script: such a file
+/// would lose what it holds when names are added to it.
+NamesFileError checkNamesFileContent(const QString &path, const QByteArray &content);
+
+/// Runs the names file in @p engine and defines the global "names". @p functions are those of
+/// installNameFunctions. A file that does not exist defines no name. @p lines, which may be null,
+/// gets a pair of name and real name for each definition, in the order of the file.
+NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, const QString &path,
+                            std::vector<std::pair<QString, QString>> *lines);
+
+} // namespace Morvex

@@ -1,0 +1,7 @@
+#include "test/applicationcontext.h"
+
+namespace Morvex {
+
+ApplicationContext::~ApplicationContext() = default;
+
+} // namespace Morvex

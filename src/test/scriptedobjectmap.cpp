@@ -1,0 +1,516 @@
+#include "test/scriptedobjectmap.h"
+
+#include "shared/settings.h"
+#include "shared/writefile.h"
+#include "test/dummyrunnerinterface.h"
+#include "test/nullreportgenerator.h"
+#include "test/testresult.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <algorithm>
+#include <vector>
+
+namespace Morvex {
+namespace {
+
+const QLatin1String insertionMarker("MORVEX_INSERT_OBJECT_NAMES_HERE");
+
+bool isReference(const ObjectName::PropertyValue &value)
+{
+    return value.kind == ObjectName::PropertyValue::REFERENCE ||
+           ScriptedObjectMap::isSymbolicName(value.text);
+}
+
+// Also those of names within the name. The text of a name bounds how deep they are nested.
+QStringList symbolicReferences(const ObjectName &name)
+{
+    QStringList references;
+    for (const ObjectName::PropertyValue &value : name.properties()) {
+        if (ScriptedObjectMap::isSymbolicName(value.text))
+            references += value.text;
+        else if (isReference(value))
+            references += symbolicReferences(ObjectName(value.text));
+    }
+    return references;
+}
+
+// Calls visit(name) for each name that start refers to, directly or not, and last for start itself,
+// each after those that it refers to. Chains of names may be longer than the stack is deep. Names
+// that are under way are not visited again, nor those for which isWanted is false.
+template <typename ReferencesOf, typename IsWanted, typename Visit>
+void visitInOrderOfReference(const QString &start, QSet<QString> *underWay,
+                             ReferencesOf referencesOf, IsWanted isWanted, Visit visit)
+{
+    struct Step
+    {
+        QString name;
+        QStringList references;
+    };
+
+    std::vector<Step> path{{start, referencesOf(start)}};
+    underWay->insert(start);
+    while (!path.empty()) {
+        Step &step = path.back();
+        if (step.references.isEmpty()) {
+            visit(step.name);
+            underWay->remove(step.name);
+            path.pop_back();
+            continue;
+        }
+        const QString reference = step.references.takeFirst();
+        if (underWay->contains(reference) || !isWanted(reference))
+            continue;
+        underWay->insert(reference);
+        path.push_back({reference, referencesOf(reference)});
+    }
+}
+
+// Empty when it can't be read.
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool isBlank(const QByteArray &code)
+{
+    return QString::fromUtf8(code.constData()).trimmed().isEmpty();
+}
+
+QStringList linesOf(const QByteArray &code)
+{
+    QTextStream stream(code);
+    stream.setCodec("UTF-8");
+    QStringList lines;
+    for (QString line; stream.readLineInto(&line);)
+        lines += line;
+    return lines;
+}
+
+// The first of wanted, wanted_2, wanted_3 and so on that is not taken.
+template <typename IsTaken>
+QString firstFreeName(const QString &wanted, IsTaken isTaken)
+{
+    QString name = wanted;
+    for (int number = 2; isTaken(name); ++number)
+        name = QStringLiteral("%1_%2").arg(wanted, QString::number(number));
+    return name;
+}
+
+QStringList globalScriptDirs()
+{
+    QStringList dirs;
+    const UserSettings settings(UserSettings::Paths);
+    for (const QString &dir :
+         settings.readListEntry(Settings::defaultGroup(), QStringLiteral("GlobalScriptDirs"), {})) {
+        const QString path = QDir::cleanPath(dir);
+        if (!path.isEmpty() && QFileInfo(path).isDir())
+            dirs += path;
+    }
+    return dirs;
+}
+
+QStringList filesIn(const QDir &dir, const QStringList &patterns)
+{
+    QStringList files;
+    for (const QString &name : dir.entryList(patterns, QDir::Files, QDir::Unsorted))
+        files += dir.filePath(name);
+    return files;
+}
+
+} // namespace
+
+struct ScriptedObjectMap::Private
+{
+    Private(const QString &templateFile, const QString &scriptFile)
+        : result(NullReportGenerator::create().generator)
+        , runner(&result)
+        , templatePath(templateFile)
+        , scriptPath(scriptFile)
+    {
+    }
+
+    TestResult result;
+    DummyRunnerInterface runner;
+    QString templatePath;
+    QString scriptPath;
+    CreatedNames createdNames;
+    // Indexes of createdNames. Of several pairs with one real name the last.
+    QSet<ScriptedSymbolicName> createdSymbols;
+    QHash<ScriptedRealName, ScriptedSymbolicName> symbolsByRealName;
+
+    // What a name of the object map came to, and the names that are being resolved, while one call
+    // from outside runs: names may share what they refer to, and refer to each other in a circle.
+    int resolutionDepth = 0;
+    QHash<QString, QString> resolved;
+    QSet<QString> underWay;
+
+    // While names are migrated; null otherwise.
+    const QMap<QString, QString> *migrated = nullptr;
+    QSet<QString> migratedIdentifiers;
+    QStringList danglingReferences;
+
+    QString saveError;
+    QString unsavedCode;
+};
+
+// Keeps what names came to up to the end of the outermost call.
+class ScriptedObjectMap::ResolutionScope
+{
+public:
+    explicit ResolutionScope(Private *data)
+        : m_data(data)
+    {
+        ++m_data->resolutionDepth;
+    }
+
+    ~ResolutionScope()
+    {
+        if (--m_data->resolutionDepth > 0)
+            return;
+        m_data->resolved.clear();
+        m_data->underWay.clear();
+    }
+
+    ResolutionScope(const ResolutionScope &) = delete;
+    ResolutionScope &operator=(const ResolutionScope &) = delete;
+
+private:
+    Private *m_data;
+};
+
+ScriptedObjectMap::ScriptedObjectMap(const QString &templatePath, const QString &scriptPath)
+    : d(std::make_unique<Private>(templatePath, scriptPath))
+{
+}
+
+ScriptedObjectMap::~ScriptedObjectMap() = default;
+
+ScriptedObjectMap::ScriptedSymbolicName
+ScriptedObjectMap::semiQualifiedSymbolicName(const ScriptedSymbolicName &name) const
+{
+    return qualifiedSymbolicName(name);
+}
+
+bool ScriptedObjectMap::findCodeInsertionPos(QList<QString>::iterator begin,
+                                             QList<QString>::iterator end,
+                                             QList<QString>::iterator *position) const
+{
+    *position = std::find_if(begin, end,
+                             [](const QString &line) { return line.endsWith(insertionMarker); });
+    return *position != end;
+}
+
+QString ScriptedObjectMap::getSymbolicName(const QString &name, bool recursive)
+{
+    const ResolutionScope scope(d.get());
+    if (!isSymbolicName(name))
+        return createSymbolicName(ObjectName(name), recursive);
+    const ScriptedSymbolicName symbol = symbolOf(name);
+    if (isDefined(symbol))
+        return semiQualifiedSymbolicName(symbol).text();
+    if (recursive)
+        return literalSymbolicName(name);
+    const ObjectMap *map = ObjectMap::self();
+    if (!map)
+        return createSymbolicName(ObjectName(name), recursive);
+    if (!d->resolved.contains(name) && !d->underWay.contains(name) && map->names().contains(name))
+        createFromObjectMap(*map, name);
+    return d->resolved.contains(name) ? d->resolved.value(name) : literalSymbolicName(name);
+}
+
+void ScriptedObjectMap::createFromObjectMap(const ObjectMap &map, const QString &name)
+{
+    const QMap<QString, ObjectName> table = map.names();
+    visitInOrderOfReference(
+        name, &d->underWay,
+        [&](const QString &each) { return symbolicReferences(table.value(each)); },
+        [&](const QString &reference) {
+            return table.contains(reference) && !d->resolved.contains(reference) &&
+                   !isDefined(symbolOf(reference));
+        },
+        [&](const QString &each) {
+            const QString code = createSymbolicName(table.value(each), false);
+            d->resolved.insert(each, code);
+        });
+}
+
+ScriptedObjectMap::ScriptedSymbolicName ScriptedObjectMap::symbolOf(const QString &name) const
+{
+    return qualifiedSymbolicName(ScriptedSymbolicName(name.mid(1)));
+}
+
+bool ScriptedObjectMap::isDefined(const ScriptedSymbolicName &name) const
+{
+    return d->createdSymbols.contains(name) || hasSymbolicName(name);
+}
+
+QString ScriptedObjectMap::createSymbolicName(const ObjectName &name, bool symbolicRefs)
+{
+    const ResolutionScope scope(d.get());
+    const ScriptedRealName realName = createScriptedRealName(name, symbolicRefs, false);
+    ScriptedSymbolicName symbol = existingSymbolicName(name);
+    if (symbol.isEmpty())
+        symbol = d->symbolsByRealName.value(realName);
+    if (symbol.isEmpty()) {
+        symbol = newSymbolicName(name);
+        addCreatedName(symbol, realName);
+    }
+    return semiQualifiedSymbolicName(symbol).text();
+}
+
+ScriptedObjectMap::ScriptedSymbolicName
+ScriptedObjectMap::newSymbolicName(const ObjectName &name) const
+{
+    const QString base =
+        name.isMultiProperty() ? ObjectMap::symbolFromMultiPropName(name) : name.qualifiedName();
+    // The name of a toolkit, which scripts know as it is.
+    const QString wanted = base == QLatin1String("SWT") ? base : identifierFromName(base).text();
+    const QSet<ScriptedSymbolicName> existing = existingSymbolicNames();
+    return ScriptedSymbolicName(firstFreeName(wanted, [&](const QString &candidate) {
+        const ScriptedSymbolicName symbol(candidate);
+        return existing.contains(symbol) || d->createdSymbols.contains(symbol);
+    }));
+}
+
+void ScriptedObjectMap::addCreatedName(const ScriptedSymbolicName &name,
+                                       const ScriptedRealName &realName)
+{
+    d->createdNames.append({name, realName});
+    d->createdSymbols.insert(name);
+    d->symbolsByRealName.insert(realName, name);
+}
+
+void ScriptedObjectMap::clearCreatedNames() const
+{
+    d->createdNames.clear();
+    d->createdSymbols.clear();
+    d->symbolsByRealName.clear();
+}
+
+ScriptedObjectMap::ScriptedRealName ScriptedObjectMap::getScriptedRealName(const ObjectName &name)
+{
+    return createScriptedRealName(name, true, false);
+}
+
+ScriptedObjectMap::ScriptedRealName
+ScriptedObjectMap::createScriptedRealName(const ObjectName &name, bool symbolicRefs,
+                                          bool inlineRefs)
+{
+    const ResolutionScope scope(d.get());
+    if (!name.isMultiProperty())
+        return plainRealNameCode(name.qualifiedName());
+    const auto properties = name.properties();
+    QMap<QString, QString> code;
+    for (auto property = properties.begin(); property != properties.end(); ++property)
+        code.insert(property.key(), isReference(*property)
+                                        ? referenceCode(*property, symbolicRefs, inlineRefs)
+                                        : propertyValueCode(*property));
+    return multiPropertyRealNameCode(code);
+}
+
+QString ScriptedObjectMap::referenceCode(const ObjectName::PropertyValue &value, bool symbolicRefs,
+                                         bool inlineRefs)
+{
+    // A migrated name may have had to give way to another one of its text.
+    if (d->migrated && d->migrated->contains(value.text))
+        return semiQualifiedSymbolicName(ScriptedSymbolicName(d->migrated->value(value.text)))
+            .text();
+    if (inlineRefs)
+        return createScriptedRealName(ObjectName(value.text), symbolicRefs, true).text();
+    return getSymbolicName(value.text, symbolicRefs);
+}
+
+QStringList ScriptedObjectMap::getScriptedSymbolicNames() const
+{
+    QString dump;
+    QStringList names;
+    if (!scriptedNamesDump(&dump))
+        return names;
+    for (const QString &line : dump.split(QLatin1Char('\n'))) {
+        const int tab = line.indexOf(QLatin1Char('\t'));
+        if (tab >= 0)
+            names += line.left(tab).mid(1);
+    }
+    return names;
+}
+
+void ScriptedObjectMap::fromLegacyRepresentation(const QString &serializedMap)
+{
+    clearCreatedNames();
+    const ResolutionScope scope(d.get());
+    for (const auto &entry : ObjectMap::parseSerializedMap(serializedMap)) {
+        const ScriptedRealName realName = createScriptedRealName(entry.second, false, false);
+        addCreatedName(symbolOf(entry.first), realName);
+    }
+}
+
+void ScriptedObjectMap::migrateName(const ObjectMap &map, const QString &name,
+                                    QMap<QString, QString> &migrated)
+{
+    const QMap<QString, ObjectName> table = map.names();
+    if (migrated.contains(name) || !table.contains(name))
+        return;
+    const ResolutionScope scope(d.get());
+    d->migrated = &migrated;
+    visitInOrderOfReference(
+        name, &d->underWay,
+        [&](const QString &each) { return symbolicReferences(table.value(each)); },
+        [&](const QString &reference) {
+            if (!table.contains(reference) && !d->danglingReferences.contains(reference))
+                d->danglingReferences += reference;
+            return table.contains(reference) && !migrated.contains(reference);
+        },
+        [&](const QString &each) { migrateOne(each, table.value(each), migrated); });
+    d->migrated = nullptr;
+}
+
+// What the name refers to has been migrated, but for names that refer back to it.
+void ScriptedObjectMap::migrateOne(const QString &name, const ObjectName &object,
+                                   QMap<QString, QString> &migrated)
+{
+    if (d->migratedIdentifiers.size() != migrated.size())
+        d->migratedIdentifiers = QSet<QString>(migrated.cbegin(), migrated.cend());
+    const QString candidate =
+        firstFreeName(identifierFromName(name.mid(1)).text(), [this](const QString &text) {
+            return d->migratedIdentifiers.contains(text);
+        });
+    addCreatedName(ScriptedSymbolicName(candidate), createScriptedRealName(object, true, false));
+    migrated.insert(name, candidate);
+    d->migratedIdentifiers.insert(candidate);
+}
+
+QStringList ScriptedObjectMap::danglingReferences() const
+{
+    return d->danglingReferences;
+}
+
+QByteArray ScriptedObjectMap::currentScriptCode() const
+{
+    const QByteArray code = contentOf(d->scriptPath);
+    return isBlank(code) ? contentOf(d->templatePath) : code;
+}
+
+QString ScriptedObjectMap::getScriptCode() const
+{
+    QList<QString> lines = linesOf(currentScriptCode());
+    const QStringList definitions = newDefinitions();
+    QList<QString>::iterator position;
+    if (findCodeInsertionPos(lines.begin(), lines.end(), &position)) {
+        const int index = static_cast<int>(position - lines.begin());
+        lines = lines.mid(0, index) + definitions + lines.mid(index);
+    } else {
+        lines += warningTextScriptCode();
+        // Each line of a definition: one that isn't a comment would be run.
+        for (const QString &definition : definitions)
+            for (const QString &line : definition.split(QLatin1Char('\n')))
+                lines += commentLine(line);
+    }
+    return QStringList(lines).join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+QStringList ScriptedObjectMap::newDefinitions() const
+{
+    const QSet<ScriptedSymbolicName> existing = existingSymbolicNames();
+    QStringList definitions;
+    for (const auto &created : d->createdNames) {
+        if (!existing.contains(created.first))
+            definitions += definitionCode(created.first, created.second);
+    }
+    return definitions;
+}
+
+bool ScriptedObjectMap::save() const
+{
+    const QString code = getScriptCode();
+    clearCreatedNames();
+    d->saveError = writeScript(code);
+    d->unsavedCode = d->saveError.isEmpty() ? QString() : code;
+    return d->saveError.isEmpty();
+}
+
+// Returns an error text, empty on success.
+QString ScriptedObjectMap::writeScript(const QString &code) const
+{
+    const QString dir = QFileInfo(d->scriptPath).path();
+    if (!QDir(dir).mkpath(QStringLiteral(".")))
+        return QStringLiteral("%1: the directory could not be created").arg(dir);
+    const FileWriteResult written = writeFileSafely(d->scriptPath, code.toUtf8());
+    return written.outcome == FileWriteResult::Written
+               ? QString()
+               : QStringLiteral("%1: %2").arg(d->scriptPath, written.error);
+}
+
+QString ScriptedObjectMap::saveError() const
+{
+    return d->saveError;
+}
+
+QString ScriptedObjectMap::unsavedCode() const
+{
+    return d->unsavedCode;
+}
+
+ScriptedObjectMap::CreatedNames ScriptedObjectMap::createdNames() const
+{
+    return d->createdNames;
+}
+
+QStringList ScriptedObjectMap::scriptFiles(const QStringList &patterns) const
+{
+    QStringList files = filesIn(QFileInfo(d->scriptPath).dir(), patterns);
+    for (const QString &dir : globalScriptDirs())
+        files += filesIn(QDir(dir), patterns);
+    return files;
+}
+
+QDateTime ScriptedObjectMap::lastScriptModification(const QStringList &patterns) const
+{
+    QDateTime latest;
+    for (const QString &file : QStringList(d->scriptPath) + scriptFiles(patterns)) {
+        const QDateTime time = QFileInfo(file).lastModified();
+        if (time.isValid() && (!latest.isValid() || latest < time))
+            latest = time;
+    }
+    return latest;
+}
+
+QStringList ScriptedObjectMap::warningTextScriptCode() const
+{
+    const QString text =
+        QStringLiteral("\nNOTE: No line ending in '%1' was found in this file when recording a "
+                       "test; please make\n      sure that this is the case (e.g. by adding a "
+                       "comment ending with that special marker)\n      such that object names are "
+                       "automatically inserted at the desired position.")
+            .arg(insertionMarker);
+    QStringList lines;
+    for (const QString &line : text.split(QLatin1Char('\n')))
+        lines += commentLine(line);
+    return lines;
+}
+
+bool ScriptedObjectMap::isSymbolicName(const QString &name)
+{
+    return name.startsWith(QLatin1Char(':'));
+}
+
+QString ScriptedObjectMap::templatePath() const
+{
+    return d->templatePath;
+}
+
+QString ScriptedObjectMap::scriptPath() const
+{
+    return d->scriptPath;
+}
+
+RunnerInterface *ScriptedObjectMap::runner() const
+{
+    return &d->runner;
+}
+
+} // namespace Morvex

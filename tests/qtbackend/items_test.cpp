@@ -1,0 +1,119 @@
+#include "qtbackend/qtinspector.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+#include <gtest/gtest.h>
+
+using namespace Morvex;
+
+namespace {
+
+class ItemsTest : public testing::Test
+{
+protected:
+    ItemsTest()
+    {
+        window.resize(600, 500);
+        auto *metal = new QTreeWidgetItem(add<QTreeWidget>("tree", 0), {"Metal"});
+        new QTreeWidgetItem(metal, {"Bolts"});
+        new QTreeWidgetItem(metal, {"Nuts/Washers"});
+        auto *list = add<QListWidget>("list", 100);
+        for (int i = 0; i < 100; ++i)
+            list->addItem(QString::number(i));
+        add<QComboBox>("box", 200)->addItems({"one", "two"});
+        auto *tabs = add<QTabWidget>("tabs", 250);
+        tabs->addTab(new QWidget, "&First");
+        tabs->addTab(new QWidget, "R&&D");
+        auto *bar = add<QMenuBar>("bar", 350);
+        QMenu *file = bar->addMenu("&File");
+        QObject::connect(file, &QMenu::aboutToShow, file, [this, file] {
+            exportAction = file->addMenu("E&xport")->addAction("CSV\tCtrl+E");
+            exportAction->setCheckable(true);
+        });
+        window.show();
+    }
+
+    template <typename Widget>
+    Widget *add(const char *name, int y)
+    {
+        auto *widget = new Widget(&window);
+        widget->setObjectName(name);
+        widget->setGeometry(0, y, 400, 90);
+        return widget;
+    }
+
+    template <typename Widget>
+    Widget *get(const char *name) const
+    {
+        return window.findChild<Widget *>(name);
+    }
+
+    /// The answer, or the error text.
+    QString call(const char *function, const char *object, const QVariantList &arguments)
+    {
+        QString error;
+        const SharedPtr<Object> found = inspector.findObject(object, &error);
+        const QVariant answer = inspector.callFunction(
+            function, QVariantList{found ? found->id() : 0} + arguments, &error);
+        return error.isEmpty() ? answer.toString() : error;
+    }
+
+    QString use(const char *object, const char *action, const QVariantList &selector)
+    {
+        return call("useItem", object, QVariantList{action} + selector);
+    }
+
+    QWidget window;
+    QAction *exportAction = nullptr;
+    QtInspector inspector;
+};
+
+} // namespace
+
+TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
+{
+    auto *tree = get<QTreeWidget>("tree");
+    EXPECT_EQ(use("tree", "expand", {"Metal"}), "true");
+    EXPECT_TRUE(tree->topLevelItem(0)->isExpanded());
+    EXPECT_EQ(use("tree", "click", {"Metal/Nuts/Washers"}), "true");
+    EXPECT_EQ(tree->currentItem()->text(0), "Nuts/Washers");
+    EXPECT_EQ(use("tree", "toggle", {"Metal"}), "true");
+    EXPECT_FALSE(tree->topLevelItem(0)->isExpanded());
+
+    QString activated;
+    auto *list = get<QListWidget>("list");
+    QObject::connect(list, &QListWidget::itemActivated, list,
+                     [&](QListWidgetItem *item) { activated += item->text(); });
+    QObject::connect(list, &QListWidget::itemDoubleClicked, list,
+                     [&](QListWidgetItem *item) { activated += "twice " + item->text() + ' '; });
+    EXPECT_EQ(use("list", "click", {"90"}), "true");
+    EXPECT_EQ(list->currentRow(), 90);
+    EXPECT_EQ(use("list", "activate", {3, 0}), "true");
+    EXPECT_EQ(use("list", "doubleClick", {"80"}), "true");
+    EXPECT_TRUE(activated.startsWith("3twice 80")) << activated.toStdString();
+
+    EXPECT_EQ(use("box", "click", {"two"}), "true");
+    EXPECT_EQ(get<QComboBox>("box")->currentText(), "two");
+    EXPECT_EQ(use("tabs", "click", {"R&D"}), "true");
+    EXPECT_EQ(get<QTabWidget>("tabs")->currentIndex(), 1);
+    EXPECT_EQ(use("bar", "click", {"File/Export/CSV"}), "true");
+    EXPECT_TRUE(exportAction && exportAction->isChecked());
+}
+
+TEST_F(ItemsTest, WhatCanNotBeUsedIsSaid)
+{
+    EXPECT_EQ(call("itemText", "tree", {"Metal/Bolts"}), "Bolts");
+    EXPECT_EQ(call("hasItem", "tree", {"Metal/Screws"}), "false");
+    EXPECT_EQ(call("hasItem", "tree", {"/"}), "false");
+    EXPECT_EQ(use("list", "click", {-1, 7}), "there is no item in row -1, column 7");
+    EXPECT_EQ(use("tabs", "expand", {"First"}), "an item of this widget has no 'expand'");
+    EXPECT_EQ(use("box", "click", {""}), "there is no item ''");
+    EXPECT_EQ(use("{type='QWidget' parent='tabs'}", "click", {"x"}).left(5), "there");
+    get<QListWidget>("list")->setEnabled(false);
+    EXPECT_NE(use("list", "click", {"1"}), "true");
+}

@@ -1,0 +1,119 @@
+#include "runner/javascripteventrecorder.h"
+#include "runner/javascriptobjectmap.h"
+
+#include "support/files.h"
+#include "support/scriptfixture.h"
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+EventData action(const QString &object, const QString &method,
+                 const std::vector<EventDataArg> &arguments = {})
+{
+    EventData event(EventData::METHOD_CALL);
+    event.setObjectName(object);
+    event.setMethodName(method);
+    event.setContextId(1);
+    for (const EventDataArg &argument : arguments)
+        event.addArgument(argument);
+    return event;
+}
+
+EventDataArg text(const QString &value)
+{
+    return {value, EventDataArg::TEXT};
+}
+
+EventDataArg number(int value)
+{
+    return {QString::number(value), EventDataArg::NUMBER};
+}
+
+QStringList recorded(EventRecorder::Synchronization synchronization, ScriptedObjectMap *map,
+                     std::vector<EventData> events)
+{
+    JavaScriptEventRecorder recorder(synchronization == EventRecorder::NO_SYNC,
+                                     synchronization == EventRecorder::OBJECT_SYNC, map);
+    for (std::size_t i = 0; i < events.size(); ++i) {
+        events[i].setSequence(i);
+        recorder.queueEvent(events[i]);
+    }
+    recorder.dequeueEvents();
+    return recorder.lines();
+}
+
+} // namespace
+
+class JavaScriptEventRecorderTest : public ScriptFixture
+{
+};
+
+// Every statement that the recorder prints, in the script of a test case beside its names file.
+TEST_F(JavaScriptEventRecorderTest, WhatItPrintsRuns)
+{
+    const QString namesPath = runner.suitePath() + "/names.js";
+    JavaScriptObjectMap map(namesPath);
+    EventData other = action("{name='name'}", "type", {text("A \"nut\" '<<3'")});
+    other.setContextId(2);
+    const QStringList lines = recorded(
+        EventRecorder::SNOOZE_SYNC, &map,
+        {action("{name='articles' window={name='inventory'}}", "clickItem", {text("Nuts")}), other,
+         action("{name='count'}", "setProperty", {text("value"), number(3)}),
+         action("{name='add'}", "click"),
+         action("{name='articles' window={name='inventory'}}", "doubleClickItem",
+                {number(3), number(0)}),
+         action("{name='articles' window={name='inventory'}}", "click", {number(5), number(5)}),
+         action("{type='QMenuBar'}", "clickItem", {text("Stock/Remove")})});
+    const QStringList expected{
+        "var ctx_0 = currentApplicationContext();",
+        "find(names.articles).item(\"Nuts\").click();",
+        "var ctx_1 = waitForApplicationLaunch();",
+        "find(names.name).type(\"A \\\"nut\\\" '<<3'\");",
+        "setApplicationContext(ctx_0);",
+        "find(names.count).set(\"value\", 3);",
+        "find(names.add).click();",
+        "find(names.articles).item(3, 0).doubleClick();",
+        "find(names.articles).click(5, 5);",
+        "find(names.qMenuBar).item(\"Stock/Remove\").click();",
+    };
+    EXPECT_EQ(lines, expected);
+    ASSERT_TRUE(map.save());
+    EXPECT_EQ(results("application.start('inventory');\n" + lines.join('\n').toUtf8() +
+                      "\ncheck.equal(find(names.inventory).get('totalCount'), 43);"),
+              QStringList("PASS Verification|Got expected 43."))
+        << output.standardOutput.toStdString() << readFile(namesPath).toStdString();
+}
+
+TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLongEnough)
+{
+    EventData first = action("{text='a'}", "click");
+    EventData late = action("{text='b'}", "clickItem", {text("x")});
+    first.setTime(QTime(1, 0));
+    late.setTime(QTime(1, 0, 12));
+    const std::vector<EventData> events{first, late};
+    EXPECT_EQ(recorded(EventRecorder::NO_SYNC, nullptr, events),
+              QStringList({"find(\"{text='a'}\").click();", "find(\"{text='b'}\").item(\"x\").click();"}));
+    EXPECT_EQ(recorded(EventRecorder::SNOOZE_SYNC, nullptr, events).value(1), "snooze(12.0);");
+    EXPECT_EQ(recorded(EventRecorder::OBJECT_SYNC, nullptr, events).value(1),
+              "find(\"{text='b'}\").item(\"x\", 12000).text();");
+}
+
+TEST_F(JavaScriptEventRecorderTest, AnEventThatScriptsCanNotRepeatIsSeenInTheScript)
+{
+    EXPECT_EQ(recorded(EventRecorder::NO_SYNC, nullptr, {action("a\nb", "swipe", {text("\n")})}),
+              QStringList("// Not recorded: \"swipe\" of \"a\\nb\" with (\"\\n\")"));
+}
+
+TEST_F(JavaScriptEventRecorderTest, ScriptsUseItemsAsUsersDo)
+{
+    const QByteArray start = "application.start('inventory'); var t = find('articles');";
+    const QStringList lines =
+        results(start + "t.item('Nuts').click(); check.equal(t.item(1, 1).text(), '35');"
+                        "check.that(!t.item('Screws').exists()); t.item('Gone', 0).click();");
+    EXPECT_EQ(lines.mid(0, 2), QStringList({"PASS Verification|Got expected '35'.",
+                                            "PASS Verification|The condition holds."}));
+    EXPECT_TRUE(lines.value(2).contains("articles: there is no item 'Gone'"))
+        << lines.value(2).toStdString();
+}

@@ -1,0 +1,223 @@
+#include "runner/javascriptobjectmap.h"
+
+#include "support/files.h"
+#include "support/filesizelimit.h"
+
+#include <gtest/gtest.h>
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+const char marker[] = "// MORVEX_INSERT_OBJECT_NAMES_HERE\n";
+
+class JavaScriptObjectMapTest : public testing::Test
+{
+protected:
+    JavaScriptObjectMapTest()
+        : path(dir.filePath("names.js"))
+    {
+    }
+    ~JavaScriptObjectMapTest() override { ObjectMap::install(nullptr); }
+
+    // What a recording of these objects makes of a file with this content.
+    QByteArray saved(const QByteArray &content, const QStringList &objects)
+    {
+        writeFile(path, content);
+        JavaScriptObjectMap map(path);
+        for (const QString &object : objects)
+            map.getSymbolicName(object, true);
+        EXPECT_TRUE(map.save()) << map.saveError().toStdString();
+        EXPECT_TRUE(map.createdNames().isEmpty());
+        return readFile(path);
+    }
+
+    QTemporaryDir dir;
+    QString path;
+};
+
+} // namespace
+
+TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
+{
+    JavaScriptObjectMap map(path);
+    const struct
+    {
+        const char *object;
+        const char *expression;
+    } cases[] = {
+        {"{text='Save As...' type='QPushButton'}", "names.saveAs"},
+        {"{type='QPushButton' text='Save As...'}", "names.saveAs"},
+        {"{text='Save as'}", "names.saveAs_2"},
+        {"{text='save as'}", "names.saveAs_3"},
+        {"{text='Größe 2'}", "names.größe2"},
+        {"{text='保存'}", "names.保存"},
+        {"{text='class'}", "names.class"},
+        {"{text='constructor'}", "names.constructor"},
+        {"{text='2nd'}", "names._2nd"},
+        {"{text='...'}", "names.object"},
+        {"SWT", "names.SWT"},
+        {"{text='OK' window={text='Dialog'}}", "names.ok"},
+        {"{text='Dialog'}", "names.dialog"},
+        {":unknown \"name\"", R"(":unknown \"name\"")"},
+    };
+    for (int pass = 0; pass < 2; ++pass) {
+        for (const auto &each : cases)
+            EXPECT_EQ(map.getSymbolicName(each.object, true), each.expression);
+        EXPECT_EQ(map.createdNames().size(), pass == 0 ? 12 : 0);
+        ASSERT_TRUE(map.save());
+        EXPECT_EQ(map.error().toString(), "");
+    }
+    EXPECT_EQ(map.getSymbolicName(":saveAs", true), "names.saveAs");
+    EXPECT_TRUE(readFile(path).contains(
+        "names.dialog = {text: \"Dialog\"};\nnames.ok = {text: \"OK\", window: names.dialog};\n"));
+    EXPECT_EQ(map.getScriptedSymbolicNames().mid(0, 2), QStringList({"saveAs", "saveAs_2"}));
+}
+
+TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
+{
+    const QStringList save{"{text='Save'}"};
+    const QByteArray definition = "names.save = {text: \"Save\"};\n";
+    const QByteArray comment = "// " + definition;
+    const struct
+    {
+        QByteArray before;
+        QByteArray start;
+        QByteArray end;
+    } cases[] = {
+        {"", "// Names of the objects", definition + marker},
+        {" \n\t\n", "// Names of the objects", definition + marker},
+        {QByteArray("// mine\n") + marker + "names.z = {a: 1};", "// mine\n" + definition + marker,
+         "names.z = {a: 1};\n"},
+        {"// mine", "// mine\n//\n// NOTE: No line ending in", comment},
+        {"// MORVEX_INSERT_OBJECT_NAMES_HERE \n",
+         "// MORVEX_INSERT_OBJECT_NAMES_HERE \n//\n// NOTE", comment},
+        {QByteArray("\xef\xbb\xbfnames.a = {b: 'c'};\r\n") + marker, "names.a = {b: 'c'};\n",
+         definition + marker},
+        {definition + marker, definition + marker, definition + marker},
+    };
+    for (const auto &each : cases) {
+        const QByteArray after = saved(each.before, save);
+        EXPECT_TRUE(after.startsWith(each.start)) << after.toStdString();
+        EXPECT_TRUE(after.endsWith(each.end)) << after.toStdString();
+    }
+}
+
+TEST_F(JavaScriptObjectMapTest, WhatCanNotBeSavedIsKeptAndTheFileStaysAsItWas)
+{
+    const QByteArray before = marker + QByteArray(400, '/') + '\n';
+    writeFile(path, before);
+    JavaScriptObjectMap map(path);
+    map.getSymbolicName("{text='Save'}", true);
+    QString error;
+    {
+        const FileSizeLimit limit(100);
+        error = map.saveOrKeep();
+    }
+    EXPECT_TRUE(error.contains(path)) << error.toStdString();
+    EXPECT_EQ(readFile(path), before);
+    EXPECT_TRUE(map.unsavedCode().startsWith("names.save = {text: \"Save\"};\n"));
+    EXPECT_FALSE(QFileInfo::exists(path + ".unsaved"));
+
+    const JavaScriptObjectMap nowhere("/proc/none/names.js");
+    EXPECT_FALSE(nowhere.save());
+    EXPECT_NE(nowhere.saveError(), "");
+}
+
+TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
+{
+    const struct
+    {
+        QByteArray content;
+        int line;
+        const char *part;
+    } cases[] = {
+        {"\n\nnames.a = ;", 3, "SyntaxError"},
+        {"names.a = {text: 'x'};\nnames.a = {text: 'y'};", 2, "defined twice"},
+        {"names.a = {window: names.b};", 1, "no name 'b' above"},
+        {"names.a = {};", 1, "without properties"},
+        {"names.a = {text: null};", 1, "value of 'text'"},
+        {"names.a = {'a b': 'c'};", 1, "can't be a property"},
+        {QByteArray("// a\nnames.a\0 = 'b';", 20), 2, "zero byte"},
+        {"// \xff", 0, "not UTF-8"},
+    };
+    for (const auto &each : cases) {
+        writeFile(path, each.content);
+        const JavaScriptObjectMap map(path);
+        const NamesFileError error = map.error();
+        EXPECT_TRUE(error.text.contains(each.part)) << error.text.toStdString();
+        EXPECT_EQ(error.place.lineNumber(), each.line) << error.text.toStdString();
+        EXPECT_EQ(error.place.fileName(), path);
+        QString dump;
+        EXPECT_FALSE(map.scriptedNamesDump(&dump));
+    }
+}
+
+TEST_F(JavaScriptObjectMapTest, NamesOfAnObjectMapFollowTheirReferencesToAnyLengthAndRound)
+{
+    const int length = 10000;
+    ObjectMap legacy;
+    for (int i = 0; i < length; ++i)
+        legacy.insert(QStringLiteral(":n%1").arg(i),
+                      ObjectName(QStringLiteral("{text='%1' window=':n%2'}")
+                                     .arg(QString::number(i), QString::number(i + 1))));
+    legacy.insert(":n10000", ObjectName("{text='x' window=':n9999' parent=':gone'}"));
+    legacy.insert(":N1", ObjectName("{text='other'}"));
+    legacy.insert(":last", ObjectName("{text='last' window=':n1'}"));
+
+    JavaScriptObjectMap map(path);
+    QMap<QString, QString> migrated;
+    for (const QString &name : legacy.names().keys())
+        map.migrateName(legacy, name, migrated);
+    EXPECT_EQ(map.createdNames().size(), length + 3);
+    EXPECT_EQ(map.danglingReferences(), QStringList(":gone"));
+    ASSERT_TRUE(map.save());
+    ASSERT_EQ(map.error().toString(), "");
+    QString dump;
+    ASSERT_TRUE(map.scriptedNamesDump(&dump));
+    EXPECT_EQ(migrated.value(":N1"), "n1");
+    EXPECT_EQ(migrated.value(":n1"), "n1_2");
+    EXPECT_TRUE(dump.contains(":last\t{text='last' window=':n1_2'}\n"));
+
+    ObjectMap::install(&legacy);
+    JavaScriptObjectMap resolved(dir.filePath("resolved.js"));
+    EXPECT_EQ(resolved.getSymbolicName(":last", false), "names.last");
+    EXPECT_EQ(resolved.createdNames().size(), length + 1);
+    ASSERT_TRUE(resolved.save());
+    EXPECT_EQ(resolved.error().toString(), "");
+}
+
+TEST_F(JavaScriptObjectMapTest, ASerializedMapKeepsItsNames)
+{
+    JavaScriptObjectMap map(path);
+    map.getSymbolicName("{text='dropped'}", true);
+    map.fromLegacyRepresentation(":Save As\t{text='Save'}\n:B\t{text='b' window=':Save As'}\n");
+    ASSERT_TRUE(map.save());
+    const QByteArray code = readFile(path);
+    EXPECT_TRUE(code.contains("names[\"Save As\"] = {text: \"Save\"};\n"
+                              "names.B = {text: \"b\", window: names[\"Save As\"]};\n"))
+        << code.toStdString();
+    EXPECT_FALSE(code.contains("dropped"));
+}
+
+TEST_F(JavaScriptObjectMapTest, RealNamesSurviveTheWayThroughTheFile)
+{
+    const QStringList objects{
+        "{text='it\\'s a \\\\ \"\n\t\u2028'}", "{text?='Save*' size.width~='1\\\\d'}",
+        "{text='\u202eabc' __proto__='x'}",    "plain 'text'",
+        "{window={text='W' parent={a='1'}}}",
+    };
+    JavaScriptObjectMap map(path);
+    QStringList expressions;
+    for (const QString &object : objects)
+        expressions += map.getSymbolicName(object, true);
+    ASSERT_TRUE(map.save());
+    ASSERT_EQ(map.error().toString(), "");
+    for (int i = 0; i < objects.size(); ++i)
+        EXPECT_EQ(map.getSymbolicName(objects.at(i), true), expressions.at(i));
+    EXPECT_TRUE(map.createdNames().isEmpty());
+}

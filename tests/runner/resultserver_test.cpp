@@ -1,0 +1,198 @@
+// Runs of the real runner that are uploaded to the result server of the examples.
+
+#include "support/files.h"
+#include "support/reportcounts.h"
+#include "support/runnerprocess.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <csignal>
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+namespace {
+
+class ResultServerTest : public testing::Test
+{
+protected:
+    void startServer(const QStringList &options = {})
+    {
+        server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        server.start(MORVEX_BINARY_DIR "/examples/bin/resultserver",
+                     QStringList{"--port", "0", "--data", path("results")} + options);
+        while (!value().isEmpty() || server.waitForReadyRead(30000)) {
+            said += server.readAllStandardOutput();
+            if (!value().isEmpty())
+                break;
+        }
+        ASSERT_NE(value(), "");
+    }
+
+    ~ResultServerTest() override
+    {
+        server.terminate();
+        server.waitForFinished();
+        EXPECT_EQ(server.exitCode(), 0);
+        EXPECT_EQ(QDir(path("results/.incoming")).entryList({"run-*"}), QStringList());
+    }
+
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+    // Of --reportgen, as the server shows it.
+    QString value() const
+    {
+        static const QRegularExpression shown("'(quillbase,[^']*)'");
+        return shown.match(said).captured(1);
+    }
+
+    // The runs of a web report, without what an upload does not carry or what tells of the place
+    // of the report.
+    static QJsonArray runsOf(const QString &report)
+    {
+        QJsonArray runs;
+        const QByteArray data = readFile(report + "/data/results-v1.js");
+        for (const QByteArray &line : data.split('\n')) {
+            if (!line.startsWith("data.push( "))
+                continue;
+            const QByteArray run = line.mid(11, line.lastIndexOf(" );") - 11);
+            runs.append(withoutPlaces(QJsonDocument::fromJson(run).object()));
+        }
+        return runs;
+    }
+
+    static QJsonValue withoutPlaces(const QJsonValue &value)
+    {
+        if (value.isArray()) {
+            QJsonArray array;
+            for (const QJsonValue &element : value.toArray())
+                array.append(withoutPlaces(element));
+            return array;
+        }
+        if (!value.isObject())
+            return value;
+        QJsonObject object;
+        const QJsonObject all = value.toObject();
+        for (auto member = all.begin(); member != all.end(); ++member) {
+            const bool isPlace = member.value().toString().startsWith("x-results:");
+            object.insert(member.key(), isPlace ? "x-results" : withoutPlaces(member.value()));
+        }
+        return object;
+    }
+
+    QProcess server;
+    QString said;
+    RunnerProcess runner;
+
+private:
+    QTemporaryDir m_dir;
+};
+
+TEST_F(ResultServerTest, TwoHundredTestCasesGiveTheReportThatTheyGiveLocally)
+{
+    for (int i = 0; i < 200; ++i) {
+        const QByteArray number = QByteArray::number(1000 + i);
+        runner.addTestCase(
+            "tst_" + number,
+            "section('s " + number +
+                "', function () {\n"
+                "  check.equal('\\u4e2d|\\n\\u05e9', '" +
+                number +
+                "', 'm');\n"
+                "  check.that(" +
+                (i % 3 ? "true" : "false") + ", 'odd', {expectFail: " + (i % 5 ? "false" : "true") +
+                "});\n"
+                "});\n"
+                "log.warning('w', new Array(" +
+                number + ").join('x'));\n" + (i % 50 ? "" : "throw new Error('thrown');\n"));
+    }
+    runner.addTestCase("tst_attach", "file.write('a.txt', 'content'); attach('a.txt', 'A file');");
+    startServer();
+    const RunnerOutput output =
+        runner.runSuite({"--retry", "1", "--reportgen", "stdout," + path("console.txt"),
+                         "--reportgen", value() + "&batch=b", "--reportgen",
+                         "html," + path("local"), "--reportgen", "junit," + path("junit.xml")});
+    EXPECT_EQ(output.status, 1);
+    const QString token = value().section("token=", 1);
+    EXPECT_FALSE((output.standardOutput + output.standardError).contains(token.toUtf8()));
+
+    const QString uploaded = path("results/demo/batches/b");
+    const QJsonArray local = runsOf(path("local"));
+    ASSERT_EQ(local.size(), 1);
+    EXPECT_EQ(QJsonDocument(local).toJson(), QJsonDocument(runsOf(uploaded)).toJson());
+    const QStringList files =
+        QDir(uploaded + "/attachments").entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_EQ(readFile(uploaded + "/attachments/" + files.front() + "/1-a.txt"), "content");
+
+    Counts console = countsOfConsole(readFile(path("console.txt")));
+    EXPECT_EQ(
+        console["testcases"],
+        runsOf(uploaded)[0].toObject()["tests"].toArray()[0].toObject()["tests"].toArray().size());
+    const std::vector<Counts> others{countsOfWebReport(readFile(path("local/data/results-v1.js"))),
+                                     countsOfWebReport(readFile(uploaded + "/data/results-v1.js"))};
+    for (const Counts &counts : others) {
+        for (const auto &[key, count] : counts)
+            EXPECT_EQ(count, console[key]) << key;
+    }
+    const XmlDocument junit(readFile(path("junit.xml")));
+    for (const ClassicFormat &format : classicFormats()) {
+        if (format.keyword == std::string("junit")) {
+            for (const auto &[key, count] : format.read(junit))
+                EXPECT_EQ(count, console[key]) << key;
+        }
+    }
+}
+
+// What comes over the line is a client's own affair; the server and the other runs go on.
+TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
+{
+    const QByteArray client =
+        "import asyncio, json, sys, websockets\n"
+        "token = sys.argv[2]\n"
+        "def text(t): return '%d|%s' % (len(t), t)\n"
+        "def session(p='p', t=token, b='b'): return '5|0|%s|%s|0|%s\\n' % (text(p), text(t), "
+        "text(b))\n"
+        "entry = '105|%d|0|' + text('START') + '|1|s|' + text('file:///s') + '|-1' + '|0|' * 4 +"
+        " '|0' + '|0|' * 2 + '|-1' + '|0|' * 2 + '|-1\\n'\n"
+        "async def refused(*messages):\n"
+        "    async with websockets.connect(sys.argv[1]) as socket:\n"
+        "        for m in messages: await socket.send(m.encode('latin1'))\n"
+        "        codes = []\n"
+        "        try:\n"
+        "            for m in messages: codes.append(json.loads(await socket.recv())['code'])\n"
+        "        except websockets.ConnectionClosed: codes.append(-1)\n"
+        "        return codes\n"
+        "async def main():\n"
+        "    bad = ['', '\\0', '|', '105|0', '5|0|', session(t='x'), session(p='..'), "
+        "session(p='a/b'),"
+        " session(b='.'), session(b='a\\0b'), session(p=''), '5|0|99999999999|x', '5|0|-1|x', "
+        "'5|1|', 'x' * 70000,"
+        " '5|0|1|p|%s|999999|' % text(token)]\n"
+        "    for m in bad: print((await refused(m))[-1] != 0)\n"
+        "    for m in ['105|1|', entry % 2, '201|1|1|a|5|abc', '400|1|1|a|5|', '401|1|1|a|-1', "
+        "'7|1', '5|1|', '301|1x',"
+        " '105|1|0|5|START|0||0||0|0||0||0||0||99999999|']:\n"
+        "        print((await refused(session(), m))[-1] != 0)\n"
+        "    print(await refused(session(b='cut'), entry % 1))\n"
+        "asyncio.run(main())\n";
+    startServer();
+    const QString address = value().section('/', 0, 2).replace("quillbase,http", "ws") + "/event";
+    QProcess process;
+    process.start("/usr/bin/python3", {"-c", client, address, value().section("token=", 1)});
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(25) + "[0, 0]\n")
+        << process.readAllStandardError().constData();
+    // The end of the server waits for what is left.
+    server.terminate();
+    ASSERT_TRUE(server.waitForFinished());
+    EXPECT_EQ(runsOf(path("results/p/batches/cut")).size(), 1);
+    EXPECT_TRUE(readFile(path("results/p/batches/cut/data/results-v1.js")).contains("Run aborted"));
+}
+
+} // namespace
