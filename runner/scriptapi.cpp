@@ -20,16 +20,6 @@
 #include <limits>
 
 namespace Morvex {
-namespace {
-
-TestResult::ResultType outcomeType(bool passed, bool expectFail)
-{
-    if (expectFail)
-        return passed ? TestResult::XPASS : TestResult::XFAIL;
-    return passed ? TestResult::PASS : TestResult::FAIL;
-}
-
-} // namespace
 
 ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
     : m_engine(engine)
@@ -70,8 +60,8 @@ void ScriptApi::check(bool passed, const QString &message, const QString &detail
 {
     TestResult *result = m_context.result;
     result->startVP();
-    result->addResult(currentLocalTime(), outcomeType(passed, expectFail), message, details,
-                      m_engine->currentStack(), QString(), -1);
+    result->addResult(currentLocalTime(), TestResult::verificationType(passed, expectFail), message,
+                      details, m_engine->currentStack(), QString(), -1);
     result->endVP();
 }
 

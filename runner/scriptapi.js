@@ -236,7 +236,8 @@
             this.source.set(name(property, "a property"), value);
         },
         click: function (x, y) {
-            if (arguments.length !== 0 && !(isInt32(x) && isInt32(y)))
+            if (arguments.length !== 0 &&
+                !(arguments.length === 2 && isInt32(x) && isInt32(y)))
                 throw new TypeError("click takes nothing or the two whole numbers x and y");
             this.source.click(x, y);
         },

@@ -3,6 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
+#include "objectmodel/propertypath.h"
 #include "qtbackend/turneventloop.h"
 #include "qtbackend/wholenumber.h"
 
@@ -37,6 +38,37 @@ QVariant scriptValue(const Object &object)
     }
 }
 
+// Texts that a widget writes its own way.
+bool isMarkup(const QString &property)
+{
+    return property == QLatin1String("html") || property == QLatin1String("markdown");
+}
+
+// Whether the property holds what it was set to. True when that can't be said.
+bool isTaken(const QVariant &wanted, const Object &object)
+{
+    QVariant converted = wanted;
+    return !object.value().isValid() || !converted.convert(object.value().userType()) ||
+           converted == object.value() || wanted.toString() == object.valueText();
+}
+
+// Widgets leave out in silence what they can't show. Returns an error text, empty when the value
+// was taken. A number has to be the one that is wanted; of any other value it is enough that it
+// changed something.
+QString whyNotTaken(const QString &property, const QVariant &wanted,
+                    const SharedPtr<Object> &before, const SharedPtr<Object> &after)
+{
+    if (!after || isMarkup(property) || isTaken(wanted, *after))
+        return {};
+    if (isWholeNumber(after->value()))
+        return QStringLiteral("property '%1' doesn't take %2, it is %3")
+            .arg(property, wanted.toString(), after->valueText());
+    return before && before->value() == after->value()
+               ? QStringLiteral("property '%1' doesn't take this value, it has not changed")
+                     .arg(property)
+               : QString();
+}
+
 } // namespace
 
 ScriptObject::ScriptObject(const QString &name, const SharedPtr<Object> &object,
@@ -49,44 +81,43 @@ ScriptObject::ScriptObject(const QString &name, const SharedPtr<Object> &object,
 
 QJSValue ScriptObject::get(const QString &path)
 {
-    const SharedPtr<Object> value = walk(path.split(QLatin1Char('.'), Qt::SkipEmptyParts));
+    const SharedPtr<Object> value = follow(propertySteps(path));
     return value ? qjsEngine(this)->toScriptValue(scriptValue(*value)) : QJSValue();
 }
 
 void ScriptObject::set(const QString &path, const QJSValue &value)
 {
-    QStringList steps = path.split(QLatin1Char('.'), Qt::SkipEmptyParts);
+    QStringList steps = propertySteps(path);
     const QString last = steps.isEmpty() ? QString() : steps.takeLast();
-    const SharedPtr<Object> owner = walk(steps);
+    const SharedPtr<Object> owner = follow(steps);
     if (!owner)
         return;
     const Class *ownerClass = owner->objectClass();
     const Property *property = ownerClass ? ownerClass->property(last) : nullptr;
-    const QString error = property ? property->set(owner, value.toVariant())
-                                   : QStringLiteral("there is no property '%1'").arg(last);
-    if (error.isEmpty())
+    if (!property)
+        return fail(QStringLiteral("there is no property '%1'").arg(last));
+    const QVariant wanted = value.toVariant();
+    const SharedPtr<Object> before = property->get(owner);
+    QString error = property->set(owner, wanted);
+    if (error.isEmpty()) {
         turnEventLoop(0);
-    else
+        error = whyNotTaken(last, wanted, before, property->get(owner));
+    }
+    if (!error.isEmpty())
         fail(error);
 }
 
-SharedPtr<Object> ScriptObject::walk(const QStringList &steps)
+SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 {
     if (!exists()) {
-        fail(m_object ? QStringLiteral("the object is gone") : m_error);
+        fail(m_object ? QStringLiteral("the object no longer exists") : m_error);
         return {};
     }
-    SharedPtr<Object> object = m_object;
-    for (const QString &step : steps) {
-        const Class *objectClass = object->objectClass();
-        const Property *property = objectClass ? objectClass->property(step) : nullptr;
-        object = property ? property->get(object) : SharedPtr<Object>();
-        if (!object) {
-            fail(property ? QStringLiteral("property '%1' has no value").arg(step)
-                          : QStringLiteral("there is no property '%1'").arg(step));
-            return {};
-        }
-    }
+    MissingProperty missing;
+    const SharedPtr<Object> object = followProperties(m_object, steps, &missing);
+    if (!object)
+        fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
+                            : QStringLiteral("there is no property '%1'").arg(missing.name));
     return object;
 }
 
@@ -131,7 +162,7 @@ void ScriptObject::waitForItem(const QVariantList &selector, int timeout)
 
 QVariant ScriptObject::call(const QString &function, const QVariantList &arguments)
 {
-    if (!walk({}))
+    if (!follow({}))
         return {};
     QString error;
     const QVariant answer =

@@ -32,7 +32,7 @@ public:
     Q_INVOKABLE bool hasItem(const QVariantList &selector);
 
 private:
-    SharedPtr<Object> walk(const QStringList &steps);
+    SharedPtr<Object> follow(const QStringList &steps);
     QVariant call(const QString &function, const QVariantList &arguments);
     void waitForItem(const QVariantList &selector, int timeout);
     void fail(const QString &what);

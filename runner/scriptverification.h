@@ -33,8 +33,7 @@ public:
                             int row);
 
 private:
-    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure,
-                          bool hasLearned);
+    void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
     QString pointPath(const QString &name) const;
 
     ScriptEngine *m_engine;

@@ -15,7 +15,7 @@ struct MORVEX_EXPORT EventDataArg
     enum Kind { TEXT = 0, NUMBER = 1 };
 
     QString value;
-    int kind = TEXT;
+    Kind kind = TEXT;
 };
 
 /// A user action that the application under test reports while a test is recorded.

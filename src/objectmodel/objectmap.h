@@ -40,6 +40,9 @@ public:
 
     void insert(const QString &symbolicName, const ObjectName &name);
     QMap<QString, ObjectName> names() const { return m_names; }
+    bool contains(const QString &symbolicName) const { return m_names.contains(symbolicName); }
+    /// Empty for an unknown name.
+    ObjectName realName(const QString &symbolicName) const { return m_names.value(symbolicName); }
 
     /// The symbolic name of an object. Without one the real name comes back, unless @p create asks
     /// for a new, unique one.

@@ -45,6 +45,13 @@ private:
         return !atEnd() && m_text.at(m_position) == QLatin1Char(character);
     }
 
+    // A backslash before any other character stands for itself, as in "\d".
+    bool isEscapable(int position) const
+    {
+        return position < m_text.size() && (m_text.at(position) == QLatin1Char('\'') ||
+                                            m_text.at(position) == QLatin1Char('\\'));
+    }
+
     bool take(char character)
     {
         if (!isAt(character))
@@ -68,7 +75,7 @@ private:
     bool parseName(QMap<QString, PropertyValue> *properties, int depth)
     {
         if (depth > maxDepth)
-            return fail(QStringLiteral("the name is nested too deep"));
+            return fail(QStringLiteral("the name is nested too deeply"));
         if (!take('{'))
             return fail(QStringLiteral("\"{\" is missing"));
         for (skipBlanks(); !take('}'); skipBlanks()) {
@@ -99,7 +106,7 @@ private:
         if (!parseValue(&value, depth))
             return false;
         if (key == QLatin1String("occurrence") && !isOccurrence(value))
-            return fail(QStringLiteral("'occurrence' is no number from 1"));
+            return fail(QStringLiteral("'occurrence' must be a number, 1 or greater"));
         properties->insert(key, value);
         return true;
     }
@@ -118,12 +125,11 @@ private:
     {
         if (value->kind != PropertyValue::EXACT || !isAt('{'))
             return parseText(&value->text);
-        const int start = m_position;
         QMap<QString, PropertyValue> referenced;
         if (!parseName(&referenced, depth + 1))
             return false;
         value->kind = PropertyValue::REFERENCE;
-        value->text = m_text.mid(start, m_position - start);
+        value->text = ObjectName(referenced).qualifiedName();
         return true;
     }
 
@@ -132,7 +138,8 @@ private:
         if (!take('\''))
             return fail(QStringLiteral("a value in single quotes is missing"));
         while (!take('\'')) {
-            take('\\');
+            if (isAt('\\') && isEscapable(m_position + 1))
+                ++m_position;
             if (atEnd())
                 return fail(QStringLiteral("the closing single quote is missing"));
             *text += m_text.at(m_position++);

@@ -72,7 +72,7 @@ QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *erro
     if (!object)
         return dumpError(*error);
     if (!object->isWidgetType())
-        return dumpError(QStringLiteral("The object is no widget"));
+        return dumpError(QStringLiteral("The object is not a widget"));
     ElementFilter filter;
     for (int i = 1; i < arguments.size(); ++i) {
         const QString reason = filter.add(arguments.at(i).toByteArray());

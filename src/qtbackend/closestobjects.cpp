@@ -41,8 +41,7 @@ bool isNear(QtModel &model, const NameCondition &condition, QObject *object)
         (!hasLabel && condition.property != QLatin1String("type")))
         return false;
     QString text;
-    if (condition.readText(model, object, &text) &&
-        areSimilar(wanted, textForReaders(object, condition.property, text)))
+    if (condition.readShownText(model, object, &text) && areSimilar(wanted, text))
         return true;
     const auto labels = hasLabel ? identifyingPropertiesOf(object) : QHash<QString, QString>();
     return std::any_of(labels.begin(), labels.end(),
@@ -86,9 +85,8 @@ QString describeDifference(QtModel &model, const NameConditions &conditions, QOb
             continue;
         if (condition.isReference())
             differences += QStringLiteral("another %1").arg(condition.property);
-        else if (condition.readText(model, object, &text))
-            differences += QStringLiteral("%1 '%2'").arg(
-                condition.property, textForReaders(object, condition.property, text));
+        else if (condition.readShownText(model, object, &text))
+            differences += QStringLiteral("%1 '%2'").arg(condition.property, text);
         else
             differences += QStringLiteral("no %1").arg(condition.property);
     }

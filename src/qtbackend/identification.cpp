@@ -3,14 +3,20 @@
 #include "objectmodel/objectname.h"
 
 #include <QAbstractSpinBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMetaProperty>
 #include <QVariant>
+
+#include <algorithm>
+#include <iterator>
 
 namespace Morvex {
 namespace {
 
 const char *const labels[] = {"text", "title", "windowTitle"};
+
+const char *const secrets[] = {"text", "selectedText", "textValue", "currentText"};
 
 // The toolkit marks what a widget is there to edit as its user property.
 bool isTyped(const QObject *object, const char *property)
@@ -30,13 +36,15 @@ bool hidesItsText(const QObject *object)
     return false;
 }
 
-bool isSecret(const QObject *object, const QString &property)
+// What shows the value of the property as dots; null when it is no secret.
+const QObject *hiderOf(const QObject *object, const QString &property)
 {
-    for (const char *secret : {"text", "selectedText", "textValue"}) {
-        if (property == QLatin1String(secret))
-            return hidesItsText(object);
-    }
-    return false;
+    const bool isSecret =
+        std::any_of(std::begin(secrets), std::end(secrets),
+                    [&property](const char *secret) { return property == QLatin1String(secret); });
+    const auto *box = qobject_cast<const QComboBox *>(object);
+    const QObject *editor = box && box->lineEdit() ? box->lineEdit() : object;
+    return isSecret && hidesItsText(editor) ? editor : nullptr;
 }
 
 void addText(const QObject *object, const char *property, QHash<QString, QString> *texts)
@@ -87,7 +95,8 @@ QString realNameOf(const QObject *object)
 
 QString textForReaders(const QObject *object, const QString &property, const QString &text)
 {
-    return isSecret(object, property) ? object->property("displayText").toString() : text;
+    const QObject *hider = hiderOf(object, property);
+    return hider ? hider->property("displayText").toString() : text;
 }
 
 } // namespace Morvex

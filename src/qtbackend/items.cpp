@@ -1,6 +1,6 @@
 #include "qtbackend/items.h"
 
-#include "qtbackend/obstacle.h"
+#include "qtbackend/whyblocked.h"
 #include "qtbackend/turneventloop.h"
 #include "qtbackend/userinput.h"
 
@@ -160,7 +160,7 @@ private:
 
     QString setExpanded(QTreeView *tree, bool expanded)
     {
-        const QString error = obstacleTo(tree);
+        const QString error = whyBlocked(tree);
         if (error.isEmpty()) {
             tree->scrollTo(m_index);
             tree->setExpanded(m_index, expanded);
@@ -200,7 +200,7 @@ public:
     {
         if (action != QLatin1String("click"))
             return unknownAction(action);
-        const QString error = obstacleTo(m_box);
+        const QString error = whyBlocked(m_box);
         if (!error.isEmpty())
             return error;
         m_box->showPopup();
@@ -238,7 +238,7 @@ public:
         const QRect place = m_bar->tabRect(m_index);
         // A tab that is scrolled out of sight can be chosen by the keys alone.
         if (!m_bar->rect().contains(place.center())) {
-            const QString error = obstacleTo(m_bar);
+            const QString error = whyBlocked(m_bar);
             if (error.isEmpty())
                 m_bar->setCurrentIndex(m_index);
             return error;

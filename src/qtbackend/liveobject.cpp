@@ -30,7 +30,7 @@ bool LiveObject::compare(const SharedPtr<Object> &other) const
 QString LiveObject::valueText() const
 {
     const QObject *object = m_model.registry().object(m_id);
-    return object ? realNameOf(object) : QStringLiteral("(an object that is gone)");
+    return object ? realNameOf(object) : QStringLiteral("(an object that no longer exists)");
 }
 
 } // namespace Morvex

@@ -1,8 +1,9 @@
 #include "qtbackend/namecondition.h"
 
+#include "objectmodel/propertypath.h"
+#include "qtbackend/identification.h"
 #include "qtbackend/qtmodel.h"
 
-#include <QStringList>
 #include <QWidget>
 
 namespace Morvex {
@@ -21,17 +22,6 @@ const QObject *windowOf(const QObject *object)
     while (object && !object->isWidgetType())
         object = object->parent();
     return object ? static_cast<const QWidget *>(object)->window() : nullptr;
-}
-
-// Null when there is no such value.
-SharedPtr<Object> walk(SharedPtr<Object> value, const QString &path)
-{
-    for (const QString &step : path.split(QLatin1Char('.'), Qt::SkipEmptyParts)) {
-        const Class *valueClass = value ? value->objectClass() : nullptr;
-        const Property *found = valueClass ? valueClass->property(step) : nullptr;
-        value = found ? found->get(value) : SharedPtr<Object>();
-    }
-    return value;
 }
 
 } // namespace
@@ -64,7 +54,7 @@ bool NameCondition::fitsReference(QtModel &model, QObject *object) const
         return windowOf(object) == referenced;
     if (property == QLatin1String("parent"))
         return object->parent() == referenced;
-    const SharedPtr<Object> found = walk(model.wrap(object), property);
+    const SharedPtr<Object> found = followProperties(model.wrap(object), propertySteps(property));
     return found && model.unwrap(*found) == referenced;
 }
 
@@ -88,9 +78,23 @@ bool NameCondition::readText(QtModel &model, QObject *object, QString *text) con
         *text = QString::fromLatin1(object->metaObject()->className());
         return true;
     }
-    const SharedPtr<Object> found = walk(model.wrap(object), property);
+    const SharedPtr<Object> found = followProperties(model.wrap(object), propertySteps(property));
     *text = found ? found->valueText() : QString();
     return bool(found);
+}
+
+bool NameCondition::readShownText(QtModel &model, QObject *object, QString *text) const
+{
+    if (!readText(model, object, text))
+        return false;
+    QStringList steps = propertySteps(property);
+    if (steps.isEmpty())
+        return true;
+    const QString last = steps.takeLast();
+    const SharedPtr<Object> owner = followProperties(model.wrap(object), steps);
+    if (const QObject *shown = owner ? model.unwrap(*owner) : nullptr)
+        *text = textForReaders(shown, last, *text);
+    return true;
 }
 
 } // namespace Morvex

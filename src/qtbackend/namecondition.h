@@ -27,6 +27,8 @@ struct NameCondition
 
     /// What the value is compared with in the object. False when it has no such property.
     bool readText(QtModel &model, QObject *object, QString *text) const;
+    /// The same for messages: a password comes as it is displayed.
+    bool readShownText(QtModel &model, QObject *object, QString *text) const;
 
 private:
     bool fits(QLatin1String text) const;

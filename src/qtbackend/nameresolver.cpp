@@ -11,6 +11,10 @@ namespace {
 
 const QLatin1String occurrenceKey("occurrence");
 
+// Names within names and symbolic names together: more than any window needs, and few enough for
+// the stack.
+const int maxDepth = 200;
+
 QRegularExpression expressionOf(const ObjectName::PropertyValue &value)
 {
     const bool isWildcard = value.kind == ObjectName::PropertyValue::WILDCARD;
@@ -35,7 +39,7 @@ std::size_t occurrenceOf(const ObjectName &name)
     return name.properties().value(occurrenceKey).text.toUInt();
 }
 
-void tell(QString *error, const QString &text)
+void report(QString *error, const QString &text)
 {
     if (error)
         *error = text;
@@ -58,37 +62,53 @@ NameResolver::NameResolver(QtModel &model)
 QObject *NameResolver::find(const QString &text, QString *error)
 {
     m_isAmbiguous = false;
+    if (m_depth >= maxDepth) {
+        report(error,
+               QStringLiteral("Names refer to others more than %1 levels deep.").arg(maxDepth));
+        return nullptr;
+    }
+    ++m_depth;
     const QString name = text.trimmed();
-    if (ObjectName::isSymbolicName(name))
-        return findSymbolic(name, error);
+    QObject *object =
+        ObjectName::isSymbolicName(name) ? findSymbolic(name, error) : findReal(name, error);
+    --m_depth;
+    return object;
+}
+
+QObject *NameResolver::findSymbolic(const QString &name, QString *error)
+{
+    if (QObject *known = m_found.value(name))
+        return known;
+    const ObjectMap *map = ObjectMap::self();
+    if (!map || !map->contains(name)) {
+        report(error, map ? QStringLiteral("The object map has no name '%1'.").arg(name)
+                          : QStringLiteral("There is no object map for '%1'.").arg(name));
+        return nullptr;
+    }
+    if (m_pending.contains(name)) {
+        report(error, QStringLiteral("'%1' refers to itself.").arg(name));
+        return nullptr;
+    }
+    m_pending += name;
+    QObject *object = find(map->realName(name).qualifiedName(), error);
+    m_pending.removeLast();
+    if (object)
+        m_found.insert(name, object);
+    return object;
+}
+
+QObject *NameResolver::findReal(const QString &name, QString *error)
+{
     const ObjectName objectName(name);
     if (!objectName.isValid()) {
-        tell(error,
-             QStringLiteral("%1 is no name of an object: %2.").arg(name, objectName.error()));
+        report(error,
+               QStringLiteral("%1 is not a valid object name: %2.").arg(name, objectName.error()));
         return nullptr;
     }
     if (objectName.isMultiProperty())
         return find(objectName, error);
     return find(ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}}),
                 error);
-}
-
-QObject *NameResolver::findSymbolic(const QString &name, QString *error)
-{
-    const ObjectMap *map = ObjectMap::self();
-    if (!map || !map->names().contains(name)) {
-        tell(error, map ? QStringLiteral("The object map has no name '%1'.").arg(name)
-                        : QStringLiteral("There is no object map for '%1'.").arg(name));
-        return nullptr;
-    }
-    if (m_pending.contains(name)) {
-        tell(error, QStringLiteral("'%1' refers to itself.").arg(name));
-        return nullptr;
-    }
-    m_pending += name;
-    QObject *object = find(map->names().value(name).qualifiedName(), error);
-    m_pending.removeLast();
-    return object;
 }
 
 QObject *NameResolver::find(const ObjectName &name, QString *error)
@@ -136,8 +156,8 @@ bool NameResolver::makeConditions(const ObjectName &name, NameConditions *condit
         } else if (it.value().kind != ObjectName::PropertyValue::EXACT) {
             condition.expression = expressionOf(it.value());
             if (!condition.expression.isValid()) {
-                tell(error, QStringLiteral("'%1' is no regular expression: %2.")
-                                .arg(it.value().text, condition.expression.errorString()));
+                report(error, QStringLiteral("'%1' is not a valid regular expression: %2.")
+                                  .arg(it.value().text, condition.expression.errorString()));
                 return false;
             }
         }
@@ -154,9 +174,10 @@ bool NameResolver::makeReference(const ObjectName &name, NameCondition *conditio
     condition->referenced = find(condition->value.text, error ? &reason : nullptr);
     if (condition->referenced)
         return true;
-    tell(error, QStringLiteral("The %1 of %2 is not %3. %4")
-                    .arg(condition->property, name.qualifiedName(),
-                         m_isAmbiguous ? QLatin1String("clear") : QLatin1String("there"), reason));
+    report(error,
+           QStringLiteral("The %1 of %2 is not %3. %4")
+               .arg(condition->property, name.qualifiedName(),
+                    m_isAmbiguous ? QLatin1String("clear") : QLatin1String("there"), reason));
     m_isAmbiguous = false;
     return false;
 }

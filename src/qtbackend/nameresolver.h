@@ -14,7 +14,8 @@ namespace Morvex {
 
 class QtModel;
 
-/// Finds live objects by their names, as docs/object-names.md tells.
+/// Finds live objects by their names, as docs/object-names.md describes. Used within one turn of
+/// the event loop: it keeps what it has found.
 class NameResolver
 {
 public:
@@ -29,6 +30,7 @@ public:
 
 private:
     QObject *findSymbolic(const QString &name, QString *error);
+    QObject *findReal(const QString &name, QString *error);
     QObject *find(const ObjectName &name, QString *error);
     bool makeConditions(const ObjectName &name, NameConditions *conditions, QString *error);
     bool makeReference(const ObjectName &name, NameCondition *condition, QString *error);
@@ -39,6 +41,9 @@ private:
     QtModel &m_model;
     // Symbolic names that are being looked up: they may refer to each other.
     QStringList m_pending;
+    // By their symbolic names: several names may refer to one.
+    QHash<QString, QObject *> m_found;
+    int m_depth = 0;
     // Whether the last name that was not found fits more than one object.
     bool m_isAmbiguous = false;
 };

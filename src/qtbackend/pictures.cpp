@@ -93,13 +93,13 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
     const QPointer<QObject> alive = object;
     turnEventLoop(delay);
     if (!alive) {
-        *error = QStringLiteral("the object is gone");
+        *error = QStringLiteral("the object no longer exists");
         return {};
     }
     QImage image = grabWidget(alive);
     if (image.isNull()) {
         *error = alive->isWidgetType() ? QStringLiteral("the widget has no size")
-                                       : QStringLiteral("the object is no widget");
+                                       : QStringLiteral("the object is not a widget");
         return {};
     }
     // On their way pictures lose their transparency, and with it what made these pixels alike.

@@ -157,7 +157,7 @@ void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaProperty &prope
     const auto write = [this, name](const Object &self, const QVariant &value) -> QString {
         QObject *object = unwrap(self);
         if (!object)
-            return QStringLiteral("the object is gone");
+            return QStringLiteral("the object no longer exists");
         return propertyOf(object, name).write(object, value)
                    ? QString()
                    : QStringLiteral("property '%1' doesn't take this value")
@@ -177,7 +177,7 @@ void QtModel::addDynamicProperty(ModelClass *modelClass, const QByteArray &name)
     const auto write = [this, name](const Object &self, const QVariant &value) -> QString {
         QObject *object = unwrap(self);
         if (!object)
-            return QStringLiteral("the object is gone");
+            return QStringLiteral("the object no longer exists");
         object->setProperty(name, value);
         return {};
     };

@@ -7,7 +7,7 @@ namespace Morvex {
 namespace {
 
 const int shortestPart = 3;
-// Longer texts are no slips of the keyboard, and their distance takes time.
+// Longer texts are not slips of the keyboard, and their distance takes time.
 const int longestMeasured = 100;
 
 QString essenceOf(QString text)
@@ -54,6 +54,22 @@ bool areSimilar(const QString &a, const QString &b)
         return true;
     return longer.size() >= shortestPart && longer.size() <= longestMeasured &&
            distance(shorter, longer) <= std::max(1, longer.size() / 4);
+}
+
+QString mostSimilar(const QString &text, const QStringList &candidates)
+{
+    QString best;
+    int shortest = 0;
+    for (const QString &candidate : candidates) {
+        if (!areSimilar(text, candidate))
+            continue;
+        const int length = distance(essenceOf(text), essenceOf(candidate));
+        if (best.isEmpty() || length < shortest) {
+            best = candidate;
+            shortest = length;
+        }
+    }
+    return best;
 }
 
 } // namespace Morvex

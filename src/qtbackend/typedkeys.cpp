@@ -1,12 +1,15 @@
 #include "qtbackend/typedkeys.h"
 
+#include "qtbackend/similartexts.h"
+
 #include <QKeySequence>
+#include <QStringList>
 #include <QVector>
 
 namespace Morvex {
 namespace {
 
-// Keys above are no characters.
+// Keys from here on are not characters.
 const int firstSpecialKey = 0x01000000;
 
 QString textOfCode(uint code)
@@ -39,15 +42,66 @@ QString textOfKey(int key, Qt::KeyboardModifiers modifiers)
     return textOfCode(modifiers & Qt::ShiftModifier ? code : QChar::toLower(code));
 }
 
+// Names on keyboards for keys that Qt abbreviates.
+const struct
+{
+    QLatin1String name;
+    QLatin1String known;
+} longNames[] = {
+    {QLatin1String("PageUp"), QLatin1String("PgUp")},
+    {QLatin1String("PageDown"), QLatin1String("PgDown")},
+    {QLatin1String("Escape"), QLatin1String("Esc")},
+    {QLatin1String("Delete"), QLatin1String("Del")},
+    {QLatin1String("Insert"), QLatin1String("Ins")},
+};
+
+// Where the key begins in a name such as "Ctrl+A" or "Ctrl++".
+int keyPartOf(const QString &name)
+{
+    return name.lastIndexOf(QLatin1Char('+'), -2) + 1;
+}
+
+QString withKnownName(const QString &name)
+{
+    const int start = keyPartOf(name);
+    for (const auto &key : longNames) {
+        if (QStringView(name).mid(start).compare(key.name, Qt::CaseInsensitive) == 0)
+            return name.left(start) + key.known;
+    }
+    return name;
+}
+
 bool keyOfName(const QString &name, TypedKey *key)
 {
-    const QKeySequence sequence = QKeySequence::fromString(name, QKeySequence::PortableText);
+    const QKeySequence sequence =
+        QKeySequence::fromString(withKnownName(name), QKeySequence::PortableText);
     if (sequence.count() != 1 || sequence[0] == Qt::Key_unknown)
         return false;
     key->key = static_cast<int>(sequence[0] & ~int(Qt::KeyboardModifierMask));
     key->modifiers = Qt::KeyboardModifiers(sequence[0] & int(Qt::KeyboardModifierMask));
     key->text = textOfKey(key->key, key->modifiers);
     return true;
+}
+
+QStringList keyNames()
+{
+    QStringList names;
+    for (const auto &key : longNames)
+        names += key.name;
+    for (int key = firstSpecialKey; key <= Qt::Key_F12; ++key)
+        names += QKeySequence(key).toString(QKeySequence::PortableText);
+    return names;
+}
+
+QString unknownKey(const QString &name)
+{
+    const int start = keyPartOf(name);
+    const QString nearest = mostSimilar(name.mid(start), keyNames());
+    const QString hint =
+        nearest.isEmpty()
+            ? QString()
+            : QStringLiteral(" (did you mean '<%1>'?)").arg(name.left(start) + nearest);
+    return QStringLiteral("'<%1>' is not a key name%2; \"<\" is typed by \"<<\"").arg(name, hint);
 }
 
 } // namespace
@@ -69,7 +123,7 @@ QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys)
         const QString name = QString::fromUcs4(inside.constData(), inside.size());
         TypedKey key;
         if (end < 0 || !keyOfName(name, &key))
-            return QStringLiteral("'<%1>' is no key; \"<\" is typed by \"<<\"").arg(name);
+            return unknownKey(name);
         keys->push_back(key);
         i = end;
     }

@@ -1,9 +1,9 @@
 #include "qtbackend/userinput.h"
 
 #include "qtbackend/identification.h"
-#include "qtbackend/obstacle.h"
 #include "qtbackend/turneventloop.h"
 #include "qtbackend/typedkeys.h"
+#include "qtbackend/whyblocked.h"
 
 #include <QAbstractScrollArea>
 #include <QAction>
@@ -49,7 +49,7 @@ QPoint checkBoxOf(const QGroupBox *box)
         .center();
 }
 
-// Some widgets react only in a part that may lie far from the middle.
+// Some widgets react only in a part that may be far from the middle.
 QPoint reactingPlace(const QWidget *widget)
 {
     if (qobject_cast<const QCheckBox *>(widget))
@@ -142,7 +142,7 @@ void clickWidget(const QPointer<QWidget> &target, const QPoint &place, ClickKind
 
 QString triggerAction(QAction *action)
 {
-    const QString error = obstacleTo(action);
+    const QString error = whyBlocked(action);
     if (!error.isEmpty())
         return error;
     action->trigger();
@@ -193,7 +193,7 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKi
 {
     if (auto *action = qobject_cast<QAction *>(object))
         return triggerAction(action);
-    QString error = obstacleTo(object);
+    QString error = whyBlocked(object);
     if (!error.isEmpty())
         return error;
     auto *widget = static_cast<QWidget *>(object);
@@ -202,11 +202,11 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKi
         widget = area->viewport();
     const QPoint where = place ? *place : placeToClick(widget);
     if (!widget->rect().contains(where))
-        return QStringLiteral("%1,%2 lies outside of the widget").arg(where.x()).arg(where.y());
+        return QStringLiteral("%1,%2 is outside the widget").arg(where.x()).arg(where.y());
     QWidget *target = receiverOf(widget, where, &error);
-    const QString obstacle = target ? obstacleTo(target) : QString();
-    if (!obstacle.isEmpty())
-        return QStringLiteral("%1: %2").arg(realNameOf(target), obstacle);
+    const QString reason = target ? whyBlocked(target) : QString();
+    if (!reason.isEmpty())
+        return QStringLiteral("%1: %2").arg(realNameOf(target), reason);
     if (target)
         clickWidget(target, target->mapFromGlobal(widget->mapToGlobal(where)), kind);
     return error;
@@ -215,17 +215,18 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKi
 QString typeText(QObject *object, const QString &text)
 {
     std::vector<TypedKey> keys;
-    QString error = obstacleTo(object);
+    QString error = whyBlocked(object);
     if (error.isEmpty())
         error = readTypedKeys(text, &keys);
     if (!error.isEmpty())
         return error;
     const QPointer<QWidget> widget = static_cast<QWidget *>(object);
     if (!takesKeys(widget))
-        return QStringLiteral("the widget takes no keys");
+        return QStringLiteral("the widget does not accept keyboard input");
     takeFocus(widget);
     for (std::size_t typed = 0; typed < keys.size(); ++typed) {
-        error = widget ? obstacleWhileTyping(widget) : QStringLiteral("the widget is gone");
+        error =
+            widget ? whyBlockedWhileTyping(widget) : QStringLiteral("the widget no longer exists");
         if (!error.isEmpty())
             return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
         pressKey(widget, keys[typed]);

@@ -9,14 +9,14 @@ class QObject;
 
 namespace Morvex {
 
-/// What a user does to an object. Each returns an error text, empty on success: what is hidden,
-/// disabled, covered or behind a modal dialog or an open popup can't be used.
+/// What a user does to an object. Each returns an error text, empty on success: an object that is
+/// hidden, disabled, covered, or blocked by a modal dialog or an open popup can't be used.
 
 enum class ClickKind { Single, Double };
 
 /// Presses and releases the left mouse button at @p place in the widget, in a scroll area in what
 /// it shows; without a place where the widget reacts, mostly in its middle. Reaches the widget
-/// inside that lies there. Triggers an action.
+/// inside that is there. Triggers an action.
 QString clickObject(QObject *object, const std::optional<QPoint> &place,
                     ClickKind kind = ClickKind::Single);
 

@@ -101,12 +101,25 @@ void addBlock(const QRgb *a, const QRgb *b, int count, bool withMeans, Sums *sum
     }
 }
 
-// With the pixels that QImage::pixel gives.
+// The pixels that QImage::pixel gives: those of a premultiplied picture as they are stored, which
+// no conversion of formats gives.
 QImage withPlainPixels(const QImage &image)
 {
-    return image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32
-               ? image
-               : image.convertToFormat(QImage::Format_ARGB32);
+    switch (image.format()) {
+    case QImage::Format_RGB32:
+    case QImage::Format_ARGB32:
+    case QImage::Format_ARGB32_Premultiplied:
+        return image;
+    default:
+        break;
+    }
+    QImage plain(image.size(), QImage::Format_ARGB32);
+    for (int y = 0; y < plain.height(); ++y) {
+        auto *pixels = reinterpret_cast<QRgb *>(plain.scanLine(y));
+        for (int x = 0; x < plain.width(); ++x)
+            pixels[x] = image.pixel(x, y);
+    }
+    return plain;
 }
 
 const QRgb *line(const QImage &image, int y)
@@ -203,13 +216,16 @@ QImage ImageComparison::normalizedCorrelationDiff(const QImage &a, const QImage 
 {
     if (a.isNull() || b.isNull())
         return {};
-    QImage diff = normalizeSize(b, a).convertToFormat(QImage::Format_ARGB32);
-    const QImage plain = withPlainPixels(b);
+    const QImage plainA = withPlainPixels(normalizeSize(b, a));
+    const QImage plainB = withPlainPixels(b);
+    QImage diff(b.size(), QImage::Format_ARGB32);
     for (int y = 0; y < diff.height(); ++y) {
         auto *pixels = reinterpret_cast<QRgb *>(diff.scanLine(y));
-        const QRgb *other = line(plain, y);
+        const QRgb *pixelsA = line(plainA, y);
+        const QRgb *pixelsB = line(plainB, y);
         for (int x = 0; x < diff.width(); ++x)
-            pixels[x] = diffColor(other[x], gray(pixels[x]) == gray(other[x]), value >= threshold);
+            pixels[x] =
+                diffColor(pixelsB[x], gray(pixelsA[x]) == gray(pixelsB[x]), value >= threshold);
     }
     return diff;
 }

@@ -102,13 +102,40 @@ ImageMask::MaskRect negativeRect(int x, int y, int width, int height)
     return rect;
 }
 
-// One pixel wide.
+// A frame one pixel wide hides the outermost pixels where no mask says what to hide.
 std::vector<ImageMask::MaskRect> frameOf(const QSize &size)
 {
     const int width = size.width();
     const int height = size.height();
     return {negativeRect(0, 0, width, 1), negativeRect(0, height - 1, width, 1),
             negativeRect(0, 0, 1, height), negativeRect(width - 1, 0, 1, height)};
+}
+
+std::vector<ImageMask::MaskRect> effectiveRects(const std::vector<ImageMask::MaskRect> &rects,
+                                                const QSize &size)
+{
+    return rects.empty() ? frameOf(size) : rects;
+}
+
+bool haveEqualBytes(const QImage &a, const QImage &b, int row, int begin, int end)
+{
+    const auto line = [row, begin](const QImage &image) {
+        return reinterpret_cast<const QRgb *>(image.constScanLine(row)) + begin;
+    };
+    return begin >= end ||
+           std::memcmp(line(a), line(b), static_cast<std::size_t>(end - begin) * sizeof(QRgb)) == 0;
+}
+
+bool haveEqualBytesOutside(const std::vector<Interval> &hidden, const QImage &a, const QImage &b,
+                           int row)
+{
+    int begin = 0;
+    for (const Interval &interval : hidden) {
+        if (!haveEqualBytes(a, b, row, begin, interval.begin))
+            return false;
+        begin = interval.end;
+    }
+    return haveEqualBytes(a, b, row, begin, a.width());
 }
 
 void useMaskFormat(QImage *image)
@@ -206,7 +233,7 @@ void ImageMask::drawToPainter(QPainter *painter, const QRect &clip, const QBrush
 
 void ImageMask::drawToImage(QImage *image) const
 {
-    const std::vector<MaskRect> &rects = m_rects.empty() ? frameOf(image->size()) : m_rects;
+    const std::vector<MaskRect> rects = effectiveRects(m_rects, image->size());
     HiddenRows hidden(rects, image->rect(), hasPositive());
     const std::vector<QRgb> line(static_cast<std::size_t>(image->width()), filling);
     // Positive rectangles that hide nothing leave the picture as it is.
@@ -221,6 +248,18 @@ void ImageMask::drawToImage(QImage *image) const
         if (!image->isNull())
             fillRow(image, row, intervals, line);
     }
+}
+
+bool ImageMask::leavesEqual(const QImage &a, const QImage &b) const
+{
+    if (a.isNull() || a.size() != b.size() || a.format() != b.format() || a.depth() != 32)
+        return false;
+    HiddenRows hidden(effectiveRects(m_rects, a.size()), a.rect(), hasPositive());
+    for (int row = 0; row < a.height(); ++row) {
+        if (!haveEqualBytesOutside(hidden.at(row), a, b, row))
+            return false;
+    }
+    return true;
 }
 
 } // namespace Morvex

@@ -22,6 +22,7 @@ public:
 
     struct MORVEX_EXPORT MaskRect
     {
+        /// Of Type; any other number hides as a negative one does.
         int type = NEGATIVE;
         QRect geometry;
         bool selected = false;
@@ -59,6 +60,10 @@ public:
     /// alpha channel afterwards. Without rectangles the outermost line of pixels is filled on each
     /// side.
     void drawToImage(QImage *image) const;
+
+    /// Whether two pictures are the same in all that drawToImage would leave of them. Compares
+    /// bytes and makes no copies: false may also mean that this can't be said so.
+    bool leavesEqual(const QImage &a, const QImage &b) const;
 
 private:
     std::vector<MaskRect> m_rects;

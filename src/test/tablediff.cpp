@@ -102,16 +102,37 @@ Enum enumerator(qint8 number, Enum last)
 // Those of QRegExp; a text without any is a pattern that stands for itself.
 const char specialCharacters[] = "\\^$.|?*+()[]{}";
 
+// The pattern engine calls itself for each level of parentheses.
+bool nestsTooDeep(const std::string &pattern)
+{
+    const int maxDepth = 200;
+    int depth = 0;
+    int deepest = 0;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        if (pattern[i] == '\\')
+            ++i;
+        else if (pattern[i] == '(')
+            deepest = std::max(deepest, ++depth);
+        else if (pattern[i] == ')')
+            depth = std::max(0, depth - 1);
+    }
+    return deepest > maxDepth;
+}
+
 // A non-empty expected text is a pattern as well, and then the colour is not looked at.
 bool cellEqual(const XmlTableRange::Cell &expected, const XmlTableRange::Cell &actual)
 {
-    if (expected.text == actual.text && expected.color == actual.color)
+    const bool isSameText = expected.text == actual.text;
+    // As a pattern such a text would match itself and nothing else.
+    const bool isPlain = !expected.text.empty() &&
+                         expected.text.find_first_of(specialCharacters) == std::string::npos;
+    if (isSameText && (isPlain || expected.color == actual.color)) {
+        // One that it matched before is not what it is shown by.
+        actual.pattern.reset();
         return true;
-    if (expected.text.empty())
+    }
+    if (isPlain || expected.text.empty() || nestsTooDeep(expected.text))
         return false;
-    // As a pattern it would match itself and nothing else.
-    if (expected.text.find_first_of(specialCharacters) == std::string::npos)
-        return expected.text == actual.text;
     if (!expected.pattern)
         expected.pattern.emplace(QString::fromStdString(expected.text));
     if (!expected.pattern->exactMatch(QString::fromStdString(actual.text)))

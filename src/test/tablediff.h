@@ -1,7 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "shared/flist.h"
+#include "objectmodel/flist.h"
 
 #include <QMap>
 #include <QString>

@@ -5,10 +5,9 @@
 #include "objectmodel/methodlist.h"
 #include "shared/xmltablerange.h"
 #include "test/testvp.h"
+#include "test/verification/vpcall.h"
 #include "test/verification/vpdocument.h"
-#include "test/verification/vpresultlogger.h"
 
-#include <QDomDocument>
 #include <QFile>
 
 #include <tinyxml.h>
@@ -38,6 +37,26 @@ SharedPtr<Object> wholeRange(const SharedPtr<Object> &table)
     return invoke(table, "getRange", {all, all, all, all});
 }
 
+// Null on failure, for which an ERROR is added.
+SharedPtr<Object> contentOf(const SharedPtr<Object> &object, const QString &objectName,
+                            VPCall &call)
+{
+    const SharedPtr<Object> table = castToTable(object);
+    if (!table) {
+        call.addError(QStringLiteral(": Invalid object type"),
+                      QStringLiteral("Object '%1' is not a table").arg(objectName));
+        return {};
+    }
+    const SharedPtr<Object> range = wholeRange(table);
+    const SharedPtr<Object> content =
+        range ? invoke(range, "contentAsXml", {Inspector::self()->makeInt(TableRange::TextContent)})
+              : SharedPtr<Object>();
+    if (!content)
+        call.addError(QStringLiteral(": Could not fetch table contents"),
+                      QStringLiteral("Object '%1' did not give its content").arg(objectName));
+    return content;
+}
+
 void replaceFirstChild(QDomElement &element, const QDomElement &child)
 {
     const QDomNode imported = element.ownerDocument().importNode(child, true);
@@ -49,49 +68,33 @@ void replaceFirstChild(QDomElement &element, const QDomElement &child)
 
 } // namespace
 
-bool TestVP::performTableVerification(QDomElement &element, VPResultLogger *logger,
-                                      ObjectNameResolverInterface *resolver, bool learn,
-                                      bool &updated, bool expectFail) const
+bool TestVP::performTableVerification(QDomElement &element, VPCall &call) const
 {
     const QString objectName = element.attribute(QStringLiteral("object"));
-    const auto fail = [&](const QString &message, const QString &details) {
-        addResult(logger, TestResult::ERROR, m_name + message, details, TestResult::TABLE_VP);
-        return false;
-    };
-    const SharedPtr<Object> object = resolve(logger, resolver, objectName, TestResult::TABLE_VP);
-    if (!object)
-        return false;
-    const SharedPtr<Object> table = castToTable(object);
-    if (!table)
-        return fail(QStringLiteral(": Invalid object type"),
-                    QStringLiteral("Object '%1' is not a table").arg(objectName));
-    const SharedPtr<Object> range = wholeRange(table);
-    const SharedPtr<Object> content =
-        range ? invoke(range, "contentAsXml", {Inspector::self()->makeInt(TableRange::TextContent)})
-              : SharedPtr<Object>();
+    const SharedPtr<Object> object = call.resolve(objectName);
+    const SharedPtr<Object> content = object ? contentOf(object, objectName, call) : object;
     if (!content)
-        return fail(QStringLiteral(": Could not fetch table contents"),
-                    QStringLiteral("Object '%1' did not give its content").arg(objectName));
-
+        return false;
     const QString actual = content->valueText();
     FList<TableDiff::Element> diff;
     const bool isEqual =
         table_diff_xml(nodeText(element.firstChild()).toStdString(), actual.toStdString(), &diff);
-    if (isEqual || !learn) {
-        logger->addResult(objectName, diff, m_name, m_file, expectFail);
-        return isEqual != expectFail;
+    if (isEqual || !call.learn) {
+        call.logger.addResult(objectName, diff, m_name, m_file, call.expectFail);
+        return isEqual != call.expectFail;
     }
     QDomDocument learned;
     if (parseDocument(actual, &learned).isEmpty()) {
         replaceFirstChild(element, learned.documentElement());
-        updated = true;
+        call.updated = true;
     }
-    addResult(logger, TestResult::WARNING,
-              QStringLiteral("%1: Table Comparison of '%2' failed. The Verification Point was "
-                             "updated due to the MORVEX_LEARN_SCREENSHOTS environment variable")
-                  .arg(m_name, objectName),
-              tableDetails(diff.isEmpty()), TestResult::TABLE_VP);
-    return !expectFail;
+    call.addResult(
+        TestResult::WARNING,
+        QStringLiteral("%1: Table Comparison of '%2' failed. The Verification Point was "
+                       "updated due to the MORVEX_LEARN_SCREENSHOTS environment variable")
+            .arg(m_name, objectName),
+        tableDetails(diff.isEmpty()));
+    return !call.expectFail;
 }
 
 QString retrieveTableContent(const SharedPtr<Object> &object, XmlTableRange *range)
@@ -121,6 +124,25 @@ QString createTableXmlFile(const SharedPtr<Object> &object, const QString &fileN
     return document.SaveFile(QFile::encodeName(fileName).constData())
                ? QString()
                : QStringLiteral("Could not write '%1'").arg(fileName);
+}
+
+bool hasUnreadableTable(const QString &pointFile)
+{
+    QFile file(pointFile);
+    QDomDocument document;
+    if (!QFileInfo(pointFile).isFile() || !file.open(QIODevice::ReadOnly) ||
+        !parseDocument(file.readAll(), &document).isEmpty())
+        return false;
+    const QDomElement root = document.documentElement();
+    if (root.attribute(QStringLiteral("type")) != QLatin1String("Table"))
+        return false;
+    const QString tag = QStringLiteral("Verification");
+    XmlTableRange table;
+    QDomElement element = root.firstChildElement(tag);
+    while (!element.isNull() &&
+           table.loadContentFromXml(nodeText(element.firstChild()).toStdString()))
+        element = element.nextSiblingElement(tag);
+    return !element.isNull();
 }
 
 } // namespace Morvex

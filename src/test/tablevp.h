@@ -16,4 +16,9 @@ MORVEX_EXPORT QString retrieveTableContent(const SharedPtr<Object> &object, XmlT
 /// error text, empty on success.
 MORVEX_EXPORT QString createTableXmlFile(const SharedPtr<Object> &object, const QString &fileName);
 
+/// Whether a verification point of type "Table" holds an expectation that can't be read, for which
+/// its comparison logs a pass and fails. False for files of any other kind, also for those that
+/// can't be read at all.
+MORVEX_EXPORT bool hasUnreadableTable(const QString &pointFile);
+
 } // namespace Morvex

@@ -471,6 +471,13 @@ void TestResult::endVP()
     d->inVerification = false;
 }
 
+TestResult::ResultType TestResult::verificationType(bool passed, bool expectFail)
+{
+    if (expectFail)
+        return passed ? XPASS : XFAIL;
+    return passed ? PASS : FAIL;
+}
+
 TestResult::ResultType TestResult::stringToResult(const QString &text)
 {
     const QString name = text.trimmed();

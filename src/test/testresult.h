@@ -1,7 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "shared/flist.h"
+#include "objectmodel/flist.h"
 #include "test/tablediff.h"
 
 #include <QDateTime>
@@ -215,6 +215,8 @@ public:
     void startVP();
     void endVP();
 
+    /// The type of a check that was or was not expected to fail.
+    static ResultType verificationType(bool passed, bool expectFail);
     /// NONE when nothing matches. Blanks around the text don't matter, its case does.
     static ResultType stringToResult(const QString &text);
     /// Empty for NONE.

@@ -4,16 +4,16 @@
 #include "shared/writefile.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/runnerinterface.h"
+#include "test/verification/vpcall.h"
 #include "test/verification/vpdocument.h"
 #include "test/verification/vpimages.h"
-#include "test/verification/vpresultlogger.h"
 
-#include <QDir>
-#include <QDomDocument>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTextStream>
+
+#include <optional>
 
 namespace Morvex {
 namespace {
@@ -67,34 +67,83 @@ bool namesSeveralObjects(const QDomElement &root)
     return false;
 }
 
-// Returns an error text, empty on success.
-QString saveDocument(const QDomDocument &document, const QString &path)
+// What is wrong with the file; nothing when it could be read.
+std::optional<VPResult> readDocument(const QString &name, const QString &path,
+                                     QDomDocument *document)
+{
+    const QString message = QStringLiteral("Verification point file '%1' cannot be opened.");
+    const QFileInfo info(path);
+    // To open a pipe would wait for its other end.
+    if (info.exists() && !info.isFile())
+        return fileError(message.arg(name), QStringLiteral("It is not a regular file."));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fileError(message.arg(name), file.errorString());
+    const QString error = parseDocument(file.readAll(), document);
+    if (!error.isEmpty())
+        return fileError(QStringLiteral("Verification point file '%1' cannot be read.").arg(name),
+                         error);
+    if (document->documentElement().tagName() != rootTag)
+        return fileError(QStringLiteral("Verification point file '%1' is malformed.").arg(name),
+                         QStringLiteral("File does not contain '%1' root element").arg(rootTag));
+    return std::nullopt;
+}
+
+std::optional<VPResult> readVersion(const QString &name, const QDomElement &root, int *version)
+{
+    const QString text = root.attribute(QStringLiteral("version"), QStringLiteral("1"));
+    if (!isNumber(text))
+        return fileError(QStringLiteral("Verification point file '%1' is malformed.").arg(name),
+                         QStringLiteral("Version '%1' is not a number").arg(text));
+    *version = versionNumber(text);
+    if (*version <= maxVersion)
+        return std::nullopt;
+    return fileError(
+        QStringLiteral("Unsupported version in verification point file '%1'.").arg(name),
+        QStringLiteral(
+            "Verification point version %1 is greater than the maximum supported version %2")
+            .arg(text)
+            .arg(maxVersion));
+}
+
+VPResult lastResult(VPResult::Summary summary, const VPCall &call)
+{
+    return VPResult(summary, call.logger.lastResultMessage(), call.logger.lastResultDetails());
+}
+
+FileWriteResult saveDocument(const QDomDocument &document, const QString &path)
 {
     QByteArray text;
     QTextStream stream(&text, QIODevice::WriteOnly);
     stream.setCodec("UTF-8");
     document.save(stream, 4, QDomNode::EncodingFromTextStream);
-    return writeFileSafely(path, text).error;
+    stream.flush();
+    return writeFileSafely(path, text);
+}
+
+// The outcome stays, but the results before say that the file was updated.
+void saveUpdated(VPCall &call)
+{
+    const QString path = call.file.filePath();
+    const FileWriteResult result = saveDocument(call.document, path);
+    const QString details = QStringLiteral("Could not write '%1': %2").arg(path, result.error);
+    switch (result.outcome) {
+    case FileWriteResult::Written:
+        break;
+    case FileWriteResult::NotOpened:
+        // A file that nobody may write to was not meant to learn.
+        qWarning("%s: %s", qUtf8Printable(call.name), qUtf8Printable(details));
+        break;
+    case FileWriteResult::NotWritten:
+        call.addError(QStringLiteral(": The Verification Point could not be saved"), details);
+        call.logger.processResults();
+        break;
+    }
 }
 
 } // namespace
 
 ObjectNameResolverInterface::~ObjectNameResolverInterface() = default;
-
-// What the steps of one verification have in common.
-struct TestVP::Call
-{
-    VPResultLogger &logger;
-    RunnerInterface *runner;
-    ObjectNameResolverInterface *resolver;
-    const VerificationOptions &options;
-    const TestDataRecord *record;
-    bool expectFail;
-    bool learn;
-    QDomDocument &document;
-    int version;
-    bool updated = false;
-};
 
 TestVP::TestVP(const QString &name, const QString &path)
     : m_name(name)
@@ -107,70 +156,47 @@ VPResult TestVP::verify(TestResult *result, const std::vector<LineInfo> &lines,
                         ObjectNameResolverInterface *resolver, const VerificationOptions &options,
                         const TestDataRecord *record, bool expectFail) const
 {
-    QFile file(m_file.filePath());
-    if (!file.open(QIODevice::ReadOnly))
-        return fileError(
-            QStringLiteral("Verification point file '%1' cannot be opened.").arg(m_name),
-            file.errorString());
     QDomDocument document;
-    const QString error = parseDocument(file.readAll(), &document);
-    if (!error.isEmpty())
-        return fileError(QStringLiteral("Verification point file '%1' cannot be read.").arg(m_name),
-                         error);
-    file.close();
-
-    const QDomElement root = document.documentElement();
-    if (root.tagName() != rootTag)
-        return fileError(QStringLiteral("Verification point file '%1' is malformed.").arg(m_name),
-                         QStringLiteral("File does not contain '%1' root element").arg(rootTag));
-    const QString versionText = root.attribute(QStringLiteral("version"), QStringLiteral("1"));
-    if (!isNumber(versionText))
-        return fileError(QStringLiteral("Verification point file '%1' is malformed.").arg(m_name),
-                         QStringLiteral("Version '%1' is not a number").arg(versionText));
-    const int version = versionNumber(versionText);
-    if (version > maxVersion)
-        return fileError(
-            QStringLiteral("Unsupported version in verification point file '%1'.").arg(m_name),
-            QStringLiteral(
-                "Verification point version %1 is greater than the maximum supported version %2")
-                .arg(versionText)
-                .arg(maxVersion));
+    if (const auto error = readDocument(m_name, m_file.filePath(), &document))
+        return *error;
+    int version = 0;
+    if (const auto error = readVersion(m_name, document.documentElement(), &version))
+        return *error;
     const bool learn = Environment::getVariable("MORVEX_LEARN_SCREENSHOTS") == "1";
     VPResultLogger logger(result, lines, info, options, runner);
-    Call call{logger, runner, resolver, options, record, expectFail, learn, document, version};
-    return verifyDocument(call, document);
+    const QString typeName = document.documentElement().attribute(QStringLiteral("type"));
+    VPCall call{m_name, m_file,     logger, runner,   resolver, options,
+                record, expectFail, learn,  document, version,  vpTypeOf(typeName)};
+    return verifyDocument(call);
 }
 
-VPResult TestVP::verifyDocument(Call &call, QDomDocument &document) const
+VPResult TestVP::verifyDocument(VPCall &call) const
 {
-    const QDomElement root = document.documentElement();
+    const QDomElement root = call.document.documentElement();
     if (!call.resolver->allowsSeveralObjects() && namesSeveralObjects(root))
         return fileError(QStringLiteral("Too many objects in VP file"),
                          QStringLiteral("VP file contains more than a single object"));
-    const QString typeName = root.attribute(QStringLiteral("type"));
-    const TestResult::VPType type = vpTypeOf(typeName);
     bool hasFailed = false;
     for (QDomElement element = root.firstChildElement(verificationTag); !element.isNull();
          element = element.nextSiblingElement(verificationTag)) {
-        if (type == TestResult::NO_VP)
+        if (call.type == TestResult::NO_VP)
             return fileError(
                 QStringLiteral("Unknown verification type."),
                 QStringLiteral("Verification type '%1' is not known by this Morvex version")
-                    .arg(typeName));
-        if (!verifyElement(call, element, type))
+                    .arg(root.attribute(QStringLiteral("type"))));
+        if (!verifyElement(element, call))
             hasFailed = true;
         if (hasFailed && call.options.testFlag(VerificationOptions::StopOnFail))
-            return VPResult(VPResult::SummaryFailed, call.logger.lastResultMessage(),
-                            call.logger.lastResultDetails());
+            return lastResult(VPResult::SummaryFailed, call);
     }
-    const VPResult result(hasFailed ? VPResult::SummaryFailed : VPResult::SummaryPassed,
-                          call.logger.lastResultMessage(), call.logger.lastResultDetails());
+    const VPResult result =
+        lastResult(hasFailed ? VPResult::SummaryFailed : VPResult::SummaryPassed, call);
     if (call.updated)
-        saveUpdated(call, type);
+        saveUpdated(call);
     return result;
 }
 
-bool TestVP::verifyElement(Call &call, QDomElement &element, TestResult::VPType type) const
+bool TestVP::verifyElement(QDomElement &element, VPCall &call) const
 {
     // Not the time of day, which would retry for a day when midnight passes.
     QElapsedTimer timer;
@@ -178,12 +204,12 @@ bool TestVP::verifyElement(Call &call, QDomElement &element, TestResult::VPType 
     bool isExpected = false;
     for (int attempts = 1;; ++attempts) {
         call.logger.clearResults();
-        isExpected = attempt(call, element, type);
+        isExpected = attempt(element, call);
         if (isExpected && attempts > 1)
-            addResult(&call.logger, TestResult::WARNING,
-                      QStringLiteral("%1: It took %2 attempts to verify prior verification")
-                          .arg(m_name, QString::number(attempts)),
-                      QString(), type);
+            call.addResult(TestResult::WARNING,
+                           QStringLiteral("%1: It took %2 attempts to verify prior verification")
+                               .arg(m_name, QString::number(attempts)),
+                           QString());
         if (isExpected || timer.elapsed() >= call.options.retryDuration())
             break;
     }
@@ -191,101 +217,38 @@ bool TestVP::verifyElement(Call &call, QDomElement &element, TestResult::VPType 
     return isExpected;
 }
 
-bool TestVP::attempt(Call &call, QDomElement &element, TestResult::VPType type) const
+bool TestVP::attempt(QDomElement &element, VPCall &call) const
 {
-    switch (type) {
+    switch (call.type) {
     case TestResult::PROPERTY_VP:
-        return performPropertyVerification(element, call.record, call.version, &call.logger,
-                                           call.resolver, call.expectFail);
+        return performPropertyVerification(element, call);
     case TestResult::SCREENSHOT_VP:
-        return performScreenshotVerification(element, call.version, &call.logger, call.resolver,
-                                             call.options, call.runner, call.learn, call.document,
-                                             call.updated, call.expectFail);
+        return performScreenshotVerification(element, call);
     case TestResult::TABLE_VP:
-        return performTableVerification(element, &call.logger, call.resolver, call.learn,
-                                        call.updated, call.expectFail);
+        return performTableVerification(element, call);
     case TestResult::VISUAL_VP:
-        return performTitanVerification(element, &call.logger, call.resolver, call.runner,
-                                        call.expectFail);
+        return performTitanVerification(element, call);
     case TestResult::NO_VP:
         break;
     }
     return false;
 }
 
-// The outcome stays, but the results before say that the file was updated.
-void TestVP::saveUpdated(Call &call, TestResult::VPType type) const
-{
-    const QString error = saveDocument(call.document, m_file.filePath());
-    if (error.isEmpty())
-        return;
-    addResult(&call.logger, TestResult::ERROR,
-              m_name + QStringLiteral(": The Verification Point could not be saved"),
-              QStringLiteral("Could not write '%1': %2").arg(m_file.filePath(), error), type);
-    call.logger.processResults();
-}
-
-void TestVP::addResult(VPResultLogger *logger, TestResult::ResultType type, const QString &message,
-                       const QString &details, TestResult::VPType vpType) const
-{
-    logger->addResult(type, message, details, m_name, vpType, m_file);
-}
-
-SharedPtr<Object> TestVP::resolve(VPResultLogger *logger, ObjectNameResolverInterface *resolver,
-                                  const QString &objectName, TestResult::VPType vpType) const
-{
-    QString error;
-    const SharedPtr<Object> object = resolver->resolve(objectName, &error);
-    if (!object)
-        addResult(logger, TestResult::ERROR,
-                  m_name + QStringLiteral(": No such object '%1'").arg(objectName), error, vpType);
-    return object;
-}
-
 QString TestVP::failedImageDir(RunnerInterface *runner) const
 {
-    const QLatin1String subDir("failedImages");
-    if (runner->resultDirectory().isEmpty())
-        return m_file.absolutePath() + QDir::separator() + subDir + QDir::separator();
-    const QString name = QDir::isAbsolutePath(m_name) ? QFileInfo(m_name).fileName() : m_name;
-    return testCaseResultDir(runner) + name + QDir::separator() + subDir + QDir::separator();
+    return Morvex::failedImageDir(m_name, m_file, runner);
 }
 
 bool TestVP::wantLogScreenshotForResult(const VerificationOptions &options,
                                         TestResult::ResultType type)
 {
-    switch (type) {
-    case TestResult::PASS:
-    case TestResult::XFAIL:
-        return options.testFlag(VerificationOptions::ScreenshotOnPass);
-    case TestResult::FAIL:
-    case TestResult::XPASS:
-        return options.testFlag(VerificationOptions::ScreenshotOnFail);
-    case TestResult::WARNING:
-        return options.testFlag(VerificationOptions::ScreenshotOnWarning);
-    case TestResult::FATAL:
-    case TestResult::ERROR:
-        return options.testFlag(VerificationOptions::ScreenshotOnError);
-    default:
-        return false;
-    }
+    return wantsDesktopPicture(options, type);
 }
 
 QString TestVP::logScreenshot(RunnerInterface *runner, TestResult::ResultType type,
                               const QImage &image)
 {
-    const QString stem = typeNameForTestResultType(type);
-    const QString dir = failedOutputDir(runner, stem + QStringLiteral("Images"));
-    if (!QDir().mkpath(dir))
-        return {};
-    const QString path = numberedFile(dir, stem, QStringLiteral(".png"));
-    const QImage picture = image.isNull() ? desktopScreenshot() : image;
-    if (picture.isNull())
-        return QStringLiteral(" (Screenshot taken from the desktop is invalid)");
-    return saveImage(picture, path, "PNG")
-               ? QStringLiteral(" (Screenshot in \"%1\")").arg(path)
-               : QStringLiteral(" (Invalid file path \"%1\" or unsupported image format)")
-                     .arg(path);
+    return Morvex::logScreenshot(runner, type, image);
 }
 
 QString TestVP::grabWindow(const SharedPtr<Object> &object, const QString &fileName,
@@ -307,13 +270,6 @@ QString TestVP::grabWindow(const SharedPtr<Object> &object, const QString &fileN
         .arg(image.width())
         .arg(image.height())
         .arg(fileName);
-}
-
-TestResult::ResultType verificationType(bool passed, bool expectFail)
-{
-    if (passed)
-        return expectFail ? TestResult::XPASS : TestResult::PASS;
-    return expectFail ? TestResult::XFAIL : TestResult::FAIL;
 }
 
 } // namespace Morvex

@@ -12,7 +12,6 @@
 
 #include <vector>
 
-class QDomDocument;
 class QDomElement;
 
 namespace Morvex {
@@ -20,7 +19,7 @@ namespace Morvex {
 class ObjectNameResolverInterface;
 class RunnerInterface;
 class TestDataRecord;
-class VPResultLogger;
+struct VPCall;
 
 /// A verification point: a file with what an application looked like when the test was written.
 /// Comparing needs an installed Inspector.
@@ -55,42 +54,18 @@ public:
                               const char *format, int options);
 
 private:
-    struct Call;
-
-    VPResult verifyDocument(Call &call, QDomDocument &document) const;
-    bool verifyElement(Call &call, QDomElement &element, TestResult::VPType type) const;
-    bool attempt(Call &call, QDomElement &element, TestResult::VPType type) const;
-    void saveUpdated(Call &call, TestResult::VPType type) const;
+    VPResult verifyDocument(VPCall &call) const;
 
     // Each is true when the outcome is the expected one.
-    bool performPropertyVerification(const QDomElement &element, const TestDataRecord *record,
-                                     int version, VPResultLogger *logger,
-                                     ObjectNameResolverInterface *resolver, bool expectFail) const;
-    bool performScreenshotVerification(QDomElement &element, int version, VPResultLogger *logger,
-                                       ObjectNameResolverInterface *resolver,
-                                       const VerificationOptions &options, RunnerInterface *runner,
-                                       bool learn, QDomDocument &document, bool &updated,
-                                       bool expectFail) const;
-    bool performTableVerification(QDomElement &element, VPResultLogger *logger,
-                                  ObjectNameResolverInterface *resolver, bool learn, bool &updated,
-                                  bool expectFail) const;
-
-    bool performTitanVerification(QDomElement &element, VPResultLogger *logger,
-                                  ObjectNameResolverInterface *resolver, RunnerInterface *runner,
-                                  bool expectFail) const;
-
-    void addResult(VPResultLogger *logger, TestResult::ResultType type, const QString &message,
-                   const QString &details, TestResult::VPType vpType) const;
-    SharedPtr<Object> resolve(VPResultLogger *logger, ObjectNameResolverInterface *resolver,
-                              const QString &objectName, TestResult::VPType vpType) const;
-    QString storeDifferingImages(RunnerInterface *runner, const QImage &actual,
-                                 const QImage &expected) const;
+    bool verifyElement(QDomElement &element, VPCall &call) const;
+    bool attempt(QDomElement &element, VPCall &call) const;
+    bool performPropertyVerification(const QDomElement &element, VPCall &call) const;
+    bool performScreenshotVerification(QDomElement &element, VPCall &call) const;
+    bool performTableVerification(QDomElement &element, VPCall &call) const;
+    bool performTitanVerification(const QDomElement &element, VPCall &call) const;
 
     QString m_name;
     QFileInfo m_file;
 };
-
-/// The type of a check that was or was not expected to fail.
-TestResult::ResultType verificationType(bool passed, bool expectFail);
 
 } // namespace Morvex

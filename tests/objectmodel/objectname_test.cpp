@@ -18,6 +18,8 @@ TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
         {"{type='A' name='b'}", "{name='b' type='A'}"},
         {"{ a = 'it\\'s' b ?= '\\\\*' c ~= '^x$' }", "{a='it\\'s' b?='\\\\*' c~='^x$'}"},
         {"{parent={name='x'} window=':Main'}", "{parent={name='x'} window=':Main'}"},
+        {"{a={y='1'  x='2'}}", "{a={x='2' y='1'}}"},
+        {"{a~='\\d+\\\\'}", "{a~='\\\\d+\\\\'}"},
         {"{text=''}", "{text=''}"},
         {" \t{text='a'} ", "{text='a'}"},
         {"{text='a' occurrence='2'}", "{occurrence='2' text='a'}"},
@@ -63,10 +65,10 @@ TEST(ObjectNameTest, AWrongTextSaysWhere)
         {"{a='1' a='2'}", "property 'a' is given twice, at character 9"},
         {"{='1'}", "a property name is missing, at character 2"},
         {"{window?='a'}", "'window' takes a name, with \"=\", at character 10"},
-        {"{occurrence='a'}", "'occurrence' is no number from 1, at character 16"},
-        {"{occurrence='0'}", "'occurrence' is no number from 1, at character 16"},
-        {"{occurrence?='1'}", "'occurrence' is no number from 1, at character 17"},
-        {QString("{a=").repeated(1000), "the name is nested too deep, at character 304"},
+        {"{occurrence='a'}", "'occurrence' must be a number, 1 or greater, at character 16"},
+        {"{occurrence='0'}", "'occurrence' must be a number, 1 or greater, at character 16"},
+        {"{occurrence?='1'}", "'occurrence' must be a number, 1 or greater, at character 17"},
+        {QString("{a=").repeated(1000), "the name is nested too deeply, at character 304"},
     };
     for (const auto &row : rows) {
         EXPECT_EQ(ObjectName(row.text).error(), row.error);

@@ -233,7 +233,7 @@ TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
     inspector.findObject("{name='window'}", nullptr);
     window.centralWidget()->addAction(new QAction("Act", window.centralWidget()));
     EXPECT_TRUE(requestObjectSnapshot("{text='Act'}", {}, &error).isEmpty());
-    EXPECT_EQ(error, "The object is no widget");
+    EXPECT_EQ(error, "The object is not a widget");
 }
 
 TEST_F(ElementDumpTest, SnapshotsNeedTheirFiltersAndObjects)

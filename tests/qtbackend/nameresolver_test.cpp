@@ -2,6 +2,7 @@
 #include "qtbackend/qtinspector.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -132,11 +133,12 @@ TEST_F(NameResolverTest, AMissingOrAmbiguousObjectIsToldWithWhatThereIsInstead)
         {"{name='load' window={name='none'}}",
          "The window of {name='load' window={name='none'}} is not there. There is no object "
          "{name='none'}."},
-        {"{name~='('}", "'(' is no regular expression: missing closing parenthesis."},
+        {"{name~='('}", "'(' is not a valid regular expression: missing closing parenthesis."},
         {":Loop", "The parent of {parent=':Loop'} is not there. ':Loop' refers to itself."},
         {":Nobody", "The object map has no name ':Nobody'."},
-        {"{name", "{name is no name of an object: \"=\", \"?=\" or \"~=\" is missing, at character "
-                  "6."},
+        {"{name",
+         "{name is not a valid object name: \"=\", \"?=\" or \"~=\" is missing, at character "
+         "6."},
     };
     for (const auto &row : rows)
         EXPECT_EQ(find(row[0]), row[1]);
@@ -158,6 +160,34 @@ TEST_F(NameResolverTest, WhatUsersTypeIsInNoMessage)
         QString("There is no object {echoMode='Password' text='x' type='QLineEdit'}. Closest: "
                 "{type='QLineEdit'} with text '%1'.")
             .arg(bullets));
+    // Nor where another widget holds the one that hides it.
+    QComboBox box(&window);
+    box.setObjectName("box 2");
+    box.setEditable(true);
+    box.lineEdit()->setEchoMode(QLineEdit::Password);
+    box.setCurrentText("secret");
+    window.setProperty("editor", QVariant::fromValue<QObject *>(password));
+    for (const char *name : {"{name='box 2' currentText='x'}", "{name='main' editor.text='x'}"}) {
+        const QString error = find(name);
+        EXPECT_TRUE(error.contains(bullets)) << error.toStdString();
+        EXPECT_FALSE(error.contains("secret")) << error.toStdString();
+    }
+}
+
+TEST_F(NameResolverTest, NamesThatReferToEachOtherTakeABoundedTime)
+{
+    const auto symbol = [](const char *kind, int i) { return QString(":%1%2").arg(kind).arg(i); };
+    map.insert(symbol("twice", 0), ObjectName("{name='main'}"));
+    for (int i = 1; i < 60; ++i)
+        map.insert(symbol("twice", i),
+                   ObjectName(QString("{name='main' window='%1' self={window='%1' name='main'}}")
+                                  .arg(symbol("twice", i - 1))));
+    for (int i = 0; i < 50000; ++i)
+        map.insert(symbol("long", i),
+                   ObjectName(QString("{window='%1'}").arg(symbol("long", i + 1))));
+    window.setProperty("self", QVariant::fromValue<QObject *>(&window));
+    EXPECT_EQ(find(":twice59"), "{name='main' type='QWidget'}");
+    EXPECT_TRUE(find(":long0").endsWith("Names refer to others more than 200 levels deep."));
 }
 
 TEST_F(NameResolverTest, OccurrencesCountInAnOrderThatNoRunChanges)
@@ -224,7 +254,7 @@ TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsGoneAtTheNextLookup)
     buttons[2]->deleteLater();
     EXPECT_FALSE(inspector.findObject("load", nullptr));
     EXPECT_FALSE(load->objectClass());
-    EXPECT_EQ(load->valueText(), "(an object that is gone)");
+    EXPECT_EQ(load->valueText(), "(an object that no longer exists)");
     EXPECT_FALSE(load->compare(SharedPtr<Object>()));
 }
 

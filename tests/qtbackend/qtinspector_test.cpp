@@ -305,14 +305,14 @@ TEST_F(QtInspectorTest, ClicksReachTheObjectOrSayWhyNot)
     EXPECT_EQ(call("clickObject", "button", {2, 2}), QString());
     EXPECT_EQ(call("clickObject", "action"), QString());
     EXPECT_EQ(clicks, 3);
-    EXPECT_EQ(call("clickObject", "button", {-1, 2}), "-1,2 lies outside of the widget");
+    EXPECT_EQ(call("clickObject", "button", {-1, 2}), "-1,2 is outside the widget");
     button.setEnabled(false);
     action.setEnabled(false);
     EXPECT_EQ(call("clickObject", "button"), "the widget is disabled");
     EXPECT_EQ(call("clickObject", "action"), "the action is disabled");
     button.hide();
     EXPECT_EQ(call("clickObject", "button"), "the widget is not visible");
-    EXPECT_EQ(call("typeText", "action", {"a"}), "the object is no widget");
+    EXPECT_EQ(call("typeText", "action", {"a"}), "the object is not a widget");
     EXPECT_EQ(call("nothing", "button"), "there is no function 'nothing'");
     EXPECT_EQ(clicks, 3);
 }
@@ -323,8 +323,12 @@ TEST_F(QtInspectorTest, TypingSendsCharactersAndNamedKeys)
     EXPECT_EQ(edit.text(), "aBc");
     EXPECT_EQ(call("typeText", "edit", {"<Ctrl+A>x<Home>y"}), QString());
     EXPECT_EQ(edit.text(), "yx");
+    for (const char *known : {"<PageDown>", "<PgDown>", "<Ctrl+PageUp>", "<Ctrl++>", "<escape>"})
+        EXPECT_EQ(call("typeText", "edit", {known}), QString()) << known;
     EXPECT_EQ(call("typeText", "edit", {"z<Nonsense>"}),
-              "'<Nonsense>' is no key; \"<\" is typed by \"<<\"");
+              "'<Nonsense>' is not a key name; \"<\" is typed by \"<<\"");
+    EXPECT_EQ(call("typeText", "edit", {"<Shift+PageDwon>"}).section(';', 0, 0),
+              "'<Shift+PageDwon>' is not a key name (did you mean '<Shift+PageDown>'?)");
     EXPECT_EQ(edit.text(), "yx");
 }
 

@@ -134,7 +134,7 @@ TEST_F(UserInputTest, TypingIntoAWidgetThatGoesAwayIsAnError)
     other->show();
     QShortcut removal(QKeySequence("F2"), &window);
     QObject::connect(&removal, &QShortcut::activated, &window, [other] { delete other; });
-    EXPECT_EQ(type("other", "a<F2>b"), "the widget is gone, after 2 of 3 keys");
+    EXPECT_EQ(type("other", "a<F2>b"), "the widget no longer exists, after 2 of 3 keys");
 }
 
 TEST_F(UserInputTest, AClickReachesThePartThatReacts)
@@ -255,7 +255,7 @@ TEST_F(UserInputTest, WhatTakesNoInputIsAnErrorNotASuccess)
     add<QLabel>("label", {0, 0, 100, 30});
     auto *box = add<QWidget>("box", {0, 40, 200, 200});
     add<QPushButton>("button", {0, 0, 100, 30}, box)->setEnabled(false);
-    EXPECT_EQ(type("label", "a"), "the widget takes no keys");
+    EXPECT_EQ(type("label", "a"), "the widget does not accept keyboard input");
     EXPECT_EQ(click("box", {10, 10}), "{name='button' type='QPushButton'}: the widget is disabled");
 }
 

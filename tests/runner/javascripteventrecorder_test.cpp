@@ -94,7 +94,8 @@ TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLo
     late.setTime(QTime(1, 0, 12));
     const std::vector<EventData> events{first, late};
     EXPECT_EQ(recorded(EventRecorder::NO_SYNC, nullptr, events),
-              QStringList({"find(\"{text='a'}\").click();", "find(\"{text='b'}\").item(\"x\").click();"}));
+              QStringList(
+                  {"find(\"{text='a'}\").click();", "find(\"{text='b'}\").item(\"x\").click();"}));
     EXPECT_EQ(recorded(EventRecorder::SNOOZE_SYNC, nullptr, events).value(1), "snooze(12.0);");
     EXPECT_EQ(recorded(EventRecorder::OBJECT_SYNC, nullptr, events).value(1),
               "find(\"{text='b'}\").item(\"x\", 12000).text();");

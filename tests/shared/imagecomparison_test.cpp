@@ -52,6 +52,23 @@ double correlation(const QImage &a, const QImage &b, bool centred)
 
 } // namespace
 
+TEST(ImageComparisonTest, HalfTransparentPixelsCountAsTheyAreStored)
+{
+    QImage a(20, 20, QImage::Format_ARGB32);
+    std::mt19937 random(3);
+    for (int i = 0; i < 400; ++i)
+        a.setPixel(i % 20, i / 20, random());
+    const QImage b = noise({20, 20}, 4);
+    for (const auto format : {QImage::Format_ARGB32_Premultiplied, QImage::Format_RGBA8888,
+                              QImage::Format_RGBA8888_Premultiplied,
+                              QImage::Format_ARGB4444_Premultiplied, QImage::Format_Indexed8}) {
+        const QImage converted = a.convertToFormat(format);
+        EXPECT_NEAR(ImageComparison::normalizedCorrelation(converted, b),
+                    correlation(converted, b, false), 1e-9)
+            << format;
+    }
+}
+
 TEST(ImageComparisonTest, TheMeasuresFollowTheirDefinition)
 {
     // Wider than what is summed up at a time.

@@ -147,6 +147,9 @@ TEST(TableDiffTest, RowsOfADifference)
         {{"x#FFFF0000"}, {"x#FF00FF00"}, {}},
         {{"a(#FFFF0000"}, {"a("}, {"-0:a(", "+0:a("}},
         {{"#FFFF0000"}, {""}, {"-0:", "+0:"}},
+        {{std::string(20000, '(') + std::string(20000, ')')},
+         {""},
+         {"-0:" + QString(20000, '(') + QString(20000, ')'), "+0:"}},
         {{" a "}, {"a"}, {"-0: a ", "+0:a"}},
         {{"  "}, {""}, {"-0:  ", "+0:"}},
         {{" "}, {"\n"}, {"-0: ", "+0:\n"}},
@@ -156,6 +159,20 @@ TEST(TableDiffTest, RowsOfADifference)
     for (const auto &row : rows)
         EXPECT_EQ(diffOf(row.expected, row.actual), row.difference)
             << tableXml(row.expected) << tableXml(row.actual);
+}
+
+TEST(TableDiffTest, APatternIsShownOnlyWhereItMatchedLast)
+{
+    XmlTableRange expected[2];
+    XmlTableRange actual;
+    ASSERT_TRUE(actual.loadContentFromXml(tableXml({"ab|y"})));
+    const char *const shown[] = {"a.*", "ab"};
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(expected[i].loadContentFromXml(tableXml({std::string(shown[i]) + "|x"})));
+        FList<TableDiff::Element> list;
+        table_diff_range(expected[i], actual, &list);
+        EXPECT_EQ(list.last().subject.cells.first().properties.value("text"), shown[i]);
+    }
 }
 
 TEST(TableDiffTest, ColoursTravelWithTheirCells)

@@ -5,6 +5,7 @@
 #include "support/filesizelimit.h"
 #include "support/verification.h"
 
+#include <QDir>
 #include <QListWidget>
 #include <QTableWidget>
 
@@ -194,6 +195,17 @@ TEST_F(TableVPTest, AFileThatCouldNotBeWrittenIsAnErrorInTheLog)
                                       "not write '" +
                                       path("suite/tst_a/points/vp.xml") + "': "))
         << results[1].toStdString();
+}
+
+TEST_F(TableVPTest, AFileThatCantBeOpenedForWritingLearnsNothingWithoutAnError)
+{
+    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    resolver.beforeLookup = [this](int) {
+        QFile::remove(path("suite/tst_a/points/vp.xml"));
+        QDir().mkpath(path("suite/tst_a/points/vp.xml"));
+    };
+    EXPECT_EQ(verify(tableType, table(row({"x"}))).summary(), VPResult::SummaryPassed);
+    EXPECT_EQ(takeResults().size(), 1);
 }
 
 TEST_F(TableVPTest, BlanksBetweenTheElementsOfAFileDontCount)

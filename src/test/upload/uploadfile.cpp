@@ -8,12 +8,13 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Morvex {
 namespace {
 
 const qint64 maxFileSize = 1024 * 1024 * 1024;
-const int chunkSize = 1024 * 1024;
+const std::size_t chunkSize = 1024 * 1024;
 
 class Descriptor
 {
@@ -76,17 +77,16 @@ std::optional<QByteArray> readUploadFile(const QString &path)
         return {};
     }
     QByteArray content;
-    content.reserve(static_cast<int>(size) + chunkSize);
+    content.reserve(static_cast<int>(size));
+    std::vector<char> chunk(chunkSize);
     // What the file has become since it was asked for its size counts.
     for (;;) {
-        const int before = content.size();
-        content.resize(before + chunkSize);
-        const ssize_t count = file.read(content.data() + before, chunkSize);
-        content.resize(before + static_cast<int>(qMax<ssize_t>(count, 0)));
+        const ssize_t count = file.read(chunk.data(), chunk.size());
         if (count < 0)
             return {};
         if (count == 0)
             return content;
+        content.append(chunk.data(), static_cast<int>(count));
         if (content.size() > maxFileSize) {
             tellTooLarge(path);
             return {};

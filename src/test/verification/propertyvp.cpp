@@ -1,14 +1,10 @@
 #include "test/testvp.h"
 
-#include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
-#include "objectmodel/property.h"
+#include "objectmodel/propertypath.h"
 #include "shared/testdata.h"
-#include "test/objectnameresolverinterface.h"
+#include "test/verification/vpcall.h"
 #include "test/verification/vpdocument.h"
-#include "test/verification/vpresultlogger.h"
-
-#include <QDomElement>
 
 #include <optional>
 
@@ -16,7 +12,7 @@ namespace Morvex {
 namespace {
 
 // Nothing when the file has no value.
-std::optional<QString> valueOf(const QDomElement &element, int version)
+std::optional<QString> storedValue(const QDomElement &element, int version)
 {
     if (version < 2)
         return element.firstChild().toText().data();
@@ -36,6 +32,35 @@ QString fieldPrefix(const TestDataRecord &record, const QString &column)
              QString::number(qint64(record.index()) + 1));
 }
 
+// What a property has to be, and how messages about it begin.
+struct Expectation
+{
+    QString value;
+    QString prefix;
+};
+
+// Nothing when there is none, for which an ERROR is added.
+std::optional<Expectation> expectationOf(const QDomElement &element, VPCall &call)
+{
+    const std::optional<QString> stored = storedValue(element, call.version);
+    if (!stored) {
+        call.addError(QStringLiteral(": Could not read property value"),
+                      QStringLiteral("Value for property '%1' not readable")
+                          .arg(element.attribute(QStringLiteral("property"))));
+        return std::nullopt;
+    }
+    if (element.attribute(QStringLiteral("valueType")) != QLatin1String("DataField"))
+        return Expectation{*stored, call.name};
+    if (!call.record) {
+        call.addError(QStringLiteral(": Error doing object property comparison"),
+                      QStringLiteral("Comparison failed because invalid test data record was "
+                                     "passed for a data field"));
+        return std::nullopt;
+    }
+    return Expectation{call.record->valueAsString(*stored),
+                       call.name + fieldPrefix(*call.record, *stored)};
+}
+
 // Null without an application.
 SharedPtr<Object> expectedObject(const QString &type, const QString &value)
 {
@@ -51,79 +76,45 @@ SharedPtr<Object> expectedObject(const QString &type, const QString &value)
     return inspector->makeString(value.toUtf8());
 }
 
-SharedPtr<Object> propertyOf(const SharedPtr<Object> &object, const QString &name)
+// Null when there is none, for which an ERROR is added.
+SharedPtr<Object> actualObject(const QDomElement &element, VPCall &call)
 {
-    const Class *objectClass = object->objectClass();
-    const Property *property = objectClass ? objectClass->property(name) : nullptr;
-    return property ? property->get(object) : SharedPtr<Object>();
-}
-
-// Null when a step can't be taken; missing is then its name.
-SharedPtr<Object> walk(SharedPtr<Object> object, const QString &path, QString *missing)
-{
-    for (const QString &step : path.split(QLatin1Char('.'), Qt::SkipEmptyParts)) {
-        object = propertyOf(object, step);
-        if (!object) {
-            *missing = step;
-            break;
-        }
-    }
-    return object;
+    const QString objectName = element.attribute(QStringLiteral("object"));
+    const SharedPtr<Object> object = call.resolve(objectName);
+    if (!object)
+        return {};
+    MissingProperty missing;
+    const SharedPtr<Object> actual = followProperties(
+        object, propertySteps(element.attribute(QStringLiteral("property"))), &missing);
+    if (!actual)
+        call.addError(QStringLiteral(": No such property"),
+                      QStringLiteral("Could not lookup property '%1' on object '%2'")
+                          .arg(missing.name, objectName));
+    return actual;
 }
 
 } // namespace
 
-bool TestVP::performPropertyVerification(const QDomElement &element, const TestDataRecord *record,
-                                         int version, VPResultLogger *logger,
-                                         ObjectNameResolverInterface *resolver,
-                                         bool expectFail) const
+bool TestVP::performPropertyVerification(const QDomElement &element, VPCall &call) const
 {
-    const QString objectName = element.attribute(QStringLiteral("object"));
-    const QString path = element.attribute(QStringLiteral("property"));
-    const std::optional<QString> stored = valueOf(element, version);
-    const auto fail = [&](const QString &message, const QString &details) {
-        addResult(logger, TestResult::ERROR, m_name + message, details, TestResult::PROPERTY_VP);
-        return false;
-    };
-    if (!stored)
-        return fail(QStringLiteral(": Could not read property value"),
-                    QStringLiteral("Value for property '%1' not readable").arg(path));
-    expectFail = expectFail || hasExpectedFailure(element);
-
-    QString prefix = m_name;
-    QString expected = *stored;
-    if (element.attribute(QStringLiteral("valueType")) == QLatin1String("DataField")) {
-        if (!record)
-            return fail(QStringLiteral(": Error doing object property comparison"),
-                        QStringLiteral("Comparison failed because invalid test data record was "
-                                       "passed for a data field"));
-        prefix += fieldPrefix(*record, expected);
-        expected = record->valueAsString(expected);
-    }
-
-    const SharedPtr<Object> object = resolve(logger, resolver, objectName, TestResult::PROPERTY_VP);
-    if (!object)
-        return false;
-    QString missing;
-    const SharedPtr<Object> actual = walk(object, path, &missing);
+    const std::optional<Expectation> expected = expectationOf(element, call);
+    const SharedPtr<Object> actual = expected ? actualObject(element, call) : SharedPtr<Object>();
     if (!actual)
-        return fail(QStringLiteral(": No such property"),
-                    QStringLiteral("Could not lookup property '%1' on object '%2'")
-                        .arg(missing, objectName));
-
+        return false;
     const SharedPtr<Object> wanted =
-        expectedObject(element.attribute(QStringLiteral("type")), expected);
+        expectedObject(element.attribute(QStringLiteral("type")), expected->value);
     // Both ways, as the two may come from different parts of the model.
     const bool passed = wanted && (actual->compare(wanted) || wanted->compare(actual));
-    const QString shownPath = objectName + QLatin1Char('.') + path;
-    addResult(logger, verificationType(passed, expectFail),
-              (passed ? QStringLiteral("%1: Object property comparison of '%2' passed")
-                      : QStringLiteral("%1: Object property comparison of '%2' failed"))
-                  .arg(prefix, shownPath),
-              (passed ? QStringLiteral("'%1' and '%2' are equal")
-                      : QStringLiteral("'%1' and '%2' are not equal"))
-                  .arg(actual->valueText(), expected),
-              TestResult::PROPERTY_VP);
+    const bool expectFail = call.expectFail || hasExpectedFailure(element);
+    const QString path = element.attribute(QStringLiteral("object")) + QLatin1Char('.') +
+                         element.attribute(QStringLiteral("property"));
+    call.addResult(TestResult::verificationType(passed, expectFail),
+                   (passed ? QStringLiteral("%1: Object property comparison of '%2' passed")
+                           : QStringLiteral("%1: Object property comparison of '%2' failed"))
+                       .arg(expected->prefix, path),
+                   (passed ? QStringLiteral("'%1' and '%2' are equal")
+                           : QStringLiteral("'%1' and '%2' are not equal"))
+                       .arg(actual->valueText(), expected->value));
     return passed != expectFail;
 }
 

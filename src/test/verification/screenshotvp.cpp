@@ -6,13 +6,12 @@
 #include "shared/uiabstraction/loadimage.h"
 #include "test/verification/comparisonapplication.h"
 #include "test/verification/maskelement.h"
+#include "test/verification/vpcall.h"
 #include "test/verification/vpdocument.h"
 #include "test/verification/vpimages.h"
-#include "test/verification/vpresultlogger.h"
 
 #include <QBuffer>
 #include <QDir>
-#include <QDomDocument>
 #include <QFile>
 
 namespace Morvex {
@@ -67,25 +66,6 @@ bool maskImages(const ImageMask &mask, QImage *actual, QImage *expected)
     return true;
 }
 
-ApplicationComparison strictComparison(bool areEqual)
-{
-    return {areEqual,
-            areEqual ? QStringLiteral("Screenshots are considered identical")
-                     : QStringLiteral("Screenshots do not match"),
-            QString()};
-}
-
-ApplicationComparison compareImages(const QDomElement &element, int version, const QImage &actual,
-                                    const QImage &expected)
-{
-    const QDomElement algorithm = element.firstChildElement(QStringLiteral("Algorithm"));
-    const QString name =
-        version < algorithmVersion ? QString() : algorithm.attribute(QStringLiteral("name"));
-    if (!name.isEmpty() && name != QLatin1String("strict"))
-        return runComparisonApplication(name, parametersOf(algorithm), actual, expected);
-    return strictComparison(haveEqualPixels(actual, expected));
-}
-
 // A null picture leaves no file, not that of an earlier check either.
 void saveBeside(const QImage &image, const QString &failedImage, const QString &name)
 {
@@ -110,83 +90,33 @@ void learnImage(QDomElement &element, QDomDocument &document, const QImage &imag
     element.setAttribute(QStringLiteral("type"), QStringLiteral("PNG"));
 }
 
-} // namespace
-
-bool TestVP::performScreenshotVerification(QDomElement &element, int version,
-                                           VPResultLogger *logger,
-                                           ObjectNameResolverInterface *resolver,
-                                           const VerificationOptions &options,
-                                           RunnerInterface *runner, bool learn,
-                                           QDomDocument &document, bool &updated,
-                                           bool expectFail) const
+// What the comparison of two pictures has shown. An error says why there was none.
+ApplicationComparison strictComparison(const ImageMask &mask, const QImage &actual,
+                                       const QImage &expected)
 {
-    const QString objectName = element.attribute(QStringLiteral("object"));
-    const auto log = [&](TestResult::ResultType type, const QString &message,
-                         const QString &details) {
-        addResult(logger, type, m_name + message.arg(objectName), details,
-                  TestResult::SCREENSHOT_VP);
-    };
-    expectFail = expectFail || hasExpectedFailure(element);
-    const SharedPtr<Object> object =
-        resolve(logger, resolver, objectName, TestResult::SCREENSHOT_VP);
-    if (!object)
-        return false;
-
-    QString error;
-    const QImage taken =
-        version < optionsVersion
-            ? grabObjectPixmap(object, &error)
-            : grabObjectScreenshot(object, element.attribute(QStringLiteral("options")).toInt(),
-                                   options.screenshotDelay(), &error);
-    if (taken.isNull()) {
-        log(TestResult::FAIL,
-            QStringLiteral(": Internal error while taking screenshot of object '%1'"), error);
-        return false;
-    }
-    const QString format = element.attribute(QStringLiteral("type"), QStringLiteral("XPM"));
-    const QImage stored = storedImage(element, format);
-    QImage actual = taken;
-    QImage expected = stored;
-    const ImageMask mask = readMask(element.firstChild().nextSibling().toElement());
-    const ApplicationComparison comparison = maskImages(mask, &actual, &expected)
-                                                 ? compareImages(element, version, actual, expected)
-                                                 : strictComparison(false);
-    if (!comparison.error.isEmpty()) {
-        addResult(logger, TestResult::ERROR,
-                  m_name + QStringLiteral(": Comparison application error"), comparison.error,
-                  TestResult::SCREENSHOT_VP);
-        return false;
-    }
-    if (comparison.matches) {
-        log(verificationType(true, expectFail),
-            QStringLiteral(": Screenshot comparison of '%1' passed"), comparison.details);
-        return !expectFail;
-    }
-    if (learn) {
-        learnImage(element, document, taken);
-        updated = true;
-        log(TestResult::WARNING,
-            QStringLiteral(": Screenshot comparison of '%1' failed, Verification Point was updated "
-                           "due to the MORVEX_LEARN_SCREENSHOTS environment variable"),
-            comparison.details);
-        return !expectFail;
-    }
-    log(verificationType(false, expectFail),
-        QStringLiteral(": Screenshot comparison of '%1' failed"),
-        comparison.details + QLatin1String(". "));
-    logger->deferDetails([=] {
-        if (stored.isNull())
-            qWarning("%s: the stored picture cannot be read as %s", qUtf8Printable(m_name),
-                     qUtf8Printable(format));
-        return storeDifferingImages(runner, taken, stored);
-    });
-    return expectFail;
+    QImage maskedActual = actual;
+    QImage maskedExpected = expected;
+    // Nearly all checks pass, and need no copies then.
+    const bool areEqual =
+        mask.leavesEqual(actual, expected) || (maskImages(mask, &maskedActual, &maskedExpected) &&
+                                               haveEqualPixels(maskedActual, maskedExpected));
+    return {areEqual,
+            areEqual ? QStringLiteral("Screenshots are considered identical")
+                     : QStringLiteral("Screenshots do not match"),
+            QString()};
 }
 
-QString TestVP::storeDifferingImages(RunnerInterface *runner, const QImage &actual,
-                                     const QImage &expected) const
+ApplicationComparison comparisonBy(const QString &application, const QDomElement &algorithm,
+                                   const ImageMask &mask, QImage actual, QImage expected)
 {
-    const QString dir = failedImageDir(runner);
+    if (!maskImages(mask, &actual, &expected))
+        return {false, QStringLiteral("Screenshots do not match"), QString()};
+    return runComparisonApplication(application, parametersOf(algorithm), actual, expected);
+}
+
+// Returns a note on where the pictures are.
+QString storeDifferingImages(const QString &dir, const QImage &actual, const QImage &expected)
+{
     if (!QDir().mkpath(dir))
         return QStringLiteral("Could not store differing screenshot; creating directory for failed "
                               "images failed.");
@@ -197,6 +127,117 @@ QString TestVP::storeDifferingImages(RunnerInterface *runner, const QImage &actu
     saveBeside(ImageComparison::normalizedCorrelationDiff(expected, actual, 0, 1), path,
                QStringLiteral("difference"));
     return QStringLiteral("Differing screenshot saved as '%1'").arg(path);
+}
+
+class ScreenshotCheck
+{
+public:
+    ScreenshotCheck(QDomElement &element, VPCall &call)
+        : m_element(element)
+        , m_call(call)
+        , m_objectName(element.attribute(QStringLiteral("object")))
+        , m_format(element.attribute(QStringLiteral("type"), QStringLiteral("XPM")))
+        , m_expectFail(call.expectFail || hasExpectedFailure(element))
+    {
+    }
+
+    /// True when the outcome is the expected one.
+    bool run()
+    {
+        if (!takePicture())
+            return false;
+        const ApplicationComparison comparison = compare();
+        if (!comparison.error.isEmpty())
+            return m_call.addError(QStringLiteral(": Comparison application error"),
+                                   comparison.error);
+        if (comparison.matches) {
+            log(TestResult::verificationType(true, m_expectFail),
+                QStringLiteral(": Screenshot comparison of '%1' passed"), comparison.details);
+            return !m_expectFail;
+        }
+        if (m_call.learn) {
+            learn(comparison.details);
+            return !m_expectFail;
+        }
+        logMismatch(comparison.details);
+        return m_expectFail;
+    }
+
+private:
+    void log(TestResult::ResultType type, const QString &message, const QString &details)
+    {
+        m_call.addResult(type, m_call.name + message.arg(m_objectName), details);
+    }
+
+    bool takePicture()
+    {
+        const SharedPtr<Object> object = m_call.resolve(m_objectName);
+        if (!object)
+            return false;
+        QString error;
+        m_taken = m_call.version < optionsVersion
+                      ? grabObjectPixmap(object, &error)
+                      : grabObjectScreenshot(object,
+                                             m_element.attribute(QStringLiteral("options")).toInt(),
+                                             m_call.options.screenshotDelay(), &error);
+        if (m_taken.isNull())
+            log(TestResult::FAIL,
+                QStringLiteral(": Internal error while taking screenshot of object '%1'"), error);
+        return !m_taken.isNull();
+    }
+
+    ApplicationComparison compare()
+    {
+        m_stored = storedImage(m_element, m_format);
+        const ImageMask mask = readMask(m_element.firstChild().nextSibling().toElement());
+        const QDomElement algorithm = m_element.firstChildElement(QStringLiteral("Algorithm"));
+        const QString name = m_call.version < algorithmVersion
+                                 ? QString()
+                                 : algorithm.attribute(QStringLiteral("name"));
+        if (name.isEmpty() || name == QLatin1String("strict"))
+            return strictComparison(mask, m_taken, m_stored);
+        return comparisonBy(name, algorithm, mask, m_taken, m_stored);
+    }
+
+    void learn(const QString &details)
+    {
+        learnImage(m_element, m_call.document, m_taken);
+        m_call.updated = true;
+        log(TestResult::WARNING,
+            QStringLiteral(": Screenshot comparison of '%1' failed, Verification Point was updated "
+                           "due to the MORVEX_LEARN_SCREENSHOTS environment variable"),
+            details);
+    }
+
+    void logMismatch(const QString &details)
+    {
+        log(TestResult::verificationType(false, m_expectFail),
+            QStringLiteral(": Screenshot comparison of '%1' failed"),
+            details + QLatin1String(". "));
+        const QString dir = failedImageDir(m_call.name, m_call.file, m_call.runner);
+        m_call.logger.deferDetails(
+            [dir, name = m_call.name, format = m_format, taken = m_taken, stored = m_stored] {
+                if (stored.isNull())
+                    qWarning("%s: the stored picture cannot be read as %s", qUtf8Printable(name),
+                             qUtf8Printable(format));
+                return storeDifferingImages(dir, taken, stored);
+            });
+    }
+
+    QDomElement &m_element;
+    VPCall &m_call;
+    const QString m_objectName;
+    const QString m_format;
+    const bool m_expectFail;
+    QImage m_taken;
+    QImage m_stored;
+};
+
+} // namespace
+
+bool TestVP::performScreenshotVerification(QDomElement &element, VPCall &call) const
+{
+    return ScreenshotCheck(element, call).run();
 }
 
 } // namespace Morvex

@@ -3,11 +3,10 @@
 #include "test/objectnameresolverinterface.h"
 #include "test/testvp.h"
 #include "test/verification/visualbody.h"
+#include "test/verification/vpcall.h"
 #include "test/verification/vpimages.h"
-#include "test/verification/vpresultlogger.h"
 
 #include <QDir>
-#include <QDomElement>
 
 namespace Morvex {
 namespace {
@@ -53,48 +52,46 @@ QString storeSnapshot(RunnerInterface *runner, const QFileInfo &vpFile, const QB
 
 } // namespace
 
-bool TestVP::performTitanVerification(QDomElement &element, VPResultLogger *logger,
-                                      ObjectNameResolverInterface *resolver,
-                                      RunnerInterface *runner, bool expectFail) const
+bool TestVP::performTitanVerification(const QDomElement &element, VPCall &call) const
 {
     const QString objectName = element.attribute(QStringLiteral("object"));
     const QString failed =
         QStringLiteral("%1: Visual comparison of object '%2' failed").arg(m_name, objectName);
-    const auto log = [&](TestResult::ResultType type, const QString &message,
-                         const QString &details) {
-        addResult(logger, type, message, details, TestResult::VISUAL_VP);
+    const auto fail = [&](TestResult::ResultType type, const QString &details) {
+        call.addResult(type, failed, details);
         return false;
     };
-    const SharedPtr<Object> object = resolver->resolve(objectName, nullptr);
+    const SharedPtr<Object> object = call.resolver->resolve(objectName, nullptr);
     if (!object)
-        return log(TestResult::ERROR, failed,
-                   QStringLiteral("Object %1 not found").arg(objectName));
+        return fail(TestResult::ERROR, QStringLiteral("Object %1 not found").arg(objectName));
     QString error;
     const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
     const QByteArray xml = dump.isEmpty() ? QByteArray() : convertDumpToXml(dump, &error);
     if (xml.isEmpty())
-        return log(TestResult::ERROR, failed,
-                   QStringLiteral("Failed to fetch object snapshot: %1").arg(error));
+        return fail(TestResult::ERROR,
+                    QStringLiteral("Failed to fetch object snapshot: %1").arg(error));
     BrowserElement live(nullptr, QStringLiteral("live"));
     if (!BrowserElement::readXML(&live, xml, &error))
-        return log(TestResult::FAIL, failed,
-                   QStringLiteral("Failed to read current object tree: %1").arg(error));
+        return fail(TestResult::FAIL,
+                    QStringLiteral("Failed to read current object tree: %1").arg(error));
     VisualBody body;
     if (!body.read(element))
-        return log(TestResult::FAIL, failed, QStringLiteral("Failed to read object tree from VP"));
+        return fail(TestResult::FAIL, QStringLiteral("Failed to read object tree from VP"));
     QMap<BrowserElement::Id, TitanCompare> result;
     if (body.compare(&live, &result)) {
-        log(verificationType(true, expectFail),
+        call.addResult(
+            TestResult::verificationType(true, call.expectFail),
             QStringLiteral("%1: Visual comparison of object '%2' passed").arg(m_name, objectName),
             QString());
-        return !expectFail;
+        return !call.expectFail;
     }
-    log(verificationType(false, expectFail), failed, failureDetails(result));
+    fail(TestResult::verificationType(false, call.expectFail), failureDetails(result));
     // Once the result counts: a check that is retried fails many times.
     if (!live.children().isEmpty())
-        logger->deferDetails(
-            [runner, file = m_file, xml] { return storeSnapshot(runner, file, xml); });
-    return expectFail;
+        call.logger.deferDetails([runner = call.runner, file = m_file, xml] {
+            return storeSnapshot(runner, file, xml);
+        });
+    return call.expectFail;
 }
 
 } // namespace Morvex

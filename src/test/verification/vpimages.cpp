@@ -128,4 +128,48 @@ QImage grabObjectPixmap(const SharedPtr<Object> &object, QString *error)
     return imageOf(callFunction(QStringLiteral("getPixmapAsImage"), {pixmap->id()}, error));
 }
 
+QString failedImageDir(const QString &vpName, const QFileInfo &vpFile, RunnerInterface *runner)
+{
+    const QLatin1String subDir("failedImages");
+    if (runner->resultDirectory().isEmpty())
+        return vpFile.absolutePath() + QDir::separator() + subDir + QDir::separator();
+    const QString name = QDir::isAbsolutePath(vpName) ? QFileInfo(vpName).fileName() : vpName;
+    return testCaseResultDir(runner) + name + QDir::separator() + subDir + QDir::separator();
+}
+
+bool wantsDesktopPicture(const VerificationOptions &options, TestResult::ResultType type)
+{
+    switch (type) {
+    case TestResult::PASS:
+    case TestResult::XFAIL:
+        return options.testFlag(VerificationOptions::ScreenshotOnPass);
+    case TestResult::FAIL:
+    case TestResult::XPASS:
+        return options.testFlag(VerificationOptions::ScreenshotOnFail);
+    case TestResult::WARNING:
+        return options.testFlag(VerificationOptions::ScreenshotOnWarning);
+    case TestResult::FATAL:
+    case TestResult::ERROR:
+        return options.testFlag(VerificationOptions::ScreenshotOnError);
+    default:
+        return false;
+    }
+}
+
+QString logScreenshot(RunnerInterface *runner, TestResult::ResultType type, const QImage &image)
+{
+    const QString stem = typeNameForTestResultType(type);
+    const QString dir = failedOutputDir(runner, stem + QStringLiteral("Images"));
+    if (!QDir().mkpath(dir))
+        return {};
+    const QString path = numberedFile(dir, stem, QStringLiteral(".png"));
+    const QImage picture = image.isNull() ? desktopScreenshot() : image;
+    if (picture.isNull())
+        return QStringLiteral(" (Screenshot taken from the desktop is invalid)");
+    return saveImage(picture, path, "PNG")
+               ? QStringLiteral(" (Screenshot in \"%1\")").arg(path)
+               : QStringLiteral(" (Invalid file path \"%1\" or unsupported image format)")
+                     .arg(path);
+}
+
 } // namespace Morvex

@@ -2,7 +2,9 @@
 
 #include "objectmodel/object.h"
 #include "test/testresult.h"
+#include "test/verificationoptions.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QString>
 
@@ -18,6 +20,16 @@ QString testCaseResultDir(RunnerInterface *runner);
 
 /// Beside the script when the run has no result directory.
 QString failedOutputDir(RunnerInterface *runner, const QString &subDir);
+
+/// Where pictures that differ are stored. May not exist yet.
+QString failedImageDir(const QString &vpName, const QFileInfo &vpFile, RunnerInterface *runner);
+
+/// Whether the options ask for a picture of the desktop with results of this type.
+bool wantsDesktopPicture(const VerificationOptions &options, TestResult::ResultType type);
+
+/// Stores a picture, of the desktop for a null one, and returns the text to add to the message of
+/// the result.
+QString logScreenshot(RunnerInterface *runner, TestResult::ResultType type, const QImage &image);
 
 /// "failed", "passed" and the like.
 QString typeNameForTestResultType(TestResult::ResultType type);

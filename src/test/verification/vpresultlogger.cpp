@@ -1,7 +1,7 @@
 #include "test/verification/vpresultlogger.h"
 
 #include "shared/clock.h"
-#include "test/testvp.h"
+#include "test/verification/vpimages.h"
 
 #include <QImage>
 
@@ -15,24 +15,13 @@ std::vector<LineInfo> loggedStack(TestResult::ResultType type, const std::vector
     return isFailure || stack.empty() ? stack : std::vector<LineInfo>{stack.front()};
 }
 
-struct TableOutcome
-{
-    TestResult::ResultType type;
-    QString message;
-};
-
-TableOutcome tableOutcome(bool isEqual, bool expectFail)
+QString tableMessage(bool isEqual, bool expectFail)
 {
     if (isEqual)
-        return expectFail
-                   ? TableOutcome{TestResult::XPASS,
-                                  QStringLiteral("Table Comparison of '%1' unexpectedly passed")}
-                   : TableOutcome{TestResult::PASS,
-                                  QStringLiteral("Table Comparison of '%1' passed")};
-    return expectFail
-               ? TableOutcome{TestResult::XFAIL,
-                              QStringLiteral("Table Comparison of '%1' expectedly failed")}
-               : TableOutcome{TestResult::FAIL, QStringLiteral("Table Comparison of '%1' failed")};
+        return expectFail ? QStringLiteral("Table Comparison of '%1' unexpectedly passed")
+                          : QStringLiteral("Table Comparison of '%1' passed");
+    return expectFail ? QStringLiteral("Table Comparison of '%1' expectedly failed")
+                      : QStringLiteral("Table Comparison of '%1' failed");
 }
 
 } // namespace
@@ -106,9 +95,10 @@ void VPResultLogger::addResult(const QString &objectName, const FList<TableDiff:
 {
     if (m_options.testFlag(VerificationOptions::SilentVerification))
         return;
-    const TableOutcome outcome = tableOutcome(diff.isEmpty(), expectFail);
-    const VPTempEntry entry(vpName, outcome.message.arg(objectName), tableDetails(diff.isEmpty()),
-                            outcome.type, TestResult::TABLE_VP, vpFile);
+    const bool isEqual = diff.isEmpty();
+    const VPTempEntry entry(
+        vpName, tableMessage(isEqual, expectFail).arg(objectName), tableDetails(isEqual),
+        TestResult::verificationType(isEqual, expectFail), TestResult::TABLE_VP, vpFile);
     m_entries.append(SharedPtr<VPTempEntry>(new VPTempDiffEntry(entry, diff)));
 }
 
@@ -143,8 +133,8 @@ void VPResultLogger::processResults()
         return;
     start();
     for (const SharedPtr<VPTempEntry> &entry : qAsConst(m_entries)) {
-        if (TestVP::wantLogScreenshotForResult(m_options, entry->type))
-            entry->message += TestVP::logScreenshot(m_runner, entry->type, QImage());
+        if (wantsDesktopPicture(m_options, entry->type))
+            entry->message += logScreenshot(m_runner, entry->type, QImage());
         entry->add(m_result, m_time, m_stack, m_info);
     }
     m_lastMessage = m_entries.constLast()->message;

@@ -234,7 +234,7 @@ TEST_F(ScreenshotVPTest, APictureThatCantBeTakenFailsAlsoWhenThatIsExpected)
     EXPECT_EQ(takeResults(),
               QStringList("FAIL vp: Internal error while taking screenshot of object 'timer'|"
                           "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned "
-                          "invalid variant! the object is no widget"));
+                          "invalid variant! the object is not a widget"));
     EXPECT_EQ(verify("version='3' type='Screenshot'", body).summary(), VPResult::SummaryFailed);
     EXPECT_EQ(takeResults(),
               QStringList("FAIL vp: Internal error while taking screenshot of object 'timer'|"));

@@ -1,4 +1,4 @@
-#include "qtbackend/obstacle.h"
+#include "qtbackend/whyblocked.h"
 
 #include "qtbackend/identification.h"
 
@@ -98,18 +98,18 @@ const QWidget *blockerOf(const QAction *action)
 
 } // namespace
 
-QString obstacleTo(const QObject *object)
+QString whyBlocked(const QObject *object)
 {
-    const QString obstacle = obstacleWhileTyping(object);
+    const QString reason = whyBlockedWhileTyping(object);
     const QWidget *popup =
-        obstacle.isEmpty() ? popupBefore(static_cast<const QWidget *>(object)) : nullptr;
-    return popup ? blockedBy("the widget", "popup", popup) : obstacle;
+        reason.isEmpty() ? popupBefore(static_cast<const QWidget *>(object)) : nullptr;
+    return popup ? blockedBy("the widget", "popup", popup) : reason;
 }
 
-QString obstacleWhileTyping(const QObject *object)
+QString whyBlockedWhileTyping(const QObject *object)
 {
     if (!object->isWidgetType())
-        return QStringLiteral("the object is no widget");
+        return QStringLiteral("the object is not a widget");
     const auto *widget = static_cast<const QWidget *>(object);
     if (!widget->isVisible())
         return QStringLiteral("the widget is not visible");
@@ -119,7 +119,7 @@ QString obstacleWhileTyping(const QObject *object)
     return blocker ? blockedBy("the widget", "dialog", blocker) : QString();
 }
 
-QString obstacleTo(const QAction *action)
+QString whyBlocked(const QAction *action)
 {
     if (!action->isVisible())
         return QStringLiteral("the action is not visible");

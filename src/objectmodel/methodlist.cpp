@@ -1,0 +1,7 @@
+#include "objectmodel/methodlist.h"
+
+namespace Morvex {
+
+MethodList::~MethodList() = default;
+
+} // namespace Morvex

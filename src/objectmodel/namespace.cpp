@@ -1,0 +1,7 @@
+#include "objectmodel/namespace.h"
+
+namespace Morvex {
+
+Namespace::~Namespace() = default;
+
+} // namespace Morvex

@@ -1,0 +1,7 @@
+#include "objectmodel/property.h"
+
+namespace Morvex {
+
+Property::~Property() = default;
+
+} // namespace Morvex
