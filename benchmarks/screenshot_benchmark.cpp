@@ -59,6 +59,30 @@ void strictComparison(benchmark::State &state)
 }
 BENCHMARK(strictComparison)->UseManualTime()->Unit(benchmark::kMillisecond);
 
+// Two equal pictures from files that have an alpha channel but no transparent pixel, without a
+// mask, against a comparison of the bytes.
+void equalPictures(benchmark::State &state)
+{
+    const QImage taken = noise().convertToFormat(QImage::Format_ARGB32);
+    const QImage read = taken.copy();
+    const ImageMask mask;
+    MorvexBenchmark::Ratio ratio;
+    for (auto _ : state) {
+        state.SetIterationTime(ratio.measure(
+            [&] {
+                if (!mask.leavesEqual(taken, read))
+                    std::abort();
+            },
+            [&] {
+                if (std::memcmp(taken.constBits(), read.constBits(),
+                                static_cast<std::size_t>(taken.sizeInBytes())) != 0)
+                    std::abort();
+            }));
+    }
+    state.counters["ratio_to_memcmp"] = ratio.value();
+}
+BENCHMARK(equalPictures)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 // Against one pass over the bytes of both.
 void correlation(benchmark::State &state)
 {

@@ -18,6 +18,8 @@
 #include <memory>
 #include <minizip/unzip.h>
 #include <minizip/zip.h>
+#include <string_view>
+#include <vector>
 
 using namespace Morvex;
 using MorvexBenchmark::Ratio;
@@ -180,11 +182,26 @@ double bytesInUse()
     return double(mallinfo2().uordblks) + double(mallinfo2().hblkhd);
 }
 
-void readPlainly(const QString &path)
+// The limit: each field as a view into the bytes of the file.
+void readViews(const QString &path)
 {
     QFile file(path);
     file.open(QIODevice::ReadOnly);
-    benchmark::DoNotOptimize(file.readAll());
+    const QByteArray content = file.readAll();
+    std::vector<std::vector<std::string_view>> rows(1);
+    bool isQuoted = false;
+    const char *start = content.begin();
+    for (const char *c = start; c != content.end(); ++c) {
+        if (*c == '"')
+            isQuoted = !isQuoted;
+        if (isQuoted || (*c != ',' && *c != '\n'))
+            continue;
+        rows.back().emplace_back(start, std::size_t(c - start));
+        start = c + 1;
+        if (*c == '\n')
+            rows.emplace_back();
+    }
+    benchmark::DoNotOptimize(rows);
 }
 
 void xlsxSheet(benchmark::State &state)
@@ -228,13 +245,13 @@ void delimitedFile(benchmark::State &state)
             const double before = bytesInUse();
             std::unique_ptr<TsvTestDataSet> set;
             const auto read = [&] { set = std::make_unique<TsvTestDataSet>(path, ','); };
-            own = std::min(own, ratio.measure(read, [&] { readPlainly(path); }));
+            own = std::min(own, ratio.measure(read, [&] { readViews(path); }));
             const double fields = double(set->count()) * set->header()->count();
             state.counters["bytes_per_field"] = (bytesInUse() - before) / fields;
             python = std::min(python, secondsOfPython(script, path));
         }
     }
-    state.counters["times_of_plain_read"] = ratio.value();
+    state.counters["times_of_views"] = ratio.value();
     state.counters["times_faster_than_python_csv"] = python / own;
 }
 

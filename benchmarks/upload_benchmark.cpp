@@ -1,5 +1,5 @@
-// Entries to a server that answers at once, against a plain socket that sends the same bytes without
-// waiting; and the memory that a run takes while its server reads slowly.
+// Entries to a server that answers at once, against a plain socket that sends the same bytes
+// without waiting; and the memory that a run takes while its server reads slowly.
 //
 // With MORVEX_UPLOAD_ENTRIES set, the second one sends so many entries.
 
@@ -53,8 +53,9 @@ protected:
         QObject::connect(&server, &QWebSocketServer::newConnection, [&] {
             QWebSocket *socket = server.nextPendingConnection();
             socket->setParent(&server);
-            QObject::connect(socket, &QWebSocket::binaryMessageReceived,
-                             [this, socket](const QByteArray &message) { answer(socket, message); });
+            QObject::connect(
+                socket, &QWebSocket::binaryMessageReceived,
+                [this, socket](const QByteArray &message) { answer(socket, message); });
         });
         server.listen(QHostAddress::LocalHost);
         port = server.serverPort();
@@ -126,8 +127,8 @@ void uploadEntries(benchmark::State &state)
     const Server server(0);
     MorvexBenchmark::Ratio ratio;
     for (auto _ : state)
-        state.SetIterationTime(ratio.measure([&] { upload(server, entries); },
-                                             [&] { sendPlain(server, entries); }));
+        state.SetIterationTime(
+            ratio.measure([&] { upload(server, entries); }, [&] { sendPlain(server, entries); }));
     state.SetItemsProcessed(entries * state.iterations());
     state.counters["ratio_to_socket"] = ratio.value();
 }

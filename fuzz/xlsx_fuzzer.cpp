@@ -13,7 +13,8 @@ std::vector<QString> readStrings(QByteArray *xml)
     QBuffer device(xml);
     device.open(QIODevice::ReadOnly);
     std::vector<QString> strings;
-    readSharedStrings(&device, &strings);
+    XlsxBudget budget(xml->size());
+    readSharedStrings(&device, &budget, &strings);
     return strings;
 }
 
@@ -31,7 +32,8 @@ void readRows(QByteArray *xml, const std::vector<QString> &strings)
     device.open(QIODevice::ReadOnly);
     TestDataSet set(QString(), ',', true);
     XlsxRows rows;
-    const QString error = readSheet(&device, strings, &set, &rows);
+    XlsxBudget budget(xml->size());
+    const QString error = readSheet(&device, strings, &set, &budget, &rows);
     require(error.isEmpty() || (rows.records.empty() && !rows.header));
     const std::size_t maxRows = 1048576;
     require(rows.records.size() <= maxRows + 1);

@@ -95,6 +95,26 @@ QString setReportToRepair(RunnerOptions &options, const QString &value)
     return {};
 }
 
+// The flag may come after them.
+QString addReportToMerge(RunnerOptions &options, const QString &value)
+{
+    options.action = RunnerOptions::Action::MergeReports;
+    if (value == QLatin1String("--join-runs"))
+        options.joinRuns = true;
+    else
+        options.reportsToMerge += value;
+    return {};
+}
+
+QString setKeptRuns(RunnerOptions &options, const QString &value)
+{
+    bool isNumber = false;
+    options.keptRuns = value.toUInt(&isNumber);
+    return isNumber && options.keptRuns > 0
+               ? QString()
+               : QStringLiteral("'%1' is not a number of runs, 1 or greater").arg(value);
+}
+
 QString setRandom(RunnerOptions &options, const QString &value)
 {
     options.isRandom = true;
@@ -142,8 +162,12 @@ const std::vector<Option> &optionTable()
          flag(&O::stopOnFail)},
         {"--rerun-failed", "", "run just the test cases that failed in the last run", Section::Run,
          Takes::Nothing, flag(&O::rerunFailed)},
-        {"--learn", "", "replace the screenshots and tables of verification points that differ",
+        {"--learn", "",
+         "make missing verification points, and replace screenshots and tables that differ",
          Section::Run, Takes::Nothing, flag(&O::learn)},
+        {"--keep-runs", "N",
+         "keep the latest N runs of each suite in a web report (html), and remove older ones",
+         Section::Run, Takes::Value, setKeptRuns},
         {"--coverage", "", "count what the test cases do to the elements of the application",
          Section::Run, Takes::Nothing, flag(&O::coverage)},
         {"--resultdir", "DIRECTORY", "copy attachments there, unless a report has such a directory",
@@ -163,6 +187,11 @@ const std::vector<Option> &optionTable()
         {"--repair-report", "DIRECTORY",
          "close a web report (html) that a killed run has left open", Section::Information,
          Takes::Value, setReportToRepair},
+        {"--merge-reports", "TARGET REPORT...",
+         "make the web report TARGET of the runs of others, which stay as they are",
+         Section::Information, Takes::Rest, addReportToMerge},
+        {"--join-runs", "", "with it: make one run of those of one suite name and start",
+         Section::Information, Takes::Nothing, flag(&O::joinRuns)},
         {"--migrate-names", "",
          "add the names of the suite's object map (OBJECTMAP) to its names.js",
          Section::Information, Takes::Nothing, action(O::Action::MigrateNames)},

@@ -6,6 +6,7 @@
 #include "runner/runtestcase.h"
 #include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
+#include "test/webreport/webreportmerge.h"
 #include "test/webreport/webreportrepair.h"
 
 #include <QCoreApplication>
@@ -46,6 +47,25 @@ int usageError(const QString &error)
     return ExitUnusable;
 }
 
+int mergeReports(const QStringList &reports, bool joinRuns)
+{
+    if (reports.size() < 2) {
+        printMessage(QStringLiteral("--merge-reports needs a directory to make and the reports to "
+                                    "make it of"));
+        return ExitUnusable;
+    }
+    const WebReportMerge merge = mergeWebReports(reports.first(), reports.mid(1), joinRuns);
+    for (const QString &warning : merge.warnings)
+        printMessage(QStringLiteral("warning: ") + warning);
+    printMessage(merge.error.isEmpty()
+                     ? QStringLiteral("%1 %2 in '%3'")
+                           .arg(QString::number(merge.runs),
+                                merge.runs == 1 ? QStringLiteral("run") : QStringLiteral("runs"),
+                                reports.first())
+                     : merge.error);
+    return merge.error.isEmpty() ? ExitPassed : ExitUnusable;
+}
+
 int repairReport(const QString &directory)
 {
     const WebReportRepair repair = repairWebReport(directory);
@@ -62,6 +82,8 @@ int run(const RunnerOptions &options)
     case RunnerOptions::Action::Version:
         std::puts("morvexrunner " MORVEX_VERSION);
         return ExitPassed;
+    case RunnerOptions::Action::MergeReports:
+        return mergeReports(options.reportsToMerge, options.joinRuns);
     case RunnerOptions::Action::RepairReport:
         return repairReport(options.reportToRepair);
     case RunnerOptions::Action::MigrateNames:
@@ -77,7 +99,9 @@ int run(const RunnerOptions &options)
     const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
     const std::unique_ptr<UiCoverage> coverage =
         isCounted ? std::make_unique<UiCoverage>() : nullptr;
-    const int status = isSuite ? runSuite(options) : runTestCase(options);
+    const int status = isSuite ? runSuite(options, coverage.get()) : runTestCase(options);
+    if (coverage && !isSuite)
+        coverage->collect();
     if (coverage)
         coverage->print();
     return status;

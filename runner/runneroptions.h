@@ -10,7 +10,7 @@ namespace Morvex {
 /// What the command line asks for.
 struct RunnerOptions
 {
-    enum class Action { Run, List, RepairReport, MigrateNames, Help, Version };
+    enum class Action { Run, List, RepairReport, MergeReports, MigrateNames, Help, Version };
 
     Action action = Action::Run;
     /// The program and all of its arguments as they were given.
@@ -20,6 +20,11 @@ struct RunnerOptions
     QStringList reportGenerators;
     /// The directory of the web report that is to be repaired.
     QString reportToRepair;
+    /// The web report to make, and then those to make it of.
+    QStringList reportsToMerge;
+    bool joinRuns = false;
+    /// How many runs of each suite a web report keeps; 0 for what the suite says.
+    unsigned int keptRuns = 0;
     QStringList testCases;
     QStringList skippedTestCases;
     QStringList tags;

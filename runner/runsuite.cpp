@@ -6,6 +6,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/signals.h"
+#include "runner/uicoverage.h"
 #include "shared/realpath.h"
 #include "test/cancellation.h"
 #include "test/openreportfile.h"
@@ -13,6 +14,7 @@
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 #include "test/testsuite.h"
+#include "test/webreport/webreportretention.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -20,6 +22,7 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -42,8 +45,9 @@ QString withoutToken(const QString &word)
 class SuiteRunner
 {
 public:
-    explicit SuiteRunner(const RunnerOptions &options)
+    SuiteRunner(const RunnerOptions &options, UiCoverage *coverage)
         : m_options(options)
+        , m_coverage(coverage)
         , m_dir(cleanedPath(options.suiteDirectory))
     {
     }
@@ -53,6 +57,8 @@ public:
 private:
     QString prepare();
     QString applyOptions();
+    QString setKeptRuns();
+    void removeOldRuns(const QString &resultDir) const;
     QString checkTags() const;
     QString checkResultDir() const;
     QString checkNames(const QStringList &names) const;
@@ -69,9 +75,12 @@ private:
     unsigned int randomSeed() const;
 
     const RunnerOptions &m_options;
+    // Null when it isn't wanted.
+    UiCoverage *m_coverage;
     QDir m_dir;
     std::unique_ptr<TestSuite> m_suite;
     QStringList m_testCases;
+    unsigned int m_keptRuns = 0;
     bool m_nothingToDo = false;
     RunOutcome m_outcome;
     QElapsedTimer m_timer;
@@ -103,8 +112,8 @@ QString SuiteRunner::prepare()
         return QStringLiteral("cannot load the suite '%1': %2")
             .arg(given, m_suite->configLoadErrorMsg().trimmed());
     for (const QString &error :
-         {applyOptions(), checkTags(), checkResultDir(), checkNames(m_options.testCases),
-          checkNames(m_options.skippedTestCases)}) {
+         {applyOptions(), checkTags(), checkResultDir(), setKeptRuns(),
+          checkNames(m_options.testCases), checkNames(m_options.skippedTestCases)}) {
         if (!error.isEmpty())
             return error;
     }
@@ -119,6 +128,7 @@ QString SuiteRunner::applyOptions()
     m_suite->setScriptArguments(m_options.scriptArguments);
     m_suite->setApplicationLauncher(m_options.applicationLauncher);
     m_suite->setCancellation(&m_cancellation);
+    m_suite->setRerun(m_options.rerunFailed);
     m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;
     QStringList aut;
     for (const QString &word : m_options.aut)
@@ -137,6 +147,34 @@ QString SuiteRunner::checkResultDir() const
     if (m_options.resultDir.isEmpty() || QDir().mkpath(m_options.resultDir))
         return {};
     return QStringLiteral("--resultdir: cannot create the directory '%1'").arg(m_options.resultDir);
+}
+
+QString SuiteRunner::setKeptRuns()
+{
+    m_keptRuns = m_options.keptRuns;
+    const QString text = m_suite->keptRuns();
+    if (m_keptRuns > 0 || text.isEmpty())
+        return {};
+    m_keptRuns = text.toUInt();
+    return m_keptRuns > 0
+               ? QString()
+               : QStringLiteral("KEEP_RUNS in the suite.conf of '%1' must be a number, 1 "
+                                "or greater, not '%2'")
+                     .arg(m_options.suiteDirectory, text);
+}
+
+// The reports are closed by now, and a web report is the only one of a directory for several runs.
+void SuiteRunner::removeOldRuns(const QString &resultDir) const
+{
+    const auto isWebReport = [](const QString &report) {
+        return report.section(QLatin1Char(','), 0, 0) == QLatin1String("html");
+    };
+    const QStringList &reports = m_options.reportGenerators;
+    if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), isWebReport))
+        return;
+    const WebReportRetention result = Morvex::removeOldRuns(resultDir, int(m_keptRuns));
+    if (!result.error.isEmpty())
+        printMessage(QStringLiteral("warning: old runs stay in the report: ") + result.error);
 }
 
 QString SuiteRunner::checkTags() const
@@ -224,7 +262,9 @@ int SuiteRunner::execute()
         printMessage(QStringLiteral("cannot change into '%1'").arg(m_options.suiteDirectory));
         return ExitUnusable;
     }
-    return finish(runTestCases(generator.release(), resultDir));
+    const bool isLogComplete = runTestCases(generator.release(), resultDir);
+    removeOldRuns(resultDir);
+    return finish(isLogComplete);
 }
 
 // Owns the generator, so that all reports are closed after it. False when the log has no end.
@@ -233,6 +273,12 @@ bool SuiteRunner::runTestCases(TestReportGenerator *generator, const QString &re
     TestResult result(generator);
     result.setObserver([this](const TestResult::Entry &entry) { m_outcome.add(entry); });
     m_timer.start();
+    if (m_coverage) {
+        m_suite->setBeforeEnd([this, &result, &resultDir] {
+            m_coverage->collect();
+            m_coverage->attachPage(&result, resultDir);
+        });
+    }
     m_suite->run(m_options.host, m_options.port, &result, m_testCases, resultDir,
                  m_options.snoozeFactor, m_options.timeoutSeconds, m_options.stopOnFail,
                  m_options.retryCount, randomSeed(), m_options.envVars, m_options.isInteractive);
@@ -330,9 +376,9 @@ void SuiteRunner::printTimed(const QString &counts) const
 
 } // namespace
 
-int runSuite(const RunnerOptions &options)
+int runSuite(const RunnerOptions &options, UiCoverage *coverage)
 {
-    return SuiteRunner(options).run();
+    return SuiteRunner(options, coverage).run();
 }
 
 } // namespace Morvex

@@ -56,6 +56,8 @@
     }
 
     function areSameObjects(a, b, depth) {
+        if (a instanceof DataRecord && b instanceof DataRecord)
+            return isSame(a.values, b.values, depth + 1);
         switch (tagOf(a)) {
         case "[object Date]":
         case "[object Number]":
@@ -145,6 +147,24 @@
         fatal: logFunction("FATAL")
     };
 
+    var pointTypes = ["ObjectProperties", "Screenshot", "Table", "Visual"];
+
+    // What a verification point is made of when its file does not exist.
+    function describePoint(options, checked) {
+        if (options.object === undefined && options.type === undefined && options.properties === undefined)
+            return;
+        if (pointTypes.indexOf(options.type) < 0)
+            throw new TypeError("option 'type' has to be one of " + pointTypes.join(", "));
+        var hasProperties = Array.isArray(options.properties) && options.properties.length > 0;
+        if (hasProperties !== (options.type === "ObjectProperties"))
+            throw new TypeError("option 'properties' has to be an array of names, of type ObjectProperties alone");
+        checked.object = options.object instanceof FoundObject ? options.object.name
+                                                               : nameFunctions.nameText(options.object);
+        name(checked.object, "option 'object'");
+        checked.type = options.type;
+        checked.properties = hasProperties ? options.properties.map(text) : [];
+    }
+
     global.check = {
         that: function (condition, title, options) {
             var expectFail = expectsFail(options);
@@ -180,15 +200,18 @@
         point: function (file, options) {
             var flags = ["expectFail", "silent", "stopOnFail", "screenshotOnPass", "screenshotOnFail",
                          "screenshotOnWarning", "screenshotOnError"];
-            var known = knownOptions(options, flags.concat("delay", "record", "retry"));
+            var known = knownOptions(options, flags.concat("delay", "object", "properties", "record",
+                                                           "retry", "type"));
             if (known.record !== undefined && !(known.record instanceof DataRecord))
                 throw new TypeError("option 'record' has to be a record of a table of data.open");
-            var record = known.record ? known.record.source : {table: null, row: -1};
+            var table = known.record ? known.record[sourceKey][sourceKey] : null;
+            var row = known.record ? known.record[rowKey] : -1;
             var checked = {delay: milliseconds(known.delay, 0), retry: milliseconds(known.retry, 0)};
             flags.forEach(function (flag) {
                 checked[flag] = Boolean(known[flag]);
             });
-            return verification.verify(text(file), checked, record.table, record.row);
+            describePoint(known, checked);
+            return verification.verify(text(file), checked, table, row);
         }
     };
 
@@ -360,32 +383,63 @@
         }
     };
 
+    // Keys that no loop over a record or a table meets.
+    var sourceKey = Symbol("source");
+    var rowKey = Symbol("row");
+    var valuesKey = Symbol("values");
+    var columnsKey = Symbol("columns");
+
+    // A record converts a value when it is asked for.
     function DataRecord(table, row) {
-        // A list from outside is no array yet.
-        this.values = Array.from(table.row(row));
-        Object.defineProperty(this, "source", {value: {table: table, row: row}});
-        this.field = function (name) {
-            var column = table.column(text(name));
-            if (column < 0)
-                throw new RangeError("there is no field '" + text(name) + "' in '" + table.name + "'");
-            // A record may have fewer values than the table has fields.
-            return column < this.values.length ? this.values[column] : "";
-        };
+        this[sourceKey] = table;
+        this[rowKey] = row;
     }
 
-    function DataTable(table) {
-        this.fields = Array.from(table.fields());
-        this.count = table.count;
-        this.record = function (row) {
-            if (!isInt32(row) || row < 0 || row >= table.count)
-                throw new RangeError("there is no record " + show(row) + " in '" + table.name + "'");
-            return new DataRecord(table, row);
-        };
+    Object.defineProperty(DataRecord.prototype, "values", {
+        get: function () {
+            // A list from outside is no array yet.
+            if (!this[valuesKey])
+                this[valuesKey] = Array.from(this[sourceKey][sourceKey].row(this[rowKey]));
+            return this[valuesKey];
+        }
+    });
+
+    DataRecord.prototype.field = function (name) {
+        var table = this[sourceKey];
+        var column = table[columnsKey].get(text(name));
+        if (column === undefined)
+            throw new RangeError("there is no field '" + text(name) + "' in '" + table[sourceKey].name +
+                "'; its fields are: " + table.fields.join(", "));
+        // A record may have fewer values than the table has fields.
+        var values = this[valuesKey];
+        if (values)
+            return column < values.length ? values[column] : "";
+        return table[sourceKey].value(this[rowKey], column);
+    };
+
+    DataRecord.prototype.toJSON = function () {
+        return {values: this.values};
+    };
+
+    function DataTable(source) {
+        this.fields = Array.from(source.fields());
+        this.count = source.count;
+        Object.defineProperty(this, sourceKey, {value: source});
+        // Of two equal names the later one counts.
+        Object.defineProperty(this, columnsKey, {value: new Map(this.fields.map(function (name, column) {
+            return [name, column];
+        }))});
     }
+
+    DataTable.prototype.record = function (row) {
+        if (!isInt32(row) || row < 0 || row >= this[sourceKey].count)
+            throw new RangeError("there is no record " + show(row) + " in '" + this[sourceKey].name + "'");
+        return new DataRecord(this, row);
+    };
 
     DataTable.prototype.forEach = function (body) {
         for (var row = 0; row < this.count; ++row)
-            body(this.record(row), row);
+            body(new DataRecord(this, row), row);
     };
 
     DataTable.prototype[Symbol.iterator] = function () {
@@ -395,7 +449,7 @@
             next: function () {
                 if (row >= table.count)
                     return {value: undefined, done: true};
-                return {value: table.record(row++), done: false};
+                return {value: new DataRecord(table, row++), done: false};
             }
         };
     };

@@ -77,9 +77,10 @@ QStringList ScriptData::row(int index) const
     return valuesOf(m_dataSet->record(index));
 }
 
-int ScriptData::column(const QString &field) const
+QString ScriptData::value(int index, int column) const
 {
-    return m_dataSet->fieldIndex(field);
+    const TestDataRecord *record = this->record(index);
+    return record ? record->valueAsString(column) : QString();
 }
 
 } // namespace Morvex

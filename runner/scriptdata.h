@@ -26,15 +26,15 @@ public:
     ~ScriptData() override;
 
     QString name() const;
-    /// No property, which the engine would read anew for each element.
+    /// No property, which the engine would read again for each element.
     Q_INVOKABLE QStringList fields() const;
     int count() const;
     /// Null for an index out of range.
     const TestDataRecord *record(int index) const;
     /// The values of a record.
     Q_INVOKABLE QStringList row(int index) const;
-    /// -1 for a name that is no field.
-    Q_INVOKABLE int column(const QString &field) const;
+    /// Empty where the record is too short.
+    Q_INVOKABLE QString value(int index, int column) const;
 
 private:
     explicit ScriptData(std::unique_ptr<TestDataSet> dataSet);

@@ -8,7 +8,7 @@
 
 namespace Morvex {
 
-/// What find gives to a script. Methods that can't do what they are told throw in the script.
+/// What find gives to a script. Methods that can't do what they are asked throw in the script.
 class ScriptObject : public QObject
 {
     Q_OBJECT

@@ -1,5 +1,6 @@
 #include "runner/scriptverification.h"
 
+#include "runner/pointmaker.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
@@ -57,6 +58,11 @@ VerificationOptions optionsOf(const QVariantMap &values)
     return options;
 }
 
+bool isLearning()
+{
+    return Environment::getVariable("MORVEX_LEARN_SCREENSHOTS") == "1";
+}
+
 } // namespace
 
 ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplication *application,
@@ -76,7 +82,9 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     const std::vector<LineInfo> stack = m_engine->currentStack();
     const QString path = pointPath(name);
     const bool isSilent = options.value(QStringLiteral("silent")).toBool();
-    const bool learns = Environment::getVariable("MORVEX_LEARN_SCREENSHOTS") == "1";
+    const bool learns = isLearning();
+    if (!QFileInfo::exists(path))
+        return make(name, path, options);
     if (!isSilent && !learns && hasUnreadableTable(path)) {
         m_result->addError(QStringLiteral("Verification point '%1' failed").arg(name),
                            QStringLiteral("The table in '%1' can't be read.").arg(path), stack);
@@ -93,7 +101,69 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
         m_result->addError(outcome.message(), outcome.details(), stack);
     else if (!isSilent)
         addMissingResult(name, outcome, m_result->failureCount() > failuresBefore);
+    if (learns && outcome.summary() == VPResult::SummaryFailed && isVisualPoint(path))
+        addWarning(QStringLiteral("Verification point '%1' was not changed").arg(name),
+                   QStringLiteral("Visual verification points are not updated. Delete '%1' to have "
+                                  "it made again.")
+                       .arg(path));
     return outcome.summary() == VPResult::SummaryPassed;
+}
+
+bool ScriptVerification::make(const QString &name, const QString &path, const QVariantMap &options)
+{
+    const std::vector<LineInfo> stack = m_engine->currentStack();
+    const PointRequest request{options.value(QStringLiteral("object")).toString(),
+                               options.value(QStringLiteral("type")).toString(),
+                               options.value(QStringLiteral("properties")).toStringList()};
+    if (!isLearning() || request.type.isEmpty()) {
+        m_result->addError(
+            QStringLiteral("Verification point file '%1' cannot be opened.").arg(name),
+            howToMakePoint(name, path), stack);
+        return false;
+    }
+    QString error;
+    const SharedPtr<Object> object = m_application->object(request.objectName, 0, &error);
+    if (object)
+        error = makePointFile(path, request, object);
+    if (!error.isEmpty()) {
+        m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
+                           error, stack);
+        return false;
+    }
+    if (!fillIn(name, path, stack))
+        return false;
+    addWarning(QStringLiteral("Verification point '%1' was made of object '%2'")
+                   .arg(name, request.objectName),
+               QStringLiteral("Its file is '%1'.").arg(path));
+    return true;
+}
+
+// The content of screenshots and tables is that of a check that learns.
+bool ScriptVerification::fillIn(const QString &name, const QString &path,
+                                const std::vector<LineInfo> &stack)
+{
+    LiveResolver resolver(m_application);
+    VerificationOptions options;
+    options.setFlag(VerificationOptions::SilentVerification);
+    options.setScreenshotDelay(0);
+    const int failuresBefore = m_result->failureCount();
+    const VPResult outcome =
+        TestVP(name, path)
+            .verify(m_result, stack, &m_runner, QString(), &resolver, options, nullptr, false);
+    if (outcome.summary() == VPResult::SummaryPassed)
+        return true;
+    QFile::remove(path);
+    if (m_result->failureCount() > failuresBefore)
+        return false;
+    m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
+                       QStringLiteral("What it would hold does not stay the same."), stack);
+    return false;
+}
+
+void ScriptVerification::addWarning(const QString &message, const QString &details)
+{
+    m_result->addResult(currentLocalTime(), TestResult::WARNING, message, details,
+                        m_engine->currentStack(), QString(), -1);
 }
 
 // A report must not look better than the outcome that the script gets.
@@ -107,10 +177,8 @@ void ScriptVerification::addMissingResult(const QString &name, const VPResult &o
                                           "(--learn)."),
                            stack);
     else if (outcome.summary() == VPResult::SummaryPassed && outcome.message().isEmpty())
-        m_result->addResult(currentLocalTime(), TestResult::WARNING,
-                            QStringLiteral("Verification point '%1' checks nothing").arg(name),
-                            QStringLiteral("The file has no element 'Verification'."), stack,
-                            QString(), -1);
+        addWarning(QStringLiteral("Verification point '%1' checks nothing").arg(name),
+                   QStringLiteral("The file has no element 'Verification'."));
 }
 
 QString ScriptVerification::pointPath(const QString &name) const

@@ -27,12 +27,16 @@ public:
                        TestResult *result, const ScriptRunner &runner,
                        const QStringList &searchDirs);
 
-    /// Logs the results and returns whether all were as expected. @p table, a ScriptData, and
+    /// Logs the results and returns whether all were as expected. While learning, a file that does
+    /// not exist is made of what the options name. @p table, a ScriptData, and
     /// @p row give values to properties; null for none. The options have been checked.
     Q_INVOKABLE bool verify(const QString &name, const QVariantMap &options, QObject *table,
                             int row);
 
 private:
+    bool make(const QString &name, const QString &path, const QVariantMap &options);
+    bool fillIn(const QString &name, const QString &path, const std::vector<LineInfo> &stack);
+    void addWarning(const QString &message, const QString &details);
     void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
     QString pointPath(const QString &name) const;
 

@@ -2,8 +2,8 @@
 
 #include "objectmodel/inspector.h"
 #include "runner/attachmentpath.h"
+#include "runner/coveragepage.h"
 #include "runner/messages.h"
-#include "shared/browserelement.h"
 #include "shared/requestdumpobject.h"
 #include "shared/writefile.h"
 #include "test/testresult.h"
@@ -12,8 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-
-#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -34,9 +32,9 @@ QByteArray usageXml(QString *error)
 }
 
 // Returns an error text, empty on success.
-QString writeUsage(const QByteArray &xml, const QString &path)
+QString writeFile(const QByteArray &content, const QString &path)
 {
-    const FileWriteResult written = writeFileSafely(path, xml);
+    const FileWriteResult written = writeFileSafely(path, content);
     return written.outcome == FileWriteResult::Written
                ? QString()
                : QStringLiteral("Cannot write '%1': %2").arg(path, written.error);
@@ -50,12 +48,12 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
         return error;
     const QString name = QStringLiteral("%1_%2.xml")
                              .arg(testCase, QString::number(QCoreApplication::applicationPid()));
-    error = writeUsage(xml, QDir(coverageDir()).filePath(name));
+    error = writeFile(xml, QDir(coverageDir()).filePath(name));
     if (!error.isEmpty() || resultDir.isEmpty())
         return error;
     const QString path =
         attachmentPath(resultDir, testCase, QFileInfo(QStringLiteral("uicoverage.xml")));
-    error = writeUsage(xml, path);
+    error = writeFile(xml, path);
     if (error.isEmpty()) {
         result->addAttachment(TestResult::UICOVERAGE_ATTACHMENT, QStringLiteral("UI coverage"),
                               path, {LineInfo()});
@@ -63,26 +61,10 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
     return error;
 }
 
-QString percentageOf(const BrowserElement &element)
+void warn(TestResult *result, const QString &details)
 {
-    return QStringLiteral("%1 % (%2 of %3)")
-        .arg(QString::number(element.coveragePercentage(true), 'f', 1),
-             QString::number(element.coverageActual(true)),
-             QString::number(element.coverageExpected(true)));
-}
-
-QList<const BrowserElement *> leastCoveredFirst(const BrowserElement &root)
-{
-    QList<const BrowserElement *> windows;
-    for (const BrowserElement *window : root.children()) {
-        if (window->coverageExpected(true) > 0)
-            windows += window;
-    }
-    std::stable_sort(windows.begin(), windows.end(),
-                     [](const BrowserElement *a, const BrowserElement *b) {
-                         return a->coveragePercentage(true) < b->coveragePercentage(true);
-                     });
-    return windows;
+    result->addResult(TestResult::WARNING, QStringLiteral("UI coverage is not complete"), details,
+                      LineInfo(), QString(), -1);
 }
 
 } // namespace
@@ -98,13 +80,12 @@ void attachUsage(TestResult *result, const QString &testCase, const QString &res
     if (coverageDir().isEmpty() || !Inspector::self())
         return;
     const QString error = leaveUsage(result, testCase, resultDir);
-    if (!error.isEmpty()) {
-        result->addResult(TestResult::WARNING, QStringLiteral("UI coverage is not complete"), error,
-                          LineInfo(), QString(), -1);
-    }
+    if (!error.isEmpty())
+        warn(result, error);
 }
 
 UiCoverage::UiCoverage()
+    : m_root(nullptr, QStringLiteral("coverage"))
 {
     qputenv(variable, QFile::encodeName(m_dir.path()));
 }
@@ -114,27 +95,44 @@ UiCoverage::~UiCoverage()
     qunsetenv(variable);
 }
 
-void UiCoverage::print() const
+void UiCoverage::collect()
 {
     const QDir dir(m_dir.path());
-    QStringList files;
     const QStringList names = dir.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name);
-    for (const QString &name : names)
-        files += dir.filePath(name);
-    BrowserElement root(nullptr, QStringLiteral("coverage"));
-    QString error;
-    if (!root.mergeXmlFiles(files, error))
-        printMessage(QStringLiteral("warning: UI coverage is not complete: %1").arg(error));
-    if (root.coverageExpected(true) == 0) {
+    for (const QString &name : names) {
+        QString error;
+        if (!m_root.mergeXmlFiles({dir.filePath(name)}, error))
+            printMessage(QStringLiteral("warning: UI coverage is not complete: %1").arg(error));
+    }
+}
+
+void UiCoverage::attachPage(TestResult *result, const QString &resultDir) const
+{
+    if (resultDir.isEmpty() || m_root.coverageExpected(true) == 0)
+        return;
+    const QString path =
+        attachmentPath(resultDir, QString(), QFileInfo(QStringLiteral("uicoverage.html")));
+    const QString error = writeFile(coveragePage(m_root), path);
+    if (!error.isEmpty()) {
+        warn(result, error);
+        return;
+    }
+    result->addAttachment(TestResult::FILE_ATTACHMENT,
+                          QStringLiteral("UI coverage of the run: ") + coverageText(m_root), path,
+                          {LineInfo()});
+}
+
+void UiCoverage::print() const
+{
+    if (m_root.coverageExpected(true) == 0) {
         printMessage(QStringLiteral("UI coverage: there was nothing to use in the application"));
         return;
     }
-    const QList<const BrowserElement *> windows = leastCoveredFirst(root);
-    for (const BrowserElement *window : windows) {
+    for (const BrowserElement *window : leastCoveredFirst(m_root)) {
         printMessage(QStringLiteral("UI coverage of %1: %2")
-                         .arg(window->displayName(), percentageOf(*window)));
+                         .arg(window->displayName(), coverageText(*window)));
     }
-    printMessage(QStringLiteral("UI coverage: ") + percentageOf(root));
+    printMessage(QStringLiteral("UI coverage: ") + coverageText(m_root));
 }
 
 } // namespace Morvex

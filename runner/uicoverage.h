@@ -1,5 +1,7 @@
 #pragma once
 
+#include "shared/browserelement.h"
+
 #include <QString>
 #include <QTemporaryDir>
 
@@ -27,11 +29,16 @@ public:
     UiCoverage(const UiCoverage &) = delete;
     UiCoverage &operator=(const UiCoverage &) = delete;
 
+    /// Adds up what the test cases have left.
+    void collect();
+    /// Attaches a page of the collected tree to the run when there is a result directory.
+    void attachPage(TestResult *result, const QString &resultDir) const;
     /// The percentage, and that of each window, the least covered first.
     void print() const;
 
 private:
     QTemporaryDir m_dir;
+    BrowserElement m_root;
 };
 
 } // namespace Morvex

@@ -34,7 +34,7 @@ public:
     /// Of one of Kind; other numbers are events without a method.
     int kind() const { return m_kind; }
 
-    /// Empty for events that are no calls.
+    /// Empty for events that are not calls.
     QString methodName() const;
     void setMethodName(const QString &name) { m_methodName = name; }
 

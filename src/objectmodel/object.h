@@ -12,7 +12,7 @@ namespace Morvex {
 class Class;
 
 /// An object of the application under test, or a plain value on its way there or back. It names
-/// the object by its id and stays valid when the object itself is gone.
+/// the object by its id and stays valid when the object itself no longer exists.
 class MORVEX_EXPORT Object : public Shared
 {
 public:
@@ -26,10 +26,10 @@ public:
     /// from different parts of the model. False for a null pointer.
     virtual bool compare(const SharedPtr<Object> &other) const = 0;
 
-    /// The value as a text, for messages. Of an object that is no plain value its name.
+    /// The value as a text, for messages. Of an object that is not a plain value its name.
     virtual QString valueText() const = 0;
 
-    /// The value as the toolkit keeps it; invalid for an object that is no plain value.
+    /// The value as the toolkit keeps it; invalid for an object that is not a plain value.
     virtual QVariant value() const = 0;
 };
 

@@ -1,8 +1,8 @@
 #include "qtbackend/items.h"
 
-#include "qtbackend/whyblocked.h"
 #include "qtbackend/turneventloop.h"
 #include "qtbackend/userinput.h"
+#include "qtbackend/whyblocked.h"
 
 #include <QAbstractItemView>
 #include <QAction>

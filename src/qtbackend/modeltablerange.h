@@ -17,7 +17,7 @@ namespace Morvex {
 class ModelTableRange : public TableRange
 {
 public:
-    /// Ends behind the table are those of the table.
+    /// Ends beyond the table are those of the table.
     ModelTableRange(QAbstractItemView *view, int firstRow, int endRow, int firstColumn,
                     int endColumn);
 

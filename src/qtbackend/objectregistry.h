@@ -14,7 +14,7 @@ public:
     /// The number of @p object, a new one when it has none yet.
     int idOf(QObject *object);
 
-    /// Null when the object is gone or was never known.
+    /// Null when the object no longer exists or was never known.
     QObject *object(int id) const { return m_objects.value(id); }
 
     int addImage(const QImage &image);
@@ -25,7 +25,7 @@ public:
 private:
     void forgetGoneObjects();
 
-    // An address may be that of a later object: only the other table tells.
+    // An address may be that of a later object: only the other table shows that.
     QHash<QObject *, int> m_ids;
     // Guarded, since an application may take any connection off its objects.
     QHash<int, QPointer<QObject>> m_objects;

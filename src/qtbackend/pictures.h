@@ -11,7 +11,7 @@ class QWidget;
 
 namespace Morvex {
 
-/// A picture of a widget as it is now, hidden ones included. Null for what is no widget.
+/// A picture of a widget as it is now, hidden ones included. Null for what is not a widget.
 QImage grabWidget(QObject *object);
 
 /// The same with a pixel for each unit of the widget's coordinates, whatever the screen. The text

@@ -8,7 +8,7 @@
 namespace Morvex {
 
 /// The backend for the widgets of this process. Needs a QApplication that lives longer than it,
-/// and its thread. Objects that it hands out must not be used behind its end.
+/// and its thread. Objects that it hands out must not be used after its end.
 class MORVEX_QTBACKEND_EXPORT QtInspector : public Inspector
 {
 public:

@@ -33,7 +33,7 @@ public:
 
     /// Null for an invalid value and for a null pointer to an object.
     SharedPtr<Object> wrapValue(const QVariant &value);
-    /// Null when the object is gone or no live one.
+    /// Null when the object no longer exists or is not a live one.
     QObject *unwrap(const Object &object) const { return m_registry.object(object.id()); }
 
     /// Objects to which properties were added while they lived have classes of their own below the

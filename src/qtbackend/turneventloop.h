@@ -5,7 +5,7 @@
 namespace Morvex {
 
 /// Lets the application handle what is pending, objects that wait for their deletion included, and
-/// what comes until @p milliseconds are over. Waits also behind the end that the application has
+/// what comes until @p milliseconds are over. Waits also after the end that the application has
 /// given its own event loop. Called in the main thread.
 MORVEX_QTBACKEND_EXPORT void turnEventLoop(int milliseconds);
 

@@ -4,7 +4,7 @@
 
 namespace Morvex {
 
-/// A value that is no live object.
+/// A value that is not a live object.
 class ValueObject : public Object
 {
 public:

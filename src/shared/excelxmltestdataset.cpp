@@ -3,6 +3,8 @@
 #include "shared/workbook/xlsxparts.h"
 #include "shared/workbook/zippart.h"
 
+#include <QFileInfo>
+
 #include <cstdio>
 #include <minizip/unzip.h>
 #include <utility>
@@ -60,7 +62,7 @@ QString prefixed(const char *prefix, const QString &error)
     return error.isEmpty() ? error : QLatin1String(prefix) + error;
 }
 
-QString readStringTable(const ZipArchive &zip, std::vector<QString> *strings)
+QString readStringTable(const ZipArchive &zip, XlsxBudget *budget, std::vector<QString> *strings)
 {
     const char prefix[] = "testData Shared Strings: ";
     const Extracted part = extractFromZipArchive(zip, "xl/sharedStrings.xml");
@@ -69,7 +71,8 @@ QString readStringTable(const ZipArchive &zip, std::vector<QString> *strings)
         return {};
     if (!part.first)
         return prefixed(prefix, part.second);
-    return prefixed(prefix, causeOf(readSharedStrings(part.first.get(), strings), *part.first));
+    return prefixed(prefix,
+                    causeOf(readSharedStrings(part.first.get(), budget, strings), *part.first));
 }
 
 QString findSheet(const ZipArchive &zip, const QString &sheetName, QString *sheetId)
@@ -82,6 +85,22 @@ QString findSheet(const ZipArchive &zip, const QString &sheetName, QString *shee
     if (error.isEmpty() && sheetId->isNull())
         return QLatin1String("sheet not found: ") + sheetName;
     return prefixed(prefix, error);
+}
+
+void warnOfEmptyTexts(const QString &fileName, const XlsxRows &rows)
+{
+    QString reasons;
+    if (rows.textsInCells > 0)
+        reasons = QStringLiteral(" Stored in their cells: %1 (save the workbook with an office "
+                                 "program).")
+                      .arg(rows.textsInCells);
+    if (rows.textsOfFormulas > 0)
+        reasons +=
+            QStringLiteral(" Results of formulas: %1 (replace the formulas by their values).")
+                .arg(rows.textsOfFormulas);
+    if (!reasons.isEmpty())
+        std::fprintf(stderr, "morvexrunner: %s: there are texts that are read as empty.%s\n",
+                     fileName.toLocal8Bit().constData(), reasons.toLocal8Bit().constData());
 }
 
 } // namespace
@@ -104,7 +123,8 @@ QString ExcelXmlTestDataSet::read(const QString &sheetName)
 {
     const ZipArchive zip(dataName());
     std::vector<QString> sharedStrings;
-    QString error = readStringTable(zip, &sharedStrings);
+    XlsxBudget budget(QFileInfo(dataName()).size());
+    QString error = readStringTable(zip, &budget, &sharedStrings);
     if (!error.isEmpty())
         return error;
     QString sheetId;
@@ -120,11 +140,13 @@ QString ExcelXmlTestDataSet::read(const QString &sheetName)
     if (!part.first)
         return prefixed(prefix, part.second);
     XlsxRows rows;
-    error = readSheet(part.first.get(), sharedStrings, this, &rows);
+    error = readSheet(part.first.get(), sharedStrings, this, &budget, &rows);
     error = prefixed(prefix, causeOf(error, *part.first));
-    if (error.isEmpty())
-        take(std::move(rows));
-    return error;
+    if (!error.isEmpty())
+        return error;
+    warnOfEmptyTexts(dataName(), rows);
+    take(std::move(rows));
+    return {};
 }
 
 void ExcelXmlTestDataSet::take(XlsxRows rows)

@@ -6,7 +6,7 @@
 
 namespace Morvex {
 
-/// Tells other processes, and other objects in this one, that something is in use. Ends with the
+/// Shows other processes, and other objects in this one, that something is in use. Ends with the
 /// object or the process, however that ends. Keeps nobody from reading or writing.
 class MORVEX_EXPORT FileLock
 {

@@ -14,7 +14,7 @@ class QPoint;
 namespace Morvex {
 
 /// The regions of a picture that count in a comparison. Negative rectangles are left out; as soon
-/// as there is a positive one, all that lies in none of these is left out too.
+/// as there is a positive one, all that is in none of these is left out too.
 class MORVEX_EXPORT ImageMask
 {
 public:

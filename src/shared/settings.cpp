@@ -38,7 +38,7 @@ QString quoteString(const QString &text)
     return QLatin1Char('"') + quoted + QLatin1Char('"');
 }
 
-// The character that a backslash in front of this one stands for; null when there is none.
+// The character that a backslash before this one means; null when there is none.
 QChar unescaped(QChar character)
 {
     switch (character.unicode()) {

@@ -13,7 +13,7 @@ namespace Morvex {
 /// flush or the destructor writes the whole file, without its comments. Two objects on one file do
 /// not see each other; the later flush wins.
 ///
-/// A key may be a path with "/" between its parts. Groups and keys stand in the file as they are: a
+/// A key may be a path with "/" between its parts. Groups and keys are in the file as they are: a
 /// line break in one makes two lines of it, and a key that begins with "#" or "[" or with a blank,
 /// or ends in one, is not the same when the file is read again.
 ///
@@ -37,7 +37,7 @@ public:
     static QString morvexSettingsDir();
     /// The same.
     static QString settingsDir();
-    /// Where the files of UserSettings lie. Not created.
+    /// Where the files of UserSettings are. Not created.
     static QString userSettingsDir();
     static QString defaultGroup();
 
@@ -55,12 +55,12 @@ public:
     /// A number, which is true when it is not 0, or "true" or "false" in any case.
     bool readBoolEntry(const QString &group, const QString &key, bool defaultValue) const;
 
-    /// What lies directly below the path @p key: the names that lead on, each once, or the names
-    /// of entries. Below an empty key lies the whole group.
+    /// What is directly below the path @p key: the names that lead on, each once, or the names
+    /// of entries. Below an empty key is the whole group.
     QStringList subkeyList(const QString &group, const QString &key) const;
     QStringList entryList(const QString &group, const QString &key) const;
 
-    /// Stores @p value, which must not hold a line break, as it is to stand in the file.
+    /// Stores @p value, which must not hold a line break, as it is to appear in the file.
     void writeRawEntry(const QString &group, const QString &key, const QString &value);
     void writeEntry(const QString &group, const QString &key, const QString &value);
     void writeEntry(const QString &group, const QString &key, const QStringList &value);

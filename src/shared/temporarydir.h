@@ -42,7 +42,7 @@ private:
     bool m_autoRemove = true;
 };
 
-/// A file without a name, which is gone once it is closed. Null, with a line on standard error, on
+/// A file without a name, which ends when it is closed. Null, with a line on standard error, on
 /// failure.
 MORVEX_EXPORT std::FILE *tempFile();
 

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QMap>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -41,18 +42,62 @@ QString recordAsLine(const TestDataRecord &record, int headerCount, char separat
 
 struct TestDataRecord::Private
 {
+    Private(TestDataSet *owner, int number)
+        : dataSet(owner)
+        , index(number)
+    {
+    }
+
     TestDataSet *dataSet;
     std::vector<QString> values;
+    // In place of them, as long as the record is as it was read: the end of each text, and then
+    // the texts in UTF-8.
+    std::unique_ptr<quint32[]> packed;
+    int packedCount = 0;
     int index;
 
-    bool hasColumn(int column) const
+    bool hasColumn(int column) const { return column >= 0 && column < count(); }
+    int count() const { return packed ? packedCount : static_cast<int>(values.size()); }
+
+    void pack(std::string_view texts, const std::vector<quint32> &ends)
     {
-        return column >= 0 && static_cast<std::size_t>(column) < values.size();
+        const std::size_t textUnits = (texts.size() + sizeof(quint32) - 1) / sizeof(quint32);
+        values.clear();
+        packed.reset(new quint32[ends.size() + textUnits]);
+        packedCount = static_cast<int>(ends.size());
+        std::copy(ends.begin(), ends.end(), packed.get());
+        std::copy(texts.begin(), texts.end(), reinterpret_cast<char *>(&packed[ends.size()]));
+    }
+
+    QString unpacked(int column) const
+    {
+        const char *texts = reinterpret_cast<const char *>(packed.get() + packedCount);
+        const quint32 begin = column == 0 ? 0 : packed[static_cast<std::size_t>(column) - 1];
+        const quint32 end = packed[static_cast<std::size_t>(column)];
+        return QString::fromUtf8(texts + begin, static_cast<int>(end - begin));
+    }
+
+    // Before a change.
+    void unpack()
+    {
+        if (!packed)
+            return;
+        values.reserve(static_cast<std::size_t>(packedCount));
+        for (int column = 0; column < packedCount; ++column)
+            values.push_back(unpacked(column));
+        packed.reset();
+    }
+
+    QString value(int column) const
+    {
+        if (!hasColumn(column))
+            return QString();
+        return packed ? unpacked(column) : values[static_cast<std::size_t>(column)];
     }
 };
 
 TestDataRecord::TestDataRecord(TestDataSet *dataSet, int index)
-    : d(new Private{dataSet, {}, index})
+    : d(new Private(dataSet, index))
 {
 }
 
@@ -65,7 +110,7 @@ TestDataSet *TestDataRecord::dataSet() const
 
 int TestDataRecord::count() const
 {
-    return static_cast<int>(d->values.size());
+    return d->count();
 }
 
 int TestDataRecord::index() const
@@ -75,7 +120,7 @@ int TestDataRecord::index() const
 
 QString TestDataRecord::valueAsString(int column) const
 {
-    return d->hasColumn(column) ? d->values[static_cast<std::size_t>(column)] : QString();
+    return d->value(column);
 }
 
 QString TestDataRecord::valueAsString(const QString &fieldName) const
@@ -87,6 +132,7 @@ void TestDataRecord::setValue(int column, const QString &value)
 {
     if (column < 0)
         return;
+    d->unpack();
     const auto index = static_cast<std::size_t>(column);
     if (index >= d->values.size())
         d->values.resize(index + 1, emptyText());
@@ -95,22 +141,31 @@ void TestDataRecord::setValue(int column, const QString &value)
 
 void TestDataRecord::reserve(int count)
 {
+    d->unpack();
     d->values.reserve(static_cast<std::size_t>(count));
+}
+
+void TestDataRecord::setValues(std::string_view texts, const std::vector<quint32> &ends)
+{
+    d->pack(texts, ends);
 }
 
 void TestDataRecord::addValue(const QString &value)
 {
+    d->unpack();
     d->values.push_back(value);
 }
 
 void TestDataRecord::insertField(int column)
 {
+    d->unpack();
     if (d->hasColumn(column))
         d->values.insert(d->values.begin() + column, QString());
 }
 
 void TestDataRecord::removeField(int column)
 {
+    d->unpack();
     if (d->hasColumn(column))
         d->values.erase(d->values.begin() + column);
 }
@@ -204,7 +259,7 @@ int TestDataSet::fieldIndex(const QString &name) const
 
 void TestDataSet::setHeader(TestDataRecord *header)
 {
-    // The present header is set again to have its names indexed anew.
+    // The present header is set again to have its names indexed again.
     if (header != d->header.get())
         d->header.reset(header);
     d->fieldIndex.clear();

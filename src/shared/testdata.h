@@ -5,6 +5,8 @@
 #include <QString>
 
 #include <memory>
+#include <string_view>
+#include <vector>
 
 namespace Morvex {
 
@@ -31,11 +33,14 @@ public:
     QString valueAsString(int column) const;
     QString valueAsString(const QString &fieldName) const;
 
-    /// A column behind the last one is reached by empty fields.
+    /// A column after the last one is reached by empty fields.
     void setValue(int column, const QString &value);
     void addValue(const QString &value);
     /// Room for @p count fields at once, for readers that know how many come.
     void reserve(int count);
+    /// Replaces all values by UTF-8 texts that follow each other, given the end of each in
+    /// @p texts. They take no more memory than they need until another value is set.
+    void setValues(std::string_view texts, const std::vector<quint32> &ends);
 
     /// Inserts a null text before a column that exists; anything else is ignored.
     void insertField(int column);
@@ -56,12 +61,12 @@ public:
     TestDataSet(const TestDataSet &) = delete;
     TestDataSet &operator=(const TestDataSet &) = delete;
 
-    /// Reads a file in the format that its suffix tells. The caller owns the result, which is null
+    /// Reads a file in the format that its suffix names. The caller owns the result, which is null
     /// for a file of another suffix in which no separator can be detected. A file that can't be
-    /// read makes a set without records; errorText() tells why.
+    /// read makes a set without records; errorText() says why.
     static TestDataSet *createTestDataSet(const QString &fileName);
     /// Reads one sheet of a workbook. An empty name stands for the first sheet of an .xls, and for
-    /// the sheet with the id 1, wherever it stands, of an .xlsx. Null when the suffix does not tell
+    /// the sheet with the id 1, wherever it is, of an .xlsx. Null when the suffix does not name
     /// a workbook.
     static TestDataSet *createTestDataSetExcel(const QString &fileName, const QString &sheetName);
 
@@ -71,7 +76,7 @@ public:
     /// Between the fields of a saved file.
     char getSep() const;
     /// Why the file could not be read; empty when it could. The message log or standard error have
-    /// told it already.
+    /// reported it already.
     QString errorText() const;
 
     /// Without the header.

@@ -74,7 +74,7 @@ QStringList firstLines(TsvParser &parser)
     return lines;
 }
 
-// 0 when the first lines tell of none.
+// 0 when the first lines have none in common.
 char detectSeparator(TsvParser &parser)
 {
     const QStringList lines = firstLines(parser);

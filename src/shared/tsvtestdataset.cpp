@@ -22,8 +22,8 @@ TsvTestDataSet::~TsvTestDataSet() = default;
 
 void TsvTestDataSet::parse(TsvParser *parser, char sep)
 {
-    for (QString line = parser->nextLine(); !line.isEmpty(); line = parser->nextLine())
-        parser->parseRecord(this, line, sep);
+    while (parser->readRecord(this, sep)) {
+    }
     setErrorText(parser->errorText());
     if (header())
         return;

@@ -84,7 +84,7 @@ public:
     XmlTableRange();
 
     /// Replaces the content. False, with a message on standard error, for a document that can't be
-    /// parsed or is no table; the content stays as it was.
+    /// parsed or is not a table; the content stays as it was.
     bool loadContentFromXml(const std::string &xml);
 
     RowIterator rowsBegin() const { return RowIterator(*this, 0); }

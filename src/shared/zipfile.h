@@ -32,7 +32,7 @@ public:
     [[nodiscard]] QString addDirectoryContents(const QDir &root);
 
     /// Writes the directory of the archive, without which nobody can read it; the destructor does
-    /// so too, but can't tell of a failure. Returns an error text, empty on success.
+    /// so too, but can't report a failure. Returns an error text, empty on success.
     QString close();
 
 private:

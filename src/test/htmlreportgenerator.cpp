@@ -1,90 +1,22 @@
 #include "test/htmlreportgenerator.h"
 
-#include "shared/environment.h"
 #include "shared/filelock.h"
-#include "shared/temporarydir.h"
 #include "shared/trace.h"
 #include "test/report/openreport.h"
+#include "test/reportgeneratorshared.h"
+#include "test/webreport/visualtrees.h"
 #include "test/webreport/webreportdata.h"
+#include "test/webreport/webreportdirectory.h"
 #include "test/webreport/webreportrepair.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <cstdio>
 
 namespace Morvex {
 namespace {
-
-// The pages are copied in a moment.
-const int lockWaitMilliseconds = 3000;
-
-QString templateDirectory()
-{
-    const std::string prefix = Environment::getVariable("MORVEX_PREFIX");
-    return QString::fromStdString(prefix) + QLatin1String("/lib/webreport");
-}
-
-// An empty data file is a report without runs. Returns an error text, empty on success.
-QString fillReport(const QString &directory)
-{
-    QString error;
-    if (!copyDirectory(templateDirectory(), directory, &error, KeepExistingFile))
-        return QStringLiteral("Error while copying web report templates: ") + error;
-    const QDir dataDir(QDir(directory).filePath(webReportDataDir));
-    QFile file(dataDir.filePath(webReportDataFile));
-    if (!dataDir.mkpath(QStringLiteral(".")) || !file.open(QIODevice::Append))
-        return QStringLiteral("Could not open '%1' for writing").arg(file.fileName());
-    return {};
-}
-
-// Whether a directory is one that a run has made for its pages, and not a person.
-bool isUnfinished(const QString &name, const QString &prefix)
-{
-    static const QRegularExpression number(QStringLiteral("\\A[0-9a-f]{1,8}\\z"));
-    return name.startsWith(prefix) && number.match(name.mid(prefix.size())).hasMatch();
-}
-
-// What runs have left that were killed while they made the report.
-void removeUnfinished(const QDir &parent, const QString &prefix)
-{
-    const QStringList names = parent.entryList(QDir::Dirs | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString &name : names) {
-        if (isUnfinished(name, prefix))
-            removeDirRecursively(parent.filePath(name));
-    }
-}
-
-// The directory appears as a whole or not at all: one that lacks its data file would be refused in
-// each later run. Returns an error text, empty on success.
-QString makeReport(const QDir &dir)
-{
-    const QFileInfo info(dir.path());
-    const QString prefix = QLatin1Char('.') + info.fileName() + QLatin1String(".new-");
-    const QString error = QStringLiteral("Could not create directory '%1'").arg(dir.path());
-    if (!info.dir().mkpath(QStringLiteral(".")))
-        return error;
-    // One run after the other: what is unfinished now stays so.
-    const FileLock lock(info.dir().path(), lockWaitMilliseconds);
-    if (dir.exists())
-        return {};
-    if (lock.isHeld())
-        removeUnfinished(info.dir(), prefix);
-    TemporaryDir unfinished(info.dir().filePath(prefix));
-    if (!unfinished.isValid())
-        return error;
-    const QString fillError = fillReport(unfinished.path());
-    if (!fillError.isEmpty())
-        return fillError;
-    if (std::rename(QFile::encodeName(unfinished.path()).constData(),
-                    QFile::encodeName(dir.path()).constData()) == 0)
-        unfinished.setAutoRemove(false);
-    else if (!dir.exists())
-        return error;
-    return {};
-}
 
 // What can't be repaired takes a run all the same.
 void reportRepair(const WebReportRepair &repair)
@@ -99,6 +31,7 @@ void reportRepair(const WebReportRepair &repair)
 
 struct HtmlReportGenerator::Private
 {
+    QString resultDir;
     bool isBegun = false;
 };
 
@@ -107,6 +40,7 @@ HtmlReportGenerator::HtmlReportGenerator(std::unique_ptr<std::ostream> output,
     : JsonReportGenerator(std::move(output), resultDir, type, Version1_2)
     , d(std::make_unique<Private>())
 {
+    d->resultDir = resultDir;
 }
 
 HtmlReportGenerator::~HtmlReportGenerator()
@@ -127,7 +61,7 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
     const QString dataFile = QDir(dataDir).filePath(webReportDataFile);
     qCDebug(traceReportGen) << "data dir " << dataDir;
     qCDebug(traceReportGen) << "data file " << dataFile;
-    const QString makeError = dir.exists() ? QString() : makeReport(dir);
+    const QString makeError = dir.exists() ? QString() : makeWebReport(dir.path());
     if (!makeError.isEmpty())
         return {nullptr, makeError};
     if (!QFileInfo::exists(dataFile))
@@ -145,6 +79,21 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
         return {nullptr, opened.error};
     reportRepair(repair);
     return {new HtmlReportGenerator(std::move(opened.stream), *resultDir, type), QString()};
+}
+
+// The page shows the trees of a visual verification that failed from a file beside the snapshot.
+void HtmlReportGenerator::doHandleEntry(const TestResult::Entry &entry)
+{
+    if (entry.vpType == TestResult::VISUAL_VP &&
+        (entry.type == TestResult::FAIL || entry.type == TestResult::XFAIL)) {
+        const QFileInfo snapshot(vpFailedImgFromMsg(entry.details));
+        const QString reportDir = QDir(d->resultDir).canonicalPath() + QLatin1Char('/');
+        if (snapshot.isFile() && snapshot.canonicalFilePath().startsWith(reportDir) &&
+            !writeVisualTrees(entry.vpFile.filePath(), snapshot.filePath()))
+            std::fprintf(stderr, "morvexrunner: the trees of '%s' could not be stored\n",
+                         qUtf8Printable(snapshot.filePath()));
+    }
+    JsonReportGenerator::doHandleEntry(entry);
 }
 
 void HtmlReportGenerator::init()

@@ -19,6 +19,7 @@ public:
 
 protected:
     void init() override;
+    void doHandleEntry(const TestResult::Entry &entry) override;
 
 private:
     struct Private;

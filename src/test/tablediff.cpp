@@ -172,7 +172,7 @@ TableDiff::Subject asDiffRow(int rowNumber, const XmlTableRange::Row &row)
     return subject;
 }
 
-// Numbers the rows: an insertion behind deletions takes the number of the oldest one that has no
+// Numbers the rows: an insertion after deletions takes the number of the oldest one that has no
 // insertion yet, so that a changed row shows as a deletion and an insertion of one number.
 class RowNumbers
 {

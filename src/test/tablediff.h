@@ -53,7 +53,7 @@ MORVEX_EXPORT QDataStream &operator<<(QDataStream &stream,
                                       const FList<TableDiff::Element> &elements);
 
 /// A count beyond the bytes that are there, and a property of another type than a text or a
-/// colour, fails the stream (ReadCorruptData) and gives the elements in front of it.
+/// colour, fails the stream (ReadCorruptData) and gives the elements before it.
 MORVEX_EXPORT QDataStream &operator>>(QDataStream &stream, FList<TableDiff::Element> &elements);
 
 /// Parses both documents and compares them. False when the tables differ or one can't be parsed;

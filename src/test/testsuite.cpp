@@ -128,6 +128,11 @@ void TestSuite::setTags(const QStringList &tags)
     m_tags = tags;
 }
 
+void TestSuite::setRerun(bool isRerun)
+{
+    m_isRerun = isRerun;
+}
+
 void TestSuite::setCancellation(Cancellation *cancellation)
 {
     m_cancellation = cancellation;
@@ -198,6 +203,11 @@ QString TestSuite::classPathEnvironment() const
 {
     const QString classPath = m_config.entry(key("CLASSPATH"));
     return classPath.isEmpty() ? QString() : QLatin1String("CLASSPATH=") + classPath;
+}
+
+QString TestSuite::keptRuns() const
+{
+    return m_config.entry(key("KEEP_RUNS")).trimmed();
 }
 
 bool TestSuite::useWhiteList() const

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -46,15 +48,22 @@ public:
     void setSkippedTestCases(const QStringList &testCases);
     /// Tag expressions, all of which have to hold; see allFilterByArgs.
     void setTags(const QStringList &tags);
+    /// The run repeats test cases that failed in an earlier one; its log says so.
+    void setRerun(bool isRerun);
     /// Ends a run early when it is requested; not owned, may be null.
     void setCancellation(Cancellation *cancellation);
+    /// Called when all test cases have run, just before the log is closed.
+    void setBeforeEnd(const std::function<void()> &beforeEnd) { m_beforeEnd = beforeEnd; }
 
     /// Empty for none.
     QString settingsGroup() const { return m_settingsGroup; }
     QStringList scriptArguments() const { return m_scriptArguments; }
     QStringList skippedTestCases() const { return m_skippedTestCases; }
     QStringList tags() const { return m_tags; }
+    bool isRerun() const { return m_isRerun; }
     Cancellation *cancellation() const { return m_cancellation; }
+    /// May be empty.
+    std::function<void()> beforeEnd() const { return m_beforeEnd; }
 
     QString summary() const { return m_summary; }
     QString description() const { return m_description; }
@@ -75,6 +84,8 @@ public:
     /// "CLASSPATH=..." for the environment of the application.
     QString classPathEnvironment() const;
     bool useWhiteList() const;
+    /// How many runs a web report keeps, as it is written; empty for all.
+    QString keptRuns() const;
     QString aut() const;
     QString applicationLauncher() const;
     QStringList applicationLauncherArgs() const;
@@ -138,6 +149,7 @@ private:
     QString m_envVarFileNameOverride;
     QStringList m_scriptArguments;
     QStringList m_tags;
+    bool m_isRerun = false;
     QString m_summary;
     QString m_description;
     QMap<QString, QString> m_testSettings;
@@ -145,6 +157,7 @@ private:
     QString m_configLoadError;
     QString m_scriptedObjectMapPath;
     Cancellation *m_cancellation = nullptr;
+    std::function<void()> m_beforeEnd;
 };
 
 } // namespace Morvex

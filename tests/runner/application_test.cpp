@@ -118,6 +118,10 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {start + "application.stop(); find('name', 0).click()",
          "Error: the application has been stopped"},
         {"check.point('a', {Retry: 5})", "TypeError: unknown option 'Retry'"},
+        {"check.point('a', {object: 'a'})", "TypeError: option 'type' has to be one of Object"},
+        {"check.point('a', {type: 'Visual'})", "TypeError: a name has to be a text or an object"},
+        {"check.point('a', {object: 'a', type: 'ObjectProperties'})",
+         "TypeError: option 'properties' has to be an array of names"},
         {"check.point('a', {record: {}})", "TypeError: option 'record' has to be a record"},
     };
     for (const auto &row : rows) {
@@ -217,16 +221,61 @@ TEST_F(ApplicationTest, PointsAreTakenFromTheTestCaseThenFromTheSuite)
     runner.addFile("points/both.xml", statePoint("of the suite"));
     runner.addFile("points/suite.xml", statePoint("3 articles"));
     runner.addFile("tst_s/points/both.xml", statePoint("3 articles"));
-    EXPECT_EQ(results("application.start('inventory'); check.point('both');"
-                      "check.that(check.point('suite'), 'returned'); check.point('none');"),
-              (QStringList{"PASS both: Object property comparison of 'state.text' passed|"
-                           "'3 articles' and '3 articles' are equal (both)",
-                           "PASS suite: Object property comparison of 'state.text' passed|"
-                           "'3 articles' and '3 articles' are equal (suite)",
-                           "PASS returned|The condition holds.",
-                           "ERROR Verification point file 'none' cannot be opened.|No such file or "
-                           "directory"}));
+    QStringList lines =
+        results("application.start('inventory'); check.point('both');"
+                "check.that(check.point('suite'), 'returned'); check.point('none');");
+    EXPECT_TRUE(lines.takeLast().startsWith("ERROR Verification point file 'none' cannot be "
+                                            "opened.|There is no file '"));
+    EXPECT_EQ(lines, (QStringList{"PASS both: Object property comparison of 'state.text' passed|"
+                                  "'3 articles' and '3 articles' are equal (both)",
+                                  "PASS suite: Object property comparison of 'state.text' passed|"
+                                  "'3 articles' and '3 articles' are equal (suite)",
+                                  "PASS returned|The condition holds."}));
     EXPECT_EQ(output.status, 1);
+}
+
+TEST_F(ApplicationTest, LearningMakesPointsOfEachTypeThatDoNotExist)
+{
+    const QByteArray script =
+        "application.start('inventory'); var state = find('state');\n"
+        "check.point('p', {object: state, type: 'ObjectProperties',\n"
+        "                  properties: ['text', 'enabled', 'size.height', 'margin']});\n"
+        "check.point('s', {object: 'picture', type: 'Screenshot'});\n"
+        "check.point('t', {object: 'articles', type: 'Table'});\n"
+        "check.point('v', {object: 'inventory', type: 'Visual'});\n";
+    for (const QString &line : results(script))
+        EXPECT_TRUE(line.startsWith("ERROR Verification point file '")) << line.toStdString();
+    for (const QString &line : results(script, {"--learn"}))
+        EXPECT_TRUE(line.contains(" was made of object '")) << line.toStdString();
+    EXPECT_EQ(output.status, 0);
+    const QStringList lines = results(script);
+    EXPECT_EQ(lines.size(), 7);
+    for (const QString &line : lines)
+        EXPECT_TRUE(line.startsWith("PASS ")) << line.toStdString();
+
+    const QString point = runner.suitePath() + "/tst_s/points/v.xml";
+    const QByteArray before = readFile(point);
+    QStringList failed = results("application.start('inventory'); find('name').type('x');\n"
+                                 "check.point('v');",
+                                 {"--learn"});
+    ASSERT_EQ(failed.size(), 2);
+    EXPECT_TRUE(failed[0].startsWith("FAIL v: Visual comparison of object 'inventory' failed|"));
+    EXPECT_EQ(failed[1],
+              "WARNING Verification point 'v' was not changed|Visual verification points "
+              "are not updated. Delete '" +
+                  point + "' to have it made again.");
+    EXPECT_EQ(readFile(point), before);
+
+    const QStringList impossible = results(
+        "application.start('inventory');\n"
+        "check.point('a', {object: 'none', type: 'Visual'});\n"
+        "check.point('b', {object: 'state', type: 'Table'});\n"
+        "check.point('c', {object: 'state', type: 'ObjectProperties', properties: ['none']});",
+        {"--learn"});
+    EXPECT_EQ(impossible.filter("could not be made|").size(), 2);
+    EXPECT_EQ(impossible.filter("ERROR b: Invalid object type|").size(), 1);
+    EXPECT_EQ(impossible.size(), 3);
+    EXPECT_FALSE(QFile::exists(runner.suitePath() + "/tst_s/points/b.xml"));
 }
 
 TEST_F(ApplicationTest, APointThatChecksNothingSaysSo)
@@ -400,6 +449,10 @@ TEST_F(ApplicationTest, CoverageAddsUpWhatAllTestCasesDid)
         EXPECT_EQ(ui.value("string(//element[@class='QLineEdit \"name\"']//coverage)"), "6");
     }
     EXPECT_FALSE(readFile(dir + "/attachments/tst_more/uicoverage.xml").isEmpty());
+    const QByteArray page = readFile(dir + "/attachments/uicoverage.html");
+    EXPECT_TRUE(output.standardOutput.contains("attachments/uicoverage.html"));
+    EXPECT_EQ(page.count(">choose never<"), 6) << page.constData();
+    EXPECT_EQ(page.count(">click 2<"), 1);
     results("check.pass('none');", {"--coverage", "--testcase", "tst_s"});
     EXPECT_TRUE(output.standardError.contains("UI coverage: there was nothing to use"));
 }
@@ -410,7 +463,7 @@ TEST(InventorySuiteTest, PassesAsAWholeAndLeavesItsFilesAlone)
     const RunnerOutput output = runner.run({MORVEX_SOURCE_DIR "/examples/inventory_suite"});
     EXPECT_EQ(output.status, 0) << output.standardOutput.constData();
     EXPECT_TRUE(output.standardOutput.contains("XFAIL"));
-    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: 5 test cases, 0 failed"))
+    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: 6 test cases, 0 failed"))
         << output.standardError.constData();
     EXPECT_FALSE(QDir(MORVEX_SOURCE_DIR "/examples/inventory_suite/points/failedImages").exists());
 }

@@ -32,10 +32,13 @@ TEST_F(ScriptDataTest, ATableIsWalkedByEachKindOfLoop)
                      "for (const r of t) log.info(r.field('name'), r.field('amount'));\n"
                      "t.forEach(function (r, i) { check.equal(r.values[0], "
                      "t.record(i).field('name'), i); });\n"
-                     "log.info([...t].map(r => r.values));\n"),
+                     "log.info([...t].map(r => r.values), t.record(1).field('amount'));\n"
+                     "check.equal(t.record(1), t.record(0), 'n');\n"),
               (QStringList{"PASS m|Got expected '[\"name\",\"amount\"]'.", "LOG 2|", "LOG Apple|3",
                            "LOG Pear|", "PASS 0|Got expected 'Apple'.",
-                           "PASS 1|Got expected 'Pear'.", "LOG [[\"Apple\",\"3\"],[\"Pear\"]]|"}));
+                           "PASS 1|Got expected 'Pear'.", "LOG [[\"Apple\",\"3\"],[\"Pear\"]]|",
+                           "FAIL n|Expected '{\"values\":[\"Apple\",\"3\"]}', got "
+                           "'{\"values\":[\"Pear\"]}'."}));
 }
 
 TEST_F(ScriptDataTest, ASheetIsReadByItsName)

@@ -1,7 +1,6 @@
 #include "shared/imagemask.h"
 
 #include <QImage>
-#include <QPainter>
 
 #include <gtest/gtest.h>
 
@@ -100,17 +99,4 @@ TEST(ImageMaskTest, ScalingRoundsEdgesAndSizes)
     EXPECT_EQ(mask.maskRect(0).geometry, QRect(2, 5, 8, 11));
     mask.setGeometry(0, QRect(0, 0, 1, 1));
     EXPECT_EQ(mask.maskRect(0).geometry, QRect(0, 0, 1, 1));
-}
-
-TEST(ImageMaskTest, AnEditorPaintsEachTypeWithItsBrush)
-{
-    ImageMask mask = maskOf({{pos, QRect(0, 0, 2, 2)}, {neg, QRect(3, 0, 1, 1)}});
-    QImage image(5, 3, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    mask.drawToPainter(&painter, image.rect(), Qt::green, Qt::red, false);
-    painter.end();
-    EXPECT_EQ(image.pixelColor(1, 1), QColor(Qt::green));
-    EXPECT_EQ(image.pixelColor(3, 0), QColor(Qt::red));
-    EXPECT_EQ(image.pixelColor(4, 2), QColor(Qt::white));
 }

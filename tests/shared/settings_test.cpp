@@ -113,7 +113,7 @@ TEST_F(SettingsFileTest, MissingEntriesGiveTheDefaultWithoutAWarning)
               "");
 }
 
-TEST_F(SettingsFileTest, LinesThatAreNoEntriesAreToldAndPassedOver)
+TEST_F(SettingsFileTest, LinesThatAreNoEntriesAreReportedAndSkipped)
 {
     writeFile(path, "\xef\xbb\xbf  # comment\r\nlost = 1\r\n[ g x]\r\nA = 1\r\nbroken\r\n\r\n"
                     "  k ey  =  2 = 3 \r\n[open\r\nB=4\r\n[g x]]\n[ g x]\nC = 5");
@@ -216,7 +216,7 @@ TEST_F(SettingsFileTest, TheLastOneToFlushWins)
     EXPECT_NE(readFile(path), "") << "once written, each flush writes again";
 }
 
-TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsTold)
+TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsReported)
 {
     const std::string place = dir.path().toStdString();
     writeFile(dir.filePath("file"), "");
@@ -260,7 +260,7 @@ TEST_F(SettingsFileTest, ALinkThatLeadsNowhereIsReportedAndThenCreatesItsTarget)
     EXPECT_EQ(Settings(dir.filePath("target.ini")).readNumEntry("g", "a", 0), 1);
 }
 
-TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsToldTo)
+TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
 {
     const EnvironmentGuard value("MORVEX_TEST_A", "val");
     const EnvironmentGuard nested("MORVEX_TEST_B", "xx$(MORVEX_TEST_A)");

@@ -122,7 +122,7 @@ TEST_F(DelimitedFileTest, TheSeparatorIsTheOneThatAllLinesHaveMostOf)
         EXPECT_EQ(rows(row.text, row.name), row.rows) << row.name << row.text.toStdString();
 }
 
-TEST_F(DelimitedFileTest, ARowOfAnotherLengthIsToldAndKept)
+TEST_F(DelimitedFileTest, ARowOfAnotherLengthIsReportedAndKept)
 {
     EXPECT_EQ(rows("a,b\n\"1\n2\",3\n4\n5,6,7\n"),
               (Rows{{"a", "b"}, {"1\n2", "3"}, {"4"}, {"5", "6", "7"}}));
@@ -134,7 +134,7 @@ TEST_F(DelimitedFileTest, ARowOfAnotherLengthIsToldAndKept)
     EXPECT_EQ(read("a,b\n")->header()->index(), -1);
 }
 
-TEST_F(DelimitedFileTest, AFileThatCannotBeOpenedIsToldOnce)
+TEST_F(DelimitedFileTest, AFileThatCannotBeReadIsReportedApartFromAnEmptyOne)
 {
     const std::string warning = "Couldn't open " + dir.filePath("no").toStdString();
     for (const char *suffix : {".csv", ".tsv", ".txt"}) {
@@ -144,21 +144,12 @@ TEST_F(DelimitedFileTest, AFileThatCannotBeOpenedIsToldOnce)
                   }),
                   warning + suffix + "\n");
         EXPECT_EQ(bool(set), suffix != std::string(".txt"));
-        if (set) {
-            EXPECT_EQ(rowsOf(*set), Rows{{"1"}});
-            EXPECT_NE(set->errorText(), "");
-        }
+        EXPECT_TRUE(!set || (rowsOf(*set) == Rows{{"1"}} && !set->errorText().isEmpty()));
     }
-}
-
-TEST_F(DelimitedFileTest, AFileThatFailsWhileItIsReadIsToldApartFromAnEmptyOne)
-{
     const QString path = dir.filePath("data.csv");
     // Can be opened, but has nothing at its start.
     ASSERT_TRUE(QFile::link("/proc/self/mem", path));
-    const std::unique_ptr<TestDataSet> failing(TestDataSet::createTestDataSet(path));
-    EXPECT_EQ(failing->count(), 0);
-    EXPECT_NE(failing->errorText(), "");
+    EXPECT_NE(std::unique_ptr<TestDataSet>(TestDataSet::createTestDataSet(path))->errorText(), "");
     QFile::remove(path);
     EXPECT_EQ(read("")->errorText(), "");
 }
@@ -172,12 +163,20 @@ TEST_F(DelimitedFileTest, AFieldOfFiftyMegabytesIsOneField)
     EXPECT_EQ(set->record(0)->valueAsString("b"), "z");
 }
 
-TEST_F(DelimitedFileTest, QuotesAreFollowedAcrossThePiecesAFileIsReadIn)
+TEST_F(DelimitedFileTest, QuotesAndCharactersAreFollowedAcrossThePiecesAFileIsReadIn)
 {
+    const int pieceSize = 1024 * 1024;
     for (int shift = 0; shift < 4; ++shift) {
-        const QByteArray pad(65536 - 6 + shift, 'x');
+        const QByteArray pad(pieceSize - 6 + shift, 'x');
         EXPECT_EQ(rows("a,b\n" + pad + ",\"\"\"\n\"\"\"\r\n3,4"),
                   (Rows{{"a", "b"}, {pad, "\"\n\""}, {"3", "4"}}))
+            << shift;
+        const QString wide =
+            QString(pieceSize / 2 - 7 + shift, 'x') + QString::fromUtf8("\U0001f600");
+        const QString text = "a,b\n" + wide + ",1";
+        EXPECT_EQ(rows("\xff\xfe" +
+                       QByteArray(reinterpret_cast<const char *>(text.utf16()), text.size() * 2)),
+                  (Rows{{"a", "b"}, {wide, "1"}}))
             << shift;
     }
 }

@@ -116,7 +116,7 @@ TEST(ZipFileTest, WhatIsNoFileNeitherEndsNorLoopsNorBlocksTheWalk)
     EXPECT_EQ(entriesOf(target.fileName()), 2);
 }
 
-TEST(ZipFileTest, ADeviceThatRunsFullIsToldWhereverThatHappens)
+TEST(ZipFileTest, ADeviceThatRunsFullIsReportedWhereverThatHappens)
 {
     QByteArray content(100, '\0');
     QBuffer whole;

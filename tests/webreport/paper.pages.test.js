@@ -11,21 +11,7 @@ async function printed(page) {
     return page.locator('#print').innerText();
 }
 
-tools.describePages('Paper and colours', ({ report, onPage, onShop }) => {
-    test('The page follows the dark colours of the reader', async () => {
-        const brightness = async (colorScheme) => {
-            let color;
-            const background = () =>
-                getComputedStyle(document.getElementById('list')).backgroundColor;
-            const read = async (page) => (color = await page.evaluate(background));
-            await onShop('', read, { colorScheme });
-            const parts = color.match(/\d+/g).slice(0, 3);
-            return parts.reduce((total, part) => total + Number(part), 0);
-        };
-        assert.ok((await brightness('light')) > 600);
-        assert.ok((await brightness('dark')) < 200);
-    });
-
+tools.describePages('Paper', ({ report, onPage, onShop }) => {
     test('Paper gets all test cases, and the failures with both their pictures', () =>
         onShop('#run=3', async (page) => {
             const text = await printed(page);

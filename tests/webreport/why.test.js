@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { failureText, marks, pixels, rerunCommand, why } = require('./parts');
+const { changes, failureText, marks, pixels, rerunCommand, why } = require('./parts');
 const { RunBuilder, shownOf, tableRow } = require('./testdata');
 
 const names = (nodes) => nodes.map((node) => node.name);
@@ -19,6 +19,20 @@ test('What came before a failure is found across sections, warnings included', (
     assert.equal(why.failedAttempt(testCase), testCase.children[1]);
     const failure = shown.nodes.find((node) => node.name === 'Button');
     assert.deepEqual(names(why.before(shown, failure)), ['Slow start', 'a', 'b', 'c', 'd', 'e']);
+});
+
+test('Times count where whole seconds can tell them', () => {
+    const night = (day, seconds) =>
+        new RunBuilder('suite', `2026-01-0${day}T00:00:00Z`)
+            .testCase('tst', (one) => one.wait(seconds))
+            .testCase('quick', (one) => one.wait(day - 1))
+            .finish();
+    const { testCases } = shownOf([night(1, 10), night(2, 11), night(3, 30)]);
+    assert.deepEqual(
+        testCases.map((one) => one.usual),
+        [10000, null],
+    );
+    assert.deepEqual(names(changes.slowest(testCases)), ['tst']);
 });
 
 test('Keys lead from one failing test case, or cause, to the next and round', () => {

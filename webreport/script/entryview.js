@@ -36,7 +36,11 @@
 
     function objectDump({ failedObjectDump }) {
         return isFile(failedObjectDump)
-            ? block('Object snapshot', element('p', null, fileLink(failedObjectDump)))
+            ? block(
+                  'Object snapshot',
+                  element('p', null, fileLink(failedObjectDump)),
+                  report.visualTrees(locationLink(failedObjectDump)),
+              )
             : null;
     }
 
@@ -123,8 +127,10 @@
     /// not that of the failure.
     function before(app, failure) {
         const title = report.why.isCrash(failure) ? 'What it did last' : 'Just before';
-        const sectionOf = ({ parent }) =>
-            parent === failure.parent ? '' : 'in ' + report.marks.shortTitle(parent, 80);
+        const isNamed = ({ parent }) =>
+            parent !== failure.parent && !parent.attempt && parent !== parent.testCase;
+        const sectionOf = (one) =>
+            isNamed(one) ? 'in ' + report.marks.shortTitle(one.parent, 80) : '';
         const entries = report.why.before(app.run, failure);
         return report.linkBlock(app, title, entries, { reasonOf: sectionOf });
     }

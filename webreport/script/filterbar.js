@@ -19,6 +19,7 @@
 
     function chip(app, modes, row, amount) {
         const mode = modes.get(row.key);
+        const text = (mode ? mode + ' ' : '') + (row.plural || row.label);
         return button(
             '',
             (event) =>
@@ -32,13 +33,13 @@
             {
                 'class': 'chip tone-' + row.icon + (mode ? ' ' + mode : ''),
                 'data-key': row.key,
-                'aria-label':
-                    (row.plural || row.label) + ', ' + amount + ', ' + stateTexts.get(mode),
+                'aria-label': text + ' ' + count(amount) + ', ' + stateTexts.get(mode),
                 'title':
                     'Click: only these, then hide these, then no filter. With Shift: hide these.',
             },
             icon(row.icon),
-            element('span', { class: 'label' }, mode ? mode + ' ' : null, row.plural || row.label),
+            element('span', { class: 'label' }, text),
+            ' ',
             element('span', { class: 'count' }, count(amount)),
         );
     }

@@ -11,7 +11,7 @@
         const what = node ? outcomeOf(node).label : 'Did not run';
         const time =
             node && node.duration !== null ? ', ' + report.format.duration(node.duration) : '';
-        return 'Run ' + (run.index + 1) + ', ' + dateTime(run.raw.start) + ': ' + what + time;
+        return dateTime(run.raw.start) + ': ' + what + time;
     }
 
     /// Which part of a date distinguishes the runs: the year is left out where it is the same.
@@ -27,6 +27,8 @@
     /// A link to the node in its run.
     function mark(app, point, dateRange) {
         const { run, node } = point;
+        const date = dateTime(run.raw.start).slice(...dateRange);
+        const name = 'Run ' + (run.index + 1);
         const title = description(point);
         const here = isShown(app, run);
         return element(
@@ -35,13 +37,15 @@
                 'class': 'point',
                 'href': node ? app.addressOf(run, node) : null,
                 'role': node ? null : 'img',
-                title,
-                'aria-label': title,
+                'title': name + ', ' + title,
+                // With what is to be seen, for those who speak it.
+                'aria-label': name + ' ' + date + ', ' + title,
                 'aria-current': here ? 'true' : null,
             },
             node ? icon(outcomeOf(node).icon) : element('span', { class: 'absent' }, '–'),
             element('span', { class: 'number' }, String(run.index + 1)),
-            element('span', { class: 'date' }, dateTime(run.raw.start).slice(...dateRange)),
+            ' ',
+            element('span', { class: 'date' }, date),
         );
     }
 

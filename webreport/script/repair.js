@@ -7,7 +7,7 @@
     const runStart = statement + '{"version"';
     const lostRun = { version: { major: 1, minor: 2 }, tests: [], ended: false };
 
-    /// Behind the closing quote of the string that begins at `open`; 0 when the text ends
+    /// After the closing quote of the string that begins at `open`; 0 when the text ends
     /// before it.
     function endOfString(text, open) {
         for (

@@ -165,7 +165,7 @@ private:
         return true;
     }
 
-    // The result is a number, or its last two bytes tell that it is none.
+    // The result is a number, or its last two bytes say that it is none.
     void takeFormula(const BiffRecord &record)
     {
         const int offset = m_form.valueOffset;

@@ -141,7 +141,7 @@ private:
                 const auto number = numberAt<quint32>(numbers, i);
                 if (number >= endOfChain)
                     return;
-                // Where the file is cut, the entries behind keep their places.
+                // Where the file is cut, the entries after it keep their places.
                 table += m_sectors.sector(number).leftJustified(sectorSize, endOfFile);
             }
         };

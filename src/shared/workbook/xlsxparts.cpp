@@ -9,9 +9,17 @@ namespace {
 
 const unsigned maxRows = 1048576;
 const unsigned maxColumns = 16384;
-// Of all cells that are empty, or that the sheet does not have and that are filled in.
-const quint64 maxEmptyCells = 32 * 1024 * 1024;
-const std::size_t maxSharedStrings = 32 * 1024 * 1024;
+
+const qint64 minBudget = 256 * 1024 * 1024;
+const qint64 budgetPerByteOfFile = 32;
+// Roughly what a record takes without its values, and a text without its characters.
+const qint64 rowCost = 160;
+const qint64 textCost = 32;
+
+QString tooManyValues()
+{
+    return QStringLiteral("Its values take too much memory for the size of the file.");
+}
 
 QString textOf(std::string_view utf8)
 {
@@ -36,7 +44,7 @@ QString takeSharedString(XmlElementReader &reader)
     return plain.isEmpty() ? rich : plain;
 }
 
-// The letters in front, as a number in which A is 1. Stays beyond the last column once it is.
+// The letters at its start, as a number in which A is 1. Stays beyond the last column once it is.
 unsigned columnOf(std::string_view reference)
 {
     unsigned column = 0;
@@ -56,7 +64,7 @@ unsigned widthOf(std::string_view range)
     return columnOf(colon == range.npos ? range : range.substr(colon + 1));
 }
 
-// The number that a text in pieces begins with, behind white space.
+// The number that a text in pieces begins with, after white space.
 class LeadingNumber
 {
 public:
@@ -66,8 +74,8 @@ public:
             if (m_state == Before && isBlank(character))
                 continue;
             const int digit = character - '0';
-            if (m_state == Behind || digit < 0 || digit > 9) {
-                m_state = Behind;
+            if (m_state == After || digit < 0 || digit > 9) {
+                m_state = After;
                 return;
             }
             m_state = Within;
@@ -87,7 +95,7 @@ private:
         return character == ' ' || (character >= 9 && character <= 13);
     }
 
-    enum { Before, Within, Behind } m_state = Before;
+    enum { Before, Within, After } m_state = Before;
     bool m_hasDigit = false;
     std::size_t m_value = 0;
 };
@@ -105,10 +113,12 @@ const char *enterFirstSheet(XmlElementReader &reader)
 class SheetReader
 {
 public:
-    SheetReader(QIODevice *device, const std::vector<QString> &sharedStrings, TestDataSet *dataSet)
+    SheetReader(QIODevice *device, const std::vector<QString> &sharedStrings, TestDataSet *dataSet,
+                XlsxBudget *budget)
         : m_reader(device)
         , m_sharedStrings(sharedStrings)
         , m_dataSet(dataSet)
+        , m_budget(budget)
     {
     }
 
@@ -127,7 +137,7 @@ private:
     struct Row
     {
         std::unique_ptr<TestDataRecord> record;
-        // Behind the last cell.
+        // After the last cell.
         unsigned column = 1;
     };
 
@@ -169,7 +179,7 @@ private:
         m_nextRow = number + 1;
     }
 
-    // 0 for a row that does not tell it.
+    // 0 for a row that does not give it.
     unsigned rowNumber()
     {
         const unsigned number = textOf(m_reader.attribute("r")).toUInt();
@@ -180,6 +190,7 @@ private:
 
     Row newRow(unsigned number)
     {
+        bound(m_budget->takeRow());
         Row row = {std::make_unique<TestDataRecord>(m_dataSet, static_cast<int>(number) - 1)};
         row.record->reserve(static_cast<int>(m_width));
         return row;
@@ -204,9 +215,11 @@ private:
         // Cells may come without a reference, or with that of one before.
         checkColumn(static_cast<unsigned>(row.record->count()));
         const std::string_view type = m_reader.attribute("t");
+        m_textsInCells += type == "inlineStr" ? 1 : 0;
+        m_textsOfFormulas += type == "str" ? 1 : 0;
         const bool hasSharedString = !type.empty() && type.front() == 's';
         const QString value = hasSharedString ? takeSharedValue() : takeValue();
-        if (!value.isEmpty() || reserveEmptyCells(1))
+        if (bound(hasSharedString ? m_budget->takeValues(1) : m_budget->takeText(value)))
             row.record->addValue(value);
         row.column = column + 1;
     }
@@ -246,21 +259,20 @@ private:
     // Up to the column.
     void fill(Row &row, unsigned column)
     {
-        if (row.column >= column || !reserveEmptyCells(column - row.column))
+        if (row.column >= column || !bound(m_budget->takeValues(column - row.column)))
             return;
         fillEmptyCells(row.column, column, row.record.get());
         row.column = column;
     }
 
-    bool reserveEmptyCells(quint64 count)
+    bool bound(bool isWithinBudget)
     {
-        m_emptyCells += count;
-        if (m_emptyCells > maxEmptyCells)
-            m_reader.fail(QStringLiteral("The sheet has too many empty cells."));
+        if (!isWithinBudget)
+            m_reader.fail(tooManyValues());
         return !m_reader.hasFailed();
     }
 
-    // Once more: the width may stand behind the rows.
+    // Once more: the width may come after the rows.
     void fillRows()
     {
         if (m_header.record)
@@ -271,6 +283,8 @@ private:
 
     void takeRows(XlsxRows *rows)
     {
+        rows->textsInCells = m_textsInCells;
+        rows->textsOfFormulas = m_textsOfFormulas;
         rows->header = std::move(m_header.record);
         rows->records.reserve(m_rows.size());
         for (Row &row : m_rows)
@@ -280,24 +294,54 @@ private:
     XmlElementReader m_reader;
     const std::vector<QString> &m_sharedStrings;
     TestDataSet *m_dataSet;
+    XlsxBudget *m_budget;
     Row m_header;
     std::vector<Row> m_rows;
     bool m_hasDimension = false;
     unsigned m_width = 0;
     unsigned m_nextRow = 1;
-    quint64 m_emptyCells = 0;
+    int m_textsInCells = 0;
+    int m_textsOfFormulas = 0;
 };
 
 } // namespace
 
-QString readSharedStrings(QIODevice *device, std::vector<QString> *strings)
+XlsxBudget::XlsxBudget(qint64 fileSize)
+    : m_left(minBudget + fileSize * budgetPerByteOfFile)
+{
+}
+
+bool XlsxBudget::takeText(const QString &text)
+{
+    const auto reference = qint64(sizeof(QString));
+    return take(text.isEmpty() ? reference
+                               : reference + textCost + text.size() * qint64(sizeof(QChar)));
+}
+
+bool XlsxBudget::takeRow()
+{
+    return take(rowCost);
+}
+
+bool XlsxBudget::takeValues(qint64 count)
+{
+    return take(count * qint64(sizeof(QString)));
+}
+
+bool XlsxBudget::take(qint64 bytes)
+{
+    m_left -= bytes;
+    return m_left >= 0;
+}
+
+QString readSharedStrings(QIODevice *device, XlsxBudget *budget, std::vector<QString> *strings)
 {
     XmlElementReader reader(device);
     if (reader.enterRoot("sst")) {
         while (reader.enterChild("si")) {
             strings->push_back(takeSharedString(reader));
-            if (strings->size() > maxSharedStrings)
-                reader.fail(QStringLiteral("The workbook has too many texts."));
+            if (!budget->takeText(strings->back()))
+                reader.fail(tooManyValues());
         }
     }
     return reader.finish();
@@ -320,9 +364,9 @@ QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetI
 }
 
 QString readSheet(QIODevice *device, const std::vector<QString> &sharedStrings,
-                  TestDataSet *dataSet, XlsxRows *rows)
+                  TestDataSet *dataSet, XlsxBudget *budget, XlsxRows *rows)
 {
-    return SheetReader(device, sharedStrings, dataSet).read(rows);
+    return SheetReader(device, sharedStrings, dataSet, budget).read(rows);
 }
 
 } // namespace Morvex

@@ -13,7 +13,7 @@
 namespace Morvex {
 namespace {
 
-// The parser looks at a tag anew with each piece of it.
+// The parser looks at a tag again with each piece of it.
 const int pieceSize = 64 * 1024;
 
 // A cell of a sheet holds 32,767 characters at most.

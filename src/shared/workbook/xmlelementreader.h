@@ -14,7 +14,7 @@ namespace Morvex {
 
 /// Moves through the elements of an XML document from outside, which is never in memory as a whole.
 /// Elements go by their names without a prefix. After an error there are no more of them. What the
-/// parser holds is bounded, elements lie at most maxXmlDepth deep, and a document type is an error.
+/// parser holds is bounded, elements are at most maxXmlDepth deep, and a document type is an error.
 /// A reader is made, used and destroyed in one thread, by which the bound counts.
 class XmlElementReader
 {
@@ -31,7 +31,7 @@ public:
     /// The next child of the current element, which becomes the current one. Without another child
     /// the parent is left.
     bool enterChild();
-    /// The same for the next child of that name; those in front of it are skipped.
+    /// The same for the next child of that name; those before it are skipped.
     bool enterChild(std::string_view name);
 
     // Of the element that was entered last, until the reader moves on.
@@ -54,12 +54,12 @@ public:
     /// Ends the reading. The first failure counts.
     void fail(const QString &error);
     bool hasFailed() const { return !m_error.isEmpty(); }
-    /// Reads what is behind the root. Returns an error text, empty on success.
+    /// Reads what is after the root. Returns an error text, empty on success.
     QString finish();
 
 private:
     // What the parser found in a piece of the document, in the order of the document. A start has
-    // the name, and then name and value of each attribute, with a zero byte behind each.
+    // the name, and then name and value of each attribute, with a zero byte after each.
     struct Event
     {
         enum Kind { Start, Text, End } kind;
@@ -84,7 +84,7 @@ private:
     std::size_t m_nextEvent = 0;
     int m_depth = 0;
     bool m_isAtEnd = false;
-    // What the parser met behind the events, and what ended the reading.
+    // What the parser met after the events, and what ended the reading.
     QString m_errorAhead;
     QString m_error;
 };

@@ -74,11 +74,17 @@ void SuiteRun::run(const QStringList &testCases)
     m_result->start(dir.dirName(), dir, m_suite.summary(), m_suite.description());
     if (m_options.randomSeed != 0)
         logRandomOrder();
+    if (m_suite.isRerun())
+        m_result->addResult(TestResult::LOG, QStringLiteral("Rerun of failed test cases"),
+                            QString(), LineInfo(), QString(), -1);
     const QStringList chosen = testCases.isEmpty() ? m_suite.discoverTestCases() : testCases;
     // The log of a run with an unreadable file of tags stays open: it must not look like a whole
     // run.
-    if (runTestCases(TestSuite::shuffled(chosen, m_options.randomSeed), filter.get()))
-        m_result->completed();
+    if (!runTestCases(TestSuite::shuffled(chosen, m_options.randomSeed), filter.get()))
+        return;
+    if (m_suite.beforeEnd())
+        m_suite.beforeEnd()();
+    m_result->completed();
 }
 
 void SuiteRun::logRandomOrder() const
@@ -91,14 +97,30 @@ void SuiteRun::logRandomOrder() const
 
 bool SuiteRun::runTestCases(const QStringList &testCases, FilterInterface *filter)
 {
-    for (const QString &testCase : testCases) {
-        const Decision decision = decide(testCase, filter);
+    for (int i = 0; i < testCases.size(); ++i) {
+        const Decision decision = decide(testCases[i], filter);
         if (decision == Decision::Abort)
             return false;
-        if (decision == Decision::Run && !runWithRetries(testCase))
+        if (decision == Decision::Run && !runWithRetries(testCases[i])) {
+            logLeftOut(testCases.mid(i + 1));
             break;
+        }
     }
     return true;
+}
+
+// Those that the tags keep from running were not left out.
+void SuiteRun::logLeftOut(const QStringList &testCases) const
+{
+    QString error;
+    const QStringList names = m_suite.selectedByTags(testCases, &error);
+    if (names.isEmpty())
+        return;
+    const QString text = names.size() == 1
+                             ? QStringLiteral("1 test case did not run")
+                             : QStringLiteral("%1 test cases did not run").arg(names.size());
+    m_result->addResult(TestResult::LOG, text, names.join(QLatin1Char('\n')), LineInfo(), QString(),
+                        -1);
 }
 
 SuiteRun::Decision SuiteRun::decide(const QString &testCase, FilterInterface *filter) const

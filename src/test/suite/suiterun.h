@@ -44,6 +44,7 @@ private:
     enum class Decision { Run, LeaveOut, Abort };
 
     void logRandomOrder() const;
+    void logLeftOut(const QStringList &testCases) const;
     bool runTestCases(const QStringList &testCases, FilterInterface *filter);
     Decision decide(const QString &testCase, FilterInterface *filter) const;
     void warnOfReservedTags(const QString &testCase, const std::vector<std::string> &tags) const;

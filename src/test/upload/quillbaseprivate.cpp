@@ -68,6 +68,11 @@ bool QuillbasePrivate::waitForWakeUp()
 
 void QuillbasePrivate::send(const TestResult::Entry &entry, QObject *receiver)
 {
+    // Nobody would wait for it, and the queue would grow.
+    if (!worker->isConnected()) {
+        noteIncompleteReport();
+        return;
+    }
     post(new EntryEvent(entry, receiver));
     waitForWakeUp();
 }

@@ -100,7 +100,19 @@ void QuillbaseWorker::connectSocket()
     connect(&socket, &QWebSocket::bytesWritten, this, &QuillbaseWorker::wsBytesWritten);
 }
 
+// One event brings one permit, in however many pieces its bytes leave: with more of them the main
+// thread would post faster than this one sends.
 void QuillbaseWorker::customEvent(QEvent *event)
+{
+    isHandlingEvent = true;
+    hasWritten = false;
+    handleEvent(event);
+    isHandlingEvent = false;
+    if (hasWritten)
+        semaphore->release();
+}
+
+void QuillbaseWorker::handleEvent(QEvent *event)
 {
     switch (static_cast<int>(event->type())) {
     case entryEventType:
@@ -280,7 +292,9 @@ void QuillbaseWorker::wsError(QAbstractSocket::SocketError error)
 
 void QuillbaseWorker::wsBytesWritten(qint64)
 {
-    if (sendStarted)
+    if (isHandlingEvent)
+        hasWritten = sendStarted;
+    else if (sendStarted)
         semaphore->release();
 }
 

@@ -43,6 +43,7 @@ private Q_SLOTS:
 
 private:
     void connectSocket();
+    void handleEvent(QEvent *event);
     void setupConnection(const SetupEvent &setup);
     void handleEntryEvent(const EntryEvent &event);
     void handleEntry(const TestResult::Entry &entry);
@@ -83,6 +84,9 @@ private:
     // The sizes of what the server has not confirmed, by serial.
     std::map<int, int> videoChunks;
     bool isDone = false;
+    bool isHandlingEvent = false;
+    // Whether bytes have left during the event that is being handled.
+    bool hasWritten = false;
 };
 
 } // namespace Morvex

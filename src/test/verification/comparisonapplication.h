@@ -15,8 +15,8 @@ struct ApplicationComparison
     QString error;
 };
 
-/// Hands both pictures to the program of that name in the installation, as PNG files that are gone
-/// afterwards. Waits for it without limit.
+/// Hands both pictures to the program of that name in the installation, as PNG files that are
+/// removed afterwards. Waits for it without limit.
 ApplicationComparison runComparisonApplication(const QString &name, const QStringList &parameters,
                                                const QImage &actual, const QImage &expected);
 

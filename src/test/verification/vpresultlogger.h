@@ -16,7 +16,7 @@ namespace Morvex {
 class RunnerInterface;
 
 /// Holds the results of an attempt back until it is clear that they count. All that is logged in
-/// its life stands in one verification of the log.
+/// its life is one verification of the log.
 class MORVEX_EXPORT VPResultLogger
 {
 public:
@@ -29,7 +29,7 @@ public:
                     const QFileInfo &vpFile);
         ~VPTempEntry() override;
 
-        /// Results that are no failures get the innermost frame of the stack alone.
+        /// Results that are not failures get the innermost frame of the stack alone.
         virtual void add(TestResult *result, const QDateTime &time,
                          const std::vector<LineInfo> &stack, const QString &info) const;
 

@@ -226,22 +226,6 @@ void keepOwner(const QString &fileName, const QSaveFile &file)
         qCDebug(traceReportGen) << "The repaired file has another owner";
 }
 
-// Replaces the file as a whole, so that a full disk leaves it as it was.
-QString save(const QString &fileName, const char *data, qint64 size,
-             const std::vector<WebReportEdit> &edits)
-{
-    if (edits.size() == 1 && edits.front().end == size)
-        return replaceTail(fileName, data, edits.front());
-    QSaveFile file(fileName);
-    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {
-        isWritten = isWritten && writeWhole(&file, piece, length);
-    });
-    if (isWritten)
-        keepOwner(fileName, file);
-    return isWritten && file.commit() ? QString() : writeError(file);
-}
-
 WebReportRepair failedRepair(const QString &error)
 {
     WebReportRepair repair;
@@ -258,7 +242,7 @@ WebReportRepair repairContent(const QString &fileName, const char *data, qint64 
     repair.message = QStringLiteral("Nothing to repair in '%1'").arg(fileName);
     if (edits.edits.empty())
         return repair;
-    const QString error = save(fileName, data, size, edits.edits);
+    const QString error = replaceWebReportData(fileName, data, size, edits.edits);
     if (!error.isEmpty())
         return failedRepair(error);
     repair.isRepaired = true;
@@ -311,6 +295,21 @@ WebReportRepair lockAndRepairWebReport(const QString &directory, std::unique_ptr
         }
     }
     return repairFile(fileName);
+}
+
+QString replaceWebReportData(const QString &fileName, const char *data, qint64 size,
+                             const std::vector<WebReportEdit> &edits)
+{
+    if (edits.size() == 1 && edits.front().end == size)
+        return replaceTail(fileName, data, edits.front());
+    QSaveFile file(fileName);
+    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {
+        isWritten = isWritten && writeWhole(&file, piece, length);
+    });
+    if (isWritten)
+        keepOwner(fileName, file);
+    return isWritten && file.commit() ? QString() : writeError(file);
 }
 
 WebReportEdits webReportEdits(const char *data, qint64 size)

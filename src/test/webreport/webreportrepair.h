@@ -25,7 +25,7 @@ struct WebReportRepair
 
 /// Closes what a run that was killed left open in the data file of the web report in @p directory,
 /// and marks that run as not ended. Entries that are not complete are dropped, and so is what
-/// stands behind the place where a run stops being a document; all other runs stay byte for byte. A
+/// comes after the place where a run stops being a document; all other runs stay byte for byte. A
 /// report that a running process still writes is an error, and so is a file that was damaged in
 /// another way.
 MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
@@ -35,7 +35,7 @@ MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
 MORVEX_EXPORT WebReportRepair lockAndRepairWebReport(const QString &directory,
                                                      std::unique_ptr<FileLock> *lock);
 
-/// A part of a data file, from byte @p begin to byte @p end, and what is to stand in its place.
+/// A part of a data file, from byte @p begin to byte @p end, and what replaces it.
 struct WebReportEdit
 {
     qint64 begin;
@@ -57,6 +57,12 @@ struct WebReportEdits
 
 /// What has to be changed in the @p size bytes of a data file at @p data.
 MORVEX_EXPORT WebReportEdits webReportEdits(const char *data, qint64 size);
+
+/// Makes the edits in a file whose content is at @p data. An error text, empty on success; the file
+/// is as it was then, unless just its end was to be edited. A kill leaves it as it was or edited.
+[[nodiscard]] MORVEX_EXPORT QString replaceWebReportData(const QString &fileName, const char *data,
+                                                         qint64 size,
+                                                         const std::vector<WebReportEdit> &edits);
 
 /// The data file with the edits made.
 MORVEX_EXPORT QByteArray applyWebReportEdits(const char *data, qint64 size,

@@ -154,7 +154,7 @@ WebReportScanner::Outcome WebReportScanner::readEscape()
     return Complete;
 }
 
-// Complete only with a byte behind it: a cut number may have had more digits.
+// Complete only with a byte after it: a cut number may have had more digits.
 WebReportScanner::Outcome WebReportScanner::readNumber()
 {
     if (*m_position == '-')

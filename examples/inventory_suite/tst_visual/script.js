@@ -1,0 +1,2 @@
+application.start("inventory");
+check.point("shelf", {object: "picture", type: "Visual"});

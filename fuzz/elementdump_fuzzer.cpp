@@ -1,0 +1,47 @@
+#include "fuzzinput.h"
+
+#include "shared/browserelement.h"
+#include "shared/requestdumpobject.h"
+#include "shared/uiabstraction/uielement.h"
+
+#include <QDataStream>
+
+using namespace Morvex;
+using UIAbstraction::UIElement;
+
+namespace {
+
+QByteArray dumpOf(const QList<UIElement *> &elements)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream.setVersion(QDataStream::Qt_4_9);
+    stream << elements.size();
+    for (const UIElement *element : elements)
+        element->serialize(&stream);
+    return bytes;
+}
+
+// What was read is written and read again.
+QByteArray writtenAgain(const QByteArray &dump)
+{
+    const QList<UIElement *> elements = UIElement::elementsFromByteArray(dump);
+    const QByteArray bytes = dumpOf(elements);
+    qDeleteAll(elements);
+    return bytes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
+{
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const QByteArray dump = writtenAgain(input);
+    require(writtenAgain(dump) == dump);
+    QString error;
+    const QByteArray xml = convertDumpToXml(dump, &error);
+    require(error.isEmpty());
+    BrowserElement root(nullptr, QStringLiteral("live"));
+    require(BrowserElement::readXML(&root, xml, &error));
+    return 0;
+}

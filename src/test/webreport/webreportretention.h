@@ -1,0 +1,22 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QString>
+
+namespace Morvex {
+
+struct WebReportRetention
+{
+    /// Empty on success.
+    QString error;
+    int removedRuns = 0;
+};
+
+/// Removes all but the latest @p keptRuns runs of each suite from the web report in @p directory,
+/// and the files of the report that no run names then. A kill leaves a report with all of its
+/// runs, or without them and a list of the files, which the next call works off.
+[[nodiscard]] MORVEX_EXPORT WebReportRetention removeOldRuns(const QString &directory,
+                                                             int keptRuns);
+
+} // namespace Morvex
