@@ -144,24 +144,24 @@ QJsonObject comparedTrees(const QString &pointFile, const QString &snapshotFile)
                            .arg(pointFile, error));
     BrowserElement live(nullptr, QStringLiteral("live"));
     if (!BrowserElement::readXMLFile(&live, snapshotFile, &error))
-        return failure(QStringLiteral("The snapshot '%1' could not be read: %2")
-                           .arg(snapshotFile, error));
+        return failure(
+            QStringLiteral("The snapshot '%1' could not be read: %2").arg(snapshotFile, error));
     Results results;
     if (body.compare(&live, &results))
         return failure(QStringLiteral("The verification point and the snapshot do not differ."));
     const Marks marks(results, &body.stored, &live);
-    return {{QStringLiteral("expected"),
-             marks.node(&body.stored).value(QStringLiteral("children")).toArray()},
-            {QStringLiteral("actual"),
-             marks.node(&live).value(QStringLiteral("children")).toArray()}};
+    return {
+        {QStringLiteral("expected"),
+         marks.node(&body.stored).value(QStringLiteral("children")).toArray()},
+        {QStringLiteral("actual"), marks.node(&live).value(QStringLiteral("children")).toArray()}};
 }
 
 } // namespace
 
 bool writeVisualTrees(const QString &pointFile, const QString &snapshotFile)
 {
-    const QByteArray json = QJsonDocument(comparedTrees(pointFile, snapshotFile))
-                                .toJson(QJsonDocument::Compact);
+    const QByteArray json =
+        QJsonDocument(comparedTrees(pointFile, snapshotFile)).toJson(QJsonDocument::Compact);
     return writeFileSafely(snapshotFile + QStringLiteral(".js"),
                            "morvexVisualTrees(" + json + ");\n")
                .outcome == FileWriteResult::Written;
