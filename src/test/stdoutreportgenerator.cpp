@@ -3,6 +3,7 @@
 #include "shared/environment.h"
 #include "test/openreportfile.h"
 #include "test/output/reporttarget.h"
+#include "test/report/countertable.h"
 #include "test/report/iso8601time.h"
 #include "test/report/resultlabels.h"
 #include "test/reportgeneratorshared.h"
@@ -281,23 +282,16 @@ void StdoutReportGenerator::generateSummary()
 {
     if (!m_stream)
         return;
-    const auto counter = [this](const char *key) { return resultCount(QString::fromLatin1(key)); };
-    std::fprintf(m_stream,
-                 "*******************************************************\n"
-                 "Summary:\n"
-                 "Number of Test Cases:\t%4d\n"
-                 "Number of Tests:\t%4d\n"
-                 "Number of Errors:\t%4d\n"
-                 "Number of Fatals:\t%4d\n"
-                 "Number of Fails:\t%4d\n"
-                 "Number of Passes:\t%4d\n"
-                 "Number of Expected Fails:\t%4d\n"
-                 "Number of Unexpected Passes:\t%4d\n"
-                 "Number of Warnings:\t%4d\n"
-                 "*******************************************************\n",
-                 counter("testcases"), counter("tests"), counter("errors"), counter("fatals"),
-                 counter("fails"), counter("passes"), counter("xfails"), counter("xpasses"),
-                 counter("warnings"));
+    const char frame[] = "*******************************************************\n";
+    std::fprintf(m_stream, "%sSummary:\n", frame);
+    for (const CounterRow::Member member :
+         {&Counters::testcases, &Counters::tests, &Counters::errors, &Counters::fatals,
+          &Counters::fails, &Counters::passes, &Counters::xfails, &Counters::xpasses,
+          &Counters::warnings}) {
+        const CounterRow &row = counterRow(member);
+        std::fprintf(m_stream, "Number of %s:\t%4d\n", row.label.data(), resultCount(row.key));
+    }
+    std::fputs(frame, m_stream);
     flush();
 }
 

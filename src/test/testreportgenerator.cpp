@@ -2,6 +2,7 @@
 
 #include "shared/clock.h"
 #include "shared/environment.h"
+#include "test/report/countertable.h"
 #include "test/report/resultlabels.h"
 
 #include <QFile>
@@ -84,7 +85,7 @@ void TestReportGenerator::handleEntry(const TestResult::Entry &entry)
 void TestReportGenerator::handleNow(const TestResult::Entry &entry)
 {
     updateOpenParts(entry);
-    count(entry.type);
+    countResult(m_counters, entry.type);
     if (!updateSections(entry))
         return;
     if (isRetained(entry))
@@ -140,44 +141,6 @@ bool TestReportGenerator::isSummaryWanted()
     return Environment::getVariable("MORVEX_NOREPORTSUMMARY").empty();
 }
 
-void TestReportGenerator::count(TestResult::ResultType type)
-{
-    switch (type) {
-    case TestResult::START_TEST_CASE:
-        ++m_counters.testcases;
-        break;
-    case TestResult::FATAL:
-        ++m_counters.fatals;
-        break;
-    case TestResult::ERROR:
-        ++m_counters.errors;
-        break;
-    case TestResult::PASS:
-        ++m_counters.tests;
-        ++m_counters.passes;
-        break;
-    case TestResult::FAIL:
-        ++m_counters.tests;
-        ++m_counters.fails;
-        break;
-    case TestResult::XFAIL:
-        ++m_counters.tests;
-        ++m_counters.passes;
-        ++m_counters.xfails;
-        break;
-    case TestResult::XPASS:
-        ++m_counters.tests;
-        ++m_counters.fails;
-        ++m_counters.xpasses;
-        break;
-    case TestResult::WARNING:
-        ++m_counters.warnings;
-        break;
-    default:
-        break;
-    }
-}
-
 // False when the entry is the end of a section that is not open, which no format may see.
 bool TestReportGenerator::updateSections(const TestResult::Entry &entry)
 {
@@ -219,51 +182,20 @@ const std::vector<TestResult::Entry> &TestReportGenerator::retainedEntries() con
 
 int TestReportGenerator::resultCount(const QString &key) const
 {
-    struct NamedCounter
-    {
-        QLatin1String key;
-        int Counters::*counter;
-    };
-    static const NamedCounter namedCounters[] = {
-        {QLatin1String("tests"), &Counters::tests},
-        {QLatin1String("fails"), &Counters::fails},
-        {QLatin1String("passes"), &Counters::passes},
-        {QLatin1String("testcases"), &Counters::testcases},
-        {QLatin1String("errors"), &Counters::errors},
-        {QLatin1String("fatals"), &Counters::fatals},
-        {QLatin1String("warnings"), &Counters::warnings},
-        {QLatin1String("xfails"), &Counters::xfails},
-        {QLatin1String("xpasses"), &Counters::xpasses},
-    };
-    for (const NamedCounter &named : namedCounters) {
-        if (key == named.key)
-            return m_counters.*named.counter;
+    for (const CounterRow &row : counterTable()) {
+        if (key == row.key)
+            return m_counters.*row.member;
     }
     return -1;
 }
 
 int TestReportGenerator::resultCount(TestResult::ResultType type) const
 {
-    switch (type) {
-    case TestResult::START_TEST_CASE:
-        return m_counters.testcases;
-    case TestResult::FATAL:
-        return m_counters.fatals;
-    case TestResult::ERROR:
-        return m_counters.errors;
-    case TestResult::PASS:
-        return m_counters.passes;
-    case TestResult::FAIL:
-        return m_counters.fails;
-    case TestResult::XFAIL:
-        return m_counters.xfails;
-    case TestResult::XPASS:
-        return m_counters.xpasses;
-    case TestResult::WARNING:
-        return m_counters.warnings;
-    default:
-        return -1;
+    for (const CounterRow &row : counterTable()) {
+        if (type == row.own && type != TestResult::NONE)
+            return m_counters.*row.member;
     }
+    return -1;
 }
 
 void TestReportGenerator::closeDanglingSections()

@@ -42,6 +42,20 @@ public:
         QString error;
     };
 
+    /// An expected failure is among the passes, an unexpected pass among the fails.
+    struct Counters
+    {
+        int tests = 0;
+        int fails = 0;
+        int passes = 0;
+        int testcases = 0;
+        int errors = 0;
+        int fatals = 0;
+        int warnings = 0;
+        int xfails = 0;
+        int xpasses = 0;
+    };
+
     TestReportGenerator() = default;
     virtual ~TestReportGenerator();
 
@@ -92,19 +106,6 @@ protected:
     bool isAutomatic() const { return m_isAutomatic; }
 
 private:
-    struct Counters
-    {
-        int tests = 0;
-        int fails = 0;
-        int passes = 0;
-        int testcases = 0;
-        int errors = 0;
-        int fatals = 0;
-        int warnings = 0;
-        int xfails = 0;
-        int xpasses = 0;
-    };
-
     /// The part of a run that has begun and not ended.
     struct OpenPart
     {
@@ -123,7 +124,6 @@ private:
         int retry;
     };
 
-    void count(TestResult::ResultType type);
     void updateOpenParts(const TestResult::Entry &entry);
     bool updateSections(const TestResult::Entry &entry);
     void closeDanglingSections();

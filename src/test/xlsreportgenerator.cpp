@@ -3,10 +3,10 @@
 #include "shared/xmltext.h"
 #include "test/output/xmlelement.h"
 #include "test/report/bufferedreport.h"
+#include "test/report/countertable.h"
 #include "test/report/iso8601time.h"
 #include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
-#include "test/report/testcasecounters.h"
 
 #include <QStringList>
 
@@ -17,6 +17,8 @@
 
 namespace Morvex {
 namespace {
+
+using Counters = TestReportGenerator::Counters;
 
 // What a cell takes at most; a program refuses or shortens a longer one.
 const int maxCellLength = 32767;
@@ -133,38 +135,24 @@ QLatin1String styleOf(TestResult::ResultType type)
     return QLatin1String("blue");
 }
 
-struct Label
+// The names in XML, as titles.
+QString labelOf(const CounterRow &row)
 {
-    QLatin1String text;
-    QLatin1String key;
-};
-
-const Label summaryLabels[] = {
-    {QLatin1String("Tests"), QLatin1String("tests")},
-    {QLatin1String("Fails"), QLatin1String("fails")},
-    {QLatin1String("Passes"), QLatin1String("passes")},
-    {QLatin1String("Expected_fails"), QLatin1String("xfails")},
-    {QLatin1String("Unexpected_passes"), QLatin1String("xpasses")},
-    {QLatin1String("Testcases"), QLatin1String("testcases")},
-    {QLatin1String("Errors"), QLatin1String("errors")},
-    {QLatin1String("Fatals"), QLatin1String("fatals")},
-    {QLatin1String("Warnings"), QLatin1String("warnings")},
-};
+    const QString name = row.name;
+    return name.left(1).toUpper() + name.mid(1);
+}
 
 // Passes and fails always, the others when there are any: the cell is read at a glance.
-QString countsText(const TestCaseCounters &counters)
+QString countsText(const Counters &counters)
 {
-    QStringList counts{QStringLiteral("Passes: %1").arg(counters.passes),
-                       QStringLiteral("Fails: %1").arg(counters.fails)};
-    const auto addIfAny = [&counts](const QString &label, int count) {
-        if (count > 0)
-            counts += label.arg(count);
-    };
-    addIfAny(QStringLiteral("Expected_fails: %1"), counters.xfails);
-    addIfAny(QStringLiteral("Unexpected_passes: %1"), counters.xpasses);
-    addIfAny(QStringLiteral("Errors: %1"), counters.errors);
-    addIfAny(QStringLiteral("Fatals: %1"), counters.fatals);
-    addIfAny(QStringLiteral("Warnings: %1"), counters.warnings);
+    QStringList counts;
+    for (const CounterRow::Member member :
+         {&Counters::passes, &Counters::fails, &Counters::xfails, &Counters::xpasses,
+          &Counters::errors, &Counters::fatals, &Counters::warnings}) {
+        if (counts.size() < 2 || counters.*member > 0)
+            counts +=
+                QStringLiteral("%1: %2").arg(labelOf(counterRow(member))).arg(counters.*member);
+    }
     return QLatin1String(" (") + counts.join(QLatin1String(", ")) + QLatin1Char(')');
 }
 
@@ -249,13 +237,14 @@ XmlElement summarySheet(const TestReportGenerator &generator)
 {
     XmlElement table(tableName);
     table.addAttribute(QLatin1String("ss:ExpandedColumnCount"), 2);
-    table.addAttribute(QLatin1String("ss:ExpandedRowCount"), int(std::size(summaryLabels)));
+    table.addAttribute(QLatin1String("ss:ExpandedRowCount"), int(counterTable().size()));
     table.addChild(
         elementWith(QLatin1String("Column"), QLatin1String("ss:Width"), summaryLabelWidth));
-    for (const Label &label : summaryLabels) {
+    for (const CounterRow &counter : counterTable()) {
+        const int count = generator.resultCount(counter.key);
         XmlElement row(rowName);
-        row.addChild(createStyleCell(label.text, stringType, QLatin1String("bold")));
-        row.addChild(createCell(QString::number(generator.resultCount(label.key)), numberType));
+        row.addChild(createStyleCell(labelOf(counter), stringType, QLatin1String("bold")));
+        row.addChild(createCell(QString::number(count), numberType));
         table.addChild(std::move(row));
     }
     XmlElement worksheet = worksheetElement(QStringLiteral("Summary"));
@@ -274,7 +263,7 @@ struct XlsReportGenerator::Private
     // The start of the current test case, held back until its counts are known.
     std::optional<TestResult::Entry> startOfTestCase;
     bool hasTestCase = false;
-    TestCaseCounters counters;
+    Counters counters;
     Iso8601Time times;
 
     XmlElement rowElement(const TestResult::Entry &entry, const QString &message);
@@ -309,7 +298,7 @@ void XlsReportGenerator::doHandleEntry(const TestResult::Entry &entry)
         d->startTestCase(entry);
         return;
     }
-    d->counters.count(entry.type);
+    countResult(d->counters, entry.type);
     d->rows.append(d->serializedRow(d->rowElement(entry, showControls(entry.message))));
 }
 

@@ -1,8 +1,8 @@
 #include "test/xmlreportgenerator.h"
 
 #include "test/report/bufferedreport.h"
+#include "test/report/countertable.h"
 #include "test/report/openreport.h"
-#include "test/report/testcasecounters.h"
 #include "test/report/testresultelement.h"
 
 #include <optional>
@@ -28,7 +28,7 @@ struct XmlReportGenerator::Private
     BufferedReport results;
     // The start of the current test case, held back until its counts are known.
     std::optional<XmlElement> startNode;
-    TestCaseCounters counters;
+    Counters counters;
     Iso8601Time times;
 
     void populateStartNode();
@@ -52,7 +52,7 @@ TestReportGenerator::Result XmlReportGenerator::create(const QString &path)
 
 void XmlReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    d->counters.count(entry.type);
+    countResult(d->counters, entry.type);
     if (entry.type != TestResult::START_TEST_CASE) {
         d->results.append(serialized(testResultElement(entry, d->times)));
         return;
@@ -67,13 +67,11 @@ void XmlReportGenerator::Private::populateStartNode()
 {
     if (!startNode)
         return;
-    startNode->addAttribute(QLatin1String("passes"), counters.passes)
-        .addAttribute(QLatin1String("fails"), counters.fails)
-        .addAttribute(QLatin1String("expected_fails"), counters.xfails)
-        .addAttribute(QLatin1String("unexpected_passes"), counters.xpasses)
-        .addAttribute(QLatin1String("errors"), counters.errors)
-        .addAttribute(QLatin1String("fatals"), counters.fatals)
-        .addAttribute(QLatin1String("warnings"), counters.warnings);
+    using Counters = TestReportGenerator::Counters;
+    for (const CounterRow::Member member :
+         {&Counters::passes, &Counters::fails, &Counters::xfails, &Counters::xpasses,
+          &Counters::errors, &Counters::fatals, &Counters::warnings})
+        startNode->addAttribute(counterRow(member).name, counters.*member);
     results.fillGap(serialized(*startNode));
     startNode.reset();
 }

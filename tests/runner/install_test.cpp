@@ -1,6 +1,7 @@
 #include "support/files.h"
 #include "support/runnerprocess.h"
 
+#include <QDirIterator>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -22,6 +23,25 @@ QByteArray outputOf(const QString &program, const QStringList &arguments,
     const QByteArray output = process.readAll();
     EXPECT_EQ(process.exitCode(), 0) << program.toStdString() << output.constData();
     return output;
+}
+
+// Each installed header has to compile alone. A file of its own includes each one.
+QByteArray buildOfEachHeader(const QString &folder)
+{
+    QByteArray commands = "set(names)\n";
+    QDirIterator headers(folder, {"*.h"}, QDir::Files, QDirIterator::Subdirectories);
+    while (headers.hasNext())
+        commands += "list(APPEND names \"" +
+                    QDir(folder).relativeFilePath(headers.next()).toUtf8() + "\")\n";
+    return commands +
+           "foreach(name IN LISTS names)\n"
+           "  string(MAKE_C_IDENTIFIER \"${name}\" id)\n"
+           "  file(WRITE \"${CMAKE_BINARY_DIR}/${id}.cpp\" \"#include \\\"${name}\\\"\\n\")\n"
+           "  list(APPEND sources \"${CMAKE_BINARY_DIR}/${id}.cpp\")\n"
+           "endforeach()\n"
+           "add_library(headers OBJECT ${sources})\n"
+           "target_compile_options(headers PRIVATE -fsyntax-only)\n"
+           "target_link_libraries(headers PRIVATE Morvex::qtbackend)\n";
 }
 
 const char consumerSource[] = "#include \"test/testresult.h\"\n"
@@ -50,12 +70,13 @@ TEST(InstallTest, AnotherProjectBuildsAgainstTheInstalledTreeAndTheRunnerRuns)
               "cmake_minimum_required(VERSION 3.25)\nproject(Consumer LANGUAGES CXX)\n"
               "set(CMAKE_CXX_STANDARD 17)\nset(CMAKE_POSITION_INDEPENDENT_CODE ON)\n"
               "find_package(Morvex 1 REQUIRED)\nadd_executable(consumer main.cpp)\n"
-              "target_link_libraries(consumer PRIVATE Morvex::morvex)\n");
+              "target_link_libraries(consumer PRIVATE Morvex::morvex)\n" +
+                  buildOfEachHeader(prefix + "/include/morvex"));
     outputOf("cmake",
              {"-S", dir.filePath("consumer"), "-B", dir.filePath("build"),
               "-DCMAKE_PREFIX_PATH=" + prefix, "-DCMAKE_CXX_COMPILER=" MORVEX_CXX_COMPILER},
              environment);
-    outputOf("cmake", {"--build", dir.filePath("build")}, environment);
+    outputOf("cmake", {"--build", dir.filePath("build"), "--parallel", "2"}, environment);
     EXPECT_EQ(outputOf(dir.filePath("build/consumer"), {}, environment), "works\n");
 
     environment.insert("PKG_CONFIG_PATH", prefix + "/lib/pkgconfig");

@@ -1,6 +1,7 @@
 #include "test/report/testresultelement.h"
 
 #include "shared/xmltext.h"
+#include "test/report/countertable.h"
 #include "test/report/resultlabels.h"
 
 namespace Morvex {
@@ -40,25 +41,9 @@ XmlElement testResultElement(const TestResult::Entry &entry, Iso8601Time &times)
 
 XmlElement summaryElement(const TestReportGenerator &generator)
 {
-    struct Count
-    {
-        QLatin1String attribute;
-        QLatin1String key;
-    };
-    static const Count counts[] = {
-        {QLatin1String("tests"), QLatin1String("tests")},
-        {QLatin1String("fails"), QLatin1String("fails")},
-        {QLatin1String("passes"), QLatin1String("passes")},
-        {QLatin1String("expected_fails"), QLatin1String("xfails")},
-        {QLatin1String("unexpected_passes"), QLatin1String("xpasses")},
-        {QLatin1String("testcases"), QLatin1String("testcases")},
-        {QLatin1String("errors"), QLatin1String("errors")},
-        {QLatin1String("fatals"), QLatin1String("fatals")},
-        {QLatin1String("warnings"), QLatin1String("warnings")},
-    };
     XmlElement element(QLatin1String("summary"));
-    for (const Count &count : counts)
-        element.addAttribute(count.attribute, generator.resultCount(count.key));
+    for (const CounterRow &row : counterTable())
+        element.addAttribute(row.name, generator.resultCount(row.key));
     return element;
 }
 
