@@ -120,8 +120,8 @@ QByteArray coveragePage(const BrowserElement &root)
     for (const BrowserElement *window : windows) {
         if (window->coverageActual(true) == window->coverageExpected(true))
             continue;
-        html += QStringLiteral("<h3>%1</h3>\n<p>%2</p>\n<ul>\n")
-                    .arg(nameOf(*window), meterOf(*window));
+        html +=
+            QStringLiteral("<h3>%1</h3>\n<p>%2</p>\n<ul>\n").arg(nameOf(*window), meterOf(*window));
         appendUnused(*window, &html);
         html += QLatin1String("</ul>\n");
     }

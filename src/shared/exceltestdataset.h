@@ -9,8 +9,8 @@ class XlsWorkbook;
 
 /// A table in a sheet of an .xls workbook, read at construction; in the first sheet for an empty
 /// name. It begins at the first cell with content near the upper left corner and ends at the first
-/// empty header cell and the first empty row. Failures are reported in the message log and leave the
-/// set without records. A date is a number, and a float has six digits.
+/// empty header cell and the first empty row. Failures are reported in the message log and leave
+/// the set without records. A date is a number, and a float has six digits.
 class MORVEX_EXPORT ExcelTestDataSet : public TestDataSet
 {
 public:

@@ -41,7 +41,7 @@ QByteArray buildOfEachHeader(const QString &folder)
            "endforeach()\n"
            "add_library(headers OBJECT ${sources})\n"
            "target_compile_options(headers PRIVATE -fsyntax-only)\n"
-           "target_link_libraries(headers PRIVATE Morvex::qtbackend)\n";
+           "target_link_libraries(headers PRIVATE Morvex::morvex Morvex::qtbackend)\n";
 }
 
 const char consumerSource[] = "#include \"test/testresult.h\"\n"

@@ -18,8 +18,8 @@ unsigned bits(std::initializer_list<TestResult::ResultType> types)
 CounterRow row(CounterRow::Member member, const char *key, const char *name, const char *label,
                std::initializer_list<TestResult::ResultType> types, TestResult::ResultType own)
 {
-    return {member,      QLatin1String(key), QLatin1String(name), QLatin1String(label),
-            bits(types), own};
+    return {member, QLatin1String(key), QLatin1String(name), QLatin1String(label), bits(types),
+            own};
 }
 
 } // namespace
