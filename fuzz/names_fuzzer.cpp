@@ -19,7 +19,8 @@ QStringList linesOf(const QByteArray &content)
 {
     QString text = QString::fromUtf8(content);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    if (text.endsWith(QLatin1Char('\n')))
+    // At the very end a carriage return alone ends the line too.
+    while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
         text.chop(1);
     return text.split(QLatin1Char('\n'));
 }
@@ -38,7 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
 
     const QString path = fuzzInputFile(bytes, size, "names.js");
     const QByteArray before = contentOf(path);
-    if (!checkNamesFileContent(path, before).text.isEmpty() || before.trimmed().isEmpty())
+    if (!checkNamesFileContent(path, before).text.isEmpty() ||
+        QString::fromUtf8(before).trimmed().isEmpty())
         return 0;
     JavaScriptObjectMap map(path);
     map.getSymbolicName(QStringLiteral("{text='Save' window={title='Main'}}"), true);

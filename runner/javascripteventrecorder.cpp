@@ -2,7 +2,10 @@
 
 #include "runner/javascriptcode.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
+#include <cstring>
 
 namespace Morvex {
 namespace {
@@ -18,12 +21,15 @@ struct Method
 {
     const char *recorded;
     const char *printed;
+    // What it takes: "t" for a text, "n" for a number, "*" for either. Two forms at the most.
+    const char *arguments = "";
+    const char *otherArguments = "";
 };
 
 const Method objectMethods[] = {
-    {"click", "click"},
-    {"type", "type"},
-    {"setProperty", "set"},
+    {"click", "click", "", "nn"},
+    {"type", "type", "t", "t"},
+    {"setProperty", "set", "t*", "t*"},
 };
 
 const Method itemMethods[] = {
@@ -47,10 +53,10 @@ const Method *findMethod(const Method (&methods)[size], const QString &name)
 
 QString argumentCode(const EventDataArg &argument)
 {
-    bool isNumber = false;
-    argument.value.toDouble(&isNumber);
-    return argument.kind == EventDataArg::NUMBER && isNumber ? argument.value
-                                                             : javaScriptString(argument.value);
+    static const QRegularExpression number(QStringLiteral("^-?(0|[1-9][0-9]*)(\\.[0-9]+)?\\z"));
+    return argument.kind == EventDataArg::NUMBER && number.match(argument.value).hasMatch()
+               ? argument.value
+               : javaScriptString(argument.value);
 }
 
 QString argumentList(const EventData &event, int first, int end)
@@ -59,6 +65,23 @@ QString argumentList(const EventData &event, int first, int end)
     for (int i = first; i < end; ++i)
         code += argumentCode(event.arguments().at(i));
     return code.join(QLatin1String(", "));
+}
+
+bool fits(const EventDataArg &argument, char form)
+{
+    return form == '*' || (form == 'n') == (argument.kind == EventDataArg::NUMBER);
+}
+
+bool fit(const EventData &event, const char *forms)
+{
+    const auto &arguments = event.arguments();
+    if (arguments.count() != static_cast<int>(std::strlen(forms)))
+        return false;
+    for (int i = 0; i < arguments.count(); ++i) {
+        if (!fits(arguments.at(i), forms[i]))
+            return false;
+    }
+    return true;
 }
 
 QString callCode(const QString &object, const QString &method, const QString &arguments)
@@ -71,15 +94,17 @@ QString found(const QString &objectName)
     return QStringLiteral("find(%1)").arg(objectName);
 }
 
-// The arguments in front say which item, those after it go to its method.
+// The only arguments are those that say which item; an empty text when there are others.
 QString itemCall(const QString &objectName, const EventData &event, const Method &method)
 {
-    const int selectorSize = EventRecorder::hasItemRowAndColumn(event) ? 2 : 1;
-    const int count = event.arguments().count();
-    const QString item =
-        found(objectName) +
-        QStringLiteral(".item(%1)").arg(argumentList(event, 0, std::min(selectorSize, count)));
-    return callCode(item, QString::fromLatin1(method.printed), QString());
+    const auto &arguments = event.arguments();
+    const bool isCell = EventRecorder::hasItemRowAndColumn(event);
+    if (arguments.count() != (isCell ? 2 : 1) || arguments.at(0).value.isEmpty())
+        return {};
+    const QString selector =
+        isCell ? argumentList(event, 0, 2) : javaScriptString(arguments.at(0).value);
+    return callCode(found(objectName) + QStringLiteral(".item(%1)").arg(selector),
+                    QString::fromLatin1(method.printed), QString());
 }
 
 bool isContextFunction(const QString &name)
@@ -107,10 +132,12 @@ QString statementOf(const EventData &event, const QString &objectName)
     if (objectName.isEmpty())
         return isContextFunction(name) ? contextCall(event) : QString();
     const Method *itemMethod = findMethod(itemMethods, name);
-    if (itemMethod && !event.arguments().isEmpty())
+    if (itemMethod)
         return itemCall(objectName, event, *itemMethod);
     const Method *method = findMethod(objectMethods, name);
-    return method ? callCode(found(objectName), QString::fromLatin1(method->printed),
+    const bool isCall =
+        method && (fit(event, method->arguments) || fit(event, method->otherArguments));
+    return isCall ? callCode(found(objectName), QString::fromLatin1(method->printed),
                              argumentList(event, 0, event.arguments().count()))
                   : QString();
 }
@@ -129,9 +156,17 @@ void JavaScriptEventRecorder::recordEvent(const EventData &event)
 {
     const QString objectName = expressionFor(event.objectName());
     const QString statement = statementOf(event, objectName);
-    if (!objectName.isEmpty() && !skipRecordSyncFor(event))
-        append(recordSync(objectName, event, event.snooze()));
+    if (!objectName.isEmpty())
+        append(waitFor(objectName, event));
     append(statement.isEmpty() ? unknownEvent(event) : statement);
+}
+
+// A statement that waits by itself waits no longer than it does in any script.
+QString JavaScriptEventRecorder::waitFor(const QString &objectName, const EventData &event)
+{
+    if (!skipRecordSyncFor(event))
+        return recordSync(objectName, event, event.snooze());
+    return synchronization() == OBJECT_SYNC ? recordSync(objectName, event.snooze()) : QString();
 }
 
 QString JavaScriptEventRecorder::expressionFor(const QString &realName)

@@ -24,6 +24,7 @@ public:
     QString recordCellWait(const QString &objectName, int row, int column, int timeoutMs) override;
 
 private:
+    QString waitFor(const QString &objectName, const EventData &event);
     // Empty for an event that is of no object.
     QString expressionFor(const QString &realName);
     void append(const QString &statement);

@@ -6,6 +6,7 @@
 #include "shared/writefile.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <sys/stat.h>
 
@@ -62,9 +63,19 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+// An earlier copy holds what an earlier recording could not save.
+QString freeCopyName(const QString &wanted)
+{
+    QString name = wanted;
+    for (int number = 2; QFileInfo::exists(name); ++number)
+        name = wanted + QLatin1Char('_') + QString::number(number);
+    return name;
+}
+
 QString inOneLine(QString text)
 {
-    return text.replace(QLatin1Char('\t'), QLatin1String("\\t"))
+    return text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+        .replace(QLatin1Char('\t'), QLatin1String("\\t"))
         .replace(QLatin1Char('\n'), QLatin1String("\\n"));
 }
 
@@ -172,15 +183,21 @@ NamesFileError JavaScriptObjectMap::error() const
 
 QString JavaScriptObjectMap::saveOrKeep() const
 {
-    if (save())
-        return {};
-    const QByteArray code = unsavedCode().toUtf8();
-    const QString copy = scriptPath() + QLatin1String(".unsaved");
+    const NamesFileError unusable = checkNamesFileContent(scriptPath(), contentOf(scriptPath()));
+    if (!unusable.text.isEmpty())
+        return keep(getScriptCode(), unusable.toString());
+    return save() ? QString() : keep(unsavedCode(), saveError());
+}
+
+QString JavaScriptObjectMap::keep(const QString &text, const QString &reason) const
+{
+    const QByteArray code = text.toUtf8();
+    const QString copy = freeCopyName(scriptPath() + QLatin1String(".unsaved"));
     if (writeFileSafely(copy, code).outcome == FileWriteResult::Written)
-        return QStringLiteral("%1; the names are in '%2' instead").arg(saveError(), copy);
+        return QStringLiteral("%1; the names are in '%2' instead").arg(reason, copy);
     for (const QByteArray &line : code.split('\n'))
         printLine(QString::fromUtf8(line));
-    return QStringLiteral("%1; the names are printed above instead").arg(saveError());
+    return QStringLiteral("%1; the names are printed above instead").arg(reason);
 }
 
 bool JavaScriptObjectMap::scriptedNamesDump(QString *dump) const

@@ -44,6 +44,7 @@ private:
     struct Contents;
 
     const Contents &contents() const;
+    QString keep(const QString &text, const QString &reason) const;
 
     mutable std::unique_ptr<Contents> m_contents;
 };

@@ -15,17 +15,29 @@ namespace {
 
 using SymbolicName = ScriptedObjectMap::ScriptedSymbolicName;
 
-// The object with the names of the map that it refers to replaced by those of the names file.
-ObjectName translated(const ObjectName &name, const QMap<QString, QString> &migrated)
+using PropertyValue = ObjectName::PropertyValue;
+using Names = QMap<QString, ObjectName>;
+
+// The object with the names of the map that it refers to replaced by those of the names file. False
+// while one of them is not known to be there: its text may be that of another one in the file.
+bool translate(ObjectName *name, const Names &table, const QMap<QString, QString> &migrated)
 {
-    if (!name.isMultiProperty())
-        return name;
-    auto properties = name.properties();
-    for (auto &value : properties) {
-        if (migrated.contains(value.text))
+    auto properties = name->properties();
+    for (PropertyValue &value : properties) {
+        if (value.kind == PropertyValue::REFERENCE && !ObjectName::isSymbolicName(value.text)) {
+            ObjectName inner(value.text);
+            if (!translate(&inner, table, migrated))
+                return false;
+            value.text = inner.qualifiedName();
+        } else if (migrated.contains(value.text)) {
             value.text = QLatin1Char(':') + migrated.value(value.text);
+        } else if (table.contains(value.text)) {
+            return false;
+        }
     }
-    return ObjectName(properties);
+    if (name->isMultiProperty())
+        *name = ObjectName(properties);
+    return true;
 }
 
 class Migration
@@ -42,7 +54,7 @@ public:
 
 private:
     void findKnownNames();
-    bool findKnownName(const QString &name, const ObjectName &object);
+    bool findKnownName(const QString &name, ObjectName object);
     void reserveKeys();
     int save(int count);
     void report(int count) const;
@@ -72,22 +84,30 @@ int Migration::run()
 }
 
 // Names that an earlier migration, or a recording, has brought into the file. One that refers to
-// another is found after it.
+// another is found after it, so what is left is looked at again as long as some are found.
 void Migration::findKnownNames()
 {
-    const auto table = m_map.names();
-    for (bool hasFound = true; hasFound;) {
-        hasFound = false;
-        for (auto entry = table.begin(); entry != table.end(); ++entry)
-            hasFound = findKnownName(entry.key(), *entry) || hasFound;
+    if (m_names.existingSymbolicNames().isEmpty())
+        return;
+    const Names table = m_map.names();
+    QStringList left = table.keys();
+    for (int before = -1; before != left.size();) {
+        before = left.size();
+        QStringList unknown;
+        for (const QString &name : left) {
+            if (!findKnownName(name, table.value(name)))
+                unknown += name;
+        }
+        // Chains of references are found from their ends, in whichever order they are named.
+        left = QStringList(unknown.rbegin(), unknown.rend());
     }
 }
 
-bool Migration::findKnownName(const QString &name, const ObjectName &object)
+bool Migration::findKnownName(const QString &name, ObjectName object)
 {
-    if (m_migrated.contains(name))
+    if (m_migrated.contains(name) || !translate(&object, m_map.names(), m_migrated))
         return false;
-    const SymbolicName known = m_names.existingSymbolicName(translated(object, m_migrated));
+    const SymbolicName known = m_names.existingSymbolicName(object);
     if (known.isEmpty())
         return false;
     m_migrated.insert(name, known.text());
@@ -101,7 +121,7 @@ void Migration::reserveKeys()
     const QStringList used = m_migrated.values();
     for (const SymbolicName &key : m_names.existingSymbolicNames()) {
         if (!used.contains(key.text()))
-            m_migrated.insert(key.text(), key.text());
+            m_migrated.insert(QLatin1String("reserved ") + key.text(), key.text());
     }
 }
 
@@ -111,6 +131,11 @@ int Migration::save(int count)
     const QString error = m_names.saveOrKeep();
     if (!error.isEmpty()) {
         printMessage(error);
+        return ExitUnusable;
+    }
+    const NamesFileError broken = m_names.error();
+    if (!broken.text.isEmpty()) {
+        printMessage(broken.toString());
         return ExitUnusable;
     }
     if (!m_names.hasSymbolicName(created.last().first)) {

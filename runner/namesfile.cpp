@@ -1,5 +1,6 @@
 #include "runner/namesfile.h"
 
+#include "objectmodel/objectname.h"
 #include "runner/enginewatch.h"
 #include "runner/resources.h"
 
@@ -48,6 +49,20 @@ NamesFileError thrown(const ScriptEngine::Outcome &outcome, const QString &path,
                     .arg(longestRun.count()),
                 place};
     return {outcome.value.toString(), place};
+}
+
+// What the grammar of names refuses has no line any more.
+NamesFileError firstInvalidName(const QString &path,
+                                const std::vector<std::pair<QString, QString>> &definitions)
+{
+    for (const auto &definition : definitions) {
+        const ObjectName name(definition.second);
+        if (!name.isValid())
+            return {QStringLiteral("names.%1 is not a valid name: %2")
+                        .arg(definition.first, name.error()),
+                    LineInfo(path, 0)};
+    }
+    return {};
 }
 
 } // namespace
@@ -104,9 +119,10 @@ NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, con
                               : QStringLiteral("since the suite has no names file '%1'").arg(path);
     global.setProperty(QStringLiteral("names"),
                        names.property(QStringLiteral("reading")).callWithInstance(names, {where}));
+    const auto definitions = pairsOf(names.property(QStringLiteral("lines")));
     if (lines)
-        *lines = pairsOf(names.property(QStringLiteral("lines")));
-    return error;
+        *lines = definitions;
+    return firstInvalidName(path, definitions);
 }
 
 } // namespace Morvex

@@ -97,7 +97,7 @@ public:
             if (action == QLatin1String("collapse"))
                 return setExpanded(tree, false);
             if (action == QLatin1String("toggle"))
-                return setExpanded(tree, !tree->isExpanded(m_index));
+                return setExpanded(tree, !tree->isExpanded(m_index.sibling(m_index.row(), 0)));
         }
         if (action == QLatin1String("click"))
             return click(ClickKind::Single);
@@ -163,7 +163,7 @@ private:
         const QString error = whyBlocked(tree);
         if (error.isEmpty()) {
             tree->scrollTo(m_index);
-            tree->setExpanded(m_index, expanded);
+            tree->setExpanded(m_index.sibling(m_index.row(), 0), expanded);
             turnEventLoop(0);
         }
         return error;
@@ -172,10 +172,10 @@ private:
     QString click(ClickKind kind)
     {
         m_view->scrollTo(m_index);
-        const QRect place = m_view->visualRect(m_index);
+        const QRect place = m_view->visualRect(m_index).intersected(m_view->viewport()->rect());
         if (place.isEmpty())
             return QStringLiteral("the item is hidden");
-        return clickObject(m_view, place.intersected(m_view->viewport()->rect()).center(), kind);
+        return clickObject(m_view, place.center(), kind);
     }
 
     QPointer<QAbstractItemView> m_view;
@@ -292,7 +292,7 @@ private:
         return menu->actions();
     }
 
-    QAction *m_action = nullptr;
+    QPointer<QAction> m_action;
 };
 
 // Null for an object without items.

@@ -21,7 +21,7 @@ class MORVEX_EXPORT EventRecorder
 {
 public:
     /// How recorded code waits for the application.
-    enum Synchronization {
+    enum Synchronization : int {
         NO_SYNC = 0,
         /// For the time that passed while recording.
         SNOOZE_SYNC = 1,

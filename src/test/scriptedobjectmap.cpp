@@ -19,6 +19,7 @@ namespace {
 
 const QLatin1String insertionMarker("MORVEX_INSERT_OBJECT_NAMES_HERE");
 
+// By its text alone too, also a pattern that begins with ":".
 bool isReference(const ObjectName::PropertyValue &value)
 {
     return value.kind == ObjectName::PropertyValue::REFERENCE ||
@@ -30,9 +31,11 @@ QStringList symbolicReferences(const ObjectName &name)
 {
     QStringList references;
     for (const ObjectName::PropertyValue &value : name.properties()) {
+        if (!isReference(value))
+            continue;
         if (ScriptedObjectMap::isSymbolicName(value.text))
             references += value.text;
-        else if (isReference(value))
+        else
             references += symbolicReferences(ObjectName(value.text));
     }
     return references;
@@ -151,7 +154,10 @@ struct ScriptedObjectMap::Private
 
     // While names are migrated; null otherwise.
     const QMap<QString, QString> *migrated = nullptr;
+    // Of the map that migratedBefore names when it had migratedCount names.
     QSet<QString> migratedIdentifiers;
+    const void *migratedBefore = nullptr;
+    int migratedCount = 0;
     QStringList danglingReferences;
 
     QString saveError;
@@ -320,6 +326,10 @@ QString ScriptedObjectMap::referenceCode(const ObjectName::PropertyValue &value,
     if (d->migrated && d->migrated->contains(value.text))
         return semiQualifiedSymbolicName(ScriptedSymbolicName(d->migrated->value(value.text)))
             .text();
+    // A name that can't be migrated, or is being migrated, must not become another one that happens
+    // to have got its text.
+    if (d->migrated && isSymbolicName(value.text))
+        return literalSymbolicName(value.text);
     if (inlineRefs)
         return createScriptedRealName(ObjectName(value.text), symbolicRefs, true).text();
     return getSymbolicName(value.text, symbolicRefs);
@@ -356,28 +366,33 @@ void ScriptedObjectMap::migrateName(const ObjectMap &map, const QString &name,
     if (migrated.contains(name) || !table.contains(name))
         return;
     const ResolutionScope scope(d.get());
+    if (d->migratedCount != migrated.size() || d->migratedBefore != &migrated)
+        d->migratedIdentifiers = QSet<QString>(migrated.cbegin(), migrated.cend());
     d->migrated = &migrated;
     visitInOrderOfReference(
         name, &d->underWay,
         [&](const QString &each) { return symbolicReferences(table.value(each)); },
         [&](const QString &reference) {
-            if (!table.contains(reference) && !d->danglingReferences.contains(reference))
+            if (!table.contains(reference) && !migrated.contains(reference) &&
+                !d->danglingReferences.contains(reference))
                 d->danglingReferences += reference;
             return table.contains(reference) && !migrated.contains(reference);
         },
         [&](const QString &each) { migrateOne(each, table.value(each), migrated); });
     d->migrated = nullptr;
+    d->migratedBefore = &migrated;
+    d->migratedCount = migrated.size();
 }
 
 // What the name refers to has been migrated, but for names that refer back to it.
 void ScriptedObjectMap::migrateOne(const QString &name, const ObjectName &object,
                                    QMap<QString, QString> &migrated)
 {
-    if (d->migratedIdentifiers.size() != migrated.size())
-        d->migratedIdentifiers = QSet<QString>(migrated.cbegin(), migrated.cend());
+    // Names within names have been created on the way.
     const QString candidate =
         firstFreeName(identifierFromName(name.mid(1)).text(), [this](const QString &text) {
-            return d->migratedIdentifiers.contains(text);
+            return d->migratedIdentifiers.contains(text) ||
+                   d->createdSymbols.contains(ScriptedSymbolicName(text));
         });
     addCreatedName(ScriptedSymbolicName(candidate), createScriptedRealName(object, true, false));
     migrated.insert(name, candidate);
@@ -439,6 +454,10 @@ QString ScriptedObjectMap::writeScript(const QString &code) const
     const QString dir = QFileInfo(d->scriptPath).path();
     if (!QDir(dir).mkpath(QStringLiteral(".")))
         return QStringLiteral("%1: the directory could not be created").arg(dir);
+    QFile current(d->scriptPath);
+    // What can't be read would be taken for nothing, and replaced.
+    if (current.exists() && !current.open(QIODevice::ReadOnly))
+        return QStringLiteral("%1: %2").arg(d->scriptPath, current.errorString());
     const FileWriteResult written = writeFileSafely(d->scriptPath, code.toUtf8());
     return written.outcome == FileWriteResult::Written
                ? QString()

@@ -105,6 +105,10 @@ TEST_F(JavaScriptEventRecorderTest, AnEventThatScriptsCanNotRepeatIsSeenInTheScr
 {
     EXPECT_EQ(recorded(EventRecorder::NO_SYNC, nullptr, {action("a\nb", "swipe", {text("\n")})}),
               QStringList("// Not recorded: \"swipe\" of \"a\\nb\" with (\"\\n\")"));
+    for (const EventData &event :
+         {action("a", "click", {number(1)}), action("a", "type"),
+          action("a", "clickItem", {text("")}), action("a", "clickItem", {text("b"), text("c")})})
+        EXPECT_TRUE(recorded(EventRecorder::NO_SYNC, nullptr, {event}).value(0).startsWith("// "));
 }
 
 TEST_F(JavaScriptEventRecorderTest, ScriptsUseItemsAsUsersDo)

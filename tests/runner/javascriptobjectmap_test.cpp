@@ -2,6 +2,7 @@
 
 #include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/runnerprocess.h"
 
 #include <gtest/gtest.h>
 
@@ -189,6 +190,26 @@ TEST_F(JavaScriptObjectMapTest, NamesOfAnObjectMapFollowTheirReferencesToAnyLeng
     EXPECT_EQ(resolved.createdNames().size(), length + 1);
     ASSERT_TRUE(resolved.save());
     EXPECT_EQ(resolved.error().toString(), "");
+}
+
+TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
+{
+    RunnerProcess runner;
+    runner.addFile("objects.map", ":A\t{text='OK' window={text='Dialog'}}\n"
+                                  ":B\t{x='1' window=':save'}\n"
+                                  ":Dialog\t{text='Other'}\n"
+                                  ":Save\t{text='Save'}\n");
+    const QString names = runner.suitePath() + "/names.js";
+    for (int pass = 0; pass < 2; ++pass) {
+        EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
+        const QByteArray code = readFile(names);
+        EXPECT_TRUE(code.contains("\nnames.dialog = {text: \"Dialog\"};\n"
+                                  "names.a = {text: \"OK\", window: names.dialog};\n"
+                                  "names.b = {window: \":save\", x: \"1\"};\n"
+                                  "names.dialog_2 = {text: \"Other\"};\n"
+                                  "names.save = {text: \"Save\"};\n// MORVEX"))
+            << code.toStdString();
+    }
 }
 
 TEST_F(JavaScriptObjectMapTest, ASerializedMapKeepsItsNames)
