@@ -51,7 +51,7 @@ NamesFileError thrown(const ScriptEngine::Outcome &outcome, const QString &path,
     return {outcome.value.toString(), place};
 }
 
-// What the grammar of names refuses has no line any more.
+// What the grammar of names refuses. Its line is not known here.
 NamesFileError firstInvalidName(const QString &path,
                                 const std::vector<std::pair<QString, QString>> &definitions)
 {
