@@ -74,9 +74,26 @@ QString freeCopyName(const QString &wanted)
 
 QString inOneLine(QString text)
 {
-    return text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+    return text.replace(namesFileReference({}), QLatin1String(":"))
+        .replace(QLatin1Char('\\'), QLatin1String("\\\\"))
         .replace(QLatin1Char('\t'), QLatin1String("\\t"))
         .replace(QLatin1Char('\n'), QLatin1String("\\n"));
+}
+
+// The name with ":" before names of the file as the reference that it is.
+ObjectName withReferences(const ObjectName &name, const QSet<SymbolicName> &keys)
+{
+    if (!name.isMultiProperty())
+        return name;
+    auto properties = name.properties();
+    for (PropertyValue &value : properties) {
+        const QString key = value.text.mid(1);
+        if (ObjectName::isSymbolicName(value.text) && keys.contains(SymbolicName(key)))
+            value.text = namesFileReference(key);
+        else if (value.kind == PropertyValue::REFERENCE)
+            value.text = withReferences(ObjectName(value.text), keys).qualifiedName();
+    }
+    return ObjectName(properties);
 }
 
 } // namespace
@@ -93,8 +110,8 @@ struct JavaScriptObjectMap::Contents
 
     void load(const QString &path);
 
-    // The text of a name in which each object that the file defines, in whatever words, is
-    // replaced by the first name for it.
+    // The text of a name in which each object that it refers to, by a name of the file or in words
+    // of its own, is replaced by a number for that object.
     QString canonical(const ObjectName &name) const;
     QString firstNameOf(const ObjectName &name) const
     {
@@ -105,8 +122,12 @@ private:
     PropertyValue canonicalValue(const PropertyValue &value) const;
     void add(const QString &key, const QString &realName);
 
+    int numberOf(const QString &canonicalName) const;
+
     QHash<QString, QString> keysByCanonical;
-    QHash<QString, QString> firstKeys;
+    QHash<QString, int> numbersByKey;
+    // Of names of the file and of those that were asked for.
+    mutable QHash<QString, int> numbers;
 };
 
 void JavaScriptObjectMap::Contents::load(const QString &path)
@@ -124,22 +145,25 @@ void JavaScriptObjectMap::Contents::add(const QString &key, const QString &realN
     const QString text = canonical(ObjectName(realName));
     if (!keysByCanonical.contains(text))
         keysByCanonical.insert(text, key);
-    firstKeys.insert(key, keysByCanonical.value(text));
+    numbersByKey.insert(key, numberOf(text));
+}
+
+int JavaScriptObjectMap::Contents::numberOf(const QString &canonicalName) const
+{
+    const auto known = numbers.constFind(canonicalName);
+    return known != numbers.constEnd() ? *known : *numbers.insert(canonicalName, numbers.size());
 }
 
 PropertyValue JavaScriptObjectMap::Contents::canonicalValue(const PropertyValue &value) const
 {
-    if (isSymbolicName(value.text)) {
-        const QString key = value.text.mid(1);
-        return {PropertyValue::EXACT, QLatin1Char(':') + firstKeys.value(key, key)};
-    }
-    if (value.kind != PropertyValue::REFERENCE)
-        return value;
-    const QString text = canonical(ObjectName(value.text));
-    const auto known = keysByCanonical.find(text);
-    if (known == keysByCanonical.end())
-        return {PropertyValue::REFERENCE, text};
-    return {PropertyValue::EXACT, QLatin1Char(':') + *known};
+    const auto byNumber = [](int number) {
+        return PropertyValue{PropertyValue::EXACT, namesFileReference(QString::number(number))};
+    };
+    if (isNamesFileReference(value.text))
+        return byNumber(numbersByKey.value(value.text.mid(1), -1));
+    return value.kind == PropertyValue::REFERENCE
+               ? byNumber(numberOf(canonical(ObjectName(value.text))))
+               : value;
 }
 
 QString JavaScriptObjectMap::Contents::canonical(const ObjectName &name) const
@@ -225,6 +249,11 @@ SymbolicName JavaScriptObjectMap::semiQualifiedSymbolicName(const SymbolicName &
 }
 
 SymbolicName JavaScriptObjectMap::existingSymbolicName(const ObjectName &name) const
+{
+    return definedName(withReferences(name, contents().names));
+}
+
+SymbolicName JavaScriptObjectMap::definedName(const ObjectName &name) const
 {
     return SymbolicName(contents().firstNameOf(name));
 }

@@ -19,6 +19,10 @@ public:
     /// an error the file has no names, and saving would add definitions that nothing reads.
     NamesFileError error() const;
 
+    /// The name under which the file defines an object that refers to others by namesFileReference
+    /// alone; empty when it doesn't.
+    ScriptedSymbolicName definedName(const ObjectName &name) const;
+
     /// Saves. When that fails, what was to be written is kept in a file beside the names file, or
     /// else printed, and the error text says so. Empty on success.
     QString saveOrKeep() const;

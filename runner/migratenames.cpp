@@ -30,7 +30,7 @@ bool translate(ObjectName *name, const Names &table, const QMap<QString, QString
                 return false;
             value.text = inner.qualifiedName();
         } else if (migrated.contains(value.text)) {
-            value.text = QLatin1Char(':') + migrated.value(value.text);
+            value.text = namesFileReference(migrated.value(value.text));
         } else if (table.contains(value.text)) {
             return false;
         }
@@ -107,7 +107,7 @@ bool Migration::findKnownName(const QString &name, ObjectName object)
 {
     if (m_migrated.contains(name) || !translate(&object, m_map.names(), m_migrated))
         return false;
-    const SymbolicName known = m_names.existingSymbolicName(object);
+    const SymbolicName known = m_names.definedName(object);
     if (known.isEmpty())
         return false;
     m_migrated.insert(name, known.text());

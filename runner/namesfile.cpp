@@ -14,6 +14,9 @@ namespace {
 const std::chrono::seconds longestRun(10);
 const int utf8Mib = 106;
 
+// As in scriptnames.js.
+const QChar referenceMark(1);
+
 int lineOf(const QByteArray &content, int position)
 {
     return 1 + content.left(position).count('\n');
@@ -81,6 +84,16 @@ QJSValue installNameFunctions(ScriptEngine *engine)
 {
     return engine->runInternal(resourceText(QStringLiteral("scriptnames.js")))
         .call({engine->engine().globalObject()});
+}
+
+QString namesFileReference(const QString &key)
+{
+    return referenceMark + key;
+}
+
+bool isNamesFileReference(const QString &text)
+{
+    return text.startsWith(referenceMark);
 }
 
 NamesFileError checkNamesFileContent(const QString &path, const QByteArray &content)

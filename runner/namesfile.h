@@ -32,6 +32,11 @@ struct NamesFileError
 /// would lose what it holds when names are added to it.
 NamesFileError checkNamesFileContent(const QString &path, const QByteArray &content);
 
+/// What a real name of runNamesFile has in place of the text of an object that the file defines
+/// under @p key.
+QString namesFileReference(const QString &key);
+bool isNamesFileReference(const QString &text);
+
 /// Runs the names file in @p engine and defines the global "names". @p functions are those of
 /// installNameFunctions. A file that does not exist defines no name. @p lines, which may be null,
 /// gets a pair of name and real name for each definition, in the order of the file.

@@ -3,6 +3,10 @@
 (function (global) {
     "use strict";
 
+    // Before a name of the file, in the text of a name that refers to it: ":" may begin a text of the
+    // file itself.
+    var reference = "\u0001";
+
     // More levels and characters than any window needs. Names that share what they refer to could
     // have texts of any length.
     var maxDepth = 100;
@@ -86,7 +90,7 @@
         var mark = Symbol("name");
 
         function symbolOf(value) {
-            return Object.prototype.hasOwnProperty.call(value, mark) ? ":" + value[mark] : undefined;
+            return Object.prototype.hasOwnProperty.call(value, mark) ? reference + value[mark] : undefined;
         }
 
         function markFirstName(value, key) {

@@ -65,6 +65,7 @@ TEST_F(JavaScriptEventRecorderTest, WhatItPrintsRuns)
          action("{name='articles' window={name='inventory'}}", "doubleClickItem",
                 {number(3), number(0)}),
          action("{name='articles' window={name='inventory'}}", "click", {number(5), number(5)}),
+         action("{name='articles' window={name='inventory'}}", "activateItem", {text("Bolts")}),
          action("{type='QMenuBar'}", "clickItem", {text("Stock/Remove")})});
     const QStringList expected{
         "var ctx_0 = currentApplicationContext();",
@@ -76,6 +77,7 @@ TEST_F(JavaScriptEventRecorderTest, WhatItPrintsRuns)
         "find(names.add).click();",
         "find(names.articles).item(3, 0).doubleClick();",
         "find(names.articles).click(5, 5);",
+        "find(names.articles).item(\"Bolts\").activate();",
         "find(names.qMenuBar).item(\"Stock/Remove\").click();",
     };
     EXPECT_EQ(lines, expected);
@@ -99,6 +101,20 @@ TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLo
     EXPECT_EQ(recorded(EventRecorder::SNOOZE_SYNC, nullptr, events).value(1), "snooze(12.0);");
     EXPECT_EQ(recorded(EventRecorder::OBJECT_SYNC, nullptr, events).value(1),
               "find(\"{text='b'}\").item(\"x\", 12000).text();");
+
+    EventData typed = action("{name='name'}", "type", {text("x")});
+    EventData cell = action("{name='articles'}", "clickItem", {number(0), number(1)});
+    typed.setSnooze(11000);
+    cell.setSnooze(100);
+    QStringList lines = recorded(EventRecorder::OBJECT_SYNC, nullptr, {typed});
+    EXPECT_EQ(lines.value(0), "find(\"{name='name'}\", 11000);");
+    lines += recorded(EventRecorder::SNOOZE_SYNC, nullptr, {cell});
+    cell.setSnooze(11000);
+    lines += recorded(EventRecorder::OBJECT_SYNC, nullptr, {cell});
+    EXPECT_EQ(results("application.start('inventory');\n" + lines.join('\n').toUtf8() +
+                      "\ncheck.equal(find('name').get('text'), 'x');"),
+              QStringList("PASS Verification|Got expected 'x'."))
+        << lines.join('\n').toStdString();
 }
 
 TEST_F(JavaScriptEventRecorderTest, AnEventThatScriptsCanNotRepeatIsSeenInTheScript)

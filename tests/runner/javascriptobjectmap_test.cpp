@@ -79,6 +79,17 @@ TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
     EXPECT_EQ(map.getScriptedSymbolicNames().mid(0, 2), QStringList({"saveAs", "saveAs_2"}));
 }
 
+TEST_F(JavaScriptObjectMapTest, AnObjectIsKnownInWhateverWordsAndOrderTheFileDefinesIt)
+{
+    writeFile(path, "names.a = {text: 'a', window: {text: 'W'}};\n"
+                    "names.w = {text: 'W'};\nnames.b = {window: names.w, text: 'b'};\n");
+    JavaScriptObjectMap map(path);
+    EXPECT_EQ(map.getSymbolicName("{text='a' window={text='W'}}", true), "names.a");
+    EXPECT_EQ(map.getSymbolicName("{text='a' window=':w'}", true), "names.a");
+    EXPECT_EQ(map.getSymbolicName("{text='b' window={text='W'}}", true), "names.b");
+    EXPECT_TRUE(map.createdNames().isEmpty());
+}
+
 TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
 {
     const QStringList save{"{text='Save'}"};
