@@ -9,7 +9,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     QStringList tags;
     QMap<QString, QString> settings;
     QMap<QString, QString> passwords;
-    Morvex::tryReadTestConfig(fuzzInputFile(data, size, "config.xml"), &summary, &description,
-                              &tags, &settings, &passwords);
+    const QString error =
+        Morvex::tryReadTestConfig(fuzzInputFile(data, size, "config.xml"), &summary, &description,
+                                  &tags, &settings, &passwords);
+    require(error.isEmpty() || (summary.isEmpty() && tags.isEmpty() && settings.isEmpty()));
     return 0;
 }
