@@ -229,8 +229,8 @@ TEST(ElementGeometryTest, PlacesAreRelativeToValidBasesAndNeverOverflow)
         {ElementGeometry(QRect(10, 20, 3, 4), true), ElementGeometry(QRect(1, 2, 9, 9)),
          QRect(10, 20, 3, 4)},
         {ElementGeometry(QRect(10, 20, 3, 4)), ElementGeometry(), QRect(0, 0, 3, 4)},
-        {ElementGeometry(QRect(max - 1, min, 2, 3)), ElementGeometry(QRect(min, max, 1, 1)),
-         QRect(QPoint(max, min), QPoint(max, min))},
+        {ElementGeometry(QRect(QPoint(max - 1, min), QPoint(max, min + 2))),
+         ElementGeometry(QRect(min, max, 1, 1)), QRect(QPoint(max, min), QPoint(max, min))},
     };
     for (const auto &row : rows) {
         EXPECT_EQ(row.geometry.relativeTo(row.base).rect(), row.expected);
