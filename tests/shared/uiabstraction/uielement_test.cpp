@@ -230,7 +230,8 @@ TEST(ElementGeometryTest, PlacesAreRelativeToValidBasesAndNeverOverflow)
          QRect(10, 20, 3, 4)},
         {ElementGeometry(QRect(10, 20, 3, 4)), ElementGeometry(), QRect(0, 0, 3, 4)},
         {ElementGeometry(QRect(QPoint(max - 1, min), QPoint(max, min + 2))),
-         ElementGeometry(QRect(min, max, 1, 1)), QRect(QPoint(max, min), QPoint(max, min))},
+         ElementGeometry(QRect(QPoint(min, max), QPoint(min, max))),
+         QRect(QPoint(max, min), QPoint(max, min))},
     };
     for (const auto &row : rows) {
         EXPECT_EQ(row.geometry.relativeTo(row.base).rect(), row.expected);
