@@ -3,6 +3,7 @@
 #include "support/files.h"
 #include "support/reportcounts.h"
 #include "support/runnerprocess.h"
+#include "support/uploadserver.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -83,6 +84,25 @@ protected:
             object.insert(member.key(), isPlace ? "x-results" : withoutPlaces(member.value()));
         }
         return object;
+    }
+
+    static void start(QProcess &process, const RunnerProcess &runner, const QStringList &values)
+    {
+        QStringList arguments;
+        for (const QString &value : values)
+            arguments << "--reportgen" << value;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), arguments << runner.suitePath());
+    }
+
+    // Each entry is on standard error when it is sent.
+    static QByteArray waitForEntry(QProcess &process, const QByteArray &type)
+    {
+        QByteArray trace;
+        process.setReadChannel(QProcess::StandardError);
+        while (!trace.contains("\t" + type) && process.waitForReadyRead(60000))
+            trace += process.readAll();
+        return trace;
     }
 
     QProcess server;
@@ -193,6 +213,70 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
     ASSERT_TRUE(server.waitForFinished());
     EXPECT_EQ(runsOf(path("results/p/batches/cut")).size(), 1);
     EXPECT_TRUE(readFile(path("results/p/batches/cut/data/results-v1.js")).contains("Run aborted"));
+}
+
+TEST_F(ResultServerTest, RunsAtOnceOverAnEncryptedLineBecomeEachARunOfTheReport)
+{
+    ASSERT_EQ(QProcess::execute(MORVEX_SOURCE_DIR "/scripts/make-certificate.sh", {path("tls")}),
+              0);
+    startServer({"--certificate", path("tls/server.crt"), "--key", path("tls/server.key")});
+    ASSERT_TRUE(value().contains("https://"));
+    RunnerProcess runners[3];
+    QProcess processes[3];
+    for (int i = 0; i < 3; ++i) {
+        for (int test = 0; test <= i; ++test)
+            runners[i].addTestCase("tst_" + QString::number(test),
+                                   "for (var i = 0; i < 300; ++i) check.that(i % 7, 'm' + i);");
+        start(processes[i], runners[i], {value(), "html," + path("local%1").arg(i)});
+    }
+    QList<QJsonValue> local;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(processes[i].waitForFinished(120000));
+        EXPECT_EQ(processes[i].exitCode(), 1);
+        local.append(runsOf(path("local%1").arg(i))[0]);
+    }
+    const QJsonArray uploaded = runsOf(path("results/demo/report"));
+    EXPECT_EQ(uploaded.size(), 3);
+    for (const QJsonValue &run : local)
+        EXPECT_TRUE(uploaded.contains(run));
+}
+
+TEST_F(ResultServerTest, AKilledRunIsKeptAndTheNextOneIsAdded)
+{
+    startServer();
+    QProcess killed;
+    runner.addTestCase("tst_a", "check.pass('p'); log.info('i'); for (;;) {}");
+    start(killed, runner, {value()});
+    waitForEntry(killed, "LOG");
+    killed.kill();
+    ASSERT_TRUE(killed.waitForFinished());
+    runner.addTestCase("tst_a", "check.pass('p');");
+    EXPECT_EQ(runner.runSuite({"--reportgen", value()}).status, 0);
+    server.terminate();
+    ASSERT_TRUE(server.waitForFinished());
+    const QString report = path("results/demo/report");
+    ASSERT_EQ(runsOf(report).size(), 2);
+    EXPECT_EQ(readFile(report + "/data/results-v1.js").count("Run aborted"), 1);
+}
+
+// The server never answers the end of the test case; meanwhile the child crashes and the run is
+// interrupted.
+TEST_F(ResultServerTest, WhatHappensWhileTheServerIsSilentComesAfterItInAllReports)
+{
+    const UploadServer silent("forgetful");
+    runner.addTestCase("tst_a", "application.start('" MORVEX_AWKWARD_PLUGIN "', 'abortAtExit');");
+    runner.addTestCase("tst_b", "");
+    QProcess process;
+    start(process, runner, {silent.value(), "html," + path("local"), "stdout"});
+    const QByteArray trace = waitForEntry(process, "END_TEST_CASE");
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 130);
+    const QByteArray output = process.readAllStandardOutput();
+    puts(trace + process.readAllStandardError() + output);
+    puts(QJsonDocument(runsOf(path("local"))).toJson());
+    for (const QJsonArray &m : silent.messages())
+        puts(QJsonDocument(m).toJson(QJsonDocument::Compact));
 }
 
 } // namespace

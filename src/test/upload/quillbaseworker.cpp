@@ -82,6 +82,7 @@ QuillbaseWorker::QuillbaseWorker(QSemaphore *wakeUp, const QString &directory,
     , testType(type)
 {
     socket.setMaxAllowedIncomingMessageSize(maxAnswerSize);
+    socket.setMaxAllowedIncomingFrameSize(maxAnswerSize);
     connectSocket();
 }
 
@@ -301,8 +302,11 @@ void QuillbaseWorker::wsBytesWritten(qint64)
 // Whoever waits, waits for a line that is dead. The word is stored first: who is woken reads it.
 void QuillbaseWorker::endUpload()
 {
-    if (connected.exchange(0) != 0 && !isDone)
+    if (connected.exchange(0) != 0 && !isDone) {
         noteIncompleteReport();
+        writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server "
+                       "does not have all of it\n");
+    }
     acknowledgeOpenChunks();
     wakeWaiter();
     semaphore->release();
