@@ -65,6 +65,8 @@ private:
         const char *text = message.startsWith("301") ? "Done" : "";
         socket->sendBinaryMessage(QByteArray("{\"code\":0,\"message\":\"") + text +
                                   "\",\"serial\":" + message.split('|').value(1) + '}');
+        // Part of an answer that is 5 seconds late makes the client close the connection.
+        socket->flush();
     }
 
     unsigned long m_pause;

@@ -82,8 +82,12 @@ Session::~Session()
 
 void Session::onDisconnected()
 {
+    const QString reason = m_socket->closeReason();
+    const QString why = reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason);
     if (m_run)
-        say(QStringLiteral("the connection was lost, the run is cut off"));
+        say(QStringLiteral("the connection was lost, the run is cut off") + why);
+    else if (m_reportName.isEmpty() && !m_isRefused)
+        say(QStringLiteral("the connection has ended before a run began") + why);
     makeReport();
     deleteLater();
 }
@@ -233,6 +237,8 @@ void Session::answer(const QString &text, int code)
                              {QStringLiteral("code"), code},
                              {QStringLiteral("serial"), m_serial}};
     m_socket->sendBinaryMessage(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    // A client gives up on an answer of which a part is late, and many messages may wait here.
+    m_socket->flush();
 }
 
 // What a stranger has sent is not shown: it could be anything.

@@ -272,11 +272,22 @@ TEST_F(ResultServerTest, WhatHappensWhileTheServerIsSilentComesAfterItInAllRepor
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_TRUE((trace + process.readAllStandardError()).contains("after the end\n"));
     const QByteArray output = process.readAllStandardOutput();
-    puts(trace + process.readAllStandardError() + output);
-    puts(QJsonDocument(runsOf(path("local"))).toJson());
-    for (const QJsonArray &m : silent.messages())
-        puts(QJsonDocument(m).toJson(QJsonDocument::Compact));
+    QStringList shown;
+    for (const ConsoleLine &line : RunnerProcess::report({130, output, {}}))
+        shown += line.type;
+    QStringList uploaded;
+    for (const QJsonArray &fields : silent.messages()) {
+        if (fields.at(0) == 105)
+            uploaded += fields.at(3).toString();
+    }
+    EXPECT_EQ(shown, (QStringList{"START", "START_TEST_CASE", "END_TEST_CASE", "START_TEST_CASE",
+                                  "FATAL", "END_TEST_CASE", "END"}));
+    EXPECT_EQ(uploaded, shown);
+    Counts console = countsOfConsole(output);
+    for (const auto &[key, count] : countsOfWebReport(readFile(path("local/data/results-v1.js"))))
+        EXPECT_EQ(count, console[key]) << key;
 }
 
 } // namespace

@@ -91,10 +91,14 @@ def answer(serial, message="", code=0):
 async def respond(socket, fields):
     code, serial = fields[:2]
     is_entry = code == 105
-    if behaviour == "never" or behaviour == "forgetful" and is_entry and fields[3] == "END_TEST_CASE":
+    global waits
+    if behaviour == "never":
         return
+    if behaviour == "forgetful" and is_entry and fields[3] == "END_TEST_CASE":
+        waits += 1
+        if waits == 1:
+            return
     if behaviour == "once":
-        global waits
         waits += is_entry
         if is_entry and waits != 1:
             return

@@ -302,14 +302,20 @@ void QuillbaseWorker::wsBytesWritten(qint64)
 // Whoever waits, waits for a line that is dead. The word is stored first: who is woken reads it.
 void QuillbaseWorker::endUpload()
 {
-    if (connected.exchange(0) != 0 && !isDone) {
-        noteIncompleteReport();
-        writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server "
-                       "does not have all of it\n");
-    }
+    if (connected.exchange(0) != 0 && !isDone)
+        reportCutOff();
     acknowledgeOpenChunks();
     wakeWaiter();
     semaphore->release();
+}
+
+void QuillbaseWorker::reportCutOff() const
+{
+    noteIncompleteReport();
+    const QByteArray reason = socket.closeReason().toUtf8();
+    writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server does "
+                   "not have all of it" +
+                   (reason.isEmpty() ? reason : " (" + reason + ')') + '\n');
 }
 
 void QuillbaseWorker::wakeWaiter()
