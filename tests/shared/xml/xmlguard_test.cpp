@@ -91,7 +91,8 @@ TEST(XmlGuardTest, NoTextLiesDeeperInTheParserThanTheGuardSays)
     for (int round = 0; round < 20000; ++round) {
         std::string document;
         for (int i = 0; i < 60; ++i)
-            document += tokens[random() % 2 ? 0 : int(random() % unsigned(tokens.size()))];
+            document +=
+                tokens[random() % 2 ? 0 : int(random() % unsigned(tokens.size()))].constData();
         TiXmlDocument parsed;
         parsed.Parse(document.c_str());
         if (depthOf(parsed) <= limit)
