@@ -4,7 +4,6 @@
 
 const fs = require('node:fs');
 const path = require('node:path');
-const { solidPng } = require('./png');
 const { RunBuilder, dataFile, tableRow } = require('./testdata');
 
 /// As installed in a prefix, or else the sources.
@@ -151,6 +150,10 @@ function shopRuns() {
     );
 }
 
+function picture(name) {
+    return fs.readFileSync(path.join(__dirname, 'pictures', name + '.png'));
+}
+
 /// A report directory with the pages, the data file (if any) and pictures.
 function writeReport(directory, dataText) {
     fs.cpSync(pages, directory, {
@@ -159,23 +162,14 @@ function writeReport(directory, dataText) {
     });
     fs.mkdirSync(path.join(directory, 'data'), { recursive: true });
     fs.mkdirSync(path.join(directory, pictures), { recursive: true });
-    if (dataText !== null)
-        fs.writeFileSync(path.join(directory, 'data', 'results-v1.js'), dataText);
-    fs.writeFileSync(
-        path.join(directory, pictures, 'failed_1.png'),
-        solidPng(480, 270, [70, 130, 200], { x: 90, y: 60, size: 90 }),
-    );
-    fs.writeFileSync(
-        path.join(directory, pictures, 'expected_1.png'),
-        solidPng(480, 270, [70, 130, 200], { x: 130, y: 60, size: 90 }),
-    );
-    fs.writeFileSync(
-        path.join(directory, 'suite_shop/tst_catalogue/shot #1.png'),
-        solidPng(480, 270, [200, 160, 90], { x: 20, y: 20, size: 60 }),
-    );
-    fs.writeFileSync(path.join(directory, 'suite_shop/tst_catalogue/server.log'), 'ready\n');
+    const write = (name, content) => fs.writeFileSync(path.join(directory, name), content);
+    if (dataText !== null) write('data/results-v1.js', dataText);
+    write(pictures + 'failed_1.png', picture('failed'));
+    write(pictures + 'expected_1.png', picture('expected'));
+    write('suite_shop/tst_catalogue/shot #1.png', picture('shot'));
+    write('suite_shop/tst_catalogue/server.log', 'ready\n');
 }
 
-module.exports = { shopRuns, writeReport };
+module.exports = { picture, shopRuns, writeReport };
 
 if (require.main === module) writeReport(process.argv[2], dataFile(shopRuns()));

@@ -5,8 +5,7 @@ const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const tools = require('./browser');
-const { shopRuns } = require('./demo');
-const { solidPng } = require('./png');
+const { picture, shopRuns } = require('./demo');
 const { RunBuilder, dataFile, tableRow } = require('./testdata');
 
 const { block, eventually, heading, row, rowNames, texts } = tools;
@@ -149,10 +148,7 @@ tools.describePages('The details', ({ report, onPage, onShop, shop }) => {
 
     test('Neither picture shows through the other when they differ in size', async () => {
         const directory = report(dataFile(shopRuns()));
-        fs.writeFileSync(
-            path.join(directory, failedImages, 'failed_1.png'),
-            solidPng(240, 100, [70, 130, 200], { x: 9, y: 6, size: 9 }),
-        );
+        fs.writeFileSync(path.join(directory, failedImages, 'failed_1.png'), picture('small'));
         const look = async (page) => {
             await page.getByRole('button', { name: 'Slider' }).click();
             await page.getByRole('slider').fill('25');
