@@ -15,15 +15,16 @@ const chromium = ['/usr/bin/chromium', '/usr/bin/chromium-browser', '/usr/bin/go
     (file) => fs.existsSync(file),
 );
 
-function loadPlaywright() {
+/// The package; null when it is not installed.
+function optional(name) {
     try {
-        return require('playwright-core');
+        return require(name);
     } catch {
         return null;
     }
 }
 
-const playwright = loadPlaywright();
+const playwright = optional('playwright-core');
 
 /// Why pages can't be tested here; empty when they can.
 const missing = !playwright
@@ -177,6 +178,7 @@ module.exports = {
     eventually,
     focused,
     heading,
+    optional,
     row,
     rowNames,
     selected,
