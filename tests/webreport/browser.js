@@ -15,15 +15,16 @@ const chromium = ['/usr/bin/chromium', '/usr/bin/chromium-browser', '/usr/bin/go
     (file) => fs.existsSync(file),
 );
 
-function loadPlaywright() {
+/// The package; null when it is not installed.
+function optional(name) {
     try {
-        return require('playwright-core');
+        return require(name);
     } catch {
         return null;
     }
 }
 
-const playwright = loadPlaywright();
+const playwright = optional('playwright-core');
 
 /// Why pages can't be tested here; empty when they can.
 const missing = !playwright
@@ -102,6 +103,7 @@ const block = (page, title) =>
         .locator('#detail .block')
         .filter({ has: page.getByRole('heading', { level: 2, name: new RegExp('^' + title) }) });
 const selected = (page) => page.locator('.row[aria-selected="true"] .name').textContent();
+const use = (page, name) => page.getByRole('button', { name }).click();
 const focused = (page) => page.evaluate(() => document.activeElement.id);
 
 function texts(page, selector) {
@@ -119,8 +121,9 @@ async function eventually(read, expected) {
 }
 
 /// Makes a group of tests that open pages. `body` gets `report(data)`, which makes the directory of
-/// a report; `onPage(address, body, options)`, which runs `body` on a fresh page; `onShop(hash,
-/// body, options)`, for a page of the sample report `shop()`. An error in a script fails the test,
+/// a report; `onPage(address, body, options)`, which runs `body` on a fresh page; `onRuns(runs, hash,
+/// body, options)`, for a page of these runs; `onShop(hash, body, options)`, for one of the sample
+/// report `shop()`. An error in a script fails the test,
 /// wherever it comes from, but for the one that a data file gives that is cut.
 function describePages(name, body) {
     if (missing) console.log(missing);
@@ -163,8 +166,10 @@ function describePages(name, body) {
             }
         }
 
+        const onRuns = (runs, hash, act, options) =>
+            onPage(fileAddress(report(dataFile(runs)), hash), act, options);
         const onShop = (hash, act, options) => onPage(fileAddress(shop, hash), act, options);
-        body({ report, onPage, onShop, shop: () => shop });
+        body({ report, onPage, onRuns, onShop, shop: () => shop });
     });
 }
 
@@ -177,8 +182,10 @@ module.exports = {
     eventually,
     focused,
     heading,
+    optional,
     row,
     rowNames,
     selected,
     texts,
+    use,
 };
