@@ -102,7 +102,7 @@ TEST_F(ItemsTest, WhatCanNotBeUsedIsSaid)
     EXPECT_EQ(use("list", "click", {-1, 7}), "there is no item in row -1, column 7");
     EXPECT_EQ(use("tabs", "expand", {"First"}), "an item of this widget has no 'expand'");
     EXPECT_EQ(use("box", "click", {""}), "there is no item ''");
-    EXPECT_EQ(use("window", "click", {"x"}), "{name='window' type='QWidget'} has no items");
+    EXPECT_EQ(use("window", "click", {"x"}), "QWidget has no items");
     get<QListWidget>("list")->setEnabled(false);
     EXPECT_NE(use("list", "click", {"1"}), "true");
 }
