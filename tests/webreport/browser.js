@@ -33,27 +33,8 @@ const missing = !playwright
       ? 'web report pages skipped: Chromium is missing, install the package chromium'
       : '';
 
-function launch() {
-    const args = process.getuid() === 0 ? ['--no-sandbox'] : [];
-    return playwright.chromium.launch({ executablePath: chromium, args });
-}
-
-/// A report in a directory whose name needs escaping. `data` null means that there is no data file.
-function makeReport(data) {
-    const directory = path.join(
-        fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-')),
-        'my report #1',
-    );
-    writeReport(directory, data);
-    return directory;
-}
-
 function dataFileOf(directory) {
     return path.join(directory, 'data', 'results-v1.js');
-}
-
-function removeReport(directory) {
-    fs.rmSync(path.dirname(directory), { recursive: true });
 }
 
 function fileAddress(directory, hash = '') {
@@ -121,29 +102,41 @@ async function eventually(read, expected) {
 }
 
 /// Makes a group of tests that open pages. `body` gets `report(data)`, which makes the directory of
-/// a report; `onPage(address, body, options)`, which runs `body` on a fresh page; `onRuns(runs, hash,
-/// body, options)`, for a page of these runs; `onShop(hash, body, options)`, for one of the sample
-/// report `shop()`. An error in a script fails the test,
-/// wherever it comes from, but for the one that a data file gives that is cut.
+/// a report whose name needs escaping, without a data file when `data` is null;
+/// `onPage(address, body, options)`, which runs `body` on a fresh page;
+/// `onRuns(runs, hash, body, options)`, for a page of these runs; `onShop(hash, body, options)`, for
+/// one of the sample report `shop()`; `onServer(directory, hash, body, options)`, for one that comes
+/// from a server, which `body` gets, too. An error in a script fails the test, wherever it comes
+/// from, but for the one that a data file gives that is cut.
 function describePages(name, body) {
     if (missing) console.log(missing);
     describe(name, { skip: missing || false, timeout: 240000 }, () => {
-        const reports = [];
+        let count = 0;
+        let temporary;
         let browser;
         let shop;
 
         before(async () => {
-            browser = await launch();
+            temporary = fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-'));
+            const args = process.getuid() === 0 ? ['--no-sandbox'] : [];
+            browser = await playwright.chromium.launch({ executablePath: chromium, args });
             shop = report(dataFile(shopRuns()));
         });
         after(async () => {
             await browser.close();
-            reports.forEach(removeReport);
+            fs.rmSync(temporary, { recursive: true });
         });
 
         function report(data) {
-            reports.push(makeReport(data));
-            return reports[reports.length - 1];
+            const directory = path.join(temporary, 'my report #' + ++count);
+            writeReport(directory, data);
+            return directory;
+        }
+
+        async function onServer(directory, hash, act, options) {
+            const server = await serve(directory);
+            const body = (page, context) => act(page, server, context);
+            await onPage(server.address + hash, body, options).finally(server.close);
         }
 
         async function onPage(address, act, { dataIsCut, ...options } = {}) {
@@ -169,7 +162,7 @@ function describePages(name, body) {
         const onRuns = (runs, hash, act, options) =>
             onPage(fileAddress(report(dataFile(runs)), hash), act, options);
         const onShop = (hash, act, options) => onPage(fileAddress(shop, hash), act, options);
-        body({ report, onPage, onRuns, onShop, shop: () => shop });
+        body({ report, onPage, onRuns, onServer, onShop, shop: () => shop });
     });
 }
 
@@ -177,7 +170,6 @@ module.exports = {
     dataFileOf,
     describePages,
     fileAddress,
-    serve,
     block,
     eventually,
     focused,

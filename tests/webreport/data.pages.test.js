@@ -8,7 +8,7 @@ const tools = require('./browser');
 const { shopRuns } = require('./demo');
 const { dataFile } = require('./testdata');
 
-tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
+tools.describePages('The data file', ({ report, onPage, onServer, onShop, shop }) => {
     const cut = { dataIsCut: true };
     const rows = (page) => page.locator('#tree .row').first();
 
@@ -47,19 +47,15 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
         }
     });
 
-    test('A server lets the page read a file that is being written', async () => {
+    test('A server lets the page read a file that is being written', () => {
         const text = dataFile(shopRuns());
-        const server = await tools.serve(report(text.slice(0, text.lastIndexOf('tst_report_18'))));
-        await onPage(
-            server.address,
-            async (page) => {
-                await rows(page).waitFor();
-                assert.match(await page.locator('#notices').innerText(), /still going on/);
-                assert.ok((await tools.rowNames(page)).includes('tst_report_17'));
-            },
-            cut,
-        );
-        server.close();
+        const directory = report(text.slice(0, text.lastIndexOf('tst_report_18')));
+        const look = async (page) => {
+            await rows(page).waitFor();
+            assert.match(await page.locator('#notices').innerText(), /still going on/);
+            assert.ok((await tools.rowNames(page)).includes('tst_report_17'));
+        };
+        return onServer(directory, '', look, cut);
     });
 
     test('A page without data says what was the matter with the file', async () => {
@@ -89,9 +85,8 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
         });
     });
 
-    test('Everything works under a strict content policy', async () => {
-        const server = await tools.serve(shop());
-        await onPage(server.address + '#run=3', async (page) => {
+    test('Everything works under a strict content policy', () =>
+        onServer(shop(), '#run=3', async (page, server) => {
             // Page, script, style sheet, data, and two icons.
             if (process.env.MORVEX_WEBREPORT_PAGES) assert.ok(server.requests.length <= 6);
             await page.keyboard.press('e');
@@ -101,9 +96,7 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
                 place.evaluate((one, key) => getComputedStyle(one)[key], name);
             assert.equal(await styleOf(page.locator('.part').first(), 'flexGrow'), '1');
             assert.notEqual(await styleOf(page.locator('.row').last(), 'transform'), 'none');
-        });
-        server.close();
-    });
+        }));
 
     test('Without scripts the page says what to do', () =>
         onShop(

@@ -14,7 +14,7 @@ const pictureFailure = '#run=3&at=tst_catalogue/Prices/!2';
 const many = (length, make) => Array.from({ length }, (unused, index) => make(index));
 const note = (page) => block(page, 'Values').locator('.note').textContent();
 
-tools.describePages('The details', ({ report, onPage, onRuns, onShop, shop }) => {
+tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, shop }) => {
     const oneTest = (body) => [new RunBuilder('suite_one').testCase('tst', body).finish()];
 
     test('Markup in a message stays text', () =>
@@ -164,10 +164,9 @@ tools.describePages('The details', ({ report, onPage, onRuns, onShop, shop }) =>
         }));
 
     test('Copying works with a clipboard and where the browser offers none', async () => {
-        const server = await tools.serve(shop());
         const at = '&at=tst_catalogue/Prices/!0';
         for (const offered of [true, false])
-            await onPage(server.address + '#run=3' + at, async (page, context) => {
+            await onServer(shop(), '#run=3' + at, async (page, server, context) => {
                 await context.grantPermissions(['clipboard-read', 'clipboard-write']);
                 const read = await page.evaluateHandle(async (isOffered) => {
                     const { clipboard } = navigator;
@@ -183,7 +182,6 @@ tools.describePages('The details', ({ report, onPage, onRuns, onShop, shop }) =>
                 const address = server.address + '#run=2026-03-03T22:00:00Z' + at;
                 assert.ok(text.includes(address), text);
             });
-        server.close();
     });
 
     test('A test case is followed through the runs', () =>
