@@ -170,6 +170,11 @@ function writeReport(directory, dataText) {
         solidPng(480, 270, [70, 130, 200], { x: 130, y: 60, size: 90 }),
     );
     fs.writeFileSync(
+        path.join(directory, pictures, 'failed_1.png.js'),
+        'morvexPictureDifference({"pixels":7200,"regions":2,' +
+            '"largest":[[180,60,40,90],[90,60,40,90]]});',
+    );
+    fs.writeFileSync(
         path.join(directory, 'suite_shop/tst_catalogue/shot #1.png'),
         solidPng(480, 270, [200, 160, 90], { x: 20, y: 20, size: 60 }),
     );

@@ -66,6 +66,7 @@ describe('Several reports', { skip: missing || false }, () => {
         for (const name of [
             'suite_a/shared.txt',
             'suite_a/tst/failed_1.png',
+            'suite_a/tst/failed_1.png.js',
             'suite_a/tst/expected_1.png',
             'suite_a/tst/new/bä.txt',
             '../outside.txt',
