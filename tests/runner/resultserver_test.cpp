@@ -168,7 +168,18 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
         "            for m in messages: codes.append(json.loads(await socket.recv())['code'])\n"
         "        except websockets.ConnectionClosed: codes.append(-1)\n"
         "        return codes\n"
+        "async def announced(header):\n"
+        "    place = sys.argv[1].split('/')[2].split(':')\n"
+        "    reader, writer = await asyncio.open_connection(*place)\n"
+        "    writer.write(b'GET /event HTTP/1.1\\r\\nHost: h\\r\\nUpgrade: websocket\\r\\n'\n"
+        "        b'Connection: Upgrade\\r\\nSec-WebSocket-Version: 13\\r\\n'\n"
+        "        b'Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\\r\\n\\r\\n')\n"
+        "    await reader.readuntil(b'\\r\\n\\r\\n')\n"
+        "    writer.write(header)\n"
+        "    return (await asyncio.wait_for(reader.read(), 5))[:1]\n"
         "async def main():\n"
+        "    print(await announced(b'\\x82\\xff\\0\\0\\0\\0\\x7f\\0\\0\\0' + bytes(4)) == "
+        "b'\\x88')\n"
         "    bad = ['', '\\0', '|', '105|0', '5|0|', session(t='x'), session(p='..'), "
         "session(p='a/b'),"
         " session(b='.'), session(b='a\\0b'), session(p=''), '5|0|99999999999|x', '5|0|-1|x', "
@@ -186,7 +197,7 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
     QProcess process;
     process.start("/usr/bin/python3", {"-c", client, address, value().section("token=", 1)});
     ASSERT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(25) + "[0, 0]\n")
+    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(26) + "[0, 0]\n")
         << process.readAllStandardError().constData();
     // The end of the server waits for what is left.
     server.terminate();
