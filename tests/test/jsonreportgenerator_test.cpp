@@ -1,5 +1,5 @@
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "test/testreportgeneratorfactory.h"
 
 #include <QJsonArray>

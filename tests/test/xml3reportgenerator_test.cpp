@@ -1,6 +1,6 @@
 #include "support/capture.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "support/xmldocument.h"
 #include "test/testreportgeneratorfactory.h"
 

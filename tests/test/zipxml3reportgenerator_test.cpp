@@ -1,7 +1,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "test/openreportfile.h"
 #include "test/testreportgeneratorfactory.h"
 

@@ -432,8 +432,8 @@ TEST_F(WorkbookTest, WhatCannotBeReadGivesAnEmptySetAndALineThatSaysWhy)
     const QByteArray longText = "<![CDATA[" + QByteArray(600000, '<') + "]]>";
     const QByteArray emptyCell = "<c/>";
     QByteArray names;
-    for (int i = 0; i < 600000; ++i)
-        names += "<a" + QByteArray::number(i) + "/>";
+    for (int i = 0; i < 20000; ++i)
+        names += '<' + QByteArray(1000, 'a') + QByteArray::number(i) + "/>";
     const auto sheet = [](const QByteArray &xml) {
         return ArchiveParts{{"xl/worksheets/sheet1.xml", xml}};
     };
