@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sys/stat.h>
@@ -103,7 +104,9 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
     std::vector<TestResult::Entry> entries;
     for (const Row &row : rows)
         entries.push_back(fullEntry(row.type));
-    const std::vector<QJsonArray> messages = uploaded(entries);
+    std::vector<QJsonArray> messages = uploaded(entries);
+    const auto isFile = [](const QJsonArray &fields) { return fields.at(0) != 105; };
+    messages.erase(std::remove_if(messages.begin(), messages.end(), isFile), messages.end());
     ASSERT_EQ(messages.size(), entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const TestResult::Entry &entry = entries[i];
