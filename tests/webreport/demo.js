@@ -139,6 +139,11 @@ function writeReport(directory, dataText) {
     if (dataText !== null) write('data/results-v1.js', dataText);
     write(pictures + 'failed_1.png', picture('failed'));
     write(pictures + 'expected_1.png', picture('expected'));
+    write(
+        pictures + 'failed_1.png.js',
+        'morvexPictureDifference({"pixels":7200,"regions":2,' +
+            '"largest":[[180,60,40,90],[90,60,40,90]]});',
+    );
     write('suite_shop/tst_catalogue/shot #1.png', picture('shot'));
     write('suite_shop/tst_catalogue/server.log', 'ready\n');
 }

@@ -61,8 +61,10 @@ tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, 
             const cellsOf = (all) =>
                 all.map((one) => [...one.cells].map((cell) => cell.textContent).join(' '));
             assert.deepEqual(await page.locator('.tablediff tbody tr').evaluateAll(cellsOf), [
+                'Row 1 is equal',
                 'Row 2 expected Lamp 2 79.00#ffdddd',
                 'Row 2 actual Lamp 3 118.50',
+                'Rows 3–4 are equal',
                 'Row 5 actual Gift wrap 1 0.00',
             ]);
             const swatch = page.locator('.swatch');
@@ -85,6 +87,10 @@ tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, 
 
     test('The failed picture is compared with the one beside it in three ways', () =>
         onShop(pictureFailure, async (page) => {
+            const [note] = await texts(page, '.images > .note');
+            assert.equal(note, '7,200 pixels differ in 2 regions.');
+            assert.equal(await page.locator('.frame').count(), 4);
+            assert.equal(await page.getByRole('slider').inputValue(), '41.5');
             await use(page, 'Slider');
             const tops = await page
                 .locator('.stage .picture, .stage .wipe')

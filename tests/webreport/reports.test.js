@@ -57,7 +57,8 @@ describe('Several reports', { skip: missing || false }, () => {
         };
         append(shared('2026-01-01', 'suite_a/tst/failed_1.png'));
         append(shared('2026-01-02', 'suite_a/tst/new/b%C3%A4.txt'));
-        const written = ['shared.txt', 'tst/failed_1.png', 'tst/expected_1.png', 'tst/new/bä.txt'];
+        const beside = ['tst/failed_1.png.js', 'tst/expected_1.png'];
+        const written = ['shared.txt', 'tst/failed_1.png', ...beside, 'tst/new/bä.txt'];
         for (const name of [...written, '../../outside.txt']) write('suite_a/' + name);
         assert.equal(workshop.run('suite_b', 2, '--keep-runs', '1').status, 0);
         const left = runsOf(workshop.documents());

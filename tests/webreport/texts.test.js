@@ -208,6 +208,35 @@ test('A changed row of a table comes before its new form, whatever the order of 
     assert.equal(rows[4].partner, undefined);
 });
 
+test('Rows have the numbers of their own tables, with what was left out between them', () => {
+    const [insertion, deletion] = ['insertion', 'deletion'];
+    // As the runner numbers 0 1 2 3 4 5 6 -> 0 A B 1 3x C 4 D 6 E.
+    const differences = [
+        [insertion, 1, 'A'],
+        [insertion, 1, 'B'],
+        [deletion, 2, '2'],
+        [deletion, 3, '3'],
+        [insertion, 2, '3x'],
+        [insertion, 3, 'C'],
+        [deletion, 5, '5'],
+        [insertion, 5, 'D'],
+        [insertion, 7, 'E'],
+    ];
+    const textsOf = (rows) =>
+        rows.flatMap(({ before, label, cells }) => [...before, label + ' ' + cells[0].text]);
+    const data = differences.map(([kind, line, text]) => tableRow(kind, line, [text]));
+    assert.deepEqual(textsOf(tableRows.arrangedRows(data)), [
+        'Row 1 is equal',
+        ...['Row 2 A', 'Row 3 B'],
+        'Row 2 is equal (actual 4)',
+        ...['Row 3 2', 'Row 5 3x', 'Row 4 3', 'Row 6 C'],
+        'Row 5 is equal (actual 7)',
+        ...['Row 6 5', 'Row 8 D'],
+        'Row 7 is equal (actual 9)',
+        'Row 10 E',
+    ]);
+});
+
 test('A row that moved is paired with its like, not with what is at its number now', () => {
     const rows = tableRows.arrangedRows([
         tableRow('deletion', 0, ['id 0', 'x']),
