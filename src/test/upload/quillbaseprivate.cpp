@@ -76,15 +76,24 @@ void QuillbasePrivate::send(const TestResult::Entry &entry, QObject *receiver)
 {
     // Nobody would wait for it, and the queue would grow.
     if (!worker->isConnected()) {
-        noteIncompleteReport();
+        noteLoss();
         return;
     }
     post(new EntryEvent(entry, receiver));
     waitForWakeUp();
 }
 
+// A server may have said that it has all when there was more to come.
+void QuillbasePrivate::noteLoss()
+{
+    if (!hasIncompleteReport())
+        reportCutOff({});
+}
+
 void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)
 {
+    if (!worker->isConnected())
+        noteLoss();
     post(new EntryEvent(entry, this, ++m_waitNumber));
     timerId = startTimer(m_waits.answer, Qt::CoarseTimer);
     eventLoop.exec();

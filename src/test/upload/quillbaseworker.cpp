@@ -1,6 +1,5 @@
 #include "test/upload/quillbaseworker.h"
 
-#include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/upload/entrymessage.h"
 #include "test/upload/uploadfile.h"
@@ -299,23 +298,16 @@ void QuillbaseWorker::wsBytesWritten(qint64)
         semaphore->release();
 }
 
-// Whoever waits, waits for a line that is dead. The word is stored first: who is woken reads it.
+// Whoever waits, waits for a line that is dead. The word is stored before the release, since who is
+// woken reads it, and after the note, since who reads it looks for that.
 void QuillbaseWorker::endUpload()
 {
-    if (connected.exchange(0) != 0 && !isDone)
-        reportCutOff();
+    if (isConnected() && !isDone)
+        reportCutOff(socket.closeReason().toUtf8());
+    connected = 0;
     acknowledgeOpenChunks();
     wakeWaiter();
     semaphore->release();
-}
-
-void QuillbaseWorker::reportCutOff() const
-{
-    noteIncompleteReport();
-    const QByteArray reason = socket.closeReason().toUtf8();
-    writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server does "
-                   "not have all of it" +
-                   (reason.isEmpty() ? reason : " (" + reason + ')') + '\n');
 }
 
 void QuillbaseWorker::wakeWaiter()
