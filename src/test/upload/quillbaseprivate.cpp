@@ -1,6 +1,7 @@
 #include "test/upload/quillbaseprivate.h"
 
 #include "test/openreportfile.h"
+#include "test/upload/handover.h"
 #include "test/upload/quillbaseworker.h"
 #include "test/upload/uploadlines.h"
 #include "test/upload/videooutput.h"
@@ -64,6 +65,7 @@ void QuillbasePrivate::post(QEvent *event)
 {
     while (semaphore.tryAcquire()) {
     }
+    noteHandOver(event);
     QCoreApplication::postEvent(worker, event);
 }
 
@@ -103,6 +105,7 @@ void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)
 
 void QuillbasePrivate::customEvent(QEvent *event)
 {
+    noteArrival(event);
     const auto *answer = dynamic_cast<AnswerEvent *>(event);
     if (answer && answer->wait == m_waitNumber)
         endWait();

@@ -2,6 +2,7 @@
 
 #include "test/reportgeneratorshared.h"
 #include "test/upload/entrymessage.h"
+#include "test/upload/handover.h"
 #include "test/upload/uploadfile.h"
 #include "test/upload/uploadlines.h"
 
@@ -71,6 +72,12 @@ private:
     std::ostream m_stream;
 };
 
+void postBack(QObject *receiver, QEvent *event)
+{
+    noteHandOver(event);
+    QCoreApplication::postEvent(receiver, event);
+}
+
 } // namespace
 
 QuillbaseWorker::QuillbaseWorker(QSemaphore *wakeUp, const QString &directory,
@@ -104,6 +111,7 @@ void QuillbaseWorker::connectSocket()
 // thread would post faster than this one sends.
 void QuillbaseWorker::customEvent(QEvent *event)
 {
+    noteArrival(event);
     isHandlingEvent = true;
     hasWritten = false;
     handleEvent(event);
@@ -313,7 +321,7 @@ void QuillbaseWorker::endUpload()
 void QuillbaseWorker::wakeWaiter()
 {
     if (waiter)
-        QCoreApplication::postEvent(waiter, new AnswerEvent(waitNumber));
+        postBack(waiter, new AnswerEvent(waitNumber));
     waiter = nullptr;
 }
 
@@ -329,7 +337,7 @@ void QuillbaseWorker::setVideoDevice(QObject *device)
 void QuillbaseWorker::acknowledge(int size)
 {
     if (videoDevice)
-        QCoreApplication::postEvent(videoDevice, new BytesWritten(size));
+        postBack(videoDevice, new BytesWritten(size));
 }
 
 void QuillbaseWorker::acknowledgeOpenChunks()
