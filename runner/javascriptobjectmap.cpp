@@ -3,7 +3,6 @@
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/resources.h"
-#include "shared/writefile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -61,15 +60,6 @@ QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// An earlier copy holds what an earlier recording could not save.
-QString freeCopyName(const QString &wanted)
-{
-    QString name = wanted;
-    for (int number = 2; QFileInfo::exists(name); ++number)
-        name = wanted + QLatin1Char('_') + QString::number(number);
-    return name;
 }
 
 QString inOneLine(QString text)
@@ -208,20 +198,12 @@ NamesFileError JavaScriptObjectMap::error() const
 QString JavaScriptObjectMap::saveOrKeep() const
 {
     const NamesFileError unusable = checkNamesFileContent(scriptPath(), contentOf(scriptPath()));
-    if (!unusable.text.isEmpty())
-        return keep(getScriptCode(), unusable.toString());
-    return save() ? QString() : keep(unsavedCode(), saveError());
-}
-
-QString JavaScriptObjectMap::keep(const QString &text, const QString &reason) const
-{
-    const QByteArray code = text.toUtf8();
-    const QString copy = freeCopyName(scriptPath() + QLatin1String(".unsaved"));
-    if (writeFileSafely(copy, code).outcome == FileWriteResult::Written)
-        return QStringLiteral("%1; the names are in '%2' instead").arg(reason, copy);
-    for (const QByteArray &line : code.split('\n'))
-        printLine(QString::fromUtf8(line));
-    return QStringLiteral("%1; the names are printed above instead").arg(reason);
+    const bool isSaved = unusable.text.isEmpty() ? save() : refuseToSave(unusable.toString());
+    if (isSaved || unsavedCode().isEmpty())
+        return saveError();
+    for (const QString &line : unsavedCode().split(QLatin1Char('\n')))
+        printLine(line);
+    return saveError() + QStringLiteral("; the names are printed above instead");
 }
 
 bool JavaScriptObjectMap::scriptedNamesDump(QString *dump) const

@@ -23,9 +23,9 @@ public:
     /// alone; empty when it doesn't.
     ScriptedSymbolicName definedName(const ObjectName &name) const;
 
-    /// Saves. When that fails, what was to be written is kept in a file beside the names file, or
-    /// else printed, and the error text says so. Empty on success.
-    QString saveOrKeep() const;
+    /// Saves, unless the names file holds what would be lost. When it could be written nowhere, the
+    /// code is printed. The error text says where it is; empty on success.
+    [[nodiscard]] QString saveOrKeep() const;
 
     bool scriptedNamesDump(QString *dump) const override;
     QString scriptExpression(const QString &name) const override;
@@ -48,7 +48,6 @@ private:
     struct Contents;
 
     const Contents &contents() const;
-    QString keep(const QString &text, const QString &reason) const;
 
     mutable std::unique_ptr<Contents> m_contents;
 };
