@@ -98,7 +98,7 @@ struct JavaScriptObjectMap::Contents
     std::vector<std::pair<QString, QString>> lines;
     QSet<SymbolicName> names;
 
-    void load(const QString &path);
+    void load(const QString &path, std::chrono::milliseconds limit);
 
     // The text of a name in which each object that it refers to, by a name of the file or in words
     // of its own, is replaced by a number for that object.
@@ -120,11 +120,11 @@ private:
     mutable QHash<QString, int> numbers;
 };
 
-void JavaScriptObjectMap::Contents::load(const QString &path)
+void JavaScriptObjectMap::Contents::load(const QString &path, std::chrono::milliseconds limit)
 {
     ScriptEngine engine;
     const QJSValue functions = installNameFunctions(&engine);
-    error = runNamesFile(&engine, functions, path, &lines);
+    error = runNamesFile(&engine, functions, path, &lines, limit);
     for (const auto &line : lines)
         add(line.first, line.second);
 }
@@ -166,8 +166,9 @@ QString JavaScriptObjectMap::Contents::canonical(const ObjectName &name) const
     return ObjectName(properties).qualifiedName();
 }
 
-JavaScriptObjectMap::JavaScriptObjectMap(const QString &path)
+JavaScriptObjectMap::JavaScriptObjectMap(const QString &path, std::chrono::milliseconds limit)
     : ScriptedObjectMap(resourcePath(QStringLiteral("names.js")), path)
+    , m_limit(limit)
 {
 }
 
@@ -183,7 +184,7 @@ const JavaScriptObjectMap::Contents &JavaScriptObjectMap::contents() const
     if (!m_contents || m_contents->bytes != bytes) {
         m_contents = std::make_unique<Contents>();
         m_contents->bytes = bytes;
-        m_contents->load(scriptPath());
+        m_contents->load(scriptPath(), m_limit);
     }
     m_contents->state = state;
     m_contents->isSettled = state.isSettled();

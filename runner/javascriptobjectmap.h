@@ -11,8 +11,9 @@ namespace Morvex {
 class JavaScriptObjectMap : public ScriptedObjectMap
 {
 public:
-    /// @p path is that of the names file.
-    explicit JavaScriptObjectMap(const QString &path);
+    /// @p path is that of the names file, which is interrupted after @p limit.
+    explicit JavaScriptObjectMap(const QString &path,
+                                 std::chrono::milliseconds limit = longestNamesFileRun);
     ~JavaScriptObjectMap() override;
 
     /// Why the names file can't be used at this moment; without a text when it can. While there is
@@ -49,6 +50,7 @@ private:
 
     const Contents &contents() const;
 
+    const std::chrono::milliseconds m_limit;
     mutable std::unique_ptr<Contents> m_contents;
 };
 

@@ -183,6 +183,7 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         QByteArray content;
         int line;
         const char *part;
+        std::chrono::milliseconds limit = longestNamesFileRun;
     } cases[] = {
         {"\n\nnames.a = ;", 3, "SyntaxError"},
         {"names.a = {text: 'x'};\nnames.a = {text: 'y'};", 2, "defined twice"},
@@ -192,10 +193,12 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         {"names.a = {'a b': 'c'};", 1, "can't be a property"},
         {QByteArray("// a\nnames.a\0 = 'b';", 20), 2, "zero byte"},
         {"// \xff", 0, "not UTF-8"},
+        {"while (true) ;", 0, "still running after 0.5 seconds", std::chrono::milliseconds(500)},
+        {"names.a = {text: env('HOME')};", 1, "env is not defined"},
     };
     for (const auto &each : cases) {
         writeFile(path, each.content);
-        const JavaScriptObjectMap map(path);
+        const JavaScriptObjectMap map(path, each.limit);
         const NamesFileError error = map.error();
         EXPECT_TRUE(error.text.contains(each.part)) << error.text.toStdString();
         EXPECT_EQ(error.place.lineNumber(), each.line) << error.text.toStdString();
