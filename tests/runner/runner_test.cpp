@@ -96,6 +96,8 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         const RunnerOutput output = runner.run(row.arguments);
         EXPECT_EQ(output.standardError, "morvexrunner: " + row.message + "\n");
         EXPECT_EQ(output.standardOutput, "");
+        {{suite, "--aut", "app", "an \"x\""},
+         "--aut: an argument must not be empty or have a double quote: 'an \"x\"'"},
         EXPECT_EQ(output.status, 2);
     }
 }
