@@ -63,14 +63,14 @@ public:
     int run();
 
 private:
-    QString prepare();
-    QString applyOptions();
-    QString setKeptRuns();
+    [[nodiscard]] QString prepare();
+    [[nodiscard]] QString applyOptions();
+    [[nodiscard]] QString setKeptRuns();
     void removeOldRuns(const QString &resultDir) const;
-    QString checkTags() const;
-    QString checkResultDir() const;
-    QString checkNames(const QStringList &names) const;
-    QString chooseFailedTestCases();
+    [[nodiscard]] QString checkTags() const;
+    [[nodiscard]] QString checkResultDir() const;
+    [[nodiscard]] QString checkNames(const QStringList &names) const;
+    [[nodiscard]] QString chooseFailedTestCases();
     int list();
     int execute();
     bool runTestCases(TestReportGenerator *generator, const QString &resultDir);

@@ -14,7 +14,7 @@ namespace Morvex {
 namespace {
 
 // Why a test case can't be run at all; empty when it can.
-QString whyNotRunnable(const QDir &dir)
+[[nodiscard]] QString whyNotRunnable(const QDir &dir)
 {
     if (!dir.entryList({QStringLiteral("*.feature")}).isEmpty())
         return QStringLiteral("Behaviour driven test cases (*.feature) can't be run yet.");

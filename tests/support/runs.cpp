@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+#include <gtest/gtest.h>
+
 namespace MorvexTest {
 
 using Morvex::LineInfo;
@@ -38,8 +40,8 @@ void logNestedSections(TestResult &result)
     result.startSection("inner/1", "", place);
     add(result, TestResult::FAIL, "expected one", "Expected '1', got '2'.");
     add(result, TestResult::XFAIL, "known");
-    result.endSection(place);
-    result.endSection(place);
+    EXPECT_EQ(result.endSection(place), "");
+    EXPECT_EQ(result.endSection(place), "");
     result.startSection("outer.1", "the same name again", place);
     add(result, TestResult::PASS, "right");
     add(result, TestResult::XPASS, "no longer known");
