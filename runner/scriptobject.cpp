@@ -5,7 +5,7 @@
 #include "objectmodel/property.h"
 #include "objectmodel/propertypath.h"
 #include "qtbackend/turneventloop.h"
-#include "qtbackend/wholenumber.h"
+#include "objectmodel/value/wholenumber.h"
 
 #include <QElapsedTimer>
 #include <QJSEngine>
@@ -69,6 +69,12 @@ QString whyNotTaken(const QString &property, const QVariant &wanted,
                : QString();
 }
 
+// Empty while the application answers.
+QString whyNoAnswer()
+{
+    return Inspector::self() ? Inspector::self()->failure() : QString();
+}
+
 } // namespace
 
 ScriptObject::ScriptObject(const QString &name, const SharedPtr<Object> &object,
@@ -110,12 +116,17 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
 SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 {
     if (!exists()) {
-        fail(m_object ? QStringLiteral("the object no longer exists") : m_error);
+        const QString reason = whyNoAnswer();
+        fail(!m_object           ? m_error
+             : !reason.isEmpty() ? reason
+                                 : QStringLiteral("the object no longer exists"));
         return {};
     }
     MissingProperty missing;
     const SharedPtr<Object> object = followProperties(m_object, steps, &missing);
-    if (!object)
+    if (!object && !whyNoAnswer().isEmpty())
+        fail(whyNoAnswer());
+    else if (!object)
         fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
                             : QStringLiteral("there is no property '%1'").arg(missing.name));
     return object;

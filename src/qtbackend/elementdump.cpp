@@ -7,7 +7,7 @@
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/shownproperties.h"
 #include "qtbackend/standardtypes.h"
-#include "qtbackend/valueobject.h"
+#include "objectmodel/value/valueobject.h"
 #include "shared/uiabstraction/uielement.h"
 
 #include <QAction>

@@ -3,7 +3,7 @@
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/usagecounter.h"
-#include "qtbackend/valueobject.h"
+#include "objectmodel/value/valueobject.h"
 
 #include <QAbstractItemView>
 #include <QAction>

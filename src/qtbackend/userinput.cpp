@@ -212,6 +212,15 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKi
     return error;
 }
 
+bool activateForInput(QObject *object)
+{
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget || !whyBlocked(widget).isEmpty() || widget->isActiveWindow())
+        return false;
+    widget->activateWindow();
+    return true;
+}
+
 QString typeText(QObject *object, const QString &text)
 {
     std::vector<TypedKey> keys;

@@ -1,4 +1,4 @@
-#include "qtbackend/qtinspector.h"
+#include "support/backend.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -70,7 +70,8 @@ protected:
 
     QWidget window;
     QAction *exportAction = nullptr;
-    QtInspector inspector;
+    MorvexTest::Backend backend;
+    Inspector &inspector = backend.inspector();
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "qtbackend/qtinspector.h"
+#include "support/backend.h"
 
 #include "objectmodel/class.h"
 #include "objectmodel/methodlist.h"
@@ -78,7 +78,8 @@ protected:
     QTableWidget table{1, 1};
     QAction action{&window};
     int clicks = 0;
-    QtInspector inspector;
+    MorvexTest::Backend backend;
+    Inspector &inspector = backend.inspector();
 };
 
 TEST_F(QtInspectorTest, PropertiesAreReadAndWrittenThroughTheirClass)
@@ -197,7 +198,8 @@ TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
     for (const char *name : {"sizePolicy", "palette", "cursor", "icon", "locale"}) {
         const SharedPtr<Object> value = object->objectClass()->property(name)->get(object);
         ASSERT_TRUE(value) << name;
-        EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
+        if (!MorvexTest::Backend::isRemote())
+            EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
         EXPECT_TRUE(value->compare(value)) << name;
         for (const SharedPtr<Object> &text :
              {inspector.makeString(""), inspector.makeString(value->valueText().toUtf8())}) {

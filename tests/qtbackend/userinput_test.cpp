@@ -1,4 +1,4 @@
-#include "qtbackend/qtinspector.h"
+#include "support/backend.h"
 
 #include <QAction>
 #include <QApplication>
@@ -60,7 +60,8 @@ protected:
         return call("typeText", object, {QString(text)});
     }
 
-    QtInspector inspector;
+    MorvexTest::Backend backend;
+    Inspector &inspector = backend.inspector();
     QWidget window;
 };
 

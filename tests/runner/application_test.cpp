@@ -84,7 +84,7 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {"find('name', 0).get('text')", "Error: no application was started"},
         {"application.start('nothing')", "Error: application.start: there is no application "
                                          "'nothing' in "},
-        {"application.start('script.js')", "script.js' is not an ELF object"},
+        {"application.start('script.js')", "script.js' is neither a plugin nor a program that may be run"},
         {"application.start()", "Error: application.start: no application was named"},
         {start + "application.start('inventory')", "an application is already running"},
         {start + "find('nothing', 0).click()", "Error: There is no object {name='nothing'}."},
