@@ -171,7 +171,7 @@ QString ScriptApplication::whyNotFindable() const
     if (isRunning())
         return {};
     return m_wasStarted ? QStringLiteral("the application has been stopped")
-                       : QStringLiteral("no application was started");
+                        : QStringLiteral("no application was started");
 }
 
 // Empty when there is none.

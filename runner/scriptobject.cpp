@@ -4,8 +4,8 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
 #include "objectmodel/propertypath.h"
-#include "qtbackend/turneventloop.h"
 #include "objectmodel/value/wholenumber.h"
+#include "qtbackend/turneventloop.h"
 
 #include <QElapsedTimer>
 #include <QJSEngine>

@@ -41,8 +41,8 @@ int CallingCard::connectToRunner() const
     const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (descriptor < 0)
         return -1;
-    const bool isConnected = ::connect(descriptor, reinterpret_cast<const sockaddr *>(&address),
-                                       sizeof address) == 0;
+    const bool isConnected =
+        ::connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
     if (isConnected && isOfThisUser(descriptor))
         return descriptor;
     ::close(descriptor);

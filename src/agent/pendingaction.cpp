@@ -18,9 +18,8 @@ const int maxActivationMs = 500;
 bool isInput(const QString &function)
 {
     static const char *const inputs[] = {"clickObject", "typeText", "useItem"};
-    return std::any_of(std::begin(inputs), std::end(inputs), [&function](const char *input) {
-        return function == QLatin1String(input);
-    });
+    return std::any_of(std::begin(inputs), std::end(inputs),
+                       [&function](const char *input) { return function == QLatin1String(input); });
 }
 
 } // namespace

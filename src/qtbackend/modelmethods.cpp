@@ -1,9 +1,9 @@
 #include "qtbackend/modelmethods.h"
 
+#include "objectmodel/value/valueobject.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
-#include "objectmodel/value/valueobject.h"
 
 #include <QAbstractItemView>
 

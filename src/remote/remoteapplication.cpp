@@ -65,9 +65,9 @@ QString RemoteApplication::Private::launch(const Start &start)
     if (!offer->error().isEmpty())
         return offer->error();
     const QString agentDirectory = start.prefix + QLatin1String("/lib/agent");
-    process = std::make_unique<WatchedProcess>(
-        agentDirectory + QLatin1String("/morvexwatcher"), directory, start.command,
-        start.workingDirectory, applicationEnvironment(agentDirectory, *offer));
+    process = std::make_unique<WatchedProcess>(agentDirectory + QLatin1String("/morvexwatcher"),
+                                               directory, start.command, start.workingDirectory,
+                                               applicationEnvironment(agentDirectory, *offer));
     return process->error();
 }
 
@@ -85,8 +85,8 @@ QString RemoteApplication::Private::whyNoConnection(const Start &start, bool isT
              end.isEmpty() ? QStringLiteral("is running") : end);
 }
 
-std::unique_ptr<MessageChannel>
-RemoteApplication::Private::waitForConnection(const Start &start, QString *error)
+std::unique_ptr<MessageChannel> RemoteApplication::Private::waitForConnection(const Start &start,
+                                                                              QString *error)
 {
     QElapsedTimer timer;
     timer.start();
@@ -152,8 +152,7 @@ void RemoteApplication::Private::waitForEnd(int timeout)
 {
     QElapsedTimer timer;
     timer.start();
-    while (process->endOf(processId).isEmpty() && !process->hasEnded() &&
-           timer.elapsed() < timeout)
+    while (process->endOf(processId).isEmpty() && !process->hasEnded() && timer.elapsed() < timeout)
         process->update(waitStepMs);
 }
 

@@ -99,8 +99,7 @@ const Class *RemoteInspector::findClass(const QString &name)
 
 const Class *RemoteInspector::globalClass()
 {
-    const Class *known =
-        d->model->classOf(d->request(Message::GlobalClass, {}).values.value(0));
+    const Class *known = d->model->classOf(d->request(Message::GlobalClass, {}).values.value(0));
     return known ? known : d->model->emptyClass();
 }
 
@@ -136,8 +135,8 @@ SharedPtr<Object> RemoteInspector::waitForObject(const QString &name, int timeou
 QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &arguments,
                                        QString *error)
 {
-    const RemoteSession::Reply reply = d->request(Message::CallFunction, {name, QVariant(arguments)},
-                                                  durationOf(name, arguments));
+    const RemoteSession::Reply reply =
+        d->request(Message::CallFunction, {name, QVariant(arguments)}, durationOf(name, arguments));
     if (error)
         *error = reply.error;
     return reply.values.value(0);

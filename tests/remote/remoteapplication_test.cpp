@@ -42,7 +42,8 @@ protected:
     // With the name of a button of the awkward program.
     QString click(RemoteApplication *application, const QString &name)
     {
-        const SharedPtr<Object> button = application->inspector()->waitForObject(name, 5000, &error);
+        const SharedPtr<Object> button =
+            application->inspector()->waitForObject(name, 5000, &error);
         if (button)
             application->inspector()->callFunction("clickObject", {button->id()}, &error);
         return error;
@@ -93,8 +94,9 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/nowhere/program"}, "cannot start '/nowhere/program': No such file or directory"},
         {{"/bin/sh", "-c", "exit 3"}, "'/bin/sh' ended with status 3 before it could be tested"},
         {{"/bin/sh", "-c", "kill -9 $$"}, "'/bin/sh' crashed by signal 9 (Killed) before"},
-        {{"/bin/sleep", "60"}, "'/bin/sleep' gives no access to its windows within 1 seconds; it "
-                               "is running."},
+        {{"/bin/sleep", "60"},
+         "'/bin/sleep' gives no access to its windows within 1 seconds; it "
+         "is running."},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 1 seconds"},
     };
     for (const auto &row : rows) {
@@ -151,7 +153,8 @@ TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
     RemoteInspector *inspector = application->inspector();
     ASSERT_EQ(click(application.get(), "print"), QString());
     inspector->session().setBound(300);
-    EXPECT_EQ(click(application.get(), "sleep"), "the application has not answered for 0.3 seconds");
+    EXPECT_EQ(click(application.get(), "sleep"),
+              "the application has not answered for 0.3 seconds");
     EXPECT_TRUE(application->isRunning());
     inspector->session().setBound(30000);
     // The late answer is not taken for that of this one.
@@ -165,7 +168,8 @@ TEST_F(RemoteApplicationTest, ADialogThatRunsALoopOfItsOwnIsUsedToItsEnd)
     ASSERT_NE(application, nullptr) << error.toStdString();
     RemoteInspector *inspector = application->inspector();
     ASSERT_EQ(click(application.get(), "exec"), QString());
-    EXPECT_EQ(click(application.get(), "print"), "the widget is blocked by the dialog {name='dialog' type='QDialog'}");
+    EXPECT_EQ(click(application.get(), "print"),
+              "the widget is blocked by the dialog {name='dialog' type='QDialog'}");
     EXPECT_EQ(click(application.get(), "close"), QString());
     EXPECT_FALSE(inspector->findObject("dialog", nullptr));
     EXPECT_EQ(click(application.get(), "print"), QString());
@@ -187,9 +191,13 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
         {"a length of 4 GB", [](int peer) { ::send(peer, "\xff\xff\xff\xff", 4, MSG_NOSIGNAL); }},
         {"no message", [](int peer) { ::send(peer, "\x02\0\0\0ab", 6, MSG_NOSIGNAL); }},
         {"a message of the other side",
-         [&messageOf](int peer) { MessageChannel(::dup(peer)).send(messageOf(Message::Request, {}), 99); }},
+         [&messageOf](int peer) {
+             MessageChannel(::dup(peer)).send(messageOf(Message::Request, {}), 99);
+         }},
         {"hello again",
-         [&messageOf](int peer) { MessageChannel(::dup(peer)).send(messageOf(Message::Hello, {}), 99); }},
+         [&messageOf](int peer) {
+             MessageChannel(::dup(peer)).send(messageOf(Message::Hello, {}), 99);
+         }},
     };
     for (const auto &row : rows) {
         int ends[2];

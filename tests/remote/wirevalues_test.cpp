@@ -28,14 +28,29 @@ Message messageOf(const QVariantList &values)
 
 QVariantList oneOfEachKind()
 {
-    return {QVariant(), true, -5, 5u, qint64(-5000000000), ~quint64(0),
-            QVariant::fromValue(short(-3)), QVariant::fromValue(uchar(200)),
-            QVariant::fromValue(char(65)), QVariant::fromValue(long(-7)), 0.1, 0.1f,
+    return {QVariant(),
+            true,
+            -5,
+            5u,
+            qint64(-5000000000),
+            ~quint64(0),
+            QVariant::fromValue(short(-3)),
+            QVariant::fromValue(uchar(200)),
+            QVariant::fromValue(char(65)),
+            QVariant::fromValue(long(-7)),
+            0.1,
+            0.1f,
             QString::fromUtf8("a\xc3\xa4\xf0\x9f\x99\x82") + QChar(0xd800) + QChar(0),
-            QByteArray("a\0b", 3), QStringList{"a", ""}, QVariantList{1, QVariantList{"x"}},
-            QVariantMap{{"k", 1}, {"", QVariantMap{{"m", 2.5}}}}, QPoint(-1, INT_MAX),
-            QPointF(0.5, -1e300), QSize(INT_MAX, -1), QSizeF(1, 0.25),
-            QRect(QPoint(INT_MIN, INT_MIN), QPoint(INT_MAX, INT_MAX)), QRectF(1, 2, 3.5, 4),
+            QByteArray("a\0b", 3),
+            QStringList{"a", ""},
+            QVariantList{1, QVariantList{"x"}},
+            QVariantMap{{"k", 1}, {"", QVariantMap{{"m", 2.5}}}},
+            QPoint(-1, INT_MAX),
+            QPointF(0.5, -1e300),
+            QSize(INT_MAX, -1),
+            QSizeF(1, 0.25),
+            QRect(QPoint(INT_MIN, INT_MIN), QPoint(INT_MAX, INT_MAX)),
+            QRectF(1, 2, 3.5, 4),
             QColor(1, 2, 3, 4)};
 }
 
@@ -122,6 +137,6 @@ TEST(WireValuesTest, CountsThatLieMakeNothing)
         EXPECT_TRUE(message.values.isEmpty()) << row.what;
     }
     Message message;
-    EXPECT_FALSE(Message::decode(QByteArray("\x63\x0d", 2) + header.mid(2) + QByteArray(4, '\0'),
-                                 &message));
+    EXPECT_FALSE(
+        Message::decode(QByteArray("\x63\x0d", 2) + header.mid(2) + QByteArray(4, '\0'), &message));
 }

@@ -3,7 +3,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "test/webreport/webreportrepair.h"
 
 #include <QDir>

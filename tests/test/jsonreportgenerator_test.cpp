@@ -1,7 +1,7 @@
 #include "test/jsonreportgenerator.h"
 
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

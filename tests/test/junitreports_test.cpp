@@ -1,4 +1,4 @@
-#include "support/reports.h"
+#include "support/runs.h"
 
 #include <QDir>
 #include <gtest/gtest.h>

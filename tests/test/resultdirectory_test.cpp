@@ -1,6 +1,6 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "test/testreportgeneratorfactory.h"
 
 #include <QDir>

@@ -3,7 +3,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 

@@ -4,7 +4,7 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/recordinggenerator.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
 #include "test/openreportfile.h"

@@ -1,6 +1,5 @@
 #include "support/files.h"
-#include "support/reports.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 
 #include <QProcess>
 #include <QStandardPaths>

@@ -2,7 +2,7 @@
 
 #include "support/capture.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "support/xmldocument.h"
 
 #include <QTemporaryDir>

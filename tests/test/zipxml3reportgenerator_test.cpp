@@ -4,7 +4,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "test/xml3reportgenerator.h"
 
 #include <QDir>

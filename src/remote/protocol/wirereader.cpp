@@ -104,8 +104,8 @@ QVariant WireReader::integer()
     const auto number64 = number<qint64>();
     if (!m_isGood || !isWholeNumberType(type))
         return fail();
-    QVariant value = isSignedNumberType(type) ? QVariant(number64)
-                                              : QVariant(static_cast<quint64>(number64));
+    QVariant value =
+        isSignedNumberType(type) ? QVariant(number64) : QVariant(static_cast<quint64>(number64));
     return value.convert(type) ? value : fail();
 }
 

@@ -1,7 +1,7 @@
 #include "test/child/rawentrystream.h"
 
 #include "support/recordinggenerator.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/testcaseprocess.h"
 #include "test/testresult.h"
 

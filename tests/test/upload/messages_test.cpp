@@ -1,7 +1,7 @@
 // The messages of an upload, as a server decodes them that knows only the protocol.
 
 #include "support/files.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/uploadaddress.h"
 #include "uploadserver.h"

@@ -3,7 +3,7 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/filesizelimit.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "test/htmlreportgenerator.h"
 
 #include <QJsonArray>
