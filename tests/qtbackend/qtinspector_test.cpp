@@ -182,8 +182,10 @@ TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
     for (const char *name : {"sizePolicy", "palette", "cursor", "icon", "locale"}) {
         const SharedPtr<Object> value = object->objectClass()->property(name)->get(object);
         ASSERT_TRUE(value) << name;
-        if (!MorvexTest::Backend::isRemote())
+        // Of another process there is no value of such a type.
+        if (!MorvexTest::Backend::isRemote()) {
             EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
+        }
         EXPECT_TRUE(value->compare(value)) << name;
         for (const SharedPtr<Object> &text :
              {inspector.makeString(""), inspector.makeString(value->valueText().toUtf8())}) {

@@ -32,8 +32,17 @@ QByteArray statePoint(const QByteArray &text, const QByteArray &more = "")
 
 } // namespace
 
+/// The application is a plugin; with MORVEX_TEST_APPLICATION=program it is the same one as a program.
 class ApplicationTest : public ScriptFixture
 {
+protected:
+    QStringList results(QByteArray script, const QStringList &options = {})
+    {
+        if (qgetenv("MORVEX_TEST_APPLICATION") == "program")
+            script.replace("start('inventory'", "start('" MORVEX_INVENTORY_PROGRAM "'")
+                .replace(MORVEX_AWKWARD_PLUGIN, MORVEX_AWKWARD_PROGRAM);
+        return ScriptFixture::results(script, options);
+    }
 };
 
 TEST_F(ApplicationTest, ScriptsUseAnApplication)

@@ -1,0 +1,88 @@
+#include "support/files.h"
+#include "support/scriptfixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace MorvexTest;
+
+namespace {
+
+const char startAwkward[] = "application.start('" MORVEX_AWKWARD_PROGRAM "'); ";
+
+bool isThere(const QByteArray &process)
+{
+    return ::kill(process.trimmed().toInt(), 0) == 0;
+}
+
+} // namespace
+
+class ProgramTest : public ScriptFixture
+{
+};
+
+TEST_F(ProgramTest, ADialogThatKeepsItsProgramBusyDoesNotKeepTheScript)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) + "find('exec').click();\n"
+                                                 "log.info(find('dialog').get('visible'));\n"
+                                                 "find('close').click(); find('print').click();\n"
+                                                 "log.info(find('dialog', 0).exists());"),
+              (QStringList{"LOG true|", "LOG false|"}));
+}
+
+TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
+{
+    const QString crash = "the application has crashed by signal 11 (Segmentation fault)";
+    const QStringList lines =
+        results(QByteArray(startAwkward) +
+                "var window = find('awkward'); var button = find('print');\n"
+                "try { find('crash').click(); button.click(); } catch (error) {\n"
+                "    log.info(error.message); }\n"
+                "try { window.get('level'); } catch (error) { log.info(error.message); }\n" +
+                startAwkward + "log.info(find('awkward').get('level'), window.exists());\n"
+                               "\nfind('crash').click(); find('print').click();");
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_EQ(lines[0], "LOG print: " + crash + "|");
+    EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
+    EXPECT_EQ(lines[2], "LOG 0|false");
+    EXPECT_TRUE(lines[3].startsWith("ERROR Script error|Error: " + crash)) << lines[3].toStdString();
+}
+
+TEST_F(ProgramTest, NothingOutlivesATestCaseHoweverItEnds)
+{
+    const QDir dir(QFileInfo(runner.suitePath()).path());
+    const QString processes = runner.suitePath() + "/processes";
+    QDir().mkpath(dir.filePath("tmp"));
+    runner.environment.insert("TMPDIR", dir.filePath("tmp"));
+    runner.addTestCase("tst_s", QByteArray(startAwkward) +
+                                    "find('leave').click();\n"
+                                    "file.write('processes', String(find('awkward').get('child')));\n"
+                                    "find('exec').click(); snooze(60);");
+    runner.addFile("processes", "");
+    for (const int signal : {SIGKILL, SIGINT}) {
+        writeFile(processes, "");
+        QProcess process;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), {runner.suitePath()});
+        QElapsedTimer timer;
+        timer.start();
+        while (readFile(processes).isEmpty() && timer.elapsed() < 60000)
+            process.waitForFinished(20);
+        const QByteArray child = readFile(processes);
+        ASSERT_TRUE(isThere(child));
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        process.waitForFinished(60000);
+        timer.start();
+        while ((isThere(child) || !QDir(dir.filePath("tmp")).entryList({"morvex-*"}).isEmpty()) &&
+               timer.elapsed() < 30000)
+            QThread::msleep(10);
+        EXPECT_FALSE(isThere(child));
+        EXPECT_EQ(QDir(dir.filePath("tmp")).entryList({"morvex-*"}), QStringList());
+    }
+}
