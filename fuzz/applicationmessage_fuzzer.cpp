@@ -8,8 +8,8 @@ using namespace Morvex;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
     Message message;
-    if (!Message::decode(
-            QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)), &message)) {
+    if (!Message::decode(QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)),
+                         &message)) {
         require(message.values.isEmpty());
         return 0;
     }

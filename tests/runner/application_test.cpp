@@ -32,7 +32,8 @@ QByteArray statePoint(const QByteArray &text, const QByteArray &more = "")
 
 } // namespace
 
-/// The application is a plugin; with MORVEX_TEST_APPLICATION=program it is the same one as a program.
+/// The application is a plugin; with MORVEX_TEST_APPLICATION=program it is the same one as a
+/// program.
 class ApplicationTest : public ScriptFixture
 {
 protected:

@@ -45,13 +45,15 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
                 "try { find('crash').click(); button.click(); } catch (error) {\n"
                 "    log.info(error.message); }\n"
                 "try { window.get('level'); } catch (error) { log.info(error.message); }\n" +
-                startAwkward + "log.info(find('awkward').get('level'), window.exists());\n"
-                               "\nfind('crash').click(); find('print').click();");
+                startAwkward +
+                "log.info(find('awkward').get('level'), window.exists());\n"
+                "\nfind('crash').click(); find('print').click();");
     ASSERT_EQ(lines.size(), 4);
     EXPECT_EQ(lines[0], "LOG print: " + crash + "|");
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
     EXPECT_EQ(lines[2], "LOG 0|false");
-    EXPECT_TRUE(lines[3].startsWith("ERROR Script error|Error: " + crash)) << lines[3].toStdString();
+    EXPECT_TRUE(lines[3].startsWith("ERROR Script error|Error: " + crash))
+        << lines[3].toStdString();
 }
 
 TEST_F(ProgramTest, NothingOutlivesATestCaseHoweverItEnds)
@@ -60,10 +62,11 @@ TEST_F(ProgramTest, NothingOutlivesATestCaseHoweverItEnds)
     const QString processes = runner.suitePath() + "/processes";
     QDir().mkpath(dir.filePath("tmp"));
     runner.environment.insert("TMPDIR", dir.filePath("tmp"));
-    runner.addTestCase("tst_s", QByteArray(startAwkward) +
-                                    "find('leave').click();\n"
-                                    "file.write('processes', String(find('awkward').get('child')));\n"
-                                    "find('exec').click(); snooze(60);");
+    runner.addTestCase("tst_s",
+                       QByteArray(startAwkward) +
+                           "find('leave').click();\n"
+                           "file.write('processes', String(find('awkward').get('child')));\n"
+                           "find('exec').click(); snooze(60);");
     runner.addFile("processes", "");
     for (const int signal : {SIGKILL, SIGINT}) {
         writeFile(processes, "");
