@@ -39,6 +39,7 @@ ScriptApplication::ScriptApplication(const QStringList &searchDirs)
 
 ScriptApplication::~ScriptApplication()
 {
+    m_beforeStop = nullptr;
     stop();
 }
 
@@ -129,6 +130,8 @@ void ScriptApplication::prepare()
 
 void ScriptApplication::stop()
 {
+    if (m_program && m_beforeStop)
+        m_beforeStop();
     m_program.reset();
     if (!m_running)
         return;

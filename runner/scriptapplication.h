@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace Morvex {
@@ -30,6 +31,10 @@ public:
     /// Names that begin with ":" are looked up in this file; without it, errors about such names
     /// say so. Returns an error text, empty on success.
     QString loadObjectMap(const QString &fileName);
+
+    /// @p callback is called before a script stops a program, which takes with it what it knows of
+    /// its use; not at the end of this object's life.
+    void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
@@ -65,6 +70,7 @@ private:
     ApplicationPlugin *m_running = nullptr;
     std::unique_ptr<RemoteApplication> m_program;
     bool m_wasStarted = false;
+    std::function<void()> m_beforeStop;
 };
 
 } // namespace Morvex
