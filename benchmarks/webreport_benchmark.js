@@ -1,6 +1,6 @@
 // How long the page of the web report takes to its first picture, and for a key in the search, beside
 // a loop that makes as many rows as the page shows, plainly. `node benchmarks/webreport_benchmark.js`,
-// after `npm ci` in tests/webreport.
+// after `npm ci` in tests/webreport. Measured are the pages as they are installed.
 'use strict';
 
 const { execFileSync } = require('node:child_process');
@@ -10,6 +10,12 @@ const path = require('node:path');
 const { pathToFileURL } = require('node:url');
 
 const tests = path.join(__dirname, '..', 'tests', 'webreport');
+const sources = path.join(__dirname, '..', 'webreport');
+const pages = fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-pages-'));
+const join = ['-DSOURCE=' + sources, '-DTARGET=' + pages, '-P', path.join(sources, 'join.cmake')];
+execFileSync('cmake', join);
+fs.cpSync(path.join(sources, 'image'), path.join(pages, 'image'), { recursive: true });
+process.env.MORVEX_WEBREPORT_PAGES = pages;
 const { chromium } = require(path.join(tests, 'node_modules', 'playwright-core'));
 const { writeReport } = require(path.join(tests, 'demo'));
 const { RunBuilder, dataFile } = require(path.join(tests, 'testdata'));
@@ -111,6 +117,7 @@ async function main() {
         fs.rmSync(directory, { recursive: true });
     }
     await browser.close();
+    fs.rmSync(pages, { recursive: true });
 }
 
 main();

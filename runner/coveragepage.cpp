@@ -34,8 +34,9 @@ meter { width: 8rem; vertical-align: middle; }
 </style>
 </head>
 <body>
+<main>
 )";
-const char pageEnd[] = "</body>\n</html>\n";
+const char pageEnd[] = "</main>\n</body>\n</html>\n";
 
 QString meterOf(const BrowserElement &element)
 {

@@ -4,6 +4,7 @@
 #include "shared/trace.h"
 #include "test/report/openreport.h"
 #include "test/reportgeneratorshared.h"
+#include "test/webreport/picturedifference.h"
 #include "test/webreport/visualtrees.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportdirectory.h"
@@ -25,6 +26,12 @@ void reportRepair(const WebReportRepair &repair)
         qCDebug(traceReportGen) << repair.message;
     if (!repair.error.isEmpty())
         std::fprintf(stderr, "morvexrunner: %s\n", qUtf8Printable(repair.error));
+}
+
+bool writeDifferences(const TestResult::Entry &entry, const QString &file)
+{
+    return entry.vpType == TestResult::VISUAL_VP ? writeVisualTrees(entry.vpFile.filePath(), file)
+                                                 : writePictureDifference(file);
 }
 
 } // namespace
@@ -81,17 +88,18 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
     return {new HtmlReportGenerator(std::move(opened.stream), *resultDir, type), QString()};
 }
 
-// The page shows the trees of a visual verification that failed from a file beside the snapshot.
+// The page shows what differs in a verification that failed from a script beside the stored file.
 void HtmlReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 {
-    if (entry.vpType == TestResult::VISUAL_VP &&
-        (entry.type == TestResult::FAIL || entry.type == TestResult::XFAIL)) {
-        const QFileInfo snapshot(vpFailedImgFromMsg(entry.details));
+    const bool isStored =
+        entry.vpType == TestResult::VISUAL_VP || entry.vpType == TestResult::SCREENSHOT_VP;
+    if (isStored && (entry.type == TestResult::FAIL || entry.type == TestResult::XFAIL)) {
+        const QFileInfo file(vpFailedImgFromMsg(entry.details));
         const QString reportDir = QDir(d->resultDir).canonicalPath() + QLatin1Char('/');
-        if (snapshot.isFile() && snapshot.canonicalFilePath().startsWith(reportDir) &&
-            !writeVisualTrees(entry.vpFile.filePath(), snapshot.filePath()))
-            std::fprintf(stderr, "morvexrunner: the trees of '%s' could not be stored\n",
-                         qUtf8Printable(snapshot.filePath()));
+        if (file.isFile() && file.canonicalFilePath().startsWith(reportDir) &&
+            !writeDifferences(entry, file.filePath()))
+            std::fprintf(stderr, "morvexrunner: the differences of '%s' could not be stored\n",
+                         qUtf8Printable(file.filePath()));
     }
     JsonReportGenerator::doHandleEntry(entry);
 }

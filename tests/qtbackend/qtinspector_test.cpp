@@ -1,4 +1,4 @@
-#include "qtbackend/qtinspector.h"
+#include "qtbackend/inspectortest.h"
 
 #include "objectmodel/class.h"
 #include "objectmodel/methodlist.h"
@@ -22,8 +22,6 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <limits>
 #include <memory>
@@ -43,13 +41,12 @@ public:
 
 } // namespace Warehouse
 
-class QtInspectorTest : public testing::Test
+class QtInspectorTest : public MorvexTest::InspectorTest
 {
 protected:
     QtInspectorTest()
     {
         auto *layout = new QVBoxLayout(&window);
-        window.setObjectName("window");
         const std::pair<QWidget *, const char *> parts[] = {
             {&button, "button"}, {&edit, "edit"}, {&table, "table"}};
         for (const auto &part : parts) {
@@ -62,23 +59,11 @@ protected:
         window.show();
     }
 
-    SharedPtr<Object> find(const char *name) { return inspector.findObject(name, nullptr); }
-
-    /// The error text.
-    QString call(const char *function, const char *object, const QVariantList &arguments = {})
-    {
-        QString error;
-        inspector.callFunction(function, QVariantList{find(object)->id()} + arguments, &error);
-        return error;
-    }
-
-    QWidget window;
     QPushButton button;
     QLineEdit edit;
     QTableWidget table{1, 1};
     QAction action{&window};
     int clicks = 0;
-    QtInspector inspector;
 };
 
 TEST_F(QtInspectorTest, PropertiesAreReadAndWrittenThroughTheirClass)
@@ -301,33 +286,36 @@ TEST_F(QtInspectorTest, ATableIsWhatItsViewShows)
 
 TEST_F(QtInspectorTest, ClicksReachTheObjectOrSayWhyNot)
 {
-    EXPECT_EQ(call("clickObject", "button"), QString());
-    EXPECT_EQ(call("clickObject", "button", {2, 2}), QString());
-    EXPECT_EQ(call("clickObject", "action"), QString());
+    EXPECT_EQ(click("button"), QString());
+    EXPECT_EQ(click("button", {2, 2}), QString());
+    EXPECT_EQ(click("action"), QString());
     EXPECT_EQ(clicks, 3);
-    EXPECT_EQ(call("clickObject", "button", {-1, 2}), "-1,2 is outside the widget");
+    EXPECT_EQ(click("button", {-1, 2}), "-1,2 is outside the widget");
     button.setEnabled(false);
     action.setEnabled(false);
-    EXPECT_EQ(call("clickObject", "button"), "the widget is disabled");
-    EXPECT_EQ(call("clickObject", "action"), "the action is disabled");
+    EXPECT_EQ(click("button"), "the widget is disabled");
+    EXPECT_EQ(click("action"), "the action is disabled");
     button.hide();
-    EXPECT_EQ(call("clickObject", "button"), "the widget is not visible");
-    EXPECT_EQ(call("typeText", "action", {"a"}), "the object is not a widget");
+    EXPECT_EQ(click("button"), "the widget is not visible");
+    EXPECT_EQ(type("action", "a"), "the object is not a widget");
     EXPECT_EQ(call("nothing", "button"), "there is no function 'nothing'");
+    QString error;
+    inspector.callFunction("clickObject", {0}, &error);
+    EXPECT_EQ(error, "there is no object with this id");
     EXPECT_EQ(clicks, 3);
 }
 
 TEST_F(QtInspectorTest, TypingSendsCharactersAndNamedKeys)
 {
-    EXPECT_EQ(call("typeText", "edit", {"aBc<<<Backspace>"}), QString());
+    EXPECT_EQ(type("edit", "aBc<<<Backspace>"), QString());
     EXPECT_EQ(edit.text(), "aBc");
-    EXPECT_EQ(call("typeText", "edit", {"<Ctrl+A>x<Home>y"}), QString());
+    EXPECT_EQ(type("edit", "<Ctrl+A>x<Home>y"), QString());
     EXPECT_EQ(edit.text(), "yx");
     for (const char *known : {"<PageDown>", "<PgDown>", "<Ctrl+PageUp>", "<Ctrl++>", "<escape>"})
-        EXPECT_EQ(call("typeText", "edit", {known}), QString()) << known;
-    EXPECT_EQ(call("typeText", "edit", {"z<Nonsense>"}),
+        EXPECT_EQ(type("edit", known), QString()) << known;
+    EXPECT_EQ(type("edit", "z<Nonsense>"),
               "'<Nonsense>' is not a key name; \"<\" is typed by \"<<\"");
-    EXPECT_EQ(call("typeText", "edit", {"<Shift+PageDwon>"}).section(';', 0, 0),
+    EXPECT_EQ(type("edit", "<Shift+PageDwon>").section(';', 0, 0),
               "'<Shift+PageDwon>' is not a key name (did you mean '<Shift+PageDown>'?)");
     EXPECT_EQ(edit.text(), "yx");
 }

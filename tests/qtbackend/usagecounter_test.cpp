@@ -1,4 +1,4 @@
-#include "qtbackend/qtinspector.h"
+#include "qtbackend/inspectortest.h"
 #include "shared/uiabstraction/uielement.h"
 
 #include <QAction>
@@ -14,8 +14,6 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
-#include <gtest/gtest.h>
-
 #include <memory>
 
 using namespace Morvex;
@@ -23,14 +21,10 @@ using UIAbstraction::UIElement;
 
 namespace {
 
-class UsageCounterTest : public testing::Test
+class UsageCounterTest : public MorvexTest::InspectorTest
 {
 protected:
-    UsageCounterTest()
-    {
-        window.setObjectName("window");
-        new QVBoxLayout(&window);
-    }
+    UsageCounterTest() { new QVBoxLayout(&window); }
 
     template <typename Widget>
     Widget *add(Widget *widget, const char *name, QWidget *parent = nullptr)
@@ -42,16 +36,11 @@ protected:
 
     void start() { inspector.callFunction("countUsage", {}, nullptr); }
 
-    void use(const char *function, const char *object, const QVariantList &arguments = {})
+    void click(const char *object) { EXPECT_EQ(InspectorTest::click(object), QString()); }
+    void type(const char *object, const char *keys)
     {
-        QString error;
-        const SharedPtr<Object> found = inspector.findObject(object, &error);
-        ASSERT_TRUE(found) << error.toStdString();
-        inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
-        EXPECT_EQ(error, QString());
+        EXPECT_EQ(InspectorTest::type(object, keys), QString());
     }
-    void click(const char *object) { use("clickObject", object); }
-    void type(const char *object, const char *keys) { use("typeText", object, {QString(keys)}); }
 
     static void collect(const UIElement *element, const QString &path, QStringList *lines)
     {
@@ -74,9 +63,6 @@ protected:
         qDeleteAll(windows);
         return lines;
     }
-
-    QtInspector inspector;
-    QWidget window;
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "qtbackend/qtinspector.h"
+#include "qtbackend/inspectortest.h"
 
 #include <QAction>
 #include <QApplication>
@@ -18,50 +18,21 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include <gtest/gtest.h>
+using MorvexTest::InspectorTest;
 
-using namespace Morvex;
-
-/// A window in which the widgets have places of the test's own.
-class UserInputTest : public testing::Test
+class UserInputTest : public InspectorTest
 {
 protected:
-    UserInputTest()
-    {
-        window.setObjectName("window");
-        window.resize(800, 600);
-    }
-
-    template <typename Widget>
-    Widget *add(const char *name, const QRect &place, QWidget *parent = nullptr)
-    {
-        auto *widget = new Widget(parent ? parent : &window);
-        widget->setObjectName(name);
-        widget->setGeometry(place);
-        return widget;
-    }
-
-    /// The error text.
-    QString call(const char *function, const char *object, const QVariantList &arguments)
-    {
-        window.show();
-        QString error;
-        const SharedPtr<Object> found = inspector.findObject(object, &error);
-        if (found)
-            inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
-        return error;
-    }
     QString click(const char *object, const QVariantList &place = {})
     {
-        return call("clickObject", object, place);
+        window.show();
+        return InspectorTest::click(object, place);
     }
-    QString type(const char *object, const char *text)
+    QString type(const char *object, const char *keys)
     {
-        return call("typeText", object, {QString(text)});
+        window.show();
+        return InspectorTest::type(object, keys);
     }
-
-    QtInspector inspector;
-    QWidget window;
 };
 
 TEST_F(UserInputTest, KeysGoWhereTheFocusIs)

@@ -1,16 +1,8 @@
 #include "runner/runoutcome.h"
 
-#include "runner/failedtestcases.h"
-#include "support/environmentguard.h"
-#include "support/files.h"
-
-#include <QDir>
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
 using namespace Morvex;
-using namespace MorvexTest;
 
 namespace {
 
@@ -79,20 +71,4 @@ TEST(RunOutcomeTest, TimesOfAllAttemptsAddUp)
     EXPECT_EQ(slowest[0].milliseconds, 5000);
     EXPECT_EQ(slowest[1].milliseconds, 2000);
     EXPECT_EQ(outcome.skippedCount(), 1);
-}
-
-TEST(FailedTestCasesTest, ARecordBelongsToTheRealPathOfASuite)
-{
-    QTemporaryDir dir;
-    const EnvironmentGuard settings("MORVEX_USER_SETTINGS_DIR", dir.filePath("s").toLocal8Bit());
-    QDir(dir.path()).mkdir("suite");
-    QFile::link(dir.filePath("suite"), dir.filePath("link"));
-    const FailedTestCases record(dir.filePath("suite"));
-    EXPECT_FALSE(record.isRecorded());
-    EXPECT_EQ(record.write({"tst_b", "tst_a"}), "");
-    EXPECT_EQ(FailedTestCases(dir.filePath("link")).read(), (QStringList{"tst_b", "tst_a"}));
-    EXPECT_EQ(record.write({}), "");
-    EXPECT_TRUE(record.isRecorded());
-    EXPECT_EQ(record.read(), QStringList());
-    EXPECT_FALSE(FailedTestCases(dir.path()).isRecorded());
 }

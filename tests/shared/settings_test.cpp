@@ -289,14 +289,19 @@ TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
 TEST(SettingsFilesTest, EachKindOfSettingsHasItsFile)
 {
     QTemporaryDir dir;
-    const EnvironmentGuard user("MORVEX_USER_SETTINGS_DIR", dir.path().toLocal8Bit());
+    const EnvironmentGuard home("HOME", dir.path().toLocal8Bit());
+    const EnvironmentGuard noUser("MORVEX_USER_SETTINGS_DIR", QByteArray());
+    EXPECT_EQ(Settings::morvexSettingsDir(), dir.filePath(".morvex"));
+    EXPECT_TRUE(QDir(dir.filePath(".morvex")).exists());
+    const QString wanted = dir.filePath("deep/er");
+    const EnvironmentGuard user("MORVEX_USER_SETTINGS_DIR", wanted.toLocal8Bit());
     const EnvironmentGuard prefix("MORVEX_PREFIX", dir.path().toLocal8Bit());
     UserSettings(UserSettings::Paths).writeEntry("g", "type", 3);
-    EXPECT_EQ(Settings(dir.filePath("ver1"), "paths.ini").readNumEntry("g", "type", -1), 3);
+    EXPECT_EQ(Settings(wanted + "/ver1", "paths.ini").readNumEntry("g", "type", -1), 3);
     writeFile(dir.filePath("etc/morvex.ini"), "[g]\ntype = 4");
     EXPECT_EQ(GlobalSettings(GlobalSettings::Morvex).readNumEntry("g", "type", -1), 4);
     UserSettings(UserSettings::QuillbaseCmd).writeEntry("g", "type", 5);
-    EXPECT_TRUE(QFile::exists(dir.filePath("ver1/quillbasecmd.ini")));
-    EXPECT_EQ(Settings::settingsDir(), dir.path());
+    EXPECT_TRUE(QFile::exists(wanted + "/ver1/quillbasecmd.ini"));
+    EXPECT_EQ(Settings::settingsDir(), wanted);
     EXPECT_EQ(Settings::defaultGroup(), "General");
 }

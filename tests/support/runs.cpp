@@ -1,32 +1,68 @@
 #include "support/runs.h"
 
-#include "support/sampleentries.h"
+#include "support/files.h"
+#include "test/testreportgeneratorfactory.h"
 
+#include <QColor>
 #include <QDir>
+#include <QTemporaryDir>
+
+#include <tuple>
 
 namespace MorvexTest {
 
-using Morvex::LineInfo;
-using Morvex::TestResult;
+using namespace Morvex;
 
 namespace {
 
 const LineInfo place("/suite/tst_a b/script.js", 12);
 
+TableDiff::Element changedRow(TableDiff::Element::Kind kind, const QString &text)
+{
+    TableDiff::Cell plain;
+    plain.row = 3;
+    plain.properties.insert("text", text);
+    TableDiff::Cell coloured = plain;
+    coloured.column = 1;
+    coloured.properties.insert("backgroundColor", QColor(255, 128, 0, 200));
+    TableDiff::Element element;
+    element.kind = kind;
+    element.subject.type = TableDiff::Subject::ROW;
+    element.subject.cells = {plain, coloured};
+    return element;
+}
+
+auto fields(const TestResult::Entry &entry)
+{
+    return std::tie(entry.time, entry.type, entry.message, entry.details, entry.line, entry.stack,
+                    entry.info, entry.vpCounter, entry.name, entry.tableDiff, entry.vpName,
+                    entry.vpType, entry.summary, entry.description, entry.retry,
+                    entry.attachmentType, entry.attachmentUri);
+}
+
+TestResult::Entry frameEntry(TestResult::ResultType type, const QString &message,
+                             const QString &info, const QString &details = {})
+{
+    TestResult::Entry entry = plainEntry(type, message);
+    entry.info = info;
+    entry.details = details;
+    return entry;
+}
+
+// As the suite loop replays them: with the number of attempts that remain.
+TestResult::Entry attempt(int retry)
+{
+    TestResult::Entry entry = frameEntry(TestResult::START_TEST_CASE, "Start 'tst_a'", "tst_a");
+    entry.retry = retry;
+    entry.summary = "summary of a";
+    entry.description = "description of a";
+    return entry;
+}
+
 void add(TestResult &result, TestResult::ResultType type, const QString &message,
          const QString &details = "details", const LineInfo &line = place)
 {
     result.addResult(type, message, details, line, QString(), -1);
-}
-
-// As the suite loop replays them: with the number of attempts that remain.
-void startAttempt(TestResult &result, const QString &name, int retry)
-{
-    TestResult::Entry entry = fullEntry(TestResult::START_TEST_CASE);
-    entry.info = name;
-    entry.message = "Start '" + name + "'";
-    entry.retry = retry;
-    result.processEntry(entry);
 }
 
 void logNestedSections(TestResult &result)
@@ -51,9 +87,9 @@ void logNestedSections(TestResult &result)
 void logRetries(TestResult &result)
 {
     for (const int retry : {1, 0}) {
-        startAttempt(result, "tst_retried", retry);
+        result.processEntry(attempt(retry));
         add(result, retry == 1 ? TestResult::FAIL : TestResult::PASS, "flaky");
-        result.completedTestCase("tst_retried");
+        result.completedTestCase("tst_a");
     }
 }
 
@@ -74,10 +110,8 @@ void logAllTypes(TestResult &result)
     }
 }
 
-const SampleRun hardRun{"hard", logHardRun};
-
-} // namespace
-
+// Dangling sections, retries, a crash, expected failures, names with dots and slashes, results
+// outside of any test case.
 void logHardRun(TestResult &result)
 {
     add(result, TestResult::PASS, "before the first test case");
@@ -87,6 +121,130 @@ void logHardRun(TestResult &result)
     add(result, TestResult::ERROR, "between test cases", hostileText());
     logCrash(result);
     logAllTypes(result);
+}
+
+} // namespace
+
+std::vector<TestResult::ResultType> allTypes()
+{
+    std::vector<TestResult::ResultType> types;
+    for (int type = TestResult::START; type < TestResult::NONE; ++type)
+        types.push_back(static_cast<TestResult::ResultType>(type));
+    return types;
+}
+
+TestResult::Entry entryOf(TestResult::ResultType type, const QString &message,
+                          const QString &details)
+{
+    TestResult::Entry entry;
+    entry.time = QDateTime(QDate(2024, 3, 1), QTime(12, 0, 0));
+    entry.type = type;
+    entry.message = message;
+    entry.details = details;
+    return entry;
+}
+
+TestResult::Entry plainEntry(TestResult::ResultType type, const QString &message)
+{
+    TestResult::Entry entry = entryOf(type, message);
+    entry.time = QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58, 7), Qt::OffsetFromUTC, 3600);
+    entry.vpCounter = 0;
+    entry.name = "suite_a";
+    return entry;
+}
+
+TestResult::Entry fullEntry(TestResult::ResultType type)
+{
+    TestResult::Entry entry = entryOf(type, QString::fromUtf8("message äöü \U0001F600 <&>\"'"),
+                                      "details\nsecond line\twith a tab\\and a backslash");
+    entry.time = QDateTime(QDate(2024, 2, 29), QTime(23, 59, 58, 7));
+    entry.stack = {LineInfo("/suite/tst_a/script.js", 12), LineInfo("/suite/shared.js", 0)};
+    entry.line = entry.stack.front();
+    entry.info = "info";
+    entry.vpCounter = 4;
+    entry.name = "suite_name";
+    entry.tableDiff = {changedRow(TableDiff::Element::DELETION, "old"),
+                       changedRow(TableDiff::Element::INSERTION, "new")};
+    entry.vpName = "VP1";
+    entry.vpType = TestResult::TABLE_VP;
+    entry.vpFile = QFileInfo("/suite/tst_a/points/VP1.xml");
+    entry.summary = "summary";
+    entry.description = "description";
+    entry.retry = 2;
+    entry.attachmentType = TestResult::SCREENSHOT_ATTACHMENT;
+    entry.attachmentUri = "/results/shot 1.png";
+    return entry;
+}
+
+TestResult::Entry verificationEntry(TestResult::ResultType type, TestResult::VPType vpType,
+                                    int vpCounter)
+{
+    const bool isProperty = vpType == TestResult::PROPERTY_VP;
+    const bool hasPicture = vpType == TestResult::SCREENSHOT_VP || vpType == TestResult::VISUAL_VP;
+    TestResult::Entry entry =
+        plainEntry(type, isProperty ? "VP: Property comparison of ':Main.ok.enabled' failed"
+                         : vpType == TestResult::NO_VP ? "Values differ"
+                                                       : "VP: Comparison of ':Main.ok' failed");
+    entry.details = isProperty   ? "The values 'true' and 'false' differ"
+                    : hasPicture ? "Saved as '/r/tst_a/failed_1.png'."
+                                 : "Expected 'a', got 'b'.";
+    entry.stack = {LineInfo("/s/tst_a/script.js", 12), LineInfo("/s/shared.js", 3)};
+    entry.line = entry.stack.front();
+    entry.vpCounter = vpCounter;
+    entry.vpType = vpType;
+    if (vpType != TestResult::NO_VP)
+        entry.vpFile = QFileInfo("/s/points/VP1.xml");
+    if (vpType == TestResult::TABLE_VP)
+        entry.tableDiff = fullEntry(type).tableDiff;
+    return entry;
+}
+
+bool areEqual(const TestResult::Entry &a, const TestResult::Entry &b)
+{
+    return fields(a) == fields(b) && a.vpFile.filePath() == b.vpFile.filePath();
+}
+
+Entries sampleRun()
+{
+    Entries entries{plainEntry(TestResult::START, "Start 'suite_a'"), attempt(1)};
+    int vpCounter = 0;
+    for (const auto type :
+         {TestResult::PASS, TestResult::FAIL, TestResult::XFAIL, TestResult::XPASS}) {
+        for (const auto vpType : {TestResult::NO_VP, TestResult::PROPERTY_VP, TestResult::TABLE_VP,
+                                  TestResult::SCREENSHOT_VP, TestResult::VISUAL_VP})
+            entries.push_back(verificationEntry(type, vpType, ++vpCounter));
+    }
+    const TestResult::Entry end = frameEntry(TestResult::END_TEST_CASE, "End 'tst_a'", "tst_a");
+    entries.insert(entries.end(), {end, attempt(0)});
+    entries.push_back(frameEntry(TestResult::START_SECTION, "title", "section", "about it"));
+    for (const auto type :
+         {TestResult::LOG, TestResult::FATAL, TestResult::ERROR, TestResult::WARNING})
+        entries.push_back(plainEntry(type, "told"));
+    for (const auto type : {TestResult::END_SECTION, TestResult::SKIP_SECTION})
+        entries.push_back(frameEntry(type, "title", "section", "about it"));
+    for (const auto type :
+         {TestResult::ATTACHMENT, TestResult::STARTVIDEOCAPTURE, TestResult::ENDVIDEOCAPTURE}) {
+        entries.push_back(plainEntry(type, "attached"));
+        entries.back().attachmentType = TestResult::FILE_ATTACHMENT;
+        entries.back().attachmentUri = "/r/a b.txt";
+    }
+    entries.insert(entries.end(), {end, plainEntry(TestResult::END, "End 'suite_a'")});
+    return entries;
+}
+
+Entries runOfMessages(const QStringList &messages)
+{
+    Entries entries{plainEntry(TestResult::START)};
+    for (const QString &message : messages)
+        entries.push_back(plainEntry(TestResult::LOG, message));
+    entries.push_back(plainEntry(TestResult::END));
+    return entries;
+}
+
+void replay(const Entries &entries, TestReportGenerator *generator)
+{
+    for (const TestResult::Entry &entry : entries)
+        generator->handleEntry(entry);
 }
 
 const std::vector<SampleRun> &allRuns()
@@ -100,7 +258,7 @@ const std::vector<SampleRun> &allRuns()
         {"retries", logRetries},
         {"crash", logCrash},
         {"all types", logAllTypes},
-        hardRun,
+        {"hard", logHardRun},
     };
     return runs;
 }
@@ -112,17 +270,73 @@ void logRun(const SampleRun &run, TestResult &result)
     result.completed();
 }
 
+QByteArray reportOf(const char *keyword, const std::function<void(TestResult &)> &log)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("report.xml");
+    QString resultDir;
+    const auto created = TestReportGeneratorFactory::create(
+        {QString(keyword) + ',' + path}, &resultDir, TestReportGenerator::TEST_SUITE);
+    if (!created.generator)
+        qFatal("%s", qUtf8Printable(created.error));
+    {
+        TestResult result(created.generator);
+        log(result);
+    }
+    return readFile(path);
+}
+
+QByteArray reportOf(const char *keyword, const SampleRun &run)
+{
+    return reportOf(keyword, [&run](TestResult &result) { logRun(run, result); });
+}
+
+QByteArray reportOf(const char *keyword, const TestResult::Entry &entry)
+{
+    return reportOf(keyword, [&entry](TestResult &result) {
+        result.start("suite_a", QDir("/suite"), "", "");
+        result.processEntry(entry);
+        result.completed();
+    });
+}
+
 QString hostileText()
 {
     QString text = "<a href=\"x\">&amp;'</a> ]]> ]]]> \x1b[31mred\x1b[0m \x1b]0;title\x07 end";
     for (ushort unit = 1; unit <= 0xa0; ++unit)
         text += QChar(unit);
-    text += QChar(0xfffe);
-    text += QChar(0xffff);
-    text += QString::fromUtf8("\U0001F600");
-    text += QChar(0xdc00);
-    text += QChar(0xd800);
+    for (const ushort unit : {0xfffe, 0xffff, 0xd83d, 0xde00, 0xdc00, 0xd800})
+        text += QChar(unit);
     return text;
+}
+
+QStringList awkwardTexts()
+{
+    QStringList texts{QString(1 << 20, QLatin1Char('x')), hostileText(), QString(QChar(0xd83d)),
+                      "a" + QString(QChar(0)) + "b", "C:\\path\\new \"quoted\"\r\n\ttabbed \u2028"};
+    for (int brackets = 0; brackets < 6; ++brackets) {
+        const QString run(brackets, QLatin1Char(']'));
+        texts += {"a" + run, run + ">" + run + ">b", run + QChar(7) + "]>" + run};
+    }
+    return texts;
+}
+
+QString withoutUnwritable(const QString &text, bool dropsControls)
+{
+    QString expected;
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar unit = text[i];
+        const bool isPair =
+            unit.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        if (isPair)
+            expected += text.mid(i++, 2);
+        else if (unit.isSurrogate() || unit.unicode() >= 0xfffe)
+            expected += QChar(QChar::ReplacementCharacter);
+        else if (!dropsControls || unit.unicode() >= 0x20 || unit == '\t' || unit == '\n' ||
+                 unit == '\r')
+            expected += unit;
+    }
+    return expected;
 }
 
 } // namespace MorvexTest

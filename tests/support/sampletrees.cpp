@@ -1,7 +1,11 @@
 #include "support/sampletrees.h"
 
+#include "shared/uiabstraction/xmlexport.h"
+
+#include <QBuffer>
 #include <QDataStream>
-#include <QIODevice>
+
+#include <gtest/gtest.h>
 
 using namespace Morvex::UIAbstraction;
 
@@ -40,25 +44,6 @@ QImage randomImage(QRandomGenerator &random)
     return image;
 }
 
-QString shown(const QString &text)
-{
-    return text.isNull() ? QStringLiteral("null") : QLatin1Char('"') + text + QLatin1Char('"');
-}
-
-QString shown(const QHash<QString, QString> &properties)
-{
-    const QMap<QString, QString> sorted = [&properties] {
-        QMap<QString, QString> map;
-        for (auto it = properties.begin(); it != properties.end(); ++it)
-            map.insert(it.key(), it.value());
-        return map;
-    }();
-    QString text;
-    for (auto it = sorted.begin(); it != sorted.end(); ++it)
-        text += shown(it.key()) + QLatin1Char('=') + shown(it.value()) + QLatin1Char(';');
-    return text;
-}
-
 } // namespace
 
 std::unique_ptr<UIElement> randomTree(QRandomGenerator &random, int levels)
@@ -91,6 +76,14 @@ std::unique_ptr<UIElement> randomTree(QRandomGenerator &random, int levels)
     return element;
 }
 
+UIElement *newElement(const char *className, UIElement *parent)
+{
+    auto *element = new UIElement(QString(), StandardType(), QLatin1String(className));
+    if (parent)
+        parent->addChild(element);
+    return element;
+}
+
 QByteArray dumpOf(const QList<UIElement *> &elements)
 {
     QByteArray bytes;
@@ -102,28 +95,15 @@ QByteArray dumpOf(const QList<UIElement *> &elements)
     return bytes;
 }
 
-QString described(const UIElement &element)
+QByteArray xmlOf(const QList<UIElement *> &elements, bool hidesTransparent)
 {
-    QString text = shown(element.id()) + element.standardType().toString();
-    for (const QString &field :
-         {element.concreteType(), element.simplifiedType(), element.nameSpace(), element.text(),
-          element.realName(), element.symbolicName(), element.superTypes().join(QLatin1Char('|'))})
-        text += QLatin1Char(' ') + shown(field);
-    const QRect rect = element.geometry().rect();
-    for (int number :
-         {int(element.isTransparentNode()), int(element.isSubgraphTransparent()),
-          int(element.isWindowNode()), rect.left(), rect.top(), rect.right(), rect.bottom(),
-          int(element.geometry().isRelative()), element.image().width(), element.image().height()})
-        text += QLatin1Char(' ') + QString::number(number);
-    if (element.isImageSet())
-        text += QString::number(element.image().pixel(0, 0));
-    text += shown(element.concreteProperties()) + shown(element.identifyingProperties());
-    const QMap<UIEvent, int> usage = element.usageMap();
-    for (auto it = usage.begin(); it != usage.end(); ++it)
-        text += shown(it.key().name()) + QString::number(it.value());
-    for (const UIElement *child : element.children())
-        text += QLatin1String("{") + described(*child) + QLatin1String("}");
-    return text;
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    XmlExporter exporter(elements);
+    exporter.setSkipTransparentNodes(hidesTransparent);
+    exporter.setHonourSubgraphTransparency(hidesTransparent);
+    EXPECT_TRUE(exporter.toXml(&buffer)) << exporter.errorText().toStdString();
+    return buffer.data();
 }
 
 } // namespace MorvexTest

@@ -12,10 +12,15 @@ namespace MorvexTest {
 /// in every script and of no characters that XML has, far coordinates, pictures, usage.
 std::unique_ptr<Morvex::UIAbstraction::UIElement> randomTree(QRandomGenerator &random, int levels);
 
+/// An element of this class, owned by @p parent or else by the caller.
+Morvex::UIAbstraction::UIElement *newElement(const char *className,
+                                             Morvex::UIAbstraction::UIElement *parent = nullptr);
+
 /// The stream form of a whole dump.
 QByteArray dumpOf(const QList<Morvex::UIAbstraction::UIElement *> &elements);
 
-/// All fields of all elements as one text, "null" for null texts: equal trees have equal texts.
-QString described(const Morvex::UIAbstraction::UIElement &element);
+/// The file of these elements, with or without what is transparent.
+QByteArray xmlOf(const QList<Morvex::UIAbstraction::UIElement *> &elements,
+                 bool hidesTransparent = true);
 
 } // namespace MorvexTest

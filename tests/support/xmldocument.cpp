@@ -11,16 +11,6 @@
 namespace MorvexTest {
 namespace {
 
-template <auto Free>
-struct Deleter
-{
-    template <typename T>
-    void operator()(T *object) const
-    {
-        Free(object);
-    }
-};
-
 const xmlChar *xmlText(const char *text)
 {
     return reinterpret_cast<const xmlChar *>(text);
@@ -53,117 +43,85 @@ void appendMessage(void *target, const char *format, ...)
     *static_cast<QString *>(target) += QString::fromUtf8(message);
 }
 
-} // namespace
-
-struct XmlDocument::Private
-{
-    std::unique_ptr<xmlDoc, Deleter<xmlFreeDoc>> document;
-    QString error;
-
-    using Result = std::unique_ptr<xmlXPathObject, Deleter<xmlXPathFreeObject>>;
-
-    Result evaluate(const char *expression) const;
-
-    template <typename Visit>
-    void visit(const char *expression, Visit visitNode) const;
-};
-
-XmlDocument::Private::Result XmlDocument::Private::evaluate(const char *expression) const
+std::shared_ptr<xmlXPathObject> evaluate(xmlDoc *document, const char *expression)
 {
     if (!document)
         return {};
-    const std::unique_ptr<xmlXPathContext, Deleter<xmlXPathFreeContext>> context(
-        xmlXPathNewContext(document.get()));
+    const std::shared_ptr<xmlXPathContext> context(xmlXPathNewContext(document),
+                                                   xmlXPathFreeContext);
     xmlXPathRegisterNs(context.get(), xmlText("ss"),
                        xmlText("urn:schemas-microsoft-com:office:spreadsheet"));
     xmlXPathRegisterNs(context.get(), xmlText("x2"), xmlText("http://www.morvex.org/XML2"));
-    Result found(xmlXPathEvalExpression(xmlText(expression), context.get()));
+    const std::shared_ptr<xmlXPathObject> found(
+        xmlXPathEvalExpression(xmlText(expression), context.get()), xmlXPathFreeObject);
     if (!found)
         qFatal("Bad expression in a test: %s", expression);
     return found;
 }
 
-template <typename Visit>
-void XmlDocument::Private::visit(const char *expression, Visit visitNode) const
-{
-    const Result found = evaluate(expression);
-    for (int i = 0; found && found->nodesetval && i < found->nodesetval->nodeNr; ++i)
-        visitNode(found->nodesetval->nodeTab[i]);
-}
+} // namespace
 
 XmlDocument::XmlDocument(const QByteArray &content, Mode mode)
-    : d(std::make_unique<Private>())
 {
     const int options = XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE |
                         (mode == Recover ? XML_PARSE_RECOVER : 0);
-    d->document.reset(
-        xmlReadMemory(content.constData(), content.size(), nullptr, nullptr, options));
-    if (const xmlError *error = d->document ? nullptr : xmlGetLastError())
-        d->error = QString("line %1: %2").arg(error->line).arg(error->message);
-    else if (!d->document)
-        d->error = "empty";
-    if (d->document && mode == NoNamespaces)
-        removeNamespaces(d->document->children);
-}
-
-XmlDocument::~XmlDocument() = default;
-
-QString XmlDocument::error() const
-{
-    return d->error;
+    m_document.reset(xmlReadMemory(content.constData(), content.size(), nullptr, nullptr, options),
+                     xmlFreeDoc);
+    if (const xmlError *error = m_document ? nullptr : xmlGetLastError())
+        m_error = QString("line %1: %2").arg(error->line).arg(error->message);
+    else if (!m_document)
+        m_error = "empty";
+    else if (mode == NoNamespaces)
+        removeNamespaces(m_document->children);
 }
 
 int XmlDocument::count(const char *expression) const
 {
-    int count = 0;
-    d->visit(expression, [&count](xmlNode *) { ++count; });
-    return count;
+    const auto found = evaluate(m_document.get(), expression);
+    return found && found->nodesetval ? found->nodesetval->nodeNr : 0;
 }
 
 QString XmlDocument::value(const char *expression) const
 {
-    const Private::Result found = d->evaluate(expression);
+    const auto found = evaluate(m_document.get(), expression);
     return found ? takeText(xmlXPathCastToString(found.get())) : QString();
-}
-
-QString XmlDocument::text(const char *expression) const
-{
-    return texts(expression).value(0);
 }
 
 QStringList XmlDocument::texts(const char *expression) const
 {
+    const auto found = evaluate(m_document.get(), expression);
     QStringList texts;
-    d->visit(expression, [&texts](xmlNode *node) { texts += takeText(xmlNodeGetContent(node)); });
+    for (int i = 0; found && found->nodesetval && i < found->nodesetval->nodeNr; ++i)
+        texts += takeText(xmlNodeGetContent(found->nodesetval->nodeTab[i]));
     return texts;
 }
 
 QStringList XmlDocument::attributes(const char *expression) const
 {
+    const auto found = evaluate(m_document.get(), expression);
     QStringList attributes;
-    d->visit(expression, [&attributes](xmlNode *node) {
-        if (!attributes.isEmpty())
-            return;
-        for (xmlAttr *attribute = node->properties; attribute; attribute = attribute->next)
+    if (found && found->nodesetval && found->nodesetval->nodeNr > 0) {
+        const xmlAttr *attribute = found->nodesetval->nodeTab[0]->properties;
+        for (; attribute; attribute = attribute->next)
             attributes += QString::fromUtf8(reinterpret_cast<const char *>(attribute->name)) + '=' +
-                          takeText(xmlNodeGetContent(reinterpret_cast<xmlNode *>(attribute)));
-    });
+                          takeText(xmlNodeGetContent(reinterpret_cast<const xmlNode *>(attribute)));
+    }
     return attributes;
 }
 
 QString XmlDocument::validate(const QString &schemaFile) const
 {
     QString message;
-    const std::unique_ptr<xmlSchemaParserCtxt, Deleter<xmlSchemaFreeParserCtxt>> parser(
-        xmlSchemaNewParserCtxt(qPrintable(schemaFile)));
+    const std::shared_ptr<xmlSchemaParserCtxt> parser(
+        xmlSchemaNewParserCtxt(qPrintable(schemaFile)), xmlSchemaFreeParserCtxt);
     xmlSchemaSetParserErrors(parser.get(), appendMessage, appendMessage, &message);
-    const std::unique_ptr<xmlSchema, Deleter<xmlSchemaFree>> schema(xmlSchemaParse(parser.get()));
+    const std::shared_ptr<xmlSchema> schema(xmlSchemaParse(parser.get()), xmlSchemaFree);
     if (!schema)
         return "no schema: " + message;
-    const std::unique_ptr<xmlSchemaValidCtxt, Deleter<xmlSchemaFreeValidCtxt>> validator(
-        xmlSchemaNewValidCtxt(schema.get()));
+    const std::shared_ptr<xmlSchemaValidCtxt> validator(xmlSchemaNewValidCtxt(schema.get()),
+                                                        xmlSchemaFreeValidCtxt);
     xmlSchemaSetValidErrors(validator.get(), appendMessage, appendMessage, &message);
-    const int result = xmlSchemaValidateDoc(validator.get(), d->document.get());
+    const int result = xmlSchemaValidateDoc(validator.get(), m_document.get());
     return result == 0 ? QString() : "invalid: " + message;
 }
 

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+struct _xmlDoc;
+
 namespace MorvexTest {
 
 /// A document as libxml2 reads it, a reader that has no code in common with our writers.
@@ -23,16 +25,14 @@ public:
     };
 
     explicit XmlDocument(const QByteArray &content, Mode mode = Strict);
-    ~XmlDocument();
 
     /// Empty when the document is well-formed.
-    QString error() const;
+    QString error() const { return m_error; }
 
     int count(const char *expression) const;
-    /// Of an expression that gives no nodes.
+    /// Of any expression; that of nodes is the text of the first, empty without one.
     QString value(const char *expression) const;
-    /// Of the first node that is found, empty without one.
-    QString text(const char *expression) const;
+    QString text(const char *expression) const { return value(expression); }
     QStringList texts(const char *expression) const;
     /// "name=value" of the first node that is found, in the order of the file.
     QStringList attributes(const char *expression) const;
@@ -41,8 +41,8 @@ public:
     QString validate(const QString &schemaFile) const;
 
 private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    std::shared_ptr<_xmlDoc> m_document;
+    QString m_error;
 };
 
 } // namespace MorvexTest

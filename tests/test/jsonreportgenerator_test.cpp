@@ -1,7 +1,6 @@
-#include "test/jsonreportgenerator.h"
-
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
+#include "test/testreportgeneratorfactory.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -17,15 +16,14 @@ using namespace MorvexTest;
 
 namespace {
 
-const unsigned short versions[] = {JsonReportGenerator::Version1_0, JsonReportGenerator::Version1_1,
-                                   JsonReportGenerator::Version1_2};
-
-QByteArray reportOf(const std::vector<TestResult::Entry> &entries, unsigned short version,
+QByteArray reportOf(const std::vector<TestResult::Entry> &entries,
+                    const QString &keyword = "json1.2",
                     TestReportGenerator::TestType type = TestReportGenerator::TEST_SUITE)
 {
     const QTemporaryDir dir;
     QString resultDir;
-    const auto result = JsonReportGenerator::create(dir.path(), type, version, &resultDir);
+    const auto result =
+        TestReportGeneratorFactory::create({keyword + ',' + dir.path()}, &resultDir, type);
     std::unique_ptr<TestReportGenerator> generator(result.generator);
     replay(entries, generator.get());
     generator.reset();
@@ -51,7 +49,7 @@ TEST(JsonReportGeneratorTest, TheBytesOfAShortReport)
     const std::vector<TestResult::Entry> entries{
         plainEntry(TestResult::START), plainEntry(TestResult::LOG, QString::fromUtf8("ä\"\n\x7f")),
         plainEntry(TestResult::LOG), skipped, plainEntry(TestResult::END)};
-    EXPECT_EQ(reportOf(entries, JsonReportGenerator::Version1_1, TestReportGenerator::TEST_CASE),
+    EXPECT_EQ(reportOf(entries, "json1.1", TestReportGenerator::TEST_CASE),
               R"({"version":{"major":1,"minor":1},"tests":[{"name":"suite_a",)"
               R"("start":"2024-02-29T23:59:58+01:00","type":"testcase","tests":[)"
               R"({"result":"LOG","text":"\u00e4\"\n)"
@@ -65,17 +63,18 @@ TEST(JsonReportGeneratorTest, TheBytesOfAShortReport)
 
 TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetries)
 {
-    for (const unsigned short version : versions) {
-        const QByteArray report = reportOf(sampleRun(), version);
+    for (int version = 0; version <= 2; ++version) {
+        const QByteArray report =
+            reportOf(sampleRun(), version == 0 ? "json" : QString("json1.%1").arg(version));
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(report, &error);
         ASSERT_EQ(error.error, QJsonParseError::NoError) << qPrintable(error.errorString());
-        EXPECT_EQ(document.object()["version"].toObject()["minor"].toInt(), version & 0xff);
+        EXPECT_EQ(document.object()["version"].toObject()["minor"].toInt(), version);
         const QJsonArray attempts = childrenOf(runOf(report));
         ASSERT_EQ(attempts.size(), 2);
         for (int attempt = 0; attempt < 2; ++attempt) {
             const QJsonValue retry = attempts[attempt].toObject()["retry"];
-            EXPECT_EQ(retry.isObject(), version == JsonReportGenerator::Version1_2);
+            EXPECT_EQ(retry.isObject(), version == 2);
             const QJsonObject expected{{"count", attempt}, {"max", 1}};
             EXPECT_TRUE(!retry.isObject() || retry.toObject() == expected) << attempt;
         }
@@ -84,8 +83,7 @@ TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetrie
 
 TEST(JsonReportGeneratorTest, EachKindOfResultHasItsFields)
 {
-    const QJsonArray attempts =
-        childrenOf(runOf(reportOf(sampleRun(), JsonReportGenerator::Version1_0)));
+    const QJsonArray attempts = childrenOf(runOf(reportOf(sampleRun(), "json")));
     const QJsonArray failures = childrenOf(attempts[0].toObject());
     struct Row
     {
@@ -137,8 +135,7 @@ TEST(JsonReportGeneratorTest, TableDifferencesAreThereAsRowsColumnsAndCells)
         entry.tableDiff.append(element);
     }
     const QJsonObject run =
-        runOf(reportOf({plainEntry(TestResult::START), entry, plainEntry(TestResult::END)},
-                       JsonReportGenerator::Version1_2));
+        runOf(reportOf({plainEntry(TestResult::START), entry, plainEntry(TestResult::END)}));
     const QJsonArray diff = childrenOf(run)[0].toObject()["tablediff"].toArray();
     ASSERT_EQ(diff.size(), 3);
     EXPECT_EQ(diff[0].toObject()["elementType"], "deletion");
@@ -172,9 +169,8 @@ TEST(JsonReportGeneratorTest, DetailsMoveIntoTheTextWhenThereIsAWordOfTheVerifie
         TestResult::Entry entry = plainEntry(TestResult::LOG, "m");
         entry.details = row.details;
         entry.info = row.info;
-        const QJsonObject message = childrenOf(runOf(
-            reportOf({plainEntry(TestResult::START), entry}, JsonReportGenerator::Version1_2)))[0]
-                                        .toObject();
+        const QJsonObject message =
+            childrenOf(runOf(reportOf({plainEntry(TestResult::START), entry})))[0].toObject();
         EXPECT_EQ(message["text"], row.text);
         EXPECT_EQ(message["detail"], row.detail);
     }
@@ -185,7 +181,7 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
     std::vector<TestResult::Entry> entries = sampleRun();
     while (!entries.empty()) {
         entries.pop_back();
-        const QByteArray report = reportOf(entries, JsonReportGenerator::Version1_2);
+        const QByteArray report = reportOf(entries);
         EXPECT_EQ(QJsonDocument::fromJson(report).isObject(), !entries.empty()) << entries.size();
     }
 }
@@ -193,8 +189,7 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
 TEST(JsonReportGeneratorTest, NoTextBreaksTheReportOrTakesAnythingElseWithIt)
 {
     const QStringList texts = awkwardTexts();
-    const QJsonArray messages =
-        childrenOf(runOf(reportOf(runOfMessages(texts), JsonReportGenerator::Version1_2)));
+    const QJsonArray messages = childrenOf(runOf(reportOf(runOfMessages(texts))));
     ASSERT_EQ(messages.size(), texts.size());
     for (int i = 0; i < texts.size(); ++i)
         EXPECT_TRUE(messages[i].toObject()["text"] == withoutUnwritable(texts[i], false)) << i;
@@ -206,7 +201,7 @@ TEST(JsonReportGeneratorTest, EachResultIsWrittenAsJsonCppWritesIt)
     std::vector<TestResult::Entry> entries = runOfMessages(awkwardTexts().mid(1));
     const std::vector<TestResult::Entry> sample = sampleRun();
     entries.insert(entries.begin() + 1, sample.begin() + 2, sample.begin() + 22);
-    const std::string report = reportOf(entries, JsonReportGenerator::Version1_2).toStdString();
+    const std::string report = reportOf(entries).toStdString();
     Json::Value document;
     std::string errors;
     std::istringstream stream(report);

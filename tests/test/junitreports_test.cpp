@@ -1,4 +1,4 @@
-#include "support/reports.h"
+#include "support/runs.h"
 
 #include <QDir>
 #include <gtest/gtest.h>
@@ -38,6 +38,27 @@ private:
     int m_seconds = 0;
 };
 
+struct Step
+{
+    TestResult::ResultType type;
+    QString message;
+    QString info = {};
+};
+
+// A run of one test case with these steps.
+XmlDocument junitOf(const QString &testCase, const std::vector<Step> &steps)
+{
+    return XmlDocument(reportOf("junit", [&](TestResult &result) {
+        SteadyRun run(result);
+        run.add(TestResult::START, "");
+        run.add(TestResult::START_TEST_CASE, "", testCase);
+        for (const Step &step : steps)
+            run.add(step.type, step.message, step.info);
+        run.add(TestResult::END_TEST_CASE, "", testCase);
+        run.add(TestResult::END, "");
+    }));
+}
+
 void logSteadyRun(TestResult &result)
 {
     SteadyRun run(result);
@@ -54,20 +75,6 @@ void logSteadyRun(TestResult &result)
     run.add(TestResult::END_TEST_CASE, "", "tst.a");
     run.add(TestResult::XPASS, "outside");
     run.add(TestResult::END, "");
-}
-
-QByteArray deepReport(int levels)
-{
-    return reportOf("junit", [levels](TestResult &result) {
-        SteadyRun run(result);
-        run.add(TestResult::START, "");
-        run.add(TestResult::START_TEST_CASE, "", "tst_a");
-        for (int level = 0; level < levels; ++level) {
-            run.add(TestResult::START_SECTION, "section", "section");
-            run.add(TestResult::PASS, "");
-        }
-        run.add(TestResult::END, "");
-    });
 }
 
 } // namespace
@@ -142,49 +149,47 @@ TEST(JUnitTest, ALogLineHasItsPartsAndItsFrames)
 
 TEST(JUnitTest, DeepNestingTakesSpaceInProportion)
 {
-    const int small = deepReport(1000).size();
-    EXPECT_LT(deepReport(2000).size(), 3 * small);
+    const auto sizeOf = [](int levels) {
+        return reportOf("junit",
+                        [levels](TestResult &result) {
+                            SteadyRun run(result);
+                            run.add(TestResult::START, "");
+                            run.add(TestResult::START_TEST_CASE, "", "tst_a");
+                            for (int level = 0; level < levels; ++level) {
+                                run.add(TestResult::START_SECTION, "section", "section");
+                                run.add(TestResult::PASS, "");
+                            }
+                            run.add(TestResult::END, "");
+                        })
+            .size();
+    };
+    EXPECT_LT(sizeOf(2000), 3 * sizeOf(1000));
 }
 
 TEST(JUnitTest, DeepSectionsKeepNamesOfTheirOwn)
 {
-    const XmlDocument document(reportOf("junit", [](TestResult &result) {
-        SteadyRun run(result);
-        run.add(TestResult::START, "");
-        run.add(TestResult::START_TEST_CASE, "", "t");
-        for (const char *title : {"outer", "other", "outer"}) {
-            for (int level = 1; level <= 20; ++level) {
-                run.add(TestResult::START_SECTION, level == 10 ? title : "s", "section");
-                if (level > 18)
-                    run.add(TestResult::PASS, "");
-            }
-            for (int level = 1; level <= 20; ++level)
-                run.add(TestResult::END_SECTION, "s", "section");
+    std::vector<Step> steps;
+    for (const char *title : {"outer", "other", "outer"}) {
+        for (int level = 1; level <= 20; ++level) {
+            steps.push_back({TestResult::START_SECTION, level == 10 ? title : "s", "section"});
+            if (level > 18)
+                steps.push_back({TestResult::PASS, ""});
         }
-        run.add(TestResult::END_TEST_CASE, "", "t");
-        run.add(TestResult::END, "");
-    }));
-    const QString nine(QString("/s").repeated(9));
-    const QString ten(QString("/s").repeated(10));
-    EXPECT_EQ(
-        document.texts("//testcase/@name"),
-        QStringList({"t", "t" + nine + "/outer" + nine, "t" + nine + "/[11]" + ten,
-                     "t" + nine + "/other" + nine, "t" + nine + "/[22]" + ten,
-                     "t" + nine + "/outer" + nine + "_2", "t" + nine + "/[11]" + ten + "_2"}));
+        steps.insert(steps.end(), 20, {TestResult::END_SECTION, "s", "section"});
+    }
+    const QString nine = 't' + QString("/s").repeated(9);
+    const QString rest = QString("/s").repeated(9);
+    EXPECT_EQ(junitOf("t", steps).texts("//testcase/@name"),
+              QStringList({"t", nine + "/outer" + rest, nine + "/[11]/s" + rest,
+                           nine + "/other" + rest, nine + "/[22]/s" + rest,
+                           nine + "/outer" + rest + "_2", nine + "/[11]/s" + rest + "_2"}));
 }
 
 TEST(JUnitTest, ASectionWithoutATitleDoesNotEndItsClassWithADot)
 {
-    const XmlDocument document(reportOf("junit", [](TestResult &result) {
-        SteadyRun run(result);
-        run.add(TestResult::START, "");
-        run.add(TestResult::START_TEST_CASE, "", "tst_a");
-        run.add(TestResult::START_SECTION, "", "section");
-        run.add(TestResult::PASS, "");
-        run.add(TestResult::END_SECTION, "", "section");
-        run.add(TestResult::END_TEST_CASE, "", "tst_a");
-        run.add(TestResult::END, "");
-    }));
+    const XmlDocument document = junitOf("tst_a", {{TestResult::START_SECTION, "", "section"},
+                                                   {TestResult::PASS, ""},
+                                                   {TestResult::END_SECTION, "", "section"}});
     EXPECT_EQ(document.texts("//testcase/@classname"), QStringList({"tst_a", "tst_a.<unnamed>"}));
     EXPECT_EQ(document.texts("//testcase/@name"), QStringList({"tst_a", "tst_a/<unnamed>"}));
 }
@@ -198,20 +203,12 @@ TEST(JUnitTest, ARunWithoutTestCasesIsNotLostByReaders)
 
 TEST(JUnitTest, ATestCaseThatWasLeftOutDoesNotLookPassed)
 {
-    const XmlDocument document(reportOf("junit", [](TestResult &result) {
-        SteadyRun run(result);
-        run.add(TestResult::START, "");
-        run.add(TestResult::START_TEST_CASE, "", "tst_a");
-        run.add(TestResult::SKIP_SECTION, "tst_a", "testcase");
-        run.add(TestResult::END_TEST_CASE, "", "tst_a");
-        run.add(TestResult::START_TEST_CASE, "", "tst_b");
-        run.add(TestResult::SKIP_SECTION, "title", "scenario");
-        run.add(TestResult::PASS, "");
-        run.add(TestResult::END_TEST_CASE, "", "tst_b");
-        run.add(TestResult::END, "");
-    }));
-    EXPECT_EQ(document.texts("//testcase[skipped]/@name"), QStringList("tst_a"));
-    EXPECT_EQ(document.validate(schema("junit-ant.xsd")), QString());
+    const XmlDocument skipped = junitOf("tst_a", {{TestResult::SKIP_SECTION, "", "testcase"}});
+    EXPECT_EQ(skipped.texts("//testcase[skipped]/@name"), QStringList("tst_a"));
+    EXPECT_EQ(skipped.validate(schema("junit-ant.xsd")), QString());
+    const XmlDocument other =
+        junitOf("tst_b", {{TestResult::SKIP_SECTION, "title", "scenario"}, {TestResult::PASS, ""}});
+    EXPECT_EQ(other.count("//skipped"), 0);
 }
 
 TEST(JUnitTest, ResultsOfAnEarlierTimeDoNotLengthenTheRun)

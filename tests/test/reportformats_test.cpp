@@ -3,8 +3,7 @@
 #include "support/files.h"
 #include "support/filesizelimit.h"
 #include "support/reportcounts.h"
-#include "support/reports.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/nullreportgenerator.h"
 #include "test/output/reportfile.h"
 #include "test/report/bufferedreport.h"
@@ -50,10 +49,30 @@ QString pathIn(const QTemporaryDir &dir)
     return dir.filePath("report.xml");
 }
 
+using Reader = Counts (*)(const QByteArray &);
+const std::pair<const char *, Reader> directoryFormats[] = {
+    {"xml3", countsOfXml3},    {"xml3.5", countsOfXml3},    {"json", countsOfJson},
+    {"json1.2", countsOfJson}, {"html", countsOfWebReport},
+};
+
 TestReportGenerator *generatorFor(const char *keyword, const QString &path)
 {
     return TestReportGeneratorFactory::create({QString(keyword) + ',' + path},
                                               TestReportGenerator::TEST_SUITE);
+}
+
+// The results file in the directory of a report.
+QByteArray filesOf(const QString &keyword, const SampleRun &run)
+{
+    const QTemporaryDir dir;
+    const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
+    writeFile(dir.filePath("lib/webreport/index.html"), "page");
+    standardErrorOf([&] {
+        TestResult result(generatorFor(qPrintable(keyword), dir.filePath("r")));
+        logRun(run, result);
+    });
+    return readFile(dir.filePath("r/results.xml")) + readFile(dir.filePath("r/results.json")) +
+           readFile(dir.filePath("r/data/results-v1.js"));
 }
 
 } // namespace
@@ -61,13 +80,20 @@ TestReportGenerator *generatorFor(const char *keyword, const QString &path)
 TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
 {
     for (const SampleRun &run : allRuns()) {
-        Counts expected = countsOf(run);
+        const Counts expected = countsOf(run);
+        const auto expectCounts = [&expected](const Counts &counts) {
+            for (const auto &[key, count] : counts)
+                EXPECT_EQ(count, expected.at(key)) << key;
+        };
         for (const ClassicFormat &format : classicFormats()) {
             SCOPED_TRACE(std::string(format.keyword) + ": " + run.name);
             const XmlDocument document(reportOf(format.keyword, run));
             ASSERT_EQ(document.error(), QString());
-            for (const auto &[key, count] : format.read(document))
-                EXPECT_EQ(count, expected[key]) << key;
+            expectCounts(format.read(document));
+        }
+        for (const auto &[keyword, read] : directoryFormats) {
+            SCOPED_TRACE(std::string(keyword) + ": " + run.name);
+            expectCounts(read(filesOf(keyword, run)));
         }
     }
 }
@@ -123,57 +149,6 @@ TEST(ReportFormatsTest, GrowingFormatsHoldEachEntryAtOnceAndReadersCanCloseTheRe
     }
 }
 
-TEST(ReportFormatsTest, OnlyGrowingFormatsLeaveAFileWithContentAlone)
-{
-    for (const ClassicFormat &format : classicFormats()) {
-        const QString keyword = format.keyword;
-        const bool takesFreshName = keyword == "xmlIncremental" || keyword.startsWith("xml2");
-        QTemporaryDir dir;
-        writeFile(pathIn(dir), "old");
-        {
-            TestResult result(generatorFor(format.keyword, pathIn(dir)));
-            logRun(allRuns().front(), result);
-        }
-        EXPECT_EQ(readFile(pathIn(dir)) == "old", takesFreshName) << format.keyword;
-        EXPECT_EQ(QFile::exists(dir.filePath("report_1.xml")), takesFreshName) << format.keyword;
-    }
-}
-
-TEST(ReportFormatsTest, ABadPathStopsTheRunBeforeItStarts)
-{
-    for (const ClassicFormat &format : classicFormats()) {
-        const QString keyword = format.keyword;
-        QString resultDir;
-        const auto created = TestReportGeneratorFactory::create(
-            {keyword + ",/dev/null/dir/report.xml"}, &resultDir, TestReportGenerator::TEST_SUITE);
-        EXPECT_EQ(created.generator, nullptr);
-        EXPECT_EQ(created.error,
-                  keyword + " report generator: Could not create report directory '/dev/null/dir'");
-    }
-}
-
-TEST(ReportFormatsTest, AllFormatsOfOneRunGiveTheSameCounts)
-{
-    QTemporaryDir dir;
-    QStringList values{"null"};
-    for (const ClassicFormat &format : classicFormats())
-        values += QString("%1,%2/%1.xml").arg(format.keyword, dir.path());
-    const std::string console = standardOutputOf([&values] {
-        TestResult result(TestReportGeneratorFactory::create(QStringList("stdout") + values,
-                                                             TestReportGenerator::TEST_SUITE));
-        logRun(allRuns().back(), result);
-    });
-    const Counts expected = countsOf(allRuns().back());
-    EXPECT_NE(console.find("Number of Fails:\t" +
-                           QString::number(expected.at("fails")).rightJustified(4).toStdString()),
-              std::string::npos);
-    for (const ClassicFormat &format : classicFormats()) {
-        const XmlDocument document(readFile(QString("%1/%2.xml").arg(dir.path(), format.keyword)));
-        for (const auto &[key, count] : format.read(document))
-            EXPECT_EQ(count, expected.at(key)) << format.keyword << " " << key;
-    }
-}
-
 TEST(ReportFileTest, CharactersThatTheLocaleLacksBecomeReferencesOnAStandardStream)
 {
     QTextCodec *before = QTextCodec::codecForLocale();
@@ -188,19 +163,6 @@ TEST(ReportFileTest, CharactersThatTheLocaleLacksBecomeReferencesOnAStandardStre
     EXPECT_NE(output.find("encoding=\"ISO-8859-1\""), std::string::npos);
     EXPECT_NE(output.find("\xe4&#8364;&#128512;"), std::string::npos);
     EXPECT_EQ(XmlDocument(QByteArray::fromStdString(output)).error(), QString());
-}
-
-TEST(ReportFileTest, AFullDiskIsToldOnceAndTheRunGoesOn)
-{
-    for (const char *keyword : {"xmlIncremental", "xml"}) {
-        const std::string errors = standardErrorOf([keyword] {
-            TestResult result(generatorFor(keyword, "/dev/full"));
-            logRun(allRuns().back(), result);
-        });
-        EXPECT_EQ(QString::fromStdString(errors).count("Could not write report file '/dev/full'"),
-                  1)
-            << errors;
-    }
 }
 
 TEST(ReportFileTest, AFileThatEndsInTheMidstOfAWriteIsToldOnceWithTheReason)

@@ -2,7 +2,7 @@
 
 #include "shared/realpath.h"
 #include "support/files.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 
 #include <QDir>
 #include <QTemporaryDir>

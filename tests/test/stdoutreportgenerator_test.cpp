@@ -3,7 +3,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
@@ -79,15 +79,6 @@ TEST_F(ConsoleTest, AnEntryStaysOnOneLine)
                              "\tC:\\\\temp\\n\\nü\n");
 }
 
-TEST_F(ConsoleTest, SectionsAreLogLines)
-{
-    TestResult::Entry entry = logEntry();
-    entry.type = TestResult::START_SECTION;
-    entry.info = "scenario";
-    EXPECT_EQ(lineOf(entry), "2024-03-01T12:00:05\tLOG       \tStart Scenario                "
-                             "\tmessage (scenario)\n");
-}
-
 TEST_F(ConsoleTest, ColoursWhenForced)
 {
     const EnvironmentGuard forced("CLICOLOR_FORCE", "1");
@@ -145,7 +136,7 @@ TEST_F(ConsoleTest, AnEarlierLogIsNotOverwritten)
     EXPECT_FALSE(readFile(dir.filePath("console_1.log")).isEmpty());
 }
 
-TEST_F(ConsoleTest, AFullDiskIsToldOnce)
+TEST_F(ConsoleTest, AFullDiskIsReportedOnce)
 {
     const std::string message = standardErrorOf([this] {
         const auto generator = TestReportGeneratorFactory::create({"stdout,/dev/full"},

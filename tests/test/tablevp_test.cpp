@@ -47,38 +47,27 @@ protected:
     QTableWidget widget;
 };
 
-TEST_F(TableVPTest, OutcomesAndExpectationsGiveTheirResults)
+TEST_F(TableVPTest, CellsAreTextsOrPatternsAndDifferencesAreInTheLog)
 {
+    const QByteArray other = row({" 0 ", "1"});
+    const QByteArray patterns = row({" 0 ", " [0-9] "}) + row({".*", ".*"});
     const struct
     {
         QByteArray rows;
         bool expectFail;
         const char *result;
-        VPResult::Summary summary;
     } rows[] = {
-        {present, false,
-         "PASS Table Comparison of 'table' passed|Table contents appear to be equal.",
-         VPResult::SummaryPassed},
-        {present, true,
-         "XPASS Table Comparison of 'table' unexpectedly passed|Table contents appear to be equal.",
-         VPResult::SummaryFailed},
-        {row({" 0 ", "1"}), false,
-         "FAIL Table Comparison of 'table' failed|Table contents do not match expectation.",
-         VPResult::SummaryFailed},
-        {row({" 0 ", "1"}), true,
-         "XFAIL Table Comparison of 'table' expectedly failed|Table contents do not match "
-         "expectation.",
-         VPResult::SummaryPassed},
-        {row({" 0 ", " [0-9] "}) + row({".*", ".*"}), false,
-         "PASS Table Comparison of 'table' passed|Table contents appear to be equal.",
-         VPResult::SummaryPassed},
+        {patterns, false, "PASS Table Comparison of 'table' passed|Table contents appear to be "},
+        {present, true, "XPASS Table Comparison of 'table' unexpectedly passed|"},
+        {other, false, "FAIL Table Comparison of 'table' failed|Table contents do not match "},
+        {other, true, "XFAIL Table Comparison of 'table' expectedly failed|"},
     };
     for (const auto &wanted : rows) {
         expectFail = wanted.expectFail;
-        EXPECT_EQ(verify(tableType, table(wanted.rows)).summary(), wanted.summary);
-        EXPECT_EQ(takeResults(), QStringList(wanted.result));
+        verify(tableType, table(wanted.rows));
+        EXPECT_TRUE(takeResults().join('\n').startsWith(wanted.result)) << wanted.result;
         EXPECT_EQ(entries().back().vpType, TestResult::TABLE_VP);
-        EXPECT_EQ(entries().back().tableDiff.isEmpty(), QByteArray(wanted.result).contains("pass"));
+        EXPECT_EQ(entries().back().tableDiff.isEmpty(), wanted.rows != other);
     }
 }
 
@@ -97,16 +86,11 @@ TEST_F(TableVPTest, WhatIsNoTableIsAnError)
 
 TEST_F(TableVPTest, AnExpectationThatIsNoTableFailsWhateverItsTextSays)
 {
-    EXPECT_EQ(verify(tableType, "<Verification object='table'><other/></Verification>").summary(),
-              VPResult::SummaryFailed);
-    EXPECT_EQ(takeResults().size(), 1);
-    EXPECT_EQ(verify(tableType, "<Verification object='table'/>").summary(),
-              VPResult::SummaryFailed);
-}
-
-TEST_F(TableVPTest, SilentVerificationLogsNoTables)
-{
+    for (const char *body :
+         {"<Verification object='table'><other/></Verification>", "<Verification object='table'/>"})
+        EXPECT_EQ(verify(tableType, body).summary(), VPResult::SummaryFailed) << body;
     options.setFlag(VerificationOptions::SilentVerification);
+    takeResults();
     EXPECT_EQ(verify(tableType, table("")).summary(), VPResult::SummaryFailed);
     EXPECT_EQ(takeResults(), QStringList());
 }
@@ -208,13 +192,6 @@ TEST_F(TableVPTest, AFileThatCantBeOpenedForWritingLearnsNothingWithoutAnError)
     EXPECT_EQ(takeResults().size(), 1);
 }
 
-TEST_F(TableVPTest, BlanksBetweenTheElementsOfAFileDontCount)
-{
-    EXPECT_EQ(verify(tableType, QByteArray("\n ") + table(present).replace("><", ">\n  <") + "\n")
-                  .summary(),
-              VPResult::SummaryPassed);
-}
-
 TEST_F(TableVPTest, TheContentIsWrittenAsAFileAndReadBack)
 {
     widget.item(1, 1)->setBackground(Qt::red);
@@ -243,5 +220,6 @@ TEST_F(TableVPTest, AListIsATableOfOneColumn)
     EXPECT_EQ(verify(tableType, table(row({"a"}) + row({"b"}), "list")).summary(),
               VPResult::SummaryPassed);
     list.clear();
-    EXPECT_EQ(verify(tableType, table("", "list")).summary(), VPResult::SummaryPassed);
+    // Blanks between the elements of a file don't count.
+    EXPECT_EQ(verify(tableType, table("\n ", "list")).summary(), VPResult::SummaryPassed);
 }

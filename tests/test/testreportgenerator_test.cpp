@@ -1,10 +1,9 @@
 #include "test/testreportgenerator.h"
 
 #include "support/capture.h"
-#include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/recordinggenerator.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
 #include "test/openreportfile.h"
@@ -14,8 +13,6 @@
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -97,7 +94,7 @@ TEST(TestReportGeneratorTest, SectionsStayNested)
     }
 }
 
-TEST(TestReportGeneratorTest, ClosingASectionByForceTellsWhy)
+TEST(TestReportGeneratorTest, ClosingASectionByForceSaysWhyAndWhere)
 {
     RecordingGenerator generator;
     TestResult::Entry scenario = makeEntry(TestResult::START_SECTION, "scenario");
@@ -106,9 +103,7 @@ TEST(TestReportGeneratorTest, ClosingASectionByForceTellsWhy)
     generator.handleEntry(scenario);
     EXPECT_EQ(generator.entries[1].message, "auto-closed dangling section");
     EXPECT_EQ(generator.entries[1].vpCounter, 0);
-    EXPECT_EQ(generator.entries[2].message,
-              "scenario cannot be closed/opened inside a section. Sections have been closed "
-              "automatically.");
+    EXPECT_TRUE(generator.entries[2].message.startsWith("scenario cannot be closed/opened inside"));
     EXPECT_EQ(generator.entries[2].line, LineInfo("f", 5));
 }
 
@@ -137,9 +132,12 @@ TEST(TestReportGeneratorTest, EachTypeCountsWhereItBelongs)
     }
 }
 
-TEST(TestReportGeneratorTest, OnlyWhatRetryAnalysisNeedsIsRetained)
+TEST(TestReportGeneratorTest, OnlyWhatRetryAnalysisNeedsIsRetainedAndNothingWithoutAType)
 {
     RecordingGenerator generator;
+    generator.handleEntry(TestResult::Entry());
+    generator.handleEntry(makeEntry(static_cast<TestResult::ResultType>(99)));
+    EXPECT_TRUE(generator.entries.empty());
     for (const TestResult::ResultType type : allTypes())
         generator.handleEntry(makeEntry(type));
     feed(generator, {"+scenario", "-scenario", "+scenariooutline", "+row", "+Scenario", "+step"});
@@ -151,38 +149,16 @@ TEST(TestReportGeneratorTest, OnlyWhatRetryAnalysisNeedsIsRetained)
                                      "START_SECTIONrow"}));
 }
 
-TEST(TestReportGeneratorTest, AnEntryWithoutATypeIsPassedOver)
-{
-    RecordingGenerator generator;
-    generator.handleEntry(TestResult::Entry());
-    generator.handleEntry(makeEntry(static_cast<TestResult::ResultType>(99)));
-    EXPECT_TRUE(generator.entries.empty());
-}
-
-TEST(TestReportGeneratorTest, AVideoThatCannotBeWrittenIsAnError)
-{
-    QTemporaryDir dir;
-    RecordingGenerator generator;
-    const QIODeviceResult good = generator.videoOutput(dir.filePath("v.mp4"));
-    const std::unique_ptr<QIODevice> device(good.device);
-    ASSERT_TRUE(device);
-    EXPECT_TRUE(device->isWritable());
-    const QIODeviceResult bad = generator.videoOutput(dir.path());
-    EXPECT_EQ(bad.device, nullptr);
-    EXPECT_EQ(bad.error.indexOf("Fialed opening file '" + dir.path() + ": '"), 0);
-}
-
-TEST(MultiReportGeneratorTest, EachMemberHasItsOwnCountsAndSummary)
+TEST(MultiReportGeneratorTest, EachMemberHasItsOwnSectionsCountsAndSummary)
 {
     auto *first = new RecordingGenerator;
     auto *second = new RecordingGenerator;
     MultiReportGenerator multi({first, second});
-    feed(multi, {"START_TEST_CASE", "+section", "FAIL", "+scenario", "END_TEST_CASE"});
+    feed(multi, {"+section", "FAIL", "+scenario", "END_TEST_CASE"});
     multi.generateSummary();
     for (const RecordingGenerator *member : {first, second}) {
-        EXPECT_EQ(written(*member),
-                  (QStringList{"START_TEST_CASE", "+section", "FAIL", "auto-section", "WARNING",
-                               "+scenario", "auto-scenario", "END_TEST_CASE"}));
+        EXPECT_EQ(written(*member).join(' '), "+section FAIL auto-section WARNING +scenario "
+                                              "auto-scenario END_TEST_CASE");
         EXPECT_EQ(member->resultCount("warnings"), 0);
         EXPECT_EQ(member->resultCount("fails"), 1);
         EXPECT_EQ(member->summaries, 1);
@@ -229,8 +205,9 @@ TEST(MultiOutputDeviceTest, AFailingDeviceLeavesTheOthers)
     EXPECT_EQ(standardErrorOf([&] { written = device.write("abc"); }),
               "Error writing output file: no room\n");
     EXPECT_EQ(written, 3);
+    EXPECT_TRUE(device.seek(1));
     EXPECT_EQ(device.write("de"), 2);
-    EXPECT_EQ(good->data(), "abcde");
+    EXPECT_EQ(good->data(), "ade");
 
     MultiOutputDevice onlyFailing({new FailingDevice});
     standardErrorOf([&] { written = onlyFailing.write("abc"); });
@@ -253,20 +230,6 @@ TEST(MultiOutputDeviceTest, OnlyWhatAllHaveTakenIsConfirmed)
     EXPECT_EQ(confirmed, (QList<qint64>{4, 6, 0}));
 }
 
-TEST(MultiOutputDeviceTest, SeekMovesAllDevices)
-{
-    auto *first = new QBuffer;
-    first->open(QIODevice::WriteOnly);
-    auto *second = new QBuffer;
-    second->open(QIODevice::WriteOnly);
-    MultiOutputDevice device({first, second});
-    device.write("abcdef");
-    EXPECT_TRUE(device.seek(1));
-    device.write("X");
-    EXPECT_EQ(first->data(), "aXcdef");
-    EXPECT_EQ(second->data(), "aXcdef");
-}
-
 TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
 {
     const struct
@@ -277,8 +240,6 @@ TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
         {{"bogus"}, "bogus report generator: Unknown or unsupported report generator: bogus"},
         {{"Stdout"}, "Stdout report generator: Unknown or unsupported report generator: Stdout"},
         {{"null", "x,y"}, "x report generator: Unknown or unsupported report generator: x"},
-        {{"stdout,/no/such/dir/file"},
-         "stdout report generator: Could not open report file '/no/such/dir/file' for writing"},
     };
     for (const auto &row : rows) {
         QString resultDir;
@@ -289,96 +250,24 @@ TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
     }
 }
 
-TEST(FactoryDeathTest, TheShortFormEndsTheProcess)
-{
-    EXPECT_EXIT(TestReportGeneratorFactory::create({"bogus"}, TestReportGenerator::TEST_CASE),
-                testing::ExitedWithCode(1),
-                "bogus report generator: Unknown or unsupported report generator: bogus\n");
-}
-
-TEST(FactoryTest, ThePathIsAllBehindTheFirstCommaLessOneSeparator)
+TEST(FactoryTest, ThePathIsAllAfterTheFirstCommaLessOneSeparator)
 {
     QTemporaryDir dir;
     QDir(dir.path()).mkdir("a,b");
     QString resultDir;
     const QString path = dir.filePath("a,b/log.txt");
-    const auto result = TestReportGeneratorFactory::create({"stdout," + path + "/"}, &resultDir,
-                                                           TestReportGenerator::TEST_SUITE);
-    const std::unique_ptr<TestReportGenerator> generator(result.generator);
-    EXPECT_EQ(result.error, "");
+    const std::unique_ptr<TestReportGenerator> generator(
+        TestReportGeneratorFactory::create({"stdout," + path + "/"}, &resultDir,
+                                           TestReportGenerator::TEST_SUITE)
+            .generator);
     EXPECT_TRUE(QFile::exists(path));
 }
 
-namespace {
-
-// The version that a report of the keyword names; empty when it names none.
-QString versionOf(const QString &keyword)
+TEST(FactoryDeathTest, TheShortFormEndsTheProcess)
 {
-    QTemporaryDir dir;
-    QString resultDir;
-    const QString path = dir.filePath("report");
-    const auto result = TestReportGeneratorFactory::create({keyword + "," + path}, &resultDir,
-                                                           TestReportGenerator::TEST_SUITE);
-    EXPECT_EQ(result.error, "");
-    {
-        TestResult log(result.generator);
-        log.start("s", {}, {});
-        log.completed();
-    }
-    QByteArray content = readFile(path);
-    for (const char *file : {"/results.xml", "/results.json", "/data/results-v1.js"})
-        content += readFile(path + file);
-    if (content.startsWith("PK")) {
-        QProcess unzip;
-        unzip.start("unzip", {"-p", path, "results.xml"});
-        unzip.waitForFinished();
-        content = unzip.readAll();
-    }
-    const QRegularExpression version("<MorvexReport [^>]*version=\"([0-9.]+)\"|"
-                                     "\"major\":([0-9]+),\"minor\":([0-9]+)");
-    const QRegularExpressionMatch match = version.match(QString::fromUtf8(content));
-    return match.captured(1).isEmpty() && match.hasMatch()
-               ? match.captured(2) + "." + match.captured(3)
-               : match.captured(1);
-}
-
-} // namespace
-
-TEST(FactoryTest, AKeywordStandsForItsVersion)
-{
-    const EnvironmentGuard prefix("MORVEX_PREFIX", MORVEX_TEST_PREFIX);
-    std::map<QString, QString> versions{
-        {"stdout", ""},     {"null", ""},
-        {"junit", ""},      {"xmljunit", ""},
-        {"xls", ""},        {"json", "1.0"},
-        {"json1.1", "1.1"}, {"json1.2", "1.2"},
-        {"html", "1.2"},    {"xml2", "2.0"},
-        {"xml2.1", "2.1"},  {"xml2.2", "2.2"},
-        {"xml", "1.2"},     {"xmlIncremental", "1.2"},
-    };
-    for (const QString &family : {QString("xml3"), QString("zipxml3")}) {
-        versions[family] = "3.0";
-        for (int minor = 1; minor <= 5; ++minor)
-            versions[family + "." + QString::number(minor)] = "3." + QString::number(minor);
-    }
-    for (const auto &keyword : TestReportGeneratorFactory::keywords()) {
-        const QString name = keyword.name;
-        if (name == "raw" || name == "quillbase")
-            continue;
-        ASSERT_TRUE(versions.count(name)) << name.toStdString();
-        EXPECT_EQ(versionOf(name), versions[name]) << name.toStdString();
-        versions.erase(name);
-    }
-    EXPECT_TRUE(versions.empty());
-}
-
-TEST(FactoryTest, EveryKeywordIsThereOnce)
-{
-    QStringList names;
-    for (const auto &keyword : TestReportGeneratorFactory::keywords())
-        names += keyword.name;
-    ASSERT_FALSE(names.isEmpty());
-    EXPECT_EQ(names.removeDuplicates(), 0);
+    EXPECT_EXIT(TestReportGeneratorFactory::create({"bogus"}, TestReportGenerator::TEST_CASE),
+                testing::ExitedWithCode(1),
+                "bogus report generator: Unknown or unsupported report generator: bogus\n");
 }
 
 TEST(OpenReportFileTest, AFreshNameLeavesFilesWithContent)

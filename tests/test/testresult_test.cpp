@@ -32,30 +32,21 @@ using TestResultDeathTest = TestResultTest;
 
 } // namespace
 
-TEST_F(TestResultTest, TheFrameOfARunHasItsTexts)
+TEST_F(TestResultTest, TheFrameOfARunSaysWhatRunsWhere)
 {
     result.start("suite_a", QDir("/some/dir"), "sum", "desc");
     EXPECT_EQ(last().type, TestResult::START);
-    EXPECT_EQ(last().message, "Start 'suite_a'");
-    EXPECT_EQ(last().details, "Test 'suite_a' started");
     EXPECT_EQ(last().line, LineInfo("/some/dir", -1));
     EXPECT_EQ(last().summary, "sum");
     EXPECT_EQ(last().description, "desc");
-    EXPECT_EQ(last().name, "suite_a");
-
     result.startTestCase("tst_a", "s", "d");
     EXPECT_EQ(last().info, "tst_a");
-    EXPECT_EQ(last().message, "Start 'tst_a'");
     EXPECT_EQ(last().line, LineInfo(QDir::currentPath(), -1));
     EXPECT_EQ(last().name, "suite_a");
-
     result.completedTestCase("tst_a");
     EXPECT_EQ(last().info, "tst_a");
-    EXPECT_EQ(last().details, "End of test 'tst_a'");
-
     result.completed();
     EXPECT_EQ(last().type, TestResult::END);
-    EXPECT_EQ(last().message, "End 'suite_a'");
     EXPECT_EQ(recorder->summaries, 1);
 }
 
@@ -68,7 +59,7 @@ TEST_F(TestResultDeathTest, AWrongOrderOfTheRunEndsTheProcess)
     EXPECT_DEATH(result.start("b", "", ""), "TestResult::addEntry: already started");
 }
 
-TEST_F(TestResultTest, EntriesBehindTheEndAreLostWithAWarning)
+TEST_F(TestResultTest, EntriesAfterTheEndAreLostWithAWarning)
 {
     result.start("a", "", "");
     result.completed();
@@ -155,14 +146,15 @@ TEST_F(TestResultTest, ComparisonsAreExactAndSayWhatWasGot)
 {
     result.start("a", "", "");
     EXPECT_TRUE(result.addComparison("m", "x", "x", LineInfo(), ""));
-    EXPECT_EQ(last().details, "Got expected 'x'.");
     EXPECT_FALSE(result.addComparison("m", "%2", "X", LineInfo(), ""));
-    EXPECT_EQ(last().type, TestResult::FAIL);
-    EXPECT_EQ(last().details, "Expected '%2', got 'X'.");
     EXPECT_TRUE(result.addComparison("m", 4, 4, LineInfo(), ""));
-    EXPECT_EQ(last().details, "Got expected 4.");
     EXPECT_FALSE(result.addComparison("m", 4, 5, LineInfo(), ""));
-    EXPECT_EQ(last().details, "Expected 4, got 5.");
+    const char *const results[] = {"PASS Got expected 'x'.", "FAIL Expected '%2', got 'X'.",
+                                   "PASS Got expected 4.", "FAIL Expected 4, got 5."};
+    for (std::size_t i = 0; i < 4; ++i) {
+        const TestResult::Entry &entry = recorder->entries[i + 1];
+        EXPECT_EQ(TestResult::resultToString(entry.type) + ' ' + entry.details, results[i]);
+    }
 }
 
 TEST_F(TestResultTest, VerificationsAreNumberedOverTheWholeRun)
@@ -223,16 +215,6 @@ TEST(ResultNameTest, NamesAreFoundWithBlanksAroundAndOnlyInUpperCase)
     }
     EXPECT_EQ(TestResult::resultToString(TestResult::NONE), "");
     EXPECT_EQ(TestResult::resultToString(static_cast<TestResult::ResultType>(200)), "");
-}
-
-TEST(LineInfoTest, OnlyAFileWithALineIsAPlace)
-{
-    EXPECT_EQ(LineInfo("f", 0).toString(), "f:0");
-    EXPECT_EQ(LineInfo("f", -1).toString(), "");
-    EXPECT_EQ(LineInfo("", 1).toString(), "");
-    EXPECT_FALSE(LineInfo().isValid());
-    EXPECT_NE(LineInfo("f", 1), LineInfo("f", 2));
-    EXPECT_NE(LineInfo("f", 1), LineInfo("g", 1));
 }
 
 TEST(SuccessfulRetryTest, OnlyFailuresThatARetryReplacedAreForgiven)

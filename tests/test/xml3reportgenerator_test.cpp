@@ -1,9 +1,8 @@
-#include "test/xml3reportgenerator.h"
-
 #include "support/capture.h"
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 #include "support/xmldocument.h"
+#include "test/testreportgeneratorfactory.h"
 
 #include <QTemporaryDir>
 
@@ -20,7 +19,9 @@ QByteArray reportOf(const std::vector<TestResult::Entry> &entries, int version,
 {
     const QTemporaryDir dir;
     QString resultDir;
-    const auto result = Xml3ReportGenerator::create(dir.path(), type, version, &resultDir);
+    const QString keyword = version == 0 ? "xml3" : QString("xml3.%1").arg(version);
+    const auto result =
+        TestReportGeneratorFactory::create({keyword + ',' + dir.path()}, &resultDir, type);
     const std::unique_ptr<TestReportGenerator> generator(result.generator);
     standardErrorOf([&] { replay(entries, generator.get()); });
     return readFile(dir.filePath("results.xml"));

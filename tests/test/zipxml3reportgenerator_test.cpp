@@ -1,11 +1,9 @@
-#include "test/openreportfile.h"
-#include "test/zipxml3reportgenerator.h"
-
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/files.h"
-#include "support/samplerun.h"
-#include "test/xml3reportgenerator.h"
+#include "support/runs.h"
+#include "test/openreportfile.h"
+#include "test/testreportgeneratorfactory.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,12 +42,12 @@ std::vector<TestResult::Entry> entriesBelow(const QString &resultDir)
 class ZipXml3ReportGeneratorTest : public testing::Test
 {
 protected:
-    std::unique_ptr<TestReportGenerator> create(int version)
+    std::unique_ptr<TestReportGenerator> create(const QString &keyword, const QString &path)
     {
         resultDir.clear();
         return std::unique_ptr<TestReportGenerator>(
-            ZipXml3ReportGenerator::create(target, TestReportGenerator::TEST_SUITE, version,
-                                           &resultDir)
+            TestReportGeneratorFactory::create({keyword + ',' + path}, &resultDir,
+                                               TestReportGenerator::TEST_SUITE)
                 .generator);
     }
 
@@ -65,30 +63,29 @@ protected:
 
 TEST_F(ZipXml3ReportGeneratorTest, TheArchiveHoldsTheReportOfXml3AndWhatTheRunPutBesideIt)
 {
-    const auto zip = create(5);
-    writeFile(resultDir + "/tst_a/failed_1.png", "image");
-    replay(entriesBelow(resultDir), zip.get());
+    for (const QString version : {"", ".1", ".2", ".3", ".4", ".5"}) {
+        const auto zip = create("zipxml3" + version, target);
+        writeFile(resultDir + "/tst_a/failed_1.png", "image");
+        replay(entriesBelow(resultDir), zip.get());
+        const QByteArray zipDir = resultDir.toUtf8();
+        const QString plainDir = dir.filePath("plain" + version);
+        replay(entriesBelow(plainDir), create("xml3" + version, plainDir).get());
 
-    QString plainDir;
-    const std::unique_ptr<TestReportGenerator> plain(
-        Xml3ReportGenerator::create(dir.filePath("plain"), TestReportGenerator::TEST_SUITE, 5,
-                                    &plainDir)
-            .generator);
-    replay(entriesBelow(plainDir), plain.get());
-
-    int exitCode = -1;
-    unzip({"-t", target}, &exitCode);
-    EXPECT_EQ(exitCode, 0);
-    const QByteArray report = unzip({"-p", target, "results.xml"});
-    EXPECT_FALSE(report.isEmpty());
-    EXPECT_EQ(report, readFile(plainDir + "/results.xml"));
-    EXPECT_EQ(unzip({"-p", target, "tst_a/failed_1.png"}), "image");
+        int exitCode = -1;
+        unzip({"-t", target}, &exitCode);
+        EXPECT_EQ(exitCode, 0);
+        QByteArray report = unzip({"-p", target, "results.xml"});
+        EXPECT_FALSE(report.isEmpty());
+        report.replace(zipDir, plainDir.toUtf8());
+        EXPECT_EQ(report, readFile(plainDir + "/results.xml"));
+        EXPECT_EQ(unzip({"-p", target, "tst_a/failed_1.png"}), "image");
+    }
 }
 
 TEST_F(ZipXml3ReportGeneratorTest, NothingIsLeftOfTheTemporaryDirectory)
 {
     for (const bool reachesEnd : {true, false}) {
-        auto generator = create(0);
+        auto generator = create("zipxml3", target);
         EXPECT_EQ(temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(), 1);
         generator->handleEntry(plainEntry(TestResult::START));
         if (reachesEnd)
@@ -99,10 +96,10 @@ TEST_F(ZipXml3ReportGeneratorTest, NothingIsLeftOfTheTemporaryDirectory)
     }
 }
 
-TEST_F(ZipXml3ReportGeneratorTest, AFullDiskIsToldAtTheEndOfTheRun)
+TEST_F(ZipXml3ReportGeneratorTest, AFullDiskIsReportedAtTheEndOfTheRun)
 {
     target = "/dev/full";
-    const auto generator = create(0);
+    const auto generator = create("zipxml3", target);
     ASSERT_TRUE(generator);
     const std::string errors = standardErrorOf([&] { replay(sampleRun(), generator.get()); });
     EXPECT_EQ(errors.find("Failed writing zip xml3 report to /dev/full: Adding file 'results.xml' "

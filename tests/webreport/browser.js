@@ -15,15 +15,16 @@ const chromium = ['/usr/bin/chromium', '/usr/bin/chromium-browser', '/usr/bin/go
     (file) => fs.existsSync(file),
 );
 
-function loadPlaywright() {
+/// The package; null when it is not installed.
+function optional(name) {
     try {
-        return require('playwright-core');
+        return require(name);
     } catch {
         return null;
     }
 }
 
-const playwright = loadPlaywright();
+const playwright = optional('playwright-core');
 
 /// Why pages can't be tested here; empty when they can.
 const missing = !playwright
@@ -32,27 +33,8 @@ const missing = !playwright
       ? 'web report pages skipped: Chromium is missing, install the package chromium'
       : '';
 
-function launch() {
-    const args = process.getuid() === 0 ? ['--no-sandbox'] : [];
-    return playwright.chromium.launch({ executablePath: chromium, args });
-}
-
-/// A report in a directory whose name needs escaping. `data` null means that there is no data file.
-function makeReport(data) {
-    const directory = path.join(
-        fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-')),
-        'my report #1',
-    );
-    writeReport(directory, data);
-    return directory;
-}
-
 function dataFileOf(directory) {
     return path.join(directory, 'data', 'results-v1.js');
-}
-
-function removeReport(directory) {
-    fs.rmSync(path.dirname(directory), { recursive: true });
 }
 
 function fileAddress(directory, hash = '') {
@@ -102,6 +84,7 @@ const block = (page, title) =>
         .locator('#detail .block')
         .filter({ has: page.getByRole('heading', { level: 2, name: new RegExp('^' + title) }) });
 const selected = (page) => page.locator('.row[aria-selected="true"] .name').textContent();
+const use = (page, name) => page.getByRole('button', { name }).click();
 const focused = (page) => page.evaluate(() => document.activeElement.id);
 
 function texts(page, selector) {
@@ -119,28 +102,41 @@ async function eventually(read, expected) {
 }
 
 /// Makes a group of tests that open pages. `body` gets `report(data)`, which makes the directory of
-/// a report; `onPage(address, body, options)`, which runs `body` on a fresh page; `onShop(hash,
-/// body, options)`, for a page of the sample report `shop()`. An error in a script fails the test,
-/// wherever it comes from, but for the one that a data file gives that is cut.
+/// a report whose name needs escaping, without a data file when `data` is null;
+/// `onPage(address, body, options)`, which runs `body` on a fresh page;
+/// `onRuns(runs, hash, body, options)`, for a page of these runs; `onShop(hash, body, options)`, for
+/// one of the sample report `shop()`; `onServer(directory, hash, body, options)`, for one that comes
+/// from a server, which `body` gets, too. An error in a script fails the test, wherever it comes
+/// from, but for the one that a data file gives that is cut.
 function describePages(name, body) {
     if (missing) console.log(missing);
     describe(name, { skip: missing || false, timeout: 240000 }, () => {
-        const reports = [];
+        let count = 0;
+        let temporary;
         let browser;
         let shop;
 
         before(async () => {
-            browser = await launch();
+            temporary = fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-'));
+            const args = process.getuid() === 0 ? ['--no-sandbox'] : [];
+            browser = await playwright.chromium.launch({ executablePath: chromium, args });
             shop = report(dataFile(shopRuns()));
         });
         after(async () => {
             await browser.close();
-            reports.forEach(removeReport);
+            fs.rmSync(temporary, { recursive: true });
         });
 
         function report(data) {
-            reports.push(makeReport(data));
-            return reports[reports.length - 1];
+            const directory = path.join(temporary, 'my report #' + ++count);
+            writeReport(directory, data);
+            return directory;
+        }
+
+        async function onServer(directory, hash, act, options) {
+            const server = await serve(directory);
+            const body = (page, context) => act(page, server, context);
+            await onPage(server.address + hash, body, options).finally(server.close);
         }
 
         async function onPage(address, act, { dataIsCut, ...options } = {}) {
@@ -163,8 +159,10 @@ function describePages(name, body) {
             }
         }
 
+        const onRuns = (runs, hash, act, options) =>
+            onPage(fileAddress(report(dataFile(runs)), hash), act, options);
         const onShop = (hash, act, options) => onPage(fileAddress(shop, hash), act, options);
-        body({ report, onPage, onShop, shop: () => shop });
+        body({ report, onPage, onRuns, onServer, onShop, shop: () => shop });
     });
 }
 
@@ -172,13 +170,14 @@ module.exports = {
     dataFileOf,
     describePages,
     fileAddress,
-    serve,
     block,
     eventually,
     focused,
     heading,
+    optional,
     row,
     rowNames,
     selected,
     texts,
+    use,
 };

@@ -8,63 +8,54 @@ const tools = require('./browser');
 const { shopRuns } = require('./demo');
 const { dataFile } = require('./testdata');
 
-tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
+tools.describePages('The data file', ({ report, onPage, onServer, onShop, shop }) => {
     const cut = { dataIsCut: true };
     const rows = (page) => page.locator('#tree .row').first();
 
-    test('A file that is cut is repaired through the file chooser', async () => {
-        const text = dataFile(shopRuns());
-        const directory = report(text.slice(0, text.lastIndexOf('],"stop"')));
-        await onPage(
-            tools.fileAddress(directory),
-            async (page) => {
-                await page.getByText('The results could not be read').waitFor();
-                await page.setInputFiles('#dataFile', tools.dataFileOf(directory));
-                await rows(page).waitFor();
-                assert.equal(await page.locator('#runPicker option').count(), 3);
-                assert.equal(await page.locator('.headline .badge').count(), 1);
-                await page.locator('#runPicker').selectOption('0');
-                assert.match(await page.locator('.totals').textContent(), /25 test cases/);
+    const choose = (page, file) => page.setInputFiles('#dataFile', file);
+    async function drop(page, file) {
+        const transfer = await page.evaluateHandle(
+            (content) => {
+                const data = new DataTransfer();
+                data.items.add(new File([content], 'results-v1.js'));
+                return data;
             },
-            cut,
+            fs.readFileSync(file, 'utf8'),
         );
+        await page.locator('body').dispatchEvent('drop', { dataTransfer: transfer });
+    }
+
+    test('A file that is cut is repaired when it is chosen or dropped on the page', async () => {
+        const text = dataFile(shopRuns());
+        const ends = [text.lastIndexOf('],"stop"'), -9];
+        for (const [index, give] of [choose, drop].entries()) {
+            const directory = report(text.slice(0, ends[index]));
+            await onPage(
+                tools.fileAddress(directory),
+                async (page) => {
+                    await page.getByText('The results could not be read').waitFor();
+                    await give(page, tools.dataFileOf(directory));
+                    await rows(page).waitFor();
+                    assert.equal(await page.locator('.headline .badge').count(), 1);
+                    const notices = await page.locator('#notices').innerText();
+                    assert.match(notices, /end of the data was missing/);
+                    await page.locator('#runPicker').selectOption('0');
+                    assert.match(await page.locator('.totals').textContent(), /25 test cases/);
+                },
+                cut,
+            );
+        }
     });
 
-    test('A server lets the page read a file that is being written', async () => {
+    test('A server lets the page read a file that is being written', () => {
         const text = dataFile(shopRuns());
-        const server = await tools.serve(report(text.slice(0, text.lastIndexOf('tst_report_18'))));
-        await onPage(
-            server.address,
-            async (page) => {
-                await rows(page).waitFor();
-                assert.match(await page.locator('#notices').innerText(), /still going on/);
-                assert.ok((await tools.rowNames(page)).includes('tst_report_17'));
-            },
-            cut,
-        );
-        server.close();
-    });
-
-    test('The data file can be dropped on the page', async () => {
-        const directory = report(dataFile(shopRuns()).slice(0, -9));
-        const text = fs.readFileSync(tools.dataFileOf(directory), 'utf8');
-        await onPage(
-            tools.fileAddress(directory),
-            async (page) => {
-                const transfer = await page.evaluateHandle((content) => {
-                    const data = new DataTransfer();
-                    data.items.add(new File([content], 'results-v1.js'));
-                    return data;
-                }, text);
-                await page.locator('body').dispatchEvent('drop', { dataTransfer: transfer });
-                await rows(page).waitFor();
-                assert.match(
-                    await page.locator('#notices').innerText(),
-                    /end of the data was missing/,
-                );
-            },
-            cut,
-        );
+        const directory = report(text.slice(0, text.lastIndexOf('tst_report_18')));
+        const look = async (page) => {
+            await rows(page).waitFor();
+            assert.match(await page.locator('#notices').innerText(), /still going on/);
+            assert.ok((await tools.rowNames(page)).includes('tst_report_17'));
+        };
+        return onServer(directory, '', look, cut);
     });
 
     test('A page without data says what was the matter with the file', async () => {
@@ -73,7 +64,7 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
         const missing = report(null);
         await onPage(tools.fileAddress(missing), async (page) => {
             assert.match(await said(page), /could not load/);
-            await page.setInputFiles('#dataFile', path.join(missing, 'index.html'));
+            await choose(page, path.join(missing, 'index.html'));
             assert.match(await alert(page), /holds no runs/);
         });
         await onPage(tools.fileAddress(report(dataFile([]))), async (page) =>
@@ -82,33 +73,30 @@ tools.describePages('The data file', ({ report, onPage, onShop, shop }) => {
         const tooLarge = report('var data = [];\n');
         fs.truncateSync(tools.dataFileOf(tooLarge), 600 * 1024 * 1024);
         await onPage(tools.fileAddress(missing), async (page) => {
-            await page.setInputFiles('#dataFile', tools.dataFileOf(tooLarge));
+            await choose(page, tools.dataFileOf(tooLarge));
             assert.match(await alert(page), /600 MB.*512 MB.*new report/);
             await page.evaluate(() => {
                 FileReader.prototype.readAsText = function fail() {
                     this.onerror();
                 };
             });
-            await page.setInputFiles('#dataFile', path.join(missing, 'index.html'));
+            await choose(page, path.join(missing, 'index.html'));
             assert.match(await alert(page), /could not be read/);
         });
     });
 
-    test('Everything works under a strict content policy', async () => {
-        const server = await tools.serve(shop());
-        await onPage(server.address + '#run=3', async (page) => {
+    test('Everything works under a strict content policy', () =>
+        onServer(shop(), '#run=3', async (page, server) => {
             // Page, script, style sheet, data, and two icons.
             if (process.env.MORVEX_WEBREPORT_PAGES) assert.ok(server.requests.length <= 6);
             await page.keyboard.press('e');
             for (const key of ['f', 'n', 'n', 'n', 's', '?', '?']) await page.keyboard.press(key);
-            await page.getByRole('button', { name: 'Difference' }).click();
+            await tools.use(page, 'Difference');
             const styleOf = (place, name) =>
                 place.evaluate((one, key) => getComputedStyle(one)[key], name);
             assert.equal(await styleOf(page.locator('.part').first(), 'flexGrow'), '1');
             assert.notEqual(await styleOf(page.locator('.row').last(), 'transform'), 'none');
-        });
-        server.close();
-    });
+        }));
 
     test('Without scripts the page says what to do', () =>
         onShop(

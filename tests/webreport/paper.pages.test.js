@@ -3,7 +3,7 @@
 const assert = require('node:assert/strict');
 const { test } = require('node:test');
 const tools = require('./browser');
-const { RunBuilder, dataFile, tableRow } = require('./testdata');
+const { RunBuilder, tableRow } = require('./testdata');
 
 async function printed(page) {
     await page.evaluate(() => window.dispatchEvent(new Event('beforeprint')));
@@ -11,18 +11,12 @@ async function printed(page) {
     return page.locator('#print').innerText();
 }
 
-tools.describePages('Paper', ({ report, onPage, onShop }) => {
+tools.describePages('Paper', ({ onRuns, onShop }) => {
     test('Paper gets all test cases, and the failures with both their pictures', () =>
         onShop('#run=3', async (page) => {
             const text = await printed(page);
-            for (const part of [
-                'tst_report_18',
-                'tst_login',
-                'Sum: 1,204.50 EUR',
-                'Gift wrap',
-                'my steps.js:203',
-            ])
-                assert.ok(text.includes(part), part);
+            const parts = ['tst_report_18', 'tst_login', 'Sum: 1,204.50 EUR', 'Gift wrap'];
+            for (const part of [...parts, 'my steps.js:203']) assert.ok(text.includes(part), part);
             assert.equal(await page.locator('#main').isVisible(), false);
             await page.emulateMedia({ media: null });
             // A fresh page, whose pictures nobody has looked at.
@@ -33,23 +27,20 @@ tools.describePages('Paper', ({ report, onPage, onShop }) => {
 
     test('Paper says what it leaves out, and a wide table keeps to it', async () => {
         const same = 'same '.repeat(800);
+        const cells = (index) => [...Array(7).fill('same in both'), 'cell ' + index];
+        const tablediff = Array.from({ length: 200 }, (unused, index) =>
+            tableRow(index % 2 ? 'insertion' : 'deletion', index >> 1, [
+                ...cells(index),
+                ...Array(22).fill('same in both'),
+            ]),
+        );
         const run = new RunBuilder('suite_wide').testCase('tst', (one) =>
             one
                 .fail('Long', { detail: 'x'.repeat(90000) })
                 .fail('Values', { detail: `Expected '${same}1', got '${same}2'.` })
-                .fail('Wide', {
-                    tablediff: Array.from({ length: 200 }, (unused, index) =>
-                        tableRow(
-                            index % 2 ? 'insertion' : 'deletion',
-                            index >> 1,
-                            Array.from({ length: 30 }, (cell, column) =>
-                                column === 7 ? 'cell ' + index : 'same in both',
-                            ),
-                        ),
-                    ),
-                }),
+                .fail('Wide', { tablediff }),
         );
-        await onPage(tools.fileAddress(report(dataFile([run.finish()]))), async (page) => {
+        await onRuns([run.finish()], '', async (page) => {
             await page.setViewportSize({ width: 700, height: 900 });
             const text = await printed(page);
             assert.match(text, /87,000 more characters not printed/);
@@ -74,8 +65,7 @@ tools.describePages('Paper', ({ report, onPage, onShop }) => {
                 })
                 .fail('Broken'),
         );
-        const address = tools.fileAddress(report(dataFile([run.finish()])));
-        await onPage(address + '#at=tst/!1', async (page) => {
+        await onRuns([run.finish()], '#at=tst/!1', async (page) => {
             assert.equal(await page.locator('#detail td.differs').count(), 6);
             await page.evaluate(() => {
                 const { entryView } = globalThis.morvexReport.entryView;

@@ -61,10 +61,8 @@ tools.describePages('Places', ({ onShop }) => {
             const picker = page.locator('#runPicker');
             await picker.focus();
             const labels = await picker.locator('option').allTextContents();
-            assert.deepEqual(
-                labels.map((label) => label.replace(/.* · /, '')),
-                ['3 failed', '3 failed', '1 failed'],
-            );
+            const failed = labels.map((label) => label.replace(/.* · /, ''));
+            assert.deepEqual(failed, ['3 failed', '3 failed', '1 failed']);
             await picker.selectOption('1');
             const shown = [await focused(page), await heading(page)];
             assert.deepEqual(shown, ['runPicker', 'tst_catalogue']);
@@ -143,7 +141,7 @@ tools.describePages('Places', ({ onShop }) => {
                 ];
                 assert.deepEqual(await visible(), [true, false]);
                 assert.equal(await page.locator('.chips').first().isVisible(), false);
-                await page.getByRole('button', { name: 'Filters' }).click();
+                await tools.use(page, 'Filters');
                 assert.equal(await page.locator('.chips').first().isVisible(), true);
                 for (const back of [
                     () => page.goBack(),

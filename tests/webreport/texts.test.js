@@ -34,16 +34,13 @@ const differences = [
     ],
 ];
 
-for (const [expected, actual, left, right] of differences) {
-    test(
-        'Just the differing characters of "' + expected + '" and "' + actual + '" are marked',
-        () => {
-            const marks = textDiff.diff(expected, actual);
-            assert.equal(marked(marks.expected), left);
-            assert.equal(marked(marks.actual), right);
-        },
-    );
+function expectMarks({ expected, actual }, left, right) {
+    assert.deepEqual([marked(expected), marked(actual)], [left, right]);
 }
+
+for (const [expected, actual, left, right] of differences)
+    test(`Just the differing characters of "${expected}" and "${actual}" are marked`, () =>
+        expectMarks(textDiff.diff(expected, actual), left, right));
 
 test('Marking loses no character of long and wholly different texts', () => {
     const text = (factor) =>
@@ -70,11 +67,8 @@ const roughDifferences = [
 ];
 
 test('Marks of very long texts cover all that differs, and split no character', () => {
-    for (const [expected, actual, left, right] of roughDifferences) {
-        const marks = textDiff.diffRoughly(expected, actual);
-        assert.equal(marked(marks.expected), left);
-        assert.equal(marked(marks.actual), right);
-    }
+    for (const [expected, actual, left, right] of roughDifferences)
+        expectMarks(textDiff.diffRoughly(expected, actual), left, right);
 });
 
 test('In a long text with a thousand changes just these are marked', () => {
@@ -140,42 +134,23 @@ test('No values are invented', () => {
 const stacks = [
     [
         'Message\nclick@x-testsuite:/a.js:3\n@file:///b c.js:9',
-        'Message',
-        [
-            ['click', 'x-testsuite:/a.js', 3],
-            ['', 'file:///b c.js', 9],
-        ],
+        ['Message', 'click x-testsuite:/a.js 3', ' file:///b c.js 9'],
     ],
     [
         'Message\n    at f (/a/b.js:3:14)\n    at /a/c.js:5',
-        'Message',
-        [
-            ['f', '/a/b.js', 3],
-            ['', '/a/c.js', 5],
-        ],
+        ['Message', 'f /a/b.js 3', ' /a/c.js 5'],
     ],
-    [
-        'tst_a/script.js:3\nshared/x.js:4\n',
-        '',
-        [
-            ['', 'tst_a/script.js', 3],
-            ['', 'shared/x.js', 4],
-        ],
-    ],
-    ['See https://example.org:80', 'See https://example.org:80', []],
-    ['localhost.local:8080', 'localhost.local:8080', []],
+    ['tst_a/script.js:3\nshared/x.js:4\n', ['', ' tst_a/script.js 3', ' shared/x.js 4']],
+    ['See https://example.org:80', ['See https://example.org:80']],
+    ['localhost.local:8080', ['localhost.local:8080']],
 ];
 
-for (const [detail, text, frames] of stacks) {
+for (const [detail, expected] of stacks)
     test('The call stack is separated from the text in ' + JSON.stringify(detail), () => {
-        const split = values.splitStack(detail);
-        assert.equal(split.text, text);
-        assert.deepEqual(
-            split.frames.map(({ name, file, line }) => [name, file, line]),
-            frames,
-        );
+        const { text, frames } = values.splitStack(detail);
+        const shown = frames.map(({ name, file, line }) => [name, file, line].join(' '));
+        assert.deepEqual([text, ...shown], expected);
     });
-}
 
 test('A file of a call stack is found in the suite, or on the machine', () => {
     const found = (path, base) => format.locationOfPath(path, base);
@@ -233,6 +208,35 @@ test('A changed row of a table comes before its new form, whatever the order of 
     assert.equal(rows[4].partner, undefined);
 });
 
+test('Rows have the numbers of their own tables, with what was left out between them', () => {
+    const [insertion, deletion] = ['insertion', 'deletion'];
+    // As the runner numbers 0 1 2 3 4 5 6 -> 0 A B 1 3x C 4 D 6 E.
+    const differences = [
+        [insertion, 1, 'A'],
+        [insertion, 1, 'B'],
+        [deletion, 2, '2'],
+        [deletion, 3, '3'],
+        [insertion, 2, '3x'],
+        [insertion, 3, 'C'],
+        [deletion, 5, '5'],
+        [insertion, 5, 'D'],
+        [insertion, 7, 'E'],
+    ];
+    const textsOf = (rows) =>
+        rows.flatMap(({ before, label, cells }) => [...before, label + ' ' + cells[0].text]);
+    const data = differences.map(([kind, line, text]) => tableRow(kind, line, [text]));
+    assert.deepEqual(textsOf(tableRows.arrangedRows(data)), [
+        'Row 1 is equal',
+        ...['Row 2 A', 'Row 3 B'],
+        'Row 2 is equal (actual 4)',
+        ...['Row 3 2', 'Row 5 3x', 'Row 4 3', 'Row 6 C'],
+        'Row 5 is equal (actual 7)',
+        ...['Row 6 5', 'Row 8 D'],
+        'Row 7 is equal (actual 9)',
+        'Row 10 E',
+    ]);
+});
+
 test('A row that moved is paired with its like, not with what is at its number now', () => {
     const rows = tableRows.arrangedRows([
         tableRow('deletion', 0, ['id 0', 'x']),
@@ -257,19 +261,12 @@ test('A copied failure holds what a ticket needs', () => {
     );
     const built = shownOf([run.finish()]);
     const failure = built.nodes.find((node) => node.entryKind === 'fail');
-    for (const text of [
-        failureText(built, failure, 'http://x/#at'),
-        failureText(built, built.testCases[0], 'http://x/#at'),
-    ]) {
-        for (const part of [
-            'FAIL: Button',
-            'suite_a › tst_a › Form',
-            'tst_a/script.js:12',
-            'Expected: on',
-            'Actual:   off',
-            'http://x/#at',
-        ])
+    const place = 'suite_a › tst_a › Form\n';
+    for (const node of [failure, built.testCases[0]]) {
+        const text = failureText(built, node, 'http://x/#at');
+        for (const part of ['FAIL: Button', place, 'tst_a/script.js:12', 'http://x/#at'])
             assert.ok(text.includes(part), part + ' in ' + text);
+        assert.match(text, /Expected: on\nActual:   off/);
         assert.doesNotMatch(text, /got 'off'/);
     }
 });

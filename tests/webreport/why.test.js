@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { changes, failureText, marks, pixels, rerunCommand, why } = require('./parts');
+const { changes, failureText, marks, rerunCommand, why } = require('./parts');
 const { RunBuilder, shownOf, tableRow } = require('./testdata');
 
 const names = (nodes) => nodes.map((node) => node.name);
@@ -89,21 +89,4 @@ test('Titles hold no paths of a machine', () => {
         shownOf([run.finish()]).root.children.map((node) => marks.shortTitle(node)),
         ["Saved as '…/failed_1.png' by …/tool, see http://x/a/b", 'server.log'],
     );
-});
-
-test('Pixels that differ are counted, and near ones are one region', () => {
-    const [width, height] = [200, 100];
-    const picture = (...places) => {
-        const data = new Uint32Array(width * height);
-        for (const [x, y] of places) data[y * width + x] = 1;
-        return data;
-    };
-    const other = picture([3, 4], [20, 10], [199, 99]);
-    assert.deepEqual(pixels.compare(picture(), other, width, height), {
-        count: 3,
-        regions: [
-            { left: 3, top: 4, right: 21, bottom: 11 },
-            { left: 199, top: 99, right: 200, bottom: 100 },
-        ],
-    });
 });

@@ -71,7 +71,7 @@
     /// The node at `at`, or the innermost one above it that this run has.
     function findNode(run, at) {
         for (let key = at; key; key = key.slice(0, Math.max(0, key.lastIndexOf('/')))) {
-            const node = run.byKey.get(key);
+            const node = report.model.nodeOf(run, key);
             if (node) return node;
         }
         return run.root;

@@ -80,5 +80,5 @@
         );
     }
 
-    report.causesView = causesView;
+    report.causesView = { causesView, titleOf, factsOf };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

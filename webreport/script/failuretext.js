@@ -91,11 +91,12 @@
         const rows = Array.isArray(raw.tablediff)
             ? report.tableRows.arrangedRows(raw.tablediff)
             : [];
-        const lines = rows.slice(0, mostRows).map((row) => {
+        const lines = rows.slice(0, mostRows).flatMap((row) => {
             const other = row.partner ? rowText(row.partner) : '';
-            return row.label + ' ' + row.side + ': ' + excerpt(rowText(row), other, longestRow);
+            const text = excerpt(rowText(row), other, longestRow);
+            return [...row.before, row.label + ' ' + row.side + ': ' + text];
         });
-        const left = rows.length - lines.length;
+        const left = Math.max(0, rows.length - mostRows);
         return left > 0 ? [...lines, `[… ${left} more differences]`] : lines;
     }
 

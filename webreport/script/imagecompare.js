@@ -74,8 +74,8 @@
     }
 
     /// Both pictures, with the ways to compare them. The choice holds for the next pictures too.
-    /// `difference` is the picture of their differences, or null.
-    function comparison(view, expected, actual, difference) {
+    /// `difference` is the picture of their differences, or null; for `found` see pictureFrames.
+    function comparison(view, expected, actual, difference, found) {
         const stage = element('div', null, expected.node, actual.node, difference?.node);
         const offered = modes.filter(({ key }) => difference || key !== 'marked');
         const look = { class: 'pictures', tabindex: '0', role: 'group' };
@@ -101,7 +101,7 @@
             if ('zoom' in change) showLine(box, wipe, height);
         }
         use({});
-        const framed = report.pictureFrames.frame(expected, actual);
+        const framed = found && report.pictureFrames.frame(found, expected, actual);
         const middle = framed ? framed.middle : { x: 0.5, y: 0.5 };
         setLine(stage, wipe, 100 * middle.x);
         report.whenShown(box, () => showLine(box, wipe, middle.y));
@@ -113,8 +113,9 @@
         ];
     }
 
-    function arranged(view, uris, expected, actual, difference) {
-        if (expected.there && actual.there) return comparison(view, expected, actual, difference);
+    function arranged(view, uris, expected, actual, difference, found) {
+        if (expected.there && actual.there)
+            return comparison(view, expected, actual, difference, found);
         if (!expected.there && !actual.there) return missing('Actual', uris.actual);
         const shown = expected.there
             ? [expected.node, missing('Actual', uris.actual)]
@@ -129,13 +130,15 @@
         const { expected, actual, difference } = figuresOf(uris);
         const box = element('div', { class: 'images' });
         const all = [expected, actual, difference];
-        Promise.all(all.map((one) => one && one.isThere)).then((there) => {
+        const found = uris.expected && report.pictureFrames.differencesOf(uri);
+        Promise.all([...all.map((one) => one && one.isThere), found]).then((there) => {
             const content = arranged(
                 view,
                 uris,
                 { ...expected, there: there[0] },
                 { ...actual, there: there[1] },
                 there[2] ? difference : null,
+                there[3],
             );
             report.dom.append(box, [content]);
         });

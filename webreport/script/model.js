@@ -2,7 +2,7 @@
 //
 // A node is `{id, kind, raw, name, parent, children, place, depth, end, key, outcome, unfinished,
 // brokeOff, counts, duration}`. `id` is its place in `run.nodes`, which is in the order of reading;
-// what is in it is from `id + 1` to `end`. `kind` is 'test', 'attempts' (a test case that
+// what is in it is from `id + 1` to `end`. `key` names it within the run, see `nodeOf`. `kind` is 'test', 'attempts' (a test case that
 // was retried: its children are the attempts) or 'entry'. `place` counts among its siblings,
 // `brokeOff` is set on the innermost test that was running when the data breaks off. `tooDeep` is
 // set on a test that is beside the one it is in, for want of levels; its outcome, counts and
@@ -24,6 +24,16 @@
         return path.slice(path.lastIndexOf('/') + 1) || path;
     }
 
+    const none = [];
+
+    /// Keys of entries are put together when they are asked for: there may be a million of them.
+    class Entry {
+        get key() {
+            const above = this.parent.key;
+            return (above ? above + '/' : '') + '!' + this.place;
+        }
+    }
+
     /// Places get `node`, the node of the test, and `holder`, the one whose children its children
     /// become.
     class TreeBuilder {
@@ -33,17 +43,15 @@
 
         addNode(raw, kind, parent, name) {
             const { nodes } = this.run;
-            const node = {
-                id: nodes.length,
-                kind,
-                raw,
-                parent,
-                children: [],
-                key: '',
-                name,
-                depth: parent ? parent.depth + 1 : 0,
-                place: parent ? parent.children.length : 0,
-            };
+            const node = kind === 'entry' ? new Entry() : { key: '' };
+            node.id = nodes.length;
+            node.kind = kind;
+            node.raw = raw;
+            node.parent = parent;
+            node.children = kind === 'entry' ? none : [];
+            node.name = name;
+            node.depth = parent ? parent.depth + 1 : 0;
+            node.place = parent ? parent.children.length : 0;
             nodes.push(node);
             if (parent) parent.children.push(node);
             return node;
@@ -71,7 +79,6 @@
             node.entryKind = kind;
             node.end = node.id;
             place.node.counts[kind] = (place.node.counts[kind] || 0) + 1;
-            this.setKey(node, '!' + node.place);
         }
 
         leave(place) {
@@ -114,6 +121,14 @@
         return run;
     }
 
+    /// The node with this key; undefined when the run has none.
+    function nodeOf(run, key) {
+        const [, above, place] = /^(?:(.*)\/)?!(\d+)$/.exec(key) || [];
+        const parent = place ? run.byKey.get(above || '') : undefined;
+        const entry = parent && parent.children[place];
+        return entry && entry.key === key ? entry : run.byKey.get(key);
+    }
+
     /// How often each outcome occurs among the test cases.
     function outcomeCounts(run) {
         const counts = {};
@@ -149,6 +164,7 @@
 
     report.model = {
         buildRun,
+        nodeOf,
         outcomeCounts,
         isFailurePlace,
         isFailed,

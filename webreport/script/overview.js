@@ -93,9 +93,13 @@
 
     function lostNotice(app, scope, { parts }) {
         const isLost = ({ source, node }) => source.document.ended === false || node.unfinished;
-        if (!parts.some(isLost)) return null;
+        const lost = parts.filter(isLost);
+        if (lost.length === 0) return null;
+        const which =
+            parts.length > 1 ? 'The run of ' + lost.map(({ node }) => node.name).join(', ') : 'This run';
         const text =
-            'This run was interrupted: it was killed, or the machine went down. What had been ' +
+            which +
+            ' was interrupted: it was killed, or the machine went down. What had been ' +
             'written until then is here; what was running is marked "unfinished".';
         const innermost = app.run.nodes
             .slice(scope.id, scope.end + 1)
@@ -111,17 +115,22 @@
     function suiteRow(app, { source, node }) {
         const findings = report.summary.of(app.run, node);
         const name = element('a', { href: app.addressOf(source, null) }, node.name);
+        const isNamesake = (other) => other.node !== node && other.node.name === node.name;
+        const where = app.run.parts.some(isNamesake) ? source.suite.place : '';
         const cells = [
-            [report.marks.outcomeIcon(node), ' ', name],
+            [
+                [report.marks.outcomeIcon(node), '\u00a0', name],
+                where ? element('div', { class: 'note' }, where) : null,
+            ],
             report.summary.short(findings) || report.marks.outcomeOf(node).label.toLowerCase(),
             count(findings.testCases.length),
             node.duration === null ? '' : duration(node.duration),
             time(node.raw.start),
         ];
-        const title = source.suite.place;
+        const { place } = source.suite;
         return element(
             'tr',
-            { title },
+            { title: place },
             cells.map((content, at) => element('td', { class: at > 1 ? 'number' : null }, content)),
         );
     }
@@ -157,7 +166,7 @@
             report.describe(scope.raw),
             suitesTable(app, findings),
             ownFailures(app, scope),
-            report.causesView(app, findings),
+            report.causesView.causesView(app, findings),
             changeLists(app, findings),
             missingList(app, findings),
             timeLists(app, findings),

@@ -55,7 +55,7 @@
         const body = element(
             'tbody',
             null,
-            rows.map((row) => report.tableView.rowView(row, columns)),
+            rows.map((row) => report.tableView.rowViews(row, columns)),
         );
         const notes = [
             rows.length < all.length

@@ -17,20 +17,28 @@
     }
 
     /// Numbers in the data count from 0, in what a person reads from 1.
-    function labelOf(type, value) {
+    function labelOf(type, value, line) {
         if (type === 'column') return 'Column ' + (value.index + 1);
         if (type === 'cell') return 'Row ' + (value.row + 1) + ', column ' + (value.column + 1);
-        return 'Row ' + (value.line === undefined ? '?' : value.line + 1);
+        return 'Row ' + (line === undefined ? '?' : line + 1);
     }
 
-    /// Differences as `{side, label, cells}`, with `{text, color}` for each cell, in the order of
-    /// the data.
+    /// Differences as `{side, label, place, cells, equal}`, with `{text, color}` for each cell, in
+    /// the order of the data. `label` has the number that the row has in its own table, `place` the
+    /// one by which the data pairs it; for `equal` see rowNumbers.
     function rowsOf(tablediff) {
-        return tablediff.map((difference) => {
-            const value = difference.diffValue || {};
+        const numbers = report.rowNumbers(tablediff);
+        return tablediff.map((difference, at) => {
+            const { diffType, elementType, diffValue: value = {} } = difference;
+            const { line, equal } = numbers[at];
             const cells = value.cells || (value.properties ? [value] : []);
-            const side = sides.get(difference.elementType) || 'both';
-            return { side, label: labelOf(difference.diffType, value), cells: cells.map(cellOf) };
+            return {
+                side: sides.get(elementType) || 'both',
+                label: labelOf(diffType, value, line),
+                place: labelOf(diffType, value, value.line),
+                cells: cells.map(cellOf),
+                equal,
+            };
         });
     }
 
@@ -54,26 +62,26 @@
         return equal.length / Math.max(1, row.cells.length, other.cells.length);
     }
 
-    function pairByLabel(expected, actual, fits) {
-        const waiting = new Map(expected.filter(isSingle).map((row) => [row.label, row]));
+    function pairByPlace(expected, actual, fits) {
+        const waiting = new Map(expected.filter(isSingle).map((row) => [row.place, row]));
         for (const row of actual.filter(isSingle)) {
-            const partner = waiting.get(row.label);
+            const partner = waiting.get(row.place);
             if (!partner || !fits(partner, row)) continue;
-            waiting.delete(row.label);
+            waiting.delete(row.place);
             makePartners(partner, row);
         }
     }
 
-    /// Rows of equal labels belong together, and of the others those that are alike. Nothing in
-    /// common is enough for equal labels only where there is no better partner.
+    /// Rows of equal places belong together, and of the others those that are alike. Nothing in
+    /// common is enough for equal places only where there is no better partner.
     function pairRows(rows) {
         const expected = rows.filter((row) => row.side === 'expected');
         const actual = rows.filter((row) => row.side === 'actual');
-        pairByLabel(expected, actual, (row, other) => likeness(row, other) > 0);
+        pairByPlace(expected, actual, (row, other) => likeness(row, other) > 0);
         const [left, right] = [expected.filter(isSingle), actual.filter(isSingle)];
         for (const [i, j] of report.pairAlike(left, right, likeness))
             if (likeness(left[i], right[j]) > 0) makePartners(left[i], right[j]);
-        pairByLabel(expected, actual, () => true);
+        pairByPlace(expected, actual, () => true);
     }
 
     function endOfChange(rows, from) {
@@ -82,8 +90,19 @@
         return end;
     }
 
+    function rangeOf(first, count) {
+        return first + 1 + (count > 1 ? '–' + (first + count) : '');
+    }
+
+    /// Says what the data left out.
+    function equalRows({ count, expected, actual }) {
+        const moved = expected === actual ? '' : ' (actual ' + rangeOf(actual, count) + ')';
+        const verb = count > 1 ? 'are' : 'is';
+        return `${count > 1 ? 'Rows' : 'Row'} ${rangeOf(expected, count)} ${verb} equal${moved}`;
+    }
+
     /// Rows of `tablediff` in the order in which to show them; those that are two forms of one row
-    /// have each other as `partner`.
+    /// have each other as `partner`. `before` has what is to be said before a row.
     function arrangedRows(tablediff) {
         const rows = rowsOf(tablediff);
         const arranged = new Set();
@@ -92,9 +111,14 @@
             pairRows(rows.slice(at, end));
             at = Math.max(end, at + 1);
         }
+        let before = [];
         for (const row of rows) {
+            if (row.equal) before.push(equalRows(row.equal));
             const pair = row.side === 'actual' ? [row.partner, row] : [row, row.partner];
-            for (const one of pair) if (one) arranged.add(one);
+            for (const one of pair.filter((each) => each && !arranged.has(each))) {
+                arranged.add(Object.assign(one, { before }));
+                before = [];
+            }
         }
         return [...arranged];
     }

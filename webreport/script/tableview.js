@@ -35,6 +35,19 @@
         );
     }
 
+    function equalRows(text, columns) {
+        return element(
+            'tr',
+            { class: 'equal' },
+            element('td', { colspan: columns.length + 2 }, element('span', null, text)),
+        );
+    }
+
+    /// The row, after what is to be said before it.
+    function rowViews(row, columns) {
+        return [...row.before.map((text) => equalRows(text, columns)), rowView(row, columns)];
+    }
+
     function rowView(row, columns) {
         const isSecond = row.side === 'actual' && row.partner;
         return element(
@@ -66,14 +79,16 @@
         const columns = [...Array(columnCount(rows)).keys()];
         const step = Math.max(10, Math.floor(cellsInStep / (columns.length + 2)));
         const body = element('tbody');
+        let shown = 0;
         const more = button('', () => grow(), { class: 'more' });
         function grow() {
-            const next = rows.slice(body.rows.length, body.rows.length + step);
+            const next = rows.slice(shown, shown + step);
             append(
                 body,
-                next.map((row) => rowView(row, columns)),
+                next.map((row) => rowViews(row, columns)),
             );
-            const left = rows.length - body.rows.length;
+            shown += next.length;
+            const left = rows.length - shown;
             more.hidden = left === 0;
             more.textContent =
                 'Show ' + count(Math.min(step, left)) + ' more of ' + count(left) + ' differences';
@@ -93,5 +108,5 @@
         return [box, more];
     }
 
-    report.tableView = { tableView, tableWith, rowView };
+    report.tableView = { tableView, tableWith, rowViews };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -1,7 +1,4 @@
 // The two trees of a visual verification that failed, side by side.
-//
-// The report has them in a script beside the snapshot, which calls `morvexVisualTrees`: a page that
-// was opened from a file can load scripts only.
 (function (report) {
     'use strict';
 
@@ -15,27 +12,7 @@
         picture: 'picture',
     };
 
-    const waiting = new Map();
-
-    globalThis.morvexVisualTrees = function (trees) {
-        const done = waiting.get(document.currentScript);
-        if (done) done(trees);
-    };
-
-    /// A promise of the trees, null when there are none.
-    function load(link) {
-        const script = document.createElement('script');
-        return new Promise((resolve) => {
-            waiting.set(script, resolve);
-            script.addEventListener('error', () => resolve(null));
-            script.addEventListener('load', () => resolve(null));
-            script.src = link + '.js';
-            document.head.append(script);
-        }).finally(() => {
-            waiting.delete(script);
-            script.remove();
-        });
-    }
+    const load = report.scriptBeside('morvexVisualTrees');
 
     function textOf({ kind, name, expected, actual }) {
         if (kind === 'structure') return kinds[kind] + ', no counterpart';

@@ -82,7 +82,7 @@ private:
                 .toEncoded(QUrl::FullyEncoded);
         }
         const QString directory = directoryFor(QFileInfo(clean).path(), target);
-        copyWithPicturesBeside(clean, directory, target);
+        copyWithFilesBeside(clean, directory, target);
         return reportLocation(QDir::cleanPath(directory + QLatin1Char('/') + file.fileName()));
     }
 
@@ -104,13 +104,13 @@ private:
         return *m_directories.insert(directory, name);
     }
 
-    void copyWithPicturesBeside(const QString &path, const QString &directory, const QDir &target)
+    void copyWithFilesBeside(const QString &path, const QString &directory, const QDir &target)
     {
         if (m_copied.contains(path))
             return;
         m_copied += path;
         target.mkpath(directory);
-        for (const QString &one : withPicturesBeside(path)) {
+        for (const QString &one : withFilesBeside(path)) {
             const QString source = m_report.filePath(one);
             const QString copy =
                 target.filePath(directory + QLatin1Char('/') + QFileInfo(one).fileName());

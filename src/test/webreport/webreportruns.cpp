@@ -68,6 +68,12 @@ void readHead(WebReportRun *run)
     run->start = node.value(QLatin1String("start")).toString();
 }
 
+QRegularExpressionMatch failedPicture(const QString &path)
+{
+    static const QRegularExpression name(QStringLiteral(R"re(\A(.*/|)failed(_\d+\.png)\z)re"));
+    return name.match(path);
+}
+
 } // namespace
 
 QString WebReportRun::suite() const
@@ -139,21 +145,31 @@ QByteArray replaceReportFiles(const QByteArray &document,
     return copied == 0 ? document : result + document.mid(copied);
 }
 
-QStringList withPicturesBeside(const QString &path)
+QStringList withFilesBeside(const QString &path)
 {
-    static const QRegularExpression failed(QStringLiteral(R"re(\A(.*/|)failed(_\d+\.png)\z)re"));
-    const auto match = failed.match(path);
-    if (!match.hasMatch())
-        return {path};
-    return {path, match.captured(1) + QLatin1String("expected") + match.captured(2),
-            match.captured(1) + QLatin1String("difference") + match.captured(2)};
+    const auto failed = failedPicture(path);
+    QStringList files{path};
+    // What pages show of it.
+    if (failed.hasMatch() || path.endsWith(QLatin1String(".xml")))
+        files += path + QLatin1String(".js");
+    if (failed.hasMatch())
+        files << expectedPictureOf(path)
+              << failed.captured(1) + QLatin1String("difference") + failed.captured(2);
+    return files;
+}
+
+QString expectedPictureOf(const QString &path)
+{
+    const auto failed = failedPicture(path);
+    return failed.hasMatch() ? failed.captured(1) + QLatin1String("expected") + failed.captured(2)
+                             : QString();
 }
 
 QSet<QString> reportFilesOf(const QByteArray &document)
 {
     QSet<QString> paths;
     replaceReportFiles(document, [&paths](const QString &path) {
-        for (const QString &one : withPicturesBeside(path))
+        for (const QString &one : withFilesBeside(path))
             paths += one;
         return QByteArray();
     });

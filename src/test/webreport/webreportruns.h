@@ -50,11 +50,14 @@ WebReportRunParts splitWebReportRun(const QByteArray &document);
 QByteArray replaceReportFiles(const QByteArray &document,
                               const std::function<QByteArray(const QString &path)> &replace);
 
-/// The paths of replaceReportFiles, and those of the pictures that are kept beside a failed one.
+/// The paths of replaceReportFiles, and those of the files that are kept beside them.
 QSet<QString> reportFilesOf(const QByteArray &document);
 
-/// The names of the pictures that belong to the one at @p path, relative as it is; it included.
-QStringList withPicturesBeside(const QString &path);
+/// The names of the files that belong to the one at @p path, relative as it is; it included.
+QStringList withFilesBeside(const QString &path);
+
+/// The picture that a failed one was compared with; empty for a file of another name.
+QString expectedPictureOf(const QString &path);
 
 /// The location of a file in the report directory.
 QByteArray reportLocation(const QString &path);

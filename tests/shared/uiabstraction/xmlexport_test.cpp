@@ -17,15 +17,6 @@ using namespace MorvexTest;
 
 namespace {
 
-QByteArray xmlOf(const QList<UIElement *> &elements)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    XmlExporter exporter(elements);
-    EXPECT_TRUE(exporter.toXml(&buffer)) << exporter.errorText().toStdString();
-    return buffer.data();
-}
-
 // What a text is once it was in a file: blanks alone are nothing, and some characters are replaced.
 QString stored(QString text)
 {
@@ -79,16 +70,11 @@ TEST(XmlExportTest, RandomTreesComeBackFromTheirXmlWithAllThatXmlHolds)
     for (quint32 seed = 1; seed <= 40; ++seed) {
         QRandomGenerator random(seed);
         const auto tree = randomTree(random, 1 + random.bounded(6));
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        XmlExporter exporter(QList<UIElement *>{tree.get()});
-        exporter.setSkipTransparentNodes(false);
-        exporter.setHonourSubgraphTransparency(false);
-        ASSERT_TRUE(exporter.toXml(&buffer));
-        EXPECT_EQ(XmlDocument(buffer.data()).error(), QString()) << seed;
+        const QByteArray xml = xmlOf({tree.get()}, false);
+        EXPECT_EQ(XmlDocument(xml).error(), QString()) << seed;
         BrowserElement root(nullptr, QStringLiteral("live"));
         QString error;
-        ASSERT_TRUE(BrowserElement::readXML(&root, buffer.data(), &error)) << error.toStdString();
+        ASSERT_TRUE(BrowserElement::readXML(&root, xml, &error)) << error.toStdString();
         ASSERT_EQ(root.children().size(), 1);
         expectEqual(*root.children().first(), *tree);
         if (HasFailure())
@@ -98,17 +84,12 @@ TEST(XmlExportTest, RandomTreesComeBackFromTheirXmlWithAllThatXmlHolds)
 
 TEST(XmlExportTest, TransparentNodesGiveTheirPlaceAndHideTheirSubtrees)
 {
-    const auto add = [](UIElement *parent, const char *type) {
-        auto *element = new UIElement(QString(), StandardType(), QLatin1String(type));
-        parent->addChild(element);
-        return element;
-    };
     UIElement top(QString(), StandardType(), QStringLiteral("Top"));
     top.setTransparentNode(true);
-    add(add(&top, "A"), "B");
-    UIElement *opaque = add(&top, "C");
+    newElement("B", newElement("A", &top));
+    UIElement *opaque = newElement("C", &top);
     opaque->setSubgraphTransparent(true);
-    add(opaque, "D");
+    newElement("D", opaque);
     const XmlDocument document(xmlOf({&top}));
     EXPECT_EQ(document.texts("/ui/execution/state/element/@class"), (QStringList{"A", "C"}));
     EXPECT_EQ(document.texts("//element/children/element/@class"), (QStringList{"B"}));
@@ -144,13 +125,11 @@ TEST(XmlExportTest, WhatCantBeWrittenWholeIsAnError)
 
 TEST(XmlExportTest, ReadersTakeTheDeepestTreesThatAreWritten)
 {
-    auto *top = new UIElement(QString(), StandardType(), QStringLiteral("A"));
+    UIElement *top = newElement("A");
     UIElement *deepest = top;
     for (int i = 0; i < maxElementLevels + 10; ++i) {
         deepest->setConcreteProperty(QStringLiteral("text"), QStringLiteral("a"));
-        auto *child = new UIElement(QString(), StandardType(), QStringLiteral("A"));
-        deepest->addChild(child);
-        deepest = child;
+        deepest = newElement("A", deepest);
     }
     QByteArray xml;
     EXPECT_NE(standardErrorOf([&] { xml = xmlOf({top}); }), "");

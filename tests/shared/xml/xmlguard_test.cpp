@@ -81,36 +81,18 @@ TEST(XmlGuardTest, LongAndFlatDocumentsPass)
 
 TEST(XmlGuardTest, NoTextLiesDeeperInTheParserThanTheGuardSays)
 {
-    const char *const tokens[] = {"<a>",
-                                  "</a>",
-                                  "<a/>",
-                                  "<!--",
-                                  "-->",
-                                  "<!-->",
-                                  "<![CDATA[",
-                                  "]]>",
-                                  "<?xml version=\"",
-                                  "?>",
-                                  "<?x ",
-                                  "\"",
-                                  "'",
-                                  ">",
-                                  "<",
-                                  "/",
-                                  "<!DOCTYPE a [",
-                                  "]>",
-                                  "x",
-                                  "&amp;",
-                                  "<a b='",
-                                  "<_",
-                                  " "};
+    const QList<QByteArray> tokens =
+        QByteArray("<a>|</a>|<a/>|<!--|-->|<!-->|<![CDATA[|]]>|<?xml version=\"|?>|<?x |\"|'|>|<|/|"
+                   "<!DOCTYPE a [|]>|x|&amp;|<a b='|<_| ")
+            .split('|');
     std::mt19937 random(5);
     const int limit = 8;
     int deepOnes = 0;
     for (int round = 0; round < 20000; ++round) {
         std::string document;
         for (int i = 0; i < 60; ++i)
-            document += random() % 2 ? tokens[0] : tokens[random() % std::size(tokens)];
+            document +=
+                tokens[random() % 2 ? 0 : int(random() % unsigned(tokens.size()))].constData();
         TiXmlDocument parsed;
         parsed.Parse(document.c_str());
         if (depthOf(parsed) <= limit)

@@ -1,7 +1,7 @@
 #include "test/report/reportlocations.h"
 
 #include "support/files.h"
-#include "support/samplerun.h"
+#include "support/runs.h"
 
 #include <QDir>
 #include <QTemporaryDir>

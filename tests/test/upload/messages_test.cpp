@@ -1,7 +1,7 @@
 // The messages of an upload, as a server decodes them that knows only the protocol.
 
 #include "support/files.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/uploadaddress.h"
 #include "uploadserver.h"
@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sys/stat.h>
@@ -75,58 +76,60 @@ std::string textOf(const QJsonArray &fields)
 
 TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
 {
-    std::vector<TestResult::Entry> entries;
-    for (const TestResult::ResultType type : allTypes()) {
-        // Its end comes on its own account.
-        if (type != TestResult::END_SECTION)
-            entries.push_back(fullEntry(type));
-    }
-    entries.front().line = LineInfo("/suite", -1);
-    const std::vector<QJsonArray> messages = uploaded(entries);
     const QString script = "x-testsuite:/tst_a/script.js";
-    // Before the end of a section that was left open, which has no fields of its own.
-    ASSERT_GE(messages.size(), entries.size());
-    std::size_t next = 0;
-    for (const TestResult::Entry &entry : entries) {
-        while (messages[next].at(Type) != TestResult::resultToString(entry.type))
-            ASSERT_LT(++next, messages.size());
-        const QJsonArray &fields = messages[next++];
-        const std::string type = TestResult::resultToString(entry.type).toStdString();
-        const bool isMessage = entry.type == TestResult::LOG || entry.type == TestResult::FATAL ||
-                               entry.type == TestResult::ERROR || entry.type == TestResult::WARNING;
-        const bool hasStack =
-            isMessage || (entry.type >= TestResult::PASS && entry.type <= TestResult::XPASS);
+    const QJsonArray stack{2, script, 12, "x-testsuite:/shared.js", 0};
+    const QJsonArray result{"tableVerificationResult", "x-testsuite:/tst_a/points/VP1.xml", -1};
+    const char *const table = "^tablediff\\d+/tablediff\\.xml$";
+    struct Row
+    {
+        TestResult::ResultType type;
+        QString script;
+        QJsonArray stack;
+        QJsonArray kind;
+        const char *resource;
+    };
+    const Row rows[] = {
+        {TestResult::START_TEST_CASE, script, {0}, result, table},
+        {TestResult::FATAL, "", stack, result, table},
+        {TestResult::XPASS, script, stack, result, table},
+        {TestResult::WARNING, "", stack, result, table},
+        {TestResult::SKIP_SECTION, script, {0}, result, table},
+        {TestResult::ATTACHMENT,
+         script,
+         {0},
+         {"screenshot", "", -1},
+         "^x-results:/.*/results/shot%201\\.png$"},
+        {TestResult::STARTVIDEOCAPTURE, script, {0}, {"", "", -1}, "^shot 1_\\d+\\.png$"},
+    };
+    std::vector<TestResult::Entry> entries;
+    for (const Row &row : rows)
+        entries.push_back(fullEntry(row.type));
+    std::vector<QJsonArray> messages = uploaded(entries);
+    const auto isFile = [](const QJsonArray &fields) { return fields.at(0) != 105; };
+    messages.erase(std::remove_if(messages.begin(), messages.end(), isFile), messages.end());
+    ASSERT_EQ(messages.size(), entries.size());
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const TestResult::Entry &entry = entries[i];
         QJsonArray expected{105,
-                            fields.at(1),
+                            messages[i].at(1),
                             entry.time.toMSecsSinceEpoch(),
-                            QString::fromStdString(type),
+                            TestResult::resultToString(entry.type),
                             "suite_name",
-                            isMessage                         ? ""
-                            : entry.type == TestResult::START ? "file:///suite"
-                                                              : script,
-                            entry.line.lineNumber(),
+                            rows[i].script,
+                            12,
                             "summary",
                             entry.message,
                             entry.details,
-                            "info",
-                            hasStack ? 2 : 0};
-        if (hasStack) {
-            for (const QJsonValue &value : QJsonArray{script, 12, "x-testsuite:/shared.js", 0})
+                            "info"};
+        for (const QJsonArray &part :
+             {rows[i].stack, rows[i].kind, QJsonArray{last(messages[i], Resource), "", 2}}) {
+            for (const QJsonValue &value : part)
                 expected.append(value);
         }
-        const bool isVideo = entry.type >= TestResult::STARTVIDEOCAPTURE;
-        const bool isResult = !isVideo && entry.type != TestResult::ATTACHMENT;
-        expected.append(isVideo ? "" : isResult ? "tableVerificationResult" : "screenshot");
-        expected.append(isResult ? "x-testsuite:/tst_a/points/VP1.xml" : "");
-        expected.append(-1);
-        expected.append(last(fields, Resource));
-        const QRegularExpression resource(isVideo    ? "^shot 1_\\d+\\.png$"
-                                          : isResult ? "^tablediff\\d+/tablediff\\.xml$"
-                                                     : "^x-results:/.*/results/shot%201\\.png$");
-        EXPECT_TRUE(resource.match(last(fields, Resource).toString()).hasMatch()) << type;
-        expected.append("");
-        expected.append(2);
-        EXPECT_EQ(textOf(fields), textOf(expected));
+        EXPECT_EQ(textOf(messages[i]), textOf(expected));
+        EXPECT_TRUE(QRegularExpression(rows[i].resource)
+                        .match(last(messages[i], Resource).toString())
+                        .hasMatch());
     }
 }
 

@@ -3,7 +3,7 @@
 #include "support/capture.h"
 #include "support/environmentguard.h"
 #include "support/recordinggenerator.h"
-#include "support/sampleentries.h"
+#include "support/runs.h"
 #include "test/multireportgenerator.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/quillbaseprivate.h"

@@ -122,28 +122,17 @@ TEST_F(ScreenshotVPTest, OnlyTheAttemptThatCountsLeavesPictures)
 {
     options.setRetryDuration(60000);
     const QImage wanted = withPixel(plain(size), 5, 5);
-    resolver.beforeLookup = [&](int lookup) {
-        if (lookup == 4)
-            widget.show(wanted);
-    };
-    verify(screenshotType, element(wanted));
-    EXPECT_EQ(takeResults().last(), "WARNING vp: It took 4 attempts to verify prior verification|");
-    const QString dir = path("suite/tst_a/points/failedImages");
-    EXPECT_FALSE(QDir(dir).exists());
+    resolver.beforeLookup = [&](int lookup) { widget.show(lookup == 3 ? wanted : plain(size)); };
+    EXPECT_EQ(verify(screenshotType, element(wanted)).summary(), VPResult::SummaryPassed);
+    const QDir pictures(path("suite/tst_a/points/failedImages"));
+    EXPECT_FALSE(pictures.exists());
 
-    // An expected failure ends the retrying behind an unexpected pass.
+    // An expected failure ends the retrying after an unexpected pass.
     resolver.lookups = 0;
     expectFail = true;
-    resolver.beforeLookup = [&](int lookup) {
-        if (lookup == 3)
-            widget.show(plain(size));
-    };
-    verify(screenshotType, element(wanted));
-    const QStringList results = takeResults();
-    ASSERT_EQ(results.size(), 2);
-    EXPECT_TRUE(results[0].endsWith("Differing screenshot saved as '" + dir + "/failed_1.png'"))
-        << results[0].toStdString();
-    EXPECT_EQ(QDir(dir).entryList(QDir::Files),
+    resolver.beforeLookup = [&](int lookup) { widget.show(lookup == 3 ? plain(size) : wanted); };
+    EXPECT_EQ(verify(screenshotType, element(wanted)).summary(), VPResult::SummaryPassed);
+    EXPECT_EQ(pictures.entryList(QDir::Files),
               (QStringList{"difference_1.png", "expected_1.png", "failed_1.png"}));
 }
 
@@ -216,9 +205,7 @@ TEST_F(ScreenshotVPTest, AllVersionsTakeThePictureTheirWay)
 {
     for (const char *version : {"1", "2", "3", "4", "5"}) {
         const QByteArray root = "version='" + QByteArray(version) + "' type='Screenshot'";
-        EXPECT_EQ(outcomeOf(element(plain(size)), root),
-                  "PASS Screenshots are considered identical")
-            << version;
+        EXPECT_TRUE(outcomeOf(element(plain(size)), root).startsWith("PASS ")) << version;
         EXPECT_TRUE(outcomeOf(element(withPixel(plain(size), 5, 5)), root).startsWith("FAIL "))
             << version;
     }
@@ -245,46 +232,43 @@ TEST_F(ScreenshotVPTest, APictureThatCantBeTakenFailsAlsoWhenThatIsExpected)
 
 TEST_F(ScreenshotVPTest, APictureThatDiffersIsStoredWithTheExpectedOne)
 {
+    const auto pictureIn = [](const QString &file) {
+        return QImage(file).convertToFormat(QImage::Format_RGB32);
+    };
     const QImage stored = withPixel(plain(size), 5, 5);
     const QString beside = path("suite/tst_a/points/failedImages/");
     runner.results = QString();
-    EXPECT_EQ(outcomeOf(element(stored)), "FAIL Screenshots do not match. Differing screenshot "
-                                          "saved as '" +
-                                              beside + "failed_1.png'");
+    EXPECT_EQ(outcomeOf(element(stored)),
+              "FAIL Screenshots do not match. Differing screenshot saved as '" + beside +
+                  "failed_1.png'");
     expectFail = true;
-    EXPECT_EQ(outcomeOf(element(stored, masks(rect("negative", 0, 0, 2, 2)))),
-              "XFAIL Screenshots do not match. Differing screenshot saved as '" + beside +
-                  "failed_2.png'");
-    EXPECT_EQ(outcomeOf(element(plain(size))), "XPASS Screenshots are considered identical");
+    EXPECT_TRUE(
+        outcomeOf(element(stored, masks(rect("negative", 0, 0, 2, 2)))).startsWith("XFAIL "));
+    EXPECT_TRUE(outcomeOf(element(plain(size))).startsWith("XPASS "));
     expectFail = false;
     // As they were taken and stored, without masks.
-    EXPECT_EQ(QImage(beside + "failed_2.png").convertToFormat(QImage::Format_RGB32), plain(size));
-    EXPECT_EQ(QImage(beside + "expected_2.png").convertToFormat(QImage::Format_RGB32), stored);
+    EXPECT_EQ(pictureIn(beside + "failed_2.png"), plain(size));
+    EXPECT_EQ(pictureIn(beside + "expected_2.png"), stored);
     EXPECT_EQ(QImage(beside + "difference_2.png").size(), stored.size());
 
     runner.results = path("results");
-    EXPECT_TRUE(
-        outcomeOf(element(stored))
-            .endsWith("'" + path("results/suite/tst_a/vp/failedImages/failed_1.png") + "'"));
-    EXPECT_EQ(QImage(path("results/suite/tst_a/vp/failedImages/expected_1.png"))
-                  .convertToFormat(QImage::Format_RGB32),
-              stored);
+    const QString inResults = path("results/suite/tst_a/vp/failedImages/");
+    EXPECT_TRUE(outcomeOf(element(stored)).endsWith("'" + inResults + "failed_1.png'"));
+    EXPECT_EQ(pictureIn(inResults + "expected_1.png"), stored);
     EXPECT_EQ(TestVP("/a/b/other", "/a/b/other").failedImageDir(&runner),
               path("results/suite/tst_a/other/failedImages/"));
 
     writeFile(path("blocked"), "");
     runner.results = path("blocked");
-    EXPECT_EQ(outcomeOf(element(stored)),
-              "FAIL Screenshots do not match. Could not store differing screenshot; creating "
-              "directory for failed images failed.");
+    EXPECT_TRUE(
+        outcomeOf(element(stored)).endsWith("creating directory for failed images failed."));
 }
 
-TEST_F(ScreenshotVPTest, LearningReplacesThePictureThatDiffersAndNoOther)
+TEST_F(ScreenshotVPTest, LearningReplacesThePictureThatDiffersOrIsNotThereAndNoOther)
 {
     const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
     EXPECT_EQ(outcomeOf(element(plain(size))), "PASS Screenshots are considered identical");
-    const QByteArray untouched = pointFile();
-    EXPECT_TRUE(untouched.contains(element(plain(size))));
+    EXPECT_TRUE(pointFile().contains(element(plain(size))));
 
     const QByteArray masked =
         element(withPixel(plain(size), 5, 5), masks(rect("negative", 0, 0, 2, 2)));
@@ -295,62 +279,59 @@ TEST_F(ScreenshotVPTest, LearningReplacesThePictureThatDiffersAndNoOther)
                           "variable|Screenshots do not match"));
     EXPECT_FALSE(QDir(path("suite/tst_a/points/failedImages")).exists());
     EXPECT_TRUE(pointFile().contains("<Mask ")) << pointFile().constData();
-    const EnvironmentGuard off("MORVEX_LEARN_SCREENSHOTS", "true");
-    EXPECT_EQ(verifyFile(pointFile()).summary(), VPResult::SummaryPassed);
-    EXPECT_TRUE(takeResults().first().startsWith("PASS "));
-}
-
-TEST_F(ScreenshotVPTest, LearningFillsAVerificationWithoutAPicture)
-{
-    const EnvironmentGuard learn("MORVEX_LEARN_SCREENSHOTS", "1");
+    const QByteArray learned = pointFile();
     verify(screenshotType, "<Verification object='picture' type='XPM'/>");
-    takeResults();
     EXPECT_TRUE(pointFile().contains("type=\"PNG\""));
-    EXPECT_TRUE(outcomeOf(element(plain(size))).startsWith("PASS "));
+    const EnvironmentGuard off("MORVEX_LEARN_SCREENSHOTS", "true");
+    for (const QByteArray &file : {learned, pointFile()}) {
+        takeResults();
+        verifyFile(file);
+        EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << file.constData();
+    }
 }
 
 TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
 {
-    addComparator("agrees", "echo fine; echo noise >&2");
-    addComparator("refuses", "echo \"2 of 3\"; exit 3");
-    addComparator("mutters", "echo muttered >&2; exit 1");
-    addComparator("silent", "exit 1");
-    addComparator("reads", "cat; echo read");
-    addComparator("cut", "printf 'seen\\0unseen'");
-    addComparator("crashes", "kill -SEGV $$");
-    addComparator("arguments",
-                  "cmp -s \"$1\" \"$2\" && echo equal || echo different; shift 2; echo \"$@\"; "
-                  "exit 0");
-    const QString stored = ". Differing screenshot saved as '" +
-                           path("suite/tst_a/points/failedImages/failed_%1.png") + "'";
-    const auto algorithm = [](const QByteArray &name, const QByteArray &children = "") {
-        return "<Algorithm name='" + name + "'>" + children + "</Algorithm>";
+    const QString program = path("prefix/bin/");
+    const QByteArray noMask = masks("");
+    const struct
+    {
+        const char *name;
+        const char *script;
+        QByteArray mask;
+        QByteArray children;
+        QString start;
+    } rows[] = {
+        {"agrees", "echo fine; echo noise >&2", noMask, "", "PASS fine\n"},
+        {"reads", "cat; echo read", noMask, "", "PASS read\n"},
+        {"cut", "printf 'seen\\0unseen'", noMask, "", "PASS seen"},
+        {"refuses", "echo \"2 of 3\"; exit 3", noMask, "", "FAIL 2 of 3\n. Differing screenshot "},
+        {"mutters", "echo muttered >&2; exit 1", noMask, "", "FAIL muttered\n. Differing "},
+        {"silent", "exit 1", noMask, "", "FAIL . Differing screenshot saved as '"},
+        // A parameter list starts at the first Parameter; all elements after it belong to it.
+        {"arguments",
+         "cmp -s \"$1\" \"$2\" && echo equal || echo different; shift 2; echo \"$@\"; exit 0",
+         masks(rect("negative", 5, 5, 1, 1)), "<A>0</A><Parameter>1</Parameter><B>2 3</B>",
+         "PASS equal\n1 2 3\n"},
+        {"crashes", "kill -SEGV $$", noMask, "",
+         "ERROR The comparator process " + program + "crashes has crashed: Process crashed"},
+        {"missing", nullptr, noMask, "",
+         "ERROR Failed to start comparison application '" + program + "missing': "},
+        {"strict", nullptr, noMask, "", "FAIL Screenshots do not match. "},
     };
     const QImage other = withPixel(plain(size), 5, 5);
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("agrees"))), "PASS fine\n");
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("reads"))), "PASS read\n");
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("refuses"))),
-              "FAIL 2 of 3\n" + stored.arg(1));
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("mutters"))),
-              "FAIL muttered\n" + stored.arg(2));
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("silent"))), "FAIL " + stored.arg(3));
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("cut"))), "PASS seen");
-    // A parameter list starts at the first Parameter; all elements behind it belong to it.
-    EXPECT_EQ(outcomeOf(element(other, masks(rect("negative", 5, 5, 1, 1)) +
-                                           algorithm("arguments", "<A>0</A><Parameter>1</Parameter>"
-                                                                  "<B>2 3</B>"))),
-              "PASS equal\n1 2 3\n");
-    const QString prefix = path("prefix/bin/");
-    EXPECT_EQ(outcomeOf(element(other, masks("") + algorithm("crashes"))),
-              "ERROR The comparator process " + prefix + "crashes has crashed: Process crashed");
-    EXPECT_TRUE(
-        outcomeOf(element(other, masks("") + algorithm("missing")))
-            .startsWith("ERROR Failed to start comparison application '" + prefix + "missing': "));
-    EXPECT_TRUE(outcomeOf(element(other, masks("") + algorithm("strict")))
+    for (const auto &row : rows) {
+        if (row.script)
+            addComparator(row.name, row.script);
+        const QString outcome = outcomeOf(element(other, row.mask + "<Algorithm name='" + row.name +
+                                                             "'>" + row.children + "</Algorithm>"));
+        EXPECT_TRUE(outcome.startsWith(row.start)) << outcome.toStdString();
+        EXPECT_TRUE(row.start.startsWith("FAIL") || row.start.endsWith(": ") ||
+                    outcome == row.start);
+    }
+    EXPECT_TRUE(outcomeOf(element(other, noMask + "<Algorithm name='agrees'/>"),
+                          "version='2' type='Screenshot'")
                     .startsWith("FAIL Screenshots do not match. "));
-    EXPECT_TRUE(
-        outcomeOf(element(other, masks("") + algorithm("agrees")), "version='2' type='Screenshot'")
-            .startsWith("FAIL Screenshots do not match. "));
 }
 
 TEST_F(ScreenshotVPTest, ComparisonLeavesNoTemporaryFilesAndSaysWhereItCouldNotWrite)

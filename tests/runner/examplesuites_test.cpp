@@ -1,0 +1,37 @@
+#include "support/runnerprocess.h"
+
+#include <QByteArrayList>
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+TEST(ExampleSuitesTest, ShowEachKindOfResultAndLeaveTheirFilesAlone)
+{
+    const QString examples = MORVEX_SOURCE_DIR "/examples/";
+    const struct
+    {
+        QStringList arguments;
+        QByteArrayList said;
+        QStringList types;
+    } rows[] = {
+        {{"--skip", "tst_skipped", "--timeout", "2", "--retry", "1", examples + "demo_suite"},
+         {"passed when retried: tst_flaky\nmorvexrunner: slowest: tst_timeout (",
+          "10 test cases, 4 failed, 1 passed when retried, 1 skipped in "},
+         {"PASS", "FAIL", "XFAIL", "ERROR", "FATAL", "WARNING"}},
+        {{examples + "inventory_suite"}, {"morvexrunner: 6 test cases, 0 failed"}, {"XFAIL"}},
+    };
+    for (const auto &row : rows) {
+        QTemporaryDir temporary;
+        RunnerProcess runner;
+        runner.environment.insert("TMPDIR", temporary.path());
+        const RunnerOutput output = runner.run(row.arguments);
+        for (const QByteArray &part : row.said)
+            EXPECT_TRUE(output.standardError.contains(part)) << output.standardError.constData();
+        const QStringList results = RunnerProcess::resultsOf(output);
+        for (const QString &type : row.types)
+            EXPECT_FALSE(results.filter(QRegExp("^" + type + " ")).isEmpty()) << type.toStdString();
+    }
+    EXPECT_FALSE(QDir(examples + "inventory_suite/points/failedImages").exists());
+}
