@@ -110,7 +110,7 @@ struct Comparison
         const QStringList geometryNames{text("x"), text("y"), text("width"), text("height")};
         for (const BrowserElement *element : parent->children()) {
             const QStringList names =
-                propertiesOf ? (element->*propertiesOf)().keys() : geometryNames;
+                propertiesOf ? QStringList((element->*propertiesOf)().keys()) : geometryNames;
             if (!names.isEmpty())
                 check->appendChild(verification(*element, names, check->ownerDocument()));
             addChecks(element, propertiesOf, check);
