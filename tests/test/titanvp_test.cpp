@@ -165,10 +165,11 @@ TEST_F(TitanVPTest, WhiteSpaceIsComparedAsItIs)
         const char *actual;
         bool isEqual;
     } rows[] = {
-        {"a  b", "a b", false},   {"a\tb", "a b", false},    {"a\nb", "a b", false},
-        {" a\t", "a", false},     {"a\n\nb", "a\nb", false}, {" \t a \n", " \t a \n", true},
-        {"a\r\nb", "a\nb", true}, {"a\nb", "a\r\nb", true},  {"a\rb", "a\rb", true},
-        {"a\rb", "a\nb", false},  {" \n\t", "", true},
+        {"a  b", "a b", false},    {"a\tb", "a b", false},
+        {"a\nb", "a b", false},    {" a\t", "a", false},
+        {"a\n\nb", "a\nb", false}, {"a\r\nb", "a\nb", false},
+        {"a\rb", "a\nb", false},   {" \t a \n\r\n \r", " \t a \n\r\n \r", true},
+        {" \n\t", "", true},
     };
     Form form;
     for (const auto &row : rows) {
