@@ -49,7 +49,13 @@ bool QuillbasePrivate::startConnection(QString *error)
         return false;
     }
     post(new SetupEvent(address));
-    return semaphore.tryAcquire(1, m_waits.connection) && worker->isConnected();
+    if (!semaphore.tryAcquire(1, m_waits.connection)) {
+        writeErrorLine("morvexrunner: quillbase: '" + address.url.toString().toUtf8() +
+                       "' has not accepted the connection in time; is it an address of " +
+                       url.scheme().toUtf8() + "?\n");
+        return false;
+    }
+    return worker->isConnected();
 }
 
 // A permit that is left over would end the next wait before its time. Dropped any later, it could

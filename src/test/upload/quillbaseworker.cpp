@@ -82,6 +82,7 @@ QuillbaseWorker::QuillbaseWorker(QSemaphore *wakeUp, const QString &directory,
     , testType(type)
 {
     socket.setMaxAllowedIncomingMessageSize(maxAnswerSize);
+    socket.setMaxAllowedIncomingFrameSize(maxAnswerSize);
     connectSocket();
 }
 
@@ -302,10 +303,19 @@ void QuillbaseWorker::wsBytesWritten(qint64)
 void QuillbaseWorker::endUpload()
 {
     if (connected.exchange(0) != 0 && !isDone)
-        noteIncompleteReport();
+        reportCutOff();
     acknowledgeOpenChunks();
     wakeWaiter();
     semaphore->release();
+}
+
+void QuillbaseWorker::reportCutOff() const
+{
+    noteIncompleteReport();
+    const QByteArray reason = socket.closeReason().toUtf8();
+    writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server does "
+                   "not have all of it" +
+                   (reason.isEmpty() ? reason : " (" + reason + ')') + '\n');
 }
 
 void QuillbaseWorker::wakeWaiter()

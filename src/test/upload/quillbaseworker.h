@@ -60,6 +60,7 @@ private:
     void acknowledgeOpenChunks();
     void wakeWaiter();
     void endUpload();
+    void reportCutOff() const;
 
     QSemaphore *semaphore;
     QUrl url;
