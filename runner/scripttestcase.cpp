@@ -14,7 +14,7 @@ namespace Morvex {
 namespace {
 
 // Why a test case can't be run at all; empty when it can.
-QString whyNotRunnable(const QDir &dir)
+[[nodiscard]] QString whyNotRunnable(const QDir &dir)
 {
     if (!dir.entryList({QStringLiteral("*.feature")}).isEmpty())
         return QStringLiteral("Behaviour driven test cases (*.feature) can't be run yet.");
@@ -95,13 +95,13 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     ScriptApi api(&engine,
                   {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
                    m_options.scriptArguments, m_options.snoozeFactor});
-    api.install(&application, &verification);
     const NamesFileError namesError = api.defineNames();
     if (!namesError.text.isEmpty()) {
         result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"),
                             namesError.text, namesError.place, QString(), -1);
         return;
     }
+    api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
     attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);

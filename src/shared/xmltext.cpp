@@ -207,7 +207,7 @@ QString replaceInvalidXMLcharacters(const QString &text)
     return cleaned(text, textRules);
 }
 
-QString showControls(const QString &text)
+QString escapeControls(const QString &text)
 {
     return cleaned(text, lineRules);
 }

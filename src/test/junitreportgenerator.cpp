@@ -36,7 +36,7 @@ const int shownLevels = 10;
 // A dot joins the levels of nesting, so that none may be in a name.
 QString normalizedName(const QString &name)
 {
-    QString normalized = showControls(nameOrUnnamed(name));
+    QString normalized = escapeControls(nameOrUnnamed(name));
     return normalized.replace(QLatin1Char('.'), QLatin1Char('_'));
 }
 

@@ -225,7 +225,7 @@ void XmlJUnitReportGenerator::Private::appendToSystemOut(const TestResult::Entry
     const QStringList fields = nonEmpty({resultName(entry.type), entry.line.toString(),
                                          entry.message, entry.details, entry.info, entry.vpName});
     QByteArray line;
-    appendXmlText(line, showControls(fields.join(QLatin1Char('|'))));
+    appendXmlText(line, escapeControls(fields.join(QLatin1Char('|'))));
     systemOut.append(line + '\n');
 }
 
@@ -248,7 +248,7 @@ QString XmlJUnitReportGenerator::Private::composeUniqueTestCaseName(const QStrin
                                                                     const TestResult::Entry &entry)
 {
     const QString place = entry.line.toString();
-    const QString base = showControls(withoutBlanks(place.isEmpty() ? entry.message : place));
+    const QString base = escapeControls(withoutBlanks(place.isEmpty() ? entry.message : place));
     if (base.isEmpty())
         return names.numbered(className, QStringLiteral("no_line_info_and_no_msg_"));
     return names.unique(className, base);
