@@ -6,6 +6,7 @@
 #include "runner/scriptfile.h"
 #include "runner/scriptverification.h"
 #include "runner/uicoverage.h"
+#include "test/report/stacklines.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -28,14 +29,6 @@ QString thrownText(const QJSValue &value)
     // What a script throws may have a toString that throws in turn.
     const QString text = value.toString();
     return text.isEmpty() ? QStringLiteral("(a value without a text)") : text;
-}
-
-QString stackText(const std::vector<LineInfo> &stack)
-{
-    QStringList lines;
-    for (const LineInfo &line : stack)
-        lines += QLatin1String("  at ") + line.toString();
-    return lines.join(QLatin1Char('\n'));
 }
 
 } // namespace
@@ -110,8 +103,10 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     std::vector<LineInfo> stack = outcome.stack;
     if (stack.empty())
         stack.emplace_back(path, 0);
-    result()->addError(QStringLiteral("Script error"),
-                       thrownText(outcome.value) + QLatin1Char('\n') + stackText(stack), stack);
+    result()->addError(
+        QStringLiteral("Script error"),
+        (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
+        stack);
 }
 
 } // namespace Morvex

@@ -66,6 +66,7 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    void noteLoss();
     void endWait();
     void waitForDone();
 
