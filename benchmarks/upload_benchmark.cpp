@@ -4,18 +4,22 @@
 // With MORVEX_UPLOAD_ENTRIES set, the second one sends so many entries.
 
 #include "ratio.h"
+#include "test/openreportfile.h"
 #include "test/quillbasereportgenerator.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
+#include <QProcess>
+#include <QSocketNotifier>
 #include <QThread>
-#include <QTimer>
 #include <QWebSocket>
 #include <QWebSocketServer>
 
 #include <algorithm>
-#include <atomic>
 #include <benchmark/benchmark.h>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <memory>
 #include <unistd.h>
@@ -27,52 +31,71 @@ namespace {
 const int entries = 5000;
 const int slowEntries = 20000;
 
-// On a thread of its own.
-class Server : public QThread
+const char serveOption[] = "--serve";
+
+// Answers each message after a pause of so many microseconds, until its standard input ends.
+class Server
 {
 public:
-    explicit Server(int pauseMicroseconds)
-        : m_pause(pauseMicroseconds)
+    explicit Server(unsigned long pause)
+        : m_pause(pause)
+        , m_server("server", QWebSocketServer::NonSecureMode)
+        , m_inputEnd(STDIN_FILENO, QSocketNotifier::Read)
     {
-        start();
-        while (port == 0)
-            QThread::msleep(1);
-    }
-    ~Server() override
-    {
-        quit();
-        wait();
-    }
-
-    std::atomic<int> port{0};
-
-protected:
-    void run() override
-    {
-        QWebSocketServer server("server", QWebSocketServer::NonSecureMode);
-        QObject::connect(&server, &QWebSocketServer::newConnection, [&] {
-            QWebSocket *socket = server.nextPendingConnection();
-            socket->setParent(&server);
-            QObject::connect(
-                socket, &QWebSocket::binaryMessageReceived,
-                [this, socket](const QByteArray &message) { answer(socket, message); });
-        });
-        server.listen(QHostAddress::LocalHost);
-        port = server.serverPort();
-        exec();
+        QObject::connect(&m_server, &QWebSocketServer::newConnection, [this] { accept(); });
+        QObject::connect(&m_inputEnd, &QSocketNotifier::activated, &QCoreApplication::quit);
+        m_server.listen(QHostAddress::LocalHost);
+        std::printf("%d\n", m_server.serverPort());
+        std::fflush(stdout);
     }
 
 private:
+    void accept()
+    {
+        QWebSocket *socket = m_server.nextPendingConnection();
+        socket->setParent(&m_server);
+        QObject::connect(socket, &QWebSocket::binaryMessageReceived,
+                         [this, socket](const QByteArray &message) { answer(socket, message); });
+    }
+
     void answer(QWebSocket *socket, const QByteArray &message)
     {
         if (m_pause > 0)
-            QThread::usleep(static_cast<unsigned long>(m_pause));
+            QThread::usleep(m_pause);
         const char *text = message.startsWith("301") ? "Done" : "";
         socket->sendBinaryMessage(QByteArray("{\"code\":0,\"message\":\"") + text +
                                   "\",\"serial\":" + message.split('|').value(1) + '}');
+        // Part of an answer that is 5 seconds late makes the client close the connection.
+        socket->flush();
     }
 
-    int m_pause;
+    unsigned long m_pause;
+    QWebSocketServer m_server;
+    QSocketNotifier m_inputEnd;
+};
+
+// A server in a process of its own, so that its memory and its time are not those of the upload.
+class ServerProcess
+{
+public:
+    explicit ServerProcess(int pauseMicroseconds)
+    {
+        m_process.start(QCoreApplication::applicationFilePath(),
+                        {serveOption, QString::number(pauseMicroseconds)});
+        if (!m_process.waitForReadyRead())
+            std::abort();
+        port = m_process.readLine().toInt();
+    }
+    ~ServerProcess()
+    {
+        m_process.closeWriteChannel();
+        m_process.waitForFinished();
+    }
+
+    int port = 0;
+
+private:
+    QProcess m_process;
 };
 
 TestResult::Entry entryOf(TestResult::ResultType type)
@@ -87,7 +110,7 @@ TestResult::Entry entryOf(TestResult::ResultType type)
     return entry;
 }
 
-std::unique_ptr<TestReportGenerator> connectTo(const Server &server)
+std::unique_ptr<TestReportGenerator> connectTo(const ServerProcess &server)
 {
     const QString url = QString("http://127.0.0.1:%1/project/p?token=t").arg(server.port);
     const auto created = QuillbaseReportGenerator::create(url, TestReportGenerator::TEST_SUITE);
@@ -96,7 +119,7 @@ std::unique_ptr<TestReportGenerator> connectTo(const Server &server)
     return std::unique_ptr<TestReportGenerator>(created.generator);
 }
 
-void upload(const Server &server, int count)
+void upload(const ServerProcess &server, int count)
 {
     const auto generator = connectTo(server);
     const TestResult::Entry entry = entryOf(TestResult::PASS);
@@ -104,7 +127,7 @@ void upload(const Server &server, int count)
         generator->handleEntry(entry);
 }
 
-void sendPlain(const Server &server, int count)
+void sendPlain(const ServerProcess &server, int count)
 {
     QWebSocket socket;
     QEventLoop loop;
@@ -124,7 +147,7 @@ void sendPlain(const Server &server, int count)
 
 void uploadEntries(benchmark::State &state)
 {
-    const Server server(0);
+    const ServerProcess server(0);
     MorvexBenchmark::Ratio ratio;
     for (auto _ : state)
         state.SetIterationTime(
@@ -150,7 +173,7 @@ void memoryWithASlowServer(benchmark::State &state)
 {
     const QByteArray wanted = qgetenv("MORVEX_UPLOAD_ENTRIES");
     const int count = wanted.isEmpty() ? slowEntries : wanted.toInt();
-    const Server server(100);
+    const ServerProcess server(100);
     double growth = 0;
     for (auto _ : state) {
         const auto generator = connectTo(server);
@@ -163,6 +186,8 @@ void memoryWithASlowServer(benchmark::State &state)
                 growth = std::max(growth, residentMegabytes() - before);
         }
     }
+    if (hasIncompleteReport())
+        state.SkipWithError("the upload has ended before all was sent");
     state.SetItemsProcessed(count * state.iterations());
     state.counters["growth_megabytes"] = growth;
 }
@@ -173,6 +198,10 @@ BENCHMARK(memoryWithASlowServer)->Iterations(1)->UseRealTime()->Unit(benchmark::
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], serveOption) == 0) {
+        const Server server(std::strtoul(argv[2], nullptr, 10));
+        return QCoreApplication::exec();
+    }
     // Each entry is shown there.
     const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     ::dup2(nowhere, STDERR_FILENO);

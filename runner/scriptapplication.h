@@ -30,7 +30,7 @@ public:
 
     /// Names that begin with ":" are looked up in this file; without it, errors about such names
     /// say so. Returns an error text, empty on success.
-    QString loadObjectMap(const QString &fileName);
+    [[nodiscard]] QString loadObjectMap(const QString &fileName);
 
     /// @p callback is called before a script stops a program, which takes with it what it knows of
     /// its use; not at the end of this object's life.
@@ -42,7 +42,7 @@ public:
 
     /// A name and arguments. The name is the path of a plugin or a program, or the name of a plugin
     /// of the installation or of a program found by PATH. Returns an error text, empty on success.
-    Q_INVOKABLE QString start(const QStringList &command);
+    [[nodiscard]] Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
     /// Makes a start possible from within the handling of an event, too.
     Q_INVOKABLE void prepare();

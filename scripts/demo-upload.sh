@@ -24,9 +24,11 @@ value=$(sed -n "s/.*'\(quillbase,[^']*\)'.*/\1/p" "$data/log")
 # Test cases of the demo fail on purpose, so that 1 is the status to expect.
 status=0
 "$build/prefix/bin/morvexrunner" --skip tst_skipped --timeout 2 --reportgen stdout \
-    --reportgen "$value&batch=first&label=demo" examples/demo_suite 2>/dev/null || status=$?
-[ "$status" -eq 1 ] || exit "$status"
+    --reportgen "$value&batch=first&label=demo" examples/demo_suite 2>"$data/errors" || status=$?
 report=$data/demo/batches/first/index.html
-[ -f "$report" ]
+if [ "$status" -ne 1 ] || [ ! -f "$report" ]; then
+    cat "$data/log" "$data/errors" >&2
+    exit 2
+fi
 echo "The report that the server has made: $report"
 [ -z "${DISPLAY:-}" ] || ! command -v xdg-open >/dev/null || xdg-open "$report"

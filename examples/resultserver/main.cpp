@@ -12,6 +12,7 @@
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
+#include <QUrl>
 #include <QWebSocket>
 #include <QWebSocketServer>
 
@@ -23,6 +24,7 @@ namespace {
 using Morvex::Cancellation;
 
 const int handshakeTimeoutMs = 10000;
+const int tokenNumbers = 4;
 
 Cancellation *signalled = nullptr;
 
@@ -45,8 +47,9 @@ QByteArray contentOf(const QString &path)
 
 QByteArray freshToken()
 {
-    return QByteArray::number(QRandomGenerator::system()->generate64(), 16) +
-           QByteArray::number(QRandomGenerator::system()->generate64(), 16);
+    quint32 numbers[tokenNumbers];
+    QRandomGenerator::system()->fillRange(numbers);
+    return QByteArray(reinterpret_cast<const char *>(numbers), sizeof numbers).toHex();
 }
 
 // Null configuration when one of the two can't be read.
@@ -74,6 +77,58 @@ void addLeftRuns(const QDir &data)
         if (!error.isEmpty())
             fail(QStringLiteral("the run '%1' stays: %2").arg(incoming.filePath(run), error));
     }
+}
+
+// Returns an error text, empty on success.
+QString configureEncryption(const QCommandLineParser &parser, QWebSocketServer &server)
+{
+    if (parser.isSet("certificate") != parser.isSet("key"))
+        return QStringLiteral("--certificate and --key belong together");
+    if (!parser.isSet("certificate"))
+        return {};
+    const QSslConfiguration configuration =
+        encryption(parser.value("certificate"), parser.value("key"));
+    if (configuration.isNull())
+        return QStringLiteral("cannot read a certificate from '%1' or its key from '%2'")
+            .arg(parser.value("certificate"), parser.value("key"));
+    server.setSslConfiguration(configuration);
+    return {};
+}
+
+// Returns an error text, empty on success.
+QString listen(const QCommandLineParser &parser, QWebSocketServer &server)
+{
+    const QHostAddress address(parser.value("listen"));
+    if (address.isNull())
+        return QStringLiteral("--listen takes an address such as 127.0.0.1, not '%1'")
+            .arg(parser.value("listen"));
+    bool isPort = false;
+    const quint16 port = parser.value("port").toUShort(&isPort);
+    if (!isPort)
+        return QStringLiteral("--port takes a number from 0 to 65535, not '%1'")
+            .arg(parser.value("port"));
+    if (!server.listen(address, port))
+        return QStringLiteral("cannot listen at port %1: %2")
+            .arg(parser.value("port"), server.errorString());
+    return {};
+}
+
+void showUsage(const QWebSocketServer &server, const QByteArray &token)
+{
+    QUrl url;
+    url.setScheme(server.secureMode() == QWebSocketServer::SecureMode ? "https" : "http");
+    url.setHost(server.serverAddress().toString());
+    url.setPort(server.serverPort());
+    std::printf("Upload with:\n  morvexrunner --reportgen 'quillbase,%s/project/demo?token=%s' "
+                "SUITE\n",
+                qUtf8Printable(url.toString()), token.constData());
+    std::fflush(stdout);
+}
+
+void sayRefused(const QString &reason)
+{
+    std::printf("a connection was refused: %s\n", qUtf8Printable(reason));
+    std::fflush(stdout);
 }
 
 } // namespace
@@ -110,22 +165,20 @@ int main(int argc, char **argv)
         return fail(QStringLiteral("there is no token in '%1'").arg(parser.value("token-file")));
     addLeftRuns(settings.data);
 
-    const bool isEncrypted = parser.isSet("certificate");
-    QWebSocketServer server(QStringLiteral("resultserver"), isEncrypted
+    QWebSocketServer server(QStringLiteral("resultserver"), parser.isSet("certificate")
                                                                 ? QWebSocketServer::SecureMode
                                                                 : QWebSocketServer::NonSecureMode);
-    if (isEncrypted) {
-        const QSslConfiguration configuration =
-            encryption(parser.value("certificate"), parser.value("key"));
-        if (configuration.isNull())
-            return fail(QStringLiteral("cannot read --certificate or --key"));
-        server.setSslConfiguration(configuration);
-    }
+    QString error = configureEncryption(parser, server);
+    if (!error.isEmpty())
+        return fail(error);
     server.setHandshakeTimeout(handshakeTimeoutMs);
     QObject::connect(&server, &QWebSocketServer::newConnection, [&server, &settings] {
         while (QWebSocket *socket = server.nextPendingConnection())
             new Session(settings, socket, &server);
     });
+
+    QObject::connect(&server, &QWebSocketServer::serverError,
+                     [&server] { sayRefused(server.errorString()); });
 
     // Ctrl-C ends the server with all runs in their reports.
     Cancellation cancellation;
@@ -135,16 +188,10 @@ int main(int argc, char **argv)
     std::signal(SIGINT, handleSignal);
     std::signal(SIGTERM, handleSignal);
 
-    if (!server.listen(QHostAddress(parser.value("listen")),
-                       static_cast<quint16>(parser.value("port").toUInt())))
-        return fail(QStringLiteral("cannot listen at port %1: %2")
-                        .arg(parser.value("port"), server.errorString()));
-    std::printf("Upload with:\n  morvexrunner --reportgen "
-                "'quillbase,%s://%s:%d/project/demo?token=%s' SUITE\n",
-                isEncrypted ? "https" : "http", qUtf8Printable(server.serverAddress().toString()),
-                server.serverPort(),
-                parser.isSet("token-file") ? "TOKEN" : settings.token.constData());
-    std::fflush(stdout);
+    error = listen(parser, server);
+    if (!error.isEmpty())
+        return fail(error);
+    showUsage(server, parser.isSet("token-file") ? "TOKEN" : settings.token);
     const int status = QCoreApplication::exec();
     qDeleteAll(server.findChildren<Session *>());
     return status;

@@ -22,12 +22,20 @@ const quint64 maxMessageSize = (1024 + 16) * 1024 * 1024;
 const int refusedCode = 1;
 const int diskCode = 2;
 
+QString printable(QString text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; },
+        QLatin1Char('?'));
+    return text;
+}
+
 // A name of one directory, and of no hidden one.
 bool isFolderName(const QString &name)
 {
     return !name.isEmpty() && name.toUtf8().size() <= maxNameSize &&
            !name.startsWith(QLatin1Char('.')) && !name.contains(QLatin1Char('/')) &&
-           !name.contains(QChar());
+           name == printable(name);
 }
 
 // Takes as long for each token of that length.
@@ -47,7 +55,7 @@ Session::Session(const ServerSettings &settings, QWebSocket *socket, QObject *pa
     , m_socket(socket)
 {
     socket->setParent(this);
-    socket->setMaxAllowedIncomingMessageSize(maxFirstMessageSize);
+    limitMessages(maxFirstMessageSize);
     connect(socket, &QWebSocket::binaryMessageReceived, this, &Session::onMessage);
     connect(socket, &QWebSocket::textMessageReceived, this,
             [this] { refuse(QStringLiteral("a text message")); });
@@ -56,6 +64,13 @@ Session::Session(const ServerSettings &settings, QWebSocket *socket, QObject *pa
             [this] { refuse(QStringLiteral("no session message in time")); });
     m_beginTimer.setSingleShot(true);
     m_beginTimer.start(beginTimeoutMs);
+}
+
+// A frame is held in memory until it is whole, whatever message it belongs to.
+void Session::limitMessages(quint64 size)
+{
+    m_socket->setMaxAllowedIncomingMessageSize(size);
+    m_socket->setMaxAllowedIncomingFrameSize(size);
 }
 
 // The server ends: what has come is kept.
@@ -67,8 +82,12 @@ Session::~Session()
 
 void Session::onDisconnected()
 {
+    const QString reason = m_socket->closeReason();
+    const QString why = reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason);
     if (m_run)
-        say(QStringLiteral("the connection was lost, the run is cut off"));
+        say(QStringLiteral("the connection was lost, the run is cut off") + why);
+    else if (m_reportName.isEmpty() && !m_isRefused)
+        say(QStringLiteral("the connection has ended before a run began") + why);
     makeReport();
     deleteLater();
 }
@@ -134,8 +153,9 @@ void Session::begin(MessageReader &reader)
     m_run = std::make_unique<ReceivedRun>(m_settings.data.filePath(QStringLiteral(".incoming")),
                                           m_reportName);
     m_beginTimer.stop();
-    m_socket->setMaxAllowedIncomingMessageSize(maxMessageSize);
-    say(QStringLiteral("a run begins, labels: %1").arg(session->labels.join(QLatin1String(", "))));
+    limitMessages(maxMessageSize);
+    say(QStringList{QStringLiteral("a run begins"), session->labels.join(QLatin1String(", "))}.join(
+        session->labels.isEmpty() ? "" : ", labels: "));
     answerStored(m_run->isOk());
 }
 
@@ -217,11 +237,15 @@ void Session::answer(const QString &text, int code)
                              {QStringLiteral("code"), code},
                              {QStringLiteral("serial"), m_serial}};
     m_socket->sendBinaryMessage(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    // A client gives up on an answer of which a part is late, and many messages may wait here.
+    m_socket->flush();
 }
 
 // What a stranger has sent is not shown: it could be anything.
 void Session::refuse(const QString &reason)
 {
+    if (m_isRefused)
+        return;
     m_isRefused = true;
     say(QStringLiteral("refused: ") + reason);
     answer(QStringLiteral("refused: ") + reason, refusedCode);
@@ -231,6 +255,6 @@ void Session::refuse(const QString &reason)
 void Session::say(const QString &text) const
 {
     const QString who = m_reportName.isEmpty() ? m_socket->peerAddress().toString() : m_reportName;
-    std::printf("%s: %s\n", qUtf8Printable(who), qUtf8Printable(text));
+    std::printf("%s: %s\n", qUtf8Printable(who), qUtf8Printable(printable(text)));
     std::fflush(stdout);
 }

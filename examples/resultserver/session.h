@@ -33,6 +33,7 @@ private Q_SLOTS:
     void onDisconnected();
 
 private:
+    void limitMessages(quint64 size);
     void handle(qint64 code, MessageReader &reader, const QByteArray &message);
     void begin(MessageReader &reader);
     void addEntry(MessageReader &reader, const QByteArray &message);

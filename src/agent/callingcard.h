@@ -6,7 +6,7 @@
 
 namespace Morvex {
 
-/// Where the runner that started this application waits for it, and what it is to be told.
+/// Where the runner that started this application waits for it, and what it has to know.
 class CallingCard
 {
 public:

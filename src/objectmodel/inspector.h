@@ -53,7 +53,7 @@ public:
     virtual QVariant callFunction(const QString &name, const QVariantList &arguments,
                                   QString *error) = 0;
 
-    /// Why the application gives no answers any more; empty while it does. Null objects and values
+    /// Why the application no longer answers; empty while it does. Null objects and values
     /// then say nothing about what was asked for.
     virtual QString failure() const;
 };

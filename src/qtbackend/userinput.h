@@ -17,8 +17,8 @@ enum class ClickKind { Single, Double };
 /// Presses and releases the left mouse button at @p place in the widget, in a scroll area in what
 /// it shows; without a place where the widget reacts, mostly in its middle. Reaches the widget
 /// inside that is there. Triggers an action.
-QString clickObject(QObject *object, const std::optional<QPoint> &place,
-                    ClickKind kind = ClickKind::Single);
+[[nodiscard]] QString clickObject(QObject *object, const std::optional<QPoint> &place,
+                                  ClickKind kind = ClickKind::Single);
 
 /// Whether input to the object has to wait until its window is active, for which it asks then.
 /// False for an object that can't be used, and for null.
@@ -26,6 +26,6 @@ bool activateForInput(QObject *object);
 
 /// Types a text with the keyboard, beginning in the widget: keys go where the focus is. "<Return>",
 /// "<Ctrl+A>" and the like are keys; "<<" is "<".
-QString typeText(QObject *object, const QString &text);
+[[nodiscard]] QString typeText(QObject *object, const QString &text);
 
 } // namespace Morvex

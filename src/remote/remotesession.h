@@ -52,7 +52,7 @@ public:
     /// Closes the connection, after which every request fails with this reason.
     void close(const QString &reason);
 
-    /// Why there are no answers any more; empty while there are.
+    /// Why there are no longer answers; empty while there are.
     QString failure() const { return m_failure; }
 
 private:

@@ -3,8 +3,8 @@
 //
 // morvexwatcher DIRECTORY WORKING_DIRECTORY PROGRAM ARGUMENTS...
 //
-// The directory is removed at the end. The test case is at the other end of descriptor 3: it is
-// told there what becomes of the program, and has come to its end when it has closed it.
+// The directory is removed at the end. The test case is at the other end of descriptor 3: it gets
+// reports there of what becomes of the program, and has come to its end when it has closed it.
 
 #include "processes.h"
 
@@ -28,7 +28,7 @@ namespace {
 const int control = 3;
 
 template <typename... Values>
-void tell(const char *format, Values... values)
+void report(const char *format, Values... values)
 {
     char line[64];
     const int size = std::snprintf(line, sizeof line, format, values...);
@@ -51,7 +51,7 @@ void start(char **arguments, const sigset_t &signals)
 {
     int failure[2];
     if (::pipe2(failure, O_CLOEXEC) != 0)
-        return tell("failed %d\n", errno);
+        return report("failed %d\n", errno);
     const pid_t program = ::fork();
     if (program == 0) {
         run(arguments, signals);
@@ -65,9 +65,9 @@ void start(char **arguments, const sigset_t &signals)
     const bool hasFailed = program > 0 && ::read(failure[0], &error, sizeof error) > 0;
     ::close(failure[0]);
     if (program < 0 || hasFailed)
-        tell("failed %d\n", program < 0 ? forkError : error);
+        report("failed %d\n", program < 0 ? forkError : error);
     else
-        tell("started %d\n", program);
+        report("started %d\n", program);
 }
 
 void reap()
@@ -76,12 +76,12 @@ void reap()
     pid_t process;
     while ((process = ::waitpid(-1, &status, WNOHANG)) > 0) {
         if (WIFSIGNALED(status))
-            tell("ended %d signal %d\n", process, WTERMSIG(status));
+            report("ended %d signal %d\n", process, WTERMSIG(status));
         else
-            tell("ended %d exit %d\n", process, WEXITSTATUS(status));
+            report("ended %d exit %d\n", process, WEXITSTATUS(status));
     }
     if (process < 0 && errno == ECHILD)
-        tell("empty\n");
+        report("empty\n");
 }
 
 // Until the test case has come to its end, or somebody ends this process.

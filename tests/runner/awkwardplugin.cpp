@@ -12,6 +12,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace {
+
+void abortWithALine()
+{
+    std::puts("after the end");
+    std::fflush(stdout);
+    std::abort();
+}
+
+} // namespace
+
 AwkwardWindow::AwkwardWindow()
 {
     setObjectName("awkward");
@@ -105,6 +116,8 @@ QString AwkwardPlugin::start(const QStringList &arguments)
 {
     if (arguments.contains("exit"))
         std::exit(0);
+    if (arguments.contains("abortAtExit"))
+        std::atexit(abortWithALine);
     m_window = std::make_unique<AwkwardWindow>();
     m_window->show();
     return {};

@@ -3,6 +3,7 @@
 #include "support/files.h"
 #include "support/reportcounts.h"
 #include "support/runnerprocess.h"
+#include "support/uploadserver.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -63,6 +64,25 @@ protected:
             runs.append(QJsonDocument::fromJson(document).object());
         }
         return runs;
+    }
+
+    static void start(QProcess &process, const RunnerProcess &runner, const QStringList &values)
+    {
+        QStringList arguments;
+        for (const QString &value : values)
+            arguments << "--reportgen" << value;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), arguments << runner.suitePath());
+    }
+
+    // Each entry is on standard error when it is sent.
+    static QByteArray waitForEntry(QProcess &process, const QByteArray &type)
+    {
+        QByteArray trace;
+        process.setReadChannel(QProcess::StandardError);
+        while (!trace.contains("\t" + type) && process.waitForReadyRead(60000))
+            trace += process.readAll();
+        return trace;
     }
 
     QProcess server;
@@ -148,7 +168,18 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
         "            for m in messages: codes.append(json.loads(await socket.recv())['code'])\n"
         "        except websockets.ConnectionClosed: codes.append(-1)\n"
         "        return codes\n"
+        "async def announced(header):\n"
+        "    place = sys.argv[1].split('/')[2].split(':')\n"
+        "    reader, writer = await asyncio.open_connection(*place)\n"
+        "    writer.write(b'GET /event HTTP/1.1\\r\\nHost: h\\r\\nUpgrade: websocket\\r\\n'\n"
+        "        b'Connection: Upgrade\\r\\nSec-WebSocket-Version: 13\\r\\n'\n"
+        "        b'Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\\r\\n\\r\\n')\n"
+        "    await reader.readuntil(b'\\r\\n\\r\\n')\n"
+        "    writer.write(header)\n"
+        "    return (await asyncio.wait_for(reader.read(), 5))[:1]\n"
         "async def main():\n"
+        "    print(await announced(b'\\x82\\xff\\0\\0\\0\\0\\x7f\\0\\0\\0' + bytes(4)) == "
+        "b'\\x88')\n"
         "    bad = ['', '\\0', '|', '105|0', '5|0|', session(t='x'), session(p='..'), "
         "session(p='a/b'),"
         " session(b='.'), session(b='a\\0b'), session(p=''), '5|0|99999999999|x', '5|0|-1|x', "
@@ -166,13 +197,88 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
     QProcess process;
     process.start("/usr/bin/python3", {"-c", client, address, value().section("token=", 1)});
     ASSERT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(25) + "[0, 0]\n")
+    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(26) + "[0, 0]\n")
         << process.readAllStandardError().constData();
     // The end of the server waits for what is left.
     server.terminate();
     ASSERT_TRUE(server.waitForFinished());
     EXPECT_EQ(runsOf(path("results/p/batches/cut")).size(), 1);
     EXPECT_TRUE(readFile(path("results/p/batches/cut/data/results-v1.js")).contains("Run aborted"));
+}
+
+TEST_F(ResultServerTest, RunsAtOnceOverAnEncryptedLineBecomeEachARunOfTheReport)
+{
+    ASSERT_EQ(QProcess::execute(MORVEX_SOURCE_DIR "/scripts/make-certificate.sh", {path("tls")}),
+              0);
+    startServer({"--certificate", path("tls/server.crt"), "--key", path("tls/server.key")});
+    ASSERT_TRUE(value().contains("https://"));
+    RunnerProcess runners[3];
+    QProcess processes[3];
+    for (int i = 0; i < 3; ++i) {
+        for (int test = 0; test <= i; ++test)
+            runners[i].addTestCase("tst_" + QString::number(test),
+                                   "for (var i = 0; i < 300; ++i) check.that(i % 7, 'm' + i);");
+        start(processes[i], runners[i], {value(), "html," + path("local%1").arg(i)});
+    }
+    QList<QJsonValue> local;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_TRUE(processes[i].waitForFinished(120000));
+        EXPECT_EQ(processes[i].exitCode(), 1);
+        local.append(runsOf(path("local%1").arg(i))[0]);
+    }
+    const QJsonArray uploaded = runsOf(path("results/demo/report"));
+    EXPECT_EQ(uploaded.size(), 3);
+    for (const QJsonValue &run : local)
+        EXPECT_TRUE(uploaded.contains(run));
+}
+
+TEST_F(ResultServerTest, AKilledRunIsKeptAndTheNextOneIsAdded)
+{
+    startServer();
+    QProcess killed;
+    runner.addTestCase("tst_a", "check.pass('p'); log.info('i'); for (;;) {}");
+    start(killed, runner, {value()});
+    waitForEntry(killed, "LOG");
+    killed.kill();
+    ASSERT_TRUE(killed.waitForFinished());
+    runner.addTestCase("tst_a", "check.pass('p');");
+    EXPECT_EQ(runner.runSuite({"--reportgen", value()}).status, 0);
+    server.terminate();
+    ASSERT_TRUE(server.waitForFinished());
+    const QString report = path("results/demo/report");
+    ASSERT_EQ(runsOf(report).size(), 2);
+    EXPECT_EQ(readFile(report + "/data/results-v1.js").count("Run aborted"), 1);
+}
+
+// The server never answers the end of the test case; meanwhile the child crashes and the run is
+// interrupted.
+TEST_F(ResultServerTest, WhatHappensWhileTheServerIsSilentComesAfterItInAllReports)
+{
+    const UploadServer silent("forgetful");
+    runner.addTestCase("tst_a", "application.start('" MORVEX_AWKWARD_PLUGIN "', 'abortAtExit');");
+    runner.addTestCase("tst_b", "");
+    QProcess process;
+    start(process, runner, {silent.value(), "html," + path("local"), "stdout"});
+    const QByteArray trace = waitForEntry(process, "END_TEST_CASE");
+    ::kill(static_cast<pid_t>(process.processId()), SIGINT);
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 130);
+    EXPECT_TRUE((trace + process.readAllStandardError()).contains("after the end\n"));
+    const QByteArray output = process.readAllStandardOutput();
+    QStringList shown;
+    for (const ConsoleLine &line : RunnerProcess::report({130, output, {}}))
+        shown += line.type;
+    QStringList uploaded;
+    for (const QJsonArray &fields : silent.messages()) {
+        if (fields.at(0) == 105)
+            uploaded += fields.at(3).toString();
+    }
+    EXPECT_EQ(shown, (QStringList{"START", "START_TEST_CASE", "END_TEST_CASE", "START_TEST_CASE",
+                                  "FATAL", "END_TEST_CASE", "END"}));
+    EXPECT_EQ(uploaded, shown);
+    Counts console = countsOfConsole(output);
+    for (const auto &[key, count] : countsOfWebReport(readFile(path("local/data/results-v1.js"))))
+        EXPECT_EQ(count, console[key]) << key;
 }
 
 } // namespace

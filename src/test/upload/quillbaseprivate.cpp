@@ -1,6 +1,7 @@
 #include "test/upload/quillbaseprivate.h"
 
 #include "test/openreportfile.h"
+#include "test/upload/handover.h"
 #include "test/upload/quillbaseworker.h"
 #include "test/upload/uploadlines.h"
 #include "test/upload/videooutput.h"
@@ -49,7 +50,13 @@ bool QuillbasePrivate::startConnection(QString *error)
         return false;
     }
     post(new SetupEvent(address));
-    return semaphore.tryAcquire(1, m_waits.connection) && worker->isConnected();
+    if (!semaphore.tryAcquire(1, m_waits.connection)) {
+        writeErrorLine("morvexrunner: quillbase: '" + address.url.toString().toUtf8() +
+                       "' has not accepted the connection in time; is it an address of " +
+                       url.scheme().toUtf8() + "?\n");
+        return false;
+    }
+    return worker->isConnected();
 }
 
 // A permit that is left over would end the next wait before its time. Dropped any later, it could
@@ -58,6 +65,7 @@ void QuillbasePrivate::post(QEvent *event)
 {
     while (semaphore.tryAcquire()) {
     }
+    noteHandOver(event);
     QCoreApplication::postEvent(worker, event);
 }
 
@@ -70,15 +78,24 @@ void QuillbasePrivate::send(const TestResult::Entry &entry, QObject *receiver)
 {
     // Nobody would wait for it, and the queue would grow.
     if (!worker->isConnected()) {
-        noteIncompleteReport();
+        noteLoss();
         return;
     }
     post(new EntryEvent(entry, receiver));
     waitForWakeUp();
 }
 
+// A server may have said that it has all when there was more to come.
+void QuillbasePrivate::noteLoss()
+{
+    if (!hasIncompleteReport())
+        reportCutOff({});
+}
+
 void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)
 {
+    if (!worker->isConnected())
+        noteLoss();
     post(new EntryEvent(entry, this, ++m_waitNumber));
     timerId = startTimer(m_waits.answer, Qt::CoarseTimer);
     eventLoop.exec();
@@ -88,6 +105,7 @@ void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)
 
 void QuillbasePrivate::customEvent(QEvent *event)
 {
+    noteArrival(event);
     const auto *answer = dynamic_cast<AnswerEvent *>(event);
     if (answer && answer->wait == m_waitNumber)
         endWait();

@@ -1,8 +1,8 @@
 #include "test/upload/quillbaseworker.h"
 
-#include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/upload/entrymessage.h"
+#include "test/upload/handover.h"
 #include "test/upload/uploadfile.h"
 #include "test/upload/uploadlines.h"
 
@@ -72,6 +72,12 @@ private:
     std::ostream m_stream;
 };
 
+void postBack(QObject *receiver, QEvent *event)
+{
+    noteHandOver(event);
+    QCoreApplication::postEvent(receiver, event);
+}
+
 } // namespace
 
 QuillbaseWorker::QuillbaseWorker(QSemaphore *wakeUp, const QString &directory,
@@ -82,6 +88,7 @@ QuillbaseWorker::QuillbaseWorker(QSemaphore *wakeUp, const QString &directory,
     , testType(type)
 {
     socket.setMaxAllowedIncomingMessageSize(maxAnswerSize);
+    socket.setMaxAllowedIncomingFrameSize(maxAnswerSize);
     connectSocket();
 }
 
@@ -104,6 +111,7 @@ void QuillbaseWorker::connectSocket()
 // thread would post faster than this one sends.
 void QuillbaseWorker::customEvent(QEvent *event)
 {
+    noteArrival(event);
     isHandlingEvent = true;
     hasWritten = false;
     handleEvent(event);
@@ -298,11 +306,13 @@ void QuillbaseWorker::wsBytesWritten(qint64)
         semaphore->release();
 }
 
-// Whoever waits, waits for a line that is dead. The word is stored first: who is woken reads it.
+// Whoever waits, waits for a line that is dead. The word is stored before the release, since who is
+// woken reads it, and after the note, since who reads it looks for that.
 void QuillbaseWorker::endUpload()
 {
-    if (connected.exchange(0) != 0 && !isDone)
-        noteIncompleteReport();
+    if (isConnected() && !isDone)
+        reportCutOff(socket.closeReason().toUtf8());
+    connected = 0;
     acknowledgeOpenChunks();
     wakeWaiter();
     semaphore->release();
@@ -311,7 +321,7 @@ void QuillbaseWorker::endUpload()
 void QuillbaseWorker::wakeWaiter()
 {
     if (waiter)
-        QCoreApplication::postEvent(waiter, new AnswerEvent(waitNumber));
+        postBack(waiter, new AnswerEvent(waitNumber));
     waiter = nullptr;
 }
 
@@ -327,7 +337,7 @@ void QuillbaseWorker::setVideoDevice(QObject *device)
 void QuillbaseWorker::acknowledge(int size)
 {
     if (videoDevice)
-        QCoreApplication::postEvent(videoDevice, new BytesWritten(size));
+        postBack(videoDevice, new BytesWritten(size));
 }
 
 void QuillbaseWorker::acknowledgeOpenChunks()

@@ -2,9 +2,9 @@
 
 #include "support/files.h"
 #include "support/runs.h"
+#include "support/uploadserver.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/uploadaddress.h"
-#include "uploadserver.h"
 
 #include <QCryptographicHash>
 #include <QJsonDocument>

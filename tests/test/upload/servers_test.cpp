@@ -4,10 +4,10 @@
 #include "support/environmentguard.h"
 #include "support/recordinggenerator.h"
 #include "support/runs.h"
+#include "support/uploadserver.h"
 #include "test/multireportgenerator.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/quillbaseprivate.h"
-#include "uploadserver.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -121,14 +121,15 @@ INSTANTIATE_TEST_SUITE_P(
                     Server{"late", plain, true, "msg 'Done'\n"},
                     Server{"never", plain, true, "did not confirm the end"},
                     Server{"code", plain, true, "msg 'no space'\nFatal! 28\n"},
-                    Server{"early", plain, true, "msg 'Done'\n"}, Server{"close", plain, true, ""},
+                    Server{"early", plain, true, "msg 'Done'\n"},
+                    Server{"close", plain, true, "has ended before the run"},
                     Server{"abort", plain, true, "/event ws error 1 ("},
                     Server{"text", plain, true, "did not confirm the end"},
                     Server{"shape", plain, true, "msg 'Done'\n"},
                     Server{"large", plain, true, "xxxx'\n"},
                     Server{"stall", plain, true, "did not confirm the end"},
                     Server{"refuse", plain, false, "/event ws error "},
-                    Server{"mute", plain, false, ""}));
+                    Server{"mute", plain, false, "is it an address of http?"}));
 
 TEST_F(UploadTest, AServerThatIsNotThereStopsTheRunBeforeItStarts)
 {

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""A result server for tests: server.py BEHAVIOUR LOG [CERTIFICATE KEY]
+"""A result server for tests: uploadserver.py BEHAVIOUR LOG [CERTIFICATE KEY]
 
 Prints its port, serves until it is killed, and writes each message that it gets to LOG: a JSON array
 of the fields a line. Content is written as its size and its SHA-256 sum. A message that is not just
@@ -91,10 +91,14 @@ def answer(serial, message="", code=0):
 async def respond(socket, fields):
     code, serial = fields[:2]
     is_entry = code == 105
+    global waits
     if behaviour == "never":
         return
+    if behaviour == "forgetful" and is_entry and fields[3] == "END_TEST_CASE":
+        waits += 1
+        if waits == 1:
+            return
     if behaviour == "once":
-        global waits
         waits += is_entry
         if is_entry and waits != 1:
             return
@@ -126,8 +130,6 @@ async def serve(socket, path):
         async for data in socket:
             if behaviour == "stall":
                 await asyncio.sleep(1000)
-            if behaviour == "slow":
-                await asyncio.sleep(0.0001)
             try:
                 fields = Message(data).decode()
             except Exception as error:

@@ -1,4 +1,4 @@
-#include "uploadserver.h"
+#include "support/uploadserver.h"
 
 #include "support/files.h"
 
@@ -12,7 +12,7 @@ namespace MorvexTest {
 
 UploadServer::UploadServer(const QString &behaviour, Encryption encryption)
 {
-    QStringList arguments{MORVEX_SOURCE_DIR "/tests/test/upload/server.py", behaviour,
+    QStringList arguments{MORVEX_SOURCE_DIR "/tests/support/uploadserver.py", behaviour,
                           m_dir.filePath("log")};
     if (encryption == Encrypted) {
         const QString script = MORVEX_SOURCE_DIR "/scripts/make-certificate.sh";
@@ -60,16 +60,6 @@ std::vector<QJsonArray> UploadServer::messages() const
         EXPECT_NE(fields.at(0), "error") << line.constData();
     }
     return messages;
-}
-
-std::vector<QJsonArray> UploadServer::messages(int code) const
-{
-    std::vector<QJsonArray> chosen;
-    for (const QJsonArray &fields : messages()) {
-        if (fields.at(0) == code)
-            chosen.push_back(fields);
-    }
-    return chosen;
 }
 
 } // namespace MorvexTest

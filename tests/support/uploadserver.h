@@ -10,7 +10,7 @@
 
 namespace MorvexTest {
 
-/// A result server in a process of its own, which decodes what it gets; see server.py.
+/// A result server in a process of its own, which decodes what it gets; see uploadserver.py.
 class UploadServer
 {
 public:
@@ -26,8 +26,6 @@ public:
 
     /// The fields of each message, once the connection has ended.
     std::vector<QJsonArray> messages() const;
-    /// Those of one code.
-    std::vector<QJsonArray> messages(int code) const;
 
     /// Reads on from a server that stalls, or ends it.
     void kill();
