@@ -146,7 +146,8 @@ void WatchedProcess::update(int timeout)
         m_unfinishedLine.clear();
 }
 
-// Lines: "started PID", "failed ERRNO", "ended PID exit|signal NUMBER", "empty".
+// Lines: "started PID", "failed ERRNO", "ended PID exit|signal NUMBER", "empty", all with more
+// words.
 void WatchedProcess::take(const QByteArray &line)
 {
     const QList<QByteArray> words = line.split(' ');

@@ -27,11 +27,10 @@ namespace {
 
 const int control = 3;
 
-template <typename... Values>
-void report(const char *format, Values... values)
+void report(const char *event, int number, const char *how, int status)
 {
     char line[64];
-    const int size = std::snprintf(line, sizeof line, format, values...);
+    const int size = std::snprintf(line, sizeof line, "%s %d %s %d\n", event, number, how, status);
     // A test case that doesn't listen must not hold up the watch.
     [[maybe_unused]] const ssize_t sent =
         ::send(control, line, static_cast<size_t>(size), MSG_NOSIGNAL | MSG_DONTWAIT);
@@ -51,7 +50,7 @@ void start(char **arguments, const sigset_t &signals)
 {
     int failure[2];
     if (::pipe2(failure, O_CLOEXEC) != 0)
-        return report("failed %d\n", errno);
+        return report("failed", errno, "", 0);
     const pid_t program = ::fork();
     if (program == 0) {
         run(arguments, signals);
@@ -65,9 +64,9 @@ void start(char **arguments, const sigset_t &signals)
     const bool hasFailed = program > 0 && ::read(failure[0], &error, sizeof error) > 0;
     ::close(failure[0]);
     if (program < 0 || hasFailed)
-        report("failed %d\n", program < 0 ? forkError : error);
+        report("failed", program < 0 ? forkError : error, "", 0);
     else
-        report("started %d\n", program);
+        report("started", program, "", 0);
 }
 
 void reap()
@@ -76,12 +75,12 @@ void reap()
     pid_t process;
     while ((process = ::waitpid(-1, &status, WNOHANG)) > 0) {
         if (WIFSIGNALED(status))
-            report("ended %d signal %d\n", process, WTERMSIG(status));
+            report("ended", process, "signal", WTERMSIG(status));
         else
-            report("ended %d exit %d\n", process, WEXITSTATUS(status));
+            report("ended", process, "exit", WEXITSTATUS(status));
     }
     if (process < 0 && errno == ECHILD)
-        report("empty\n");
+        report("empty", 0, "", 0);
 }
 
 // Until the test case has come to its end, or somebody ends this process.
