@@ -15,14 +15,18 @@ QByteArray contentOf(const QString &path)
     return file.readAll();
 }
 
+// Without the carriage returns at their ends, which are line ends of their own at the end of the
+// file.
 QStringList linesOf(const QByteArray &content)
 {
-    QString text = QString::fromUtf8(content);
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    // At the very end a carriage return alone ends the line too.
-    while (text.endsWith(QLatin1Char('\n')) || text.endsWith(QLatin1Char('\r')))
-        text.chop(1);
-    return text.split(QLatin1Char('\n'));
+    QStringList lines = QString::fromUtf8(content).split(QLatin1Char('\n'));
+    for (QString &line : lines) {
+        while (line.endsWith(QLatin1Char('\r')))
+            line.chop(1);
+    }
+    while (!lines.isEmpty() && lines.last().isEmpty())
+        lines.removeLast();
+    return lines;
 }
 
 } // namespace

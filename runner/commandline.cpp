@@ -79,7 +79,7 @@ Set number(Member member, const char *what)
     };
 }
 
-QString setSnoozeFactor(RunnerOptions &options, const QString &value)
+[[nodiscard]] QString setSnoozeFactor(RunnerOptions &options, const QString &value)
 {
     bool isNumber = false;
     options.snoozeFactor = value.toDouble(&isNumber);
@@ -88,7 +88,7 @@ QString setSnoozeFactor(RunnerOptions &options, const QString &value)
                : QStringLiteral("'%1' is not a factor").arg(value);
 }
 
-QString setReportToRepair(RunnerOptions &options, const QString &value)
+[[nodiscard]] QString setReportToRepair(RunnerOptions &options, const QString &value)
 {
     options.action = RunnerOptions::Action::RepairReport;
     options.reportToRepair = value;
@@ -96,7 +96,7 @@ QString setReportToRepair(RunnerOptions &options, const QString &value)
 }
 
 // The flag may come after them.
-QString addReportToMerge(RunnerOptions &options, const QString &value)
+[[nodiscard]] QString addReportToMerge(RunnerOptions &options, const QString &value)
 {
     options.action = RunnerOptions::Action::MergeReports;
     if (value == QLatin1String("--join-runs"))
@@ -106,7 +106,7 @@ QString addReportToMerge(RunnerOptions &options, const QString &value)
     return {};
 }
 
-QString setKeptRuns(RunnerOptions &options, const QString &value)
+[[nodiscard]] QString setKeptRuns(RunnerOptions &options, const QString &value)
 {
     bool isNumber = false;
     options.keptRuns = value.toUInt(&isNumber);
@@ -115,7 +115,7 @@ QString setKeptRuns(RunnerOptions &options, const QString &value)
                : QStringLiteral("'%1' is not a number of runs, 1 or greater").arg(value);
 }
 
-QString setRandom(RunnerOptions &options, const QString &value)
+[[nodiscard]] QString setRandom(RunnerOptions &options, const QString &value)
 {
     options.isRandom = true;
     if (value.isEmpty())
@@ -126,7 +126,7 @@ QString setRandom(RunnerOptions &options, const QString &value)
                     : QStringLiteral("'%1' is not a number from 0 to 4294967295").arg(value);
 }
 
-QString addEnvVar(RunnerOptions &options, const QString &value)
+[[nodiscard]] QString addEnvVar(RunnerOptions &options, const QString &value)
 {
     if (value.indexOf(QLatin1Char('=')) < 1)
         return QStringLiteral("'%1' is not of the form NAME=VALUE").arg(value);

@@ -3,7 +3,6 @@
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/resources.h"
-#include "shared/writefile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -63,15 +62,6 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// An earlier copy holds what an earlier recording could not save.
-QString freeCopyName(const QString &wanted)
-{
-    QString name = wanted;
-    for (int number = 2; QFileInfo::exists(name); ++number)
-        name = wanted + QLatin1Char('_') + QString::number(number);
-    return name;
-}
-
 QString inOneLine(QString text)
 {
     return text.replace(namesFileReference({}), QLatin1String(":"))
@@ -108,7 +98,7 @@ struct JavaScriptObjectMap::Contents
     std::vector<std::pair<QString, QString>> lines;
     QSet<SymbolicName> names;
 
-    void load(const QString &path);
+    void load(const QString &path, std::chrono::milliseconds limit);
 
     // The text of a name in which each object that it refers to, by a name of the file or in words
     // of its own, is replaced by a number for that object.
@@ -130,11 +120,11 @@ private:
     mutable QHash<QString, int> numbers;
 };
 
-void JavaScriptObjectMap::Contents::load(const QString &path)
+void JavaScriptObjectMap::Contents::load(const QString &path, std::chrono::milliseconds limit)
 {
     ScriptEngine engine;
     const QJSValue functions = installNameFunctions(&engine);
-    error = runNamesFile(&engine, functions, path, &lines);
+    error = runNamesFile(&engine, functions, path, &lines, limit);
     for (const auto &line : lines)
         add(line.first, line.second);
 }
@@ -176,8 +166,9 @@ QString JavaScriptObjectMap::Contents::canonical(const ObjectName &name) const
     return ObjectName(properties).qualifiedName();
 }
 
-JavaScriptObjectMap::JavaScriptObjectMap(const QString &path)
+JavaScriptObjectMap::JavaScriptObjectMap(const QString &path, std::chrono::milliseconds limit)
     : ScriptedObjectMap(resourcePath(QStringLiteral("names.js")), path)
+    , m_limit(limit)
 {
 }
 
@@ -193,7 +184,7 @@ const JavaScriptObjectMap::Contents &JavaScriptObjectMap::contents() const
     if (!m_contents || m_contents->bytes != bytes) {
         m_contents = std::make_unique<Contents>();
         m_contents->bytes = bytes;
-        m_contents->load(scriptPath());
+        m_contents->load(scriptPath(), m_limit);
     }
     m_contents->state = state;
     m_contents->isSettled = state.isSettled();
@@ -208,20 +199,12 @@ NamesFileError JavaScriptObjectMap::error() const
 QString JavaScriptObjectMap::saveOrKeep() const
 {
     const NamesFileError unusable = checkNamesFileContent(scriptPath(), contentOf(scriptPath()));
-    if (!unusable.text.isEmpty())
-        return keep(getScriptCode(), unusable.toString());
-    return save() ? QString() : keep(unsavedCode(), saveError());
-}
-
-QString JavaScriptObjectMap::keep(const QString &text, const QString &reason) const
-{
-    const QByteArray code = text.toUtf8();
-    const QString copy = freeCopyName(scriptPath() + QLatin1String(".unsaved"));
-    if (writeFileSafely(copy, code).outcome == FileWriteResult::Written)
-        return QStringLiteral("%1; the names are in '%2' instead").arg(reason, copy);
-    for (const QByteArray &line : code.split('\n'))
-        printLine(QString::fromUtf8(line));
-    return QStringLiteral("%1; the names are printed above instead").arg(reason);
+    const bool isSaved = unusable.text.isEmpty() ? save() : refuseToSave(unusable.toString());
+    if (isSaved || unsavedCode().isEmpty())
+        return saveError();
+    for (const QString &line : unsavedCode().split(QLatin1Char('\n')))
+        printLine(line);
+    return saveError() + QStringLiteral("; the names are printed above instead");
 }
 
 bool JavaScriptObjectMap::scriptedNamesDump(QString *dump) const

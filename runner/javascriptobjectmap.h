@@ -11,8 +11,9 @@ namespace Morvex {
 class JavaScriptObjectMap : public ScriptedObjectMap
 {
 public:
-    /// @p path is that of the names file.
-    explicit JavaScriptObjectMap(const QString &path);
+    /// @p path is that of the names file, which is interrupted after @p limit.
+    explicit JavaScriptObjectMap(const QString &path,
+                                 std::chrono::milliseconds limit = longestNamesFileRun);
     ~JavaScriptObjectMap() override;
 
     /// Why the names file can't be used at this moment; without a text when it can. While there is
@@ -23,9 +24,9 @@ public:
     /// alone; empty when it doesn't.
     ScriptedSymbolicName definedName(const ObjectName &name) const;
 
-    /// Saves. When that fails, what was to be written is kept in a file beside the names file, or
-    /// else printed, and the error text says so. Empty on success.
-    QString saveOrKeep() const;
+    /// Saves, unless the names file holds what would be lost. When it could be written nowhere, the
+    /// code is printed. The error text says where it is; empty on success.
+    [[nodiscard]] QString saveOrKeep() const;
 
     bool scriptedNamesDump(QString *dump) const override;
     QString scriptExpression(const QString &name) const override;
@@ -48,8 +49,8 @@ private:
     struct Contents;
 
     const Contents &contents() const;
-    QString keep(const QString &text, const QString &reason) const;
 
+    const std::chrono::milliseconds m_limit;
     mutable std::unique_ptr<Contents> m_contents;
 };
 

@@ -11,7 +11,6 @@
 namespace Morvex {
 namespace {
 
-const std::chrono::seconds longestRun(10);
 const int utf8Mib = 106;
 
 // As in scriptnames.js.
@@ -44,14 +43,17 @@ std::vector<std::pair<QString, QString>> pairsOf(const QJSValue &lines)
     return pairs;
 }
 
-NamesFileError thrown(const ScriptEngine::Outcome &outcome, const QString &path, bool isInterrupted)
+NamesFileError thrown(const ScriptEngine::Outcome &outcome, const QString &path)
 {
-    const LineInfo place = outcome.stack.empty() ? LineInfo(path, 0) : outcome.stack.front();
-    if (isInterrupted)
-        return {QStringLiteral("The names file was still running after %1 seconds.")
-                    .arg(longestRun.count()),
-                place};
-    return {outcome.value.toString(), place};
+    return {outcome.value.toString(),
+            outcome.stack.empty() ? LineInfo(path, 0) : outcome.stack.front()};
+}
+
+NamesFileError interrupted(std::chrono::milliseconds limit, const LineInfo &place)
+{
+    const double seconds = static_cast<double>(limit.count()) / 1000;
+    return {QStringLiteral("The names file was still running after %1 seconds.").arg(seconds),
+            place};
 }
 
 // What the grammar of names refuses. Its line is not known here.
@@ -112,7 +114,8 @@ NamesFileError checkNamesFileContent(const QString &path, const QByteArray &cont
 }
 
 NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, const QString &path,
-                            std::vector<std::pair<QString, QString>> *lines)
+                            std::vector<std::pair<QString, QString>> *lines,
+                            std::chrono::milliseconds limit)
 {
     QByteArray content;
     NamesFileError error = read(path, &content);
@@ -122,10 +125,13 @@ NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, con
     QJSValue global = engine->engine().globalObject();
     global.setProperty(QStringLiteral("names"), names.property(QStringLiteral("defining")));
     {
-        const EngineWatch watch(&engine->engine(), longestRun);
+        const EngineWatch watch(&engine->engine(), limit);
         const ScriptEngine::Outcome outcome = engine->run(QString::fromUtf8(content), path);
-        if (outcome.hasThrown || watch.hasInterrupted())
-            return thrown(outcome, path, watch.hasInterrupted());
+        const NamesFileError failure = thrown(outcome, path);
+        if (watch.hasInterrupted())
+            return interrupted(limit, failure.place);
+        if (outcome.hasThrown)
+            return failure;
     }
     const QString where = QFileInfo::exists(path)
                               ? QStringLiteral("in the names file '%1'").arg(path)

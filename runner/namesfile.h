@@ -6,6 +6,7 @@
 #include <QJSValue>
 #include <QString>
 
+#include <chrono>
 #include <vector>
 
 namespace Morvex {
@@ -28,9 +29,12 @@ struct NamesFileError
     QString toString() const;
 };
 
+/// A names file only says which names there are.
+constexpr std::chrono::seconds longestNamesFileRun(10);
+
 /// What is wrong with the bytes of a names file before they are taken for a script: such a file
 /// would lose what it holds when names are added to it.
-NamesFileError checkNamesFileContent(const QString &path, const QByteArray &content);
+[[nodiscard]] NamesFileError checkNamesFileContent(const QString &path, const QByteArray &content);
 
 /// What a real name of runNamesFile has in place of the text of an object that the file defines
 /// under @p key.
@@ -39,8 +43,11 @@ bool isNamesFileReference(const QString &text);
 
 /// Runs the names file in @p engine and defines the global "names". @p functions are those of
 /// installNameFunctions. A file that does not exist defines no name. @p lines, which may be null,
-/// gets a pair of name and real name for each definition, in the order of the file.
-NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, const QString &path,
-                            std::vector<std::pair<QString, QString>> *lines);
+/// gets a pair of name and real name for each definition, in the order of the file. After @p limit
+/// the file is interrupted, which is an error.
+[[nodiscard]] NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions,
+                                          const QString &path,
+                                          std::vector<std::pair<QString, QString>> *lines,
+                                          std::chrono::milliseconds limit = longestNamesFileRun);
 
 } // namespace Morvex

@@ -19,8 +19,8 @@ namespace {
 const int indent = 4;
 const QLatin1String visualType("Visual");
 
-QString makeVisualPoint(const QString &path, const QString &objectName,
-                        const SharedPtr<Object> &object)
+[[nodiscard]] QString makeVisualPoint(const QString &path, const QString &objectName,
+                                      const SharedPtr<Object> &object)
 {
     QString error;
     const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
@@ -63,8 +63,8 @@ SharedPtr<Object> valueAt(SharedPtr<Object> object, const QString &path, QString
     return object;
 }
 
-QString writeProperties(QXmlStreamWriter &writer, const PointRequest &request,
-                        const SharedPtr<Object> &object)
+[[nodiscard]] QString writeProperties(QXmlStreamWriter &writer, const PointRequest &request,
+                                      const SharedPtr<Object> &object)
 {
     for (const QString &path : request.properties) {
         QString error;
@@ -96,7 +96,7 @@ void writeNothing(QXmlStreamWriter &writer, const PointRequest &request)
     writer.writeEndElement();
 }
 
-QString writePoint(const QString &path, const QByteArray &xml)
+[[nodiscard]] QString writePoint(const QString &path, const QByteArray &xml)
 {
     const QString directory = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(directory))

@@ -21,8 +21,8 @@ struct PointRequest
 /// Makes the file from the live object. Of screenshots and tables it still lacks the content, which
 /// a verification that learns puts in. Returns an error text, empty on success; no file is left
 /// after an error.
-QString makePointFile(const QString &path, const PointRequest &request,
-                      const SharedPtr<Object> &object);
+[[nodiscard]] QString makePointFile(const QString &path, const PointRequest &request,
+                                    const SharedPtr<Object> &object);
 
 /// How to have a file made that does not exist.
 QString howToMakePoint(const QString &name, const QString &path);

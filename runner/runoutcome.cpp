@@ -1,5 +1,7 @@
 #include "runner/runoutcome.h"
 
+#include "test/report/sectionkind.h"
+
 #include <algorithm>
 
 namespace Morvex {
@@ -15,7 +17,7 @@ void RunOutcome::add(const TestResult::Entry &entry)
         endAttempt(entry.time);
         break;
     case TestResult::SKIP_SECTION:
-        if (m_inTestCase && entry.info == QLatin1String("testcase"))
+        if (m_inTestCase && entry.info == SectionKind::testCase)
             m_testCases.back().wasSkipped = true;
         break;
     case TestResult::FATAL:

@@ -42,6 +42,14 @@ QString withoutToken(const QString &word)
                                                        : word;
 }
 
+// The suite has the command of the application as one text, in which quotes only hold words
+// together.
+QString unusableAutArgument(const QString &argument)
+{
+    return QStringLiteral("--aut: an argument must not be empty or have a double quote: '%1'")
+        .arg(argument);
+}
+
 class SuiteRunner
 {
 public:
@@ -55,14 +63,14 @@ public:
     int run();
 
 private:
-    QString prepare();
-    QString applyOptions();
-    QString setKeptRuns();
+    [[nodiscard]] QString prepare();
+    [[nodiscard]] QString applyOptions();
+    [[nodiscard]] QString setKeptRuns();
     void removeOldRuns(const QString &resultDir) const;
-    QString checkTags() const;
-    QString checkResultDir() const;
-    QString checkNames(const QStringList &names) const;
-    QString chooseFailedTestCases();
+    [[nodiscard]] QString checkTags() const;
+    [[nodiscard]] QString checkResultDir() const;
+    [[nodiscard]] QString checkNames(const QStringList &names) const;
+    [[nodiscard]] QString chooseFailedTestCases();
     int list();
     int execute();
     bool runTestCases(TestReportGenerator *generator, const QString &resultDir);
@@ -131,8 +139,11 @@ QString SuiteRunner::applyOptions()
     m_suite->setRerun(m_options.rerunFailed);
     m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;
     QStringList aut;
-    for (const QString &word : m_options.aut)
+    for (const QString &word : m_options.aut) {
+        if (word.isEmpty() || word.contains(QLatin1Char('"')))
+            return unusableAutArgument(word);
         aut += word.contains(QLatin1Char(' ')) ? QLatin1Char('"') + word + QLatin1Char('"') : word;
+    }
     m_suite->setAutOverride(aut.join(QLatin1Char(' ')));
     if (!m_options.envVarFile.isEmpty())
         m_suite->setEnvVarFileName(cleanedPath(m_options.envVarFile));

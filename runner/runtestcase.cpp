@@ -19,7 +19,7 @@
 namespace Morvex {
 namespace {
 
-QString setEnvironment(const RunnerOptions &options)
+[[nodiscard]] QString setEnvironment(const RunnerOptions &options)
 {
     if (!options.envVarFile.isEmpty()) {
         const QString error = readEnvironmentFile(options.envVarFile, true);
@@ -37,7 +37,7 @@ QStringList withPlainBlanks(QStringList arguments)
     return arguments.replaceInStrings(QStringLiteral("\\ "), QStringLiteral(" "));
 }
 
-QString problem(const RunnerOptions &options)
+[[nodiscard]] QString problem(const RunnerOptions &options)
 {
     if (options.testCases.size() > 1)
         return QStringLiteral("without a suite directory only one --testcase can be run");

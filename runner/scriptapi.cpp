@@ -27,6 +27,13 @@ ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
 {
 }
 
+NamesFileError ScriptApi::defineNames()
+{
+    m_nameFunctions = installNameFunctions(m_engine);
+    return runNamesFile(m_engine, m_nameFunctions,
+                        QDir(m_context.suiteDir).filePath(namesFileName()), nullptr);
+}
+
 void ScriptApi::install(QObject *application, QObject *verification)
 {
     // The script that runs can't be included by itself.
@@ -35,19 +42,12 @@ void ScriptApi::install(QObject *application, QObject *verification)
     QJSEngine &engine = m_engine->engine();
     for (QObject *object : {static_cast<QObject *>(this), application, verification})
         QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
-    m_nameFunctions = installNameFunctions(m_engine);
     QJSValue installer = m_engine->runInternal(resourceText(QStringLiteral("scriptapi.js")));
     const QJSValue outcome =
         installer.call({engine.newQObject(this), engine.newQObject(application),
                         engine.newQObject(verification), engine.globalObject(), m_nameFunctions});
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
-}
-
-NamesFileError ScriptApi::defineNames()
-{
-    return runNamesFile(m_engine, m_nameFunctions,
-                        QDir(m_context.suiteDir).filePath(namesFileName()), nullptr);
 }
 
 void ScriptApi::log(const QString &type, const QString &message, const QString &details)

@@ -35,12 +35,13 @@ public:
 
     ScriptApi(ScriptEngine *engine, const Context &context);
 
+    /// Defines the global "names" by the names file of the suite. To be called before install: the
+    /// file runs as it does where names are recorded, without the API.
+    [[nodiscard]] NamesFileError defineNames();
+
     /// Defines the API in the global scope of the engine.
     /// @p application and @p verification are what their calls go to; not owned.
     void install(QObject *application, QObject *verification);
-
-    /// Defines the global "names" by the names file of the suite. To be called after install.
-    NamesFileError defineNames();
 
     Q_INVOKABLE void log(const QString &type, const QString &message, const QString &details);
     Q_INVOKABLE void check(bool passed, const QString &message, const QString &details,

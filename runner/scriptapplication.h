@@ -27,7 +27,7 @@ public:
 
     /// Names that begin with ":" are looked up in this file; without it, errors about such names
     /// say so. Returns an error text, empty on success.
-    QString loadObjectMap(const QString &fileName);
+    [[nodiscard]] QString loadObjectMap(const QString &fileName);
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
@@ -35,7 +35,7 @@ public:
 
     /// A name and arguments. The name is the path of a plugin or that of one of the installation.
     /// Returns an error text, empty on success.
-    Q_INVOKABLE QString start(const QStringList &command);
+    [[nodiscard]] Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
     /// Makes a start possible from within the handling of an event, too.
     Q_INVOKABLE void prepare();

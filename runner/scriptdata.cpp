@@ -18,7 +18,7 @@ QStringList valuesOf(const TestDataRecord *record)
 }
 
 // Why the file can't be opened at all; empty when it can.
-QString obstacle(const QString &path)
+[[nodiscard]] QString whyNotReadable(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
@@ -36,7 +36,7 @@ ScriptData::~ScriptData() = default;
 std::unique_ptr<ScriptData> ScriptData::open(const QString &path, const QString &sheet,
                                              QString *error)
 {
-    *error = obstacle(path);
+    *error = whyNotReadable(path);
     if (!error->isEmpty())
         return nullptr;
     std::unique_ptr<TestDataSet> dataSet(sheet.isEmpty()

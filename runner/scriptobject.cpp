@@ -55,8 +55,8 @@ bool isTaken(const QVariant &wanted, const Object &object)
 // Widgets leave out in silence what they can't show. Returns an error text, empty when the value
 // was taken. A number has to be the one that is wanted; of any other value it is enough that it
 // changed something.
-QString whyNotTaken(const QString &property, const QVariant &wanted,
-                    const SharedPtr<Object> &before, const SharedPtr<Object> &after)
+[[nodiscard]] QString whyNotTaken(const QString &property, const QVariant &wanted,
+                                  const SharedPtr<Object> &before, const SharedPtr<Object> &after)
 {
     if (!after || isMarkup(property) || isTaken(wanted, *after))
         return {};

@@ -6,6 +6,7 @@
 #include "runner/scriptfile.h"
 #include "runner/scriptverification.h"
 #include "runner/uicoverage.h"
+#include "test/report/stacklines.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -14,7 +15,7 @@ namespace Morvex {
 namespace {
 
 // Why a test case can't be run at all; empty when it can.
-QString whyNotRunnable(const QDir &dir)
+[[nodiscard]] QString whyNotRunnable(const QDir &dir)
 {
     if (!dir.entryList({QStringLiteral("*.feature")}).isEmpty())
         return QStringLiteral("Behaviour driven test cases (*.feature) can't be run yet.");
@@ -28,14 +29,6 @@ QString thrownText(const QJSValue &value)
     // What a script throws may have a toString that throws in turn.
     const QString text = value.toString();
     return text.isEmpty() ? QStringLiteral("(a value without a text)") : text;
-}
-
-QString stackText(const std::vector<LineInfo> &stack)
-{
-    QStringList lines;
-    for (const LineInfo &line : stack)
-        lines += QLatin1String("  at ") + line.toString();
-    return lines.join(QLatin1Char('\n'));
 }
 
 } // namespace
@@ -95,13 +88,13 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     ScriptApi api(&engine,
                   {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
                    m_options.scriptArguments, m_options.snoozeFactor});
-    api.install(&application, &verification);
     const NamesFileError namesError = api.defineNames();
     if (!namesError.text.isEmpty()) {
         result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"),
                             namesError.text, namesError.place, QString(), -1);
         return;
     }
+    api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
     attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
@@ -110,8 +103,10 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     std::vector<LineInfo> stack = outcome.stack;
     if (stack.empty())
         stack.emplace_back(path, 0);
-    result()->addError(QStringLiteral("Script error"),
-                       thrownText(outcome.value) + QLatin1Char('\n') + stackText(stack), stack);
+    result()->addError(
+        QStringLiteral("Script error"),
+        (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
+        stack);
 }
 
 } // namespace Morvex

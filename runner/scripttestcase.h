@@ -31,7 +31,7 @@ public:
 
 private:
     void runScript(const QString &path, const QString &program);
-    QString prepare(ScriptApplication *application) const;
+    [[nodiscard]] QString prepare(ScriptApplication *application) const;
     void addError(const LineInfo &place, const QString &details);
 
     Options m_options;

@@ -32,7 +32,7 @@ QByteArray usageXml(QString *error)
 }
 
 // Returns an error text, empty on success.
-QString writeFile(const QByteArray &content, const QString &path)
+[[nodiscard]] QString writeFile(const QByteArray &content, const QString &path)
 {
     const FileWriteResult written = writeFileSafely(path, content);
     return written.outcome == FileWriteResult::Written

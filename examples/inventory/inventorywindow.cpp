@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,12 +15,15 @@
 #include <QStatusBar>
 #include <QTableWidget>
 #include <QTimer>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace {
 
 // Counting takes its time.
 const int countingTime = 300;
+// Fewer pieces of an article are few.
+const int enough = 10;
 const QSize pictureSize(200, 60);
 
 // A bar for each article, without letters: these look different from machine to machine.
@@ -32,7 +36,7 @@ QPixmap pictureOf(const QList<int> &counts)
     for (const int count : counts) {
         const int height = qBound(1, count, pictureSize.height() - 10);
         painter.fillRect(x, pictureSize.height() - 5 - height, 20, height,
-                         count < 10 ? QColor(200, 60, 40) : QColor(40, 120, 60));
+                         count < enough ? QColor(200, 60, 40) : QColor(40, 120, 60));
         x += 25;
     }
     return picture;
@@ -49,6 +53,7 @@ Widget *named(Widget *widget, const char *name)
 
 InventoryWindow::InventoryWindow()
     : m_table(named(new QTableWidget(0, 2), "articles"))
+    , m_groups(named(new QTreeWidget, "groups"))
     , m_name(named(new QLineEdit, "name"))
     , m_count(named(new QSpinBox, "count"))
     , m_add(named(new QPushButton(tr("&Add")), "add"))
@@ -65,10 +70,14 @@ InventoryWindow::InventoryWindow()
 
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
-    layout->addWidget(m_table);
+    auto *lists = new QHBoxLayout;
+    lists->addWidget(m_table);
+    lists->addWidget(m_groups);
+    layout->addLayout(lists);
     layout->addWidget(buildForm());
     layout->addWidget(m_picture);
     setCentralWidget(content);
+    buildGroups();
     statusBar()->addWidget(m_state);
     buildMenu();
 
@@ -85,6 +94,18 @@ void InventoryWindow::buildMenu()
     connect(m_remove, &QAction::triggered, this, &InventoryWindow::removeSelected);
     QAction *countAction = named(stock->addAction(tr("&Count")), "countStock");
     connect(countAction, &QAction::triggered, this, &InventoryWindow::count);
+}
+
+// Groups are filled as they are opened.
+void InventoryWindow::buildGroups()
+{
+    m_groups->setHeaderLabel(tr("Stock"));
+    for (const QString &name : {tr("Enough"), tr("Running low")}) {
+        auto *group = new QTreeWidgetItem(m_groups, {name});
+        group->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    }
+    connect(m_groups, &QTreeWidget::itemExpanded, this, &InventoryWindow::showGroups);
+    connect(m_groups, &QTreeWidget::itemCollapsed, this, &InventoryWindow::showGroups);
 }
 
 QWidget *InventoryWindow::buildForm()
@@ -128,21 +149,39 @@ void InventoryWindow::count()
                        [this] { m_state->setText(tr("%1 pieces").arg(totalCount())); });
 }
 
+int InventoryWindow::countOf(int row) const
+{
+    return m_table->item(row, 1)->text().toInt();
+}
+
 int InventoryWindow::totalCount() const
 {
     int total = 0;
     for (int row = 0; row < m_table->rowCount(); ++row)
-        total += m_table->item(row, 1)->text().toInt();
+        total += countOf(row);
     return total;
+}
+
+void InventoryWindow::showGroups()
+{
+    for (int i = 0; i < m_groups->topLevelItemCount(); ++i) {
+        QTreeWidgetItem *group = m_groups->topLevelItem(i);
+        qDeleteAll(group->takeChildren());
+        for (int row = 0; group->isExpanded() && row < m_table->rowCount(); ++row) {
+            if ((countOf(row) < enough) == (i == 1))
+                new QTreeWidgetItem(group, {m_table->item(row, 0)->text()});
+        }
+    }
 }
 
 void InventoryWindow::showState()
 {
     QList<int> counts;
     for (int row = 0; row < m_table->rowCount(); ++row)
-        counts += m_table->item(row, 1)->text().toInt();
+        counts += countOf(row);
     m_picture->setPixmap(pictureOf(counts));
     m_state->setText(tr("%1 articles").arg(counts.size()));
     m_add->setEnabled(!m_name->text().trimmed().isEmpty());
     m_remove->setEnabled(!counts.isEmpty());
+    showGroups();
 }

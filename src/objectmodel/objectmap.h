@@ -36,7 +36,7 @@ public:
     static QString symbolFromMultiPropName(const ObjectName &name);
 
     /// Adds the names of a file. Returns an error text, empty on success.
-    QString load(const QString &fileName);
+    [[nodiscard]] QString load(const QString &fileName);
 
     void insert(const QString &symbolicName, const ObjectName &name);
     QMap<QString, ObjectName> names() const { return m_names; }

@@ -17,7 +17,8 @@ public:
     virtual SharedPtr<Object> get(const SharedPtr<Object> &object) const = 0;
 
     /// Returns an error text, empty on success.
-    virtual QString set(const SharedPtr<Object> &object, const QVariant &value) const = 0;
+    [[nodiscard]] virtual QString set(const SharedPtr<Object> &object,
+                                      const QVariant &value) const = 0;
 };
 
 } // namespace Morvex

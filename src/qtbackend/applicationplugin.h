@@ -15,7 +15,7 @@ public:
 
     /// Opens the windows of the application. A script may do this more than once, with a stop in
     /// between. Returns an error text, empty on success.
-    virtual QString start(const QStringList &arguments) = 0;
+    [[nodiscard]] virtual QString start(const QStringList &arguments) = 0;
 
     /// Closes and deletes what start has made. Called at the end of the test case too.
     virtual void stop() = 0;

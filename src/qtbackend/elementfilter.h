@@ -25,7 +25,7 @@ class ElementFilter
 {
 public:
     /// Adds the rules of one filter. Returns an error text with line and column, empty on success.
-    QString add(const QByteArray &xml);
+    [[nodiscard]] QString add(const QByteArray &xml);
 
     /// The rules for an element of a class. @p classNames are its own and those that it derives
     /// from, @p propertyNames the properties that it has.

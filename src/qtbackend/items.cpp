@@ -69,7 +69,7 @@ public:
 
     virtual bool contains() const = 0;
     virtual QString text() const = 0;
-    virtual QString use(const QString &action) = 0;
+    [[nodiscard]] virtual QString use(const QString &action) = 0;
 };
 
 QString unknownAction(const QString &action)
@@ -89,7 +89,7 @@ public:
     bool contains() const override { return m_index.isValid(); }
     QString text() const override { return m_index.data().toString(); }
 
-    QString use(const QString &action) override
+    [[nodiscard]] QString use(const QString &action) override
     {
         if (auto *tree = qobject_cast<QTreeView *>(m_view.data())) {
             if (action == QLatin1String("expand"))
@@ -158,7 +158,7 @@ private:
         return texts;
     }
 
-    QString setExpanded(QTreeView *tree, bool expanded)
+    [[nodiscard]] QString setExpanded(QTreeView *tree, bool expanded)
     {
         const QString error = whyBlocked(tree);
         if (error.isEmpty()) {
@@ -169,7 +169,7 @@ private:
         return error;
     }
 
-    QString click(ClickKind kind)
+    [[nodiscard]] QString click(ClickKind kind)
     {
         m_view->scrollTo(m_index);
         const QRect place = m_view->visualRect(m_index).intersected(m_view->viewport()->rect());
@@ -196,7 +196,7 @@ public:
     bool contains() const override { return m_row >= 0 && m_row < m_box->count(); }
     QString text() const override { return m_box->itemText(m_row); }
 
-    QString use(const QString &action) override
+    [[nodiscard]] QString use(const QString &action) override
     {
         if (action != QLatin1String("click"))
             return unknownAction(action);
@@ -231,7 +231,7 @@ public:
     bool contains() const override { return m_index >= 0; }
     QString text() const override { return shownText(m_bar->tabText(m_index)); }
 
-    QString use(const QString &action) override
+    [[nodiscard]] QString use(const QString &action) override
     {
         if (action != QLatin1String("click"))
             return unknownAction(action);
@@ -277,7 +277,7 @@ public:
     bool contains() const override { return m_action; }
     QString text() const override { return shownText(m_action->text()); }
 
-    QString use(const QString &action) override
+    [[nodiscard]] QString use(const QString &action) override
     {
         return action == QLatin1String("click") ? clickObject(m_action, std::nullopt)
                                                 : unknownAction(action);

@@ -22,6 +22,6 @@ QString itemText(QObject *object, const QVariantList &selector, QString *error);
 /// Does what a user does to an item, once it has been scrolled into sight. @p action is "click",
 /// "doubleClick", "activate", "expand", "collapse" or "toggle". Returns an error text, empty on
 /// success.
-QString useItem(QObject *object, const QString &action, const QVariantList &selector);
+[[nodiscard]] QString useItem(QObject *object, const QString &action, const QVariantList &selector);
 
 } // namespace Morvex

@@ -32,8 +32,10 @@ private:
     QObject *findSymbolic(const QString &name, QString *error);
     QObject *findReal(const QString &name, QString *error);
     QObject *find(const ObjectName &name, QString *error);
-    bool makeConditions(const ObjectName &name, NameConditions *conditions, QString *error);
-    bool makeReference(const ObjectName &name, NameCondition *condition, QString *error);
+    [[nodiscard]] bool makeConditions(const ObjectName &name, NameConditions *conditions,
+                                      QString *error);
+    [[nodiscard]] bool makeReference(const ObjectName &name, NameCondition *condition,
+                                     QString *error);
     std::vector<QObject *> fittingObjects(const NameConditions &conditions);
     QString describeFailure(const ObjectName &name, const NameConditions &conditions,
                             const std::vector<QObject *> &found);

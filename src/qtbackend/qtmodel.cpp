@@ -232,7 +232,7 @@ void QtModel::addValueClasses()
     addPart("QRect", "height", [](const QVariant &value) { return value.toRect().height(); });
 }
 
-void QtModel::seeAllClasses()
+void QtModel::observeAllClasses()
 {
     for (const QObject *object : allObjects())
         classOf(object->metaObject());
@@ -241,13 +241,13 @@ void QtModel::seeAllClasses()
 const Class *QtModel::findClass(const QString &name)
 {
     if (!m_classesByName.contains(name))
-        seeAllClasses();
+        observeAllClasses();
     return m_classesByName.value(name, m_named.value(name).get());
 }
 
 bool QtModel::hasNamespace(const QString &name)
 {
-    seeAllClasses();
+    observeAllClasses();
     const QString prefix = name + QLatin1String("::");
     const QStringList names = m_classesByName.keys();
     return std::any_of(names.begin(), names.end(), [&prefix](const QString &className) {

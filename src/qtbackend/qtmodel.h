@@ -63,7 +63,7 @@ private:
     void addPart(const char *className, const char *part,
                  const std::function<QVariant(const QVariant &)> &read);
     void addValueClasses();
-    void seeAllClasses();
+    void observeAllClasses();
 
     ObjectRegistry m_registry;
     std::unique_ptr<UsageCounter> m_usageCounter;

@@ -16,6 +16,6 @@ struct TypedKey
 };
 
 /// Reads the notation of typeText. Returns an error text, empty on success.
-QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys);
+[[nodiscard]] QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys);
 
 } // namespace Morvex

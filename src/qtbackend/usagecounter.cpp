@@ -116,12 +116,12 @@ UsageCounter::UsageCounter()
     : m_root(QString(), StandardType(), UIElement::unknownConcreteType())
 {
     qApp->installEventFilter(this);
-    seeAllWindows();
+    observeAllWindows();
 }
 
 QByteArray UsageCounter::dump()
 {
-    seeAllWindows();
+    observeAllWindows();
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream.setVersion(streamVersion);
@@ -137,7 +137,7 @@ bool UsageCounter::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::Show:
         if (watched->isWidgetType() && static_cast<QWidget *>(watched)->isWindow())
-            seeWindowOf(static_cast<QWidget *>(watched));
+            observeWindowOf(static_cast<QWidget *>(watched));
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -193,11 +193,11 @@ UIElement *UsageCounter::elementUnder(QWidget *widget)
     const auto known = m_seen.constFind(widget);
     if (known != m_seen.cend() && known->object == widget)
         return known->element;
-    seeWindowOf(widget);
+    observeWindowOf(widget);
     return m_seen.value(widget).element;
 }
 
-void UsageCounter::seeAllWindows()
+void UsageCounter::observeAllWindows()
 {
     QWidgetList windows = QApplication::topLevelWidgets();
     // In an order that does not change from run to run.
@@ -207,11 +207,11 @@ void UsageCounter::seeAllWindows()
     });
     for (QWidget *window : qAsConst(windows)) {
         if (isWindowElement(window))
-            seeWindowOf(window);
+            observeWindowOf(window);
     }
 }
 
-void UsageCounter::seeWindowOf(QWidget *widget)
+void UsageCounter::observeWindowOf(QWidget *widget)
 {
     if (isPassing(widget->window()))
         return;

@@ -49,8 +49,8 @@ private:
         QHash<QString, int> classCounts;
     };
 
-    void seeAllWindows();
-    void seeWindowOf(QWidget *widget);
+    void observeAllWindows();
+    void observeWindowOf(QWidget *widget);
     void seeWidget(QWidget *widget, Level *level);
     void seeNewWidget(QWidget *widget, Level *level);
     void seeChildren(QWidget *widget, Level *level);

@@ -228,7 +228,8 @@ QString typeText(QObject *object, const QString &text)
         error =
             widget ? whyBlockedWhileTyping(widget) : QStringLiteral("the widget no longer exists");
         if (!error.isEmpty())
-            return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
+            return QStringLiteral("%1, after %2 of %3 keys")
+                .arg(error, QString::number(typed), QString::number(keys.size()));
         pressKey(widget, keys[typed]);
     }
     turnEventLoop(0);

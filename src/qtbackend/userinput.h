@@ -17,11 +17,11 @@ enum class ClickKind { Single, Double };
 /// Presses and releases the left mouse button at @p place in the widget, in a scroll area in what
 /// it shows; without a place where the widget reacts, mostly in its middle. Reaches the widget
 /// inside that is there. Triggers an action.
-QString clickObject(QObject *object, const std::optional<QPoint> &place,
-                    ClickKind kind = ClickKind::Single);
+[[nodiscard]] QString clickObject(QObject *object, const std::optional<QPoint> &place,
+                                  ClickKind kind = ClickKind::Single);
 
 /// Types a text with the keyboard, beginning in the widget: keys go where the focus is. "<Return>",
 /// "<Ctrl+A>" and the like are keys; "<<" is "<".
-QString typeText(QObject *object, const QString &text);
+[[nodiscard]] QString typeText(QObject *object, const QString &text);
 
 } // namespace Morvex

@@ -9,11 +9,11 @@ namespace Morvex {
 
 /// Why a user can't do anything to the object now; empty when nothing is in the way. What covers a
 /// part of a widget is not looked at.
-QString whyBlocked(const QObject *object);
-QString whyBlocked(const QAction *action);
+[[nodiscard]] QString whyBlocked(const QObject *object);
+[[nodiscard]] QString whyBlocked(const QAction *action);
 
 /// As whyBlocked, but lets popups be: that which is open may be one that the keys before have
 /// opened, and the next ones are for it.
-QString whyBlockedWhileTyping(const QObject *object);
+[[nodiscard]] QString whyBlockedWhileTyping(const QObject *object);
 
 } // namespace Morvex

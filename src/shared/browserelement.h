@@ -107,7 +107,7 @@ public:
     void merge(BrowserElement *other);
     /// Reads each file and merges what is in it into this element. False with @p error at the
     /// first file that can't be read.
-    bool mergeXmlFiles(const QStringList &fileNames, QString &error);
+    [[nodiscard]] bool mergeXmlFiles(const QStringList &fileNames, QString &error);
 
     QStringList coverageNames() const { return m_coverage.keys(); }
     /// -1 for an unknown name.
@@ -130,11 +130,14 @@ public:
     // Each adds the elements to @p root. False with a text in @p error, which may be null; root
     // then holds what was read so far.
 
-    static bool readXML(BrowserElement *root, const QByteArray &xml, QString *error);
-    static bool readXMLFile(BrowserElement *root, const QString &fileName, QString *error);
+    [[nodiscard]] static bool readXML(BrowserElement *root, const QByteArray &xml, QString *error);
+    [[nodiscard]] static bool readXMLFile(BrowserElement *root, const QString &fileName,
+                                          QString *error);
     /// The white space of texts is what the document was parsed with.
-    static bool convertXML(BrowserElement *root, const TiXmlDocument &document, QString *error);
-    static bool readUiElement(BrowserElement *root, const TiXmlElement *element, QString *error);
+    [[nodiscard]] static bool convertXML(BrowserElement *root, const TiXmlDocument &document,
+                                         QString *error);
+    [[nodiscard]] static bool readUiElement(BrowserElement *root, const TiXmlElement *element,
+                                            QString *error);
 
 private:
     BrowserElement *mostSimilarChild(const BrowserElement *other) const;

@@ -18,7 +18,7 @@ public:
     ~ExcelXmlTestDataSet() override;
 
 private:
-    QString read(const QString &sheetName);
+    [[nodiscard]] QString read(const QString &sheetName);
     void take(XlsxRows rows);
 };
 

@@ -59,7 +59,7 @@ enum CopyDirectoryOption {
 /// Copies a file, or a directory with all it holds into a directory that may exist. The first
 /// failure ends the copy, with its text in @p error unless that is null; what was copied before it
 /// stays.
-MORVEX_EXPORT bool copyDirectory(const QString &source, const QString &target, QString *error,
-                                 CopyDirectoryOption option);
+[[nodiscard]] MORVEX_EXPORT bool copyDirectory(const QString &source, const QString &target,
+                                               QString *error, CopyDirectoryOption option);
 
 } // namespace Morvex

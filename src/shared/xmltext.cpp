@@ -1,5 +1,7 @@
 #include "shared/xmltext.h"
 
+#include "shared/uiabstraction/text/xmlcharacters.h"
+
 #include <QLatin1String>
 
 namespace Morvex {
@@ -20,31 +22,17 @@ const CleaningRules textRules{true, true, QLatin1String("\\x"), 2};
 const CleaningRules lineRules{true, false, QLatin1String("\\x"), 2};
 const CleaningRules logRules{false, false, QLatin1String("\\u"), 4};
 
-bool isLayout(ushort unit)
-{
-    return unit == '\t' || unit == '\n' || unit == '\r';
-}
-
 bool isControl(ushort unit)
 {
     return unit < 0x20 || (unit >= 0x7f && unit <= 0x9f);
-}
-
-bool isLoneSurrogate(const QString &text, int i)
-{
-    const QChar unit = text.at(i);
-    if (unit.isHighSurrogate())
-        return i + 1 >= text.size() || !text.at(i + 1).isLowSurrogate();
-    return unit.isLowSurrogate() && (i == 0 || !text.at(i - 1).isHighSurrogate());
 }
 
 bool isToBeReplaced(const QString &text, int i, const CleaningRules &rules)
 {
     const ushort unit = text.at(i).unicode();
     if (unit < 0x7f)
-        return unit < 0x20 && !(rules.keepsLayout && isLayout(unit));
-    return isControl(unit) || unit >= 0xfffe ||
-           (QChar::isSurrogate(unit) && isLoneSurrogate(text, i));
+        return unit < 0x20 && !(rules.keepsLayout && isXmlLayout(unit));
+    return isControl(unit) || isNoCharacter(text, i);
 }
 
 int nextToBeReplaced(const QString &text, int from, const CleaningRules &rules)
@@ -207,7 +195,7 @@ QString replaceInvalidXMLcharacters(const QString &text)
     return cleaned(text, textRules);
 }
 
-QString showControls(const QString &text)
+QString escapeControls(const QString &text)
 {
     return cleaned(text, lineRules);
 }

@@ -19,9 +19,9 @@ namespace Morvex {
 MORVEX_EXPORT QString replaceInvalidXMLcharacters(const QString &text);
 
 /// The same for a text that has to stay on one line: "\t", "\n", "\r" and "\b" are shown as well.
-MORVEX_EXPORT QString showControls(const QString &text);
+MORVEX_EXPORT QString escapeControls(const QString &text);
 
-/// For logs that hide nothing: as showControls, but escape sequences stay, and the mark of a
+/// For logs that hide nothing: as escapeControls, but escape sequences stay, and the mark of a
 /// control character is "\u001b".
 MORVEX_EXPORT QString escapeNonPrintable(const QString &text);
 

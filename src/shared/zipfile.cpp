@@ -122,7 +122,7 @@ QString copyIntoZip(QIODevice *device, zipFile zip)
     }
 }
 
-QString addEntry(ZipFile &zip, const QDir &root, const QFileInfo &entry)
+[[nodiscard]] QString addEntry(ZipFile &zip, const QDir &root, const QFileInfo &entry)
 {
     QFile file(entry.filePath());
     if (!file.open(QIODevice::ReadOnly))
@@ -149,7 +149,7 @@ ZipFile::ZipFile(QIODevice *device)
 
 ZipFile::~ZipFile()
 {
-    close();
+    static_cast<void>(close());
 }
 
 QString ZipFile::addFile(QIODevice *device, const QString &nameInZip, const QDateTime &time)

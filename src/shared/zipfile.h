@@ -33,7 +33,7 @@ public:
 
     /// Writes the directory of the archive, without which nobody can read it; the destructor does
     /// so too, but can't report a failure. Returns an error text, empty on success.
-    QString close();
+    [[nodiscard]] QString close();
 
 private:
     void *m_zip;

@@ -7,6 +7,7 @@
 #include "test/report/reportlocations.h"
 #include "test/report/resultlabels.h"
 #include "test/report/retrylimit.h"
+#include "test/report/sectionkind.h"
 #include "test/reportgeneratorshared.h"
 
 #include <string_view>
@@ -183,16 +184,14 @@ void JsonReportGenerator::Private::writeVersion()
 
 void JsonReportGenerator::Private::writeStart(const Entry &entry)
 {
-    setSectionObject(entry,
-                     type == TEST_SUITE ? QStringLiteral("testsuite") : QStringLiteral("testcase"),
+    setSectionObject(entry, type == TEST_SUITE ? SectionKind::testSuite : SectionKind::testCase,
                      entry.name, entry.summary, entry.description);
     writeSectionStart(-1);
 }
 
 void JsonReportGenerator::Private::writeTestCase(const Entry &entry)
 {
-    setSectionObject(entry, QStringLiteral("testcase"), entry.info, entry.summary,
-                     entry.description);
+    setSectionObject(entry, SectionKind::testCase, entry.info, entry.summary, entry.description);
     writeSectionStart(entry.retry);
 }
 

@@ -5,6 +5,8 @@
 #include "test/report/junitshared.h"
 #include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
+#include "test/report/sectionkind.h"
+#include "test/report/stacklines.h"
 
 #include <QHash>
 #include <QPair>
@@ -16,18 +18,10 @@
 namespace Morvex {
 namespace {
 
-// The kind of the section by which the suite says that it left a test case out.
-const QLatin1String skippedTestCase("testcase");
-
 bool isResultType(TestResult::ResultType type)
 {
     return isJUnitFailure(type) || isJUnitError(type) || type == TestResult::PASS ||
            type == TestResult::XFAIL;
-}
-
-QString seconds(qint64 milliseconds)
-{
-    return QString::number(static_cast<double>(milliseconds) / 1000, 'f', 3);
 }
 
 // How many names of a nesting are at each end of a name that would be too long otherwise.
@@ -36,15 +30,8 @@ const int shownLevels = 10;
 // A dot joins the levels of nesting, so that none may be in a name.
 QString normalizedName(const QString &name)
 {
-    QString normalized = showControls(nameOrUnnamed(name));
+    QString normalized = escapeControls(nameOrUnnamed(name));
     return normalized.replace(QLatin1Char('.'), QLatin1Char('_'));
-}
-
-void logFrames(QString &text, const std::vector<LineInfo> &stack)
-{
-    for (const LineInfo &frame : stack)
-        text += QLatin1String("  at ") + escapeNonPrintable(frame.fileName()) + QLatin1Char(':') +
-                QString::number(frame.lineNumber()) + QLatin1Char('\n');
 }
 
 void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &times)
@@ -54,7 +41,8 @@ void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &t
     QString text = times.isoDate(entry.time) + QLatin1String(" [") + resultName(entry.type) +
                    QLatin1String("] ") + escapeNonPrintable(parts.join(QLatin1Char(' '))) +
                    QLatin1Char('\n');
-    logFrames(text, entry.stack);
+    for (const QString &line : stackLines(entry.stack))
+        text += line + QLatin1Char('\n');
     appendXmlCData(stream, text);
 }
 
@@ -91,7 +79,7 @@ struct JUnitTestCase
 void JUnitTestCase::add(const TestResult::Entry &entry, std::size_t place)
 {
     const TestResult::ResultType type = entry.type;
-    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == skippedTestCase;
+    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == SectionKind::testCase;
     results += isResultType(type) ? 1 : 0;
     failures += isJUnitFailure(type) ? 1 : 0;
     errors += isJUnitError(type) ? 1 : 0;
@@ -393,7 +381,7 @@ XmlElement JUnitReportGenerator::Private::rootElement() const
     XmlElement root(QLatin1String("testsuite"));
     root.addAttribute(QLatin1String("name"), suite.name)
         .addAttribute(QLatin1String("hostname"), junitHostName())
-        .addAttribute(QLatin1String("time"), seconds(duration))
+        .addAttribute(QLatin1String("time"), junitSeconds(duration))
         .addAttribute(QLatin1String("timestamp"), junitTimestamp(suite.start))
         .addAttribute(QLatin1String("errors"), errors)
         .addAttribute(QLatin1String("failures"), failures)
@@ -413,7 +401,7 @@ void JUnitReportGenerator::Private::writeTestCase(const JUnitTestCase &testCase,
         .addAttribute(QLatin1String("classname"),
                       isFake ? QStringLiteral("(root)") : names.join(QLatin1Char('.')))
         .addAttribute(QLatin1String("name"), name)
-        .addAttribute(QLatin1String("time"), seconds(testCase.milliseconds));
+        .addAttribute(QLatin1String("time"), junitSeconds(testCase.milliseconds));
     if (testCase.isSkipped())
         element.addChild(XmlElement(QLatin1String("skipped")));
     const bool hasFailed = testCase.isError() || testCase.isFailure();

@@ -30,7 +30,7 @@ bool openStdStream(const QString &fileName, QFile *file)
     return true;
 }
 
-QString openNamedFile(const QString &fileName, bool isFresh, QFile *file)
+[[nodiscard]] QString openNamedFile(const QString &fileName, bool isFresh, QFile *file)
 {
     const QDir dir = QFileInfo(fileName).absoluteDir();
     if (!dir.exists()) {

@@ -35,7 +35,7 @@ protected:
 private:
     explicit QuillbaseReportGenerator(QuillbasePrivate *data);
 
-    bool connect(QString *error);
+    [[nodiscard]] bool connect(QString *error);
 
     QuillbasePrivate *d;
 };

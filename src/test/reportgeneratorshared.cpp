@@ -1,6 +1,7 @@
 #include "test/reportgeneratorshared.h"
 
 #include "shared/realpath.h"
+#include "test/report/sectionkind.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -54,12 +55,12 @@ struct SectionLabel
 };
 
 const SectionLabel sectionLabels[] = {
-    {QLatin1String("feature"), QLatin1String("Feature")},
-    {QLatin1String("scenario"), QLatin1String("Scenario")},
-    {QLatin1String("scenariooutline"), QLatin1String("Scenario Outline")},
-    {QLatin1String("row"), QLatin1String("Example")},
-    {QLatin1String("step"), QLatin1String("Step")},
-    {QLatin1String("section"), QLatin1String("Section")},
+    {SectionKind::feature, QLatin1String("Feature")},
+    {SectionKind::scenario, QLatin1String("Scenario")},
+    {SectionKind::scenarioOutline, QLatin1String("Scenario Outline")},
+    {SectionKind::row, QLatin1String("Example")},
+    {SectionKind::step, QLatin1String("Step")},
+    {SectionKind::userSection, QLatin1String("Section")},
 };
 
 QLatin1String sectionLabel(const QString &info)
@@ -262,7 +263,7 @@ TestResult::Entry convertSectionEventToLogEvent(const TestResult::Entry &entry)
         return converted;
     converted.type = TestResult::LOG;
     converted.message = verb + QLatin1Char(' ') + label;
-    if (entry.info == QLatin1String("section"))
+    if (entry.info == SectionKind::userSection)
         converted.message += QLatin1String(": ") + entry.message;
     else
         converted.details = entry.message;

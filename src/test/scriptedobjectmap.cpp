@@ -4,6 +4,7 @@
 #include "shared/writefile.h"
 #include "test/dummyrunnerinterface.h"
 #include "test/nullreportgenerator.h"
+#include "test/output/unsavedcopy.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -441,24 +442,48 @@ QStringList ScriptedObjectMap::newDefinitions() const
 
 bool ScriptedObjectMap::save() const
 {
+    return saveUnless(QString());
+}
+
+bool ScriptedObjectMap::refuseToSave(const QString &reason) const
+{
+    return saveUnless(reason);
+}
+
+// With a reason not to, only beside the names file.
+bool ScriptedObjectMap::saveUnless(const QString &reason) const
+{
     const QString code = getScriptCode();
     clearCreatedNames();
-    d->saveError = writeScript(code);
-    d->unsavedCode = d->saveError.isEmpty() ? QString() : code;
+    const QByteArray bytes = code.toUtf8();
+    const QString dirError = makeScriptDirectory();
+    UnsavedCopy copy(d->scriptPath, bytes);
+    d->saveError = !reason.isEmpty() ? reason : !dirError.isEmpty() ? dirError : writeScript(bytes);
+    if (d->saveError.isEmpty())
+        copy.remove();
+    else if (!copy.path().isEmpty())
+        d->saveError += QStringLiteral("; the names are in '%1' instead").arg(copy.path());
+    d->unsavedCode = d->saveError.isEmpty() || !copy.path().isEmpty() ? QString() : code;
     return d->saveError.isEmpty();
 }
 
 // Returns an error text, empty on success.
-QString ScriptedObjectMap::writeScript(const QString &code) const
+QString ScriptedObjectMap::makeScriptDirectory() const
 {
     const QString dir = QFileInfo(d->scriptPath).path();
-    if (!QDir(dir).mkpath(QStringLiteral(".")))
-        return QStringLiteral("%1: the directory could not be created").arg(dir);
+    return QDir(dir).mkpath(QStringLiteral("."))
+               ? QString()
+               : QStringLiteral("%1: the directory could not be created").arg(dir);
+}
+
+// Returns an error text, empty on success.
+QString ScriptedObjectMap::writeScript(const QByteArray &code) const
+{
     QFile current(d->scriptPath);
     // What can't be read would be taken for nothing, and replaced.
     if (current.exists() && !current.open(QIODevice::ReadOnly))
         return QStringLiteral("%1: %2").arg(d->scriptPath, current.errorString());
-    const FileWriteResult written = writeFileSafely(d->scriptPath, code.toUtf8());
+    const FileWriteResult written = writeFileSafely(d->scriptPath, code);
     return written.outcome == FileWriteResult::Written
                ? QString()
                : QStringLiteral("%1: %2").arg(d->scriptPath, written.error);

@@ -164,12 +164,14 @@ public:
     QByteArray currentScriptCode() const;
     /// The names file with the created names in it.
     QString getScriptCode() const;
-    /// Writes the names file and forgets the created names, also when that fails. False on failure;
-    /// the names file then is as it was, and saveError and unsavedCode have the rest.
+    /// Writes the names file and forgets the created names, also when that fails. The code is first
+    /// written into a file beside it, which is left when the names file can't be written: False,
+    /// and the names file is as it was.
     bool save() const;
-    /// What went wrong in the last save, with the file; empty after a success.
+    /// What went wrong in the last save, with the names file and the one beside it; empty after a
+    /// success.
     QString saveError() const;
-    /// What the last save could not write, the whole names file; null after a success.
+    /// The whole names file, when the last save could write it nowhere; else null.
     QString unsavedCode() const;
 
     /// Made since the last save, in the order of creation.
@@ -190,6 +192,8 @@ protected:
     QString scriptPath() const;
     /// A runner without an application, for code of the names file that asks for one.
     RunnerInterface *runner() const;
+    /// Fails as save does, for @p reason, and leaves the names file alone.
+    bool refuseToSave(const QString &reason) const;
 
 private:
     class ResolutionScope;
@@ -205,7 +209,9 @@ private:
     void migrateOne(const QString &name, const ObjectName &object,
                     QMap<QString, QString> &migrated);
     QStringList newDefinitions() const;
-    QString writeScript(const QString &code) const;
+    bool saveUnless(const QString &reason) const;
+    [[nodiscard]] QString makeScriptDirectory() const;
+    [[nodiscard]] QString writeScript(const QByteArray &code) const;
 
     struct Private;
     std::unique_ptr<Private> d;

@@ -152,7 +152,7 @@ std::string parseTestconfig(const TiXmlElement &element, TestConfig *config)
     return {};
 }
 
-QString readTestConfig(const QString &path, TestConfig *config)
+[[nodiscard]] QString readTestConfig(const QString &path, TestConfig *config)
 {
     TiXmlDocument document;
     const QString error = loadXmlFile(path, &document);

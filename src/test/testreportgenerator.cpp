@@ -4,6 +4,7 @@
 #include "shared/environment.h"
 #include "test/report/countertable.h"
 #include "test/report/resultlabels.h"
+#include "test/report/sectionkind.h"
 
 #include <QFile>
 
@@ -12,8 +13,6 @@
 
 namespace Morvex {
 namespace {
-
-const QLatin1String userSection("section");
 
 bool isRetained(const TestResult::Entry &entry)
 {
@@ -25,7 +24,7 @@ bool isRetained(const TestResult::Entry &entry)
     case TestResult::XPASS:
         return true;
     case TestResult::START_SECTION:
-        return TestReportGenerator::isRepeatableSection(entry.info);
+        return isRepeatable(entry.info);
     default:
         return false;
     }
@@ -49,11 +48,6 @@ TestReportGenerator::TestReportGenerator(AbortedRun abortedRun)
 }
 
 TestReportGenerator::~TestReportGenerator() = default;
-
-bool TestReportGenerator::isRepeatableSection(const QString &info)
-{
-    return info.startsWith(QLatin1String("scenario")) || info.startsWith(QLatin1String("row"));
-}
 
 QIODeviceResult TestReportGenerator::videoOutput(const QString &path)
 {
@@ -207,12 +201,12 @@ void TestReportGenerator::closeDanglingSections()
 // A section of the script must not cross the structure of a behaviour-driven test.
 void TestReportGenerator::closeDanglingUserSections(const TestResult::Entry &entry)
 {
-    if (entry.info == userSection)
+    if (entry.info == SectionKind::userSection)
         return;
     bool closedAny = false;
-    while (!m_sections.isEmpty() && m_sections.constLast() == userSection) {
+    while (!m_sections.isEmpty() && m_sections.constLast() == SectionKind::userSection) {
         m_sections.removeLast();
-        createEndSectionEntry(userSection);
+        createEndSectionEntry(SectionKind::userSection);
         closedAny = true;
     }
     if (closedAny)

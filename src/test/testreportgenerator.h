@@ -90,9 +90,6 @@ public:
     /// what retry analysis needs is kept of each: time, type, info and retry.
     const std::vector<TestResult::Entry> &retainedEntries() const;
 
-    /// Whether a section of this kind may be run again when it failed.
-    static bool isRepeatableSection(const QString &info);
-
 protected:
     /// What abortRun does. A run is left open for a reader who sees by itself that it broke off.
     enum AbortedRun { IsEnded, IsLeftOpen };

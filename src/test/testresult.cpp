@@ -2,6 +2,7 @@
 
 #include "shared/clock.h"
 #include "test/report/resultlabels.h"
+#include "test/report/sectionkind.h"
 #include "test/testreportgenerator.h"
 
 #include <QDir>
@@ -164,8 +165,7 @@ bool isFailure(TestResult::ResultType type)
 bool isAttemptStart(const Entry &entry)
 {
     return entry.type == TestResult::START_TEST_CASE ||
-           (entry.type == TestResult::START_SECTION &&
-            TestReportGenerator::isRepeatableSection(entry.info));
+           (entry.type == TestResult::START_SECTION && isRepeatable(entry.info));
 }
 
 } // namespace
@@ -446,7 +446,7 @@ void TestResult::processEntry(const Entry &entry)
 void TestResult::startSection(const QString &title, const QString &description,
                               const LineInfo &line)
 {
-    addResult(START_SECTION, title, description, line, QStringLiteral("section"), -1);
+    addResult(START_SECTION, title, description, line, SectionKind::userSection, -1);
     d->sections.emplace_back(title, description);
 }
 
@@ -456,7 +456,7 @@ QString TestResult::endSection(const LineInfo &line)
         return QStringLiteral("there are no started result sections");
     const auto [title, description] = d->sections.back();
     d->sections.pop_back();
-    addResult(END_SECTION, title, description, line, QStringLiteral("section"), -1);
+    addResult(END_SECTION, title, description, line, SectionKind::userSection, -1);
     return {};
 }
 

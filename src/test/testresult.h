@@ -209,7 +209,7 @@ public:
 
     void startSection(const QString &title, const QString &description, const LineInfo &line);
     /// An error text, empty on success.
-    QString endSection(const LineInfo &line);
+    [[nodiscard]] QString endSection(const LineInfo &line);
 
     /// All entries up to endVP carry the number of this verification.
     void startVP();

@@ -50,8 +50,9 @@ public:
                                  const QImage &image);
 
     /// Writes a picture of an object to a file. Returns an error text, empty on success.
-    static QString grabWindow(const SharedPtr<Object> &object, const QString &fileName,
-                              const char *format, int options);
+    [[nodiscard]] static QString grabWindow(const SharedPtr<Object> &object,
+                                            const QString &fileName, const char *format,
+                                            int options);
 
 private:
     VPResult verifyDocument(VPCall &call) const;

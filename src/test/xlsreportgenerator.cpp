@@ -299,7 +299,7 @@ void XlsReportGenerator::doHandleEntry(const TestResult::Entry &entry)
         return;
     }
     countResult(d->counters, entry.type);
-    d->rows.append(d->serializedRow(d->rowElement(entry, showControls(entry.message))));
+    d->rows.append(d->serializedRow(d->rowElement(entry, escapeControls(entry.message))));
 }
 
 void XlsReportGenerator::Private::startTestCase(const TestResult::Entry &entry)
@@ -318,7 +318,7 @@ void XlsReportGenerator::Private::fillStartRow()
     if (!startOfTestCase)
         return;
     const TestResult::Entry &entry = *startOfTestCase;
-    const QString message = showControls(entry.message) + countsText(counters);
+    const QString message = escapeControls(entry.message) + countsText(counters);
     rows.fillGap(serializedRow(rowElement(entry, message)));
     startOfTestCase.reset();
 }
@@ -332,7 +332,7 @@ XmlElement XlsReportGenerator::Private::rowElement(const TestResult::Entry &entr
     row.addChild(timeCell(entry.time, times));
     row.addChild(createCell(cellText(LineColumn, entry.line.toString()), stringType));
     row.addChild(createCell(cellText(MessageColumn, message), stringType));
-    row.addChild(createCell(cellText(DetailsColumn, showControls(entry.details)), stringType));
+    row.addChild(createCell(cellText(DetailsColumn, escapeControls(entry.details)), stringType));
     row.addChild(createCell(cellText(VpNameColumn, entry.vpName), stringType));
     return row;
 }

@@ -6,6 +6,7 @@
 #include "test/report/reportlocations.h"
 #include "test/report/resultlabels.h"
 #include "test/report/retrylimit.h"
+#include "test/report/sectionkind.h"
 #include "test/report/xml3reportwriter.h"
 #include "test/reportgeneratorshared.h"
 #include "test/xmlstreamwriter.h"
@@ -177,8 +178,8 @@ void Xml3ReportGenerator::Private::writeEntry(const Entry &entry)
         writeEnd(entry);
         break;
     case TestResult::START_TEST_CASE:
-        writeSection(entry, QStringLiteral("testcase"), entry.info, entry.summary,
-                     entry.description, entry.retry);
+        writeSection(entry, SectionKind::testCase, entry.info, entry.summary, entry.description,
+                     entry.retry);
         break;
     case TestResult::START_SECTION:
         writeSection(entry, entry.info, entry.message, QString(), entry.details, entry.retry);
@@ -227,8 +228,7 @@ void Xml3ReportGenerator::Private::writeStart(const Entry &entry)
         if (!user.isEmpty())
             writer.writeAttributeQString("executedBy", user);
     }
-    writeSection(entry,
-                 type == TEST_SUITE ? QStringLiteral("testsuite") : QStringLiteral("testcase"),
+    writeSection(entry, type == TEST_SUITE ? SectionKind::testSuite : SectionKind::testCase,
                  entry.name, entry.summary, entry.description, -1);
 }
 

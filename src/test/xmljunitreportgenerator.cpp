@@ -5,6 +5,7 @@
 #include "test/report/junitshared.h"
 #include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
+#include "test/report/stacklines.h"
 
 #include <QStringList>
 
@@ -18,9 +19,7 @@ const int indentStep = 4;
 // As a plain number: readers take neither an exponent nor more than three decimals.
 QString seconds(qint64 milliseconds)
 {
-    // A clock may have been set back.
-    const double value = static_cast<double>(qMax(milliseconds, qint64(0))) / 1000;
-    QString text = QString::number(value, 'f', 3);
+    QString text = junitSeconds(milliseconds);
     while (text.endsWith(QLatin1Char('0')))
         text.chop(1);
     if (text.endsWith(QLatin1Char('.')))
@@ -65,15 +64,6 @@ QString composeResultMessage(const TestResult::Entry &entry)
     return composed;
 }
 
-QString stackText(const std::vector<LineInfo> &stack)
-{
-    QString text;
-    for (const LineInfo &frame : stack)
-        text += QLatin1String("\n  at ") + frame.fileName() + QLatin1Char(':') +
-                QString::number(frame.lineNumber());
-    return text;
-}
-
 // Some readers show the attribute, others the text, so the text has all.
 XmlElement createFailureOrErrorElement(const TestResult::Entry &entry)
 {
@@ -82,8 +72,9 @@ XmlElement createFailureOrErrorElement(const TestResult::Entry &entry)
     element.addAttribute(QLatin1String("type"), resultName(entry.type));
     element.addAttribute(QLatin1String("message"), replaceInvalidXMLcharacters(entry.message));
     const QStringList lines =
-        nonEmpty({entry.line.toString(), entry.message, composeResultMessage(entry)});
-    element.setText(lines.join(QLatin1Char('\n')) + stackText(entry.stack));
+        nonEmpty({entry.line.toString(), entry.message, composeResultMessage(entry)}) +
+        stackLines(entry.stack);
+    element.setText(lines.join(QLatin1Char('\n')));
     return element;
 }
 
@@ -225,7 +216,7 @@ void XmlJUnitReportGenerator::Private::appendToSystemOut(const TestResult::Entry
     const QStringList fields = nonEmpty({resultName(entry.type), entry.line.toString(),
                                          entry.message, entry.details, entry.info, entry.vpName});
     QByteArray line;
-    appendXmlText(line, showControls(fields.join(QLatin1Char('|'))));
+    appendXmlText(line, escapeControls(fields.join(QLatin1Char('|'))));
     systemOut.append(line + '\n');
 }
 
@@ -248,7 +239,7 @@ QString XmlJUnitReportGenerator::Private::composeUniqueTestCaseName(const QStrin
                                                                     const TestResult::Entry &entry)
 {
     const QString place = entry.line.toString();
-    const QString base = showControls(withoutBlanks(place.isEmpty() ? entry.message : place));
+    const QString base = escapeControls(withoutBlanks(place.isEmpty() ? entry.message : place));
     if (base.isEmpty())
         return names.numbered(className, QStringLiteral("no_line_info_and_no_msg_"));
     return names.unique(className, base);

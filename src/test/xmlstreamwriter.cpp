@@ -185,13 +185,13 @@ void XmlStreamWriter::writeEndElement()
     if (m_state == InStartTag) {
         m_pending += "/>";
     } else {
-        if (m_state == BehindEndTag)
+        if (m_state == AfterEndTag)
             writeIndent();
         m_pending += "</";
         appendEscaped(m_pending, name, true);
         m_pending += '>';
     }
-    m_state = m_elements.empty() ? Initial : BehindEndTag;
+    m_state = m_elements.empty() ? Initial : AfterEndTag;
     endLine();
 }
 
@@ -247,7 +247,7 @@ void XmlStreamWriter::closeStartTag()
 {
     if (m_state == InStartTag)
         m_pending += '>';
-    m_state = BehindText;
+    m_state = AfterText;
 }
 
 // The flush is what a report keeps after a crash.

@@ -63,7 +63,7 @@ public:
     void writeCDataElement(const std::string &name, const std::string &text);
 
 private:
-    enum State { Initial, InStartTag, BehindEndTag, BehindText };
+    enum State { Initial, InStartTag, AfterEndTag, AfterText };
 
     void closeStartTag();
     void endLine();

@@ -15,7 +15,7 @@
 namespace Morvex {
 namespace {
 
-QString writeZip(const QString &sourceDir, QFile *target)
+[[nodiscard]] QString writeZip(const QString &sourceDir, QFile *target)
 {
     ZipFile zip(target);
     const QString error = zip.addDirectoryContents(QDir(sourceDir));

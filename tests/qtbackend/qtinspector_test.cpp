@@ -290,9 +290,9 @@ TEST_F(QtInspectorTest, ClicksReachTheObjectOrSayWhyNot)
 TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
 {
     window.move(30, 40);
-    const QVariant answer =
+    const QVariant reply =
         inspector.callFunction("grabObjectScreenshot", {find("window")->id(), 0, 1}, nullptr);
-    const Screenshot picture = Screenshot::fromVariant(answer);
+    const Screenshot picture = Screenshot::fromVariant(reply);
     EXPECT_EQ(picture.size(), window.size());
     EXPECT_EQ(picture.imageToNative(QPoint(1, 2)), window.mapToGlobal(QPoint(1, 2)));
     EXPECT_FALSE(
@@ -308,8 +308,8 @@ TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowLiesAbove)
         widget->show();
     };
     const auto colour = [this] {
-        const QVariant answer = inspector.callFunction("desktopScreenshot", {}, nullptr);
-        return Screenshot::fromVariant(answer).pixelColor(120, 120);
+        const QVariant reply = inspector.callFunction("desktopScreenshot", {}, nullptr);
+        return Screenshot::fromVariant(reply).pixelColor(120, 120);
     };
     for (auto &made : windows)
         made = std::make_unique<QWidget>();
@@ -328,9 +328,9 @@ TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)
 {
     QCoreApplication::quit();
     QTimer::singleShot(10, &window, [this] { window.resize(321, 234); });
-    const QVariant answer =
+    const QVariant reply =
         inspector.callFunction("grabObjectScreenshot", {find("window")->id(), 0, 100}, nullptr);
-    EXPECT_EQ(Screenshot::fromVariant(answer).size(), QSize(321, 234));
+    EXPECT_EQ(Screenshot::fromVariant(reply).size(), QSize(321, 234));
     // A loop that ends by itself lets the other tests have theirs again.
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QCoreApplication::exec();

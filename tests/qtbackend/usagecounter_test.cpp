@@ -44,8 +44,8 @@ protected:
     // "class/class: event count" of all elements.
     QStringList usage()
     {
-        const QByteArray answer = inspector.callFunction("dumpUsage", {}, nullptr).toByteArray();
-        const QList<UIElement *> windows = UIElement::elementsFromByteArray(answer.mid(1));
+        const QByteArray dump = inspector.callFunction("dumpUsage", {}, nullptr).toByteArray();
+        const QList<UIElement *> windows = UIElement::elementsFromByteArray(dump.mid(1));
         QStringList lines;
         for (const UIElement *element : windows)
             collect(element, {}, &lines);

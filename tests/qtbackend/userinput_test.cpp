@@ -174,14 +174,14 @@ TEST_F(UserInputTest, AModalDialogBlocksWhatLiesBehindIt)
         QDialog dialog(&window);
         dialog.setObjectName("dialog");
         dialog.setWindowModality(modality);
-        auto *answer = add<QLineEdit>("answer", {0, 0, 50, 30}, &dialog);
+        auto *field = add<QLineEdit>("answer", {0, 0, 50, 30}, &dialog);
         dialog.show();
         const QString blocked = "the %1 is blocked by the dialog {name='dialog' type='QDialog'}";
         EXPECT_EQ(click("button"), blocked.arg("widget"));
         EXPECT_EQ(type("edit", "a"), blocked.arg("widget"));
         EXPECT_EQ(click("action"), blocked.arg("action"));
         EXPECT_EQ(type("answer", "a"), QString());
-        EXPECT_EQ(answer->text(), "a");
+        EXPECT_EQ(field->text(), "a");
         dialog.hide();
         EXPECT_EQ(click("button"), QString());
     }

@@ -88,6 +88,22 @@ TEST_F(JavaScriptEventRecorderTest, WhatItPrintsRuns)
         << output.standardOutput.toStdString() << readFile(namesPath).toStdString();
 }
 
+TEST_F(JavaScriptEventRecorderTest, WhatItPrintsOpensAndClosesTheNodesOfATree)
+{
+    const QString name = QStringLiteral("{name='groups'}");
+    const EventDataArg node = text("Running low");
+    const QStringList lines =
+        recorded(EventRecorder::NO_SYNC, nullptr,
+                 {action(name, "expandItem", {node}), action(name, "collapseItem", {node}),
+                  action(name, "clickTreeHandle", {node})});
+    QByteArray script = "application.start('inventory');\nvar low = find('groups').item('Running "
+                        "low/Washers');\n";
+    for (const QString &line : lines)
+        script += line.toUtf8() + "\nlog.info(low.exists());\n";
+    EXPECT_EQ(results(script), QStringList({"LOG true|", "LOG false|", "LOG true|"}))
+        << lines.join('\n').toStdString() << output.standardOutput.toStdString();
+}
+
 TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLongEnough)
 {
     EventData first = action("{text='a'}", "click");

@@ -6,8 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
+
+#include <unistd.h>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -119,25 +122,58 @@ TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
     }
 }
 
-TEST_F(JavaScriptObjectMapTest, WhatCanNotBeSavedIsKeptAndTheFileStaysAsItWas)
+TEST_F(JavaScriptObjectMapTest, AFullDiskLeavesTheFileAndItsLinksAsTheyWere)
 {
+    const QString link = dir.filePath("link.js");
     const QByteArray before = marker + QByteArray(400, '/') + '\n';
     writeFile(path, before);
+    for (const bool isLinked : {false, true}) {
+        if (isLinked) {
+            ASSERT_EQ(::link(qPrintable(path), qPrintable(link)), 0);
+        }
+        JavaScriptObjectMap map(path);
+        map.getSymbolicName("{text='Save'}", true);
+        QString error;
+        {
+            const FileSizeLimit limit(100);
+            error = map.saveOrKeep();
+        }
+        EXPECT_TRUE(error.contains(path)) << error.toStdString();
+        EXPECT_EQ(readFile(path), before);
+        EXPECT_TRUE(map.unsavedCode().startsWith("names.save = {text: \"Save\"};\n"));
+        EXPECT_FALSE(QFileInfo::exists(path + ".unsaved"));
+    }
     JavaScriptObjectMap map(path);
     map.getSymbolicName("{text='Save'}", true);
-    QString error;
-    {
-        const FileSizeLimit limit(100);
-        error = map.saveOrKeep();
+    EXPECT_EQ(map.saveOrKeep(), "");
+    EXPECT_NE(readFile(path), before);
+    EXPECT_EQ(readFile(link), readFile(path));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList({"link.js", "names.js"}));
+}
+
+// Nobody may write through a link to a directory that does not exist, not even root.
+TEST_F(JavaScriptObjectMapTest, WhatCanNotBeSavedIsKeptBesideEarlierCopies)
+{
+    ASSERT_EQ(::symlink("none/names.js", qPrintable(path)), 0);
+    for (const char *end : {".unsaved", ".unsaved_2"}) {
+        const QString copy = path + end;
+        JavaScriptObjectMap map(path);
+        map.getSymbolicName("{text='Save'}", true);
+        EXPECT_FALSE(map.save());
+        EXPECT_TRUE(map.saveError().contains('\'' + copy + '\'')) << map.saveError().toStdString();
+        EXPECT_TRUE(readFile(copy).contains("\nnames.save = {text: \"Save\"};\n"));
+        EXPECT_EQ(map.unsavedCode(), "");
     }
-    EXPECT_TRUE(error.contains(path)) << error.toStdString();
-    EXPECT_EQ(readFile(path), before);
-    EXPECT_TRUE(map.unsavedCode().startsWith("names.save = {text: \"Save\"};\n"));
-    EXPECT_FALSE(QFileInfo::exists(path + ".unsaved"));
+    const QByteArray zero("names.a\0 = 'b';", 15);
+    ASSERT_TRUE(QFile::remove(path));
+    writeFile(path, zero);
+    EXPECT_NE(JavaScriptObjectMap(path).saveOrKeep(), "");
+    EXPECT_EQ(readFile(path), zero);
+    EXPECT_TRUE(QFileInfo::exists(path + ".unsaved_3"));
 
     const JavaScriptObjectMap nowhere("/proc/none/names.js");
     EXPECT_FALSE(nowhere.save());
-    EXPECT_NE(nowhere.saveError(), "");
+    EXPECT_NE(nowhere.unsavedCode(), "");
 }
 
 TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
@@ -147,6 +183,7 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         QByteArray content;
         int line;
         const char *part;
+        std::chrono::milliseconds limit = longestNamesFileRun;
     } cases[] = {
         {"\n\nnames.a = ;", 3, "SyntaxError"},
         {"names.a = {text: 'x'};\nnames.a = {text: 'y'};", 2, "defined twice"},
@@ -156,10 +193,12 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         {"names.a = {'a b': 'c'};", 1, "can't be a property"},
         {QByteArray("// a\nnames.a\0 = 'b';", 20), 2, "zero byte"},
         {"// \xff", 0, "not UTF-8"},
+        {"while (true) ;", 0, "still running after 0.5 seconds", std::chrono::milliseconds(500)},
+        {"names.a = {text: env('HOME')};", 1, "env is not defined"},
     };
     for (const auto &each : cases) {
         writeFile(path, each.content);
-        const JavaScriptObjectMap map(path);
+        const JavaScriptObjectMap map(path, each.limit);
         const NamesFileError error = map.error();
         EXPECT_TRUE(error.text.contains(each.part)) << error.text.toStdString();
         EXPECT_EQ(error.place.lineNumber(), each.line) << error.text.toStdString();

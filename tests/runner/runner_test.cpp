@@ -1,7 +1,11 @@
+#include "runner/signals.h"
+
 #include "support/environmentguard.h"
 #include "support/files.h"
 #include "support/runnerprocess.h"
+#include "test/cancellation.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QProcess>
 #include <QThread>
@@ -9,7 +13,10 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+using namespace Morvex;
 using namespace MorvexTest;
 
 namespace {
@@ -104,6 +111,8 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         {{"--testcase", "tst_a", "--aut", "app", suite},
          "there is no test case 'tst_a' in the current directory; --aut takes all that follows, so "
          "the suite directory has to come before it"},
+        {{suite, "--aut", "app", "an \"x\""},
+         "--aut: an argument must not be empty or have a double quote: 'an \"x\"'"},
         {{"--testcase", "a", "--testcase", "b"},
          "without a suite directory only one --testcase can be run"},
     };
@@ -243,6 +252,25 @@ TEST_F(RunnerTest, NothingThatTheCallerLeavesBehindStopsTheRun)
                                     runner.suitePath()};
         EXPECT_EQ(runBy("/bin/bash", arguments).status, row.status) << row.command;
     }
+}
+
+// It shares the descriptor by which a request wakes the run up.
+TEST_F(RunnerTest, ASignalToAChildThatHasNoProgramYetEndsTheChildAlone)
+{
+    Cancellation cancellation;
+    int requests = 0;
+    QObject::connect(&cancellation, &Cancellation::requested, [&requests] { ++requests; });
+    const CancelOnSignals cancelOnSignals(&cancellation);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::raise(SIGTERM);
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
+    QCoreApplication::processEvents();
+    EXPECT_EQ(requests, 0);
 }
 
 TEST_F(RunnerTest, TheListIsInTheOrderOfARun)

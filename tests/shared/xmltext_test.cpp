@@ -41,7 +41,7 @@ TEST(XmlTextTest, WhatXmlCanNotHoldIsShownAndNothingElseChanges)
     };
     for (const Row &row : rows) {
         EXPECT_EQ(replaceInvalidXMLcharacters(row.text), row.clean);
-        EXPECT_EQ(showControls(row.text), row.line);
+        EXPECT_EQ(escapeControls(row.text), row.line);
         EXPECT_EQ(escapeNonPrintable(row.text), row.log);
     }
 }

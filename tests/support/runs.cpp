@@ -9,6 +9,8 @@
 
 #include <tuple>
 
+#include <gtest/gtest.h>
+
 namespace MorvexTest {
 
 using namespace Morvex;
@@ -74,8 +76,8 @@ void logNestedSections(TestResult &result)
     result.startSection("inner/1", "", place);
     add(result, TestResult::FAIL, "expected one", "Expected '1', got '2'.");
     add(result, TestResult::XFAIL, "known");
-    result.endSection(place);
-    result.endSection(place);
+    EXPECT_EQ(result.endSection(place), "");
+    EXPECT_EQ(result.endSection(place), "");
     result.startSection("outer.1", "the same name again", place);
     add(result, TestResult::PASS, "right");
     add(result, TestResult::XPASS, "no longer known");

@@ -1,6 +1,9 @@
+#include "support/environmentguard.h"
 #include "support/runs.h"
 
 #include <QDir>
+#include <cstdio>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 using namespace Morvex;
@@ -103,6 +106,21 @@ TEST(JUnitReportsTest, NoTwoTestCasesShareAClassAndAName)
         EXPECT_GT(names.size(), 5);
         EXPECT_EQ(names.removeDuplicates(), 0) << names.join("\n").toStdString();
     }
+}
+
+// In a process of its own: the toolkit asks for the locale of the system once.
+TEST(JUnitDeathTest, TheTimeStampHasLatinDigitsInEachLocale)
+{
+    const EnvironmentGuard locale("LC_ALL", "ar_EG.UTF-8");
+    const auto printTimeStamps = [] {
+        for (const char *format : formats)
+            std::fprintf(stderr, "%s\n",
+                         qPrintable(XmlDocument(reportOf(format, logSteadyRun))
+                                        .text("(//testsuite)[1]/@timestamp")));
+        std::exit(0);
+    };
+    EXPECT_EXIT(printTimeStamps(), testing::ExitedWithCode(0),
+                "^(2024-03-01T[0-9]{2}:00:00\n){2}$");
 }
 
 TEST(JUnitTest, EachTestCaseAndEachSectionWithResultsIsATestCaseAndTheTimesAddUp)

@@ -189,7 +189,7 @@ TEST(ReportFileTest, AFileThatEndsInTheMidstOfAWriteIsToldOnceWithTheReason)
     }
 }
 
-TEST(HeldReportTest, TheGapIsFilledInItsPlaceHoweverMuchStandsBehindIt)
+TEST(BufferedReportTest, TheGapIsFilledInItsPlaceHoweverMuchComesAfterIt)
 {
     QTemporaryDir dir;
     const QByteArray large(200000, 'x');

@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const test = require('node:test');
-const { changes, failureText, marks, rerunCommand, why } = require('./parts');
+const { changes, failureText, marks, rerunCommand, summary, why } = require('./parts');
 const { RunBuilder, shownOf, tableRow } = require('./testdata');
 
 const names = (nodes) => nodes.map((node) => node.name);
@@ -33,6 +33,31 @@ test('Times count where whole seconds can tell them', () => {
         [10000, null],
     );
     assert.deepEqual(names(changes.slowest(testCases)), ['tst']);
+});
+
+test('A run that was interrupted leaves the marks, and the others of the page, as they are', () => {
+    const night = (day, body) => {
+        const run = new RunBuilder('suite', `2026-01-0${day}T00:00:00Z`);
+        body(run);
+        return run.finish();
+    };
+    const whole = (passes) => (run) =>
+        run
+            .testCase('tst_a', (one) => one.fail('Of a'))
+            .testCase('tst_b', (one) => (passes ? one.pass('x') : one.fail('Of b')));
+    const cut = night(2, (run) => run.begin('testcase', 'tst_a').log('Waiting'));
+    for (const test of [cut.tests[0], cut.tests[0].tests[0]]) delete test.stop;
+    const documents = [night(1, whole(true)), { ...cut, ended: false }, night(3, whole(false))];
+    const other = new RunBuilder('other').testCase('tst_a', (one) => one.pass('x')).finish();
+    const newOnes = ({ testCases }) => names(testCases.filter((one) => one.isNew));
+    const last = shownOf(documents);
+    assert.deepEqual([last.ended, newOnes(last)], [true, ['tst_b']]);
+    const both = shownOf([...documents.slice(0, 2), other]);
+    const { causes, missing } = summary.of(both, both.root);
+    assert.deepEqual([both.ended, newOnes(both), both.failed], [false, [], 1]);
+    assert.deepEqual([causes.map((one) => one.failure), missing[0].key], [[null], 'tst_b']);
+    const [{ node }, { node: otherNode }] = both.parts;
+    assert.deepEqual([node.unfinished, otherNode.unfinished, otherNode.outcome], [true, false, 'passed']);
 });
 
 test('Keys lead from one failing test case, or cause, to the next and round', () => {

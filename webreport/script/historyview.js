@@ -55,11 +55,14 @@
         const failures = nodes.filter(report.model.isFailed).length - cutOff;
         const { flaky, ran } = report.changes.flakiness(nodes);
         const facts = [
-            'Failed in ' + failures + ' of ' + counted(nodes.length, 'run', 'runs'),
-            flaky > 0 ? 'flaky in ' + flaky + ' (' + Math.round((100 * flaky) / ran) + ' %)' : '',
-            cutOff > 0 ? 'unfinished in ' + cutOff : '',
-        ];
-        return facts.filter(Boolean).join(', ') + '.';
+            failures > 0 || flaky === 0 ? 'failed in ' + failures : '',
+            flaky > 0 ? 'flaky in ' + flaky : '',
+        ].filter(Boolean);
+        facts[0] += ' of ' + counted(nodes.length, 'run', 'runs');
+        if (flaky > 0) facts[facts.length - 1] += ' (' + Math.round((100 * flaky) / ran) + ' %)';
+        if (cutOff > 0) facts.push('unfinished in ' + cutOff);
+        const text = facts.join(', ') + '.';
+        return text[0].toUpperCase() + text.slice(1);
     }
 
     /// Null when no other run could know the test.

@@ -2,7 +2,7 @@
 //
 // The data numbers an inserted row by the place in the expected table that it belongs to: by the
 // oldest deletion that has no insertion yet, the last deletion, or the row after it. Each number
-// tells how many equal rows were left out before it, and by that where the row really is.
+// says how many equal rows were left out before it, and by that where the row really is.
 (function (report) {
     'use strict';
 

@@ -47,14 +47,17 @@ struct XlsxRows
 };
 
 /// Appends the texts of the shared string table.
-MORVEX_EXPORT QString readSharedStrings(QIODevice *device, XlsxBudget *budget,
-                                        std::vector<QString> *strings);
+[[nodiscard]] MORVEX_EXPORT QString readSharedStrings(QIODevice *device, XlsxBudget *budget,
+                                                      std::vector<QString> *strings);
 
 /// Finds the id of the sheet of that exact name, which stays null when there is none.
-MORVEX_EXPORT QString readSheetId(QIODevice *device, const QString &sheetName, QString *sheetId);
+[[nodiscard]] MORVEX_EXPORT QString readSheetId(QIODevice *device, const QString &sheetName,
+                                                QString *sheetId);
 
 /// Reads the rows of a sheet as records of @p dataSet, to which they are not added.
-MORVEX_EXPORT QString readSheet(QIODevice *device, const std::vector<QString> &sharedStrings,
-                                TestDataSet *dataSet, XlsxBudget *budget, XlsxRows *rows);
+[[nodiscard]] MORVEX_EXPORT QString readSheet(QIODevice *device,
+                                              const std::vector<QString> &sharedStrings,
+                                              TestDataSet *dataSet, XlsxBudget *budget,
+                                              XlsxRows *rows);
 
 } // namespace Morvex

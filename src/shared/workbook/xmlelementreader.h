@@ -55,7 +55,7 @@ public:
     void fail(const QString &error);
     bool hasFailed() const { return !m_error.isEmpty(); }
     /// Reads what is after the root. Returns an error text, empty on success.
-    QString finish();
+    [[nodiscard]] QString finish();
 
 private:
     // What the parser found in a piece of the document, in the order of the document. A start has

@@ -17,10 +17,10 @@ MORVEX_EXPORT bool xmlNestsDeeperThan(const std::string &xml, int maxDepth);
 
 /// Parses @p xml, which may come from anywhere, as UTF-8. Returns an error text, empty on success;
 /// the document has the place of the error (ErrorRow, ErrorCol) when the parser knows it.
-MORVEX_EXPORT QString parseXml(const std::string &xml, TiXmlDocument *document);
+[[nodiscard]] MORVEX_EXPORT QString parseXml(const std::string &xml, TiXmlDocument *document);
 
 /// Reads a file from anywhere into a tree; its encoding is the parser's to find out. Returns an
 /// error text, empty on success.
-MORVEX_EXPORT QString loadXmlFile(const QString &path, TiXmlDocument *document);
+[[nodiscard]] MORVEX_EXPORT QString loadXmlFile(const QString &path, TiXmlDocument *document);
 
 } // namespace Morvex

@@ -36,6 +36,11 @@ QString junitTimestamp(const QDateTime &time)
     return text.left(text.indexOf(QLatin1Char('Z')));
 }
 
+QString junitSeconds(qint64 milliseconds)
+{
+    return QString::number(static_cast<double>(qMax(milliseconds, qint64(0))) / 1000, 'f', 3);
+}
+
 QMap<QString, QString> junitProperties(const TestResult::Entry &start)
 {
     QMap<QString, QString> properties{{QStringLiteral("summary"), start.summary}};

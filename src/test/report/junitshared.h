@@ -25,6 +25,9 @@ MORVEX_EXPORT QString junitHostName();
 /// of now for an invalid one.
 MORVEX_EXPORT QString junitTimestamp(const QDateTime &time);
 
+/// Seconds with three decimals. 0 for less: a clock may have been set back.
+MORVEX_EXPORT QString junitSeconds(qint64 milliseconds);
+
 /// What is known of the run. Has the key "summary" in any case, since some readers refuse an empty
 /// list.
 MORVEX_EXPORT QMap<QString, QString> junitProperties(const TestResult::Entry &start);

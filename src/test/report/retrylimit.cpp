@@ -1,12 +1,13 @@
 #include "test/report/retrylimit.h"
 
+#include "test/report/sectionkind.h"
+
 namespace Morvex {
 
 void RetryLimit::beforeEntry(const TestResult::Entry &entry)
 {
     const bool isAttempt = entry.type == TestResult::START_TEST_CASE ||
-                           (entry.type == TestResult::START_SECTION &&
-                            entry.info.startsWith(QLatin1String("scenario")));
+                           (entry.type == TestResult::START_SECTION && isScenario(entry.info));
     if (isAttempt && m_value == 0 && entry.retry >= 0)
         m_value = entry.retry;
 }

@@ -30,12 +30,12 @@ XmlElement testResultElement(const TestResult::Entry &entry, Iso8601Time &times)
     XmlElement element(QLatin1String("testresult"));
     element.addAttribute(QLatin1String("time"), times.isoDate(entry.time));
     element.addAttribute(QLatin1String("result"), resultName(entry.type));
-    element.addAttribute(QLatin1String("message"), showControls(entry.message));
+    element.addAttribute(QLatin1String("message"), escapeControls(entry.message));
     const QString line = entry.line.toString();
     if (!line.isEmpty())
         element.addAttribute(QLatin1String("line"), line);
     addInfo(element, entry);
-    element.setText(showControls(entry.details));
+    element.setText(escapeControls(entry.details));
     return element;
 }
 

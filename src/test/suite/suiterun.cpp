@@ -3,6 +3,7 @@
 #include "shared/environment.h"
 #include "test/cancellation.h"
 #include "test/report/resultlabels.h"
+#include "test/report/sectionkind.h"
 #include "test/suite/childarguments.h"
 #include "test/testcaseprocess.h"
 #include "test/testfilters.h"
@@ -224,7 +225,7 @@ void SuiteRun::logSkipped(const QString &testCase) const
         TestResult::SKIP_SECTION, testCase,
         QStringLiteral("Skipping Test Case requested through commandline option while executing "
                        "the Test Suite."),
-        LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1), QStringLiteral("testcase"), -1);
+        LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1), SectionKind::testCase, -1);
     m_result->addResult(TestResult::END_TEST_CASE, endMessage(testCase), endDetails(testCase),
                         LineInfo(), QString(), -1);
 }

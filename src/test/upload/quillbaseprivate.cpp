@@ -1,6 +1,7 @@
 #include "test/upload/quillbaseprivate.h"
 
 #include "test/openreportfile.h"
+#include "test/upload/handover.h"
 #include "test/upload/quillbaseworker.h"
 #include "test/upload/uploadlines.h"
 #include "test/upload/videooutput.h"
@@ -64,6 +65,7 @@ void QuillbasePrivate::post(QEvent *event)
 {
     while (semaphore.tryAcquire()) {
     }
+    noteHandOver(event);
     QCoreApplication::postEvent(worker, event);
 }
 
@@ -76,15 +78,24 @@ void QuillbasePrivate::send(const TestResult::Entry &entry, QObject *receiver)
 {
     // Nobody would wait for it, and the queue would grow.
     if (!worker->isConnected()) {
-        noteIncompleteReport();
+        noteLoss();
         return;
     }
     post(new EntryEvent(entry, receiver));
     waitForWakeUp();
 }
 
+// A server may have said that it has all when there was more to come.
+void QuillbasePrivate::noteLoss()
+{
+    if (!hasIncompleteReport())
+        reportCutOff({});
+}
+
 void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)
 {
+    if (!worker->isConnected())
+        noteLoss();
     post(new EntryEvent(entry, this, ++m_waitNumber));
     timerId = startTimer(m_waits.answer, Qt::CoarseTimer);
     eventLoop.exec();
@@ -94,6 +105,7 @@ void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)
 
 void QuillbasePrivate::customEvent(QEvent *event)
 {
+    noteArrival(event);
     const auto *answer = dynamic_cast<AnswerEvent *>(event);
     if (answer && answer->wait == m_waitNumber)
         endWait();

@@ -41,7 +41,7 @@ public:
 
     /// False when the thread is not ready in time.
     bool startThread();
-    bool startConnection(QString *error);
+    [[nodiscard]] bool startConnection(QString *error);
 
     /// @p receiver gets what the server confirms; may be null.
     void send(const TestResult::Entry &entry, QObject *receiver);
@@ -66,6 +66,7 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
+    void noteLoss();
     void endWait();
     void waitForDone();
 

@@ -1,8 +1,8 @@
 #include "test/upload/quillbaseworker.h"
 
-#include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/upload/entrymessage.h"
+#include "test/upload/handover.h"
 #include "test/upload/uploadfile.h"
 #include "test/upload/uploadlines.h"
 
@@ -72,6 +72,12 @@ private:
     std::ostream m_stream;
 };
 
+void postBack(QObject *receiver, QEvent *event)
+{
+    noteHandOver(event);
+    QCoreApplication::postEvent(receiver, event);
+}
+
 } // namespace
 
 QuillbaseWorker::QuillbaseWorker(QSemaphore *wakeUp, const QString &directory,
@@ -105,6 +111,7 @@ void QuillbaseWorker::connectSocket()
 // thread would post faster than this one sends.
 void QuillbaseWorker::customEvent(QEvent *event)
 {
+    noteArrival(event);
     isHandlingEvent = true;
     hasWritten = false;
     handleEvent(event);
@@ -299,29 +306,22 @@ void QuillbaseWorker::wsBytesWritten(qint64)
         semaphore->release();
 }
 
-// Whoever waits, waits for a line that is dead. The word is stored first: who is woken reads it.
+// Whoever waits, waits for a line that is dead. The word is stored before the release, since who is
+// woken reads it, and after the note, since who reads it looks for that.
 void QuillbaseWorker::endUpload()
 {
-    if (connected.exchange(0) != 0 && !isDone)
-        reportCutOff();
+    if (isConnected() && !isDone)
+        reportCutOff(socket.closeReason().toUtf8());
+    connected = 0;
     acknowledgeOpenChunks();
     wakeWaiter();
     semaphore->release();
 }
 
-void QuillbaseWorker::reportCutOff() const
-{
-    noteIncompleteReport();
-    const QByteArray reason = socket.closeReason().toUtf8();
-    writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server does "
-                   "not have all of it" +
-                   (reason.isEmpty() ? reason : " (" + reason + ')') + '\n');
-}
-
 void QuillbaseWorker::wakeWaiter()
 {
     if (waiter)
-        QCoreApplication::postEvent(waiter, new AnswerEvent(waitNumber));
+        postBack(waiter, new AnswerEvent(waitNumber));
     waiter = nullptr;
 }
 
@@ -337,7 +337,7 @@ void QuillbaseWorker::setVideoDevice(QObject *device)
 void QuillbaseWorker::acknowledge(int size)
 {
     if (videoDevice)
-        QCoreApplication::postEvent(videoDevice, new BytesWritten(size));
+        postBack(videoDevice, new BytesWritten(size));
 }
 
 void QuillbaseWorker::acknowledgeOpenChunks()

@@ -60,7 +60,6 @@ private:
     void acknowledgeOpenChunks();
     void wakeWaiter();
     void endUpload();
-    void reportCutOff() const;
 
     QSemaphore *semaphore;
     QUrl url;

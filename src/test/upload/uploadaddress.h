@@ -22,9 +22,9 @@ struct UploadAddress
 
 /// The address that a user has typed, with a scheme and a port. Returns an error text, empty on
 /// success. Warns on standard error of a scheme that no upload uses.
-MORVEX_EXPORT QString parseUploadUrl(const QString &text, QUrl *url);
+[[nodiscard]] MORVEX_EXPORT QString parseUploadUrl(const QString &text, QUrl *url);
 
 /// Returns an error text, empty on success.
-MORVEX_EXPORT QString parseUploadTarget(const QUrl &url, UploadAddress *address);
+[[nodiscard]] MORVEX_EXPORT QString parseUploadTarget(const QUrl &url, UploadAddress *address);
 
 } // namespace Morvex

@@ -56,7 +56,7 @@ private:
     int m_number;
 };
 
-void tellTooLarge(const QString &path)
+void reportTooLarge(const QString &path)
 {
     writeErrorLine("morvexrunner: quillbase: '" + path.toUtf8() +
                    "' is larger than 1 GB and is not uploaded\n");
@@ -73,7 +73,7 @@ std::optional<QByteArray> readUploadFile(const QString &path)
     if (size < 0)
         return {};
     if (size > maxFileSize) {
-        tellTooLarge(path);
+        reportTooLarge(path);
         return {};
     }
     QByteArray content;
@@ -88,7 +88,7 @@ std::optional<QByteArray> readUploadFile(const QString &path)
             return content;
         content.append(chunk.data(), static_cast<int>(count));
         if (content.size() > maxFileSize) {
-            tellTooLarge(path);
+            reportTooLarge(path);
             return {};
         }
     }

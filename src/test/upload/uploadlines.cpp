@@ -25,4 +25,12 @@ void writeErrorLine(const QByteArray &text)
     writeLine(STDERR_FILENO, text);
 }
 
+void reportCutOff(const QByteArray &reason)
+{
+    noteIncompleteReport();
+    writeErrorLine("morvexrunner: quillbase: the upload has ended before the run, the server does "
+                   "not have all of it" +
+                   (reason.isEmpty() ? reason : " (" + reason + ')') + '\n');
+}
+
 } // namespace Morvex

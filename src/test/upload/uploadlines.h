@@ -10,4 +10,7 @@ namespace Morvex {
 void writeOutputLine(const QByteArray &text);
 void writeErrorLine(const QByteArray &text);
 
+/// Says why the server lacks something of the run, and notes it. An empty reason is left out.
+void reportCutOff(const QByteArray &reason);
+
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #include "test/upload/videooutput.h"
 
+#include "test/upload/handover.h"
 #include "test/upload/quillbaseprivate.h"
 #include "test/upload/uploadevents.h"
 
@@ -15,6 +16,7 @@ VideoRelay::VideoRelay(QIODevice *target, QObject *parent)
 
 void VideoRelay::customEvent(QEvent *event)
 {
+    noteArrival(event);
     if (m_target)
         QCoreApplication::sendEvent(m_target, event);
 }

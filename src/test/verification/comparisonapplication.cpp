@@ -24,7 +24,7 @@ ApplicationComparison notRun(const QString &error)
 
 // Error texts, empty on success.
 
-QString writeActual(QTemporaryFile &file, const QImage &image)
+[[nodiscard]] QString writeActual(QTemporaryFile &file, const QImage &image)
 {
     if (!file.open())
         return QStringLiteral("Could not create temporary image (actual) file '%1': %2")
@@ -36,7 +36,7 @@ QString writeActual(QTemporaryFile &file, const QImage &image)
     return {};
 }
 
-QString writeExpected(QTemporaryFile &file, const QImage &image)
+[[nodiscard]] QString writeExpected(QTemporaryFile &file, const QImage &image)
 {
     if (!file.open())
         return QStringLiteral("Could not create temporary image (expected) file '%1': %2")

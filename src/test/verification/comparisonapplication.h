@@ -17,7 +17,9 @@ struct ApplicationComparison
 
 /// Hands both pictures to the program of that name in the installation, as PNG files that are
 /// removed afterwards. Waits for it without limit.
-ApplicationComparison runComparisonApplication(const QString &name, const QStringList &parameters,
-                                               const QImage &actual, const QImage &expected);
+[[nodiscard]] ApplicationComparison runComparisonApplication(const QString &name,
+                                                             const QStringList &parameters,
+                                                             const QImage &actual,
+                                                             const QImage &expected);
 
 } // namespace Morvex

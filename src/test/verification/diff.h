@@ -57,61 +57,81 @@ struct Frontier
     int trimEnd = 0;
 };
 
-template <typename Iterator, typename Output, typename Equal>
-void bisect(Iterator aBegin, Iterator aEnd, Iterator bBegin, Iterator bEnd, Output &out,
-            Equal equal)
+/// Where two paths meet: so many items of a and of b are before it.
+struct Meeting
 {
-    const int n = static_cast<int>(aEnd - aBegin);
-    const int m = static_cast<int>(bEnd - bBegin);
+    int x;
+    int y;
+};
+
+/// Takes each open path of @p own in round @p d one difference further, then along all that is
+/// equal. @p equalAfter(x, y) asks whether the items after x of a and y of b are equal, in the
+/// direction of the frontier. True, and the round ends, at the first path for which
+/// @p meets(diagonal, x).
+template <typename EqualAfter, typename Meets>
+bool advance(Frontier &own, int d, int n, int m, EqualAfter equalAfter, Meets meets)
+{
+    for (int k = -d + own.trimStart; k <= d - own.trimEnd; k += 2) {
+        int x = own.start(k, d);
+        int y = x - k;
+        while (x < n && y < m && equalAfter(x, y)) {
+            ++x;
+            ++y;
+        }
+        own.at(k) = x;
+        if (x > n)
+            own.trimEnd += 2;
+        else if (y > m)
+            own.trimStart += 2;
+        else if (meets(k, x))
+            return true;
+    }
+    return false;
+}
+
+/// False when the sequences have nothing in common that a path of half the length finds.
+template <typename Iterator, typename Equal>
+bool findMeeting(Iterator a, int n, Iterator b, int m, Meeting &meeting, Equal equal)
+{
     const int maxD = (n + m + 1) / 2;
     const int delta = n - m;
     const bool front = delta % 2 != 0;
     Frontier forward(maxD);
     Frontier reverse(maxD);
     // The other frontier's reach on the diagonal that meets this one; -1 where it has none.
-    const auto met = [maxD, delta](Frontier &other, int diagonal) {
+    const auto reachOf = [maxD, delta](const Frontier &other, int diagonal) {
         const int index = maxD + delta - diagonal;
         return index >= 0 && index < 2 * maxD ? other.reach[static_cast<std::size_t>(index)] : -1;
     };
+    const auto equalForward = [&](int x, int y) { return equal(a[x], b[y]); };
+    const auto equalReverse = [&](int x, int y) { return equal(a[n - x - 1], b[m - y - 1]); };
+    const auto meetsReverse = [&](int k, int x) {
+        const int reached = reachOf(reverse, k);
+        meeting = {x, x - k};
+        return front && reached != -1 && x >= n - reached;
+    };
+    const auto meetsForward = [&](int k, int x) {
+        const int reached = reachOf(forward, k);
+        meeting = {reached, reached - (delta - k)};
+        return !front && reached != -1 && reached >= n - x;
+    };
     for (int d = 0; d < maxD; ++d) {
-        for (int k = -d + forward.trimStart; k <= d - forward.trimEnd; k += 2) {
-            int x = forward.start(k, d);
-            int y = x - k;
-            while (x < n && y < m && equal(aBegin[x], bBegin[y])) {
-                ++x;
-                ++y;
-            }
-            forward.at(k) = x;
-            if (x > n) {
-                forward.trimEnd += 2;
-            } else if (y > m) {
-                forward.trimStart += 2;
-            } else if (front) {
-                const int reached = met(reverse, k);
-                if (reached != -1 && x >= n - reached)
-                    return bisect_split(aBegin, aEnd, bBegin, bEnd, x, y, out, equal);
-            }
-        }
-        for (int k = -d + reverse.trimStart; k <= d - reverse.trimEnd; k += 2) {
-            int x = reverse.start(k, d);
-            int y = x - k;
-            while (x < n && y < m && equal(aBegin[n - x - 1], bBegin[m - y - 1])) {
-                ++x;
-                ++y;
-            }
-            reverse.at(k) = x;
-            if (x > n) {
-                reverse.trimEnd += 2;
-            } else if (y > m) {
-                reverse.trimStart += 2;
-            } else if (!front) {
-                const int reached = met(forward, k);
-                if (reached != -1 && reached >= n - x)
-                    return bisect_split(aBegin, aEnd, bBegin, bEnd, reached, reached - (delta - k),
-                                        out, equal);
-            }
-        }
+        if (advance(forward, d, n, m, equalForward, meetsReverse) ||
+            advance(reverse, d, n, m, equalReverse, meetsForward))
+            return true;
     }
+    return false;
+}
+
+template <typename Iterator, typename Output, typename Equal>
+void bisect(Iterator aBegin, Iterator aEnd, Iterator bBegin, Iterator bEnd, Output &out,
+            Equal equal)
+{
+    const int n = static_cast<int>(aEnd - aBegin);
+    const int m = static_cast<int>(bEnd - bBegin);
+    Meeting at{};
+    if (findMeeting(aBegin, n, bBegin, m, at, equal))
+        return bisect_split(aBegin, aEnd, bBegin, bEnd, at.x, at.y, out, equal);
     emitAll(DELETE, aBegin, aEnd, out);
     emitAll(INSERT, bBegin, bEnd, out);
 }

@@ -115,7 +115,8 @@ ApplicationComparison comparisonBy(const QString &application, const QDomElement
 }
 
 // Returns a note on where the pictures are.
-QString storeDifferingImages(const QString &dir, const QImage &actual, const QImage &expected)
+[[nodiscard]] QString storeDifferingImages(const QString &dir, const QImage &actual,
+                                           const QImage &expected)
 {
     if (!QDir().mkpath(dir))
         return QStringLiteral("Could not store differing screenshot; creating directory for failed "

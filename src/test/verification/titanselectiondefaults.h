@@ -35,10 +35,11 @@ class TitanSelectionDefaultsBase
 public:
     virtual ~TitanSelectionDefaultsBase() = default;
 
-    bool parse(QString *error);
-    bool parseCheck(const TiXmlElement &element, QString *error);
-    bool parseWidgetType(const TiXmlElement &element, QString *error);
-    bool parseProperty(const TiXmlElement &element, ClassPointer type, QString *error);
+    [[nodiscard]] bool parse(QString *error);
+    [[nodiscard]] bool parseCheck(const TiXmlElement &element, QString *error);
+    [[nodiscard]] bool parseWidgetType(const TiXmlElement &element, QString *error);
+    [[nodiscard]] bool parseProperty(const TiXmlElement &element, ClassPointer type,
+                                     QString *error);
 
     const Mapping &mapping() const { return m_mapping; }
 
@@ -61,7 +62,8 @@ private:
                     error);
     }
 
-    bool checkName(const TiXmlElement &element, const char *name, QString *error) const
+    [[nodiscard]] bool checkName(const TiXmlElement &element, const char *name,
+                                 QString *error) const
     {
         return element.ValueStr() == name ||
                failStructure(QStringLiteral("unexpected element '%1'")

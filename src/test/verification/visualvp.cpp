@@ -36,7 +36,8 @@ QString failureDetails(const QMap<BrowserElement::Id, TitanCompare> &result)
 }
 
 // Returns what to add to the details of the failure.
-QString storeSnapshot(RunnerInterface *runner, const QFileInfo &vpFile, const QByteArray &xml)
+[[nodiscard]] QString storeSnapshot(RunnerInterface *runner, const QFileInfo &vpFile,
+                                    const QByteArray &xml)
 {
     const QString directory = failedOutputDir(runner, QStringLiteral("failedSnapshots"));
     if (!QDir().mkpath(directory))

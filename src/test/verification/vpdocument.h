@@ -10,8 +10,8 @@ class QDomNode;
 namespace Morvex {
 
 /// Parses XML from outside, in whatever encoding it is. Returns an error text, empty on success.
-QString parseDocument(const QByteArray &xml, QDomDocument *document);
-QString parseDocument(const QString &xml, QDomDocument *document);
+[[nodiscard]] QString parseDocument(const QByteArray &xml, QDomDocument *document);
+[[nodiscard]] QString parseDocument(const QString &xml, QDomDocument *document);
 
 /// In one line, without blanks between the tags.
 QString nodeText(const QDomNode &node);

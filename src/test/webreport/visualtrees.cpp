@@ -120,7 +120,7 @@ QJsonObject failure(const QString &text)
 }
 
 // Returns an error text, empty on success.
-QString readPoint(const QString &path, VisualBody *body)
+[[nodiscard]] QString readPoint(const QString &path, VisualBody *body)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

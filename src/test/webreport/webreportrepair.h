@@ -28,12 +28,12 @@ struct WebReportRepair
 /// comes after the place where a run stops being a document; all other runs stay byte for byte. A
 /// report that a running process still writes is an error, and so is a file that was damaged in
 /// another way.
-MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
+[[nodiscard]] MORVEX_EXPORT WebReportRepair repairWebReport(const QString &directory);
 
 /// The same, and leaves in @p lock what keeps others from the report, repaired or not. Null when it
 /// is in use or none.
-MORVEX_EXPORT WebReportRepair lockAndRepairWebReport(const QString &directory,
-                                                     std::unique_ptr<FileLock> *lock);
+[[nodiscard]] MORVEX_EXPORT WebReportRepair lockAndRepairWebReport(const QString &directory,
+                                                                   std::unique_ptr<FileLock> *lock);
 
 /// A part of a data file, from byte @p begin to byte @p end, and what replaces it.
 struct WebReportEdit
