@@ -2,6 +2,7 @@
 
 #include "support/backend.h"
 
+#include <QVBoxLayout>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -28,19 +29,32 @@ protected:
         return widget;
     }
 
+    /// Adds @p widget below the others in the layout of @p parent, or of the window.
+    template <typename Widget>
+    Widget *add(Widget *widget, const char *name, QWidget *parent = nullptr)
+    {
+        QWidget *box = parent ? parent : &window;
+        if (!box->layout())
+            new QVBoxLayout(box);
+        widget->setObjectName(name);
+        box->layout()->addWidget(widget);
+        return widget;
+    }
+
     Morvex::SharedPtr<Morvex::Object> find(const QString &name)
     {
         return inspector.findObject(name, nullptr);
     }
 
-    /// The error text. What was answered is in `answer`.
+    /// The error text. What was answered is in `lastAnswer`.
     QString call(const char *function, const char *object, const QVariantList &arguments = {})
     {
         QString error;
         const auto found = inspector.findObject(object, &error);
         if (!found)
             return error;
-        answer = inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
+        lastAnswer =
+            inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
         return error;
     }
     QString click(const char *object, const QVariantList &place = {})
@@ -53,7 +67,7 @@ protected:
     }
 
     QWidget window;
-    QVariant answer;
+    QVariant lastAnswer;
     Backend backend;
     Morvex::Inspector &inspector = backend.inspector();
 };
