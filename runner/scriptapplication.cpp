@@ -5,6 +5,7 @@
 #include "qtbackend/turneventloop.h"
 #include "remote/remoteapplication.h"
 #include "remote/remoteinspector.h"
+#include "runner/environmentfile.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
@@ -107,6 +108,7 @@ QString ScriptApplication::startProgram(const QStringList &command)
     RemoteApplication::Start start;
     start.command = command;
     start.prefix = installationPrefix();
+    start.keptVariables = setVariables();
     start.idle = [] { turnEventLoop(0); };
     QString error;
     m_program = RemoteApplication::start(start, &error);

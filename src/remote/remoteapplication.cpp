@@ -65,9 +65,11 @@ QString RemoteApplication::Private::launch(const Start &start)
     if (!offer->error().isEmpty())
         return offer->error();
     const QString agentDirectory = start.prefix + QLatin1String("/lib/agent");
+    QProcessEnvironment environment = agentEnvironment(agentDirectory, *offer);
+    makePrivate(&environment, directory, start.keptVariables);
     process = std::make_unique<WatchedProcess>(agentDirectory + QLatin1String("/morvexwatcher"),
                                                directory, start.command, start.workingDirectory,
-                                               applicationEnvironment(agentDirectory, *offer));
+                                               environment);
     return process->error();
 }
 

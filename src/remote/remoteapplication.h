@@ -24,6 +24,9 @@ public:
         QStringList command;
         /// Empty for that of this process.
         QString workingDirectory;
+        /// Variables of this process that are the application's too, though it would have a value
+        /// of its own for them: it has a home, settings and a session of its own.
+        QStringList keptVariables;
         /// The directory of the installation, with the agent in its lib/agent.
         QString prefix;
         /// How long to wait for it, in milliseconds.

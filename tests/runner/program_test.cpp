@@ -55,6 +55,25 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
         << lines[3].toStdString();
 }
 
+TEST_F(ProgramTest, AProgramHasAHomeOfItsOwnUnlessTheRunSaysOtherwise)
+{
+    const QByteArray script = "application.start('/bin/sh', '-c', 'echo $HOME $XDG_RUNTIME_DIR '\n"
+                              "    + '$XDG_CONFIG_HOME > homes; touch $HOME/here; exec '\n"
+                              "    + '" MORVEX_INVENTORY_PROGRAM "');\n"
+                              "var homes = file.read('homes').trim().split(' ');\n"
+                              "log.info(homes.map(function (path) {\n"
+                              "    return path.replace(/.*morvex-....../, '*'); }), homes[0]);\n";
+    const QString home = QFileInfo(runner.suitePath()).path();
+    runner.environment.insert("XDG_CONFIG_HOME", "/of/the/user");
+    const QStringList lines = results(script);
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines[0].startsWith("LOG [\"*/home\",\"*/run\"]|")) << lines[0].toStdString();
+    EXPECT_FALSE(QFile::exists(lines[0].section('|', 1) + "/here"));
+    EXPECT_EQ(results(script, {"--envvar", "HOME=" + home}),
+              QStringList("LOG [\"" + home + "\",\"*/run\"]|" + home));
+    EXPECT_TRUE(QFile::exists(home + "/here"));
+}
+
 TEST_F(ProgramTest, NothingOutlivesATestCaseHoweverItEnds)
 {
     const QDir dir(QFileInfo(runner.suitePath()).path());
