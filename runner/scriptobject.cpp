@@ -115,6 +115,13 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
 
 SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 {
+    // To ask first whether the object exists would take as long as to ask for the property.
+    MissingProperty missing;
+    const SharedPtr<Object> object = steps.isEmpty() || !Inspector::self()
+                                         ? SharedPtr<Object>()
+                                         : followProperties(m_object, steps, &missing);
+    if (object)
+        return object;
     if (!exists()) {
         const QString reason = whyNoAnswer();
         fail(!m_object           ? m_error
@@ -122,11 +129,11 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
                                  : QStringLiteral("the object no longer exists"));
         return {};
     }
-    MissingProperty missing;
-    const SharedPtr<Object> object = followProperties(m_object, steps, &missing);
-    if (!object && !whyNoAnswer().isEmpty())
+    if (steps.isEmpty())
+        return m_object;
+    if (!whyNoAnswer().isEmpty())
         fail(whyNoAnswer());
-    else if (!object)
+    else
         fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
                             : QStringLiteral("there is no property '%1'").arg(missing.name));
     return object;
