@@ -2,7 +2,9 @@
 // against the plain evaluation of the same pairs of elements.
 
 #include "ratio.h"
-#include "shared/titancmp.h"
+#include "test/titanvp.h"
+
+#include <QDomDocument>
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -15,6 +17,7 @@ namespace {
 
 using Id = BrowserElement::Id;
 using Checks = QMap<QString, TitanPropertyCheck>;
+using PropertiesOf = const QMap<QString, QString> &(BrowserElement::*)() const;
 
 const int elementCount = 5000;
 const int fanOut = 12;
@@ -81,20 +84,51 @@ struct Comparison
     {
         build(&stored, shape);
         build(&live, shape);
-        addChecks(&stored);
+        addChecks();
     }
 
-    void addChecks(const BrowserElement *parent)
+    void addChecks()
     {
+        readChecks(&BrowserElement::identifyingProperties, &identifying);
+        readChecks(&BrowserElement::properties, &content);
+        readChecks(nullptr, &geometry);
+    }
+
+    // As they come from the file of a point. Those of the geometry when there is no function.
+    void readChecks(PropertiesOf propertiesOf, TitanPropertyChecksOfElements *checks)
+    {
+        QDomDocument document;
+        QDomElement check = document.createElement(QStringLiteral("check"));
+        document.appendChild(check);
+        addChecks(&stored, propertiesOf, &check);
+        visualVpVerifyProperties(check, checks);
+    }
+
+    static void addChecks(const BrowserElement *parent, PropertiesOf propertiesOf,
+                          QDomElement *check)
+    {
+        const QStringList geometryNames{text("x"), text("y"), text("width"), text("height")};
         for (const BrowserElement *element : parent->children()) {
-            for (const QString &name : element->identifyingProperties().keys())
-                identifying[element->id()][name] = {};
-            for (const QString &name : element->properties().keys())
-                content[element->id()][text(name.toLatin1())] = {};
-            for (const char *name : {"x", "y", "width", "height"})
-                geometry[element->id()][QLatin1String(name)] = {};
-            addChecks(element);
+            const QStringList names =
+                propertiesOf ? QStringList((element->*propertiesOf)().keys()) : geometryNames;
+            if (!names.isEmpty())
+                check->appendChild(verification(*element, names, check->ownerDocument()));
+            addChecks(element, propertiesOf, check);
         }
+    }
+
+    static QDomElement verification(const BrowserElement &element, const QStringList &names,
+                                    QDomDocument document)
+    {
+        QDomElement result = document.createElement(QStringLiteral("PropertyVerification"));
+        result.setAttribute(QStringLiteral("element-id"), text(element.id().toString().toLatin1()));
+        for (const QString &name : names) {
+            QDomElement property = document.createElement(QStringLiteral("VerifyProperty"));
+            property.setAttribute(QStringLiteral("name"), text(name.toLatin1()));
+            property.setAttribute(QStringLiteral("type"), QStringLiteral("equal"));
+            result.appendChild(property);
+        }
+        return result;
     }
 
     bool run()
@@ -168,7 +202,7 @@ struct PlainEvaluation
 void equalTrees(benchmark::State &state)
 {
     Comparison comparison({8, true});
-    MorvexBenchmark::Ratio ratio;
+    MorvexBenchmark::Ratio ratio(MorvexBenchmark::computedSecondsOf);
     for (auto _ : state) {
         state.SetIterationTime(ratio.measure(
             [&] {
@@ -191,7 +225,7 @@ void changedAndShuffledTrees(benchmark::State &state)
     std::mt19937 random(11);
     change(&comparison.live, random);
     long long pairs = 0;
-    MorvexBenchmark::Ratio ratio;
+    MorvexBenchmark::Ratio ratio(MorvexBenchmark::computedSecondsOf);
     for (auto _ : state) {
         state.SetIterationTime(ratio.measure(
             [&] {

@@ -20,12 +20,15 @@ endif()
 # The build tree is a runnable prefix: bin/morvexrunner, lib, etc.
 set(MORVEX_BUILD_PREFIX "${PROJECT_BINARY_DIR}/prefix")
 
-add_library(morvex_settings INTERFACE)
-target_compile_options(morvex_settings INTERFACE
+# What gets into other programs has no more than these.
+add_library(morvex_plain_settings INTERFACE)
+target_compile_options(morvex_plain_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
     # Qt's own logging macros.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     $<$<BOOL:${MORVEX_WARNINGS_AS_ERRORS}>:-Werror>)
+add_library(morvex_settings INTERFACE)
+target_link_libraries(morvex_settings INTERFACE morvex_plain_settings)
 
 if(MORVEX_SANITIZE)
     list(JOIN MORVEX_SANITIZE "," sanitizers)

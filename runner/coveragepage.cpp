@@ -21,10 +21,16 @@ body { font: 15px/1.5 system-ui, sans-serif; max-width: 60rem; margin: 2rem auto
 ul { list-style: none; padding-left: 1.5rem; margin: 0; }
 summary { cursor: pointer; }
 .class { opacity: .7; font-size: .85em; }
+body > ul { padding-left: 0; }
+.never, .used { white-space: nowrap; }
 .never { font-weight: bold; }
 .never::before { content: "\25CB  "; }
 .used::before { content: "\25CF  "; }
 meter { width: 8rem; vertical-align: middle; }
+@media (max-width: 30rem) {
+    ul { padding-left: 1rem; }
+    meter { width: 5rem; }
+}
 </style>
 </head>
 <body>

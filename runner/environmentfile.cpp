@@ -6,10 +6,21 @@
 #include <QFileInfo>
 
 namespace Morvex {
+namespace {
+
+QStringList namesOfSetVariables;
+
+} // namespace
+
+QStringList setVariables()
+{
+    return namesOfSetVariables;
+}
 
 void setEnvironmentVariable(const QString &assignment)
 {
     const int equals = assignment.indexOf(QLatin1Char('='));
+    namesOfSetVariables += assignment.left(equals);
     Environment::setVariable(assignment.left(equals).toStdString(),
                              assignment.mid(equals + 1).toStdString());
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace Morvex {
 
@@ -11,5 +12,8 @@ namespace Morvex {
 
 /// Sets the variable of "NAME=VALUE".
 void setEnvironmentVariable(const QString &assignment);
+
+/// The names of those that were set so.
+QStringList setVariables();
 
 } // namespace Morvex

@@ -3,6 +3,9 @@
 #include "qtbackend/applicationplugin.h"
 #include "qtbackend/qtinspector.h"
 #include "qtbackend/turneventloop.h"
+#include "remote/remoteapplication.h"
+#include "remote/remoteinspector.h"
+#include "runner/environmentfile.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
@@ -13,24 +16,31 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
+#include <QLibrary>
 #include <QPluginLoader>
+#include <QStandardPaths>
 
 namespace Morvex {
 namespace {
 
 const int waitStepMs = 20;
 
+QString installationPrefix()
+{
+    return QString::fromStdString(Environment::getVariable("MORVEX_PREFIX"));
+}
+
 } // namespace
 
 ScriptApplication::ScriptApplication(const QStringList &searchDirs)
     : m_searchDirs(searchDirs)
 {
-    const QString prefix = QString::fromStdString(Environment::getVariable("MORVEX_PREFIX"));
-    m_searchDirs += prefix + QLatin1String("/lib/applications");
+    m_searchDirs += installationPrefix() + QLatin1String("/lib/applications");
 }
 
 ScriptApplication::~ScriptApplication()
 {
+    m_beforeStop = nullptr;
     stop();
 }
 
@@ -50,13 +60,34 @@ QString ScriptApplication::start(const QStringList &command)
 {
     if (command.isEmpty())
         return QStringLiteral("no application was named");
-    if (m_running)
+    // One that has ended by itself may be started again.
+    if (m_program && !m_program->isRunning())
+        m_program.reset();
+    if (isRunning())
         return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
-    const QString path = pluginPath(name);
+    const QString path = pathOf(name);
     if (path.isEmpty())
-        return QStringLiteral("there is no application '%1' in %2")
+        return QStringLiteral("there is no application '%1' in %2, and no program of that name in "
+                              "PATH")
             .arg(name, m_searchDirs.join(QLatin1String(", ")));
+    QString error;
+    if (QLibrary::isLibrary(path))
+        error = startPlugin(path, command.mid(1));
+    else if (QFileInfo(path).isExecutable())
+        error = startProgram(QStringList{path} + command.mid(1));
+    else
+        error = QStringLiteral("'%1' is neither a plugin nor a program that may be run").arg(path);
+    if (!error.isEmpty())
+        return error;
+    m_wasStarted = true;
+    Inspector::install(inspector());
+    startUsageCount();
+    return {};
+}
+
+QString ScriptApplication::startPlugin(const QString &path, const QStringList &arguments)
+{
     prepare();
     // Never unloaded: the object model keeps descriptions of the application's classes.
     QPluginLoader loader(path);
@@ -64,15 +95,34 @@ QString ScriptApplication::start(const QStringList &command)
     if (!plugin)
         return loader.isLoaded() ? QStringLiteral("'%1' is a plugin of another kind").arg(path)
                                  : loader.errorString();
-    if (!m_inspector) {
+    if (!m_inspector)
         m_inspector = std::make_unique<QtInspector>();
-        Inspector::install(m_inspector.get());
-        startUsageCount();
-    }
-    const QString error = plugin->start(command.mid(1));
+    const QString error = plugin->start(arguments);
     if (error.isEmpty())
         m_running = plugin;
     return error;
+}
+
+QString ScriptApplication::startProgram(const QStringList &command)
+{
+    RemoteApplication::Start start;
+    start.command = command;
+    start.prefix = installationPrefix();
+    start.keptVariables = setVariables();
+    start.idle = [] { turnEventLoop(0); };
+    QString error;
+    m_program = RemoteApplication::start(start, &error);
+    return error;
+}
+
+bool ScriptApplication::isRunning() const
+{
+    return m_running || m_program;
+}
+
+Inspector *ScriptApplication::inspector() const
+{
+    return m_program ? static_cast<Inspector *>(m_program->inspector()) : m_inspector.get();
 }
 
 void ScriptApplication::prepare()
@@ -82,6 +132,9 @@ void ScriptApplication::prepare()
 
 void ScriptApplication::stop()
 {
+    if (m_program && m_beforeStop)
+        m_beforeStop();
+    m_program.reset();
     if (!m_running)
         return;
     m_running->stop();
@@ -93,9 +146,9 @@ bool ScriptApplication::waitUntilRunning(int timeout)
 {
     QElapsedTimer timer;
     timer.start();
-    while (!m_running && timer.elapsed() < timeout)
+    while (!isRunning() && timer.elapsed() < timeout)
         turnEventLoop(waitStepMs);
-    return m_running;
+    return isRunning();
 }
 
 QObject *ScriptApplication::find(const QString &name, int timeout)
@@ -109,8 +162,8 @@ SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QS
 {
     QString reason = whyNotFindable();
     const SharedPtr<Object> found =
-        reason.isEmpty() ? m_inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
-    if (!found && m_running && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
+        reason.isEmpty() ? inspector()->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
+    if (!found && isRunning() && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
         reason += QStringLiteral(" The file '%1' does not exist.").arg(m_missingObjectMap);
     if (error)
         *error = reason;
@@ -120,13 +173,14 @@ SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QS
 // Why nothing can be found; empty while an application runs.
 QString ScriptApplication::whyNotFindable() const
 {
-    if (m_running)
+    if (isRunning())
         return {};
-    return m_inspector ? QStringLiteral("the application has been stopped")
-                       : QStringLiteral("no application was started");
+    return m_wasStarted ? QStringLiteral("the application has been stopped")
+                        : QStringLiteral("no application was started");
 }
 
-QString ScriptApplication::pluginPath(const QString &name) const
+// Empty when there is none.
+QString ScriptApplication::pathOf(const QString &name) const
 {
     for (const QString &dir : m_searchDirs) {
         for (const char *suffix : {"", ".so"}) {
@@ -135,7 +189,7 @@ QString ScriptApplication::pluginPath(const QString &name) const
                 return path;
         }
     }
-    return {};
+    return name.contains(QLatin1Char('/')) ? QString() : QStandardPaths::findExecutable(name);
 }
 
 } // namespace Morvex

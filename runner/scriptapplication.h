@@ -7,15 +7,18 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace Morvex {
 
 class ApplicationPlugin;
+class Inspector;
 class QtInspector;
+class RemoteApplication;
 
-/// The application under test of a test case, started inside this process. It is stopped at the
-/// end of this object's life.
+/// The application under test of a test case: a program in a process of its own, or a plugin inside
+/// this process. It is stopped at the end of this object's life.
 class ScriptApplication : public QObject
 {
     Q_OBJECT
@@ -29,12 +32,16 @@ public:
     /// say so. Returns an error text, empty on success.
     [[nodiscard]] QString loadObjectMap(const QString &fileName);
 
+    /// @p callback is called before a script stops a program, which takes with it what it knows of
+    /// its use; not at the end of this object's life.
+    void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
+
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
     SharedPtr<Object> object(const QString &name, int timeout, QString *error) const;
 
-    /// A name and arguments. The name is the path of a plugin or that of one of the installation.
-    /// Returns an error text, empty on success.
+    /// A name and arguments. The name is the path of a plugin or a program, or the name of a plugin
+    /// of the installation or of a program found by PATH. Returns an error text, empty on success.
     [[nodiscard]] Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
     /// Makes a start possible from within the handling of an event, too.
@@ -48,7 +55,11 @@ public:
     Q_INVOKABLE QObject *find(const QString &name, int timeout);
 
 private:
-    QString pluginPath(const QString &name) const;
+    QString pathOf(const QString &name) const;
+    QString startPlugin(const QString &path, const QStringList &arguments);
+    QString startProgram(const QStringList &command);
+    bool isRunning() const;
+    Inspector *inspector() const;
     QString whyNotFindable() const;
 
     QStringList m_searchDirs;
@@ -57,6 +68,9 @@ private:
     QString m_missingObjectMap;
     std::unique_ptr<QtInspector> m_inspector;
     ApplicationPlugin *m_running = nullptr;
+    std::unique_ptr<RemoteApplication> m_program;
+    bool m_wasStarted = false;
+    std::function<void()> m_beforeStop;
 };
 
 } // namespace Morvex

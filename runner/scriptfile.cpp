@@ -21,8 +21,7 @@ ScriptFile readScriptFile(const QString &path)
     return {QString(),
             QStringLiteral("'%1' has a zero byte in line %2. It is damaged, or its text is not "
                            "UTF-8.")
-                .arg(path)
-                .arg(line),
+                .arg(path, QString::number(line)),
             line};
 }
 

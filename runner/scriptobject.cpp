@@ -4,8 +4,8 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
 #include "objectmodel/propertypath.h"
+#include "objectmodel/value/wholenumber.h"
 #include "qtbackend/turneventloop.h"
-#include "qtbackend/wholenumber.h"
 
 #include <QElapsedTimer>
 #include <QJSEngine>
@@ -69,6 +69,12 @@ bool isTaken(const QVariant &wanted, const Object &object)
                : QString();
 }
 
+// Empty while the application answers.
+QString whyNoAnswer()
+{
+    return Inspector::self() ? Inspector::self()->failure() : QString();
+}
+
 } // namespace
 
 ScriptObject::ScriptObject(const QString &name, const SharedPtr<Object> &object,
@@ -109,13 +115,25 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
 
 SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 {
+    // To ask first whether the object exists would take as long as to ask for the property.
+    MissingProperty missing;
+    const SharedPtr<Object> object = steps.isEmpty() || !Inspector::self()
+                                         ? SharedPtr<Object>()
+                                         : followProperties(m_object, steps, &missing);
+    if (object)
+        return object;
     if (!exists()) {
-        fail(m_object ? QStringLiteral("the object no longer exists") : m_error);
+        const QString reason = whyNoAnswer();
+        fail(!m_object           ? m_error
+             : !reason.isEmpty() ? reason
+                                 : QStringLiteral("the object no longer exists"));
         return {};
     }
-    MissingProperty missing;
-    const SharedPtr<Object> object = followProperties(m_object, steps, &missing);
-    if (!object)
+    if (steps.isEmpty())
+        return m_object;
+    if (!whyNoAnswer().isEmpty())
+        fail(whyNoAnswer());
+    else
         fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
                             : QStringLiteral("there is no property '%1'").arg(missing.name));
     return object;

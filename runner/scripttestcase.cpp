@@ -83,6 +83,10 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
         addError(LineInfo(path, 0), error);
         return;
     }
+    const auto keepUsage = [this] {
+        attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
+    };
+    application.setBeforeStop(keepUsage);
     ScriptVerification verification(&engine, &application, result(),
                                     ScriptRunner(result(), path, m_options.resultDir), searchDirs);
     ScriptApi api(&engine,
@@ -97,7 +101,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     api.install(&application, &verification);
     const ScriptEngine::Outcome outcome = engine.run(program, path);
     keepPromises();
-    attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
+    keepUsage();
     if (!outcome.hasThrown)
         return;
     std::vector<LineInfo> stack = outcome.stack;

@@ -46,8 +46,11 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
     const QByteArray xml = usageXml(&error);
     if (xml.isEmpty())
         return error;
-    const QString name = QStringLiteral("%1_%2.xml")
-                             .arg(testCase, QString::number(QCoreApplication::applicationPid()));
+    // A test case may use several applications.
+    static int count = 0;
+    const QString name = QStringLiteral("%1_%2_%3.xml")
+                             .arg(testCase, QString::number(QCoreApplication::applicationPid()),
+                                  QString::number(++count));
     error = writeFile(xml, QDir(coverageDir()).filePath(name));
     if (!error.isEmpty() || resultDir.isEmpty())
         return error;

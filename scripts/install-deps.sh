@@ -10,7 +10,7 @@ run=(
 tests=(
     bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
     libjsoncpp-dev libxml2-dev libxml2-utils openssl python3-openpyxl python3-websockets
-    python3-xlsxwriter python3-xlwt unzip
+    python3-xlsxwriter python3-xlwt speedcrunch unzip
     zip
 )
 # A node of any other origin will do.

@@ -28,4 +28,9 @@ SharedPtr<Object> Inspector::findObject(const QString &name, QString *error)
     return waitForObject(name, 0, error);
 }
 
+QString Inspector::failure() const
+{
+    return {};
+}
+
 } // namespace Morvex

@@ -52,6 +52,10 @@ public:
     /// then has a text.
     virtual QVariant callFunction(const QString &name, const QVariantList &arguments,
                                   QString *error) = 0;
+
+    /// Why the application no longer answers; empty while it does. Null objects and values
+    /// then say nothing about what was asked for.
+    virtual QString failure() const;
 };
 
 } // namespace Morvex

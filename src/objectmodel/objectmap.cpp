@@ -13,7 +13,7 @@ QString unusedName(const QString &wanted, const QMap<QString, ObjectName> &names
 {
     QString name = wanted;
     for (int number = 2; names.contains(name); ++number)
-        name = QStringLiteral("%1_%2").arg(wanted).arg(number);
+        name = QStringLiteral("%1_%2").arg(wanted, QString::number(number));
     return name;
 }
 

@@ -68,7 +68,7 @@ private:
 
     bool fail(const QString &what)
     {
-        m_error = QStringLiteral("%1, at character %2").arg(what).arg(m_position + 1);
+        m_error = QStringLiteral("%1, at character %2").arg(what, QString::number(m_position + 1));
         return false;
     }
 

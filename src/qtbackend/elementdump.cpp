@@ -1,5 +1,6 @@
 #include "qtbackend/elementdump.h"
 
+#include "objectmodel/value/valueobject.h"
 #include "qtbackend/elementfilter.h"
 #include "qtbackend/identification.h"
 #include "qtbackend/nameresolver.h"
@@ -7,7 +8,6 @@
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/shownproperties.h"
 #include "qtbackend/standardtypes.h"
-#include "qtbackend/valueobject.h"
 #include "shared/uiabstraction/uielement.h"
 
 #include <QAction>

@@ -1,9 +1,9 @@
 #include "qtbackend/modelmethods.h"
 
+#include "objectmodel/value/valueobject.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
-#include "qtbackend/valueobject.h"
 
 #include <QAbstractItemView>
 
@@ -47,7 +47,7 @@ public:
     {
     }
 
-    const TableRange &range() const { return m_range; }
+    const ModelTableRange &range() const { return m_range; }
 
 private:
     ModelTableRange m_range;
@@ -103,9 +103,8 @@ ModelClass::Method contentAsXmlMethod(QtModel &model)
         const auto *range = dynamic_cast<const RangeObject *>(self.data());
         if (!range || !toInts(arguments, &flags) || flags.size() > 1)
             return false;
-        const int all = TableRange::TextContent | TableRange::BackgroundColorContent;
-        *result = model.wrapValue(QString::fromStdString(
-            range->range().contentAsXml(flags.empty() ? all : flags.front())));
+        const int all = ModelTableRange::TextContent | ModelTableRange::BackgroundColorContent;
+        *result = model.wrapValue(range->range().contentAsXml(flags.empty() ? all : flags.front()));
         return true;
     };
 }

@@ -5,35 +5,50 @@
 #include <QAbstractItemView>
 #include <QBrush>
 #include <QHeaderView>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
 
-// XML has no way to write the others, not even as references.
-QString withoutForbiddenCharacters(QString text)
+// Readers take a line break that is not written as a reference for a blank. The other control
+// characters have no form in XML, not even as references.
+void writeText(QXmlStreamWriter &writer, const QString &text)
 {
-    for (QChar &character : text) {
+    QString plain;
+    for (const QChar character : text) {
         const ushort code = character.unicode();
-        const bool isControl = code < 0x20 && code != '\t' && code != '\n' && code != '\r';
-        if (isControl || code == 0xfffe || code == 0xffff)
-            character = QChar::ReplacementCharacter;
+        if (code == '\t' || code == '\n' || code == '\r') {
+            writer.writeCharacters(plain);
+            writer.writeEntityReference(QStringLiteral("#%1").arg(code));
+            plain.clear();
+        } else {
+            const bool isForbidden = code < 0x20 || code == 0xfffe || code == 0xffff;
+            plain += isForbidden ? QChar(QChar::ReplacementCharacter) : character;
+        }
     }
-    return text;
+    writer.writeCharacters(plain);
+}
+
+std::vector<int> part(const std::vector<int> &shown, int first, int end)
+{
+    if (first < 0 || end < 0)
+        return shown;
+    const auto count = static_cast<int>(shown.size());
+    const int from = std::min(first, count);
+    const int to = std::max(from, std::min(end, count));
+    return {shown.begin() + from, shown.begin() + to};
 }
 
 } // namespace
 
 ModelTableRange::ModelTableRange(QAbstractItemView *view, int firstRow, int endRow, int firstColumn,
                                  int endColumn)
-    : TableRange(firstRow, endRow, firstColumn, endColumn)
-    , m_view(view)
-    , m_rows(shownRows(view))
-    , m_columns(shownColumns(view))
+    : m_view(view)
+    , m_rows(part(shownRows(view), firstRow, endRow))
+    , m_columns(part(shownColumns(view), firstColumn, endColumn))
 {
-    const auto rows = static_cast<int>(m_rows.size());
-    const auto columns = static_cast<int>(m_columns.size());
-    setRange(qMin(firstRow, rows), qMin(endRow, rows), qMin(firstColumn, columns),
-             qMin(endColumn, columns));
 }
 
 bool ModelTableRange::isTable(const QObject *object)
@@ -42,44 +57,56 @@ bool ModelTableRange::isTable(const QObject *object)
            !qobject_cast<const QHeaderView *>(object);
 }
 
-int ModelTableRange::tableRowCount() const
+QString ModelTableRange::contentAsXml(int flags) const
 {
-    return static_cast<int>(m_rows.size());
+    if (flags == 0)
+        return {};
+    QByteArray xml;
+    QXmlStreamWriter writer(&xml);
+    writer.writeStartDocument();
+    writer.writeStartElement(QStringLiteral("table"));
+    if (flags & TextContent)
+        writer.writeAttribute(QStringLiteral("hasText"), QStringLiteral("1"));
+    if (flags & BackgroundColorContent)
+        writer.writeAttribute(QStringLiteral("hasBackgroundColor"), QStringLiteral("1"));
+    for (const int row : m_rows) {
+        writer.writeStartElement(QStringLiteral("row"));
+        for (const int column : m_columns)
+            writeCell(writer, row, column, flags);
+        writer.writeEndElement();
+    }
+    writer.writeEndDocument();
+    return QString::fromUtf8(xml);
 }
 
-int ModelTableRange::tableColumnCount() const
+void ModelTableRange::writeCell(QXmlStreamWriter &writer, int row, int column, int flags) const
 {
-    return static_cast<int>(m_columns.size());
+    writer.writeStartElement(QStringLiteral("cell"));
+    if (flags & TextContent) {
+        writer.writeStartElement(QStringLiteral("text"));
+        writeText(writer, data(row, column, Qt::DisplayRole).toString());
+        writer.writeEndElement();
+    }
+    const QColor color = flags & BackgroundColorContent ? backgroundColor(row, column) : QColor();
+    if (color.isValid() && color.rgba() != 0)
+        writer.writeTextElement(QStringLiteral("backgroundColor"),
+                                color.name(QColor::HexArgb).toUpper());
+    writer.writeEndElement();
 }
 
 QVariant ModelTableRange::data(int row, int column, int role) const
 {
-    const bool isInside =
-        row >= 0 && row < tableRowCount() && column >= 0 && column < tableColumnCount();
-    if (!isInside || !m_view || !m_view->model())
-        return {};
-    return m_view->model()
-        ->index(m_rows[static_cast<std::size_t>(row)], m_columns[static_cast<std::size_t>(column)],
-                m_view->rootIndex())
-        .data(role);
+    return m_view && m_view->model()
+               ? m_view->model()->index(row, column, m_view->rootIndex()).data(role)
+               : QVariant();
 }
 
-TableRange::Color ModelTableRange::tableBackgroundColor(int row, int column) const
+// Invalid for none.
+QColor ModelTableRange::backgroundColor(int row, int column) const
 {
     const QVariant background = data(row, column, Qt::BackgroundRole);
-    if (!background.canConvert<QBrush>())
-        return {};
-    const QBrush brush = background.value<QBrush>();
-    if (brush.style() == Qt::NoBrush)
-        return {};
-    const QColor color = brush.color();
-    return {quint8(color.alpha()), quint8(color.red()), quint8(color.green()),
-            quint8(color.blue())};
-}
-
-std::string ModelTableRange::tableText(int row, int column) const
-{
-    return withoutForbiddenCharacters(data(row, column, Qt::DisplayRole).toString()).toStdString();
+    const QBrush brush = background.canConvert<QBrush>() ? background.value<QBrush>() : QBrush();
+    return brush.style() == Qt::NoBrush ? QColor() : brush.color();
 }
 
 } // namespace Morvex

@@ -188,14 +188,10 @@ QString NameResolver::describeFailure(const ObjectName &name, const NameConditio
     const std::size_t occurrence = occurrenceOf(name);
     if (occurrence > 0)
         return QStringLiteral("There are %1 objects like %2, none of which is number %3.")
-            .arg(found.size())
-            .arg(name.qualifiedName())
-            .arg(occurrence);
+            .arg(QString::number(found.size()), name.qualifiedName(), QString::number(occurrence));
     if (!found.empty())
         return QStringLiteral("%1 fits %2 objects: %3.")
-            .arg(name.qualifiedName())
-            .arg(found.size())
-            .arg(describeFitting(found));
+            .arg(name.qualifiedName(), QString::number(found.size()), describeFitting(found));
     const QString text = QStringLiteral("There is no object %1.").arg(name.qualifiedName());
     const QString closest = describeClosest(m_model, conditions);
     return closest.isEmpty() ? text : QStringLiteral("%1 Closest: %2.").arg(text, closest);

@@ -1,9 +1,10 @@
 #include "qtbackend/pictures.h"
 
+#include "qtbackend/restinglook.h"
 #include "qtbackend/turneventloop.h"
 #include "shared/imageequality.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QPointer>
@@ -51,24 +52,6 @@ QImage paintWindows(const QRect &area, const std::vector<QObject *> &objects)
     return image;
 }
 
-// While it lives, fields that have the focus show their cursor.
-class SteadyCursor
-{
-public:
-    SteadyCursor()
-        : m_flashTime(QApplication::cursorFlashTime())
-    {
-        QApplication::setCursorFlashTime(0);
-    }
-    ~SteadyCursor() { QApplication::setCursorFlashTime(m_flashTime); }
-
-    SteadyCursor(const SteadyCursor &) = delete;
-    SteadyCursor &operator=(const SteadyCursor &) = delete;
-
-private:
-    int m_flashTime;
-};
-
 } // namespace
 
 QImage grabWidget(QObject *object)
@@ -79,7 +62,7 @@ QImage grabWidget(QObject *object)
 
 QImage paintWidget(QWidget *widget)
 {
-    const SteadyCursor steadyCursor;
+    const RestingLook restingLook(widget);
     QImage image(widget->size(), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull())
         return {};

@@ -14,8 +14,8 @@ namespace Morvex {
 /// A picture of a widget as it is now, hidden ones included. Null for what is not a widget.
 QImage grabWidget(QObject *object);
 
-/// The same with a pixel for each unit of the widget's coordinates, whatever the screen. The text
-/// cursor of fields doesn't blink in it.
+/// The same with a pixel for each unit of the widget's coordinates, whatever the screen, and as it
+/// looks without the focus, a text cursor or the mouse above it, in the active window.
 QImage paintWidget(QWidget *widget);
 
 /// The picture of grabWidget once @p delay, in milliseconds, is over, with the place of its pixels

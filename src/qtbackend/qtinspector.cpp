@@ -8,6 +8,7 @@
 #include "qtbackend/nameresolver.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/turneventloop.h"
+#include "qtbackend/userinput.h"
 
 #include <QElapsedTimer>
 #include <QMap>
@@ -53,6 +54,31 @@ QtInspector::QtInspector()
 }
 
 QtInspector::~QtInspector() = default;
+
+SharedPtr<Object> QtInspector::lookUp(const QString &name, QString *error)
+{
+    return d->model.wrap(NameResolver(d->model).find(name, error));
+}
+
+SharedPtr<Object> QtInspector::objectOf(int id, const Class *seenAs)
+{
+    return SharedPtr<Object>(new LiveObject(d->model, id, seenAs));
+}
+
+bool QtInspector::isLive(const Object &object) const
+{
+    return dynamic_cast<const LiveObject *>(&object);
+}
+
+SharedPtr<Object> QtInspector::wrapValue(const QVariant &value)
+{
+    return d->model.wrapValue(value);
+}
+
+bool QtInspector::activateWindowOf(int id)
+{
+    return activateForInput(d->model.registry().object(id));
+}
 
 SharedPtr<Object> QtInspector::makeInt(int value)
 {

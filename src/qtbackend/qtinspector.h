@@ -30,6 +30,20 @@ public:
     QVariant callFunction(const QString &name, const QVariantList &arguments,
                           QString *error) override;
 
+    // For the agent, which must not turn the event loop of the application that it is in.
+
+    /// One look at the objects as they are now; otherwise as waitForObject.
+    SharedPtr<Object> lookUp(const QString &name, QString *error);
+    /// The object of that id, which may no longer exist, seen as one of @p seenAs unless that is
+    /// null.
+    SharedPtr<Object> objectOf(int id, const Class *seenAs);
+    bool isLive(const Object &object) const;
+    /// Null for an invalid value.
+    SharedPtr<Object> wrapValue(const QVariant &value);
+    /// Whether input to the object has to wait because its window is not the active one. Asks for
+    /// that. False for what can't be used at all.
+    bool activateWindowOf(int id);
+
 private:
     struct Private;
     std::unique_ptr<Private> d;

@@ -1,9 +1,9 @@
 #include "qtbackend/qtmodel.h"
 
+#include "objectmodel/value/valueobject.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/usagecounter.h"
-#include "qtbackend/valueobject.h"
 
 #include <QAbstractItemView>
 #include <QAction>

@@ -15,10 +15,19 @@ void handleEvents(QEventLoop::ProcessEventsFlags flags)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
+bool isHeld = false;
+
 } // namespace
+
+void setEventLoopHeld(bool held)
+{
+    isHeld = held;
+}
 
 void turnEventLoop(int milliseconds)
 {
+    if (isHeld)
+        return;
     QTimer alarm;
     alarm.setSingleShot(true);
     alarm.setTimerType(Qt::PreciseTimer);

@@ -9,4 +9,8 @@ namespace Morvex {
 /// given its own event loop. Called in the main thread.
 MORVEX_QTBACKEND_EXPORT void turnEventLoop(int milliseconds);
 
+/// While held, turnEventLoop does nothing: the event loop is that of an application that has one
+/// running. Not held at first. Called in the main thread.
+MORVEX_QTBACKEND_EXPORT void setEventLoopHeld(bool held);
+
 } // namespace Morvex

@@ -212,6 +212,15 @@ QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKi
     return error;
 }
 
+bool activateForInput(QObject *object)
+{
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget || !whyBlocked(widget).isEmpty() || widget->isActiveWindow())
+        return false;
+    widget->activateWindow();
+    return true;
+}
+
 QString typeText(QObject *object, const QString &text)
 {
     std::vector<TypedKey> keys;
@@ -228,7 +237,8 @@ QString typeText(QObject *object, const QString &text)
         error =
             widget ? whyBlockedWhileTyping(widget) : QStringLiteral("the widget no longer exists");
         if (!error.isEmpty())
-            return QStringLiteral("%1, after %2 of %3 keys").arg(error).arg(typed).arg(keys.size());
+            return QStringLiteral("%1, after %2 of %3 keys")
+                .arg(error, QString::number(typed), QString::number(keys.size()));
         pressKey(widget, keys[typed]);
     }
     turnEventLoop(0);

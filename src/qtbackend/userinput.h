@@ -20,6 +20,10 @@ enum class ClickKind { Single, Double };
 [[nodiscard]] QString clickObject(QObject *object, const std::optional<QPoint> &place,
                                   ClickKind kind = ClickKind::Single);
 
+/// Whether input to the object has to wait until its window is active, for which it asks then.
+/// False for an object that can't be used, and for null.
+bool activateForInput(QObject *object);
+
 /// Types a text with the keyboard, beginning in the widget: keys go where the focus is. "<Return>",
 /// "<Ctrl+A>" and the like are keys; "<<" is "<".
 [[nodiscard]] QString typeText(QObject *object, const QString &text);

@@ -102,8 +102,7 @@ std::optional<VPResult> readVersion(const QString &name, const QDomElement &root
         QStringLiteral("Unsupported version in verification point file '%1'.").arg(name),
         QStringLiteral(
             "Verification point version %1 is greater than the maximum supported version %2")
-            .arg(text)
-            .arg(maxVersion));
+            .arg(text, QString::number(maxVersion)));
 }
 
 VPResult lastResult(VPResult::Summary summary, const VPCall &call)

@@ -1,5 +1,5 @@
 #include "objectmodel/objectmap.h"
-#include "qtbackend/qtinspector.h"
+#include "qtbackend/inspectortest.h"
 #include "shared/browserelement.h"
 #include "shared/requestdumpobject.h"
 #include "support/environmentguard.h"
@@ -10,7 +10,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
@@ -18,36 +17,17 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
-#include <QVBoxLayout>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;
 
 namespace {
 
-class ElementDumpTest : public testing::Test
+class ElementDumpTest : public InspectorTest
 {
 protected:
-    ElementDumpTest()
-    {
-        Inspector::install(&inspector);
-        window.setObjectName("window");
-        auto *content = new QWidget;
-        new QVBoxLayout(content);
-        window.setCentralWidget(content);
-    }
-
+    ElementDumpTest() { Inspector::install(&inspector); }
     ~ElementDumpTest() override { ObjectMap::install(nullptr); }
-
-    template <typename Widget>
-    Widget *add(Widget *widget, const char *name)
-    {
-        widget->setObjectName(name);
-        window.centralWidget()->layout()->addWidget(widget);
-        return widget;
-    }
 
     // With the filters of an installation.
     const BrowserElement *snapshot(const QByteArray &extraFilter = {})
@@ -82,8 +62,6 @@ protected:
     EnvironmentGuard prefix{"MORVEX_PREFIX", MORVEX_TEST_PREFIX};
     QTemporaryDir dir;
     EnvironmentGuard settings{"MORVEX_USER_SETTINGS_DIR", QFile::encodeName(dir.path())};
-    QtInspector inspector;
-    QMainWindow window;
     BrowserElement root{nullptr, "live"};
     QString error;
 };
@@ -92,7 +70,7 @@ protected:
 
 TEST_F(ElementDumpTest, ElementsAreWhatUsersSee)
 {
-    window.menuBar()->addMenu("&File")->menuAction()->setObjectName("file");
+    add(new QMenuBar, "bar")->addMenu("&File")->menuAction()->setObjectName("file");
     auto *tabs = add(new QTabWidget, "tabs");
     tabs->addTab(new QLabel("one"), "First");
     tabs->addTab(new QLabel("two"), "Second");
@@ -167,10 +145,7 @@ TEST_F(ElementDumpTest, TheLastRuleThatFitsWins)
 {
     auto *outer = add(new QWidget, "outer");
     outer->setContentsMargins(7, 7, 7, 7);
-    auto *layout = new QVBoxLayout(outer);
-    auto *spin = new QSpinBox;
-    spin->setObjectName("spin");
-    layout->addWidget(spin);
+    add(new QSpinBox, "spin", outer);
     const auto filter = [](const char *rules) {
         return QByteArray("<elementfilter version='1'>") + rules + "</elementfilter>";
     };
@@ -206,7 +181,7 @@ TEST_F(ElementDumpTest, TheLastRuleThatFitsWins)
 
 TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
 {
-    const SharedPtr<Object> object = inspector.findObject("{name='window'}", nullptr);
+    const SharedPtr<Object> object = find("{name='window'}");
     const struct
     {
         const char *filter;
@@ -230,15 +205,14 @@ TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
         EXPECT_TRUE(requestObjectSnapshot(object, filter, &error).isEmpty());
         EXPECT_TRUE(error.startsWith("Filter 2, line 1, column ")) << error.toStdString();
     }
-    inspector.findObject("{name='window'}", nullptr);
-    window.centralWidget()->addAction(new QAction("Act", window.centralWidget()));
+    window.addAction(new QAction("Act", &window));
     EXPECT_TRUE(requestObjectSnapshot("{text='Act'}", {}, &error).isEmpty());
     EXPECT_EQ(error, "The object is not a widget");
 }
 
 TEST_F(ElementDumpTest, SnapshotsNeedTheirFiltersAndObjects)
 {
-    const SharedPtr<Object> object = inspector.findObject("{name='window'}", nullptr);
+    const SharedPtr<Object> object = find("{name='window'}");
     const QByteArray extra = "<elementfilter version='1'/>";
     const EnvironmentGuard empty("MORVEX_PREFIX", QFile::encodeName(dir.filePath("prefix")));
     const auto errorOf = [this](const QByteArray &dump) {

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "qtbackend/qtinspector.h"
+#include "support/backend.h"
 
+#include <QVBoxLayout>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
 namespace MorvexTest {
 
-/// A window whose parts are used through an inspector.
+/// A window whose parts are used through an inspector, of each backend in turn.
 class InspectorTest : public testing::Test
 {
 protected:
@@ -28,19 +29,32 @@ protected:
         return widget;
     }
 
+    /// Adds @p widget below the others in the layout of @p parent, or of the window.
+    template <typename Widget>
+    Widget *add(Widget *widget, const char *name, QWidget *parent = nullptr)
+    {
+        QWidget *box = parent ? parent : &window;
+        if (!box->layout())
+            new QVBoxLayout(box);
+        widget->setObjectName(name);
+        box->layout()->addWidget(widget);
+        return widget;
+    }
+
     Morvex::SharedPtr<Morvex::Object> find(const QString &name)
     {
         return inspector.findObject(name, nullptr);
     }
 
-    /// The error text. What was answered is in `answer`.
+    /// The error text. What was answered is in `lastAnswer`.
     QString call(const char *function, const char *object, const QVariantList &arguments = {})
     {
         QString error;
         const auto found = inspector.findObject(object, &error);
         if (!found)
             return error;
-        answer = inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
+        lastAnswer =
+            inspector.callFunction(function, QVariantList{found->id()} + arguments, &error);
         return error;
     }
     QString click(const char *object, const QVariantList &place = {})
@@ -53,8 +67,9 @@ protected:
     }
 
     QWidget window;
-    QVariant answer;
-    Morvex::QtInspector inspector;
+    QVariant lastAnswer;
+    Backend backend;
+    Morvex::Inspector &inspector = backend.inspector();
 };
 
 } // namespace MorvexTest

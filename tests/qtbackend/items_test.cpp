@@ -51,7 +51,7 @@ protected:
     QString ask(const char *function, const char *object, const QVariantList &arguments)
     {
         const QString error = call(function, object, arguments);
-        return error.isEmpty() ? answer.toString() : error;
+        return error.isEmpty() ? lastAnswer.toString() : error;
     }
 
     QString use(const char *object, const char *action, const QVariantList &selector)

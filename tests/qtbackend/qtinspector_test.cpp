@@ -20,7 +20,6 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 #include <climits>
 #include <limits>
@@ -46,13 +45,9 @@ class QtInspectorTest : public MorvexTest::InspectorTest
 protected:
     QtInspectorTest()
     {
-        auto *layout = new QVBoxLayout(&window);
-        const std::pair<QWidget *, const char *> parts[] = {
-            {&button, "button"}, {&edit, "edit"}, {&table, "table"}};
-        for (const auto &part : parts) {
-            part.first->setObjectName(part.second);
-            layout->addWidget(part.first);
-        }
+        add(&button, "button");
+        add(&edit, "edit");
+        add(&table, "table");
         action.setObjectName("action");
         QObject::connect(&button, &QPushButton::clicked, &window, [this] { ++clicks; });
         QObject::connect(&action, &QAction::triggered, &window, [this] { ++clicks; });
@@ -116,28 +111,6 @@ TEST_F(QtInspectorTest, PropertiesThatTheApplicationAddsBelongToTheirObject)
 
 TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
 {
-    const struct
-    {
-        SharedPtr<Object> a, b;
-        bool isEqual;
-    } rows[] = {
-        {inspector.makeInt(1), inspector.makeDouble(1), true},
-        {inspector.makeInt(1), inspector.makeString("1"), true},
-        {inspector.makeString("1"), inspector.makeInt(1), false},
-        {inspector.makeBool(true), inspector.makeInt(1), false},
-        {inspector.makeBool(true), inspector.makeString("true"), true},
-        {inspector.makeDouble(0.1), inspector.makeString("0.1"), true},
-        {inspector.makeString("a"), inspector.makeString("A"), false},
-        {inspector.makeInt(1), SharedPtr<Object>(), false},
-        {find("button"), find("button"), true},
-        {find("button"), find("edit"), false},
-    };
-    for (const auto &row : rows)
-        EXPECT_EQ(row.a->compare(row.b), row.isEqual) << row.a->valueText().toStdString();
-}
-
-TEST_F(QtInspectorTest, NumbersOfAllTypesAreComparedByTheirValueAndShownAsNumbers)
-{
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const struct
     {
@@ -146,6 +119,12 @@ TEST_F(QtInspectorTest, NumbersOfAllTypesAreComparedByTheirValueAndShownAsNumber
         bool isEqual;
         const char *text;
     } rows[] = {
+        {1, 1.0, true, "1"},
+        {1, "1", true, "1"},
+        {"1", 1, false, "1"},
+        {true, 1, false, "true"},
+        {true, "true", true, "true"},
+        {"a", "A", false, "a"},
         {nan, 1.0, false, "nan"},
         {1.0, nan, false, "1"},
         {nan, 7, false, "nan"},
@@ -173,7 +152,10 @@ TEST_F(QtInspectorTest, NumbersOfAllTypesAreComparedByTheirValueAndShownAsNumber
         EXPECT_EQ(value->compare(valueOf("other", row.other)), row.isEqual) << row.text;
         EXPECT_EQ(value->valueText(), row.text);
         EXPECT_TRUE(value->compare(inspector.makeString(row.text))) << row.text;
+        EXPECT_FALSE(value->compare(SharedPtr<Object>())) << row.text;
     }
+    EXPECT_TRUE(object->compare(find("button")));
+    EXPECT_FALSE(object->compare(find("edit")));
 }
 
 TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
@@ -182,7 +164,10 @@ TEST_F(QtInspectorTest, ValuesWithoutATextEqualNoText)
     for (const char *name : {"sizePolicy", "palette", "cursor", "icon", "locale"}) {
         const SharedPtr<Object> value = object->objectClass()->property(name)->get(object);
         ASSERT_TRUE(value) << name;
-        EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
+        // Of another process there is no value of such a type.
+        if (!MorvexTest::Backend::isRemote()) {
+            EXPECT_EQ(value->valueText(), QString("(%1)").arg(value->value().typeName()));
+        }
         EXPECT_TRUE(value->compare(value)) << name;
         for (const SharedPtr<Object> &text :
              {inspector.makeString(""), inspector.makeString(value->valueText().toUtf8())}) {
@@ -305,27 +290,12 @@ TEST_F(QtInspectorTest, ClicksReachTheObjectOrSayWhyNot)
     EXPECT_EQ(clicks, 3);
 }
 
-TEST_F(QtInspectorTest, TypingSendsCharactersAndNamedKeys)
-{
-    EXPECT_EQ(type("edit", "aBc<<<Backspace>"), QString());
-    EXPECT_EQ(edit.text(), "aBc");
-    EXPECT_EQ(type("edit", "<Ctrl+A>x<Home>y"), QString());
-    EXPECT_EQ(edit.text(), "yx");
-    for (const char *known : {"<PageDown>", "<PgDown>", "<Ctrl+PageUp>", "<Ctrl++>", "<escape>"})
-        EXPECT_EQ(type("edit", known), QString()) << known;
-    EXPECT_EQ(type("edit", "z<Nonsense>"),
-              "'<Nonsense>' is not a key name; \"<\" is typed by \"<<\"");
-    EXPECT_EQ(type("edit", "<Shift+PageDwon>").section(';', 0, 0),
-              "'<Shift+PageDwon>' is not a key name (did you mean '<Shift+PageDown>'?)");
-    EXPECT_EQ(edit.text(), "yx");
-}
-
 TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
 {
     window.move(30, 40);
-    const QVariant answer =
+    const QVariant reply =
         inspector.callFunction("grabObjectScreenshot", {find("window")->id(), 0, 1}, nullptr);
-    const Screenshot picture = Screenshot::fromVariant(answer);
+    const Screenshot picture = Screenshot::fromVariant(reply);
     EXPECT_EQ(picture.size(), window.size());
     EXPECT_EQ(picture.imageToNative(QPoint(1, 2)), window.mapToGlobal(QPoint(1, 2)));
     EXPECT_FALSE(
@@ -341,8 +311,8 @@ TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowLiesAbove)
         widget->show();
     };
     const auto colour = [this] {
-        const QVariant answer = inspector.callFunction("desktopScreenshot", {}, nullptr);
-        return Screenshot::fromVariant(answer).pixelColor(120, 120);
+        const QVariant reply = inspector.callFunction("desktopScreenshot", {}, nullptr);
+        return Screenshot::fromVariant(reply).pixelColor(120, 120);
     };
     for (auto &made : windows)
         made = std::make_unique<QWidget>();
@@ -361,9 +331,9 @@ TEST_F(QtInspectorTest, WaitingGoesOnWhenTheApplicationHasEndedItsEventLoop)
 {
     QCoreApplication::quit();
     QTimer::singleShot(10, &window, [this] { window.resize(321, 234); });
-    const QVariant answer =
+    const QVariant reply =
         inspector.callFunction("grabObjectScreenshot", {find("window")->id(), 0, 100}, nullptr);
-    EXPECT_EQ(Screenshot::fromVariant(answer).size(), QSize(321, 234));
+    EXPECT_EQ(Screenshot::fromVariant(reply).size(), QSize(321, 234));
     // A loop that ends by itself lets the other tests have theirs again.
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QCoreApplication::exec();

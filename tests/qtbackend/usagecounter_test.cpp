@@ -12,7 +12,6 @@
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTabBar>
-#include <QVBoxLayout>
 
 #include <memory>
 
@@ -24,16 +23,6 @@ namespace {
 class UsageCounterTest : public MorvexTest::InspectorTest
 {
 protected:
-    UsageCounterTest() { new QVBoxLayout(&window); }
-
-    template <typename Widget>
-    Widget *add(Widget *widget, const char *name, QWidget *parent = nullptr)
-    {
-        widget->setObjectName(name);
-        (parent ? parent : &window)->layout()->addWidget(widget);
-        return widget;
-    }
-
     void start() { inspector.callFunction("countUsage", {}, nullptr); }
 
     void click(const char *object) { EXPECT_EQ(InspectorTest::click(object), QString()); }
@@ -55,8 +44,8 @@ protected:
     // "class/class: event count" of all elements.
     QStringList usage()
     {
-        const QByteArray answer = inspector.callFunction("dumpUsage", {}, nullptr).toByteArray();
-        const QList<UIElement *> windows = UIElement::elementsFromByteArray(answer.mid(1));
+        const QByteArray dump = inspector.callFunction("dumpUsage", {}, nullptr).toByteArray();
+        const QList<UIElement *> windows = UIElement::elementsFromByteArray(dump.mid(1));
         QStringList lines;
         for (const UIElement *element : windows)
             collect(element, {}, &lines);
@@ -70,7 +59,6 @@ protected:
 TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
 {
     auto *group = add(new QGroupBox("Options"), "group");
-    new QVBoxLayout(group);
     add(new QPushButton("One"), "one", group);
     group->layout()->addWidget(new QPushButton("Two"));
     add(new QLabel("Label"), "label", group);
@@ -120,7 +108,6 @@ TEST_F(UsageCounterTest, ElementsStayAndGoOnInLaterWidgets)
         // Made, used and deleted, as applications do with dialogs.
         QDialog dialog(&window);
         dialog.setObjectName("dialog");
-        new QVBoxLayout(&dialog);
         add(new QPushButton("Ok"), "ok", &dialog);
         dialog.show();
         click("ok");
@@ -130,7 +117,6 @@ TEST_F(UsageCounterTest, ElementsStayAndGoOnInLaterWidgets)
     }
     QDialog neverShown;
     neverShown.setObjectName("other");
-    new QVBoxLayout(&neverShown);
     add(new QPushButton("Never"), "never", &neverShown);
     EXPECT_EQ(usage(), (QStringList{"QDialog \"dialog\"/QPushButton \"ok\": click 2",
                                     "QDialog \"dialog\"/QPushButton \"late\": click 2",

@@ -32,8 +32,18 @@ QByteArray statePoint(const QByteArray &text, const QByteArray &more = "")
 
 } // namespace
 
+/// The application is a plugin; with MORVEX_TEST_APPLICATION=program it is the same one as a
+/// program.
 class ApplicationTest : public ScriptFixture
 {
+protected:
+    QStringList results(QByteArray script, const QStringList &options = {})
+    {
+        if (qgetenv("MORVEX_TEST_APPLICATION") == "program")
+            script.replace("start('inventory'", "start('" MORVEX_INVENTORY_PROGRAM "'")
+                .replace(MORVEX_AWKWARD_PLUGIN, MORVEX_AWKWARD_PROGRAM);
+        return ScriptFixture::results(script, options);
+    }
 };
 
 TEST_F(ApplicationTest, ScriptsUseAnApplication)
@@ -91,7 +101,8 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {"find('name', 0).get('text')", "Error: no application was started"},
         {"application.start('nothing')", "Error: application.start: there is no application "
                                          "'nothing' in "},
-        {"application.start('script.js')", "script.js' is not an ELF object"},
+        {"application.start('script.js')",
+         "script.js' is neither a plugin nor a program that may be run"},
         {"application.start()", "Error: application.start: no application was named"},
         {start + "application.start('inventory')", "an application is already running"},
         {start + "find('nothing', 0).click()", "Error: There is no object {name='nothing'}."},

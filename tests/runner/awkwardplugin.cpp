@@ -1,5 +1,6 @@
 #include "awkwardplugin.h"
 
+#include <QCoreApplication>
 #include <QDialog>
 #include <QPushButton>
 #include <QTimer>
@@ -31,6 +32,10 @@ AwkwardWindow::AwkwardWindow()
     addButton("fork", &AwkwardWindow::forkAndEnd);
     addButton("print", &AwkwardWindow::printLine);
     addButton("exec", &AwkwardWindow::execDialog);
+    addButton("crash", &AwkwardWindow::crash);
+    addButton("leave", &AwkwardWindow::leaveProcess);
+    addButton("quit", &AwkwardWindow::quit);
+    addButton("sleep", &AwkwardWindow::sleep);
 }
 
 void AwkwardWindow::setLevel(int level)
@@ -72,7 +77,39 @@ void AwkwardWindow::printLine()
 void AwkwardWindow::execDialog()
 {
     QDialog dialog(this);
+    dialog.setObjectName("dialog");
+    QPushButton closeButton("close", &dialog);
+    closeButton.setObjectName("close");
+    connect(&closeButton, &QPushButton::clicked, &dialog, &QDialog::accept);
     dialog.exec();
+}
+
+void AwkwardWindow::crash()
+{
+    ::signal(SIGSEGV, SIG_DFL);
+    ::raise(SIGSEGV);
+}
+
+// One that has nothing to do with this one any more.
+void AwkwardWindow::leaveProcess()
+{
+    m_child = ::fork();
+    if (m_child == 0) {
+        ::setsid();
+        ::signal(SIGTERM, SIG_IGN);
+        for (;;)
+            ::pause();
+    }
+}
+
+void AwkwardWindow::quit()
+{
+    QCoreApplication::quit();
+}
+
+void AwkwardWindow::sleep()
+{
+    ::sleep(1);
 }
 
 QString AwkwardPlugin::start(const QStringList &arguments)

@@ -18,6 +18,7 @@ class AwkwardWindow : public QWidget
     Q_PROPERTY(qulonglong hugeNumber READ hugeNumber CONSTANT)
     Q_PROPERTY(float floatNumber READ floatNumber CONSTANT)
     Q_PROPERTY(int level READ level WRITE setLevel)
+    Q_PROPERTY(int child READ child)
 
 public:
     AwkwardWindow();
@@ -29,6 +30,8 @@ public:
     long longNumber() const { return 5000000000; }
     qulonglong hugeNumber() const { return 6000000000; }
     int level() const { return m_level; }
+    /// The process that the button has left.
+    int child() const { return m_child; }
     /// Takes effect when the event loop turns.
     void setLevel(int level);
 
@@ -38,8 +41,13 @@ private:
     void forkAndEnd();
     void printLine();
     void execDialog();
+    void crash();
+    void leaveProcess();
+    void quit();
+    void sleep();
 
     int m_level = 0;
+    int m_child = 0;
 };
 
 class AwkwardPlugin : public QObject, public Morvex::ApplicationPlugin

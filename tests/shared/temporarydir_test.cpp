@@ -30,8 +30,9 @@ TEST(TemporaryDirTest, ANameThatIsTakenIsPassedOver)
 TEST(TemporaryDirTest, ErrorsNameTheParent)
 {
     const QTemporaryDir parent;
-    const TemporaryDir missing(parent.filePath("no/t_"));
+    TemporaryDir missing(parent.filePath("no/t_"));
     EXPECT_FALSE(missing.isValid());
+    EXPECT_FALSE(missing.remove());
     EXPECT_EQ(missing.errorString(), QStringLiteral("Cannot create temporary directory, parent "
                                                     "directory \"%1\" does not exist.")
                                          .arg(parent.filePath("no")));
@@ -50,15 +51,6 @@ TEST(TemporaryDirTest, OnlyAutoRemoveTakesTheDirectoryAway)
         dir.reset();
         EXPECT_EQ(QFileInfo::exists(path), !autoRemove);
     }
-}
-
-TEST(TemporaryDirTest, RemovingTwiceIsNoFailure)
-{
-    TemporaryDir dir;
-    EXPECT_TRUE(dir.remove());
-    EXPECT_TRUE(dir.remove());
-    TemporaryDir invalid("/no/such/parent/t_");
-    EXPECT_FALSE(invalid.remove());
 }
 
 TEST(RemoveDirRecursivelyTest, WhatALinkPointsToStays)
@@ -124,14 +116,4 @@ TEST(CopyDirectoryTest, EachFailureHasItsText)
         EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), nullptr,
                                    KeepExistingFile));
     }
-}
-
-TEST(TempFileTest, TheFileCanBeWrittenAndRead)
-{
-    std::FILE *file = tempFile();
-    ASSERT_TRUE(file);
-    std::fputs("x", file);
-    std::rewind(file);
-    EXPECT_EQ(std::fgetc(file), 'x');
-    std::fclose(file);
 }

@@ -53,12 +53,14 @@ std::unique_ptr<TestDataRecord> recordOf(const QStringList &values, TestDataSet 
 
 } // namespace
 
-TEST_F(DelimitedFileTest, HowLinesAndFieldsAreCut)
+TEST_F(DelimitedFileTest, HowLinesAndFieldsAreCutByTheSeparatorThatAllLinesHaveMostOf)
 {
+    const Rows noSet = {{"no set"}};
     const struct
     {
         QByteArray text;
         Rows rows;
+        const char *name = "data.csv";
     } cases[] = {
         {"a,b\n1,2\n", {{"a", "b"}, {"1", "2"}}},
         {"a,b\r\n1,2", {{"a", "b"}, {"1", "2"}}},
@@ -86,37 +88,23 @@ TEST_F(DelimitedFileTest, HowLinesAndFieldsAreCut)
          {{QString::fromUtf8("gr\u00fcn\ufffd"), QString::fromUtf8("\U0001f600")}}},
         {QByteArray("a,\0b\n", 5), {{"a", QString(1, QChar(0)) + "b"}}},
         {"\xff\xfe" + QByteArray("a\0,\0b\0\n\0", 8), {{"a", "b"}}},
-    };
-    for (const auto &row : cases)
-        EXPECT_EQ(rows(row.text), row.rows) << row.text.toStdString();
-}
-
-TEST_F(DelimitedFileTest, TheSeparatorIsTheOneThatAllLinesHaveMostOf)
-{
-    const Rows noSet = {{"no set"}};
-    const struct
-    {
-        const char *name;
-        QByteArray text;
-        Rows rows;
-    } cases[] = {
-        {"a.txt", "a;b\n1,2;3\n", {{"a", "b"}, {"1,2", "3"}}},
-        {"a.txt", "a,b;c\n", {{"a", "b;c"}}},
-        {"a.txt", "a,b\tc\n", {{"a", "b\tc"}}},
-        {"a.txt", "a\tb;c\n", {{"a\tb", "c"}}},
-        {"a.txt", "a,b;c\td\te\n", {{"a,b;c", "d", "e"}}},
-        {"a.txt",
-         ",,,\tx\n,,,\tx\n,,,,\tx\n,\n",
-         {{",,,", "x"}, {",,,", "x"}, {",,,,", "x"}, {","}}},
-        {"a.txt", "a;b\n\n1,2\n", {{"a", "b"}}},
-        {"a.txt", "\";\",b\n1,\";;\"\n", {{";", "b"}, {"1", ";;"}}},
-        {"a.txt", "a\nb\n", noSet},
-        {"a.txt", "", noSet},
-        {"A.XLS", "a,b\n", {{"a", "b"}}},
-        {"a.csv", "a\nb\n", {{"a"}, {"b"}}},
-        {"a.csv", "a;b\n1;2\n", {{"a", "b"}, {"1", "2"}}},
-        {"a.tsv", "a;b\tc\n", {{"a;b", "c"}}},
-        {"a.tsv", "", {{"1"}}},
+        {"a;b\n1,2;3\n", {{"a", "b"}, {"1,2", "3"}}, "a.txt"},
+        {"a,b;c\n", {{"a", "b;c"}}, "a.txt"},
+        {"a,b\tc\n", {{"a", "b\tc"}}, "a.txt"},
+        {"a\tb;c\n", {{"a\tb", "c"}}, "a.txt"},
+        {"a,b;c\td\te\n", {{"a,b;c", "d", "e"}}, "a.txt"},
+        {",,,\tx\n,,,\tx\n,,,,\tx\n,\n",
+         {{",,,", "x"}, {",,,", "x"}, {",,,,", "x"}, {","}},
+         "a.txt"},
+        {"a;b\n\n1,2\n", {{"a", "b"}}, "a.txt"},
+        {"\";\",b\n1,\";;\"\n", {{";", "b"}, {"1", ";;"}}, "a.txt"},
+        {"a\nb\n", noSet, "a.txt"},
+        {"", noSet, "a.txt"},
+        {"a,b\n", {{"a", "b"}}, "A.XLS"},
+        {"a\nb\n", {{"a"}, {"b"}}},
+        {"a;b\n1;2\n", {{"a", "b"}, {"1", "2"}}},
+        {"a;b\tc\n", {{"a;b", "c"}}, "a.tsv"},
+        {"", {{"1"}}, "a.tsv"},
     };
     for (const auto &row : cases)
         EXPECT_EQ(rows(row.text, row.name), row.rows) << row.name << row.text.toStdString();
@@ -130,8 +118,6 @@ TEST_F(DelimitedFileTest, ARowOfAnotherLengthIsReportedAndKept)
         "Warning: inconsistent format in " + dir.filePath("data.csv").toStdString();
     EXPECT_EQ(warnings, start + " (line 2): Expected 2 fields. Got 1.\n" + start +
                             " (line 3): Expected 2 fields. Got 3.\n");
-    EXPECT_EQ(read("a,b\n1,2\n3,4\n")->record(1)->index(), 1);
-    EXPECT_EQ(read("a,b\n")->header()->index(), -1);
 }
 
 TEST_F(DelimitedFileTest, AFileThatCannotBeReadIsReportedApartFromAnEmptyOne)
@@ -154,20 +140,11 @@ TEST_F(DelimitedFileTest, AFileThatCannotBeReadIsReportedApartFromAnEmptyOne)
     EXPECT_EQ(read("")->errorText(), "");
 }
 
-TEST_F(DelimitedFileTest, AFieldOfFiftyMegabytesIsOneField)
-{
-    const int size = 50 * 1000 * 1000;
-    const auto set = read("a,b\n\"" + QByteArray(size, 'x') + "\"\"y\",z\n");
-    ASSERT_EQ(set->count(), 1);
-    EXPECT_EQ(set->record(0)->valueAsString("a").size(), size + 2);
-    EXPECT_EQ(set->record(0)->valueAsString("b"), "z");
-}
-
-TEST_F(DelimitedFileTest, QuotesAndCharactersAreFollowedAcrossThePiecesAFileIsReadIn)
+TEST_F(DelimitedFileTest, LongFieldsQuotesAndCharactersAreFollowedAcrossThePiecesAFileIsReadIn)
 {
     const int pieceSize = 1024 * 1024;
     for (int shift = 0; shift < 4; ++shift) {
-        const QByteArray pad(pieceSize - 6 + shift, 'x');
+        const QByteArray pad(10 * pieceSize - 6 + shift, 'x');
         EXPECT_EQ(rows("a,b\n" + pad + ",\"\"\"\n\"\"\"\r\n3,4"),
                   (Rows{{"a", "b"}, {pad, "\"\n\""}, {"3", "4"}}))
             << shift;

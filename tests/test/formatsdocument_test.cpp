@@ -32,7 +32,8 @@ TEST(FormatsDocument, SaysOfEachFormatWhatTheTableOfFormatsDoes)
         EXPECT_EQ(line.contains("is left alone"), freeName);
         const bool isDirectory = keyword.target == TestReportGeneratorFactory::Directory;
         EXPECT_EQ(line.contains(", a directory |"), isDirectory);
-        if (keyword.traits.testFlag(TestReportGeneratorFactory::Grows))
+        if (keyword.traits.testFlag(TestReportGeneratorFactory::Grows)) {
             EXPECT_FALSE(line.contains("at the end"));
+        }
     }
 }

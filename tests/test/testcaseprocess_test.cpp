@@ -59,32 +59,6 @@ TEST(TestCaseProcessTest, CodesOfAChildsEnd)
     EXPECT_EQ(runFake("[ \"$MORVEX_NOREPORTSUMMARY\" = 1 ] && exit 9"), 9);
 }
 
-TEST(TestCaseProcessTest, TheReportOptionStandsBehindTheTestCase)
-{
-    const struct
-    {
-        QStringList given;
-        int position;
-    } rows[] = {
-        {{"--host", "h", "--testcase", "tst", "--scriptargs", "a b"}, 4},
-        {{"--host", "h"}, 1},
-        {{}, 0},
-    };
-    for (const auto &row : rows) {
-        const FakeRunner runner("exit 0");
-        TestResult result(new RecordingGenerator);
-        TestCaseProcess::run(row.given, 0, 0, &result);
-        QStringList arguments = runner.arguments();
-        ASSERT_EQ(arguments.size(), row.given.size() + 2);
-        EXPECT_EQ(arguments.takeAt(row.position), "--reportgen");
-        const QString socket = arguments.takeAt(row.position);
-        EXPECT_EQ(socket.indexOf("raw,/"), 0);
-        EXPECT_TRUE(socket.endsWith(
-            QString("/morvexrunner_report_%1").arg(QCoreApplication::applicationPid())));
-        EXPECT_EQ(arguments, row.given);
-    }
-}
-
 TEST(TestCaseProcessTest, WhatTheChildStartedEndsWithItsTimeout)
 {
     QTemporaryDir dir;

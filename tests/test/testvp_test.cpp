@@ -4,8 +4,10 @@
 #include "support/filesizelimit.h"
 #include "support/verification.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QLabel>
+#include <QTableWidget>
 #include <QTextCodec>
 
 using namespace Morvex;
@@ -18,6 +20,19 @@ QByteArray textCheck(const QByteArray &text, const QByteArray &object = "label",
 {
     return "<Verification object='" + object + "' property='text' type='string' " + more +
            "><base64EncodedValue>" + text.toBase64() + "</base64EncodedValue></Verification>";
+}
+
+QByteArray tableCheck(const QByteArray &cell)
+{
+    return "<Verification object='table'><table hasText='1'><row><cell><text>" + cell +
+           "</text></cell></row></table></Verification>";
+}
+
+QByteArray pictureCheck(const QImage &image)
+{
+    QBuffer png;
+    image.save(&png, "PNG");
+    return "<Verification object='label' type='PNG'>" + png.data().toBase64() + "</Verification>";
 }
 
 // An application side that gives the same answer to all calls.
@@ -143,32 +158,64 @@ TEST_F(TestVPTest, AResolverExcusesFilesWithSeveralObjects)
               VPResult::SummaryPassed);
 }
 
-TEST_F(TestVPTest, OutcomesAndExpectationsGiveTheirResults)
+TEST_F(TestVPTest, OutcomesAndExpectationsOfEachTypeGiveTheirResults)
 {
+    QTableWidget table(1, 1);
+    table.setObjectName("table");
+    table.setItem(0, 0, new QTableWidgetItem(" 1 "));
+    const QImage shown = label.grab().toImage();
     const struct
     {
-        const char *text;
+        TestResult::VPType type;
+        const char *root;
+        QByteArray body;
+        QByteArray otherBody;
+        const char *name;
+    } kinds[] = {
+        {TestResult::PROPERTY_VP, "ObjectProperties", textCheck("old"), textCheck("new"),
+         "Object property comparison of 'label.text' "},
+        {TestResult::TABLE_VP, "Table", tableCheck(" [0-9] "), tableCheck("1"),
+         "Table Comparison of 'table' "},
+        {TestResult::SCREENSHOT_VP, "Screenshot", pictureCheck(shown),
+         pictureCheck(shown.copy(0, 0, 1, 1)), "Screenshot comparison of 'label' "},
+    };
+    const struct
+    {
+        bool isEqual;
         const char *xfail;
         bool expectFail;
         const char *type;
         VPResult::Summary summary;
     } rows[] = {
-        {"old", "", false, "PASS", VPResult::SummaryPassed},
-        {"new", "", false, "FAIL", VPResult::SummaryFailed},
-        {"new", "xfail='true'", false, "XFAIL", VPResult::SummaryPassed},
-        {"new", "xfail='yes'", false, "FAIL", VPResult::SummaryFailed},
-        {"new", "", true, "XFAIL", VPResult::SummaryPassed},
-        {"old", "xfail='true'", false, "XPASS", VPResult::SummaryFailed},
-        {"old", "", true, "XPASS", VPResult::SummaryFailed},
+        {true, "", false, "PASS", VPResult::SummaryPassed},
+        {false, "", false, "FAIL", VPResult::SummaryFailed},
+        {false, "xfail='true'", false, "XFAIL", VPResult::SummaryPassed},
+        {false, "xfail='yes'", false, "FAIL", VPResult::SummaryFailed},
+        {false, "", true, "XFAIL", VPResult::SummaryPassed},
+        {true, "xfail='true'", false, "XPASS", VPResult::SummaryFailed},
+        {true, "", true, "XPASS", VPResult::SummaryFailed},
     };
-    for (const auto &row : rows) {
-        expectFail = row.expectFail;
-        const VPResult result = verify(propertiesType, textCheck(row.text, "label", row.xfail));
-        EXPECT_EQ(result.summary(), row.summary) << row.text << row.xfail << row.expectFail;
-        const QStringList results = takeResults();
-        ASSERT_EQ(results.size(), 1);
-        EXPECT_EQ(results[0].section(' ', 0, 0), row.type);
-        EXPECT_EQ(results[0].section(' ', 1), result.message() + "|" + result.details());
+    for (const auto &kind : kinds) {
+        for (const auto &row : rows) {
+            // Tables take expectations from the caller alone.
+            if (*row.xfail && kind.type == TestResult::TABLE_VP)
+                continue;
+            SCOPED_TRACE(testing::Message() << kind.name << row.type << row.xfail);
+            expectFail = row.expectFail;
+            QByteArray body = row.isEqual ? kind.body : kind.otherBody;
+            body.replace("<Verification ", QByteArray("<Verification ") + row.xfail + ' ');
+            const VPResult result =
+                verify("version='5' type='" + QByteArray(kind.root) + "'", body);
+            EXPECT_EQ(result.summary(), row.summary);
+            const QStringList results = takeResults();
+            ASSERT_EQ(results.size(), 1);
+            EXPECT_EQ(results[0].section(' ', 0, 0), row.type);
+            EXPECT_TRUE(result.message().contains(kind.name)) << result.message().toStdString();
+            EXPECT_EQ(results[0].section(' ', 1), result.message() + "|" + result.details());
+            EXPECT_EQ(entries().back().vpType, kind.type);
+            EXPECT_EQ(entries().back().tableDiff.isEmpty(),
+                      row.isEqual || kind.type != TestResult::TABLE_VP);
+        }
     }
 }
 
@@ -285,6 +332,11 @@ TEST_F(TestVPTest, TheOptionsSayWhichResultsGetAPicture)
                   " (Screenshot in \"" + path(QString("suite/tst_a/") + row.file) + "\")");
         EXPECT_TRUE(QFile::exists(path(QString("suite/tst_a/") + row.file)));
     }
+    const QImage picture = label.grab().toImage();
+    const FileSizeLimit full(10);
+    EXPECT_EQ(TestVP::logScreenshot(&runner, TestResult::PASS, picture),
+              " (Invalid file path \"" + path("suite/tst_a/passedImages/passed_3.png") +
+                  "\" or unsupported image format)");
 }
 
 TEST_F(TestVPTest, AFailureLogsAPictureOfTheDesktopInTheResultDirectory)
@@ -339,15 +391,6 @@ TEST_F(TestVPTest, AnAnswerThatIsNoPictureIsReportedByItsKind)
         EXPECT_EQ(TestVP::logScreenshot(&runner, TestResult::PASS, QImage()),
                   " (Screenshot taken from the desktop is invalid)");
     }
-}
-
-TEST_F(TestVPTest, APictureThatCantBeStoredIsReportedInTheMessage)
-{
-    const QImage picture = label.grab().toImage();
-    const FileSizeLimit full(10);
-    EXPECT_EQ(TestVP::logScreenshot(&runner, TestResult::PASS, picture),
-              " (Invalid file path \"" + path("suite/tst_a/passedImages/passed_1.png") +
-                  "\" or unsupported image format)");
 }
 
 TEST(VerificationOptionsTest, AFlagIsSetWhenAllOfItsBitsAre)

@@ -9,6 +9,7 @@
 #include "test/verification/titanselectiondefaults.h"
 #include "test/webreport/visualtrees.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -29,7 +30,7 @@ namespace {
 const char passed[] = "PASS vp: Visual comparison of object 'form' passed|";
 const char failed[] = "FAIL vp: Visual comparison of object 'form' failed|";
 
-// Nested layouts, tabs, a table and a tree, in which nothing blinks.
+// Nested layouts, tabs, a table and a tree.
 struct Form
 {
     Form()
@@ -49,7 +50,6 @@ struct Form
         outer->addLayout(rows);
         outer->addWidget(tabs);
         outer->addWidget(button = new QPushButton("Order now"));
-        name->setFocusPolicy(Qt::NoFocus);
         mark = new QLabel("!", form);
         mark->setGeometry(380, 2, 10, 10);
         window.show();
@@ -113,6 +113,14 @@ TEST_F(TitanVPTest, ANewPointPassesWhereNothingButThePlaceOfTheWindowChanged)
         EXPECT_EQ(resultsOf(point), QStringList(passed));
     }
     Form again;
+    QApplication::setActiveWindow(&again.window);
+    again.button->setAttribute(Qt::WA_UnderMouse);
+    for (QWidget *focus : std::initializer_list<QWidget *>{again.name, again.table, again.button}) {
+        focus->setFocus();
+        EXPECT_EQ(resultsOf(point), QStringList(passed)) << focus->metaObject()->className();
+        EXPECT_TRUE(focus->hasFocus());
+    }
+    EXPECT_TRUE(again.button->underMouse());
     EXPECT_EQ(resultsOf(point), QStringList(passed));
     expectFail = true;
     EXPECT_EQ(verifyFile(point).summary(), VPResult::SummaryFailed);
@@ -149,32 +157,46 @@ TEST_F(TitanVPTest, EachKindOfChangeFailsWithItsOwnText)
     }
 }
 
-TEST_F(TitanVPTest, TheSnapshotOfAFailureIsStoredOnceAndNumbered)
+TEST_F(TitanVPTest, WhiteSpaceIsComparedAsItIs)
 {
+    const struct
+    {
+        const char *expected;
+        const char *actual;
+        bool isEqual;
+    } rows[] = {
+        {"a  b", "a b", false},    {"a\tb", "a b", false},
+        {"a\nb", "a b", false},    {" a\t", "a", false},
+        {"a\n\nb", "a\nb", false}, {"a\r\nb", "a\nb", false},
+        {"a\rb", "a\nb", false},   {" \t a \n\r\n \r", " \t a \n\r\n \r", true},
+        {" \n\t", "", true},
+    };
     Form form;
-    const QByteArray point = learn();
-    form.name->setText("else");
-    options.setRetryDuration(30);
-    const QString dir = path("suite/tst_a/failedSnapshots/");
-    for (const QString name : {"vp.xml_1.xml", "vp.xml_2.xml"}) {
-        EXPECT_EQ(resultsOf(point),
-                  QStringList(failed + QString("Content matching error(s) found.  Object snapshot "
-                                               "saved as '%1')")
-                                           .arg(dir + name)));
-        EXPECT_TRUE(readFile(dir + name).contains("<string>else</string>"));
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.expected);
+        // Nothing shows it beside a text.
+        form.name->setPlaceholderText(row.expected);
+        const QByteArray point = learn();
+        form.name->setPlaceholderText(row.actual);
+        EXPECT_EQ(resultsOf(point) == QStringList(passed), row.isEqual) << row.actual;
     }
-    EXPECT_EQ(QDir(dir).entryList(QDir::Files).size(), 2);
 }
 
-TEST_F(TitanVPTest, TheReportGetsBothTreesWithWhatDiffers)
+TEST_F(TitanVPTest, TheSnapshotOfAFailureIsStoredOnceAndTheReportGetsBothTreesWithWhatDiffers)
 {
     Form form;
     const QByteArray point = learn();
     form.name->setText("else");
     (new QPushButton("New", form.table->parentWidget()))->show();
-    takeResults();
-    verifyFile(point);
-    const QString snapshot = path("suite/tst_a/failedSnapshots/vp.xml_1.xml");
+    options.setRetryDuration(30);
+    const QString dir = path("suite/tst_a/failedSnapshots/");
+    for (const QString name : {"vp.xml_1.xml", "vp.xml_2.xml"}) {
+        EXPECT_TRUE(resultsOf(point).value(0).endsWith(
+            QString(" found.  Object snapshot saved as '%1')").arg(dir + name)));
+        EXPECT_TRUE(readFile(dir + name).contains("<string>else</string>"));
+    }
+    EXPECT_EQ(QDir(dir).entryList(QDir::Files).size(), 2);
+    const QString snapshot = dir + "vp.xml_1.xml";
     const auto trees = [&] {
         EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), snapshot));
         return readFile(snapshot + ".js");

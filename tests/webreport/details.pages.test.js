@@ -155,6 +155,38 @@ tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, 
         }
     });
 
+    test('A visual point that failed shows both trees with what differs', async () => {
+        const snapshot = 'suite/tst/failedSnapshots/form.xml_1.xml';
+        const failure = {
+            type: 'visualVerificationResult',
+            failedObjectDump: 'x-results:/' + snapshot,
+        };
+        const run = new RunBuilder('suite').testCase('tst', (one) => one.fail('Form', failure));
+        const directory = report(dataFile([run.finish()]));
+        const content = { kind: 'content', name: 'text', expected: '<b>', actual: 'a' };
+        const tree = (...children) => [{ name: 'Order', class: 'QGroupBox', children }];
+        const name = { name: 'Name', class: 'QLineEdit', differences: [content] };
+        const button = { name: 'New', class: 'QPushButton', differences: [{ kind: 'structure' }] };
+        const trees = { expected: tree(name), actual: tree(name, button) };
+        fs.mkdirSync(path.join(directory, path.dirname(snapshot)), { recursive: true });
+        fs.writeFileSync(
+            path.join(directory, snapshot + '.js'),
+            'morvexVisualTrees(' + JSON.stringify(trees) + ');',
+        );
+        const address = tools.fileAddress(directory, '#at=tst/!0');
+        await onPage(address, async (page) => {
+            const differing = (label) =>
+                texts(page, `.visualtrees section:has(h3:text-is("${label}")) .differs > div`);
+            const changed = 'Name QLineEditcontent, text: expected ‘<b>’, actual ‘a’';
+            await eventually(() => differing('Expected'), [changed]);
+            await eventually(() => differing('Actual'), [changed, 'New QPushButtonstructure, no counterpart']);
+        });
+        fs.rmSync(path.join(directory, snapshot + '.js'));
+        await onPage(address, (page) =>
+            page.getByText('The trees of this snapshot are not there.').waitFor(),
+        );
+    });
+
     test('Attachments and screenshots are links and thumbnails', () =>
         onShop('#run=3&at=tst_catalogue/!2', async (page) => {
             const thumbnail = () =>

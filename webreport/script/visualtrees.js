@@ -15,7 +15,8 @@
     const load = report.scriptBeside('morvexVisualTrees');
 
     function textOf({ kind, name, expected, actual }) {
-        if (kind === 'structure' || kind === 'picture') return kinds[kind];
+        if (kind === 'structure') return kinds[kind] + ', no counterpart';
+        if (kind === 'picture') return kinds[kind];
         return (
             kinds[kind] + ', ' + name + ': expected ‘' + expected + '’, actual ‘' + actual + '’'
         );

@@ -27,57 +27,73 @@ bool holds(const QString &name, const TitanPropertyCheck &check, const QRect &ex
     return name != QLatin1String("height") || isWithin(check, height(expected), height(actual));
 }
 
+// Goes on to a key, or to the next one above it. Most often the key is there, and equal ones are
+// told faster than a smaller one.
+template <typename Iterator>
+bool goTo(const QString &key, Iterator end, Iterator *position)
+{
+    for (; *position != end; ++*position) {
+        if (position->key() == key)
+            return true;
+        if (key < position->key())
+            return false;
+    }
+    return false;
+}
+
 } // namespace
 
-bool haveSameType(const BrowserElement &expected, const BrowserElement &actual)
-{
-    return expected.simplifiedType().isEmpty()
-               ? expected.className() == actual.className()
-               : expected.simplifiedType() == actual.simplifiedType();
-}
-
-bool isPattern(const TitanPropertyCheck &check)
-{
-    return check.mode == TitanPropertyCheck::Wildcard ||
-           check.mode == TitanPropertyCheck::RegularExpression;
-}
-
-// All three are sorted by name and walked side by side.
+// Most values are the same, so that checks are only looked for where they are not.
 template <typename Found>
-void ElementMatcher::findFailures(const Properties &expected, const Properties &actual,
-                                  const PropertyChecks &checks, const Found &found)
+void ElementMatcher::forEachFailure(const Properties &expected, const Properties &actual,
+                                    const ValueChecks &checks, const Found &found)
 {
-    auto check = checks.constBegin();
     auto other = actual.constBegin();
-    for (auto property = expected.constBegin(); property != expected.constEnd(); ++property) {
-        while (check != checks.constEnd() && check.key() < property.key())
-            ++check;
-        if (check == checks.constEnd())
-            return;
-        if (check.key() != property.key())
+    int place = 0;
+    for (auto property = expected.constBegin(); property != expected.constEnd();
+         ++property, ++place) {
+        const bool isThere = goTo(property.key(), actual.constEnd(), &other);
+        if (checks.areExact && isThere && *other == *property)
             continue;
-        while (other != actual.constEnd() && other.key() < property.key())
-            ++other;
-        if (other == actual.constEnd() || other.key() != property.key() ||
-            !matches(*check, *property, *other))
-            found(property.key());
+        const auto check = checks.checks->constFind(property.key());
+        if (check != checks.checks->constEnd() && !(isThere && matches(*check, *property, *other)))
+            found(place, property.key());
     }
 }
 
 bool ElementMatcher::_matchProperties(const Properties &expected, const Properties &actual,
-                                      const PropertyChecks &checks, QStringList *failures)
+                                      const ValueChecks &checks, QStringList *failures)
 {
     const int before = failures->count();
-    findFailures(expected, actual, checks, [&](const QString &name) { *failures += name; });
+    forEachFailure(expected, actual, checks, [&](int, const QString &name) { *failures += name; });
     return failures->count() == before;
 }
 
-int ElementMatcher::countFailures(const Properties &expected, const Properties &actual,
-                                  const PropertyChecks &checks)
+PropertyFailures ElementMatcher::findFailures(const Properties &expected, const Properties &actual,
+                                              const ValueChecks &checks)
 {
-    int count = 0;
-    findFailures(expected, actual, checks, [&](const QString &) { ++count; });
-    return count;
+    PropertyFailures failures;
+    forEachFailure(expected, actual, checks, [&](int place, const QString &) {
+        ++failures.count;
+        failures.places |= place < PropertyFailures::knownPlaces ? quint64(1) << place : 0;
+    });
+    return failures;
+}
+
+QStringList ElementMatcher::namesOf(const PropertyFailures &failures, const Properties &expected,
+                                    const Properties &actual, const ValueChecks &checks)
+{
+    QStringList names;
+    if (expected.count() > PropertyFailures::knownPlaces) {
+        _matchProperties(expected, actual, checks, &names);
+        return names;
+    }
+    auto property = expected.constBegin();
+    for (quint64 places = failures.places; places != 0; places >>= 1, ++property) {
+        if (places & 1)
+            names += property.key();
+    }
+    return names;
 }
 
 bool ElementMatcher::matches(const TitanPropertyCheck &check, const QString &expected,

@@ -1,7 +1,5 @@
 #include "shared/visual/expectedelement.h"
 
-#include "shared/visual/elementmatcher.h"
-
 #include <QHash>
 
 #include <algorithm>
@@ -22,10 +20,14 @@ public:
     {
     }
 
+    // Most often all maps have the same ids, and equal ones are told faster than a smaller one.
     void findSmallest(const Id **smallest) const
     {
-        if (m_next != m_end && (!*smallest || m_next.key() < **smallest))
-            *smallest = &m_next.key();
+        if (m_next == m_end)
+            return;
+        const Id &id = m_next.key();
+        if (!*smallest || (id != **smallest && id < **smallest))
+            *smallest = &id;
     }
 
     // Null when there is no check of that id, which is none below the next one.
@@ -48,18 +50,30 @@ bool hasPattern(const QMap<QString, TitanPropertyCheck> *checks)
     return checks && std::any_of(checks->begin(), checks->end(), isPattern);
 }
 
-// The lists of all kinds in one, sorted by id.
-std::vector<ElementChecks> mergedChecks(const VisualChecks &checks)
+void findExact(ElementChecks *checks)
 {
-    QMap<Id, bool> excluded;
-    for (const Id &id : checks.subtreeExcluded)
-        excluded.insert(id, true);
+    checks->isExact = !hasPattern(checks->identifying) && !hasPattern(checks->content);
+}
+
+// The checks of elements, sorted by their ids. Whether they are exact is not known yet.
+struct MergedChecks
+{
+    std::vector<const Id *> ids;
+    std::vector<ElementChecks> checks;
+};
+
+// The lists of all kinds in one. Refers to them.
+MergedChecks mergedChecks(const VisualChecks &checks, const QMap<Id, bool> &subtreeExcluded)
+{
     ChecksCursor identifying(checks.identifying);
     ChecksCursor content(checks.content);
     ChecksCursor geometry(checks.geometry);
     ChecksCursor screenshots(checks.screenshots);
-    ChecksCursor subtrees(excluded);
-    std::vector<ElementChecks> merged;
+    ChecksCursor subtrees(subtreeExcluded);
+    MergedChecks merged;
+    const auto atLeast = size_t(std::max(checks.content.count(), checks.geometry.count()));
+    merged.ids.reserve(atLeast);
+    merged.checks.reserve(atLeast);
     for (;;) {
         const Id *smallest = nullptr;
         identifying.findSmallest(&smallest);
@@ -69,15 +83,10 @@ std::vector<ElementChecks> mergedChecks(const VisualChecks &checks)
         subtrees.findSmallest(&smallest);
         if (!smallest)
             return merged;
-        const Id id = *smallest;
-        ElementChecks next{id,
-                           identifying.take(id),
-                           content.take(id),
-                           geometry.take(id),
-                           screenshots.take(id),
-                           subtrees.take(id) != nullptr};
-        next.isExact = !hasPattern(next.identifying) && !hasPattern(next.content);
-        merged.push_back(next);
+        const Id &id = *smallest;
+        merged.ids.push_back(&id);
+        merged.checks.push_back({identifying.take(id), content.take(id), geometry.take(id),
+                                 screenshots.take(id), subtrees.take(id) != nullptr});
     }
 }
 
@@ -85,15 +94,15 @@ std::vector<ElementChecks> mergedChecks(const VisualChecks &checks)
 class ChecksIndex
 {
 public:
-    explicit ChecksIndex(const std::vector<ElementChecks> &checks)
-        : m_checks(checks)
+    explicit ChecksIndex(const std::vector<const Id *> &ids)
+        : m_ids(ids)
     {
         size_t size = 2;
-        while (size < 2 * checks.size())
+        while (size < 2 * ids.size())
             size *= 2;
         m_slots.assign(size, none);
-        for (size_t i = 0; i < checks.size(); ++i)
-            m_slots[slotOf(checks[i].id)] = int(i);
+        for (size_t i = 0; i < ids.size(); ++i)
+            m_slots[slotOf(*ids[i])] = int(i);
     }
 
     // -1 for none.
@@ -104,14 +113,14 @@ private:
     size_t slotOf(const Id &id) const
     {
         size_t slot = qHash(id.toString(), seed) % m_slots.size();
-        while (m_slots[slot] != none && m_checks[size_t(m_slots[slot])].id != id)
+        while (m_slots[slot] != none && *m_ids[size_t(m_slots[slot])] != id)
             slot = (slot + 1) % m_slots.size();
         return slot;
     }
 
     static constexpr int none = -1;
 
-    const std::vector<ElementChecks> &m_checks;
+    const std::vector<const Id *> &m_ids;
     std::vector<int> m_slots;
     // Differs from process to process, so that no file can make all ids collide.
     const uint seed = uint(qGlobalQHashSeed());
@@ -130,18 +139,26 @@ UIAbstraction::ElementGeometry _geometryRelativeToParent(const BrowserElement *e
 }
 
 ExpectedTree::ExpectedTree(BrowserElement *root, const VisualChecks &checks)
-    : m_checks(mergedChecks(checks))
 {
-    addElements(root);
+    QMap<Id, bool> subtreeExcluded;
+    for (const Id &id : checks.subtreeExcluded)
+        subtreeExcluded.insert(id, true);
+    MergedChecks merged = mergedChecks(checks, subtreeExcluded);
+    m_checks = std::move(merged.checks);
+    const ChecksIndex index(merged.ids);
+    addElements(root, [&](const Id &id) { return index.find(id); });
 }
 
 // The children of each element one after the other.
-void ExpectedTree::addElements(BrowserElement *root)
+template <typename FindChecks>
+void ExpectedTree::addElements(BrowserElement *root, const FindChecks &findChecks)
 {
-    const ChecksIndex checks(m_checks);
     const auto add = [&](BrowserElement *element) {
-        m_elements.push_back(
-            {element, checks.find(element->id()), _geometryRelativeToParent(element), 0});
+        const int checks = findChecks(element->id());
+        // In this order, which is that of the memory, they are read faster than in that of ids.
+        if (checks >= 0)
+            findExact(&m_checks[size_t(checks)]);
+        m_elements.push_back({element, checks, _geometryRelativeToParent(element), 0});
     };
     m_elements.reserve(m_checks.size() + 1);
     add(root);

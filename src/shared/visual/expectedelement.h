@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/titancmp.h"
+#include "shared/visual/elementmatcher.h"
 
 #include <vector>
 
@@ -19,7 +19,6 @@ struct VisualChecks
 /// The checks of one element. Null for no check.
 struct ElementChecks
 {
-    BrowserElement::Id id;
     const QMap<QString, TitanPropertyCheck> *identifying = nullptr;
     const QMap<QString, TitanPropertyCheck> *content = nullptr;
     const QMap<QString, TitanPropertyCheck> *geometry = nullptr;
@@ -27,6 +26,15 @@ struct ElementChecks
     bool isSubtreeExcluded = false;
     /// Whether a value that is the same fulfils all of the identifying and content checks.
     bool isExact = true;
+
+    ValueChecks identifyingChecks() const { return {identifying, isExact}; }
+    ValueChecks contentChecks() const { return {content, isExact}; }
+
+    /// A picture only counts where all but the place is as expected.
+    bool isScreenshotChecked(int failed) const
+    {
+        return screenshot && (failed & ~TitanCompare::ScreenshotCheck) < TitanCompare::ContentCheck;
+    }
 };
 
 /// An expected element with what is asked of it in each of its comparisons.
@@ -56,7 +64,8 @@ public:
     int checksCount() const { return int(m_checks.size()); }
 
 private:
-    void addElements(BrowserElement *root);
+    template <typename FindChecks>
+    void addElements(BrowserElement *root, const FindChecks &findChecks);
 
     std::vector<ExpectedElement> m_elements;
     std::vector<ElementChecks> m_checks;

@@ -4,6 +4,7 @@
 #include "test/verification/maskelement.h"
 
 #include <QDomElement>
+#include <QHash>
 #include <QTextStream>
 
 namespace Morvex {
@@ -48,6 +49,34 @@ TitanPropertyCheck propertyCheck(const QDomElement &element)
     }
     return check;
 }
+
+using PropertyChecks = QMap<QString, TitanPropertyCheck>;
+
+// Elements of one class mostly have the same checks: those that are equal share their memory.
+class SharedChecks
+{
+public:
+    PropertyChecks shared(const PropertyChecks &checks)
+    {
+        const QString text = textOf(checks);
+        const auto known = m_known.constFind(text);
+        return known != m_known.constEnd() ? *known : *m_known.insert(text, checks);
+    }
+
+private:
+    static QString textOf(const PropertyChecks &checks)
+    {
+        QString text;
+        for (auto check = checks.begin(); check != checks.end(); ++check) {
+            for (const QString &part : {check.key(), QString::number(check->mode),
+                                        QString::number(check->delta), check->value})
+                text += part + QChar(QChar::Null);
+        }
+        return text;
+    }
+
+    QHash<QString, PropertyChecks> m_known;
+};
 
 void readAlgorithm(const QDomElement &element, VisualScreenshotCheck *check)
 {
@@ -108,14 +137,15 @@ void readCheck(QDomElement check, VisualBody *body)
 
 void visualVpVerifyProperties(QDomElement &check, TitanPropertyChecksOfElements *map)
 {
+    SharedChecks known;
     forEachChild(check, propertyVerificationTag, [&](const QDomElement &element) {
         if (isDisabled(element))
             return;
-        QMap<QString, TitanPropertyCheck> checks;
+        PropertyChecks checks;
         forEachChild(element, QStringLiteral("VerifyProperty"), [&](const QDomElement &property) {
             checks.insert(property.attribute(QStringLiteral("name")), propertyCheck(property));
         });
-        map->insert(idOf(element), checks);
+        map->insert(idOf(element), known.shared(checks));
     });
 }
 

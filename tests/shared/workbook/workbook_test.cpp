@@ -249,24 +249,24 @@ TEST_F(WorkbookTest, AnEncryptedFileIsReported)
     EXPECT_EQ(messages, "passwd protected\n");
 }
 
-TEST_F(WorkbookTest, ASheetWithAllRowsFilledEnds)
+TEST_F(WorkbookTest, ATableIsFoundNearTheStartAndReadToTheEndOfASheet)
 {
-    path = dir.filePath("full.xls");
-    MAKE_SHEET_OR_SKIP("for row in range(65536): sheet.write(row, 0, row + 0.5)");
-    EXPECT_EQ(open(path)->count(), 65535);
-}
-
-TEST_F(WorkbookTest, ACellWithoutContentAtTheEndOfTheSearchIsAHeadLineThatIsMissing)
-{
-    path = dir.filePath("far.xls");
-    MAKE_SHEET_OR_SKIP("sheet.write(60, 60, 1)");
-    EXPECT_EQ(rowsOfFile(), Rows());
-    EXPECT_EQ(messages, "no table found\n");
-    for (const char *script : {"sheet.write(60, 60, 1); sheet.write(49, 0, None)",
-                               "sheet.write(49, 0, None); sheet.write(49, 1, None)"}) {
-        MAKE_SHEET_OR_SKIP(script);
-        EXPECT_EQ(rowsOfFile(), Rows());
-        EXPECT_EQ(messages, "no head line found\n") << script;
+    path = dir.filePath("book.xls");
+    const struct
+    {
+        const char *statements;
+        std::size_t rows;
+        const char *message;
+    } sheets[] = {
+        {"for row in range(65536): sheet.write(row, 0, row + 0.5)", 65536, ""},
+        {"sheet.write(60, 60, 1)", 0, "no table found\n"},
+        {"sheet.write(60, 60, 1); sheet.write(49, 0, None)", 0, "no head line found\n"},
+        {"sheet.write(49, 0, None); sheet.write(49, 1, None)", 0, "no head line found\n"},
+    };
+    for (const auto &sheet : sheets) {
+        MAKE_SHEET_OR_SKIP(sheet.statements);
+        EXPECT_EQ(rowsOfFile().size(), sheet.rows) << sheet.statements;
+        EXPECT_EQ(messages, sheet.message) << sheet.statements;
     }
 }
 

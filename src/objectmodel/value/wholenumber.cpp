@@ -1,13 +1,13 @@
-#include "qtbackend/wholenumber.h"
+#include "objectmodel/value/wholenumber.h"
 
 #include <QMetaType>
 #include <QVariant>
 
 namespace Morvex {
 
-bool isSignedNumber(const QVariant &value)
+bool isSignedNumberType(int type)
 {
-    switch (static_cast<QMetaType::Type>(value.userType())) {
+    switch (static_cast<QMetaType::Type>(type)) {
     case QMetaType::Int:
     case QMetaType::LongLong:
     case QMetaType::Long:
@@ -20,9 +20,9 @@ bool isSignedNumber(const QVariant &value)
     }
 }
 
-bool isWholeNumber(const QVariant &value)
+bool isWholeNumberType(int type)
 {
-    switch (static_cast<QMetaType::Type>(value.userType())) {
+    switch (static_cast<QMetaType::Type>(type)) {
     case QMetaType::UInt:
     case QMetaType::ULongLong:
     case QMetaType::ULong:
@@ -30,8 +30,18 @@ bool isWholeNumber(const QVariant &value)
     case QMetaType::UChar:
         return true;
     default:
-        return isSignedNumber(value);
+        return isSignedNumberType(type);
     }
+}
+
+bool isSignedNumber(const QVariant &value)
+{
+    return isSignedNumberType(value.userType());
+}
+
+bool isWholeNumber(const QVariant &value)
+{
+    return isWholeNumberType(value.userType());
 }
 
 } // namespace Morvex

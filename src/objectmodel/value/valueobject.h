@@ -1,11 +1,12 @@
 #pragma once
 
+#include "morvex_export.h"
 #include "objectmodel/object.h"
 
 namespace Morvex {
 
 /// A value that is not a live object.
-class ValueObject : public Object
+class MORVEX_EXPORT ValueObject : public Object
 {
 public:
     ValueObject(const QVariant &value, const Class *valueClass);
@@ -25,10 +26,10 @@ private:
 };
 
 /// Whether there is a text for values of this type. Values without one equal no text.
-bool hasText(const QVariant &value);
+MORVEX_EXPORT bool hasText(const QVariant &value);
 
 /// How a value is shown in messages and compared with the texts of names. Does not depend on the
 /// locale. A value without a text gives its type in parentheses.
-QString textOfValue(const QVariant &value);
+MORVEX_EXPORT QString textOfValue(const QVariant &value);
 
 } // namespace Morvex

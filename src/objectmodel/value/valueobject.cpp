@@ -1,6 +1,7 @@
-#include "qtbackend/valueobject.h"
+#include "objectmodel/value/valueobject.h"
 
-#include "qtbackend/wholenumber.h"
+#include "objectmodel/value/opaquevalue.h"
+#include "objectmodel/value/wholenumber.h"
 
 #include <QColor>
 #include <QLocale>
@@ -107,6 +108,8 @@ bool hasText(const QVariant &value)
 {
     if (isWholeNumber(value))
         return true;
+    if (const OpaqueValue *opaque = opaqueValueOf(value))
+        return opaque->hasText;
     switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::QPointF:
     case QMetaType::QPoint:
@@ -125,6 +128,8 @@ QString textOfValue(const QVariant &value)
 {
     if (isWholeNumber(value))
         return textOfWholeNumber(value);
+    if (const OpaqueValue *opaque = opaqueValueOf(value))
+        return opaque->text;
     switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::Double:
         return textOfNumber(value.toDouble());

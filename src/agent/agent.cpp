@@ -1,0 +1,22 @@
+#include "agent/agent.h"
+
+#include "qtbackend/turneventloop.h"
+
+namespace Morvex {
+
+Agent::Agent(int descriptor, const Message &hello, const std::function<void()> &whenLost)
+    : m_connection(descriptor, hello, &m_receiver, whenLost)
+{
+    m_receiver.setSender([this](const Message &message) { m_connection.send(message); });
+    setEventLoopHeld(true);
+}
+
+Agent::~Agent()
+{
+    Message bye;
+    bye.type = Message::Bye;
+    m_connection.send(bye);
+    setEventLoopHeld(false);
+}
+
+} // namespace Morvex

@@ -1,0 +1,131 @@
+#include "agent/agentconnection.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <limits>
+#include <pthread.h>
+#include <unistd.h>
+
+namespace Morvex {
+namespace {
+
+const int sendTimeoutMs = 10000;
+const int forever = std::numeric_limits<int>::max();
+const unsigned int graceSeconds = 2;
+
+// A child that the application forks must not keep the connection open.
+std::atomic<int> openDescriptor{-1};
+
+void closeInChild()
+{
+    if (openDescriptor >= 0)
+        ::close(openDescriptor);
+    openDescriptor = -1;
+}
+
+} // namespace
+
+QEvent::Type MessageEvent::eventType()
+{
+    static const auto type = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return type;
+}
+
+AgentConnection::AgentConnection(int descriptor, const Message &hello, QObject *receiver,
+                                 const std::function<void()> &whenLost)
+    : m_channel(descriptor)
+    , m_hello(hello)
+    , m_receiver(receiver)
+    , m_whenLost(whenLost)
+{
+    static const int registered = ::pthread_atfork(nullptr, nullptr, closeInChild);
+    Q_UNUSED(registered)
+    openDescriptor = descriptor;
+    start();
+}
+
+AgentConnection::~AgentConnection()
+{
+    m_isEnding = true;
+    m_channel.shutDown();
+    m_thread.join();
+    openDescriptor = -1;
+}
+
+// Signals are for the threads of the application.
+void AgentConnection::start()
+{
+    sigset_t all;
+    sigset_t before;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    m_thread = std::thread([this] { read(); });
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+void AgentConnection::send(const Message &message)
+{
+    if (!m_channel.send(message, sendTimeoutMs))
+        m_channel.shutDown();
+}
+
+void AgentConnection::read()
+{
+    ::pthread_setname_np(::pthread_self(), "morvexagent");
+    if (!isWelcome())
+        return;
+    m_channel.setMaxReceived(MessageChannel::maxSize);
+    for (;;) {
+        Message message;
+        const MessageChannel::Outcome outcome = m_channel.receive(&message, forever);
+        const bool isOver = outcome == MessageChannel::Received
+                                ? !handle(message)
+                                : outcome != MessageChannel::TimedOut;
+        if (isOver)
+            break;
+    }
+    if (!m_isEnding)
+        m_whenLost();
+}
+
+// A runner that wants nothing of this process doesn't answer, or closes the connection: the
+// application then runs as if there were no agent.
+bool AgentConnection::isWelcome()
+{
+    if (!m_channel.send(m_hello, sendTimeoutMs))
+        return false;
+    Message message;
+    MessageChannel::Outcome outcome = MessageChannel::TimedOut;
+    while (outcome == MessageChannel::TimedOut)
+        outcome = m_channel.receive(&message, forever);
+    if (outcome != MessageChannel::Received || message.type != Message::Welcome)
+        return false;
+    QCoreApplication::postEvent(m_receiver, new MessageEvent(message));
+    return true;
+}
+
+// False for what a runner never says.
+bool AgentConnection::handle(const Message &message)
+{
+    if (message.type == Message::Ping) {
+        Message pong;
+        pong.type = Message::Pong;
+        pong.number = message.number;
+        send(pong);
+        return true;
+    }
+    if (message.type != Message::Request && message.type != Message::Release)
+        return false;
+    QCoreApplication::postEvent(m_receiver, new MessageEvent(message));
+    return true;
+}
+
+void endThisProcess()
+{
+    ::kill(::getpid(), SIGTERM);
+    ::sleep(graceSeconds);
+    ::kill(::getpid(), SIGKILL);
+}
+
+} // namespace Morvex

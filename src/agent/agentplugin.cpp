@@ -1,0 +1,15 @@
+#include "agentplugin.h"
+
+#include "agent/agent.h"
+#include "agent/callingcard.h"
+
+using namespace Morvex;
+
+QObject *AgentPlugin::create(const QString &name, const QString &)
+{
+    const CallingCard card = CallingCard::fromEnvironment();
+    if (name.compare(QLatin1String("morvexagent"), Qt::CaseInsensitive) != 0 || !card.isValid())
+        return nullptr;
+    const int descriptor = card.connectToRunner();
+    return descriptor < 0 ? nullptr : new Agent(descriptor, card.hello());
+}

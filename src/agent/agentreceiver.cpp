@@ -1,0 +1,59 @@
+#include "agent/agentreceiver.h"
+
+#include "agent/agentconnection.h"
+#include "agent/pendingaction.h"
+#include "agent/pendingsearch.h"
+
+#include <QCoreApplication>
+
+namespace Morvex {
+
+bool AgentReceiver::event(QEvent *event)
+{
+    if (event->type() != MessageEvent::eventType())
+        return QObject::event(event);
+    take(static_cast<const MessageEvent *>(event)->message());
+    return true;
+}
+
+void AgentReceiver::take(const Message &message)
+{
+    switch (message.type) {
+    case Message::Welcome: {
+        Message ready;
+        ready.type = Message::Ready;
+        return send(ready);
+    }
+    case Message::Release:
+        return m_calls.release(message.values);
+    case Message::Request:
+        return perform(message);
+    default:
+        return;
+    }
+}
+
+void AgentReceiver::perform(const Message &request)
+{
+    switch (request.operation) {
+    case Message::FindObject:
+        (new PendingSearch(this, request))->look();
+        return;
+    case Message::SetProperty:
+    case Message::InvokeMethod:
+    case Message::CallFunction:
+        (new PendingAction(this, request))->begin();
+        return;
+    case Message::Quit: {
+        Message answer = request;
+        answer.type = Message::Answer;
+        send(answer);
+        QCoreApplication::quit();
+        return;
+    }
+    default:
+        send(m_calls.answer(request));
+    }
+}
+
+} // namespace Morvex

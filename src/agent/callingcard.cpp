@@ -1,0 +1,63 @@
+#include "agent/callingcard.h"
+
+#include "remote/protocol/environmentnames.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace Morvex {
+namespace {
+
+bool isOfThisUser(int descriptor)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    return ::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+           peer.uid == ::geteuid();
+}
+
+} // namespace
+
+CallingCard CallingCard::fromEnvironment()
+{
+    CallingCard card;
+    card.m_socket = qgetenv(socketVariable);
+    card.m_token = qgetenv(tokenVariable);
+    return card;
+}
+
+int CallingCard::connectToRunner() const
+{
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    if (m_socket.size() >= static_cast<int>(sizeof address.sun_path))
+        return -1;
+    std::memcpy(address.sun_path, m_socket.constData(), static_cast<std::size_t>(m_socket.size()));
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0)
+        return -1;
+    const bool isConnected =
+        ::connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    if (isConnected && isOfThisUser(descriptor))
+        return descriptor;
+    ::close(descriptor);
+    return -1;
+}
+
+Message CallingCard::hello() const
+{
+    Message hello;
+    hello.type = Message::Hello;
+    hello.number = protocolVersion;
+    hello.values = {m_token, static_cast<qint64>(::getpid()), static_cast<qint64>(::getppid()),
+                    QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget(),
+                    QString::fromLatin1(qVersion())};
+    return hello;
+}
+
+} // namespace Morvex

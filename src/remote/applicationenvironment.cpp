@@ -1,0 +1,80 @@
+#include "remote/applicationenvironment.h"
+
+#include "remote/connectionoffer.h"
+#include "remote/protocol/environmentnames.h"
+
+#include <QFile>
+#include <QMap>
+
+#include <sys/stat.h>
+
+namespace Morvex {
+namespace {
+
+void prepend(QProcessEnvironment *environment, const QString &name, const QString &value,
+             QChar separator)
+{
+    const QString before = environment->value(name);
+    environment->insert(name, before.isEmpty() ? value : value + separator + before);
+}
+
+bool hasDisplay(const QProcessEnvironment &environment)
+{
+    return !environment.value(QStringLiteral("DISPLAY")).isEmpty() ||
+           !environment.value(QStringLiteral("WAYLAND_DISPLAY")).isEmpty();
+}
+
+} // namespace
+
+QProcessEnvironment agentEnvironment(const QString &agentDirectory, const ConnectionOffer &offer)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    prepend(&environment, QStringLiteral("QT_PLUGIN_PATH"), agentDirectory, QLatin1Char(':'));
+    prepend(&environment, QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("morvexagent"),
+            QLatin1Char(','));
+    environment.insert(QLatin1String(socketVariable), offer.socketPath());
+    environment.insert(QLatin1String(tokenVariable), QString::fromLatin1(offer.token()));
+    const QString platform = QStringLiteral("QT_QPA_PLATFORM");
+    if (environment.value(platform).isEmpty() && !hasDisplay(environment))
+        environment.insert(platform, QStringLiteral("offscreen"));
+    return environment;
+}
+
+void makePrivate(QProcessEnvironment *environment, const QString &directory,
+                 const QStringList &kept)
+{
+    const QString home = directory + QLatin1String("/home");
+    const QString session = directory + QLatin1String("/run");
+    for (const QString &path : {home, session})
+        ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
+    // What lets it on to the display is in the home of the user.
+    const QString authority =
+        environment->value(QStringLiteral("HOME")) + QLatin1String("/.Xauthority");
+    // Null for none.
+    QMap<QString, QString> values{
+        {QStringLiteral("HOME"), home},
+        // Nobody listens there: the session of the user has other instances.
+        {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+         QLatin1String("unix:path=") + session + QLatin1String("/bus")},
+        // Those of desktops bring file dialogs of other processes.
+        {QStringLiteral("QT_QPA_PLATFORMTHEME"), QString()},
+    };
+    for (const char *name :
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+        values.insert(QLatin1String(name), QString());
+    if (!environment->contains(QStringLiteral("XAUTHORITY")) && QFile::exists(authority))
+        values.insert(QStringLiteral("XAUTHORITY"), authority);
+    // The socket of the display is there.
+    if (environment->value(QStringLiteral("WAYLAND_DISPLAY")).isEmpty())
+        values.insert(QStringLiteral("XDG_RUNTIME_DIR"), session);
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        if (kept.contains(it.key()))
+            continue;
+        if (it->isNull())
+            environment->remove(it.key());
+        else
+            environment->insert(it.key(), *it);
+    }
+}
+
+} // namespace Morvex

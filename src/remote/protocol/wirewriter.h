@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+namespace Morvex {
+
+struct ObjectRef;
+
+/// Appends values in the form in which they travel; docs/application-protocol.md describes it.
+class WireWriter
+{
+public:
+    explicit WireWriter(QByteArray *bytes)
+        : m_bytes(bytes)
+    {
+    }
+
+    /// Lowest byte first.
+    template <typename Number>
+    void number(Number number)
+    {
+        for (std::size_t i = 0; i < sizeof number; ++i)
+            m_bytes->append(static_cast<char>(number >> (8 * i)));
+    }
+
+    void text(const QString &text);
+    void bytes(const QByteArray &bytes);
+    /// A value of a type that does not travel is sent as what textOfValue and hasText say of it.
+    void value(const QVariant &value) { this->value(value, 0); }
+    void list(const QVariantList &values) { list(values, 0); }
+
+private:
+    void value(const QVariant &value, int depth);
+    void list(const QVariantList &values, int depth);
+    void map(const QVariantMap &values, int depth);
+    void real(double number);
+    void object(const ObjectRef &object, int depth);
+
+    QByteArray *m_bytes;
+};
+
+} // namespace Morvex

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "morvex_export.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+namespace Morvex {
+
+class RemoteInspector;
+
+/// A program, unchanged, as the application under test: started in a process of its own, with the
+/// agent brought into it. It ends with this object and with this process, with all the processes
+/// that it has started.
+class MORVEX_EXPORT RemoteApplication
+{
+public:
+    struct Start
+    {
+        /// The path of the program, or its name if it is found by PATH, and its arguments.
+        QStringList command;
+        /// Empty for that of this process.
+        QString workingDirectory;
+        /// Variables of this process that are the application's too, though it would have a value
+        /// of its own for them: it has a home, settings and a session of its own.
+        QStringList keptVariables;
+        /// The directory of the installation, with the agent in its lib/agent.
+        QString prefix;
+        /// How long to wait for it, in milliseconds.
+        int timeout = 20000;
+        /// Called again and again while this thread waits for the application, now and later. May
+        /// be empty.
+        std::function<void()> idle;
+    };
+
+    /// Waits until the application's event loop runs. Null on failure; @p error then says why.
+    static std::unique_ptr<RemoteApplication> start(const Start &start, QString *error);
+    ~RemoteApplication();
+
+    RemoteApplication(const RemoteApplication &) = delete;
+    RemoteApplication &operator=(const RemoteApplication &) = delete;
+
+    /// Belongs to this object. Objects that it has handed out may outlive both.
+    RemoteInspector *inspector();
+
+    qint64 processId() const;
+
+    /// Whether its process has not ended, as far as is known.
+    bool isRunning();
+
+private:
+    RemoteApplication();
+
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace Morvex

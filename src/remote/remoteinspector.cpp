@@ -1,0 +1,150 @@
+#include "remote/remoteinspector.h"
+
+#include "objectmodel/class.h"
+#include "objectmodel/namespace.h"
+#include "objectmodel/value/valueobject.h"
+#include "remote/remotemodel.h"
+
+#include <QMap>
+
+namespace Morvex {
+namespace {
+
+class RemoteNamespace : public Namespace
+{
+public:
+    RemoteNamespace(RemoteModel &model, const QString &name)
+        : m_model(model)
+        , m_name(name)
+    {
+    }
+
+    const Class *getClass(const QString &name) const override
+    {
+        return m_model.classOf(
+            m_model.session().request(Message::ClassInNamespace, {m_name, name}).values.value(0));
+    }
+
+private:
+    RemoteModel &m_model;
+    QString m_name;
+};
+
+// How long the call takes by itself, in milliseconds.
+int durationOf(const QString &function, const QVariantList &arguments)
+{
+    return function == QLatin1String("grabObjectScreenshot") ? qMax(arguments.value(2).toInt(), 0)
+                                                             : 0;
+}
+
+} // namespace
+
+struct RemoteInspector::Private
+{
+    std::shared_ptr<RemoteModel> model;
+    QMap<QString, std::shared_ptr<RemoteNamespace>> namespaces;
+
+    SharedPtr<Object> make(const QVariant &value)
+    {
+        return SharedPtr<Object>(new ValueObject(value, model->valueClass(value)));
+    }
+
+    RemoteSession::Reply request(Message::Operation operation, const QVariantList &values,
+                                 int duration = 0)
+    {
+        return model->session().request(operation, values, duration);
+    }
+};
+
+RemoteInspector::RemoteInspector(std::unique_ptr<RemoteSession> session)
+    : d(std::make_unique<Private>())
+{
+    d->model = std::make_shared<RemoteModel>(std::move(session));
+}
+
+RemoteInspector::~RemoteInspector()
+{
+    session().close(QStringLiteral("the application has been stopped"));
+}
+
+RemoteSession &RemoteInspector::session()
+{
+    return d->model->session();
+}
+
+SharedPtr<Object> RemoteInspector::makeInt(int value)
+{
+    return d->make(value);
+}
+
+SharedPtr<Object> RemoteInspector::makeDouble(double value)
+{
+    return d->make(value);
+}
+
+SharedPtr<Object> RemoteInspector::makeBool(bool value)
+{
+    return d->make(value);
+}
+
+SharedPtr<Object> RemoteInspector::makeString(const QByteArray &utf8)
+{
+    return d->make(QString::fromUtf8(utf8));
+}
+
+const Class *RemoteInspector::findClass(const QString &name)
+{
+    return d->model->classOf(d->request(Message::FindClass, {name}).values.value(0));
+}
+
+const Class *RemoteInspector::globalClass()
+{
+    const Class *known = d->model->classOf(d->request(Message::GlobalClass, {}).values.value(0));
+    return known ? known : d->model->emptyClass();
+}
+
+const Namespace *RemoteInspector::findNamespace(const QString &name)
+{
+    auto known = d->namespaces.find(name);
+    if (known == d->namespaces.end()) {
+        if (!d->request(Message::HasNamespace, {name}).values.value(0).toBool())
+            return nullptr;
+        known = d->namespaces.insert(name, std::make_shared<RemoteNamespace>(*d->model, name));
+    }
+    return known->get();
+}
+
+SharedPtr<Object> RemoteInspector::cast(const SharedPtr<Object> &object, const QString &className)
+{
+    if (!object)
+        return {};
+    return d->model->objectOf(
+        d->request(Message::CastObject, {RemoteModel::refOf(object), className}).values.value(0));
+}
+
+SharedPtr<Object> RemoteInspector::waitForObject(const QString &name, int timeout, QString *error)
+{
+    d->model->sendObjectMap();
+    const RemoteSession::Reply reply =
+        d->request(Message::FindObject, {name, timeout}, qMax(timeout, 0));
+    if (error)
+        *error = reply.error;
+    return d->model->objectOf(reply.values.value(0));
+}
+
+QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &arguments,
+                                       QString *error)
+{
+    const RemoteSession::Reply reply =
+        d->request(Message::CallFunction, {name, QVariant(arguments)}, durationOf(name, arguments));
+    if (error)
+        *error = reply.error;
+    return reply.values.value(0);
+}
+
+QString RemoteInspector::failure() const
+{
+    return d->model->session().failure();
+}
+
+} // namespace Morvex

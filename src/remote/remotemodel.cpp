@@ -1,0 +1,85 @@
+#include "remote/remotemodel.h"
+
+#include "objectmodel/value/valueobject.h"
+#include "remote/remoteclass.h"
+#include "remote/remoteobject.h"
+
+namespace Morvex {
+
+RemoteModel::RemoteModel(std::unique_ptr<RemoteSession> session)
+    : m_session(std::move(session))
+{
+}
+
+RemoteModel::~RemoteModel() = default;
+
+SharedPtr<Object> RemoteModel::objectOf(const QVariant &value)
+{
+    const auto ref = value.value<ObjectRef>();
+    switch (ref.kind) {
+    case ObjectRef::Live:
+    case ObjectRef::Held:
+        return SharedPtr<Object>(new RemoteObject(shared_from_this(), ref));
+    case ObjectRef::Value:
+        return SharedPtr<Object>(new ValueObject(ref.value, ref.text, classOf(ref.classNumber)));
+    case ObjectRef::Null:
+        break;
+    }
+    return {};
+}
+
+QVariant RemoteModel::refOf(const SharedPtr<Object> &object)
+{
+    ObjectRef ref;
+    if (const auto *remote = dynamic_cast<const RemoteObject *>(object.data())) {
+        ref = remote->ref();
+    } else if (object) {
+        ref.kind = ObjectRef::Value;
+        ref.value = object->value();
+    }
+    return QVariant::fromValue(ref);
+}
+
+const Class *RemoteModel::classOf(const QVariant &number)
+{
+    const quint32 wanted = number.toUInt();
+    if (wanted == 0)
+        return nullptr;
+    auto &known = m_classes[wanted];
+    if (!known)
+        known = std::make_shared<RemoteClass>(*this, wanted);
+    return known.get();
+}
+
+const Class *RemoteModel::emptyClass()
+{
+    if (!m_emptyClass)
+        m_emptyClass = std::make_shared<RemoteClass>(*this, 0);
+    return m_emptyClass.get();
+}
+
+const Class *RemoteModel::valueClass(const QVariant &value)
+{
+    const Class *&known = m_valueClasses[value.userType()];
+    if (!known)
+        known = classOf(m_session->request(Message::WrapValue, {value})
+                            .values.value(0)
+                            .value<ObjectRef>()
+                            .classNumber);
+    return known;
+}
+
+void RemoteModel::sendObjectMap()
+{
+    const QMap<QString, ObjectName> names =
+        ObjectMap::self() ? ObjectMap::self()->names() : QMap<QString, ObjectName>();
+    if (names == m_sentNames)
+        return;
+    QVariantMap texts;
+    for (auto it = names.cbegin(); it != names.cend(); ++it)
+        texts.insert(it.key(), it->qualifiedName());
+    if (m_session->request(Message::SetObjectMap, {texts}).error.isEmpty())
+        m_sentNames = names;
+}
+
+} // namespace Morvex

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "objectmodel/object.h"
+#include "objectmodel/objectmap.h"
+#include "remote/protocol/objectref.h"
+#include "remote/remotesession.h"
+
+#include <QHash>
+
+#include <memory>
+
+namespace Morvex {
+
+class Class;
+class RemoteClass;
+
+/// The objects and classes of an application at the other end of a connection. Objects keep it
+/// alive: they may be asked after the application has ended, and then say so.
+class RemoteModel : public std::enable_shared_from_this<RemoteModel>
+{
+public:
+    explicit RemoteModel(std::unique_ptr<RemoteSession> session);
+    ~RemoteModel();
+
+    RemoteSession &session() { return *m_session; }
+
+    SharedPtr<Object> objectOf(const QVariant &ref);
+    static QVariant refOf(const SharedPtr<Object> &object);
+
+    /// Null for 0, which is no class, and for what is no number. Each number has one class.
+    const Class *classOf(const QVariant &number);
+    /// Has nothing.
+    const Class *emptyClass();
+    /// The class of plain values of this type; null when the application can't be asked.
+    const Class *valueClass(const QVariant &value);
+
+    /// Makes the names of the object map in use known to the application, unless they are.
+    void sendObjectMap();
+
+private:
+    std::unique_ptr<RemoteSession> m_session;
+    QHash<quint32, std::shared_ptr<RemoteClass>> m_classes;
+    std::shared_ptr<RemoteClass> m_emptyClass;
+    QHash<int, const Class *> m_valueClasses;
+    QMap<QString, ObjectName> m_sentNames;
+};
+
+} // namespace Morvex

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <sys/types.h>
+
+namespace Morvex {
+
+/// How many processes below this one, at any depth, were sent the signal. Those that have ended and
+/// are not reaped yet don't count.
+int signalDescendants(int signal);
+
+/// Ends all processes below this one: first as their desktop would, then by force. Gives up after
+/// some seconds, when one starts more than can be ended. This process has to be the one that
+/// orphans among them are given to.
+void endDescendants();
+
+} // namespace Morvex

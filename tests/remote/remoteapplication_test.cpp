@@ -1,0 +1,214 @@
+#include "objectmodel/class.h"
+#include "objectmodel/property.h"
+#include "remote/protocol/messagechannel.h"
+#include "remote/remoteapplication.h"
+#include "remote/remoteinspector.h"
+#include "remote/remotesession.h"
+#include "support/environmentguard.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace Morvex;
+using namespace MorvexTest;
+
+namespace {
+
+bool isThere(qint64 process)
+{
+    return ::kill(static_cast<pid_t>(process), 0) == 0;
+}
+
+} // namespace
+
+class RemoteApplicationTest : public testing::Test
+{
+protected:
+    std::unique_ptr<RemoteApplication> start(const QStringList &command)
+    {
+        options.command = command;
+        options.prefix = MORVEX_TEST_PREFIX;
+        return RemoteApplication::start(options, &error);
+    }
+
+    // With the name of a button of the awkward program.
+    QString click(RemoteApplication *application, const QString &name)
+    {
+        const SharedPtr<Object> button =
+            application->inspector()->waitForObject(name, 5000, &error);
+        if (button)
+            application->inspector()->callFunction("clickObject", {button->id()}, &error);
+        return error;
+    }
+
+    QStringList temporaryDirectories() const
+    {
+        return QDir(dir.path()).entryList({"morvex-*"}, QDir::Dirs);
+    }
+
+    QTemporaryDir dir{"/tmp/t-XXXXXX"};
+    EnvironmentGuard temporary{"TMPDIR", dir.path().toUtf8()};
+    EnvironmentGuard platform{"QT_QPA_PLATFORM", "offscreen"};
+    RemoteApplication::Start options;
+    QString error;
+};
+
+TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
+{
+    auto application = start({MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    EXPECT_EQ(temporaryDirectories().size(), 1);
+    EXPECT_EQ(click(application.get(), "leave"), QString());
+    const SharedPtr<Object> window = application->inspector()->findObject("awkward", &error);
+    ASSERT_TRUE(window);
+    const SharedPtr<Object> child = window->objectClass()->property("child")->get(window);
+    ASSERT_TRUE(child);
+    const qint64 processes[] = {application->processId(), child->value().toLongLong()};
+    for (const qint64 process : processes)
+        EXPECT_TRUE(isThere(process));
+    application.reset();
+    for (const qint64 process : processes)
+        EXPECT_FALSE(isThere(process));
+    EXPECT_EQ(temporaryDirectories(), QStringList());
+    // Objects may outlive their application.
+    EXPECT_EQ(window->objectClass(), nullptr);
+    EXPECT_EQ(window->valueText(), "(the application has been stopped)");
+}
+
+TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
+{
+    options.timeout = 1000;
+    const struct
+    {
+        QStringList command;
+        const char *error;
+    } rows[] = {
+        {{"/nowhere/program"}, "cannot start '/nowhere/program': No such file or directory"},
+        {{"/bin/sh", "-c", "exit 3"}, "'/bin/sh' ended with status 3 before it could be tested"},
+        {{"/bin/sh", "-c", "kill -9 $$"}, "'/bin/sh' crashed by signal 9 (Killed) before"},
+        {{"/bin/sleep", "60"},
+         "'/bin/sleep' gives no access to its windows within 1 seconds; it "
+         "is running."},
+        {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 1 seconds"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(start(row.command), nullptr) << row.error;
+        EXPECT_TRUE(error.contains(row.error)) << error.toStdString();
+        EXPECT_EQ(temporaryDirectories(), QStringList()) << row.error;
+    }
+}
+
+TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
+{
+    for (const char *script : {"exec \"$0\"", "\"$0\"; true", "setsid \"$0\" & exit 0"}) {
+        auto application = start({"/bin/sh", "-c", script, MORVEX_INVENTORY_PROGRAM});
+        ASSERT_NE(application, nullptr) << script << ": " << error.toStdString();
+        EXPECT_TRUE(application->inspector()->waitForObject("inventory", 5000, &error))
+            << error.toStdString();
+        const qint64 process = application->processId();
+        application.reset();
+        EXPECT_FALSE(isThere(process)) << script;
+    }
+}
+
+TEST_F(RemoteApplicationTest, TheEndOfAnApplicationIsReportedAsWhatItWas)
+{
+    const struct
+    {
+        const char *button;
+        const char *error;
+    } rows[] = {
+        {"crash", "the application has crashed by signal 11 (Segmentation fault)"},
+        {"exit", "the application has ended with status 0"},
+        {"quit", "the application has ended with status 0"},
+    };
+    for (const auto &row : rows) {
+        auto application = start({MORVEX_AWKWARD_PROGRAM});
+        ASSERT_NE(application, nullptr) << error.toStdString();
+        RemoteInspector *inspector = application->inspector();
+        const SharedPtr<Object> window = inspector->waitForObject("awkward", 5000, &error);
+        ASSERT_TRUE(window);
+        click(application.get(), row.button);
+        EXPECT_EQ(inspector->findObject("awkward", &error), SharedPtr<Object>());
+        EXPECT_EQ(error, row.error);
+        EXPECT_EQ(inspector->failure(), row.error);
+        EXPECT_EQ(window->objectClass(), nullptr);
+        EXPECT_EQ(inspector->globalClass()->methods("grabWidget"), nullptr);
+        EXPECT_FALSE(application->isRunning());
+    }
+}
+
+TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
+{
+    auto application = start({MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    ASSERT_EQ(click(application.get(), "print"), QString());
+    inspector->session().setBound(300);
+    EXPECT_EQ(click(application.get(), "sleep"),
+              "the application has not answered for 0.3 seconds");
+    EXPECT_TRUE(application->isRunning());
+    inspector->session().setBound(30000);
+    // The late answer is not taken for that of this one.
+    EXPECT_EQ(inspector->callFunction("nothing", {}, &error), QVariant());
+    EXPECT_EQ(error, "there is no function 'nothing'");
+}
+
+TEST_F(RemoteApplicationTest, ADialogThatRunsALoopOfItsOwnIsUsedToItsEnd)
+{
+    auto application = start({MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    ASSERT_EQ(click(application.get(), "exec"), QString());
+    EXPECT_EQ(click(application.get(), "print"),
+              "the widget is blocked by the dialog {name='dialog' type='QDialog'}");
+    EXPECT_EQ(click(application.get(), "close"), QString());
+    EXPECT_FALSE(inspector->findObject("dialog", nullptr));
+    EXPECT_EQ(click(application.get(), "print"), QString());
+}
+
+TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
+{
+    const auto messageOf = [](Message::Type type, const QVariantList &values) {
+        Message message;
+        message.type = type;
+        message.values = values;
+        return message;
+    };
+    const struct
+    {
+        const char *what;
+        std::function<void(int)> talk;
+    } rows[] = {
+        {"a length of 4 GB", [](int peer) { ::send(peer, "\xff\xff\xff\xff", 4, MSG_NOSIGNAL); }},
+        {"no message", [](int peer) { ::send(peer, "\x02\0\0\0ab", 6, MSG_NOSIGNAL); }},
+        {"a message of the other side",
+         [&messageOf](int peer) {
+             MessageChannel(::dup(peer)).send(messageOf(Message::Request, {}), 99);
+         }},
+        {"hello again",
+         [&messageOf](int peer) {
+             MessageChannel(::dup(peer)).send(messageOf(Message::Hello, {}), 99);
+         }},
+    };
+    for (const auto &row : rows) {
+        int ends[2];
+        ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+        RemoteSession session(std::make_unique<MessageChannel>(ends[0]),
+                              [](bool) { return QStringLiteral("closed"); });
+        row.talk(ends[1]);
+        EXPECT_EQ(session.request(Message::GlobalClass, {}).error,
+                  "the application has sent what is no answer; the connection to it is closed")
+            << row.what;
+        EXPECT_EQ(session.request(Message::GlobalClass, {}).error, session.failure());
+        ::close(ends[1]);
+    }
+}

@@ -1,0 +1,16 @@
+#include "awkwardplugin.h"
+
+#include <QApplication>
+
+#include <unistd.h>
+
+// The same application as a program.
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (QCoreApplication::arguments().contains("sleep"))
+        ::sleep(5);
+    AwkwardWindow window;
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,122 @@
+#include "support/files.h"
+#include "support/scriptfixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace MorvexTest;
+
+namespace {
+
+const char startAwkward[] = "application.start('" MORVEX_AWKWARD_PROGRAM "'); ";
+
+bool isThere(const QByteArray &process)
+{
+    return ::kill(process.trimmed().toInt(), 0) == 0;
+}
+
+} // namespace
+
+class ProgramTest : public ScriptFixture
+{
+};
+
+TEST_F(ProgramTest, AProgramOfOthersIsUsedAsItIs)
+{
+    if (QStandardPaths::findExecutable("speedcrunch").isEmpty()) {
+        ASSERT_TRUE(qEnvironmentVariableIsEmpty("CI")) << "scripts/install-deps.sh installs it";
+        GTEST_SKIP() << "speedcrunch is not installed";
+    }
+    EXPECT_EQ(results("application.start('speedcrunch');\n"
+                      "find({type: 'Editor'}).type('12*(3+4)<Return>');\n"
+                      "log.info(find({type: 'ResultDisplay'}).get('plainText').trim());"),
+              QStringList("LOG 12*(3+4)\\n= 84|"));
+}
+
+TEST_F(ProgramTest, ADialogThatKeepsItsProgramBusyDoesNotKeepTheScript)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) + "find('exec').click();\n"
+                                                 "log.info(find('dialog').get('visible'));\n"
+                                                 "find('close').click(); find('print').click();\n"
+                                                 "log.info(find('dialog', 0).exists());"),
+              (QStringList{"LOG true|", "LOG false|"}));
+}
+
+TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
+{
+    const QString crash = "the application has crashed by signal 11 (Segmentation fault)";
+    const QStringList lines =
+        results(QByteArray(startAwkward) +
+                "var window = find('awkward');\n"
+                "try { find('crash').click(); } catch (error) { log.info(error.message); }\n"
+                "try { window.get('level'); } catch (error) { log.info(error.message); }\n" +
+                startAwkward +
+                "log.info(find('awkward').get('level'), window.exists());\n"
+                "\nfind('crash').click();");
+    ASSERT_EQ(lines.size(), 4);
+    EXPECT_EQ(lines[0], "LOG crash: " + crash + "|");
+    EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
+    EXPECT_EQ(lines[2], "LOG 0|false");
+    EXPECT_TRUE(lines[3].startsWith("ERROR Script error|Error: crash: " + crash))
+        << lines[3].toStdString();
+}
+
+TEST_F(ProgramTest, AProgramHasAHomeOfItsOwnUnlessTheRunSaysOtherwise)
+{
+    const QByteArray script = "application.start('/bin/sh', '-c', 'echo $HOME $XDG_RUNTIME_DIR '\n"
+                              "    + '$XDG_CONFIG_HOME > homes; touch $HOME/here; exec '\n"
+                              "    + '" MORVEX_INVENTORY_PROGRAM "');\n"
+                              "var homes = file.read('homes').trim().split(' ');\n"
+                              "log.info(homes.map(function (path) {\n"
+                              "    return path.replace(/.*morvex-....../, '*'); }), homes[0]);\n";
+    const QString home = QFileInfo(runner.suitePath()).path();
+    runner.environment.insert("XDG_CONFIG_HOME", "/of/the/user");
+    const QStringList lines = results(script);
+    ASSERT_EQ(lines.size(), 1);
+    EXPECT_TRUE(lines[0].startsWith("LOG [\"*/home\",\"*/run\"]|")) << lines[0].toStdString();
+    EXPECT_FALSE(QFile::exists(lines[0].section('|', 1) + "/here"));
+    EXPECT_EQ(results(script, {"--envvar", "HOME=" + home}),
+              QStringList("LOG [\"" + home + "\",\"*/run\"]|" + home));
+    EXPECT_TRUE(QFile::exists(home + "/here"));
+}
+
+TEST_F(ProgramTest, NothingOutlivesATestCaseHoweverItEnds)
+{
+    const QDir dir(QFileInfo(runner.suitePath()).path());
+    const QString processes = runner.suitePath() + "/processes";
+    QDir().mkpath(dir.filePath("tmp"));
+    runner.environment.insert("TMPDIR", dir.filePath("tmp"));
+    runner.addTestCase("tst_s",
+                       QByteArray(startAwkward) +
+                           "find('leave').click();\n"
+                           "file.write('processes', String(find('awkward').get('child')));\n"
+                           "find('exec').click(); snooze(60);");
+    runner.addFile("processes", "");
+    for (const int signal : {SIGKILL, SIGINT}) {
+        writeFile(processes, "");
+        QProcess process;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), {runner.suitePath()});
+        QElapsedTimer timer;
+        timer.start();
+        while (readFile(processes).isEmpty() && timer.elapsed() < 60000)
+            process.waitForFinished(20);
+        const QByteArray child = readFile(processes);
+        ASSERT_TRUE(isThere(child));
+        ::kill(static_cast<pid_t>(process.processId()), signal);
+        process.waitForFinished(60000);
+        timer.start();
+        while ((isThere(child) || !QDir(dir.filePath("tmp")).entryList({"morvex-*"}).isEmpty()) &&
+               timer.elapsed() < 30000)
+            QThread::msleep(10);
+        EXPECT_FALSE(isThere(child));
+        EXPECT_EQ(QDir(dir.filePath("tmp")).entryList({"morvex-*"}), QStringList());
+    }
+}
