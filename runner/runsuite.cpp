@@ -183,7 +183,7 @@ void SuiteRunner::removeOldRuns(const QString &resultDir) const
     const QStringList &reports = m_options.reportGenerators;
     if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), isWebReport))
         return;
-    const WebReportRetention result = Morvex::removeOldRuns(resultDir, int(m_keptRuns));
+    const WebReportRetention result = Morvex::removeOldRuns(resultDir, m_keptRuns);
     if (!result.error.isEmpty())
         printMessage(QStringLiteral("warning: old runs stay in the report: ") + result.error);
 }

@@ -63,7 +63,7 @@ public:
     {
     }
 
-    WebReportRetention keep(int keptRuns)
+    WebReportRetention keep(unsigned int keptRuns)
     {
         WebReportRetention result;
         result.error = removeLeftOver();
@@ -75,14 +75,14 @@ public:
     }
 
 private:
-    QString removeRuns(int keptRuns, int *removedRuns)
+    QString removeRuns(unsigned int keptRuns, int *removedRuns)
     {
         const DataFile file(m_dataFile);
         if (!file.isRead())
             return file.error();
         std::vector<WebReportEdit> edits;
         QByteArray list;
-        QHash<QString, int> later;
+        QHash<QString, unsigned int> later;
         const std::vector<WebReportRun> runs = webReportRuns(file.data(), file.size());
         for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
             if (++later[run->suite()] <= keptRuns)
@@ -145,7 +145,7 @@ private:
 
 } // namespace
 
-WebReportRetention removeOldRuns(const QString &directory, int keptRuns)
+WebReportRetention removeOldRuns(const QString &directory, unsigned int keptRuns)
 {
     const QString path = QDir::cleanPath(QDir::current().absoluteFilePath(directory));
     std::unique_ptr<FileLock> lock;

@@ -17,6 +17,6 @@ struct WebReportRetention
 /// and the files of the report that no run names then. A kill leaves a report with all of its
 /// runs, or without them and a list of the files, which the next call works off.
 [[nodiscard]] MORVEX_EXPORT WebReportRetention removeOldRuns(const QString &directory,
-                                                             int keptRuns);
+                                                             unsigned int keptRuns);
 
 } // namespace Morvex
