@@ -156,6 +156,8 @@ WebReportRetention removeOldRuns(const QString &directory, unsigned int keptRuns
     const WebReportRepair repair = lockAndRepairWebReport(path, &lock);
     if (!repair.error.isEmpty())
         return {repair.error, 0};
+    if (!lock || !lock->isHeld())
+        return {QStringLiteral("'%1' could not be locked").arg(path), 0};
     return Retention(QDir(path)).keep(keptRuns, suiteUri);
 }
 
