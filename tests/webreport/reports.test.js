@@ -79,7 +79,7 @@ describe('Several reports', { skip: missing || false }, () => {
         write('gone.txt');
         write('named.txt');
         append(new RunBuilder('suite_a').attach('x-results:/named.txt').finish());
-        append(new RunBuilder('suite_a').finish());
+        append(new RunBuilder('suite_a').log('x-results:/gone.txt').finish());
         write('data/.removed-files', 'gone.txt\0named.txt\0');
         workshop.run('suite_a', 2);
         assert.deepEqual(filesIn(workshop.report), ['named.txt']);
@@ -94,7 +94,9 @@ describe('Several reports', { skip: missing || false }, () => {
             reportOf('late', '2026-01-02T01:00:00+02:00', file, 'late'),
             reportOf('early', '2026-01-01T22:00:00Z', file, 'early'),
             reportOf('outside', '2026-01-03T00:00:00Z', '../far.txt', 'far'),
+            reportOf('lacking', '2026-01-04T00:00:00Z', file, 'lost'),
         ];
+        fs.rmSync(path.join(reports[3], file));
         const cut = fs.readFileSync(workshop.dataFile(reports[0]), 'utf8').slice(0, -20);
         fs.writeFileSync(workshop.dataFile(reports[0]), cut);
         const files = () => reports.map(filesIn);
@@ -104,8 +106,9 @@ describe('Several reports', { skip: missing || false }, () => {
         assert.equal(status, 0, text);
         assert.match(text, /far\.txt.*outside of the report/);
         const documents = workshop.documents(target);
-        const contents = documents.map((one) => contentOf(target, one));
+        const contents = documents.slice(0, 3).map((one) => contentOf(target, one));
         assert.deepEqual(contents, ['early', 'late', 'far']);
+        assert.throws(() => contentOf(target, documents[3]), { code: 'ENOENT' });
         assert.equal(documents[1].ended, false);
         assert.deepEqual(files(), before);
         assert.equal(fs.readFileSync(workshop.dataFile(reports[0]), 'utf8'), cut);
