@@ -9,7 +9,7 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     if (QCoreApplication::arguments().contains("sleep"))
-        ::sleep(5);
+        ::sleep(60);
     AwkwardWindow window;
     window.show();
     return QApplication::exec();
