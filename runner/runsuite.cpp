@@ -183,7 +183,9 @@ void SuiteRunner::removeOldRuns(const QString &resultDir) const
     const QStringList &reports = m_options.reportGenerators;
     if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), isWebReport))
         return;
-    const WebReportRetention result = Morvex::removeOldRuns(resultDir, int(m_keptRuns));
+    // The number in suite.conf is that of this suite alone.
+    const QString suite = m_options.keptRuns > 0 ? QString() : m_dir.path();
+    const WebReportRetention result = Morvex::removeOldRuns(resultDir, m_keptRuns, suite);
     if (!result.error.isEmpty())
         printMessage(QStringLiteral("warning: old runs stay in the report: ") + result.error);
 }

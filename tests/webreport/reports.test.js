@@ -74,15 +74,18 @@ describe('Several reports', { skip: missing || false }, () => {
 
     test('The list that a killed run left is worked off by what the runs name now', () => {
         workshop.suite('suite_a', { tst_a: 'check.pass("x");' });
-        fs.appendFileSync(workshop.path('suite_a', 'suite.conf'), 'KEEP_RUNS = 5\n');
+        fs.appendFileSync(workshop.path('suite_a', 'suite.conf'), 'KEEP_RUNS = 1\n');
         workshop.run('suite_a', 1);
         write('gone.txt');
         write('named.txt');
         append(new RunBuilder('suite_a').attach('x-results:/named.txt').finish());
+        append(new RunBuilder('suite_a').log('x-results:/gone.txt').finish());
         write('data/.removed-files', 'gone.txt\0named.txt\0');
         workshop.run('suite_a', 2);
         assert.deepEqual(filesIn(workshop.report), ['named.txt']);
-        assert.equal(workshop.documents().length, 3);
+        // Those of the other place stay, and one of this suite.
+        const counts = runsOf(workshop.documents()).map(({ suite }) => suite.runs.length);
+        assert.deepEqual(counts, [2, 2, 1]);
     });
 
     test('Merged reports become one in the order of the runs, with the files of each', () => {
@@ -91,7 +94,9 @@ describe('Several reports', { skip: missing || false }, () => {
             reportOf('late', '2026-01-02T01:00:00+02:00', file, 'late'),
             reportOf('early', '2026-01-01T22:00:00Z', file, 'early'),
             reportOf('outside', '2026-01-03T00:00:00Z', '../far.txt', 'far'),
+            reportOf('lacking', '2026-01-04T00:00:00Z', file, 'lost'),
         ];
+        fs.rmSync(path.join(reports[3], file));
         const cut = fs.readFileSync(workshop.dataFile(reports[0]), 'utf8').slice(0, -20);
         fs.writeFileSync(workshop.dataFile(reports[0]), cut);
         const files = () => reports.map(filesIn);
@@ -101,8 +106,9 @@ describe('Several reports', { skip: missing || false }, () => {
         assert.equal(status, 0, text);
         assert.match(text, /far\.txt.*outside of the report/);
         const documents = workshop.documents(target);
-        const contents = documents.map((one) => contentOf(target, one));
+        const contents = documents.slice(0, 3).map((one) => contentOf(target, one));
         assert.deepEqual(contents, ['early', 'late', 'far']);
+        assert.throws(() => contentOf(target, documents[3]), { code: 'ENOENT' });
         assert.equal(documents[1].ended, false);
         assert.deepEqual(files(), before);
         assert.equal(fs.readFileSync(workshop.dataFile(reports[0]), 'utf8'), cut);

@@ -28,7 +28,7 @@ bool holds(const QString &name, const TitanPropertyCheck &check, const QRect &ex
 }
 
 // Goes on to a key, or to the next one above it. Most often the key is there, and equal ones are
-// told faster than a smaller one.
+// found faster than a smaller one.
 template <typename Iterator>
 bool goTo(const QString &key, Iterator end, Iterator *position)
 {

@@ -20,7 +20,7 @@ public:
     {
     }
 
-    // Most often all maps have the same ids, and equal ones are told faster than a smaller one.
+    // Most often all maps have the same ids, and equal ones are found faster than a smaller one.
     void findSmallest(const Id **smallest) const
     {
         if (m_next == m_end)

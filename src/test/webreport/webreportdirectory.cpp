@@ -67,8 +67,10 @@ QString makeWebReport(const QString &directory,
         return error;
     // One run after the other: what is unfinished now stays so.
     const FileLock lock(info.dir().path(), lockWaitMilliseconds);
+    const QString other =
+        addMore ? QStringLiteral("'%1' was made by another process").arg(dir.path()) : QString();
     if (dir.exists())
-        return {};
+        return other;
     if (lock.isHeld())
         removeUnfinished(info.dir(), prefix);
     TemporaryDir unfinished(info.dir().filePath(prefix));
@@ -80,10 +82,9 @@ QString makeWebReport(const QString &directory,
     if (!fillError.isEmpty())
         return fillError;
     if (std::rename(QFile::encodeName(unfinished.path()).constData(),
-                    QFile::encodeName(dir.path()).constData()) == 0)
-        unfinished.setAutoRemove(false);
-    else if (!dir.exists())
-        return error;
+                    QFile::encodeName(dir.path()).constData()) != 0)
+        return dir.exists() ? other : error;
+    unfinished.setAutoRemove(false);
     return {};
 }
 

@@ -30,8 +30,10 @@ struct MergedRun
 class Source
 {
 public:
-    Source(const QString &directory, int number)
+    // Names of directories in the target that other sources have are in @p taken.
+    Source(const QString &directory, int number, QSet<QString> *taken)
         : m_report(directory)
+        , m_taken(taken)
         , m_suffix(QLatin1Char('-') + QString::number(number))
     {
     }
@@ -66,16 +68,13 @@ public:
     }
 
 private:
-    // The location of a file in the target, which has it then; null when the report has no such
-    // file.
+    // The location of a file in the target, which has it then if the report does. A missing one
+    // gets a location too: at its old one there may be a file of another report.
     QByteArray moved(const QString &path, const QDir &target, QStringList *warnings)
     {
         const QString clean = QDir::cleanPath(path);
         const QFileInfo file(m_report.filePath(clean));
-        if (!file.isFile())
-            return {};
-        const QString root = m_report.canonicalPath() + QLatin1Char('/');
-        if (!file.canonicalFilePath().startsWith(root) || clean.startsWith(QLatin1String("../"))) {
+        if (isOutside(clean, file)) {
             *warnings += QStringLiteral("'%1' is outside of the report '%2', kept as a link")
                              .arg(file.absoluteFilePath(), m_report.path());
             return QUrl::fromLocalFile(QDir::cleanPath(file.absoluteFilePath()))
@@ -84,6 +83,14 @@ private:
         const QString directory = directoryFor(QFileInfo(clean).path(), target);
         copyWithFilesBeside(clean, directory, target);
         return reportLocation(QDir::cleanPath(directory + QLatin1Char('/') + file.fileName()));
+    }
+
+    bool isOutside(const QString &clean, const QFileInfo &file) const
+    {
+        const QString root = m_report.canonicalPath() + QLatin1Char('/');
+        return clean == QLatin1String("..") || clean.startsWith(QLatin1String("../")) ||
+               QDir::isAbsolutePath(clean) ||
+               (file.exists() && !file.canonicalFilePath().startsWith(root));
     }
 
     // Another report may have files of the same names there. Pictures that belong together stay in
@@ -96,11 +103,13 @@ private:
         QString name = directory;
         const auto isTaken = [&] {
             const bool isRoot = name == QLatin1String(".");
-            return isRoot || !QDir(target.filePath(name)).entryList(QDir::Files).isEmpty() ||
+            return isRoot || m_taken->contains(name) ||
+                   !QDir(target.filePath(name)).entryList(QDir::Files).isEmpty() ||
                    QFileInfo(target.filePath(name)).isFile();
         };
         while (isTaken())
             name = name == QLatin1String(".") ? QStringLiteral("files") : name + m_suffix;
+        *m_taken += name;
         return *m_directories.insert(directory, name);
     }
 
@@ -121,6 +130,7 @@ private:
     }
 
     const QDir m_report;
+    QSet<QString> *const m_taken;
     const QString m_suffix;
     QHash<QString, QString> m_directories;
     QSet<QString> m_copied;
@@ -183,9 +193,11 @@ QString fill(const QString &target, const QStringList &reports, bool joinRuns,
              WebReportMerge *merge)
 {
     std::vector<MergedRun> runs;
+    QSet<QString> taken;
     int number = 0;
     for (const QString &report : reports) {
-        const QString error = Source(report, ++number).read(&runs, QDir(target), &merge->warnings);
+        const QString error =
+            Source(report, ++number, &taken).read(&runs, QDir(target), &merge->warnings);
         if (!error.isEmpty())
             return error;
     }
@@ -219,13 +231,9 @@ WebReportMerge mergeWebReports(const QString &target, const QStringList &reports
                           .arg(target);
     if (!merge.error.isEmpty())
         return merge;
-    bool isMade = false;
     merge.error = makeWebReport(directory.filePath(), [&](const QString &path) {
-        isMade = true;
         return fill(path, reports, joinRuns, &merge);
     });
-    if (!isMade && merge.error.isEmpty())
-        merge.error = QStringLiteral("'%1' was made by another process").arg(target);
     return merge;
 }
 

@@ -2,6 +2,7 @@
 
 #include "shared/filelock.h"
 #include "shared/writefile.h"
+#include "test/reportgeneratorshared.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportrepair.h"
 #include "test/webreport/webreportruns.h"
@@ -63,29 +64,30 @@ public:
     {
     }
 
-    WebReportRetention keep(int keptRuns)
+    WebReportRetention keep(unsigned int keptRuns, const QString &suiteUri)
     {
         WebReportRetention result;
         result.error = removeLeftOver();
         if (result.error.isEmpty())
-            result.error = removeRuns(keptRuns, &result.removedRuns);
+            result.error = removeRuns(keptRuns, suiteUri, &result.removedRuns);
         if (result.error.isEmpty() && result.removedRuns > 0)
             result.error = removeLeftOver();
         return result;
     }
 
 private:
-    QString removeRuns(int keptRuns, int *removedRuns)
+    QString removeRuns(unsigned int keptRuns, const QString &suiteUri, int *removedRuns)
     {
         const DataFile file(m_dataFile);
         if (!file.isRead())
             return file.error();
         std::vector<WebReportEdit> edits;
         QByteArray list;
-        QHash<QString, int> later;
+        QHash<QString, unsigned int> later;
         const std::vector<WebReportRun> runs = webReportRuns(file.data(), file.size());
         for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-            if (++later[run->suite()] <= keptRuns)
+            const bool isKept = !suiteUri.isEmpty() && run->uri != suiteUri;
+            if (isKept || ++later[run->suite()] <= keptRuns)
                 continue;
             edits.insert(edits.begin(), {run->begin, run->end, QByteArray(), 0, true});
             for (const QString &path : reportFilesOf(run->document))
@@ -145,14 +147,18 @@ private:
 
 } // namespace
 
-WebReportRetention removeOldRuns(const QString &directory, int keptRuns)
+WebReportRetention removeOldRuns(const QString &directory, unsigned int keptRuns,
+                                 const QString &suiteDirectory)
 {
+    const QString suiteUri = QString::fromStdString(relativeURI(suiteDirectory, {}, {}));
     const QString path = QDir::cleanPath(QDir::current().absoluteFilePath(directory));
     std::unique_ptr<FileLock> lock;
     const WebReportRepair repair = lockAndRepairWebReport(path, &lock);
     if (!repair.error.isEmpty())
         return {repair.error, 0};
-    return Retention(QDir(path)).keep(keptRuns);
+    if (!lock || !lock->isHeld())
+        return {QStringLiteral("'%1' could not be locked").arg(path), 0};
+    return Retention(QDir(path)).keep(keptRuns, suiteUri);
 }
 
 } // namespace Morvex

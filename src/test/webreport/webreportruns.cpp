@@ -8,7 +8,9 @@
 #include <QRegularExpression>
 #include <QUrl>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace Morvex {
 namespace {
@@ -33,6 +35,18 @@ int endOfText(const QByteArray &document, int begin)
             return i + 1;
     }
     return document.size();
+}
+
+// Any other text that looks like a location is what a script says.
+bool isLocation(const QByteArray &document, int colon)
+{
+    static const QByteArray keys[] = {"\"uri\"", "\"screenshotUri\"", "\"vpUri\"",
+                                      "\"failedImageUri\"", "\"failedObjectDump\""};
+    return std::any_of(std::begin(keys), std::end(keys), [&](const QByteArray &key) {
+        const int begin = colon - key.size();
+        return begin >= 0 && std::memcmp(document.constData() + begin, key.constData(),
+                                         std::size_t(key.size())) == 0;
+    });
 }
 
 QString decodedText(const QByteArray &quoted)
@@ -134,7 +148,7 @@ QByteArray replaceReportFiles(const QByteArray &document,
         const int end = endOfText(document, quote + 1);
         const QString encoded = decodedText(document.mid(quote, end - quote));
         const QString path = QUrl::fromPercentEncoding(encoded.mid(keyLength - 2).toUtf8());
-        if (path.isEmpty())
+        if (path.isEmpty() || !isLocation(document, at))
             continue;
         const QByteArray location = replace(path);
         if (location.isNull())
