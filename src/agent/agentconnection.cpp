@@ -34,7 +34,8 @@ QEvent::Type MessageEvent::eventType()
 
 AgentConnection::AgentConnection(int descriptor, const Message &hello, QObject *receiver,
                                  const std::function<void()> &whenLost)
-    : m_channel(descriptor)
+    : m_process(::getpid())
+    , m_channel(std::make_unique<MessageChannel>(descriptor))
     , m_hello(hello)
     , m_receiver(receiver)
     , m_whenLost(whenLost)
@@ -47,10 +48,22 @@ AgentConnection::AgentConnection(int descriptor, const Message &hello, QObject *
 
 AgentConnection::~AgentConnection()
 {
+    if (isForked()) {
+        // There is no such thread here, and the number may be that of another descriptor by now.
+        static_cast<void>(m_thread.release());
+        static_cast<void>(m_channel.release());
+        return;
+    }
     m_isEnding = true;
-    m_channel.shutDown();
-    m_thread.join();
+    m_channel->shutDown();
+    m_thread->join();
     openDescriptor = -1;
+}
+
+// A child that the application has forked has a copy of this object.
+bool AgentConnection::isForked() const
+{
+    return ::getpid() != m_process;
 }
 
 // Signals are for the threads of the application.
@@ -60,14 +73,23 @@ void AgentConnection::start()
     sigset_t before;
     ::sigfillset(&all);
     ::pthread_sigmask(SIG_SETMASK, &all, &before);
-    m_thread = std::thread([this] { read(); });
+    m_thread = std::make_unique<std::thread>([this] { read(); });
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 void AgentConnection::send(const Message &message)
 {
-    if (!m_channel.send(message, sendTimeoutMs))
-        m_channel.shutDown();
+    if (isForked())
+        return;
+    QByteArray bytes = message.encoded();
+    if (bytes.isNull()) {
+        Message failure = message;
+        failure.type = Message::Failure;
+        failure.values = {QStringLiteral("the answer is too large to be sent")};
+        bytes = failure.encoded();
+    }
+    if (!m_channel->send(bytes, sendTimeoutMs))
+        m_channel->shutDown();
 }
 
 void AgentConnection::read()
@@ -75,10 +97,10 @@ void AgentConnection::read()
     ::pthread_setname_np(::pthread_self(), "morvexagent");
     if (!isWelcome())
         return;
-    m_channel.setMaxReceived(MessageChannel::maxSize);
+    m_channel->setMaxReceived(MessageChannel::maxSize);
     for (;;) {
         Message message;
-        const MessageChannel::Outcome outcome = m_channel.receive(&message, forever);
+        const MessageChannel::Outcome outcome = m_channel->receive(&message, forever);
         const bool isOver = outcome == MessageChannel::Received
                                 ? !handle(message)
                                 : outcome != MessageChannel::TimedOut;
@@ -93,12 +115,12 @@ void AgentConnection::read()
 // application then runs as if there were no agent.
 bool AgentConnection::isWelcome()
 {
-    if (!m_channel.send(m_hello, sendTimeoutMs))
+    if (!m_channel->send(m_hello, sendTimeoutMs))
         return false;
     Message message;
     MessageChannel::Outcome outcome = MessageChannel::TimedOut;
     while (outcome == MessageChannel::TimedOut)
-        outcome = m_channel.receive(&message, forever);
+        outcome = m_channel->receive(&message, forever);
     if (outcome != MessageChannel::Received || message.type != Message::Welcome)
         return false;
     QCoreApplication::postEvent(m_receiver, new MessageEvent(message));

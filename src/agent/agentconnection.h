@@ -6,6 +6,8 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
+#include <sys/types.h>
 #include <thread>
 
 class QObject;
@@ -43,21 +45,24 @@ public:
     AgentConnection(const AgentConnection &) = delete;
     AgentConnection &operator=(const AgentConnection &) = delete;
 
-    /// From any thread. A runner that doesn't take it in time is given up.
+    /// From any thread. A runner that doesn't take it in time is given up. An answer that is too
+    /// large becomes a failure that says so.
     void send(const Message &message);
 
 private:
+    bool isForked() const;
     void start();
     void read();
     bool isWelcome();
     bool handle(const Message &message);
 
-    MessageChannel m_channel;
+    const pid_t m_process;
+    std::unique_ptr<MessageChannel> m_channel;
     const Message m_hello;
     QObject *m_receiver;
     std::function<void()> m_whenLost;
     std::atomic<bool> m_isEnding{false};
-    std::thread m_thread;
+    std::unique_ptr<std::thread> m_thread;
 };
 
 /// Ends this process, by force if it does not follow.

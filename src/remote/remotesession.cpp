@@ -78,7 +78,11 @@ RemoteSession::Reply RemoteSession::exchange(Message::Operation operation,
     message.operation = operation;
     message.number = ++m_lastNumber;
     message.values = values;
-    if (!m_channel->send(message, sendTimeoutMs))
+    const QByteArray bytes = message.encoded();
+    if (bytes.isNull())
+        return {QStringLiteral("what the application is asked for is too large to be sent to it"),
+                {}};
+    if (!m_channel->send(bytes, sendTimeoutMs))
         return handleLoss(MessageChannel::Closed);
     const int bound = m_bound > std::numeric_limits<int>::max() - duration
                           ? std::numeric_limits<int>::max()

@@ -174,12 +174,30 @@ TEST_F(RemoteApplicationTest, ADialogThatRunsALoopOfItsOwnIsUsedToItsEnd)
     auto application = start({MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
     RemoteInspector *inspector = application->inspector();
+    // A child that it forks is not the application, also when it goes on as if it were.
+    ASSERT_EQ(click(application.get(), "forkOn"), QString());
     ASSERT_EQ(click(application.get(), "exec"), QString());
     EXPECT_EQ(click(application.get(), "print"),
               "the widget is blocked by the dialog {name='dialog' type='QDialog'}");
     EXPECT_EQ(click(application.get(), "close"), QString());
     EXPECT_FALSE(inspector->findObject("dialog", nullptr));
     EXPECT_EQ(click(application.get(), "print"), QString());
+}
+
+TEST_F(RemoteApplicationTest, WhatIsTooLargeToBeSentIsAnErrorOfItsCallAlone)
+{
+    auto application = start({MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    QVariantList many;
+    for (int i = 0; i < 2000001; ++i)
+        many += true;
+    EXPECT_EQ(inspector->callFunction("nothing", {many}, &error), QVariant());
+    EXPECT_TRUE(error.contains("too large")) << error.toStdString();
+    const SharedPtr<Object> window = inspector->findObject("awkward", &error);
+    ASSERT_TRUE(window) << error.toStdString();
+    EXPECT_FALSE(window->objectClass()->property("many")->get(window));
+    EXPECT_EQ(inspector->failure(), "the answer is too large to be sent");
 }
 
 TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)

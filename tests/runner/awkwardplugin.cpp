@@ -33,6 +33,7 @@ AwkwardWindow::AwkwardWindow()
     addButton("print", &AwkwardWindow::printLine);
     addButton("exec", &AwkwardWindow::execDialog);
     addButton("crash", &AwkwardWindow::crash);
+    addButton("forkOn", &AwkwardWindow::forkAndGoOn);
     addButton("leave", &AwkwardWindow::leaveProcess);
     addButton("quit", &AwkwardWindow::quit);
     addButton("sleep", &AwkwardWindow::sleep);
@@ -88,6 +89,16 @@ void AwkwardWindow::crash()
 {
     ::signal(SIGSEGV, SIG_DFL);
     ::raise(SIGSEGV);
+}
+
+// The child leaves its event loop and ends as the application would.
+void AwkwardWindow::forkAndGoOn()
+{
+    const pid_t child = ::fork();
+    if (child == 0)
+        QCoreApplication::quit();
+    else
+        ::waitpid(child, nullptr, 0);
 }
 
 // One that has nothing to do with this one any more.

@@ -3,6 +3,8 @@
 #include "qtbackend/applicationplugin.h"
 
 #include <QObject>
+#include <QStringList>
+#include <QVector>
 #include <QWidget>
 
 #include <memory>
@@ -11,6 +13,7 @@
 class AwkwardWindow : public QWidget
 {
     Q_OBJECT
+    Q_PROPERTY(QStringList many READ many)
     Q_PROPERTY(short shortNumber READ shortNumber CONSTANT)
     Q_PROPERTY(uchar byteNumber READ byteNumber CONSTANT)
     Q_PROPERTY(char charNumber READ charNumber CONSTANT)
@@ -32,6 +35,8 @@ public:
     int level() const { return m_level; }
     /// The process that the button has left.
     int child() const { return m_child; }
+    /// More than an answer may hold.
+    QStringList many() const { return QVector<QString>(2000001).toList(); }
     /// Takes effect when the event loop turns.
     void setLevel(int level);
 
@@ -42,6 +47,7 @@ private:
     void printLine();
     void execDialog();
     void crash();
+    void forkAndGoOn();
     void leaveProcess();
     void quit();
     void sleep();

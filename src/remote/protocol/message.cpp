@@ -1,5 +1,6 @@
 #include "remote/protocol/message.h"
 
+#include "remote/protocol/wirekinds.h"
 #include "remote/protocol/wirereader.h"
 #include "remote/protocol/wirewriter.h"
 
@@ -22,7 +23,7 @@ QByteArray Message::encoded() const
     writer.number(static_cast<quint8>(operation));
     writer.number(number);
     writer.list(values);
-    return bytes;
+    return writer.isGood() && bytes.size() <= maxMessageSize ? bytes : QByteArray();
 }
 
 bool Message::decode(const QByteArray &bytes, Message *message)

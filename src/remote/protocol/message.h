@@ -57,6 +57,7 @@ struct MORVEX_EXPORT Message
     quint32 number = 0;
     QVariantList values;
 
+    /// Null when it is more than a message may hold.
     QByteArray encoded() const;
     /// False when the bytes are no message; it is then empty.
     static bool decode(const QByteArray &bytes, Message *message);

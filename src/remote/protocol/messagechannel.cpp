@@ -45,16 +45,15 @@ void MessageChannel::shutDown()
     ::shutdown(m_descriptor, SHUT_RDWR);
 }
 
-bool MessageChannel::send(const Message &message, int timeout)
+bool MessageChannel::send(const QByteArray &encoded, int timeout)
 {
-    const QByteArray bytes = message.encoded();
-    if (bytes.size() > maxSize)
+    if (encoded.isNull())
         return false;
     uchar header[headerSize];
-    qToLittleEndian(static_cast<quint32>(bytes.size()), header);
+    qToLittleEndian(static_cast<quint32>(encoded.size()), header);
     const std::lock_guard<std::mutex> lock(m_sending);
     return write(reinterpret_cast<const char *>(header), headerSize, timeout) &&
-           write(bytes.constData(), bytes.size(), timeout);
+           write(encoded.constData(), encoded.size(), timeout);
 }
 
 bool MessageChannel::write(const char *bytes, int size, int timeout)

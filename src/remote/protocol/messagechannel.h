@@ -2,6 +2,7 @@
 
 #include "morvex_export.h"
 #include "remote/protocol/message.h"
+#include "remote/protocol/wirekinds.h"
 
 #include <QByteArray>
 
@@ -25,7 +26,7 @@ public:
 
     /// The most that a message may hold, in bytes.
     static const int maxHelloSize = 64 * 1024;
-    static const int maxSize = 256 * 1024 * 1024;
+    static const int maxSize = maxMessageSize;
 
     /// Takes the descriptor of a connected socket, which it closes.
     explicit MessageChannel(int descriptor);
@@ -40,8 +41,9 @@ public:
     void setMaxReceived(int bytes) { m_maxReceived = bytes; }
 
     /// From any thread. False when the message could not be written whole within @p timeout
-    /// milliseconds; the connection is of no use then.
-    bool send(const Message &message, int timeout);
+    /// milliseconds; the connection is of no use then. One that is too large can't be sent.
+    bool send(const Message &message, int timeout) { return send(message.encoded(), timeout); }
+    bool send(const QByteArray &encoded, int timeout);
 
     /// One thread at a time.
     Outcome receive(Message *message, int timeout);

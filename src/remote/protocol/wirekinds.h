@@ -4,6 +4,11 @@
 
 namespace Morvex {
 
+/// The most that a message may hold: bytes, and elements of lists and maps. Each element takes far
+/// more room in memory than in the message.
+const int maxMessageSize = 256 * 1024 * 1024;
+const quint32 maxWireElements = 2000000;
+
 /// The first byte of a value. The numbers are those of the protocol.
 enum class WireKind : quint8 {
     Invalid = 0,

@@ -13,12 +13,6 @@
 #include <cstring>
 
 namespace Morvex {
-namespace {
-
-// More than any message needs. Each takes far more room in memory than in the message.
-const quint32 maxElements = 2000000;
-
-} // namespace
 
 bool WireReader::has(quint64 size)
 {
@@ -36,7 +30,7 @@ quint32 WireReader::count(quint64 leastSize)
 quint32 WireReader::elementCount(quint64 leastSize)
 {
     const quint32 announced = count(leastSize);
-    m_isGood = m_isGood && announced <= maxElements - m_elements;
+    m_isGood = m_isGood && announced <= maxWireElements - m_elements;
     m_elements += m_isGood ? announced : 0;
     return m_isGood ? announced : 0;
 }

@@ -17,15 +17,39 @@
 
 namespace Morvex {
 
+bool WireWriter::hasRoom(qint64 size)
+{
+    m_isGood = m_isGood && size <= maxMessageSize - m_bytes->size();
+    return m_isGood;
+}
+
+void WireWriter::elementCount(int count)
+{
+    m_isGood = m_isGood && static_cast<quint32>(count) <= maxWireElements - m_elements;
+    m_elements += m_isGood ? static_cast<quint32>(count) : 0;
+    number(static_cast<quint32>(count));
+}
+
 void WireWriter::text(const QString &text)
 {
+    if (!hasRoom(static_cast<qint64>(sizeof(quint16)) * text.size()))
+        return;
     number(static_cast<quint32>(text.size()));
     for (const QChar character : text)
         number(static_cast<quint16>(character.unicode()));
 }
 
+void WireWriter::texts(const QStringList &texts)
+{
+    elementCount(texts.size());
+    for (auto it = texts.cbegin(); it != texts.cend() && m_isGood; ++it)
+        text(*it);
+}
+
 void WireWriter::bytes(const QByteArray &bytes)
 {
+    if (!hasRoom(bytes.size()))
+        return;
     number(static_cast<quint32>(bytes.size()));
     m_bytes->append(bytes);
 }
@@ -39,15 +63,15 @@ void WireWriter::real(double real)
 
 void WireWriter::list(const QVariantList &values, int depth)
 {
-    number(static_cast<quint32>(values.size()));
-    for (const QVariant &element : values)
-        value(element, depth + 1);
+    elementCount(values.size());
+    for (auto it = values.cbegin(); it != values.cend() && m_isGood; ++it)
+        value(*it, depth + 1);
 }
 
 void WireWriter::map(const QVariantMap &values, int depth)
 {
-    number(static_cast<quint32>(values.size()));
-    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+    elementCount(values.size());
+    for (auto it = values.cbegin(); it != values.cend() && m_isGood; ++it) {
         text(it.key());
         value(it.value(), depth + 1);
     }
@@ -106,10 +130,7 @@ void WireWriter::value(const QVariant &value, int depth)
         return bytes(value.toByteArray());
     case QMetaType::QStringList:
         kind(WireKind::TextList);
-        number(static_cast<quint32>(value.toStringList().size()));
-        for (const QString &each : value.toStringList())
-            text(each);
-        return;
+        return texts(value.toStringList());
     case QMetaType::QVariantList:
         if (!mayNest)
             break;

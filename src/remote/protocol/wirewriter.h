@@ -31,14 +31,22 @@ public:
     void value(const QVariant &value) { this->value(value, 0); }
     void list(const QVariantList &values) { list(values, 0); }
 
+    /// False when not all was written, because it is more than a message may hold.
+    bool isGood() const { return m_isGood; }
+
 private:
     void value(const QVariant &value, int depth);
     void list(const QVariantList &values, int depth);
     void map(const QVariantMap &values, int depth);
     void real(double number);
     void object(const ObjectRef &object, int depth);
+    void texts(const QStringList &texts);
+    bool hasRoom(qint64 size);
+    void elementCount(int count);
 
     QByteArray *m_bytes;
+    quint32 m_elements = 0;
+    bool m_isGood = true;
 };
 
 } // namespace Morvex
