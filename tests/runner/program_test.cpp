@@ -54,18 +54,21 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
     const QString crash = "the application has crashed by signal 11 (Segmentation fault)";
     const QStringList lines =
         results(QByteArray(startAwkward) +
-                "var window = find('awkward');\n"
-                "try { find('crash').click(); } catch (error) { log.info(error.message); }\n"
-                "try { window.get('level'); } catch (error) { log.info(error.message); }\n" +
-                startAwkward +
-                "log.info(find('awkward').get('level'), window.exists());\n"
-                "\nfind('crash').click();");
-    ASSERT_EQ(lines.size(), 4);
+                    "var window = find('awkward');\n"
+                    "try { find('crash').click(); } catch (error) { log.info(error.message); }\n"
+                    "try { window.get('level'); } catch (error) { log.info(error.message); }\n" +
+                    startAwkward +
+                    "log.info(find('awkward').get('level'), window.exists());\n"
+                    "\nfind('crash').click();",
+                {"--coverage"});
+    ASSERT_EQ(lines.size(), 6);
     EXPECT_EQ(lines[0], "LOG crash: " + crash + "|");
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
-    EXPECT_EQ(lines[2], "LOG 0|false");
-    EXPECT_TRUE(lines[3].startsWith("ERROR Script error|Error: crash: " + crash))
-        << lines[3].toStdString();
+    for (int i : {2, 4})
+        EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
+    EXPECT_EQ(lines[3], "LOG 0|false");
+    EXPECT_TRUE(lines[5].startsWith("ERROR Script error|Error: crash: " + crash))
+        << lines[5].toStdString();
 }
 
 TEST_F(ProgramTest, AProgramHasAHomeOfItsOwnUnlessTheRunSaysOtherwise)
