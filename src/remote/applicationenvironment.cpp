@@ -15,7 +15,9 @@ void prepend(QProcessEnvironment *environment, const QString &name, const QStrin
              QChar separator)
 {
     const QString before = environment->value(name);
-    environment->insert(name, before.isEmpty() ? value : value + separator + before);
+    // A runner below an application that is tested has it already.
+    if (!before.split(separator).contains(value))
+        environment->insert(name, before.isEmpty() ? value : value + separator + before);
 }
 
 bool hasDisplay(const QProcessEnvironment &environment)
@@ -45,7 +47,8 @@ void makePrivate(QProcessEnvironment *environment, const QString &directory,
 {
     const QString home = directory + QLatin1String("/home");
     const QString session = directory + QLatin1String("/run");
-    for (const QString &path : {home, session})
+    const QString temporary = directory + QLatin1String("/tmp");
+    for (const QString &path : {home, session, temporary})
         ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
     // What lets it on to the display is in the home of the user.
     const QString authority =
@@ -53,6 +56,9 @@ void makePrivate(QProcessEnvironment *environment, const QString &directory,
     // Null for none.
     QMap<QString, QString> values{
         {QStringLiteral("HOME"), home},
+        {QStringLiteral("TMPDIR"), temporary},
+        {QStringLiteral("XDG_RUNTIME_DIR"), session},
+        {QStringLiteral("SESSION_MANAGER"), QString()},
         // Nobody listens there: the session of the user has other instances.
         {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
          QLatin1String("unix:path=") + session + QLatin1String("/bus")},
@@ -64,9 +70,12 @@ void makePrivate(QProcessEnvironment *environment, const QString &directory,
         values.insert(QLatin1String(name), QString());
     if (!environment->contains(QStringLiteral("XAUTHORITY")) && QFile::exists(authority))
         values.insert(QStringLiteral("XAUTHORITY"), authority);
-    // The socket of the display is there.
-    if (environment->value(QStringLiteral("WAYLAND_DISPLAY")).isEmpty())
-        values.insert(QStringLiteral("XDG_RUNTIME_DIR"), session);
+    // The socket of the display is in the runtime directory of the user.
+    const QString wayland = environment->value(QStringLiteral("WAYLAND_DISPLAY"));
+    if (!wayland.isEmpty() && !wayland.startsWith(QLatin1Char('/')))
+        values.insert(QStringLiteral("WAYLAND_DISPLAY"),
+                      environment->value(QStringLiteral("XDG_RUNTIME_DIR")) + QLatin1Char('/') +
+                          wayland);
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         if (kept.contains(it.key()))
             continue;

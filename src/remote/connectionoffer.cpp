@@ -1,5 +1,6 @@
 #include "remote/connectionoffer.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 
@@ -32,6 +33,18 @@ pid_t callerOf(int descriptor)
     socklen_t size = sizeof peer;
     const bool isKnown = ::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
     return isKnown && peer.uid == ::geteuid() ? peer.pid : 0;
+}
+
+bool receiveHello(MessageChannel *channel, Message *hello)
+{
+    QElapsedTimer timer;
+    timer.start();
+    MessageChannel::Outcome outcome = MessageChannel::TimedOut;
+    // A signal ends a wait early.
+    for (qint64 left = helloTimeoutMs; outcome == MessageChannel::TimedOut && left > 0;
+         left = helloTimeoutMs - timer.elapsed())
+        outcome = channel->receive(hello, static_cast<int>(left));
+    return outcome == MessageChannel::Received && hello->type == Message::Hello;
 }
 
 } // namespace
@@ -75,8 +88,8 @@ ConnectionOffer::Caller ConnectionOffer::waitForCaller(int timeout)
     auto channel = std::make_unique<MessageChannel>(descriptor);
     const pid_t process = callerOf(descriptor);
     Message hello;
-    if (process == 0 || channel->receive(&hello, helloTimeoutMs) != MessageChannel::Received ||
-        hello.type != Message::Hello || hello.values.value(0).toByteArray() != m_token)
+    if (process == 0 || !receiveHello(channel.get(), &hello) ||
+        hello.values.value(0).toByteArray() != m_token)
         return caller;
     if (hello.number != protocolVersion) {
         caller.error = QStringLiteral("the agent in '%1' is one of another version (%2, not %3)")

@@ -27,7 +27,7 @@ const int maxDirectoryLength = 60;
 // For this user alone; empty, with errno set, on failure.
 QString makePrivateDirectory()
 {
-    QByteArray path = QFile::encodeName(QDir::tempPath());
+    QByteArray path = QFile::encodeName(QDir(QDir::tempPath()).absolutePath());
     if (path.size() > maxDirectoryLength)
         path = "/tmp";
     path += "/morvex-XXXXXX";

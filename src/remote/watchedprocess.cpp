@@ -74,10 +74,13 @@ pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, int contro
 
 QString endText(const QByteArray &how, int number)
 {
-    return how == "exit"
-               ? QStringLiteral("ended with status %1").arg(number)
-               : QStringLiteral("crashed by signal %1 (%2)")
-                     .arg(QString::number(number), QString::fromLocal8Bit(::strsignal(number)));
+    if (how == "exit")
+        return QStringLiteral("ended with status %1").arg(number);
+    const bool isByOthers =
+        number == SIGTERM || number == SIGKILL || number == SIGINT || number == SIGHUP;
+    return (isByOthers ? QStringLiteral("ended by signal %1 (%2)")
+                       : QStringLiteral("crashed by signal %1 (%2)"))
+        .arg(QString::number(number), QString::fromLocal8Bit(::strsignal(number)));
 }
 
 } // namespace

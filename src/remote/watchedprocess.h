@@ -33,8 +33,9 @@ public:
     /// Whether the program and all that it started have ended.
     bool hasEnded() const { return m_hasEnded; }
 
-    /// How a process has ended: "ended with status 3", "crashed by signal 11 (Segmentation
-    /// fault)". Empty while it runs, and for one that is no child of the watcher.
+    /// How a process has ended: "ended with status 3", "ended by signal 15 (Terminated)", "crashed
+    /// by signal 11 (Segmentation fault)". Empty while it runs, and for one that is no child of the
+    /// watcher.
     QString endOf(qint64 processId) const { return m_ends.value(processId); }
     /// That of the program itself.
     QString endOfProgram() const { return endOf(m_program); }

@@ -92,7 +92,7 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
     } rows[] = {
         {{"/nowhere/program"}, "cannot start '/nowhere/program': No such file or directory"},
         {{"/bin/sh", "-c", "exit 3"}, "'/bin/sh' ended with status 3 before it could be tested"},
-        {{"/bin/sh", "-c", "kill -9 $$"}, "'/bin/sh' crashed by signal 9 (Killed) before"},
+        {{"/bin/sh", "-c", "kill -9 $$"}, "'/bin/sh' ended by signal 9 (Killed) before"},
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
          "is running."},
