@@ -6,6 +6,7 @@
 #include "remote/remoteapplication.h"
 #include "remote/remoteinspector.h"
 #include "runner/environmentfile.h"
+#include "runner/processend.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
@@ -16,6 +17,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
+#include <QJSEngine>
 #include <QLibrary>
 #include <QPluginLoader>
 #include <QStandardPaths>
@@ -62,7 +64,7 @@ QString ScriptApplication::start(const QStringList &command)
         return QStringLiteral("no application was named");
     // One that has ended by itself may be started again.
     if (m_program && !m_program->isRunning())
-        m_program.reset();
+        dropProgram();
     if (isRunning())
         return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
@@ -81,6 +83,9 @@ QString ScriptApplication::start(const QStringList &command)
     if (!error.isEmpty())
         return error;
     m_wasStarted = true;
+    // What a plugin has counted can't be asked for later.
+    if (m_beforeStop && Inspector::self() && Inspector::self() != inspector())
+        m_beforeStop();
     Inspector::install(inspector());
     startUsageCount();
     return {};
@@ -109,7 +114,8 @@ QString ScriptApplication::startProgram(const QStringList &command)
     start.command = command;
     start.prefix = installationPrefix();
     start.keptVariables = setVariables();
-    start.idle = [] { turnEventLoop(0); };
+    // No more: the script would go on within its own call.
+    start.idle = serveTermination;
     QString error;
     m_program = RemoteApplication::start(start, &error);
     return error;
@@ -132,14 +138,19 @@ void ScriptApplication::prepare()
 
 void ScriptApplication::stop()
 {
-    if (m_program && m_beforeStop)
-        m_beforeStop();
-    m_program.reset();
+    dropProgram();
     if (!m_running)
         return;
     m_running->stop();
     m_running = nullptr;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void ScriptApplication::dropProgram()
+{
+    if (m_program && m_beforeStop)
+        m_beforeStop();
+    m_program.reset();
 }
 
 bool ScriptApplication::waitUntilRunning(int timeout)
@@ -155,6 +166,8 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
 {
     QString error;
     const SharedPtr<Object> found = object(name, timeout, &error);
+    if (!found && isRunning() && !inspector()->failure().isEmpty())
+        qjsEngine(this)->throwError(inspector()->failure());
     return new ScriptObject(name, found, error);
 }
 

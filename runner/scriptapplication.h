@@ -32,8 +32,8 @@ public:
     /// say so. Returns an error text, empty on success.
     [[nodiscard]] QString loadObjectMap(const QString &fileName);
 
-    /// @p callback is called before a script stops a program, which takes with it what it knows of
-    /// its use; not at the end of this object's life.
+    /// @p callback is called before a script stops a program or starts another one in its place,
+    /// which takes with it what it knows of its use; not at the end of this object's life.
     void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
@@ -51,13 +51,14 @@ public:
     Q_INVOKABLE bool waitUntilRunning(int timeout);
 
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
-    /// never null.
+    /// never null. Throws in the script when the application can't say whether the object is there.
     Q_INVOKABLE QObject *find(const QString &name, int timeout);
 
 private:
     QString pathOf(const QString &name) const;
     QString startPlugin(const QString &path, const QStringList &arguments);
     QString startProgram(const QStringList &command);
+    void dropProgram();
     bool isRunning() const;
     Inspector *inspector() const;
     QString whyNotFindable() const;
