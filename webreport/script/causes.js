@@ -78,10 +78,15 @@
         return since;
     }
 
-    /// The oldest one over all suites.
+    /// The oldest one over all suites, where it is not new.
     function sinceOf({ key, keysOf }) {
-        return [...keysOf]
-            .map(([{ source }, testCaseKeys]) => sinceIn(source, key, testCaseKeys))
+        const all = [...keysOf].map(([{ source }, testCaseKeys]) => ({
+            source,
+            since: sinceIn(source, key, testCaseKeys),
+        }));
+        const known = all.filter(({ source, since }) => since !== source);
+        return (known.length > 0 ? known : all)
+            .map(({ since }) => since)
             .reduce((one, other) => (other.index < one.index ? other : one));
     }
 
@@ -97,8 +102,9 @@
     }
 
     /// The causes of what failed among the test cases, the most frequent first: `{key, failure,
-    /// testCases, since}`. `failure` is the first entry of it, null for what was interrupted;
-    /// `since` the run that it came with. A test case counts once, by its first failure.
+    /// testCases, since, sources}`. `failure` is the first entry of it, null for what was
+    /// interrupted; `since` the run that it came with, and `sources` the runs that have it now. A
+    /// test case counts once, by its first failure.
     function causesOf(run, testCases) {
         const causes = new Map();
         for (const testCase of testCases) {
@@ -106,7 +112,11 @@
         }
         return [...causes.values()]
             .sort((a, b) => b.testCases.length - a.testCases.length)
-            .map((cause) => ({ ...cause, since: sinceOf(cause) }));
+            .map((cause) => ({
+                ...cause,
+                since: sinceOf(cause),
+                sources: [...cause.keysOf.keys()].map(({ source }) => source),
+            }));
     }
 
     report.causes = { normalized, causesOf, firstFailure, lastAttempt };
