@@ -264,7 +264,9 @@ private:
         else if (m_result.options.suiteDirectory.isEmpty())
             m_result.options.suiteDirectory = argument;
         else
-            m_result.error = QStringLiteral("more than one suite directory: '%1'").arg(argument);
+            // A report whose value was split at a space may hold a token.
+            m_result.error = QStringLiteral("more than one suite directory: '%1'")
+                                 .arg(argument.section(QLatin1Char('?'), 0, 0));
     }
 
     void takeOption(const QString &argument)

@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QObject>
 #include <QTextCodec>
 
 namespace Morvex {
@@ -15,6 +16,13 @@ const int utf8Mib = 106;
 
 // As in scriptnames.js.
 const QChar referenceMark(1);
+
+bool isUtf8(const QByteArray &content)
+{
+    QTextCodec::ConverterState state;
+    QTextCodec::codecForMib(utf8Mib)->toUnicode(content.constData(), content.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
 
 int lineOf(const QByteArray &content, int position)
 {
@@ -56,19 +64,30 @@ NamesFileError interrupted(std::chrono::milliseconds limit, const LineInfo &plac
             place};
 }
 
-// What the grammar of names refuses. Its line is not known here.
-NamesFileError firstInvalidName(const QString &path,
-                                const std::vector<std::pair<QString, QString>> &definitions)
+// No byte of a character of several is a line feed.
+int firstInvalidLine(const QByteArray &content)
 {
-    for (const auto &definition : definitions) {
-        const ObjectName name(definition.second);
-        if (!name.isValid())
-            return {QStringLiteral("names.%1 is not a valid name: %2")
-                        .arg(definition.first, name.error()),
-                    LineInfo(path, 0)};
+    int number = 1;
+    for (const QByteArray &line : content.split('\n')) {
+        if (!isUtf8(line))
+            return number;
+        ++number;
     }
-    return {};
+    return 0;
 }
+
+// What the grammar of names refuses, for scriptnames.js.
+class NameGrammar : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE QString errorOf(const QString &text) const
+    {
+        const ObjectName name(text);
+        return name.isValid() ? QString() : name.error();
+    }
+};
 
 } // namespace
 
@@ -85,7 +104,7 @@ QString namesFileName()
 QJSValue installNameFunctions(ScriptEngine *engine)
 {
     return engine->runInternal(resourceText(QStringLiteral("scriptnames.js")))
-        .call({engine->engine().globalObject()});
+        .call({engine->engine().globalObject(), engine->engine().newQObject(new NameGrammar)});
 }
 
 QString namesFileReference(const QString &key)
@@ -105,11 +124,9 @@ NamesFileError checkNamesFileContent(const QString &path, const QByteArray &cont
         return {QStringLiteral("The names file holds a zero byte; it may have been cut by a crash. "
                                "Restore it, or delete the byte."),
                 LineInfo(path, lineOf(content, zero))};
-    QTextCodec::ConverterState state;
-    QTextCodec::codecForMib(utf8Mib)->toUnicode(content.constData(), content.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
+    if (!isUtf8(content))
         return {QStringLiteral("The names file is not UTF-8; save it in this encoding."),
-                LineInfo(path, 0)};
+                LineInfo(path, firstInvalidLine(content))};
     return {};
 }
 
@@ -138,10 +155,11 @@ NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, con
                               : QStringLiteral("since the suite has no names file '%1'").arg(path);
     global.setProperty(QStringLiteral("names"),
                        names.property(QStringLiteral("reading")).callWithInstance(names, {where}));
-    const auto definitions = pairsOf(names.property(QStringLiteral("lines")));
     if (lines)
-        *lines = definitions;
-    return firstInvalidName(path, definitions);
+        *lines = pairsOf(names.property(QStringLiteral("lines")));
+    return {};
 }
 
 } // namespace Morvex
+
+#include "namesfile.moc"

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -77,6 +78,13 @@ void terminate()
 }
 
 } // namespace
+
+void serveTermination()
+{
+    pollfd waited = {watched.wakeUp, POLLIN, 0};
+    if (watched.result && watched.wakeUp >= 0 && ::poll(&waited, 1, 0) > 0)
+        terminate();
+}
 
 ProcessEndWatch::ProcessEndWatch(TestResult *result, const ScriptEngine &engine)
 {

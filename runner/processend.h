@@ -29,4 +29,8 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
+/// For calls that wait without turning the event loop: ends this process when a SIGTERM has come,
+/// as the event loop would.
+void serveTermination();
+
 } // namespace Morvex

@@ -6,6 +6,7 @@
 #include "remote/remoteapplication.h"
 #include "remote/remoteinspector.h"
 #include "runner/environmentfile.h"
+#include "runner/processend.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
 #include "runner/windowsystem.h"
@@ -16,6 +17,7 @@
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
+#include <QJSEngine>
 #include <QLibrary>
 #include <QPluginLoader>
 #include <QStandardPaths>
@@ -109,7 +111,8 @@ QString ScriptApplication::startProgram(const QStringList &command)
     start.command = command;
     start.prefix = installationPrefix();
     start.keptVariables = setVariables();
-    start.idle = [] { turnEventLoop(0); };
+    // No more: the script would go on within its own call.
+    start.idle = serveTermination;
     QString error;
     m_program = RemoteApplication::start(start, &error);
     return error;
@@ -155,6 +158,8 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
 {
     QString error;
     const SharedPtr<Object> found = object(name, timeout, &error);
+    if (!found && isRunning() && !inspector()->failure().isEmpty())
+        qjsEngine(this)->throwError(inspector()->failure());
     return new ScriptObject(name, found, error);
 }
 

@@ -51,7 +51,7 @@ public:
     Q_INVOKABLE bool waitUntilRunning(int timeout);
 
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
-    /// never null.
+    /// never null. Throws in the script when the application can't say whether the object is there.
     Q_INVOKABLE QObject *find(const QString &name, int timeout);
 
 private:

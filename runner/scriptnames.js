@@ -1,6 +1,6 @@
 // Names of objects as values of scripts, and the names file of a suite. Documented in
 // docs/object-names.md.
-(function (global) {
+(function (global, grammar) {
     "use strict";
 
     // Before a name of the file, in the text of a name that refers to it: ":" may begin a text of the
@@ -113,7 +113,11 @@
         function define(target, key, value) {
             if (key in target)
                 throw new TypeError("the name '" + key + "' is defined twice");
-            lines.push([key, nameText(value, symbolOf)]);
+            var text = nameText(value, symbolOf);
+            var error = grammar.errorOf(text);
+            if (error !== "")
+                throw new TypeError("names." + key + " is not a valid name: " + error);
+            lines.push([key, text]);
             markFirstName(value, key);
             target[key] = value;
             return true;

@@ -100,10 +100,12 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
         return;
     const Class *ownerClass = owner->objectClass();
     const Property *property = ownerClass ? ownerClass->property(last) : nullptr;
+    const QVariant wanted = value.toVariant();
+    const SharedPtr<Object> before = property ? property->get(owner) : SharedPtr<Object>();
+    if (!before && !whyNoAnswer().isEmpty())
+        return fail(whyNoAnswer());
     if (!property)
         return fail(QStringLiteral("there is no property '%1'").arg(last));
-    const QVariant wanted = value.toVariant();
-    const SharedPtr<Object> before = property->get(owner);
     QString error = property->set(owner, wanted);
     if (error.isEmpty()) {
         turnEventLoop(0);
@@ -122,21 +124,21 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
                                          : followProperties(m_object, steps, &missing);
     if (object)
         return object;
-    if (!exists()) {
-        const QString reason = whyNoAnswer();
-        fail(!m_object           ? m_error
-             : !reason.isEmpty() ? reason
-                                 : QStringLiteral("the object no longer exists"));
-        return {};
-    }
-    if (steps.isEmpty())
+    // What has not been answered is not asked again: each time may take a minute.
+    QString reason = m_object && !missing.name.isEmpty() ? whyNoAnswer() : QString();
+    const bool exists = reason.isEmpty() && isThere(&reason);
+    if (exists && steps.isEmpty())
         return m_object;
-    if (!whyNoAnswer().isEmpty())
-        fail(whyNoAnswer());
+    if (!m_object)
+        fail(m_error);
+    else if (!reason.isEmpty())
+        fail(reason);
+    else if (!exists)
+        fail(QStringLiteral("the object no longer exists"));
     else
         fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
                             : QStringLiteral("there is no property '%1'").arg(missing.name));
-    return object;
+    return {};
 }
 
 void ScriptObject::click(const QJSValue &x, const QJSValue &y)
@@ -144,55 +146,80 @@ void ScriptObject::click(const QJSValue &x, const QJSValue &y)
     QVariantList arguments;
     if (x.isNumber() && y.isNumber())
         arguments = {x.toInt(), y.toInt()};
-    call(QStringLiteral("clickObject"), arguments);
+    call(QStringLiteral("clickObject"), arguments, nullptr);
 }
 
 void ScriptObject::type(const QString &text)
 {
-    call(QStringLiteral("typeText"), {text});
+    call(QStringLiteral("typeText"), {text}, nullptr);
 }
 
 void ScriptObject::useItem(const QString &action, const QVariantList &selector, int timeout)
 {
-    waitForItem(selector, timeout);
-    call(QStringLiteral("useItem"), QVariantList{action} + selector);
+    if (waitForItem(selector, timeout))
+        call(QStringLiteral("useItem"), QVariantList{action} + selector, nullptr);
 }
 
 QString ScriptObject::itemText(const QVariantList &selector, int timeout)
 {
-    waitForItem(selector, timeout);
-    return call(QStringLiteral("itemText"), selector).toString();
+    QVariant text;
+    if (waitForItem(selector, timeout))
+        call(QStringLiteral("itemText"), selector, &text);
+    return text.toString();
 }
 
 bool ScriptObject::hasItem(const QVariantList &selector)
 {
-    return call(QStringLiteral("hasItem"), selector).toBool();
+    QVariant answer;
+    return call(QStringLiteral("hasItem"), selector, &answer) && answer.toBool();
 }
 
-// What comes after it says what is missing.
-void ScriptObject::waitForItem(const QVariantList &selector, int timeout)
+// False when it has thrown; else what comes after it says what is missing.
+bool ScriptObject::waitForItem(const QVariantList &selector, int timeout)
 {
     QElapsedTimer timer;
     timer.start();
-    while (exists() && !hasItem(selector) && timer.elapsed() < timeout)
+    QVariant hasItem;
+    while (call(QStringLiteral("hasItem"), selector, &hasItem)) {
+        if (hasItem.toBool() || timer.elapsed() >= timeout)
+            return true;
         turnEventLoop(waitStepMs);
+    }
+    return false;
 }
 
-QVariant ScriptObject::call(const QString &function, const QVariantList &arguments)
+// False when it has thrown.
+bool ScriptObject::call(const QString &function, const QVariantList &arguments, QVariant *answer)
 {
     if (!follow({}))
-        return {};
+        return false;
     QString error;
-    const QVariant answer =
+    const QVariant value =
         Inspector::self()->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
     if (!error.isEmpty())
         fail(error);
-    return answer;
+    else if (answer)
+        *answer = value;
+    return error.isEmpty();
 }
 
-bool ScriptObject::exists() const
+bool ScriptObject::exists()
 {
-    return Inspector::self() && m_object && m_object->objectClass();
+    QString whyNotKnown;
+    const bool exists = isThere(&whyNotKnown);
+    if (!whyNotKnown.isEmpty())
+        fail(whyNotKnown);
+    return exists;
+}
+
+bool ScriptObject::isThere(QString *whyNotKnown) const
+{
+    if (!Inspector::self() || !m_object)
+        return false;
+    const bool isThere = m_object->objectClass();
+    if (!isThere)
+        *whyNotKnown = whyNoAnswer();
+    return isThere;
 }
 
 void ScriptObject::fail(const QString &what)

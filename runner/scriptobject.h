@@ -23,7 +23,7 @@ public:
     /// In the middle, unless both coordinates are numbers.
     Q_INVOKABLE void click(const QJSValue &x, const QJSValue &y);
     Q_INVOKABLE void type(const QString &text);
-    Q_INVOKABLE bool exists() const;
+    Q_INVOKABLE bool exists();
 
     /// An item of the object; @p selector is a text, or a row and a column. The first waits for it
     /// up to a time in milliseconds.
@@ -33,8 +33,9 @@ public:
 
 private:
     SharedPtr<Object> follow(const QStringList &steps);
-    QVariant call(const QString &function, const QVariantList &arguments);
-    void waitForItem(const QVariantList &selector, int timeout);
+    bool isThere(QString *whyNotKnown) const;
+    bool call(const QString &function, const QVariantList &arguments, QVariant *answer);
+    bool waitForItem(const QVariantList &selector, int timeout);
     void fail(const QString &what);
 
     QString m_name;

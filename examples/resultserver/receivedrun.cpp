@@ -39,13 +39,13 @@ bool ReceivedRun::add(const Record &record)
 {
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream << record.isEntry << record.content << record.storedName;
+    stream << record.kind << record.content << record.storedName;
     return m_messages.write(bytes) == bytes.size();
 }
 
 bool ReceivedRun::addEntry(const QByteArray &message)
 {
-    return add({true, message, QString()});
+    return add({EntryRecord, message, QString()});
 }
 
 QString ReceivedRun::storedNameFor(const QByteArray &name)
@@ -61,7 +61,7 @@ bool ReceivedRun::addFile(const QByteArray &name, const QByteArray &content)
         file.write(content) != content.size())
         return false;
     m_fileBytes += content.size();
-    return add({false, name, storedName});
+    return add({FileRecord, name, storedName});
 }
 
 // Null when there are too many.
@@ -75,7 +75,7 @@ QFile *ReceivedRun::videoFile(const QByteArray &name)
     auto *file = new QFile(m_directory.filePath(QLatin1String("files/") + storedName));
     m_videos.insert(name, file);
     file->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    add({false, name, storedName});
+    add({VideoRecord, name, storedName});
     return file;
 }
 

@@ -12,10 +12,13 @@
 class ReceivedRun
 {
 public:
-    /// A record of the messages file: an entry as it came, or where a file of that name is.
+    enum RecordKind : qint8 { FileRecord, EntryRecord, VideoRecord };
+
+    /// A record of the messages file: an entry as it came, or where a file of that name is. Files
+    /// follow their entry; a video belongs to all of them.
     struct Record
     {
-        bool isEntry = false;
+        qint8 kind = FileRecord;
         QByteArray content;
         QString storedName;
     };
@@ -47,7 +50,7 @@ public:
         stream >> *reportName;
         while (stream.status() == QDataStream::Ok && !stream.atEnd()) {
             Record record;
-            stream >> record.isEntry >> record.content >> record.storedName;
+            stream >> record.kind >> record.content >> record.storedName;
             if (stream.status() == QDataStream::Ok && !use(record))
                 return;
         }

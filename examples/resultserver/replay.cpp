@@ -3,6 +3,7 @@
 #include "message.h"
 #include "receivedrun.h"
 #include "test/htmlreportgenerator.h"
+#include "test/openreportfile.h"
 #include "test/reportgeneratorshared.h"
 
 #include <QDateTime>
@@ -93,6 +94,13 @@ TestResult::AttachmentType attachmentTypeOf(const QString &kind)
     return TestResult::FILE_ATTACHMENT;
 }
 
+// Between all characters there is an empty name.
+void replaceName(const QString &name, const QString &stored, QString *text)
+{
+    if (!name.isEmpty())
+        text->replace(name, stored);
+}
+
 // Puts entries back together: from their message, and from the files that follow it.
 class Replay
 {
@@ -120,15 +128,16 @@ private:
     QString m_suite;
     QString m_testCase;
     std::optional<EntryMessage> m_pending;
-    // The files by their names: those of the entry before, and all videos.
+    // The files by their names: those of the pending entry, and all videos.
     QHash<QString, QString> m_files;
+    QHash<QString, QString> m_videos;
 };
 
 void Replay::add(const ReceivedRun::Record &record)
 {
-    if (!record.isEntry) {
-        m_files.insert(QString::fromUtf8(record.content),
-                       m_attachments.filePath(record.storedName));
+    if (record.kind != ReceivedRun::EntryRecord) {
+        auto &files = record.kind == ReceivedRun::VideoRecord ? m_videos : m_files;
+        files.insert(QString::fromUtf8(record.content), m_attachments.filePath(record.storedName));
         return;
     }
     finish();
@@ -143,6 +152,7 @@ void Replay::finish()
     if (m_pending)
         m_result->processEntry(toEntry(*m_pending));
     m_pending.reset();
+    m_files.clear();
 }
 
 QString Replay::localPath(const QString &uri) const
@@ -164,7 +174,7 @@ LineInfo Replay::lineOf(const Place &place) const
 // A file that did not come has the name that the runner gave it.
 QString Replay::fileOf(const QString &name) const
 {
-    const QString stored = m_files.value(name);
+    const QString stored = m_files.value(name, m_videos.value(name));
     return stored.isEmpty() ? m_report.filePath(QUrl(name).path(QUrl::FullyDecoded).mid(1))
                             : stored;
 }
@@ -192,7 +202,9 @@ Entry Replay::toEntry(const EntryMessage &message)
         entry.stack.push_back(lineOf(frame));
     if (entry.stack.empty() && entry.line.isValid())
         entry.stack.push_back(entry.line);
-    if (entry.vpType != TestResult::NO_VP)
+    // The generator would compare the visual verification point with the stored snapshot, but its
+    // file is the client's: here the path may name anything.
+    if (entry.vpType != TestResult::NO_VP && entry.vpType != TestResult::VISUAL_VP)
         entry.vpFile = QFileInfo(localPath(message.location.uri));
     addFiles(message, entry);
     return entry;
@@ -206,12 +218,13 @@ void Replay::addFiles(const EntryMessage &message, Entry &entry) const
     } else if (entry.vpType == TestResult::TABLE_VP) {
         entry.tableDiff = readTableDiff(m_files.value(message.resource));
     } else if (m_files.contains(message.resource)) {
-        entry.details.replace(vpFailedImgFromMsg(entry.details), m_files.value(message.resource));
+        replaceName(vpFailedImgFromMsg(entry.details), m_files.value(message.resource),
+                    &entry.details);
     }
     if (m_files.contains(message.screenshot)) {
         const QString taken = extractScreenshotFromMsgAndDetail(entry.message, entry.details);
-        entry.message.replace(taken, m_files.value(message.screenshot));
-        entry.details.replace(taken, m_files.value(message.screenshot));
+        replaceName(taken, m_files.value(message.screenshot), &entry.message);
+        replaceName(taken, m_files.value(message.screenshot), &entry.details);
     }
 }
 
@@ -222,11 +235,23 @@ std::optional<EntryMessage> firstEntryOf(const QString &runDirectory, QString *r
         MessageReader reader(record.content);
         reader.number();
         reader.number();
-        if (record.isEntry)
+        if (record.kind == ReceivedRun::EntryRecord)
             first = readEntry(reader);
-        return !record.isEntry;
+        return record.kind != ReceivedRun::EntryRecord;
     });
     return first;
+}
+
+// Returns an error text, empty on success. An earlier attempt may have moved them already.
+[[nodiscard]] QString moveFiles(const QString &from, const QDir &report, const QString &to)
+{
+    report.mkpath(QStringLiteral("attachments"));
+    if (QFileInfo::exists(from) && !QDir().rename(from, report.filePath(to)))
+        return QStringLiteral("cannot move the files of the run to '%1'").arg(report.filePath(to));
+    // Without files the directory is empty, and goes.
+    report.rmdir(to);
+    report.rmdir(QStringLiteral("attachments"));
+    return {};
 }
 
 } // namespace
@@ -252,21 +277,25 @@ QString addToReport(const QDir &data, const QString &runDirectory)
     const auto created = HtmlReportGenerator::create(report.path(), testTypeOf(*first), &resultDir);
     if (!created.error.isEmpty())
         return created.error;
-    TestResult result(created.generator);
-
-    const QString attachments = QLatin1String("attachments/") + QFileInfo(runDirectory).fileName();
-    report.mkpath(QStringLiteral("attachments"));
-    QDir().rename(runDirectory + QLatin1String("/files"), report.filePath(attachments));
-    // Without files the directory is empty, and goes.
-    report.rmdir(attachments);
-    report.rmdir(QStringLiteral("attachments"));
-
-    Replay replay(&result, report, report.filePath(attachments));
-    ReceivedRun::read(runDirectory, &reportName, [&replay](const ReceivedRun::Record &record) {
-        replay.add(record);
-        return true;
-    });
-    replay.finish();
+    const int incompleteBefore = incompleteReports();
+    {
+        TestResult result(created.generator);
+        const QString attachments =
+            QLatin1String("attachments/") + QFileInfo(runDirectory).fileName();
+        const QString error =
+            moveFiles(runDirectory + QLatin1String("/files"), report, attachments);
+        if (!error.isEmpty())
+            return error;
+        Replay replay(&result, report, report.filePath(attachments));
+        ReceivedRun::read(runDirectory, &reportName, [&replay](const ReceivedRun::Record &record) {
+            replay.add(record);
+            return true;
+        });
+        replay.finish();
+    }
+    // What is in the report now is a run without its end.
+    if (incompleteReports() != incompleteBefore)
+        return QStringLiteral("cannot write the whole report '%1'").arg(report.path());
     QDir(runDirectory).removeRecursively();
     return {};
 }

@@ -107,7 +107,9 @@ void Session::onMessage(const QByteArray &message)
 
 void Session::handle(qint64 code, MessageReader &reader, const QByteArray &message)
 {
-    if ((code == SessionCode) == bool(m_run)) {
+    // One run a connection: a name is there from its begin on.
+    const bool isInPlace = code == SessionCode ? m_reportName.isEmpty() : bool(m_run);
+    if (!isInPlace) {
         refuse(QStringLiteral("a message of code %1 out of place").arg(code));
         return;
     }

@@ -53,8 +53,8 @@ public:
     virtual QVariant callFunction(const QString &name, const QVariantList &arguments,
                                   QString *error) = 0;
 
-    /// Why the application no longer answers; empty while it does. Null objects and values
-    /// then say nothing about what was asked for.
+    /// Why the application gave no answer the last time that it was asked; empty when it did. A
+    /// null object or value then says nothing about what was asked for.
     virtual QString failure() const;
 };
 

@@ -15,7 +15,8 @@
 #include <QTabBar>
 
 #include <algorithm>
-#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace Morvex {
 namespace {
@@ -102,6 +103,17 @@ QRect placeOf(const QObject *object)
         return {};
     const auto *widget = static_cast<const QWidget *>(object);
     return QRect(widget->mapToGlobal(QPoint()), widget->size());
+}
+
+// What distinguishes windows without a name, in an order that does not change from run to run.
+QStringList contentsOf(const QWidget *window)
+{
+    QStringList contents{window->objectName(), window->windowTitle()};
+    const auto widgets = window->findChildren<QWidget *>();
+    for (const QWidget *widget : widgets)
+        contents << QString::fromLatin1(widget->metaObject()->className()) << widget->objectName()
+                 << steadyTextOf(widget);
+    return contents;
 }
 
 bool isViewport(const QWidget *widget)
@@ -199,16 +211,16 @@ UIElement *UsageCounter::elementUnder(QWidget *widget)
 
 void UsageCounter::observeAllWindows()
 {
-    QWidgetList windows = QApplication::topLevelWidgets();
-    // In an order that does not change from run to run.
-    std::stable_sort(windows.begin(), windows.end(), [](const QWidget *a, const QWidget *b) {
-        return std::make_tuple(a->objectName(), a->windowTitle()) <
-               std::make_tuple(b->objectName(), b->windowTitle());
-    });
-    for (QWidget *window : qAsConst(windows)) {
-        if (isWindowElement(window))
-            observeWindowOf(window);
+    std::vector<std::pair<QStringList, QWidget *>> windows;
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget *widget : widgets) {
+        if (isWindowElement(widget))
+            windows.emplace_back(contentsOf(widget), widget);
     }
+    std::stable_sort(windows.begin(), windows.end(),
+                     [](const auto &a, const auto &b) { return a.first < b.first; });
+    for (const auto &window : windows)
+        observeWindowOf(window.second);
 }
 
 void UsageCounter::observeWindowOf(QWidget *widget)
@@ -219,7 +231,6 @@ void UsageCounter::observeWindowOf(QWidget *widget)
     QWidget *window = windowElementOf(widget);
     if (isPassing(window))
         return;
-    // Of windows there are no numbers: they come and go.
     Level level{&m_root, {}};
     seeWidget(window, &level);
 }
@@ -332,12 +343,26 @@ UIElement *UsageCounter::elementFor(QObject *object, Level *level)
         key += QStringLiteral(" \"%1\"").arg(name);
     else if (!isWindow)
         key += QStringLiteral(" %1").arg(number);
-    UIElement *element = childOfClass(level->element, key);
+    UIElement *element = isWindow && name.isEmpty() ? elementForUnnamed(object, key)
+                                                    : childOfClass(level->element, key);
     element->setStandardType(standardTypeOf(object));
     element->setWindowNode(isWindow);
     element->setText(steadyTextOf(object));
     element->setGeometry(ElementGeometry(placeOf(object)));
     m_seen.insert(object, {object, element, true});
+    return element;
+}
+
+// Windows come and go: only those that are there at the same time have numbers.
+UIElement *UsageCounter::elementForUnnamed(QObject *window, const QString &className)
+{
+    const QString title = static_cast<QWidget *>(window)->windowTitle();
+    const QString key =
+        title.isEmpty() ? className : QStringLiteral("%1 titled \"%2\"").arg(className, title);
+    UIElement *element = childOfClass(&m_root, key);
+    for (int number = 2; m_unnamedWindows.value(element); ++number)
+        element = childOfClass(&m_root, QStringLiteral("%1 %2").arg(key, QString::number(number)));
+    m_unnamedWindows.insert(element, window);
     return element;
 }
 

@@ -19,8 +19,9 @@ struct UsageRule;
 /// later widget in its place goes on with it.
 ///
 /// So that trees of several runs can be merged, the class of an element distinguishes it from
-/// others beside it: by its object name, or else by its number among those of its class. Geometry
-/// is that on the screen when the element was first seen.
+/// others beside it: by its object name, or else by its number among those of its class; a window
+/// without a name by its title, and by its number among such windows that exist at the same time.
+/// Geometry is that on the screen when the element was first seen.
 class UsageCounter : public QObject
 {
 public:
@@ -58,6 +59,7 @@ private:
     void seeActions(QWidget *menu, Level *level);
     void seeTabs(QTabBar *bar, UIAbstraction::UIElement *element);
     UIAbstraction::UIElement *elementFor(QObject *object, Level *level);
+    UIAbstraction::UIElement *elementForUnnamed(QObject *window, const QString &className);
     UIAbstraction::UIElement *childOfClass(UIAbstraction::UIElement *parent,
                                            const QString &className);
     UIAbstraction::UIElement *makeTab(QTabBar *bar, int index, UIAbstraction::UIElement *element);
@@ -71,6 +73,7 @@ private:
     // Above all windows.
     UIAbstraction::UIElement m_root;
     QHash<const QObject *, Seen> m_seen;
+    QHash<const UIAbstraction::UIElement *, QPointer<QObject>> m_unnamedWindows;
     int m_cleanUpAt = 1024;
     QPointer<QWidget> m_lastReceiver;
     ulong m_lastTimestamp = 0;

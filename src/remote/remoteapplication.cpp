@@ -145,7 +145,11 @@ QString RemoteApplication::Private::connect(const Start &start)
         return error;
     auto session = std::make_unique<RemoteSession>(
         std::move(channel), [this](bool hasSaidBye) { return describeEnd(hasSaidBye); });
-    session->setIdle(start.idle);
+    session->setIdle([this, idle = start.idle] {
+        process->update(0);
+        if (idle)
+            idle();
+    });
     inspector = std::make_unique<RemoteInspector>(std::move(session));
     return {};
 }
@@ -211,8 +215,8 @@ qint64 RemoteApplication::processId() const
 bool RemoteApplication::isRunning()
 {
     d->process->update(0);
-    return d->inspector->failure().isEmpty() && d->process->endOf(d->processId).isEmpty() &&
-           !d->process->hasEnded();
+    return d->inspector->session().failure().isEmpty() &&
+           d->process->endOf(d->processId).isEmpty() && !d->process->hasEnded();
 }
 
 } // namespace Morvex

@@ -31,8 +31,8 @@ public:
         QString prefix;
         /// How long to wait for it, in milliseconds.
         int timeout = 20000;
-        /// Called again and again while this thread waits for the application, now and later. May
-        /// be empty.
+        /// Called again and again while this thread waits for the application, now and later. It
+        /// must not use the application. May be empty.
         std::function<void()> idle;
     };
 

@@ -144,7 +144,8 @@ QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &
 
 QString RemoteInspector::failure() const
 {
-    return d->model->session().failure();
+    const RemoteSession &session = d->model->session();
+    return session.failure().isEmpty() ? session.lastError() : session.failure();
 }
 
 } // namespace Morvex

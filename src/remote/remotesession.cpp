@@ -17,6 +17,12 @@ bool isAnswer(const Message &message)
            message.type == Message::Unfinished;
 }
 
+bool givesReason(Message::Operation operation)
+{
+    return operation == Message::FindObject || operation == Message::SetProperty ||
+           operation == Message::InvokeMethod || operation == Message::CallFunction;
+}
+
 } // namespace
 
 RemoteSession::RemoteSession(std::unique_ptr<MessageChannel> channel,
@@ -56,6 +62,14 @@ void RemoteSession::close(const QString &reason)
 RemoteSession::Reply RemoteSession::request(Message::Operation operation,
                                             const QVariantList &values, int duration)
 {
+    const Reply reply = exchange(operation, values, duration);
+    m_lastError = reply.isRefused && givesReason(operation) ? QString() : reply.error;
+    return reply;
+}
+
+RemoteSession::Reply RemoteSession::exchange(Message::Operation operation,
+                                             const QVariantList &values, int duration)
+{
     if (!m_failure.isEmpty())
         return {m_failure, {}};
     sendReleases();
@@ -80,26 +94,27 @@ RemoteSession::Reply RemoteSession::waitForAnswer(quint32 number, int timeout)
     for (;;) {
         const qint64 left = timeout - timer.elapsed();
         const MessageChannel::Outcome outcome = receive(&message, left);
-        if (outcome == MessageChannel::TimedOut) {
-            if (left <= 0)
-                return {QStringLiteral("the application has not answered for %1 seconds")
-                            .arg(timeout / 1000.0),
-                        {}};
-            continue;
-        }
-        if (outcome != MessageChannel::Received)
+        if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
             return handleLoss(outcome);
-        if (message.type == Message::Bye)
-            m_hasSaidBye = true;
-        else if (!isAnswer(message))
-            return handleLoss(MessageChannel::Broken);
-        // That of a request which was given up may still come.
-        else if (message.number == number)
-            break;
+        if (outcome == MessageChannel::Received) {
+            if (message.type == Message::Bye)
+                m_hasSaidBye = true;
+            else if (!isAnswer(message))
+                return handleLoss(MessageChannel::Broken);
+            // That of a request which was given up may still come.
+            else if (message.number == number)
+                break;
+        }
+        // Also of one that sends without end what was not asked for.
+        if (left <= 0)
+            return {QStringLiteral("the application has not answered for %1 seconds")
+                        .arg(timeout / 1000.0),
+                    {}};
     }
     if (message.type == Message::Failure) {
         const QString reason = message.values.value(0).toString();
-        return {reason.isEmpty() ? QStringLiteral("the application gave no reason") : reason, {}};
+        return {
+            reason.isEmpty() ? QStringLiteral("the application gave no reason") : reason, {}, true};
     }
     return {{}, message.values};
 }

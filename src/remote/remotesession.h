@@ -21,6 +21,8 @@ public:
         /// Empty when the request was done.
         QString error;
         QVariantList values;
+        /// Whether the error is the answer of the application itself.
+        bool isRefused = false;
     };
 
     /// Called again and again while an answer is waited for, so that what else is to be done in
@@ -55,8 +57,13 @@ public:
     /// Why there are no longer answers; empty while there are.
     QString failure() const { return m_failure; }
 
+    /// Why the last request was not done, though the next one may be; empty when it was. A refusal
+    /// by operations that always give the reason to their callers, such as a search, is none.
+    QString lastError() const { return m_lastError; }
+
 private:
     void sendReleases();
+    Reply exchange(Message::Operation operation, const QVariantList &values, int duration);
     Reply waitForAnswer(quint32 number, int timeout);
     MessageChannel::Outcome receive(Message *message, qint64 timeout);
     Reply handleLoss(MessageChannel::Outcome outcome);
@@ -69,6 +76,7 @@ private:
     quint32 m_lastNumber = 0;
     QVariantList m_releases;
     QString m_failure;
+    QString m_lastError;
     bool m_hasSaidBye = false;
 };
 

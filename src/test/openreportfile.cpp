@@ -15,7 +15,7 @@
 namespace Morvex {
 namespace {
 
-std::atomic<bool> isIncomplete{false};
+std::atomic<int> incompleteCount{0};
 
 const QIODevice::OpenMode unbuffered = QIODevice::WriteOnly | QIODevice::Unbuffered;
 
@@ -76,12 +76,17 @@ bool writeWhole(int descriptor, const char *data, std::size_t size)
 
 void noteIncompleteReport()
 {
-    isIncomplete = true;
+    ++incompleteCount;
 }
 
 bool hasIncompleteReport()
 {
-    return isIncomplete;
+    return incompleteCount > 0;
+}
+
+int incompleteReports()
+{
+    return incompleteCount;
 }
 
 void reportWriteError(const QString &fileName, const QString &reason)

@@ -13,6 +13,8 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <cerrno>
+#include <unistd.h>
 #include <vector>
 
 namespace Morvex {
@@ -78,6 +80,14 @@ QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Waits until what was written can survive a loss of power. What is no file on a disk has no such
+// state.
+bool isOnDisk(const QString &path)
+{
+    QFile file(path);
+    return !file.open(QIODevice::ReadOnly) || ::fsync(file.handle()) == 0 || errno == EINVAL;
 }
 
 bool isBlank(const QByteArray &code)
@@ -260,7 +270,10 @@ QString ScriptedObjectMap::createSymbolicName(const ObjectName &name, bool symbo
 {
     const ResolutionScope scope(d.get());
     const ScriptedRealName realName = createScriptedRealName(name, symbolicRefs, false);
-    ScriptedSymbolicName symbol = existingSymbolicName(name);
+    // While names are migrated, ":" begins names of the map, which the file may have for other
+    // objects.
+    const bool isOfMap = d->migrated && !symbolicReferences(name).isEmpty();
+    ScriptedSymbolicName symbol = isOfMap ? ScriptedSymbolicName() : existingSymbolicName(name);
     if (symbol.isEmpty())
         symbol = d->symbolsByRealName.value(realName);
     if (symbol.isEmpty()) {
@@ -484,9 +497,10 @@ QString ScriptedObjectMap::writeScript(const QByteArray &code) const
     if (current.exists() && !current.open(QIODevice::ReadOnly))
         return QStringLiteral("%1: %2").arg(d->scriptPath, current.errorString());
     const FileWriteResult written = writeFileSafely(d->scriptPath, code);
-    return written.outcome == FileWriteResult::Written
-               ? QString()
-               : QStringLiteral("%1: %2").arg(d->scriptPath, written.error);
+    if (written.outcome != FileWriteResult::Written)
+        return QStringLiteral("%1: %2").arg(d->scriptPath, written.error);
+    return isOnDisk(d->scriptPath) ? QString()
+                                   : QStringLiteral("%1: %2").arg(d->scriptPath, qt_error_string());
 }
 
 QString ScriptedObjectMap::saveError() const

@@ -196,11 +196,18 @@ const KeywordRow *rowOf(const QString &name)
     return row == std::end(keywordTable) ? nullptr : row;
 }
 
+// An address whose format was forgotten may hold a token.
+QString withoutQuery(const QString &name)
+{
+    return name.section(QLatin1Char('?'), 0, 0);
+}
+
 Result createByName(const QString &name, const Arguments &arguments)
 {
     const KeywordRow *row = rowOf(name);
     if (!row)
-        return {nullptr, QStringLiteral("Unknown or unsupported report generator: ") + name};
+        return {nullptr,
+                QStringLiteral("Unknown or unsupported report generator: ") + withoutQuery(name)};
     const auto version = QString::fromLatin1(row->version);
     return row->create(arguments, version.section(QLatin1Char('.'), 1).toInt());
 }
@@ -216,7 +223,8 @@ Result createOne(const QString &value, TestReportGenerator::TestType type, QStri
     const Result result = createByName(name, {path, type, resultDir});
     if (result.error.isEmpty())
         return result;
-    return {nullptr, QStringLiteral("%1 report generator: %2").arg(name, result.error)};
+    return {nullptr,
+            QStringLiteral("%1 report generator: %2").arg(withoutQuery(name), result.error)};
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <dirent.h>
 #include <map>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,10 +28,9 @@ struct Process
 // What /proc says of a process; without a parent when it has none or no longer exists.
 Process readProcess(const char *id)
 {
-    char path[64];
     char text[512];
-    std::snprintf(path, sizeof path, "/proc/%s/stat", id);
-    std::FILE *file = std::fopen(path, "re");
+    const std::string path = std::string("/proc/") + id + "/stat";
+    std::FILE *file = std::fopen(path.c_str(), "re");
     if (!file)
         return {};
     const std::size_t size = std::fread(text, 1, sizeof text - 1, file);

@@ -122,3 +122,19 @@ TEST_F(UsageCounterTest, ElementsStayAndGoOnInLaterWidgets)
                                     "QDialog \"dialog\"/QPushButton \"late\": click 2",
                                     "QDialog \"other\"/QPushButton \"never\": click 0"}));
 }
+
+TEST_F(UsageCounterTest, AWindowWithoutANameDoesNotCountForAnother)
+{
+    start();
+    QDialog titled(&window);
+    titled.setWindowTitle("Export");
+    QDialog first(&window);
+    QDialog second(&window);
+    for (QDialog *dialog : {&titled, &first, &second})
+        add(new QPushButton("Ok"), dialog == &first ? "ok" : "other", dialog);
+    first.show();
+    click("ok");
+    EXPECT_EQ(usage(), (QStringList{"QDialog/QPushButton \"ok\": click 1",
+                                    "QDialog 2/QPushButton \"other\": click 0",
+                                    "QDialog titled \"Export\"/QPushButton \"other\": click 0"}));
+}

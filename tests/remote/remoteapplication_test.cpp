@@ -153,14 +153,20 @@ TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
     ASSERT_NE(application, nullptr) << error.toStdString();
     RemoteInspector *inspector = application->inspector();
     ASSERT_EQ(click(application.get(), "print"), QString());
+    const SharedPtr<Object> window = inspector->findObject("awkward", &error);
+    ASSERT_TRUE(window);
     inspector->session().setBound(300);
     EXPECT_EQ(click(application.get(), "sleep"),
               "the application has not answered for 0.3 seconds");
+    inspector->session().setBound(100);
+    EXPECT_EQ(window->objectClass(), nullptr);
+    EXPECT_EQ(inspector->failure(), "the application has not answered for 0.1 seconds");
     EXPECT_TRUE(application->isRunning());
     inspector->session().setBound(30000);
     // The late answer is not taken for that of this one.
     EXPECT_EQ(inspector->callFunction("nothing", {}, &error), QVariant());
     EXPECT_EQ(error, "there is no function 'nothing'");
+    EXPECT_EQ(inspector->failure(), QString());
 }
 
 TEST_F(RemoteApplicationTest, ADialogThatRunsALoopOfItsOwnIsUsedToItsEnd)

@@ -90,7 +90,7 @@ TEST(CommandLineTest, ErrorsNameWhatWasWrong)
         {{"--timeout", "1.5"}, "--timeout: '1.5' is not a number of seconds"},
         {{"--random", "4294967296"}, "--random: '4294967296' is not a number from 0 to 4294967295"},
         {{"--envvar", "=x"}, "--envvar: '=x' is not of the form NAME=VALUE"},
-        {{"a", "b"}, "more than one suite directory: 'b'"},
+        {{"a", "b?token=S"}, "more than one suite directory: 'b'"},
         {{""}, "the suite directory must not be empty"},
     };
     for (const auto &row : rows)

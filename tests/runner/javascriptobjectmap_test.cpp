@@ -192,7 +192,10 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         {"names.a = {text: null};", 1, "value of 'text'"},
         {"names.a = {'a b': 'c'};", 1, "can't be a property"},
         {QByteArray("// a\nnames.a\0 = 'b';", 20), 2, "zero byte"},
-        {"// \xff", 0, "not UTF-8"},
+        {"names.a = {'a@b': 'c'};", 1, "not a valid name"},
+        {"names.a = 'b';\nnames.b = {window: wildcard('x')};", 2, "not a valid name"},
+        {"names.a = '{bad';", 1, "not a valid name"},
+        {"\n// \xff", 2, "not UTF-8"},
         {"while (true) ;", 0, "still running after 0.5 seconds", std::chrono::milliseconds(500)},
         {"names.a = {text: env('HOME')};", 1, "env is not defined"},
     };
@@ -205,6 +208,7 @@ TEST_F(JavaScriptObjectMapTest, AFileThatCanNotBeUsedSaysWhereAndWhy)
         EXPECT_EQ(error.place.fileName(), path);
         QString dump;
         EXPECT_FALSE(map.scriptedNamesDump(&dump));
+        EXPECT_EQ(dump, "");
     }
 }
 
@@ -260,6 +264,20 @@ TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
                                   "names.save = {text: \"Save\"};\n// MORVEX"))
             << code.toStdString();
     }
+}
+
+TEST_F(JavaScriptObjectMapTest, ANameWithinAMigratedNameIsNotFoundByTheKeysOfTheFile)
+{
+    RunnerProcess runner;
+    runner.addFile("names.js", QByteArray("names.main = {type: 'Other'};\n"
+                                          "names.inner = {type: 'X', window: names.main};\n") +
+                                   marker);
+    runner.addFile("objects.map", ":btn\t{text='b' container={type='X' window=':main'}}\n"
+                                  ":main\t{type='QMainWindow'}\n");
+    EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
+    const QByteArray code = readFile(runner.suitePath() + "/names.js");
+    EXPECT_TRUE(code.contains("\nnames.main_2 = {type: \"QMainWindow\"};\n")) << code.toStdString();
+    EXPECT_FALSE(code.contains("container: names.inner}")) << code.toStdString();
 }
 
 TEST_F(JavaScriptObjectMapTest, ASerializedMapKeepsItsNames)

@@ -56,16 +56,30 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
         results(QByteArray(startAwkward) +
                 "var window = find('awkward');\n"
                 "try { find('crash').click(); } catch (error) { log.info(error.message); }\n"
-                "try { window.get('level'); } catch (error) { log.info(error.message); }\n" +
+                "try { window.get('level'); } catch (error) { log.info(error.message); }\n"
+                // Nothing says whether it is there.
+                "try { window.exists(); } catch (error) { log.info(error.message); }\n"
+                "try { find('dialog', 0).exists(); } catch (error) { log.info(error.message); }\n" +
                 startAwkward +
                 "log.info(find('awkward').get('level'), window.exists());\n"
                 "\nfind('crash').click();");
-    ASSERT_EQ(lines.size(), 4);
+    ASSERT_EQ(lines.size(), 6);
     EXPECT_EQ(lines[0], "LOG crash: " + crash + "|");
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
-    EXPECT_EQ(lines[2], "LOG 0|false");
-    EXPECT_TRUE(lines[3].startsWith("ERROR Script error|Error: crash: " + crash))
-        << lines[3].toStdString();
+    EXPECT_EQ(lines[2], lines[1]);
+    EXPECT_EQ(lines[3], "LOG " + crash + "|");
+    EXPECT_EQ(lines[4], "LOG 0|false");
+    EXPECT_TRUE(lines[5].startsWith("ERROR Script error|Error: crash: " + crash))
+        << lines[5].toStdString();
+}
+
+TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)
+{
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                      "Promise.resolve().then(function () {\n"
+                      "    find('awkward'); application.stop(); log.info('stopped'); });\n"
+                      "log.info(find('nothing', 300).exists());"),
+              (QStringList{"LOG false|", "LOG stopped|"}));
 }
 
 TEST_F(ProgramTest, AProgramHasAHomeOfItsOwnUnlessTheRunSaysOtherwise)

@@ -160,6 +160,9 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
         "text(b))\n"
         "entry = '105|%d|0|' + text('START') + '|1|s|' + text('file:///s') + '|-1' + '|0|' * 4 +"
         " '|0' + '|0|' * 2 + '|-1' + '|0|' * 2 + '|-1\\n'\n"
+        "point = '105|2|0|' + '|'.join([text('FAIL'), text(''), text(''), '-1', text(''), "
+        "text(''), text(\"in 'f'\"), text(''), '0', text('visualVerificationResult'), "
+        "text('file:///dev/stdin'), '-1', text('f'), text(''), '-1\\n'])\n"
         "async def refused(*messages):\n"
         "    async with websockets.connect(sys.argv[1]) as socket:\n"
         "        for m in messages: await socket.send(m.encode('latin1'))\n"
@@ -190,14 +193,14 @@ TEST_F(ResultServerTest, HostileBytesAreRefusedAndACutOffRunIsKept)
         "'7|1', '5|1|', '301|1x',"
         " '105|1|0|5|START|0||0||0|0||0||0||0||99999999|']:\n"
         "        print((await refused(session(), m))[-1] != 0)\n"
-        "    print(await refused(session(b='cut'), entry % 1))\n"
+        "    print(await refused(session(b='cut'), entry % 1, point, '201|3|1|f|1|x'))\n"
         "asyncio.run(main())\n";
     startServer();
     const QString address = value().section('/', 0, 2).replace("quillbase,http", "ws") + "/event";
     QProcess process;
     process.start("/usr/bin/python3", {"-c", client, address, value().section("token=", 1)});
     ASSERT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(26) + "[0, 0]\n")
+    EXPECT_EQ(process.readAllStandardOutput(), QByteArray("True\n").repeated(26) + "[0, 0, 0, 0]\n")
         << process.readAllStandardError().constData();
     // The end of the server waits for what is left.
     server.terminate();

@@ -2,7 +2,9 @@
 
 #include "shared/uiabstraction/loadimage.h"
 #include "shared/uncompress.h"
+#include "support/capture.h"
 
+#include <QBuffer>
 #include <QPixmap>
 
 #include <gtest/gtest.h>
@@ -19,6 +21,20 @@ QImage picture(int width, int height)
             image.setPixel(x, y, qRgb(x * 10, y * 10, 7));
     }
     return image;
+}
+
+// Whether the decoder, which complains of it, was given a picture of that size that breaks off.
+bool isTruncatedPngDecoded(int side, const char *format)
+{
+    QImage image(side, side, QImage::Format_Mono);
+    image.fill(1);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    image.save(&buffer, "PNG");
+    bytes.truncate(100);
+    return !MorvexTest::standardErrorOf([&] {
+                EXPECT_TRUE(loadImage(bytes, format).isNull());
+            }).empty();
 }
 
 QVariantMap mapOf(const Screenshot &screenshot)
@@ -131,4 +147,12 @@ TEST(LoadImageTest, AHeaderThatPromisesTooManyPixelsIsRefused)
             .size(),
         QSize(2, 1));
     EXPECT_TRUE(uncompress("\x7f\xff\xff\xff\x78\x9c").isEmpty());
+}
+
+TEST(LoadImageTest, AFewBytesAreNotDecodedAsAPictureThatTheyCanNotHold)
+{
+    for (const char *format : {"PNG", "png", ""}) {
+        EXPECT_TRUE(isTruncatedPngDecoded(100, format)) << format;
+        EXPECT_FALSE(isTruncatedPngDecoded(8000, format)) << format;
+    }
 }

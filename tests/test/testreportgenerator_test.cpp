@@ -240,6 +240,7 @@ TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
         {{"bogus"}, "bogus report generator: Unknown or unsupported report generator: bogus"},
         {{"Stdout"}, "Stdout report generator: Unknown or unsupported report generator: Stdout"},
         {{"null", "x,y"}, "x report generator: Unknown or unsupported report generator: x"},
+        {{"x:h?token=S"}, "x:h report generator: Unknown or unsupported report generator: x:h"},
     };
     for (const auto &row : rows) {
         QString resultDir;

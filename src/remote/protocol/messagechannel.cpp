@@ -89,6 +89,9 @@ MessageChannel::Outcome MessageChannel::receive(Message *message, int timeout)
         outcome = fill(static_cast<int>(qMax<qint64>(left, 0)));
         if (outcome != Received)
             return outcome;
+        // Also when something comes all the time.
+        if (left <= 0)
+            return takeMessage(message);
     }
 }
 

@@ -35,7 +35,8 @@ QImage loadImage(const QByteArray &bytes, const QByteArray &format, qint64 maxPi
     const QSize size = reader.size();
     if (!size.isValid() || pixelCount(size) > maxPixels)
         return {};
-    if (reader.format() == "png" && !canHold(bytes, pixelCount(size)))
+    // The name is the caller's own when one was given.
+    if (reader.format().toLower() == "png" && !canHold(bytes, pixelCount(size)))
         return {};
     return reader.read();
 }

@@ -6,6 +6,7 @@
 
 #include <QDomDocument>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -20,6 +21,8 @@ const QLatin1String contentKind("content");
 const QLatin1String geometryKind("geometry");
 const QLatin1String structureKind("structure");
 const QLatin1String pictureKind("picture");
+
+const qint64 maxPointSize = 256 * 1024 * 1024;
 
 using Results = QMap<BrowserElement::Id, TitanCompare>;
 using Properties = QMap<QString, QString>;
@@ -122,6 +125,10 @@ QJsonObject failure(const QString &text)
 // Returns an error text, empty on success.
 [[nodiscard]] QString readPoint(const QString &path, VisualBody *body)
 {
+    // Pipes and devices have no end.
+    const QFileInfo info(path);
+    if (info.exists() && (!info.isFile() || info.size() > maxPointSize))
+        return QStringLiteral("It is not a file of at most 256 MB.");
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString();
