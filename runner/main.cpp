@@ -104,9 +104,8 @@ int run(const RunnerOptions &options)
     const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
     const std::unique_ptr<UiCoverage> coverage =
         isCounted ? std::make_unique<UiCoverage>() : nullptr;
-    const int status = isSuite ? runSuite(options, coverage.get()) : runTestCase(options);
-    if (coverage && !isSuite)
-        coverage->collect();
+    const int status =
+        isSuite ? runSuite(options, coverage.get()) : runTestCase(options, coverage.get());
     if (coverage)
         coverage->print();
     return status;

@@ -5,6 +5,7 @@
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/scripttestcase.h"
+#include "runner/uicoverage.h"
 #include "shared/realpath.h"
 #include "test/openreportfile.h"
 #include "test/rawreportgenerator.h"
@@ -50,7 +51,7 @@ QStringList withPlainBlanks(QStringList arguments)
 
 // Owns the generator, so that the report is closed after it. False when entries got lost.
 bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
-               const QString &resultDir, RunOutcome *outcome)
+               const QString &resultDir, UiCoverage *coverage, RunOutcome *outcome)
 {
     TestResult result(generator);
     result.setObserver([outcome](const TestResult::Entry &entry) { outcome->add(entry); });
@@ -63,13 +64,18 @@ bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
                             {suiteDir.absolutePath(), resultDir, options.scriptArguments,
                              options.snoozeFactor, withPlainBlanks(options.aut),
                              options.objectMap});
-    testCase.run(true);
+    testCase.run(false);
+    if (coverage) {
+        coverage->collect();
+        coverage->attachPage(&result, resultDir);
+    }
+    result.completed();
     return !stream || !stream->hasLostEntries();
 }
 
 } // namespace
 
-int runTestCase(const RunnerOptions &options)
+int runTestCase(const RunnerOptions &options, UiCoverage *coverage)
 {
     const QString error = problem(options);
     if (!error.isEmpty()) {
@@ -87,7 +93,7 @@ int runTestCase(const RunnerOptions &options)
         resultDir = cleanedPath(options.resultDir);
     RunOutcome outcome;
     // The parent must not take what it got for all there was.
-    if (!runScript(options, created.generator, resultDir, &outcome))
+    if (!runScript(options, created.generator, resultDir, coverage, &outcome))
         return ExitUnusable;
     return outcome.hasFailure() || hasIncompleteReport() ? ExitFailed : ExitPassed;
 }

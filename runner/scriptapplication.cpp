@@ -64,7 +64,7 @@ QString ScriptApplication::start(const QStringList &command)
         return QStringLiteral("no application was named");
     // One that has ended by itself may be started again.
     if (m_program && !m_program->isRunning())
-        m_program.reset();
+        dropProgram();
     if (isRunning())
         return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
@@ -83,6 +83,9 @@ QString ScriptApplication::start(const QStringList &command)
     if (!error.isEmpty())
         return error;
     m_wasStarted = true;
+    // What a plugin has counted can't be asked for later.
+    if (m_beforeStop && Inspector::self() && Inspector::self() != inspector())
+        m_beforeStop();
     Inspector::install(inspector());
     startUsageCount();
     return {};
@@ -135,14 +138,19 @@ void ScriptApplication::prepare()
 
 void ScriptApplication::stop()
 {
-    if (m_program && m_beforeStop)
-        m_beforeStop();
-    m_program.reset();
+    dropProgram();
     if (!m_running)
         return;
     m_running->stop();
     m_running = nullptr;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void ScriptApplication::dropProgram()
+{
+    if (m_program && m_beforeStop)
+        m_beforeStop();
+    m_program.reset();
 }
 
 bool ScriptApplication::waitUntilRunning(int timeout)

@@ -32,8 +32,8 @@ public:
     /// say so. Returns an error text, empty on success.
     [[nodiscard]] QString loadObjectMap(const QString &fileName);
 
-    /// @p callback is called before a script stops a program, which takes with it what it knows of
-    /// its use; not at the end of this object's life.
+    /// @p callback is called before a script stops a program or starts another one in its place,
+    /// which takes with it what it knows of its use; not at the end of this object's life.
     void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
@@ -58,6 +58,7 @@ private:
     QString pathOf(const QString &name) const;
     QString startPlugin(const QString &path, const QStringList &arguments);
     QString startProgram(const QStringList &command);
+    void dropProgram();
     bool isRunning() const;
     Inspector *inspector() const;
     QString whyNotFindable() const;

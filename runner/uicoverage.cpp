@@ -25,10 +25,9 @@ QString coverageDir()
 
 QByteArray usageXml(QString *error)
 {
-    // The answer begins with a byte that distinguishes a dump from an error.
     const QByteArray answer =
         Inspector::self()->callFunction(QStringLiteral("dumpUsage"), {}, error).toByteArray();
-    return convertDumpToXml(answer.mid(1), error);
+    return error->isEmpty() ? convertDumpToXml(dumpOfAnswer(answer, error), error) : QByteArray();
 }
 
 // Returns an error text, empty on success.
@@ -90,7 +89,12 @@ void attachUsage(TestResult *result, const QString &testCase, const QString &res
 UiCoverage::UiCoverage()
     : m_root(nullptr, QStringLiteral("coverage"))
 {
-    qputenv(variable, QFile::encodeName(m_dir.path()));
+    if (m_dir.isValid())
+        qputenv(variable, QFile::encodeName(m_dir.path()));
+    else
+        printMessage(QStringLiteral("warning: no UI coverage is counted: %1 (set TMPDIR to another "
+                                    "directory)")
+                         .arg(m_dir.errorString()));
 }
 
 UiCoverage::~UiCoverage()
@@ -100,6 +104,8 @@ UiCoverage::~UiCoverage()
 
 void UiCoverage::collect()
 {
+    if (!m_dir.isValid())
+        return;
     const QDir dir(m_dir.path());
     const QStringList names = dir.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name);
     for (const QString &name : names) {

@@ -116,6 +116,31 @@ QStringList contentsOf(const QWidget *window)
     return contents;
 }
 
+// What a release of the mouse chooses; null for nothing.
+const QAction *actionAt(const QObject *object, const QPoint &place)
+{
+    if (const auto *menu = qobject_cast<const QMenu *>(object))
+        return menu->actionAt(place);
+    const auto *bar = qobject_cast<const QMenuBar *>(object);
+    return bar ? bar->actionAt(place) : nullptr;
+}
+
+// What a key chooses; null for nothing.
+const QAction *actionFor(const QObject *object, int key)
+{
+    const auto *menu = qobject_cast<const QMenu *>(object);
+    if (!menu)
+        return nullptr;
+    if (isActivating(key))
+        return menu->activeAction();
+    const QList<QAction *> actions = menu->actions();
+    const QKeySequence letter(Qt::ALT | key);
+    const auto found = std::find_if(actions.begin(), actions.end(), [&](const QAction *action) {
+        return action->isVisible() && QKeySequence::mnemonic(action->text()) == letter;
+    });
+    return found != actions.end() ? *found : nullptr;
+}
+
 bool isViewport(const QWidget *widget)
 {
     const auto *area = qobject_cast<const QAbstractScrollArea *>(widget->parentWidget());
@@ -123,6 +148,12 @@ bool isViewport(const QWidget *widget)
 }
 
 } // namespace
+
+QEvent::Type choiceEventType()
+{
+    static const int type = QEvent::registerEventType();
+    return QEvent::Type(type);
+}
 
 UsageCounter::UsageCounter()
     : m_root(QString(), StandardType(), UIElement::unknownConcreteType())
@@ -153,12 +184,18 @@ bool UsageCounter::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        if (watched->isWidgetType() && !isHandedOn(static_cast<QWidget *>(watched),
-                                                   static_cast<QMouseEvent *>(event)->timestamp()))
+        if (watched->isWidgetType() &&
+            static_cast<QMouseEvent *>(event)->button() == Qt::LeftButton &&
+            !isHandedOn(static_cast<QWidget *>(watched),
+                        static_cast<QMouseEvent *>(event)->timestamp()))
             count(static_cast<QWidget *>(watched),
                   [](const UsageRule &rule) { return rule.isByMouse; });
         break;
+    case QEvent::MouseButtonRelease:
+        countChoice(actionAt(watched, static_cast<QMouseEvent *>(event)->pos()));
+        break;
     case QEvent::KeyPress:
+        countChoice(actionFor(watched, static_cast<QKeyEvent *>(event)->key()));
         if (watched->isWidgetType() && !isHandedOn(static_cast<QWidget *>(watched),
                                                    static_cast<QKeyEvent *>(event)->timestamp()))
             count(static_cast<QWidget *>(watched),
@@ -167,9 +204,18 @@ bool UsageCounter::eventFilter(QObject *watched, QEvent *event)
                   });
         break;
     default:
+        if (event->type() == choiceEventType())
+            countChoice(qobject_cast<QAction *>(watched));
         break;
     }
     return false;
+}
+
+// Null for what is not in a menu that was seen.
+void UsageCounter::countChoice(const QAction *action)
+{
+    if (action && action->isEnabled())
+        addUsage(m_seen.value(action).element, chooseEvent());
 }
 
 // A widget hands what it doesn't want to its parent, at the same time.
@@ -291,13 +337,7 @@ void UsageCounter::seeActions(QWidget *menu, Level *level)
     for (QAction *action : actions) {
         if (action->isSeparator() || action->menu())
             continue;
-        const bool isNew = m_seen.value(action).object != action;
-        UIElement *element = elementFor(action, level);
-        element->registerEvent(chooseEvent());
-        if (isNew) {
-            connect(action, &QAction::triggered, this,
-                    [element] { addUsage(element, chooseEvent()); });
-        }
+        elementFor(action, level)->registerEvent(chooseEvent());
     }
 }
 

@@ -2,16 +2,21 @@
 
 #include "shared/uiabstraction/uielement.h"
 
+#include <QEvent>
 #include <QHash>
 #include <QObject>
 #include <QPointer>
 
+class QAction;
 class QTabBar;
 class QWidget;
 
 namespace Morvex {
 
 struct UsageRule;
+
+/// Sent to an action that is chosen in a user's stead, without an event of its menu.
+QEvent::Type choiceEventType();
 
 /// Counts what users do to the elements of the application: to buttons, fields, menu items, tabs
 /// and the like, not to labels and layouts. An element is known, with all that can be done to it,
@@ -68,6 +73,7 @@ private:
     template <typename Fits>
     void count(QWidget *widget, const Fits &fits);
     bool isHandedOn(const QWidget *widget, ulong timestamp);
+    void countChoice(const QAction *action);
     void forgetGoneObjects();
 
     // Above all windows.

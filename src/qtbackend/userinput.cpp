@@ -3,6 +3,7 @@
 #include "qtbackend/identification.h"
 #include "qtbackend/turneventloop.h"
 #include "qtbackend/typedkeys.h"
+#include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
 
 #include <QAbstractScrollArea>
@@ -145,6 +146,8 @@ QString triggerAction(QAction *action)
     const QString error = whyBlocked(action);
     if (!error.isEmpty())
         return error;
+    QEvent choice(choiceEventType());
+    QCoreApplication::sendEvent(action, &choice);
     action->trigger();
     turnEventLoop(0);
     return {};

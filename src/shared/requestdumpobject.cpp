@@ -100,11 +100,7 @@ QByteArray callDumpObject(const SharedPtr<Object> &object, const QVariantList &f
         answer =
             inspector->callFunction(QStringLiteral("dumpObject"), arguments, nullptr).toByteArray();
     }
-    if (answer.isEmpty())
-        return failure(error, QStringLiteral("Request for object snapshot returned no data"));
-    const char kind = answer.at(0);
-    answer.remove(0, 1);
-    return kind == dumpFollows ? answer : failure(error, errorTextOf(answer));
+    return dumpOfAnswer(answer, error);
 }
 
 QByteArray requestSnapshot(const SharedPtr<Object> &object, const SnapshotKind &kind,
@@ -149,6 +145,14 @@ QByteArray requestObjectSnapshotForVisualVP(SharedPtr<Object> object, QString *e
                             QStringLiteral("*_visualvp_user_filter.xml"),
                             QStringLiteral("No filters found for visual VP")};
     return requestSnapshot(object, kind, QByteArray(), error);
+}
+
+QByteArray dumpOfAnswer(const QByteArray &answer, QString *error)
+{
+    if (answer.isEmpty())
+        return failure(error, QStringLiteral("Request for object snapshot returned no data"));
+    const QByteArray content = answer.mid(1);
+    return answer.at(0) == dumpFollows ? content : failure(error, errorTextOf(content));
 }
 
 QByteArray convertDumpToXml(const QByteArray &dump, QString *error)

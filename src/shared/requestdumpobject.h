@@ -21,6 +21,9 @@ MORVEX_EXPORT QByteArray requestObjectSnapshot(const QString &objectName,
 /// With the filters for verification points.
 MORVEX_EXPORT QByteArray requestObjectSnapshotForVisualVP(SharedPtr<Object> object, QString *error);
 
+/// The dump in an answer of the application side, whose first byte distinguishes one from an error.
+MORVEX_EXPORT QByteArray dumpOfAnswer(const QByteArray &answer, QString *error);
+
 /// The dump as an XML document. Empty for an empty dump, which is no failure.
 MORVEX_EXPORT QByteArray convertDumpToXml(const QByteArray &dump, QString *error);
 

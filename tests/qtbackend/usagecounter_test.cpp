@@ -3,8 +3,10 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QDialog>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -83,6 +85,14 @@ TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
     type("edit", "ab<Tab>");
     type("spin", "1<Up>");
     click("{text='Act'}");
+    // What the application does itself is no choice of a user.
+    menu->actions().at(0)->trigger();
+    menu->popup({});
+    menu->setActiveAction(menu->actions().at(0));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(menu, &enter);
+    QMouseEvent press(QEvent::MouseButtonPress, {1, 1}, Qt::RightButton, Qt::RightButton, {});
+    QCoreApplication::sendEvent(window.findChild<QWidget *>("one"), &press);
     click("list");
     click("tabs");
     emit window.findChild<QComboBox *>("combo")->activated(1);
@@ -96,7 +106,7 @@ TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
                            "QWidget \"window\"/QTabBar \"tabs\"/tab \"First\": choose 1",
                            "QWidget \"window\"/QTabBar \"tabs\"/tab \"Second\": choose 0",
                            "QWidget \"window\"/QPushButton \"off\": click 0",
-                           "QWidget \"window\"/QMenu \"menu\"/QAction \"act\": choose 1",
+                           "QWidget \"window\"/QMenu \"menu\"/QAction \"act\": choose 2",
                        }));
 }
 

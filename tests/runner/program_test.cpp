@@ -52,25 +52,28 @@ TEST_F(ProgramTest, ADialogThatKeepsItsProgramBusyDoesNotKeepTheScript)
 TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
 {
     const QString crash = "the application has crashed by signal 11 (Segmentation fault)";
-    const QStringList lines =
-        results(QByteArray(startAwkward) +
-                "var window = find('awkward');\n"
-                "try { find('crash').click(); } catch (error) { log.info(error.message); }\n"
-                "try { window.get('level'); } catch (error) { log.info(error.message); }\n"
-                // Nothing says whether it is there.
-                "try { window.exists(); } catch (error) { log.info(error.message); }\n"
-                "try { find('dialog', 0).exists(); } catch (error) { log.info(error.message); }\n" +
-                startAwkward +
-                "log.info(find('awkward').get('level'), window.exists());\n"
-                "\nfind('crash').click();");
-    ASSERT_EQ(lines.size(), 6);
+    const QStringList lines = results(
+        QByteArray(startAwkward) +
+            "var window = find('awkward');\n"
+            "try { find('crash').click(); } catch (error) { log.info(error.message); }\n"
+            "try { window.get('level'); } catch (error) { log.info(error.message); }\n"
+            // Nothing says whether it is there.
+            "try { window.exists(); } catch (error) { log.info(error.message); }\n"
+            "try { find('dialog', 0).exists(); } catch (error) { log.info(error.message); }\n" +
+            startAwkward +
+            "log.info(find('awkward').get('level'), window.exists());\n"
+            "\nfind('crash').click();",
+        {"--coverage"});
+    ASSERT_EQ(lines.size(), 8);
     EXPECT_EQ(lines[0], "LOG crash: " + crash + "|");
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
     EXPECT_EQ(lines[2], lines[1]);
     EXPECT_EQ(lines[3], "LOG " + crash + "|");
-    EXPECT_EQ(lines[4], "LOG 0|false");
-    EXPECT_TRUE(lines[5].startsWith("ERROR Script error|Error: crash: " + crash))
-        << lines[5].toStdString();
+    for (int i : {4, 6})
+        EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
+    EXPECT_EQ(lines[5], "LOG 0|false");
+    EXPECT_TRUE(lines[7].startsWith("ERROR Script error|Error: crash: " + crash))
+        << lines[7].toStdString();
 }
 
 TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)

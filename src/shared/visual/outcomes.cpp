@@ -23,11 +23,12 @@ OutcomeEntries Outcomes::entries(BrowserElement *actual, const CmpResult &result
     m_entries.clear();
     m_entries.reserve(size_t(m_tree.checksCount()));
     const ExpectedElement &root = m_tree.element(0);
-    if (!root.element->id().isEmpty())
-        m_entries.push_back({&root, actual, &result});
+    m_entries.push_back({&root, actual, &result});
     addEntriesBelow(root, actual, result);
     OutcomeEntries entries;
     for (const Entry &entry : sortedEntries()) {
+        if (entry.expected->element->id().isEmpty())
+            continue;
         // At the front there is nothing to search for, and the last one of an id comes first.
         const bool isSorted = entry.expected->checks >= 0;
         entries.insert(isSorted ? entries.constBegin() : entries.constEnd(),

@@ -19,8 +19,8 @@ public:
     {
     }
 
-    /// The entries of all selected pairs below the roots, of which @p result is the result. The
-    /// roots have one if they have an id.
+    /// The entries of the roots, of which @p result is the result, and of all selected pairs below.
+    /// An element without an id has none.
     OutcomeEntries entries(BrowserElement *actual, const CmpResult &result);
 
 private:

@@ -82,17 +82,16 @@ void readAlgorithm(const QDomElement &element, VisualScreenshotCheck *check)
 {
     if (element.attribute(QStringLiteral("name")) != QLatin1String("correlationcompare"))
         return;
-    const QString tag = QStringLiteral("Parameter");
-    QDomElement parameter = element.firstChildElement(tag);
-    while (!parameter.isNull() &&
-           parameter.attribute(QStringLiteral("name")) != QLatin1String("threshold"))
-        parameter = parameter.nextSiblingElement(tag);
     bool isNumber = false;
-    const double threshold = parameter.text().toDouble(&isNumber);
-    if (!isNumber)
-        return;
-    check->algorithm = VisualScreenshotCheck::Correlation;
-    check->threshold = threshold;
+    forEachChild(element, QStringLiteral("Parameter"), [&](const QDomElement &parameter) {
+        if (isNumber || parameter.attribute(QStringLiteral("name")) != QLatin1String("threshold"))
+            return;
+        const double threshold = parameter.text().toDouble(&isNumber);
+        if (isNumber) {
+            check->algorithm = VisualScreenshotCheck::Correlation;
+            check->threshold = threshold;
+        }
+    });
 }
 
 VisualScreenshotCheck screenshotCheck(const QDomElement &element)

@@ -123,7 +123,7 @@ QJsonObject failure(const QString &text)
 }
 
 // Returns an error text, empty on success.
-[[nodiscard]] QString readPoint(const QString &path, VisualBody *body)
+[[nodiscard]] QString readPoint(const QString &path, QDomDocument *document)
 {
     // Pipes and devices have no end.
     const QFileInfo info(path);
@@ -132,35 +132,42 @@ QJsonObject failure(const QString &text)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString();
-    QDomDocument document;
-    const QString error = parseDocument(file.readAll(), &document);
-    if (!error.isEmpty())
-        return error;
-    const QDomElement root = document.documentElement();
-    return body->read(root.firstChildElement(QStringLiteral("Verification")))
-               ? QString()
-               : QStringLiteral("The tree in it can't be read.");
+    return parseDocument(file.readAll(), document);
+}
+
+QJsonObject unreadablePoint(const QString &path, const QString &error)
+{
+    return failure(
+        QStringLiteral("The verification point '%1' could not be read: %2").arg(path, error));
 }
 
 QJsonObject comparedTrees(const QString &pointFile, const QString &snapshotFile)
 {
-    VisualBody body;
-    QString error = readPoint(pointFile, &body);
+    QDomDocument document;
+    QString error = readPoint(pointFile, &document);
     if (!error.isEmpty())
-        return failure(QStringLiteral("The verification point '%1' could not be read: %2")
-                           .arg(pointFile, error));
+        return unreadablePoint(pointFile, error);
     BrowserElement live(nullptr, QStringLiteral("live"));
     if (!BrowserElement::readXMLFile(&live, snapshotFile, &error))
         return failure(
             QStringLiteral("The snapshot '%1' could not be read: %2").arg(snapshotFile, error));
-    Results results;
-    if (body.compare(&live, &results))
-        return failure(QStringLiteral("The verification point and the snapshot do not differ."));
-    const Marks marks(results, &body.stored, &live);
-    return {
-        {QStringLiteral("expected"),
-         marks.node(&body.stored).value(QStringLiteral("children")).toArray()},
-        {QStringLiteral("actual"), marks.node(&live).value(QStringLiteral("children")).toArray()}};
+    const QString tag = QStringLiteral("Verification");
+    QDomElement verification = document.documentElement().firstChildElement(tag);
+    for (; !verification.isNull(); verification = verification.nextSiblingElement(tag)) {
+        VisualBody body;
+        if (!body.read(verification))
+            return unreadablePoint(pointFile, QStringLiteral("The tree in it can't be read."));
+        Results results;
+        if (body.compare(&live, &results))
+            continue;
+        const Marks marks(results, &body.stored, &live);
+        const auto below = [&marks](const BrowserElement *root) {
+            return marks.node(root).value(QStringLiteral("children")).toArray();
+        };
+        return {{QStringLiteral("expected"), below(&body.stored)},
+                {QStringLiteral("actual"), below(&live)}};
+    }
+    return failure(QStringLiteral("The verification point and the snapshot do not differ."));
 }
 
 } // namespace
