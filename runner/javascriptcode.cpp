@@ -58,6 +58,13 @@ QString keyCode(const QString &key)
     return isIdentifier(key) ? key : javaScriptString(key);
 }
 
+// Vowel signs and accents of their own.
+bool isCombining(QChar character)
+{
+    return character.category() == QChar::Mark_NonSpacing ||
+           character.category() == QChar::Mark_SpacingCombining;
+}
+
 // Digits of any script would be read as letters by no engine.
 bool isWordCharacter(QChar character)
 {
@@ -69,11 +76,12 @@ QStringList wordsOf(const QString &text)
     QStringList words;
     bool isInWord = false;
     for (const QChar character : text) {
-        if (isWordCharacter(character) && isInWord)
+        const bool isOfWord = isWordCharacter(character) || (isInWord && isCombining(character));
+        if (isOfWord && isInWord)
             words.last() += character;
-        else if (isWordCharacter(character))
+        else if (isOfWord)
             words += QString(character);
-        isInWord = isWordCharacter(character);
+        isInWord = isOfWord;
     }
     return words;
 }

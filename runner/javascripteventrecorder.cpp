@@ -67,9 +67,23 @@ QString argumentList(const EventData &event, int first, int end)
     return code.join(QLatin1String(", "));
 }
 
+// Positions, rows and columns; scripts refuse any other number.
+bool isWhole(const EventDataArg &argument)
+{
+    static const QRegularExpression whole(QStringLiteral("^-?(0|[1-9][0-9]{0,8})\\z"));
+    return argument.kind == EventDataArg::NUMBER && whole.match(argument.value).hasMatch();
+}
+
 bool fits(const EventDataArg &argument, char form)
 {
-    return form == '*' || (form == 'n') == (argument.kind == EventDataArg::NUMBER);
+    switch (form) {
+    case 'n':
+        return isWhole(argument);
+    case 't':
+        return argument.kind != EventDataArg::NUMBER;
+    default:
+        return true;
+    }
 }
 
 bool fit(const EventData &event, const char *forms)
@@ -100,6 +114,8 @@ QString itemCall(const QString &objectName, const EventData &event, const Method
     const auto &arguments = event.arguments();
     const bool isCell = EventRecorder::hasItemRowAndColumn(event);
     if (arguments.count() != (isCell ? 2 : 1) || arguments.at(0).value.isEmpty())
+        return {};
+    if (isCell && !(isWhole(arguments.at(0)) && isWhole(arguments.at(1))))
         return {};
     const QString selector =
         isCell ? argumentList(event, 0, 2) : javaScriptString(arguments.at(0).value);

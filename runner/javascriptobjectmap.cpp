@@ -56,10 +56,14 @@ struct FileState
     }
 };
 
-QByteArray contentOf(const QString &path)
+// A file that can't be read is not the same as one that is missing, nor as an empty one.
+QByteArray contentOf(const QString &path, bool *isRead = nullptr)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    if (isRead)
+        *isRead = isOpen;
+    return isOpen ? file.readAll() : QByteArray();
 }
 
 QString inOneLine(QString text)
@@ -93,6 +97,8 @@ struct JavaScriptObjectMap::Contents
 {
     FileState state;
     bool isSettled = false;
+    bool isRead = false;
+    bool exists = false;
     QByteArray bytes;
     NamesFileError error;
     std::vector<std::pair<QString, QString>> lines;
@@ -180,10 +186,15 @@ const JavaScriptObjectMap::Contents &JavaScriptObjectMap::contents() const
     const FileState state = FileState::of(scriptPath());
     if (m_contents && m_contents->isSettled && m_contents->state == state)
         return *m_contents;
-    const QByteArray bytes = contentOf(scriptPath());
-    if (!m_contents || m_contents->bytes != bytes) {
+    bool isRead = false;
+    const QByteArray bytes = contentOf(scriptPath(), &isRead);
+    const bool exists = QFileInfo::exists(scriptPath());
+    if (!m_contents || m_contents->bytes != bytes || m_contents->isRead != isRead ||
+        m_contents->exists != exists) {
         m_contents = std::make_unique<Contents>();
         m_contents->bytes = bytes;
+        m_contents->isRead = isRead;
+        m_contents->exists = exists;
         m_contents->load(scriptPath(), m_limit);
     }
     m_contents->state = state;
@@ -213,6 +224,15 @@ bool JavaScriptObjectMap::scriptedNamesDump(QString *dump) const
         *dump += QLatin1Char(':') + inOneLine(line.first) + QLatin1Char('\t') +
                  inOneLine(line.second) + QLatin1Char('\n');
     return contents().error.text.isEmpty();
+}
+
+// In the dump some characters of a name are escaped.
+QStringList JavaScriptObjectMap::getScriptedSymbolicNames() const
+{
+    QStringList names;
+    for (const auto &line : contents().lines)
+        names += line.first;
+    return names;
 }
 
 QString JavaScriptObjectMap::scriptExpression(const QString &name) const

@@ -29,6 +29,7 @@ public:
     [[nodiscard]] QString saveOrKeep() const;
 
     bool scriptedNamesDump(QString *dump) const override;
+    QStringList getScriptedSymbolicNames() const override;
     QString scriptExpression(const QString &name) const override;
     ScriptedSymbolicName qualifiedSymbolicName(const ScriptedSymbolicName &name) const override;
     ScriptedSymbolicName semiQualifiedSymbolicName(const ScriptedSymbolicName &name) const override;

@@ -75,6 +75,9 @@ int repairReport(const QString &directory)
 
 int run(const RunnerOptions &options)
 {
+    if (options.joinRuns && options.action != RunnerOptions::Action::MergeReports &&
+        options.action != RunnerOptions::Action::Help)
+        return usageError(QStringLiteral("--join-runs needs --merge-reports"));
     switch (options.action) {
     case RunnerOptions::Action::Help:
         std::fputs(qUtf8Printable(helpText()), stdout);
@@ -96,6 +99,8 @@ int run(const RunnerOptions &options)
     if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
         return usageError(QStringLiteral("no suite directory was given") +
                           suiteDirectoryHint(options));
+    if (!isSuite && options.keptRuns > 0)
+        return usageError(QStringLiteral("--keep-runs needs a suite directory"));
     const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
     const std::unique_ptr<UiCoverage> coverage =
         isCounted ? std::make_unique<UiCoverage>() : nullptr;

@@ -57,6 +57,7 @@ private:
     bool findKnownName(const QString &name, ObjectName object);
     void reserveKeys();
     int save(int count);
+    void reportDanglingReferences() const;
     void report(int count) const;
 
     const ObjectMap &m_map;
@@ -138,6 +139,7 @@ int Migration::save(int count)
         printMessage(broken.toString());
         return ExitUnusable;
     }
+    reportDanglingReferences();
     if (!m_names.hasSymbolicName(created.last().first)) {
         printMessage(
             QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE: "
@@ -149,13 +151,17 @@ int Migration::save(int count)
     return ExitPassed;
 }
 
-void Migration::report(int count) const
+void Migration::reportDanglingReferences() const
 {
     for (const QString &reference : m_names.danglingReferences())
         printMessage(
             QStringLiteral("'%1' is not in the object map; names that refer to it keep it as "
                            "a text")
                 .arg(reference));
+}
+
+void Migration::report(int count) const
+{
     printMessage((count == 1 ? QStringLiteral("1 name was added to '%2'")
                              : QStringLiteral("%1 names were added to '%2'").arg(count))
                      .arg(m_namesPath));

@@ -150,7 +150,7 @@ public:
                                             bool inlineRefs);
 
     /// All names of the file; empty when it can't be run.
-    QStringList getScriptedSymbolicNames() const;
+    virtual QStringList getScriptedSymbolicNames() const;
 
     /// Replaces the created names by those of a serialized object map.
     void fromLegacyRepresentation(const QString &serializedMap);

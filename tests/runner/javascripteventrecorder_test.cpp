@@ -121,12 +121,15 @@ TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLo
     EventData typed = action("{name='name'}", "type", {text("x")});
     EventData cell = action("{name='articles'}", "clickItem", {number(0), number(1)});
     typed.setSnooze(11000);
+    EventData item = action("{name='articles'}", "clickItem", {text("Nuts")});
     cell.setSnooze(100);
+    item.setSnooze(11000);
     QStringList lines = recorded(EventRecorder::OBJECT_SYNC, nullptr, {typed});
     EXPECT_EQ(lines.value(0), "find(\"{name='name'}\", 11000);");
     lines += recorded(EventRecorder::SNOOZE_SYNC, nullptr, {cell});
     cell.setSnooze(11000);
     lines += recorded(EventRecorder::OBJECT_SYNC, nullptr, {cell});
+    lines += recorded(EventRecorder::OBJECT_SYNC, nullptr, {item});
     EXPECT_EQ(results("application.start('inventory');\n" + lines.join('\n').toUtf8() +
                       "\ncheck.equal(find('name').get('text'), 'x');"),
               QStringList("PASS Verification|Got expected 'x'."))
@@ -139,6 +142,7 @@ TEST_F(JavaScriptEventRecorderTest, AnEventThatScriptsCanNotRepeatIsSeenInTheScr
               QStringList("// Not recorded: \"swipe\" of \"a\\nb\" with (\"\\n\")"));
     for (const EventData &event :
          {action("a", "click", {number(1)}), action("a", "type"),
+          action("a", "click", {number(5), {"5.5", EventDataArg::NUMBER}}),
           action("a", "clickItem", {text("")}), action("a", "clickItem", {text("b"), text("c")})})
         EXPECT_TRUE(recorded(EventRecorder::NO_SYNC, nullptr, {event}).value(0).startsWith("// "));
 }

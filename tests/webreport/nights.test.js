@@ -95,5 +95,10 @@ describe('Nights', { skip: missing || false }, () => {
         const rerun = shownOf(workshop.documents());
         assert.deepEqual(names(findings(rerun).newlyFailing), ['tst_z_last']);
         assert.ok(findings(rerun).missing.length === 0);
+        assert.doesNotMatch(summary.line(summary.of(rerun, rerun.root.children[0])), /run$/);
+        // The latest run before that is no rerun counts.
+        workshop.run('suite_shop', 7, '--testcase', 'tst_new');
+        const lacking = findings(shownOf(workshop.documents())).missing;
+        assert.equal(lacking.length, 7);
     });
 });

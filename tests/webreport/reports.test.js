@@ -117,6 +117,7 @@ describe('Several reports', { skip: missing || false }, () => {
             [target, reports[0]],
             [reports[0], ...reports],
             [workshop.path('new'), 'nowhere'],
+            [path.join(reports[0], 'in', 'it'), ...reports],
         ])
             assert.notEqual(workshop.call('--merge-reports', ...words).status, 0);
         assert.ok(!fs.existsSync(workshop.path('new')));

@@ -13,9 +13,9 @@
 
     /// What a row says below its title: what came out, where, and since when.
     function factsOf(cause) {
-        const { failure, since, part } = cause;
-        const isNew = since === part.source;
-        const hasEarlier = report.suites.earlier(part.source).length > 0;
+        const { failure, since, sources } = cause;
+        const isNew = sources.includes(since);
+        const hasEarlier = sources.some((source) => report.suites.earlier(source).length > 0);
         const when = isNew
             ? 'new in this run'
             : 'since run ' +

@@ -91,13 +91,19 @@
         return outcome === 'flaky' || known.flaky > 1;
     }
 
-    /// The test cases of the run before that are not in this one, as `{run, key, raw, isSaid}`;
+    /// The run whose test cases a run should have too; undefined for a rerun, which chose its own.
+    function comparedRun(source) {
+        if (suites.isRerun(source)) return undefined;
+        return suites.earlier(source).find((run) => !suites.isRerun(run));
+    }
+
+    /// The test cases of the compared run that are not in this one, as `{run, key, raw, isSaid}`;
     /// `isSaid` where the run itself says that it did not get to them. One of which no run before
     /// knows has no `run`.
     function missing(run, part) {
         const { source } = part;
         const said = new Set(suites.leftOut(source));
-        const [before] = suites.isRerun(source) ? [] : suites.earlier(source);
+        const before = comparedRun(source);
         const found = [];
         for (const { key, raw } of before ? before.summary.cases.values() : []) {
             if (run.byKey.has(part.node.key ? part.node.key + '/' + key : key)) continue;
@@ -116,5 +122,5 @@
             .sort((a, b) => b.duration - a.duration);
     }
 
-    report.changes = { mark, flakiness, isFlaky, missing, slowest };
+    report.changes = { mark, flakiness, isFlaky, comparedRun, missing, slowest };
 })((globalThis.morvexReport = globalThis.morvexReport || {}));

@@ -109,10 +109,10 @@
     function entryView(app, node, views) {
         const raw = node.raw;
         const base = report.shown.baseOf(app.run, node);
-        const long = node.name.length > 300 || node.name.includes('\n');
+        const isShortened = node.name && report.marks.shortTitle(node) !== node.name;
         return [
             node.entryKind === 'xpass' ? element('p', { class: 'notice' }, unexpectedPass) : null,
-            long ? block('Text', views.textBlock(node.name)) : null,
+            isShortened ? block('Text', views.textBlock(node.name)) : null,
             values(views, raw),
             table(views, raw),
             failedImage(views, raw),

@@ -7,8 +7,14 @@
     const { outcomeOf } = report.marks;
     const shownRuns = 40;
 
-    function description({ run, node }) {
-        const what = node ? outcomeOf(node).label : 'Did not run';
+    /// Only the log of a run says that it did not get to a test case.
+    function absence(run, { name, testCase }) {
+        const isSaid = report.suites.leftOut(run).includes(testCase ? testCase.name : name);
+        return isSaid ? 'Did not run' : 'Not in this run';
+    }
+
+    function description({ run, node }, shown) {
+        const what = node ? outcomeOf(node).label : absence(run, shown);
         const time =
             node && node.duration !== null ? ', ' + report.format.duration(node.duration) : '';
         return dateTime(run.raw.start) + ': ' + what + time;
@@ -25,11 +31,11 @@
     }
 
     /// A link to the node in its run.
-    function mark(app, point, dateRange) {
+    function mark(app, point, shown, dateRange) {
         const { run, node } = point;
         const date = dateTime(run.raw.start).slice(...dateRange);
         const name = 'Run ' + (run.index + 1);
-        const title = description(point);
+        const title = description(point, shown);
         const here = isShown(app, run);
         return element(
             node ? 'a' : 'span',
@@ -76,7 +82,7 @@
             strip,
             points,
             here,
-            (point) => mark(app, point, dateRange),
+            (point) => mark(app, point, node, dateRange),
             shownRuns,
             { before: 'older', after: 'newer' },
         );

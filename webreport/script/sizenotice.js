@@ -16,11 +16,18 @@
         return entry ? entry.decodedBodySize : 0;
     }
 
+    /// The file has six characters for each above 0x7f.
+    function escapedLength(text) {
+        let length = text.length;
+        for (let at = 0; at < text.length; ++at) if (text.charCodeAt(at) > 0x7f) length += 5;
+        return length;
+    }
+
     /// Of a page opened from a file the browser gives no sizes.
     function estimatedSize(runs) {
         const step = Math.ceil(runs.length / samples);
         const some = runs.filter((run, at) => at % step === 0);
-        const size = some.reduce((sum, run) => sum + JSON.stringify(run).length, 0);
+        const size = some.reduce((sum, run) => sum + escapedLength(JSON.stringify(run)), 0);
         return (size * runs.length) / some.length;
     }
 

@@ -62,10 +62,12 @@
             .some((one) => isMessage(one, RegExp('^' + rerunText + '$')));
     }
 
-    /// The names of the test cases of which the run says that it did not get to them.
+    /// The names of the test cases of which the run says that it did not get to them; in a joined
+    /// one each shard does.
     function leftOut({ raw }) {
-        const said = (raw.tests || []).findLast((one) => isMessage(one, leftOutText));
-        return said ? (said.detail || '').split('\n').filter(Boolean) : [];
+        return (raw.tests || [])
+            .filter((one) => isMessage(one, leftOutText))
+            .flatMap((one) => (one.detail || '').split('\n').filter(Boolean));
     }
 
     /// The earlier runs that a run is compared with, latest first. What a run repeats is no

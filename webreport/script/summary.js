@@ -24,6 +24,7 @@
             added: having('isAdded'),
             flaky: all.filter(report.changes.isFlaky),
             missing: parts.flatMap((part) => report.changes.missing(run, part)),
+            isCompared: parts.some(({ source }) => report.changes.comparedRun(source)),
             hasEarlier: parts.some(({ source }) => report.suites.earlier(source).length > 0),
         };
     }
@@ -35,12 +36,12 @@
     }
 
     /// Nothing is said of what the data does not know.
-    function missingText({ missing, hasEarlier }) {
+    function missingText({ missing, isCompared }) {
         const said = missing.filter((one) => one.isSaid).length;
         const silent = missing.length - said;
-        if (said > 0) return count(said) + ' did not run';
-        if (silent > 0) return count(silent) + ' not in this run';
-        return hasEarlier ? '0 did not run' : '';
+        const facts = said > 0 ? [count(said) + ' did not run'] : [];
+        if (silent > 0 || (isCompared && said === 0)) facts.push(count(silent) + ' not in this run');
+        return facts.join(', ');
     }
 
     /// What is not as it should be, in few words; empty when all is.
@@ -57,7 +58,7 @@
             .join(', ');
     }
 
-    /// One line: "97 failed, 4 causes, 51 new, 41 fixed, 12 flaky, 0 did not run".
+    /// One line: "97 failed, 4 causes, 51 new, 41 fixed, 12 flaky, 6 did not run".
     function line(findings) {
         const { testCases, failed, causes, newlyFailing, fixed, flaky, hasEarlier } = findings;
         if (testCases.length === 0) return 'No test case ran.';

@@ -88,8 +88,9 @@ void QuillbasePrivate::send(const TestResult::Entry &entry, QObject *receiver)
 // A server may have said that it has all when there was more to come.
 void QuillbasePrivate::noteLoss()
 {
-    if (!hasIncompleteReport())
+    if (!m_hasNotedLoss && !worker->hasReportedCutOff())
         reportCutOff({});
+    m_hasNotedLoss = true;
 }
 
 void QuillbasePrivate::sendAndWaitForAnswer(const TestResult::Entry &entry)

@@ -82,6 +82,7 @@ private:
     Waits m_waits = defaultWaits;
     int m_waitNumber = 0;
     bool m_hasWorker = false;
+    bool m_hasNotedLoss = false;
 };
 
 } // namespace Morvex

@@ -310,8 +310,10 @@ void QuillbaseWorker::wsBytesWritten(qint64)
 // woken reads it, and after the note, since who reads it looks for that.
 void QuillbaseWorker::endUpload()
 {
-    if (isConnected() && !isDone)
+    if (isConnected() && !isDone) {
+        isCutOff = true;
         reportCutOff(socket.closeReason().toUtf8());
+    }
     connected = 0;
     acknowledgeOpenChunks();
     wakeWaiter();

@@ -30,6 +30,8 @@ public:
 
     /// From any thread. False from the moment on in which the upload ended, for whatever reason.
     bool isConnected() const { return connected != 0; }
+    /// To be asked when it is not connected any more.
+    bool hasReportedCutOff() const { return isCutOff; }
 
 protected:
     void customEvent(QEvent *event) override;
@@ -85,6 +87,8 @@ private:
     // The sizes of what the server has not confirmed, by serial.
     std::map<int, int> videoChunks;
     bool isDone = false;
+    // Written before connected, which the other thread reads first.
+    bool isCutOff = false;
     bool isHandlingEvent = false;
     // Whether bytes have left during the event that is being handled.
     bool hasWritten = false;

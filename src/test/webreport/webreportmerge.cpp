@@ -123,9 +123,11 @@ private:
             const QString source = m_report.filePath(one);
             const QString copy =
                 target.filePath(directory + QLatin1Char('/') + QFileInfo(one).fileName());
-            if (QFileInfo(source).isFile() && !QFileInfo::exists(copy) &&
-                !QFile::copy(source, copy) && m_error.isEmpty())
-                m_error = QStringLiteral("Could not copy '%1' to '%2'").arg(source, copy);
+            QFile file(source);
+            if (QFileInfo(source).isFile() && !QFileInfo::exists(copy) && !file.copy(copy) &&
+                m_error.isEmpty())
+                m_error = QStringLiteral("Could not copy '%1' to '%2': %3")
+                              .arg(source, copy, file.errorString());
         }
     }
 
@@ -206,8 +208,23 @@ QString fill(const QString &target, const QStringList &reports, bool joinRuns,
     });
     if (joinRuns)
         runs = joined(runs);
+    merge->warnings.removeDuplicates();
     merge->runs = int(runs.size());
     return writeRuns(QDir(target), runs);
+}
+
+// The report that a directory, which need not exist, is in; empty without one.
+QString reportAround(const QFileInfo &directory, const QSet<QString> &reports)
+{
+    QString path = directory.path();
+    while (!QFileInfo::exists(path) && path != QFileInfo(path).path())
+        path = QFileInfo(path).path();
+    for (path = QFileInfo(path).canonicalFilePath(); !reports.contains(path);
+         path = QFileInfo(path).path()) {
+        if (path == QFileInfo(path).path())
+            return {};
+    }
+    return path;
 }
 
 } // namespace
@@ -223,7 +240,11 @@ WebReportMerge mergeWebReports(const QString &target, const QStringList &reports
             merge.error = QStringLiteral("'%1' is named twice").arg(report);
         known += path;
     }
-    if (directory.exists() && known.contains(directory.canonicalFilePath()))
+    const QString around = reportAround(directory, known);
+    if (!around.isEmpty())
+        merge.error =
+            QStringLiteral("'%1' is in the report '%2', which stays as it is").arg(target, around);
+    else if (directory.exists() && known.contains(directory.canonicalFilePath()))
         merge.error = QStringLiteral("'%1' is one of the reports to merge").arg(target);
     else if (directory.exists() || directory.isSymLink())
         merge.error = QStringLiteral("'%1' exists already; give a directory that does not exist "

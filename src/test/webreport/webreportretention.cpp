@@ -82,7 +82,7 @@ private:
         if (!file.isRead())
             return file.error();
         std::vector<WebReportEdit> edits;
-        QByteArray list;
+        QByteArray list = m_left;
         QHash<QString, unsigned int> later;
         const std::vector<WebReportRun> runs = webReportRuns(file.data(), file.size());
         for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
@@ -96,14 +96,22 @@ private:
         if (edits.empty())
             return {};
         // Whoever finds the list asks the data file which of the files it may remove.
-        const FileWriteResult written = writeFileSafely(m_list, list);
-        if (written.outcome != FileWriteResult::Written)
-            return QStringLiteral("Could not write '%1': %2").arg(m_list, written.error);
+        const QString error = writeList(list);
+        if (!error.isEmpty())
+            return error;
         *removedRuns = int(edits.size());
         return replaceWebReportData(m_dataFile, file.data(), file.size(), edits);
     }
 
-    // Removes the files of the list that no run names.
+    QString writeList(const QByteArray &list) const
+    {
+        const FileWriteResult written = writeFileSafely(m_list, list);
+        return written.outcome == FileWriteResult::Written
+                   ? QString()
+                   : QStringLiteral("Could not write '%1': %2").arg(m_list, written.error);
+    }
+
+    // Removes the files of the list that no run names. Those that can't be removed stay on it.
     QString removeLeftOver()
     {
         QFile list(m_list);
@@ -115,17 +123,20 @@ private:
         QSet<QString> named;
         for (const WebReportRun &run : webReportRuns(file.data(), file.size()))
             named += reportFilesOf(run.document);
+        m_left.clear();
         for (const QByteArray &name : list.readAll().split('\0')) {
             const QString path = QFile::decodeName(name);
-            if (!path.isEmpty() && !named.contains(path))
-                removeFile(path);
+            if (!path.isEmpty() && !named.contains(path) && !removeFile(path))
+                m_left += name + '\0';
         }
+        if (!m_left.isEmpty())
+            return writeList(m_left);
         return QFile::remove(m_list) ? QString()
                                      : QStringLiteral("Could not remove '%1'").arg(m_list);
     }
 
-    // Only files that are in the report, whatever a run says.
-    void removeFile(const QString &path)
+    // Only files that are in the report, whatever a run says. False when that fails.
+    bool removeFile(const QString &path)
     {
         const QString clean = QDir::cleanPath(path);
         const QFileInfo info(m_report.filePath(clean));
@@ -134,15 +145,20 @@ private:
         const QString relative = directory.mid(root.size()) + info.fileName();
         const bool isFile = info.isSymLink() || info.isFile();
         if (!isFile || !directory.startsWith(root) || isPage(relative) || isPage(clean))
-            return;
+            return true;
+        if (!QFile::remove(info.filePath()))
+            return false;
         // Directories that are empty now go too.
-        if (QFile::remove(info.filePath()) && relative.contains(QLatin1Char('/')))
+        if (relative.contains(QLatin1Char('/')))
             m_report.rmpath(QFileInfo(relative).path());
+        return true;
     }
 
     const QDir m_report;
     const QString m_dataFile;
     const QString m_list;
+    // As in the list: what could not be removed.
+    QByteArray m_left;
 };
 
 } // namespace

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <map>
 #include <memory>
 #include <sys/stat.h>
 
@@ -80,54 +81,67 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
     const QJsonArray stack{2, script, 12, "x-testsuite:/shared.js", 0};
     const QJsonArray result{"tableVerificationResult", "x-testsuite:/tst_a/points/VP1.xml", -1};
     const char *const table = "^tablediff\\d+/tablediff\\.xml$";
+    const char *const video = "^shot 1_\\d+\\.png$";
     struct Row
     {
-        TestResult::ResultType type;
         QString script;
         QJsonArray stack;
         QJsonArray kind;
         const char *resource;
     };
-    const Row rows[] = {
-        {TestResult::START_TEST_CASE, script, {0}, result, table},
-        {TestResult::FATAL, "", stack, result, table},
-        {TestResult::XPASS, script, stack, result, table},
-        {TestResult::WARNING, "", stack, result, table},
-        {TestResult::SKIP_SECTION, script, {0}, result, table},
+    const Row frame{script, {0}, result, table};
+    const Row message{"", stack, result, table};
+    const Row verification{script, stack, result, table};
+    const Row capture{script, {0}, {"", "", -1}, video};
+    const std::map<TestResult::ResultType, Row> rows{
+        {TestResult::START_TEST_CASE, frame},
+        {TestResult::END_TEST_CASE, frame},
+        {TestResult::START_SECTION, frame},
+        {TestResult::END_SECTION, frame},
+        {TestResult::SKIP_SECTION, frame},
+        {TestResult::LOG, message},
+        {TestResult::FATAL, message},
+        {TestResult::ERROR, message},
+        {TestResult::WARNING, message},
+        {TestResult::PASS, verification},
+        {TestResult::FAIL, verification},
+        {TestResult::XFAIL, verification},
+        {TestResult::XPASS, verification},
         {TestResult::ATTACHMENT,
-         script,
-         {0},
-         {"screenshot", "", -1},
-         "^x-results:/.*/results/shot%201\\.png$"},
-        {TestResult::STARTVIDEOCAPTURE, script, {0}, {"", "", -1}, "^shot 1_\\d+\\.png$"},
+         {script, {0}, {"screenshot", "", -1}, "^x-results:/.*/results/shot%201\\.png$"}},
+        {TestResult::STARTVIDEOCAPTURE, capture},
+        {TestResult::ENDVIDEOCAPTURE, capture},
     };
     std::vector<TestResult::Entry> entries;
-    for (const Row &row : rows)
-        entries.push_back(fullEntry(row.type));
+    for (const auto &[type, row] : rows)
+        entries.push_back(fullEntry(type));
+    // The start and the end of the run.
+    EXPECT_EQ(entries.size(), allTypes().size() - 2);
     std::vector<QJsonArray> messages = uploaded(entries);
     const auto isFile = [](const QJsonArray &fields) { return fields.at(0) != 105; };
     messages.erase(std::remove_if(messages.begin(), messages.end(), isFile), messages.end());
     ASSERT_EQ(messages.size(), entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const TestResult::Entry &entry = entries[i];
+        const Row &row = rows.at(entry.type);
         QJsonArray expected{105,
                             messages[i].at(1),
                             entry.time.toMSecsSinceEpoch(),
                             TestResult::resultToString(entry.type),
                             "suite_name",
-                            rows[i].script,
+                            row.script,
                             12,
                             "summary",
                             entry.message,
                             entry.details,
                             "info"};
         for (const QJsonArray &part :
-             {rows[i].stack, rows[i].kind, QJsonArray{last(messages[i], Resource), "", 2}}) {
+             {row.stack, row.kind, QJsonArray{last(messages[i], Resource), "", 2}}) {
             for (const QJsonValue &value : part)
                 expected.append(value);
         }
         EXPECT_EQ(textOf(messages[i]), textOf(expected));
-        EXPECT_TRUE(QRegularExpression(rows[i].resource)
+        EXPECT_TRUE(QRegularExpression(row.resource)
                         .match(last(messages[i], Resource).toString())
                         .hasMatch());
     }

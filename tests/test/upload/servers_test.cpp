@@ -194,7 +194,10 @@ TEST_F(UploadTest, EachWaitHasItsBound)
             generator->handleEntry(entry);
         }
         generator.reset();
-        EXPECT_GE(timer.elapsed(), row.milliseconds) << row.behaviour;
+        const qint64 elapsed = timer.elapsed();
+        EXPECT_GE(elapsed, row.milliseconds) << row.behaviour;
+        // Far more than a busy machine takes for the rest.
+        EXPECT_LE(elapsed, row.milliseconds + 8000) << row.behaviour;
     }
 }
 
