@@ -15,6 +15,7 @@
 #include <ftw.h>
 #include <initializer_list>
 #include <poll.h>
+#include <string>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <sys/socket.h>
@@ -26,14 +27,29 @@ using namespace Morvex;
 namespace {
 
 const int control = 3;
+// Of reports that the test case has not taken yet, in bytes; later ones of other processes than the
+// program are left out.
+const std::size_t maxUnsent = 64 * 1024;
+
+std::string unsent;
+pid_t program = 0;
+
+// A test case that doesn't listen must not hold up the watch.
+void sendReports()
+{
+    ssize_t sent;
+    while (!unsent.empty() &&
+           (sent = ::send(control, unsent.data(), unsent.size(), MSG_NOSIGNAL | MSG_DONTWAIT)) > 0)
+        unsent.erase(0, static_cast<std::size_t>(sent));
+}
 
 void report(const char *event, int number, const char *how, int status)
 {
     char line[64];
-    const int size = std::snprintf(line, sizeof line, "%s %d %s %d\n", event, number, how, status);
-    // A test case that doesn't listen must not hold up the watch.
-    [[maybe_unused]] const ssize_t sent =
-        ::send(control, line, static_cast<size_t>(size), MSG_NOSIGNAL | MSG_DONTWAIT);
+    std::snprintf(line, sizeof line, "%s %d %s %d\n", event, number, how, status);
+    if (unsent.size() < maxUnsent || number == program || number == 0)
+        unsent += line;
+    sendReports();
 }
 
 // In the new process. Returns on failure, with errno set.
@@ -51,7 +67,7 @@ void start(char **arguments, const sigset_t &signals)
     int failure[2];
     if (::pipe2(failure, O_CLOEXEC) != 0)
         return report("failed", errno, "", 0);
-    const pid_t program = ::fork();
+    program = ::fork();
     if (program == 0) {
         run(arguments, signals);
         [[maybe_unused]] const ssize_t written = ::write(failure[1], &errno, sizeof errno);
@@ -87,7 +103,8 @@ void reap()
 void watch(int signals)
 {
     for (;;) {
-        pollfd waited[] = {{control, POLLIN, 0}, {signals, POLLIN, 0}};
+        const short wanted = unsent.empty() ? POLLIN : POLLIN | POLLOUT;
+        pollfd waited[] = {{control, wanted, 0}, {signals, POLLIN, 0}};
         if (::poll(waited, 2, -1) < 0 && errno != EINTR)
             return;
         signalfd_siginfo signal = {};
@@ -96,8 +113,9 @@ void watch(int signals)
                 return;
             reap();
         }
-        if (waited[0].revents)
+        if (waited[0].revents & ~POLLOUT)
             return;
+        sendReports();
     }
 }
 
