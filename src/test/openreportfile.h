@@ -43,7 +43,7 @@ MORVEX_EXPORT void reportWriteError(const QString &fileName, const QString &reas
 /// Remembers for the rest of this process that a report is not whole.
 MORVEX_EXPORT void noteIncompleteReport();
 MORVEX_EXPORT bool hasIncompleteReport();
-/// How often that was noted; tells whether one of several reports in a row is whole.
+/// How often that was noted; says whether one of several reports in a row is whole.
 MORVEX_EXPORT int incompleteReports();
 
 } // namespace Morvex

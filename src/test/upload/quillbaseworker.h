@@ -30,7 +30,7 @@ public:
 
     /// From any thread. False from the moment on in which the upload ended, for whatever reason.
     bool isConnected() const { return connected != 0; }
-    /// To be asked when it is not connected any more.
+    /// To be asked when it is no longer connected.
     bool hasReportedCutOff() const { return isCutOff; }
 
 protected:
