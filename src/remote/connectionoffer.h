@@ -1,5 +1,6 @@
 #pragma once
 
+#include "morvex_export.h"
 #include "remote/protocol/messagechannel.h"
 
 #include <QString>
@@ -10,7 +11,7 @@ namespace Morvex {
 
 /// A socket in a directory of this user alone, by which an application that was started for it can
 /// connect to this process.
-class ConnectionOffer
+class MORVEX_EXPORT ConnectionOffer
 {
 public:
     struct Caller

@@ -49,7 +49,9 @@ void RemoteSession::sendReleases()
     Message message;
     message.type = Message::Release;
     message.values.swap(m_releases);
-    m_channel->send(message, sendTimeoutMs);
+    // A part of a message makes all that follows unreadable.
+    if (!m_channel->send(message, sendTimeoutMs))
+        m_channel->shutDown();
 }
 
 void RemoteSession::close(const QString &reason)

@@ -1,5 +1,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
+#include "remote/connectionoffer.h"
+#include "remote/protocol/message.h"
 #include "remote/protocol/messagechannel.h"
 #include "remote/remoteapplication.h"
 #include "remote/remoteinspector.h"
@@ -13,7 +15,9 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstring>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <thread>
 #include <unistd.h>
 
@@ -60,6 +64,43 @@ protected:
     RemoteApplication::Start options;
     QString error;
 };
+
+TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
+{
+    const QTemporaryDir dir("/tmp/t-XXXXXX");
+    ConnectionOffer offer(dir.path());
+    ASSERT_EQ(offer.error(), QString());
+    const QByteArray token = offer.token();
+    const struct
+    {
+        QByteArray token;
+        quint16 version;
+        Message::Type type;
+        bool isTaken;
+        bool isOther;
+    } rows[] = {{token, protocolVersion, Message::Hello, true, false},
+                {token.left(token.size() - 1), protocolVersion, Message::Hello, false, false},
+                {QByteArray(), protocolVersion, Message::Hello, false, false},
+                {token, protocolVersion, Message::Ready, false, false},
+                {token, protocolVersion + 1, Message::Hello, false, true}};
+    for (const auto &row : rows) {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        const QByteArray path = offer.socketPath().toLocal8Bit();
+        std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
+        const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        MessageChannel agent(descriptor);
+        ASSERT_EQ(::connect(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+        Message hello;
+        hello.type = row.type;
+        hello.number = row.version;
+        hello.values = {row.token};
+        ASSERT_TRUE(agent.send(hello, 1000));
+        const ConnectionOffer::Caller caller = offer.waitForCaller(1000);
+        EXPECT_EQ(caller.channel != nullptr, row.isTaken);
+        EXPECT_EQ(caller.error.contains("another version"), row.isOther);
+    }
+}
 
 TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
 {
