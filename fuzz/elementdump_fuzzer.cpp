@@ -4,29 +4,16 @@
 #include "shared/requestdumpobject.h"
 #include "shared/uiabstraction/uielement.h"
 
-#include <QDataStream>
-
 using namespace Morvex;
 using UIAbstraction::UIElement;
 
 namespace {
 
-QByteArray dumpOf(const QList<UIElement *> &elements)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(QDataStream::Qt_4_9);
-    stream << elements.size();
-    for (const UIElement *element : elements)
-        element->serialize(&stream);
-    return bytes;
-}
-
 // What was read is written and read again.
 QByteArray writtenAgain(const QByteArray &dump)
 {
     const QList<UIElement *> elements = UIElement::elementsFromByteArray(dump);
-    const QByteArray bytes = dumpOf(elements);
+    const QByteArray bytes = UIElement::toByteArray(elements);
     qDeleteAll(elements);
     return bytes;
 }

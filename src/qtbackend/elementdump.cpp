@@ -11,7 +11,6 @@
 #include "shared/uiabstraction/uielement.h"
 
 #include <QAction>
-#include <QDataStream>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -25,7 +24,6 @@ using UIAbstraction::ElementGeometry;
 using UIAbstraction::UIElement;
 
 // The version that the readers of dumps expect.
-const int streamVersion = QDataStream::Qt_4_9;
 
 QStringList classNamesOf(const QObject *object)
 {
@@ -212,12 +210,7 @@ QByteArray dumpElements(QtModel &model, QObject *object, const ElementFilter &fi
 {
     const std::unique_ptr<UIElement> root =
         TreeBuilder(model, filter).build(static_cast<QWidget *>(object));
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(streamVersion);
-    stream << 1;
-    root->serialize(&stream);
-    return bytes;
+    return UIElement::toByteArray({root.get()});
 }
 
 } // namespace Morvex

@@ -8,7 +8,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDataStream>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
@@ -27,7 +26,6 @@ using UIAbstraction::UIElement;
 using UIAbstraction::UIEvent;
 
 // The version that the readers of dumps expect.
-const int streamVersion = QDataStream::Qt_4_9;
 
 UIEvent chooseEvent()
 {
@@ -165,14 +163,7 @@ UsageCounter::UsageCounter()
 QByteArray UsageCounter::dump()
 {
     observeAllWindows();
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(streamVersion);
-    const QList<UIElement *> windows = m_root.children();
-    stream << windows.size();
-    for (const UIElement *window : windows)
-        window->serialize(&stream);
-    return bytes;
+    return UIElement::toByteArray(m_root.children());
 }
 
 bool UsageCounter::eventFilter(QObject *watched, QEvent *event)

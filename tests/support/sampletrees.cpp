@@ -3,7 +3,6 @@
 #include "shared/uiabstraction/xmlexport.h"
 
 #include <QBuffer>
-#include <QDataStream>
 
 #include <gtest/gtest.h>
 
@@ -82,17 +81,6 @@ UIElement *newElement(const char *className, UIElement *parent)
     if (parent)
         parent->addChild(element);
     return element;
-}
-
-QByteArray dumpOf(const QList<UIElement *> &elements)
-{
-    QByteArray bytes;
-    QDataStream stream(&bytes, QIODevice::WriteOnly);
-    stream.setVersion(QDataStream::Qt_4_9);
-    stream << elements.size();
-    for (const UIElement *element : elements)
-        element->serialize(&stream);
-    return bytes;
 }
 
 QByteArray xmlOf(const QList<UIElement *> &elements, bool hidesTransparent)

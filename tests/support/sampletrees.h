@@ -16,9 +16,6 @@ std::unique_ptr<Morvex::UIAbstraction::UIElement> randomTree(QRandomGenerator &r
 Morvex::UIAbstraction::UIElement *newElement(const char *className,
                                              Morvex::UIAbstraction::UIElement *parent = nullptr);
 
-/// The stream form of a whole dump.
-QByteArray dumpOf(const QList<Morvex::UIAbstraction::UIElement *> &elements);
-
 /// The file of these elements, with or without what is transparent.
 QByteArray xmlOf(const QList<Morvex::UIAbstraction::UIElement *> &elements,
                  bool hidesTransparent = true);

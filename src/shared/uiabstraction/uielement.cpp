@@ -275,4 +275,15 @@ QList<UIElement *> UIElement::elementsFromByteArray(const QByteArray &dump)
     return ElementReader(&stream).readList();
 }
 
+QByteArray UIElement::toByteArray(const QList<UIElement *> &elements)
+{
+    QByteArray dump;
+    QDataStream stream(&dump, QIODevice::WriteOnly);
+    stream.setVersion(dumpStreamVersion);
+    stream << elements.size();
+    for (const UIElement *element : elements)
+        element->serialize(&stream);
+    return dump;
+}
+
 } // namespace Morvex::UIAbstraction

@@ -109,6 +109,8 @@ public:
     static UIElement *deserialize(QDataStream *stream);
     /// The elements of a whole dump; the caller owns them.
     static QList<UIElement *> elementsFromByteArray(const QByteArray &dump);
+    /// A whole dump of the elements.
+    static QByteArray toByteArray(const QList<UIElement *> &elements);
 
 Q_SIGNALS:
     void textChanged(Morvex::UIAbstraction::UIElement *element, const QString &text);

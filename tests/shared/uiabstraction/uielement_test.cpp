@@ -48,7 +48,8 @@ TEST(UIElementTest, RandomTreesComeBackFromTheirDumpsWithAllFields)
         const auto first = randomTree(random, 1 + random.bounded(6));
         const auto second = randomTree(random, 1);
         const QList<UIElement *> written{first.get(), second.get()};
-        const QList<UIElement *> read = UIElement::elementsFromByteArray(dumpOf(written));
+        const QList<UIElement *> read =
+            UIElement::elementsFromByteArray(UIElement::toByteArray(written));
         ASSERT_EQ(read.size(), 2);
         for (const bool hidesTransparent : {false, true})
             EXPECT_EQ(xmlOf(read, hidesTransparent), xmlOf(written, hidesTransparent)) << seed;
@@ -67,7 +68,7 @@ TEST(UIElementTest, ADumpThatEndsEarlyEndsWithTheElementThatWasBegun)
     UIElement *child = newElement("QLabel", &root);
     child->setImage(QImage(2, 2, QImage::Format_Mono));
     newElement("QLabel", &root)->registerEvent(UIEvent(QStringLiteral("click")));
-    const QByteArray dump = dumpOf({&root});
+    const QByteArray dump = UIElement::toByteArray({&root});
     int children = 0;
     for (int size = 0; size < dump.size(); ++size) {
         const QList<UIElement *> read = readQuietly(dump.left(size));
@@ -115,7 +116,7 @@ TEST(UIElementTest, DeepDumpsKeepTheLevelsThatOthersReadAndWhatComesAfterThem)
     for (int i = 0; i < levels; ++i)
         deepest = newElement("below", deepest);
     QByteArray written;
-    standardErrorOf([&] { written = dumpOf({top, read.at(1)}); });
+    standardErrorOf([&] { written = UIElement::toByteArray({top, read.at(1)}); });
     delete top;
     qDeleteAll(read);
     read = UIElement::elementsFromByteArray(written);
