@@ -63,7 +63,7 @@ void report(const char *event, int number, const char *how, int status)
 // In the new process. Returns on failure, with errno set.
 void run(char **arguments, const sigset_t &signals, const Output &output, const Output &errors)
 {
-    // Nobody ends it any more when somebody has killed the watcher.
+    // Otherwise nobody would end it after the watcher was killed.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::signal(SIGPIPE, SIG_DFL);
     ::sigprocmask(SIG_SETMASK, &signals, nullptr);
