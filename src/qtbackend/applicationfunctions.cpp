@@ -1,9 +1,13 @@
 #include "qtbackend/applicationfunctions.h"
 
+#include "objectmodel/class.h"
+#include "objectmodel/property.h"
 #include "qtbackend/elementdump.h"
 #include "qtbackend/elementfilter.h"
+#include "qtbackend/identification.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/items.h"
+#include "qtbackend/nameresolver.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/usagecounter.h"
@@ -185,6 +189,48 @@ QVariant propertiesOfItem(QtModel &model, const Call &call, QString *error)
                   : QVariant();
 }
 
+QVariant refsOf(QtModel &model, const std::vector<QObject *> &objects)
+{
+    QVariantList refs;
+    for (QObject *object : objects)
+        refs += QVariant(QVariantList{model.registry().idOf(object), realNameOf(object)});
+    return refs;
+}
+
+// Argument: a name. The answer is a list of pairs of an id and a name.
+QVariant findAll(QtModel &model, const Call &call, QString *error)
+{
+    return refsOf(model,
+                  NameResolver(model).findAll(call.arguments.value(0).toString(), error));
+}
+
+// Argument: id. The answer is as that of findAll.
+QVariant children(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    return object ? refsOf(model, model.childrenOf(object)) : QVariant();
+}
+
+// Argument: id. The answer is a map of values, of texts where a value can't travel.
+QVariant objectProperties(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    if (!object)
+        return {};
+    const SharedPtr<Object> wrapped = model.wrap(object);
+    const Class *known = wrapped->objectClass();
+    QVariantMap properties;
+    for (const QString &name : known->propertyNames()) {
+        const SharedPtr<Object> value = known->property(name)->get(wrapped);
+        if (!value)
+            continue;
+        const bool isPlain = value->value().userType() == QMetaType::Bool ||
+                             value->value().toString() == value->valueText();
+        properties[name] = isPlain ? value->value() : QVariant(value->valueText());
+    }
+    return properties;
+}
+
 const struct
 {
     const char *name;
@@ -198,6 +244,9 @@ const struct
     {"dumpUsage", dumpUsage},
     {"clickObject", click},
     {"useMouse", mouse},
+    {"findAll", findAll},
+    {"children", children},
+    {"objectProperties", objectProperties},
     {"typeText", type},
     {"useItem", useItemOf},
     {"hasItem", hasItemOf},

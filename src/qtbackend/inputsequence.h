@@ -1,5 +1,7 @@
 #pragma once
 
+#include "morvex_qtbackend_export.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
@@ -11,7 +13,7 @@ namespace Morvex {
 
 /// What a user does, one step in each turn of the event loop. When a step has opened a dialog that
 /// runs a loop of its own, the next ones are done in that.
-class InputSequence : public QObject
+class MORVEX_QTBACKEND_EXPORT InputSequence : public QObject
 {
     Q_OBJECT
 

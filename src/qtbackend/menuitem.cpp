@@ -59,9 +59,19 @@ QString openMenu(QWidget *owner, QAction *action)
 } // namespace
 
 MenuItem::MenuItem(QWidget *owner, const ItemSelector &selector)
+    : m_owner(owner)
+    , m_selector(selector)
 {
-    ItemPath path(selector);
-    QWidget *place = owner;
+    find();
+}
+
+// Again for each level when its menu has been opened: it may have been filled by then.
+void MenuItem::find()
+{
+    m_path.clear();
+    m_places.clear();
+    ItemPath path(m_selector);
+    QWidget *place = m_owner;
     while (!path.isAtEnd()) {
         const QList<QAction *> actions = place ? actionsOf(place) : QList<QAction *>();
         const int index = path.next(textsOf(actions));
@@ -102,7 +112,7 @@ QString MenuItem::whyBlocked() const
         return QStringLiteral("the entry no longer exists");
     // Some are enabled when their menu is about to be shown.
     const bool isToBeOpened = m_path.size() > 1 && canBeSeen() && !widget()->isVisible();
-    return Morvex::whyBlocked(isToBeOpened ? m_path.front() : action());
+    return Morvex::whyBlocked(isToBeOpened ? m_path.front().data() : action());
 }
 
 bool MenuItem::canBeSeen() const
@@ -114,21 +124,37 @@ bool MenuItem::canBeSeen() const
 
 void MenuItem::reveal(InputSequence &input)
 {
+    const auto self = shared_from_this();
     for (std::size_t level = 0; level + 1 < m_path.size(); ++level) {
-        const QPointer<QWidget> owner = m_places[level];
-        const QPointer<QAction> action = m_path[level];
-        input.add([owner, action] { return openMenu(owner, action); });
+        input.add([self, level] { return self->open(level); });
         input.waitUntil(
-            [action] { return !action || !action->menu() || action->menu()->isVisible(); },
+            [self, level] {
+                const QAction *action = self->m_path.at(level);
+                return !action || !action->menu() || action->menu()->isVisible();
+            },
             maxOpeningMs);
+        input.add([self] {
+            self->find();
+            if (!self->m_error.isEmpty())
+                self->conceal();
+            return self->m_error;
+        });
     }
+}
+
+QString MenuItem::open(std::size_t level)
+{
+    QString error;
+    if (level < m_path.size())
+        error = openMenu(m_places[level], m_path[level]);
+    return error;
 }
 
 void MenuItem::conceal()
 {
-    for (std::size_t level = m_places.size() - 1; level > 0; --level) {
-        if (m_places[level])
-            m_places[level]->close();
+    for (const QPointer<QWidget> &place : m_places) {
+        if (place && place != m_owner)
+            place->close();
     }
 }
 

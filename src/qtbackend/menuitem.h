@@ -11,7 +11,7 @@
 namespace Morvex {
 
 /// An entry of a menu or of a menu bar, by the path through the menus, or a button of a tool bar.
-class MenuItem : public Item
+class MenuItem : public Item, public std::enable_shared_from_this<MenuItem>
 {
 public:
     MenuItem(QWidget *owner, const ItemSelector &selector);
@@ -31,6 +31,11 @@ public:
     bool canBeSeen() const;
 
 private:
+    void find();
+    QString open(std::size_t level);
+
+    QPointer<QWidget> m_owner;
+    ItemSelector m_selector;
     // One for each level.
     std::vector<QPointer<QAction>> m_path;
     std::vector<QPointer<QWidget>> m_places;
