@@ -110,8 +110,19 @@
         return options;
     }
 
-    function expectsFail(options) {
-        return Boolean(knownOptions(options, ["expectFail"]).expectFail);
+    // What a check looks at: with the option "retry" a function that is called until the check holds.
+    function checkedValue(actual, options, holds) {
+        if (options.retry === undefined)
+            return actual;
+        var time = milliseconds(options.retry, 0);
+        if (typeof actual !== "function")
+            throw new TypeError("option 'retry' needs a function that gives the value to check");
+        var value;
+        objects.poll(function () {
+            value = actual();
+            return holds(value);
+        }, time);
+        return value;
     }
 
     function milliseconds(value, otherwise) {
@@ -182,15 +193,21 @@
     }
 
     global.check = {
-        that: function (condition, title, options) {
-            var expectFail = expectsFail(options);
+        that: function (actual, title, options) {
+            var known = knownOptions(options, ["expectFail", "retry"]);
+            var expectFail = Boolean(known.expectFail);
+            var condition = checkedValue(actual, known, Boolean);
             native.check(Boolean(condition), message(title),
                          condition ? "The condition holds." : "The condition does not hold.",
                          expectFail);
             return Boolean(condition);
         },
-        equal: function (actual, expected, title, options) {
-            var expectFail = expectsFail(options);
+        equal: function (value, expected, title, options) {
+            var known = knownOptions(options, ["expectFail", "retry"]);
+            var expectFail = Boolean(known.expectFail);
+            var actual = checkedValue(value, known, function (last) {
+                return isSame(last, expected, 0);
+            });
             if (isInt32(actual) && isInt32(expected)) {
                 native.compareNumbers(expected, actual, message(title), expectFail);
                 return actual === expected;

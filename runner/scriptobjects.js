@@ -62,8 +62,8 @@
             hasPlace(place);
             list = list.slice(2);
         }
-        if (list.length > 1)
-            throw new TypeError("a click takes x and y, and options");
+        if (list.length > 1 || (list.length === 1 && (typeof list[0] !== "object" || list[0] === null)))
+            throw new TypeError("click takes nothing or the two whole numbers x and y, and options");
         return mouseOptions(Object.assign({}, list[0], place));
     }
 
