@@ -1,11 +1,8 @@
-#include "support/files.h"
 #include "support/runnerprocess.h"
+#include "support/test.h"
 
 #include <QDirIterator>
 #include <QProcess>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace MorvexTest;
 

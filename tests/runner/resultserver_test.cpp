@@ -1,11 +1,10 @@
 // Runs of the real runner that are uploaded to the result server of the examples.
 
-#include "support/files.h"
 #include "support/reportcounts.h"
 #include "support/runnerprocess.h"
+#include "support/test.h"
 #include "support/uploadserver.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -13,7 +12,6 @@
 #include <QRegularExpression>
 
 #include <csignal>
-#include <gtest/gtest.h>
 
 using namespace MorvexTest;
 
