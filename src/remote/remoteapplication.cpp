@@ -190,7 +190,7 @@ RemoteApplication::RemoteApplication()
 
 RemoteApplication::~RemoteApplication()
 {
-    // Nobody wants to know it any more.
+    // What hangs is ended now.
     d->start.hangs = nullptr;
     if (!d->contexts.isEmpty())
         d->quit(*d->contexts.constFirst());
