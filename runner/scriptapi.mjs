@@ -1,7 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-(function (native, application, verification, global, nameFunctions, installObjects) {
-    "use strict";
-
+export default function (native, application, verification, global, nameFunctions, installObjects) {
     function text(value) {
         return value === undefined || value === null ? "" : show(value);
     }
@@ -426,4 +424,4 @@
     global.abortProcess = function () {
         native.abortProcess();
     };
-})
+}

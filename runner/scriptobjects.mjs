@@ -1,7 +1,5 @@
 // What find and its kin give to scripts. Documented in docs/scripting.md.
-(function (application, nameFunctions, helpers) {
-    "use strict";
-
+export default function (application, nameFunctions, helpers) {
     var text = helpers.text;
     var show = helpers.show;
     var isInt32 = helpers.isInt32;
@@ -294,4 +292,4 @@
             return value;
         }
     };
-})
+}
