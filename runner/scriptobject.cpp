@@ -157,8 +157,9 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
     else if (!exists)
         fail(QStringLiteral("the object no longer exists"));
     else
-        fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
-                            : unknownProperty(classBefore(m_object, steps, missing.name), missing.name));
+        fail(missing.exists
+                 ? QStringLiteral("property '%1' has no value").arg(missing.name)
+                 : unknownProperty(classBefore(m_object, steps, missing.name), missing.name));
     return {};
 }
 

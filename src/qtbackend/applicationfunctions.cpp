@@ -114,8 +114,8 @@ MouseTarget::Place placeOf(QtModel &model, QObject *object, const QVariantMap &o
                        : object;
     place.item = options.value(QStringLiteral("item")).toList();
     if (options.contains(QStringLiteral("x")))
-        place.place = QPoint(options[QStringLiteral("x")].toInt(),
-                             options[QStringLiteral("y")].toInt());
+        place.place =
+            QPoint(options[QStringLiteral("x")].toInt(), options[QStringLiteral("y")].toInt());
     return place;
 }
 
@@ -133,8 +133,7 @@ QVariant mouse(QtModel &model, const Call &call, QString *error)
     use.to = placeOf(model, object, options.value(QStringLiteral("to")).toMap());
     use.button = static_cast<Qt::MouseButton>(
         options.value(QStringLiteral("button"), int(Qt::LeftButton)).toInt());
-    use.modifiers =
-        Qt::KeyboardModifiers(options.value(QStringLiteral("modifiers")).toInt());
+    use.modifiers = Qt::KeyboardModifiers(options.value(QStringLiteral("modifiers")).toInt());
     use.wheel = QPointF(options.value(QStringLiteral("right")).toDouble(),
                         options.value(QStringLiteral("down")).toDouble());
     if (use.from.object && use.to.object)
@@ -200,8 +199,7 @@ QVariant refsOf(QtModel &model, const std::vector<QObject *> &objects)
 // Argument: a name. The answer is a list of pairs of an id and a name.
 QVariant findAll(QtModel &model, const Call &call, QString *error)
 {
-    return refsOf(model,
-                  NameResolver(model).findAll(call.arguments.value(0).toString(), error));
+    return refsOf(model, NameResolver(model).findAll(call.arguments.value(0).toString(), error));
 }
 
 // Argument: id. The answer is as that of findAll.

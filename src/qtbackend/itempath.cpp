@@ -63,8 +63,8 @@ int ItemPath::next(const QStringList &texts)
     int longest = 0;
     QList<int> found;
     for (int i = 0; i < texts.size(); ++i) {
-        const int length = qMax(lengthAtStart(m_rest, texts.at(i)),
-                                lengthAtStart(m_rest, escaped(texts.at(i))));
+        const int length =
+            qMax(lengthAtStart(m_rest, texts.at(i)), lengthAtStart(m_rest, escaped(texts.at(i))));
         if (length > longest)
             found.clear();
         if (length > 0 && length >= longest)
@@ -98,12 +98,12 @@ QString listedTexts(const QStringList &texts)
             listed += QStringLiteral("...");
             break;
         }
-        listed += text.size() > maxListedLength
-                      ? text.left(maxListedLength) + QLatin1String("...")
-                      : text;
+        listed += text.size() > maxListedLength ? text.left(maxListedLength) + QLatin1String("...")
+                                                : text;
     }
-    return listed.isEmpty() ? QString()
-                            : QStringLiteral("; there are: %1").arg(listed.join(QLatin1String(", ")));
+    return listed.isEmpty()
+               ? QString()
+               : QStringLiteral("; there are: %1").arg(listed.join(QLatin1String(", ")));
 }
 
 QString shownText(QString text)

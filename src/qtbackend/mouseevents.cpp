@@ -82,9 +82,8 @@ void turnWheel(const MouseSpot &spot, const QPointF &steps, Qt::KeyboardModifier
     if (!spot.isValid())
         return;
     const QPoint angle = (steps * -angleOfStep).toPoint();
-    auto *event =
-        new QWheelEvent(spot.place, spot.window->mapToGlobal(spot.place), QPoint(), angle,
-                        Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+    auto *event = new QWheelEvent(spot.place, spot.window->mapToGlobal(spot.place), QPoint(), angle,
+                                  Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
     event->setTimestamp(static_cast<ulong>(++lastTimestamp));
     QCoreApplication::postEvent(spot.window, event);
 }

@@ -144,7 +144,8 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
         return {};
     }
     if (!objectName.isMultiProperty())
-        objectName = ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}});
+        objectName =
+            ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}});
     NameConditions conditions;
     return makeConditions(objectName, &conditions, error) ? fittingObjects(conditions)
                                                           : std::vector<QObject *>();

@@ -44,8 +44,8 @@ public:
     SharedPtr<Object> wrapValue(const QVariant &value);
     /// As callFunction, but comes back at once: what the event loop has to turn for is added to
     /// @p input.
-    QVariant beginFunction(const QString &name, const QVariantList &arguments,
-                           InputSequence &input, QString *error);
+    QVariant beginFunction(const QString &name, const QVariantList &arguments, InputSequence &input,
+                           QString *error);
 
 private:
     struct Private;

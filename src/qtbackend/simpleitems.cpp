@@ -30,7 +30,8 @@ int indexOf(const ItemSelector &selector, const QStringList &texts, int number, 
     ItemPath path(whole);
     const int index = path.isAtEnd() ? -1 : path.next(texts);
     if (index >= 0 && !path.isAtEnd())
-        *error = QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
+        *error =
+            QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
     else
         *error = path.error();
     return error->isEmpty() ? index : -1;
@@ -180,8 +181,7 @@ void HeaderItem::reveal(InputSequence &input)
     const QPointer<QHeaderView> header = m_header;
     const int section = m_section;
     input.add([header, section] {
-        auto *table =
-            header ? qobject_cast<QAbstractItemView *>(header->parentWidget()) : nullptr;
+        auto *table = header ? qobject_cast<QAbstractItemView *>(header->parentWidget()) : nullptr;
         if (table && table->model()) {
             const bool isHorizontal = header->orientation() == Qt::Horizontal;
             const QModelIndex root = table->rootIndex();

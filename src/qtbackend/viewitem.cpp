@@ -97,8 +97,8 @@ void ViewItem::findCellWithText(const ItemSelector &selector)
                       .arg(found.at(1) / columns)
                       .arg(found.at(1) % columns);
     else if (wanted >= found.size())
-        m_error = QStringLiteral("there is no item %1%2")
-                      .arg(selector.describe(), listedTexts(texts));
+        m_error =
+            QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
     else
         m_index = model->index(found.at(wanted) / columns, found.at(wanted) % columns, root);
 }

@@ -5,11 +5,11 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCompleter>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QGroupBox>
-#include <QContextMenuEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -207,9 +207,8 @@ TEST_F(UserInputTest, GesturesOfTheMouseReachAWidgetAsAUsersDo)
     EXPECT_EQ(use("click", {{"button", int(Qt::RightButton)}}), "press 2 0,menu");
     EXPECT_EQ(use("wheel", {{"down", 2}}), "wheel -240");
     EXPECT_EQ(call("useMouse", "list",
-                   {"drag",
-                    QVariantMap{{"item", QVariantList{"a"}},
-                                {"to", QVariantMap{{"item", QVariantList{"c"}}}}}}),
+                   {"drag", QVariantMap{{"item", QVariantList{"a"}},
+                                        {"to", QVariantMap{{"item", QVariantList{"c"}}}}}}),
               QString());
     EXPECT_EQ(list->selectedItems().size(), 3);
 }
