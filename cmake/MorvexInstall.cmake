@@ -1,6 +1,5 @@
 # Installs the library, the runner and what a project needs to build against them:
-# find_package(Morvex) gives Morvex::morvex and Morvex::qtbackend, pkg-config gives morvex and
-# morvex-qtbackend.
+# find_package(Morvex) gives Morvex::morvex, pkg-config gives morvex.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/Morvex")
@@ -8,26 +7,18 @@ set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/morvex")
 
 target_include_directories(morvex INTERFACE "$<INSTALL_INTERFACE:${header_dir}>")
 
-install(TARGETS morvex morvex_qtbackend EXPORT MorvexTargets
+install(TARGETS morvex EXPORT MorvexTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
         COMPONENT runtime NAMELINK_COMPONENT devel)
 install(TARGETS morvexrunner RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 install(EXPORT MorvexTargets NAMESPACE Morvex:: DESTINATION "${package_dir}" COMPONENT devel)
 
 # What lies directly in the folder of a layer is public; its folders below hold helpers of its own.
-# Of the backend just what applications and runners need.
-set(qtbackend_headers applicationplugin.h qtinspector.h)
-foreach(layer objectmodel shared shared/uiabstraction test qtbackend)
-    if(DEFINED ${layer}_headers)
-        list(TRANSFORM ${layer}_headers PREPEND "${PROJECT_SOURCE_DIR}/src/${layer}/" OUTPUT_VARIABLE headers)
-    else()
-        file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${layer}/*.h")
-    endif()
+foreach(layer objectmodel shared shared/uiabstraction test)
+    file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${layer}/*.h")
     install(FILES ${headers} DESTINATION "${header_dir}/${layer}" COMPONENT devel)
 endforeach()
-install(FILES
-    "${PROJECT_BINARY_DIR}/generated/morvex_export.h"
-    "${PROJECT_BINARY_DIR}/generated/morvex_qtbackend_export.h"
+install(FILES "${PROJECT_BINARY_DIR}/generated/morvex_export.h"
     DESTINATION "${header_dir}"
     COMPONENT devel)
 
@@ -40,9 +31,6 @@ install(FILES
     "${PROJECT_BINARY_DIR}/MorvexConfig.cmake" "${PROJECT_BINARY_DIR}/MorvexConfigVersion.cmake"
     DESTINATION "${package_dir}" COMPONENT devel)
 
-foreach(package morvex morvex-qtbackend)
-    configure_file("${PROJECT_SOURCE_DIR}/cmake/${package}.pc.in"
-        "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
-    install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"
-        DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT devel)
-endforeach()
+configure_file("${PROJECT_SOURCE_DIR}/cmake/morvex.pc.in" "${PROJECT_BINARY_DIR}/morvex.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/morvex.pc"
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT devel)

@@ -1,38 +1,15 @@
 #include "runner/commandline.h"
 
-#include "test/testreportgeneratorfactory.h"
+#include "runner/optiontable.h"
 
 #include <algorithm>
-#include <functional>
-#include <vector>
 
 namespace Morvex {
 namespace {
 
-using Set = std::function<QString(RunnerOptions &, const QString &)>;
-
-enum class Takes {
-    Nothing,
-    Value,
-    // The next argument if it is all digits.
-    OptionalNumber,
-    // All arguments up to --scriptargs.
-    Application,
-    // All that follows.
-    Rest
-};
-
-enum class Section { Run, Environment, Information, Child };
-
-struct Option
-{
-    const char *name;
-    const char *placeholder;
-    const char *help;
-    Section section;
-    Takes takes;
-    Set set;
-};
+using Section = Option::Section;
+using Set = Option::Set;
+using Takes = Option::Takes;
 
 Set text(QString RunnerOptions::*member)
 {
@@ -134,7 +111,8 @@ Set number(Member member, const char *what)
     return {};
 }
 
-// One table for the parser and for the help text.
+} // namespace
+
 const std::vector<Option> &optionTable()
 {
     using O = RunnerOptions;
@@ -216,6 +194,8 @@ const std::vector<Option> &optionTable()
     };
     return table;
 }
+
+namespace {
 
 const Option *findOption(const QString &name)
 {
@@ -336,90 +316,11 @@ private:
     CommandLine m_result;
 };
 
-const int helpColumn = 32;
-const int helpWidth = 80;
-
-// The text from the column on, in lines that fit the width.
-QString wrapped(const QString &text)
-{
-    QString result;
-    int column = helpColumn;
-    for (const QString &word : text.split(QLatin1Char(' '))) {
-        const bool isFirst = column == helpColumn;
-        if (!isFirst && column + 1 + word.size() > helpWidth) {
-            result += QLatin1Char('\n') + QString(helpColumn, QLatin1Char(' '));
-            column = helpColumn;
-        } else if (!isFirst) {
-            result += QLatin1Char(' ');
-            ++column;
-        }
-        result += word;
-        column += word.size();
-    }
-    return result;
-}
-
-QString helpLine(const QString &left, const QString &help)
-{
-    QString line = QLatin1String("  ") + left;
-    if (line.size() >= helpColumn)
-        line += QLatin1Char('\n') + QString(helpColumn, QLatin1Char(' '));
-    return line.leftJustified(helpColumn) + wrapped(help) + QLatin1Char('\n');
-}
-
-QString helpOf(Section section)
-{
-    QString help;
-    for (const Option &option : optionTable()) {
-        if (option.section == section)
-            help += helpLine(QString::fromLatin1(option.name) + QLatin1Char(' ') +
-                                 QString::fromLatin1(option.placeholder),
-                             QString::fromLatin1(option.help));
-    }
-    return help;
-}
-
-QString helpOfReports()
-{
-    QString help;
-    for (const auto &keyword : TestReportGeneratorFactory::keywords()) {
-        if (!keyword.description.isEmpty())
-            help += helpLine(keyword.name, keyword.description);
-    }
-    return help;
-}
-
 } // namespace
 
 CommandLine parseCommandLine(const QStringList &arguments)
 {
     return Parser(arguments).parse();
-}
-
-QString helpText()
-{
-    return QStringLiteral("Usage: morvexrunner [options] SUITE_DIRECTORY\n"
-                          "       morvexrunner [options] --testcase NAME\n"
-                          "\n"
-                          "Runs the test cases of a suite, each in a process of its own. Without a "
-                          "suite\n"
-                          "directory one test case of the suite in the current directory is run in "
-                          "this\n"
-                          "process.\n"
-                          "\n"
-                          "What is run:\n") +
-           helpOf(Section::Run) + QStringLiteral("\nWhat the scripts see:\n") +
-           helpOf(Section::Environment) + QStringLiteral("\nInformation:\n") +
-           helpOf(Section::Information) + QStringLiteral("\nReports (--reportgen):\n") +
-           helpOfReports() +
-           QStringLiteral(
-               "\n"
-               "Exit status: 0 all passed, 1 something failed or a report is not whole,\n"
-               "2 wrong usage or a run that could not be carried out, 130 interrupted.\n"
-               "\n"
-               "Environment: NO_COLOR, CLICOLOR, CLICOLOR_FORCE and TERM=dumb choose "
-               "colours;\n"
-               "MORVEX_USER_SETTINGS_DIR is where the failed test cases are kept.\n");
 }
 
 } // namespace Morvex

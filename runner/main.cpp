@@ -5,7 +5,6 @@
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
 #include "runner/uicoverage.h"
-#include "runner/windowsystem.h"
 #include "test/webreport/webreportmerge.h"
 #include "test/webreport/webreportrepair.h"
 
@@ -126,7 +125,7 @@ int main(int argc, char **argv)
     commandLine.options.commandLine = arguments;
     // The toolkit has options of its own, which are none of the runner.
     argc = 1;
-    const ApplicationObject application(argc, argv);
+    const QCoreApplication application(argc, argv);
     // The names of temporary directories are made of it.
     std::srand(QRandomGenerator::global()->generate());
     setPrefix();

@@ -1,18 +1,15 @@
 #include "runner/processend.h"
 
-#include "runner/messages.h"
 #include "runner/scriptengine.h"
-#include "runner/windowsystem.h"
 #include "shared/clock.h"
 #include "test/testresult.h"
 
+#include <QElapsedTimer>
 #include <QSocketNotifier>
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <poll.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -27,33 +24,13 @@ struct
     TestResult *result = nullptr;
     const ScriptEngine *engine = nullptr;
     pid_t process = 0;
-    pthread_t thread = {};
     int wakeUp = -1;
 } watched;
 
-// A process that the application has forked has this state too, but ends for itself.
+// A child that has not begun its own program yet has this state too, but ends for itself.
 bool isForked()
 {
     return ::getpid() != watched.process;
-}
-
-// The last entry. Then the reports that this process writes are closed.
-void end(TestResult::ResultType type, const char *message)
-{
-    watched.result->addResult(currentLocalTime(), type, QString::fromLatin1(message), QString(),
-                              watched.engine->currentStack(), QString(), -1);
-    watched.result->setReportGenerator(nullptr);
-    std::fflush(nullptr);
-}
-
-void handleExit()
-{
-    if (!watched.result || isForked())
-        return;
-    // The log belongs to the main thread.
-    if (::pthread_equal(::pthread_self(), watched.thread))
-        end(TestResult::FATAL, "The application ended the process");
-    ::_exit(ExitUnusable);
 }
 
 // The event loop logs and ends the process. A script that doesn't turn it is ended all the same.
@@ -72,37 +49,45 @@ void handleTermination(int)
 
 void terminate()
 {
-    end(TestResult::WARNING, "The test case is ended while this call is running");
+    watched.result->addResult(currentLocalTime(), TestResult::WARNING,
+                              QStringLiteral("The test case is ended while this call is running"),
+                              QString(), watched.engine->currentStack(), QString(), -1);
+    // Closes the reports that this process writes.
+    watched.result->setReportGenerator(nullptr);
+    std::fflush(nullptr);
     std::signal(SIGTERM, SIG_DFL);
     std::raise(SIGTERM);
 }
 
 } // namespace
 
+void pauseScript(int milliseconds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    for (int rest = milliseconds;;) {
+        pollfd waited = {watched.wakeUp, POLLIN, 0};
+        if (::poll(&waited, 1, rest) > 0 && watched.result)
+            terminate();
+        rest = static_cast<int>(qMax<qint64>(0, milliseconds - timer.elapsed()));
+        if (rest == 0)
+            return;
+    }
+}
+
 void serveTermination()
 {
-    pollfd waited = {watched.wakeUp, POLLIN, 0};
-    if (watched.result && watched.wakeUp >= 0 && ::poll(&waited, 1, 0) > 0)
-        terminate();
+    pauseScript(0);
 }
 
 ProcessEndWatch::ProcessEndWatch(TestResult *result, const ScriptEngine &engine)
 {
-    watched = {result, &engine, ::getpid(), ::pthread_self(),
-               ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
-    std::atexit(handleExit);
-    std::at_quick_exit(handleExit);
+    watched = {result, &engine, ::getpid(), ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)};
     if (watched.wakeUp < 0)
         return;
-    listen();
-    setWindowSystemCallback([this] { listen(); });
-    std::signal(SIGTERM, handleTermination);
-}
-
-void ProcessEndWatch::listen()
-{
     m_notifier = std::make_unique<QSocketNotifier>(watched.wakeUp, QSocketNotifier::Read);
     QObject::connect(m_notifier.get(), &QSocketNotifier::activated, terminate);
+    std::signal(SIGTERM, handleTermination);
 }
 
 ProcessEndWatch::~ProcessEndWatch()
@@ -111,9 +96,9 @@ ProcessEndWatch::~ProcessEndWatch()
     if (!m_notifier)
         return;
     std::signal(SIGTERM, SIG_DFL);
-    setWindowSystemCallback(nullptr);
     m_notifier.reset();
     ::close(watched.wakeUp);
+    watched.wakeUp = -1;
 }
 
 } // namespace Morvex

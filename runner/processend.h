@@ -9,11 +9,9 @@ namespace Morvex {
 class ScriptEngine;
 class TestResult;
 
-/// As long as it lives, the log reports an end of this process that is not that of the test
-/// case, with the place in the script. A call of exit is a FATAL and gives the status ExitUnusable,
-/// a call of _exit can't be noticed; a SIGTERM that comes while a call of the script turns the
-/// event loop is a WARNING. The result has no report generator then. One object at a time, on the
-/// main thread; nothing is owned.
+/// As long as it lives, a SIGTERM that comes while a call of the script waits is a WARNING in the
+/// log, with the place in the script; the result has no report generator then. One object at a
+/// time, on the main thread; nothing is owned.
 class ProcessEndWatch
 {
 public:
@@ -24,13 +22,14 @@ public:
     ProcessEndWatch &operator=(const ProcessEndWatch &) = delete;
 
 private:
-    void listen();
-
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-/// For calls that wait without turning the event loop: ends this process when a SIGTERM has come,
-/// as the event loop would.
+/// Ends this process when a SIGTERM has come, for calls that wait without turning the event loop.
 void serveTermination();
+
+/// Waits, ending this process when a SIGTERM comes. No event is handled: the script would go on
+/// within its own call.
+void pauseScript(int milliseconds);
 
 } // namespace Morvex

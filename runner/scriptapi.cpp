@@ -1,8 +1,8 @@
 #include "runner/scriptapi.h"
 
-#include "qtbackend/turneventloop.h"
 #include "runner/attachmentpath.h"
 #include "runner/namesfile.h"
+#include "runner/processend.h"
 #include "runner/resources.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptfile.h"
@@ -188,7 +188,7 @@ void ScriptApi::snooze(double seconds) const
     const double milliseconds = seconds * factor * 1000;
     if (!(milliseconds > 0))
         return;
-    turnEventLoop(static_cast<int>(qMin(milliseconds, double(std::numeric_limits<int>::max()))));
+    pauseScript(static_cast<int>(qMin(milliseconds, double(std::numeric_limits<int>::max()))));
 }
 
 QJSValue ScriptApi::include(const QString &file)

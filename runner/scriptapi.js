@@ -215,22 +215,6 @@
         }
     };
 
-    function replacePromise(value) {
-        Object.defineProperty(global, "Promise", {value: value, writable: true, configurable: true});
-    }
-
-    // What follows from promises comes as events.
-    var promise = global.Promise;
-    Object.defineProperty(global, "Promise", {
-        get: function () {
-            application.prepare();
-            replacePromise(promise);
-            return promise;
-        },
-        set: replacePromise,
-        configurable: true
-    });
-
     global.application = {
         start: function () {
             var command = Array.prototype.map.call(arguments, text);

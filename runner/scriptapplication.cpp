@@ -1,25 +1,17 @@
 #include "runner/scriptapplication.h"
 
-#include "qtbackend/applicationplugin.h"
-#include "qtbackend/qtinspector.h"
-#include "qtbackend/turneventloop.h"
 #include "remote/remoteapplication.h"
 #include "remote/remoteinspector.h"
 #include "runner/environmentfile.h"
 #include "runner/processend.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
-#include "runner/windowsystem.h"
 #include "shared/environment.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QEvent>
 #include <QFileInfo>
 #include <QJSEngine>
-#include <QLibrary>
-#include <QPluginLoader>
 #include <QStandardPaths>
 
 namespace Morvex {
@@ -64,7 +56,7 @@ QString ScriptApplication::start(const QStringList &command)
         return QStringLiteral("no application was named");
     // One that has ended by itself may be started again.
     if (m_program && !m_program->isRunning())
-        dropProgram();
+        stop();
     if (isRunning())
         return QStringLiteral("an application is already running");
     const QString &name = command.constFirst();
@@ -73,39 +65,15 @@ QString ScriptApplication::start(const QStringList &command)
         return QStringLiteral("there is no application '%1' in %2, and no program of that name in "
                               "PATH")
             .arg(name, m_searchDirs.join(QLatin1String(", ")));
-    QString error;
-    if (QLibrary::isLibrary(path))
-        error = startPlugin(path, command.mid(1));
-    else if (QFileInfo(path).isExecutable())
-        error = startProgram(QStringList{path} + command.mid(1));
-    else
-        error = QStringLiteral("'%1' is neither a plugin nor a program that may be run").arg(path);
+    if (!QFileInfo(path).isExecutable())
+        return QStringLiteral("'%1' is not a program that may be run").arg(path);
+    const QString error = startProgram(QStringList{path} + command.mid(1));
     if (!error.isEmpty())
         return error;
     m_wasStarted = true;
-    // What a plugin has counted can't be asked for later.
-    if (m_beforeStop && Inspector::self() && Inspector::self() != inspector())
-        m_beforeStop();
     Inspector::install(inspector());
     startUsageCount();
     return {};
-}
-
-QString ScriptApplication::startPlugin(const QString &path, const QStringList &arguments)
-{
-    prepare();
-    // Never unloaded: the object model keeps descriptions of the application's classes.
-    QPluginLoader loader(path);
-    auto *plugin = qobject_cast<ApplicationPlugin *>(loader.instance());
-    if (!plugin)
-        return loader.isLoaded() ? QStringLiteral("'%1' is a plugin of another kind").arg(path)
-                                 : loader.errorString();
-    if (!m_inspector)
-        m_inspector = std::make_unique<QtInspector>();
-    const QString error = plugin->start(arguments);
-    if (error.isEmpty())
-        m_running = plugin;
-    return error;
 }
 
 QString ScriptApplication::startProgram(const QStringList &command)
@@ -121,32 +89,12 @@ QString ScriptApplication::startProgram(const QStringList &command)
     return error;
 }
 
-bool ScriptApplication::isRunning() const
-{
-    return m_running || m_program;
-}
-
 Inspector *ScriptApplication::inspector() const
 {
-    return m_program ? static_cast<Inspector *>(m_program->inspector()) : m_inspector.get();
-}
-
-void ScriptApplication::prepare()
-{
-    startWindowSystem();
+    return m_program ? m_program->inspector() : nullptr;
 }
 
 void ScriptApplication::stop()
-{
-    dropProgram();
-    if (!m_running)
-        return;
-    m_running->stop();
-    m_running = nullptr;
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-void ScriptApplication::dropProgram()
 {
     if (m_program && m_beforeStop)
         m_beforeStop();
@@ -158,7 +106,7 @@ bool ScriptApplication::waitUntilRunning(int timeout)
     QElapsedTimer timer;
     timer.start();
     while (!isRunning() && timer.elapsed() < timeout)
-        turnEventLoop(waitStepMs);
+        pauseScript(waitStepMs);
     return isRunning();
 }
 
@@ -196,11 +144,9 @@ QString ScriptApplication::whyNotFindable() const
 QString ScriptApplication::pathOf(const QString &name) const
 {
     for (const QString &dir : m_searchDirs) {
-        for (const char *suffix : {"", ".so"}) {
-            const QString path = QDir(dir).absoluteFilePath(name + QLatin1String(suffix));
-            if (QFileInfo(path).isFile())
-                return path;
-        }
+        const QString path = QDir(dir).absoluteFilePath(name);
+        if (QFileInfo(path).isFile())
+            return path;
     }
     return name.contains(QLatin1Char('/')) ? QString() : QStandardPaths::findExecutable(name);
 }

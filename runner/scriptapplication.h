@@ -12,13 +12,11 @@
 
 namespace Morvex {
 
-class ApplicationPlugin;
 class Inspector;
-class QtInspector;
 class RemoteApplication;
 
-/// The application under test of a test case: a program in a process of its own, or a plugin inside
-/// this process. It is stopped at the end of this object's life.
+/// The application under test of a test case: a program in a process of its own. It is stopped at
+/// the end of this object's life.
 class ScriptApplication : public QObject
 {
     Q_OBJECT
@@ -40,12 +38,10 @@ public:
     /// error, which may be null, then says why.
     SharedPtr<Object> object(const QString &name, int timeout, QString *error) const;
 
-    /// A name and arguments. The name is the path of a plugin or a program, or the name of a plugin
-    /// of the installation or of a program found by PATH. Returns an error text, empty on success.
+    /// A name and arguments. The name is the path of a program, or the name of one of the
+    /// installation or of one found by PATH. Returns an error text, empty on success.
     [[nodiscard]] Q_INVOKABLE QString start(const QStringList &command);
     Q_INVOKABLE void stop();
-    /// Makes a start possible from within the handling of an event, too.
-    Q_INVOKABLE void prepare();
 
     /// Whether an application is running, at the latest after a time in milliseconds.
     Q_INVOKABLE bool waitUntilRunning(int timeout);
@@ -56,10 +52,8 @@ public:
 
 private:
     QString pathOf(const QString &name) const;
-    QString startPlugin(const QString &path, const QStringList &arguments);
     QString startProgram(const QStringList &command);
-    void dropProgram();
-    bool isRunning() const;
+    bool isRunning() const { return m_program != nullptr; }
     Inspector *inspector() const;
     QString whyNotFindable() const;
 
@@ -67,8 +61,6 @@ private:
     ObjectMap m_objectMap;
     // Empty when it was read or none was named.
     QString m_missingObjectMap;
-    std::unique_ptr<QtInspector> m_inspector;
-    ApplicationPlugin *m_running = nullptr;
     std::unique_ptr<RemoteApplication> m_program;
     bool m_wasStarted = false;
     std::function<void()> m_beforeStop;

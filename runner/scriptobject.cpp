@@ -5,7 +5,7 @@
 #include "objectmodel/property.h"
 #include "objectmodel/propertypath.h"
 #include "objectmodel/value/wholenumber.h"
-#include "qtbackend/turneventloop.h"
+#include "runner/processend.h"
 
 #include <QElapsedTimer>
 #include <QJSEngine>
@@ -107,10 +107,8 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
     if (!property)
         return fail(QStringLiteral("there is no property '%1'").arg(last));
     QString error = property->set(owner, wanted);
-    if (error.isEmpty()) {
-        turnEventLoop(0);
+    if (error.isEmpty())
         error = whyNotTaken(last, wanted, before, property->get(owner));
-    }
     if (!error.isEmpty())
         fail(error);
 }
@@ -183,7 +181,7 @@ bool ScriptObject::waitForItem(const QVariantList &selector, int timeout)
     while (call(QStringLiteral("hasItem"), selector, &hasItem)) {
         if (hasItem.toBool() || timer.elapsed() >= timeout)
             return true;
-        turnEventLoop(waitStepMs);
+        pauseScript(waitStepMs);
     }
     return false;
 }

@@ -5,13 +5,13 @@ set -euo pipefail
 
 run=(
     ccache cmake g++ libexpat1-dev libminizip-dev libqt5websockets5-dev libtinyxml-dev
-    ninja-build pkg-config qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
+    libxcb1-dev ninja-build pkg-config qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
 )
 tests=(
     bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
-    libjsoncpp-dev libxml2-dev libxml2-utils openssl python3-openpyxl python3-websockets
+    libjsoncpp-dev libxml2-dev libxml2-utils openbox openssl python3-openpyxl python3-websockets
     python3-xlsxwriter python3-xlwt speedcrunch unzip
-    zip
+    xdotool xvfb zip
 )
 # A node of any other origin will do.
 command -v npm >/dev/null || tests+=(nodejs npm)

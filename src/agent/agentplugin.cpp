@@ -2,6 +2,7 @@
 
 #include "agent/agent.h"
 #include "agent/callingcard.h"
+#include "agent/platformmessages.h"
 
 using namespace Morvex;
 
@@ -11,5 +12,8 @@ QObject *AgentPlugin::create(const QString &name, const QString &)
     if (name.compare(QLatin1String("morvexagent"), Qt::CaseInsensitive) != 0 || !card.isValid())
         return nullptr;
     const int descriptor = card.connectToRunner();
-    return descriptor < 0 ? nullptr : new Agent(descriptor, card.hello());
+    if (descriptor < 0)
+        return nullptr;
+    hideMessagesOfPlatform();
+    return new Agent(descriptor, card.hello());
 }

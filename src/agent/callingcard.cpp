@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include <cstring>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -19,6 +20,17 @@ bool isOfThisUser(int descriptor)
     socklen_t size = sizeof peer;
     return ::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
            peer.uid == ::geteuid();
+}
+
+// In a program without standard output the first free number is that of it.
+int newSocket()
+{
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0 || descriptor > STDERR_FILENO)
+        return descriptor;
+    const int moved = ::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    ::close(descriptor);
+    return moved;
 }
 
 } // namespace
@@ -38,7 +50,7 @@ int CallingCard::connectToRunner() const
     if (m_socket.size() >= static_cast<int>(sizeof address.sun_path))
         return -1;
     std::memcpy(address.sun_path, m_socket.constData(), static_cast<std::size_t>(m_socket.size()));
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int descriptor = newSocket();
     if (descriptor < 0)
         return -1;
     const bool isConnected =

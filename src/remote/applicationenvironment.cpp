@@ -1,12 +1,11 @@
 #include "remote/applicationenvironment.h"
 
+#include "remote/applicationhome.h"
 #include "remote/connectionoffer.h"
 #include "remote/protocol/environmentnames.h"
 
 #include <QFile>
 #include <QMap>
-
-#include <sys/stat.h>
 
 namespace Morvex {
 namespace {
@@ -28,40 +27,34 @@ bool hasDisplay(const QProcessEnvironment &environment)
 
 } // namespace
 
-QProcessEnvironment agentEnvironment(const QString &agentDirectory, const ConnectionOffer &offer)
+void addAgent(QProcessEnvironment *target, const QString &agentDirectory,
+              const ConnectionOffer &offer)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    prepend(&environment, QStringLiteral("QT_PLUGIN_PATH"), agentDirectory, QLatin1Char(':'));
-    prepend(&environment, QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("morvexagent"),
+    QProcessEnvironment &environment = *target;
+    prepend(target, QStringLiteral("QT_PLUGIN_PATH"), agentDirectory, QLatin1Char(':'));
+    prepend(target, QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("morvexagent"),
             QLatin1Char(','));
     environment.insert(QLatin1String(socketVariable), offer.socketPath());
     environment.insert(QLatin1String(tokenVariable), QString::fromLatin1(offer.token()));
     const QString platform = QStringLiteral("QT_QPA_PLATFORM");
     if (environment.value(platform).isEmpty() && !hasDisplay(environment))
         environment.insert(platform, QStringLiteral("offscreen"));
-    return environment;
 }
 
-void makePrivate(QProcessEnvironment *environment, const QString &directory,
+void makePrivate(QProcessEnvironment *environment, const ApplicationHome &home,
                  const QStringList &kept)
 {
-    const QString home = directory + QLatin1String("/home");
-    const QString session = directory + QLatin1String("/run");
-    const QString temporary = directory + QLatin1String("/tmp");
-    for (const QString &path : {home, session, temporary})
-        ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
     // What lets it on to the display is in the home of the user.
     const QString authority =
         environment->value(QStringLiteral("HOME")) + QLatin1String("/.Xauthority");
     // Null for none.
     QMap<QString, QString> values{
-        {QStringLiteral("HOME"), home},
-        {QStringLiteral("TMPDIR"), temporary},
-        {QStringLiteral("XDG_RUNTIME_DIR"), session},
+        {QStringLiteral("HOME"), home.homeDirectory()},
+        {QStringLiteral("TMPDIR"), home.temporaryDirectory()},
+        {QStringLiteral("XDG_RUNTIME_DIR"), home.runtimeDirectory()},
         {QStringLiteral("SESSION_MANAGER"), QString()},
-        // Nobody listens there: the session of the user has other instances.
-        {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
-         QLatin1String("unix:path=") + session + QLatin1String("/bus")},
+        // The session of the user has other instances.
+        {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), home.busAddress()},
         // Those of desktops bring file dialogs of other processes.
         {QStringLiteral("QT_QPA_PLATFORMTHEME"), QString()},
     };

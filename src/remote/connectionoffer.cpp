@@ -49,24 +49,27 @@ bool receiveHello(MessageChannel *channel, Message *hello)
 
 } // namespace
 
-ConnectionOffer::ConnectionOffer(const QString &directory)
-    : m_path(directory + QLatin1String("/s"))
+ConnectionOffer::ConnectionOffer(const QString &socketPath)
+    : m_path(socketPath)
     , m_token(madeUpToken())
+{
+}
+
+QString ConnectionOffer::listen()
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     const QByteArray path = QFile::encodeName(m_path);
-    if (path.size() >= static_cast<int>(sizeof address.sun_path)) {
-        m_error = QStringLiteral("the path '%1' is too long for a socket").arg(m_path);
-        return;
-    }
+    if (path.size() >= static_cast<int>(sizeof address.sun_path))
+        return QStringLiteral("the path '%1' is too long for a socket").arg(m_path);
     std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
     m_descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (m_descriptor < 0 ||
         ::bind(m_descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
         ::chmod(path.constData(), S_IRUSR | S_IWUSR) != 0 || ::listen(m_descriptor, backlog) != 0)
-        m_error = QStringLiteral("no socket can be made in '%1': %2")
-                      .arg(directory, QString::fromLocal8Bit(std::strerror(errno)));
+        return QStringLiteral("the socket '%1' can't be made: %2")
+            .arg(m_path, QString::fromLocal8Bit(std::strerror(errno)));
+    return {};
 }
 
 ConnectionOffer::~ConnectionOffer()

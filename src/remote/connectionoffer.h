@@ -23,15 +23,16 @@ public:
         QString error;
     };
 
-    /// The socket is made in @p directory, whose path has to be short.
-    explicit ConnectionOffer(const QString &directory);
+    /// For a socket of that path, which has to be short.
+    explicit ConnectionOffer(const QString &socketPath);
     ~ConnectionOffer();
 
     ConnectionOffer(const ConnectionOffer &) = delete;
     ConnectionOffer &operator=(const ConnectionOffer &) = delete;
 
-    /// Why there is no socket; empty when there is.
-    QString error() const { return m_error; }
+    /// Makes the socket. Returns an error text, empty on success.
+    [[nodiscard]] QString listen();
+
     QString socketPath() const { return m_path; }
     /// What a caller has to know, as text.
     QByteArray token() const { return m_token; }
@@ -41,7 +42,6 @@ public:
 
 private:
     QString m_path;
-    QString m_error;
     QByteArray m_token;
     int m_descriptor = -1;
 };

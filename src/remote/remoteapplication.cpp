@@ -1,18 +1,13 @@
 #include "remote/remoteapplication.h"
 
 #include "remote/applicationenvironment.h"
+#include "remote/applicationhome.h"
 #include "remote/connectionoffer.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "remote/watchedprocess.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 
 namespace Morvex {
 namespace {
@@ -21,24 +16,11 @@ const int waitStepMs = 20;
 const int quitTimeoutMs = 3000;
 const int endTimeoutMs = 2000;
 const int answerTimeoutMs = 1000;
-// More would leave too little for the names of sockets.
-const int maxDirectoryLength = 60;
-
-// For this user alone; empty, with errno set, on failure.
-QString makePrivateDirectory()
-{
-    QByteArray path = QFile::encodeName(QDir(QDir::tempPath()).absolutePath());
-    if (path.size() > maxDirectoryLength)
-        path = "/tmp";
-    path += "/morvex-XXXXXX";
-    return ::mkdtemp(path.data()) ? QFile::decodeName(path) : QString();
-}
-
 } // namespace
 
 struct RemoteApplication::Private
 {
-    QString directory;
+    std::shared_ptr<ApplicationHome> home;
     qint64 processId = 0;
     std::unique_ptr<ConnectionOffer> offer;
     std::unique_ptr<WatchedProcess> process;
@@ -57,19 +39,28 @@ struct RemoteApplication::Private
 
 QString RemoteApplication::Private::launch(const Start &start)
 {
-    directory = makePrivateDirectory();
-    if (directory.isEmpty())
-        return QStringLiteral("no directory can be made for temporary files: %1")
-            .arg(QString::fromLocal8Bit(std::strerror(errno)));
-    offer = std::make_unique<ConnectionOffer>(directory);
-    if (!offer->error().isEmpty())
-        return offer->error();
+    home = start.home;
+    if (!home)
+        home = std::make_shared<ApplicationHome>(
+            ApplicationHome::Options{start.prefix, {}, start.keptVariables});
+    if (!home->error().isEmpty())
+        return home->error();
+    offer = std::make_unique<ConnectionOffer>(home->newSocketPath());
+    const QString error = offer->listen();
+    if (!error.isEmpty())
+        return error;
     const QString agentDirectory = start.prefix + QLatin1String("/lib/agent");
-    QProcessEnvironment environment = agentEnvironment(agentDirectory, *offer);
-    makePrivate(&environment, directory, start.keptVariables);
-    process = std::make_unique<WatchedProcess>(agentDirectory + QLatin1String("/morvexwatcher"),
-                                               directory, start.command, start.workingDirectory,
-                                               environment);
+    WatchedProcess::Options options;
+    options.watcher = agentDirectory + QLatin1String("/morvexwatcher");
+    options.command = start.command;
+    options.workingDirectory = start.workingDirectory;
+    options.environment = QProcessEnvironment::systemEnvironment();
+    options.lifeline = home->lifeline();
+    addAgent(&options.environment, agentDirectory, *offer);
+    makePrivate(&options.environment, *home, start.keptVariables);
+    process = std::make_unique<WatchedProcess>(options);
+    if (process->error().isEmpty())
+        process->allowStart();
     return process->error();
 }
 
@@ -188,9 +179,7 @@ RemoteApplication::~RemoteApplication()
     d->inspector.reset();
     d->process.reset();
     d->offer.reset();
-    // The watcher has done this, unless it could not be started or was killed.
-    if (!d->directory.isEmpty())
-        QDir(d->directory).removeRecursively();
+    d->home.reset();
 }
 
 std::unique_ptr<RemoteApplication> RemoteApplication::start(const Start &start, QString *error)
@@ -210,6 +199,16 @@ RemoteInspector *RemoteApplication::inspector()
 qint64 RemoteApplication::processId() const
 {
     return d->processId;
+}
+
+QString RemoteApplication::standardOutput() const
+{
+    return QString::fromLocal8Bit(d->process->standardOutput());
+}
+
+QString RemoteApplication::standardError() const
+{
+    return QString::fromLocal8Bit(d->process->standardError());
 }
 
 bool RemoteApplication::isRunning()

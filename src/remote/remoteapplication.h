@@ -10,6 +10,7 @@
 
 namespace Morvex {
 
+class ApplicationHome;
 class RemoteInspector;
 
 /// A program, unchanged, as the application under test: started in a process of its own, with the
@@ -29,6 +30,8 @@ public:
         QStringList keptVariables;
         /// The directory of the installation, with the agent in its lib/agent.
         QString prefix;
+        /// What the application shares with others of its test case; one of its own without it.
+        std::shared_ptr<ApplicationHome> home;
         /// How long to wait for it, in milliseconds.
         int timeout = 20000;
         /// Called again and again while this thread waits for the application, now and later. It
@@ -47,6 +50,11 @@ public:
     RemoteInspector *inspector();
 
     qint64 processId() const;
+
+    /// The end, up to 1 MiB, of what the application and those that it started have written; also
+    /// after its end.
+    QString standardOutput() const;
+    QString standardError() const;
 
     /// Whether its process has not ended, as far as is known.
     bool isRunning();

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <thread>
@@ -18,9 +19,11 @@
 namespace Morvex {
 namespace {
 
-// Where the watcher looks for its end of the connection.
+// Where the watcher looks for its end of the connection, and for what it is to keep open.
 const int controlDescriptor = 3;
+const int lifelineDescriptor = 5;
 const int watcherEndTimeoutMs = 15000;
+const int readyTimeoutMs = 10000;
 // The ends of all processes of a program that starts one after the other would grow without end.
 const int maxEnds = 1000;
 const int maxLine = 1000;
@@ -47,23 +50,49 @@ QList<QByteArray> encoded(const QStringList &texts)
     return encodedTexts;
 }
 
+// What the watcher gets beside its arguments. A descriptor is not there when it is negative.
+struct Inherited
+{
+    int control;
+    int output;
+    int lifeline;
+};
+
+// None of the numbers that the watcher looks for: what is copied to one of them must not be
+// overwritten before it is copied itself.
+int outOfTheWay(int descriptor)
+{
+    return descriptor < 0 ? -1 : ::fcntl(descriptor, F_DUPFD_CLOEXEC, lifelineDescriptor + 1);
+}
+
+void addDescriptors(posix_spawn_file_actions_t *actions, const Inherited &inherited)
+{
+    ::posix_spawn_file_actions_adddup2(actions, inherited.control, controlDescriptor);
+    if (inherited.output >= 0)
+        ::posix_spawn_file_actions_adddup2(actions, inherited.output, OutputMemory::descriptor);
+    if (inherited.lifeline >= 0)
+        ::posix_spawn_file_actions_adddup2(actions, inherited.lifeline, lifelineDescriptor);
+    ::posix_spawn_file_actions_addopen(actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    // Standard output may be that of a report.
+    ::posix_spawn_file_actions_adddup2(actions, STDERR_FILENO, STDOUT_FILENO);
+}
+
+// In a session of its own at once: who ends the group of this process is not to end the watcher.
 // Returns the process; negative, with errno set, on failure.
-pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, int control)
+pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, const Inherited &inherited)
 {
     posix_spawn_file_actions_t actions;
     posix_spawnattr_t attributes;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawnattr_init(&attributes);
-    ::posix_spawn_file_actions_adddup2(&actions, control, controlDescriptor);
-    ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    // Standard output may be that of a report.
-    ::posix_spawn_file_actions_adddup2(&actions, STDERR_FILENO, STDOUT_FILENO);
+    addDescriptors(&actions, inherited);
     sigset_t signals;
     ::sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes, &signals);
     ::sigfillset(&signals);
     ::posix_spawnattr_setsigdefault(&attributes, &signals);
-    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    ::posix_spawnattr_setflags(&attributes,
+                               POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
     pid_t process = -1;
     errno = ::posix_spawn(&process, command.constFirst().constData(), &actions, &attributes,
                           pointersTo(command).data(), pointersTo(environment).data());
@@ -83,24 +112,76 @@ QString endText(const QByteArray &how, int number)
         .arg(QString::number(number), QString::fromLocal8Bit(::strsignal(number)));
 }
 
+QByteArray lastBytes(const OutputRing &ring)
+{
+    const quint64 capacity = OutputRing::capacity;
+    const quint64 end = ring.written;
+    const quint64 begin = end - qMin(end, capacity);
+    QByteArray bytes(static_cast<int>(end - begin), Qt::Uninitialized);
+    for (quint64 i = begin; i < end; ++i)
+        bytes[static_cast<int>(i - begin)] = ring.bytes[i % capacity];
+    // What was overwritten meanwhile.
+    const quint64 reserved = ring.reserved;
+    const quint64 lost = reserved - qMin(reserved, capacity);
+    return lost > begin ? bytes.mid(static_cast<int>(qMin(lost - begin, end - begin))) : bytes;
+}
+
 } // namespace
 
-WatchedProcess::WatchedProcess(const QString &watcher, const QString &directory,
-                               const QStringList &command, const QString &workingDirectory,
-                               const QProcessEnvironment &environment)
-    : m_command(command.value(0))
+WatchedProcess::WatchedProcess(const Options &options)
+    : m_command(options.command.value(0))
+    , m_directory(options.directory)
 {
     int ends[2];
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
         m_error = errorText(errno);
         return;
     }
-    m_watcher = spawn(encoded(QStringList{watcher, directory, workingDirectory} + command),
-                      encoded(environment.toStringList()), ends[1]);
+    makeOutputMemory();
+    const Inherited inherited{outOfTheWay(ends[1]), outOfTheWay(m_outputDescriptor),
+                              outOfTheWay(options.lifeline)};
+    m_watcher =
+        spawn(encoded(QStringList{options.watcher, options.directory, options.workingDirectory} +
+                      options.command),
+              encoded(options.environment.toStringList()), inherited);
     if (m_watcher < 0)
-        m_error = QStringLiteral("cannot start '%1': %2").arg(watcher, errorText(errno));
-    ::close(ends[1]);
+        m_error = QStringLiteral("cannot start '%1': %2").arg(options.watcher, errorText(errno));
+    for (const int descriptor :
+         {ends[1], m_outputDescriptor, inherited.control, inherited.output, inherited.lifeline}) {
+        if (descriptor >= 0)
+            ::close(descriptor);
+    }
     m_control = ends[0];
+    if (m_watcher > 0)
+        waitUntilReady();
+}
+
+// Without it what the program writes can't be read by the script.
+void WatchedProcess::makeOutputMemory()
+{
+    m_outputDescriptor = ::memfd_create("morvex-output", MFD_CLOEXEC);
+    if (m_outputDescriptor < 0 || ::ftruncate(m_outputDescriptor, sizeof(OutputMemory)) != 0)
+        return;
+    void *memory = ::mmap(nullptr, sizeof(OutputMemory), PROT_READ | PROT_WRITE, MAP_SHARED,
+                          m_outputDescriptor, 0);
+    m_output = memory == MAP_FAILED ? nullptr : static_cast<OutputMemory *>(memory);
+}
+
+void WatchedProcess::waitUntilReady()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!m_isReady && m_error.isEmpty() && !m_hasEnded && timer.elapsed() < readyTimeoutMs)
+        update(static_cast<int>(readyTimeoutMs - timer.elapsed()));
+    if (!m_isReady && m_error.isEmpty())
+        m_error = QStringLiteral("the watcher of '%1' doesn't run").arg(m_command);
+}
+
+void WatchedProcess::allowStart()
+{
+    const char consent = '\n';
+    if (m_control >= 0)
+        ::send(m_control, &consent, 1, MSG_NOSIGNAL);
 }
 
 WatchedProcess::~WatchedProcess()
@@ -109,6 +190,18 @@ WatchedProcess::~WatchedProcess()
         ::close(m_control);
     if (m_watcher > 0)
         endWatcher();
+    if (m_output)
+        ::munmap(m_output, sizeof(OutputMemory));
+}
+
+QByteArray WatchedProcess::standardOutput() const
+{
+    return m_output ? lastBytes(m_output->standardOutput) : QByteArray();
+}
+
+QByteArray WatchedProcess::standardError() const
+{
+    return m_output ? lastBytes(m_output->standardError) : QByteArray();
 }
 
 // It ends by itself, once all others have.
@@ -149,24 +242,39 @@ void WatchedProcess::update(int timeout)
         m_unfinishedLine.clear();
 }
 
-// Lines: "started PID", "failed ERRNO", "ended PID exit|signal NUMBER", "empty", all with more
-// words.
+// Lines: "ready", "started PID", "failed ERRNO directory|program", "ended PID exit|signal NUMBER",
+// "empty", all with more words.
 void WatchedProcess::take(const QByteArray &line)
 {
     const QList<QByteArray> words = line.split(' ');
-    if (words.value(0) == "started") {
-        m_program = words.value(1).toLongLong();
+    const int number = words.value(1).toInt();
+    if (words.value(0) == "ready") {
+        m_isReady = true;
+    } else if (words.value(0) == "started") {
+        m_program = number;
+        keepEndOf(m_program);
     } else if (words.value(0) == "failed") {
-        m_error = QStringLiteral("cannot start '%1': %2")
-                      .arg(m_command, errorText(words.value(1).toInt()));
+        m_error = words.value(2) == "directory"
+                      ? QStringLiteral("the directory '%1' can't be made: %2")
+                            .arg(m_directory, errorText(number))
+                      : QStringLiteral("cannot start '%1': %2").arg(m_command, errorText(number));
     } else if (words.value(0) == "ended") {
-        const qint64 process = words.value(1).toLongLong();
-        if (m_ends.size() >= maxEnds)
-            m_ends.clear();
-        m_ends.insert(process, endText(words.value(2), words.value(3).toInt()));
+        addEnd(number, endText(words.value(2), words.value(3).toInt()));
     } else if (words.value(0) == "empty") {
         m_hasEnded = true;
     }
+}
+
+void WatchedProcess::addEnd(qint64 process, const QString &text)
+{
+    if (!m_ends.contains(process))
+        m_order.enqueue(process);
+    m_ends.insert(process, text);
+    if (m_order.size() <= maxEnds)
+        return;
+    const qint64 oldest = m_order.dequeue();
+    if (!m_kept.contains(oldest))
+        m_ends.remove(oldest);
 }
 
 } // namespace Morvex

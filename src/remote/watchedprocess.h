@@ -1,8 +1,12 @@
 #pragma once
 
+#include "remote/protocol/outputring.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QProcessEnvironment>
+#include <QQueue>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -11,18 +15,34 @@
 namespace Morvex {
 
 /// A program with all its child processes, below a watcher that ends them when this object, or the
-/// process that it is in, comes to its end, and then removes their directory.
+/// process that it is in, comes to its end.
 class WatchedProcess
 {
 public:
-    /// @p watcher is the path of the watcher, @p directory what it is to remove.
-    WatchedProcess(const QString &watcher, const QString &directory, const QStringList &command,
-                   const QString &workingDirectory, const QProcessEnvironment &environment);
+    struct Options
+    {
+        /// The path of the watcher.
+        QString watcher;
+        /// Made at first, and removed once all processes have ended; empty for none.
+        QString directory;
+        /// Empty for a directory alone.
+        QStringList command;
+        QString workingDirectory;
+        QProcessEnvironment environment;
+        /// A descriptor that the watcher keeps open until all processes have ended; negative for
+        /// none.
+        int lifeline = -1;
+    };
+
+    /// Nothing but the directory is made before allowStart.
+    explicit WatchedProcess(const Options &options);
     /// Ends all processes that are left.
     ~WatchedProcess();
 
     WatchedProcess(const WatchedProcess &) = delete;
     WatchedProcess &operator=(const WatchedProcess &) = delete;
+
+    void allowStart();
 
     /// Why it could not be started; empty while that is not known or it was.
     QString error() const { return m_error; }
@@ -35,22 +55,41 @@ public:
 
     /// How a process has ended: "ended with status 3", "ended by signal 15 (Terminated)", "crashed
     /// by signal 11 (Segmentation fault)". Empty while it runs, and for one that is no child of the
-    /// watcher.
+    /// watcher. Of many only the latest are known, besides those that are kept.
     QString endOf(qint64 processId) const { return m_ends.value(processId); }
     /// That of the program itself.
     QString endOfProgram() const { return endOf(m_program); }
+    void keepEndOf(qint64 processId) { m_kept += processId; }
+
+    qint64 watcherId() const { return m_watcher; }
+
+    /// The last MiB of what the program and those that it started have written; also after its end.
+    QByteArray standardOutput() const;
+    QByteArray standardError() const;
+
+    /// What holds up the end of the watcher for as long as a process has it open.
+    int control() const { return m_control; }
 
 private:
+    void makeOutputMemory();
+    void waitUntilReady();
     void take(const QByteArray &line);
+    void addEnd(qint64 process, const QString &text);
     void endWatcher();
 
     pid_t m_watcher = -1;
     int m_control = -1;
+    int m_outputDescriptor = -1;
+    OutputMemory *m_output = nullptr;
     qint64 m_program = 0;
     QString m_command;
+    QString m_directory;
     QString m_error;
     QByteArray m_unfinishedLine;
     QHash<qint64, QString> m_ends;
+    QQueue<qint64> m_order;
+    QSet<qint64> m_kept;
+    bool m_isReady = false;
     bool m_hasEnded = false;
 };
 

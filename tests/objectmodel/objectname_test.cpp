@@ -2,9 +2,7 @@
 
 #include "objectmodel/objectmap.h"
 
-#include <QStringList>
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace Morvex;
 
@@ -12,8 +10,7 @@ TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
 {
     const struct
     {
-        const char *text;
-        const char *qualified;
+        const char *text, *qualified;
     } rows[] = {
         {"{type='A' name='b'}", "{name='b' type='A'}"},
         {"{ a = 'it\\'s' b ?= '\\\\*' c ~= '^x$' }", "{a='it\\'s' b?='\\\\*' c~='^x$'}"},

@@ -7,8 +7,10 @@
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "support/environmentguard.h"
+#include "support/files.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -18,6 +20,7 @@
 #include <cstring>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -26,9 +29,24 @@ using namespace MorvexTest;
 
 namespace {
 
+// What the system says of a process after its name; empty when there is none.
+QList<QByteArray> statusOf(qint64 process)
+{
+    const QByteArray status = readFile(QString("/proc/%1/stat").arg(process));
+    return status.isEmpty() ? QList<QByteArray>()
+                            : status.mid(status.lastIndexOf(')') + 2).split(' ');
+}
+
+// One that has ended may wait for its parent to ask for its status.
 bool isThere(qint64 process)
 {
-    return ::kill(static_cast<pid_t>(process), 0) == 0;
+    const QByteArray state = statusOf(process).value(0);
+    return !state.isEmpty() && state != "Z" && state != "X";
+}
+
+pid_t parentOf(pid_t process)
+{
+    return statusOf(process).value(1).toInt();
 }
 
 } // namespace
@@ -68,8 +86,8 @@ protected:
 TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
 {
     const QTemporaryDir dir("/tmp/t-XXXXXX");
-    ConnectionOffer offer(dir.path());
-    ASSERT_EQ(offer.error(), QString());
+    ConnectionOffer offer(dir.path() + "/s");
+    ASSERT_EQ(offer.listen(), QString());
     const QByteArray token = offer.token();
     const struct
     {
@@ -122,6 +140,62 @@ TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
     // Objects may outlive their application.
     EXPECT_EQ(window->objectClass(), nullptr);
     EXPECT_EQ(window->valueText(), "(the application has been stopped)");
+}
+
+TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesToIt)
+{
+    auto application = start({"/bin/sh", "-c",
+                              "mkdir \"$HOME/d\"; touch \"$HOME/d/f\"; chmod 0 \"$HOME/d\";"
+                              "yes | head -c 1500000; printf end; echo warning >&2;"
+                              "exec \"$0\" >&- 2>&-",
+                              MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    EXPECT_EQ(application->standardOutput(), QString("y\n").repeated(524288).mid(3) + "end");
+    EXPECT_EQ(application->standardError(), "warning\n");
+    EXPECT_EQ(click(application.get(), "print"), QString());
+    application.reset();
+    EXPECT_EQ(temporaryDirectories(), QStringList());
+}
+
+TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
+{
+    for (const bool isWatcher : {true, false}) {
+        int ends[2];
+        ASSERT_EQ(::pipe(ends), 0);
+        const pid_t testCase = ::fork();
+        if (testCase == 0) {
+            auto application = start({MORVEX_AWKWARD_PROGRAM});
+            pid_t processes[] = {0, 0};
+            if (application) {
+                processes[0] = static_cast<pid_t>(application->processId());
+                processes[1] = parentOf(processes[0]);
+            }
+            ::write(ends[1], processes, sizeof processes);
+            if (isWatcher)
+                ::kill(processes[1], SIGKILL);
+            while (!isWatcher)
+                ::pause();
+            application.reset();
+            ::_exit(0);
+        }
+        pid_t processes[2] = {0, 0};
+        ASSERT_EQ(::read(ends[0], processes, sizeof processes), ssize_t(sizeof processes));
+        if (!isWatcher)
+            ::kill(testCase, SIGKILL);
+        EXPECT_EQ(::waitpid(testCase, nullptr, 0), testCase);
+        EXPECT_NE(processes[0], 0);
+        QElapsedTimer timer;
+        timer.start();
+        const auto isLeft = [&] {
+            return isThere(processes[0]) || isThere(processes[1]) ||
+                   !temporaryDirectories().isEmpty();
+        };
+        while (isLeft() && timer.elapsed() < 30000)
+            ::usleep(5000);
+        EXPECT_FALSE(isLeft()) << isWatcher;
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
 }
 
 TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)

@@ -1,10 +1,9 @@
-#include "awkwardplugin.h"
+#include "awkwardwindow.h"
 
 #include <QApplication>
 
 #include <unistd.h>
 
-// The same application as a program.
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);

@@ -1,9 +1,7 @@
 #include "support/runnerprocess.h"
+#include "support/test.h"
 
 #include <QByteArrayList>
-#include <QDir>
-
-#include <gtest/gtest.h>
 
 using namespace MorvexTest;
 

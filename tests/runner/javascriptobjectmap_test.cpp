@@ -1,14 +1,7 @@
 #include "runner/javascriptobjectmap.h"
 
-#include "support/files.h"
-#include "support/filesizelimit.h"
 #include "support/runnerprocess.h"
-
-#include <gtest/gtest.h>
-
-#include <QDir>
-#include <QFileInfo>
-#include <QTemporaryDir>
+#include "support/test.h"
 
 #include <unistd.h>
 
@@ -51,8 +44,7 @@ TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
     JavaScriptObjectMap map(path);
     const struct
     {
-        const char *object;
-        const char *expression;
+        const char *object, *expression;
     } cases[] = {
         {"{text='Save As...' type='QPushButton'}", "names.saveAs"},
         {"{type='QPushButton' text='Save As...'}", "names.saveAs"},
@@ -102,9 +94,7 @@ TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
     const QByteArray comment = "// " + definition;
     const struct
     {
-        QByteArray before;
-        QByteArray start;
-        QByteArray end;
+        QByteArray before, start, end;
     } cases[] = {
         {"", "// Names of the objects", definition + marker},
         {" \n\t\n", "// Names of the objects", definition + marker},
@@ -122,35 +112,6 @@ TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
         EXPECT_TRUE(after.startsWith(each.start)) << after.toStdString();
         EXPECT_TRUE(after.endsWith(each.end)) << after.toStdString();
     }
-}
-
-TEST_F(JavaScriptObjectMapTest, AFullDiskLeavesTheFileAndItsLinksAsTheyWere)
-{
-    const QString link = dir.filePath("link.js");
-    const QByteArray before = marker + QByteArray(400, '/') + '\n';
-    writeFile(path, before);
-    for (const bool isLinked : {false, true}) {
-        if (isLinked) {
-            ASSERT_EQ(::link(qPrintable(path), qPrintable(link)), 0);
-        }
-        JavaScriptObjectMap map(path);
-        map.getSymbolicName("{text='Save'}", true);
-        QString error;
-        {
-            const FileSizeLimit limit(100);
-            error = map.saveOrKeep();
-        }
-        EXPECT_TRUE(error.contains(path)) << error.toStdString();
-        EXPECT_EQ(readFile(path), before);
-        EXPECT_TRUE(map.unsavedCode().startsWith("names.save = {text: \"Save\"};\n"));
-        EXPECT_FALSE(QFileInfo::exists(path + ".unsaved"));
-    }
-    JavaScriptObjectMap map(path);
-    map.getSymbolicName("{text='Save'}", true);
-    EXPECT_EQ(map.saveOrKeep(), "");
-    EXPECT_NE(readFile(path), before);
-    EXPECT_EQ(readFile(link), readFile(path));
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList({"link.js", "names.js"}));
 }
 
 // Nobody may write through a link to a directory that does not exist, not even root.

@@ -1,13 +1,10 @@
-#include "support/files.h"
 #include "support/scriptfixture.h"
+#include "support/test.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 #include <csignal>
 

@@ -1,16 +1,14 @@
 // Every report format on runs of the real runner, read back by readers of others.
 
-#include "support/files.h"
 #include "support/reportcounts.h"
 #include "support/runnerprocess.h"
+#include "support/test.h"
 
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QProcess>
 
 #include <csignal>
 #include <functional>
-#include <gtest/gtest.h>
 
 using namespace MorvexTest;
 
@@ -108,41 +106,6 @@ const DirectoryFormat directoryFormats[] = {
 };
 
 } // namespace
-
-TEST_F(ReportsTest, AllFormatsOfARunHaveTheSameCounts)
-{
-    std::vector<ClassicFormat> classic = classicFormats();
-    for (const DirectoryFormat &directory : directoryFormats) {
-        QStringList values{QString("%1,%2").arg(directory.keyword, path(directory.keyword))};
-        for (const ClassicFormat &format : classic)
-            values += QString("%1,%2").arg(format.keyword, path(format.keyword) + ".file.xml");
-        const Counts console = run(values);
-        EXPECT_GT(console.at("fatals"), 0);
-        expectSame(directory.read(readFile(path(directory.keyword) + "/" + directory.file)),
-                   console, directory.keyword);
-        for (const ClassicFormat &format : classic) {
-            const XmlDocument document(readFile(path(format.keyword) + ".file.xml"));
-            EXPECT_EQ(document.error(), "") << format.keyword;
-            expectSame(format.read(document), console, format.keyword);
-        }
-        // Once is enough for those that exclude no other.
-        classic.clear();
-    }
-}
-
-TEST_F(ReportsTest, TheZipHoldsTheReportAndItsAttachments)
-{
-    runner.addTestCase("tst_attach", "file.write('note.txt', 'n'); attach('note.txt');");
-    const Counts console = run({"zipxml3.5," + path("results.zip")});
-    QProcess unzip;
-    unzip.start("unzip", {"-q", path("results.zip"), "-d", path("unzipped")});
-    ASSERT_TRUE(unzip.waitForFinished());
-    ASSERT_EQ(unzip.exitCode(), 0) << unzip.readAllStandardError().constData();
-    const QByteArray report = readFile(path("unzipped/results.xml"));
-    expectSame(countsOfXml3(report), console, "zipxml3.5");
-    EXPECT_TRUE(report.contains("x-results:/attachments/tst_attach/note.txt"));
-    EXPECT_EQ(readFile(path("unzipped/attachments/tst_attach/note.txt")), "n");
-}
 
 TEST_F(ReportsTest, EveryEntryOfAKilledRunIsInAnXml3ReportInWholeLines)
 {

@@ -1,11 +1,10 @@
 // Runs of the real runner that are uploaded to the result server of the examples.
 
-#include "support/files.h"
 #include "support/reportcounts.h"
 #include "support/runnerprocess.h"
+#include "support/test.h"
 #include "support/uploadserver.h"
 
-#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -13,7 +12,6 @@
 #include <QRegularExpression>
 
 #include <csignal>
-#include <gtest/gtest.h>
 
 using namespace MorvexTest;
 
@@ -76,13 +74,12 @@ protected:
     }
 
     // Each entry is on standard error when it is sent.
-    static QByteArray waitForEntry(QProcess &process, const QByteArray &type)
+    static void waitForEntry(QProcess &process, const QByteArray &type)
     {
         QByteArray trace;
         process.setReadChannel(QProcess::StandardError);
         while (!trace.contains("\t" + type) && process.waitForReadyRead(60000))
             trace += process.readAll();
-        return trace;
     }
 
     QProcess server;
@@ -253,20 +250,18 @@ TEST_F(ResultServerTest, AKilledRunIsKeptAndTheNextOneIsAdded)
     EXPECT_EQ(readFile(report + "/data/results-v1.js").count("Run aborted"), 1);
 }
 
-// The server never answers the end of the test case; meanwhile the child crashes and the run is
-// interrupted.
+// The server never answers the end of the test case; meanwhile the run is interrupted.
 TEST_F(ResultServerTest, WhatHappensWhileTheServerIsSilentComesAfterItInAllReports)
 {
     const UploadServer silent("forgetful");
-    runner.addTestCase("tst_a", "application.start('" MORVEX_AWKWARD_PLUGIN "', 'abortAtExit');");
+    runner.addTestCase("tst_a", "");
     runner.addTestCase("tst_b", "");
     QProcess process;
     start(process, runner, {silent.value(), "html," + path("local"), "stdout"});
-    const QByteArray trace = waitForEntry(process, "END_TEST_CASE");
+    waitForEntry(process, "END_TEST_CASE");
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 130);
-    EXPECT_TRUE((trace + process.readAllStandardError()).contains("after the end\n"));
     const QByteArray output = process.readAllStandardOutput();
     QStringList shown;
     for (const ConsoleLine &line : RunnerProcess::report({130, output, {}}))

@@ -1,17 +1,14 @@
 #include "runner/signals.h"
 
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/runnerprocess.h"
+#include "support/test.h"
 #include "test/cancellation.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QProcess>
 #include <QThread>
 
 #include <csignal>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -228,7 +225,7 @@ TEST_F(RunnerTest, ASuiteIsWhereTheFileSystemFindsIt)
               "START Start 'suite2'|Test 'suite2' started");
 }
 
-TEST_F(RunnerTest, NothingThatTheCallerLeavesBehindStopsTheRun)
+TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
 {
     addPassing({"tst_a"});
     const QString pipe = runner.suitePath() + "/pipe";

@@ -36,8 +36,7 @@ TEST(RunOutcomeTest, TheLastAttemptOfATestCaseDecides)
     const struct
     {
         const char *steps;
-        QStringList failed;
-        QStringList flaky;
+        QStringList failed, flaky;
         int testCases;
         bool hasFailure;
     } rows[] = {

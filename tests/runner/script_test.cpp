@@ -1,10 +1,5 @@
-#include "support/files.h"
 #include "support/scriptfixture.h"
-
-#include <QDir>
-#include <QFile>
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace MorvexTest;
 
@@ -116,8 +111,7 @@ TEST_F(ScriptTest, WhateverIsThrownIsAnErrorWithItsPlace)
 {
     const struct
     {
-        const char *script;
-        const char *text;
+        const char *script, *text;
         int line;
     } rows[] = {
         {"\nfunction f() {\n  throw 5;\n}\nf();", "5", 3},

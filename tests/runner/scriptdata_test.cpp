@@ -46,8 +46,7 @@ TEST_F(ScriptDataTest, WhatCannotBeReadIsThrownWithTheFileAndTheReason)
     runner.addFile("bad.xls", "no workbook\n");
     const struct
     {
-        const char *call;
-        const char *message;
+        const char *call, *message;
     } rows[] = {
         {"data.open('no.tsv')", "data.open: cannot read 'no.tsv': No such file or directory"},
         {"data.open('notes.txt')", "data.open: cannot read 'notes.txt': its first lines have no "

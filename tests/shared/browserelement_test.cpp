@@ -1,10 +1,6 @@
 #include "shared/browserelement.h"
 
-#include "support/files.h"
-
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -107,8 +103,7 @@ TEST_F(BrowserElementTest, ElementsAreShownByTheirTextOrElseTypeClassAndName)
 {
     const struct
     {
-        const char *xml;
-        const char *name;
+        const char *xml, *name;
     } rows[] = {
         {"<element type='button' class='QPushButton'><abstractProperties><text>Add"
          "</text></abstractProperties></element>",
@@ -166,8 +161,7 @@ TEST(StyleCheckResultTest, DescriptionsHaveTheValuesThatThereAre)
     const QVariant none;
     const struct
     {
-        QVariant actual;
-        QVariant expected;
+        QVariant actual, expected;
         const char *values;
     } rows[] = {
         {none, none, ""},

@@ -1,11 +1,6 @@
 #include "shared/confparser.h"
 
-#include "support/environmentguard.h"
-#include "support/files.h"
-
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace Morvex;
 
@@ -31,8 +26,7 @@ TEST_F(ConfParserTest, ValuesOfAKey)
     const struct
     {
         const char *text;
-        QStringList split;
-        QStringList whole;
+        QStringList split, whole;
     } rows[] = {
         {"KEY=value", {"value"}, {"value"}},
         {"KEY\t=\tvalue\n", {"value"}, {"value"}},
@@ -61,8 +55,7 @@ TEST_F(ConfParserTest, ErrorsNameThePlaceAndKeepWhatCameBefore)
 {
     const struct
     {
-        const char *text;
-        const char *error;
+        const char *text, *error;
         QStringList keys;
     } rows[] = {
         {"A = 1\nKEY", ": Unexpected end of file (key without a value)", {"A"}},
@@ -85,8 +78,7 @@ TEST_F(ConfParserTest, ReferencesToKeysAboveAndToTheEnvironment)
     const MorvexTest::EnvironmentGuard value("MORVEX_TEST_A", "env");
     const struct
     {
-        const char *text;
-        const char *value;
+        const char *text, *value;
     } rows[] = {
         {"A = 1 2\nKEY = $(A)/x", "1/x"},
         {"KEY = $(A)/x\nA = 1", "$(A)/x"},

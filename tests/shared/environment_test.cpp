@@ -2,15 +2,11 @@
 
 #include "shared/clock.h"
 #include "shared/realpath.h"
-#include "support/capture.h"
+#include "support/test.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QThread>
 
 #include <clocale>
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 

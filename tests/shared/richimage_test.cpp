@@ -2,12 +2,10 @@
 
 #include "shared/uiabstraction/loadimage.h"
 #include "shared/uncompress.h"
-#include "support/capture.h"
+#include "support/test.h"
 
 #include <QBuffer>
 #include <QPixmap>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 

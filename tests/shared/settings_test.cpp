@@ -1,16 +1,9 @@
 #include "shared/settings.h"
 
 #include "shared/environment.h"
-#include "support/capture.h"
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/test.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 #include <random>
 
 using namespace Morvex;
@@ -62,10 +55,8 @@ TEST_F(SettingsFileTest, HowARawValueReads)
 {
     const struct
     {
-        const char *raw;
-        const char *text;
-        int number;
-        int boolean;
+        const char *raw, *text;
+        int number, boolean;
         const char *warning;
     } rows[] = {
         {" \"a b\" ", "a b", -1, -1, ""},
@@ -225,8 +216,7 @@ TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsReported)
     {
         QString dir;
         const char *name;
-        std::string readWarning;
-        std::string writeWarning;
+        std::string readWarning, writeWarning;
     } rows[] = {
         {dir.path(), "file/a.ini", "", "flush: could not create directory `" + place + "/file'.\n"},
         {dir.path(), "isdir", "parse: could not open file `" + place + "/isdir' for reading\n",
@@ -267,8 +257,7 @@ TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
     const EnvironmentGuard endless("MORVEX_TEST_C", "xx$(MORVEX_TEST_C)");
     const struct
     {
-        const char *text;
-        const char *expanded;
+        const char *text, *expanded;
     } rows[] = {
         {"$(MORVEX_TEST_A)/$(MORVEX_TEST_A)", "val/val"},
         {"$(MORVEX_TEST_B)", "xxval"},

@@ -1,14 +1,6 @@
 #include "shared/temporarydir.h"
 
-#include "support/capture.h"
-#include "support/files.h"
-
-#include <QDir>
-#include <QFileInfo>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-#include <memory>
+#include "support/test.h"
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -99,8 +91,7 @@ TEST(CopyDirectoryTest, EachFailureHasItsText)
     writeFile(dir.filePath("source/a"), "a");
     struct Row
     {
-        const char *source;
-        const char *target;
+        const char *source, *target;
         QString error;
     };
     const Row rows[] = {

@@ -2,15 +2,9 @@
 
 #include "shared/tsvparser.h"
 #include "shared/tsvtestdataset.h"
-#include "support/capture.h"
-#include "support/files.h"
 #include "support/tables.h"
+#include "support/test.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 #include <random>
 
 using namespace Morvex;
@@ -260,8 +254,7 @@ TEST(CheckAndMakeDirTest, TheDirectoriesOfAPathAreMade)
     {
         QString path;
         bool isFile;
-        const char *made;
-        const char *notMade;
+        const char *made, *notMade;
     } rows[] = {
         {"", false, ".", "x"},
         {"file", true, ".", "file"},

@@ -2,11 +2,10 @@
 
 #include "shared/visual/plaincomparison.h"
 
+#include "support/test.h"
+
 #include <QImage>
 
-#include <gtest/gtest.h>
-
-#include <memory>
 #include <random>
 
 using namespace Morvex;

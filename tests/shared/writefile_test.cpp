@@ -1,13 +1,8 @@
 #include "shared/writefile.h"
 
-#include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/test.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>

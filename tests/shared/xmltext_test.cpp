@@ -12,10 +12,7 @@ TEST(XmlTextTest, WhatXmlCanNotHoldIsShownAndNothingElseChanges)
 {
     struct Row
     {
-        QString text;
-        QString clean;
-        QString line;
-        QString log;
+        QString text, clean, line, log;
     };
     const QString smiley = QString::fromUtf8("\U0001F600");
     const QString highHalf(QChar(0xd83d));

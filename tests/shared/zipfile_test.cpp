@@ -1,14 +1,10 @@
 #include "shared/zipfile.h"
 
-#include "support/files.h"
+#include "support/test.h"
 
 #include <QBuffer>
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
 #include <minizip/unzip.h>
 #include <sys/stat.h>
 

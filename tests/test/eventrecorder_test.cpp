@@ -140,8 +140,7 @@ TEST(EventRecorderTest, CodeThatWaitsFollowsTheSynchronizationAndTheItem)
     const EventDataArg number{"3", EventDataArg::NUMBER};
     const struct
     {
-        bool suppress;
-        bool object;
+        bool suppress, object;
         EventData event;
         const char *code;
     } cases[] = {

@@ -1,8 +1,7 @@
-#include "support/files.h"
+#include "support/test.h"
 #include "test/testreportgeneratorfactory.h"
 
 #include <QRegularExpression>
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;

@@ -1,19 +1,12 @@
 #include "test/htmlreportgenerator.h"
 
-#include "support/capture.h"
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/webreport/webreportrepair.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFileInfo>
-#include <QTemporaryDir>
 
 #include <csignal>
-#include <gtest/gtest.h>
-#include <memory>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -97,15 +90,6 @@ TEST_F(HtmlReportGeneratorTest, NothingWritesIntoTheStatementOfARun)
     EXPECT_EQ(second.error, inUse + "; wait for its end or give another directory");
     EXPECT_EQ(repairWebReport(report).error, inUse);
     EXPECT_EQ(data(), before);
-}
-
-TEST_F(HtmlReportGeneratorTest, TheReportThatIsWrittenToIsTheRepairedOne)
-{
-    run(runOfMessages({}));
-    writeFile(report + "/data/results-v1.js", data().chopped(20));
-    run(runOfMessages({}));
-    EXPECT_TRUE(data().endsWith(shortRun));
-    EXPECT_EQ(data().count("data.push( "), 2);
 }
 
 TEST_F(HtmlReportGeneratorTest, AReportThatWasInterruptedWhileItWasMadeDoesNotBlockItsDirectory)

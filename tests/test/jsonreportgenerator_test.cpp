@@ -1,15 +1,12 @@
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/testreportgeneratorfactory.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
 #include <json/json.h>
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -156,8 +153,7 @@ TEST(JsonReportGeneratorTest, DetailsMoveIntoTheTextWhenThereIsAWordOfTheVerifie
 {
     struct Row
     {
-        const char *details;
-        const char *info;
+        const char *details, *info;
         QString text;
         QJsonValue detail;
     };

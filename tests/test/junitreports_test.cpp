@@ -1,10 +1,8 @@
-#include "support/environmentguard.h"
 #include "support/runs.h"
+#include "support/test.h"
 
-#include <QDir>
 #include <cstdio>
 #include <cstdlib>
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;

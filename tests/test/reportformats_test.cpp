@@ -1,18 +1,13 @@
-#include "support/capture.h"
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/filesizelimit.h"
 #include "support/reportcounts.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/nullreportgenerator.h"
 #include "test/output/reportfile.h"
 #include "test/report/bufferedreport.h"
 #include "test/testreportgeneratorfactory.h"
 
-#include <QDir>
-#include <QTemporaryDir>
 #include <QTextCodec>
-#include <gtest/gtest.h>
 
 #include <map>
 

@@ -1,14 +1,11 @@
 #include "test/reportgeneratorshared.h"
 
 #include "shared/realpath.h"
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 
-#include <QDir>
-#include <QTemporaryDir>
 #include <QTimeZone>
 
-#include <gtest/gtest.h>
 #include <sstream>
 
 using namespace Morvex;
@@ -18,10 +15,7 @@ TEST(TextParserTest, ObjectAndPropertyOfAMessage)
 {
     const struct
     {
-        const char *msg;
-        const char *withProperty;
-        const char *object;
-        const char *property;
+        const char *msg, *withProperty, *object, *property;
     } rows[] = {
         {"VP1: Property ':Main.OK_Button.text' is wrong", ":Main.OK_Button.text", ":Main.OK_Button",
          "text"},
@@ -54,9 +48,7 @@ TEST(TextParserTest, ImagesAndValuesOfAMessage)
 
     const struct
     {
-        const char *msg;
-        const char *first;
-        const char *second;
+        const char *msg, *first, *second;
     } rows[] = {
         {"'a' and 'b' differ", "a", "b"}, {"'it's' and 'it''s' differ", "it's", "it''s"},
         {"'' and '' differ", "", ""},     {"'a' or 'b'", "old1", "old2"},
@@ -130,9 +122,7 @@ TEST(SectionLogTest, SectionsBecomeLogLines)
     const struct
     {
         TestResult::ResultType type;
-        const char *info;
-        const char *message;
-        const char *details;
+        const char *info, *message, *details;
     } rows[] = {
         {TestResult::START_SECTION, "section", "Start Section: title", "text"},
         {TestResult::END_SECTION, "scenariooutline", "End Scenario Outline", "title"},

@@ -1,14 +1,9 @@
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/testreportgeneratorfactory.h"
 
-#include <QDir>
 #include <QProcess>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
-#include <memory>
 #include <unistd.h>
 
 using namespace Morvex;

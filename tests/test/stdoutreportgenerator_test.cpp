@@ -1,16 +1,10 @@
 #include "test/stdoutreportgenerator.h"
 
-#include "support/capture.h"
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-#include <memory>
 #include <pty.h>
 #include <unistd.h>
 
@@ -108,10 +102,8 @@ TEST_F(ConsoleTest, WhoDecidesAboutColours)
     std::FILE *file = std::tmpfile();
     const struct
     {
-        const char *force;
-        const char *color;
-        bool onTerminal;
-        bool inFile;
+        const char *force, *color;
+        bool onTerminal, inFile;
     } rows[] = {
         {nullptr, nullptr, true, false}, {nullptr, "0", false, false}, {nullptr, "1", true, false},
         {"1", "0", true, true},          {"0", nullptr, true, false},  {"0", "0", false, false},

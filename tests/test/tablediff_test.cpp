@@ -1,13 +1,12 @@
 #include "test/tablediff.h"
 
 #include "shared/xmltablerange.h"
-#include "support/capture.h"
+#include "support/test.h"
 #include "test/verification/diff.h"
 
 #include <QColor>
 #include <QDataStream>
 
-#include <gtest/gtest.h>
 #include <random>
 
 using namespace Morvex;
@@ -130,8 +129,7 @@ TEST(TableDiffTest, RowsOfADifference)
 {
     const struct
     {
-        std::vector<std::string> expected;
-        std::vector<std::string> actual;
+        std::vector<std::string> expected, actual;
         QStringList difference;
     } rows[] = {
         {{}, {}, {}},

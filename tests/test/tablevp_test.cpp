@@ -1,11 +1,10 @@
 #include "test/tablevp.h"
 
 #include "shared/xmltablerange.h"
-#include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/test.h"
 #include "support/verification.h"
 
-#include <QDir>
 #include <QTableWidget>
 
 using namespace Morvex;

@@ -1,27 +1,22 @@
 #include "test/testcaseprocess.h"
 
-#include "support/capture.h"
 #include "support/fakerunner.h"
-#include "support/files.h"
 #include "support/recordinggenerator.h"
+#include "support/test.h"
 #include "test/cancellation.h"
 #include "test/rawreportgenerator.h"
 #include "test/testresult.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
 #include <QtEndian>
 
 #include <csignal>
 #include <functional>
-#include <gtest/gtest.h>
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;

@@ -1,15 +1,9 @@
 #include "test/testconfig.h"
 
-#include "support/capture.h"
-#include "support/files.h"
 #include "support/recordinggenerator.h"
+#include "support/test.h"
 #include "test/testcase.h"
 #include "test/testresult.h"
-
-#include <QDir>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;

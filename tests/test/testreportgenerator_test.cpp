@@ -1,9 +1,8 @@
 #include "test/testreportgenerator.h"
 
-#include "support/capture.h"
-#include "support/files.h"
 #include "support/recordinggenerator.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
 #include "test/openreportfile.h"
@@ -11,13 +10,8 @@
 #include "test/testreportgeneratorfactory.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
-#include <gtest/gtest.h>
 #include <map>
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -65,8 +59,7 @@ TEST(TestReportGeneratorTest, SectionsStayNested)
 {
     const struct
     {
-        QStringList in;
-        QStringList out;
+        QStringList in, out;
     } rows[] = {
         {{"+section", "-section"}, {"+section", "-section"}},
         {{"-section"}, {}},

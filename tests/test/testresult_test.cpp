@@ -1,12 +1,7 @@
 #include "test/testresult.h"
 
-#include "support/capture.h"
-#include "support/environmentguard.h"
 #include "support/recordinggenerator.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -83,15 +78,6 @@ TEST(TestResultWithoutGeneratorTest, EntriesAreLostWithAWarning)
     EXPECT_FALSE(result.isStarted());
     EXPECT_EQ(result.resultCount(TestResult::FAIL), -1);
     EXPECT_FALSE(result.isSuccessfulRetry());
-}
-
-TEST_F(TestResultTest, TheSummaryIsLeftToTheParentInAChild)
-{
-    const EnvironmentGuard child("MORVEX_NOREPORTSUMMARY", "1");
-    result.start("a", "", "");
-    result.completed();
-    EXPECT_EQ(last().type, TestResult::END);
-    EXPECT_EQ(recorder->summaries, 0);
 }
 
 TEST_F(TestResultTest, FlagsFollowTheEntries)

@@ -1,17 +1,12 @@
 #include "test/testsuite.h"
 
-#include "support/capture.h"
-#include "support/environmentguard.h"
 #include "support/fakerunner.h"
-#include "support/files.h"
 #include "support/recordinggenerator.h"
+#include "support/test.h"
 #include "test/cancellation.h"
 #include "test/testresult.h"
 
-#include <QTemporaryDir>
 #include <QThread>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;

@@ -1,11 +1,10 @@
 #include "test/testvp.h"
 
-#include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/test.h"
 #include "support/verification.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QLabel>
 #include <QTableWidget>
 #include <QTextCodec>
@@ -72,8 +71,7 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
     const struct
     {
         QByteArray file;
-        const char *message;
-        const char *details;
+        const char *message, *details;
     } rows[] = {
         {"", unread, ""},
         {"<VerificationPoint>&nbsp;</VerificationPoint>", unread, ""},
@@ -168,8 +166,7 @@ TEST_F(TestVPTest, OutcomesAndExpectationsOfEachTypeGiveTheirResults)
     {
         TestResult::VPType type;
         const char *root;
-        QByteArray body;
-        QByteArray otherBody;
+        QByteArray body, otherBody;
         const char *name;
     } kinds[] = {
         {TestResult::PROPERTY_VP, "ObjectProperties", textCheck("old"), textCheck("new"),

@@ -2,16 +2,14 @@
 
 #include "shared/requestdumpobject.h"
 #include "shared/uiabstraction/uielement.h"
-#include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/test.h"
 #include "support/verification.h"
 #include "test/verification/titanpropertychecks.h"
 #include "test/verification/titanselectiondefaults.h"
 #include "test/webreport/visualtrees.h"
 
 #include <QApplication>
-#include <QDir>
-#include <QFileInfo>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QJsonArray>
@@ -207,8 +205,7 @@ TEST_F(TitanVPTest, WhiteSpaceIsComparedAsItIs)
 {
     const struct
     {
-        const char *expected;
-        const char *actual;
+        const char *expected, *actual;
         bool isEqual;
     } rows[] = {
         {"a  b", "a b", false},    {"a\tb", "a b", false},

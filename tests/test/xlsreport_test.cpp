@@ -1,10 +1,8 @@
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;

@@ -1,13 +1,7 @@
-#include "support/capture.h"
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "support/xmldocument.h"
 #include "test/testreportgeneratorfactory.h"
-
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -74,8 +68,7 @@ TEST(Xml3ReportGeneratorTest, EachKindOfResultHasItsFields)
     const XmlDocument document(reportOf(sampleRun(), 5), XmlDocument::NoNamespaces);
     struct Row
     {
-        const char *xpath;
-        const char *expected;
+        const char *xpath, *expected;
     };
     const Row rows[] = {
         {"/MorvexReport/test/@type", "testsuite"},

@@ -1,7 +1,5 @@
 #include "support/runs.h"
-
-#include <QDir>
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -123,8 +121,7 @@ TEST(Xml2Test, VersionsTellMoreAndMoreOfAVerification)
     struct Row
     {
         TestResult::VPType vpType;
-        const char *message;
-        const char *details;
+        const char *message, *details;
         QString types[3];
         QStringList added;
     };

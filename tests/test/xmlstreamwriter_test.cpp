@@ -1,8 +1,7 @@
 #include "test/xmlstreamwriter.h"
 
-#include "support/capture.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
 #include <sstream>
 
 using namespace Morvex;
@@ -12,8 +11,7 @@ TEST(XmlStreamWriterTest, CDataCanHoldItsOwnTerminator)
 {
     struct Row
     {
-        const char *text;
-        const char *expected;
+        const char *text, *expected;
     };
     const Row rows[] = {
         {"", "<e/>"},

@@ -1,17 +1,9 @@
-#include "support/capture.h"
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/openreportfile.h"
 #include "test/testreportgeneratorfactory.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;

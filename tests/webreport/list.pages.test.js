@@ -6,8 +6,6 @@ const tools = require('./browser');
 const { RunBuilder } = require('./testdata');
 
 const { focused, heading, row, rowNames, selected, texts } = tools;
-const chip = (page, key) =>
-    page.getByRole('group', { name: 'Test cases' }).locator('[data-key="' + key + '"]');
 
 tools.describePages('The list', ({ onRuns, onShop }) => {
     test('The tree opens and closes by clicks and by keys, and the details follow', () =>
@@ -27,20 +25,6 @@ tools.describePages('The list', ({ onRuns, onShop }) => {
             await page.keyboard.press('ArrowLeft');
             assert.equal(await row(page, 'Prices').getAttribute('aria-expanded'), 'false');
             assert.ok(!(await rowNames(page)).some((name) => name.includes('Object property')));
-        }));
-
-    test('Outcomes can be asked for and hidden', () =>
-        onShop('', async (page) => {
-            await chip(page, 'error').click();
-            assert.deepEqual(await rowNames(page), ['suite_shop', 'tst_crash']);
-            await chip(page, 'error').click();
-            assert.match(await chip(page, 'error').textContent(), /^not /);
-            assert.ok(!(await rowNames(page)).includes('tst_crash'));
-            await page.locator('#tree').focus();
-            await page.keyboard.press('Escape');
-            await page.keyboard.press('f');
-            const failures = await rowNames(page);
-            assert.ok(failures.includes('Execution error') && !failures.includes('tst_markup'));
         }));
 
     test('The search finds results in parts that are closed, while one types', () =>

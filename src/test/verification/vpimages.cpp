@@ -6,6 +6,7 @@
 #include "shared/richimage.h"
 #include "shared/uiabstraction/loadimage.h"
 #include "test/runnerinterface.h"
+#include "test/verification/displaypicture.h"
 
 #include <QDir>
 #include <QFile>
@@ -88,8 +89,10 @@ bool saveImage(const QImage &image, const QString &path, const char *format)
 QImage desktopScreenshot()
 {
     QString error;
-    return Screenshot::fromVariant(
-        callFunction(QStringLiteral("desktopScreenshot"), QVariantList(), &error));
+    const QImage picture = hasDisplay() ? pictureOfDisplay(&error) : QImage();
+    return picture.isNull() ? Screenshot::fromVariant(callFunction(
+                                  QStringLiteral("desktopScreenshot"), QVariantList(), &error))
+                            : picture;
 }
 
 QImage grabObjectScreenshot(const SharedPtr<Object> &object, int options, int delay, QString *error)

@@ -1,12 +1,9 @@
 #include "shared/uiabstraction/elementstore.h"
 #include "shared/uiabstraction/uielement.h"
-#include "support/capture.h"
 #include "support/sampletrees.h"
+#include "support/test.h"
 
-#include <QDataStream>
 #include <QPoint>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex::UIAbstraction;
 using namespace MorvexTest;
@@ -213,8 +210,7 @@ TEST(ElementGeometryTest, PlacesAreRelativeToValidBasesAndNeverOverflow)
     const int max = std::numeric_limits<int>::max();
     const struct
     {
-        ElementGeometry geometry;
-        ElementGeometry base;
+        ElementGeometry geometry, base;
         QRect expected;
     } rows[] = {
         {ElementGeometry(QRect(10, 20, 3, 4)), ElementGeometry(QRect(1, 2, 9, 9)),

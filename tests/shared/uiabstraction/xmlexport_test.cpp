@@ -2,14 +2,11 @@
 
 #include "shared/browserelement.h"
 #include "shared/uiabstraction/uielement.h"
-#include "support/capture.h"
 #include "support/sampletrees.h"
+#include "support/test.h"
 #include "support/xmldocument.h"
 
 #include <QBuffer>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace Morvex::UIAbstraction;

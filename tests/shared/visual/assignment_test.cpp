@@ -157,8 +157,7 @@ TEST(Assignment, FindsTheLowestSumAndSettlesTiesByTheOrderOfItsSearch)
 {
     const struct
     {
-        int lowest;
-        int highest;
+        int lowest, highest;
     } ranges[] = {{-50, 50}, {0, 2}, {7, 7}, {0, 4000}, {-1000000000, 1000000000}, {65000, 66000}};
     std::mt19937 random(7);
     for (const auto &range : ranges) {

@@ -3,21 +3,16 @@
 #include "shared/testdata.h"
 
 #include "support/archive.h"
-#include "support/capture.h"
-#include "support/files.h"
 #include "support/tables.h"
+#include "support/test.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTextCodec>
 
-#include <gtest/gtest.h>
-#include <memory>
 #include <sys/resource.h>
 
 using namespace Morvex;
@@ -518,8 +513,7 @@ TEST_F(WorkbookTest, ValuesAreBoundedInMemoryByTheSizeOfTheFile)
     const QByteArray sharedCell = "<c t=\"s\"><v>0</v></c>";
     const struct
     {
-        QByteArray dimension;
-        QByteArray rows;
+        QByteArray dimension, rows;
         bool fits;
     } sheets[] = {
         {"A1", "<row r=\"1\"><c r=\"A1\"><v>1</v></c></row>", true},

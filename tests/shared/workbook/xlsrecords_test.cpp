@@ -1,14 +1,9 @@
 #include "shared/testdata.h"
 
-#include "support/capture.h"
-#include "support/files.h"
 #include "support/tables.h"
+#include "support/test.h"
 
-#include <QTemporaryDir>
 #include <QtEndian>
-
-#include <gtest/gtest.h>
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -227,8 +222,7 @@ TEST_F(XlsRecordsTest, TextsAreInTheCodePageOfTheFile)
     const struct
     {
         int codePage;
-        const char *bytes;
-        const char *text;
+        const char *bytes, *text;
     } rows[] = {
         {437, "\x84", "\u00e4"},    {850, "\x84", "\u00e4"},     {852, "\x84", "\u00e4"},
         {865, "\x84", "\u00e4"},    {866, "\x84", "\u0414"},     {1251, "\xc4", "\u0414"},

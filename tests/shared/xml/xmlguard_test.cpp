@@ -1,9 +1,9 @@
 #include "shared/xml/xmlguard.h"
 
-#include <QByteArray>
+#include "support/test.h"
+
 #include <QTemporaryFile>
 
-#include <gtest/gtest.h>
 #include <random>
 #include <tinyxml.h>
 

@@ -157,9 +157,7 @@ TEST(DatagramBufferTest, TheRunOfTheChildBecomesATestCase)
 {
     struct Row
     {
-        int retryOfChild;
-        int retriesLeft;
-        int expected;
+        int retryOfChild, retriesLeft, expected;
     };
     for (const Row &row : {Row{-1, 0, 0}, Row{-1, 3, 3}, Row{5, 3, 5}}) {
         auto *recorder = new RecordingGenerator;

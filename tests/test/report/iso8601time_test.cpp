@@ -1,11 +1,10 @@
 #include "test/report/iso8601time.h"
 
-#include "support/environmentguard.h"
+#include "support/test.h"
 #include "test/reportgeneratorshared.h"
 
 #include <QTimeZone>
 
-#include <gtest/gtest.h>
 #include <time.h>
 
 using namespace Morvex;

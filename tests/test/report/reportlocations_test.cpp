@@ -1,12 +1,7 @@
 #include "test/report/reportlocations.h"
 
-#include "support/files.h"
 #include "support/runs.h"
-
-#include <QDir>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace Morvex;
 using namespace MorvexTest;

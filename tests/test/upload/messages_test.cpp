@@ -1,7 +1,7 @@
 // The messages of an upload, as a server decodes them that knows only the protocol.
 
-#include "support/files.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "support/uploadserver.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/uploadaddress.h"
@@ -11,9 +11,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <gtest/gtest.h>
 #include <map>
-#include <memory>
 #include <sys/stat.h>
 
 using namespace Morvex;
@@ -85,8 +83,7 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
     struct Row
     {
         QString script;
-        QJsonArray stack;
-        QJsonArray kind;
+        QJsonArray stack, kind;
         const char *resource;
     };
     const Row frame{script, {0}, result, table};
@@ -152,8 +149,7 @@ TEST(UploadMessageTest, TheKindOfAVerificationTellsWhereItIsAndWhatIsAttached)
     struct Row
     {
         int vpType;
-        QString kind;
-        QString location;
+        QString kind, location;
         int line;
         QString resource;
     };

@@ -1,23 +1,18 @@
 // What a result server may do to a run, and what a run does with videos.
 
-#include "support/capture.h"
-#include "support/environmentguard.h"
 #include "support/recordinggenerator.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "support/uploadserver.h"
 #include "test/multireportgenerator.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/upload/quillbaseprivate.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QThread>
 #include <QTimer>
 
 #include <algorithm>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
 #include <thread>
 #include <unistd.h>
 
@@ -165,9 +160,7 @@ TEST_F(UploadTest, EachWaitHasItsBound)
     {
         const char *behaviour;
         TestResult::ResultType type;
-        int entries;
-        int textSize;
-        int milliseconds;
+        int entries, textSize, milliseconds;
     };
     const std::vector<Row> rows{
         {"mute", TestResult::NONE, 0, 0, 5000},

@@ -4,7 +4,6 @@
 
 #include <QCheckBox>
 #include <QDoubleSpinBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QVBoxLayout>
 

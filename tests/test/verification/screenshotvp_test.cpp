@@ -1,15 +1,13 @@
-#include "support/files.h"
 #include "support/filesizelimit.h"
+#include "support/test.h"
 #include "support/verification.h"
 
 #include "shared/richimage.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QFile>
-#include <QLabel>
 #include <QPainter>
 #include <QRandomGenerator>
+#include <QWidget>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -291,10 +289,8 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
     const QByteArray noMask = masks("");
     const struct
     {
-        const char *name;
-        const char *script;
-        QByteArray mask;
-        QByteArray children;
+        const char *name, *script;
+        QByteArray mask, children;
         QString start;
     } rows[] = {
         {"agrees", "echo fine; echo noise >&2", noMask, "", "PASS fine\n"},

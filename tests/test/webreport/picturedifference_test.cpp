@@ -1,11 +1,8 @@
 #include "test/webreport/picturedifference.h"
 
-#include "support/files.h"
+#include "support/test.h"
 
 #include <QImage>
-#include <QTemporaryDir>
-
-#include <gtest/gtest.h>
 
 using namespace Morvex;
 using namespace MorvexTest;

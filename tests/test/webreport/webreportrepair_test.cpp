@@ -1,23 +1,19 @@
 #include "test/webreport/webreportrepair.h"
 
-#include "support/environmentguard.h"
-#include "support/files.h"
 #include "support/filesizelimit.h"
 #include "support/runs.h"
+#include "support/test.h"
 #include "test/htmlreportgenerator.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <algorithm>
-#include <gtest/gtest.h>
 #ifdef __SANITIZE_ADDRESS__
 #include <sanitizer/lsan_interface.h>
 #endif
-#include <memory>
 
 using namespace Morvex;
 using namespace MorvexTest;

@@ -1,13 +1,8 @@
 #pragma once
 
-#include "qtbackend/applicationplugin.h"
-
-#include <QObject>
 #include <QStringList>
 #include <QVector>
 #include <QWidget>
-
-#include <memory>
 
 /// The application of tests that need one that behaves badly. Each button does what its name says.
 class AwkwardWindow : public QWidget
@@ -54,18 +49,4 @@ private:
 
     int m_level = 0;
     int m_child = 0;
-};
-
-class AwkwardPlugin : public QObject, public Morvex::ApplicationPlugin
-{
-    Q_OBJECT
-    Q_PLUGIN_METADATA(IID "morvex.ApplicationPlugin/1.0")
-    Q_INTERFACES(Morvex::ApplicationPlugin)
-
-public:
-    QString start(const QStringList &arguments) override;
-    void stop() override;
-
-private:
-    std::unique_ptr<AwkwardWindow> m_window;
 };

@@ -1,4 +1,4 @@
-#include "awkwardplugin.h"
+#include "awkwardwindow.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -11,17 +11,6 @@
 #include <cstdlib>
 #include <sys/wait.h>
 #include <unistd.h>
-
-namespace {
-
-void abortWithALine()
-{
-    std::puts("after the end");
-    std::fflush(stdout);
-    std::abort();
-}
-
-} // namespace
 
 AwkwardWindow::AwkwardWindow()
 {
@@ -121,20 +110,4 @@ void AwkwardWindow::quit()
 void AwkwardWindow::sleep()
 {
     ::sleep(1);
-}
-
-QString AwkwardPlugin::start(const QStringList &arguments)
-{
-    if (arguments.contains("exit"))
-        std::exit(0);
-    if (arguments.contains("abortAtExit"))
-        std::atexit(abortWithALine);
-    m_window = std::make_unique<AwkwardWindow>();
-    m_window->show();
-    return {};
-}
-
-void AwkwardPlugin::stop()
-{
-    m_window.reset();
 }

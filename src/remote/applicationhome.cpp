@@ -1,0 +1,123 @@
+#include "remote/applicationhome.h"
+
+#include "remote/applicationenvironment.h"
+#include "remote/watchedprocess.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+
+#include <sys/stat.h>
+
+namespace Morvex {
+namespace {
+
+// More would leave too little for the names of sockets.
+const int maxDirectoryLength = 50;
+const int busTimeoutMs = 2000;
+
+QString newDirectoryPath()
+{
+    QString parent = QDir(QDir::tempPath()).absolutePath();
+    if (QFile::encodeName(parent).size() > maxDirectoryLength)
+        parent = QStringLiteral("/tmp");
+    const quint64 number = QRandomGenerator::system()->generate64();
+    return parent + QStringLiteral("/morvex-%1").arg(number, 16, 16, QLatin1Char('0'));
+}
+
+// Returns an error text, empty on success.
+[[nodiscard]] QString copyTree(const QString &source, const QString &target)
+{
+    const QDir sourceDir(source);
+    QDirIterator entries(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString entry = entries.next();
+        const QString copy = target + QLatin1Char('/') + sourceDir.relativeFilePath(entry);
+        const bool isDirectory = entries.fileInfo().isDir() && !entries.fileInfo().isSymLink();
+        if (isDirectory ? !QDir().mkpath(copy) : !QFile::copy(entry, copy))
+            return QStringLiteral("'%1' can't be copied to the home of the application").arg(entry);
+        QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
+    }
+    return {};
+}
+
+QStringList busCommand(const ApplicationHome &home, const QStringList &kept)
+{
+    const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
+    if (daemon.isEmpty() || kept.contains(QLatin1String("DBUS_SESSION_BUS_ADDRESS")))
+        return {};
+    return {daemon,
+            QStringLiteral("--session"),
+            QStringLiteral("--nofork"),
+            QStringLiteral("--nopidfile"),
+            QStringLiteral("--nosyslog"),
+            QLatin1String("--address=") + home.busAddress()};
+}
+
+} // namespace
+
+ApplicationHome::ApplicationHome(const Options &options)
+    : m_directory(newDirectoryPath())
+{
+    WatchedProcess::Options keeper;
+    keeper.watcher = options.prefix + QLatin1String("/lib/agent/morvexwatcher");
+    keeper.directory = m_directory;
+    keeper.command = busCommand(*this, options.keptVariables);
+    keeper.environment = QProcessEnvironment::systemEnvironment();
+    makePrivate(&keeper.environment, *this, options.keptVariables);
+    m_keeper = std::make_unique<WatchedProcess>(keeper);
+    m_error = m_keeper->error();
+    if (m_error.isEmpty())
+        m_error = fill(options);
+    if (m_error.isEmpty() && !keeper.command.isEmpty()) {
+        m_keeper->allowStart();
+        waitForBus();
+    }
+}
+
+ApplicationHome::~ApplicationHome()
+{
+    m_keeper.reset();
+    // The watcher has done this, unless somebody has killed it.
+    QDir(m_directory).removeRecursively();
+}
+
+// Returns an error text, empty on success.
+QString ApplicationHome::fill(const Options &options)
+{
+    for (const QString &path : {homeDirectory(), temporaryDirectory(), runtimeDirectory()})
+        ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
+    return options.seed.isEmpty() ? QString() : copyTree(options.seed, homeDirectory());
+}
+
+// An application that comes first would go without it.
+void ApplicationHome::waitForBus()
+{
+    QElapsedTimer timer;
+    timer.start();
+    const QString socket = runtimeDirectory() + QLatin1String("/bus");
+    while (!QFile::exists(socket) && !m_keeper->hasEnded() && m_keeper->error().isEmpty() &&
+           timer.elapsed() < busTimeoutMs)
+        m_keeper->update(1);
+}
+
+QString ApplicationHome::busAddress() const
+{
+    return QLatin1String("unix:path=") + runtimeDirectory() + QLatin1String("/bus");
+}
+
+QString ApplicationHome::newSocketPath()
+{
+    return QStringLiteral("%1/s%2").arg(m_directory, QString::number(++m_socketCount));
+}
+
+int ApplicationHome::lifeline() const
+{
+    return m_keeper->control();
+}
+
+} // namespace Morvex

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QImage>
+
+namespace Morvex {
+
+/// Whether applications started by this process have their windows on an X display.
+bool hasDisplay();
+
+/// What the X display of this process shows, whatever the applications on it do. Null with an error
+/// text when that can't be found out, which a display that does not answer delays by up to five
+/// seconds.
+QImage pictureOfDisplay(QString *error);
+
+} // namespace Morvex

@@ -1,0 +1,54 @@
+#include "support/display.h"
+#include "support/files.h"
+#include "support/scriptfixture.h"
+
+#include <QImage>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+using namespace MorvexTest;
+
+/// Under an X display, which a machine without one has to have programs for.
+class DisplayTest : public ScriptFixture
+{
+protected:
+    void SetUp() override
+    {
+        if (!Display::isPossible())
+            GTEST_SKIP();
+        display = std::make_unique<Display>();
+        display->addTo(&runner.environment);
+    }
+
+    // The place is in a picture of the display.
+    static QColor colourAt(const QString &picture, const QString &place)
+    {
+        const QImage image(picture);
+        EXPECT_EQ(image.size(), QSize(800, 600)) << picture.toStdString();
+        return image.pixelColor(place.section(',', 0, 0).toInt(), place.section(',', 1).toInt());
+    }
+
+    std::unique_ptr<Display> display;
+};
+
+TEST_F(DisplayTest, PicturesShowTheDisplayAlsoWhenTheApplicationHasCrashed)
+{
+    runner.addFile("points/none.xml",
+                   "<VerificationPoint version='5' type='ObjectProperties'><Verification "
+                   "object='awkward' property='level'>1</Verification></VerificationPoint>");
+    const QStringList lines =
+        results("application.start('" MORVEX_AWKWARD_PROGRAM "'); var w = find('awkward');\n"
+                "w.set('styleSheet', 'QPushButton { background: #123456; border: none; }');\n"
+                "snooze(0.5); var options = {screenshotOnFail: true, screenshotOnError: true};\n"
+                "var button = find('exit');\n"
+                "log.info(['x', 'y'].map(function (axis) {\n"
+                "    return w.get('geometry.' + axis) + button.get(axis) + 3; }));\n"
+                "check.point('none', options); application.stop(); snooze(0.5);\n"
+                "check.point('none', options);\n");
+    ASSERT_EQ(lines.size(), 3) << lines.join('\n').toStdString();
+    const QRegularExpression pathOf("\\(Screenshot in \"(.*)\"\\)");
+    const QString place = lines[0].section('[', 1).section(']', 0, 0);
+    EXPECT_EQ(colourAt(pathOf.match(lines[1]).captured(1), place), QColor(0x12, 0x34, 0x56));
+    EXPECT_NE(colourAt(pathOf.match(lines[2]).captured(1), place), QColor(0x12, 0x34, 0x56));
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QProcess>
+#include <QProcessEnvironment>
+
+namespace MorvexTest {
+
+/// An X display of its own, drawn into memory, with a window manager. It ends with this object.
+class Display
+{
+public:
+    Display();
+    ~Display();
+
+    Display(const Display &) = delete;
+    Display &operator=(const Display &) = delete;
+
+    /// Whether the programs for it are installed. Without them a test is skipped, in CI it fails.
+    static bool isPossible();
+
+    /// Makes programs with windows use this display.
+    void addTo(QProcessEnvironment *environment) const;
+
+    const QString &name() const { return m_name; }
+
+private:
+    QProcess m_server;
+    QProcess m_windowManager;
+    QString m_name;
+};
+
+} // namespace MorvexTest
