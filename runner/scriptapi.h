@@ -14,7 +14,7 @@ namespace Morvex {
 
 class TestResult;
 
-/// What a script can call. The functions that scripts see are in scriptapi.js; they check and
+/// What a script can call. The functions that scripts see are in scriptapi.mjs; they check and
 /// convert their arguments and call the slots of this class.
 class ScriptApi : public QObject
 {

@@ -1,5 +1,8 @@
 #include "runner/scriptengine.h"
 
+#include "runner/compiledscripts.h"
+#include "runner/resources.h"
+
 #include <QUrl>
 
 #include <private/qv4context_p.h>
@@ -13,7 +16,13 @@ namespace {
 // Of each end of a stack that overflowed.
 const std::ptrdiff_t framesKept = 25;
 
-const QLatin1String internalSource("morvex:internal");
+// The script functions of this program are modules: those that were compiled with it have their
+// bare names as sources, others have the addresses of its resources.
+bool isInternal(const QV4::StackFrame &frame)
+{
+    return frame.source.endsWith(QLatin1String(".mjs")) &&
+           !frame.source.startsWith(QLatin1String("file:"));
+}
 
 LineInfo lineOf(const QV4::StackFrame &frame)
 {
@@ -24,7 +33,7 @@ LineInfo lineOf(const QV4::StackFrame &frame)
 // Whether the exception came through a function of ours, as from an included script.
 bool isPassedOn(const QV4::StackTrace &trace)
 {
-    return !trace.isEmpty() && trace.constFirst().source == internalSource;
+    return !trace.isEmpty() && isInternal(trace.constFirst());
 }
 
 std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
@@ -32,7 +41,7 @@ std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
     std::vector<LineInfo> lines;
     for (const QV4::StackFrame &frame : trace) {
         // A frame without a line is a function of the engine or of ours.
-        if (frame.line > 0 && frame.source != internalSource)
+        if (frame.line > 0 && !isInternal(frame))
             lines.push_back(lineOf(frame));
     }
     if (static_cast<std::ptrdiff_t>(lines.size()) > 2 * framesKept)
@@ -46,8 +55,7 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
 {
     m_lastThrown = Outcome();
     QV4::ExecutionEngine *v4 = m_engine.handle();
-    const QString source =
-        fileName == internalSource ? fileName : QUrl::fromLocalFile(fileName).toString();
+    const QString source = QUrl::fromLocalFile(fileName).toString();
     QV4::Scope scope(v4);
     QV4::ScopedValue result(scope);
     QV4::Script script(v4->rootContext(), QV4::Compiler::ContextType::Global, program, source);
@@ -71,9 +79,15 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
     return outcome;
 }
 
-QJSValue ScriptEngine::runInternal(const QString &program)
+QJSValue ScriptEngine::internalFunction(const QString &name)
 {
-    return run(program, internalSource).value;
+    useCompiledScripts();
+    const QJSValue module = m_engine.importModule(resourcePath(name + QLatin1String(".mjs")));
+    const QJSValue function = module.property(QStringLiteral("default"));
+    if (!function.isCallable())
+        qFatal("The module %s is broken: %s", qUtf8Printable(name),
+               qUtf8Printable(module.toString()));
+    return function;
 }
 
 std::vector<LineInfo> ScriptEngine::currentStack() const

@@ -30,8 +30,8 @@ public:
     /// Runs @p program in the global scope.
     Outcome run(const QString &program, const QString &fileName);
 
-    /// Like run, for a program that belongs to the system: its frames are left out of stacks.
-    QJSValue runInternal(const QString &program);
+    /// What the module runner/@p name.mjs exports by default. Its frames are left out of stacks.
+    QJSValue internalFunction(const QString &name);
 
     /// The script's frames at this moment, innermost first; for functions that a script calls.
     std::vector<LineInfo> currentStack() const;

@@ -1,7 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-(function (native, application, verification, global, nameFunctions) {
-    "use strict";
-
+export default function (native, application, verification, global, nameFunctions) {
     function text(value) {
         return value === undefined || value === null ? "" : show(value);
     }
@@ -464,4 +462,4 @@
     global.abortProcess = function () {
         native.abortProcess();
     };
-})
+}
