@@ -1,7 +1,7 @@
-// How long the page of the web report takes to its first picture, for a key in the search, and to the
-// trees of a visual verification, beside a loop that makes as many rows as the page shows, plainly.
-// `node benchmarks/webreport_benchmark.js`, after `npm ci` in tests/webreport. Measured are the pages
-// as they are installed.
+// How long the page of the web report takes to its first picture, for a key in the search, and to
+// the trees of a visual verification, beside a loop that makes as many rows as the page shows,
+// plainly. `node benchmarks/webreport_benchmark.js`, after `npm ci` in tests/webreport. Measured are
+// the pages as they are installed.
 'use strict';
 
 const { execFileSync } = require('node:child_process');
