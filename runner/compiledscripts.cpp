@@ -9,8 +9,9 @@
 // The names are those of the compiler.
 #define MORVEX_COMPILED_SCRIPT(name)                                                               \
     namespace QmlCacheGeneratedCode {                                                              \
-    namespace _0x5f__##name##_mjs {                                                                \
-    extern const unsigned char qmlData[];                                                          \
+    namespace _0x5f__##name##_mjs                                                                  \
+    {                                                                                              \
+        extern const unsigned char qmlData[];                                                      \
     }                                                                                              \
     }
 #include "compiledscripts.inc"
@@ -27,10 +28,11 @@ QHash<QString, Unit> compiledScripts()
     QHash<QString, Unit> units;
     const auto add = [&units](const char *name, const unsigned char *data) {
         const QString path = resourcePath(QLatin1String(name) + QLatin1String(".mjs")).mid(1);
-        units.insert(path, {reinterpret_cast<const QV4::CompiledData::Unit *>(data), nullptr,
-                            nullptr});
+        units.insert(path,
+                     {reinterpret_cast<const QV4::CompiledData::Unit *>(data), nullptr, nullptr});
     };
-#define MORVEX_COMPILED_SCRIPT(name) add(#name, QmlCacheGeneratedCode::_0x5f__##name##_mjs::qmlData);
+#define MORVEX_COMPILED_SCRIPT(name)                                                               \
+    add(#name, QmlCacheGeneratedCode::_0x5f__##name##_mjs::qmlData);
 #include "compiledscripts.inc"
 #undef MORVEX_COMPILED_SCRIPT
     return units;

@@ -5,8 +5,10 @@
 
 #include <QUrl>
 
+#include <private/qjsvalue_p.h>
 #include <private/qv4context_p.h>
 #include <private/qv4engine_p.h>
+#include <private/qv4functionobject_p.h>
 #include <private/qv4scopedvalue_p.h>
 #include <private/qv4script_p.h>
 
@@ -63,14 +65,31 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
     script.parse();
     if (!v4->hasException)
         result = script.run();
+    return outcomeOf(QJSValue(v4, result->asReturnedValue()));
+}
 
+ScriptEngine::Outcome ScriptEngine::call(const QJSValue &function)
+{
+    m_lastThrown = Outcome();
+    QV4::ExecutionEngine *v4 = m_engine.handle();
+    QV4::Scope scope(v4);
+    QV4::ScopedFunctionObject called(scope, QJSValuePrivate::convertedToValue(v4, function));
+    QV4::ScopedValue result(scope);
+    if (called)
+        result = called->call(v4->globalObject, nullptr, 0);
+    return outcomeOf(QJSValue(v4, result->asReturnedValue()));
+}
+
+// Of the exception that there may be instead of the value.
+ScriptEngine::Outcome ScriptEngine::outcomeOf(const QJSValue &value)
+{
+    QV4::ExecutionEngine *v4 = m_engine.handle();
     Outcome outcome;
-    QV4::StackTrace trace;
+    outcome.value = value;
     outcome.hasThrown = v4->hasException;
-    if (outcome.hasThrown)
-        result = v4->catchException(&trace);
-    outcome.value = QJSValue(v4, result->asReturnedValue());
     if (outcome.hasThrown) {
+        QV4::StackTrace trace;
+        outcome.value = QJSValue(v4, v4->catchException(&trace));
         const bool isOfIncluded = isPassedOn(trace) && m_lastThrown.hasThrown &&
                                   m_lastThrown.value.strictlyEquals(outcome.value);
         outcome.stack = isOfIncluded ? m_lastThrown.stack : linesOf(trace);
