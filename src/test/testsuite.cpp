@@ -210,6 +210,11 @@ QString TestSuite::keptRuns() const
     return m_config.entry(key("KEEP_RUNS")).trimmed();
 }
 
+QString TestSuite::failureScreenshots() const
+{
+    return m_config.entry(key("FAILURE_SCREENSHOTS")).trimmed();
+}
+
 bool TestSuite::useWhiteList() const
 {
     return m_config.boolEntry(key("USE_WHITELIST"));
