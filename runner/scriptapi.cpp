@@ -44,7 +44,8 @@ void ScriptApi::install(QObject *application, QObject *verification)
     QJSValue installer = m_engine->internalFunction(QStringLiteral("scriptapi"));
     const QJSValue outcome =
         installer.call({engine.newQObject(this), engine.newQObject(application),
-                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions});
+                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions,
+                        m_engine->internalFunction(QStringLiteral("scriptobjects"))});
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
 }

@@ -215,6 +215,11 @@ QString TestSuite::failureScreenshots() const
     return m_config.entry(key("FAILURE_SCREENSHOTS")).trimmed();
 }
 
+QString TestSuite::timeout() const
+{
+    return m_config.entry(key("TIMEOUT")).trimmed();
+}
+
 bool TestSuite::useWhiteList() const
 {
     return m_config.boolEntry(key("USE_WHITELIST"));

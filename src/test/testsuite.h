@@ -88,6 +88,8 @@ public:
     QString keptRuns() const;
     /// How many pictures of failures an attempt makes, as it is written; may be empty.
     QString failureScreenshots() const;
+    /// The time that a test case may take, as it is written; empty when nothing is.
+    QString timeout() const;
     QString aut() const;
     QString applicationLauncher() const;
     QStringList applicationLauncherArgs() const;
