@@ -134,8 +134,11 @@ const std::vector<Option> &optionTable()
          Section::Run, Takes::OptionalNumber, setRandom},
         {"--retry", "N", "run a failed test case up to N times more", Section::Run, Takes::Value,
          number(&O::retryCount, "a number of retries")},
-        {"--timeout", "SECONDS", "end a test case that runs longer; 0 for no limit", Section::Run,
-         Takes::Value, number(&O::timeoutSeconds, "a number of seconds")},
+        {"--timeout", "SECONDS",
+         "end a test case that runs longer; 0 for no limit; without it TIMEOUT of suite.conf, or "
+         "an "
+         "hour",
+         Section::Run, Takes::Value, number(&O::timeoutSeconds, "a number of seconds")},
         {"--stop-on-fail", "", "stop after the first failure", Section::Run, Takes::Nothing,
          flag(&O::stopOnFail)},
         {"--rerun-failed", "", "run just the test cases that failed in the last run", Section::Run,

@@ -14,7 +14,7 @@ namespace {
 
 const int utf8Mib = 106;
 
-// As in scriptnames.js.
+// As in scriptnames.mjs.
 const QChar referenceMark(1);
 
 bool isUtf8(const QByteArray &content)
@@ -76,7 +76,7 @@ int firstInvalidLine(const QByteArray &content)
     return 0;
 }
 
-// What the grammar of names refuses, for scriptnames.js.
+// What the grammar of names refuses, for scriptnames.mjs.
 class NameGrammar : public QObject
 {
     Q_OBJECT
@@ -103,7 +103,7 @@ QString namesFileName()
 
 QJSValue installNameFunctions(ScriptEngine *engine)
 {
-    return engine->runInternal(resourceText(QStringLiteral("scriptnames.js")))
+    return engine->internalFunction(QStringLiteral("scriptnames"))
         .call({engine->engine().globalObject(), engine->engine().newQObject(new NameGrammar)});
 }
 
@@ -141,7 +141,7 @@ NamesFileError runNamesFile(ScriptEngine *engine, const QJSValue &functions, con
     QJSValue names = functions.property(QStringLiteral("makeNames")).call();
     QJSValue global = engine->engine().globalObject();
     global.setProperty(QStringLiteral("names"), names.property(QStringLiteral("defining")));
-    {
+    if (!content.isEmpty()) {
         const EngineWatch watch(&engine->engine(), limit);
         const ScriptEngine::Outcome outcome = engine->run(QString::fromUtf8(content), path);
         const NamesFileError failure = thrown(outcome, path);

@@ -11,7 +11,7 @@
 
 namespace Morvex {
 
-/// What the functions of scriptnames.js are reached by. Defines wildcard and regexp in the global
+/// What the functions of scriptnames.mjs are reached by. Defines wildcard and regexp in the global
 /// scope of @p engine.
 QJSValue installNameFunctions(ScriptEngine *engine);
 

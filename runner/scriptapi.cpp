@@ -3,7 +3,6 @@
 #include "runner/attachmentpath.h"
 #include "runner/namesfile.h"
 #include "runner/processend.h"
-#include "runner/resources.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptfile.h"
 #include "shared/clock.h"
@@ -42,10 +41,11 @@ void ScriptApi::install(QObject *application, QObject *verification)
     QJSEngine &engine = m_engine->engine();
     for (QObject *object : {static_cast<QObject *>(this), application, verification})
         QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
-    QJSValue installer = m_engine->runInternal(resourceText(QStringLiteral("scriptapi.js")));
+    QJSValue installer = m_engine->internalFunction(QStringLiteral("scriptapi"));
     const QJSValue outcome =
         installer.call({engine.newQObject(this), engine.newQObject(application),
-                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions});
+                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions,
+                        m_engine->internalFunction(QStringLiteral("scriptobjects"))});
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
 }

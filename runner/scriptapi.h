@@ -14,7 +14,7 @@ namespace Morvex {
 
 class TestResult;
 
-/// What a script can call. The functions that scripts see are in scriptapi.js; they check and
+/// What a script can call. The functions that scripts see are in scriptapi.mjs; they check and
 /// convert their arguments and call the slots of this class.
 class ScriptApi : public QObject
 {
@@ -63,9 +63,11 @@ public:
     Q_INVOKABLE QJSValue include(const QString &file);
     Q_INVOKABLE void abortProcess() const;
 
+    /// Where a script writes a file of that name.
+    Q_INVOKABLE QString targetPath(const QString &file) const;
+
 private:
     QString existingPath(const QString &file) const;
-    QString targetPath(const QString &file) const;
     void throwError(const QString &message);
 
     ScriptEngine *m_engine;

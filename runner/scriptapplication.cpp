@@ -119,6 +119,25 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
     return new ScriptObject(name, found, error);
 }
 
+QJSValue ScriptApplication::findAll(const QString &name)
+{
+    QString error = whyNotFindable();
+    QVariant found;
+    if (error.isEmpty()) {
+        // Takes the object map with it.
+        inspector()->findObject(name, nullptr);
+        found = inspector()->callFunction(QStringLiteral("findAll"), {name}, &error);
+    }
+    if (!error.isEmpty())
+        qjsEngine(this)->throwError(error);
+    return ScriptObject::listOf(qjsEngine(this), found.toList());
+}
+
+void ScriptApplication::pause(int milliseconds) const
+{
+    pauseScript(milliseconds);
+}
+
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
 {
     QString reason = whyNotFindable();

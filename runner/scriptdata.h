@@ -11,7 +11,7 @@ namespace Morvex {
 class TestDataRecord;
 class TestDataSet;
 
-/// A test data table as scriptapi.js sees it.
+/// A test data table as scriptapi.mjs sees it.
 class ScriptData : public QObject
 {
     Q_OBJECT

@@ -1,9 +1,14 @@
 #include "runner/scriptengine.h"
 
+#include "runner/compiledscripts.h"
+#include "runner/resources.h"
+
 #include <QUrl>
 
+#include <private/qjsvalue_p.h>
 #include <private/qv4context_p.h>
 #include <private/qv4engine_p.h>
+#include <private/qv4functionobject_p.h>
 #include <private/qv4scopedvalue_p.h>
 #include <private/qv4script_p.h>
 
@@ -13,7 +18,13 @@ namespace {
 // Of each end of a stack that overflowed.
 const std::ptrdiff_t framesKept = 25;
 
-const QLatin1String internalSource("morvex:internal");
+// The script functions of this program are modules: those that were compiled with it have their
+// bare names as sources, others have the addresses of its resources.
+bool isInternal(const QV4::StackFrame &frame)
+{
+    return frame.source.endsWith(QLatin1String(".mjs")) &&
+           !frame.source.startsWith(QLatin1String("file:"));
+}
 
 LineInfo lineOf(const QV4::StackFrame &frame)
 {
@@ -24,7 +35,7 @@ LineInfo lineOf(const QV4::StackFrame &frame)
 // Whether the exception came through a function of ours, as from an included script.
 bool isPassedOn(const QV4::StackTrace &trace)
 {
-    return !trace.isEmpty() && trace.constFirst().source == internalSource;
+    return !trace.isEmpty() && isInternal(trace.constFirst());
 }
 
 std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
@@ -32,7 +43,7 @@ std::vector<LineInfo> linesOf(const QV4::StackTrace &trace)
     std::vector<LineInfo> lines;
     for (const QV4::StackFrame &frame : trace) {
         // A frame without a line is a function of the engine or of ours.
-        if (frame.line > 0 && frame.source != internalSource)
+        if (frame.line > 0 && !isInternal(frame))
             lines.push_back(lineOf(frame));
     }
     if (static_cast<std::ptrdiff_t>(lines.size()) > 2 * framesKept)
@@ -46,8 +57,7 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
 {
     m_lastThrown = Outcome();
     QV4::ExecutionEngine *v4 = m_engine.handle();
-    const QString source =
-        fileName == internalSource ? fileName : QUrl::fromLocalFile(fileName).toString();
+    const QString source = QUrl::fromLocalFile(fileName).toString();
     QV4::Scope scope(v4);
     QV4::ScopedValue result(scope);
     QV4::Script script(v4->rootContext(), QV4::Compiler::ContextType::Global, program, source);
@@ -55,14 +65,31 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
     script.parse();
     if (!v4->hasException)
         result = script.run();
+    return outcomeOf(QJSValue(v4, result->asReturnedValue()));
+}
 
+ScriptEngine::Outcome ScriptEngine::call(const QJSValue &function)
+{
+    m_lastThrown = Outcome();
+    QV4::ExecutionEngine *v4 = m_engine.handle();
+    QV4::Scope scope(v4);
+    QV4::ScopedFunctionObject called(scope, QJSValuePrivate::convertedToValue(v4, function));
+    QV4::ScopedValue result(scope);
+    if (called)
+        result = called->call(v4->globalObject, nullptr, 0);
+    return outcomeOf(QJSValue(v4, result->asReturnedValue()));
+}
+
+// Of the exception that there may be instead of the value.
+ScriptEngine::Outcome ScriptEngine::outcomeOf(const QJSValue &value)
+{
+    QV4::ExecutionEngine *v4 = m_engine.handle();
     Outcome outcome;
-    QV4::StackTrace trace;
+    outcome.value = value;
     outcome.hasThrown = v4->hasException;
-    if (outcome.hasThrown)
-        result = v4->catchException(&trace);
-    outcome.value = QJSValue(v4, result->asReturnedValue());
     if (outcome.hasThrown) {
+        QV4::StackTrace trace;
+        outcome.value = QJSValue(v4, v4->catchException(&trace));
         const bool isOfIncluded = isPassedOn(trace) && m_lastThrown.hasThrown &&
                                   m_lastThrown.value.strictlyEquals(outcome.value);
         outcome.stack = isOfIncluded ? m_lastThrown.stack : linesOf(trace);
@@ -71,9 +98,15 @@ ScriptEngine::Outcome ScriptEngine::run(const QString &program, const QString &f
     return outcome;
 }
 
-QJSValue ScriptEngine::runInternal(const QString &program)
+QJSValue ScriptEngine::internalFunction(const QString &name)
 {
-    return run(program, internalSource).value;
+    useCompiledScripts();
+    const QJSValue module = m_engine.importModule(resourcePath(name + QLatin1String(".mjs")));
+    const QJSValue function = module.property(QStringLiteral("default"));
+    if (!function.isCallable())
+        qFatal("The module %s is broken: %s", qUtf8Printable(name),
+               qUtf8Printable(module.toString()));
+    return function;
 }
 
 std::vector<LineInfo> ScriptEngine::currentStack() const

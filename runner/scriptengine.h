@@ -30,13 +30,18 @@ public:
     /// Runs @p program in the global scope.
     Outcome run(const QString &program, const QString &fileName);
 
-    /// Like run, for a program that belongs to the system: its frames are left out of stacks.
-    QJSValue runInternal(const QString &program);
+    /// Calls a function of a script without arguments.
+    Outcome call(const QJSValue &function);
+
+    /// What the module runner/@p name.mjs exports by default. Its frames are left out of stacks.
+    QJSValue internalFunction(const QString &name);
 
     /// The script's frames at this moment, innermost first; for functions that a script calls.
     std::vector<LineInfo> currentStack() const;
 
 private:
+    Outcome outcomeOf(const QJSValue &value);
+
     QJSEngine m_engine;
     // Of the exception that left a script last: a script that is run by another one, and lets the
     // exception through, is where it came from.

@@ -5,6 +5,7 @@
 #include "runner/scriptapplication.h"
 #include "runner/scriptfile.h"
 #include "runner/scriptverification.h"
+#include "runner/suitescript.h"
 #include "runner/uicoverage.h"
 #include "test/report/stacklines.h"
 #include "test/testresult.h"
@@ -99,18 +100,30 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
         return;
     }
     api.install(&application, &verification);
-    const ScriptEngine::Outcome outcome = engine.run(program, path);
-    keepPromises();
-    keepUsage();
-    if (!outcome.hasThrown)
+    SuiteScript suite(&engine, m_options.suiteDir);
+    const QString title = QStringLiteral("Script error");
+    if (!hasPassed(suite.load(), title, suite.path()))
         return;
+    if (hasPassed(suite.setUp(), title + QLatin1String(" in setUp"), suite.path()))
+        hasPassed(engine.run(program, path), title, path);
+    hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
+    keepUsage();
+}
+
+// Logs what was thrown, after what promises had left to do.
+bool ScriptTestCase::hasPassed(const ScriptEngine::Outcome &outcome, const QString &title,
+                               const QString &path)
+{
+    keepPromises();
+    if (!outcome.hasThrown)
+        return true;
     std::vector<LineInfo> stack = outcome.stack;
     if (stack.empty())
         stack.emplace_back(path, 0);
     result()->addError(
-        QStringLiteral("Script error"),
-        (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
+        title, (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
         stack);
+    return false;
 }
 
 } // namespace Morvex

@@ -32,6 +32,7 @@ public:
 private:
     void runScript(const QString &path, const QString &program);
     [[nodiscard]] QString prepare(ScriptApplication *application) const;
+    bool hasPassed(const ScriptEngine::Outcome &outcome, const QString &title, const QString &path);
     void addError(const LineInfo &place, const QString &details);
 
     Options m_options;

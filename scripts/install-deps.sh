@@ -5,7 +5,8 @@ set -euo pipefail
 
 run=(
     ccache cmake g++ libexpat1-dev libminizip-dev libqt5websockets5-dev libtinyxml-dev
-    libxcb1-dev ninja-build pkg-config qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-private-dev
+    libxcb1-dev ninja-build pkg-config qtbase5-dev qtbase5-private-dev qtdeclarative5-dev qtdeclarative5-dev-tools
+    qtdeclarative5-private-dev
 )
 tests=(
     bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev

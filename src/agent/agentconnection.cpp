@@ -5,6 +5,8 @@
 #include <csignal>
 #include <limits>
 #include <pthread.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace Morvex {
@@ -22,6 +24,15 @@ void closeInChild()
     if (openDescriptor >= 0)
         ::close(openDescriptor);
     openDescriptor = -1;
+}
+
+// The runner, and the debugger that it starts, may look where this process hangs.
+void allowLook(int descriptor)
+{
+    ucred peer = {};
+    socklen_t size = sizeof peer;
+    if (::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0)
+        ::prctl(PR_SET_PTRACER, static_cast<unsigned long>(peer.pid), 0, 0, 0);
 }
 
 } // namespace
@@ -123,6 +134,7 @@ bool AgentConnection::isWelcome()
         outcome = m_channel->receive(&message, forever);
     if (outcome != MessageChannel::Received || message.type != Message::Welcome)
         return false;
+    allowLook(m_channel->descriptor());
     QCoreApplication::postEvent(m_receiver, new MessageEvent(message));
     return true;
 }

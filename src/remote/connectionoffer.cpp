@@ -15,7 +15,7 @@
 namespace Morvex {
 namespace {
 
-const int backlog = 16;
+const int backlog = 128;
 // A caller says who it is at once.
 const int helloTimeoutMs = 3000;
 
@@ -101,6 +101,7 @@ ConnectionOffer::Caller ConnectionOffer::waitForCaller(int timeout)
         return caller;
     }
     caller.processId = process;
+    caller.executable = hello.values.value(3).toString();
     caller.channel = std::move(channel);
     return caller;
 }

@@ -19,6 +19,8 @@ public:
         /// Null when nobody came, or none that may.
         std::unique_ptr<MessageChannel> channel;
         qint64 processId = 0;
+        /// The path of its program.
+        QString executable;
         /// What was wrong with one that came; empty when nothing was.
         QString error;
     };

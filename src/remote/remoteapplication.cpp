@@ -3,41 +3,53 @@
 #include "remote/applicationenvironment.h"
 #include "remote/applicationhome.h"
 #include "remote/connectionoffer.h"
+#include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "remote/watchedprocess.h"
+#include "remote/whynoconnection.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <vector>
 
 namespace Morvex {
 namespace {
 
 const int waitStepMs = 20;
 const int quitTimeoutMs = 3000;
-const int endTimeoutMs = 2000;
 const int answerTimeoutMs = 1000;
+// Others go on without an agent.
+const int maxSleeping = 100;
+
 } // namespace
 
 struct RemoteApplication::Private
 {
+    Start start;
     std::shared_ptr<ApplicationHome> home;
-    qint64 processId = 0;
     std::unique_ptr<ConnectionOffer> offer;
     std::unique_ptr<WatchedProcess> process;
-    std::unique_ptr<RemoteInspector> inspector;
+    QList<std::shared_ptr<RemoteContext>> contexts;
+    // Their agents wait to be wanted.
+    std::vector<ConnectionOffer::Caller> sleeping;
+    QString callerError;
 
-    QString launch(const Start &start);
-    std::unique_ptr<MessageChannel> waitForConnection(const Start &start, QString *error);
-    QString whyNoConnection(const Start &start, bool isTooLate) const;
-    QString waitUntilReady(MessageChannel *channel, const Start &start);
-    QString connect(const Start &start);
-    QString describeEnd(bool hasSaidBye);
-    void waitForEnd(int timeout);
+    QString launch();
+    QString waitForContext();
+    QString waitUntilReady(RemoteContext &context);
+    void update(int timeout);
+    void take(ConnectionOffer::Caller caller);
+    bool isWanted(const ConnectionOffer::Caller &caller) const;
+    std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
+    void quit(RemoteContext &context);
 };
 
 // Each of these returns an error text, empty on success.
 
-QString RemoteApplication::Private::launch(const Start &start)
+QString RemoteApplication::Private::launch()
 {
     home = start.home;
     if (!home)
@@ -58,109 +70,117 @@ QString RemoteApplication::Private::launch(const Start &start)
     options.lifeline = home->lifeline();
     addAgent(&options.environment, agentDirectory, *offer);
     makePrivate(&options.environment, *home, start.keptVariables);
+    for (const QString &variable : qAsConst(start.variables))
+        options.environment.insert(variable.section(QLatin1Char('='), 0, 0),
+                                   variable.section(QLatin1Char('='), 1));
     process = std::make_unique<WatchedProcess>(options);
     if (process->error().isEmpty())
         process->allowStart();
     return process->error();
 }
 
-// Silence is the worst answer: this says what is known.
-QString RemoteApplication::Private::whyNoConnection(const Start &start, bool isTooLate) const
-{
-    const QString name = start.command.value(0);
-    const QString end = process->endOfProgram();
-    if (!isTooLate)
-        return QStringLiteral("'%1' %2 before it could be tested")
-            .arg(name, end.isEmpty() ? QStringLiteral("has ended") : end);
-    return QStringLiteral("'%1' gives no access to its windows within %2 seconds; it %3. It has to "
-                          "be a program with windows made with Qt 5.15, linked dynamically")
-        .arg(name, QString::number(start.timeout / 1000.0),
-             end.isEmpty() ? QStringLiteral("is running") : end);
-}
-
-std::unique_ptr<MessageChannel> RemoteApplication::Private::waitForConnection(const Start &start,
-                                                                              QString *error)
+QString RemoteApplication::Private::waitForContext()
 {
     QElapsedTimer timer;
     timer.start();
-    for (;;) {
-        ConnectionOffer::Caller caller = offer->waitForCaller(waitStepMs);
-        process->update(0);
+    while (contexts.isEmpty()) {
+        update(waitStepMs);
         if (start.idle)
             start.idle();
-        *error = caller.error.isEmpty() ? process->error() : caller.error;
+        const QString error = callerError.isEmpty() ? process->error() : callerError;
+        if (!error.isEmpty())
+            return error;
         const bool isTooLate = timer.elapsed() > start.timeout;
-        if (error->isEmpty() && !caller.channel && (process->hasEnded() || isTooLate))
-            *error = whyNoConnection(start, isTooLate);
-        if (!error->isEmpty())
-            return nullptr;
-        if (caller.channel) {
-            processId = caller.processId;
-            return std::move(caller.channel);
-        }
+        if (contexts.isEmpty() && (process->hasEnded() || isTooLate))
+            return whyNoConnection(start.command.value(0), *process,
+                                   isTooLate ? start.timeout : -1);
     }
+    return waitUntilReady(*contexts.constFirst());
 }
 
-QString RemoteApplication::Private::waitUntilReady(MessageChannel *channel, const Start &start)
+QString RemoteApplication::Private::waitUntilReady(RemoteContext &context)
 {
-    Message welcome;
-    welcome.type = Message::Welcome;
     QElapsedTimer timer;
     timer.start();
-    MessageChannel::Outcome outcome =
-        channel->send(welcome, answerTimeoutMs) ? MessageChannel::TimedOut : MessageChannel::Closed;
-    Message message;
-    while (outcome == MessageChannel::TimedOut && timer.elapsed() <= start.timeout) {
-        outcome = channel->receive(&message, waitStepMs);
+    while (!context.isReady()) {
+        const QString end = context.end();
+        if (!end.isEmpty())
+            return end;
+        if (timer.elapsed() > start.timeout)
+            return QStringLiteral("the event loop of '%1' does not run within %2 seconds")
+                .arg(start.command.value(0))
+                .arg(start.timeout / 1000.0);
+        update(waitStepMs);
         if (start.idle)
             start.idle();
     }
-    if (outcome == MessageChannel::Received && message.type == Message::Ready)
-        return {};
-    return outcome == MessageChannel::TimedOut
-               ? QStringLiteral("the event loop of '%1' does not run within %2 seconds")
-                     .arg(start.command.value(0))
-                     .arg(start.timeout / 1000.0)
-               : describeEnd(false);
-}
-
-QString RemoteApplication::Private::connect(const Start &start)
-{
-    QString error;
-    std::unique_ptr<MessageChannel> channel = waitForConnection(start, &error);
-    // Other processes of the program go on without an agent.
-    offer.reset();
-    if (channel)
-        error = waitUntilReady(channel.get(), start);
-    if (!error.isEmpty())
-        return error;
-    auto session = std::make_unique<RemoteSession>(
-        std::move(channel), [this](bool hasSaidBye) { return describeEnd(hasSaidBye); });
-    session->setIdle([this, idle = start.idle] {
-        process->update(0);
-        if (idle)
-            idle();
-    });
-    inspector = std::make_unique<RemoteInspector>(std::move(session));
     return {};
 }
 
-void RemoteApplication::Private::waitForEnd(int timeout)
+void RemoteApplication::Private::update(int timeout)
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (process->endOf(processId).isEmpty() && !process->hasEnded() && timer.elapsed() < timeout)
-        process->update(waitStepMs);
+    ConnectionOffer::Caller caller = offer->waitForCaller(timeout);
+    while (caller.channel || !caller.error.isEmpty()) {
+        if (caller.channel)
+            take(std::move(caller));
+        else
+            callerError = caller.error;
+        caller = offer->waitForCaller(0);
+    }
+    process->update(0);
 }
 
-QString RemoteApplication::Private::describeEnd(bool hasSaidBye)
+void RemoteApplication::Private::take(ConnectionOffer::Caller caller)
 {
-    waitForEnd(endTimeoutMs);
-    const QString end = process->endOf(processId);
-    if (!end.isEmpty())
-        return QStringLiteral("the application has %1").arg(end);
-    return hasSaidBye ? QStringLiteral("the application has ended by itself")
-                      : QStringLiteral("the application has closed the connection");
+    const auto known =
+        std::find_if(contexts.begin(), contexts.end(), [&caller](const auto &context) {
+            return context->processId() == caller.processId;
+        });
+    if (known != contexts.end())
+        (*known)->callAgain(std::move(caller));
+    else if (isWanted(caller))
+        add(std::move(caller));
+    else if (sleeping.size() < maxSleeping)
+        sleeping.push_back(std::move(caller));
+}
+
+bool RemoteApplication::Private::isWanted(const ConnectionOffer::Caller &caller) const
+{
+    const bool isListed = start.whiteList.isEmpty() ||
+                          start.whiteList.contains(QFileInfo(caller.executable).fileName());
+    return isListed && (contexts.isEmpty() || start.hooksSubProcesses);
+}
+
+std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::Caller caller)
+{
+    RemoteContext::Surroundings surroundings;
+    surroundings.endOf = [this](qint64 id) { return process->endOf(id); };
+    surroundings.endOfStarter = [this] { return process->endOfProgram(); };
+    surroundings.update = [this](int timeout) { update(timeout); };
+    surroundings.hasEnded = [this] { return process->hasEnded(); };
+    surroundings.idle = start.idle;
+    surroundings.hangs = start.hangs;
+    surroundings.bound = start.bound;
+    process->keepEndOf(caller.processId);
+    contexts += std::make_shared<RemoteContext>(std::move(caller), surroundings);
+    contexts.constLast()->welcome();
+    return contexts.constLast();
+}
+
+// One that has not come to what it was asked for last would not come to this either.
+void RemoteApplication::Private::quit(RemoteContext &context)
+{
+    if (!context.isRunning() || !context.isReady() || context.isBehind())
+        return;
+    RemoteSession &session = context.inspector()->session();
+    session.setBound(answerTimeoutMs);
+    if (!session.request(Message::Quit, {}).error.isEmpty())
+        return;
+    QElapsedTimer timer;
+    timer.start();
+    while (process->endOf(context.processId()).isEmpty() && !process->hasEnded() &&
+           timer.elapsed() < quitTimeoutMs)
+        process->update(waitStepMs);
 }
 
 RemoteApplication::RemoteApplication()
@@ -170,14 +190,14 @@ RemoteApplication::RemoteApplication()
 
 RemoteApplication::~RemoteApplication()
 {
-    if (d->inspector && isRunning()) {
-        RemoteSession &session = d->inspector->session();
-        session.setBound(answerTimeoutMs);
-        if (session.request(Message::Quit, {}).error.isEmpty())
-            d->waitForEnd(quitTimeoutMs);
-    }
-    d->inspector.reset();
+    // What hangs is ended now.
+    d->start.hangs = nullptr;
+    if (!d->contexts.isEmpty())
+        d->quit(*d->contexts.constFirst());
+    for (const auto &context : qAsConst(d->contexts))
+        context->close(QStringLiteral("the application has been stopped"));
     d->process.reset();
+    d->contexts.clear();
     d->offer.reset();
     d->home.reset();
 }
@@ -185,20 +205,50 @@ RemoteApplication::~RemoteApplication()
 std::unique_ptr<RemoteApplication> RemoteApplication::start(const Start &start, QString *error)
 {
     std::unique_ptr<RemoteApplication> application(new RemoteApplication);
-    *error = application->d->launch(start);
+    application->d->start = start;
+    *error = application->d->launch();
     if (error->isEmpty())
-        *error = application->d->connect(start);
+        *error = application->d->waitForContext();
     return error->isEmpty() ? std::move(application) : nullptr;
+}
+
+QList<std::shared_ptr<RemoteContext>> RemoteApplication::contexts()
+{
+    d->update(0);
+    QList<std::shared_ptr<RemoteContext>> ready;
+    std::copy_if(d->contexts.cbegin(), d->contexts.cend(), std::back_inserter(ready),
+                 [](const auto &context) { return context->isReady(); });
+    return ready;
+}
+
+std::shared_ptr<RemoteContext> RemoteApplication::attach(const QString &name)
+{
+    d->update(0);
+    const auto found =
+        std::find_if(d->sleeping.begin(), d->sleeping.end(), [&name](const auto &caller) {
+            return QFileInfo(caller.executable).fileName() == name;
+        });
+    if (found == d->sleeping.end())
+        return nullptr;
+    ConnectionOffer::Caller caller = std::move(*found);
+    d->sleeping.erase(found);
+    const std::shared_ptr<RemoteContext> context = d->add(std::move(caller));
+    return d->waitUntilReady(*context).isEmpty() ? context : nullptr;
 }
 
 RemoteInspector *RemoteApplication::inspector()
 {
-    return d->inspector.get();
+    return d->contexts.constFirst()->inspector().get();
 }
 
 qint64 RemoteApplication::processId() const
 {
-    return d->processId;
+    return d->contexts.constFirst()->processId();
+}
+
+bool RemoteApplication::isRunning()
+{
+    return d->contexts.constFirst()->isRunning();
 }
 
 QString RemoteApplication::standardOutput() const
@@ -209,13 +259,6 @@ QString RemoteApplication::standardOutput() const
 QString RemoteApplication::standardError() const
 {
     return QString::fromLocal8Bit(d->process->standardError());
-}
-
-bool RemoteApplication::isRunning()
-{
-    d->process->update(0);
-    return d->inspector->session().failure().isEmpty() &&
-           d->process->endOf(d->processId).isEmpty() && !d->process->hasEnded();
 }
 
 } // namespace Morvex

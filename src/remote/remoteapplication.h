@@ -2,6 +2,7 @@
 
 #include "morvex_export.h"
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -11,6 +12,7 @@
 namespace Morvex {
 
 class ApplicationHome;
+class RemoteContext;
 class RemoteInspector;
 
 /// A program, unchanged, as the application under test: started in a process of its own, with the
@@ -25,6 +27,8 @@ public:
         QStringList command;
         /// Empty for that of this process.
         QString workingDirectory;
+        /// Further variables of its environment, as NAME=VALUE.
+        QStringList variables;
         /// Variables of this process that are the application's too, though it would have a value
         /// of its own for them: it has a home, settings and a session of its own.
         QStringList keptVariables;
@@ -32,11 +36,20 @@ public:
         QString prefix;
         /// What the application shares with others of its test case; one of its own without it.
         std::shared_ptr<ApplicationHome> home;
+        /// File names of the programs whose processes may be contexts; empty for all.
+        QStringList whiteList;
+        /// Whether not only the first process that can be tested is a context, but each.
+        bool hooksSubProcesses = false;
         /// How long to wait for it, in milliseconds.
         int timeout = 20000;
+        /// How long a call may wait for an answer, in milliseconds, beyond what it takes by itself.
+        int bound = 60000;
         /// Called again and again while this thread waits for the application, now and later. It
         /// must not use the application. May be empty.
         std::function<void()> idle;
+        /// Called with the stack of the application, empty when it is not known, when a call gets
+        /// no answer though the application runs. May be empty.
+        std::function<void(const QString &)> hangs;
     };
 
     /// Waits until the application's event loop runs. Null on failure; @p error then says why.
@@ -46,18 +59,24 @@ public:
     RemoteApplication(const RemoteApplication &) = delete;
     RemoteApplication &operator=(const RemoteApplication &) = delete;
 
-    /// Belongs to this object. Objects that it has handed out may outlive both.
-    RemoteInspector *inspector();
+    /// Those that can be used, or could be before they ended, in the order in which they came.
+    QList<std::shared_ptr<RemoteContext>> contexts();
 
+    /// Makes a further process, which is no context by itself, one: that of an executable with
+    /// this file name. Null when there is none at the moment.
+    std::shared_ptr<RemoteContext> attach(const QString &name);
+
+    /// That of the first context. Belongs to this object. Objects that it has handed out may
+    /// outlive both.
+    RemoteInspector *inspector();
     qint64 processId() const;
+    /// Whether the process of the first context has not ended, as far as is known.
+    bool isRunning();
 
     /// The end, up to 1 MiB, of what the application and those that it started have written; also
     /// after its end.
     QString standardOutput() const;
     QString standardError() const;
-
-    /// Whether its process has not ended, as far as is known.
-    bool isRunning();
 
 private:
     RemoteApplication();

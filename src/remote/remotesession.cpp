@@ -8,6 +8,7 @@ namespace Morvex {
 namespace {
 
 const int sendTimeoutMs = 10000;
+const int pongTimeoutMs = 1000;
 // More at once are sent with the next request.
 const int releasesPerMessage = 100;
 
@@ -15,6 +16,13 @@ bool isAnswer(const Message &message)
 {
     return message.type == Message::Answer || message.type == Message::Failure ||
            message.type == Message::Unfinished;
+}
+
+// What makes an application do something, so that it may end by it.
+bool isAction(Message::Operation operation)
+{
+    return operation == Message::SetProperty || operation == Message::InvokeMethod ||
+           operation == Message::CallFunction || operation == Message::Quit;
 }
 
 bool givesReason(Message::Operation operation)
@@ -26,9 +34,10 @@ bool givesReason(Message::Operation operation)
 } // namespace
 
 RemoteSession::RemoteSession(std::unique_ptr<MessageChannel> channel,
-                             const std::function<QString(bool)> &describeEnd)
+                             const DescribeEnd &describeEnd, const DescribeSilence &describeSilence)
     : m_channel(std::move(channel))
     , m_describeEnd(describeEnd)
+    , m_describeSilence(describeSilence)
 {
     m_channel->setMaxReceived(MessageChannel::maxSize);
 }
@@ -72,8 +81,10 @@ RemoteSession::Reply RemoteSession::request(Message::Operation operation,
 RemoteSession::Reply RemoteSession::exchange(Message::Operation operation,
                                              const QVariantList &values, int duration)
 {
-    if (!m_failure.isEmpty())
+    if (!m_failure.isEmpty()) {
+        m_isEndMet = true;
         return {m_failure, {}};
+    }
     sendReleases();
     Message message;
     message.type = Message::Request;
@@ -85,44 +96,106 @@ RemoteSession::Reply RemoteSession::exchange(Message::Operation operation,
         return {QStringLiteral("what the application is asked for is too large to be sent to it"),
                 {}};
     if (!m_channel->send(bytes, sendTimeoutMs))
-        return handleLoss(MessageChannel::Closed);
+        return handleLoss(MessageChannel::Closed, operation);
     const int bound = m_bound > std::numeric_limits<int>::max() - duration
                           ? std::numeric_limits<int>::max()
                           : m_bound + duration;
-    return waitForAnswer(message.number, bound);
+    return waitForAnswer(message, bound);
 }
 
-RemoteSession::Reply RemoteSession::waitForAnswer(quint32 number, int timeout)
+RemoteSession::Reply RemoteSession::waitForAnswer(const Message &request, int timeout)
+{
+    Message answer;
+    m_isBehind = true;
+    MessageChannel::Outcome outcome = waitForMessage(request.number, timeout, &answer);
+    if (outcome == MessageChannel::TimedOut) {
+        const bool isAgentThere = isPonged(request.number, &answer);
+        outcome = m_isBehind ? outcome : MessageChannel::Received;
+        if (outcome == MessageChannel::TimedOut && m_failure.isEmpty())
+            return {silence(timeout, isAgentThere), {}};
+    }
+    if (outcome != MessageChannel::Received)
+        return handleLoss(outcome, request.operation);
+    if (answer.type != Message::Failure)
+        return {{}, answer.values};
+    const QString reason = answer.values.value(0).toString();
+    return {reason.isEmpty() ? QStringLiteral("the application gave no reason") : reason, {}, true};
+}
+
+QString RemoteSession::silence(int timeout, bool isAgentThere)
+{
+    const QString text =
+        QStringLiteral("the application has not answered for %1 seconds").arg(timeout / 1000.0);
+    return m_describeSilence ? text + m_describeSilence(isAgentThere) : text;
+}
+
+// The answer to the request of that number, or that to a ping, which is empty.
+MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeout, Message *answer)
 {
     QElapsedTimer timer;
     timer.start();
-    Message message;
     for (;;) {
         const qint64 left = timeout - timer.elapsed();
+        Message message;
         const MessageChannel::Outcome outcome = receive(&message, left);
         if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
-            return handleLoss(outcome);
+            return outcome;
         if (outcome == MessageChannel::Received) {
-            if (message.type == Message::Bye)
-                m_hasSaidBye = true;
-            else if (!isAnswer(message))
-                return handleLoss(MessageChannel::Broken);
+            if (!take(message))
+                return MessageChannel::Broken;
             // That of a request which was given up may still come.
-            else if (message.number == number)
-                break;
+            if (isAnswer(message) && message.number == number) {
+                m_isBehind = false;
+                *answer = message;
+                return MessageChannel::Received;
+            }
+            if (message.type == Message::Pong && message.number == number)
+                return MessageChannel::TimedOut;
         }
         // Also of one that sends without end what was not asked for.
         if (left <= 0)
-            return {QStringLiteral("the application has not answered for %1 seconds")
-                        .arg(timeout / 1000.0),
-                    {}};
+            return MessageChannel::TimedOut;
     }
-    if (message.type == Message::Failure) {
-        const QString reason = message.values.value(0).toString();
-        return {
-            reason.isEmpty() ? QStringLiteral("the application gave no reason") : reason, {}, true};
+}
+
+// False for what an application never says here.
+bool RemoteSession::take(const Message &message)
+{
+    if (message.type == Message::Bye)
+        m_hasSaidBye = true;
+    else if (message.type == Message::Pong)
+        m_hasPonged = true;
+    else
+        return isAnswer(message);
+    return true;
+}
+
+// Whether the agent's own thread answers. The answer to the request may come, too; a connection
+// that is lost meanwhile is a failure after that.
+bool RemoteSession::isPonged(quint32 number, Message *answer)
+{
+    Message ping;
+    ping.type = Message::Ping;
+    ping.number = number;
+    m_hasPonged = false;
+    const MessageChannel::Outcome outcome = m_channel->send(ping, pongTimeoutMs)
+                                                ? waitForMessage(number, pongTimeoutMs, answer)
+                                                : MessageChannel::Closed;
+    if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
+        lose(outcome);
+    return m_hasPonged;
+}
+
+void RemoteSession::update()
+{
+    Message message;
+    while (m_failure.isEmpty()) {
+        const MessageChannel::Outcome outcome = m_channel->receive(&message, 0);
+        if (outcome == MessageChannel::TimedOut)
+            return;
+        if (outcome != MessageChannel::Received || !take(message))
+            lose(outcome == MessageChannel::Received ? MessageChannel::Broken : outcome);
     }
-    return {{}, message.values};
 }
 
 // Waits for a part of the time at most when there is something else to do.
@@ -136,13 +209,22 @@ MessageChannel::Outcome RemoteSession::receive(Message *message, qint64 timeout)
     return outcome;
 }
 
-RemoteSession::Reply RemoteSession::handleLoss(MessageChannel::Outcome outcome)
+void RemoteSession::lose(MessageChannel::Outcome outcome)
 {
     if (m_failure.isEmpty())
         close(outcome == MessageChannel::Broken
                   ? QStringLiteral("the application has sent what is no answer; the connection to "
                                    "it is closed")
                   : m_describeEnd(m_hasSaidBye));
+}
+
+RemoteSession::Reply RemoteSession::handleLoss(MessageChannel::Outcome outcome,
+                                               Message::Operation operation)
+{
+    lose(outcome);
+    if (m_hasSaidBye && isAction(operation))
+        return {};
+    m_isEndMet = true;
     return {m_failure, {}};
 }
 

@@ -29,10 +29,15 @@ public:
     /// this thread is not held up. It may wait for a few milliseconds.
     using Idle = std::function<void()>;
 
-    /// @p describeEnd says how the application ended once the connection is closed; its argument is
-    /// whether the application said that it would.
-    RemoteSession(std::unique_ptr<MessageChannel> channel,
-                  const std::function<QString(bool)> &describeEnd);
+    /// Says how the application ended once the connection is closed; the argument is whether the
+    /// application said that it would.
+    using DescribeEnd = std::function<QString(bool)>;
+    /// Says why an application that runs doesn't answer; the argument is whether the agent's own
+    /// thread does. Its text follows on how long there was no answer.
+    using DescribeSilence = std::function<QString(bool)>;
+
+    RemoteSession(std::unique_ptr<MessageChannel> channel, const DescribeEnd &describeEnd,
+                  const DescribeSilence &describeSilence = nullptr);
     ~RemoteSession();
 
     /// Without one the thread just waits. @p step is how long it waits in between, in milliseconds.
@@ -45,6 +50,7 @@ public:
     /// How long an answer may take, in milliseconds; a minute at first.
     void setBound(int milliseconds) { m_bound = milliseconds; }
 
+    /// An action after which the application ends as it should is done.
     /// @p duration is how long what is asked for takes by itself, in milliseconds.
     Reply request(Message::Operation operation, const QVariantList &values, int duration = 0);
 
@@ -57,6 +63,15 @@ public:
     /// Why there are no longer answers; empty while there are.
     QString failure() const { return m_failure; }
 
+    /// Whether a request has failed because the application had ended.
+    bool isEndMet() const { return m_isEndMet; }
+    bool hasSaidBye() const { return m_hasSaidBye; }
+    /// Whether the application has not come to what it was asked for last.
+    bool isBehind() const { return m_isBehind; }
+
+    /// Takes what came meanwhile; an end of the connection is known after that.
+    void update();
+
     /// Why the last request was not done, though the next one may be; empty when it was. A refusal
     /// by operations that always give the reason to their callers, such as a search, is none.
     QString lastError() const { return m_lastError; }
@@ -64,12 +79,18 @@ public:
 private:
     void sendReleases();
     Reply exchange(Message::Operation operation, const QVariantList &values, int duration);
-    Reply waitForAnswer(quint32 number, int timeout);
+    Reply waitForAnswer(const Message &request, int timeout);
+    MessageChannel::Outcome waitForMessage(quint32 number, int timeout, Message *answer);
+    bool take(const Message &message);
+    bool isPonged(quint32 number, Message *answer);
+    QString silence(int timeout, bool isAgentThere);
     MessageChannel::Outcome receive(Message *message, qint64 timeout);
-    Reply handleLoss(MessageChannel::Outcome outcome);
+    void lose(MessageChannel::Outcome outcome);
+    Reply handleLoss(MessageChannel::Outcome outcome, Message::Operation operation);
 
     std::unique_ptr<MessageChannel> m_channel;
-    std::function<QString(bool)> m_describeEnd;
+    DescribeEnd m_describeEnd;
+    DescribeSilence m_describeSilence;
     Idle m_idle;
     int m_idleStep = 0;
     int m_bound = 60000;
@@ -78,6 +99,9 @@ private:
     QString m_failure;
     QString m_lastError;
     bool m_hasSaidBye = false;
+    bool m_hasPonged = false;
+    bool m_isBehind = false;
+    bool m_isEndMet = false;
 };
 
 } // namespace Morvex

@@ -4,6 +4,7 @@
 #include "remote/protocol/message.h"
 #include "remote/protocol/messagechannel.h"
 #include "remote/remoteapplication.h"
+#include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "support/environmentguard.h"
@@ -12,6 +13,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -210,7 +212,7 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sh", "-c", "kill -9 $$"}, "'/bin/sh' ended by signal 9 (Killed) before"},
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
-         "is running."},
+         "is running: no Qt is loaded"},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 10 seconds"},
     };
     for (const auto &row : rows) {
@@ -264,6 +266,8 @@ TEST_F(RemoteApplicationTest, TheEndOfAnApplicationIsReportedAsWhatItWas)
 
 TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
 {
+    QString stack;
+    options.hangs = [&stack](const QString &text) { stack = text; };
     auto application = start({MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
     RemoteInspector *inspector = application->inspector();
@@ -272,16 +276,66 @@ TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
     ASSERT_TRUE(window);
     inspector->session().setBound(300);
     EXPECT_EQ(click(application.get(), "sleep"),
-              "the application has not answered for 0.3 seconds");
+              "the application has not answered for 0.3 seconds: it hangs, or is busy");
+    const bool hasDebugger = !QStandardPaths::findExecutable("gdb").isEmpty();
+    EXPECT_EQ(stack.contains("sleep"), hasDebugger) << stack.toStdString();
     inspector->session().setBound(100);
+    ::kill(static_cast<pid_t>(application->processId()), SIGSTOP);
     EXPECT_EQ(window->objectClass(), nullptr);
-    EXPECT_EQ(inspector->failure(), "the application has not answered for 0.1 seconds");
+    EXPECT_EQ(inspector->failure(),
+              "the application has not answered for 0.1 seconds: its process has been stopped");
+    ::kill(static_cast<pid_t>(application->processId()), SIGCONT);
     EXPECT_TRUE(application->isRunning());
     inspector->session().setBound(30000);
     // The late answer is not taken for that of this one.
     EXPECT_EQ(inspector->callFunction("nothing", {}, &error), QVariant());
     EXPECT_EQ(error, "there is no function 'nothing'");
     EXPECT_EQ(inspector->failure(), QString());
+}
+
+TEST_F(RemoteApplicationTest, AnApplicationThatStartsItselfAgainIsTheSame)
+{
+    auto application = start({MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    const SharedPtr<Object> before = application->inspector()->findObject("awkward", &error);
+    ASSERT_TRUE(before);
+    const qint64 process = application->processId();
+    EXPECT_EQ(click(application.get(), "restart"), "the application has started itself again");
+    const SharedPtr<Object> after =
+        application->inspector()->waitForObject("awkward", 5000, &error);
+    ASSERT_TRUE(after) << error.toStdString();
+    EXPECT_EQ(application->processId(), process);
+    EXPECT_EQ(after->objectClass()->name(), "AwkwardWindow");
+    EXPECT_EQ(before->objectClass(), nullptr);
+    EXPECT_EQ(application->contexts().size(), 1);
+}
+
+TEST_F(RemoteApplicationTest, FurtherProcessesAreContextsWhenTheyAreWanted)
+{
+    for (const bool isHooked : {false, true}) {
+        options.hooksSubProcesses = isHooked;
+        auto application = start({MORVEX_AWKWARD_PROGRAM});
+        ASSERT_NE(application, nullptr) << error.toStdString();
+        ASSERT_EQ(click(application.get(), "another"), QString());
+        std::shared_ptr<RemoteContext> other;
+        QElapsedTimer timer;
+        timer.start();
+        while (!other && timer.elapsed() < 20000) {
+            ::usleep(5000);
+            const QList<std::shared_ptr<RemoteContext>> contexts = application->contexts();
+            other = isHooked ? contexts.value(1) : application->attach("awkward_program");
+            EXPECT_EQ(contexts.size() > 1, isHooked && other);
+        }
+        ASSERT_NE(other, nullptr);
+        EXPECT_NE(other->processId(), application->processId());
+        EXPECT_EQ(application->contexts(), (QList<std::shared_ptr<RemoteContext>>{
+                                               application->contexts().constFirst(), other}));
+        EXPECT_TRUE(other->inspector()->waitForObject("crash", 5000, &error));
+        const SharedPtr<Object> button = other->inspector()->findObject("crash", &error);
+        other->inspector()->callFunction("clickObject", {button->id()}, &error);
+        EXPECT_EQ(other->end(), "the application has crashed by signal 11 (Segmentation fault)");
+        EXPECT_TRUE(application->isRunning());
+    }
 }
 
 TEST_F(RemoteApplicationTest, ADialogThatRunsALoopOfItsOwnIsUsedToItsEnd)

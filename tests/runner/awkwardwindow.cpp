@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 #include <QDialog>
+#include <QFile>
+#include <QProcess>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -26,6 +28,8 @@ AwkwardWindow::AwkwardWindow()
     addButton("leave", &AwkwardWindow::leaveProcess);
     addButton("quit", &AwkwardWindow::quit);
     addButton("sleep", &AwkwardWindow::sleep);
+    addButton("restart", &AwkwardWindow::restart);
+    addButton("another", &AwkwardWindow::startAnother);
 }
 
 void AwkwardWindow::setLevel(int level)
@@ -109,5 +113,16 @@ void AwkwardWindow::quit()
 
 void AwkwardWindow::sleep()
 {
-    ::sleep(1);
+    ::sleep(5);
+}
+
+void AwkwardWindow::restart()
+{
+    const QByteArray program = QFile::encodeName(QCoreApplication::applicationFilePath());
+    ::execl(program.constData(), program.constData(), nullptr);
+}
+
+void AwkwardWindow::startAnother()
+{
+    QProcess::startDetached(QCoreApplication::applicationFilePath(), {});
 }

@@ -46,6 +46,8 @@ private:
     void leaveProcess();
     void quit();
     void sleep();
+    void restart();
+    void startAnother();
 
     int m_level = 0;
     int m_child = 0;

@@ -66,11 +66,11 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
     EXPECT_EQ(lines[2], lines[1]);
     EXPECT_EQ(lines[3], "LOG " + crash + "|");
-    for (int i : {4, 6})
+    for (int i : {4, 7})
         EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
     EXPECT_EQ(lines[5], "LOG 0|false");
-    EXPECT_TRUE(lines[7].startsWith("ERROR Script error|Error: crash: " + crash))
-        << lines[7].toStdString();
+    EXPECT_TRUE(lines[6].startsWith("ERROR Script error|Error: crash: " + crash))
+        << lines[6].toStdString();
 }
 
 TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)
@@ -89,7 +89,7 @@ TEST_F(ProgramTest, AProgramHasAHomeOfItsOwnUnlessTheRunSaysOtherwise)
                               "    + '" MORVEX_INVENTORY_PROGRAM "');\n"
                               "var homes = file.read('homes').trim().split(' ');\n"
                               "log.info(homes.map(function (path) {\n"
-                              "    return path.replace(/.*morvex-....../, '*'); }), homes[0]);\n";
+                              "    return path.replace(/.*morvex-[^/]*/, '*'); }), homes[0]);\n";
     const QString home = QFileInfo(runner.suitePath()).path();
     runner.environment.insert("XDG_CONFIG_HOME", "/of/the/user");
     const QStringList lines = results(script);

@@ -233,3 +233,41 @@ TEST_F(ScriptTest, TestCasesThatCannotBeRunAreErrors)
                                runner.suitePath() + "/tst_zero_inside/script.js:1"}));
     EXPECT_EQ(run.status, 1);
 }
+
+TEST_F(ScriptTest, TheSuiteSetsUpAndTearsDownAroundEachScriptHoweverItEnds)
+{
+    const QByteArray both = "function help() { log.info('help'); }\n"
+                            "function setUp() { log.info('up'); }\n"
+                            "function tearDown() { log.info('down'); }\n";
+    const QStringList up{"LOG up|"};
+    const QStringList down{"LOG down|"};
+    const QString place = "\\n  at " + runner.suitePath();
+    const struct
+    {
+        QByteArray suite, script;
+        QStringList lines;
+    } rows[] = {
+        {both, "help(); function tearDown() { log.info('of the script'); }",
+         up + QStringList("LOG help|") + down},
+        {both, "check.fail('f');", up + QStringList("FAIL f|") + down},
+        {both, "Promise.resolve().then(help);\nthrow 5;",
+         up + QStringList{"LOG help|", "ERROR Script error|5" + place + "/tst_s/script.js:2"} +
+             down},
+        {both + "setUp = function () {\n  throw 'no';\n}", "log.info('never');",
+         QStringList("ERROR Script error in setUp|no" + place + "/suite.js:5") + down},
+        {both + "function tearDown() { help(); missing(); }", "",
+         up + QStringList{"LOG help|",
+                          "ERROR Script error in tearDown|ReferenceError: missing is not defined" +
+                              place + "/suite.js:4"}},
+        {both + "throw 'all';",
+         "log.info('never');",
+         {"ERROR Script error|all" + place + "/suite.js:4"}},
+        {"var setUp = 1;",
+         "log.info('never');",
+         {"ERROR Script error|TypeError: setUp has to be a function" + place + "/suite.js:1"}},
+    };
+    for (const auto &row : rows) {
+        runner.addFile("suite.js", row.suite);
+        EXPECT_EQ(results(row.script), row.lines) << row.script.constData();
+    }
+}

@@ -1,8 +1,6 @@
 // Names of objects as values of scripts, and the names file of a suite. Documented in
 // docs/object-names.md.
-(function (global, grammar) {
-    "use strict";
-
+export default function (global, grammar) {
     // Before a name of the file, in the text of a name that refers to it: ":" may begin a text of the
     // file itself.
     var reference = "\u0001";
@@ -143,4 +141,4 @@
             return nameText(value, writtenOut);
         }
     };
-})
+}

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "morvex_export.h"
+#include "remote/connectionoffer.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace Morvex {
+
+class RemoteInspector;
+class WatchedProcess;
+
+/// One process of an application that can be tested: where names are looked up. It stays the same
+/// when the process executes another program, or its own again.
+class MORVEX_EXPORT RemoteContext
+{
+public:
+    /// What it needs to know of what is around it. The last two functions may be empty.
+    struct Surroundings
+    {
+        /// How a process has ended, as WatchedProcess says it; empty while that is not known.
+        std::function<QString(qint64)> endOf;
+        /// How the program that was started at first has ended; empty while that is not known.
+        std::function<QString()> endOfStarter;
+        /// Whether no process of the application is left.
+        std::function<bool()> hasEnded;
+        /// Takes what has happened meanwhile, waiting for it up to so many milliseconds.
+        std::function<void(int)> update;
+        /// Called again and again while an answer is waited for.
+        std::function<void()> idle;
+        /// Called with the stack of an application that hangs; it is empty when there is none.
+        std::function<void(const QString &)> hangs;
+        /// How long an answer may take, in milliseconds.
+        int bound = 60000;
+    };
+
+    RemoteContext(ConnectionOffer::Caller caller, const Surroundings &surroundings);
+    ~RemoteContext();
+
+    RemoteContext(const RemoteContext &) = delete;
+    RemoteContext &operator=(const RemoteContext &) = delete;
+
+    /// Lets the agent begin its work. The same when the process has called again.
+    void welcome();
+    void callAgain(ConnectionOffer::Caller caller);
+
+    /// Whether the event loop of the application runs, so that it can be used.
+    bool isReady();
+
+    /// Null until it is ready. Objects that it has handed out may outlive it, and so may itself.
+    std::shared_ptr<RemoteInspector> inspector();
+
+    qint64 processId() const { return m_processId; }
+    QString executable() const { return m_executable; }
+    /// The file name of the executable.
+    QString name() const;
+    QDateTime startTime() const { return m_startTime; }
+
+    bool isRunning();
+    /// Whether it gives no answer within so many milliseconds.
+    bool isFrozen(int timeout);
+
+    /// How it has ended: "the application has crashed by signal 11 (Segmentation fault)". Empty
+    /// while it runs.
+    QString end();
+    /// Whether it has ended as an application should, by leaving its event loop.
+    bool isEndOrderly() const;
+    /// Whether a call has failed because of the end.
+    bool isEndMet() const;
+    /// Whether it has not come to what it was asked for last.
+    bool isBehind() const;
+
+    /// Every use of it and its objects fails with this reason from now on.
+    void close(const QString &reason);
+
+private:
+    void takeNextConnection();
+    QString describeEnd(bool hasSaidBye);
+    QString describeLoss(bool hasSaidBye) const;
+    QString describeSilence(bool isAgentThere);
+    void makeInspector();
+
+    Surroundings m_surroundings;
+    qint64 m_processId;
+    QString m_executable;
+    QDateTime m_startTime;
+    // One that is not ready yet.
+    std::unique_ptr<MessageChannel> m_channel;
+    // That of the same process once it has executed another program.
+    ConnectionOffer::Caller m_next;
+    std::shared_ptr<RemoteInspector> m_inspector;
+    QString m_failure;
+    bool m_isProbed = false;
+};
+
+} // namespace Morvex
