@@ -82,7 +82,8 @@ public:
         QRect place = rectOf(*known);
         if (known->window())
             place &= QRect(QPoint(), known->window()->size());
-        for (const QQuickItem *around = known->parentItem(); around; around = around->parentItem()) {
+        for (const QQuickItem *around = known->parentItem(); around;
+             around = around->parentItem()) {
             if (around->clip())
                 place &= rectOf(*around);
         }
@@ -111,8 +112,9 @@ public:
     QImage grab(const QObject *object) const override
     {
         const QQuickItem *item = toItem(object);
-        auto *window = item ? item->window()
-                            : const_cast<QQuickWindow *>(qobject_cast<const QQuickWindow *>(object));
+        auto *window = item
+                           ? item->window()
+                           : const_cast<QQuickWindow *>(qobject_cast<const QQuickWindow *>(object));
         const QImage image = window && window->isVisible() ? window->grabWindow() : QImage();
         if (image.isNull() || !item)
             return image;

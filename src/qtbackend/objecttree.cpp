@@ -14,7 +14,8 @@ bool isSceneWindow(const QWindow *window)
     return window->inherits("QQuickWindow");
 }
 
-// Of items that have no place in a scene, such as a component's, the toolkit's tree is all there is.
+// Of items that have no place in a scene, such as a component's, the toolkit's tree is all there
+// is.
 bool isPlacedItem(const SceneAccess &access, const QObject *object)
 {
     return access.isItem(object) && access.parentOf(object);

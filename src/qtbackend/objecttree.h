@@ -6,8 +6,8 @@ class QWindow;
 
 namespace Morvex {
 
-// The tree in which names look for objects: the one of the toolkit, but for items of Qt Quick, which
-// are where they are seen.
+// The tree in which names look for objects: the one of the toolkit, but for items of Qt Quick,
+// which are where they are seen.
 
 /// In the order in which they were made.
 QObjectList childObjectsOf(const QObject *object);

@@ -60,8 +60,8 @@ QPoint originOf(QObject *object)
     if (object->isWidgetType())
         return static_cast<QWidget *>(object)->mapToGlobal(QPoint());
     const SceneAccess &access = *SceneAccess::self();
-    const QWindow *window = access.isItem(object) ? access.windowOf(object)
-                                                  : qobject_cast<const QWindow *>(object);
+    const QWindow *window =
+        access.isItem(object) ? access.windowOf(object) : qobject_cast<const QWindow *>(object);
     return window->mapToGlobal(window == object ? QPoint()
                                                 : access.visiblePlaceOf(object).topLeft());
 }

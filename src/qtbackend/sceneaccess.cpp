@@ -21,9 +21,9 @@ QByteArray libraryPath()
 SceneAccess *load()
 {
     void *library = ::dlopen(libraryPath().constData(), RTLD_NOW | RTLD_LOCAL);
-    const auto make = library ? reinterpret_cast<SceneAccessFunction>(
-                                    ::dlsym(library, sceneAccessFunctionName))
-                              : nullptr;
+    const auto make =
+        library ? reinterpret_cast<SceneAccessFunction>(::dlsym(library, sceneAccessFunctionName))
+                : nullptr;
     return make ? make() : nullptr;
 }
 
