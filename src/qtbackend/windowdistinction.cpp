@@ -11,8 +11,8 @@ namespace {
 // In characters.
 const int maxSummary = 80;
 
-// What tells a window without a name and a title from others of its class, however often it is
-// made: the classes and names of what is in it. Empty for an empty one.
+// What distinguishes a window without a name and a title from others of its class, however often it
+// is made: the classes and names of what is in it. Empty for an empty one.
 QString summaryOf(const QWidget &window)
 {
     QStringList parts;

@@ -8,7 +8,8 @@ class QWidget;
 
 namespace Morvex {
 
-// What tells windows and elements from others when usage is counted. It is the same in each run.
+// What distinguishes windows and elements from others when usage is counted. It is the same in each
+// run.
 
 /// The text, or the title; empty for what users type.
 QString steadyTextOf(const QObject *object);
