@@ -213,18 +213,6 @@ export default function (native, application, verification, global, nameFunction
         }
     };
 
-    global.application = {
-        start: function () {
-            var command = Array.prototype.map.call(arguments, text);
-            var error = application.start(command);
-            if (error !== "")
-                throw new Error("application.start: " + error);
-        },
-        stop: function () {
-            application.stop();
-        }
-    };
-
     // Two are the same when they were found by the same name.
     function FoundObject(name, object) {
         this.name = name;
@@ -293,32 +281,6 @@ export default function (native, application, verification, global, nameFunction
             return new Item(this, [textOrRow, columnOrTimeout], milliseconds(timeout, 10000));
         }
         return new Item(this, [name(textOrRow, "an item")], milliseconds(columnOrTimeout, 10000));
-    };
-
-    // The context of the one application that a test case has.
-    var context = Object.freeze({toString: function () {
-        return "the application";
-    }});
-
-    function runningContext(wait) {
-        if (!application.waitUntilRunning(wait))
-            throw new Error("no application is running");
-        return context;
-    }
-
-    global.currentApplicationContext = function () {
-        return runningContext(0);
-    };
-
-    global.setApplicationContext = function (wanted) {
-        if (wanted !== context)
-            throw new TypeError("setApplicationContext takes what currentApplicationContext or "
-                                + "waitForApplicationLaunch gave");
-        runningContext(0);
-    };
-
-    global.waitForApplicationLaunch = function (timeout) {
-        return runningContext(milliseconds(timeout, 20000));
     };
 
     global.find = function (objectName, timeout) {
@@ -462,4 +424,7 @@ export default function (native, application, verification, global, nameFunction
     global.abortProcess = function () {
         native.abortProcess();
     };
+
+    // For other modules.
+    return {text: text, milliseconds: milliseconds};
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "runner/applications.h"
 #include "runner/scriptapi.h"
 #include "runner/scriptengine.h"
 #include "test/testcase.h"
 
 namespace Morvex {
 
+class ApplicationDeaths;
 class ScriptApplication;
 
 /// A test case whose body is the file script.js in its directory.
@@ -18,9 +20,9 @@ public:
         QString resultDir;
         QStringList scriptArguments;
         double snoozeFactor = 0;
-        /// The name and the arguments of an application that is started before the script; may be
-        /// empty.
-        QStringList application;
+        Applications::Settings applications;
+        /// Whether that of the suite is started before the script.
+        bool isApplicationStarted = false;
         /// Empty when the suite has none.
         QString objectMap;
     };
@@ -36,6 +38,8 @@ private:
     void addError(const LineInfo &place, const QString &details);
 
     Options m_options;
+    // While a script runs.
+    ApplicationDeaths *m_deaths = nullptr;
 };
 
 } // namespace Morvex

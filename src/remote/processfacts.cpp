@@ -60,8 +60,8 @@ quint64 ProcessFacts::usedMemory() const
 quint64 ProcessFacts::totalTime() const
 {
     const QByteArrayList values = afterName(content("stat"));
-    const quint64 ticks = values.value(userTimePlace).toULongLong() +
-                          values.value(systemTimePlace).toULongLong();
+    const quint64 ticks =
+        values.value(userTimePlace).toULongLong() + values.value(systemTimePlace).toULongLong();
     return ticks * 1000 / static_cast<quint64>(::sysconf(_SC_CLK_TCK));
 }
 

@@ -87,6 +87,10 @@ public:
     /// How many runs a web report keeps, as it is written; empty for all.
     QString keptRuns() const;
     QString aut() const;
+    /// The directory with what the home of an application has at first; empty for none.
+    QString applicationHome() const;
+    /// How long a call may wait for an answer of the application, in seconds, as it is written.
+    QString callTimeout() const;
     QString applicationLauncher() const;
     QStringList applicationLauncherArgs() const;
     bool hookSubProcesses() const;
