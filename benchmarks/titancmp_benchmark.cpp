@@ -2,7 +2,7 @@
 // against the plain evaluation of the same pairs of elements.
 
 #include "ratio.h"
-#include "test/titanvp.h"
+#include "test/verification/visualbody.h"
 
 #include <QDomDocument>
 
@@ -15,7 +15,6 @@ using namespace Morvex;
 
 namespace {
 
-using Id = BrowserElement::Id;
 using Checks = QMap<QString, TitanPropertyCheck>;
 using PropertiesOf = const QMap<QString, QString> &(BrowserElement::*)() const;
 
@@ -28,38 +27,49 @@ struct Shape
     bool hasNames;
 };
 
-// A text of its own, as a tree that is read has it.
-QString text(const char *latin1)
+QString property(const QString &name, const QString &value)
 {
-    return QString::fromLatin1(latin1);
+    return QStringLiteral("<property name='%1'><string>%2</string></property>").arg(name, value);
 }
 
-void fill(BrowserElement *element, int number, const Shape &shape)
+QString startOf(int number, const Shape &shape)
 {
-    const QString numberText = QString::number(number);
-    element->setId(Id(QStringLiteral("{5c0e3b74-68e6-4a2d-9d4e-") + numberText + QLatin1Char('}')));
-    element->setClassName(QStringLiteral("QWidgetOfClass%1").arg(number % shape.classes));
-    element->setProperties({{text("text"), text("The text ") + numberText},
-                            {text("enabled"), text("true")},
-                            {text("visible"), text("true")},
-                            {text("checked"), text("false")},
-                            {text("toolTip"), QString()}});
+    const QString id = QStringLiteral("{5c0e3b74-68e6-4a2d-9d4e-%1}").arg(number);
+    QString xml = QStringLiteral("<element id='%1' class='QWidgetOfClass%2'><abstractProperties>"
+                                 "<geometry isRelative='0'><x>%3</x><y>%4</y><width>80</width>"
+                                 "<height>20</height></geometry></abstractProperties><properties>")
+                      .arg(id)
+                      .arg(number % shape.classes)
+                      .arg(number % 100)
+                      .arg(number / 100);
+    xml += property(QStringLiteral("checked"), QStringLiteral("false")) +
+           property(QStringLiteral("enabled"), QStringLiteral("true")) +
+           property(QStringLiteral("text"), QStringLiteral("The text %1").arg(number)) +
+           property(QStringLiteral("toolTip"), QString()) +
+           property(QStringLiteral("visible"), QStringLiteral("true")) +
+           QLatin1String("</properties>");
     if (shape.hasNames)
-        element->setIdentifyingProperties({{text("name"), text("n") + numberText}});
-    element->setGeometry(UIAbstraction::ElementGeometry(QRect(number % 100, number / 100, 80, 20)));
+        xml += QLatin1String("<identifyingProperties>") +
+               property(QStringLiteral("name"), QStringLiteral("n%1").arg(number)) +
+               QLatin1String("</identifyingProperties>");
+    return xml;
 }
 
-void build(BrowserElement *root, const Shape &shape)
+// The numbers of an element's children follow those of the children of all before it. One element
+// is at the top.
+QString elementXml(int number, const Shape &shape)
 {
-    QList<BrowserElement *> queue{root};
-    for (int number = 0; number < elementCount; ++number) {
-        BrowserElement *parent = queue.first();
-        auto *element = new BrowserElement(parent, QStringLiteral("element"));
-        fill(element, number, shape);
-        queue += element;
-        if (parent->children().count() == fanOut || parent == root)
-            queue.removeFirst();
-    }
+    QString children;
+    for (int i = 1; i <= fanOut && number * fanOut + i < elementCount; ++i)
+        children += elementXml(number * fanOut + i, shape);
+    return startOf(number, shape) + QLatin1String("<children>") + children +
+           QLatin1String("</children></element>");
+}
+
+QString treeXml(const Shape &shape)
+{
+    return QLatin1String("<ui><execution><state>") + elementXml(0, shape) +
+           QLatin1String("</state></execution></ui>");
 }
 
 void change(BrowserElement *element, std::mt19937 &random)
@@ -76,72 +86,63 @@ void change(BrowserElement *element, std::mt19937 &random)
     }
 }
 
+// Both trees and the checks are read, as those of a verification are.
 struct Comparison
 {
     explicit Comparison(const Shape &shape)
-        : stored(nullptr, QStringLiteral("stored"))
-        , live(nullptr, QStringLiteral("live"))
+        : live(nullptr, QStringLiteral("live"))
     {
-        build(&stored, shape);
-        build(&live, shape);
-        addChecks();
-    }
-
-    void addChecks()
-    {
-        readChecks(&BrowserElement::identifyingProperties, &identifying);
-        readChecks(&BrowserElement::properties, &content);
-        readChecks(nullptr, &geometry);
-    }
-
-    // As they come from the file of a point. Those of the geometry when there is no function.
-    void readChecks(PropertiesOf propertiesOf, TitanPropertyChecksOfElements *checks)
-    {
+        const QString tree = treeXml(shape);
+        const bool isRead = BrowserElement::readXML(&live, tree.toUtf8(), nullptr);
         QDomDocument document;
-        QDomElement check = document.createElement(QStringLiteral("check"));
-        document.appendChild(check);
-        addChecks(&stored, propertiesOf, &check);
-        visualVpVerifyProperties(check, checks);
+        document.setContent(QStringLiteral("<Verification><visual>") + tree +
+                            checksXml("identifying", &BrowserElement::identifyingProperties) +
+                            checksXml("content", &BrowserElement::properties) +
+                            checksXml("geometry", nullptr) +
+                            QStringLiteral("</visual></Verification>"));
+        if (!isRead || !body.read(document.documentElement()))
+            std::abort();
     }
 
-    static void addChecks(const BrowserElement *parent, PropertiesOf propertiesOf,
-                          QDomElement *check)
+    // Those of the geometry when there is no function.
+    QString checksXml(const char *type, PropertiesOf propertiesOf) const
     {
-        const QStringList geometryNames{text("x"), text("y"), text("width"), text("height")};
-        for (const BrowserElement *element : parent->children()) {
+        return QStringLiteral("<check type='%1'>").arg(QLatin1String(type)) +
+               checksBelow(live, propertiesOf) + QLatin1String("</check>");
+    }
+
+    static QString checksBelow(const BrowserElement &parent, PropertiesOf propertiesOf)
+    {
+        static const QStringList geometryNames{QStringLiteral("x"), QStringLiteral("y"),
+                                               QStringLiteral("width"), QStringLiteral("height")};
+        QString xml;
+        for (const BrowserElement *element : parent.children()) {
             const QStringList names =
                 propertiesOf ? QStringList((element->*propertiesOf)().keys()) : geometryNames;
             if (!names.isEmpty())
-                check->appendChild(verification(*element, names, check->ownerDocument()));
-            addChecks(element, propertiesOf, check);
+                xml += verification(*element, names);
+            xml += checksBelow(*element, propertiesOf);
         }
+        return xml;
     }
 
-    static QDomElement verification(const BrowserElement &element, const QStringList &names,
-                                    QDomDocument document)
+    static QString verification(const BrowserElement &element, const QStringList &names)
     {
-        QDomElement result = document.createElement(QStringLiteral("PropertyVerification"));
-        result.setAttribute(QStringLiteral("element-id"), text(element.id().toString().toLatin1()));
-        for (const QString &name : names) {
-            QDomElement property = document.createElement(QStringLiteral("VerifyProperty"));
-            property.setAttribute(QStringLiteral("name"), text(name.toLatin1()));
-            property.setAttribute(QStringLiteral("type"), QStringLiteral("equal"));
-            result.appendChild(property);
-        }
-        return result;
+        QString xml =
+            QStringLiteral("<PropertyVerification element-id='%1'>").arg(element.id().toString());
+        for (const QString &name : names)
+            xml += QStringLiteral("<VerifyProperty name='%1' type='equal'/>").arg(name);
+        return xml + QLatin1String("</PropertyVerification>");
     }
 
     bool run()
     {
-        QMap<Id, TitanCompare> result;
-        return titanCompare(&stored, &live, identifying, content, geometry, {}, {}, &result);
+        QMap<BrowserElement::Id, TitanCompare> result;
+        return body.compare(&live, &result);
     }
 
-    BrowserElement stored;
+    VisualBody body;
     BrowserElement live;
-    TitanPropertyChecksOfElements identifying;
-    TitanPropertyChecksOfElements content;
-    TitanPropertyChecksOfElements geometry;
 };
 
 bool areEqual(const BrowserElement *a, const BrowserElement *b)
@@ -171,7 +172,7 @@ int differences(const QMap<QString, QString> &expected, const QMap<QString, QStr
 
 struct PlainEvaluation
 {
-    const Comparison &comparison;
+    const VisualBody &body;
     long long pairs = 0;
     int found = 0;
 
@@ -180,17 +181,17 @@ struct PlainEvaluation
         ++pairs;
         if (expected->className() != actual->className())
             return;
-        const Id id = expected->id();
-        const auto identifying = comparison.identifying.find(id);
-        if (identifying != comparison.identifying.end() &&
+        const BrowserElement::Id id = expected->id();
+        const auto identifying = body.identifying.find(id);
+        if (identifying != body.identifying.end() &&
             differences(expected->identifyingProperties(), actual->identifyingProperties(),
                         *identifying) > 0)
             return;
-        const auto content = comparison.content.find(id);
-        if (content != comparison.content.end())
+        const auto content = body.content.find(id);
+        if (content != body.content.end())
             found += differences(expected->properties(), actual->properties(), *content);
-        const auto geometry = comparison.geometry.find(id);
-        if (geometry != comparison.geometry.end())
+        const auto geometry = body.geometry.find(id);
+        if (geometry != body.geometry.end())
             found += expected->geometry() != actual->geometry();
         for (const BrowserElement *child : expected->children()) {
             for (const BrowserElement *other : actual->children())
@@ -210,7 +211,7 @@ void equalTrees(benchmark::State &state)
                     std::abort();
             },
             [&] {
-                if (!areEqual(&comparison.stored, &comparison.live))
+                if (!areEqual(&comparison.body.stored, &comparison.live))
                     std::abort();
             }));
     }
@@ -233,8 +234,8 @@ void changedAndShuffledTrees(benchmark::State &state)
                     std::abort();
             },
             [&] {
-                PlainEvaluation plain{comparison};
-                plain.evaluate(&comparison.stored, &comparison.live);
+                PlainEvaluation plain{comparison.body};
+                plain.evaluate(&comparison.body.stored, &comparison.live);
                 benchmark::DoNotOptimize(plain.found);
                 pairs = plain.pairs;
             }));

@@ -1,6 +1,7 @@
-// How long the page of the web report takes to its first picture, and for a key in the search, beside
-// a loop that makes as many rows as the page shows, plainly. `node benchmarks/webreport_benchmark.js`,
-// after `npm ci` in tests/webreport. Measured are the pages as they are installed.
+// How long the page of the web report takes to its first picture, for a key in the search, and to
+// the trees of a visual verification, beside a loop that makes as many rows as the page shows,
+// plainly. `node benchmarks/webreport_benchmark.js`, after `npm ci` in tests/webreport. Measured are
+// the pages as they are installed.
 'use strict';
 
 const { execFileSync } = require('node:child_process');
@@ -22,6 +23,8 @@ const { RunBuilder, dataFile } = require(path.join(tests, 'testdata'));
 
 const rounds = 5;
 const checks = 200;
+const elements = 5000;
+const fanOut = 12;
 
 function reportOf(directory, results) {
     const run = new RunBuilder('suite_big');
@@ -57,18 +60,24 @@ function show(term) {
 show('');
 document.getElementById('search').addEventListener('input', (event) => show(event.target.value));`;
 
-async function measure(browser, address) {
+/// `{page, paint}`: the page, and the milliseconds until the first of what is looked for was shown.
+async function open(browser, address, selector) {
     const page = await browser.newPage({ viewport: { width: 1300, height: 800 } });
-    await page.addInitScript(() => {
+    await page.addInitScript((wanted) => {
         const look = () => {
-            if (!document.querySelector('.row')) requestAnimationFrame(look);
-            else setTimeout(() => (globalThis.firstRows = performance.now()));
+            if (!document.querySelector(wanted)) requestAnimationFrame(look);
+            else setTimeout(() => (globalThis.firstShown = performance.now()));
         };
         requestAnimationFrame(look);
-    });
+    }, selector);
     await page.goto(address);
-    await page.locator('.row').first().waitFor();
-    const times = await page.evaluate(async () => {
+    await page.waitForFunction(() => globalThis.firstShown);
+    return { page, paint: await page.evaluate(() => globalThis.firstShown) };
+}
+
+async function measure(browser, address) {
+    const { page, paint } = await open(browser, address, '.row');
+    const key = await page.evaluate(async () => {
         const frame = () => new Promise((done) => requestAnimationFrame(() => setTimeout(done)));
         const field = document.getElementById('search');
         const press = async (text) => {
@@ -79,10 +88,71 @@ async function measure(browser, address) {
             return performance.now() - start;
         };
         await press('c');
-        return { paint: globalThis.firstRows, key: await press('check 1') };
+        return press('check 1');
     });
     await page.close();
-    return times;
+    return { paint, key };
+}
+
+/// A visual verification that failed, and what the report keeps of both trees.
+function treesReportOf(directory) {
+    const failedObjectDump = 'x-results:/form.xml_1.xml';
+    const failure = { type: 'visualVerificationResult', failedObjectDump };
+    const run = new RunBuilder('suite').testCase('tst', (one) => one.fail('Form', failure));
+    writeReport(directory, dataFile([run.finish()]));
+    const node = (number) => {
+        const children = [];
+        for (let i = 1; i <= fanOut && number * fanOut + i < elements; ++i)
+            children.push(node(number * fanOut + i));
+        const value = { kind: 'content', name: 'text', expected: 'a' + number, actual: 'b' };
+        const differences = number % 10 ? undefined : [value];
+        return { name: 'Element ' + number, class: 'QLabel', differences, children };
+    };
+    const trees = { expected: [node(0)], actual: [node(0)], pictures: [] };
+    const call = (name) => name + '(' + JSON.stringify(trees) + ');';
+    fs.writeFileSync(path.join(directory, 'form.xml_1.xml.js'), call('morvexVisualTrees'));
+    fs.writeFileSync(path.join(directory, 'trees.js'), call('showPlainly'));
+}
+
+/// Appends a line for each element, within that of its parent.
+const plainTreesPage = `<!DOCTYPE html><meta charset="utf-8"><script>
+function show(parent, { name, children }) {
+    const line = document.createElement('div');
+    line.className = 'line';
+    line.textContent = name;
+    parent.append(line);
+    children.forEach((child) => show(line, child));
+}
+function showPlainly({ expected, actual }) {
+    expected.concat(actual).forEach((node) => show(document.documentElement, node));
+}
+</script><script src="trees.js"></script>`;
+
+async function measureTrees(browser) {
+    const directory = fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-benchmark-'));
+    treesReportOf(directory);
+    fs.writeFileSync(path.join(directory, 'plain.html'), plainTreesPage);
+    const { href } = pathToFileURL(path.join(directory, 'index.html'));
+    const plainHref = pathToFileURL(path.join(directory, 'plain.html')).href;
+    const times = { page: [], plain: [] };
+    const time = async (address, selector) => {
+        const { page, paint } = await open(browser, address, selector);
+        await page.close();
+        return paint;
+    };
+    for (let round = 0; round < rounds; ++round) {
+        times.page.push(await time(href + '#at=tst/!0', '.visualtrees li'));
+        times.plain.push(await time(plainHref, '.line'));
+    }
+    printTimes(`trees of ${elements} elements, opened`, median(times.page), median(times.plain));
+    fs.rmSync(directory, { recursive: true });
+}
+
+function printTimes(what, page, plain) {
+    console.log(
+        `${what}: page ${page.toFixed(0)} ms, plain loop ${plain.toFixed(0)} ms, ` +
+            `ratio ${(page / plain).toFixed(2)}`,
+    );
 }
 
 function median(numbers) {
@@ -108,14 +178,11 @@ async function main() {
             const [page, plain] = [all.index, all.plain].map((runs) =>
                 median(runs.map((one) => one[what])),
             );
-            const ratio = (page / plain).toFixed(2);
-            console.log(
-                `${results} results, ${what}: page ${page.toFixed(0)} ms, plain loop ` +
-                    `${plain.toFixed(0)} ms, ratio ${ratio}`,
-            );
+            printTimes(`${results} results, ${what}`, page, plain);
         }
         fs.rmSync(directory, { recursive: true });
     }
+    await measureTrees(browser);
     await browser.close();
     fs.rmSync(pages, { recursive: true });
 }

@@ -44,9 +44,9 @@ QString ApplicationDeaths::picture(TestResult::ResultType type)
         return QStringLiteral("\nThere is no display to take a picture of.");
     QString error;
     const QImage image = pictureOfDisplay(&error);
-    return image.isNull() ? QStringLiteral("\nThere is no picture of the display: ") + error
-                          : QLatin1Char('\n') +
-                                TestVP::logScreenshot(m_runner, type, image).trimmed();
+    return image.isNull()
+               ? QStringLiteral("\nThere is no picture of the display: ") + error
+               : QLatin1Char('\n') + TestVP::logScreenshot(m_runner, type, image).trimmed();
 }
 
 void ApplicationDeaths::reportHanging(const QString &stack)

@@ -63,8 +63,8 @@ int Applications::startLauncher(const QStringList &launcher, const QStringList &
     return launch(launcher + words, program, options, error);
 }
 
-int Applications::launch(const QStringList &command, const QString &program,
-                         const Options &options, QString *error)
+int Applications::launch(const QStringList &command, const QString &program, const Options &options,
+                         QString *error)
 {
     const QString prefix = installationPrefix();
     if (!m_home)
@@ -72,8 +72,8 @@ int Applications::launch(const QStringList &command, const QString &program,
             ApplicationHome::Options{prefix, m_settings.homeSeed, setVariables()});
     RemoteApplication::Start start;
     start.command = command;
-    start.workingDirectory = options.workingDirectory.isEmpty() ? m_settings.workingDirectory
-                                                                : options.workingDirectory;
+    start.workingDirectory =
+        options.workingDirectory.isEmpty() ? m_settings.workingDirectory : options.workingDirectory;
     if (start.workingDirectory == QLatin1String("@app"))
         start.workingDirectory = QFileInfo(program).path();
     start.variables = options.variables;
@@ -264,17 +264,17 @@ QString Applications::standardError(int id) const
     return entry->application ? entry->application->standardError() : entry->standardError;
 }
 
-Inspector *Applications::inspector()
+std::shared_ptr<RemoteInspector> Applications::inspector()
 {
     const Entry *entry = entryOf(m_current);
-    std::shared_ptr<Inspector> wanted;
+    std::shared_ptr<RemoteInspector> wanted;
     if (entry && entry->application)
         wanted = entry->context->inspector();
     if (wanted && wanted != m_installed) {
         Inspector::install(wanted.get());
         m_installed = wanted;
     }
-    return wanted.get();
+    return wanted;
 }
 
 QList<Applications::Death> Applications::deaths()

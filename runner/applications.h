@@ -12,8 +12,8 @@
 namespace Morvex {
 
 class ApplicationHome;
-class Inspector;
 class RemoteContext;
+class RemoteInspector;
 
 /// The applications of a test case, and their processes that can be tested, the contexts. A context
 /// is known by its number, which is never used again. Names are looked up in the current one.
@@ -25,7 +25,8 @@ public:
     {
         /// The application of the suite: its name and arguments; empty when it names none.
         QStringList suiteApplication;
-        /// Of a program that starts those given to it, with arguments that come first; may be empty.
+        /// Of a program that starts those given to it, with arguments that come first; may be
+        /// empty.
         QStringList launcher;
         /// Empty for that of this process; "@app" for the directory of the program.
         QString workingDirectory;
@@ -100,7 +101,7 @@ public:
     QString standardError(int id) const;
 
     /// That of the current context, which is made the installed one; null without one.
-    Inspector *inspector();
+    std::shared_ptr<RemoteInspector> inspector();
 
     /// Those that are not settled.
     QList<Death> deaths();
@@ -134,7 +135,7 @@ private:
     QList<std::shared_ptr<RemoteApplication>> m_applications;
     QList<Entry> m_entries;
     // What is installed has to live.
-    std::shared_ptr<Inspector> m_installed;
+    std::shared_ptr<RemoteInspector> m_installed;
     int m_lastId = 0;
     int m_current = -1;
 };

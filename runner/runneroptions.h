@@ -33,7 +33,8 @@ struct RunnerOptions
     /// Without one a random run picks a fresh number.
     std::optional<unsigned int> randomSeed;
     unsigned int retryCount = 0;
-    unsigned int timeoutSeconds = 0;
+    /// 0 for no limit; without a value that of the suite.
+    std::optional<unsigned int> timeoutSeconds;
     bool stopOnFail = false;
     bool rerunFailed = false;
     bool learn = false;

@@ -52,6 +52,9 @@ QString unusableAutArgument(const QString &argument)
         .arg(argument);
 }
 
+// Of a suite that says nothing: an hour, so that a test case that hangs ends some time.
+const unsigned int defaultTimeoutSeconds = 3600;
+
 class SuiteRunner
 {
 public:
@@ -68,6 +71,7 @@ private:
     [[nodiscard]] QString prepare();
     [[nodiscard]] QString applyOptions();
     [[nodiscard]] QString setKeptRuns();
+    [[nodiscard]] QString setTimeout();
     void removeOldRuns(const QString &resultDir) const;
     [[nodiscard]] QString checkTags() const;
     [[nodiscard]] QString checkResultDir() const;
@@ -91,6 +95,7 @@ private:
     std::unique_ptr<TestSuite> m_suite;
     QStringList m_testCases;
     unsigned int m_keptRuns = 0;
+    unsigned int m_timeoutSeconds = 0;
     bool m_nothingToDo = false;
     RunOutcome m_outcome;
     QElapsedTimer m_timer;
@@ -122,7 +127,7 @@ QString SuiteRunner::prepare()
         return QStringLiteral("cannot load the suite '%1': %2")
             .arg(given, m_suite->configLoadErrorMsg().trimmed());
     for (const QString &error :
-         {applyOptions(), checkTags(), checkResultDir(), setKeptRuns(),
+         {applyOptions(), checkTags(), checkResultDir(), setKeptRuns(), setTimeout(),
           checkNames(m_options.testCases), checkNames(m_options.skippedTestCases)}) {
         if (!error.isEmpty())
             return error;
@@ -176,6 +181,21 @@ QString SuiteRunner::setKeptRuns()
                : QStringLiteral("KEEP_RUNS in the suite.conf of '%1' must be a number, 1 "
                                 "or greater, not '%2'")
                      .arg(m_options.suiteDirectory, text);
+}
+
+QString SuiteRunner::setTimeout()
+{
+    const QString text = m_suite->timeout();
+    if (m_options.timeoutSeconds || text.isEmpty()) {
+        m_timeoutSeconds = m_options.timeoutSeconds.value_or(defaultTimeoutSeconds);
+        return {};
+    }
+    bool isNumber = false;
+    m_timeoutSeconds = text.toUInt(&isNumber);
+    return isNumber ? QString()
+                    : QStringLiteral("TIMEOUT in the suite.conf of '%1' must be a number of "
+                                     "seconds, 0 for no limit, not '%2'")
+                          .arg(m_options.suiteDirectory, text);
 }
 
 // The reports are closed by now, and a web report is the only one of a directory for several runs.
@@ -297,7 +317,7 @@ bool SuiteRunner::runTestCases(TestReportGenerator *generator, const QString &re
         });
     }
     m_suite->run(m_options.host, m_options.port, &result, m_testCases, resultDir,
-                 m_options.snoozeFactor, m_options.timeoutSeconds, m_options.stopOnFail,
+                 m_options.snoozeFactor, m_timeoutSeconds, m_options.stopOnFail,
                  m_options.retryCount, randomSeed(), m_options.envVars, m_options.isInteractive);
     return result.isComplete();
 }

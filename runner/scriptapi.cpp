@@ -44,7 +44,8 @@ void ScriptApi::install(QObject *application, QObject *contexts, QObject *verifi
     QJSValue installer = m_engine->internalFunction(QStringLiteral("scriptapi"));
     QJSValue outcome =
         installer.call({engine.newQObject(this), engine.newQObject(application),
-                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions});
+                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions,
+                        m_engine->internalFunction(QStringLiteral("scriptobjects"))});
     if (!outcome.isError()) {
         installer = m_engine->internalFunction(QStringLiteral("applicationapi"));
         outcome = installer.call({engine.newQObject(application), engine.newQObject(contexts),

@@ -63,9 +63,11 @@ public:
     Q_INVOKABLE QJSValue include(const QString &file);
     Q_INVOKABLE void abortProcess() const;
 
+    /// Where a script writes a file of that name.
+    Q_INVOKABLE QString targetPath(const QString &file) const;
+
 private:
     QString existingPath(const QString &file) const;
-    QString targetPath(const QString &file) const;
     void throwError(const QString &message);
 
     ScriptEngine *m_engine;

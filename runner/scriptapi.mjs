@@ -1,5 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-export default function (native, application, verification, global, nameFunctions) {
+export default function (native, application, verification, global, nameFunctions, installObjects) {
     function text(value) {
         return value === undefined || value === null ? "" : show(value);
     }
@@ -108,8 +108,19 @@ export default function (native, application, verification, global, nameFunction
         return options;
     }
 
-    function expectsFail(options) {
-        return Boolean(knownOptions(options, ["expectFail"]).expectFail);
+    // What a check looks at: with the option "retry" a function that is called until the check holds.
+    function checkedValue(actual, options, holds) {
+        if (options.retry === undefined)
+            return actual;
+        var time = milliseconds(options.retry, 0);
+        if (typeof actual !== "function")
+            throw new TypeError("option 'retry' needs a function that gives the value to check");
+        var value;
+        objects.poll(function () {
+            value = actual();
+            return holds(value);
+        }, time);
+        return value;
     }
 
     function milliseconds(value, otherwise) {
@@ -145,6 +156,22 @@ export default function (native, application, verification, global, nameFunction
         fatal: logFunction("FATAL")
     };
 
+    var objects = installObjects(application, nameFunctions, {
+        text: text,
+        show: show,
+        isInt32: isInt32,
+        isSame: function (a, b) {
+            return isSame(a, b, 0);
+        },
+        milliseconds: milliseconds,
+        knownOptions: knownOptions,
+        requireName: name,
+        targetPath: function (file) {
+            return native.targetPath(file);
+        }
+    });
+    var FoundObject = objects.FoundObject;
+
     var pointTypes = ["ObjectProperties", "Screenshot", "Table", "Visual"];
 
     // What a verification point is made of when its file does not exist.
@@ -164,15 +191,21 @@ export default function (native, application, verification, global, nameFunction
     }
 
     global.check = {
-        that: function (condition, title, options) {
-            var expectFail = expectsFail(options);
+        that: function (actual, title, options) {
+            var known = knownOptions(options, ["expectFail", "retry"]);
+            var expectFail = Boolean(known.expectFail);
+            var condition = checkedValue(actual, known, Boolean);
             native.check(Boolean(condition), message(title),
                          condition ? "The condition holds." : "The condition does not hold.",
                          expectFail);
             return Boolean(condition);
         },
-        equal: function (actual, expected, title, options) {
-            var expectFail = expectsFail(options);
+        equal: function (value, expected, title, options) {
+            var known = knownOptions(options, ["expectFail", "retry"]);
+            var expectFail = Boolean(known.expectFail);
+            var actual = checkedValue(value, known, function (last) {
+                return isSame(last, expected, 0);
+            });
             if (isInt32(actual) && isInt32(expected)) {
                 native.compareNumbers(expected, actual, message(title), expectFail);
                 return actual === expected;
@@ -213,80 +246,9 @@ export default function (native, application, verification, global, nameFunction
         }
     };
 
-    // Two are the same when they were found by the same name.
-    function FoundObject(name, object) {
-        this.name = name;
-        Object.defineProperty(this, "source", {value: object});
-    }
-
-    FoundObject.prototype = {
-        get: function (property) {
-            return this.source.get(name(property, "a property"));
-        },
-        set: function (property, value) {
-            if (value === undefined)
-                throw new TypeError("set takes a property and its value");
-            this.source.set(name(property, "a property"), value);
-        },
-        click: function (x, y) {
-            if (arguments.length !== 0 &&
-                !(arguments.length === 2 && isInt32(x) && isInt32(y)))
-                throw new TypeError("click takes nothing or the two whole numbers x and y");
-            this.source.click(x, y);
-        },
-        type: function (keys) {
-            this.source.type(text(keys));
-        },
-        exists: function () {
-            return this.source.exists();
-        },
-        toString: function () {
-            return this.name;
-        },
-        toJSON: function () {
-            return this.name;
-        }
-    };
-
-    // A part of an object that is no object of its own.
-    function Item(owner, selector, timeout) {
-        this.name = owner.name + " item " + show(selector.length === 1 ? selector[0] : selector);
-        Object.defineProperty(this, "source", {value: owner.source});
-        Object.defineProperty(this, "selector", {value: selector});
-        Object.defineProperty(this, "timeout", {value: timeout});
-    }
-
-    ["click", "doubleClick", "activate", "expand", "collapse", "toggle"].forEach(function (action) {
-        Item.prototype[action] = function () {
-            if (arguments.length !== 0)
-                throw new TypeError(action + " of an item takes nothing");
-            this.source.useItem(action, this.selector, this.timeout);
-        };
-    });
-
-    Item.prototype.text = function () {
-        return this.source.itemText(this.selector, this.timeout);
-    };
-    Item.prototype.exists = function () {
-        return this.source.exists() && this.source.hasItem(this.selector);
-    };
-    Item.prototype.toString = Item.prototype.toJSON = function () {
-        return this.name;
-    };
-
-    FoundObject.prototype.item = function (textOrRow, columnOrTimeout, timeout) {
-        if (isInt32(textOrRow)) {
-            if (!isInt32(columnOrTimeout))
-                throw new TypeError("item takes a text, or the whole numbers row and column");
-            return new Item(this, [textOrRow, columnOrTimeout], milliseconds(timeout, 10000));
-        }
-        return new Item(this, [name(textOrRow, "an item")], milliseconds(columnOrTimeout, 10000));
-    };
-
-    global.find = function (objectName, timeout) {
-        var wanted = nameFunctions.nameText(objectName);
-        return new FoundObject(wanted, application.find(wanted, milliseconds(timeout, 10000)));
-    };
+    global.find = objects.find;
+    global.findAll = objects.findAll;
+    global.waitFor = objects.waitFor;
 
     global.startSection = function (title, description) {
         native.startSection(text(title), text(description));

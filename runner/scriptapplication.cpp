@@ -1,8 +1,9 @@
 #include "runner/scriptapplication.h"
 
-#include "objectmodel/inspector.h"
 #include "remote/remotecontext.h"
+#include "remote/remoteinspector.h"
 #include "runner/applications.h"
+#include "runner/processend.h"
 #include "runner/scriptobject.h"
 #include "runner/uicoverage.h"
 
@@ -64,15 +65,35 @@ QObject *ScriptApplication::find(const QString &name, int timeout)
 {
     QString error;
     const SharedPtr<Object> found = object(name, timeout, &error);
-    Inspector *inspector = m_applications->inspector();
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
     if (!found && inspector && !inspector->failure().isEmpty())
         qjsEngine(this)->throwError(inspector->failure());
-    return new ScriptObject(name, found, error);
+    return new ScriptObject(inspector, name, found, error);
+}
+
+QJSValue ScriptApplication::findAll(const QString &name)
+{
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
+    QString error = inspector ? QString() : whyNotFindable();
+    QVariant found;
+    if (inspector) {
+        // Takes the object map with it.
+        inspector->findObject(name, nullptr);
+        found = inspector->callFunction(QStringLiteral("findAll"), {name}, &error);
+    }
+    if (!error.isEmpty())
+        qjsEngine(this)->throwError(error);
+    return ScriptObject::listOf(qjsEngine(this), inspector, found.toList());
+}
+
+void ScriptApplication::pause(int milliseconds) const
+{
+    pauseScript(milliseconds);
 }
 
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
 {
-    Inspector *inspector = m_applications->inspector();
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
     QString reason = inspector ? QString() : whyNotFindable();
     const SharedPtr<Object> found =
         inspector ? inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();

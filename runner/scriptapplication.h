@@ -3,6 +3,7 @@
 #include "objectmodel/object.h"
 #include "objectmodel/objectmap.h"
 
+#include <QJSValue>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -53,6 +54,10 @@ public:
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
     /// never null. Throws in the script when the application can't say whether the object is there.
     Q_INVOKABLE QObject *find(const QString &name, int timeout);
+    /// All objects that the name fits now, as a list.
+    Q_INVOKABLE QJSValue findAll(const QString &name);
+    /// Lets the script wait, in milliseconds.
+    Q_INVOKABLE void pause(int milliseconds) const;
 
 private:
     QString whyNotFindable() const;

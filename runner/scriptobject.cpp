@@ -5,8 +5,13 @@
 #include "objectmodel/property.h"
 #include "objectmodel/propertypath.h"
 #include "objectmodel/value/wholenumber.h"
+#include "remote/remoteinspector.h"
+#include "remote/remotesession.h"
 #include "runner/processend.h"
+#include "shared/richimage.h"
+#include "shared/writefile.h"
 
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QJSEngine>
 #include <QMetaType>
@@ -69,17 +74,31 @@ bool isTaken(const QVariant &wanted, const Object &object)
                : QString();
 }
 
-// Empty while the application answers.
-QString whyNoAnswer()
+// What there is instead.
+QString unknownProperty(const Class *objectClass, const QString &name)
 {
-    return Inspector::self() ? Inspector::self()->failure() : QString();
+    QStringList names = objectClass ? objectClass->propertyNames() : QStringList();
+    names.sort();
+    const QString text = QStringLiteral("there is no property '%1'").arg(name);
+    return names.isEmpty()
+               ? text
+               : text + QLatin1String("; there are: ") + names.join(QLatin1String(", "));
+}
+
+// The class of what the steps lead to before the one of that name.
+const Class *classBefore(const SharedPtr<Object> &start, const QStringList &steps,
+                         const QString &name)
+{
+    const SharedPtr<Object> owner = followProperties(start, steps.mid(0, steps.indexOf(name)));
+    return owner ? owner->objectClass() : nullptr;
 }
 
 } // namespace
 
-ScriptObject::ScriptObject(const QString &name, const SharedPtr<Object> &object,
-                           const QString &error)
-    : m_name(name)
+ScriptObject::ScriptObject(const std::shared_ptr<RemoteInspector> &inspector, const QString &name,
+                           const SharedPtr<Object> &object, const QString &error)
+    : m_inspector(inspector)
+    , m_name(name)
     , m_object(object)
     , m_error(error)
 {
@@ -105,7 +124,7 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
     if (!before && !whyNoAnswer().isEmpty())
         return fail(whyNoAnswer());
     if (!property)
-        return fail(QStringLiteral("there is no property '%1'").arg(last));
+        return fail(unknownProperty(ownerClass, last));
     QString error = property->set(owner, wanted);
     if (error.isEmpty())
         error = whyNotTaken(last, wanted, before, property->get(owner));
@@ -113,11 +132,17 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
         fail(error);
 }
 
+// Empty while the application answers.
+QString ScriptObject::whyNoAnswer() const
+{
+    return m_inspector ? m_inspector->failure() : QString();
+}
+
 SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 {
     // To ask first whether the object exists would take as long as to ask for the property.
     MissingProperty missing;
-    const SharedPtr<Object> object = steps.isEmpty() || !Inspector::self()
+    const SharedPtr<Object> object = steps.isEmpty() || !m_inspector
                                          ? SharedPtr<Object>()
                                          : followProperties(m_object, steps, &missing);
     if (object)
@@ -132,19 +157,18 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
     else if (!reason.isEmpty())
         fail(reason);
     else if (!exists)
-        fail(QStringLiteral("the object no longer exists"));
+        fail(whyNoAnswer().isEmpty() ? QStringLiteral("the object no longer exists")
+                                     : whyNoAnswer());
     else
-        fail(missing.exists ? QStringLiteral("property '%1' has no value").arg(missing.name)
-                            : QStringLiteral("there is no property '%1'").arg(missing.name));
+        fail(missing.exists
+                 ? QStringLiteral("property '%1' has no value").arg(missing.name)
+                 : unknownProperty(classBefore(m_object, steps, missing.name), missing.name));
     return {};
 }
 
-void ScriptObject::click(const QJSValue &x, const QJSValue &y)
+void ScriptObject::useMouse(const QString &gesture, const QVariantMap &options)
 {
-    QVariantList arguments;
-    if (x.isNumber() && y.isNumber())
-        arguments = {x.toInt(), y.toInt()};
-    call(QStringLiteral("clickObject"), arguments, nullptr);
+    call(QStringLiteral("useMouse"), {gesture, options}, nullptr);
 }
 
 void ScriptObject::type(const QString &text)
@@ -152,24 +176,25 @@ void ScriptObject::type(const QString &text)
     call(QStringLiteral("typeText"), {text}, nullptr);
 }
 
-void ScriptObject::useItem(const QString &action, const QVariantList &selector, int timeout)
+void ScriptObject::useItem(const QString &action, const QVariantList &selector,
+                           const QString &value, int timeout)
 {
     if (waitForItem(selector, timeout))
-        call(QStringLiteral("useItem"), QVariantList{action} + selector, nullptr);
+        call(QStringLiteral("useItem"), {action, QVariant(selector), value}, nullptr);
 }
 
-QString ScriptObject::itemText(const QVariantList &selector, int timeout)
+QVariantMap ScriptObject::itemProperties(const QVariantList &selector, int timeout)
 {
-    QVariant text;
+    QVariant properties;
     if (waitForItem(selector, timeout))
-        call(QStringLiteral("itemText"), selector, &text);
-    return text.toString();
+        call(QStringLiteral("itemProperties"), {QVariant(selector)}, &properties);
+    return properties.toMap();
 }
 
 bool ScriptObject::hasItem(const QVariantList &selector)
 {
     QVariant answer;
-    return call(QStringLiteral("hasItem"), selector, &answer) && answer.toBool();
+    return call(QStringLiteral("hasItem"), {QVariant(selector)}, &answer) && answer.toBool();
 }
 
 // False when it has thrown; else what comes after it says what is missing.
@@ -178,12 +203,70 @@ bool ScriptObject::waitForItem(const QVariantList &selector, int timeout)
     QElapsedTimer timer;
     timer.start();
     QVariant hasItem;
-    while (call(QStringLiteral("hasItem"), selector, &hasItem)) {
+    while (call(QStringLiteral("hasItem"), {QVariant(selector)}, &hasItem)) {
         if (hasItem.toBool() || timer.elapsed() >= timeout)
             return true;
         pauseScript(waitStepMs);
     }
     return false;
+}
+
+bool ScriptObject::isVisible()
+{
+    const Class *known = m_object ? m_object->objectClass() : nullptr;
+    const Property *property = known ? known->property(QStringLiteral("visible")) : nullptr;
+    const SharedPtr<Object> visible = property ? property->get(m_object) : SharedPtr<Object>();
+    return known && (!visible || visible->value().toBool());
+}
+
+int ScriptObject::objectId()
+{
+    return follow({}) ? m_object->id() : 0;
+}
+
+QVariantMap ScriptObject::properties()
+{
+    QVariant properties;
+    call(QStringLiteral("objectProperties"), {}, &properties);
+    return properties.toMap();
+}
+
+QJSValue ScriptObject::children()
+{
+    QVariant found;
+    call(QStringLiteral("children"), {}, &found);
+    return listOf(qjsEngine(this), m_inspector, found.toList());
+}
+
+void ScriptObject::screenshot(const QString &path)
+{
+    QVariant picture;
+    if (!call(QStringLiteral("grabObjectScreenshot"), {QVariantMap(), 0}, &picture))
+        return;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!Screenshot::fromVariant(picture).save(&buffer, "PNG"))
+        return fail(QStringLiteral("the application gave no picture"));
+    const FileWriteResult result = writeFileSafely(path, bytes);
+    if (result.outcome != FileWriteResult::Written)
+        fail(QStringLiteral("cannot write '%1': %2").arg(path, result.error));
+}
+
+QJSValue ScriptObject::listOf(QJSEngine *engine, const std::shared_ptr<RemoteInspector> &inspector,
+                              const QVariantList &found)
+{
+    QJSValue list = engine->newArray();
+    quint32 count = 0;
+    for (const QVariant &pair : found) {
+        const QString name = pair.toList().value(1).toString();
+        const int id = pair.toList().value(0).toInt();
+        if (inspector)
+            list.setProperty(count++,
+                             engine->newQObject(new ScriptObject(
+                                 inspector, name, inspector->objectWithId(id), QString())));
+    }
+    return list;
 }
 
 // False when it has thrown.
@@ -193,7 +276,7 @@ bool ScriptObject::call(const QString &function, const QVariantList &arguments, 
         return false;
     QString error;
     const QVariant value =
-        Inspector::self()->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
+        m_inspector->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
     if (!error.isEmpty())
         fail(error);
     else if (answer)
@@ -212,10 +295,11 @@ bool ScriptObject::exists()
 
 bool ScriptObject::isThere(QString *whyNotKnown) const
 {
-    if (!Inspector::self() || !m_object)
+    if (!m_inspector || !m_object)
         return false;
     const bool isThere = m_object->objectClass();
-    if (!isThere)
+    // Of one that the script itself has stopped it is known.
+    if (!isThere && !m_inspector->session().isClosed())
         *whyNotKnown = whyNoAnswer();
     return isThere;
 }

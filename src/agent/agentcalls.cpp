@@ -31,12 +31,16 @@ AgentCalls::~AgentCalls()
         ObjectMap::install(nullptr);
 }
 
-Message AgentCalls::answer(const Message &request)
+Message AgentCalls::answer(const Message &request, InputSequence *input)
 {
     QString error;
-    const QVariantList values = perform(request, &error);
-    return error.isEmpty() ? reply(request, Message::Answer, values)
-                           : reply(request, Message::Failure, {error});
+    const QVariantList values = perform(request, input, &error);
+    return error.isEmpty() ? reply(request, Message::Answer, values) : failure(request, error);
+}
+
+Message AgentCalls::failure(const Message &request, const QString &reason)
+{
+    return reply(request, Message::Failure, {reason});
 }
 
 Message AgentCalls::found(const Message &request, const SharedPtr<Object> &object,
@@ -46,7 +50,7 @@ Message AgentCalls::found(const Message &request, const SharedPtr<Object> &objec
                   : reply(request, Message::Failure, {error});
 }
 
-QVariantList AgentCalls::perform(const Message &request, QString *error)
+QVariantList AgentCalls::perform(const Message &request, InputSequence *input, QString *error)
 {
     const QVariantList &values = request.values;
     const QString name = values.value(0).toString();
@@ -80,7 +84,7 @@ QVariantList AgentCalls::perform(const Message &request, QString *error)
     case Message::CastObject:
         return cast(values);
     case Message::CallFunction:
-        return callFunction(values, error);
+        return callFunction(values, input, error);
     case Message::TextOfObject: {
         const SharedPtr<Object> object = objectOf(values.value(0));
         return {object ? object->valueText() : QString()};
@@ -147,9 +151,13 @@ QVariantList AgentCalls::cast(const QVariantList &values)
     return {refOf(result, result.data() != object.data())};
 }
 
-QVariantList AgentCalls::callFunction(const QVariantList &values, QString *error)
+QVariantList AgentCalls::callFunction(const QVariantList &values, InputSequence *input,
+                                      QString *error)
 {
-    return {m_inspector.callFunction(values.value(0).toString(), values.value(1).toList(), error)};
+    if (!input)
+        return {};
+    return {m_inspector.beginFunction(values.value(0).toString(), values.value(1).toList(), *input,
+                                      error)};
 }
 
 void AgentCalls::setObjectMap(const QVariantMap &names)

@@ -24,8 +24,11 @@ public:
 
     QtInspector &inspector() { return m_inspector; }
 
-    /// Does what the request asks for, at once.
-    Message answer(const Message &request);
+    /// Does what the request asks for, at once, but for what it adds to @p input, which may be
+    /// null for a request that calls no function.
+    Message answer(const Message &request, InputSequence *input = nullptr);
+
+    static Message failure(const Message &request, const QString &reason);
 
     /// The answer to a search; @p error has the reason of a null object.
     Message found(const Message &request, const SharedPtr<Object> &object, const QString &error);
@@ -33,13 +36,13 @@ public:
     void release(const QVariantList &handles);
 
 private:
-    QVariantList perform(const Message &request, QString *error);
+    QVariantList perform(const Message &request, InputSequence *input, QString *error);
     QVariantList classValues(const QVariant &number) const;
     QVariantList setProperty(const QVariantList &values, QString *error);
     QVariantList getProperty(const QVariantList &values);
     QVariantList invoke(const QVariantList &values, QString *error);
     QVariantList cast(const QVariantList &values);
-    QVariantList callFunction(const QVariantList &values, QString *error);
+    QVariantList callFunction(const QVariantList &values, InputSequence *input, QString *error);
     void setObjectMap(const QVariantMap &names);
 
     QVariant refOf(const SharedPtr<Object> &object, bool isCast = false);

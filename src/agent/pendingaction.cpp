@@ -5,22 +5,10 @@
 #include <QPointer>
 #include <QTimerEvent>
 
-#include <algorithm>
-#include <iterator>
-
 namespace Morvex {
 namespace {
 
 const int waitStepMs = 10;
-// A window manager may refuse.
-const int maxActivationMs = 500;
-
-bool isInput(const QString &function)
-{
-    static const char *const inputs[] = {"clickObject", "typeText", "useItem"};
-    return std::any_of(std::begin(inputs), std::end(inputs),
-                       [&function](const char *input) { return function == QLatin1String(input); });
-}
 
 } // namespace
 
@@ -40,15 +28,10 @@ void PendingAction::begin()
         perform();
 }
 
-bool PendingAction::hasToWait()
+bool PendingAction::hasToWait() const
 {
-    const QString function = m_request.values.value(0).toString();
-    const QVariantList arguments = m_request.values.value(1).toList();
-    if (isInput(function))
-        return m_elapsed.elapsed() < maxActivationMs &&
-               m_receiver->calls().inspector().activateWindowOf(arguments.value(0).toInt());
-    return function == QLatin1String("grabObjectScreenshot") &&
-           m_elapsed.elapsed() < arguments.value(2).toInt();
+    return m_request.values.value(0).toString() == QLatin1String("grabObjectScreenshot") &&
+           m_elapsed.elapsed() < m_request.values.value(1).toList().value(2).toInt();
 }
 
 void PendingAction::perform()
@@ -56,7 +39,7 @@ void PendingAction::perform()
     const QPointer<PendingAction> alive = this;
     m_state = Running;
     startTimer(0);
-    const Message answer = m_receiver->calls().answer(m_request);
+    const Message answer = m_receiver->calls().answer(m_request, &m_input);
     // The application may have ended meanwhile.
     if (!alive)
         return;
@@ -64,6 +47,9 @@ void PendingAction::perform()
     m_state = Done;
     if (m_isReported)
         deleteLater();
+    m_isInput = answer.type == Message::Answer && !m_input.isEmpty();
+    if (m_isInput)
+        m_input.setWhenDone([this] { finishInput(); });
 }
 
 void PendingAction::timerEvent(QTimerEvent *event)
@@ -71,8 +57,16 @@ void PendingAction::timerEvent(QTimerEvent *event)
     killTimer(event->timerId());
     if (m_state == Waiting)
         begin();
-    else
+    else if (!m_isInput)
         report();
+}
+
+// The event loop turns: with the last step begun, the application is ready for the next request.
+void PendingAction::finishInput()
+{
+    if (!m_input.error().isEmpty())
+        m_answer = AgentCalls::failure(m_request, m_input.error());
+    report();
 }
 
 void PendingAction::report()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qtbackend/inputsequence.h"
 #include "remote/protocol/message.h"
 
 #include <QElapsedTimer>
@@ -20,23 +21,26 @@ public:
     /// @p receiver owns it.
     PendingAction(AgentReceiver *receiver, const Message &request);
 
-    /// Does what is asked for as soon as the window that it is for is active.
+    /// Does what is asked for, a picture when its delay is over.
     void begin();
 
 protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    bool hasToWait();
+    bool hasToWait() const;
     void perform();
     void report();
+    void finishInput();
 
     AgentReceiver *m_receiver;
     Message m_request;
     Message m_answer;
+    InputSequence m_input;
     QElapsedTimer m_elapsed;
     enum { Waiting, Running, Done } m_state = Waiting;
     bool m_isReported = false;
+    bool m_isInput = false;
 };
 
 } // namespace Morvex

@@ -1,8 +1,13 @@
 #include "qtbackend/applicationfunctions.h"
 
+#include "objectmodel/class.h"
+#include "objectmodel/property.h"
 #include "qtbackend/elementdump.h"
 #include "qtbackend/elementfilter.h"
+#include "qtbackend/identification.h"
+#include "qtbackend/inputsequence.h"
 #include "qtbackend/items.h"
+#include "qtbackend/nameresolver.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/usagecounter.h"
@@ -13,14 +18,21 @@
 namespace Morvex {
 namespace {
 
-using Function = QVariant (*)(QtModel &model, const QVariantList &arguments, QString *error);
+// What a function reads, and where it leaves what takes turns of the event loop.
+struct Call
+{
+    const QVariantList &arguments;
+    InputSequence &input;
+};
+
+using Function = QVariant (*)(QtModel &model, const Call &call, QString *error);
 
 const char dumpFollows = char(0xc5);
 const char errorFollows = 0;
 
-QObject *firstObject(QtModel &model, const QVariantList &arguments, QString *error)
+QObject *firstObject(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = model.registry().object(arguments.value(0).toInt());
+    QObject *object = model.registry().object(call.arguments.value(0).toInt());
     if (!object)
         *error = QStringLiteral("there is no object with this id");
     return object;
@@ -32,7 +44,7 @@ QVariant done(const QString &outcome, QString *error)
     return outcome.isEmpty() ? QVariant(true) : QVariant();
 }
 
-QVariant desktopScreenshot(QtModel &model, const QVariantList &, QString *error)
+QVariant desktopScreenshot(QtModel &model, const Call &, QString *error)
 {
     const QVariant picture = grabDesktop(model.allObjects()).toVariant();
     if (!picture.isValid())
@@ -41,16 +53,16 @@ QVariant desktopScreenshot(QtModel &model, const QVariantList &, QString *error)
 }
 
 // Arguments: id, options (none are known yet), delay.
-QVariant grabObjectScreenshot(QtModel &model, const QVariantList &arguments, QString *error)
+QVariant grabObjectScreenshot(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, arguments, error);
-    return object ? grabScreenshot(object, arguments.value(2).toInt(), error).toVariant()
+    QObject *object = firstObject(model, call, error);
+    return object ? grabScreenshot(object, call.arguments.value(2).toInt(), error).toVariant()
                   : QVariant();
 }
 
-QVariant getPixmapAsImage(QtModel &model, const QVariantList &arguments, QString *error)
+QVariant getPixmapAsImage(QtModel &model, const Call &call, QString *error)
 {
-    const QImage image = model.registry().image(arguments.value(0).toInt());
+    const QImage image = model.registry().image(call.arguments.value(0).toInt());
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     if (image.isNull() || !image.save(&buffer, "PNG")) {
@@ -66,70 +78,155 @@ QByteArray dumpError(const QString &text)
 }
 
 // Arguments: id, filters.
-QVariant dumpObject(QtModel &model, const QVariantList &arguments, QString *error)
+QVariant dumpObject(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, arguments, error);
+    QObject *object = firstObject(model, call, error);
     if (!object)
         return dumpError(*error);
     if (!object->isWidgetType())
         return dumpError(QStringLiteral("The object is not a widget"));
     ElementFilter filter;
-    for (int i = 1; i < arguments.size(); ++i) {
-        const QString reason = filter.add(arguments.at(i).toByteArray());
+    for (int i = 1; i < call.arguments.size(); ++i) {
+        const QString reason = filter.add(call.arguments.at(i).toByteArray());
         if (!reason.isEmpty())
             return dumpError(QStringLiteral("Filter %1, %2").arg(QString::number(i), reason));
     }
     return QByteArray(1, dumpFollows) + dumpElements(model, object, filter);
 }
 
-QVariant countUsage(QtModel &model, const QVariantList &, QString *)
+QVariant countUsage(QtModel &model, const Call &, QString *)
 {
     model.usageCounter();
     return true;
 }
 
-QVariant dumpUsage(QtModel &model, const QVariantList &, QString *)
+QVariant dumpUsage(QtModel &model, const Call &, QString *)
 {
     return QByteArray(1, dumpFollows) + model.usageCounter().dump();
 }
 
-// Arguments: id, and none or both of x and y.
-QVariant click(QtModel &model, const QVariantList &arguments, QString *error)
+// With the keys "object", "item", and both of "x" and "y".
+MouseTarget::Place placeOf(QtModel &model, QObject *object, const QVariantMap &options)
 {
-    QObject *object = firstObject(model, arguments, error);
+    MouseTarget::Place place;
+    place.object = options.contains(QStringLiteral("object"))
+                       ? model.registry().object(options[QStringLiteral("object")].toInt())
+                       : object;
+    place.item = options.value(QStringLiteral("item")).toList();
+    if (options.contains(QStringLiteral("x")))
+        place.place =
+            QPoint(options[QStringLiteral("x")].toInt(), options[QStringLiteral("y")].toInt());
+    return place;
+}
+
+// Arguments: id, gesture, options: those of the place, "button" and "modifiers" as numbers of the
+// toolkit, "right" and "down" for the wheel, and "to", with those of the place where a drag ends.
+QVariant mouse(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
     if (!object)
         return {};
-    std::optional<QPoint> place;
-    if (arguments.size() == 3)
-        place = QPoint(arguments.at(1).toInt(), arguments.at(2).toInt());
-    return done(clickObject(object, place), error);
+    const QVariantMap options = call.arguments.value(2).toMap();
+    MouseUse use;
+    use.gesture = call.arguments.value(1).toString();
+    use.from = placeOf(model, object, options);
+    use.to = placeOf(model, object, options.value(QStringLiteral("to")).toMap());
+    use.button = static_cast<Qt::MouseButton>(
+        options.value(QStringLiteral("button"), int(Qt::LeftButton)).toInt());
+    use.modifiers = Qt::KeyboardModifiers(options.value(QStringLiteral("modifiers")).toInt());
+    use.wheel = QPointF(options.value(QStringLiteral("right")).toDouble(),
+                        options.value(QStringLiteral("down")).toDouble());
+    if (use.from.object && use.to.object)
+        return done(useMouse(use, call.input), error);
+    *error = QStringLiteral("the object no longer exists");
+    return {};
 }
 
-QVariant type(QtModel &model, const QVariantList &arguments, QString *error)
+// Arguments: id, and none or both of x and y.
+QVariant click(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, arguments, error);
-    return object ? done(typeText(object, arguments.value(1).toString()), error) : QVariant();
+    QObject *object = firstObject(model, call, error);
+    if (!object)
+        return {};
+    MouseUse use;
+    use.gesture = QStringLiteral("click");
+    use.from.object = object;
+    if (call.arguments.size() == 3)
+        use.from.place = QPoint(call.arguments.at(1).toInt(), call.arguments.at(2).toInt());
+    return done(useMouse(use, call.input), error);
 }
 
-// Arguments: id, action, and the selector.
-QVariant useItemOf(QtModel &model, const QVariantList &arguments, QString *error)
+QVariant type(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, arguments, error);
-    return object ? done(useItem(object, arguments.value(1).toString(), arguments.mid(2)), error)
+    QObject *object = firstObject(model, call, error);
+    return object ? done(typeText(object, call.arguments.value(1).toString(), call.input), error)
+                  : QVariant();
+}
+
+// Arguments: id, action, selector, and what an edit is to write.
+QVariant useItemOf(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    return object ? done(useItem(object, call.arguments.value(1).toString(),
+                                 call.arguments.value(2).toList(), call.arguments.value(3),
+                                 call.input),
+                         error)
                   : QVariant();
 }
 
 // Arguments: id and the selector.
-QVariant hasItemOf(QtModel &model, const QVariantList &arguments, QString *error)
+QVariant hasItemOf(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, arguments, error);
-    return object ? QVariant(hasItem(object, arguments.mid(1))) : QVariant();
+    QObject *object = firstObject(model, call, error);
+    return object ? QVariant(hasItem(object, call.arguments.value(1).toList())) : QVariant();
 }
 
-QVariant textOfItem(QtModel &model, const QVariantList &arguments, QString *error)
+QVariant propertiesOfItem(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, arguments, error);
-    return object ? QVariant(itemText(object, arguments.mid(1), error)) : QVariant();
+    QObject *object = firstObject(model, call, error);
+    return object ? QVariant(itemProperties(object, call.arguments.value(1).toList(), error))
+                  : QVariant();
+}
+
+QVariant refsOf(QtModel &model, const std::vector<QObject *> &objects)
+{
+    QVariantList refs;
+    for (QObject *object : objects)
+        refs += QVariant(QVariantList{model.registry().idOf(object), realNameOf(object)});
+    return refs;
+}
+
+// Argument: a name. The answer is a list of pairs of an id and a name.
+QVariant findAll(QtModel &model, const Call &call, QString *error)
+{
+    return refsOf(model, NameResolver(model).findAll(call.arguments.value(0).toString(), error));
+}
+
+// Argument: id. The answer is as that of findAll.
+QVariant children(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    return object ? refsOf(model, model.childrenOf(object)) : QVariant();
+}
+
+// Argument: id. The answer is a map of values, of texts where a value can't travel.
+QVariant objectProperties(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    if (!object)
+        return {};
+    const SharedPtr<Object> wrapped = model.wrap(object);
+    const Class *known = wrapped->objectClass();
+    QVariantMap properties;
+    for (const QString &name : known->propertyNames()) {
+        const SharedPtr<Object> value = known->property(name)->get(wrapped);
+        if (!value)
+            continue;
+        const bool isPlain = value->value().userType() == QMetaType::Bool ||
+                             value->value().toString() == value->valueText();
+        properties[name] = isPlain ? value->value() : QVariant(value->valueText());
+    }
+    return properties;
 }
 
 const struct
@@ -144,20 +241,24 @@ const struct
     {"countUsage", countUsage},
     {"dumpUsage", dumpUsage},
     {"clickObject", click},
+    {"useMouse", mouse},
+    {"findAll", findAll},
+    {"children", children},
+    {"objectProperties", objectProperties},
     {"typeText", type},
     {"useItem", useItemOf},
     {"hasItem", hasItemOf},
-    {"itemText", textOfItem},
+    {"itemProperties", propertiesOfItem},
 };
 
 } // namespace
 
 QVariant callApplicationFunction(QtModel &model, const QString &name, const QVariantList &arguments,
-                                 QString *error)
+                                 InputSequence &input, QString *error)
 {
     for (const auto &known : functions) {
         if (name == QLatin1String(known.name))
-            return known.function(model, arguments, error);
+            return known.function(model, {arguments, input}, error);
     }
     *error = QStringLiteral("there is no function '%1'").arg(name);
     return {};

@@ -126,6 +126,31 @@ QObject *NameResolver::find(const ObjectName &name, QString *error)
     return nullptr;
 }
 
+std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error)
+{
+    const QString name = text.trimmed();
+    if (ObjectName::isSymbolicName(name)) {
+        const ObjectMap *map = ObjectMap::self();
+        if (!map || !map->contains(name)) {
+            report(error, QStringLiteral("The object map has no name '%1'.").arg(name));
+            return {};
+        }
+        return findAll(map->realName(name).qualifiedName(), error);
+    }
+    ObjectName objectName(name);
+    if (!objectName.isValid()) {
+        report(error,
+               QStringLiteral("%1 is not a valid object name: %2.").arg(name, objectName.error()));
+        return {};
+    }
+    if (!objectName.isMultiProperty())
+        objectName =
+            ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}});
+    NameConditions conditions;
+    return makeConditions(objectName, &conditions, error) ? fittingObjects(conditions)
+                                                          : std::vector<QObject *>();
+}
+
 std::vector<QObject *> NameResolver::fittingObjects(const NameConditions &conditions)
 {
     std::vector<QObject *> found;

@@ -25,6 +25,10 @@ public:
     /// be null, then says what there is instead. To find that out takes long.
     QObject *find(const QString &name, QString *error);
 
+    /// All objects that fit the name, which may be symbolic. Empty with an error text when the name
+    /// can't be used.
+    std::vector<QObject *> findAll(const QString &name, QString *error);
+
     /// The names in the object map of the objects that are there.
     QHash<const QObject *, QString> symbolicNames();
 

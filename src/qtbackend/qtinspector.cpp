@@ -2,13 +2,13 @@
 
 #include "objectmodel/namespace.h"
 #include "qtbackend/applicationfunctions.h"
+#include "qtbackend/inputsequence.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/modelmethods.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/nameresolver.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/turneventloop.h"
-#include "qtbackend/userinput.h"
 
 #include <QElapsedTimer>
 #include <QMap>
@@ -75,9 +75,10 @@ SharedPtr<Object> QtInspector::wrapValue(const QVariant &value)
     return d->model.wrapValue(value);
 }
 
-bool QtInspector::activateWindowOf(int id)
+QVariant QtInspector::beginFunction(const QString &name, const QVariantList &arguments,
+                                    InputSequence &input, QString *error)
 {
-    return activateForInput(d->model.registry().object(id));
+    return callApplicationFunction(d->model, name, arguments, input, error);
 }
 
 SharedPtr<Object> QtInspector::makeInt(int value)
@@ -153,10 +154,16 @@ QVariant QtInspector::callFunction(const QString &name, const QVariantList &argu
                                    QString *error)
 {
     QString reason;
-    const QVariant result = callApplicationFunction(d->model, name, arguments, &reason);
+    InputSequence input;
+    const QVariant result = beginFunction(name, arguments, input, &reason);
+    if (reason.isEmpty() && !input.isEmpty()) {
+        while (!input.isDone())
+            turnEventLoop(0);
+        reason = input.error();
+    }
     if (error)
         *error = reason;
-    return result;
+    return reason.isEmpty() ? result : QVariant();
 }
 
 } // namespace Morvex

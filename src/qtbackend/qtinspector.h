@@ -7,6 +7,8 @@
 
 namespace Morvex {
 
+class InputSequence;
+
 /// The backend for the widgets of this process. Needs a QApplication that lives longer than it,
 /// and its thread. Objects that it hands out must not be used after its end.
 class MORVEX_QTBACKEND_EXPORT QtInspector : public Inspector
@@ -40,9 +42,10 @@ public:
     bool isLive(const Object &object) const;
     /// Null for an invalid value.
     SharedPtr<Object> wrapValue(const QVariant &value);
-    /// Whether input to the object has to wait because its window is not the active one. Asks for
-    /// that. False for what can't be used at all.
-    bool activateWindowOf(int id);
+    /// As callFunction, but comes back at once: what the event loop has to turn for is added to
+    /// @p input.
+    QVariant beginFunction(const QString &name, const QVariantList &arguments, InputSequence &input,
+                           QString *error);
 
 private:
     struct Private;

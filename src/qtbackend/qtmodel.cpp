@@ -263,6 +263,12 @@ ModelClass *QtModel::namedClass(const QString &name)
     return known.get();
 }
 
+std::vector<QObject *> QtModel::childrenOf(const QObject *object) const
+{
+    const QObjectList children = inCreationOrder(object->children());
+    return {children.begin(), children.end()};
+}
+
 std::vector<QObject *> QtModel::allObjects() const
 {
     std::vector<QObject *> objects;

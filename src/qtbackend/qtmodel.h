@@ -51,6 +51,8 @@ public:
     /// the order in which it was made. Windows that belong to no other one come in that of
     /// WindowOrder.
     std::vector<QObject *> allObjects() const;
+    /// Those of them that are directly in the object, in the same order.
+    std::vector<QObject *> childrenOf(const QObject *object) const;
 
 private:
     using DynamicKey = std::pair<const Class *, QList<QByteArray>>;

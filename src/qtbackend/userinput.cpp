@@ -1,23 +1,16 @@
 #include "qtbackend/userinput.h"
 
-#include "qtbackend/identification.h"
-#include "qtbackend/turneventloop.h"
+#include "qtbackend/inputsequence.h"
+#include "qtbackend/item.h"
+#include "qtbackend/menuitem.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
 
-#include <QAbstractScrollArea>
 #include <QAction>
-#include <QCheckBox>
-#include <QCoreApplication>
-#include <QDateTime>
-#include <QGroupBox>
+#include <QApplication>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPointer>
-#include <QRadioButton>
-#include <QStyle>
-#include <QStyleOption>
 #include <QWidget>
 #include <QWindow>
 
@@ -31,134 +24,124 @@ QT_END_NAMESPACE
 namespace Morvex {
 namespace {
 
-QPoint indicatorOf(const QWidget *button, QStyle::SubElement indicator)
-{
-    QStyleOptionButton option;
-    option.initFrom(button);
-    return button->style()->subElementRect(indicator, &option, button).center();
-}
+const int maxActivationMs = 500;
+// A menu takes a click for one that is to close it until the mouse has moved some times.
+const int movesBeforeClick = 8;
+const int dragSteps = 10;
 
-QPoint checkBoxOf(const QGroupBox *box)
-{
-    QStyleOptionGroupBox option;
-    option.initFrom(box);
-    option.text = box->title();
-    option.textAlignment = box->alignment();
-    option.subControls |= QStyle::SC_GroupBoxCheckBox | QStyle::SC_GroupBoxLabel;
-    return box->style()
-        ->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box)
-        .center();
-}
-
-// Some widgets react only in a part that may be far from the middle.
-QPoint reactingPlace(const QWidget *widget)
-{
-    if (qobject_cast<const QCheckBox *>(widget))
-        return indicatorOf(widget, QStyle::SE_CheckBoxIndicator);
-    if (qobject_cast<const QRadioButton *>(widget))
-        return indicatorOf(widget, QStyle::SE_RadioButtonIndicator);
-    const auto *box = qobject_cast<const QGroupBox *>(widget);
-    return box && box->isCheckable() ? checkBoxOf(box) : widget->rect().center();
-}
-
-bool isInSight(const QWidget *widget, QPoint place)
-{
-    while (widget->rect().contains(place) && !widget->isWindow()) {
-        place = widget->mapToParent(place);
-        widget = widget->parentWidget();
-    }
-    return widget->rect().contains(place);
-}
-
-// The widget that a click at this place gets; null when it is none within widget.
-QWidget *receiverOf(QWidget *widget, const QPoint &place, QString *error)
-{
-    QWidget *window = widget->window();
-    QWidget *child = window->childAt(widget->mapTo(window, place));
-    QWidget *topmost = child ? child : window;
-    const bool isOutside = !isInSight(widget, place);
-    if (!isOutside && (topmost == widget || widget->isAncestorOf(topmost) ||
-                       widget->testAttribute(Qt::WA_TransparentForMouseEvents)))
-        return topmost;
-    *error = QStringLiteral("%1,%2 in the widget is %3")
-                 .arg(place.x())
-                 .arg(place.y())
-                 .arg(isOutside ? QStringLiteral("out of sight")
-                                : QLatin1String("covered by ") + realNameOf(topmost));
-    return nullptr;
-}
-
-// Somewhere in the part that can be seen when the best place can't.
-QPoint placeToClick(QWidget *widget)
-{
-    const QPoint best = reactingPlace(widget);
-    const QPoint visible = widget->visibleRegion().boundingRect().center();
-    QString error;
-    return !receiverOf(widget, best, &error) && receiverOf(widget, visible, &error) ? visible
-                                                                                    : best;
-}
-
-void giveFocusByClick(QWidget *widget)
-{
-    while (!widget->isWindow() && !(widget->focusPolicy() & Qt::ClickFocus))
-        widget = widget->parentWidget();
-    if (widget->focusPolicy() & Qt::ClickFocus)
-        widget->setFocus(Qt::MouseFocusReason);
-}
-
-void sendMouse(QWidget *widget, QEvent::Type type, const QPoint &place, Qt::MouseButtons buttons)
-{
-    QMouseEvent event(type, place, widget->mapTo(widget->window(), place),
-                      widget->mapToGlobal(place), Qt::LeftButton, buttons, Qt::NoModifier);
-    event.setTimestamp(static_cast<ulong>(QDateTime::currentMSecsSinceEpoch()));
-    QCoreApplication::sendEvent(widget, &event);
-}
-
-void activateWindowOf(QWidget *widget)
-{
-    if (widget->isActiveWindow())
-        return;
-    widget->activateWindow();
-    turnEventLoop(0);
-}
-
-void pressAndRelease(const QPointer<QWidget> &target, const QPoint &place, QEvent::Type press)
-{
-    if (target)
-        sendMouse(target, press, place, Qt::LeftButton);
-    if (target)
-        sendMouse(target, QEvent::MouseButtonRelease, place, Qt::NoButton);
-}
-
-void clickWidget(const QPointer<QWidget> &target, const QPoint &place, ClickKind kind)
-{
-    activateWindowOf(target);
-    if (target)
-        giveFocusByClick(target);
-    pressAndRelease(target, place, QEvent::MouseButtonPress);
-    if (kind == ClickKind::Double)
-        pressAndRelease(target, place, QEvent::MouseButtonDblClick);
-    turnEventLoop(0);
-}
-
-QString triggerAction(QAction *action)
+QString triggerAction(QAction *action, InputSequence &input)
 {
     const QString error = whyBlocked(action);
     if (!error.isEmpty())
         return error;
-    QEvent choice(choiceEventType());
-    QCoreApplication::sendEvent(action, &choice);
-    action->trigger();
-    turnEventLoop(0);
+    const QPointer<QAction> alive = action;
+    input.add([alive] {
+        if (!alive)
+            return QStringLiteral("the action no longer exists");
+        QEvent choice(choiceEventType());
+        QCoreApplication::sendEvent(alive, &choice);
+        if (alive)
+            alive->trigger();
+        return QString();
+    });
     return {};
 }
 
-// Shortcuts are for the active window only.
-void takeFocus(const QPointer<QWidget> &widget)
+// The action itself where no mouse comes to it: in a menu that is not open, without a menu bar.
+QAction *actionWithoutPlace(const MouseTarget::Place &place)
 {
-    activateWindowOf(widget);
-    if (widget)
-        widget->setFocus(Qt::OtherFocusReason);
+    if (place.item.isEmpty()) {
+        auto *action = qobject_cast<QAction *>(place.object);
+        return action && !openMenuOf(action) ? action : nullptr;
+    }
+    QString error;
+    const auto entry =
+        std::dynamic_pointer_cast<MenuItem>(existingItem(place.object, place.item, &error));
+    return entry && !entry->canBeSeen() ? entry->action() : nullptr;
+}
+
+void moveTo(const MouseSpot &spot, Qt::MouseButtons pressed, Qt::KeyboardModifiers modifiers)
+{
+    for (int i = movesBeforeClick; i >= 0; --i) {
+        MouseSpot near = spot;
+        near.place.rx() += i % 2;
+        moveMouse(near, pressed, modifiers);
+    }
+}
+
+void click(const MouseSpot &spot, const MouseUse &use)
+{
+    const int count = use.gesture == QLatin1String("doubleClick") ? 2 : 1;
+    endClicks();
+    moveTo(spot, Qt::NoButton, use.modifiers);
+    for (int i = 0; i < count; ++i) {
+        pressMouse(spot, use.button, use.modifiers);
+        releaseMouse(spot, use.button, use.modifiers);
+    }
+}
+
+QString useAt(const std::shared_ptr<MouseTarget> &target, const MouseUse &use)
+{
+    QString error;
+    const MouseSpot spot = target->spot(&error);
+    if (!error.isEmpty())
+        return error;
+    if (use.gesture == QLatin1String("wheel"))
+        turnWheel(spot, use.wheel, use.modifiers);
+    else if (use.gesture == QLatin1String("hover"))
+        moveTo(spot, Qt::NoButton, use.modifiers);
+    else
+        click(spot, use);
+    return {};
+}
+
+struct Drag
+{
+    std::shared_ptr<MouseTarget> from;
+    std::shared_ptr<MouseTarget> to;
+    MouseSpot start;
+    // In the window in which it started, which gets all events until the button is released.
+    QPoint way;
+};
+
+QString beginDrag(Drag *drag, const MouseUse &use)
+{
+    QString error;
+    const MouseSpot end = drag->to->spot(&error);
+    if (!error.isEmpty())
+        return error;
+    drag->start = drag->from->spot(&error);
+    if (!error.isEmpty())
+        return error;
+    drag->way = end.in(drag->start.window).place - drag->start.place;
+    endClicks();
+    moveMouse(drag->start, Qt::NoButton, use.modifiers);
+    pressMouse(drag->start, use.button, use.modifiers);
+    return {};
+}
+
+// One step for each move: what is dragged may run a loop of its own from the first one on.
+void addDrag(const std::shared_ptr<MouseTarget> &from, const std::shared_ptr<MouseTarget> &to,
+             const MouseUse &use, InputSequence &input)
+{
+    const auto drag = std::make_shared<Drag>();
+    drag->from = from;
+    drag->to = to;
+    input.add([drag, use] { return beginDrag(drag.get(), use); });
+    for (int i = 1; i <= dragSteps + 1; ++i) {
+        input.add([drag, use, i] {
+            MouseSpot spot = drag->start;
+            spot.place += drag->way * qMin(i, dragSteps) / dragSteps;
+            moveMouse(spot, use.button, use.modifiers);
+            return QString();
+        });
+    }
+    input.add([drag, use] {
+        MouseSpot spot = drag->start;
+        spot.place += drag->way;
+        releaseMouse(spot, use.button, use.modifiers);
+        return QString();
+    });
 }
 
 // Windows and popups take them without the focus, for their shortcuts.
@@ -183,48 +166,79 @@ void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
     QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
 }
 
-void pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
+// The dialog that the keys before have opened; null when there is none. It may be that from which
+// they were typed.
+QWidget *newDialog(const QWidget *widget, const QPointer<QWidget> &dialogBefore)
 {
+    QWidget *dialog = QApplication::activeModalWidget();
+    return dialog && dialog != dialogBefore && (!widget || widget->window() != dialog) ? dialog
+                                                                                       : nullptr;
+}
+
+QString pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
+{
+    if (!widget)
+        return QStringLiteral("the widget no longer exists");
+    QString error = whyBlockedWhileTyping(widget);
+    if (!error.isEmpty())
+        return error;
+    // The widget may go with the key that is pressed, but not its window.
+    const QPointer<QWidget> window = widget->window();
     sendKey(widget, QEvent::KeyPress, key);
     if (widget)
         sendKey(widget, QEvent::KeyRelease, key);
+    return {};
+}
+
+void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
+             InputSequence &input)
+{
+    const QPointer<QWidget> dialogBefore = QApplication::activeModalWidget();
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        input.waitUntil(
+            [widget, dialogBefore] {
+                const QWidget *dialog = newDialog(widget, dialogBefore);
+                return !dialog || dialog->isActiveWindow();
+            },
+            maxActivationMs);
+        input.add([widget, dialogBefore, key = keys[i], i, count = keys.size()] {
+            QWidget *dialog = newDialog(widget, dialogBefore);
+            const QString error = pressKey(dialog ? dialog : widget.data(), key);
+            return error.isEmpty() ? QString()
+                                   : QStringLiteral("%1, after %2 of %3 keys")
+                                         .arg(error, QString::number(i), QString::number(count));
+        });
+    }
 }
 
 } // namespace
 
-QString clickObject(QObject *object, const std::optional<QPoint> &place, ClickKind kind)
+QString useMouse(const MouseUse &use, InputSequence &input)
 {
-    if (auto *action = qobject_cast<QAction *>(object))
-        return triggerAction(action);
-    QString error = whyBlocked(object);
-    if (!error.isEmpty())
+    QString error;
+    const bool isClick = use.gesture == QLatin1String("click");
+    if (QAction *action = actionWithoutPlace(use.from))
+        return isClick && use.button == Qt::LeftButton
+                   ? triggerAction(action, input)
+                   : QStringLiteral("the action is nowhere to be seen, and can only be clicked");
+    const auto target = MouseTarget::make(use.from, &error);
+    if (!target)
         return error;
-    auto *widget = static_cast<QWidget *>(object);
-    // What a scroll area shows is a widget of its own.
-    if (auto *area = qobject_cast<QAbstractScrollArea *>(widget))
-        widget = area->viewport();
-    const QPoint where = place ? *place : placeToClick(widget);
-    if (!widget->rect().contains(where))
-        return QStringLiteral("%1,%2 is outside the widget").arg(where.x()).arg(where.y());
-    QWidget *target = receiverOf(widget, where, &error);
-    const QString reason = target ? whyBlocked(target) : QString();
-    if (!reason.isEmpty())
-        return QStringLiteral("%1: %2").arg(realNameOf(target), reason);
-    if (target)
-        clickWidget(target, target->mapFromGlobal(widget->mapToGlobal(where)), kind);
-    return error;
+    if (use.gesture != QLatin1String("drag")) {
+        target->reveal(input);
+        input.add([target, use] { return useAt(target, use); });
+        return {};
+    }
+    const auto to = MouseTarget::make(use.to, &error);
+    if (!to)
+        return error;
+    target->reveal(input);
+    to->reveal(input);
+    addDrag(target, to, use, input);
+    return {};
 }
 
-bool activateForInput(QObject *object)
-{
-    auto *widget = qobject_cast<QWidget *>(object);
-    if (!widget || !whyBlocked(widget).isEmpty() || widget->isActiveWindow())
-        return false;
-    widget->activateWindow();
-    return true;
-}
-
-QString typeText(QObject *object, const QString &text)
+QString typeText(QObject *object, const QString &text, InputSequence &input)
 {
     std::vector<TypedKey> keys;
     QString error = whyBlocked(object);
@@ -235,17 +249,23 @@ QString typeText(QObject *object, const QString &text)
     const QPointer<QWidget> widget = static_cast<QWidget *>(object);
     if (!takesKeys(widget))
         return QStringLiteral("the widget does not accept keyboard input");
-    takeFocus(widget);
-    for (std::size_t typed = 0; typed < keys.size(); ++typed) {
-        error =
-            widget ? whyBlockedWhileTyping(widget) : QStringLiteral("the widget no longer exists");
-        if (!error.isEmpty())
-            return QStringLiteral("%1, after %2 of %3 keys")
-                .arg(error, QString::number(typed), QString::number(keys.size()));
-        pressKey(widget, keys[typed]);
-    }
-    turnEventLoop(0);
+    waitForActiveWindow(widget, input);
+    input.add([widget] {
+        if (widget)
+            widget->setFocus(Qt::OtherFocusReason);
+        return QString();
+    });
+    addKeys(widget, keys, input);
     return {};
+}
+
+QString typeKeys(QWidget *widget, const QString &text, InputSequence &input)
+{
+    std::vector<TypedKey> keys;
+    const QString error = readTypedKeys(text, &keys);
+    if (error.isEmpty())
+        addKeys(widget, keys, input);
+    return error;
 }
 
 } // namespace Morvex

@@ -1,31 +1,39 @@
 #pragma once
 
-#include <QPoint>
+#include "qtbackend/mousetarget.h"
+
+#include <QPointF>
 #include <QString>
-
-#include <optional>
-
-class QObject;
 
 namespace Morvex {
 
-/// What a user does to an object. Each returns an error text, empty on success: an object that is
-/// hidden, disabled, covered, or blocked by a modal dialog or an open popup can't be used.
+class InputSequence;
 
-enum class ClickKind { Single, Double };
+/// What a user does to objects. Each adds steps to a sequence and returns an error text, empty on
+/// success: an object that is hidden, disabled, covered, or blocked by a modal dialog or an open
+/// popup can't be used. Without steps all was done at once.
 
-/// Presses and releases the left mouse button at @p place in the widget, in a scroll area in what
-/// it shows; without a place where the widget reacts, mostly in its middle. Reaches the widget
-/// inside that is there. Triggers an action.
-[[nodiscard]] QString clickObject(QObject *object, const std::optional<QPoint> &place,
-                                  ClickKind kind = ClickKind::Single);
+struct MouseUse
+{
+    /// "click", "doubleClick", "hover", "drag" or "wheel".
+    QString gesture;
+    MouseTarget::Place from;
+    /// The end of a drag.
+    MouseTarget::Place to;
+    Qt::MouseButton button = Qt::LeftButton;
+    Qt::KeyboardModifiers modifiers;
+    /// Steps of the wheel to the right and toward the user.
+    QPointF wheel;
+};
 
-/// Whether input to the object has to wait until its window is active, for which it asks then.
-/// False for an object that can't be used, and for null.
-bool activateForInput(QObject *object);
+/// Reaches the widget inside that is there. A click triggers an action that no open menu shows.
+[[nodiscard]] QString useMouse(const MouseUse &use, InputSequence &input);
 
 /// Types a text with the keyboard, beginning in the widget: keys go where the focus is. "<Return>",
 /// "<Ctrl+A>" and the like are keys; "<<" is "<".
-[[nodiscard]] QString typeText(QObject *object, const QString &text);
+[[nodiscard]] QString typeText(QObject *object, const QString &text, InputSequence &input);
+
+/// The same without a look at whether the widget takes keys, and without giving it the focus.
+[[nodiscard]] QString typeKeys(QWidget *widget, const QString &text, InputSequence &input);
 
 } // namespace Morvex

@@ -142,6 +142,14 @@ QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &
     return reply.values.value(0);
 }
 
+SharedPtr<Object> RemoteInspector::objectWithId(int id)
+{
+    ObjectRef ref;
+    ref.kind = ObjectRef::Live;
+    ref.id = id;
+    return d->model->objectOf(QVariant::fromValue(ref));
+}
+
 QString RemoteInspector::failure() const
 {
     const RemoteSession &session = d->model->session();

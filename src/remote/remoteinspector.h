@@ -36,6 +36,9 @@ public:
                           QString *error) override;
     QString failure() const override;
 
+    /// The live object that the application knows by this number, also if it no longer exists.
+    SharedPtr<Object> objectWithId(int id);
+
 private:
     struct Private;
     std::unique_ptr<Private> d;

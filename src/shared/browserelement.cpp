@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 
 #include <algorithm>
 #include <tinyxml.h>
@@ -13,6 +14,23 @@
 namespace Morvex {
 
 using UIAbstraction::saturated;
+
+namespace {
+
+uint hashOf(const QString &id)
+{
+    // Differs from process to process, so that no file can make all ids collide.
+    static const auto seed = uint(qGlobalQHashSeed());
+    return id.isEmpty() ? 0 : qHash(id, seed);
+}
+
+} // namespace
+
+BrowserElement::Id::Id(const QString &id)
+    : m_id(id)
+    , m_hash(hashOf(id))
+{
+}
 
 BrowserElement::BrowserElement(BrowserElement *parent, const QString &name)
     : m_name(name)

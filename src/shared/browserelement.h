@@ -22,23 +22,26 @@ namespace Morvex {
 class MORVEX_EXPORT BrowserElement
 {
 public:
-    class Id
+    class MORVEX_EXPORT Id
     {
     public:
         Id() = default;
-        explicit Id(const QString &id)
-            : m_id(id)
-        {
-        }
+        explicit Id(const QString &id);
 
         const QString &toString() const { return m_id; }
         bool isEmpty() const { return m_id.isEmpty(); }
         bool operator<(const Id &other) const { return m_id < other.m_id; }
-        bool operator==(const Id &other) const { return m_id == other.m_id; }
+        // Without a look at the texts where that is possible.
+        bool operator==(const Id &other) const
+        {
+            return m_hash == other.m_hash && (m_id.isSharedWith(other.m_id) || m_id == other.m_id);
+        }
         bool operator!=(const Id &other) const { return !(*this == other); }
+        friend uint qHash(const Id &id) { return id.m_hash; }
 
     private:
         QString m_id;
+        uint m_hash = 0;
     };
 
     /// Becomes the last child of @p parent, unless that is null.

@@ -125,7 +125,9 @@ void Comparison::compareChildren(const ExpectedElement &expected, const BrowserE
     }
 }
 
-// Returns the sum of scores. Clean pairs are put into the list when another one needs it.
+// Returns the sum of scores. Clean pairs are put into the list when another one needs it. The pairs
+// are compared from the first to the last, which is their order in memory, and listed the other way
+// round.
 qint64 Comparison::compareByPosition(const ExpectedElement &expected, const BrowserElement &actual,
                                      CmpResult *result)
 {
@@ -133,21 +135,22 @@ qint64 Comparison::compareByPosition(const ExpectedElement &expected, const Brow
     const int count = std::min(expected.element->children().count(), children.count());
     result->areChildrenClean = expected.element->children().count() == children.count();
     std::vector<SelectedPair> &pairs = result->selected;
-    const auto addClean = [&](int from, int to) {
-        for (int i = from; i > to; --i)
+    const auto addClean = [&](int end) {
+        for (int i = 0; i < end; ++i)
             pairs.push_back({expected.firstChild + i, children[i], cleanResult()});
     };
     qint64 sum = 0;
-    for (int i = count - 1; i >= 0; --i) {
+    for (int i = 0; i < count; ++i) {
         CmpResult pair = _compareResult(expected.firstChild + i, children[i]);
         sum += pair.score;
         if (pair.isClean() && result->areChildrenClean)
             continue;
         if (pairs.empty())
-            addClean(count - 1, i);
+            addClean(i);
         result->areChildrenClean = false;
         pairs.push_back({expected.firstChild + i, children[i], std::move(pair)});
     }
+    std::reverse(pairs.begin(), pairs.end());
     return sum;
 }
 

@@ -1,7 +1,9 @@
 #include "qtbackend/inspectortest.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QTabWidget>
@@ -29,6 +31,7 @@ protected:
         auto *bar = add<QMenuBar>("bar", 350);
         QMenu *file = bar->addMenu("&File");
         QObject::connect(file, &QMenu::aboutToShow, file, [this, file] {
+            file->clear();
             exportAction = file->addMenu("E&xport")->addAction("CSV\tCtrl+E");
             exportAction->setCheckable(true);
         });
@@ -56,7 +59,7 @@ protected:
 
     QString use(const char *object, const char *action, const QVariantList &selector)
     {
-        return ask("useItem", object, QVariantList{action} + selector);
+        return ask("useItem", object, {action, selector});
     }
 
     QAction *exportAction = nullptr;
@@ -86,20 +89,41 @@ TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
     EXPECT_EQ(use("list", "doubleClick", {"80"}), "true");
     EXPECT_TRUE(activated.startsWith("3twice 80")) << activated.toStdString();
 
+    list->item(5)->setFlags(list->item(5)->flags() | Qt::ItemIsEditable | Qt::ItemIsUserCheckable);
+    list->item(5)->setCheckState(Qt::Unchecked);
+    EXPECT_EQ(use("list", "check", {"5"}), "true");
+    EXPECT_EQ(list->item(5)->checkState(), Qt::Checked);
+    EXPECT_EQ(ask("useItem", "list", {"edit", QVariantList{"5"}, "five<"}), "true");
+    EXPECT_EQ(list->item(5)->text(), "five<");
+
     EXPECT_EQ(use("box", "click", {"two"}), "true");
     EXPECT_EQ(get<QComboBox>("box")->currentText(), "two");
     EXPECT_EQ(use("tabs", "click", {"R&D"}), "true");
     EXPECT_EQ(get<QTabWidget>("tabs")->currentIndex(), 1);
     EXPECT_EQ(use("bar", "click", {"File/Export/CSV"}), "true");
     EXPECT_TRUE(exportAction && exportAction->isChecked());
+    EXPECT_FALSE(QApplication::activePopupWidget());
+
+    auto *header = tree->header();
+    header->setObjectName("header");
+    header->setSectionsClickable(true);
+    int section = -1;
+    tree->setHeaderLabels({"Material/Part"});
+    QObject::connect(header, &QHeaderView::sectionClicked, header, [&](int at) { section = at; });
+    EXPECT_EQ(use("header", "click", {"Material/Part"}), "true");
+    EXPECT_EQ(section, 0);
 }
 
 TEST_F(ItemsTest, WhatCanNotBeUsedIsSaid)
 {
-    EXPECT_EQ(ask("itemText", "tree", {"Metal/Bolts"}), "Bolts");
-    EXPECT_EQ(ask("hasItem", "tree", {"Metal/Screws"}), "false");
-    EXPECT_EQ(ask("hasItem", "tree", {"/"}), "false");
-    EXPECT_EQ(use("list", "click", {-1, 7}), "there is no item in row -1, column 7");
+    EXPECT_EQ(ask("itemProperties", "tree", {QVariant(QVariantList{"Metal/Bolts"})}), "");
+    EXPECT_EQ(ask("hasItem", "tree", {QVariant(QVariantList{"Metal/Screws"})}), "false");
+    EXPECT_EQ(ask("hasItem", "tree", {QVariant(QVariantList{"/"})}), "false");
+    EXPECT_EQ(use("list", "click", {-1, 7}).section(';', 0, 0),
+              "there is no item in row -1, column 7");
+    EXPECT_TRUE(use("tree", "click", {"Metal/Screws"}).endsWith("there are: Bolts, Nuts/Washers"));
+    get<QListWidget>("list")->addItem("7");
+    EXPECT_TRUE(use("list", "click", {"7"}).contains("row 7, column 0 and row 100, column 0"));
     EXPECT_EQ(use("tabs", "expand", {"First"}), "an item of this widget has no 'expand'");
     EXPECT_EQ(use("box", "click", {""}), "there is no item ''");
     EXPECT_EQ(use("window", "click", {"x"}), "QWidget has no items");

@@ -5,17 +5,20 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCompleter>
+#include <QContextMenuEvent>
 #include <QDialog>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 using MorvexTest::InspectorTest;
 
@@ -157,10 +160,70 @@ TEST_F(UserInputTest, WhatCannotBeSeenCannotBeClicked)
     for (const QPushButton *button : {covered, below, tall})
         QObject::connect(button, &QPushButton::clicked, area, [&clicks] { ++clicks; });
     EXPECT_EQ(click("covered"), "49,14 in the widget is covered by {name='cover' type='QWidget'}");
-    EXPECT_EQ(click("below"), "24,14 in the widget is out of sight");
     EXPECT_EQ(clicks, 0);
+    // What can be scrolled into sight is.
+    EXPECT_EQ(click("below"), QString());
     EXPECT_EQ(click("tall"), QString());
-    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST_F(UserInputTest, GesturesOfTheMouseReachAWidgetAsAUsersDo)
+{
+    class Recorder : public QLineEdit
+    {
+    public:
+        using QLineEdit::QLineEdit;
+        QStringList seen;
+
+    protected:
+        void mousePressEvent(QMouseEvent *event) override
+        {
+            seen += QString("press %1 %2").arg(event->button()).arg(event->modifiers() >> 24);
+        }
+        void mouseDoubleClickEvent(QMouseEvent *) override { seen += "double"; }
+        void contextMenuEvent(QContextMenuEvent *) override { seen += "menu"; }
+        void wheelEvent(QWheelEvent *event) override
+        {
+            seen += QString("wheel %1").arg(event->angleDelta().y());
+        }
+        void enterEvent(QEvent *) override { seen += "enter"; }
+    };
+    auto *edit = add<Recorder>("edit", {0, 0, 100, 30});
+    auto *list = add<QListWidget>("list", {0, 100, 200, 200});
+    list->addItems({"a", "b", "c", "d"});
+    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    window.show();
+    const auto use = [&](const char *gesture, const QVariantMap &options) {
+        edit->seen.clear();
+        const QString error = call("useMouse", "edit", {gesture, options});
+        return error.isEmpty() ? edit->seen.join(',') : error;
+    };
+    EXPECT_EQ(call("useMouse", "list", {"hover", QVariantMap()}), QString());
+    EXPECT_EQ(use("hover", {}), "enter");
+    EXPECT_EQ(use("click", {{"modifiers", int(Qt::ControlModifier)}}), "press 1 4");
+    // Two single clicks, however fast the script is.
+    EXPECT_EQ(use("click", {}), "press 1 0");
+    EXPECT_EQ(use("doubleClick", {}), "press 1 0,double");
+    EXPECT_EQ(use("click", {{"button", int(Qt::RightButton)}}), "press 2 0,menu");
+    EXPECT_EQ(use("wheel", {{"down", 2}}), "wheel -240");
+    EXPECT_EQ(call("useMouse", "list",
+                   {"drag", QVariantMap{{"item", QVariantList{"a"}},
+                                        {"to", QVariantMap{{"item", QVariantList{"c"}}}}}}),
+              QString());
+    EXPECT_EQ(list->selectedItems().size(), 3);
+}
+
+TEST_F(UserInputTest, AClickOnAnActionOfAnOpenMenuClosesIt)
+{
+    QMenu menu(&window);
+    auto *action = menu.addAction("entry");
+    action->setObjectName("entry");
+    action->setCheckable(true);
+    window.show();
+    menu.popup({400, 400});
+    EXPECT_EQ(click("entry"), QString());
+    EXPECT_TRUE(action->isChecked());
+    EXPECT_FALSE(menu.isVisible());
 }
 
 TEST_F(UserInputTest, AModalDialogBlocksWhatLiesBehindIt)

@@ -69,6 +69,17 @@ TEST_F(ApplicationTest, ScriptsUseAnApplication)
          "check.equal(find('name'), find('count'));",
          {"LOG name|[\"count\"]", "LOG a name|", "PASS Verification|Got expected 'name'.",
           "FAIL Verification|Expected 'count', got 'name'."}},
+        {"application.start('inventory'); var all = findAll({type: 'QSpinBox'});\n"
+         "log.info(all.length > 0 && all.every(function (box) { return box.exists(); }));\n"
+         "log.info(find('name').properties.objectName, find('inventory').children.length > 3);\n"
+         "find('name').screenshot('name.png'); log.info(file.exists('name.png'));",
+         {"LOG true|", "LOG name|true", "LOG true|"}},
+        {"application.start('inventory'); find('countStock').click();\n"
+         "check.equal(() => find('state').get('text') !== 'Counting', true, 'a', {retry: 9000});\n"
+         "check.that(() => false, 'b', {retry: 1});\n"
+         "log.info(waitFor(() => 0, 1), waitFor(() => find('name').exists()));\n"
+         "find('name').waitFor('enabled', true, 0); find('nothing', 0).waitUntilGone();",
+         {"PASS a|Got expected 'true'.", "FAIL b|The condition does not hold.", "LOG 0|true"}},
         // Processes of the application may end.
         {awkward + "find('fork').click(); check.pass('after');", {"PASS after|"}},
         {awkward + "var w = find('awkward'); w.set('level', 3);\n"
@@ -114,6 +125,10 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
          "TypeError: set takes a property and its value"},
         {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
         {start + "find('name').click(1, 1, 1)", "TypeError: click takes nothing"},
+        {start + "find('name').click({button: 'wrong'})", "TypeError: option 'button' has to be"},
+        {start + "find('name').waitFor('maxLength', 3, 0)", "property 'maxLength' is 32767, not 3"},
+        {start + "find('name').waitUntilGone(0)", "Error: name is still there"},
+        {"check.equal(1, 1, 'm', {retry: 5})", "TypeError: option 'retry' needs a function"},
         {start + "application.stop(); find('name', 0).click()",
          "Error: the application has been stopped"},
         {"check.point('a', {Retry: 5})", "TypeError: unknown option 'Retry'"},

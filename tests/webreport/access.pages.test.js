@@ -3,7 +3,6 @@
 const assert = require('node:assert/strict');
 const fs = require('node:fs');
 const { after, test } = require('node:test');
-const { pathToFileURL } = require('node:url');
 const tools = require('./browser');
 const { Workshop, missing } = require('./runner');
 
@@ -15,18 +14,24 @@ tools.describePages('Accessibility', ({ onPage, shop }) => {
     const workshop = new Workshop();
     after(() => workshop.remove());
 
-    function coveragePage() {
+    function reportWithCoverage() {
         const script = 'application.start("inventory"); find("name").type("x");';
         workshop.suite('suite_ui', { tst_ui: script });
         workshop.run('suite_ui', 1, '--coverage');
-        return pathToFileURL(workshop.path('report/attachments/uicoverage.html')).href;
+        return tools.fileAddress(workshop.path('report'));
     }
 
-    for (const [name, address, skip = noAxe] of [
+    async function followCoverage(page) {
+        const link = page.locator('.totals').getByRole('link', { name: 'UI coverage' });
+        await page.goto(await link.evaluate(({ href }) => href));
+        await page.getByRole('heading', { name: 'UI coverage' }).waitFor();
+    }
+
+    for (const [name, address, skip = noAxe, follow = () => {}] of [
         ['The start page', () => tools.fileAddress(shop())],
         ['A failed test case', () => tools.fileAddress(shop(), '#run=3&at=tst_catalogue')],
         ['A failure', () => tools.fileAddress(shop(), '#run=3&at=tst_catalogue/Prices/!1')],
-        ['The coverage page', coveragePage, missing || noAxe],
+        ['The coverage page', reportWithCoverage, missing || noAxe, followCoverage],
     ])
         test(name + ' can be read by all, in each choice of colours', { skip }, async () => {
             const to = address();
@@ -34,6 +39,7 @@ tools.describePages('Accessibility', ({ onPage, shop }) => {
                 await onPage(
                     to,
                     async (page) => {
+                        await follow(page);
                         await page.evaluate(axe);
                         const { violations } = await page.evaluate(() => globalThis.axe.run());
                         const found = violations.map(({ id, nodes }) => [id, nodes[0].html]);

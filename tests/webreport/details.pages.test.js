@@ -156,26 +156,44 @@ tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, 
         };
         const run = new RunBuilder('suite').testCase('tst', (one) => one.fail('Form', failure));
         const directory = report(dataFile([run.finish()]));
-        const content = { kind: 'content', name: 'text', expected: '<b>', actual: 'a' };
-        const tree = (...children) => [{ name: 'Order', class: 'QGroupBox', children }];
-        const name = { name: 'Name', class: 'QLineEdit', differences: [content] };
-        const button = { name: 'New', class: 'QPushButton', differences: [{ kind: 'structure' }] };
-        const trees = { expected: tree(name), actual: tree(name, button) };
+        const content = { kind: 'content', name: 'text', expected: '<b>', actual: null };
+        const tip = { kind: 'content', name: 'tip', expected: 'a*', actual: 'b' };
+        const sizes = { expected: '3 x 2', actual: '4 x 2' };
+        const cutOuts = { kind: 'picture', name: '', expectedPicture: 1, actualPicture: 0 };
+        const added = { kind: 'structure', name: 'additional', expected: null, actual: 'New' };
+        const count = { kind: 'structure', name: 'children', expected: '1: A', actual: '2: A, B' };
+        const tree = (...children) => [{ name: 'Order', differences: [count], children }];
+        const name = {
+            name: 'Name',
+            differences: [content, { ...tip, pattern: 'wildcard' }, { ...cutOuts, ...sizes }],
+        };
+        const button = { name: 'New', class: 'QPushButton', differences: [added] };
+        const pictures = ['small', 'shot'].map((one) => picture(one).toString('base64'));
+        const trees = { expected: tree(name), actual: tree(name, button), pictures };
         fs.mkdirSync(path.join(directory, path.dirname(snapshot)), { recursive: true });
         fs.writeFileSync(
             path.join(directory, snapshot + '.js'),
             'morvexVisualTrees(' + JSON.stringify(trees) + ');',
         );
-        const address = tools.fileAddress(directory, '#at=tst/!0');
-        await onPage(address, async (page) => {
-            const differing = (label) =>
-                texts(page, `.visualtrees section:has(h3:text-is("${label}")) .differs > div`);
-            const changed = 'Name QLineEditcontent, text: expected ‘<b>’, actual ‘a’';
-            await eventually(() => differing('Expected'), [changed]);
-            await eventually(() => differing('Actual'), [changed, 'New QPushButtonstructure, no counterpart']);
+        await onServer(directory, '#at=tst/!0', async (page) => {
+            const section = (label) => `.visualtrees section:has(h3:text-is("${label}"))`;
+            const children = 'structure, children: expected ‘1: A’, actual ‘2: A, B’';
+            const changed = [
+                'content, text: expected ‘<b>’, actual none',
+                'content, tip: expected like ‘a*’, actual ‘b’',
+                'picture: expected ‘3 x 2’, actual ‘4 x 2’ExpectedActual',
+            ];
+            const differing = (label) => texts(page, section(label) + ' .difference');
+            await eventually(() => differing('Expected'), [children, ...changed]);
+            const additional = 'structure, additional: expected none, actual ‘New’';
+            await eventually(() => differing('Actual'), [children, ...changed, additional]);
+            const drawn = page.locator(section('Actual') + ' .cutouts canvas');
+            const widths = () => drawn.evaluateAll((all) => all.map(({ width }) => width));
+            await eventually(widths, [480, 240]);
+            assert.equal(await page.getByText('another top element').count(), 0);
         });
         fs.rmSync(path.join(directory, snapshot + '.js'));
-        await onPage(address, (page) =>
+        await onPage(tools.fileAddress(directory, '#at=tst/!0'), (page) =>
             page.getByText('The trees of this snapshot are not there.').waitFor(),
         );
     });

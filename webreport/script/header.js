@@ -3,7 +3,7 @@
     'use strict';
 
     const { element, button } = report.dom;
-    const { count, counted, dateTime, duration } = report.format;
+    const { count, counted, dateTime, duration, locationLink } = report.format;
 
     function runLabel(run) {
         return 'Run ' + (run.index + 1) + ' · ' + dateTime(run.raw.start) + ' · ' + run.name;
@@ -44,6 +44,21 @@
         return select;
     }
 
+    /// To the pages that `--coverage` attaches to a run.
+    function coverageLinks({ parts }) {
+        const isPage = ({ raw }) =>
+            /\/uicoverage(_\d+)?\.html$/.test(raw.uri) && locationLink(raw.uri);
+        return parts.flatMap(({ node }) =>
+            node.children.filter(isPage).map(({ raw }) =>
+                element(
+                    'a',
+                    { href: locationLink(raw.uri), target: '_blank', rel: 'noopener' },
+                    parts.length > 1 ? 'UI coverage of ' + node.name : 'UI coverage',
+                ),
+            ),
+        );
+    }
+
     function totals(run) {
         const took = run.root.duration === null ? '' : duration(run.root.duration);
         const more = run.attempts - run.testCases.length;
@@ -52,6 +67,7 @@
             took,
             counted(run.testCases.length, 'test case', 'test cases'),
             more > 0 ? counted(more, 'retry', 'retries') : '',
+            ...coverageLinks(run),
         ];
         return facts.filter(Boolean).flatMap((fact, index) => (index > 0 ? [' · ', fact] : [fact]));
     }

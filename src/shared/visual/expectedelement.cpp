@@ -112,7 +112,7 @@ private:
     // The place of the id, or the free one that it would get.
     size_t slotOf(const Id &id) const
     {
-        size_t slot = qHash(id.toString(), seed) % m_slots.size();
+        size_t slot = qHash(id) % m_slots.size();
         while (m_slots[slot] != none && *m_ids[size_t(m_slots[slot])] != id)
             slot = (slot + 1) % m_slots.size();
         return slot;
@@ -122,8 +122,6 @@ private:
 
     const std::vector<const Id *> &m_ids;
     std::vector<int> m_slots;
-    // Differs from process to process, so that no file can make all ids collide.
-    const uint seed = uint(qGlobalQHashSeed());
 };
 
 } // namespace

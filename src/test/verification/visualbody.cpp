@@ -5,6 +5,7 @@
 
 #include <QDomElement>
 #include <QHash>
+#include <QSet>
 #include <QTextStream>
 
 namespace Morvex {
@@ -18,10 +19,27 @@ bool isDisabled(const QDomElement &element)
     return element.attribute(QStringLiteral("disabled")) == QLatin1String("true");
 }
 
-BrowserElement::Id idOf(const QDomElement &element)
+// Ids that are equal share their text, so that a comparison sees at once that they are.
+class KnownIds
 {
-    return BrowserElement::Id(element.attribute(QStringLiteral("element-id")));
-}
+public:
+    BrowserElement::Id known(const BrowserElement::Id &id) { return *m_ids.insert(id); }
+
+    void addTree(const BrowserElement &root)
+    {
+        known(root.id());
+        for (const BrowserElement *child : root.children())
+            addTree(*child);
+    }
+
+    BrowserElement::Id idOf(const QDomElement &element)
+    {
+        return known(BrowserElement::Id(element.attribute(QStringLiteral("element-id"))));
+    }
+
+private:
+    QSet<BrowserElement::Id> m_ids;
+};
 
 template <typename Step>
 void forEachChild(const QDomElement &parent, const QString &tag, const Step &step)
@@ -112,29 +130,7 @@ bool readTree(const QDomElement &ui, BrowserElement *root)
     return BrowserElement::readXML(root, xml.toUtf8(), nullptr);
 }
 
-void readCheck(QDomElement check, VisualBody *body)
-{
-    const QString type = check.attribute(QStringLiteral("type"));
-    if (type == QLatin1String("content")) {
-        visualVpVerifyProperties(check, &body->content);
-    } else if (type == QLatin1String("geometry")) {
-        visualVpVerifyProperties(check, &body->geometry);
-    } else if (type == QLatin1String("identifying")) {
-        visualVpVerifyProperties(check, &body->identifying);
-    } else if (type == QLatin1String("screenshot")) {
-        forEachChild(check, propertyVerificationTag, [&](const QDomElement &child) {
-            if (!isDisabled(child))
-                body->screenshots.insert(idOf(child), screenshotCheck(child));
-        });
-    } else if (type == QLatin1String("subtree")) {
-        forEachChild(check, propertyVerificationTag,
-                     [&](const QDomElement &child) { body->subtreeExcluded += idOf(child); });
-    }
-}
-
-} // namespace
-
-void visualVpVerifyProperties(QDomElement &check, TitanPropertyChecksOfElements *map)
+void readProperties(const QDomElement &check, KnownIds *ids, TitanPropertyChecksOfElements *map)
 {
     SharedChecks known;
     forEachChild(check, propertyVerificationTag, [&](const QDomElement &element) {
@@ -144,20 +140,50 @@ void visualVpVerifyProperties(QDomElement &check, TitanPropertyChecksOfElements 
         forEachChild(element, QStringLiteral("VerifyProperty"), [&](const QDomElement &property) {
             checks.insert(property.attribute(QStringLiteral("name")), propertyCheck(property));
         });
-        map->insert(idOf(element), known.shared(checks));
+        map->insert(ids->idOf(element), known.shared(checks));
     });
+}
+
+void readCheck(const QDomElement &check, KnownIds *ids, VisualBody *body)
+{
+    const QString type = check.attribute(QStringLiteral("type"));
+    if (type == QLatin1String("content")) {
+        readProperties(check, ids, &body->content);
+    } else if (type == QLatin1String("geometry")) {
+        readProperties(check, ids, &body->geometry);
+    } else if (type == QLatin1String("identifying")) {
+        readProperties(check, ids, &body->identifying);
+    } else if (type == QLatin1String("screenshot")) {
+        forEachChild(check, propertyVerificationTag, [&](const QDomElement &child) {
+            if (!isDisabled(child))
+                body->screenshots.insert(ids->idOf(child), screenshotCheck(child));
+        });
+    } else if (type == QLatin1String("subtree")) {
+        forEachChild(check, propertyVerificationTag,
+                     [&](const QDomElement &child) { body->subtreeExcluded += ids->idOf(child); });
+    }
+}
+
+} // namespace
+
+void visualVpVerifyProperties(QDomElement &check, TitanPropertyChecksOfElements *map)
+{
+    KnownIds ids;
+    readProperties(check, &ids, map);
 }
 
 bool VisualBody::read(const QDomElement &verification)
 {
+    KnownIds ids;
     const QDomElement visual = verification.firstChildElement(QStringLiteral("visual"));
     for (QDomElement child = visual.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         if (child.tagName() == QLatin1String("ui")) {
             if (!readTree(child, &stored))
                 return false;
+            ids.addTree(stored);
         } else if (child.tagName() == QLatin1String("check")) {
-            readCheck(child, this);
+            readCheck(child, &ids, this);
         }
     }
     return true;

@@ -1,8 +1,8 @@
 #include "test/webreport/visualtrees.h"
 
 #include "shared/writefile.h"
-#include "test/verification/visualbody.h"
 #include "test/verification/vpdocument.h"
+#include "test/webreport/visualdifferences.h"
 
 #include <QDomDocument>
 #include <QFile>
@@ -11,79 +11,31 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSet>
 
 namespace Morvex {
 namespace {
 
-const QLatin1String identifyingKind("identifying");
-const QLatin1String contentKind("content");
-const QLatin1String geometryKind("geometry");
-const QLatin1String structureKind("structure");
-const QLatin1String pictureKind("picture");
-
 const qint64 maxPointSize = 256 * 1024 * 1024;
 
-using Results = QMap<BrowserElement::Id, TitanCompare>;
-using Properties = QMap<QString, QString>;
-
-QJsonObject difference(QLatin1String kind, const QString &name = {}, const QString &expected = {},
-                       const QString &actual = {})
-{
-    return {{QStringLiteral("kind"), kind},
-            {QStringLiteral("name"), name},
-            {QStringLiteral("expected"), expected},
-            {QStringLiteral("actual"), actual}};
-}
-
-void addProperties(QLatin1String kind, const QStringList &names, const Properties &expected,
-                   const Properties &actual, QJsonArray *differences)
-{
-    for (const QString &name : names)
-        differences->append(difference(kind, name, expected.value(name), actual.value(name)));
-}
-
-QString geometryText(const BrowserElement *element)
-{
-    const UIAbstraction::ElementGeometry &geometry = element->geometry();
-    if (!geometry.rect().isValid())
-        return QStringLiteral("nowhere");
-    const QPoint place = geometry.rect().topLeft();
-    return QStringLiteral("%1, %2, %3 x %4")
-        .arg(QString::number(place.x()), QString::number(place.y()),
-             QString::number(geometry.width()), QString::number(geometry.height()));
-}
-
-QJsonArray differencesOf(const TitanCompare &outcome)
-{
-    QJsonArray differences;
-    addProperties(identifyingKind, outcome.identifyingFailures,
-                  outcome.expected->identifyingProperties(),
-                  outcome.actual->identifyingProperties(), &differences);
-    addProperties(contentKind, outcome.contentFailures, outcome.expected->properties(),
-                  outcome.actual->properties(), &differences);
-    if (outcome.failed & TitanCompare::GeometryCheck)
-        differences.append(
-            difference(geometryKind, outcome.geometryFailures.join(QStringLiteral(", ")),
-                       geometryText(outcome.expected), geometryText(outcome.actual)));
-    if (outcome.failed & TitanCompare::ScreenshotCheck)
-        differences.append(difference(pictureKind));
-    return differences;
-}
+using Results = VisualDifferences::Results;
 
 // What the results say of elements of either tree.
 class Marks
 {
 public:
-    Marks(const Results &results, const BrowserElement *stored, const BrowserElement *live)
+    Marks(const Results &results, const BrowserElement *stored, const BrowserElement *live,
+          VisualDifferences *differences)
+        : m_searched{{stored, &VisualDifferences::ofMissing},
+                     {live, &VisualDifferences::ofAdditional}}
     {
-        // The roots have each other.
-        m_searched = {stored, live};
         for (const TitanCompare &outcome : results) {
-            m_outcomes.insert(outcome.expected, &outcome);
-            m_outcomes.insert(outcome.actual, &outcome);
-            if (outcome.failed & TitanCompare::HierarchyCheck)
-                m_searched << outcome.expected << outcome.actual;
+            const QJsonArray found = differences->between(outcome);
+            m_differences.insert(outcome.expected, found);
+            m_differences.insert(outcome.actual, found);
+            if (outcome.failed & TitanCompare::HierarchyCheck) {
+                m_searched.insert(outcome.expected, &VisualDifferences::ofMissing);
+                m_searched.insert(outcome.actual, &VisualDifferences::ofAdditional);
+            }
         }
     }
 
@@ -103,18 +55,20 @@ public:
     }
 
 private:
+    using OfUnmatched = QJsonArray (*)(const BrowserElement *);
+
     QJsonArray differencesAt(const BrowserElement *element) const
     {
-        if (const TitanCompare *outcome = m_outcomes.value(element))
-            return differencesOf(*outcome);
-        // One without a counterpart, where such a one was looked for.
-        if (m_searched.contains(element->parent()))
-            return {difference(structureKind)};
-        return {};
+        const auto compared = m_differences.constFind(element);
+        if (compared != m_differences.constEnd())
+            return *compared;
+        const OfUnmatched ofUnmatched = m_searched.value(element->parent());
+        return ofUnmatched ? ofUnmatched(element) : QJsonArray();
     }
 
-    QHash<const BrowserElement *, const TitanCompare *> m_outcomes;
-    QSet<const BrowserElement *> m_searched;
+    QHash<const BrowserElement *, QJsonArray> m_differences;
+    // The elements below which each one was to have a counterpart.
+    QHash<const BrowserElement *, OfUnmatched> m_searched;
 };
 
 QJsonObject failure(const QString &text)
@@ -160,12 +114,14 @@ QJsonObject comparedTrees(const QString &pointFile, const QString &snapshotFile)
         Results results;
         if (body.compare(&live, &results))
             continue;
-        const Marks marks(results, &body.stored, &live);
+        VisualDifferences differences(&body, &results);
+        const Marks marks(results, &body.stored, &live, &differences);
         const auto below = [&marks](const BrowserElement *root) {
             return marks.node(root).value(QStringLiteral("children")).toArray();
         };
         return {{QStringLiteral("expected"), below(&body.stored)},
-                {QStringLiteral("actual"), below(&live)}};
+                {QStringLiteral("actual"), below(&live)},
+                {QStringLiteral("pictures"), differences.pictures()}};
     }
     return failure(QStringLiteral("The verification point and the snapshot do not differ."));
 }

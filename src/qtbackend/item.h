@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <QVariant>
+
+#include <memory>
+
+class QWidget;
+
+namespace Morvex {
+
+class InputSequence;
+
+/// A part of a widget that is no object of its own, such as a cell.
+class Item
+{
+public:
+    virtual ~Item() = default;
+
+    /// Why there is no such item, or more than one, and what there is; empty when there is one.
+    virtual QString error() const = 0;
+
+    // The rest for an item that is there.
+
+    virtual QString text() const = 0;
+    /// What else can be asked: truth values and numbers by their names.
+    virtual QVariantMap properties() const = 0;
+
+    /// Why a user can't do anything to it now; empty when nothing is in the way.
+    virtual QString whyBlocked() const;
+    /// Adds what has to be done until it can be seen.
+    virtual void reveal(InputSequence &input) = 0;
+    /// Closes again what was opened for it.
+    virtual void conceal() {}
+    /// In which it is, once it can be seen. Null when that no longer exists.
+    virtual QWidget *widget() const = 0;
+    /// Where it is in the widget. Empty when it can't be seen.
+    virtual QRect place() const = 0;
+
+    /// Adds what is done to it, other than with the mouse alone: "expand", "collapse", "toggle",
+    /// "check", "uncheck", "edit". Returns an error text, empty on success.
+    [[nodiscard]] virtual QString use(const QString &action, const QVariant &value,
+                                      InputSequence &input);
+};
+
+/// The text for an item that doesn't know an action.
+QString unknownAction(const QString &action);
+
+/// Null, with an error text, when the object has no such item.
+std::shared_ptr<Item> existingItem(QObject *object, const QVariantList &selector, QString *error);
+
+} // namespace Morvex

@@ -1,0 +1,202 @@
+#include "qtbackend/mousetarget.h"
+
+#include "qtbackend/identification.h"
+#include "qtbackend/inputsequence.h"
+#include "qtbackend/item.h"
+#include "qtbackend/scrolling.h"
+#include "qtbackend/whyblocked.h"
+
+#include <QAbstractScrollArea>
+#include <QAction>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QMenu>
+#include <QRadioButton>
+#include <QStyle>
+#include <QStyleOption>
+
+namespace Morvex {
+namespace {
+
+// A window manager may refuse.
+const int maxActivationMs = 500;
+
+QPoint indicatorOf(const QWidget *button, QStyle::SubElement indicator)
+{
+    QStyleOptionButton option;
+    option.initFrom(button);
+    return button->style()->subElementRect(indicator, &option, button).center();
+}
+
+QPoint checkBoxOf(const QGroupBox *box)
+{
+    QStyleOptionGroupBox option;
+    option.initFrom(box);
+    option.text = box->title();
+    option.textAlignment = box->alignment();
+    option.subControls |= QStyle::SC_GroupBoxCheckBox | QStyle::SC_GroupBoxLabel;
+    return box->style()
+        ->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxCheckBox, box)
+        .center();
+}
+
+// Some widgets react only in a part that may be far from the middle.
+QPoint reactingPlace(const QWidget *widget)
+{
+    if (qobject_cast<const QCheckBox *>(widget))
+        return indicatorOf(widget, QStyle::SE_CheckBoxIndicator);
+    if (qobject_cast<const QRadioButton *>(widget))
+        return indicatorOf(widget, QStyle::SE_RadioButtonIndicator);
+    const auto *box = qobject_cast<const QGroupBox *>(widget);
+    return box && box->isCheckable() ? checkBoxOf(box) : widget->rect().center();
+}
+
+// The widget that a click at this place gets; null when it is none within widget.
+QWidget *receiverOf(QWidget *widget, const QPoint &place, QString *error)
+{
+    QWidget *window = widget->window();
+    QWidget *child = window->childAt(widget->mapTo(window, place));
+    QWidget *topmost = child ? child : window;
+    const bool isOutside = !isInSight(widget, place);
+    if (!isOutside && (topmost == widget || widget->isAncestorOf(topmost) ||
+                       widget->testAttribute(Qt::WA_TransparentForMouseEvents)))
+        return topmost;
+    *error = QStringLiteral("%1,%2 in the widget is %3")
+                 .arg(place.x())
+                 .arg(place.y())
+                 .arg(isOutside ? QStringLiteral("out of sight")
+                                : QLatin1String("covered by ") + realNameOf(topmost));
+    return nullptr;
+}
+
+// Somewhere in the part that can be seen when the best place can't.
+QPoint placeToClick(QWidget *widget)
+{
+    const QPoint best = reactingPlace(widget);
+    const QPoint visible = widget->visibleRegion().boundingRect().center();
+    QString error;
+    return !receiverOf(widget, best, &error) && receiverOf(widget, visible, &error) ? visible
+                                                                                    : best;
+}
+
+// What a scroll area shows is a widget of its own.
+QWidget *shownPartOf(QWidget *widget)
+{
+    auto *area = qobject_cast<QAbstractScrollArea *>(widget);
+    return area ? area->viewport() : widget;
+}
+
+QWidget *screenWindowOf(const QWidget *widget)
+{
+    const MouseSpot spot = MouseSpot::of(widget, QPoint());
+    QWidget *window = spot.isValid() ? QWidget::find(spot.window->winId()) : nullptr;
+    return window ? window : widget->window();
+}
+
+} // namespace
+
+QWidget *openMenuOf(const QAction *action)
+{
+    for (QWidget *place : action->associatedWidgets()) {
+        if (qobject_cast<QMenu *>(place) && place->isVisible())
+            return place;
+    }
+    return nullptr;
+}
+
+bool activateForInput(QObject *object)
+{
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (!widget || !whyBlocked(widget).isEmpty())
+        return false;
+    QWidget *window = screenWindowOf(widget);
+    if (widget->isActiveWindow() || window->isActiveWindow())
+        return false;
+    window->activateWindow();
+    return true;
+}
+
+void waitForActiveWindow(QObject *object, InputSequence &input)
+{
+    const QPointer<QObject> alive = object;
+    if (activateForInput(object))
+        input.waitUntil([alive] { return !activateForInput(alive); }, maxActivationMs);
+}
+
+std::shared_ptr<MouseTarget> MouseTarget::make(const Place &place, QString *error)
+{
+    auto target = std::make_shared<MouseTarget>();
+    target->m_object = place.object;
+    target->m_place = place.place;
+    if (!place.item.isEmpty()) {
+        target->m_item = existingItem(place.object, place.item, error);
+        if (error->isEmpty())
+            *error = target->m_item->whyBlocked();
+    } else if (const auto *action = qobject_cast<QAction *>(place.object)) {
+        *error = whyBlocked(action);
+    } else {
+        *error = whyBlocked(place.object);
+    }
+    return error->isEmpty() ? target : nullptr;
+}
+
+void MouseTarget::reveal(InputSequence &input)
+{
+    waitForActiveWindow(m_item ? m_object.data() : widget(), input);
+    if (m_item)
+        m_item->reveal(input);
+}
+
+QWidget *MouseTarget::widget() const
+{
+    if (m_item)
+        return m_item->widget();
+    if (const auto *action = qobject_cast<QAction *>(m_object.data()))
+        return openMenuOf(action);
+    auto *widget = qobject_cast<QWidget *>(m_object.data());
+    return widget ? shownPartOf(widget) : nullptr;
+}
+
+QPoint MouseTarget::placeIn(QWidget *widget, QString *error) const
+{
+    const auto *action = qobject_cast<QAction *>(m_object.data());
+    if (!m_item && !action)
+        return m_place ? *m_place : placeToClick(widget);
+    const QRect part =
+        m_item ? m_item->place()
+               : static_cast<QMenu *>(widget)->actionGeometry(const_cast<QAction *>(action));
+    const QRect visible = part.intersected(widget->rect());
+    if (visible.isEmpty())
+        *error = m_item ? QStringLiteral("the item is hidden")
+                        : QStringLiteral("the action is out of sight in its menu");
+    return m_place ? part.topLeft() + *m_place : visible.center();
+}
+
+MouseSpot MouseTarget::spot(QString *error)
+{
+    QWidget *where = widget();
+    if (!where) {
+        *error = QStringLiteral("the object no longer exists");
+        return {};
+    }
+    *error = m_item ? m_item->whyBlocked() : QString();
+    if (error->isEmpty())
+        *error = whyBlocked(where);
+    if (error->isEmpty() && !m_item)
+        scrollIntoSight(where, m_place ? *m_place : reactingPlace(where));
+    const QPoint place = error->isEmpty() ? placeIn(where, error) : QPoint();
+    if (error->isEmpty() && !where->rect().contains(place))
+        *error = QStringLiteral("%1,%2 is outside the widget").arg(place.x()).arg(place.y());
+    QWidget *receiver = error->isEmpty() ? receiverOf(where, place, error) : nullptr;
+    const QString reason = receiver ? whyBlocked(receiver) : QString();
+    if (!reason.isEmpty())
+        *error = QStringLiteral("%1: %2").arg(realNameOf(receiver), reason);
+    const MouseSpot spot = error->isEmpty() ? MouseSpot::of(where, place) : MouseSpot();
+    if (error->isEmpty() && !spot.isValid())
+        *error = QStringLiteral("the window of the widget is not on the screen");
+    if (!spot.isValid() && m_item)
+        m_item->conceal();
+    return spot;
+}
+
+} // namespace Morvex

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "qtbackend/mouseevents.h"
+
+#include <QVariant>
+
+#include <memory>
+#include <optional>
+
+class QAction;
+
+namespace Morvex {
+
+class InputSequence;
+class Item;
+
+/// Where a gesture of the mouse begins or ends: a widget, an action in a menu that is open, or an
+/// item of a widget.
+class MouseTarget
+{
+public:
+    struct Place
+    {
+        QObject *object = nullptr;
+        /// Empty for the object itself.
+        QVariantList item;
+        /// From the upper left corner of what is meant; without it where that reacts.
+        std::optional<QPoint> place;
+    };
+
+    /// Null, with an error text, when a user can't do anything to it now.
+    static std::shared_ptr<MouseTarget> make(const Place &place, QString *error);
+
+    /// Adds what has to be done before the mouse can get there: activates the window, opens menus
+    /// and lists, scrolls.
+    void reveal(InputSequence &input);
+
+    /// Not valid, with an error text, when something is in the way.
+    MouseSpot spot(QString *error);
+
+private:
+    QWidget *widget() const;
+    QPoint placeIn(QWidget *widget, QString *error) const;
+
+    QPointer<QObject> m_object;
+    std::shared_ptr<Item> m_item;
+    std::optional<QPoint> m_place;
+};
+
+/// The open menu that shows the action; null when there is none.
+QWidget *openMenuOf(const QAction *action);
+
+/// Whether input to the object has to wait until its window is active, for which it asks then.
+/// False for an object that can't be used, and for null.
+bool activateForInput(QObject *object);
+
+/// Lets the next step wait for that.
+void waitForActiveWindow(QObject *object, InputSequence &input);
+
+} // namespace Morvex

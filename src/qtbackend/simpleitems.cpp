@@ -1,0 +1,254 @@
+#include "qtbackend/simpleitems.h"
+
+#include "qtbackend/inputsequence.h"
+#include "qtbackend/whyblocked.h"
+
+#include <QAbstractItemView>
+#include <QAccessible>
+
+namespace Morvex {
+namespace {
+
+const int maxOpeningMs = 1000;
+
+// The index of the text that the selector names; negative, with an error text, without one.
+int indexOf(const ItemSelector &selector, const QStringList &texts, int number, QString *error)
+{
+    if (selector.isCell) {
+        if (number >= 0 && number < texts.size())
+            return number;
+        *error = QStringLiteral("there is no item %1; there are %2")
+                     .arg(selector.describe(), QString::number(texts.size()));
+        return -1;
+    }
+    // These have one level.
+    ItemSelector whole = selector;
+    const int exact = texts.indexOf(selector.path);
+    if (exact >= 0)
+        whole.path.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+            .replace(QLatin1Char('/'), QLatin1String("\\/"));
+    ItemPath path(whole);
+    const int index = path.isAtEnd() ? -1 : path.next(texts);
+    if (index >= 0 && !path.isAtEnd())
+        *error =
+            QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
+    else
+        *error = path.error();
+    return error->isEmpty() ? index : -1;
+}
+
+QAccessibleInterface *interfaceAt(QWidget *owner, const QList<int> &path)
+{
+    QAccessibleInterface *part = owner ? QAccessible::queryAccessibleInterface(owner) : nullptr;
+    for (const int index : path) {
+        if (part)
+            part = part->child(index);
+    }
+    return part && part->isValid() ? part : nullptr;
+}
+
+QStringList childNames(const QAccessibleInterface &part)
+{
+    QStringList names;
+    const int count = part.childCount();
+    for (int i = 0; i < count; ++i) {
+        const QAccessibleInterface *child = part.child(i);
+        // Objects are found as such.
+        names += child && !child->object() ? child->text(QAccessible::Name) : QString();
+    }
+    return names;
+}
+
+} // namespace
+
+ComboBoxItem::ComboBoxItem(QComboBox *box, const ItemSelector &selector)
+    : m_box(box)
+{
+    QStringList texts;
+    for (int row = 0; row < box->count(); ++row)
+        texts += box->itemText(row);
+    m_row = indexOf(selector, texts, selector.row, &m_error);
+}
+
+QModelIndex ComboBoxItem::index() const
+{
+    return m_box->model()->index(m_row, m_box->modelColumn(), m_box->rootModelIndex());
+}
+
+QVariantMap ComboBoxItem::properties() const
+{
+    return {{QStringLiteral("row"), m_row},
+            {QStringLiteral("enabled"), bool(index().flags() & Qt::ItemIsEnabled)},
+            {QStringLiteral("selected"), m_box->currentIndex() == m_row}};
+}
+
+QString ComboBoxItem::whyBlocked() const
+{
+    return Morvex::whyBlocked(m_box);
+}
+
+void ComboBoxItem::reveal(InputSequence &input)
+{
+    const QPointer<QComboBox> box = m_box;
+    input.add([box] {
+        if (box && !box->view()->isVisible())
+            box->showPopup();
+        return QString();
+    });
+    input.waitUntil([box] { return !box || box->view()->isVisible(); }, maxOpeningMs);
+    const QPersistentModelIndex entry = index();
+    input.add([box, entry] {
+        if (box)
+            box->view()->scrollTo(entry);
+        return QString();
+    });
+}
+
+void ComboBoxItem::conceal()
+{
+    if (m_box)
+        m_box->hidePopup();
+}
+
+QRect ComboBoxItem::place() const
+{
+    return m_box ? m_box->view()->visualRect(index()) : QRect();
+}
+
+TabItem::TabItem(QTabBar *bar, const ItemSelector &selector)
+    : m_bar(bar)
+{
+    QStringList texts;
+    for (int i = 0; i < bar->count(); ++i)
+        texts += shownText(bar->tabText(i));
+    m_index = indexOf(selector, texts, selector.column, &m_error);
+}
+
+QVariantMap TabItem::properties() const
+{
+    return {{QStringLiteral("column"), m_index},
+            {QStringLiteral("enabled"), m_bar->isTabEnabled(m_index)},
+            {QStringLiteral("selected"), m_bar->currentIndex() == m_index},
+            {QStringLiteral("toolTip"), m_bar->tabToolTip(m_index)}};
+}
+
+// A tab that is scrolled out of sight can be chosen by the keys alone.
+void TabItem::reveal(InputSequence &input)
+{
+    const QPointer<QTabBar> bar = m_bar;
+    const int index = m_index;
+    input.add([bar, index] {
+        if (bar && !bar->rect().contains(bar->tabRect(index).center()))
+            bar->setCurrentIndex(index);
+        return QString();
+    });
+}
+
+QRect TabItem::place() const
+{
+    return m_bar ? m_bar->tabRect(m_index) : QRect();
+}
+
+HeaderItem::HeaderItem(QHeaderView *header, const ItemSelector &selector)
+    : m_header(header)
+{
+    QStringList texts;
+    for (int i = 0; header->model() && i < header->count(); ++i)
+        texts += header->model()->headerData(i, header->orientation()).toString();
+    const bool isHorizontal = header->orientation() == Qt::Horizontal;
+    m_section = indexOf(selector, texts, isHorizontal ? selector.column : selector.row, &m_error);
+}
+
+QString HeaderItem::text() const
+{
+    return m_header->model()->headerData(m_section, m_header->orientation()).toString();
+}
+
+QVariantMap HeaderItem::properties() const
+{
+    const bool isSorted =
+        m_header->isSortIndicatorShown() && m_header->sortIndicatorSection() == m_section;
+    return {{QStringLiteral("section"), m_section},
+            {QStringLiteral("visible"), !m_header->isSectionHidden(m_section)},
+            {QStringLiteral("sorted"), isSorted},
+            {QStringLiteral("descending"),
+             isSorted && m_header->sortIndicatorOrder() == Qt::DescendingOrder}};
+}
+
+// A header follows its table.
+void HeaderItem::reveal(InputSequence &input)
+{
+    const QPointer<QHeaderView> header = m_header;
+    const int section = m_section;
+    input.add([header, section] {
+        auto *table = header ? qobject_cast<QAbstractItemView *>(header->parentWidget()) : nullptr;
+        if (table && table->model()) {
+            const bool isHorizontal = header->orientation() == Qt::Horizontal;
+            const QModelIndex root = table->rootIndex();
+            table->scrollTo(isHorizontal ? table->model()->index(0, section, root)
+                                         : table->model()->index(section, 0, root));
+        }
+        return QString();
+    });
+}
+
+QRect HeaderItem::place() const
+{
+    if (!m_header || m_header->isSectionHidden(m_section))
+        return {};
+    const int start = m_header->sectionViewportPosition(m_section);
+    const int size = m_header->sectionSize(m_section);
+    return m_header->orientation() == Qt::Horizontal
+               ? QRect(start, 0, size, m_header->viewport()->height())
+               : QRect(0, start, m_header->viewport()->width(), size);
+}
+
+AccessibleItem::AccessibleItem(QWidget *owner, const ItemSelector &selector)
+    : m_owner(owner)
+{
+    const QAccessibleInterface *part = interfaceAt(owner, {});
+    if (selector.isCell || !part || childNames(*part).join(QString()).isEmpty()) {
+        m_error = QStringLiteral("%1 has no items")
+                      .arg(QString::fromLatin1(owner->metaObject()->className()));
+        return;
+    }
+    ItemPath path(selector);
+    while (!path.isAtEnd()) {
+        const int index = path.next(part ? childNames(*part) : QStringList());
+        if (index < 0)
+            break;
+        m_path += index;
+        part = part->child(index);
+    }
+    m_error = path.error();
+}
+
+QString AccessibleItem::text() const
+{
+    const QAccessibleInterface *part = interfaceAt(m_owner, m_path);
+    return part ? part->text(QAccessible::Name) : QString();
+}
+
+QVariantMap AccessibleItem::properties() const
+{
+    const QAccessibleInterface *part = interfaceAt(m_owner, m_path);
+    if (!part)
+        return {};
+    const QAccessible::State state = part->state();
+    QVariantMap properties{{QStringLiteral("enabled"), !state.disabled},
+                           {QStringLiteral("selected"), bool(state.selected)},
+                           {QStringLiteral("value"), part->text(QAccessible::Value)}};
+    if (state.checkable)
+        properties[QStringLiteral("checked")] = bool(state.checked);
+    if (state.expandable)
+        properties[QStringLiteral("expanded")] = bool(state.expanded);
+    return properties;
+}
+
+QRect AccessibleItem::place() const
+{
+    const QAccessibleInterface *part = interfaceAt(m_owner, m_path);
+    return part ? part->rect().translated(-m_owner->mapToGlobal(QPoint())) : QRect();
+}
+
+} // namespace Morvex
