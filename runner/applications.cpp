@@ -5,6 +5,7 @@
 #include "remote/remoteinspector.h"
 #include "runner/environmentfile.h"
 #include "runner/processend.h"
+#include "runner/uicoverage.h"
 #include "shared/environment.h"
 
 #include <QDir>
@@ -127,6 +128,7 @@ int Applications::handOut(Entry &entry)
     entry.isKnown = true;
     m_current = entry.id;
     inspector();
+    startUsageCount();
     return entry.id;
 }
 
@@ -167,6 +169,16 @@ int Applications::waitForLaunch(int timeout)
             return -1;
         pauseScript(waitStepMs);
     }
+}
+
+QList<int> Applications::contexts() const
+{
+    QList<int> ids;
+    for (const Entry &entry : m_entries) {
+        if (entry.application)
+            ids += entry.id;
+    }
+    return ids;
 }
 
 QList<int> Applications::running()
@@ -291,8 +303,12 @@ QList<Applications::Death> Applications::deaths()
 
 void Applications::settleDeath(int context)
 {
-    if (Entry *entry = entryOf(context))
-        entry->isDeathSettled = true;
+    Entry *entry = entryOf(context);
+    if (!entry)
+        return;
+    entry->isDeathSettled = true;
+    // Its objects are known not to be there.
+    entry->context->close(entry->context->end());
 }
 
 // Empty, with an error, when there is none.

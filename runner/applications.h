@@ -77,10 +77,12 @@ public:
     /// A further process that is no context by itself, by the file name of its program.
     int attach(const QString &name, int timeout, QString *error);
 
-    /// Waits for a context that nobody was told of yet, which becomes the current one. Negative
+    /// Waits for a context that the script was not given yet, which becomes the current one. Negative
     /// when none comes.
     int waitForLaunch(int timeout);
 
+    /// Those whose application was not stopped.
+    QList<int> contexts() const;
     /// Those that run.
     QList<int> running();
     /// Negative before the first start, and after the application of the current one was stopped.

@@ -5,12 +5,17 @@
 #include "runner/applications.h"
 #include "runner/processend.h"
 #include "runner/scriptobject.h"
-#include "runner/uicoverage.h"
 
 #include <QFileInfo>
 #include <QJSEngine>
 
 namespace Morvex {
+namespace {
+
+// One that has not come to what it was asked for before is not waited for again.
+const int hangingBoundMs = 500;
+
+} // namespace
 
 ScriptApplication::ScriptApplication(Applications *applications)
     : m_applications(applications)
@@ -36,28 +41,32 @@ QString ScriptApplication::start(const QStringList &command)
     if (m_beforeStart)
         m_beforeStart();
     QString error;
-    if (m_applications->start(command, {}, &error) >= 0)
-        startUsageCount();
+    m_applications->start(command, {}, &error);
     return error;
 }
 
 void ScriptApplication::stop(int context)
 {
-    const int current = m_applications->current();
-    const auto stopped = m_applications->context(context);
-    if (m_beforeStop && stopped && !stopped->isBehind() && m_applications->setCurrent(context))
-        m_beforeStop();
-    m_applications->setCurrent(current);
+    use(context, m_beforeStop);
     m_applications->stop(context);
 }
 
-void ScriptApplication::forEachRunning(const std::function<void()> &function)
+void ScriptApplication::forEachContext(const std::function<void()> &function)
+{
+    for (const int id : m_applications->contexts())
+        use(id, function);
+}
+
+// With the context as the current one.
+void ScriptApplication::use(int id, const std::function<void()> &function)
 {
     const int current = m_applications->current();
-    for (const int id : m_applications->running()) {
-        if (!m_applications->context(id)->isBehind() && m_applications->setCurrent(id))
-            function();
-    }
+    const auto context = m_applications->context(id);
+    if (!function || !context || !m_applications->setCurrent(id))
+        return;
+    if (context->isBehind())
+        context->setBound(hangingBoundMs);
+    function();
     m_applications->setCurrent(current);
 }
 

@@ -37,8 +37,8 @@ public:
     /// the script: it takes with it what it knows of its use.
     void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
 
-    /// With each context that runs, and has come to what it was asked for, as the current one.
-    void forEachRunning(const std::function<void()> &function);
+    /// With each context, also one that has ended by itself, as the current one.
+    void forEachContext(const std::function<void()> &function);
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
@@ -61,6 +61,7 @@ public:
 
 private:
     QString whyNotFindable() const;
+    void use(int context, const std::function<void()> &function);
 
     Applications *m_applications;
     ObjectMap m_objectMap;

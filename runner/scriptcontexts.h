@@ -22,7 +22,7 @@ public:
     Q_INVOKABLE int current() const;
     /// False when the application of the context has been stopped.
     Q_INVOKABLE bool setCurrent(int context) const;
-    /// One that nobody was told of yet, as soon as there is one. Negative after the time, in
+    /// One that the script was not given yet, as soon as there is one. Negative after the time, in
     /// milliseconds.
     Q_INVOKABLE int waitForLaunch(int timeout) const;
 

@@ -114,7 +114,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     if (hasPassed(suite.setUp(), title + QLatin1String(" in setUp"), suite.path()))
         hasPassed(engine.run(program, path), title, path);
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
-    application.forEachRunning(keepUsage);
+    application.forEachContext(keepUsage);
     deaths.reportRest(path);
 }
 

@@ -206,6 +206,13 @@ bool RemoteContext::isBehind() const
     return m_inspector && m_inspector->session().isBehind();
 }
 
+void RemoteContext::setBound(int milliseconds)
+{
+    m_surroundings.bound = milliseconds;
+    if (m_inspector)
+        m_inspector->session().setBound(milliseconds);
+}
+
 void RemoteContext::close(const QString &reason)
 {
     if (m_inspector)

@@ -65,10 +65,9 @@ void RemoteSession::sendReleases()
 
 void RemoteSession::close(const QString &reason)
 {
-    if (m_failure.isEmpty()) {
+    if (m_failure.isEmpty())
         m_failure = reason;
-        m_isClosed = true;
-    }
+    m_isClosed = true;
     m_channel->shutDown();
 }
 
