@@ -77,8 +77,8 @@ public:
     /// A further process that is no context by itself, by the file name of its program.
     int attach(const QString &name, int timeout, QString *error);
 
-    /// Waits for a context that the script was not given yet, which becomes the current one. Negative
-    /// when none comes.
+    /// Waits for a context that the script was not given yet, which becomes the current one.
+    /// Negative when none comes.
     int waitForLaunch(int timeout);
 
     /// Those whose application was not stopped.

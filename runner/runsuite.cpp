@@ -3,6 +3,7 @@
 
 #include "runner/environmentfile.h"
 #include "runner/failedtestcases.h"
+#include "runner/failurescreenshots.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
@@ -128,7 +129,8 @@ QString SuiteRunner::prepare()
             .arg(given, m_suite->configLoadErrorMsg().trimmed());
     for (const QString &error :
          {applyOptions(), checkTags(), checkResultDir(), setKeptRuns(), setTimeout(),
-          checkNames(m_options.testCases), checkNames(m_options.skippedTestCases)}) {
+          setFailureScreenshots(m_suite->failureScreenshots()), checkNames(m_options.testCases),
+          checkNames(m_options.skippedTestCases)}) {
         if (!error.isEmpty())
             return error;
     }
@@ -186,6 +188,11 @@ QString SuiteRunner::setKeptRuns()
 QString SuiteRunner::setTimeout()
 {
     const QString text = m_suite->timeout();
+    // Nobody knows how long a person looks at a failure.
+    if (m_options.pauseOnFailure) {
+        m_timeoutSeconds = 0;
+        return {};
+    }
     if (m_options.timeoutSeconds || text.isEmpty()) {
         m_timeoutSeconds = m_options.timeoutSeconds.value_or(defaultTimeoutSeconds);
         return {};

@@ -51,6 +51,11 @@ void ScriptApplication::stop(int context)
     m_applications->stop(context);
 }
 
+bool ScriptApplication::wasStarted() const
+{
+    return m_applications->wasStarted();
+}
+
 void ScriptApplication::forEachContext(const std::function<void()> &function)
 {
     for (const int id : m_applications->contexts())

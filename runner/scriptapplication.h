@@ -40,6 +40,9 @@ public:
     /// With each context, also one that has ended by itself, as the current one.
     void forEachContext(const std::function<void()> &function);
 
+    /// Whether the script has started one, which may have ended.
+    bool wasStarted() const;
+
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
     SharedPtr<Object> object(const QString &name, int timeout, QString *error) const;

@@ -1,6 +1,8 @@
 #include "runner/scripttestcase.h"
 
 #include "runner/applicationdeaths.h"
+#include "runner/failurepause.h"
+#include "runner/failurescreenshots.h"
 #include "runner/processend.h"
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
@@ -95,11 +97,15 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     application.setBeforeStart([&deaths] { deaths.reportCaught(); });
     application.setBeforeStop(keepUsage);
     m_deaths = &deaths;
+    FailureScreenshots screenshots(runner, [&application] { return application.wasStarted(); });
+    m_screenshots = &screenshots;
     ScriptVerification verification(&engine, &application, result(), runner, searchDirs);
     ScriptContexts contexts(&applications);
-    ScriptApi api(&engine,
-                  {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
-                   m_options.scriptArguments, m_options.snoozeFactor});
+    ScriptApi api(&engine, {result(), testCaseDirectory().path(), m_options.suiteDir,
+                            m_options.resultDir, m_options.scriptArguments, m_options.snoozeFactor,
+                            [&screenshots](TestResult::ResultType type) {
+                                return screenshots.textFor(type);
+                            }});
     const NamesFileError namesError = api.defineNames();
     if (!namesError.text.isEmpty()) {
         result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"),
@@ -131,7 +137,8 @@ bool ScriptTestCase::hasPassed(const ScriptEngine::Outcome &outcome, const QStri
     const QString thrown = thrownText(outcome.value);
     const QString details = (QStringList{thrown} + stackLines(stack)).join(QLatin1Char('\n'));
     if (!m_deaths->reportThrown(thrown, details, stack))
-        result()->addError(title, details, stack);
+        result()->addError(title + m_screenshots->textFor(TestResult::ERROR), details, stack);
+    pauseAfter(TestResult::ERROR);
     return false;
 }
 

@@ -8,6 +8,7 @@
 namespace Morvex {
 
 class ApplicationDeaths;
+class FailureScreenshots;
 class ScriptApplication;
 
 /// A test case whose body is the file script.js in its directory.
@@ -38,8 +39,9 @@ private:
     void addError(const LineInfo &place, const QString &details);
 
     Options m_options;
-    // While a script runs.
+    // While the script runs.
     ApplicationDeaths *m_deaths = nullptr;
+    FailureScreenshots *m_screenshots = nullptr;
 };
 
 } // namespace Morvex
