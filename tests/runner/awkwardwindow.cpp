@@ -70,6 +70,7 @@ void AwkwardWindow::forkAndEnd()
 void AwkwardWindow::printLine()
 {
     std::puts("of the application");
+    std::fflush(stdout);
 }
 
 void AwkwardWindow::execDialog()
