@@ -15,7 +15,7 @@ namespace Morvex {
 namespace {
 
 const int sendTimeoutMs = 10000;
-// At the end of an application that nobody listens to any more.
+// At the end of an application, whose runner may take nothing.
 const int lastSendTimeoutMs = 500;
 const qint64 maxOutboxSize = 2ll * MessageChannel::maxSize;
 // Less than the system keeps for any socket.

@@ -48,7 +48,7 @@ QVariant RemoteModel::refOf(const SharedPtr<Object> &object)
 const Class *RemoteModel::classOf(const QVariant &number)
 {
     const quint32 wanted = number.toUInt();
-    // An application that lies could have a class derive from another one without end.
+    // A hostile application could have a class derive from another one without end.
     if (wanted == 0 || (m_classes.size() >= maxClasses && !m_classes.contains(wanted)))
         return nullptr;
     auto &known = m_classes[wanted];
