@@ -52,8 +52,7 @@ public:
 
     void print(const char *text)
     {
-        [[maybe_unused]] const ssize_t written =
-            ::write(m_descriptor, text, std::strlen(text));
+        [[maybe_unused]] const ssize_t written = ::write(m_descriptor, text, std::strlen(text));
     }
 
     // The one that had the terminal before.
@@ -107,7 +106,8 @@ QString setPauseOnFailure(bool isWanted)
     if (!isWanted)
         return {};
     if (!hasTerminal())
-        return QStringLiteral("--pause-on-failure needs a terminal that it is in the foreground of");
+        return QStringLiteral(
+            "--pause-on-failure needs a terminal that it is in the foreground of");
     qputenv(variable, "1");
     return {};
 }
