@@ -93,7 +93,7 @@ private:
         timer.start();
         QVariantList before;
         while (m_error.isEmpty()) {
-            QVariantList tree = call("objectTree", {}).toList();
+            QVariantList tree = call("nameTree", {}).toList();
             const bool isTooLate = timer.elapsed() > windowTimeoutMs;
             if (isTooLate && tree.isEmpty())
                 m_error = QStringLiteral("the program has shown no window within %1 seconds")
@@ -117,8 +117,8 @@ private:
     QVariant call(const char *function, const QVariantList &arguments)
     {
         QString error;
-        const QVariant answer = m_application->inspector()->callFunction(QLatin1String(function),
-                                                                         arguments, &error);
+        const QVariant answer =
+            m_application->inspector()->callFunction(QLatin1String(function), arguments, &error);
         // An object may be gone.
         if (!m_application->inspector()->failure().isEmpty())
             m_error = m_application->inspector()->failure();

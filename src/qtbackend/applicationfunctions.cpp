@@ -9,7 +9,7 @@
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/items.h"
 #include "qtbackend/nameresolver.h"
-#include "qtbackend/objecttree.h"
+#include "qtbackend/nametree.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/usagecounter.h"
@@ -213,7 +213,7 @@ QVariant children(QtModel &model, const Call &call, QString *error)
 
 QVariant tree(QtModel &model, const Call &, QString *)
 {
-    return objectTree(model);
+    return nameTree(model);
 }
 
 // The first call begins to watch. The answer is as that of findAll.
@@ -262,7 +262,7 @@ const struct
     {"findAll", findAll},
     {"children", children},
     {"objectProperties", objectProperties},
-    {"objectTree", tree},
+    {"nameTree", tree},
     {"takeClicked", takeClicked},
     {"typeText", type},
     {"useItem", useItemOf},

@@ -1,13 +1,25 @@
 #pragma once
 
-#include <QVariantList>
+#include <QObject>
+
+class QWindow;
 
 namespace Morvex {
 
-class QtModel;
+// The tree in which names look for objects: the one of the toolkit, but for items of Qt Quick,
+// which are where they are seen.
 
-/// All objects that a name can stand for, each as a list of its id, its depth, which is 0 for a
-/// window, and a name that no other one has at this moment. What an object is in comes before it.
-QVariantList objectTree(QtModel &model);
+/// In the order in which they were made.
+QObjectList childObjectsOf(const QObject *object);
+QObject *parentObjectOf(const QObject *object);
+
+/// Those of items; each is an object with its items.
+QObjectList sceneWindows();
+
+/// Whether it is an item of Qt Quick.
+bool isSceneItem(const QObject *object);
+
+/// The name of the object's type; without the number that Qt Quick gives to those of its files.
+QString typeNameOf(const QMetaObject *type);
 
 } // namespace Morvex

@@ -4,6 +4,8 @@
 #include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
 
 #include <QAbstractItemView>
@@ -11,6 +13,7 @@
 #include <QMetaProperty>
 #include <QRect>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -59,7 +62,7 @@ QVariant objectVariant(QObject *object)
 void collect(QObject *object, std::vector<QObject *> &objects)
 {
     objects.push_back(object);
-    for (QObject *child : inCreationOrder(object->children()))
+    for (QObject *child : childObjectsOf(object))
         collect(child, objects);
 }
 
@@ -202,11 +205,17 @@ void QtModel::addRelations(ModelClass *modelClass, const QMetaObject *metaObject
         });
     };
     if (metaObject == &QObject::staticMetaObject)
-        add("parent", [](QObject *object) { return objectVariant(object->parent()); });
+        add("parent", [](QObject *object) { return objectVariant(parentObjectOf(object)); });
     if (metaObject == &QWidget::staticMetaObject)
         add("window", [](QObject *object) {
             return objectVariant(static_cast<QWidget *>(object)->window());
         });
+    if (qstrcmp(metaObject->className(), "QQuickItem") == 0) {
+        add("window", [](QObject *object) {
+            return QVariant::fromValue<QObject *>(SceneAccess::self()->windowOf(object));
+        });
+        add("id", [](QObject *object) { return SceneAccess::self()->idOf(object); });
+    }
     if (metaObject == &QAbstractItemView::staticMetaObject)
         add("model", [](QObject *object) {
             return objectVariant(static_cast<QAbstractItemView *>(object)->model());
@@ -273,7 +282,7 @@ ModelClass *QtModel::namedClass(const QString &name)
 
 std::vector<QObject *> QtModel::childrenOf(const QObject *object) const
 {
-    const QObjectList children = inCreationOrder(object->children());
+    const QObjectList children = childObjectsOf(object);
     return {children.begin(), children.end()};
 }
 
@@ -281,6 +290,8 @@ std::vector<QObject *> QtModel::allObjects() const
 {
     std::vector<QObject *> objects;
     for (QWidget *window : m_windows.windows())
+        collect(window, objects);
+    for (QObject *window : sceneWindows())
         collect(window, objects);
     return objects;
 }

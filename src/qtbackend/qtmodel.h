@@ -31,6 +31,7 @@ public:
     SharedPtr<Object> wrap(QObject *object);
     /// Counts from the first call on.
     UsageCounter &usageCounter();
+    bool isUsageCounted() const { return m_usageCounter != nullptr; }
     /// Watches from the first call on.
     ClickWatch &clickWatch();
 

@@ -73,6 +73,20 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
         << lines[6].toStdString();
 }
 
+TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)
+{
+    const QString dir = runner.suitePath() + "/results";
+    for (const QByteArray end : {"", "snooze(1); ", "find('quit', 0); ", "application.stop(); "}) {
+        const QStringList lines = results(QByteArray(startAwkward) +
+                                              "find('print').click(); find('quit').click(); " + end,
+                                          {"--coverage", "--resultdir", dir});
+        EXPECT_FALSE(lines.join('\n').contains("UI coverage is not"))
+            << lines.join('\n').toStdString();
+        EXPECT_TRUE(output.standardError.contains("UI coverage: 18.2 % (2 of 11)"))
+            << output.standardError.constData();
+    }
+}
+
 TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)
 {
     EXPECT_EQ(results(QByteArray(startAwkward) +
