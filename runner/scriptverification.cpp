@@ -137,7 +137,9 @@ ScriptVerification::Making ScriptVerification::makeOf(const SharedPtr<Object> &o
                                                       const PointRequest &request)
 {
     PointDraft draft(path);
-    QString error = makePointFile(draft.path(), request, object);
+    QString error = draft.error();
+    if (error.isEmpty())
+        error = makePointFile(draft.path(), request, object);
     if (!error.isEmpty()) {
         addNotMade(name, error.replace(draft.path(), path));
         return NotMade;
