@@ -4,7 +4,6 @@
 #include "qtbackend/standardtypes.h"
 #include "qtbackend/usagerules.h"
 
-#include <QAbstractScrollArea>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -137,12 +136,6 @@ const QAction *actionFor(const QObject *object, int key)
         return action->isVisible() && QKeySequence::mnemonic(action->text()) == letter;
     });
     return found != actions.end() ? *found : nullptr;
-}
-
-bool isViewport(const QWidget *widget)
-{
-    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget->parentWidget());
-    return area && area->viewport() == widget;
 }
 
 } // namespace
