@@ -288,6 +288,34 @@ TEST_F(ApplicationTest, AResultShowsTheDesktopWhenItsOptionAsksForIt)
     }
 }
 
+TEST_F(ApplicationTest, FailuresHaveAPictureBesideThemUpToTheLimitOfTheSuite)
+{
+    const QByteArray script = "check.fail('before'); application.start('inventory');\n"
+                              "check.pass('p'); check.fail('f'); log.error('e');\n"
+                              "check.fail('late'); log.warning('w'); throw 'thrown';";
+    const QStringList withResults{"--resultdir", runner.suitePath() + "/results"};
+    const auto pictured = [](const QStringList &lines) {
+        QStringList messages;
+        for (const QString &line : lines.filter(" (Screenshot in \""))
+            messages += line.section(" (", 0, 0);
+        return messages;
+    };
+    EXPECT_EQ(pictured(results(script)), QStringList());
+    const QStringList lines = results(script, withResults);
+    EXPECT_EQ(pictured(lines),
+              (QStringList{"FAIL f", "ERROR e", "FAIL late", "ERROR Script error"}));
+    EXPECT_FALSE(QImage(lines[2].section('"', 1, 1)).isNull());
+    runner.addFile("suite.conf", "VERSION = 3\nFAILURE_SCREENSHOTS = 2\n");
+    EXPECT_EQ(pictured(results(script, withResults)), (QStringList{"FAIL f", "ERROR e"}));
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                          "try { find('crash').click(); } catch (error) {} check.fail('f');",
+                      withResults)
+                  .filter("FAIL "),
+              QStringList("FAIL f (Screenshot taken from the desktop is invalid)|"));
+    runner.addFile("suite.conf", "VERSION = 3\nFAILURE_SCREENSHOTS = many\n");
+    EXPECT_EQ(runner.runSuite({}).status, 2);
+}
+
 TEST_F(ApplicationTest, OptionsOfPointsReachTheVerification)
 {
     runner.addFile("points/counted.xml", statePoint("80 pieces"));
