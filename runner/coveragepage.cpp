@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Morvex {
 namespace {
@@ -98,9 +99,10 @@ void appendTree(const BrowserElement &element, QString *html)
 
 QString coverageText(const BrowserElement &element)
 {
+    // Rounded down: 100 is said of nothing less.
+    const double percentage = std::floor(element.coveragePercentage(true) * 10) / 10;
     return QStringLiteral("%1 % (%2 of %3)")
-        .arg(QString::number(element.coveragePercentage(true), 'f', 1),
-             QString::number(element.coverageActual(true)),
+        .arg(QString::number(percentage, 'f', 1), QString::number(element.coverageActual(true)),
              QString::number(element.coverageExpected(true)));
 }
 

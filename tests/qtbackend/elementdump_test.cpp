@@ -233,6 +233,11 @@ TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
         EXPECT_TRUE(requestObjectSnapshot(object, filter, &error).isEmpty());
         EXPECT_TRUE(error.startsWith("Filter 2, line 1, column ")) << error.toStdString();
     }
+    const QString file = dir.filePath("a_snapshot_user_filter.xml");
+    writeFile(file, "<filter/>");
+    EXPECT_TRUE(requestObjectSnapshot(object, {}, &error).isEmpty());
+    EXPECT_TRUE(error.startsWith("Filter 2 (" + file + "), line 1")) << error.toStdString();
+    QFile::remove(file);
     window.addAction(new QAction("Act", &window));
     EXPECT_TRUE(requestObjectSnapshot("{text='Act'}", {}, &error).isEmpty());
     EXPECT_EQ(error, "The object is not a widget");
