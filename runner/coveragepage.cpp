@@ -5,7 +5,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <cmath>
 
 namespace Morvex {
 namespace {
@@ -99,10 +98,11 @@ void appendTree(const BrowserElement &element, QString *html)
 
 QString coverageText(const BrowserElement &element)
 {
-    // Rounded down: 100 is said of nothing less.
-    const double percentage = std::floor(element.coveragePercentage(true) * 10) / 10;
+    const double percentage = element.coveragePercentage(true);
+    const double mostOfAPart = 99.9;
     return QStringLiteral("%1 % (%2 of %3)")
-        .arg(QString::number(percentage, 'f', 1), QString::number(element.coverageActual(true)),
+        .arg(QString::number(percentage < 100 ? qMin(percentage, mostOfAPart) : 100, 'f', 1),
+             QString::number(element.coverageActual(true)),
              QString::number(element.coverageExpected(true)));
 }
 
