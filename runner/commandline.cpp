@@ -83,6 +83,17 @@ Set number(Member member, const char *what)
     return {};
 }
 
+// The flag comes before the program.
+[[nodiscard]] QString addInspected(RunnerOptions &options, const QString &value)
+{
+    options.action = RunnerOptions::Action::Inspect;
+    if (options.inspectedProgram.isEmpty() && value == QLatin1String("--pick"))
+        options.picks = true;
+    else
+        options.inspectedProgram += value;
+    return {};
+}
+
 [[nodiscard]] QString setKeptRuns(RunnerOptions &options, const QString &value)
 {
     bool isNumber = false;
@@ -166,6 +177,18 @@ const std::vector<Option> &optionTable()
          Takes::Value, text(&O::envVarFile)},
         {"--aut", "COMMAND...", "the application to test; takes all up to --scriptargs",
          Section::Environment, Takes::Application, list(&O::aut)},
+        {"--cwd", "DIRECTORY",
+         "the working directory of the application; @app for that of the program",
+         Section::Environment, Takes::Value, text(&O::cwd)},
+        {"--applauncher", "PROGRAM",
+         "start applications by this program, which gets their commands", Section::Environment,
+         Takes::Value, text(&O::applicationLauncher)},
+        {"--launcherargs", "ARGUMENTS", "its own arguments, which come first", Section::Environment,
+         Takes::Value, text(&O::launcherArguments)},
+        {"--hook-subprocesses", "", "processes that the application starts can be tested, too",
+         Section::Environment, Takes::Nothing, flag(&O::hookSubProcesses)},
+        {"--use-whitelist", "", "only programs in whitelist.txt of the suite can be tested",
+         Section::Environment, Takes::Nothing, flag(&O::useWhiteList)},
         {"--scriptargs", "ARGUMENTS...", "takes all that follows; scripts read it",
          Section::Environment, Takes::Rest, list(&O::scriptArguments)},
         {"--list", "", "print the test cases in the order of a run", Section::Information,
@@ -181,6 +204,10 @@ const std::vector<Option> &optionTable()
         {"--migrate-names", "",
          "add the names of the suite's object map (OBJECTMAP) to its names.js",
          Section::Information, Takes::Nothing, action(O::Action::MigrateNames)},
+        {"--inspect", "PROGRAM [ARG...]",
+         "start a program and print its objects with names that find takes; with --pick before "
+         "PROGRAM the name and properties of what is clicked on, until it ends",
+         Section::Information, Takes::Rest, addInspected},
         {"--help", "", "print this text", Section::Information, Takes::Nothing,
          action(O::Action::Help)},
         {"--version", "", "print the version", Section::Information, Takes::Nothing,
@@ -189,16 +216,11 @@ const std::vector<Option> &optionTable()
         {"--port", "", "", Section::Child, Takes::Value, number(&O::port, "a port")},
         {"--wrapper", "", "", Section::Child, Takes::Value, list(&O::wrappers)},
         {"--objectmap", "", "", Section::Child, Takes::Value, text(&O::objectMap)},
-        {"--cwd", "", "", Section::Child, Takes::Value, text(&O::cwd)},
-        {"--hook-subprocesses", "", "", Section::Child, Takes::Nothing, flag(&O::hookSubProcesses)},
-        {"--use-whitelist", "", "", Section::Child, Takes::Nothing, flag(&O::useWhiteList)},
         {"--interactive", "", "", Section::Child, Takes::Nothing, flag(&O::isInteractive)},
         {"--enable-video-capture", "", "", Section::Child, Takes::Nothing,
          flag(&O::isVideoCaptureEnabled)},
-        {"--applauncher", "", "", Section::Child, Takes::Value, text(&O::applicationLauncher)},
         {"--suiteVersion", "", "", Section::Child, Takes::Value,
          number(&O::suiteVersion, "a version")},
-        {"--launcherargs", "", "", Section::Child, Takes::Value, text(&O::launcherArguments)},
     };
     return table;
 }

@@ -61,16 +61,19 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
             "log.info(find('awkward').get('level'), window.exists());\n"
             "\nfind('crash').click();",
         {"--coverage"});
-    ASSERT_EQ(lines.size(), 8);
+    ASSERT_EQ(lines.size(), 9);
     EXPECT_EQ(lines[0], "LOG crash: " + crash + "|");
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
     EXPECT_EQ(lines[2], lines[1]);
     EXPECT_EQ(lines[3], "LOG " + crash + "|");
-    for (int i : {4, 7})
-        EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
+    EXPECT_TRUE(lines[4].startsWith("WARNING The application has crashed"));
     EXPECT_EQ(lines[5], "LOG 0|false");
-    EXPECT_TRUE(lines[6].startsWith("ERROR Script error|Error: crash: " + crash))
+    EXPECT_TRUE(lines[6].startsWith("FATAL The application has crashed by signal 11 (Segmentation "
+                                    "fault)|Error: crash: " +
+                                    crash))
         << lines[6].toStdString();
+    for (int i : {7, 8})
+        EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
 }
 
 TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)
@@ -82,9 +85,13 @@ TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)
                                           {"--coverage", "--resultdir", dir});
         EXPECT_FALSE(lines.join('\n').contains("UI coverage is not"))
             << lines.join('\n').toStdString();
-        EXPECT_TRUE(output.standardError.contains("UI coverage: 18.2 % (2 of 11)"))
-            << output.standardError.constData();
+        EXPECT_TRUE(output.standardError.contains(" % (2 of ")) << output.standardError.constData();
     }
+    // A process that executes its program again is another one.
+    results(QByteArray(startAwkward) + "try { find('restart').click(); } catch (error) {}\n"
+                                       "find('print').click();",
+            {"--coverage"});
+    EXPECT_TRUE(output.standardError.contains(" % (1 of ")) << output.standardError.constData();
 }
 
 TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)
@@ -183,4 +190,39 @@ TEST_F(ProgramTest, APauseOnFailureKeepsTheApplicationUntilAKeyIsPressed)
     shown += process.readAll();
     EXPECT_TRUE(shown.contains("1 test case, 1 failed")) << shown.constData();
     EXPECT_FALSE(shown.contains("press a key")) << shown.constData();
+}
+
+TEST_F(ProgramTest, TheObjectsOfAProgramArePrintedByNamesThatFindThem)
+{
+    const RunnerOutput tree = runner.run({"--inspect", "inventory"});
+    EXPECT_EQ(tree.status, 0) << tree.standardError.constData();
+    const QList<QByteArray> lines = tree.standardOutput.trimmed().split('\n');
+    EXPECT_TRUE(tree.standardOutput.startsWith("{name='inventory' type='InventoryWindow'}\n  "));
+    EXPECT_GT(lines.size(), 50);
+    EXPECT_TRUE(tree.standardOutput.contains(" occurrence='2' "));
+    QByteArray names;
+    for (const QByteArray &line : lines)
+        names += line.trimmed() + '\n';
+    runner.addFile("names.txt", names);
+    EXPECT_EQ(results("application.start('inventory'); var lost = [];\n"
+                      "file.read('names.txt').trim().split('\\n').forEach(function (name) {\n"
+                      "    if (!find(name, 0).exists()) lost.push(name); });\n"
+                      "log.info(lost);"),
+              QStringList("LOG []|"));
+    const struct
+    {
+        QStringList arguments;
+        QByteArray error;
+    } rows[] = {
+        {{"--inspect", "--pick", "inventory"}, "--pick needs a display"},
+        {{"--inspect", "--pick"}, "no program was given"},
+        {{"--inspect", "nothing of that name"}, "there is no program 'nothing of that name'"},
+        {{"--inspect", "/bin/true"}, "before it could be tested"},
+    };
+    for (const auto &row : rows) {
+        output = runner.run(row.arguments);
+        EXPECT_EQ(output.status, 2);
+        EXPECT_TRUE(output.standardError.contains(row.error)) << output.standardError.constData();
+        EXPECT_EQ(output.standardError.count('\n'), 1);
+    }
 }
