@@ -2,7 +2,10 @@
 
 #include "objectmodel/objectmap.h"
 #include "qtbackend/closestobjects.h"
+#include "qtbackend/identification.h"
 #include "qtbackend/qtmodel.h"
+
+#include <QPointer>
 
 #include <algorithm>
 
@@ -50,6 +53,14 @@ bool isQuick(const NameCondition &condition)
 {
     return !condition.isReference() && (condition.property == QLatin1String("name") ||
                                         condition.property == QLatin1String("type"));
+}
+
+bool holdAll(QtModel &model, NameConditions::const_iterator begin,
+             NameConditions::const_iterator end, const QPointer<QObject> &object)
+{
+    return std::all_of(begin, end, [&](const NameCondition &condition) {
+        return object && condition.holds(model, object);
+    });
 }
 
 } // namespace
@@ -131,10 +142,11 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
     const QString name = text.trimmed();
     if (ObjectName::isSymbolicName(name)) {
         const ObjectMap *map = ObjectMap::self();
-        if (!map || !map->contains(name)) {
+        if (!map || !map->contains(name) || m_pending.contains(name)) {
             report(error, QStringLiteral("The object map has no name '%1'.").arg(name));
             return {};
         }
+        m_pending += name;
         return findAll(map->realName(name).qualifiedName(), error);
     }
     ObjectName objectName(name);
@@ -153,13 +165,21 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
 
 std::vector<QObject *> NameResolver::fittingObjects(const NameConditions &conditions)
 {
-    std::vector<QObject *> found;
+    const auto slow = std::find_if_not(conditions.begin(), conditions.end(), isQuick);
+    std::vector<QPointer<QObject>> candidates;
     for (QObject *object : m_index ? m_index->candidates(conditions) : m_model.allObjects()) {
-        const bool fits =
-            std::all_of(conditions.begin(), conditions.end(), [&](const NameCondition &condition) {
-                return condition.holds(m_model, object);
-            });
-        if (fits)
+        if (holdAll(m_model, conditions.begin(), slow, object))
+            candidates.emplace_back(object);
+    }
+    // To read a property calls the application, which may delete any object.
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
+                                    [&](const QPointer<QObject> &object) {
+                                        return !holdAll(m_model, slow, conditions.end(), object);
+                                    }),
+                     candidates.end());
+    std::vector<QObject *> found;
+    for (const QPointer<QObject> &object : candidates) {
+        if (object)
             found.push_back(object);
     }
     return found;
@@ -220,6 +240,24 @@ QString NameResolver::describeFailure(const ObjectName &name, const NameConditio
     const QString text = QStringLiteral("There is no object %1.").arg(name.qualifiedName());
     const QString closest = describeClosest(m_model, conditions);
     return closest.isEmpty() ? text : QStringLiteral("%1 Closest: %2.").arg(text, closest);
+}
+
+QString NameResolver::uniqueName(const QObject *object)
+{
+    if (!m_index)
+        m_index.emplace(m_model);
+    const ObjectName name(realNameOf(object));
+    NameConditions conditions;
+    if (!makeConditions(name, &conditions, nullptr))
+        return name.qualifiedName();
+    const std::vector<QObject *> found = fittingObjects(conditions);
+    const auto place = std::find(found.begin(), found.end(), object);
+    if (found.size() < 2 || place == found.end())
+        return name.qualifiedName();
+    auto properties = name.properties();
+    properties.insert(occurrenceKey, {ObjectName::PropertyValue::EXACT,
+                                      QString::number(place - found.begin() + 1)});
+    return ObjectName(properties).qualifiedName();
 }
 
 QHash<const QObject *, QString> NameResolver::symbolicNames()

@@ -31,6 +31,9 @@ public:
     /// can't be used.
     std::vector<QObject *> findAll(const QString &name, QString *error);
 
+    /// A name that fits the object alone at this moment. For many objects in a row.
+    QString uniqueName(const QObject *object);
+
     /// The names in the object map of the objects that are there.
     QHash<const QObject *, QString> symbolicNames();
 
