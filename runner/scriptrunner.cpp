@@ -283,7 +283,7 @@ SharedPtr<Object> ScriptRunner::waitForItem(const QString &name, SharedPtr<Objec
     const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
     while (object && inspector) {
         QString error;
-        const QVariantList arguments = QVariantList{object->id()} + selector;
+        const QVariantList arguments{object->id(), QVariant(selector)};
         if (inspector->callFunction(QStringLiteral("hasItem"), arguments, &error).toBool())
             return object;
         if (!error.isEmpty() || timer.elapsed() >= timeout)
