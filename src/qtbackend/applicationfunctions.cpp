@@ -104,6 +104,8 @@ QVariant countUsage(QtModel &model, const Call &, QString *)
 
 QVariant dumpUsage(QtModel &model, const Call &, QString *)
 {
+    if (!model.isUsageCounted())
+        return dumpError(QStringLiteral("The application did not count what users do."));
     return QByteArray(1, dumpFollows) + model.usageCounter().dump();
 }
 
