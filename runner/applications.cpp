@@ -134,7 +134,6 @@ int Applications::handOut(Entry &entry)
     entry.isKnown = true;
     m_current = entry.id;
     inspector();
-    startUsageCount();
     return entry.id;
 }
 
@@ -284,13 +283,18 @@ QString Applications::standardError(int id) const
 
 std::shared_ptr<RemoteInspector> Applications::inspector()
 {
-    const Entry *entry = entryOf(m_current);
+    Entry *entry = entryOf(m_current);
     std::shared_ptr<RemoteInspector> wanted;
     if (entry && entry->application)
         wanted = entry->context->inspector();
     if (wanted && wanted != m_installed) {
         Inspector::install(wanted.get());
         m_installed = wanted;
+    }
+    // Another one, too, of a process that has executed another program.
+    if (wanted && entry->counted.lock() != wanted) {
+        entry->counted = wanted;
+        startUsageCount();
     }
     return wanted;
 }

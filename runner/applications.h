@@ -117,6 +117,8 @@ private:
         int id = -1;
         std::shared_ptr<RemoteApplication> application;
         std::shared_ptr<RemoteContext> context;
+        // In which usage is counted, if it is to be.
+        std::weak_ptr<RemoteInspector> counted;
         bool isKnown = false;
         bool isDeathSettled = false;
         // After the end of the application.
