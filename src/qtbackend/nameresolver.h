@@ -5,6 +5,7 @@
 #include "qtbackend/objectindex.h"
 
 #include <QHash>
+#include <QPointer>
 #include <QStringList>
 
 #include <optional>
@@ -55,7 +56,7 @@ private:
     // Symbolic names that are being looked up: they may refer to each other.
     QStringList m_pending;
     // By their symbolic names: several names may refer to one.
-    QHash<QString, QObject *> m_found;
+    QHash<QString, QPointer<QObject>> m_found;
     int m_depth = 0;
     // Whether the last name that was not found fits more than one object.
     bool m_isAmbiguous = false;
