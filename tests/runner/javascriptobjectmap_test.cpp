@@ -215,7 +215,6 @@ TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
     runner.addFile("objects.map", ":A\t{text='OK' window={text='Dialog'}}\n"
                                   ":B\t{x='1' window=':save'}\n"
                                   ":Dialog\t{text='Other'}\n"
-                                  ":Ok\t{text='Yes' window=':Save'}\n"
                                   ":Save\t{text='Save'}\n");
     const QString names = runner.suitePath() + "/names.js";
     for (int pass = 0; pass < 2; ++pass) {
@@ -225,10 +224,21 @@ TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
                                   "names.a = {text: \"OK\", window: names.dialog};\n"
                                   "names.b = {window: \":save\", x: \"1\"};\n"
                                   "names.dialog_2 = {text: \"Other\"};\n"
-                                  "names.save = {text: \"Save\"};\n"
-                                  "names.ok = {text: \"Yes\", window: names.save};\n// MORVEX"))
+                                  "names.save = {text: \"Save\"};\n// MORVEX"))
             << code.toStdString();
     }
+}
+
+TEST_F(JavaScriptObjectMapTest, AMigratedNameThatRefersToAnotherIsFoundInOtherWords)
+{
+    RunnerProcess runner;
+    const QByteArray code = QByteArray("names.save = {text: 'Save'};\n"
+                                       "names.ok = {window: names.save, text: 'Yes'};\n") +
+                            marker;
+    runner.addFile("names.js", code);
+    runner.addFile("objects.map", ":Ok\t{text='Yes' window=':Save'}\n:Save\t{text='Save'}\n");
+    EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
+    EXPECT_EQ(readFile(runner.suitePath() + "/names.js"), code);
 }
 
 TEST_F(JavaScriptObjectMapTest, ANameWithinAMigratedNameIsNotFoundByTheKeysOfTheFile)
