@@ -229,30 +229,21 @@ TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
     }
 }
 
-TEST_F(JavaScriptObjectMapTest, AMigratedNameThatRefersToAnotherIsFoundInOtherWords)
-{
-    RunnerProcess runner;
-    const QByteArray code = QByteArray("names.save = {text: 'Save'};\n"
-                                       "names.ok = {window: names.save, text: 'Yes'};\n") +
-                            marker;
-    runner.addFile("names.js", code);
-    runner.addFile("objects.map", ":Ok\t{text='Yes' window=':Save'}\n:Save\t{text='Save'}\n");
-    EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
-    EXPECT_EQ(readFile(runner.suitePath() + "/names.js"), code);
-}
-
 TEST_F(JavaScriptObjectMapTest, ANameWithinAMigratedNameIsNotFoundByTheKeysOfTheFile)
 {
     RunnerProcess runner;
     runner.addFile("names.js", QByteArray("names.main = {type: 'Other'};\n"
-                                          "names.inner = {type: 'X', window: names.main};\n") +
+                                          "names.inner = {type: 'X', window: names.main};\n"
+                                          "names.ok = {text: 'Yes', window: names.main};\n") +
                                    marker);
     runner.addFile("objects.map", ":btn\t{text='b' container={type='X' window=':main'}}\n"
+                                  ":ok\t{text='Yes' window=':main'}\n"
                                   ":main\t{type='QMainWindow'}\n");
     EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
     const QByteArray code = readFile(runner.suitePath() + "/names.js");
     EXPECT_TRUE(code.contains("\nnames.main_2 = {type: \"QMainWindow\"};\n")) << code.toStdString();
     EXPECT_FALSE(code.contains("container: names.inner}")) << code.toStdString();
+    EXPECT_TRUE(code.contains("{text: \"Yes\", window: names.main_2};\n")) << code.toStdString();
 }
 
 TEST_F(JavaScriptObjectMapTest, ASerializedMapKeepsItsNames)
