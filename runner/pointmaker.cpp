@@ -6,7 +6,6 @@
 #include "shared/writefile.h"
 #include "test/titanvp.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QVariant>
@@ -25,7 +24,7 @@ const QLatin1String visualType("Visual");
     QString error;
     const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
     if (dump.isEmpty())
-        return error;
+        return error.isEmpty() ? QStringLiteral("The application's snapshot is empty.") : error;
     return createTitanVPFile(dump, QFileInfo(path), objectName, &error) ? QString() : error;
 }
 
@@ -95,9 +94,6 @@ void writeNothing(QXmlStreamWriter &writer, const PointRequest &request)
 
 [[nodiscard]] QString writePoint(const QString &path, const QByteArray &xml)
 {
-    const QString directory = QFileInfo(path).absolutePath();
-    if (!QDir().mkpath(directory))
-        return QStringLiteral("Could not create the directory '%1'").arg(directory);
     const FileWriteResult written = writeFileSafely(path, xml);
     return written.outcome == FileWriteResult::Written
                ? QString()
