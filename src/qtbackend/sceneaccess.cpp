@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include <dlfcn.h>
+#include <link.h>
 
 namespace Morvex {
 namespace {
@@ -27,6 +28,19 @@ SceneAccess *load()
     return make ? make() : nullptr;
 }
 
+// How many libraries were ever opened in this process.
+unsigned long long countLoads()
+{
+    unsigned long long count = 0;
+    ::dl_iterate_phdr(
+        [](dl_phdr_info *info, std::size_t, void *data) {
+            *static_cast<unsigned long long *>(data) = info->dlpi_adds;
+            return 1;
+        },
+        &count);
+    return count;
+}
+
 bool isQuickThere()
 {
     void *quick = ::dlopen("libQt5Quick.so.5", RTLD_NOW | RTLD_NOLOAD);
@@ -41,10 +55,16 @@ SceneAccess *SceneAccess::self()
 {
     static SceneAccess *access = nullptr;
     static bool isLoaded = false;
-    if (!isLoaded && isQuickThere()) {
+    static unsigned long long librariesBefore = 0;
+    if (isLoaded)
+        return access;
+    // To look for one takes long; this is asked for every object.
+    const unsigned long long libraries = countLoads();
+    if (libraries != librariesBefore && isQuickThere()) {
         isLoaded = true;
         access = load();
     }
+    librariesBefore = libraries;
     return access;
 }
 
