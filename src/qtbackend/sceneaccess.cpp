@@ -28,19 +28,6 @@ SceneAccess *load()
     return make ? make() : nullptr;
 }
 
-// How many libraries were ever opened in this process.
-unsigned long long countLoads()
-{
-    unsigned long long count = 0;
-    ::dl_iterate_phdr(
-        [](dl_phdr_info *info, std::size_t, void *data) {
-            *static_cast<unsigned long long *>(data) = info->dlpi_adds;
-            return 1;
-        },
-        &count);
-    return count;
-}
-
 bool isQuickThere()
 {
     void *quick = ::dlopen("libQt5Quick.so.5", RTLD_NOW | RTLD_NOLOAD);
@@ -49,22 +36,40 @@ bool isQuickThere()
     return quick;
 }
 
+// How many libraries the process has loaded so far, which costs far less than to look for one.
+unsigned long long loadedLibraries()
+{
+    unsigned long long count = 0;
+    ::dl_iterate_phdr(
+        [](dl_phdr_info *info, std::size_t, void *result) {
+            *static_cast<unsigned long long *>(result) = info->dlpi_adds;
+            return 1;
+        },
+        &count);
+    return count;
+}
+
+// Asked for each object that is looked at.
+bool hasQuickCome()
+{
+    static unsigned long long seenLibraries = 0;
+    const unsigned long long libraries = loadedLibraries();
+    if (libraries == seenLibraries)
+        return false;
+    seenLibraries = libraries;
+    return isQuickThere();
+}
+
 } // namespace
 
 SceneAccess *SceneAccess::self()
 {
     static SceneAccess *access = nullptr;
     static bool isLoaded = false;
-    static unsigned long long librariesBefore = 0;
-    if (isLoaded)
-        return access;
-    // To look for one takes long; this is asked for every object.
-    const unsigned long long libraries = countLoads();
-    if (libraries != librariesBefore && isQuickThere()) {
+    if (!isLoaded && hasQuickCome()) {
         isLoaded = true;
         access = load();
     }
-    librariesBefore = libraries;
     return access;
 }
 
