@@ -2,6 +2,7 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
+#include "shared/realpath.h"
 #include "shared/requestdumpobject.h"
 #include "shared/writefile.h"
 #include "test/titanvp.h"
@@ -98,7 +99,7 @@ void writeNothing(QXmlStreamWriter &writer, const PointRequest &request)
 
 [[nodiscard]] QString writePoint(const QString &path, const QByteArray &xml)
 {
-    const QString directory = QFileInfo(path).absolutePath();
+    const QString directory = cleanedPath(QFileInfo(path).path());
     if (!QDir().mkpath(directory))
         return QStringLiteral("Could not create the directory '%1'").arg(directory);
     const FileWriteResult written = writeFileSafely(path, xml);

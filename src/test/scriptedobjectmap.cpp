@@ -1,5 +1,6 @@
 #include "test/scriptedobjectmap.h"
 
+#include "shared/realpath.h"
 #include "shared/settings.h"
 #include "shared/writefile.h"
 #include "test/dummyrunnerinterface.h"
@@ -121,9 +122,8 @@ QStringList globalScriptDirs()
     const UserSettings settings(UserSettings::Paths);
     for (const QString &dir :
          settings.readListEntry(Settings::defaultGroup(), QStringLiteral("GlobalScriptDirs"), {})) {
-        const QString path = QDir::cleanPath(dir);
-        if (!path.isEmpty() && QFileInfo(path).isDir())
-            dirs += path;
+        if (!dir.isEmpty() && QFileInfo(dir).isDir())
+            dirs += cleanedPath(dir);
     }
     return dirs;
 }

@@ -1,5 +1,6 @@
 #include "test/webreport/webreportmerge.h"
 
+#include "shared/realpath.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportdirectory.h"
 #include "test/webreport/webreportrepair.h"
@@ -232,7 +233,7 @@ QString reportAround(const QFileInfo &directory, const QSet<QString> &reports)
 WebReportMerge mergeWebReports(const QString &target, const QStringList &reports, bool joinRuns)
 {
     WebReportMerge merge;
-    const QFileInfo directory(QDir::cleanPath(QDir::current().absoluteFilePath(target)));
+    const QFileInfo directory(cleanedPath(target));
     QSet<QString> known;
     for (const QString &report : reports) {
         const QString path = QFileInfo(report).canonicalFilePath();

@@ -1,6 +1,7 @@
 #include "test/webreport/webreportrepair.h"
 
 #include "shared/filelock.h"
+#include "shared/realpath.h"
 #include "shared/trace.h"
 #include "test/openreportfile.h"
 #include "test/webreport/webreportdata.h"
@@ -283,8 +284,7 @@ WebReportRepair repairWebReport(const QString &directory)
 
 WebReportRepair lockAndRepairWebReport(const QString &directory, std::unique_ptr<FileLock> *lock)
 {
-    const QDir dataDir(
-        QDir(QDir::current().absoluteFilePath(directory)).filePath(webReportDataDir));
+    const QDir dataDir(QDir(cleanedPath(directory)).filePath(webReportDataDir));
     const QString fileName = dataDir.filePath(webReportDataFile);
     // What is no report is left alone.
     if (QFileInfo::exists(fileName)) {
