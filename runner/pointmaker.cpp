@@ -27,10 +27,7 @@ const QLatin1String visualType("Visual");
     const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
     if (dump.isEmpty())
         return error;
-    if (createTitanVPFile(dump, QFileInfo(path), objectName, &error))
-        return {};
-    QFile::remove(path);
-    return error;
+    return createTitanVPFile(dump, QFileInfo(path), objectName, &error) ? QString() : error;
 }
 
 QString typeOf(const QVariant &value)

@@ -19,8 +19,8 @@ struct PointRequest
 };
 
 /// Makes the file from the live object. Of screenshots and tables it still lacks the content, which
-/// a verification that learns puts in. Returns an error text, empty on success; no file is left
-/// after an error.
+/// a verification that learns puts in. Returns an error text, empty on success; after an error a
+/// part of the file may be left.
 [[nodiscard]] QString makePointFile(const QString &path, const PointRequest &request,
                                     const SharedPtr<Object> &object);
 

@@ -2,6 +2,7 @@
 
 #include "runner/environmentfile.h"
 #include "runner/failedtestcases.h"
+#include "runner/failurescreenshots.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
@@ -126,7 +127,8 @@ QString SuiteRunner::prepare()
             .arg(given, m_suite->configLoadErrorMsg().trimmed());
     for (const QString &error :
          {applyOptions(), checkTags(), checkResultDir(), setKeptRuns(), setTimeout(),
-          checkNames(m_options.testCases), checkNames(m_options.skippedTestCases)}) {
+          setFailureScreenshots(m_suite->failureScreenshots()), checkNames(m_options.testCases),
+          checkNames(m_options.skippedTestCases)}) {
         if (!error.isEmpty())
             return error;
     }

@@ -52,16 +52,19 @@ void ScriptApi::install(QObject *application, QObject *verification)
 
 void ScriptApi::log(const QString &type, const QString &message, const QString &details)
 {
-    m_context.result->addResult(currentLocalTime(), TestResult::stringToResult(type), message,
+    const TestResult::ResultType result = TestResult::stringToResult(type);
+    m_context.result->addResult(currentLocalTime(), result, message + m_context.screenshot(result),
                                 details, m_engine->currentStack(), QString(), -1);
 }
 
 void ScriptApi::check(bool passed, const QString &message, const QString &details, bool expectFail)
 {
     TestResult *result = m_context.result;
+    const TestResult::ResultType type = TestResult::verificationType(passed, expectFail);
+    const QString shownMessage = message + m_context.screenshot(type);
     result->startVP();
-    result->addResult(currentLocalTime(), TestResult::verificationType(passed, expectFail), message,
-                      details, m_engine->currentStack(), QString(), -1);
+    result->addResult(currentLocalTime(), type, shownMessage, details, m_engine->currentStack(),
+                      QString(), -1);
     result->endVP();
 }
 

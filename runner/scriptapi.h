@@ -2,17 +2,16 @@
 
 #include "runner/namesfile.h"
 #include "runner/scriptengine.h"
+#include "test/testresult.h"
 
 #include <QJSValue>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
-#include <vector>
+#include <functional>
 
 namespace Morvex {
-
-class TestResult;
 
 /// What a script can call. The functions that scripts see are in scriptapi.mjs; they check and
 /// convert their arguments and call the slots of this class.
@@ -31,6 +30,8 @@ public:
         QString resultDir;
         QStringList scriptArguments;
         double snoozeFactor;
+        /// The text to add to the message of a result of this type, which may have a picture.
+        std::function<QString(TestResult::ResultType)> screenshot;
     };
 
     ScriptApi(ScriptEngine *engine, const Context &context);

@@ -332,6 +332,22 @@ export default function (native, application, verification, global, nameFunction
     var rowKey = Symbol("row");
     var valuesKey = Symbol("values");
     var columnsKey = Symbol("columns");
+    var aheadKey = Symbol("ahead");
+
+    var recordsAhead = 256;
+
+    // Loops ask for the values of a column in the order of their rows. They get some from the
+    // runner at once, since a call of it takes longer than an element of a list.
+    function valueOf(table, row, column) {
+        var ahead = table[aheadKey][column];
+        var place = row - ahead.first;
+        if (place >= 0 && place < ahead.values.length)
+            return ahead.values[place];
+        var isNext = row === ahead.first + ahead.values.length;
+        ahead.values = table[sourceKey].values(column, row, isNext ? recordsAhead : 1);
+        ahead.first = row;
+        return ahead.values[0];
+    }
 
     // A record converts a value when it is asked for.
     function DataRecord(table, row) {
@@ -358,7 +374,7 @@ export default function (native, application, verification, global, nameFunction
         var values = this[valuesKey];
         if (values)
             return column < values.length ? values[column] : "";
-        return table[sourceKey].value(this[rowKey], column);
+        return valueOf(table, this[rowKey], column);
     };
 
     DataRecord.prototype.toJSON = function () {
@@ -369,6 +385,9 @@ export default function (native, application, verification, global, nameFunction
         this.fields = Array.from(source.fields());
         this.count = source.count;
         Object.defineProperty(this, sourceKey, {value: source});
+        Object.defineProperty(this, aheadKey, {value: this.fields.map(function () {
+            return {first: 0, values: []};
+        })});
         // Of two equal names the later one counts.
         Object.defineProperty(this, columnsKey, {value: new Map(this.fields.map(function (name, column) {
             return [name, column];

@@ -35,6 +35,9 @@ public:
     /// which takes with it what it knows of its use; not at the end of this object's life.
     void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
 
+    /// Whether the script has started one, which may have ended.
+    bool wasStarted() const { return m_wasStarted; }
+
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
     SharedPtr<Object> object(const QString &name, int timeout, QString *error) const;

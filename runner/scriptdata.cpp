@@ -83,4 +83,14 @@ QString ScriptData::value(int index, int column) const
     return record ? record->valueAsString(column) : QString();
 }
 
+QStringList ScriptData::values(int column, int first, int count) const
+{
+    QStringList values;
+    const int end = first + qMin(count, this->count() - first);
+    values.reserve(end - first);
+    for (int index = first; index < end; ++index)
+        values += value(index, column);
+    return values;
+}
+
 } // namespace Morvex

@@ -35,6 +35,8 @@ public:
     Q_INVOKABLE QStringList row(int index) const;
     /// Empty where the record is too short.
     Q_INVOKABLE QString value(int index, int column) const;
+    /// The values of @p column in @p count records from @p first on, as far as there are any.
+    Q_INVOKABLE QStringList values(int column, int first, int count) const;
 
 private:
     explicit ScriptData(std::unique_ptr<TestDataSet> dataSet);

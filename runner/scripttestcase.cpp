@@ -1,5 +1,6 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/failurescreenshots.h"
 #include "runner/processend.h"
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
@@ -88,11 +89,15 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
         attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
     };
     application.setBeforeStop(keepUsage);
-    ScriptVerification verification(&engine, &application, result(),
-                                    ScriptRunner(result(), path, m_options.resultDir), searchDirs);
-    ScriptApi api(&engine,
-                  {result(), testCaseDirectory().path(), m_options.suiteDir, m_options.resultDir,
-                   m_options.scriptArguments, m_options.snoozeFactor});
+    const ScriptRunner runner(result(), path, m_options.resultDir);
+    FailureScreenshots screenshots(runner, [&application] { return application.wasStarted(); });
+    m_screenshots = &screenshots;
+    ScriptVerification verification(&engine, &application, result(), runner, searchDirs);
+    ScriptApi api(&engine, {result(), testCaseDirectory().path(), m_options.suiteDir,
+                            m_options.resultDir, m_options.scriptArguments, m_options.snoozeFactor,
+                            [&screenshots](TestResult::ResultType type) {
+                                return screenshots.textFor(type);
+                            }});
     const NamesFileError namesError = api.defineNames();
     if (!namesError.text.isEmpty()) {
         result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"),
@@ -121,7 +126,8 @@ bool ScriptTestCase::hasPassed(const ScriptEngine::Outcome &outcome, const QStri
     if (stack.empty())
         stack.emplace_back(path, 0);
     result()->addError(
-        title, (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
+        title + m_screenshots->textFor(TestResult::ERROR),
+        (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
         stack);
     return false;
 }

@@ -6,6 +6,7 @@
 
 namespace Morvex {
 
+class FailureScreenshots;
 class ScriptApplication;
 
 /// A test case whose body is the file script.js in its directory.
@@ -36,6 +37,8 @@ private:
     void addError(const LineInfo &place, const QString &details);
 
     Options m_options;
+    // While the script runs.
+    FailureScreenshots *m_screenshots = nullptr;
 };
 
 } // namespace Morvex

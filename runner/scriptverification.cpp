@@ -1,5 +1,6 @@
 #include "runner/scriptverification.h"
 
+#include "runner/pointdraft.h"
 #include "runner/pointmaker.h"
 #include "runner/scriptapplication.h"
 #include "runner/scriptdata.h"
@@ -83,8 +84,11 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     const QString path = pointPath(name);
     const bool isSilent = options.value(QStringLiteral("silent")).toBool();
     const bool learns = isLearning();
-    if (!QFileInfo::exists(path))
-        return make(name, path, options);
+    if (!QFileInfo::exists(path)) {
+        const Making outcome = make(name, path, options);
+        if (outcome != MadeByAnotherRun)
+            return outcome == Made;
+    }
     if (!isSilent && !learns && hasUnreadableTable(path)) {
         m_result->addError(QStringLiteral("Verification point '%1' failed").arg(name),
                            QStringLiteral("The table in '%1' can't be read.").arg(path), stack);
@@ -109,54 +113,73 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
     return outcome.summary() == VPResult::SummaryPassed;
 }
 
-bool ScriptVerification::make(const QString &name, const QString &path, const QVariantMap &options)
+ScriptVerification::Making ScriptVerification::make(const QString &name, const QString &path,
+                                                    const QVariantMap &options)
 {
-    const std::vector<LineInfo> stack = m_engine->currentStack();
     const PointRequest request{options.value(QStringLiteral("object")).toString(),
                                options.value(QStringLiteral("type")).toString(),
                                options.value(QStringLiteral("properties")).toStringList()};
     if (!isLearning() || request.type.isEmpty()) {
         m_result->addError(
             QStringLiteral("Verification point file '%1' cannot be opened.").arg(name),
-            howToMakePoint(name, path), stack);
-        return false;
+            howToMakePoint(name, path), m_engine->currentStack());
+        return NotMade;
     }
     QString error;
-    const SharedPtr<Object> object = m_application->object(request.objectName, 0, &error);
-    if (object)
-        error = makePointFile(path, request, object);
+    if (const SharedPtr<Object> object = m_application->object(request.objectName, 0, &error))
+        return makeOf(object, name, path, request);
+    addNotMade(name, error);
+    return NotMade;
+}
+
+ScriptVerification::Making ScriptVerification::makeOf(const SharedPtr<Object> &object,
+                                                      const QString &name, const QString &path,
+                                                      const PointRequest &request)
+{
+    PointDraft draft(path);
+    QString error = makePointFile(draft.path(), request, object);
     if (!error.isEmpty()) {
-        m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
-                           error, stack);
-        return false;
+        addNotMade(name, error.replace(draft.path(), path));
+        return NotMade;
     }
-    if (!fillIn(name, path, stack))
-        return false;
-    addWarning(QStringLiteral("Verification point '%1' was made of object '%2'")
-                   .arg(name, request.objectName),
-               QStringLiteral("Its file is '%1'.").arg(path));
-    return true;
+    if (!fillIn(name, draft.path()))
+        return NotMade;
+    switch (draft.takePlace(&error)) {
+    case PointDraft::Placed:
+        addWarning(QStringLiteral("Verification point '%1' was made of object '%2'")
+                       .arg(name, request.objectName),
+                   QStringLiteral("Its file is '%1'.").arg(path));
+        return Made;
+    case PointDraft::Taken:
+        return MadeByAnotherRun;
+    case PointDraft::Failed:
+        break;
+    }
+    addNotMade(name, error);
+    return NotMade;
+}
+
+void ScriptVerification::addNotMade(const QString &name, const QString &reason)
+{
+    m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
+                       reason, m_engine->currentStack());
 }
 
 // The content of screenshots and tables is that of a check that learns.
-bool ScriptVerification::fillIn(const QString &name, const QString &path,
-                                const std::vector<LineInfo> &stack)
+bool ScriptVerification::fillIn(const QString &name, const QString &path)
 {
     LiveResolver resolver(m_application);
     VerificationOptions options;
     options.setFlag(VerificationOptions::SilentVerification);
     options.setScreenshotDelay(0);
     const int failuresBefore = m_result->failureCount();
-    const VPResult outcome =
-        TestVP(name, path)
-            .verify(m_result, stack, &m_runner, QString(), &resolver, options, nullptr, false);
+    const VPResult outcome = TestVP(name, path)
+                                 .verify(m_result, m_engine->currentStack(), &m_runner, QString(),
+                                         &resolver, options, nullptr, false);
     if (outcome.summary() == VPResult::SummaryPassed)
         return true;
-    QFile::remove(path);
-    if (m_result->failureCount() > failuresBefore)
-        return false;
-    m_result->addError(QStringLiteral("Verification point '%1' could not be made").arg(name),
-                       QStringLiteral("What it would hold does not stay the same."), stack);
+    if (m_result->failureCount() == failuresBefore)
+        addNotMade(name, QStringLiteral("What it would hold does not stay the same."));
     return false;
 }
 

@@ -15,6 +15,7 @@ namespace Morvex {
 class ScriptApplication;
 class ScriptEngine;
 class VPResult;
+struct PointRequest;
 
 /// Verification points for scripts.
 class ScriptVerification : public QObject
@@ -34,8 +35,13 @@ public:
                             int row);
 
 private:
-    bool make(const QString &name, const QString &path, const QVariantMap &options);
-    bool fillIn(const QString &name, const QString &path, const std::vector<LineInfo> &stack);
+    enum Making { NotMade, Made, MadeByAnotherRun };
+
+    Making make(const QString &name, const QString &path, const QVariantMap &options);
+    Making makeOf(const SharedPtr<Object> &object, const QString &name, const QString &path,
+                  const PointRequest &request);
+    void addNotMade(const QString &name, const QString &reason);
+    bool fillIn(const QString &name, const QString &path);
     void addWarning(const QString &message, const QString &details);
     void addMissingResult(const QString &name, const VPResult &outcome, bool hasLoggedFailure);
     QString pointPath(const QString &name) const;

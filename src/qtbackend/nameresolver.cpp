@@ -154,7 +154,7 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
 std::vector<QObject *> NameResolver::fittingObjects(const NameConditions &conditions)
 {
     std::vector<QObject *> found;
-    for (QObject *object : m_model.allObjects()) {
+    for (QObject *object : m_index ? m_index->candidates(conditions) : m_model.allObjects()) {
         const bool fits =
             std::all_of(conditions.begin(), conditions.end(), [&](const NameCondition &condition) {
                 return condition.holds(m_model, object);
@@ -226,7 +226,10 @@ QHash<const QObject *, QString> NameResolver::symbolicNames()
 {
     QHash<const QObject *, QString> names;
     const ObjectMap *map = ObjectMap::self();
-    for (const QString &name : map ? map->names().keys() : QStringList()) {
+    if (!map)
+        return names;
+    m_index.emplace(m_model);
+    for (const QString &name : map->names().keys()) {
         if (const QObject *object = find(name, nullptr))
             names.insert(object, name);
     }

@@ -2,10 +2,12 @@
 
 #include "objectmodel/objectname.h"
 #include "qtbackend/namecondition.h"
+#include "qtbackend/objectindex.h"
 
 #include <QHash>
 #include <QStringList>
 
+#include <optional>
 #include <vector>
 
 class QObject;
@@ -45,6 +47,8 @@ private:
                             const std::vector<QObject *> &found);
 
     QtModel &m_model;
+    // When there are many names to find.
+    std::optional<ObjectIndex> m_index;
     // Symbolic names that are being looked up: they may refer to each other.
     QStringList m_pending;
     // By their symbolic names: several names may refer to one.

@@ -21,11 +21,9 @@ const char cursorWidth[] = "cursorWidth";
 
 RestingLook::RestingLook(QWidget *widget)
 {
-    hideMouse(widget);
+    hideUse(widget);
     for (QWidget *child : widget->findChildren<QWidget *>())
-        hideMouse(child);
-    if (QWidget *focus = QApplication::focusWidget())
-        hideCursor(focus);
+        hideUse(child);
     hideFocus(widget->window());
 }
 
@@ -39,8 +37,10 @@ RestingLook::~RestingLook()
         if (widget)
             widget->setAttribute(Qt::WA_UnderMouse);
     }
-    if (m_lineEdit)
-        QLineEditPrivate::get(m_lineEdit)->cursorVisible = true;
+    for (const QPointer<QLineEdit> &lineEdit : m_lineEdits) {
+        if (lineEdit)
+            QLineEditPrivate::get(lineEdit)->cursorVisible = true;
+    }
     if (m_textEdit)
         m_textEdit->setProperty(cursorWidth, m_cursorWidth);
 }
@@ -54,6 +54,12 @@ void RestingLook::hideFocus(QWidget *window)
     QApplicationPrivate::focus_widget = nullptr;
 }
 
+void RestingLook::hideUse(QWidget *widget)
+{
+    hideMouse(widget);
+    hideCursor(widget);
+}
+
 void RestingLook::hideMouse(QWidget *widget)
 {
     if (!widget->underMouse())
@@ -62,14 +68,16 @@ void RestingLook::hideMouse(QWidget *widget)
     m_underMouse.emplace_back(widget);
 }
 
-// Fields keep on their own whether they show it.
+// Fields keep on their own whether they show it: that of a spin box does while the box has the
+// focus.
 void RestingLook::hideCursor(QWidget *widget)
 {
     auto *lineEdit = qobject_cast<QLineEdit *>(widget);
     if (lineEdit && QLineEditPrivate::get(lineEdit)->cursorVisible) {
         QLineEditPrivate::get(lineEdit)->cursorVisible = false;
-        m_lineEdit = lineEdit;
-    } else if (qobject_cast<QTextEdit *>(widget) || qobject_cast<QPlainTextEdit *>(widget)) {
+        m_lineEdits.emplace_back(lineEdit);
+    } else if (widget->hasFocus() &&
+               (qobject_cast<QTextEdit *>(widget) || qobject_cast<QPlainTextEdit *>(widget))) {
         m_textEdit = widget;
         m_cursorWidth = widget->property(cursorWidth).toInt();
         widget->setProperty(cursorWidth, 0);

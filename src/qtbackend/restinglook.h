@@ -23,6 +23,7 @@ public:
 
 private:
     void hideFocus(QWidget *window);
+    void hideUse(QWidget *widget);
     void hideMouse(QWidget *widget);
     void hideCursor(QWidget *widget);
 
@@ -30,7 +31,7 @@ private:
     QPointer<QWidget> m_activeWindow;
     QPointer<QWidget> m_focusWidget;
     std::vector<QPointer<QWidget>> m_underMouse;
-    QPointer<QLineEdit> m_lineEdit;
+    std::vector<QPointer<QLineEdit>> m_lineEdits;
     QPointer<QWidget> m_textEdit;
     int m_cursorWidth = 0;
 };

@@ -25,8 +25,6 @@ using UIAbstraction::StandardType;
 using UIAbstraction::UIElement;
 using UIAbstraction::UIEvent;
 
-// The version that the readers of dumps expect.
-
 UIEvent chooseEvent()
 {
     return UIEvent(QStringLiteral("choose"));
@@ -36,31 +34,6 @@ void addUsage(UIElement *element, const UIEvent &event)
 {
     if (element && element->isEventRegistered(event))
         element->addUsage(event);
-}
-
-bool isActivating(int key)
-{
-    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter ||
-           key == Qt::Key_Select;
-}
-
-bool isModifier(int key)
-{
-    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
-           key == Qt::Key_AltGr || key == Qt::Key_Meta;
-}
-
-// Moves the focus on, whatever has it.
-bool leavesWidget(int key)
-{
-    return key == Qt::Key_Tab || key == Qt::Key_Backtab || key == Qt::Key_Escape;
-}
-
-bool isByKey(const UsageRule &rule, int key)
-{
-    if (isModifier(key) || leavesWidget(key) || rule.keys == UsageRule::NoKeys)
-        return false;
-    return rule.keys == UsageRule::AllKeys || isActivating(key);
 }
 
 // A window that shows no elements of its own.
@@ -112,31 +85,6 @@ QStringList contentsOf(const QWidget *window)
         contents << QString::fromLatin1(widget->metaObject()->className()) << widget->objectName()
                  << steadyTextOf(widget);
     return contents;
-}
-
-// What a release of the mouse chooses; null for nothing.
-const QAction *actionAt(const QObject *object, const QPoint &place)
-{
-    if (const auto *menu = qobject_cast<const QMenu *>(object))
-        return menu->actionAt(place);
-    const auto *bar = qobject_cast<const QMenuBar *>(object);
-    return bar ? bar->actionAt(place) : nullptr;
-}
-
-// What a key chooses; null for nothing.
-const QAction *actionFor(const QObject *object, int key)
-{
-    const auto *menu = qobject_cast<const QMenu *>(object);
-    if (!menu)
-        return nullptr;
-    if (isActivating(key))
-        return menu->activeAction();
-    const QList<QAction *> actions = menu->actions();
-    const QKeySequence letter(Qt::ALT | key);
-    const auto found = std::find_if(actions.begin(), actions.end(), [&](const QAction *action) {
-        return action->isVisible() && QKeySequence::mnemonic(action->text()) == letter;
-    });
-    return found != actions.end() ? *found : nullptr;
 }
 
 bool isViewport(const QWidget *widget)

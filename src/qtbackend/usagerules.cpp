@@ -4,6 +4,7 @@
 #include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAbstractSpinBox>
+#include <QAction>
 #include <QCalendarWidget>
 #include <QComboBox>
 #include <QDockWidget>
@@ -21,6 +22,8 @@
 #include <QTextEdit>
 #include <QToolBar>
 #include <QToolBox>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -49,6 +52,24 @@ bool isReadOnly(const QWidget *widget)
 UsageRule rule(const char *event, bool isByMouse, UsageRule::Keys keys)
 {
     return {QLatin1String(event), isByMouse, keys};
+}
+
+bool isActivating(int key)
+{
+    return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter ||
+           key == Qt::Key_Select;
+}
+
+bool isModifier(int key)
+{
+    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
+           key == Qt::Key_AltGr || key == Qt::Key_Meta;
+}
+
+// Moves the focus on, whatever has it.
+bool leavesWidget(int key)
+{
+    return key == Qt::Key_Tab || key == Qt::Key_Backtab || key == Qt::Key_Escape;
 }
 
 } // namespace
@@ -110,6 +131,36 @@ bool isContainer(const QWidget *widget)
                                   &QMenuBar::staticMetaObject, &QStatusBar::staticMetaObject,
                                   &QTabBar::staticMetaObject, &QTabWidget::staticMetaObject,
                                   &QToolBar::staticMetaObject, &QToolBox::staticMetaObject});
+}
+
+bool isByKey(const UsageRule &rule, int key)
+{
+    if (isModifier(key) || leavesWidget(key) || rule.keys == UsageRule::NoKeys)
+        return false;
+    return rule.keys == UsageRule::AllKeys || isActivating(key);
+}
+
+const QAction *actionAt(const QObject *object, const QPoint &place)
+{
+    if (const auto *menu = qobject_cast<const QMenu *>(object))
+        return menu->actionAt(place);
+    const auto *bar = qobject_cast<const QMenuBar *>(object);
+    return bar ? bar->actionAt(place) : nullptr;
+}
+
+const QAction *actionFor(const QObject *object, int key)
+{
+    const auto *menu = qobject_cast<const QMenu *>(object);
+    if (!menu)
+        return nullptr;
+    if (isActivating(key))
+        return menu->activeAction();
+    const QList<QAction *> actions = menu->actions();
+    const QKeySequence letter(Qt::ALT | key);
+    const auto found = std::find_if(actions.begin(), actions.end(), [&](const QAction *action) {
+        return action->isVisible() && QKeySequence::mnemonic(action->text()) == letter;
+    });
+    return found != actions.end() ? *found : nullptr;
 }
 
 } // namespace Morvex

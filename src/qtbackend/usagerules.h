@@ -4,6 +4,9 @@
 
 #include <vector>
 
+class QAction;
+class QObject;
+class QPoint;
 class QWidget;
 
 namespace Morvex {
@@ -26,5 +29,14 @@ bool isOneElement(const QWidget *widget);
 
 /// Whether the widget is an element also when users can do nothing to it, for what is inside.
 bool isContainer(const QWidget *widget);
+
+/// Whether the press of @p key, one of Qt::Key, is what the rule is about.
+bool isByKey(const UsageRule &rule, int key);
+
+/// What a release of the mouse at @p place of a menu or a menu bar chooses; null for nothing.
+const QAction *actionAt(const QObject *object, const QPoint &place);
+
+/// What the press of @p key chooses in a menu; null for nothing.
+const QAction *actionFor(const QObject *object, int key);
 
 } // namespace Morvex

@@ -197,6 +197,9 @@ QString vpFailedImgFromMsg(const QString &msg)
 
 QString extractScreenshotFromMsg(const QString &msg)
 {
+    // Most texts have no such quote, and a character is found sooner than a word.
+    if (!msg.contains(QLatin1Char('"')))
+        return {};
     const int start = msg.indexOf(QLatin1String("Screenshot in"));
     const int first = start < 0 ? -1 : msg.indexOf(QLatin1Char('"'), start);
     const int second = first < 0 ? -1 : msg.indexOf(QLatin1Char('"'), first + 1);

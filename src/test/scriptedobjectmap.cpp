@@ -1,142 +1,16 @@
 #include "test/scriptedobjectmap.h"
 
-#include "shared/realpath.h"
-#include "shared/settings.h"
-#include "shared/writefile.h"
 #include "test/dummyrunnerinterface.h"
+#include "test/names/freename.h"
+#include "test/names/namesfile.h"
+#include "test/names/referenceorder.h"
 #include "test/nullreportgenerator.h"
 #include "test/output/unsavedcopy.h"
 #include "test/testresult.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTextStream>
-
 #include <algorithm>
-#include <cerrno>
-#include <unistd.h>
-#include <vector>
 
 namespace Morvex {
-namespace {
-
-const QLatin1String insertionMarker("MORVEX_INSERT_OBJECT_NAMES_HERE");
-
-// By its text alone too, also a pattern that begins with ":".
-bool isReference(const ObjectName::PropertyValue &value)
-{
-    return value.kind == ObjectName::PropertyValue::REFERENCE ||
-           ScriptedObjectMap::isSymbolicName(value.text);
-}
-
-// Also those of names within the name. The text of a name bounds how deep they are nested.
-QStringList symbolicReferences(const ObjectName &name)
-{
-    QStringList references;
-    for (const ObjectName::PropertyValue &value : name.properties()) {
-        if (!isReference(value))
-            continue;
-        if (ScriptedObjectMap::isSymbolicName(value.text))
-            references += value.text;
-        else
-            references += symbolicReferences(ObjectName(value.text));
-    }
-    return references;
-}
-
-// Calls visit(name) for each name that start refers to, directly or not, and last for start itself,
-// each after those that it refers to. Chains of names may be longer than the stack is deep. Names
-// that are under way are not visited again, nor those for which isWanted is false.
-template <typename ReferencesOf, typename IsWanted, typename Visit>
-void visitInOrderOfReference(const QString &start, QSet<QString> *underWay,
-                             ReferencesOf referencesOf, IsWanted isWanted, Visit visit)
-{
-    struct Step
-    {
-        QString name;
-        QStringList references;
-    };
-
-    std::vector<Step> path{{start, referencesOf(start)}};
-    underWay->insert(start);
-    while (!path.empty()) {
-        Step &step = path.back();
-        if (step.references.isEmpty()) {
-            visit(step.name);
-            underWay->remove(step.name);
-            path.pop_back();
-            continue;
-        }
-        const QString reference = step.references.takeFirst();
-        if (underWay->contains(reference) || !isWanted(reference))
-            continue;
-        underWay->insert(reference);
-        path.push_back({reference, referencesOf(reference)});
-    }
-}
-
-// Empty when it can't be read.
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// Waits until what was written can survive a loss of power. What is no file on a disk has no such
-// state.
-bool isOnDisk(const QString &path)
-{
-    QFile file(path);
-    return !file.open(QIODevice::ReadOnly) || ::fsync(file.handle()) == 0 || errno == EINVAL;
-}
-
-bool isBlank(const QByteArray &code)
-{
-    return QString::fromUtf8(code.constData()).trimmed().isEmpty();
-}
-
-QStringList linesOf(const QByteArray &code)
-{
-    QTextStream stream(code);
-    stream.setCodec("UTF-8");
-    QStringList lines;
-    for (QString line; stream.readLineInto(&line);)
-        lines += line;
-    return lines;
-}
-
-// The first of wanted, wanted_2, wanted_3 and so on that is not taken.
-template <typename IsTaken>
-QString firstFreeName(const QString &wanted, IsTaken isTaken)
-{
-    QString name = wanted;
-    for (int number = 2; isTaken(name); ++number)
-        name = QStringLiteral("%1_%2").arg(wanted, QString::number(number));
-    return name;
-}
-
-QStringList globalScriptDirs()
-{
-    QStringList dirs;
-    const UserSettings settings(UserSettings::Paths);
-    for (const QString &dir :
-         settings.readListEntry(Settings::defaultGroup(), QStringLiteral("GlobalScriptDirs"), {})) {
-        if (!dir.isEmpty() && QFileInfo(dir).isDir())
-            dirs += cleanedPath(dir);
-    }
-    return dirs;
-}
-
-QStringList filesIn(const QDir &dir, const QStringList &patterns)
-{
-    QStringList files;
-    for (const QString &name : dir.entryList(patterns, QDir::Files, QDir::Unsorted))
-        files += dir.filePath(name);
-    return files;
-}
-
-} // namespace
 
 struct ScriptedObjectMap::Private
 {
@@ -352,15 +226,7 @@ QString ScriptedObjectMap::referenceCode(const ObjectName::PropertyValue &value,
 QStringList ScriptedObjectMap::getScriptedSymbolicNames() const
 {
     QString dump;
-    QStringList names;
-    if (!scriptedNamesDump(&dump))
-        return names;
-    for (const QString &line : dump.split(QLatin1Char('\n'))) {
-        const int tab = line.indexOf(QLatin1Char('\t'));
-        if (tab >= 0)
-            names += line.left(tab).mid(1);
-    }
-    return names;
+    return scriptedNamesDump(&dump) ? namesOfDump(dump) : QStringList();
 }
 
 void ScriptedObjectMap::fromLegacyRepresentation(const QString &serializedMap)
@@ -420,8 +286,7 @@ QStringList ScriptedObjectMap::danglingReferences() const
 
 QByteArray ScriptedObjectMap::currentScriptCode() const
 {
-    const QByteArray code = contentOf(d->scriptPath);
-    return isBlank(code) ? contentOf(d->templatePath) : code;
+    return namesFileContent(d->scriptPath, d->templatePath);
 }
 
 QString ScriptedObjectMap::getScriptCode() const
@@ -469,38 +334,17 @@ bool ScriptedObjectMap::saveUnless(const QString &reason) const
     const QString code = getScriptCode();
     clearCreatedNames();
     const QByteArray bytes = code.toUtf8();
-    const QString dirError = makeScriptDirectory();
+    const QString dirError = makeDirectoryOf(d->scriptPath);
     UnsavedCopy copy(d->scriptPath, bytes);
-    d->saveError = !reason.isEmpty() ? reason : !dirError.isEmpty() ? dirError : writeScript(bytes);
+    d->saveError = !reason.isEmpty()     ? reason
+                   : !dirError.isEmpty() ? dirError
+                                         : writeNamesFile(d->scriptPath, bytes);
     if (d->saveError.isEmpty())
         copy.remove();
     else if (!copy.path().isEmpty())
         d->saveError += QStringLiteral("; the names are in '%1' instead").arg(copy.path());
     d->unsavedCode = d->saveError.isEmpty() || !copy.path().isEmpty() ? QString() : code;
     return d->saveError.isEmpty();
-}
-
-// Returns an error text, empty on success.
-QString ScriptedObjectMap::makeScriptDirectory() const
-{
-    const QString dir = QFileInfo(d->scriptPath).path();
-    return QDir(dir).mkpath(QStringLiteral("."))
-               ? QString()
-               : QStringLiteral("%1: the directory could not be created").arg(dir);
-}
-
-// Returns an error text, empty on success.
-QString ScriptedObjectMap::writeScript(const QByteArray &code) const
-{
-    QFile current(d->scriptPath);
-    // What can't be read would be taken for nothing, and replaced.
-    if (current.exists() && !current.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1: %2").arg(d->scriptPath, current.errorString());
-    const FileWriteResult written = writeFileSafely(d->scriptPath, code);
-    if (written.outcome != FileWriteResult::Written)
-        return QStringLiteral("%1: %2").arg(d->scriptPath, written.error);
-    return isOnDisk(d->scriptPath) ? QString()
-                                   : QStringLiteral("%1: %2").arg(d->scriptPath, qt_error_string());
 }
 
 QString ScriptedObjectMap::saveError() const
@@ -520,33 +364,18 @@ ScriptedObjectMap::CreatedNames ScriptedObjectMap::createdNames() const
 
 QStringList ScriptedObjectMap::scriptFiles(const QStringList &patterns) const
 {
-    QStringList files = filesIn(QFileInfo(d->scriptPath).dir(), patterns);
-    for (const QString &dir : globalScriptDirs())
-        files += filesIn(QDir(dir), patterns);
-    return files;
+    return scriptFilesBeside(d->scriptPath, patterns);
 }
 
 QDateTime ScriptedObjectMap::lastScriptModification(const QStringList &patterns) const
 {
-    QDateTime latest;
-    for (const QString &file : QStringList(d->scriptPath) + scriptFiles(patterns)) {
-        const QDateTime time = QFileInfo(file).lastModified();
-        if (time.isValid() && (!latest.isValid() || latest < time))
-            latest = time;
-    }
-    return latest;
+    return latestModificationOf(QStringList(d->scriptPath) + scriptFiles(patterns));
 }
 
 QStringList ScriptedObjectMap::warningTextScriptCode() const
 {
-    const QString text =
-        QStringLiteral("\nNOTE: No line ending in '%1' was found in this file when recording a "
-                       "test; please make\n      sure that this is the case (e.g. by adding a "
-                       "comment ending with that special marker)\n      such that object names are "
-                       "automatically inserted at the desired position.")
-            .arg(insertionMarker);
     QStringList lines;
-    for (const QString &line : text.split(QLatin1Char('\n')))
+    for (const QString &line : noteOfMissingMarker().split(QLatin1Char('\n')))
         lines += commentLine(line);
     return lines;
 }

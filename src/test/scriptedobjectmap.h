@@ -210,8 +210,6 @@ private:
                     QMap<QString, QString> &migrated);
     QStringList newDefinitions() const;
     bool saveUnless(const QString &reason) const;
-    [[nodiscard]] QString makeScriptDirectory() const;
-    [[nodiscard]] QString writeScript(const QByteArray &code) const;
 
     struct Private;
     std::unique_ptr<Private> d;

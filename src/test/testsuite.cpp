@@ -211,6 +211,11 @@ QString TestSuite::keptRuns() const
     return m_config.entry(key("KEEP_RUNS")).trimmed();
 }
 
+QString TestSuite::failureScreenshots() const
+{
+    return m_config.entry(key("FAILURE_SCREENSHOTS")).trimmed();
+}
+
 QString TestSuite::timeout() const
 {
     return m_config.entry(key("TIMEOUT")).trimmed();

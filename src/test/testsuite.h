@@ -86,6 +86,8 @@ public:
     bool useWhiteList() const;
     /// How many runs a web report keeps, as it is written; empty for all.
     QString keptRuns() const;
+    /// How many pictures of failures an attempt makes, as it is written; may be empty.
+    QString failureScreenshots() const;
     /// The time that a test case may take, as it is written; empty when nothing is.
     QString timeout() const;
     QString aut() const;

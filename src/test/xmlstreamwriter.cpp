@@ -3,7 +3,9 @@
 #include "test/output/reporttext.h"
 
 #include <algorithm>
-#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <iostream>
 
 namespace Morvex {
@@ -11,31 +13,9 @@ namespace {
 
 const int indentWidth = 4;
 
-// What the texts of a report are mostly made of takes one look-up a byte.
-enum ByteClass : unsigned char {
-    Plain,
-    Illegal,
-    /// Markup, or what an attribute can't hold as it stands.
-    ToEscape,
-    BeginsTerminator
-};
-
-constexpr std::array<ByteClass, 256> makeByteClasses()
+bool isIllegal(char byte)
 {
-    std::array<ByteClass, 256> classes{};
-    for (unsigned code = 0; code < 0x20; ++code)
-        classes[code] = Illegal;
-    for (const unsigned char code : {'\t', '\n', '\r', '&', '<', '>', '"', '\''})
-        classes[code] = ToEscape;
-    classes[']'] = BeginsTerminator;
-    return classes;
-}
-
-constexpr std::array<ByteClass, 256> byteClasses = makeByteClasses();
-
-ByteClass classOf(char byte)
-{
-    return byteClasses[static_cast<unsigned char>(byte)];
+    return static_cast<unsigned char>(byte) < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
 }
 
 // In one piece: a text may hold many, and the stream has no buffer.
@@ -71,25 +51,43 @@ const char *escapeOf(char byte, bool attribute)
 const char terminator[] = "]]>";
 const std::size_t terminatorSize = 3;
 
-bool isPlainCData(char byte)
+bool isSpecialInCData(char byte)
 {
-    return classOf(byte) != Illegal && byte != terminator[0];
+    return static_cast<unsigned char>(byte) < 0x20 || byte == terminator[0];
+}
+
+// Texts are mostly plain: looks at eight bytes at once. A byte is below n when taking n from it
+// borrows; a byte that the byte before it borrows from may look special without being so.
+const char *findSpecialInCData(const char *position, const char *end)
+{
+    const std::uint64_t everyByte = 0x0101010101010101;
+    const auto hasBelow = [](std::uint64_t word, std::uint64_t n) {
+        return ((word - everyByte * n) & ~word & everyByte * 0x80) != 0;
+    };
+    for (std::uint64_t word = 0; end - position >= std::ptrdiff_t(sizeof word);
+         position += sizeof word) {
+        std::memcpy(&word, position, sizeof word);
+        if (hasBelow(word, 0x20) || hasBelow(word ^ everyByte * ']', 1))
+            break;
+    }
+    return std::find_if(position, end, isSpecialInCData);
 }
 
 // Holds back what may become the terminator until the byte after it is known.
 void appendCData(std::string &out, const std::string &text)
 {
     std::size_t matched = 0;
-    for (auto position = text.begin(); position != text.end();) {
+    const char *const end = text.data() + text.size();
+    for (const char *position = text.data(); position != end;) {
         if (matched == 0) {
-            const auto plainEnd = std::find_if_not(position, text.end(), isPlainCData);
-            out.append(position, plainEnd);
+            const char *const plainEnd = findSpecialInCData(position, end);
+            out.append(position, static_cast<std::size_t>(plainEnd - position));
             position = plainEnd;
-            if (position == text.end())
+            if (position == end)
                 break;
         }
         const char byte = *position++;
-        if (classOf(byte) == Illegal) {
+        if (isIllegal(byte)) {
             warnOfIllegal(byte, "CData");
         } else if (byte == terminator[matched]) {
             if (++matched < terminatorSize)
@@ -107,20 +105,22 @@ void appendCData(std::string &out, const std::string &text)
     out.append(terminator, matched);
 }
 
-bool isPlain(char byte)
+// Markup, and what an attribute can't hold as it stands.
+bool isSpecialInText(char byte)
 {
-    return classOf(byte) == Plain || classOf(byte) == BeginsTerminator;
+    return static_cast<unsigned char>(byte) < 0x20 || byte == '&' || byte == '<' || byte == '>' ||
+           byte == '"' || byte == '\'';
 }
 
 void appendEscaped(std::string &out, const std::string &text, bool attribute)
 {
-    const auto end = text.end();
-    for (auto position = text.begin(); position != end;) {
-        const auto plainEnd = std::find_if_not(position, end, isPlain);
-        out.append(position, plainEnd);
+    const char *const end = text.data() + text.size();
+    for (const char *position = text.data(); position != end;) {
+        const char *const plainEnd = std::find_if(position, end, isSpecialInText);
+        out.append(position, static_cast<std::size_t>(plainEnd - position));
         if (plainEnd == end)
             return;
-        if (classOf(*plainEnd) == Illegal)
+        if (isIllegal(*plainEnd))
             warnOfIllegal(*plainEnd, "string");
         else if (const char *escape = escapeOf(*plainEnd, attribute))
             out += escape;
@@ -153,7 +153,7 @@ void XmlStreamWriter::writeStartDocument()
 {
     m_pending += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
     writePending();
-    m_stream.flush();
+    flush();
 }
 
 void XmlStreamWriter::writeEndDocument()
@@ -257,7 +257,7 @@ void XmlStreamWriter::endLine()
         m_pending += '\n';
     writePending();
     if (m_autoFormatting)
-        m_stream.flush();
+        flush();
 }
 
 void XmlStreamWriter::writeIndent()
@@ -272,10 +272,19 @@ void XmlStreamWriter::endPiece()
         writePending();
 }
 
+// As std::ostream::write does it, without what that prepares and ends around each line.
 void XmlStreamWriter::writePending()
 {
-    m_stream.write(m_pending.data(), static_cast<std::streamsize>(m_pending.size()));
+    const auto size = static_cast<std::streamsize>(m_pending.size());
+    if (m_stream.good() && m_stream.rdbuf()->sputn(m_pending.data(), size) != size)
+        m_stream.setstate(std::ios::badbit);
     m_pending.clear();
+}
+
+void XmlStreamWriter::flush()
+{
+    if (m_stream.good() && m_stream.rdbuf()->pubsync() != 0)
+        m_stream.setstate(std::ios::badbit);
 }
 
 void XmlStreamWriterQString::writeAttributeQString(const std::string &name, const QString &value)

@@ -70,6 +70,7 @@ private:
     void writeIndent();
     void endPiece();
     void writePending();
+    void flush();
 
     std::ostream &m_stream;
     // The line that is being written; without auto-formatting empty between two calls.

@@ -238,7 +238,8 @@ TEST_F(ApplicationTest, LearningMakesPointsOfEachTypeThatDoNotExist)
     EXPECT_EQ(impossible.filter("could not be made|").size(), 2);
     EXPECT_EQ(impossible.filter("ERROR b: Invalid object type|").size(), 1);
     EXPECT_EQ(impossible.size(), 3);
-    EXPECT_FALSE(QFile::exists(runner.suitePath() + "/tst_s/points/b.xml"));
+    EXPECT_EQ(QDir(runner.suitePath() + "/tst_s/points").entryList(QDir::Files | QDir::Hidden),
+              (QStringList{"p.xml", "s.xml", "t.xml", "v.xml"}));
 }
 
 TEST_F(ApplicationTest, WhatTheApplicationPrintsStaysOutOfTheReport)
@@ -284,6 +285,34 @@ TEST_F(ApplicationTest, AResultShowsTheDesktopWhenItsOptionAsksForIt)
         EXPECT_EQ(lines[i].contains(" (Screenshot in \""), i / 4 == i % 4)
             << types[i / 4].toStdString() << lines[i].toStdString();
     }
+}
+
+TEST_F(ApplicationTest, FailuresHaveAPictureBesideThemUpToTheLimitOfTheSuite)
+{
+    const QByteArray script = "check.fail('before'); application.start('inventory');\n"
+                              "check.pass('p'); check.fail('f'); log.error('e');\n"
+                              "check.fail('late'); log.warning('w'); throw 'thrown';";
+    const QStringList withResults{"--resultdir", runner.suitePath() + "/results"};
+    const auto pictured = [](const QStringList &lines) {
+        QStringList messages;
+        for (const QString &line : lines.filter(" (Screenshot in \""))
+            messages += line.section(" (", 0, 0);
+        return messages;
+    };
+    EXPECT_EQ(pictured(results(script)), QStringList());
+    const QStringList lines = results(script, withResults);
+    EXPECT_EQ(pictured(lines),
+              (QStringList{"FAIL f", "ERROR e", "FAIL late", "ERROR Script error"}));
+    EXPECT_FALSE(QImage(lines[2].section('"', 1, 1)).isNull());
+    runner.addFile("suite.conf", "VERSION = 3\nFAILURE_SCREENSHOTS = 2\n");
+    EXPECT_EQ(pictured(results(script, withResults)), (QStringList{"FAIL f", "ERROR e"}));
+    EXPECT_EQ(results(QByteArray(startAwkward) +
+                          "try { find('crash').click(); } catch (error) {} check.fail('f');",
+                      withResults)
+                  .filter("FAIL "),
+              QStringList("FAIL f (Screenshot taken from the desktop is invalid)|"));
+    runner.addFile("suite.conf", "VERSION = 3\nFAILURE_SCREENSHOTS = many\n");
+    EXPECT_EQ(runner.runSuite({}).status, 2);
 }
 
 TEST_F(ApplicationTest, OptionsOfPointsReachTheVerification)

@@ -26,6 +26,24 @@ TEST_F(ScriptDataTest, ATableIsWalkedByEachKindOfLoop)
                            "'{\"values\":[\"Pear\"]}'."}));
 }
 
+TEST_F(ScriptDataTest, AValueIsThatOfItsRecordInWhateverOrderTheyAreAskedFor)
+{
+    QByteArray table = "a,b\n";
+    for (int row = 0; row < 600; ++row)
+        table += QByteArray::number(row) + (row % 300 ? ",x" + QByteArray::number(row) : "") + "\n";
+    runner.addFile("long.csv", table);
+    EXPECT_EQ(
+        results("const t = data.open('long.csv'); let wrong = [];\n"
+                "const look = row => { const r = t.record(row);\n"
+                "  if (r.field('a') !== String(row) || r.field('b') !== (row % 300 ? 'x' + row"
+                " : '')) wrong.push(row); };\n"
+                "for (let i = 0; i < 600; ++i) look(i);\n"
+                "for (let i = 0; i < 600; ++i) look(i * 7 % 600);\n"
+                "for (let i = 599; i >= 0; --i) look(i);\n"
+                "check.equal(wrong, [], 'm');"),
+        QStringList("PASS m|Got expected '[]'."));
+}
+
 TEST_F(ScriptDataTest, ASheetIsReadByItsName)
 {
     const QString path = runner.suitePath() + "/book.xlsx";

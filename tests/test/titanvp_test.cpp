@@ -10,6 +10,7 @@
 #include "test/webreport/visualtrees.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QJsonArray>
@@ -18,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeWidget>
@@ -43,6 +45,9 @@ struct Form
         auto *rows = new QFormLayout;
         rows->addRow("&Name", name = new QLineEdit("a  b"));
         rows->addRow("Count", count = new QLabel("3"));
+        rows->addRow("Price", price = new QSpinBox);
+        rows->addRow("Unit", unit = new QComboBox);
+        unit->setEditable(true);
         auto *tabs = new QTabWidget;
         tabs->addTab(table = new QTableWidget(2, 2), "Lines");
         tabs->addTab(new QTreeWidget, "Tree");
@@ -60,6 +65,8 @@ struct Form
     QGroupBox *form;
     QLineEdit *name;
     QLabel *count;
+    QSpinBox *price;
+    QComboBox *unit;
     QTableWidget *table;
     QPushButton *button;
     QLabel *mark;
@@ -159,7 +166,8 @@ TEST_F(TitanVPTest, ANewPointPassesWhereNothingButThePlaceOfTheWindowChanged)
     Form again;
     QApplication::setActiveWindow(&again.window);
     again.button->setAttribute(Qt::WA_UnderMouse);
-    for (QWidget *focus : std::initializer_list<QWidget *>{again.name, again.table, again.button}) {
+    for (QWidget *focus : std::initializer_list<QWidget *>{again.name, again.price, again.unit,
+                                                           again.table, again.button}) {
         focus->setFocus();
         EXPECT_EQ(resultsOf(point), QStringList(passed)) << focus->metaObject()->className();
         EXPECT_TRUE(focus->hasFocus());

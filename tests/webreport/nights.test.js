@@ -12,7 +12,7 @@ const connect = night + 'log.error("Cannot connect to 10.0.0." + night + ":" + (
 function scriptsOf(number) {
     const scripts = {
         tst_connect_a: connect,
-        tst_connect_b: connect,
+        tst_connect_b: connect.replace(/\);$/, ` + ' (Screenshot in "/shots/b.png")');`),
         tst_other: 'check.equal(1, 2, "The sum");',
         tst_new: night + 'check.that(night < 2, "Held until night " + night);',
         tst_fixed: night + 'check.that(night > 1, "Mended");',

@@ -22,9 +22,13 @@
     // Quoted texts may be long; the forms of the others take much time for much text.
     const longestQuoting = 20000;
 
+    // Not each failure of a cause has one.
+    const screenshot = / \(Screenshot (?:in "[^"\n]*"|taken from the desktop is invalid)\)$/;
+
     /// A message without numbers, paths, times and quoted texts.
     function normalized(text) {
-        let short = text.slice(0, longestQuoting).replace(quoted, '…').slice(0, 4 * longest);
+        const bare = text.slice(0, longestQuoting).replace(screenshot, '');
+        let short = bare.replace(quoted, '…').slice(0, 4 * longest);
         for (const form of variable) short = short.replace(form, '…');
         return short.replace(/\s+/g, ' ').trim().slice(0, longest);
     }

@@ -3,6 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
+#include "shared/realpath.h"
 #include "shared/richimage.h"
 #include "shared/uiabstraction/loadimage.h"
 #include "test/runnerinterface.h"
@@ -30,12 +31,17 @@ QImage imageOf(const QVariant &value)
                : value.value<QImage>();
 }
 
+QString testCaseDir(RunnerInterface *runner)
+{
+    return cleanedPath(QFileInfo(runner->currentTestCase()).path());
+}
+
 } // namespace
 
 QString testCaseResultDir(RunnerInterface *runner)
 {
     const QChar separator = QDir::separator();
-    const QFileInfo testCase(QFileInfo(runner->currentTestCase()).absolutePath());
+    const QFileInfo testCase(testCaseDir(runner));
     const QFileInfo suite(testCase.path());
     return runner->resultDirectory() + separator + suite.fileName() + separator +
            testCase.fileName() + separator;
@@ -45,7 +51,7 @@ QString failedOutputDir(RunnerInterface *runner, const QString &subDir)
 {
     const QString dir =
         runner->resultDirectory().isEmpty()
-            ? QFileInfo(runner->currentTestCase()).absolutePath() + QDir::separator()
+            ? testCaseDir(runner) + QDir::separator()
             : testCaseResultDir(runner);
     return dir + subDir + QDir::separator();
 }
@@ -135,7 +141,7 @@ QString failedImageDir(const QString &vpName, const QFileInfo &vpFile, RunnerInt
 {
     const QLatin1String subDir("failedImages");
     if (runner->resultDirectory().isEmpty())
-        return vpFile.absolutePath() + QDir::separator() + subDir + QDir::separator();
+        return cleanedPath(vpFile.path()) + QDir::separator() + subDir + QDir::separator();
     const QString name = QDir::isAbsolutePath(vpName) ? QFileInfo(vpName).fileName() : vpName;
     return testCaseResultDir(runner) + name + QDir::separator() + subDir + QDir::separator();
 }

@@ -78,7 +78,7 @@ private:
         if (isOutside(clean, file)) {
             *warnings += QStringLiteral("'%1' is outside of the report '%2', kept as a link")
                              .arg(file.absoluteFilePath(), m_report.path());
-            return QUrl::fromLocalFile(QDir::cleanPath(file.absoluteFilePath()))
+            return QUrl::fromLocalFile(cleanedPath(file.filePath()))
                 .toEncoded(QUrl::FullyEncoded);
         }
         const QString directory = directoryFor(QFileInfo(clean).path(), target);
