@@ -6,11 +6,12 @@
 #include "shared/realpath.h"
 #include "shared/richimage.h"
 #include "shared/uiabstraction/loadimage.h"
+#include "shared/writefile.h"
 #include "test/runnerinterface.h"
 #include "test/verification/displaypicture.h"
 
+#include <QBuffer>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace Morvex {
@@ -49,10 +50,9 @@ QString testCaseResultDir(RunnerInterface *runner)
 
 QString failedOutputDir(RunnerInterface *runner, const QString &subDir)
 {
-    const QString dir =
-        runner->resultDirectory().isEmpty()
-            ? testCaseDir(runner) + QDir::separator()
-            : testCaseResultDir(runner);
+    const QString dir = runner->resultDirectory().isEmpty()
+                            ? testCaseDir(runner) + QDir::separator()
+                            : testCaseResultDir(runner);
     return dir + subDir + QDir::separator();
 }
 
@@ -87,9 +87,10 @@ QString numberedFile(const QString &dir, const QString &stem, const QString &ext
 
 bool saveImage(const QImage &image, const QString &path, const char *format)
 {
-    QFile file(path);
-    // The image writer does not see what the file still holds back.
-    return file.open(QIODevice::WriteOnly) && image.save(&file, format) && file.flush();
+    const QByteArray suffix = QFileInfo(path).suffix().toLatin1();
+    QBuffer buffer;
+    return image.save(&buffer, format && *format ? format : suffix.constData()) &&
+           writeFileSafely(path, buffer.data()).outcome == FileWriteResult::Written;
 }
 
 QImage desktopScreenshot()
