@@ -248,6 +248,7 @@ TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
         // Two reports into one file.
         {"exec \"$@\" --reportgen stdout --reportgen xml,/dev/fd/1 > log", 1},
         {"exec \"$@\" --reportgen xml,/dev/fd/1 --reportgen stdout > log", 1},
+        {"ln pipe names.js; exec \"$@\"", 1},
     };
     for (const auto &row : rows) {
         const QStringList arguments{"-c", row.command, "bash", RunnerProcess::program(),

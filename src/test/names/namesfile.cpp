@@ -1,6 +1,7 @@
 #include "test/names/namesfile.h"
 
 #include "shared/realpath.h"
+#include "shared/regularfile.h"
 #include "shared/settings.h"
 #include "shared/writefile.h"
 
@@ -19,7 +20,7 @@ namespace {
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return openRegularFile(&file).isEmpty() ? file.readAll() : QByteArray();
 }
 
 // Waits until what was written can survive a loss of power. What is no file on a disk has no such
@@ -85,8 +86,9 @@ QString writeNamesFile(const QString &path, const QByteArray &code)
 {
     QFile current(path);
     // What can't be read would be taken for nothing, and replaced.
-    if (current.exists() && !current.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1: %2").arg(path, current.errorString());
+    const QString unreadable = current.exists() ? openRegularFile(&current) : QString();
+    if (!unreadable.isEmpty())
+        return QStringLiteral("%1: %2").arg(path, unreadable);
     const FileWriteResult written = writeFileSafely(path, code);
     if (written.outcome != FileWriteResult::Written)
         return QStringLiteral("%1: %2").arg(path, written.error);

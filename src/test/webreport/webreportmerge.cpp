@@ -78,8 +78,7 @@ private:
         if (isOutside(clean, file)) {
             *warnings += QStringLiteral("'%1' is outside of the report '%2', kept as a link")
                              .arg(file.absoluteFilePath(), m_report.path());
-            return QUrl::fromLocalFile(cleanedPath(file.filePath()))
-                .toEncoded(QUrl::FullyEncoded);
+            return QUrl::fromLocalFile(cleanedPath(file.filePath())).toEncoded(QUrl::FullyEncoded);
         }
         const QString directory = directoryFor(QFileInfo(clean).path(), target);
         copyWithFilesBeside(clean, directory, target);
