@@ -25,6 +25,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     const TestResult::Entry entry =
         decodeEntry(datagram.constData() + rawLengthSize,
                     static_cast<std::size_t>(datagram.size()) - rawLengthSize);
+    if (entry.type < TestResult::START || entry.type > TestResult::NONE ||
+        entry.vpType > TestResult::VISUAL_VP)
+        std::abort();
     QByteArray again;
     encodeEntry(entry, again);
     if (again != datagram)

@@ -18,8 +18,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
         store.readBoolEntry(group, key, false);
         store.subkeyList(group, key);
     }
+    // The input as a text, which a store can hold without zeros and lone surrogates.
+    const QString text =
+        QString::fromUtf8(reinterpret_cast<const char *>(bytes), int(size)).remove(QChar::Null);
+    store.writeEntry(QStringLiteral("written"), QStringLiteral("text"), text);
+    store.writeEntry(QStringLiteral("written"), QStringLiteral("list"),
+                     QStringList{text, {}, text});
     require(store.flush());
     const Settings again(path);
+    require(again.readEntry("written", "text", "default") == text);
+    require(again.readListEntry("written", "list", {}) == QStringList({text, {}, text}));
     require(again.groupList() == store.groupList());
     for (const QString &key : store.entryList(group, QString())) {
         require(again.readListEntry(group, key, {"default"}) ==

@@ -151,6 +151,11 @@ const std::vector<Option> &optionTable()
          Section::Run, Takes::Value, setKeptRuns},
         {"--coverage", "", "count what the test cases do to the elements of the application",
          Section::Run, Takes::Nothing, flag(&O::coverage)},
+        {"--pause-on-failure", "",
+         "after each failure of a script, leave the application as it is until a key is pressed; "
+         "no "
+         "time limit holds",
+         Section::Run, Takes::Nothing, flag(&O::pauseOnFailure)},
         {"--resultdir", "DIRECTORY", "copy attachments there, unless a report has such a directory",
          Section::Run, Takes::Value, text(&O::resultDir)},
         {"--snoozeFactor", "FACTOR", "stretch the pauses of scripts", Section::Run, Takes::Value,

@@ -1,4 +1,5 @@
 #include "runner/commandline.h"
+#include "runner/failurepause.h"
 #include "runner/messages.h"
 #include "runner/migratenames.h"
 #include "runner/processsetup.h"
@@ -100,6 +101,12 @@ int run(const RunnerOptions &options)
                           suiteDirectoryHint(options));
     if (!isSuite && options.keptRuns > 0)
         return usageError(QStringLiteral("--keep-runs needs a suite directory"));
+    // A test case of a suite has it from the runner of the suite.
+    if (isSuite || options.pauseOnFailure) {
+        const QString error = setPauseOnFailure(options.pauseOnFailure);
+        if (!error.isEmpty())
+            return usageError(error);
+    }
     const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
     const std::unique_ptr<UiCoverage> coverage =
         isCounted ? std::make_unique<UiCoverage>() : nullptr;

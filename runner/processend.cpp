@@ -61,6 +61,12 @@ void terminate()
 
 } // namespace
 
+bool isTerminationRequested()
+{
+    pollfd waited = {watched.wakeUp, POLLIN, 0};
+    return ::poll(&waited, 1, 0) > 0;
+}
+
 void pauseScript(int milliseconds)
 {
     QElapsedTimer timer;

@@ -25,6 +25,8 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
+bool isTerminationRequested();
+
 /// Ends this process when a SIGTERM has come, for calls that wait without turning the event loop.
 void serveTermination();
 

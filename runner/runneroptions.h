@@ -39,6 +39,7 @@ struct RunnerOptions
     bool rerunFailed = false;
     bool learn = false;
     bool coverage = false;
+    bool pauseOnFailure = false;
     QStringList envVars;
     QString envVarFile;
     QStringList scriptArguments;

@@ -184,6 +184,11 @@ QString SuiteRunner::setKeptRuns()
 QString SuiteRunner::setTimeout()
 {
     const QString text = m_suite->timeout();
+    // Nobody knows how long a person looks at a failure.
+    if (m_options.pauseOnFailure) {
+        m_timeoutSeconds = 0;
+        return {};
+    }
     if (m_options.timeoutSeconds || text.isEmpty()) {
         m_timeoutSeconds = m_options.timeoutSeconds.value_or(defaultTimeoutSeconds);
         return {};

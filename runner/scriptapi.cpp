@@ -1,6 +1,7 @@
 #include "runner/scriptapi.h"
 
 #include "runner/attachmentpath.h"
+#include "runner/failurepause.h"
 #include "runner/namesfile.h"
 #include "runner/processend.h"
 #include "runner/scriptdata.h"
@@ -55,6 +56,7 @@ void ScriptApi::log(const QString &type, const QString &message, const QString &
     const TestResult::ResultType result = TestResult::stringToResult(type);
     m_context.result->addResult(currentLocalTime(), result, message + m_context.screenshot(result),
                                 details, m_engine->currentStack(), QString(), -1);
+    pauseAfter(result);
 }
 
 void ScriptApi::check(bool passed, const QString &message, const QString &details, bool expectFail)
@@ -66,6 +68,7 @@ void ScriptApi::check(bool passed, const QString &message, const QString &detail
     result->addResult(currentLocalTime(), type, shownMessage, details, m_engine->currentStack(),
                       QString(), -1);
     result->endVP();
+    pauseAfter(type);
 }
 
 void ScriptApi::compareTexts(bool equal, const QString &expected, const QString &actual,

@@ -1,5 +1,6 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/failurepause.h"
 #include "runner/failurescreenshots.h"
 #include "runner/processend.h"
 #include "runner/promises.h"
@@ -129,6 +130,7 @@ bool ScriptTestCase::hasPassed(const ScriptEngine::Outcome &outcome, const QStri
         title + m_screenshots->textFor(TestResult::ERROR),
         (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
         stack);
+    pauseAfter(TestResult::ERROR);
     return false;
 }
 

@@ -1,5 +1,6 @@
 #include "runner/scriptverification.h"
 
+#include "runner/failurepause.h"
 #include "runner/pointdraft.h"
 #include "runner/pointmaker.h"
 #include "runner/scriptapplication.h"
@@ -79,6 +80,16 @@ ScriptVerification::ScriptVerification(ScriptEngine *engine, const ScriptApplica
 
 bool ScriptVerification::verify(const QString &name, const QVariantMap &options, QObject *table,
                                 int row)
+{
+    const int failuresBefore = m_result->failureCount();
+    const bool hasPassed = compare(name, options, table, row);
+    if (m_result->failureCount() > failuresBefore)
+        pauseAfter(TestResult::FAIL);
+    return hasPassed;
+}
+
+bool ScriptVerification::compare(const QString &name, const QVariantMap &options, QObject *table,
+                                 int row)
 {
     const std::vector<LineInfo> stack = m_engine->currentStack();
     const QString path = pointPath(name);

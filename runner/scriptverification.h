@@ -35,6 +35,7 @@ public:
                             int row);
 
 private:
+    bool compare(const QString &name, const QVariantMap &options, QObject *table, int row);
     enum Making { NotMade, Made, MadeByAnotherRun };
 
     Making make(const QString &name, const QString &path, const QVariantMap &options);

@@ -13,9 +13,12 @@ Agent::Agent(int descriptor, const Message &hello, const std::function<void()> &
 
 Agent::~Agent()
 {
-    Message bye;
-    bye.type = Message::Bye;
-    m_connection.send(bye);
+    if (!m_connection.isForked()) {
+        Message bye;
+        bye.type = Message::Bye;
+        bye.values = m_receiver.lastWords();
+        m_connection.send(bye);
+    }
     setEventLoopHeld(false);
 }
 

@@ -71,7 +71,6 @@ AgentConnection::~AgentConnection()
     openDescriptor = -1;
 }
 
-// A child that the application has forked has a copy of this object.
 bool AgentConnection::isForked() const
 {
     return ::getpid() != m_process;

@@ -49,8 +49,10 @@ public:
     /// large becomes a failure that says so.
     void send(const Message &message);
 
-private:
+    /// Whether this is the copy of it in a child that the application has forked.
     bool isForked() const;
+
+private:
     void start();
     void read();
     bool isWelcome();

@@ -21,6 +21,10 @@ public:
     void setSender(const Sender &sender) { m_sender = sender; }
     void send(const Message &message) { m_sender(message); }
 
+    /// What the runner is to know when the application ends: the usage that was counted, unless it
+    /// has asked for the end, or there is too much of it.
+    QVariantList lastWords();
+
     bool event(QEvent *event) override;
 
 private:
@@ -29,6 +33,7 @@ private:
 
     AgentCalls m_calls;
     Sender m_sender;
+    bool m_isEndAskedFor = false;
 };
 
 } // namespace Morvex

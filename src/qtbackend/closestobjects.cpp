@@ -1,6 +1,7 @@
 #include "qtbackend/closestobjects.h"
 
 #include "qtbackend/identification.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/similartexts.h"
 
@@ -108,8 +109,8 @@ QString listOf(std::size_t count, const QString &separator, const Describe &desc
 QString distinction(const QObject *object, std::size_t index)
 {
     QString text = QStringLiteral("occurrence %1").arg(index + 1);
-    if (object->parent())
-        text += QLatin1String(" in ") + realNameOf(object->parent());
+    if (const QObject *parent = parentObjectOf(object))
+        text += QLatin1String(" in ") + realNameOf(parent);
     const bool isHidden =
         object->isWidgetType() && !static_cast<const QWidget *>(object)->isVisible();
     return isHidden ? text + QLatin1String(", hidden") : text;

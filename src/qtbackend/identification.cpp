@@ -1,6 +1,8 @@
 #include "qtbackend/identification.h"
 
 #include "objectmodel/objectname.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneaccess.h"
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
@@ -82,9 +84,11 @@ QString realNameOf(const QObject *object)
     const auto add = [&properties](const QString &name, const QString &text) {
         properties.insert(name, {ObjectName::PropertyValue::EXACT, text});
     };
-    add(QStringLiteral("type"), QString::fromLatin1(object->metaObject()->className()));
+    add(QStringLiteral("type"), typeNameOf(object->metaObject()));
     if (!object->objectName().isEmpty()) {
         add(QStringLiteral("name"), object->objectName());
+    } else if (isSceneItem(object) && !SceneAccess::self()->idOf(object).isEmpty()) {
+        add(QStringLiteral("id"), SceneAccess::self()->idOf(object));
     } else {
         const QHash<QString, QString> texts = identifyingPropertiesOf(object);
         for (auto it = texts.begin(); it != texts.end(); ++it)

@@ -3,6 +3,8 @@
 #include "qtbackend/identification.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneaccess.h"
 #include "qtbackend/scrolling.h"
 #include "qtbackend/whyblocked.h"
 
@@ -93,7 +95,32 @@ QWidget *screenWindowOf(const QWidget *widget)
     return window ? window : widget->window();
 }
 
+QWindow *sceneWindowOf(QObject *item)
+{
+    return item ? SceneAccess::self()->windowOf(item) : nullptr;
+}
+
 } // namespace
+
+void revealSceneItem(QObject *item, InputSequence &input)
+{
+    const QPointer<QObject> alive = item;
+    QWindow *window = sceneWindowOf(item);
+    if (window && !window->isActive()) {
+        window->requestActivate();
+        input.waitUntil(
+            [alive] {
+                const QWindow *asked = sceneWindowOf(alive);
+                return !asked || asked->isActive();
+            },
+            maxActivationMs);
+    }
+    input.add([alive] {
+        if (alive)
+            SceneAccess::self()->scrollIntoSight(alive);
+        return QString();
+    });
+}
 
 QWidget *openMenuOf(const QAction *action)
 {
@@ -135,13 +162,19 @@ std::shared_ptr<MouseTarget> MouseTarget::make(const Place &place, QString *erro
     } else if (const auto *action = qobject_cast<QAction *>(place.object)) {
         *error = whyBlocked(action);
     } else {
-        *error = whyBlocked(place.object);
+        // A window of items stands for all of them.
+        QObject *root = SceneAccess::self() ? SceneAccess::self()->rootOf(place.object) : nullptr;
+        if (root)
+            target->m_object = root;
+        *error = whyBlocked(target->m_object);
     }
     return error->isEmpty() ? target : nullptr;
 }
 
 void MouseTarget::reveal(InputSequence &input)
 {
+    if (isSceneItem(m_object))
+        return revealSceneItem(m_object, input);
     waitForActiveWindow(m_item ? m_object.data() : widget(), input);
     if (m_item)
         m_item->reveal(input);
@@ -172,8 +205,22 @@ QPoint MouseTarget::placeIn(QWidget *widget, QString *error) const
     return m_place ? part.topLeft() + *m_place : visible.center();
 }
 
+// Items don't say which of them takes the mouse: one that covers another one is not seen.
+MouseSpot MouseTarget::sceneSpot(QString *error) const
+{
+    const SceneAccess &access = *SceneAccess::self();
+    *error = whyBlocked(m_object);
+    const QRect visible = access.visiblePlaceOf(m_object);
+    const QPoint place = m_place ? access.toWindow(m_object, *m_place) : visible.center();
+    if (error->isEmpty() && !visible.contains(place))
+        *error = QStringLiteral("the item is out of sight");
+    return {access.windowOf(m_object), place};
+}
+
 MouseSpot MouseTarget::spot(QString *error)
 {
+    if (isSceneItem(m_object))
+        return sceneSpot(error);
     QWidget *where = widget();
     if (!where) {
         *error = QStringLiteral("the object no longer exists");

@@ -40,12 +40,16 @@ public:
 
 private:
     QWidget *widget() const;
+    MouseSpot sceneSpot(QString *error) const;
     QPoint placeIn(QWidget *widget, QString *error) const;
 
     QPointer<QObject> m_object;
     std::shared_ptr<Item> m_item;
     std::optional<QPoint> m_place;
 };
+
+/// Adds what has to be done before an item of Qt Quick can be used.
+void revealSceneItem(QObject *item, InputSequence &input);
 
 /// The open menu that shows the action; null when there is none.
 QWidget *openMenuOf(const QAction *action);

@@ -2,6 +2,7 @@
 
 #include "objectmodel/propertypath.h"
 #include "qtbackend/identification.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"
 
 #include <QWidget>
@@ -11,16 +12,18 @@ namespace {
 
 bool isAncestor(const QObject *ancestor, const QObject *object)
 {
-    const QObject *parent = object->parent();
+    const QObject *parent = parentObjectOf(object);
     while (parent && parent != ancestor)
-        parent = parent->parent();
+        parent = parentObjectOf(parent);
     return parent;
 }
 
 const QObject *windowOf(const QObject *object)
 {
-    while (object && !object->isWidgetType())
-        object = object->parent();
+    while (object && !object->isWidgetType() && !object->isWindowType())
+        object = parentObjectOf(object);
+    if (object && object->isWindowType())
+        return object;
     return object ? static_cast<const QWidget *>(object)->window() : nullptr;
 }
 
@@ -41,7 +44,7 @@ bool NameCondition::fits(QLatin1String text) const
 bool NameCondition::fitsType(const QObject *object) const
 {
     const QMetaObject *type = object->metaObject();
-    while (type && !fits(QLatin1String(type->className())))
+    while (type && !fits(QLatin1String(type->className())) && !fits(typeNameOf(type)))
         type = type->superClass();
     return type;
 }
@@ -53,7 +56,7 @@ bool NameCondition::fitsReference(QtModel &model, QObject *object) const
     if (property == QLatin1String("window"))
         return windowOf(object) == referenced;
     if (property == QLatin1String("parent"))
-        return object->parent() == referenced;
+        return parentObjectOf(object) == referenced;
     const SharedPtr<Object> found = followProperties(model.wrap(object), propertySteps(property));
     return found && model.unwrap(*found) == referenced;
 }
@@ -75,7 +78,7 @@ bool NameCondition::readText(QtModel &model, QObject *object, QString *text) con
         return true;
     }
     if (property == QLatin1String("type")) {
-        *text = QString::fromLatin1(object->metaObject()->className());
+        *text = typeNameOf(object->metaObject());
         return true;
     }
     const SharedPtr<Object> found = followProperties(model.wrap(object), propertySteps(property));

@@ -1,6 +1,8 @@
 #include "qtbackend/pictures.h"
 
+#include "qtbackend/objecttree.h"
 #include "qtbackend/restinglook.h"
+#include "qtbackend/sceneaccess.h"
 #include "qtbackend/turneventloop.h"
 #include "shared/imageequality.h"
 
@@ -10,6 +12,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -52,12 +55,33 @@ QImage paintWindows(const QRect &area, const std::vector<QObject *> &objects)
     return image;
 }
 
+QPoint originOf(QObject *object)
+{
+    if (object->isWidgetType())
+        return static_cast<QWidget *>(object)->mapToGlobal(QPoint());
+    const SceneAccess &access = *SceneAccess::self();
+    const QWindow *window =
+        access.isItem(object) ? access.windowOf(object) : qobject_cast<const QWindow *>(object);
+    return window->mapToGlobal(window == object ? QPoint()
+                                                : access.visiblePlaceOf(object).topLeft());
+}
+
+QString whyNoPicture(const QObject *object)
+{
+    if (isSceneItem(object) || object->isWindowType())
+        return QStringLiteral("there is no picture of the item; Qt Quick needs a display for one");
+    return object->isWidgetType() ? QStringLiteral("the widget has no size")
+                                  : QStringLiteral("the object is not a widget");
+}
+
 } // namespace
 
 QImage grabWidget(QObject *object)
 {
-    return object && object->isWidgetType() ? static_cast<QWidget *>(object)->grab().toImage()
-                                            : QImage();
+    if (object && object->isWidgetType())
+        return static_cast<QWidget *>(object)->grab().toImage();
+    const SceneAccess *access = SceneAccess::self();
+    return access && object ? access->grab(object) : QImage();
 }
 
 QImage paintWidget(QWidget *widget)
@@ -81,13 +105,12 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
     }
     QImage image = grabWidget(alive);
     if (image.isNull()) {
-        *error = alive->isWidgetType() ? QStringLiteral("the widget has no size")
-                                       : QStringLiteral("the object is not a widget");
+        *error = whyNoPicture(alive);
         return {};
     }
     // On their way pictures lose their transparency, and with it what made these pixels alike.
     normalizeTransparency(&image);
-    return withPlace(image, static_cast<QWidget *>(object)->mapToGlobal(QPoint()));
+    return withPlace(image, originOf(object));
 }
 
 Screenshot grabDesktop(const std::vector<QObject *> &objects)

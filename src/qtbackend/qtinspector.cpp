@@ -150,6 +150,13 @@ SharedPtr<Object> QtInspector::waitForObject(const QString &name, int timeout, Q
     }
 }
 
+QByteArray QtInspector::countedUsage()
+{
+    return d->model.isUsageCounted()
+               ? callFunction(QStringLiteral("dumpUsage"), {}, nullptr).toByteArray()
+               : QByteArray();
+}
+
 QVariant QtInspector::callFunction(const QString &name, const QVariantList &arguments,
                                    QString *error)
 {

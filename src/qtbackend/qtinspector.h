@@ -46,6 +46,9 @@ public:
     /// @p input.
     QVariant beginFunction(const QString &name, const QVariantList &arguments, InputSequence &input,
                            QString *error);
+    /// What "dumpUsage" answers; null when nothing is counted. Also when the windows, and the
+    /// application object, no longer exist.
+    QByteArray countedUsage();
 
 private:
     struct Private;

@@ -3,6 +3,8 @@
 #include "objectmodel/value/valueobject.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
 
 #include <QAbstractItemView>
@@ -10,6 +12,7 @@
 #include <QMetaProperty>
 #include <QRect>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -58,7 +61,7 @@ QVariant objectVariant(QObject *object)
 void collect(QObject *object, std::vector<QObject *> &objects)
 {
     objects.push_back(object);
-    for (QObject *child : inCreationOrder(object->children()))
+    for (QObject *child : childObjectsOf(object))
         collect(child, objects);
 }
 
@@ -194,11 +197,17 @@ void QtModel::addRelations(ModelClass *modelClass, const QMetaObject *metaObject
         });
     };
     if (metaObject == &QObject::staticMetaObject)
-        add("parent", [](QObject *object) { return objectVariant(object->parent()); });
+        add("parent", [](QObject *object) { return objectVariant(parentObjectOf(object)); });
     if (metaObject == &QWidget::staticMetaObject)
         add("window", [](QObject *object) {
             return objectVariant(static_cast<QWidget *>(object)->window());
         });
+    if (qstrcmp(metaObject->className(), "QQuickItem") == 0) {
+        add("window", [](QObject *object) {
+            return QVariant::fromValue<QObject *>(SceneAccess::self()->windowOf(object));
+        });
+        add("id", [](QObject *object) { return SceneAccess::self()->idOf(object); });
+    }
     if (metaObject == &QAbstractItemView::staticMetaObject)
         add("model", [](QObject *object) {
             return objectVariant(static_cast<QAbstractItemView *>(object)->model());
@@ -265,7 +274,7 @@ ModelClass *QtModel::namedClass(const QString &name)
 
 std::vector<QObject *> QtModel::childrenOf(const QObject *object) const
 {
-    const QObjectList children = inCreationOrder(object->children());
+    const QObjectList children = childObjectsOf(object);
     return {children.begin(), children.end()};
 }
 
@@ -273,6 +282,8 @@ std::vector<QObject *> QtModel::allObjects() const
 {
     std::vector<QObject *> objects;
     for (QWidget *window : m_windows.windows())
+        collect(window, objects);
+    for (QObject *window : sceneWindows())
         collect(window, objects);
     return objects;
 }

@@ -30,6 +30,7 @@ public:
     SharedPtr<Object> wrap(QObject *object);
     /// Counts from the first call on.
     UsageCounter &usageCounter();
+    bool isUsageCounted() const { return m_usageCounter != nullptr; }
 
     /// Null for an invalid value and for a null pointer to an object.
     SharedPtr<Object> wrapValue(const QVariant &value);

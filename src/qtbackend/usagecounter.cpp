@@ -1,8 +1,8 @@
 #include "qtbackend/usagecounter.h"
 
-#include "qtbackend/identification.h"
 #include "qtbackend/standardtypes.h"
 #include "qtbackend/usagerules.h"
+#include "qtbackend/windowdistinction.h"
 
 #include <QAbstractScrollArea>
 #include <QAction>
@@ -56,35 +56,12 @@ QWidget *windowElementOf(QWidget *widget)
     return widget;
 }
 
-// What users type is not what the element is.
-QString steadyTextOf(const QObject *object)
-{
-    const QHash<QString, QString> texts = identifyingPropertiesOf(object);
-    for (const char *property : {"text", "title", "windowTitle"}) {
-        const QString text = texts.value(QLatin1String(property));
-        if (!text.isEmpty())
-            return text;
-    }
-    return {};
-}
-
 QRect placeOf(const QObject *object)
 {
     if (!object->isWidgetType())
         return {};
     const auto *widget = static_cast<const QWidget *>(object);
     return QRect(widget->mapToGlobal(QPoint()), widget->size());
-}
-
-// What distinguishes windows without a name, in an order that does not change from run to run.
-QStringList contentsOf(const QWidget *window)
-{
-    QStringList contents{window->objectName(), window->windowTitle()};
-    const auto widgets = window->findChildren<QWidget *>();
-    for (const QWidget *widget : widgets)
-        contents << QString::fromLatin1(widget->metaObject()->className()) << widget->objectName()
-                 << steadyTextOf(widget);
-    return contents;
 }
 
 bool isViewport(const QWidget *widget)
@@ -105,6 +82,8 @@ UsageCounter::UsageCounter()
     : m_root(QString(), StandardType(), UIElement::unknownConcreteType())
 {
     qApp->installEventFilter(this);
+    // The last windows that were made and never shown.
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &UsageCounter::observeAllWindows);
     observeAllWindows();
 }
 
@@ -200,7 +179,7 @@ void UsageCounter::observeAllWindows()
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget *widget : widgets) {
         if (isWindowElement(widget))
-            windows.emplace_back(contentsOf(widget), widget);
+            windows.emplace_back(orderOfUnnamed(*widget), widget);
     }
     std::stable_sort(windows.begin(), windows.end(),
                      [](const auto &a, const auto &b) { return a.first < b.first; });
@@ -335,9 +314,7 @@ UIElement *UsageCounter::elementFor(QObject *object, Level *level)
 // Windows come and go: only those that are there at the same time have numbers.
 UIElement *UsageCounter::elementForUnnamed(QObject *window, const QString &className)
 {
-    const QString title = static_cast<QWidget *>(window)->windowTitle();
-    const QString key =
-        title.isEmpty() ? className : QStringLiteral("%1 titled \"%2\"").arg(className, title);
+    const QString key = className + distinctionOfUnnamed(*static_cast<QWidget *>(window));
     UIElement *element = childOfClass(&m_root, key);
     for (int number = 2; m_unnamedWindows.value(element); ++number)
         element = childOfClass(&m_root, QStringLiteral("%1 %2").arg(key, QString::number(number)));

@@ -3,6 +3,8 @@
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
 #include "qtbackend/menuitem.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneaccess.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
@@ -211,6 +213,34 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
     }
 }
 
+void sendKeyTo(QWindow *window, const TypedKey &key)
+{
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+        qt_handleKeyEvent(window, type, key.key, key.modifiers, key.text, false, 1);
+}
+
+// A window, with its root, keeps the focus where it is.
+void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &keys,
+                  InputSequence &input)
+{
+    revealSceneItem(root ? root : object, input);
+    const QPointer<QWindow> window = SceneAccess::self()->windowOf(root ? root : object);
+    const QPointer<QObject> item = root ? nullptr : object;
+    input.add([item] {
+        if (item)
+            SceneAccess::self()->giveFocus(item);
+        return QString();
+    });
+    for (const TypedKey &key : keys) {
+        input.add([window, key] {
+            if (!window)
+                return QStringLiteral("the window no longer exists");
+            sendKeyTo(window, key);
+            return QString();
+        });
+    }
+}
+
 } // namespace
 
 QString useMouse(const MouseUse &use, InputSequence &input)
@@ -241,11 +271,16 @@ QString useMouse(const MouseUse &use, InputSequence &input)
 QString typeText(QObject *object, const QString &text, InputSequence &input)
 {
     std::vector<TypedKey> keys;
-    QString error = whyBlocked(object);
+    QObject *root = SceneAccess::self() ? SceneAccess::self()->rootOf(object) : nullptr;
+    QString error = whyBlocked(root ? root : object);
     if (error.isEmpty())
         error = readTypedKeys(text, &keys);
     if (!error.isEmpty())
         return error;
+    if (root || isSceneItem(object)) {
+        typeIntoItem(object, root, keys, input);
+        return {};
+    }
     const QPointer<QWidget> widget = static_cast<QWidget *>(object);
     if (!takesKeys(widget))
         return QStringLiteral("the widget does not accept keyboard input");

@@ -1,6 +1,8 @@
 #include "qtbackend/whyblocked.h"
 
 #include "qtbackend/identification.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneaccess.h"
 
 #include <QAction>
 #include <QApplication>
@@ -96,10 +98,20 @@ const QWidget *blockerOf(const QAction *action)
     return blocker;
 }
 
+QString whyItemIsBlocked(const QObject *item)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    if (!access.isShown(item))
+        return QStringLiteral("the item is not visible");
+    return access.isUsable(item) ? QString() : QStringLiteral("the item is disabled");
+}
+
 } // namespace
 
 QString whyBlocked(const QObject *object)
 {
+    if (isSceneItem(object))
+        return whyItemIsBlocked(object);
     const QString reason = whyBlockedWhileTyping(object);
     const QWidget *popup =
         reason.isEmpty() ? popupBefore(static_cast<const QWidget *>(object)) : nullptr;

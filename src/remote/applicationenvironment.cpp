@@ -39,6 +39,11 @@ void addAgent(QProcessEnvironment *target, const QString &agentDirectory,
     const QString platform = QStringLiteral("QT_QPA_PLATFORM");
     if (environment.value(platform).isEmpty() && !hasDisplay(environment))
         environment.insert(platform, QStringLiteral("offscreen"));
+    // There is no OpenGL for the other way to draw, and Qt Quick ends a program without.
+    const QString quickBackend = QStringLiteral("QT_QUICK_BACKEND");
+    if (environment.value(platform).startsWith(QLatin1String("offscreen")) &&
+        environment.value(quickBackend).isEmpty())
+        environment.insert(quickBackend, QStringLiteral("software"));
 }
 
 void makePrivate(QProcessEnvironment *environment, const ApplicationHome &home,

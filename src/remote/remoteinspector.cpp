@@ -137,9 +137,12 @@ QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &
 {
     const RemoteSession::Reply reply =
         d->request(Message::CallFunction, {name, QVariant(arguments)}, durationOf(name, arguments));
+    // An application that has ended answered this at its end.
+    const QByteArray usage = session().lastUsage();
+    const bool isAnswered = name == QLatin1String("dumpUsage") && !usage.isNull();
     if (error)
-        *error = reply.error;
-    return reply.values.value(0);
+        *error = isAnswered ? QString() : reply.error;
+    return isAnswered ? QVariant(usage) : reply.values.value(0);
 }
 
 SharedPtr<Object> RemoteInspector::objectWithId(int id)

@@ -95,8 +95,11 @@ RemoteSession::Reply RemoteSession::exchange(Message::Operation operation,
     if (bytes.isNull())
         return {QStringLiteral("what the application is asked for is too large to be sent to it"),
                 {}};
-    if (!m_channel->send(bytes, sendTimeoutMs))
+    if (!m_channel->send(bytes, sendTimeoutMs)) {
+        // What it has said before it went.
+        update();
         return handleLoss(MessageChannel::Closed, operation);
+    }
     const int bound = m_bound > std::numeric_limits<int>::max() - duration
                           ? std::numeric_limits<int>::max()
                           : m_bound + duration;
@@ -161,12 +164,14 @@ MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeou
 // False for what an application never says here.
 bool RemoteSession::take(const Message &message)
 {
-    if (message.type == Message::Bye)
+    if (message.type == Message::Bye) {
         m_hasSaidBye = true;
-    else if (message.type == Message::Pong)
+        m_lastUsage = message.values.value(0).toByteArray();
+    } else if (message.type == Message::Pong) {
         m_hasPonged = true;
-    else
+    } else {
         return isAnswer(message);
+    }
     return true;
 }
 

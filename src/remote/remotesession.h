@@ -66,6 +66,8 @@ public:
     /// Whether a request has failed because the application had ended.
     bool isEndMet() const { return m_isEndMet; }
     bool hasSaidBye() const { return m_hasSaidBye; }
+    /// The usage that an application has sent at its end, as "dumpUsage" answers; null for none.
+    QByteArray lastUsage() const { return m_lastUsage; }
     /// Whether the application has not come to what it was asked for last.
     bool isBehind() const { return m_isBehind; }
 
@@ -99,6 +101,7 @@ private:
     QString m_failure;
     QString m_lastError;
     bool m_hasSaidBye = false;
+    QByteArray m_lastUsage;
     bool m_hasPonged = false;
     bool m_isBehind = false;
     bool m_isEndMet = false;

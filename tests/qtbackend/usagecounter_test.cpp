@@ -138,13 +138,20 @@ TEST_F(UsageCounterTest, AWindowWithoutANameDoesNotCountForAnother)
     start();
     QDialog titled(&window);
     titled.setWindowTitle("Export");
-    QDialog first(&window);
-    QDialog second(&window);
-    for (QDialog *dialog : {&titled, &first, &second})
-        add(new QPushButton("Ok"), dialog == &first ? "ok" : "other", dialog);
-    first.show();
-    click("ok");
-    EXPECT_EQ(usage(), (QStringList{"QDialog/QPushButton \"ok\": click 1",
-                                    "QDialog 2/QPushButton \"other\": click 0",
-                                    "QDialog titled \"Export\"/QPushButton \"other\": click 0"}));
+    add(new QPushButton("Ok"), "titled", &titled);
+    // The third is the first again, the fourth exists beside another one like it.
+    for (const char *name : {"ok", "other", "ok"}) {
+        QDialog dialog(&window);
+        add(new QPushButton("Ok"), name, &dialog);
+        dialog.show();
+        click(name);
+    }
+    QDialog alike[2];
+    for (QDialog &dialog : alike)
+        add(new QPushButton("Ok"), "other", &dialog);
+    EXPECT_EQ(usage(),
+              (QStringList{"QDialog with QPushButton \"ok\"/QPushButton \"ok\": click 2",
+                           "QDialog with QPushButton \"other\"/QPushButton \"other\": click 1",
+                           "QDialog with QPushButton \"other\" 2/QPushButton \"other\": click 0",
+                           "QDialog titled \"Export\"/QPushButton \"titled\": click 0"}));
 }

@@ -73,6 +73,20 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
         << lines[6].toStdString();
 }
 
+TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)
+{
+    const QString dir = runner.suitePath() + "/results";
+    for (const QByteArray end : {"", "snooze(1); ", "find('quit', 0); ", "application.stop(); "}) {
+        const QStringList lines = results(QByteArray(startAwkward) +
+                                              "find('print').click(); find('quit').click(); " + end,
+                                          {"--coverage", "--resultdir", dir});
+        EXPECT_FALSE(lines.join('\n').contains("UI coverage is not"))
+            << lines.join('\n').toStdString();
+        EXPECT_TRUE(output.standardError.contains("UI coverage: 18.2 % (2 of 11)"))
+            << output.standardError.constData();
+    }
+}
+
 TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)
 {
     EXPECT_EQ(results(QByteArray(startAwkward) +
@@ -133,4 +147,40 @@ TEST_F(ProgramTest, NothingOutlivesATestCaseHoweverItEnds)
         EXPECT_FALSE(isThere(child));
         EXPECT_EQ(QDir(dir.filePath("tmp")).entryList({"morvex-*"}), QStringList());
     }
+}
+
+TEST_F(ProgramTest, APauseOnFailureKeepsTheApplicationUntilAKeyIsPressed)
+{
+    const QString program = RunnerProcess::program();
+    QProcess process;
+    process.setProcessEnvironment(runner.environment);
+    process.start("setsid", {"--wait", program, "--pause-on-failure", runner.suitePath()});
+    process.waitForFinished();
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_TRUE(process.readAllStandardError().contains("--pause-on-failure needs a terminal"));
+
+    runner.addTestCase("tst_s",
+                       "check.fail('without an application'); " + QByteArray(startAwkward) +
+                           "find('leave').click();\n"
+                           "file.write('processes', String(find('awkward').get('child')));\n"
+                           "check.pass('p'); check.fail('f'); throw 'thrown';");
+    runner.addFile("processes", "");
+    // A terminal of its own.
+    process.start("script",
+                  {"-qec", program + " --pause-on-failure " + runner.suitePath(), "/dev/null"});
+    QByteArray shown;
+    for (const char *last : {"FAIL", "ERROR"}) {
+        while (!(shown.contains("press a key to go on") && shown.contains(last)) &&
+               process.waitForReadyRead(60000))
+            shown += process.readAll();
+        EXPECT_TRUE(shown.contains(last)) << shown.constData();
+        EXPECT_TRUE(isThere(readFile(runner.suitePath() + "/processes")));
+        shown.clear();
+        process.write("x");
+    }
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 1);
+    shown += process.readAll();
+    EXPECT_TRUE(shown.contains("1 test case, 1 failed")) << shown.constData();
+    EXPECT_FALSE(shown.contains("press a key")) << shown.constData();
 }

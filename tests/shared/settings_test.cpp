@@ -4,8 +4,6 @@
 #include "support/filesizelimit.h"
 #include "support/test.h"
 
-#include <random>
-
 using namespace Morvex;
 using namespace MorvexTest;
 
@@ -34,20 +32,6 @@ public:
         setExpandsEnvironmentVariables(true);
     }
 };
-
-// Any characters but lone surrogates and zero, the awkward ones often.
-QString randomText(std::mt19937 &random)
-{
-    const QString awkward = QString::fromUtf8("\"\\\n\r\t,= #[]/$()n\u00e4\u2028\U0001f600");
-    QString text;
-    for (unsigned length = random() % 12; length > 0; --length) {
-        if (random() % 3 == 0)
-            text += QChar(static_cast<ushort>(1 + random() % 0xd7fe));
-        else
-            text += awkward.mid(static_cast<int>(random() % 16), 1);
-    }
-    return QString::fromUtf8(text.toUtf8());
-}
 
 } // namespace
 
@@ -153,31 +137,6 @@ TEST_F(SettingsFileTest, WhatIsWrittenStandsInTheFile)
                               "list = \"x\",\"\",\"y,z\"\ntext = \"a\\\"\\\\\\n\\r\\tb\"\n"
                               "yes = true\n\n");
     EXPECT_EQ(Settings(path).readDoubleEntry("b", "double", 0), 1234570.0);
-}
-
-TEST_F(SettingsFileTest, ArbitraryTextsListsAndKeysSurvive)
-{
-    std::mt19937 random(20240229);
-    for (int round = 0; round < 60; ++round) {
-        QFile::remove(path);
-        const QString text = randomText(random);
-        const QString group = 'g' + randomText(random).remove('\n').remove('\r').trimmed() + 'g';
-        const QString key = 'k' + randomText(random).remove('\n').remove('\r').trimmed() + 'k';
-        QStringList list;
-        for (unsigned count = random() % 4; count > 0; --count)
-            list += randomText(random);
-        {
-            Settings store(path);
-            store.writeEntry(group, key, text);
-            store.writeEntry(group, key + "2", list);
-        }
-        for (int rewrite = 0; rewrite < 3; ++rewrite) {
-            Settings store(path);
-            EXPECT_EQ(store.readEntry(group, key, "default"), text);
-            EXPECT_EQ(store.readListEntry(group, key + "2", {"default"}), list);
-            EXPECT_TRUE(store.flush());
-        }
-    }
 }
 
 TEST_F(SettingsFileTest, TheFileIsLeftAloneUnlessSomethingWasWritten)

@@ -146,12 +146,3 @@ TEST(SectionLogTest, SectionsBecomeLogLines)
     other.info = "section";
     EXPECT_TRUE(areEqual(convertSectionEventToLogEvent(other), other));
 }
-
-TEST(DumpTest, ADumpHasALineForEachField)
-{
-    std::ostringstream stream;
-    stream << fullEntry(TestResult::FAIL);
-    EXPECT_EQ(stream.str().find("TestResult Entry:\n  time          : "), 0U);
-    EXPECT_NE(stream.str().find("\n  type          : FAIL\n"), std::string::npos);
-    EXPECT_NE(stream.str().find("\n  attachmentUri : /results/shot 1.png\n"), std::string::npos);
-}

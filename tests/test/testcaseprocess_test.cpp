@@ -3,7 +3,6 @@
 #include "support/fakerunner.h"
 #include "support/recordinggenerator.h"
 #include "support/test.h"
-#include "test/cancellation.h"
 #include "test/rawreportgenerator.h"
 #include "test/testresult.h"
 
@@ -23,11 +22,11 @@ using namespace MorvexTest;
 
 namespace {
 
-int runFake(const QByteArray &script, int timeoutSeconds = 0, Cancellation *cancellation = nullptr)
+int runFake(const QByteArray &script, int timeoutSeconds = 0)
 {
     const FakeRunner runner(script);
     TestResult result(new RecordingGenerator);
-    return TestCaseProcess::run({"--testcase", "tst"}, timeoutSeconds, 0, &result, cancellation);
+    return TestCaseProcess::run({"--testcase", "tst"}, timeoutSeconds, 0, &result);
 }
 
 bool waitFor(const std::function<bool()> &condition)
@@ -69,18 +68,6 @@ TEST(TestCaseProcessTest, WhatTheChildStartedEndsWithItsTimeout)
         const QByteArray stat = readFile(QString("/proc/%1/stat").arg(pid));
         return stat.isEmpty() || stat.contains(") Z ");
     }));
-}
-
-TEST(TestCaseProcessTest, ACancellationEndsTheAttempt)
-{
-    Cancellation cancellation;
-    QTimer::singleShot(200, [&cancellation] { cancellation.request(); });
-    EXPECT_EQ(runFake("sleep 60", 0, &cancellation), TestCaseProcess::CANCELLED);
-    // And keeps another one from being started.
-    QTemporaryDir dir;
-    EXPECT_EQ(runFake("touch '" + dir.path().toLocal8Bit() + "/started'", 0, &cancellation),
-              TestCaseProcess::CANCELLED);
-    EXPECT_TRUE(QDir(dir.path()).isEmpty());
 }
 
 TEST(TestCaseProcessTest, ASocketFileOfAKilledRunDoesNotStopThis)

@@ -8,7 +8,7 @@
 namespace Morvex {
 
 /// Ends the line at which new definitions go.
-constexpr QLatin1String insertionMarker("MORVEX_INSERT_OBJECT_NAMES_HERE");
+inline const QLatin1String insertionMarker("MORVEX_INSERT_OBJECT_NAMES_HERE");
 
 /// The bytes of the names file, or those of the template when it is missing or blank. Empty when
 /// neither can be read.

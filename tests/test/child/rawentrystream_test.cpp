@@ -8,7 +8,6 @@
 #include <QTimeZone>
 
 #include <gtest/gtest.h>
-#include <random>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -97,20 +96,6 @@ TEST(RawEntryStreamTest, HugeCountsTakeNoMemory)
         const TestResult::Entry read = decode(broken);
         EXPECT_TRUE(read.stack.size() <= std::size_t(payload.size())) << i;
         EXPECT_TRUE(read.tableDiff.count() <= payload.size()) << i;
-    }
-}
-
-TEST(RawEntryStreamTest, RandomBytesGiveAnEntryOfAKnownType)
-{
-    std::mt19937 random(7);
-    for (int round = 0; round < 3000; ++round) {
-        QByteArray bytes(static_cast<int>(random() % 300), '\0');
-        for (char &byte : bytes)
-            byte = static_cast<char>(random());
-        const TestResult::Entry entry = decode(bytes);
-        EXPECT_GE(entry.type, TestResult::START);
-        EXPECT_LE(entry.type, TestResult::NONE);
-        EXPECT_LE(entry.vpType, TestResult::VISUAL_VP);
     }
 }
 

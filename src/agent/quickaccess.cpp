@@ -1,0 +1,134 @@
+#include "qtbackend/sceneaccess.h"
+
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+namespace Morvex {
+namespace {
+
+const QQuickItem *toItem(const QObject *object)
+{
+    return qobject_cast<const QQuickItem *>(object);
+}
+
+QRect rectOf(const QQuickItem &item)
+{
+    return item.mapRectToScene(QRectF(0, 0, item.width(), item.height())).toAlignedRect();
+}
+
+// Moves the content of an area so that the place in it can be seen.
+void scroll(QQuickItem *area, const QQuickItem &item)
+{
+    const QRectF place = item.mapRectToItem(area, QRectF(0, 0, item.width(), item.height()));
+    const struct
+    {
+        const char *property;
+        qreal start;
+        qreal end;
+        qreal size;
+    } directions[] = {{"contentX", place.left(), place.right(), area->width()},
+                      {"contentY", place.top(), place.bottom(), area->height()}};
+    for (const auto &direction : directions) {
+        const qreal now = area->property(direction.property).toReal();
+        if (direction.start < 0)
+            area->setProperty(direction.property, now + direction.start);
+        else if (direction.end > direction.size)
+            area->setProperty(direction.property, now + direction.end - direction.size);
+    }
+}
+
+class QuickAccess : public SceneAccess
+{
+public:
+    bool isItem(const QObject *object) const override { return toItem(object); }
+
+    QObject *rootOf(QObject *window) const override
+    {
+        const auto *quickWindow = qobject_cast<QQuickWindow *>(window);
+        return quickWindow ? quickWindow->contentItem() : nullptr;
+    }
+
+    QObjectList childrenOf(const QObject *item) const override
+    {
+        QObjectList children;
+        for (QQuickItem *child : toItem(item)->childItems())
+            children += child;
+        return children;
+    }
+
+    QObject *parentOf(const QObject *item) const override { return toItem(item)->parentItem(); }
+    QWindow *windowOf(const QObject *item) const override { return toItem(item)->window(); }
+
+    QString idOf(const QObject *object) const override
+    {
+        const QQmlContext *context = QQmlEngine::contextForObject(object);
+        return context ? context->nameForObject(const_cast<QObject *>(object)) : QString();
+    }
+
+    bool isShown(const QObject *item) const override
+    {
+        const QQuickItem *known = toItem(item);
+        return known->isVisible() && known->window() && known->window()->isVisible();
+    }
+
+    bool isUsable(const QObject *item) const override { return toItem(item)->isEnabled(); }
+    QRect placeOf(const QObject *item) const override { return rectOf(*toItem(item)); }
+
+    QRect visiblePlaceOf(const QObject *item) const override
+    {
+        const QQuickItem *known = toItem(item);
+        QRect place = rectOf(*known);
+        if (known->window())
+            place &= QRect(QPoint(), known->window()->size());
+        for (const QQuickItem *around = known->parentItem(); around;
+             around = around->parentItem()) {
+            if (around->clip())
+                place &= rectOf(*around);
+        }
+        return place;
+    }
+
+    QPoint toWindow(const QObject *item, const QPoint &place) const override
+    {
+        return toItem(item)->mapToScene(place).toPoint();
+    }
+
+    void scrollIntoSight(QObject *object) const override
+    {
+        auto *item = static_cast<QQuickItem *>(object);
+        for (QQuickItem *around = item->parentItem(); around; around = around->parentItem()) {
+            if (around->inherits("QQuickFlickable"))
+                scroll(around, *item);
+        }
+    }
+
+    void giveFocus(QObject *item) const override
+    {
+        static_cast<QQuickItem *>(item)->forceActiveFocus(Qt::OtherFocusReason);
+    }
+
+    QImage grab(const QObject *object) const override
+    {
+        const QQuickItem *item = toItem(object);
+        auto *window = item
+                           ? item->window()
+                           : const_cast<QQuickWindow *>(qobject_cast<const QQuickWindow *>(object));
+        const QImage image = window && window->isVisible() ? window->grabWindow() : QImage();
+        if (image.isNull() || !item)
+            return image;
+        const qreal density = image.devicePixelRatio();
+        const QRect place = visiblePlaceOf(object);
+        return image.copy(QRect(place.topLeft() * density, place.size() * density));
+    }
+};
+
+} // namespace
+} // namespace Morvex
+
+extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess()
+{
+    static auto *const access = new Morvex::QuickAccess;
+    return access;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QImage>
+#include <QObjectList>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+
+class QWindow;
+
+namespace Morvex {
+
+/// What there is to ask of the items of Qt Quick. A library of its own implements it, so that
+/// programs without such items don't pay for it.
+class SceneAccess
+{
+public:
+    virtual ~SceneAccess() = default;
+
+    /// Null as long as no library of Qt Quick is in the process. Looks again at each call.
+    static SceneAccess *self();
+
+    virtual bool isItem(const QObject *object) const = 0;
+    /// The item of a window in which all others are; null for any other object.
+    virtual QObject *rootOf(QObject *window) const = 0;
+    /// The items that are directly in the item.
+    virtual QObjectList childrenOf(const QObject *item) const = 0;
+    virtual QObject *parentOf(const QObject *item) const = 0;
+    /// Null for an item that is in none.
+    virtual QWindow *windowOf(const QObject *item) const = 0;
+    /// The name that the item's file gives it; empty without one.
+    virtual QString idOf(const QObject *object) const = 0;
+
+    virtual bool isShown(const QObject *item) const = 0;
+    virtual bool isUsable(const QObject *item) const = 0;
+    /// In the window.
+    virtual QRect placeOf(const QObject *item) const = 0;
+    /// The part of that which no item around it cuts off.
+    virtual QRect visiblePlaceOf(const QObject *item) const = 0;
+    virtual QPoint toWindow(const QObject *item, const QPoint &place) const = 0;
+
+    // What a user does.
+    virtual void scrollIntoSight(QObject *item) const = 0;
+    virtual void giveFocus(QObject *item) const = 0;
+
+    /// Null where the platform can't take one.
+    virtual QImage grab(const QObject *itemOrWindow) const = 0;
+};
+
+/// The entry of that library.
+using SceneAccessFunction = SceneAccess *(*)();
+inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess";
+
+} // namespace Morvex
