@@ -11,7 +11,7 @@ namespace Morvex {
 
 /// Opens @p file for reading, unless it is a pipe, which would keep the reader waiting, or anything
 /// else that is no regular file. Returns the reason of a failure, empty on success.
-[[nodiscard]] MORVEX_EXPORT QString
-openRegularFile(QFile *file, QIODevice::OpenMode mode = QIODevice::ReadOnly);
+[[nodiscard]] MORVEX_EXPORT QString openRegularFile(QFile *file,
+                                                    QIODevice::OpenMode mode = QIODevice::ReadOnly);
 
 } // namespace Morvex
