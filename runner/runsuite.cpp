@@ -1,4 +1,5 @@
 #include "runner/runsuite.h"
+#include "runner/applicationsettings.h"
 
 #include "runner/environmentfile.h"
 #include "runner/failedtestcases.h"
@@ -8,6 +9,7 @@
 #include "runner/runoutcome.h"
 #include "runner/signals.h"
 #include "runner/uicoverage.h"
+#include "shared/confparser.h"
 #include "shared/realpath.h"
 #include "test/cancellation.h"
 #include "test/openreportfile.h"
@@ -142,6 +144,8 @@ QString SuiteRunner::applyOptions()
     m_suite->setSkippedTestCases(m_options.skippedTestCases);
     m_suite->setScriptArguments(m_options.scriptArguments);
     m_suite->setApplicationLauncher(m_options.applicationLauncher);
+    m_suite->setApplicationLauncherArgs(ConfParser::splitArgs(m_options.launcherArguments));
+    passOnApplicationOptions(m_options);
     m_suite->setCancellation(&m_cancellation);
     m_suite->setRerun(m_options.rerunFailed);
     m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;

@@ -1,5 +1,6 @@
 #include "runner/runtestcase.h"
 
+#include "runner/applicationsettings.h"
 #include "runner/environmentfile.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
@@ -32,12 +33,6 @@ namespace {
     return {};
 }
 
-// The parent puts a backslash before each blank within an argument.
-QStringList withPlainBlanks(QStringList arguments)
-{
-    return arguments.replaceInStrings(QStringLiteral("\\ "), QStringLiteral(" "));
-}
-
 [[nodiscard]] QString problem(const RunnerOptions &options)
 {
     if (options.testCases.size() > 1)
@@ -62,8 +57,8 @@ bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
     const QDir suiteDir = QDir::current();
     ScriptTestCase testCase(&result, cleanedPath(options.testCases.constFirst()),
                             {suiteDir.absolutePath(), resultDir, options.scriptArguments,
-                             options.snoozeFactor, withPlainBlanks(options.aut),
-                             options.objectMap});
+                             options.snoozeFactor, applicationSettings(options),
+                             !options.aut.isEmpty(), options.objectMap});
     testCase.run(false);
     if (coverage) {
         coverage->collect();

@@ -34,19 +34,24 @@ NamesFileError ScriptApi::defineNames()
                         QDir(m_context.suiteDir).filePath(namesFileName()), nullptr);
 }
 
-void ScriptApi::install(QObject *application, QObject *verification)
+void ScriptApi::install(QObject *application, QObject *contexts, QObject *verification)
 {
     // The script that runs can't be included by itself.
     m_including.append(
         QFileInfo(m_context.testCaseDir + QLatin1String("/script.js")).canonicalFilePath());
     QJSEngine &engine = m_engine->engine();
-    for (QObject *object : {static_cast<QObject *>(this), application, verification})
+    for (QObject *object : {static_cast<QObject *>(this), application, contexts, verification})
         QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
     QJSValue installer = m_engine->internalFunction(QStringLiteral("scriptapi"));
-    const QJSValue outcome =
+    QJSValue outcome =
         installer.call({engine.newQObject(this), engine.newQObject(application),
                         engine.newQObject(verification), engine.globalObject(), m_nameFunctions,
                         m_engine->internalFunction(QStringLiteral("scriptobjects"))});
+    if (!outcome.isError()) {
+        installer = m_engine->internalFunction(QStringLiteral("applicationapi"));
+        outcome = installer.call({engine.newQObject(application), engine.newQObject(contexts),
+                                  engine.globalObject(), outcome});
+    }
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
 }

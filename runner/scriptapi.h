@@ -42,7 +42,7 @@ public:
 
     /// Defines the API in the global scope of the engine.
     /// @p application and @p verification are what their calls go to; not owned.
-    void install(QObject *application, QObject *verification);
+    void install(QObject *application, QObject *contexts, QObject *verification);
 
     Q_INVOKABLE void log(const QString &type, const QString &message, const QString &details);
     Q_INVOKABLE void check(bool passed, const QString &message, const QString &details,

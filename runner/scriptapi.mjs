@@ -246,44 +246,6 @@ export default function (native, application, verification, global, nameFunction
         }
     };
 
-    global.application = {
-        start: function () {
-            var command = Array.prototype.map.call(arguments, text);
-            var error = application.start(command);
-            if (error !== "")
-                throw new Error("application.start: " + error);
-        },
-        stop: function () {
-            application.stop();
-        }
-    };
-
-    // The context of the one application that a test case has.
-    var context = Object.freeze({toString: function () {
-        return "the application";
-    }});
-
-    function runningContext(wait) {
-        if (!application.waitUntilRunning(wait))
-            throw new Error("no application is running");
-        return context;
-    }
-
-    global.currentApplicationContext = function () {
-        return runningContext(0);
-    };
-
-    global.setApplicationContext = function (wanted) {
-        if (wanted !== context)
-            throw new TypeError("setApplicationContext takes what currentApplicationContext or "
-                                + "waitForApplicationLaunch gave");
-        runningContext(0);
-    };
-
-    global.waitForApplicationLaunch = function (timeout) {
-        return runningContext(milliseconds(timeout, 20000));
-    };
-
     global.find = objects.find;
     global.findAll = objects.findAll;
     global.waitFor = objects.waitFor;
@@ -443,4 +405,7 @@ export default function (native, application, verification, global, nameFunction
     global.abortProcess = function () {
         native.abortProcess();
     };
+
+    // For other modules.
+    return {text: text, milliseconds: milliseconds};
 }

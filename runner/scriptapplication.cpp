@@ -1,42 +1,28 @@
 #include "runner/scriptapplication.h"
 
-#include "remote/remoteapplication.h"
+#include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
-#include "runner/environmentfile.h"
+#include "runner/applications.h"
 #include "runner/processend.h"
 #include "runner/scriptobject.h"
-#include "runner/uicoverage.h"
-#include "shared/environment.h"
 
-#include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJSEngine>
-#include <QStandardPaths>
 
 namespace Morvex {
 namespace {
 
-const int waitStepMs = 20;
-
-QString installationPrefix()
-{
-    return QString::fromStdString(Environment::getVariable("MORVEX_PREFIX"));
-}
+// One that has not come to what it was asked for before is not waited for again.
+const int hangingBoundMs = 500;
 
 } // namespace
 
-ScriptApplication::ScriptApplication(const QStringList &searchDirs)
-    : m_searchDirs(searchDirs)
+ScriptApplication::ScriptApplication(Applications *applications)
+    : m_applications(applications)
 {
-    m_searchDirs += installationPrefix() + QLatin1String("/lib/applications");
 }
 
-ScriptApplication::~ScriptApplication()
-{
-    m_beforeStop = nullptr;
-    stop();
-}
+ScriptApplication::~ScriptApplication() = default;
 
 QString ScriptApplication::loadObjectMap(const QString &fileName)
 {
@@ -52,85 +38,66 @@ QString ScriptApplication::loadObjectMap(const QString &fileName)
 
 QString ScriptApplication::start(const QStringList &command)
 {
-    if (command.isEmpty())
-        return QStringLiteral("no application was named");
-    // One that has ended by itself may be started again.
-    if (m_program && !m_program->isRunning())
-        stop();
-    if (isRunning())
-        return QStringLiteral("an application is already running");
-    const QString &name = command.constFirst();
-    const QString path = pathOf(name);
-    if (path.isEmpty())
-        return QStringLiteral("there is no application '%1' in %2, and no program of that name in "
-                              "PATH")
-            .arg(name, m_searchDirs.join(QLatin1String(", ")));
-    if (!QFileInfo(path).isExecutable())
-        return QStringLiteral("'%1' is not a program that may be run").arg(path);
-    const QString error = startProgram(QStringList{path} + command.mid(1));
-    if (!error.isEmpty())
-        return error;
-    m_wasStarted = true;
-    Inspector::install(inspector());
-    startUsageCount();
-    return {};
-}
-
-QString ScriptApplication::startProgram(const QStringList &command)
-{
-    RemoteApplication::Start start;
-    start.command = command;
-    start.prefix = installationPrefix();
-    start.keptVariables = setVariables();
-    // No more: the script would go on within its own call.
-    start.idle = serveTermination;
+    if (m_beforeStart)
+        m_beforeStart();
     QString error;
-    m_program = RemoteApplication::start(start, &error);
+    m_applications->start(command, {}, &error);
     return error;
 }
 
-Inspector *ScriptApplication::inspector() const
+void ScriptApplication::stop(int context)
 {
-    return m_program ? m_program->inspector() : nullptr;
+    use(context, m_beforeStop);
+    m_applications->stop(context);
 }
 
-void ScriptApplication::stop()
+bool ScriptApplication::wasStarted() const
 {
-    if (m_program && m_beforeStop)
-        m_beforeStop();
-    m_program.reset();
+    return m_applications->wasStarted();
 }
 
-bool ScriptApplication::waitUntilRunning(int timeout)
+void ScriptApplication::forEachContext(const std::function<void()> &function)
 {
-    QElapsedTimer timer;
-    timer.start();
-    while (!isRunning() && timer.elapsed() < timeout)
-        pauseScript(waitStepMs);
-    return isRunning();
+    for (const int id : m_applications->contexts())
+        use(id, function);
+}
+
+// With the context as the current one.
+void ScriptApplication::use(int id, const std::function<void()> &function)
+{
+    const int current = m_applications->current();
+    const auto context = m_applications->context(id);
+    if (!function || !context || !m_applications->setCurrent(id))
+        return;
+    if (context->isBehind())
+        context->setBound(hangingBoundMs);
+    function();
+    m_applications->setCurrent(current);
 }
 
 QObject *ScriptApplication::find(const QString &name, int timeout)
 {
     QString error;
     const SharedPtr<Object> found = object(name, timeout, &error);
-    if (!found && isRunning() && !inspector()->failure().isEmpty())
-        qjsEngine(this)->throwError(inspector()->failure());
-    return new ScriptObject(name, found, error);
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
+    if (!found && inspector && !inspector->failure().isEmpty())
+        qjsEngine(this)->throwError(inspector->failure());
+    return new ScriptObject(inspector, name, found, error);
 }
 
 QJSValue ScriptApplication::findAll(const QString &name)
 {
-    QString error = whyNotFindable();
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
+    QString error = inspector ? QString() : whyNotFindable();
     QVariant found;
-    if (error.isEmpty()) {
+    if (inspector) {
         // Takes the object map with it.
-        inspector()->findObject(name, nullptr);
-        found = inspector()->callFunction(QStringLiteral("findAll"), {name}, &error);
+        inspector->findObject(name, nullptr);
+        found = inspector->callFunction(QStringLiteral("findAll"), {name}, &error);
     }
     if (!error.isEmpty())
         qjsEngine(this)->throwError(error);
-    return ScriptObject::listOf(qjsEngine(this), found.toList());
+    return ScriptObject::listOf(qjsEngine(this), inspector, found.toList());
 }
 
 void ScriptApplication::pause(int milliseconds) const
@@ -140,34 +107,24 @@ void ScriptApplication::pause(int milliseconds) const
 
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const
 {
-    QString reason = whyNotFindable();
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
+    QString reason = inspector ? QString() : whyNotFindable();
     const SharedPtr<Object> found =
-        reason.isEmpty() ? inspector()->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
-    if (!found && isRunning() && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
+        inspector ? inspector->waitForObject(name, timeout, &reason) : SharedPtr<Object>();
+    if (!found && inspector && name.startsWith(QLatin1Char(':')) && !m_missingObjectMap.isEmpty())
         reason += QStringLiteral(" The file '%1' does not exist.").arg(m_missingObjectMap);
     if (error)
         *error = reason;
     return found;
 }
 
-// Why nothing can be found; empty while an application runs.
 QString ScriptApplication::whyNotFindable() const
 {
-    if (isRunning())
-        return {};
-    return m_wasStarted ? QStringLiteral("the application has been stopped")
-                        : QStringLiteral("no application was started");
-}
-
-// Empty when there is none.
-QString ScriptApplication::pathOf(const QString &name) const
-{
-    for (const QString &dir : m_searchDirs) {
-        const QString path = QDir(dir).absoluteFilePath(name);
-        if (QFileInfo(path).isFile())
-            return path;
-    }
-    return name.contains(QLatin1Char('/')) ? QString() : QStandardPaths::findExecutable(name);
+    const auto context = m_applications->context(m_applications->current());
+    if (context)
+        return context->end();
+    return m_applications->wasStarted() ? QStringLiteral("the application has been stopped")
+                                        : QStringLiteral("no application was started");
 }
 
 } // namespace Morvex

@@ -13,42 +13,46 @@
 
 namespace Morvex {
 
+class Applications;
 class Inspector;
-class RemoteApplication;
 
-/// The application under test of a test case: a program in a process of its own. It is stopped at
-/// the end of this object's life.
+/// The current one of the applications of a test case, for scripts.
 class ScriptApplication : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @p searchDirs are where files named by scripts are looked up.
-    explicit ScriptApplication(const QStringList &searchDirs);
+    /// @p applications is not owned.
+    explicit ScriptApplication(Applications *applications);
     ~ScriptApplication() override;
 
     /// Names that begin with ":" are looked up in this file; without it, errors about such names
     /// say so. Returns an error text, empty on success.
     [[nodiscard]] QString loadObjectMap(const QString &fileName);
 
-    /// @p callback is called before a script stops a program or starts another one in its place,
-    /// which takes with it what it knows of its use; not at the end of this object's life.
+    /// @p callback is called before the script starts an application.
+    void setBeforeStart(const std::function<void()> &callback) { m_beforeStart = callback; }
+
+    /// @p callback is called before an application, which is the current one then, is stopped by
+    /// the script: it takes with it what it knows of its use.
     void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
 
+    /// With each context, also one that has ended by itself, as the current one.
+    void forEachContext(const std::function<void()> &function);
+
     /// Whether the script has started one, which may have ended.
-    bool wasStarted() const { return m_wasStarted; }
+    bool wasStarted() const;
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
     SharedPtr<Object> object(const QString &name, int timeout, QString *error) const;
 
     /// A name and arguments. The name is the path of a program, or the name of one of the
-    /// installation or of one found by PATH. Returns an error text, empty on success.
+    /// installation or of one found by PATH; nothing at all is the application of the suite.
+    /// Returns an error text, empty on success.
     [[nodiscard]] Q_INVOKABLE QString start(const QStringList &command);
-    Q_INVOKABLE void stop();
-
-    /// Whether an application is running, at the latest after a time in milliseconds.
-    Q_INVOKABLE bool waitUntilRunning(int timeout);
+    /// The application of a context.
+    Q_INVOKABLE void stop(int context);
 
     /// Waits for an object up to a time in milliseconds. The script owns the result, which is
     /// never null. Throws in the script when the application can't say whether the object is there.
@@ -59,18 +63,14 @@ public:
     Q_INVOKABLE void pause(int milliseconds) const;
 
 private:
-    QString pathOf(const QString &name) const;
-    QString startProgram(const QStringList &command);
-    bool isRunning() const { return m_program != nullptr; }
-    Inspector *inspector() const;
     QString whyNotFindable() const;
+    void use(int context, const std::function<void()> &function);
 
-    QStringList m_searchDirs;
+    Applications *m_applications;
     ObjectMap m_objectMap;
     // Empty when it was read or none was named.
     QString m_missingObjectMap;
-    std::unique_ptr<RemoteApplication> m_program;
-    bool m_wasStarted = false;
+    std::function<void()> m_beforeStart;
     std::function<void()> m_beforeStop;
 };
 

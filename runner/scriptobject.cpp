@@ -6,6 +6,7 @@
 #include "objectmodel/propertypath.h"
 #include "objectmodel/value/wholenumber.h"
 #include "remote/remoteinspector.h"
+#include "remote/remotesession.h"
 #include "runner/processend.h"
 #include "shared/richimage.h"
 #include "shared/writefile.h"
@@ -102,17 +103,12 @@ const Class *classBefore(const SharedPtr<Object> &start, const QStringList &step
     return owner ? owner->objectClass() : nullptr;
 }
 
-// Empty while the application answers.
-QString whyNoAnswer()
-{
-    return Inspector::self() ? Inspector::self()->failure() : QString();
-}
-
 } // namespace
 
-ScriptObject::ScriptObject(const QString &name, const SharedPtr<Object> &object,
-                           const QString &error)
-    : m_name(name)
+ScriptObject::ScriptObject(const std::shared_ptr<RemoteInspector> &inspector, const QString &name,
+                           const SharedPtr<Object> &object, const QString &error)
+    : m_inspector(inspector)
+    , m_name(name)
     , m_object(object)
     , m_error(error)
 {
@@ -148,11 +144,17 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
         fail(error);
 }
 
+// Empty while the application answers.
+QString ScriptObject::whyNoAnswer() const
+{
+    return m_inspector ? m_inspector->failure() : QString();
+}
+
 SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 {
     // To ask first whether the object exists would take as long as to ask for the property.
     MissingProperty missing;
-    const SharedPtr<Object> object = steps.isEmpty() || !Inspector::self()
+    const SharedPtr<Object> object = steps.isEmpty() || !m_inspector
                                          ? SharedPtr<Object>()
                                          : followProperties(m_object, steps, &missing);
     if (object)
@@ -167,7 +169,8 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
     else if (!reason.isEmpty())
         fail(reason);
     else if (!exists)
-        fail(QStringLiteral("the object no longer exists"));
+        fail(whyNoAnswer().isEmpty() ? QStringLiteral("the object no longer exists")
+                                     : whyNoAnswer());
     else
         fail(missing.exists
                  ? QStringLiteral("property '%1' has no value").arg(missing.name)
@@ -244,7 +247,7 @@ QJSValue ScriptObject::children()
 {
     QVariant found;
     call(QStringLiteral("children"), {}, &found);
-    return listOf(qjsEngine(this), found.toList());
+    return listOf(qjsEngine(this), m_inspector, found.toList());
 }
 
 void ScriptObject::screenshot(const QString &path)
@@ -262,17 +265,18 @@ void ScriptObject::screenshot(const QString &path)
         fail(QStringLiteral("cannot write '%1': %2").arg(path, result.error));
 }
 
-QJSValue ScriptObject::listOf(QJSEngine *engine, const QVariantList &found)
+QJSValue ScriptObject::listOf(QJSEngine *engine, const std::shared_ptr<RemoteInspector> &inspector,
+                              const QVariantList &found)
 {
-    auto *inspector = dynamic_cast<RemoteInspector *>(Inspector::self());
     QJSValue list = engine->newArray();
     quint32 count = 0;
     for (const QVariant &pair : found) {
         const QString name = pair.toList().value(1).toString();
         const int id = pair.toList().value(0).toInt();
         if (inspector)
-            list.setProperty(count++, engine->newQObject(new ScriptObject(
-                                          name, inspector->objectWithId(id), QString())));
+            list.setProperty(count++,
+                             engine->newQObject(new ScriptObject(
+                                 inspector, name, inspector->objectWithId(id), QString())));
     }
     return list;
 }
@@ -284,7 +288,7 @@ bool ScriptObject::call(const QString &function, const QVariantList &arguments, 
         return false;
     QString error;
     const QVariant value =
-        Inspector::self()->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
+        m_inspector->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
     if (!error.isEmpty())
         fail(error);
     else if (answer)
@@ -303,10 +307,11 @@ bool ScriptObject::exists()
 
 bool ScriptObject::isThere(QString *whyNotKnown) const
 {
-    if (!Inspector::self() || !m_object)
+    if (!m_inspector || !m_object)
         return false;
     const bool isThere = m_object->objectClass();
-    if (!isThere)
+    // Of one that the script itself has stopped it is known.
+    if (!isThere && !m_inspector->session().isClosed())
         *whyNotKnown = whyNoAnswer();
     return isThere;
 }

@@ -6,7 +6,11 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 namespace Morvex {
+
+class RemoteInspector;
 
 /// What find gives to a script. Methods that can't do what they are asked throw in the script.
 class ScriptObject : public QObject
@@ -15,8 +19,10 @@ class ScriptObject : public QObject
     Q_PROPERTY(QString name READ name CONSTANT)
 
 public:
-    /// A null @p object stands for one that was not found; @p error then says why.
-    ScriptObject(const QString &name, const SharedPtr<Object> &object, const QString &error);
+    /// @p inspector is that of the object's own application; null for none. A null @p object stands
+    /// for one that was not found; @p error then says why.
+    ScriptObject(const std::shared_ptr<RemoteInspector> &inspector, const QString &name,
+                 const SharedPtr<Object> &object, const QString &error);
 
     QString name() const { return m_name; }
 
@@ -48,14 +54,17 @@ public:
     Q_INVOKABLE bool hasItem(const QVariantList &selector);
 
     /// What a script gets for a list of pairs of ids and names from the application.
-    static QJSValue listOf(QJSEngine *engine, const QVariantList &found);
+    static QJSValue listOf(QJSEngine *engine, const std::shared_ptr<RemoteInspector> &inspector,
+                           const QVariantList &found);
 
 private:
     SharedPtr<Object> follow(const QStringList &steps);
     bool isThere(QString *whyNotKnown) const;
+    QString whyNoAnswer() const;
     bool call(const QString &function, const QVariantList &arguments, QVariant *answer);
     void fail(const QString &what);
 
+    std::shared_ptr<RemoteInspector> m_inspector;
     QString m_name;
     SharedPtr<Object> m_object;
     QString m_error;

@@ -1,10 +1,12 @@
 #include "runner/scripttestcase.h"
 
+#include "runner/applicationdeaths.h"
 #include "runner/failurepause.h"
 #include "runner/failurescreenshots.h"
 #include "runner/processend.h"
 #include "runner/promises.h"
 #include "runner/scriptapplication.h"
+#include "runner/scriptcontexts.h"
 #include "runner/scriptfile.h"
 #include "runner/scriptverification.h"
 #include "runner/suitescript.h"
@@ -72,7 +74,7 @@ QString ScriptTestCase::prepare(ScriptApplication *application) const
         if (!error.isEmpty())
             return error;
     }
-    return m_options.application.isEmpty() ? QString() : application->start(m_options.application);
+    return m_options.isApplicationStarted ? application->start({}) : QString();
 }
 
 void ScriptTestCase::runScript(const QString &path, const QString &program)
@@ -80,7 +82,10 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     ScriptEngine engine;
     const ProcessEndWatch processEndWatch(result(), engine);
     const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
-    ScriptApplication application(searchDirs);
+    ScriptRunner runner(result(), path, m_options.resultDir);
+    Applications applications(searchDirs, m_options.applications);
+    ApplicationDeaths deaths(&applications, result(), &runner, &engine);
+    ScriptApplication application(&applications);
     const QString error = prepare(&application);
     if (!error.isEmpty()) {
         addError(LineInfo(path, 0), error);
@@ -89,11 +94,13 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     const auto keepUsage = [this] {
         attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
     };
+    application.setBeforeStart([&deaths] { deaths.reportCaught(); });
     application.setBeforeStop(keepUsage);
-    const ScriptRunner runner(result(), path, m_options.resultDir);
+    m_deaths = &deaths;
     FailureScreenshots screenshots(runner, [&application] { return application.wasStarted(); });
     m_screenshots = &screenshots;
     ScriptVerification verification(&engine, &application, result(), runner, searchDirs);
+    ScriptContexts contexts(&applications);
     ScriptApi api(&engine, {result(), testCaseDirectory().path(), m_options.suiteDir,
                             m_options.resultDir, m_options.scriptArguments, m_options.snoozeFactor,
                             [&screenshots](TestResult::ResultType type) {
@@ -105,7 +112,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
                             namesError.text, namesError.place, QString(), -1);
         return;
     }
-    api.install(&application, &verification);
+    api.install(&application, &contexts, &verification);
     SuiteScript suite(&engine, m_options.suiteDir);
     const QString title = QStringLiteral("Script error");
     if (!hasPassed(suite.load(), title, suite.path()))
@@ -113,7 +120,8 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     if (hasPassed(suite.setUp(), title + QLatin1String(" in setUp"), suite.path()))
         hasPassed(engine.run(program, path), title, path);
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
-    keepUsage();
+    application.forEachContext(keepUsage);
+    deaths.reportRest(path);
 }
 
 // Logs what was thrown, after what promises had left to do.
@@ -126,10 +134,10 @@ bool ScriptTestCase::hasPassed(const ScriptEngine::Outcome &outcome, const QStri
     std::vector<LineInfo> stack = outcome.stack;
     if (stack.empty())
         stack.emplace_back(path, 0);
-    result()->addError(
-        title + m_screenshots->textFor(TestResult::ERROR),
-        (QStringList{thrownText(outcome.value)} + stackLines(stack)).join(QLatin1Char('\n')),
-        stack);
+    const QString thrown = thrownText(outcome.value);
+    const QString details = (QStringList{thrown} + stackLines(stack)).join(QLatin1Char('\n'));
+    if (!m_deaths->reportThrown(thrown, details, stack))
+        result()->addError(title + m_screenshots->textFor(TestResult::ERROR), details, stack);
     pauseAfter(TestResult::ERROR);
     return false;
 }

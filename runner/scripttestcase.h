@@ -1,11 +1,13 @@
 #pragma once
 
+#include "runner/applications.h"
 #include "runner/scriptapi.h"
 #include "runner/scriptengine.h"
 #include "test/testcase.h"
 
 namespace Morvex {
 
+class ApplicationDeaths;
 class FailureScreenshots;
 class ScriptApplication;
 
@@ -19,9 +21,9 @@ public:
         QString resultDir;
         QStringList scriptArguments;
         double snoozeFactor = 0;
-        /// The name and the arguments of an application that is started before the script; may be
-        /// empty.
-        QStringList application;
+        Applications::Settings applications;
+        /// Whether that of the suite is started before the script.
+        bool isApplicationStarted = false;
         /// Empty when the suite has none.
         QString objectMap;
     };
@@ -38,6 +40,7 @@ private:
 
     Options m_options;
     // While the script runs.
+    ApplicationDeaths *m_deaths = nullptr;
     FailureScreenshots *m_screenshots = nullptr;
 };
 

@@ -34,7 +34,10 @@ AgentCalls::~AgentCalls()
 Message AgentCalls::answer(const Message &request, InputSequence *input)
 {
     QString error;
+    m_isFull = false;
     const QVariantList values = perform(request, input, &error);
+    if (error.isEmpty() && m_isFull)
+        error = QStringLiteral("too many results are held");
     return error.isEmpty() ? reply(request, Message::Answer, values) : failure(request, error);
 }
 
@@ -138,8 +141,6 @@ QVariantList AgentCalls::invoke(const QVariantList &values, QString *error)
     SharedPtr<Object> result;
     if (!methods || !methods->invoke(objectOf(values.value(2)), arguments, &result))
         *error = QStringLiteral("the call failed");
-    else if (m_held.size() >= maxHeld)
-        *error = QStringLiteral("too many results are held");
     return error->isEmpty() ? QVariantList{refOf(result)} : QVariantList();
 }
 
@@ -191,7 +192,8 @@ QVariant AgentCalls::refOf(const SharedPtr<Object> &object, bool isCast)
             ref.kind = ref.value.isValid() ? ObjectRef::Value : ObjectRef::Held;
             ref.text = object->valueText();
         }
-        if (ref.kind == ObjectRef::Held) {
+        m_isFull = m_isFull || (ref.kind == ObjectRef::Held && m_held.size() >= maxHeld);
+        if (ref.kind == ObjectRef::Held && !m_isFull) {
             ref.handle = ++m_lastHandle;
             m_held.insert(ref.handle, object);
         }

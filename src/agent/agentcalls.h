@@ -55,6 +55,8 @@ private:
     std::vector<const Class *> m_classes;
     QHash<quint32, SharedPtr<Object>> m_held;
     quint32 m_lastHandle = 0;
+    // Whether the last request would have needed one handle too many.
+    bool m_isFull = false;
     std::unique_ptr<ObjectMap> m_objectMap;
 };
 

@@ -4,7 +4,9 @@
 
 #include <csignal>
 #include <limits>
+#include <linux/sockios.h>
 #include <pthread.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -13,6 +15,11 @@ namespace Morvex {
 namespace {
 
 const int sendTimeoutMs = 10000;
+// At the end of an application, whose runner may take nothing.
+const int lastSendTimeoutMs = 500;
+const qint64 maxOutboxSize = 2ll * MessageChannel::maxSize;
+// Less than the system keeps for any socket.
+const int maxDirectSize = 32 * 1024;
 const int forever = std::numeric_limits<int>::max();
 const unsigned int graceSeconds = 2;
 
@@ -35,6 +42,13 @@ void allowLook(int descriptor)
         ::prctl(PR_SET_PTRACER, static_cast<unsigned long>(peer.pid), 0, 0, 0);
 }
 
+// Whether the other end has read all that was written.
+bool hasTakenAll(int descriptor)
+{
+    int waiting = 0;
+    return ::ioctl(descriptor, SIOCOUTQ, &waiting) == 0 && waiting == 0;
+}
+
 } // namespace
 
 QEvent::Type MessageEvent::eventType()
@@ -50,24 +64,28 @@ AgentConnection::AgentConnection(int descriptor, const Message &hello, QObject *
     , m_hello(hello)
     , m_receiver(receiver)
     , m_whenLost(whenLost)
+    , m_outbox(std::make_unique<Outbox>())
 {
     static const int registered = ::pthread_atfork(nullptr, nullptr, closeInChild);
     Q_UNUSED(registered)
     openDescriptor = descriptor;
-    start();
+    start(&m_reader, &AgentConnection::read);
 }
 
 AgentConnection::~AgentConnection()
 {
     if (isForked()) {
         // There is no such thread here, and the number may be that of another descriptor by now.
-        static_cast<void>(m_thread.release());
+        static_cast<void>(m_reader.release());
+        static_cast<void>(m_writer.release());
+        static_cast<void>(m_outbox.release());
         static_cast<void>(m_channel.release());
         return;
     }
     m_isEnding = true;
+    endWriting();
     m_channel->shutDown();
-    m_thread->join();
+    m_reader->join();
     openDescriptor = -1;
 }
 
@@ -77,13 +95,13 @@ bool AgentConnection::isForked() const
 }
 
 // Signals are for the threads of the application.
-void AgentConnection::start()
+void AgentConnection::start(std::unique_ptr<std::thread> *thread, void (AgentConnection::*work)())
 {
     sigset_t all;
     sigset_t before;
     ::sigfillset(&all);
     ::pthread_sigmask(SIG_SETMASK, &all, &before);
-    m_thread = std::make_unique<std::thread>([this] { read(); });
+    *thread = std::make_unique<std::thread>([this, work] { (this->*work)(); });
     ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
@@ -98,8 +116,56 @@ void AgentConnection::send(const Message &message)
         failure.values = {QStringLiteral("the answer is too large to be sent")};
         bytes = failure.encoded();
     }
-    if (!m_channel->send(bytes, sendTimeoutMs))
+    const std::lock_guard<std::mutex> lock(m_outbox->mutex);
+    const bool isWaiting = m_outbox->isBeingWritten || !m_outbox->messages.empty();
+    if (!isWaiting && bytes.size() <= maxDirectSize && hasTakenAll(m_channel->descriptor())) {
+        if (!m_channel->send(bytes, sendTimeoutMs))
+            m_channel->shutDown();
+        return;
+    }
+    if (m_outbox->size + bytes.size() > maxOutboxSize) {
         m_channel->shutDown();
+        return;
+    }
+    m_outbox->size += bytes.size();
+    m_outbox->messages.push_back(bytes);
+    if (!m_writer)
+        start(&m_writer, &AgentConnection::write);
+    m_outbox->hasChanged.notify_one();
+}
+
+// What was said last is still written.
+void AgentConnection::endWriting()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_outbox->mutex);
+        m_outbox->isEnding = true;
+        m_outbox->hasChanged.notify_one();
+    }
+    if (m_writer)
+        m_writer->join();
+}
+
+void AgentConnection::write()
+{
+    ::pthread_setname_np(::pthread_self(), "morvexagentout");
+    std::unique_lock<std::mutex> lock(m_outbox->mutex);
+    for (;;) {
+        m_outbox->hasChanged.wait(
+            lock, [this] { return m_outbox->isEnding || !m_outbox->messages.empty(); });
+        if (m_outbox->messages.empty())
+            return;
+        const QByteArray bytes = m_outbox->messages.front();
+        m_outbox->messages.pop_front();
+        m_outbox->isBeingWritten = true;
+        const int timeout = m_outbox->isEnding ? lastSendTimeoutMs : sendTimeoutMs;
+        lock.unlock();
+        if (!m_channel->send(bytes, timeout))
+            m_channel->shutDown();
+        lock.lock();
+        m_outbox->isBeingWritten = false;
+        m_outbox->size -= bytes.size();
+    }
 }
 
 void AgentConnection::read()

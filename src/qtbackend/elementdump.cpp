@@ -23,8 +23,6 @@ namespace {
 using UIAbstraction::ElementGeometry;
 using UIAbstraction::UIElement;
 
-// The version that the readers of dumps expect.
-
 QStringList classNamesOf(const QObject *object)
 {
     QStringList names;

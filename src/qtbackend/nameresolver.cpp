@@ -4,6 +4,8 @@
 #include "qtbackend/closestobjects.h"
 #include "qtbackend/qtmodel.h"
 
+#include <QPointer>
+
 #include <algorithm>
 
 namespace Morvex {
@@ -50,6 +52,14 @@ bool isQuick(const NameCondition &condition)
 {
     return !condition.isReference() && (condition.property == QLatin1String("name") ||
                                         condition.property == QLatin1String("type"));
+}
+
+bool holdAll(QtModel &model, NameConditions::const_iterator begin,
+             NameConditions::const_iterator end, const QPointer<QObject> &object)
+{
+    return std::all_of(begin, end, [&](const NameCondition &condition) {
+        return object && condition.holds(model, object);
+    });
 }
 
 } // namespace
@@ -131,10 +141,11 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
     const QString name = text.trimmed();
     if (ObjectName::isSymbolicName(name)) {
         const ObjectMap *map = ObjectMap::self();
-        if (!map || !map->contains(name)) {
+        if (!map || !map->contains(name) || m_pending.contains(name)) {
             report(error, QStringLiteral("The object map has no name '%1'.").arg(name));
             return {};
         }
+        m_pending += name;
         return findAll(map->realName(name).qualifiedName(), error);
     }
     ObjectName objectName(name);
@@ -153,13 +164,21 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
 
 std::vector<QObject *> NameResolver::fittingObjects(const NameConditions &conditions)
 {
-    std::vector<QObject *> found;
+    const auto slow = std::find_if_not(conditions.begin(), conditions.end(), isQuick);
+    std::vector<QPointer<QObject>> candidates;
     for (QObject *object : m_index ? m_index->candidates(conditions) : m_model.allObjects()) {
-        const bool fits =
-            std::all_of(conditions.begin(), conditions.end(), [&](const NameCondition &condition) {
-                return condition.holds(m_model, object);
-            });
-        if (fits)
+        if (holdAll(m_model, conditions.begin(), slow, object))
+            candidates.emplace_back(object);
+    }
+    // To read a property calls the application, which may delete any object.
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(),
+                                    [&](const QPointer<QObject> &object) {
+                                        return !holdAll(m_model, slow, conditions.end(), object);
+                                    }),
+                     candidates.end());
+    std::vector<QObject *> found;
+    for (const QPointer<QObject> &object : candidates) {
+        if (object)
             found.push_back(object);
     }
     return found;

@@ -6,6 +6,8 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace Morvex {
 namespace {
 
@@ -44,12 +46,9 @@ QObjectList childObjectsOf(const QObject *object)
     else if (QObject *root = access->rootOf(const_cast<QObject *>(object)))
         children += root;
     // Where an item has no parent of its own, the window has it both ways.
-    QObjectList once;
-    for (QObject *child : qAsConst(children)) {
-        if (!once.contains(child))
-            once += child;
-    }
-    return inCreationOrder(once);
+    std::sort(children.begin(), children.end());
+    children.erase(std::unique(children.begin(), children.end()), children.end());
+    return inCreationOrder(children);
 }
 
 QObject *parentObjectOf(const QObject *object)

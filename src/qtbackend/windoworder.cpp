@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QSet>
 
 #include <algorithm>
 #include <tuple>
@@ -47,14 +48,16 @@ WindowOrder::WindowOrder()
 
 QWidgetList WindowOrder::windows() const
 {
-    const QWidgetList roots = rootsByName();
     QWidgetList ordered;
+    QSet<const QWidget *> shown;
     for (const QPointer<QWidget> &window : m_shown) {
-        if (roots.contains(window))
+        if (window && isRoot(window)) {
             ordered += window;
+            shown.insert(window);
+        }
     }
-    for (QWidget *window : roots) {
-        if (!ordered.contains(window))
+    for (QWidget *window : rootsByName()) {
+        if (!shown.contains(window))
             ordered += window;
     }
     return ordered;
@@ -72,9 +75,19 @@ bool WindowOrder::eventFilter(QObject *watched, QEvent *event)
 
 void WindowOrder::add(QWidget *window)
 {
+    // The address of a window that no longer exists may be that of another one by now.
+    if (m_known.value(window) == window)
+        return;
+    m_known.insert(window, window);
+    m_shown.emplace_back(window);
+    if (m_shown.size() < m_cleanUpAt)
+        return;
     m_shown.erase(std::remove(m_shown.begin(), m_shown.end(), nullptr), m_shown.end());
-    if (std::find(m_shown.begin(), m_shown.end(), window) == m_shown.end())
-        m_shown.emplace_back(window);
+    m_known.clear();
+    for (const QPointer<QWidget> &shown : m_shown)
+        m_known.insert(shown, shown);
+    // So that the cost of looking at all of them is shared by many.
+    m_cleanUpAt = std::max<std::size_t>(1024, 2 * m_shown.size());
 }
 
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
@@ -25,6 +26,9 @@ private:
     void add(QWidget *window);
 
     std::vector<QPointer<QWidget>> m_shown;
+    // The same by their addresses.
+    QHash<const QWidget *, QPointer<QWidget>> m_known;
+    std::size_t m_cleanUpAt = 1024;
 };
 
 } // namespace Morvex

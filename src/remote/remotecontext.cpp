@@ -206,12 +206,28 @@ bool RemoteContext::isBehind() const
     return m_inspector && m_inspector->session().isBehind();
 }
 
+void RemoteContext::setBound(int milliseconds)
+{
+    m_surroundings.bound = milliseconds;
+    if (m_inspector)
+        m_inspector->session().setBound(milliseconds);
+}
+
 void RemoteContext::close(const QString &reason)
 {
     if (m_inspector)
         m_inspector->session().close(reason);
     if (m_channel)
         m_channel->shutDown();
+    if (m_failure.isEmpty())
+        m_failure = reason;
+    // What is around it may no longer be there.
+    m_surroundings.endOf = [](qint64) { return QString(); };
+    m_surroundings.endOfStarter = [] { return QString(); };
+    m_surroundings.hasEnded = [] { return true; };
+    m_surroundings.update = [](int) {};
+    m_surroundings.idle = nullptr;
+    m_surroundings.hangs = nullptr;
 }
 
 } // namespace Morvex

@@ -74,6 +74,9 @@ public:
     /// Whether it has not come to what it was asked for last.
     bool isBehind() const;
 
+    /// How long an answer may take from now on, in milliseconds.
+    void setBound(int milliseconds);
+
     /// Every use of it and its objects fails with this reason from now on.
     void close(const QString &reason);
 

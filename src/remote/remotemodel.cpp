@@ -5,6 +5,11 @@
 #include "remote/remoteobject.h"
 
 namespace Morvex {
+namespace {
+
+const int maxClasses = 20000;
+
+} // namespace
 
 RemoteModel::RemoteModel(std::unique_ptr<RemoteSession> session)
     : m_session(std::move(session))
@@ -43,7 +48,8 @@ QVariant RemoteModel::refOf(const SharedPtr<Object> &object)
 const Class *RemoteModel::classOf(const QVariant &number)
 {
     const quint32 wanted = number.toUInt();
-    if (wanted == 0)
+    // A hostile application could have a class derive from another one without end.
+    if (wanted == 0 || (m_classes.size() >= maxClasses && !m_classes.contains(wanted)))
         return nullptr;
     auto &known = m_classes[wanted];
     if (!known)

@@ -67,6 +67,7 @@ void RemoteSession::close(const QString &reason)
 {
     if (m_failure.isEmpty())
         m_failure = reason;
+    m_isClosed = true;
     m_channel->shutDown();
 }
 
@@ -216,11 +217,13 @@ MessageChannel::Outcome RemoteSession::receive(Message *message, qint64 timeout)
 
 void RemoteSession::lose(MessageChannel::Outcome outcome)
 {
-    if (m_failure.isEmpty())
-        close(outcome == MessageChannel::Broken
-                  ? QStringLiteral("the application has sent what is no answer; the connection to "
-                                   "it is closed")
-                  : m_describeEnd(m_hasSaidBye));
+    if (!m_failure.isEmpty())
+        return;
+    m_failure = outcome == MessageChannel::Broken
+                    ? QStringLiteral("the application has sent what is no answer; the connection "
+                                     "to it is closed")
+                    : m_describeEnd(m_hasSaidBye);
+    m_channel->shutDown();
 }
 
 RemoteSession::Reply RemoteSession::handleLoss(MessageChannel::Outcome outcome,

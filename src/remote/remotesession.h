@@ -60,6 +60,9 @@ public:
     /// Closes the connection, after which every request fails with this reason.
     void close(const QString &reason);
 
+    /// Whether this end has closed it.
+    bool isClosed() const { return m_isClosed; }
+
     /// Why there are no longer answers; empty while there are.
     QString failure() const { return m_failure; }
 
@@ -105,6 +108,7 @@ private:
     bool m_hasPonged = false;
     bool m_isBehind = false;
     bool m_isEndMet = false;
+    bool m_isClosed = false;
 };
 
 } // namespace Morvex

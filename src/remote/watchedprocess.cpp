@@ -24,6 +24,7 @@ const int controlDescriptor = 3;
 const int lifelineDescriptor = 5;
 const int watcherEndTimeoutMs = 15000;
 const int readyTimeoutMs = 10000;
+const int drainTimeoutMs = 1000;
 // The ends of all processes of a program that starts one after the other would grow without end.
 const int maxEnds = 1000;
 const int maxLine = 1000;
@@ -194,13 +195,28 @@ WatchedProcess::~WatchedProcess()
         ::munmap(m_output, sizeof(OutputMemory));
 }
 
-QByteArray WatchedProcess::standardOutput() const
+// The watcher takes what there is when it comes to that.
+void WatchedProcess::waitUntilDrained()
 {
+    QElapsedTimer timer;
+    timer.start();
+    m_isDrained = false;
+    const char question = '\n';
+    if (m_control < 0 || ::send(m_control, &question, 1, MSG_NOSIGNAL | MSG_DONTWAIT) != 1)
+        return;
+    while (!m_isDrained && !m_isLost && timer.elapsed() < drainTimeoutMs)
+        update(drainTimeoutMs);
+}
+
+QByteArray WatchedProcess::standardOutput()
+{
+    waitUntilDrained();
     return m_output ? lastBytes(m_output->standardOutput) : QByteArray();
 }
 
-QByteArray WatchedProcess::standardError() const
+QByteArray WatchedProcess::standardError()
 {
+    waitUntilDrained();
     return m_output ? lastBytes(m_output->standardError) : QByteArray();
 }
 
@@ -229,7 +245,7 @@ void WatchedProcess::update(int timeout)
     if (size <= 0) {
         // Somebody has killed the watcher; without it nothing is known.
         if (size == 0 || (errno != EAGAIN && errno != EINTR))
-            m_hasEnded = true;
+            m_isLost = m_hasEnded = true;
         return;
     }
     m_unfinishedLine.append(bytes, static_cast<int>(size));
@@ -242,14 +258,16 @@ void WatchedProcess::update(int timeout)
         m_unfinishedLine.clear();
 }
 
-// Lines: "ready", "started PID", "failed ERRNO directory|program", "ended PID exit|signal NUMBER",
-// "empty", all with more words.
+// Lines: "ready", "drained", "started PID", "failed ERRNO directory|program", "ended PID
+// exit|signal NUMBER", "empty", all with more words.
 void WatchedProcess::take(const QByteArray &line)
 {
     const QList<QByteArray> words = line.split(' ');
     const int number = words.value(1).toInt();
     if (words.value(0) == "ready") {
         m_isReady = true;
+    } else if (words.value(0) == "drained") {
+        m_isDrained = true;
     } else if (words.value(0) == "started") {
         m_program = number;
         keepEndOf(m_program);

@@ -64,8 +64,8 @@ public:
     qint64 watcherId() const { return m_watcher; }
 
     /// The last MiB of what the program and those that it started have written; also after its end.
-    QByteArray standardOutput() const;
-    QByteArray standardError() const;
+    QByteArray standardOutput();
+    QByteArray standardError();
 
     /// What holds up the end of the watcher for as long as a process has it open.
     int control() const { return m_control; }
@@ -73,6 +73,7 @@ public:
 private:
     void makeOutputMemory();
     void waitUntilReady();
+    void waitUntilDrained();
     void take(const QByteArray &line);
     void addEnd(qint64 process, const QString &text);
     void endWatcher();
@@ -90,6 +91,8 @@ private:
     QQueue<qint64> m_order;
     QSet<qint64> m_kept;
     bool m_isReady = false;
+    bool m_isDrained = false;
+    bool m_isLost = false;
     bool m_hasEnded = false;
 };
 

@@ -234,6 +234,16 @@ QString TestSuite::aut() const
     return aut.isEmpty() ? m_config.entry(key("CLASS")) : aut;
 }
 
+QString TestSuite::applicationHome() const
+{
+    return absoluteSuiteFilePath(m_config.entry(key("APPLICATION_HOME")));
+}
+
+QString TestSuite::callTimeout() const
+{
+    return m_config.entry(key("CALL_TIMEOUT")).trimmed();
+}
+
 QString TestSuite::applicationLauncher() const
 {
     return m_applicationLauncherOverride.isEmpty() ? m_config.entry(key("LAUNCHER"))

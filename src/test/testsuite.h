@@ -91,6 +91,10 @@ public:
     /// The time that a test case may take, as it is written; empty when nothing is.
     QString timeout() const;
     QString aut() const;
+    /// The directory with what the home of an application has at first; empty for none.
+    QString applicationHome() const;
+    /// How long a call may wait for an answer of the application, in seconds, as it is written.
+    QString callTimeout() const;
     QString applicationLauncher() const;
     QStringList applicationLauncherArgs() const;
     bool hookSubProcesses() const;

@@ -4,11 +4,11 @@
 // morvexwatcher DIRECTORY WORKING_DIRECTORY [PROGRAM ARGUMENTS...]
 //
 // The directory is made at first and removed at the end; it is empty for an application, whose
-// output is shown. The test case is at
-// the other end of descriptor 3: it gets reports there of what becomes of the program, says by any
-// byte that the program may start, and has come to its end when it has closed it. Descriptor 4 is
-// the memory that keeps the output of the program. Descriptor 5, if there is one, is held open
-// until all processes have ended: another watcher removes what they write to after that.
+// output is shown. The test case is at the other end of descriptor 3: it gets reports there of what
+// becomes of the program, says by any byte that the program may start, asks by further ones for
+// what it has written, and has come to its end when it has closed it. Descriptor 4 is the memory
+// that keeps the output of the program. Descriptor 5, if there is one, is held open until all
+// processes have ended: another watcher removes what they write to after that.
 
 #include "output.h"
 #include "processes.h"
@@ -153,8 +153,15 @@ void watch(int signals, Output &output, Output &errors)
                 return;
             reap();
         }
-        if (waited[0].revents & ~POLLOUT)
-            return;
+        if (waited[0].revents & ~POLLOUT) {
+            char question;
+            if (::recv(control, &question, 1, MSG_DONTWAIT) != 1)
+                return;
+            // What the program wrote before it was asked.
+            output.drain();
+            errors.drain();
+            report("drained", 0, "", 0);
+        }
         sendReports();
     }
 }

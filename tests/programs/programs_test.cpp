@@ -44,11 +44,9 @@ protected:
     // Skips the test where one of these is not installed; in CI it fails.
     static bool areThere(const QStringList &files)
     {
-        const auto missing =
-            std::find_if(files.begin(), files.end(), [](const QString &file) {
-                return !QFileInfo::exists(file) &&
-                       QStandardPaths::findExecutable(file).isEmpty();
-            });
+        const auto missing = std::find_if(files.begin(), files.end(), [](const QString &file) {
+            return !QFileInfo::exists(file) && QStandardPaths::findExecutable(file).isEmpty();
+        });
         if (missing == files.end())
             return true;
         if (!qEnvironmentVariableIsEmpty("CI"))
@@ -146,48 +144,47 @@ TEST_P(ProgramsTest, ItemsOfQtQuickAreClickedAndTypedInto)
     const QString program = QLatin1String(examples) + "quickcontrols2/contactlist/contactlist";
     if (!areThere({program}))
         GTEST_SKIP() << "qtquickcontrols2-5-examples is not installed";
-    const QStringList lines =
-        results(start(program) +
-                "find({type: 'RoundButton'}).click();\n"
-                "find({id: 'fullName'}).type('Grace Hopper');\n"
-                "find({id: 'address'}).type('Main Street 1<Tab>Arlington<Tab>555');\n"
-                "find({type: 'Button', text: 'OK'}).click();\n"
-                "var entry = find({type: 'Label', text: 'Grace Hopper'});\n"
-                "entry.click(); log.info(find({type: 'Label', text: 'Arlington'}).get('visible'));\n"
-                "try { entry.screenshot('entry.png'); } catch (error) { }\n"
-                "log.info(file.exists('entry.png'));\n");
+    const QStringList lines = results(
+        start(program) +
+        "find({type: 'RoundButton'}).click();\n"
+        "find({id: 'fullName'}).type('Grace Hopper');\n"
+        "find({id: 'address'}).type('Main Street 1<Tab>Arlington<Tab>555');\n"
+        "find({type: 'Button', text: 'OK'}).click();\n"
+        "var entry = find({type: 'Label', text: 'Grace Hopper'});\n"
+        "entry.click(); log.info(find({type: 'Label', text: 'Arlington'}).get('visible'));\n"
+        "try { entry.screenshot('entry.png'); } catch (error) { }\n"
+        "log.info(file.exists('entry.png'));\n");
     EXPECT_EQ(lines, (QStringList{"LOG true|", GetParam() ? "LOG true|" : "LOG false|"}));
 }
 
 TEST_P(ProgramsTest, AProgramInPythonIsUsedLikeAnyOther)
 {
-    const QString script =
-        "/usr/share/doc/pyqt5-examples/examples/tutorials/addressbook/part7.py";
+    const QString script = "/usr/share/doc/pyqt5-examples/examples/tutorials/addressbook/part7.py";
     if (!areThere({"/usr/bin/python3", script}))
         GTEST_SKIP() << "pyqt5-examples is not installed";
     const QByteArray box = "container: {type: 'QMessageBox'}";
-    EXPECT_EQ(
-        results("application.start('/usr/bin/python3', '" + script.toUtf8() +
-                "');\n"
-                "function push(text) { find({type: 'QPushButton', text: text, visible: true}).click(); }\n"
-                "['Ada', 'Grace', 'Mary'].forEach(function (name) {\n"
-                "    push('&Add'); find({type: 'QLineEdit', visible: true}).type(name);\n"
-                "    find({type: 'QTextEdit'}).type('Arlington'); push('&Submit');\n"
-                "    find({type: 'QPushButton', " +
-                box +
-                "}).click(); });\n"
-                "push('&Find');\n"
-                "find({type: 'QLineEdit', container: {type: 'FindDialog'}}).type('Nobody');\n"
-                "find({type: 'QPushButton', container: {type: 'FindDialog'}}).click();\n"
-                "log.info(find({type: 'QMessageBox'}).get('text'));\n"
-                "find({type: 'QPushButton', " +
-                box +
-                "}).click(); push('Sa&ve...');\n"
-                "find('fileNameEdit').type('<Ctrl+A>" +
-                target().toUtf8() +
-                "<Return>');\n"
-                "waitFor(() => file.exists('../saved'));\n"),
-        QStringList("LOG Sorry, \"Nobody\" is not in your address book.|"));
+    EXPECT_EQ(results("application.start('/usr/bin/python3', '" + script.toUtf8() +
+                      "');\n"
+                      "function push(text) { find({type: 'QPushButton', text: text, visible: "
+                      "true}).click(); }\n"
+                      "['Ada', 'Grace', 'Mary'].forEach(function (name) {\n"
+                      "    push('&Add'); find({type: 'QLineEdit', visible: true}).type(name);\n"
+                      "    find({type: 'QTextEdit'}).type('Arlington'); push('&Submit');\n"
+                      "    find({type: 'QPushButton', " +
+                      box +
+                      "}).click(); });\n"
+                      "push('&Find');\n"
+                      "find({type: 'QLineEdit', container: {type: 'FindDialog'}}).type('Nobody');\n"
+                      "find({type: 'QPushButton', container: {type: 'FindDialog'}}).click();\n"
+                      "log.info(find({type: 'QMessageBox'}).get('text'));\n"
+                      "find({type: 'QPushButton', " +
+                      box +
+                      "}).click(); push('Sa&ve...');\n"
+                      "find('fileNameEdit').type('<Ctrl+A>" +
+                      target().toUtf8() +
+                      "<Return>');\n"
+                      "waitFor(() => file.exists('../saved'));\n"),
+              QStringList("LOG Sorry, \"Nobody\" is not in your address book.|"));
     EXPECT_TRUE(readFile(target()).contains("Arlington"));
 }
 

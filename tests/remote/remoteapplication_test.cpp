@@ -99,6 +99,8 @@ TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
         bool isTaken;
         bool isOther;
     } rows[] = {{token, protocolVersion, Message::Hello, true, false},
+                // Says nothing, and is not waited for without end.
+                {token, 0, Message::Hello, false, false},
                 {token.left(token.size() - 1), protocolVersion, Message::Hello, false, false},
                 {QByteArray(), protocolVersion, Message::Hello, false, false},
                 {token, protocolVersion, Message::Ready, false, false},
@@ -115,7 +117,8 @@ TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
         hello.type = row.type;
         hello.number = row.version;
         hello.values = {row.token};
-        ASSERT_TRUE(agent.send(hello, 1000));
+        if (row.version != 0)
+            ASSERT_TRUE(agent.send(hello, 1000));
         const ConnectionOffer::Caller caller = offer.waitForCaller(1000);
         EXPECT_EQ(caller.channel != nullptr, row.isTaken);
         EXPECT_EQ(caller.error.contains("another version"), row.isOther);
@@ -213,8 +216,10 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
          "is running: no Qt is loaded"},
+        {{MORVEX_INVENTORY_PROGRAM}, "it is running: it is made with Qt 5.15"},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 10 seconds"},
     };
+    options.whiteList = QStringList{"awkward_program", "other"};
     for (const auto &row : rows) {
         // It has to come as far as that, however slow the machine is.
         options.timeout = row.command.contains("sleep") ? 10000 : 1000;
@@ -351,6 +356,23 @@ TEST_F(RemoteApplicationTest, ADialogThatRunsALoopOfItsOwnIsUsedToItsEnd)
     EXPECT_EQ(click(application.get(), "close"), QString());
     EXPECT_FALSE(inspector->findObject("dialog", nullptr));
     EXPECT_EQ(click(application.get(), "print"), QString());
+}
+
+TEST_F(RemoteApplicationTest, AProgramThatChangesUnderTheCallsIsUsedAllTheSame)
+{
+    auto application = start({MORVEX_AWKWARD_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    const SharedPtr<Object> button = inspector->waitForObject("delete", 5000, &error);
+    ASSERT_TRUE(button);
+    EXPECT_EQ(click(application.get(), "delete"), QString());
+    EXPECT_EQ(button->objectClass(), nullptr);
+    EXPECT_EQ(click(application.get(), "windows"), QString());
+    EXPECT_EQ(click(application.get(), "change"), QString());
+    EXPECT_EQ(click(application.get(), "print"), QString());
+    EXPECT_FALSE(inspector->waitForObject("{name='changing' occurrence='200'}", 0, &error));
+    EXPECT_TRUE(error.contains("There are 100 objects")) << error.toStdString();
+    EXPECT_EQ(inspector->failure(), QString());
 }
 
 TEST_F(RemoteApplicationTest, WhatIsTooLargeToBeSentIsAnErrorOfItsCallAlone)

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDialog>
 #include <QFile>
+#include <QFrame>
 #include <QProcess>
 #include <QPushButton>
 #include <QTimer>
@@ -30,6 +31,9 @@ AwkwardWindow::AwkwardWindow()
     addButton("sleep", &AwkwardWindow::sleep);
     addButton("restart", &AwkwardWindow::restart);
     addButton("another", &AwkwardWindow::startAnother);
+    addButton("windows", &AwkwardWindow::openWindows);
+    addButton("change", &AwkwardWindow::changeAllTheTime);
+    addButton("delete", &AwkwardWindow::deleteTheButton);
 }
 
 void AwkwardWindow::setLevel(int level)
@@ -66,6 +70,7 @@ void AwkwardWindow::forkAndEnd()
 void AwkwardWindow::printLine()
 {
     std::puts("of the application");
+    std::fflush(stdout);
 }
 
 void AwkwardWindow::execDialog()
@@ -125,4 +130,29 @@ void AwkwardWindow::restart()
 void AwkwardWindow::startAnother()
 {
     QProcess::startDetached(QCoreApplication::applicationFilePath(), {});
+}
+
+void AwkwardWindow::openWindows()
+{
+    for (int i = 0; i < 10000; ++i) {
+        auto *window = new QWidget;
+        window->setAttribute(Qt::WA_DontShowOnScreen);
+        window->show();
+    }
+}
+
+void AwkwardWindow::changeAllTheTime()
+{
+    auto *timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [this] {
+        qDeleteAll(findChildren<QFrame *>(QStringLiteral("changing")));
+        for (int i = 0; i < 100; ++i)
+            (new QFrame(this))->setObjectName(QStringLiteral("changing"));
+    });
+    timer->start(0);
+}
+
+void AwkwardWindow::deleteTheButton()
+{
+    delete sender();
 }

@@ -48,6 +48,9 @@ private:
     void sleep();
     void restart();
     void startAnother();
+    void openWindows();
+    void changeAllTheTime();
+    void deleteTheButton();
 
     int m_level = 0;
     int m_child = 0;

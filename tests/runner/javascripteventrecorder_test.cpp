@@ -82,7 +82,9 @@ TEST_F(JavaScriptEventRecorderTest, WhatItPrintsRuns)
     };
     EXPECT_EQ(lines, expected);
     ASSERT_TRUE(map.save());
-    EXPECT_EQ(results("application.start('inventory');\n" + lines.join('\n').toUtf8() +
+    // There is just one.
+    const QString script = lines.join('\n').replace("waitForApplicationLaunch()", "ctx_0");
+    EXPECT_EQ(results("application.start('inventory');\n" + script.toUtf8() +
                       "\ncheck.equal(find(names.inventory).get('totalCount'), 43);"),
               QStringList("PASS Verification|Got expected 43."))
         << output.standardOutput.toStdString() << readFile(namesPath).toStdString();
@@ -130,7 +132,9 @@ TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLo
     cell.setSnooze(11000);
     lines += recorded(EventRecorder::OBJECT_SYNC, nullptr, {cell});
     lines += recorded(EventRecorder::OBJECT_SYNC, nullptr, {item});
-    EXPECT_EQ(results("application.start('inventory');\n" + lines.join('\n').toUtf8() +
+    // There is just one.
+    const QString script = lines.join('\n').replace("waitForApplicationLaunch()", "ctx_0");
+    EXPECT_EQ(results("application.start('inventory');\n" + script.toUtf8() +
                       "\ncheck.equal(find('name').get('text'), 'x');"),
               QStringList("PASS Verification|Got expected 'x'."))
         << lines.join('\n').toStdString();

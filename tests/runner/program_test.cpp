@@ -61,16 +61,19 @@ TEST_F(ProgramTest, ACrashIsAnErrorOfItsCallAndTheScriptMayStartAgain)
             "log.info(find('awkward').get('level'), window.exists());\n"
             "\nfind('crash').click();",
         {"--coverage"});
-    ASSERT_EQ(lines.size(), 8);
+    ASSERT_EQ(lines.size(), 9);
     EXPECT_EQ(lines[0], "LOG crash: " + crash + "|");
     EXPECT_EQ(lines[1], "LOG awkward: " + crash + "|");
     EXPECT_EQ(lines[2], lines[1]);
     EXPECT_EQ(lines[3], "LOG " + crash + "|");
-    for (int i : {4, 7})
-        EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
+    EXPECT_TRUE(lines[4].startsWith("WARNING The application has crashed"));
     EXPECT_EQ(lines[5], "LOG 0|false");
-    EXPECT_TRUE(lines[6].startsWith("ERROR Script error|Error: crash: " + crash))
+    EXPECT_TRUE(lines[6].startsWith("FATAL The application has crashed by signal 11 (Segmentation "
+                                    "fault)|Error: crash: " +
+                                    crash))
         << lines[6].toStdString();
+    for (int i : {7, 8})
+        EXPECT_EQ(lines[i], "WARNING UI coverage is not complete|" + crash);
 }
 
 TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)

@@ -5,11 +5,13 @@
 #include "support/test.h"
 #include "support/uploadserver.h"
 
+#include <QDeadlineTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QThread>
 
 #include <csignal>
 
@@ -259,6 +261,11 @@ TEST_F(ResultServerTest, WhatHappensWhileTheServerIsSilentComesAfterItInAllRepor
     QProcess process;
     start(process, runner, {silent.value(), "html," + path("local"), "stdout"});
     waitForEntry(process, "END_TEST_CASE");
+    // A child that has not ended yet would be what is interrupted.
+    const QString children = QString("/proc/%1/task/%1/children").arg(process.processId());
+    for (const QDeadlineTimer limit(12000);
+         !readFile(children).trimmed().isEmpty() && !limit.hasExpired();)
+        QThread::msleep(10);
     ::kill(static_cast<pid_t>(process.processId()), SIGINT);
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 130);

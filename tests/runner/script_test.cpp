@@ -271,3 +271,10 @@ TEST_F(ScriptTest, TheSuiteSetsUpAndTearsDownAroundEachScriptHoweverItEnds)
         EXPECT_EQ(results(row.script), row.lines) << row.script.constData();
     }
 }
+
+TEST_F(ScriptTest, AnObjectGivesItsPropertiesAsValuesAndAsTextsWhereTheseSayMore)
+{
+    EXPECT_EQ(results("application.start('inventory'); const all = find('count').properties;\n"
+                      "log.info([all.objectName, all.maximum, all.wrapping, typeof all.size]);"),
+              QStringList("LOG [\"count\",9999,false,\"string\"]|"));
+}

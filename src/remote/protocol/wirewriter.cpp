@@ -158,6 +158,9 @@ void WireWriter::value(const QVariant &value, int depth)
         return reals(WireKind::RectF, {area.x(), area.y(), area.width(), area.height()});
     }
     case QMetaType::QColor:
+        // One that is none has no numbers.
+        if (!value.value<QColor>().isValid())
+            break;
         kind(WireKind::Color);
         return number(static_cast<quint64>(value.value<QColor>().rgba64()));
     default:

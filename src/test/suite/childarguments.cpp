@@ -1,5 +1,6 @@
 #include "test/suite/childarguments.h"
 
+#include "test/suite/applicationwords.h"
 #include "test/suite/runoptions.h"
 #include "test/testsuite.h"
 
@@ -13,29 +14,10 @@ QString option(const char *name)
     return QString::fromLatin1(name);
 }
 
-// The words of an application's command line, with their blanks protected by backslashes. Double
-// quotes hold a word together and are dropped.
+// With their blanks protected by backslashes.
 QStringList split_args(const QString &text)
 {
-    QStringList arguments;
-    QString argument;
-    bool inQuotes = false;
-    const auto finishArgument = [&arguments, &argument] {
-        if (argument.isEmpty())
-            return;
-        arguments += argument.replace(QLatin1Char(' '), QLatin1String("\\ "));
-        argument.clear();
-    };
-    for (const QChar character : text) {
-        if (character == QLatin1Char('"'))
-            inQuotes = !inQuotes;
-        else if (character == QLatin1Char(' ') && !inQuotes)
-            finishArgument();
-        else
-            argument += character;
-    }
-    finishArgument();
-    return arguments;
+    return applicationWords(text).replaceInStrings(QStringLiteral(" "), QStringLiteral("\\ "));
 }
 
 QStringList repeated(const char *name, const QStringList &values)

@@ -1,15 +1,17 @@
 #pragma once
 
+#include "morvex_export.h"
+
 #include <QImage>
 
 namespace Morvex {
 
 /// Whether applications started by this process have their windows on an X display.
-bool hasDisplay();
+MORVEX_EXPORT bool hasDisplay();
 
 /// What the X display of this process shows, whatever the applications on it do. Null with an error
 /// text when that can't be found out, which a display that does not answer delays by up to five
 /// seconds.
-QImage pictureOfDisplay(QString *error);
+MORVEX_EXPORT QImage pictureOfDisplay(QString *error);
 
 } // namespace Morvex

@@ -1,0 +1,99 @@
+// The functions of scripts for applications and their contexts. Documented in docs/scripting.md.
+export default function (application, contexts, global, helpers) {
+    // One process of an application. The same number is the same object.
+    function ApplicationContext(id) {
+        Object.defineProperty(this, "id", {value: id});
+        this.name = contexts.name(id);
+        this.processId = contexts.processId(id);
+        Object.freeze(this);
+    }
+
+    ApplicationContext.prototype = {
+        isRunning: function () {
+            return contexts.isRunning(this.id);
+        },
+        isFrozen: function (timeout) {
+            return contexts.isFrozen(this.id, helpers.milliseconds(timeout, 1000));
+        },
+        output: function () {
+            return contexts.standardOutput(this.id);
+        },
+        errorOutput: function () {
+            return contexts.standardError(this.id);
+        },
+        toString: function () {
+            return this.name;
+        }
+    };
+
+    var known = new Map();
+
+    function contextOf(id) {
+        if (!known.has(id))
+            known.set(id, new ApplicationContext(id));
+        return known.get(id);
+    }
+
+    function currentContext() {
+        if (contexts.current() < 0)
+            throw new Error("no application is running");
+        return contextOf(contexts.current());
+    }
+
+    // The last one that was current may have been stopped: what it has printed is still there.
+    var last;
+
+    function given(context, what) {
+        if (context === undefined)
+            return contexts.current() < 0 && last ? last : currentContext();
+        if (!(context instanceof ApplicationContext))
+            throw new TypeError(what + " takes what application.start or application.contexts gave");
+        return context;
+    }
+
+    function waitForLaunch(timeout, name) {
+        var id = contexts.waitForLaunch(helpers.milliseconds(timeout, 20000));
+        if (id < 0)
+            throw new Error(name + ": no application was started within the time");
+        return last = contextOf(id);
+    }
+
+    function setCurrent(context) {
+        if (!contexts.setCurrent(given(context, "application.setCurrent").id))
+            throw new Error("application.setCurrent: " + context + " has been stopped");
+        last = context;
+    }
+
+    global.application = {
+        start: function () {
+            var error = application.start(Array.prototype.map.call(arguments, helpers.text));
+            if (error !== "")
+                throw new Error("application.start: " + error);
+            return last = currentContext();
+        },
+        stop: function (context) {
+            if (context !== undefined || contexts.current() >= 0)
+                application.stop(given(context, "application.stop").id);
+        },
+        contexts: function () {
+            return Array.from(contexts.running()).map(contextOf);
+        },
+        current: currentContext,
+        setCurrent: setCurrent,
+        waitForApplication: function (timeout) {
+            return waitForLaunch(timeout, "application.waitForApplication");
+        },
+        output: function (context) {
+            return given(context, "application.output").output();
+        },
+        errorOutput: function (context) {
+            return given(context, "application.errorOutput").errorOutput();
+        }
+    };
+
+    global.currentApplicationContext = currentContext;
+    global.setApplicationContext = setCurrent;
+    global.waitForApplicationLaunch = function (timeout) {
+        return waitForLaunch(timeout, "waitForApplicationLaunch");
+    };
+}

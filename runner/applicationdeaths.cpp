@@ -1,0 +1,100 @@
+#include "runner/applicationdeaths.h"
+
+#include "runner/applications.h"
+#include "runner/scriptengine.h"
+#include "shared/clock.h"
+#include "test/runnerinterface.h"
+#include "test/testvp.h"
+#include "test/verification/displaypicture.h"
+
+#include <QImage>
+
+namespace Morvex {
+namespace {
+
+QString capitalised(QString text)
+{
+    text[0] = text[0].toUpper();
+    return text;
+}
+
+} // namespace
+
+ApplicationDeaths::ApplicationDeaths(Applications *applications, TestResult *result,
+                                     RunnerInterface *runner, const ScriptEngine *engine)
+    : m_applications(applications)
+    , m_result(result)
+    , m_runner(runner)
+    , m_engine(engine)
+{
+    applications->setHangs([this](const QString &stack) { reportHanging(stack); });
+}
+
+ApplicationDeaths::~ApplicationDeaths()
+{
+    m_applications->setHangs(nullptr);
+}
+
+// The application is not asked: it could not answer.
+QString ApplicationDeaths::picture(TestResult::ResultType type)
+{
+    if (m_runner->resultDirectory().isEmpty())
+        return {};
+    if (!hasDisplay())
+        return QStringLiteral("\nThere is no display to take a picture of.");
+    QString error;
+    const QImage image = pictureOfDisplay(&error);
+    return image.isNull()
+               ? QStringLiteral("\nThere is no picture of the display: ") + error
+               : QLatin1Char('\n') + TestVP::logScreenshot(m_runner, type, image).trimmed();
+}
+
+void ApplicationDeaths::reportHanging(const QString &stack)
+{
+    const QString where =
+        stack.isEmpty() ? QStringLiteral("Its stack is not known: gdb is needed for that.") : stack;
+    m_result->addResult(currentLocalTime(), TestResult::LOG,
+                        QStringLiteral("The application gives no answer"),
+                        where + picture(TestResult::LOG), m_engine->currentStack(), QString(), -1);
+}
+
+void ApplicationDeaths::reportCaught()
+{
+    for (const Applications::Death &death : m_applications->deaths()) {
+        if (!death.isMet)
+            continue;
+        m_applications->settleDeath(death.context);
+        m_result->addResult(currentLocalTime(), TestResult::WARNING, capitalised(death.text),
+                            QStringLiteral("The script has caught this and goes on.") +
+                                picture(TestResult::WARNING),
+                            m_engine->currentStack(), QString(), -1);
+    }
+}
+
+bool ApplicationDeaths::reportThrown(const QString &thrown, const QString &details,
+                                     const std::vector<LineInfo> &stack)
+{
+    for (const Applications::Death &death : m_applications->deaths()) {
+        if (!death.isMet || !thrown.contains(death.text))
+            continue;
+        m_applications->settleDeath(death.context);
+        m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
+                            details + picture(TestResult::FATAL), stack, QString(), -1);
+        return true;
+    }
+    return false;
+}
+
+void ApplicationDeaths::reportRest(const QString &path)
+{
+    reportCaught();
+    for (const Applications::Death &death : m_applications->deaths()) {
+        m_applications->settleDeath(death.context);
+        m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
+                            QStringLiteral("No call of the script has met this.") +
+                                picture(TestResult::FATAL),
+                            {LineInfo(path, 0)}, QString(), -1);
+    }
+}
+
+} // namespace Morvex

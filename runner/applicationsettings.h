@@ -1,0 +1,17 @@
+#pragma once
+
+#include "runner/applications.h"
+
+namespace Morvex {
+
+struct RunnerOptions;
+
+/// Makes what the command line of a run says about applications known to its test cases, for which
+/// their own command lines have no place.
+void passOnApplicationOptions(const RunnerOptions &options);
+
+/// What holds for the applications of a test case, by its command line, that of the run, and
+/// suite.conf in the current directory, in this order.
+Applications::Settings applicationSettings(const RunnerOptions &options);
+
+} // namespace Morvex
