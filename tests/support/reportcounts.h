@@ -10,8 +10,8 @@
 
 namespace MorvexTest {
 
-/// By the keys of TestReportGenerator::resultCount; "errors+fatals" where a format can't tell them
-/// apart. A format that does not tell a number leaves its key out.
+/// By the keys of TestReportGenerator::resultCount; "errors+fatals" where a format joins
+/// them. A format that does not have a number leaves its key out.
 using Counts = std::map<std::string, int>;
 
 /// A format that writes one XML file, and what its report lets a reader find out about the run.
