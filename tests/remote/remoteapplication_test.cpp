@@ -117,8 +117,9 @@ TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
         hello.type = row.type;
         hello.number = row.version;
         hello.values = {row.token};
-        if (row.version != 0)
+        if (row.version != 0) {
             ASSERT_TRUE(agent.send(hello, 1000));
+        }
         const ConnectionOffer::Caller caller = offer.waitForCaller(1000);
         EXPECT_EQ(caller.channel != nullptr, row.isTaken);
         EXPECT_EQ(caller.error.contains("another version"), row.isOther);

@@ -85,7 +85,7 @@ TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)
                                           {"--coverage", "--resultdir", dir});
         EXPECT_FALSE(lines.join('\n').contains("UI coverage is not"))
             << lines.join('\n').toStdString();
-        EXPECT_TRUE(output.standardError.contains("UI coverage: 18.2 % (2 of 11)"))
+        EXPECT_TRUE(output.standardError.contains("UI coverage: 14.3 % (2 of 14)"))
             << output.standardError.constData();
     }
 }
