@@ -44,24 +44,30 @@ Applications::~Applications()
 
 int Applications::start(const QStringList &command, const Options &options, QString *error)
 {
-    return startLauncher(m_settings.launcher, command, options, error);
-}
-
-int Applications::startLauncher(const QStringList &launcher, const QStringList &command,
-                                const Options &options, QString *error)
-{
     QStringList words = command.isEmpty() ? m_settings.suiteApplication : command;
-    if (words.isEmpty() && launcher.isEmpty()) {
+    if (words.isEmpty()) {
         *error = QStringLiteral("no application was named");
         return -1;
     }
-    const QString program = words.isEmpty() ? QString() : pathOf(words.constFirst(), error);
-    if (!words.isEmpty()) {
-        if (program.isEmpty())
-            return -1;
-        words[0] = program;
-    }
-    return launch(launcher + words, program, options, error);
+    const QString program = pathOf(words.constFirst(), error);
+    if (program.isEmpty())
+        return -1;
+    words[0] = program;
+    return launch(m_settings.launcher + words, program, options, error);
+}
+
+int Applications::startLauncher(const QStringList &command, const Options &options, QString *error)
+{
+    const QString program = pathOf(command.value(0), error);
+    return program.isEmpty()
+               ? -1
+               : launch(QStringList{program} + command.mid(1), program, options, error);
+}
+
+void Applications::leave(int id)
+{
+    if (m_current == id)
+        m_current = -1;
 }
 
 int Applications::launch(const QStringList &command, const QString &program, const Options &options,
@@ -128,7 +134,6 @@ int Applications::handOut(Entry &entry)
     entry.isKnown = true;
     m_current = entry.id;
     inspector();
-    startUsageCount();
     return entry.id;
 }
 
@@ -278,13 +283,18 @@ QString Applications::standardError(int id) const
 
 std::shared_ptr<RemoteInspector> Applications::inspector()
 {
-    const Entry *entry = entryOf(m_current);
+    Entry *entry = entryOf(m_current);
     std::shared_ptr<RemoteInspector> wanted;
     if (entry && entry->application)
         wanted = entry->context->inspector();
     if (wanted && wanted != m_installed) {
         Inspector::install(wanted.get());
         m_installed = wanted;
+    }
+    // Another one, too, of a process that has executed another program.
+    if (wanted && entry->counted.lock() != wanted) {
+        entry->counted = wanted;
+        startUsageCount();
     }
     return wanted;
 }

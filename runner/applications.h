@@ -71,9 +71,9 @@ public:
     /// Makes the context of what was started the current one, and returns it; negative on failure.
     /// An empty command is that of the suite.
     int start(const QStringList &command, const Options &options, QString *error);
-    /// With a launcher of its own; the first of its processes that can be tested is the context.
-    int startLauncher(const QStringList &launcher, const QStringList &command,
-                      const Options &options, QString *error);
+    /// With a program that starts the application, whatever the settings say; the first of its
+    /// processes that can be tested is the context.
+    int startLauncher(const QStringList &command, const Options &options, QString *error);
     /// A further process that is no context by itself, by the file name of its program.
     int attach(const QString &name, int timeout, QString *error);
 
@@ -89,6 +89,8 @@ public:
     int current() const { return m_current; }
     /// False when there is none of that number.
     bool setCurrent(int id);
+    /// After it there is no current one, if it was this.
+    void leave(int id);
     bool wasStarted() const { return m_lastId > 0; }
 
     /// Stops the application that the context is of, with all of its contexts.
@@ -115,6 +117,8 @@ private:
         int id = -1;
         std::shared_ptr<RemoteApplication> application;
         std::shared_ptr<RemoteContext> context;
+        // In which usage is counted, if it is to be.
+        std::weak_ptr<RemoteInspector> counted;
         bool isKnown = false;
         bool isDeathSettled = false;
         // After the end of the application.

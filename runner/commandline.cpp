@@ -83,6 +83,17 @@ Set number(Member member, const char *what)
     return {};
 }
 
+// The flag comes before the program.
+[[nodiscard]] QString addInspected(RunnerOptions &options, const QString &value)
+{
+    options.action = RunnerOptions::Action::Inspect;
+    if (options.inspectedProgram.isEmpty() && value == QLatin1String("--pick"))
+        options.picks = true;
+    else
+        options.inspectedProgram += value;
+    return {};
+}
+
 [[nodiscard]] QString setKeptRuns(RunnerOptions &options, const QString &value)
 {
     bool isNumber = false;
@@ -193,6 +204,10 @@ const std::vector<Option> &optionTable()
         {"--migrate-names", "",
          "add the names of the suite's object map (OBJECTMAP) to its names.js",
          Section::Information, Takes::Nothing, action(O::Action::MigrateNames)},
+        {"--inspect", "PROGRAM [ARG...]",
+         "start a program and print its objects with names that find takes; with --pick before "
+         "PROGRAM the name and properties of what is clicked on, until it ends",
+         Section::Information, Takes::Rest, addInspected},
         {"--help", "", "print this text", Section::Information, Takes::Nothing,
          action(O::Action::Help)},
         {"--version", "", "print the version", Section::Information, Takes::Nothing,

@@ -98,8 +98,10 @@ void appendTree(const BrowserElement &element, QString *html)
 
 QString coverageText(const BrowserElement &element)
 {
+    const double percentage = element.coveragePercentage(true);
+    const double mostOfAPart = 99.9;
     return QStringLiteral("%1 % (%2 of %3)")
-        .arg(QString::number(element.coveragePercentage(true), 'f', 1),
+        .arg(QString::number(percentage < 100 ? qMin(percentage, mostOfAPart) : 100, 'f', 1),
              QString::number(element.coverageActual(true)),
              QString::number(element.coverageExpected(true)));
 }

@@ -1,5 +1,6 @@
 #include "runner/commandline.h"
 #include "runner/failurepause.h"
+#include "runner/inspectprogram.h"
 #include "runner/messages.h"
 #include "runner/migratenames.h"
 #include "runner/processsetup.h"
@@ -91,6 +92,8 @@ int run(const RunnerOptions &options)
         return repairReport(options.reportToRepair);
     case RunnerOptions::Action::MigrateNames:
         return migrateNames(options);
+    case RunnerOptions::Action::Inspect:
+        return inspectProgram(options);
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:
         break;

@@ -2,9 +2,9 @@
 
 #include "shared/realpath.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QUuid>
 
 #include <cerrno>
 #include <cstdio>
@@ -25,29 +25,41 @@ int moveToFreePlace(const QByteArray &from, const QByteArray &to)
     return ::link(from.constData(), to.constData()) == 0 ? 0 : errno;
 }
 
+// Nothing can be made in one that could not be.
+QString madeDirectoryOf(const QString &pointPath)
+{
+    const QString directory = cleanedPath(QFileInfo(pointPath).path());
+    QDir().mkpath(directory);
+    return directory;
+}
+
+QString writeError(const QString &path, const QString &reason)
+{
+    return QStringLiteral("Could not write '%1': %2").arg(path, reason);
+}
+
 } // namespace
 
 PointDraft::PointDraft(const QString &pointPath)
     : m_pointPath(pointPath)
-    , m_path(QStringLiteral("%1/.morvex-%2")
-                 .arg(cleanedPath(QFileInfo(pointPath).path()),
-                      QUuid::createUuid().toString(QUuid::WithoutBraces)))
+    , m_dir(madeDirectoryOf(pointPath) + QStringLiteral("/.morvex-XXXXXX"))
+    , m_path(m_dir.filePath(QFileInfo(pointPath).fileName()))
 {
 }
 
-PointDraft::~PointDraft()
+QString PointDraft::error() const
 {
-    QFile::remove(m_path);
+    return m_dir.isValid() ? QString() : writeError(m_pointPath, m_dir.errorString());
 }
 
-PointDraft::Outcome PointDraft::takePlace(QString *error)
+PointDraft::Outcome PointDraft::takePlace(QString *error) const
 {
     const int number = moveToFreePlace(QFile::encodeName(m_path), QFile::encodeName(m_pointPath));
     if (number == 0)
         return Placed;
     if (number == EEXIST)
         return Taken;
-    *error = QStringLiteral("Could not write '%1': %2").arg(m_pointPath, qt_error_string(number));
+    *error = writeError(m_pointPath, qt_error_string(number));
     return Failed;
 }
 

@@ -2,13 +2,11 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
-#include "shared/realpath.h"
 #include "shared/regularfile.h"
 #include "shared/requestdumpobject.h"
 #include "shared/writefile.h"
 #include "test/titanvp.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QVariant>
@@ -27,7 +25,7 @@ const QLatin1String visualType("Visual");
     QString error;
     const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
     if (dump.isEmpty())
-        return error;
+        return error.isEmpty() ? QStringLiteral("The application's snapshot is empty.") : error;
     return createTitanVPFile(dump, QFileInfo(path), objectName, &error) ? QString() : error;
 }
 
@@ -97,9 +95,6 @@ void writeNothing(QXmlStreamWriter &writer, const PointRequest &request)
 
 [[nodiscard]] QString writePoint(const QString &path, const QByteArray &xml)
 {
-    const QString directory = cleanedPath(QFileInfo(path).path());
-    if (!QDir().mkpath(directory))
-        return QStringLiteral("Could not create the directory '%1'").arg(directory);
     const FileWriteResult written = writeFileSafely(path, xml);
     return written.outcome == FileWriteResult::Written
                ? QString()

@@ -10,7 +10,16 @@ namespace Morvex {
 /// What the command line asks for.
 struct RunnerOptions
 {
-    enum class Action { Run, List, RepairReport, MergeReports, MigrateNames, Help, Version };
+    enum class Action {
+        Run,
+        List,
+        RepairReport,
+        MergeReports,
+        MigrateNames,
+        Inspect,
+        Help,
+        Version
+    };
 
     Action action = Action::Run;
     /// The program and all of its arguments as they were given.
@@ -23,6 +32,10 @@ struct RunnerOptions
     /// The web report to make, and then those to make it of.
     QStringList reportsToMerge;
     bool joinRuns = false;
+    /// The program to inspect, and its arguments.
+    QStringList inspectedProgram;
+    /// Whether to print what the user clicks on in it.
+    bool picks = false;
     /// How many runs of each suite a web report keeps; 0 for what the suite says.
     unsigned int keptRuns = 0;
     QStringList testCases;

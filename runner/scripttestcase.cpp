@@ -82,8 +82,8 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     ScriptEngine engine;
     const ProcessEndWatch processEndWatch(result(), engine);
     const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
-    ScriptRunner runner(result(), path, m_options.resultDir);
     Applications applications(searchDirs, m_options.applications);
+    ScriptRunner runner(result(), path, m_options.resultDir, &applications);
     ApplicationDeaths deaths(&applications, result(), &runner, &engine);
     ScriptApplication application(&applications);
     const QString error = prepare(&application);

@@ -116,7 +116,7 @@ bool ScriptVerification::compare(const QString &name, const QVariantMap &options
         m_result->addError(outcome.message(), outcome.details(), stack);
     else if (!isSilent)
         addMissingResult(name, outcome, m_result->failureCount() > failuresBefore);
-    if (learns && outcome.summary() == VPResult::SummaryFailed && isVisualPoint(path))
+    if (learns && !isSilent && outcome.summary() == VPResult::SummaryFailed && isVisualPoint(path))
         addWarning(QStringLiteral("Verification point '%1' was not changed").arg(name),
                    QStringLiteral("Visual verification points are not updated. Delete '%1' to have "
                                   "it made again.")
@@ -148,7 +148,9 @@ ScriptVerification::Making ScriptVerification::makeOf(const SharedPtr<Object> &o
                                                       const PointRequest &request)
 {
     PointDraft draft(path);
-    QString error = makePointFile(draft.path(), request, object);
+    QString error = draft.error();
+    if (error.isEmpty())
+        error = makePointFile(draft.path(), request, object);
     if (!error.isEmpty()) {
         addNotMade(name, error.replace(draft.path(), path));
         return NotMade;

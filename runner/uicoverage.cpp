@@ -23,11 +23,23 @@ QString coverageDir()
     return QFile::decodeName(qgetenv(variable));
 }
 
+// Why nothing is counted in the application of this process; empty when it is.
+QString &startFailure()
+{
+    static QString text;
+    return text;
+}
+
+// Empty with an error when there is none.
 QByteArray usageXml(QString *error)
 {
     const QByteArray answer =
         Inspector::self()->callFunction(QStringLiteral("dumpUsage"), {}, error).toByteArray();
-    return error->isEmpty() ? convertDumpToXml(dumpOfAnswer(answer, error), error) : QByteArray();
+    const QByteArray xml =
+        error->isEmpty() ? convertDumpToXml(dumpOfAnswer(answer, error), error) : QByteArray();
+    if (xml.isEmpty() && error->isEmpty())
+        *error = QStringLiteral("The application's answer is empty.");
+    return xml;
 }
 
 // Returns an error text, empty on success.
@@ -44,7 +56,7 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
     QString error;
     const QByteArray xml = usageXml(&error);
     if (xml.isEmpty())
-        return error;
+        return startFailure().isEmpty() ? error : startFailure();
     // A test case may use several applications.
     static int count = 0;
     const QString name = QStringLiteral("%1_%2_%3.xml")
@@ -73,8 +85,9 @@ void warn(TestResult *result, const QString &details)
 
 void startUsageCount()
 {
+    startFailure().clear();
     if (!coverageDir().isEmpty())
-        Inspector::self()->callFunction(QStringLiteral("countUsage"), {}, nullptr);
+        Inspector::self()->callFunction(QStringLiteral("countUsage"), {}, &startFailure());
 }
 
 void attachUsage(TestResult *result, const QString &testCase, const QString &resultDir)

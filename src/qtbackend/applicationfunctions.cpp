@@ -2,12 +2,14 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
+#include "qtbackend/clickwatch.h"
 #include "qtbackend/elementdump.h"
 #include "qtbackend/elementfilter.h"
 #include "qtbackend/identification.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/items.h"
 #include "qtbackend/nameresolver.h"
+#include "qtbackend/nametree.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/usagecounter.h"
@@ -102,6 +104,8 @@ QVariant countUsage(QtModel &model, const Call &, QString *)
 
 QVariant dumpUsage(QtModel &model, const Call &, QString *)
 {
+    if (!model.isUsageCounted())
+        return dumpError(QStringLiteral("The application did not count what users do."));
     return QByteArray(1, dumpFollows) + model.usageCounter().dump();
 }
 
@@ -209,6 +213,21 @@ QVariant children(QtModel &model, const Call &call, QString *error)
     return object ? refsOf(model, model.childrenOf(object)) : QVariant();
 }
 
+QVariant tree(QtModel &model, const Call &, QString *)
+{
+    return nameTree(model);
+}
+
+// The first call begins to watch. The answer is as that of findAll.
+QVariant takeClicked(QtModel &model, const Call &, QString *)
+{
+    NameResolver resolver(model);
+    QVariantList refs;
+    for (QObject *object : model.clickWatch().takeClicked())
+        refs += QVariant(QVariantList{model.registry().idOf(object), resolver.uniqueName(object)});
+    return refs;
+}
+
 // Argument: id. The answer is a map of values, of texts where a value can't travel.
 QVariant objectProperties(QtModel &model, const Call &call, QString *error)
 {
@@ -245,6 +264,8 @@ const struct
     {"findAll", findAll},
     {"children", children},
     {"objectProperties", objectProperties},
+    {"nameTree", tree},
+    {"takeClicked", takeClicked},
     {"typeText", type},
     {"useItem", useItemOf},
     {"hasItem", hasItemOf},

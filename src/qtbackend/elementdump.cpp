@@ -1,6 +1,7 @@
 #include "qtbackend/elementdump.h"
 
 #include "objectmodel/value/valueobject.h"
+#include "qtbackend/creationorder.h"
 #include "qtbackend/elementfilter.h"
 #include "qtbackend/identification.h"
 #include "qtbackend/nameresolver.h"
@@ -52,12 +53,13 @@ QList<QAction *> menuItemsOf(const QWidget *widget)
     return items;
 }
 
+// A widget that is raised keeps its place.
 QList<QWidget *> shownChildrenOf(const QWidget *widget)
 {
     QList<QWidget *> shown;
-    const auto children = widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QWidget *child : children) {
-        if (child->isVisible() && !child->isWindow())
+    for (QObject *object : inCreationOrder(widget->children())) {
+        auto *child = qobject_cast<QWidget *>(object);
+        if (child && child->isVisible() && !child->isWindow())
             shown += child;
     }
     return shown;
@@ -153,7 +155,8 @@ private:
             parent->addChild(element.release());
         }
         for (QWidget *child : shownChildrenOf(widget))
-            addChild(parent, child, reference);
+            isViewport(child) ? addChildren(parent, child, reference)
+                              : addChild(parent, child, reference);
     }
 
     void addChild(UIElement *parent, QWidget *child, const QWidget *reference)

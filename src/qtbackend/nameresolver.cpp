@@ -2,6 +2,7 @@
 
 #include "objectmodel/objectmap.h"
 #include "qtbackend/closestobjects.h"
+#include "qtbackend/identification.h"
 #include "qtbackend/qtmodel.h"
 
 #include <QPointer>
@@ -239,6 +240,24 @@ QString NameResolver::describeFailure(const ObjectName &name, const NameConditio
     const QString text = QStringLiteral("There is no object %1.").arg(name.qualifiedName());
     const QString closest = describeClosest(m_model, conditions);
     return closest.isEmpty() ? text : QStringLiteral("%1 Closest: %2.").arg(text, closest);
+}
+
+QString NameResolver::uniqueName(const QObject *object)
+{
+    if (!m_index)
+        m_index.emplace(m_model);
+    const ObjectName name(realNameOf(object));
+    NameConditions conditions;
+    if (!makeConditions(name, &conditions, nullptr))
+        return name.qualifiedName();
+    const std::vector<QObject *> found = fittingObjects(conditions);
+    const auto place = std::find(found.begin(), found.end(), object);
+    if (found.size() < 2 || place == found.end())
+        return name.qualifiedName();
+    auto properties = name.properties();
+    properties.insert(occurrenceKey, {ObjectName::PropertyValue::EXACT,
+                                      QString::number(place - found.begin() + 1)});
+    return ObjectName(properties).qualifiedName();
 }
 
 QHash<const QObject *, QString> NameResolver::symbolicNames()

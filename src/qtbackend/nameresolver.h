@@ -5,6 +5,7 @@
 #include "qtbackend/objectindex.h"
 
 #include <QHash>
+#include <QPointer>
 #include <QStringList>
 
 #include <optional>
@@ -31,6 +32,9 @@ public:
     /// can't be used.
     std::vector<QObject *> findAll(const QString &name, QString *error);
 
+    /// A name that fits the object alone at this moment. For many objects in a row.
+    QString uniqueName(const QObject *object);
+
     /// The names in the object map of the objects that are there.
     QHash<const QObject *, QString> symbolicNames();
 
@@ -52,7 +56,7 @@ private:
     // Symbolic names that are being looked up: they may refer to each other.
     QStringList m_pending;
     // By their symbolic names: several names may refer to one.
-    QHash<QString, QObject *> m_found;
+    QHash<QString, QPointer<QObject>> m_found;
     int m_depth = 0;
     // Whether the last name that was not found fits more than one object.
     bool m_isAmbiguous = false;

@@ -1,6 +1,7 @@
 #include "qtbackend/qtmodel.h"
 
 #include "objectmodel/value/valueobject.h"
+#include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/objecttree.h"
@@ -76,6 +77,13 @@ QtModel::QtModel()
 }
 
 QtModel::~QtModel() = default;
+
+ClickWatch &QtModel::clickWatch()
+{
+    if (!m_clickWatch)
+        m_clickWatch = std::make_unique<ClickWatch>();
+    return *m_clickWatch;
+}
 
 UsageCounter &QtModel::usageCounter()
 {

@@ -16,6 +16,7 @@ struct QMetaObject;
 
 namespace Morvex {
 
+class ClickWatch;
 class UsageCounter;
 
 /// The classes of the live objects, and the way from objects and values to the model and back.
@@ -31,6 +32,8 @@ public:
     /// Counts from the first call on.
     UsageCounter &usageCounter();
     bool isUsageCounted() const { return m_usageCounter != nullptr; }
+    /// Watches from the first call on.
+    ClickWatch &clickWatch();
 
     /// Null for an invalid value and for a null pointer to an object.
     SharedPtr<Object> wrapValue(const QVariant &value);
@@ -70,6 +73,7 @@ private:
 
     ObjectRegistry m_registry;
     std::unique_ptr<UsageCounter> m_usageCounter;
+    std::unique_ptr<ClickWatch> m_clickWatch;
     WindowOrder m_windows;
     // By the name as well: a meta object may be freed and another one take its address.
     QHash<QPair<const QMetaObject *, QByteArray>, std::shared_ptr<ModelClass>> m_classes;

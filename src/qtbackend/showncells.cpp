@@ -1,5 +1,7 @@
 #include "qtbackend/showncells.h"
 
+#include "qtbackend/longlist.h"
+
 #include <QAbstractItemModel>
 #include <QAbstractItemView>
 #include <QHeaderView>
@@ -60,43 +62,37 @@ QString markOf(const QModelIndex &index)
     }
 }
 
-// The lines of the cells, until there are enough.
 class CellTexts
 {
 public:
     explicit CellTexts(const QAbstractItemView *view)
         : m_columns(shownColumns(view))
+        , m_lines(maxCells / qMax(1, static_cast<int>(m_columns.size())))
     {
     }
 
     // The first index of a row that is @p depth levels below the top.
     void addRow(const QModelIndex &row, int depth)
     {
-        m_cells += static_cast<qint64>(m_columns.size());
-        if (m_cells > maxCells) {
-            ++m_omitted;
-            return;
-        }
+        m_lines.add([&] { return lineOf(row, depth); });
+    }
+
+    QString text() const { return m_lines.text(); }
+
+private:
+    QString lineOf(const QModelIndex &row, int depth) const
+    {
         QString line(depth * 2, QLatin1Char(' '));
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
             const QModelIndex cell = row.siblingAtColumn(m_columns[i]);
             line += (i > 0 ? QStringLiteral("\t") : QString()) + markOf(cell) +
                     cell.data(Qt::DisplayRole).toString();
         }
-        m_lines += line;
+        return line;
     }
 
-    QString text() const
-    {
-        const QString text = m_lines.join(QLatin1Char('\n'));
-        return m_omitted == 0 ? text : text + QStringLiteral("\n(%1 more rows)").arg(m_omitted);
-    }
-
-private:
-    std::vector<int> m_columns;
-    QStringList m_lines;
-    qint64 m_cells = 0;
-    int m_omitted = 0;
+    const std::vector<int> m_columns;
+    LongList m_lines;
 };
 
 int depthOf(QModelIndex index, const QModelIndex &root)
@@ -145,13 +141,14 @@ QString shownCells(const QAbstractItemView *view)
 QString shownSections(const QHeaderView *header)
 {
     const QAbstractItemModel *model = header->model();
-    QStringList titles;
-    for (int place = 0; model && place < qMin(header->count(), maxCells); ++place) {
+    LongList titles(maxCells);
+    for (int place = 0; model && place < header->count(); ++place) {
         const int section = header->logicalIndex(place);
         if (!header->isSectionHidden(section))
-            titles += model->headerData(section, header->orientation()).toString();
+            titles.add(
+                [&] { return model->headerData(section, header->orientation()).toString(); });
     }
-    return titles.join(QLatin1Char('\n'));
+    return titles.text();
 }
 
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #include "qtbackend/shownproperties.h"
 
+#include "qtbackend/longlist.h"
 #include "qtbackend/showncells.h"
 
 #include <QComboBox>
@@ -16,12 +17,10 @@ const int maxItems = 1000;
 template <typename TextOf>
 QString linesOf(int count, const TextOf &textOf)
 {
-    QStringList lines;
-    for (int i = 0; i < qMin(count, maxItems); ++i)
-        lines += textOf(i);
-    if (count > maxItems)
-        lines += QStringLiteral("(%1 more)").arg(count - maxItems);
-    return lines.join(QLatin1Char('\n'));
+    LongList lines(maxItems);
+    for (int i = 0; i < count; ++i)
+        lines.add([&] { return textOf(i); });
+    return lines.text();
 }
 
 QString cells(const QObject *object)

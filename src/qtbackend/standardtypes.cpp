@@ -1,5 +1,6 @@
 #include "qtbackend/standardtypes.h"
 
+#include <QAbstractScrollArea>
 #include <QAbstractSpinBox>
 #include <QAction>
 #include <QCalendarWidget>
@@ -90,6 +91,12 @@ UIAbstraction::StandardType standardTypeOf(const QObject *object)
         object->isWidgetType() && static_cast<const QWidget *>(object)->isWindow();
     return isWindow ? UIAbstraction::StandardType(QStringLiteral("window"))
                     : UIAbstraction::StandardType();
+}
+
+bool isViewport(const QWidget *widget)
+{
+    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget->parentWidget());
+    return area && area->viewport() == widget;
 }
 
 } // namespace Morvex

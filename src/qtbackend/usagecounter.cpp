@@ -1,10 +1,10 @@
 #include "qtbackend/usagecounter.h"
 
+#include "qtbackend/creationorder.h"
 #include "qtbackend/standardtypes.h"
 #include "qtbackend/usagerules.h"
 #include "qtbackend/windowdistinction.h"
 
-#include <QAbstractScrollArea>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -62,12 +62,6 @@ QRect placeOf(const QObject *object)
         return {};
     const auto *widget = static_cast<const QWidget *>(object);
     return QRect(widget->mapToGlobal(QPoint()), widget->size());
-}
-
-bool isViewport(const QWidget *widget)
-{
-    const auto *area = qobject_cast<const QAbstractScrollArea *>(widget->parentWidget());
-    return area && area->viewport() == widget;
 }
 
 } // namespace
@@ -159,18 +153,33 @@ void UsageCounter::count(QWidget *widget, const Fits &fits)
     while (m_seen.value(owner->parentWidget()).element == element)
         owner = owner->parentWidget();
     for (const UsageRule &rule : usageRulesOf(owner)) {
-        if (fits(rule))
-            addUsage(element, UIEvent(rule.event));
+        if (!fits(rule))
+            continue;
+        element->registerEvent(UIEvent(rule.event));
+        element->addUsage(UIEvent(rule.event));
     }
 }
 
 UIElement *UsageCounter::elementUnder(QWidget *widget)
 {
-    const auto known = m_seen.constFind(widget);
-    if (known != m_seen.cend() && known->object == widget)
-        return known->element;
-    observeWindowOf(widget);
+    const Seen known = m_seen.value(widget);
+    if (known.object != widget || (!known.element && hasBecomeUsable(widget)))
+        observeWindowOf(widget);
     return m_seen.value(widget).element;
+}
+
+// The application has made a field writable, a header one that sorts, or the like.
+bool UsageCounter::hasBecomeUsable(const QWidget *widget) const
+{
+    while (widget && !m_seen.value(widget).element && usageRulesOf(widget).empty())
+        widget = widget->parentWidget();
+    return widget && !m_seen.value(widget).element;
+}
+
+bool UsageCounter::isElement(const QObject *object) const
+{
+    const Seen known = m_seen.value(object);
+    return known.object == object && known.isOwn;
 }
 
 void UsageCounter::observeAllWindows()
@@ -195,49 +204,45 @@ void UsageCounter::observeWindowOf(QWidget *widget)
     QWidget *window = windowElementOf(widget);
     if (isPassing(window))
         return;
-    Level level{&m_root, {}};
-    seeWidget(window, &level);
+    seeWidget(window, &m_root);
 }
 
-void UsageCounter::seeWidget(QWidget *widget, Level *level)
-{
-    if (m_seen.value(widget).object != widget)
-        seeNewWidget(widget, level);
-    const Seen seen = m_seen.value(widget);
-    if (!seen.isOwn) {
-        isOneElement(widget) ? seeParts(widget, nullptr) : seeChildren(widget, level);
-        return;
-    }
-    Level below{elementFor(widget, level), {}};
-    if (auto *bar = qobject_cast<QTabBar *>(widget))
-        seeTabs(bar, below.element);
-    isOneElement(widget) ? seeParts(widget, below.element) : seeChildren(widget, &below);
-}
-
-void UsageCounter::seeNewWidget(QWidget *widget, Level *level)
+// Each time again: what can be done to a known widget may have become more.
+void UsageCounter::seeWidget(QWidget *widget, UIElement *parent)
 {
     const std::vector<UsageRule> rules = usageRulesOf(widget);
-    if (rules.empty() && !isContainer(widget) && !isWindowElement(widget)) {
-        UIElement *owner =
-            isViewport(widget) ? m_seen.value(widget->parentWidget()).element : nullptr;
-        m_seen.insert(widget, {widget, owner, false});
+    const bool isKnown = isElement(widget);
+    if (!isKnown && rules.empty() && !isContainer(widget) && !isWindowElement(widget)) {
+        seeThrough(widget, parent);
         return;
     }
-    Level unchanged = *level;
-    UIElement *element = elementFor(widget, &unchanged);
+    UIElement *element = elementFor(widget, parent);
     for (const UsageRule &rule : rules)
         element->registerEvent(UIEvent(rule.event));
-    connectSignals(widget, element);
+    if (!isKnown)
+        connectSignals(widget, element);
+    if (auto *bar = qobject_cast<QTabBar *>(widget))
+        seeTabs(bar, element);
+    isOneElement(widget) ? seeParts(widget, element) : seeChildren(widget, element);
 }
 
-void UsageCounter::seeChildren(QWidget *widget, Level *level)
+// What is in it are elements beside it.
+void UsageCounter::seeThrough(QWidget *widget, UIElement *parent)
+{
+    UIElement *owner = isViewport(widget) ? m_seen.value(widget->parentWidget()).element : nullptr;
+    m_seen.insert(widget, {widget, owner, false});
+    isOneElement(widget) ? seeParts(widget, nullptr) : seeChildren(widget, parent);
+}
+
+// A widget that is raised keeps its place.
+void UsageCounter::seeChildren(QWidget *widget, UIElement *parent)
 {
     if (qobject_cast<QMenu *>(widget) || qobject_cast<QMenuBar *>(widget))
-        seeActions(widget, level);
-    const auto children = widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QWidget *child : children) {
-        if (!isWindowElement(child) && !(child->isWindow() && isPassing(child)))
-            seeWidget(child, level);
+        seeActions(widget, parent);
+    for (QObject *object : inCreationOrder(widget->children())) {
+        auto *child = qobject_cast<QWidget *>(object);
+        if (child && !isWindowElement(child) && !(child->isWindow() && isPassing(child)))
+            seeWidget(child, parent);
     }
 }
 
@@ -249,13 +254,13 @@ void UsageCounter::seeParts(QWidget *widget, UIElement *owner)
 }
 
 // Those that open a menu are elements by the items of that one.
-void UsageCounter::seeActions(QWidget *menu, Level *level)
+void UsageCounter::seeActions(QWidget *menu, UIElement *parent)
 {
     const QList<QAction *> actions = menu->actions();
     for (QAction *action : actions) {
         if (action->isSeparator() || action->menu())
             continue;
-        elementFor(action, level)->registerEvent(chooseEvent());
+        elementFor(action, parent)->registerEvent(chooseEvent());
     }
 }
 
@@ -287,28 +292,43 @@ void UsageCounter::connectSignals(QWidget *widget, UIElement *element)
     }
 }
 
-UIElement *UsageCounter::elementFor(QObject *object, Level *level)
+UIElement *UsageCounter::elementFor(QObject *object, UIElement *parent)
 {
+    if (isElement(object))
+        return m_seen.value(object).element;
     const QString className = QString::fromLatin1(object->metaObject()->className());
-    const int number = ++level->classCounts[className];
-    const Seen known = m_seen.value(object);
-    if (known.object == object && known.element)
-        return known.element;
     const QString name = object->objectName();
-    const bool isWindow = level->element == &m_root;
-    QString key = className;
-    if (!name.isEmpty())
-        key += QStringLiteral(" \"%1\"").arg(name);
-    else if (!isWindow)
-        key += QStringLiteral(" %1").arg(number);
-    UIElement *element = isWindow && name.isEmpty() ? elementForUnnamed(object, key)
-                                                    : childOfClass(level->element, key);
+    const bool isWindow = parent == &m_root;
+    UIElement *element = nullptr;
+    if (isWindow && name.isEmpty()) {
+        element = elementForUnnamed(object, className);
+    } else {
+        const int number = takeNumber(object, parent, className);
+        element =
+            childOfClass(parent, name.isEmpty() ? QStringLiteral("%1 %2").arg(className).arg(number)
+                                                : QStringLiteral("%1 \"%2\"").arg(className, name));
+    }
     element->setStandardType(standardTypeOf(object));
     element->setWindowNode(isWindow);
     element->setText(steadyTextOf(object));
     element->setGeometry(ElementGeometry(placeOf(object)));
     m_seen.insert(object, {object, element, true});
     return element;
+}
+
+// The lowest that no living object has: two that are there together never share an element, and
+// one that is made again goes on with that of the one before.
+int UsageCounter::takeNumber(QObject *object, const UIElement *parent, const QString &className)
+{
+    std::vector<QPointer<QObject>> &owners = m_numbers[{parent, className}];
+    const auto free = std::find_if(owners.begin(), owners.end(),
+                                   [](const QPointer<QObject> &owner) { return !owner; });
+    const auto index = free - owners.begin();
+    if (free == owners.end())
+        owners.emplace_back(object);
+    else
+        *free = object;
+    return static_cast<int>(index) + 1;
 }
 
 // Windows come and go: only those that are there at the same time have numbers.

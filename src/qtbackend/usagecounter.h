@@ -5,7 +5,10 @@
 #include <QEvent>
 #include <QHash>
 #include <QObject>
+#include <QPair>
 #include <QPointer>
+
+#include <vector>
 
 class QAction;
 class QTabBar;
@@ -24,7 +27,8 @@ QEvent::Type choiceEventType();
 /// later widget in its place goes on with it.
 ///
 /// So that trees of several runs can be merged, the class of an element distinguishes it from
-/// others beside it: by its object name, or else by its number among those of its class; a window
+/// others beside it: by its object name, or else by its number among those of its class that exist
+/// at the same time, which it keeps; a window
 /// without a name by its title, or else by what is in it, and by its number among such windows that
 /// exist at the same time.
 /// Geometry is that on the screen when the element was first seen.
@@ -49,28 +53,27 @@ private:
         // Whether it is the element itself and no part of it.
         bool isOwn = false;
     };
-    // An element, with how many of each class were seen below it.
-    struct Level
-    {
-        UIAbstraction::UIElement *element;
-        QHash<QString, int> classCounts;
-    };
 
     void observeAllWindows();
     void observeWindowOf(QWidget *widget);
-    void seeWidget(QWidget *widget, Level *level);
-    void seeNewWidget(QWidget *widget, Level *level);
-    void seeChildren(QWidget *widget, Level *level);
+    // @p parent is the element above.
+    void seeWidget(QWidget *widget, UIAbstraction::UIElement *parent);
+    void seeThrough(QWidget *widget, UIAbstraction::UIElement *parent);
+    void seeChildren(QWidget *widget, UIAbstraction::UIElement *parent);
     void seeParts(QWidget *widget, UIAbstraction::UIElement *owner);
-    void seeActions(QWidget *menu, Level *level);
+    void seeActions(QWidget *menu, UIAbstraction::UIElement *parent);
     void seeTabs(QTabBar *bar, UIAbstraction::UIElement *element);
-    UIAbstraction::UIElement *elementFor(QObject *object, Level *level);
+    UIAbstraction::UIElement *elementFor(QObject *object, UIAbstraction::UIElement *parent);
+    int takeNumber(QObject *object, const UIAbstraction::UIElement *parent,
+                   const QString &className);
     UIAbstraction::UIElement *elementForUnnamed(QObject *window, const QString &className);
     UIAbstraction::UIElement *childOfClass(UIAbstraction::UIElement *parent,
                                            const QString &className);
     UIAbstraction::UIElement *makeTab(QTabBar *bar, int index, UIAbstraction::UIElement *element);
     void connectSignals(QWidget *widget, UIAbstraction::UIElement *element);
     UIAbstraction::UIElement *elementUnder(QWidget *widget);
+    bool hasBecomeUsable(const QWidget *widget) const;
+    bool isElement(const QObject *object) const;
     template <typename Fits>
     void count(QWidget *widget, const Fits &fits);
     bool isHandedOn(const QWidget *widget, ulong timestamp);
@@ -81,6 +84,9 @@ private:
     UIAbstraction::UIElement m_root;
     QHash<const QObject *, Seen> m_seen;
     QHash<const UIAbstraction::UIElement *, QPointer<QObject>> m_unnamedWindows;
+    // Who has them, by the element above and the class.
+    QHash<QPair<const UIAbstraction::UIElement *, QString>, std::vector<QPointer<QObject>>>
+        m_numbers;
     int m_cleanUpAt = 1024;
     QPointer<QWidget> m_lastReceiver;
     ulong m_lastTimestamp = 0;

@@ -34,6 +34,8 @@ void addAgent(QProcessEnvironment *target, const QString &agentDirectory,
     prepend(target, QStringLiteral("QT_PLUGIN_PATH"), agentDirectory, QLatin1Char(':'));
     prepend(target, QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("morvexagent"),
             QLatin1Char(','));
+    prepend(target, QStringLiteral("LD_PRELOAD"),
+            agentDirectory + QLatin1String("/morvexpreload.so"), QLatin1Char(':'));
     environment.insert(QLatin1String(socketVariable), offer.socketPath());
     environment.insert(QLatin1String(tokenVariable), QString::fromLatin1(offer.token()));
     const QString platform = QStringLiteral("QT_QPA_PLATFORM");

@@ -9,6 +9,7 @@
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 
 namespace Morvex {
 namespace {
@@ -103,18 +104,33 @@ QByteArray callDumpObject(const SharedPtr<Object> &object, const QVariantList &f
     return dumpOfAnswer(answer, error);
 }
 
+// Applications know the filters by their numbers only.
+QString withFileOfFilter(const QString &text, const QStringList &paths)
+{
+    const QRegularExpression start(QStringLiteral("^Filter (\\d+),"));
+    const int number = start.match(text).captured(1).toInt();
+    if (number < 1 || number > paths.size())
+        return text;
+    const QString shown = QStringLiteral("Filter %1").arg(number);
+    return shown + QStringLiteral(" (%1)").arg(paths.at(number - 1)) + text.mid(shown.size());
+}
+
 QByteArray requestSnapshot(const SharedPtr<Object> &object, const SnapshotKind &kind,
                            const QByteArray &extraFilter, QString *error)
 {
+    const QStringList paths = filterFiles(kind);
     QString readError;
-    QVariantList filters = readFilterFiles(filterFiles(kind), &readError);
+    QVariantList filters = readFilterFiles(paths, &readError);
     if (!readError.isEmpty())
         return failure(error, readError);
     if (!extraFilter.isEmpty())
         filters += extraFilter;
     if (filters.isEmpty())
         return failure(error, kind.noFiltersText);
-    return callDumpObject(object, filters, error);
+    const QByteArray dump = callDumpObject(object, filters, error);
+    if (dump.isEmpty() && error)
+        *error = withFileOfFilter(*error, paths);
+    return dump;
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
@@ -72,7 +73,9 @@ TEST_F(ElementDumpTest, ElementsAreWhatUsersSee)
 {
     add(new QMenuBar, "bar")->addMenu("&File")->menuAction()->setObjectName("file");
     auto *tabs = add(new QTabWidget, "tabs");
-    tabs->addTab(new QLabel("one"), "First");
+    auto *label = new QLabel("one");
+    label->setObjectName("one");
+    tabs->addTab(label, "First");
     tabs->addTab(new QLabel("two"), "Second");
     auto *tree = add(new QTreeView, "tree");
     QStandardItemModel model;
@@ -95,6 +98,8 @@ TEST_F(ElementDumpTest, ElementsAreWhatUsersSee)
     add(new QLineEdit, "empty");
     ObjectMap map;
     map.insert(":Check", ObjectName("{name='check'}"));
+    map.insert(":Tree", ObjectName("{type='QTreeView' visible='true' window={name='window'}}"));
+    map.insert(":Label", ObjectName("{text?='o*' type='QLabel' visible='true'}"));
     ObjectMap::install(&map);
 
     const BrowserElement *top = snapshot();
@@ -133,12 +138,35 @@ TEST_F(ElementDumpTest, ElementsAreWhatUsersSee)
     EXPECT_EQ(named("tree")->absoluteGeometry(),
               QRect(tree->mapTo(&window, QPoint()), tree->size()));
     EXPECT_EQ(named("check")->symbolicName(), ":Check");
+    EXPECT_EQ(named("tree")->symbolicName(), ":Tree");
+    EXPECT_EQ(named("one")->symbolicName(), ":Label");
     EXPECT_EQ(named("check")->realName(), "{name='check' type='QCheckBox'}");
     EXPECT_EQ(named("check")->superClasses().first(), "QAbstractButton");
     EXPECT_FALSE(named("hidden"));
     EXPECT_TRUE(named("combo")->children().isEmpty());
     EXPECT_FALSE(convertDumpToXml(requestObjectSnapshot("{name='window'}", {}, &error), &error)
                      .contains("secret"));
+}
+
+TEST_F(ElementDumpTest, AChangeBeyondWhatIsShownChangesTheProperty)
+{
+    auto *list = add(new QListWidget, "list");
+    auto *box = add(new QComboBox, "combo");
+    for (int i = 0; i < 10002; ++i)
+        list->addItem(QString::number(i));
+    for (int i = 0; i < 1002; ++i)
+        box->addItem(QString::number(i));
+    const auto cells = [this] { return snapshot(), named("list")->properties().value("cells"); };
+    const auto items = [this] { return snapshot(), named("combo")->properties().value("items"); };
+    const QString cellsBefore = cells();
+    const QString itemsBefore = items();
+    EXPECT_TRUE(cellsBefore.contains("\n9999\n(2 more with the sum "));
+    list->item(10001)->setText("else");
+    box->setItemText(1001, "else");
+    EXPECT_NE(cells(), cellsBefore);
+    EXPECT_NE(items(), itemsBefore);
+    list->item(10001)->setText("10001");
+    EXPECT_EQ(cells(), cellsBefore);
 }
 
 TEST_F(ElementDumpTest, TheLastRuleThatFitsWins)
@@ -205,6 +233,11 @@ TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
         EXPECT_TRUE(requestObjectSnapshot(object, filter, &error).isEmpty());
         EXPECT_TRUE(error.startsWith("Filter 2, line 1, column ")) << error.toStdString();
     }
+    const QString file = dir.filePath("a_snapshot_user_filter.xml");
+    writeFile(file, "<filter/>");
+    EXPECT_TRUE(requestObjectSnapshot(object, {}, &error).isEmpty());
+    EXPECT_TRUE(error.startsWith("Filter 2 (" + file + "), line 1")) << error.toStdString();
+    QFile::remove(file);
     window.addAction(new QAction("Act", &window));
     EXPECT_TRUE(requestObjectSnapshot("{text='Act'}", {}, &error).isEmpty());
     EXPECT_EQ(error, "The object is not a widget");

@@ -133,6 +133,49 @@ TEST_F(UsageCounterTest, ElementsStayAndGoOnInLaterWidgets)
                                     "QDialog \"other\"/QPushButton \"never\": click 0"}));
 }
 
+TEST_F(UsageCounterTest, ElementsThatExistTogetherAreApartWhateverCameAndWentBefore)
+{
+    std::unique_ptr<QWidget> first(add(new QPushButton("A"), ""));
+    auto *second = add(new QPushButton("B"), "");
+    window.show();
+    start();
+    click("{text='B'}");
+    first.reset();
+    second->raise();
+    add(new QPushButton("C"), "");
+    add(new QPushButton("D"), "");
+    click("{text='C'}");
+    click("{text='B'}");
+    EXPECT_EQ(usage(), (QStringList{"QWidget \"window\"/QPushButton 1: click 1",
+                                    "QWidget \"window\"/QPushButton 2: click 2",
+                                    "QWidget \"window\"/QPushButton 3: click 0"}));
+}
+
+TEST_F(UsageCounterTest, WhatBecomesUsableLaterCounts)
+{
+    auto *edit = add(new QLineEdit, "edit");
+    auto *spin = add(new QSpinBox, "spin");
+    auto *box = add(new QComboBox, "combo");
+    auto *group = add(new QGroupBox("Group"), "group");
+    edit->setReadOnly(true);
+    spin->setReadOnly(true);
+    add(new QLineEdit, "never")->setReadOnly(true);
+    window.show();
+    start();
+    edit->setReadOnly(false);
+    type("edit", "a");
+    edit->setReadOnly(true);
+    spin->setReadOnly(false);
+    box->setEditable(true);
+    group->setCheckable(true);
+    type("combo", "b");
+    EXPECT_EQ(usage(), (QStringList{"QWidget \"window\"/QComboBox \"combo\": choose 0",
+                                    "QWidget \"window\"/QComboBox \"combo\": type 1",
+                                    "QWidget \"window\"/QGroupBox \"group\": click 0",
+                                    "QWidget \"window\"/QLineEdit \"edit\": type 1",
+                                    "QWidget \"window\"/QSpinBox \"spin\": change 0"}));
+}
+
 TEST_F(UsageCounterTest, AWindowWithoutANameDoesNotCountForAnother)
 {
     start();

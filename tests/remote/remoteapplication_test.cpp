@@ -232,11 +232,16 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
 
 TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
 {
-    for (const char *script : {"exec \"$0\"", "\"$0\"; true", "setsid \"$0\" & exit 0"}) {
-        auto application = start({"/bin/sh", "-c", script, MORVEX_INVENTORY_PROGRAM});
+    // Also one that keeps the plugin of the agent from being found.
+    for (const char *script :
+         {"exec \"$0\"", "\"$0\"; true", "setsid \"$0\" & exit 0", "\"$1\" paths"}) {
+        auto application =
+            start({"/bin/sh", "-c", script, MORVEX_INVENTORY_PROGRAM, MORVEX_AWKWARD_PROGRAM});
         ASSERT_NE(application, nullptr) << script << ": " << error.toStdString();
-        EXPECT_TRUE(application->inspector()->waitForObject("inventory", 5000, &error))
+        EXPECT_TRUE(application->inspector()->waitForObject("{type='QPushButton' occurrence='1'}",
+                                                            5000, &error))
             << error.toStdString();
+        EXPECT_EQ(application->contexts().size(), 1);
         const qint64 process = application->processId();
         application.reset();
         EXPECT_FALSE(isThere(process)) << script;

@@ -237,7 +237,8 @@ TEST_F(ApplicationTest, LearningMakesPointsOfEachTypeThatDoNotExist)
     EXPECT_EQ(impossible.filter("could not be made|").size(), 2);
     EXPECT_EQ(impossible.filter("ERROR b: Invalid object type|").size(), 1);
     EXPECT_EQ(impossible.size(), 3);
-    EXPECT_EQ(QDir(runner.suitePath() + "/tst_s/points").entryList(QDir::Files | QDir::Hidden),
+    EXPECT_EQ(QDir(runner.suitePath() + "/tst_s/points")
+                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
               (QStringList{"p.xml", "s.xml", "t.xml", "v.xml"}));
 }
 

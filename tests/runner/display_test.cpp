@@ -52,3 +52,26 @@ TEST_F(DisplayTest, PicturesShowTheDisplayAlsoWhenTheApplicationHasCrashed)
     EXPECT_EQ(colourAt(pathOf.match(lines[1]).captured(1), place), QColor(0x12, 0x34, 0x56));
     EXPECT_NE(colourAt(pathOf.match(lines[2]).captured(1), place), QColor(0x12, 0x34, 0x56));
 }
+
+TEST_F(DisplayTest, WhatIsClickedOnIsPrintedWithItsProperties)
+{
+    const auto xdotool = [this](const QStringList &arguments) {
+        QProcess::execute("env", QStringList{"DISPLAY=" + display->name(), "xdotool"} + arguments);
+    };
+    QProcess process;
+    process.setProcessEnvironment(runner.environment);
+    process.start(RunnerProcess::program(), {"--inspect", "--pick", "inventory"});
+    QByteArray printed;
+    for (int tries = 0; printed.isEmpty() && tries < 100; ++tries) {
+        xdotool({"search", "--onlyvisible", "--name", "^Inventory$", "mousemove", "--window", "%1",
+                 "150", "80", "click", "1"});
+        process.waitForReadyRead(300);
+        printed = process.readAllStandardOutput();
+    }
+    EXPECT_TRUE(printed.startsWith("{name='articles' type='QTableWidget'}\n  "))
+        << printed.constData();
+    EXPECT_TRUE(printed.contains("\n  rowCount: 3\n")) << printed.constData();
+    xdotool({"search", "--onlyvisible", "--name", "^Inventory$", "windowkill"});
+    ASSERT_TRUE(process.waitForFinished(30000));
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+}

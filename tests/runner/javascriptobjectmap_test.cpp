@@ -215,6 +215,7 @@ TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
     runner.addFile("objects.map", ":A\t{text='OK' window={text='Dialog'}}\n"
                                   ":B\t{x='1' window=':save'}\n"
                                   ":Dialog\t{text='Other'}\n"
+                                  ":Ok\t{text='Yes' window=':Save'}\n"
                                   ":Save\t{text='Save'}\n");
     const QString names = runner.suitePath() + "/names.js";
     for (int pass = 0; pass < 2; ++pass) {
@@ -224,7 +225,8 @@ TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
                                   "names.a = {text: \"OK\", window: names.dialog};\n"
                                   "names.b = {window: \":save\", x: \"1\"};\n"
                                   "names.dialog_2 = {text: \"Other\"};\n"
-                                  "names.save = {text: \"Save\"};\n// MORVEX"))
+                                  "names.save = {text: \"Save\"};\n"
+                                  "names.ok = {text: \"Yes\", window: names.save};\n// MORVEX"))
             << code.toStdString();
     }
 }

@@ -85,9 +85,13 @@ TEST_F(ProgramTest, WhatWasUsedCountsWhenTheProgramEndsByItself)
                                           {"--coverage", "--resultdir", dir});
         EXPECT_FALSE(lines.join('\n').contains("UI coverage is not"))
             << lines.join('\n').toStdString();
-        EXPECT_TRUE(output.standardError.contains("UI coverage: 14.3 % (2 of 14)"))
-            << output.standardError.constData();
+        EXPECT_TRUE(output.standardError.contains(" % (2 of ")) << output.standardError.constData();
     }
+    // A process that executes its program again is another one.
+    results(QByteArray(startAwkward) + "try { find('restart').click(); } catch (error) {}\n"
+                                       "find('print').click();",
+            {"--coverage"});
+    EXPECT_TRUE(output.standardError.contains(" % (1 of ")) << output.standardError.constData();
 }
 
 TEST_F(ProgramTest, AScriptDoesNotGoOnWithinACallThatWaits)
@@ -186,4 +190,39 @@ TEST_F(ProgramTest, APauseOnFailureKeepsTheApplicationUntilAKeyIsPressed)
     shown += process.readAll();
     EXPECT_TRUE(shown.contains("1 test case, 1 failed")) << shown.constData();
     EXPECT_FALSE(shown.contains("press a key")) << shown.constData();
+}
+
+TEST_F(ProgramTest, TheObjectsOfAProgramArePrintedByNamesThatFindThem)
+{
+    const RunnerOutput tree = runner.run({"--inspect", "inventory"});
+    EXPECT_EQ(tree.status, 0) << tree.standardError.constData();
+    const QList<QByteArray> lines = tree.standardOutput.trimmed().split('\n');
+    EXPECT_TRUE(tree.standardOutput.startsWith("{name='inventory' type='InventoryWindow'}\n  "));
+    EXPECT_GT(lines.size(), 50);
+    EXPECT_TRUE(tree.standardOutput.contains(" occurrence='2' "));
+    QByteArray names;
+    for (const QByteArray &line : lines)
+        names += line.trimmed() + '\n';
+    runner.addFile("names.txt", names);
+    EXPECT_EQ(results("application.start('inventory'); var lost = [];\n"
+                      "file.read('names.txt').trim().split('\\n').forEach(function (name) {\n"
+                      "    if (!find(name, 0).exists()) lost.push(name); });\n"
+                      "log.info(lost);"),
+              QStringList("LOG []|"));
+    const struct
+    {
+        QStringList arguments;
+        QByteArray error;
+    } rows[] = {
+        {{"--inspect", "--pick", "inventory"}, "--pick needs a display"},
+        {{"--inspect", "--pick"}, "no program was given"},
+        {{"--inspect", "nothing of that name"}, "there is no program 'nothing of that name'"},
+        {{"--inspect", "/bin/true"}, "before it could be tested"},
+    };
+    for (const auto &row : rows) {
+        output = runner.run(row.arguments);
+        EXPECT_EQ(output.status, 2);
+        EXPECT_TRUE(output.standardError.contains(row.error)) << output.standardError.constData();
+        EXPECT_EQ(output.standardError.count('\n'), 1);
+    }
 }

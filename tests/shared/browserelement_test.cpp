@@ -1,5 +1,6 @@
 #include "shared/browserelement.h"
 
+#include "shared/uiabstraction/uielement.h"
 #include "support/test.h"
 
 using namespace Morvex;
@@ -66,6 +67,19 @@ TEST_F(BrowserElementTest, ErrorsSayWhatIsWrongAndWhere)
         EXPECT_FALSE(BrowserElement::readXML(&root, row.xml, nullptr));
     }
     EXPECT_TRUE(BrowserElement::readXML(&root, "<ui><execution/></ui>", &error));
+}
+
+TEST_F(BrowserElementTest, WhatIsNestedTooDeepIsLeftOutAndTheRestIsRead)
+{
+    const int levels = UIAbstraction::maxElementLevels + 1;
+    const QByteArray start = "<element><children>";
+    const QByteArray end = "</children></element>";
+    standardErrorOf([&] { read(start.repeated(levels) + end.repeated(levels) + "<element/>"); });
+    ASSERT_EQ(root.children().size(), 2);
+    int read = 0;
+    for (auto *element = &root; !element->children().isEmpty(); ++read)
+        element = element->children().first();
+    EXPECT_EQ(read, levels - 1);
 }
 
 TEST_F(BrowserElementTest, GeometryAddsUpFromTheScreenDown)

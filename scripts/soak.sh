@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# Starts and ends applications again and again, killing the runner, the test case, the watcher or the
+# application at random moments, and looks for what is left: processes, directories with their
+# sockets, shared memory. The same seed chooses the same victims and moments.
+# Usage: scripts/soak.sh [COUNT [SEED [BUILD]]]     (default: 1000, the time, build/release)
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+count=${1:-1000}
+seed=${2:-$(date +%s)}
+prefix=$PWD/${3:-build/release}/prefix
+RANDOM=$((seed % 32768))
+echo "seed $seed"
+
+work=$(mktemp -d /tmp/soak-XXXXXX)
+mark=morvex-soak-$(basename "$work")
+suite=$work/suite
+mkdir -p "$suite/tst_a" "$work/tmp"
+echo "VERSION = 3" >"$suite/suite.conf"
+cat >"$suite/tst_a/script.js" <<SCRIPT
+application.start("inventory");
+find("name").type("Screws");
+check.equal(find("name").get("text"), "Screws");
+snooze(0.05);
+SCRIPT
+
+# Processes that have this run's mark in their environment. One that has ended has none.
+ours() {
+    grep -lsz "^SOAK_MARK=$mark\$" /proc/[0-9]*/environ 2>/dev/null | cut -d/ -f3 || true
+}
+
+# Those whose executable or command line is the given one.
+named() {
+    local process
+    for process in $(ours); do
+        if tr '\0' ' ' 2>/dev/null <"/proc/$process/cmdline" | grep -q -- "$1"; then
+            echo "$process"
+        fi
+    done
+}
+
+# The socket of the report is the runner's own: one that was killed can't remove it, and the next one
+# with its process id does.
+left_files() {
+    find "$work/tmp" -mindepth 1 ! -name 'morvexrunner_report_*'
+}
+
+fail() {
+    echo "after round $round ($victim killed after $delay s): $1" >&2
+    for process in $(ours); do
+        ps -o pid,ppid,stat,args -p "$process" >&2 || true
+    done
+    find "$work/tmp" >&2
+    exit 1
+}
+
+cleanup() {
+    local process
+    for process in $(ours); do
+        [ "$process" = $$ ] || kill -9 "$process" 2>/dev/null || true
+    done
+    rm -rf "$work"
+}
+trap cleanup EXIT
+
+memory_before=$(find /dev/shm -mindepth 1 2>/dev/null | wc -l)
+victims=(none runner testcase application)
+patterns=("" "prefix/bin/morvexrunner.*$suite" "--testcase" "lib/applications/inventory")
+for ((round = 1; round <= count; ++round)); do
+    choice=$((RANDOM % ${#victims[@]}))
+    victim=${victims[$choice]}
+    delay=0.$(printf '%03d' $((RANDOM % 400)))
+    SOAK_MARK=$mark TMPDIR=$work/tmp QT_QPA_PLATFORM=offscreen \
+        "$prefix/bin/morvexrunner" --reportgen "json,$work/report" "$suite" >"$work/output" 2>&1 &
+    runner=$!
+    if [ "$victim" != none ]; then
+        sleep "$delay"
+        for process in $(named "${patterns[$choice]}"); do
+            kill -9 "$process" 2>/dev/null || true
+        done
+    fi
+    wait "$runner" 2>/dev/null && status=0 || status=$?
+    if [ "$victim" = none ] && [ "$status" -ne 0 ]; then
+        cat "$work/output" >&2
+        fail "the run has failed with status $status"
+    fi
+    # Watchers end after what they watch.
+    for ((wait = 0; wait < 300; ++wait)); do
+        [ -n "$(ours)" ] || [ -n "$(left_files)" ] || break
+        sleep 0.1
+    done
+    [ -z "$(ours)" ] || fail "processes are left"
+    [ -z "$(left_files)" ] || fail "files are left"
+    rm -rf "$work/report"
+done
+memory_after=$(find /dev/shm -mindepth 1 2>/dev/null | wc -l)
+[ "$memory_after" -le "$memory_before" ] || { echo "shared memory is left" >&2; exit 1; }
+echo "$count starts and ends have left nothing"
