@@ -1,7 +1,9 @@
 #include "runner/failurescreenshots.h"
 
+#include "test/reportgeneratorshared.h"
 #include "test/testvp.h"
 
+#include <QElapsedTimer>
 #include <QImage>
 
 namespace Morvex {
@@ -9,6 +11,7 @@ namespace {
 
 const char variable[] = "MORVEX_FAILURE_SCREENSHOTS";
 const int defaultCount = 10;
+const int longestMs = 1000;
 
 VerificationOptions flags()
 {
@@ -35,7 +38,13 @@ QString FailureScreenshots::textFor(TestResult::ResultType type)
     if (m_rest <= 0 || !TestVP::wantLogScreenshotForResult(flags(), type) || !m_isWanted())
         return {};
     --m_rest;
-    return TestVP::logScreenshot(&m_runner, type, QImage());
+    QElapsedTimer timer;
+    timer.start();
+    const QString text = TestVP::logScreenshot(&m_runner, type, QImage());
+    // An application that hangs would keep each further failure waiting as long.
+    if (timer.elapsed() > longestMs && extractScreenshotFromMsg(text).isEmpty())
+        m_rest = 0;
+    return text;
 }
 
 QString setFailureScreenshots(const QString &setting)

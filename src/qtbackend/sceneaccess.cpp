@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include <dlfcn.h>
+#include <link.h>
 
 namespace Morvex {
 namespace {
@@ -35,13 +36,37 @@ bool isQuickThere()
     return quick;
 }
 
+// How many libraries the process has loaded so far, which costs far less than to look for one.
+unsigned long long loadedLibraries()
+{
+    unsigned long long count = 0;
+    ::dl_iterate_phdr(
+        [](dl_phdr_info *info, std::size_t, void *result) {
+            *static_cast<unsigned long long *>(result) = info->dlpi_adds;
+            return 1;
+        },
+        &count);
+    return count;
+}
+
+// Asked for each object that is looked at.
+bool hasQuickCome()
+{
+    static unsigned long long seenLibraries = 0;
+    const unsigned long long libraries = loadedLibraries();
+    if (libraries == seenLibraries)
+        return false;
+    seenLibraries = libraries;
+    return isQuickThere();
+}
+
 } // namespace
 
 SceneAccess *SceneAccess::self()
 {
     static SceneAccess *access = nullptr;
     static bool isLoaded = false;
-    if (!isLoaded && isQuickThere()) {
+    if (!isLoaded && hasQuickCome()) {
         isLoaded = true;
         access = load();
     }

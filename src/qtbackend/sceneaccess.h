@@ -17,7 +17,8 @@ class SceneAccess
 public:
     virtual ~SceneAccess() = default;
 
-    /// Null as long as no library of Qt Quick is in the process. Looks again at each call.
+    /// Null as long as no library of Qt Quick is in the process. Looks again when the process has
+    /// loaded another one.
     static SceneAccess *self();
 
     virtual bool isItem(const QObject *object) const = 0;

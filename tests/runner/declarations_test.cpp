@@ -54,13 +54,11 @@ class DeclarationsTest : public ScriptFixture
 
 TEST_F(DeclarationsTest, EditorsKnowAllNamesOfScriptsAndNoOthers)
 {
-    const QString declarations =
-        QString::fromUtf8(readFile(MORVEX_TEST_PREFIX "/lib/morvex.d.ts"));
+    const QString declarations = QString::fromUtf8(readFile(MORVEX_TEST_PREFIX "/lib/morvex.d.ts"));
     QJSEngine engine;
-    runner.addFile("standard.json",
-                   engine.evaluate("JSON.stringify(Object.getOwnPropertyNames(this))")
-                       .toString()
-                       .toUtf8());
+    runner.addFile(
+        "standard.json",
+        engine.evaluate("JSON.stringify(Object.getOwnPropertyNames(this))").toString().toUtf8());
     runner.addFile("table.tsv", "a\nb\n");
     const QStringList lines = results(
         "var script = Object.getOwnPropertyNames(this);\n"
