@@ -13,7 +13,7 @@ install(TARGETS morvex EXPORT MorvexTargets
 install(TARGETS morvexrunner RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT runtime)
 install(EXPORT MorvexTargets NAMESPACE Morvex:: DESTINATION "${package_dir}" COMPONENT devel)
 
-# What lies directly in the folder of a layer is public; its folders below hold helpers of its own.
+# What is directly in the folder of a layer is public; its folders below hold helpers of its own.
 foreach(layer objectmodel shared shared/uiabstraction test)
     file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${layer}/*.h")
     install(FILES ${headers} DESTINATION "${header_dir}/${layer}" COMPONENT devel)

@@ -1,9 +1,9 @@
 #include "runner/environmentfile.h"
 
 #include "shared/environment.h"
+#include "shared/regularfile.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 namespace Morvex {
 namespace {
@@ -28,13 +28,9 @@ void setEnvironmentVariable(const QString &assignment)
 QString readEnvironmentFile(const QString &path, bool apply)
 {
     QFile file(path);
-    // A pipe would keep the reader waiting, and could not be read by each child again.
-    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
-        return QStringLiteral("cannot read the environment file '%1': it is not a regular file")
-            .arg(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return QStringLiteral("cannot read the environment file '%1': %2")
-            .arg(path, file.errorString());
+    const QString error = openRegularFile(&file, QIODevice::ReadOnly | QIODevice::Text);
+    if (!error.isEmpty())
+        return QStringLiteral("cannot read the environment file '%1': %2").arg(path, error);
     for (int number = 1; !file.atEnd(); ++number) {
         QString line = QString::fromUtf8(file.readLine());
         if (line.endsWith(QLatin1Char('\n')))

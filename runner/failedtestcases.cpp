@@ -1,6 +1,7 @@
 #include "runner/failedtestcases.h"
 
 #include "shared/realpath.h"
+#include "shared/regularfile.h"
 #include "shared/settings.h"
 #include "shared/writefile.h"
 
@@ -45,7 +46,7 @@ bool FailedTestCases::isRecorded() const
 QStringList FailedTestCases::read() const
 {
     QFile file(m_fileName);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegularFile(&file).isEmpty())
         return {};
     QStringList names;
     for (const QByteArray &line : file.readAll().split('\n').mid(1)) {

@@ -3,6 +3,7 @@
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/resources.h"
+#include "shared/regularfile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -60,7 +61,7 @@ struct FileState
 QByteArray contentOf(const QString &path, bool *isRead = nullptr)
 {
     QFile file(path);
-    const bool isOpen = file.open(QIODevice::ReadOnly);
+    const bool isOpen = openRegularFile(&file).isEmpty();
     if (isRead)
         *isRead = isOpen;
     return isOpen ? file.readAll() : QByteArray();

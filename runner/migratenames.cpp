@@ -5,10 +5,10 @@
 #include "runner/messages.h"
 #include "runner/namesfile.h"
 #include "runner/runneroptions.h"
+#include "shared/realpath.h"
 #include "test/testsuite.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 namespace Morvex {
 namespace {
@@ -171,7 +171,7 @@ void Migration::report(int count) const
 
 int migrateNames(const RunnerOptions &options)
 {
-    const QDir dir(QFileInfo(options.suiteDirectory).absoluteFilePath());
+    const QDir dir(cleanedPath(options.suiteDirectory));
     if (options.suiteDirectory.isEmpty() || !dir.exists()) {
         printMessage(QStringLiteral("--migrate-names: there is no suite directory '%1'")
                          .arg(options.suiteDirectory));

@@ -3,6 +3,7 @@
 #include "objectmodel/objectname.h"
 #include "runner/enginewatch.h"
 #include "runner/resources.h"
+#include "shared/regularfile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -34,9 +35,9 @@ NamesFileError read(const QString &path, QByteArray *content)
     QFile file(path);
     if (!file.exists())
         return {};
-    if (!file.open(QIODevice::ReadOnly))
-        return {QStringLiteral("Cannot read the names file: %1").arg(file.errorString()),
-                LineInfo(path, 0)};
+    const QString error = openRegularFile(&file);
+    if (!error.isEmpty())
+        return {QStringLiteral("Cannot read the names file: %1").arg(error), LineInfo(path, 0)};
     *content = file.readAll();
     return checkNamesFileContent(path, *content);
 }

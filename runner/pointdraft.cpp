@@ -1,5 +1,7 @@
 #include "runner/pointdraft.h"
 
+#include "shared/realpath.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -26,7 +28,7 @@ int moveToFreePlace(const QByteArray &from, const QByteArray &to)
 // Nothing can be made in one that could not be.
 QString madeDirectoryOf(const QString &pointPath)
 {
-    const QString directory = QFileInfo(pointPath).absolutePath();
+    const QString directory = cleanedPath(QFileInfo(pointPath).path());
     QDir().mkpath(directory);
     return directory;
 }

@@ -2,6 +2,7 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
+#include "shared/regularfile.h"
 #include "shared/requestdumpobject.h"
 #include "shared/writefile.h"
 #include "test/titanvp.h"
@@ -138,7 +139,7 @@ QString howToMakePoint(const QString &name, const QString &path)
 bool isVisualPoint(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openRegularFile(&file).isEmpty())
         return false;
     QXmlStreamReader reader(&file);
     return reader.readNextStartElement() &&

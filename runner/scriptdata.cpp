@@ -1,5 +1,6 @@
 #include "runner/scriptdata.h"
 
+#include "shared/regularfile.h"
 #include "shared/testdata.h"
 
 #include <QFile>
@@ -21,7 +22,7 @@ QStringList valuesOf(const TestDataRecord *record)
 [[nodiscard]] QString whyNotReadable(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+    return openRegularFile(&file);
 }
 
 } // namespace

@@ -1,18 +1,17 @@
 #include "runner/scriptfile.h"
 
+#include "shared/regularfile.h"
+
 #include <QFile>
-#include <QFileInfo>
 
 namespace Morvex {
 
 ScriptFile readScriptFile(const QString &path)
 {
-    // A pipe would keep the reader waiting.
-    if (QFileInfo::exists(path) && !QFileInfo(path).isFile())
-        return {QString(), QStringLiteral("Cannot read '%1': it is not a regular file").arg(path)};
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {QString(), QStringLiteral("Cannot read '%1': %2").arg(path, file.errorString())};
+    const QString error = openRegularFile(&file);
+    if (!error.isEmpty())
+        return {QString(), QStringLiteral("Cannot read '%1': %2").arg(path, error)};
     const QByteArray bytes = file.readAll();
     const int zero = bytes.indexOf('\0');
     if (zero < 0)

@@ -57,6 +57,16 @@ bool isTaken(const QVariant &wanted, const Object &object)
            converted == object.value() || wanted.toString() == object.valueText();
 }
 
+// A truth value would be made of any text, true of nearly all.
+bool isTruthValue(const QVariant &value)
+{
+    if (value.userType() != QMetaType::QString)
+        return value.canConvert<bool>();
+    static const QStringList texts{QStringLiteral("true"), QStringLiteral("false"),
+                                   QStringLiteral("1"), QStringLiteral("0")};
+    return texts.contains(value.toString(), Qt::CaseInsensitive);
+}
+
 // Widgets leave out in silence what they can't show. Returns an error text, empty when the value
 // was taken. A number has to be the one that is wanted; of any other value it is enough that it
 // changed something.
@@ -125,6 +135,8 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
         return fail(whyNoAnswer());
     if (!property)
         return fail(unknownProperty(ownerClass, last));
+    if (before && before->value().userType() == QMetaType::Bool && !isTruthValue(wanted))
+        return fail(QStringLiteral("property '%1' takes true or false").arg(last));
     QString error = property->set(owner, wanted);
     if (error.isEmpty())
         error = whyNotTaken(last, wanted, before, property->get(owner));

@@ -51,6 +51,11 @@ export default function (application, nameFunctions, helpers) {
         return result;
     }
 
+    function refuseMore(values, count, message) {
+        if (values.length > count)
+            throw new TypeError(message);
+    }
+
     // Nothing, a place, options, or both.
     function clickArguments(values) {
         var list = Array.from(values);
@@ -129,20 +134,23 @@ export default function (application, nameFunctions, helpers) {
             this.source.useMouse(gesture, options);
         },
         get: function (property) {
+            refuseMore(arguments, 1, "get takes a property");
             return this.source.get(requireName(property, "a property"));
         },
         set: function (property, value) {
-            if (value === undefined)
+            if (value === undefined || arguments.length > 2)
                 throw new TypeError("set takes a property and its value");
             this.source.set(requireName(property, "a property"), value);
         },
         type: function (keys) {
+            refuseMore(arguments, 1, "type takes the keys in one text");
             this.source.type(text(keys));
         },
         exists: function () {
             return this.source.exists();
         },
         screenshot: function (file) {
+            refuseMore(arguments, 1, "screenshot takes the file of a picture");
             this.source.screenshot(helpers.targetPath(requireName(file, "the file of a picture")));
         },
         waitFor: function (property, value, timeout) {
@@ -240,12 +248,14 @@ export default function (application, nameFunctions, helpers) {
             this.source.useMouse(gesture, Object.assign({item: this.selector}, options));
         },
         edit: function (value) {
+            refuseMore(arguments, 1, "edit takes the new text");
             this.source.useItem("edit", this.selector, text(value), this.timeout);
         },
         text: function () {
             return this.get("text");
         },
         get: function (property) {
+            refuseMore(arguments, 1, "get takes a property");
             var all = this.properties;
             if (!Object.prototype.hasOwnProperty.call(all, property))
                 throw new Error(this.name + ": there is no property '" + text(property) + "'; there are: "

@@ -8,8 +8,10 @@ cd "$(dirname "$0")/.."
 allowed='
 '
 
-git ls-files -z -- README.md CHANGELOG.md 'docs/*.md' src runner webreport |
-    grep -zE '\.(md|h|cpp|js|html)$' |
+git ls-files -z -- README.md CHANGELOG.md 'docs/*.md' src runner webreport tests examples benchmarks fuzz \
+        cmake scripts CMakeLists.txt CMakePresets.json |
+    grep -zE '(\.(md|h|cpp|js|mjs|ts|html|css|cmake|txt|sh|py)|CMakePresets.json)$' |
+    grep -zxvF scripts/check-words.sh |
     ALLOWED="$allowed" xargs -0 perl -e '
 use strict;
 use warnings;
@@ -18,11 +20,11 @@ my @unwanted = (
     [qr/\bbehind\b/i, "after, beyond"],
     [qr/\bin front of\b/i, "before"],
     [qr/\banew\b/i, "again"],
-    [qr/\b(?:is|are|was|were) gone\b/i, "no longer exists"],
+    [qr/\b(?:is|are|was|were|has|have) gone\b/i, "no longer exists"],
     [qr/\b(?:stands?|stood) (?!for\b)/i, "is, are"],
     [qr/\b(?:lies|lay) (?!to\b|out\b)/i, "is, are"],
     [qr/\btold\b/i, "reported, said"],
-    [qr/\btells\b(?! apart)/i, "reports, says"],
+    [qr/\btells?\b(?!.* apart\b)/i, "reports, says"],
     [qr/\bany more\b/i, "no longer"],
     [qr/\b(?:is|are) running already\b/i, "is already running"],
     [qr/\bspecs?\b/i, "leave it out"],
@@ -36,9 +38,9 @@ sub is_allowed {
     return grep { $file eq $_->[0] && index($text, $_->[1]) >= 0 } @allowed;
 }
 
-# The texts and comments of a line of code.
+# The texts and comments of a line of code. The hash begins a comment in scripts.
 sub prose {
-    my ($line, $in_comment) = @_;
+    my ($line, $in_comment, $has_hash) = @_;
     my $prose = "";
     while (length $line) {
         if ($$in_comment) {
@@ -48,9 +50,9 @@ sub prose {
             last if $$in_comment;
         } elsif ($line =~ s/^("(?:[^"\\]|\\.)*"|\x27(?:[^\x27\\]|\\.){2,}\x27|`[^`]*`)//) {
             $prose .= " $1";
-        } elsif ($line =~ s/^\/\/(.*)//) {
+        } elsif ($has_hash ? $line =~ s/^#(.*)// : $line =~ s/^\/\/(.*)//) {
             $prose .= " $1";
-        } elsif ($line =~ s/^\/\*//) {
+        } elsif (!$has_hash && $line =~ s/^\/\*//) {
             $$in_comment = 1;
         } else {
             $line =~ s/^.//;
@@ -63,9 +65,10 @@ my $found = 0;
 for my $file (@ARGV) {
     open my $in, "<", $file or die "$file: $!\n";
     my $in_comment = 0;
+    my $has_hash = $file =~ /\.(?:cmake|txt|sh|py)$/;
     while (my $line = <$in>) {
         chomp $line;
-        my $text = $file =~ /\.(?:md|html)$/ ? $line : prose($line, \$in_comment);
+        my $text = $file =~ /\.(?:md|html)$/ ? $line : prose($line, \$in_comment, $has_hash);
         for my $rule (@unwanted) {
             next unless $text =~ $rule->[0];
             next if is_allowed($file, $text);

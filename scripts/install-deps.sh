@@ -9,7 +9,7 @@ run=(
     qtdeclarative5-private-dev
 )
 tests=(
-    bsdutils chromium clang clang-format gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
+    bsdutils chromium clang clang-format dbus-daemon gdb gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
     libjsoncpp-dev libxml2-dev libxml2-utils openbox openssl python3-openpyxl python3-websockets
     python3-xlsxwriter python3-xlwt unzip
     xdotool xvfb zip

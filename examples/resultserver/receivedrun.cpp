@@ -8,7 +8,7 @@ const qint64 maxFileBytes = qint64(4) * 1024 * 1024 * 1024;
 const int maxNameSize = 100;
 const int maxVideos = 100;
 
-// Names a file, whatever directories the name tells.
+// Names a file, whatever directories are in the name.
 QString fileNameOf(const QByteArray &name)
 {
     QString file = QString::fromUtf8(QByteArray::fromPercentEncoding(name)).section('/', -1);

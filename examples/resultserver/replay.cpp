@@ -15,7 +15,7 @@ namespace {
 using namespace Morvex;
 using Entry = TestResult::Entry;
 
-// Stands for the suite of a run of a single test case, which doesn't tell where it is.
+// Stands for the suite of a run of a single test case, which doesn't say where it is.
 const QLatin1String unknownSuite("/suite");
 
 TestReportGenerator::TestType testTypeOf(const EntryMessage &start)

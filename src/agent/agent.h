@@ -15,7 +15,7 @@ class Agent : public QObject
 
 public:
     /// Takes the descriptor of a connected socket. @p whenLost is called, in another thread, when
-    /// a runner that wanted this application has gone.
+    /// the connection to a runner that wanted this application has ended.
     Agent(int descriptor, const Message &hello,
           const std::function<void()> &whenLost = endThisProcess);
     ~Agent() override;

@@ -42,7 +42,7 @@ class AgentConnection
 {
 public:
     /// Takes the descriptor. @p receiver gets a MessageEvent for each message and has to live
-    /// longer. @p whenLost is called in the thread when a runner that had said welcome has gone.
+    /// longer. @p whenLost is called in the thread when a runner that had said welcome has left.
     AgentConnection(int descriptor, const Message &hello, QObject *receiver,
                     const std::function<void()> &whenLost);
     ~AgentConnection();

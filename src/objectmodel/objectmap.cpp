@@ -1,6 +1,7 @@
 #include "objectmodel/objectmap.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -59,6 +60,10 @@ QString ObjectMap::symbolFromMultiPropName(const ObjectName &name)
 
 QString ObjectMap::load(const QString &fileName)
 {
+    const QFileInfo info(fileName);
+    // A pipe would keep the reader waiting.
+    if (info.exists() && !info.isFile())
+        return QStringLiteral("%1: it is not a regular file").arg(fileName);
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QStringLiteral("%1: %2").arg(fileName, file.errorString());

@@ -31,6 +31,8 @@ using Function = QVariant (*)(QtModel &model, const Call &call, QString *error);
 
 const char dumpFollows = char(0xc5);
 const char errorFollows = 0;
+// To compress takes far longer than to send, and the application waits for it.
+const int uncompressed = 100;
 
 QObject *firstObject(QtModel &model, const Call &call, QString *error)
 {
@@ -48,7 +50,7 @@ QVariant done(const QString &outcome, QString *error)
 
 QVariant desktopScreenshot(QtModel &model, const Call &, QString *error)
 {
-    const QVariant picture = grabDesktop(model.allObjects()).toVariant();
+    const QVariant picture = rawPicture(grabDesktop(model.allObjects()));
     if (!picture.isValid())
         *error = QStringLiteral("there is no screen");
     return picture;
@@ -58,7 +60,7 @@ QVariant desktopScreenshot(QtModel &model, const Call &, QString *error)
 QVariant grabObjectScreenshot(QtModel &model, const Call &call, QString *error)
 {
     QObject *object = firstObject(model, call, error);
-    return object ? grabScreenshot(object, call.arguments.value(2).toInt(), error).toVariant()
+    return object ? rawPicture(grabScreenshot(object, call.arguments.value(2).toInt(), error))
                   : QVariant();
 }
 
@@ -67,7 +69,7 @@ QVariant getPixmapAsImage(QtModel &model, const Call &call, QString *error)
     const QImage image = model.registry().image(call.arguments.value(0).toInt());
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
-    if (image.isNull() || !image.save(&buffer, "PNG")) {
+    if (image.isNull() || !image.save(&buffer, "PNG", uncompressed)) {
         *error = QStringLiteral("there is no picture with this id");
         return {};
     }

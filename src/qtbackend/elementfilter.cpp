@@ -23,7 +23,7 @@ public:
 
     QString readInto(ElementFilter *filter)
     {
-        if (m_xml.readNextStartElement())
+        if (readUpToRoot())
             readRoot(filter);
         // Also what comes after the root.
         while (!m_xml.atEnd())
@@ -37,6 +37,17 @@ public:
 
 private:
     using Choice = ElementFilter::Choice;
+
+    bool readUpToRoot()
+    {
+        while (!m_xml.atEnd() && !m_xml.isStartElement()) {
+            m_xml.readNext();
+            // The entities of one could stand for texts of any length.
+            if (m_xml.isDTD() && m_xml.text().contains(QLatin1Char('[')))
+                m_xml.raiseError(QStringLiteral("The document type holds declarations."));
+        }
+        return m_xml.isStartElement();
+    }
 
     void readRoot(ElementFilter *filter)
     {

@@ -113,6 +113,29 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
     return withPlace(image, originOf(object));
 }
 
+QVariant rawPicture(const Screenshot &picture)
+{
+    if (picture.isNull())
+        return {};
+    // Without transparency, as pictures travel.
+    QImage image = picture.convertToFormat(picture.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                                     : QImage::Format_RGB32);
+    if (picture.hasAlphaChannel()) {
+        for (int y = 0; y < image.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+            std::for_each(line, line + image.width(), [](QRgb &pixel) { pixel |= 0xff000000; });
+        }
+    }
+    const QTransform t = picture.transform();
+    return QVariantMap{
+        {QStringLiteral("pixels"), QByteArray(reinterpret_cast<const char *>(image.constBits()),
+                                              static_cast<int>(image.sizeInBytes()))},
+        {QStringLiteral("size"), image.size()},
+        {QStringLiteral("transform"),
+         QVariantList{t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()}},
+        {QStringLiteral("density"), picture.density()}};
+}
+
 Screenshot grabDesktop(const std::vector<QObject *> &objects)
 {
     QScreen *screen = QGuiApplication::primaryScreen();

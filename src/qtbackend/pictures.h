@@ -3,6 +3,7 @@
 #include "shared/richimage.h"
 
 #include <QString>
+#include <QVariant>
 
 #include <vector>
 
@@ -21,6 +22,10 @@ QImage paintWidget(QWidget *widget);
 /// The picture of grabWidget once @p delay, in milliseconds, is over, with the place of its pixels
 /// on the screen. Null on failure; @p error then has a text.
 Screenshot grabScreenshot(QObject *object, int delay, QString *error);
+
+/// A picture as Screenshot::fromVariant takes it, with its pixels as they are in memory; invalid
+/// for a null one.
+QVariant rawPicture(const Screenshot &picture);
 
 /// The screen. Where the platform has no picture of it, those of @p objects that are visible
 /// windows, each above those before it, menus and other popups above all.

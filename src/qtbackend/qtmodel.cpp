@@ -25,7 +25,7 @@ QString classNameOf(const QMetaObject *metaObject)
     return QString::fromLatin1(metaObject->className());
 }
 
-// The number itself where names can't tell all of it.
+// The number itself where names can't express all of it.
 QString enumeratorText(const QMetaProperty &property, int value)
 {
     const QMetaEnum enumeration = property.enumerator();

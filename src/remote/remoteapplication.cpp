@@ -3,16 +3,20 @@
 #include "remote/applicationenvironment.h"
 #include "remote/applicationhome.h"
 #include "remote/connectionoffer.h"
+#include "remote/processfacts.h"
+#include "remote/protocol/environmentnames.h"
 #include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "remote/watchedprocess.h"
 #include "remote/whynoconnection.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <csignal>
 #include <vector>
 
 namespace Morvex {
@@ -45,6 +49,7 @@ struct RemoteApplication::Private
     bool isWanted(const ConnectionOffer::Caller &caller) const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
     void quit(RemoteContext &context);
+    void endOrphans();
 };
 
 // Each of these returns an error text, empty on success.
@@ -183,6 +188,19 @@ void RemoteApplication::Private::quit(RemoteContext &context)
         process->update(waitStepMs);
 }
 
+// Those that a watcher which was killed has left: their environment still has the token.
+void RemoteApplication::Private::endOrphans()
+{
+    const QString token = QString::fromLatin1(offer->token());
+    const QStringList names = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString &name : names) {
+        const qint64 id = name.toLongLong();
+        if (id > 1 &&
+            ProcessFacts(id).environmentVariable(QString::fromLatin1(tokenVariable)) == token)
+            ::kill(static_cast<pid_t>(id), SIGKILL);
+    }
+}
+
 RemoteApplication::RemoteApplication()
     : d(std::make_unique<Private>())
 {
@@ -196,6 +214,8 @@ RemoteApplication::~RemoteApplication()
         d->quit(*d->contexts.constFirst());
     for (const auto &context : qAsConst(d->contexts))
         context->close(QStringLiteral("the application has been stopped"));
+    if (d->process && !d->process->end())
+        d->endOrphans();
     d->process.reset();
     d->contexts.clear();
     d->offer.reset();

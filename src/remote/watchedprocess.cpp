@@ -187,10 +187,7 @@ void WatchedProcess::allowStart()
 
 WatchedProcess::~WatchedProcess()
 {
-    if (m_control >= 0)
-        ::close(m_control);
-    if (m_watcher > 0)
-        endWatcher();
+    end();
     if (m_output)
         ::munmap(m_output, sizeof(OutputMemory));
 }
@@ -220,19 +217,31 @@ QByteArray WatchedProcess::standardError()
     return m_output ? lastBytes(m_output->standardError) : QByteArray();
 }
 
-// It ends by itself, once all others have.
-void WatchedProcess::endWatcher()
+bool WatchedProcess::end()
+{
+    if (m_control >= 0)
+        ::close(m_control);
+    m_control = -1;
+    const bool isWhole = m_watcher <= 0 || endWatcher();
+    m_watcher = -1;
+    return isWhole;
+}
+
+// It ends by itself, once all others have. False when it was killed.
+bool WatchedProcess::endWatcher()
 {
     QElapsedTimer timer;
     timer.start();
-    while (::waitpid(m_watcher, nullptr, WNOHANG) == 0) {
+    int status = 0;
+    while (::waitpid(m_watcher, &status, WNOHANG) == 0) {
         if (timer.elapsed() > watcherEndTimeoutMs) {
             ::kill(m_watcher, SIGKILL);
             ::waitpid(m_watcher, nullptr, 0);
-            return;
+            return false;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+    return WIFEXITED(status);
 }
 
 void WatchedProcess::update(int timeout)

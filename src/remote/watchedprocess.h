@@ -53,6 +53,10 @@ public:
     /// Whether the program and all that it started have ended.
     bool hasEnded() const { return m_hasEnded; }
 
+    /// Ends all processes that are left. False when somebody had killed the watcher, so that some
+    /// may still be there.
+    bool end();
+
     /// How a process has ended: "ended with status 3", "ended by signal 15 (Terminated)", "crashed
     /// by signal 11 (Segmentation fault)". Empty while it runs, and for one that is no child of the
     /// watcher. Of many only the latest are known, besides those that are kept.
@@ -76,7 +80,7 @@ private:
     void waitUntilDrained();
     void take(const QByteArray &line);
     void addEnd(qint64 process, const QString &text);
-    void endWatcher();
+    bool endWatcher();
 
     pid_t m_watcher = -1;
     int m_control = -1;

@@ -114,13 +114,16 @@ bool ConfParser::parseAssignment(const QString &fileName, Position &position)
         ++position.line;
         ++position.index;
     }
-    evaluate(value);
+    if (!evaluate(value))
+        qWarning("Morvex::ConfParser: %s: the references in the value of '%s' are kept as they "
+                 "are, they add too many characters",
+                 qUtf8Printable(fileName), qUtf8Printable(key));
     m_entries.insert(key, split(value));
     position.lineStart = position.index;
     return true;
 }
 
-void ConfParser::evaluate(QString &value)
+bool ConfParser::evaluate(QString &value)
 {
     const auto lookUp = [this](const QString &name) {
         const auto entry = m_entries.constFind(name);
@@ -128,7 +131,10 @@ void ConfParser::evaluate(QString &value)
             return entry->value(0);
         return QString::fromStdString(Environment::getVariable(name.toStdString()));
     };
-    m_growthLeft -= expandReferences(value, lookUp, DollarPair::Kept, m_growthLeft);
+    const qint64 allowed = qMin(m_growthLeft, maxExpansionGrowth);
+    const qint64 growth = expandReferences(value, lookUp, DollarPair::Kept, allowed);
+    m_growthLeft -= growth;
+    return growth <= allowed || !value.contains(QLatin1String("$("));
 }
 
 QStringList ConfParser::split(const QString &value) const

@@ -31,7 +31,8 @@ private:
 
     void parse(const QString &fileName);
     bool parseAssignment(const QString &fileName, Position &position);
-    void evaluate(QString &value);
+    /// False for a value that is left as it is: its references add too many characters.
+    bool evaluate(QString &value);
     QStringList split(const QString &value) const;
 
     QMap<QString, QStringList> m_entries;

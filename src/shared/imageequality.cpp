@@ -52,7 +52,7 @@ bool haveEqualPixels(const QImage &a, const QImage &b)
     if (a.isNull() || b.isNull() || a.size() != b.size())
         return false;
     if (a.format() != b.format()) {
-        // What one of them can't tell doesn't count.
+        // What one of them can't hold doesn't count.
         const auto common = a.hasAlphaChannel() && b.hasAlphaChannel() ? QImage::Format_ARGB32
                                                                        : QImage::Format_RGB32;
         const QImage converted = a.convertToFormat(common);

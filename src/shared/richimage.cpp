@@ -15,6 +15,9 @@ namespace {
 const QLatin1String imageKey("image");
 const QLatin1String transformKey("transform");
 const QLatin1String densityKey("density");
+// Of one that comes from an application: 32 bits each, as they are in memory.
+const QLatin1String pixelsKey("pixels");
+const QLatin1String sizeKey("size");
 const QLatin1String originKey("origin");
 const QLatin1String scaleKey("scale");
 
@@ -39,6 +42,20 @@ bool readTransform(const QVariantMap &map, QTransform *transform)
     const auto number = [&numbers](int index) { return numbers.at(index).toDouble(); };
     *transform = QTransform(number(0), number(1), number(2), number(3), number(4), number(5));
     return true;
+}
+
+// Null unless there are as many pixels as the size says.
+QImage imageOfPixels(const QVariantMap &map)
+{
+    const QByteArray pixels = map.value(pixelsKey).toByteArray();
+    const QSize size = map.value(sizeKey).toSize();
+    if (size.isEmpty() || qint64(size.width()) * size.height() * 4 != pixels.size())
+        return {};
+    auto *kept = new QByteArray(pixels);
+    return QImage(
+        reinterpret_cast<const uchar *>(kept->constData()), size.width(), size.height(),
+        size.width() * 4, QImage::Format_RGB32,
+        [](void *bytes) { delete static_cast<QByteArray *>(bytes); }, kept);
 }
 
 QTransform rotationOf(int index)
@@ -70,8 +87,10 @@ Screenshot Screenshot::fromVariant(const QVariant &variant)
     QTransform transform;
     if (!readTransform(map, &transform))
         return {};
-    return fromBmpZipData(map.value(imageKey).toByteArray(), transform,
-                          map.value(densityKey, 1.0).toDouble());
+    const double density = map.value(densityKey, 1.0).toDouble();
+    if (map.contains(pixelsKey))
+        return Screenshot(imageOfPixels(map), transform, density);
+    return fromBmpZipData(map.value(imageKey).toByteArray(), transform, density);
 }
 
 QVariant Screenshot::toVariant() const

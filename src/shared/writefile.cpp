@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -16,6 +17,8 @@
 
 namespace Morvex {
 namespace {
+
+using Pieces = std::vector<std::string_view>;
 
 // An open file. Operations return 0 or an errno, as all functions here.
 class Descriptor
@@ -59,6 +62,15 @@ int writeAll(int descriptor, std::string_view content)
         if (written == 0)
             return ENOSPC;
         content.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return 0;
+}
+
+int writePieces(int descriptor, const Pieces &pieces)
+{
+    for (const std::string_view piece : pieces) {
+        if (const int error = writeAll(descriptor, piece))
+            return error;
     }
     return 0;
 }
@@ -140,6 +152,12 @@ bool isAt(const QByteArray &path, const struct stat &status)
            found.st_ino == status.st_ino;
 }
 
+// A rename may reach the disk before the content does. What has no such state is fine.
+int waitUntilOnDisk(int descriptor)
+{
+    return ::fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno;
+}
+
 // The new content in a file of its own, which is removed unless it takes the place of the old one.
 class Replacement
 {
@@ -167,9 +185,11 @@ public:
 
     bool isPossible() const { return m_isPossible; }
 
-    int write(std::string_view content)
+    int write(const Pieces &pieces)
     {
-        if (const int error = writeAll(m_file.get(), content))
+        if (const int error = writePieces(m_file.get(), pieces))
+            return error;
+        if (const int error = waitUntilOnDisk(m_file.get()))
             return error;
         if (const int error = m_file.close())
             return error;
@@ -195,12 +215,22 @@ private:
     const bool m_isPossible;
 };
 
+std::string joined(const Pieces &pieces)
+{
+    std::string content;
+    for (const std::string_view piece : pieces)
+        content += piece;
+    return content;
+}
+
 int writeRegularFile(const QByteArray &path, int target, const struct stat &status,
-                     std::string_view content)
+                     const Pieces &pieces)
 {
     Replacement replacement(path, target, status);
-    return replacement.isPossible() ? replacement.write(content)
-                                    : writeInPlace(target, status.st_size, content);
+    if (replacement.isPossible())
+        return replacement.write(pieces);
+    // What is written in place may be pieces of what it is written over.
+    return writeInPlace(target, status.st_size, joined(pieces));
 }
 
 // Without waiting for the reader of a pipe.
@@ -224,7 +254,11 @@ FileWriteResult resultOf(int error, FileWriteResult::Outcome failure)
 
 FileWriteResult writeFileSafely(const QString &path, const char *data, qint64 size)
 {
-    const std::string_view content(data, static_cast<std::size_t>(size));
+    return writeFileSafely(path, {std::string_view(data, static_cast<std::size_t>(size))});
+}
+
+FileWriteResult writeFileSafely(const QString &path, const std::vector<std::string_view> &pieces)
+{
     const QByteArray name = QFile::encodeName(path);
     Descriptor target(openForWriting(name, 0));
     const bool isNew = !target.isOpen() && errno == ENOENT;
@@ -234,8 +268,8 @@ FileWriteResult writeFileSafely(const QString &path, const char *data, qint64 si
     if (!target.isOpen() || ::fstat(target.get(), &status) != 0)
         return resultOf(errno, FileWriteResult::NotOpened);
     const int writeError = S_ISREG(status.st_mode)
-                               ? writeRegularFile(name, target.get(), status, content)
-                               : writeAll(target.get(), content);
+                               ? writeRegularFile(name, target.get(), status, pieces)
+                               : writePieces(target.get(), pieces);
     const int closeError = target.close();
     const int error = writeError != 0 ? writeError : closeError;
     if (error != 0 && isNew)

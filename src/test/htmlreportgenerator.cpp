@@ -1,6 +1,7 @@
 #include "test/htmlreportgenerator.h"
 
 #include "shared/filelock.h"
+#include "shared/realpath.h"
 #include "shared/trace.h"
 #include "test/report/openreport.h"
 #include "test/reportgeneratorshared.h"
@@ -63,7 +64,7 @@ TestReportGenerator::Result HtmlReportGenerator::create(const QString &path, Tes
     const QString error = resultDirectoryError(QLatin1String("html"), path, *resultDir);
     if (!error.isEmpty())
         return {nullptr, error};
-    const QDir dir(QDir::cleanPath(QDir::current().absoluteFilePath(path)));
+    const QDir dir(cleanedPath(path));
     const QString dataDir = dir.filePath(webReportDataDir);
     const QString dataFile = QDir(dataDir).filePath(webReportDataFile);
     qCDebug(traceReportGen) << "data dir " << dataDir;

@@ -1,5 +1,6 @@
 #include "test/openreportfile.h"
 
+#include "shared/realpath.h"
 #include "shared/trace.h"
 #include "test/output/reporttarget.h"
 
@@ -19,25 +20,24 @@ std::atomic<int> incompleteCount{0};
 
 const QIODevice::OpenMode unbuffered = QIODevice::WriteOnly | QIODevice::Unbuffered;
 
-bool openStdStream(const QString &fileName, QFile *file)
+[[nodiscard]] QString openStandardStream(std::FILE *stream, QFile *file)
 {
-    if (fileName.isEmpty() || fileName == QLatin1String("/dev/stdout"))
-        file->open(stdout, unbuffered);
-    else if (fileName == QLatin1String("/dev/stderr"))
-        file->open(stderr, unbuffered);
-    else
-        return false;
-    return true;
+    const QString error = takeStandardStream(stream);
+    if (error.isEmpty())
+        file->open(stream, unbuffered);
+    return error;
 }
 
-[[nodiscard]] QString openNamedFile(const QString &fileName, bool isFresh, QFile *file)
+[[nodiscard]] QString openNamedFile(const QString &path, bool isFresh, QFile *file)
 {
-    const QDir dir = QFileInfo(fileName).absoluteDir();
+    const QFileInfo given(path);
+    const QDir dir(cleanedPath(given.path()));
     if (!dir.exists()) {
         qCDebug(traceReportGen) << "creating report dir: " << dir.path();
         if (!dir.mkpath(QStringLiteral(".")))
             return QStringLiteral("Could not create report directory '%1'").arg(dir.path());
     }
+    const QString fileName = dir.filePath(given.fileName());
     const QString error = isFresh ? openFreeReportTarget(fileName, file)
                                   : openReportTarget(fileName, TargetContent::Replaced, file);
     qCDebug(traceReportGen) << "opening report file: " << file->fileName();
@@ -99,13 +99,11 @@ void reportWriteError(const QString &fileName, const QString &reason)
 QString openReportFile(const QString &fileName, OpenReportFileOptions options, QFile *file,
                        bool *isStdStream)
 {
-    const bool isStd = openStdStream(fileName, file);
+    std::FILE *const stream = standardStream(fileName);
     if (isStdStream)
-        *isStdStream = isStd;
-    if (isStd)
-        return {};
-    return openNamedFile(QDir::current().absoluteFilePath(fileName),
-                         options.testFlag(FreshFileName), file);
+        *isStdStream = stream != nullptr;
+    return stream ? openStandardStream(stream, file)
+                  : openNamedFile(fileName, options.testFlag(FreshFileName), file);
 }
 
 } // namespace Morvex

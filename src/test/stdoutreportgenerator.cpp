@@ -138,13 +138,6 @@ void appendRightText(QByteArray &line, const TestResult::Entry &entry)
     appendInBrackets(line, entry.vpName);
 }
 
-std::FILE *standardStream(const QString &path)
-{
-    if (path.isEmpty() || path == QLatin1String("/dev/stdout"))
-        return stdout;
-    return path == QLatin1String("/dev/stderr") ? stderr : nullptr;
-}
-
 // Null on failure. The file stays taken when the given object closes it.
 std::FILE *streamOn(const QFile &file)
 {
@@ -188,8 +181,10 @@ StdoutReportGenerator::~StdoutReportGenerator()
 
 TestReportGenerator::Result StdoutReportGenerator::create(const QString &path)
 {
-    if (std::FILE *stream = standardStream(path))
-        return {new StdoutReportGenerator(stream, false), QString()};
+    if (std::FILE *stream = standardStream(path)) {
+        const QString error = takeStandardStream(stream);
+        return {error.isEmpty() ? new StdoutReportGenerator(stream, false) : nullptr, error};
+    }
     QFile file;
     const QString error = openFreeReportTarget(QDir::current().absoluteFilePath(path), &file);
     std::FILE *stream = error.isEmpty() ? streamOn(file) : nullptr;

@@ -3,6 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
+#include "shared/writefile.h"
 #include "shared/xmltablerange.h"
 #include "test/testvp.h"
 #include "test/verification/vpcall.h"
@@ -121,7 +122,11 @@ QString createTableXmlFile(const SharedPtr<Object> &object, const QString &fileN
     TiXmlDocument document;
     document.InsertEndChild(TiXmlDeclaration("1.0", "utf-8", ""));
     range.contentAsXml(&document, TableRange::TextContent);
-    return document.SaveFile(QFile::encodeName(fileName).constData())
+    TiXmlPrinter printer;
+    document.Accept(&printer);
+    const FileWriteResult result =
+        writeFileSafely(fileName, printer.CStr(), qint64(printer.Size()));
+    return result.outcome == FileWriteResult::Written
                ? QString()
                : QStringLiteral("Could not write '%1'").arg(fileName);
 }

@@ -1,5 +1,6 @@
 #include "test/testcase.h"
 
+#include "shared/realpath.h"
 #include "test/testconfig.h"
 #include "test/testresult.h"
 
@@ -19,7 +20,7 @@ TestCase::TestCase(TestResult *result, const QString &name)
 TestCase::TestCase(TestResult *result, const QDir &dir)
     : m_result(result)
     , m_name(dir.dirName())
-    , m_dir(std::make_unique<QDir>(dir.absolutePath()))
+    , m_dir(std::make_unique<QDir>(cleanedPath(dir.path())))
 {
     readConfiguration();
     startResult();

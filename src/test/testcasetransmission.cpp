@@ -97,7 +97,7 @@ void TestCaseTransmission::readChunks(int position)
         } else if (type == static_cast<quint32>(VideoChunk::Data)) {
             position += videoChunkHeaderSize;
             m_chunkLeft = value;
-            m_chunkWritten = 0;
+            m_chunks.push_back(static_cast<qint64>(value));
             position += writePart(position);
         } else {
             std::fputs("Video stream error: unknown chunk type\n", stderr);
@@ -108,21 +108,36 @@ void TestCaseTransmission::readChunks(int position)
     m_buffer.remove(0, position);
 }
 
-// Writes what is there of the data chunk, however long it says it is, and returns its size. The
-// chunk is acknowledged as a whole.
+// Writes what is there of the data chunk, however long it says it is, and returns its size.
 int TestCaseTransmission::writePart(int position)
 {
     const auto available = static_cast<quint64>(m_buffer.size() - position);
     const auto size = static_cast<int>(qMin(available, m_chunkLeft));
     const qint64 written = m_output->write(m_buffer.constData() + position, size);
-    m_chunkWritten += qMax(qint64(0), written);
+    // An output that takes nothing now confirms all later; what it refuses it never does.
+    if (written != 0)
+        m_chunks.back() -= size - qMax(qint64(0), written);
     m_chunkLeft -= static_cast<quint64>(size);
-    if (m_chunkLeft == 0 && m_chunkWritten > 0)
-        onBytesWritten(m_chunkWritten);
+    onBytesWritten(qMax(qint64(0), written));
     return size;
 }
 
+// Acknowledges chunks as a whole, in however many parts they came.
+
 void TestCaseTransmission::onBytesWritten(qint64 bytes)
+{
+    m_confirmed += bytes;
+    while (!m_chunks.empty() && m_confirmed >= m_chunks.front() &&
+           (m_chunks.size() > 1 || m_chunkLeft == 0)) {
+        const qint64 size = m_chunks.front();
+        m_chunks.pop_front();
+        m_confirmed -= size;
+        if (size > 0)
+            acknowledge(size);
+    }
+}
+
+void TestCaseTransmission::acknowledge(qint64 bytes)
 {
     char acknowledgement[videoAcknowledgementSize];
     qToBigEndian(bytes, acknowledgement);

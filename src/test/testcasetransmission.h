@@ -7,6 +7,8 @@
 #include <QLocalSocket>
 #include <QObject>
 
+#include <deque>
+
 namespace Morvex {
 
 class TestReportGenerator;
@@ -35,6 +37,7 @@ private:
     void readChunks(int position);
     void abort(const QString &error);
     int writePart(int position);
+    void acknowledge(qint64 bytes);
 
     TestReportGenerator *m_generator;
     QIODevice *m_output = nullptr;
@@ -42,7 +45,9 @@ private:
     QByteArray m_buffer;
     // Of the data chunk that is being read.
     quint64 m_chunkLeft = 0;
-    qint64 m_chunkWritten = 0;
+    // The chunks that are to be acknowledged, as far as the output takes them.
+    std::deque<qint64> m_chunks;
+    qint64 m_confirmed = 0;
     bool m_isAborted = false;
 };
 

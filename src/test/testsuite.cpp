@@ -1,5 +1,6 @@
 #include "test/testsuite.h"
 
+#include "shared/realpath.h"
 #include "test/suite/childarguments.h"
 #include "test/suite/suiterun.h"
 #include "test/testcaseprocess.h"
@@ -25,7 +26,7 @@ QString key(const char *name)
 } // namespace
 
 TestSuite::TestSuite(const QDir &dir, const QString &settingsGroup)
-    : m_dir(dir)
+    : m_dir(cleanedPath(dir.path()))
     , m_settingsGroup(settingsGroup)
 {
     if (m_settingsGroup.startsWith(QLatin1Char('/')))

@@ -1,5 +1,6 @@
 #include "test/titanvp.h"
 
+#include "shared/realpath.h"
 #include "shared/uiabstraction/legaltext.h"
 #include "shared/uiabstraction/uielement.h"
 #include "shared/uiabstraction/xmlexport.h"
@@ -58,7 +59,7 @@ bool writeAll(const QByteArray &bytes, QFile &file)
 bool createTitanVPFile(const QByteArray &dump, const QFileInfo &file, const QString &objectName,
                        QString *error)
 {
-    const QString directory = file.absolutePath();
+    const QString directory = cleanedPath(file.path());
     if (!QDir().mkpath(directory))
         return failWith(QStringLiteral("Unable to create %1 directory for VP file").arg(directory),
                         error);

@@ -146,9 +146,7 @@ QString labelOf(const CounterRow &row)
 QString countsText(const Counters &counters)
 {
     QStringList counts;
-    for (const CounterRow::Member member :
-         {&Counters::passes, &Counters::fails, &Counters::xfails, &Counters::xpasses,
-          &Counters::errors, &Counters::fatals, &Counters::warnings}) {
+    for (const CounterRow::Member member : flatCounters()) {
         if (counts.size() < 2 || counters.*member > 0)
             counts +=
                 QStringLiteral("%1: %2").arg(labelOf(counterRow(member))).arg(counters.*member);

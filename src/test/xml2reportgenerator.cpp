@@ -361,7 +361,7 @@ XmlElement Xml2ReportGenerator::Private::rootElement() const
     return root;
 }
 
-// Empty for a kind that this version does not tell.
+// Empty for a kind that this version does not have.
 QString Xml2ReportGenerator::Private::vpTypeAttributeValue(TestResult::VPType type) const
 {
     switch (type) {

@@ -67,10 +67,7 @@ void XmlReportGenerator::Private::populateStartNode()
 {
     if (!startNode)
         return;
-    using Counters = TestReportGenerator::Counters;
-    for (const CounterRow::Member member :
-         {&Counters::passes, &Counters::fails, &Counters::xfails, &Counters::xpasses,
-          &Counters::errors, &Counters::fatals, &Counters::warnings})
+    for (const CounterRow::Member member : flatCounters())
         startNode->addAttribute(counterRow(member).name, counters.*member);
     results.fillGap(serialized(*startNode));
     startNode.reset();

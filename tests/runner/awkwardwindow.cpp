@@ -99,7 +99,7 @@ void AwkwardWindow::forkAndGoOn()
         ::waitpid(child, nullptr, 0);
 }
 
-// One that has nothing to do with this one any more.
+// One that has nothing to do with this one from then on.
 void AwkwardWindow::leaveProcess()
 {
     m_child = ::fork();

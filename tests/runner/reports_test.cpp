@@ -90,21 +90,6 @@ protected:
     RunnerProcess runner;
 };
 
-struct DirectoryFormat
-{
-    const char *keyword;
-    const char *file;
-    Counts (*read)(const QByteArray &content);
-};
-
-const DirectoryFormat directoryFormats[] = {
-    {"xml3", "results.xml", countsOfXml3},
-    {"xml3.5", "results.xml", countsOfXml3},
-    {"json", "results.json", countsOfJson},
-    {"json1.2", "results.json", countsOfJson},
-    {"html", "data/results-v1.js", countsOfWebReport},
-};
-
 } // namespace
 
 TEST_F(ReportsTest, EveryEntryOfAKilledRunIsInAnXml3ReportInWholeLines)

@@ -137,7 +137,7 @@ TEST_F(ResultServerTest, TwoHundredTestCasesGiveTheReportThatTheyGiveLocally)
                                countsOfWebReport(readFile(uploaded + "/data/results-v1.js"))};
     const XmlDocument junit(readFile(path("junit.xml")));
     for (const ClassicFormat &format : classicFormats()) {
-        if (format.keyword == std::string("junit"))
+        if (format.keyword == "junit")
             others.push_back(format.read(junit));
     }
     EXPECT_EQ(others.size(), 3U);

@@ -223,6 +223,8 @@ TEST_F(RunnerTest, ASuiteIsWhereTheFileSystemFindsIt)
     EXPECT_EQ(RunnerProcess::startsOf(runner.run({"link/../suite/."})), QStringList("tst_a"));
     EXPECT_EQ(RunnerProcess::resultsOf(runner.run({"link/../suite2"})).value(0),
               "START Start 'suite2'|Test 'suite2' started");
+    EXPECT_TRUE(runner.run({"--migrate-names", "link/../suite2"})
+                    .standardError.contains("else/suite2/objects.map"));
 }
 
 TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
@@ -243,6 +245,10 @@ TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
          "os.execv(sys.argv[1], sys.argv[1:])' \"$@\"",
          0},
         {"exec \"$@\" --envvars pipe", 2},
+        // Two reports into one file.
+        {"exec \"$@\" --reportgen stdout --reportgen xml,/dev/fd/1 > log", 1},
+        {"exec \"$@\" --reportgen xml,/dev/fd/1 --reportgen stdout > log", 1},
+        {"ln pipe names.js; exec \"$@\"", 1},
     };
     for (const auto &row : rows) {
         const QStringList arguments{"-c", row.command, "bash", RunnerProcess::program(),

@@ -61,7 +61,7 @@ TEST_F(ConfParserTest, ErrorsNameThePlaceAndKeepWhatCameBefore)
         {"A = 1\nKEY", ": Unexpected end of file (key without a value)", {"A"}},
         {"A = 1\nKEY\nB = 2", ": Syntax error in line 2, column 4. Expected '='", {"A"}},
         {"A = 1\nKEY x\nB = 2", ": Syntax error in line 2, column 5. Expected '='", {"A"}},
-        // Blank lines and comments are not counted, but stand in the column.
+        // Blank lines and comments are not counted, but count in the column.
         {"# c\n\nA = 1\n\n# c\nKEY x", ": Syntax error in line 2, column 10. Expected '='", {"A"}},
     };
     for (const auto &row : rows) {

@@ -9,7 +9,7 @@ extern "C" Q_DECL_EXPORT const char *__lsan_default_suppressions()
 
 int main(int argc, char **argv)
 {
-    // Death tests run the test program anew; forking one with Qt threads in it may hang.
+    // Death tests run the test program again; forking one with Qt threads in it may hang.
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);

@@ -1,5 +1,7 @@
 #include "support/reportcounts.h"
 
+#include "test/testreportgeneratorfactory.h"
+
 #include <QJsonDocument>
 #include <QRegularExpression>
 
@@ -107,14 +109,26 @@ Counts loggedResults(const XmlDocument &document)
 
 const std::vector<ClassicFormat> &classicFormats()
 {
-    static const std::vector<ClassicFormat> formats{
-        {"xml", flatSummary, false},          {"xmlIncremental", flatSummary, false},
-        {"xml2", nestedResults, true},        {"xml2.1", nestedResults, true},
-        {"xml2.2", nestedResults, true},      {"xls", spreadsheetSummary, false},
-        {"xmljunit", resultTestCases, false}, {"junit", loggedResults, true},
-    };
+    using Reader = Counts (*)(const XmlDocument &);
+    using Factory = Morvex::TestReportGeneratorFactory;
+    static const std::vector<ClassicFormat> formats = [] {
+        const std::map<QString, Reader> readers{
+            {"xml", flatSummary},        {"xmlIncremental", flatSummary}, {"xml2", nestedResults},
+            {"xls", spreadsheetSummary}, {"xmljunit", resultTestCases},   {"junit", loggedResults},
+        };
+        std::vector<ClassicFormat> all;
+        for (const Factory::Keyword &keyword : Factory::keywords()) {
+            const QString name = keyword.name;
+            if (keyword.target == Factory::File && name != "stdout" && !name.startsWith("zip"))
+                all.push_back({name.toStdString(), readers.at(name.section('.', 0, 0)),
+                               !keyword.traits.testFlag(Factory::NeedsSummary)});
+        }
+        return all;
+    }();
     return formats;
 }
+
+namespace {
 
 Counts countsOfXml3(const QByteArray &content)
 {
@@ -134,6 +148,17 @@ Counts countsOfJson(const QByteArray &content)
     return fromTypes([&content](const char *type) {
         return content.count(QByteArray("\"result\":\"") + type + '"');
     });
+}
+
+} // namespace
+
+Counts countsOfResultsFile(const QString &file, const QByteArray &content)
+{
+    const std::map<QString, Counts (*)(const QByteArray &)> readers{
+        {"results.xml", countsOfXml3},
+        {"results.json", countsOfJson},
+        {"data/results-v1.js", countsOfWebReport}};
+    return readers.at(file)(content);
 }
 
 Counts countsOfWebReport(const QByteArray &content)

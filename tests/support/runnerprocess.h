@@ -22,7 +22,7 @@ struct RunnerOutput
 struct ConsoleLine
 {
     QString type;
-    /// With the place in front of the message.
+    /// With the place before the message.
     QString left;
     QString right;
 };
@@ -38,7 +38,7 @@ public:
     void addTestCase(const QString &name, const QByteArray &script);
     void addFile(const QString &name, const QByteArray &content);
 
-    /// Options with the suite directory behind them.
+    /// Options with the suite directory after them.
     RunnerOutput runSuite(const QStringList &options);
     RunnerOutput run(const QStringList &arguments, const QString &workingDir = {});
 
@@ -46,7 +46,7 @@ public:
     static std::vector<ConsoleLine> report(const RunnerOutput &output);
     /// Lines "TYPE left|right", places and blanks at the end left out.
     static QStringList resultsOf(const RunnerOutput &output);
-    /// The names behind START_TEST_CASE.
+    /// The names after START_TEST_CASE.
     static QStringList startsOf(const RunnerOutput &output);
 
     static QString program();

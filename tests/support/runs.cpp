@@ -221,7 +221,7 @@ Entries sampleRun()
     entries.push_back(frameEntry(TestResult::START_SECTION, "title", "section", "about it"));
     for (const auto type :
          {TestResult::LOG, TestResult::FATAL, TestResult::ERROR, TestResult::WARNING})
-        entries.push_back(plainEntry(type, "told"));
+        entries.push_back(plainEntry(type, "said"));
     for (const auto type : {TestResult::END_SECTION, TestResult::SKIP_SECTION})
         entries.push_back(frameEntry(type, "title", "section", "about it"));
     for (const auto type :

@@ -56,7 +56,7 @@ const std::vector<SampleRun> &allRuns();
 void logRun(const SampleRun &run, Morvex::TestResult &result);
 
 /// What the file of the format @p keyword holds when all that @p log logs has been handled and the
-/// format is gone.
+/// format is deleted.
 QByteArray reportOf(const char *keyword, const std::function<void(Morvex::TestResult &)> &log);
 
 /// The report of a whole run.

@@ -53,7 +53,7 @@ protected:
     VerificationTest();
     ~VerificationTest() override;
 
-    /// @p body stands within the root element.
+    /// @p body is within the root element.
     Morvex::VPResult verify(const QByteArray &rootAttributes, const QByteArray &body);
     /// @p file is the whole document.
     Morvex::VPResult verifyFile(const QByteArray &file);

@@ -44,12 +44,6 @@ QString pathIn(const QTemporaryDir &dir)
     return dir.filePath("report.xml");
 }
 
-using Reader = Counts (*)(const QByteArray &);
-const std::pair<const char *, Reader> directoryFormats[] = {
-    {"xml3", countsOfXml3},    {"xml3.5", countsOfXml3},    {"json", countsOfJson},
-    {"json1.2", countsOfJson}, {"html", countsOfWebReport},
-};
-
 TestReportGenerator *generatorFor(const char *keyword, const QString &path)
 {
     return TestReportGeneratorFactory::create({QString(keyword) + ',' + path},
@@ -57,17 +51,16 @@ TestReportGenerator *generatorFor(const char *keyword, const QString &path)
 }
 
 // The results file in the directory of a report.
-QByteArray filesOf(const QString &keyword, const SampleRun &run)
+QByteArray fileOf(const TestReportGeneratorFactory::Keyword &keyword, const SampleRun &run)
 {
     const QTemporaryDir dir;
     const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
     writeFile(dir.filePath("lib/webreport/index.html"), "page");
     standardErrorOf([&] {
-        TestResult result(generatorFor(qPrintable(keyword), dir.filePath("r")));
+        TestResult result(generatorFor(keyword.name.data(), dir.filePath("r")));
         logRun(run, result);
     });
-    return readFile(dir.filePath("r/results.xml")) + readFile(dir.filePath("r/results.json")) +
-           readFile(dir.filePath("r/data/results-v1.js"));
+    return readFile(dir.filePath("r/") + keyword.file);
 }
 
 } // namespace
@@ -81,14 +74,16 @@ TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
                 EXPECT_EQ(count, expected.at(key)) << key;
         };
         for (const ClassicFormat &format : classicFormats()) {
-            SCOPED_TRACE(std::string(format.keyword) + ": " + run.name);
-            const XmlDocument document(reportOf(format.keyword, run));
+            SCOPED_TRACE(format.keyword + ": " + run.name);
+            const XmlDocument document(reportOf(format.keyword.c_str(), run));
             ASSERT_EQ(document.error(), QString());
             expectCounts(format.read(document));
         }
-        for (const auto &[keyword, read] : directoryFormats) {
-            SCOPED_TRACE(std::string(keyword) + ": " + run.name);
-            expectCounts(read(filesOf(keyword, run)));
+        for (const auto &keyword : TestReportGeneratorFactory::keywords()) {
+            if (keyword.target != TestReportGeneratorFactory::Directory)
+                continue;
+            SCOPED_TRACE(std::string(keyword.name.data()) + ": " + run.name);
+            expectCounts(countsOfResultsFile(keyword.file, fileOf(keyword, run)));
         }
     }
 }
@@ -97,7 +92,7 @@ TEST(ReportFormatsTest, AnAbortedRunLeavesWhatIsKnownAndAnError)
 {
     for (const ClassicFormat &format : classicFormats()) {
         SCOPED_TRACE(format.keyword);
-        const QByteArray content = reportOf(format.keyword, logHalfRun);
+        const QByteArray content = reportOf(format.keyword.c_str(), logHalfRun);
         const XmlDocument document(content);
         ASSERT_EQ(document.error(), QString());
         EXPECT_TRUE(content.contains("the last that is known"));
@@ -110,9 +105,9 @@ TEST(ReportFormatsTest, WithoutSummariesOnlyFormatsThatNeedNoneAreComplete)
     const EnvironmentGuard noSummary("MORVEX_NOREPORTSUMMARY", "1");
     for (const ClassicFormat &format : classicFormats()) {
         SCOPED_TRACE(format.keyword);
-        const QByteArray whole = reportOf(format.keyword, allRuns().back());
+        const QByteArray whole = reportOf(format.keyword.c_str(), allRuns().back());
         EXPECT_EQ(XmlDocument(whole).error().isEmpty(), format.needsNoSummary);
-        const QByteArray half = reportOf(format.keyword, logHalfRun);
+        const QByteArray half = reportOf(format.keyword.c_str(), logHalfRun);
         EXPECT_EQ(XmlDocument(half).error().isEmpty(), format.needsNoSummary);
     }
     for (const char *held : {"xml", "xmljunit", "xls"})

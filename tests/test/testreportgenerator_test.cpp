@@ -175,7 +175,7 @@ protected:
     }
 };
 
-// Takes everything, and confirms only when told to.
+// Takes everything, and confirms only when asked to.
 class SlowDevice : public QIODevice
 {
 public:

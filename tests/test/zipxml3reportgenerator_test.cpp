@@ -20,7 +20,7 @@ QByteArray unzip(const QStringList &arguments, int *exitCode = nullptr)
     return process.readAllStandardOutput();
 }
 
-// Links of attachments lead out of the result directory and would tell its name.
+// Links of attachments lead out of the result directory and would show its name.
 std::vector<TestResult::Entry> entriesBelow(const QString &resultDir)
 {
     std::vector<TestResult::Entry> entries = sampleRun();

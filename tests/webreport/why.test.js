@@ -21,7 +21,7 @@ test('What came before a failure is found across sections, warnings included', (
     assert.deepEqual(names(why.before(shown, failure)), ['Slow start', 'a', 'b', 'c', 'd', 'e']);
 });
 
-test('Times count where whole seconds can tell them', () => {
+test('Times count where whole seconds can measure them', () => {
     const night = (day, seconds) =>
         new RunBuilder('suite', `2026-01-0${day}T00:00:00Z`)
             .testCase('tst', (one) => one.wait(seconds))

@@ -18,7 +18,7 @@ public:
         Received,
         /// Also when a signal came.
         TimedOut,
-        /// The other end has gone.
+        /// The other end has closed the connection.
         Closed,
         /// What came is no message, or one that is too large. Nothing more can be read.
         Broken,

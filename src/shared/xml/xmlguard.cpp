@@ -57,12 +57,21 @@ class Shape : public XmlContentHandler
 {
 public:
     explicit Shape(const std::string &xml)
-        : m_isWellFormed(parseXmlContent(asMarkup(xml), *this).text.isEmpty())
+        : m_error(parseXmlContent(asMarkup(xml), *this))
     {
     }
 
     /// False when parsers may differ in what they make of the text.
-    bool isCertain() const { return m_isWellFormed && !m_hidesMarkup; }
+    bool isCertain() const { return m_error.text.isEmpty() && !m_hidesMarkup; }
+    /// Why it is not.
+    QString uncertainty() const
+    {
+        return m_error.text.isEmpty() ? QStringLiteral("a declaration holds \"<\" or \">\"")
+                                      : QStringLiteral("line %1, column %2: %3")
+                                            .arg(QString::number(m_error.line),
+                                                 QString::number(m_error.column), m_error.text);
+    }
+    bool isTooDeep() const { return m_error.text == xmlNestedTooDeep(); }
     int deepest() const { return m_deepest; }
     int mostAttributes() const { return m_mostAttributes; }
 
@@ -99,16 +108,36 @@ private:
     int m_deepest = 0;
     int m_mostAttributes = 0;
     bool m_hidesMarkup = false;
-    bool m_isWellFormed;
+    XmlError m_error;
 };
 
+// Large documents are read only when it is sure what the parser makes of them.
+QString uncertain(const Shape &shape)
+{
+    return QStringLiteral("The document is large and not well-formed: %1.")
+        .arg(shape.uncertainty());
+}
+
+QString depthError(const std::string &xml)
+{
+    // Most documents have not even as many tags.
+    if (!hasMoreStartTagsThan(xml, maxXmlDepth))
+        return {};
+    const Shape shape(xml);
+    if (shape.isTooDeep())
+        return xmlNestedTooDeep();
+    return shape.isCertain() ? QString() : uncertain(shape);
+}
+
 // The parser looks through all attributes of an element for each one.
-bool hasTooManyAttributes(const std::string &xml)
+QString attributesError(const std::string &xml)
 {
     if (std::count(xml.begin(), xml.end(), '=') <= maxAttributes)
-        return false;
+        return {};
     const Shape shape(xml);
-    return !shape.isCertain() || shape.mostAttributes() > maxAttributes;
+    if (shape.mostAttributes() > maxAttributes)
+        return QStringLiteral("An element has more than %1 attributes.").arg(maxAttributes);
+    return shape.isCertain() ? QString() : uncertain(shape);
 }
 
 // The parser takes the length of a character from its first byte, and so steps over the end.
@@ -128,13 +157,12 @@ QString refusal(const std::string &xml)
 {
     if (xml.find('\0') != std::string::npos)
         return QStringLiteral("The document holds a zero byte.");
-    if (xmlNestsDeeperThan(xml, maxXmlDepth))
-        return QStringLiteral("The elements are nested deeper than %1 levels.").arg(maxXmlDepth);
+    const QString error = depthError(xml);
+    if (!error.isEmpty())
+        return error;
     if (endsWithinCharacter(xml))
         return QStringLiteral("The document ends within a character.");
-    if (hasTooManyAttributes(xml))
-        return QStringLiteral("An element has more than %1 attributes.").arg(maxAttributes);
-    return {};
+    return attributesError(xml);
 }
 
 QString errorText(const TiXmlDocument &document)

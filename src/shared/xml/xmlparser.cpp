@@ -66,8 +66,7 @@ void checkAttributes(Parsing &parsing)
 void startElement(void *data, const XML_Char *name, const XML_Char **attributes)
 {
     if (++parsing(data).depth > maxXmlDepth)
-        parsing(data).refuse(
-            QStringLiteral("The elements are nested deeper than %1 levels.").arg(maxXmlDepth));
+        parsing(data).refuse(xmlNestedTooDeep());
     else if (parsing(data).hasDocumentType)
         checkAttributes(parsing(data));
     if (parsing(data).refusal.isEmpty())
@@ -142,6 +141,11 @@ void XmlContentHandler::endCData() {}
 void XmlContentHandler::comment(const char *) {}
 
 void XmlContentHandler::processingInstruction(const char *, const char *) {}
+
+QString xmlNestedTooDeep()
+{
+    return QStringLiteral("The elements are nested deeper than %1 levels.").arg(maxXmlDepth);
+}
 
 XmlError parseXmlContent(const std::string &utf8, XmlContentHandler &handler)
 {

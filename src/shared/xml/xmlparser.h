@@ -13,6 +13,9 @@ namespace Morvex {
 /// each level, and a file of nothing but start tags would overrun their stack.
 const int maxXmlDepth = 500;
 
+/// The error text for elements that are nested deeper.
+MORVEX_EXPORT QString xmlNestedTooDeep();
+
 /// Gets the content of a document in its order. Texts are UTF-8.
 class MORVEX_EXPORT XmlContentHandler
 {

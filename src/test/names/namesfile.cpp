@@ -1,5 +1,7 @@
 #include "test/names/namesfile.h"
 
+#include "shared/realpath.h"
+#include "shared/regularfile.h"
 #include "shared/settings.h"
 #include "shared/writefile.h"
 
@@ -18,7 +20,7 @@ namespace {
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return openRegularFile(&file).isEmpty() ? file.readAll() : QByteArray();
 }
 
 // Waits until what was written can survive a loss of power. What is no file on a disk has no such
@@ -40,9 +42,8 @@ QStringList globalScriptDirs()
     const UserSettings settings(UserSettings::Paths);
     for (const QString &dir :
          settings.readListEntry(Settings::defaultGroup(), QStringLiteral("GlobalScriptDirs"), {})) {
-        const QString path = QDir::cleanPath(dir);
-        if (!path.isEmpty() && QFileInfo(path).isDir())
-            dirs += path;
+        if (!dir.isEmpty() && QFileInfo(dir).isDir())
+            dirs += cleanedPath(dir);
     }
     return dirs;
 }
@@ -85,8 +86,9 @@ QString writeNamesFile(const QString &path, const QByteArray &code)
 {
     QFile current(path);
     // What can't be read would be taken for nothing, and replaced.
-    if (current.exists() && !current.open(QIODevice::ReadOnly))
-        return QStringLiteral("%1: %2").arg(path, current.errorString());
+    const QString unreadable = current.exists() ? openRegularFile(&current) : QString();
+    if (!unreadable.isEmpty())
+        return QStringLiteral("%1: %2").arg(path, unreadable);
     const FileWriteResult written = writeFileSafely(path, code);
     if (written.outcome != FileWriteResult::Written)
         return QStringLiteral("%1: %2").arg(path, written.error);

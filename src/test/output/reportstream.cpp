@@ -31,7 +31,7 @@ ReportStream::~ReportStream()
 ReportStream::Buffer::Buffer(const QString &fileName, TargetContent content, Buffering buffering)
     : m_capacity(buffering == Buffered ? bufferSize : 0)
 {
-    m_error = openReportTarget(fileName, content, &m_file);
+    m_error = openReportTarget(fileName, content, &m_file, &m_isTaken);
     m_pending.reserve(m_capacity);
 }
 

@@ -32,6 +32,8 @@ public:
     ~ReportStream() override;
 
     bool isOpen() const { return m_buffer.isOpen(); }
+    /// Says that another report has the file, if that is why it is not open; empty otherwise.
+    QString takenError() const { return m_buffer.takenError(); }
 
 private:
     class Buffer : public std::streambuf
@@ -40,6 +42,7 @@ private:
         Buffer(const QString &fileName, TargetContent content, Buffering buffering);
 
         bool isOpen() const { return m_error.isEmpty(); }
+        QString takenError() const { return m_isTaken ? m_error : QString(); }
 
     protected:
         std::streamsize xsputn(const char *data, std::streamsize size) override;
@@ -53,6 +56,7 @@ private:
 
         QFile m_file;
         QString m_error;
+        bool m_isTaken = false;
         std::string m_pending;
         std::size_t m_capacity;
         bool m_isBroken = false;

@@ -6,13 +6,30 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 namespace Morvex {
 namespace {
 
 enum class Outcome { Opened, Failed, Taken };
+
+using FileId = std::pair<dev_t, ino_t>;
+
+FileId idOf(const struct stat &status)
+{
+    return {status.st_dev, status.st_ino};
+}
+
+// All files that this process has taken by name so far.
+std::set<FileId> &namedTargets()
+{
+    static std::set<FileId> targets;
+    return targets;
+}
 
 // None of these modes drops the content of a regular file. A device has no end to write at.
 QIODevice::OpenMode openMode(const QString &fileName, TargetContent content)
@@ -45,6 +62,7 @@ Outcome openTarget(const QString &fileName, TargetContent content, bool mustBeEm
         file->close();
         return Outcome::Taken;
     }
+    namedTargets().insert(idOf(status));
     if (content == TargetContent::Kept)
         return Outcome::Opened;
     ::fcntl(file->handle(), F_SETFL, 0);
@@ -58,6 +76,12 @@ bool hasContent(const QString &fileName)
     return info.exists() && info.size() > 0;
 }
 
+QString takenError()
+{
+    return QStringLiteral("another report is being written to it; wait for the end of that run or "
+                          "give another name");
+}
+
 QString errorOf(Outcome outcome, const QFile &file)
 {
     switch (outcome) {
@@ -66,17 +90,52 @@ QString errorOf(Outcome outcome, const QFile &file)
     case Outcome::Failed:
         return file.errorString();
     case Outcome::Taken:
-        return QStringLiteral("another report is being written to it; wait for the end of that run "
-                              "or give another name");
+        return takenError();
     }
     return {};
 }
 
 } // namespace
 
-QString openReportTarget(const QString &fileName, TargetContent content, QFile *file)
+std::FILE *standardStream(const QString &path)
 {
-    return errorOf(openTarget(fileName, content, false, file), *file);
+    if (path.isEmpty() || path == QLatin1String("/dev/stdout"))
+        return stdout;
+    return path == QLatin1String("/dev/stderr") ? stderr : nullptr;
+}
+
+QString takeStandardStream(std::FILE *stream)
+{
+    static std::set<FileId> taken;
+    const int given = ::fileno(stream);
+    struct stat status = {};
+    if (::fstat(given, &status) != 0 || !S_ISREG(status.st_mode) || taken.count(idOf(status)) > 0)
+        return {};
+    // Opened once more: the caller may have a lock of its own on what it has handed over.
+    const QByteArray path = "/proc/self/fd/" + QByteArray::number(given);
+    const int descriptor = ::open(path.constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return {};
+    // Shared, since several runs can append to one log.
+    if (::flock(descriptor, LOCK_SH | LOCK_NB) == 0) {
+        taken.insert(idOf(status));
+        return {};
+    }
+    const bool isNamed = errno == EWOULDBLOCK && namedTargets().count(idOf(status)) > 0;
+    ::close(descriptor);
+    if (!isNamed)
+        return {};
+    return QStringLiteral("Could not write to %1: %2")
+        .arg(stream == stdout ? QLatin1String("standard output") : QLatin1String("standard error"),
+             takenError());
+}
+
+QString openReportTarget(const QString &fileName, TargetContent content, QFile *file, bool *isTaken)
+{
+    const Outcome outcome = openTarget(fileName, content, false, file);
+    if (isTaken)
+        *isTaken = outcome == Outcome::Taken;
+    return errorOf(outcome, *file);
 }
 
 QString openFreeReportTarget(const QString &fileName, QFile *file)

@@ -50,6 +50,14 @@ const CounterRow &counterRow(CounterRow::Member member)
                          [member](const CounterRow &row) { return row.member == member; });
 }
 
+const std::array<CounterRow::Member, 7> &flatCounters()
+{
+    static const std::array<CounterRow::Member, 7> members{
+        {&Counters::passes, &Counters::fails, &Counters::xfails, &Counters::xpasses,
+         &Counters::errors, &Counters::fatals, &Counters::warnings}};
+    return members;
+}
+
 void countResult(Counters &counters, TestResult::ResultType type)
 {
     for (const CounterRow &row : counterTable()) {

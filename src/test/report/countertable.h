@@ -34,6 +34,9 @@ struct CounterRow
 MORVEX_EXPORT const std::array<CounterRow, 9> &counterTable();
 MORVEX_EXPORT const CounterRow &counterRow(CounterRow::Member member);
 
+/// What the flat formats count in each test case, in their order.
+MORVEX_EXPORT const std::array<CounterRow::Member, 7> &flatCounters();
+
 MORVEX_EXPORT void countResult(TestReportGenerator::Counters &counters,
                                TestResult::ResultType type);
 

@@ -1,10 +1,19 @@
 #include "test/report/openreport.h"
 
+#include "shared/realpath.h"
 #include "shared/trace.h"
 
 #include <QDir>
 
 namespace Morvex {
+namespace {
+
+QString reason(const QString &error)
+{
+    return error.isEmpty() ? QString() : QLatin1String(": ") + error;
+}
+
+} // namespace
 
 QString resultDirectoryError(QLatin1String format, const QString &path, const QString &resultDir)
 {
@@ -21,7 +30,7 @@ StreamResult openInDirectory(QLatin1String format, const QString &path, const QS
     const QString error = resultDirectoryError(format, path, *resultDir);
     if (!error.isEmpty())
         return {nullptr, error};
-    const QDir dir(QDir::current().absoluteFilePath(path));
+    const QDir dir(cleanedPath(path));
     if (!dir.mkpath(QStringLiteral(".")))
         return {nullptr, QStringLiteral("Could not create directory '%1'").arg(dir.path())};
     auto lock = std::make_unique<FileLock>(dir.path());
@@ -40,7 +49,8 @@ StreamResult openStream(const QString &fileName, TargetContent content,
 {
     auto stream = std::make_unique<ReportStream>(fileName, content, buffering, std::move(lock));
     if (!stream->isOpen())
-        return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName)};
+        return {nullptr, QStringLiteral("Could not open '%1' for writing").arg(fileName) +
+                             reason(stream->takenError())};
     return {std::move(stream), QString()};
 }
 

@@ -5,7 +5,7 @@
 
 namespace Morvex {
 
-/// How often the test case or scenario that is running may be retried, as far as its entries tell:
+/// How often the test case or scenario that is running may be retried, as far as its entries show:
 /// the first attempt knows how many remain, the last one that none does.
 class MORVEX_EXPORT RetryLimit
 {

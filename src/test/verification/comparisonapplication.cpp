@@ -61,13 +61,15 @@ ApplicationComparison run(const QString &program, const QStringList &arguments)
     if (process.state() != QProcess::NotRunning && !process.waitForFinished(-1))
         return notRun(QStringLiteral("Waiting for comparison application '%1' failed: %2")
                           .arg(program, process.errorString()));
-    if (process.exitStatus() == QProcess::CrashExit) {
-        // What ended it may be a request to all of this process's group to end. Whoever watches for
-        // that has to hear of it first: this is not the fault of the application.
+    const bool hasCrashed = process.exitStatus() == QProcess::CrashExit;
+    // What ended it, by a signal or its handler, may be a request to all of this process's group to
+    // end. Whoever watches for that has to hear of it first: this is not the fault of the
+    // application.
+    if (hasCrashed || process.exitCode() != 0)
         QCoreApplication::processEvents();
+    if (hasCrashed)
         return notRun(QStringLiteral("The comparator process %1 has crashed: %2")
                           .arg(program, process.errorString()));
-    }
     QString details = textOf(process.readAllStandardOutput());
     if (details.isEmpty())
         details = textOf(process.readAllStandardError());

@@ -3,13 +3,15 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
+#include "shared/realpath.h"
 #include "shared/richimage.h"
 #include "shared/uiabstraction/loadimage.h"
+#include "shared/writefile.h"
 #include "test/runnerinterface.h"
 #include "test/verification/displaypicture.h"
 
+#include <QBuffer>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 namespace Morvex {
@@ -30,12 +32,17 @@ QImage imageOf(const QVariant &value)
                : value.value<QImage>();
 }
 
+QString testCaseDir(RunnerInterface *runner)
+{
+    return cleanedPath(QFileInfo(runner->currentTestCase()).path());
+}
+
 } // namespace
 
 QString testCaseResultDir(RunnerInterface *runner)
 {
     const QChar separator = QDir::separator();
-    const QFileInfo testCase(QFileInfo(runner->currentTestCase()).absolutePath());
+    const QFileInfo testCase(testCaseDir(runner));
     const QFileInfo suite(testCase.path());
     return runner->resultDirectory() + separator + suite.fileName() + separator +
            testCase.fileName() + separator;
@@ -43,10 +50,9 @@ QString testCaseResultDir(RunnerInterface *runner)
 
 QString failedOutputDir(RunnerInterface *runner, const QString &subDir)
 {
-    const QString dir =
-        runner->resultDirectory().isEmpty()
-            ? QFileInfo(runner->currentTestCase()).absolutePath() + QDir::separator()
-            : testCaseResultDir(runner);
+    const QString dir = runner->resultDirectory().isEmpty()
+                            ? testCaseDir(runner) + QDir::separator()
+                            : testCaseResultDir(runner);
     return dir + subDir + QDir::separator();
 }
 
@@ -81,9 +87,10 @@ QString numberedFile(const QString &dir, const QString &stem, const QString &ext
 
 bool saveImage(const QImage &image, const QString &path, const char *format)
 {
-    QFile file(path);
-    // The image writer does not see what the file still holds back.
-    return file.open(QIODevice::WriteOnly) && image.save(&file, format) && file.flush();
+    const QByteArray suffix = QFileInfo(path).suffix().toLatin1();
+    QBuffer buffer;
+    return image.save(&buffer, format && *format ? format : suffix.constData()) &&
+           writeFileSafely(path, buffer.data()).outcome == FileWriteResult::Written;
 }
 
 QImage desktopScreenshot()
@@ -135,7 +142,7 @@ QString failedImageDir(const QString &vpName, const QFileInfo &vpFile, RunnerInt
 {
     const QLatin1String subDir("failedImages");
     if (runner->resultDirectory().isEmpty())
-        return vpFile.absolutePath() + QDir::separator() + subDir + QDir::separator();
+        return cleanedPath(vpFile.path()) + QDir::separator() + subDir + QDir::separator();
     const QString name = QDir::isAbsolutePath(vpName) ? QFileInfo(vpName).fileName() : vpName;
     return testCaseResultDir(runner) + name + QDir::separator() + subDir + QDir::separator();
 }

@@ -1,5 +1,6 @@
 #include "test/webreport/webreportmerge.h"
 
+#include "shared/realpath.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportdirectory.h"
 #include "test/webreport/webreportrepair.h"
@@ -77,8 +78,7 @@ private:
         if (isOutside(clean, file)) {
             *warnings += QStringLiteral("'%1' is outside of the report '%2', kept as a link")
                              .arg(file.absoluteFilePath(), m_report.path());
-            return QUrl::fromLocalFile(QDir::cleanPath(file.absoluteFilePath()))
-                .toEncoded(QUrl::FullyEncoded);
+            return QUrl::fromLocalFile(cleanedPath(file.filePath())).toEncoded(QUrl::FullyEncoded);
         }
         const QString directory = directoryFor(QFileInfo(clean).path(), target);
         copyWithFilesBeside(clean, directory, target);
@@ -232,7 +232,7 @@ QString reportAround(const QFileInfo &directory, const QSet<QString> &reports)
 WebReportMerge mergeWebReports(const QString &target, const QStringList &reports, bool joinRuns)
 {
     WebReportMerge merge;
-    const QFileInfo directory(QDir::cleanPath(QDir::current().absoluteFilePath(target)));
+    const QFileInfo directory(cleanedPath(target));
     QSet<QString> known;
     for (const QString &report : reports) {
         const QString path = QFileInfo(report).canonicalFilePath();

@@ -1,7 +1,9 @@
 #include "test/webreport/webreportrepair.h"
 
 #include "shared/filelock.h"
+#include "shared/realpath.h"
 #include "shared/trace.h"
+#include "shared/writefile.h"
 #include "test/openreportfile.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportscanner.h"
@@ -9,11 +11,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Morvex {
@@ -198,9 +198,9 @@ void forEachPiece(const char *data, qint64 size, const std::vector<WebReportEdit
     piece(data + position, size - position);
 }
 
-QString writeError(const QFileDevice &file)
+QString writeError(const QString &fileName, const QString &reason)
 {
-    return QStringLiteral("Could not write '%1': %2").arg(file.fileName(), file.errorString());
+    return QStringLiteral("Could not write '%1': %2").arg(fileName, reason);
 }
 
 // Needs no room for a second copy, and the file stays its owner's. Takes away only what must change
@@ -215,15 +215,7 @@ QString replaceTail(const QString &fileName, const char *data, const WebReportEd
     const bool isWritten = file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) &&
                            file.resize(edit.begin + kept) && file.seek(edit.begin + kept) &&
                            writeWhole(&file, edit.text.constData() + kept, edit.text.size() - kept);
-    return isWritten ? QString() : writeError(file);
-}
-
-void keepOwner(const QString &fileName, const QSaveFile &file)
-{
-    struct stat status = {};
-    if (::stat(QFile::encodeName(fileName).constData(), &status) == 0 &&
-        ::fchown(file.handle(), status.st_uid, status.st_gid) != 0)
-        qCDebug(traceReportGen) << "The repaired file has another owner";
+    return isWritten ? QString() : writeError(fileName, file.errorString());
 }
 
 WebReportRepair failedRepair(const QString &error)
@@ -283,8 +275,7 @@ WebReportRepair repairWebReport(const QString &directory)
 
 WebReportRepair lockAndRepairWebReport(const QString &directory, std::unique_ptr<FileLock> *lock)
 {
-    const QDir dataDir(
-        QDir(QDir::current().absoluteFilePath(directory)).filePath(webReportDataDir));
+    const QDir dataDir(QDir(cleanedPath(directory)).filePath(webReportDataDir));
     const QString fileName = dataDir.filePath(webReportDataFile);
     // What is no report is left alone.
     if (QFileInfo::exists(fileName)) {
@@ -302,14 +293,13 @@ QString replaceWebReportData(const QString &fileName, const char *data, qint64 s
 {
     if (edits.size() == 1 && edits.front().end == size)
         return replaceTail(fileName, data, edits.front());
-    QSaveFile file(fileName);
-    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    forEachPiece(data, size, edits, [&](const char *piece, qint64 length) {
-        isWritten = isWritten && writeWhole(&file, piece, length);
+    std::vector<std::string_view> pieces;
+    forEachPiece(data, size, edits, [&pieces](const char *piece, qint64 length) {
+        pieces.emplace_back(piece, static_cast<std::size_t>(length));
     });
-    if (isWritten)
-        keepOwner(fileName, file);
-    return isWritten && file.commit() ? QString() : writeError(file);
+    const FileWriteResult result = writeFileSafely(fileName, pieces);
+    return result.outcome == FileWriteResult::Written ? QString()
+                                                      : writeError(fileName, result.error);
 }
 
 WebReportEdits webReportEdits(const char *data, qint64 size)

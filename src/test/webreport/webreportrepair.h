@@ -59,7 +59,8 @@ struct WebReportEdits
 MORVEX_EXPORT WebReportEdits webReportEdits(const char *data, qint64 size);
 
 /// Makes the edits in a file whose content is at @p data. An error text, empty on success; the file
-/// is as it was then, unless just its end was to be edited. A kill leaves it as it was or edited.
+/// is as it was then, unless just its end was to be edited. A kill leaves it as it was or edited,
+/// where it can be replaced as writeFileSafely() says.
 [[nodiscard]] MORVEX_EXPORT QString replaceWebReportData(const QString &fileName, const char *data,
                                                          qint64 size,
                                                          const std::vector<WebReportEdit> &edits);

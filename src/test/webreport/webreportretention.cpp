@@ -1,6 +1,7 @@
 #include "test/webreport/webreportretention.h"
 
 #include "shared/filelock.h"
+#include "shared/realpath.h"
 #include "shared/writefile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/webreport/webreportdata.h"
@@ -167,7 +168,7 @@ WebReportRetention removeOldRuns(const QString &directory, unsigned int keptRuns
                                  const QString &suiteDirectory)
 {
     const QString suiteUri = QString::fromStdString(relativeURI(suiteDirectory, {}, {}));
-    const QString path = QDir::cleanPath(QDir::current().absoluteFilePath(directory));
+    const QString path = cleanedPath(directory);
     std::unique_ptr<FileLock> lock;
     const WebReportRepair repair = lockAndRepairWebReport(path, &lock);
     if (!repair.error.isEmpty())

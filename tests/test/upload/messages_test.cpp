@@ -43,7 +43,7 @@ TestResult::Entry startOfSuite()
     return entry;
 }
 
-// What a server gets of entries of a suite in "/suite", from the message behind its start up to the
+// What a server gets of entries of a suite in "/suite", from the message after its start up to the
 // end of the upload.
 std::vector<QJsonArray> uploaded(const std::vector<TestResult::Entry> &entries)
 {

@@ -292,7 +292,7 @@ TEST_F(UploadVideoTest, TwoCapturesOfOneFileAreTwoFilesAndEachByteIsConfirmed)
     }
 }
 
-// Neither a device that is gone nor a line that is dead keeps a writer waiting.
+// Neither a deleted device nor a dead line keeps a writer waiting.
 TEST_F(UploadVideoTest, WhateverEndsTheWriterGetsItsBytes)
 {
     record()->write("gone at once");
