@@ -37,7 +37,7 @@ void removeEntry(int parent, const char *name, dev_t device, int depth)
         ::unlinkat(parent, name, 0);
         return;
     }
-    ::fchmodat(parent, name, S_IRWXU, 0);
+    [[maybe_unused]] const int changed = ::fchmodat(parent, name, S_IRWXU, 0);
     const int directory =
         depth < maxDepth ? ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)
                          : -1;

@@ -180,7 +180,7 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
                 processes[0] = static_cast<pid_t>(application->processId());
                 processes[1] = parentOf(processes[0]);
             }
-            ::write(ends[1], processes, sizeof processes);
+            [[maybe_unused]] const ssize_t written = ::write(ends[1], processes, sizeof processes);
             if (isWatcher)
                 ::kill(processes[1], SIGKILL);
             while (!isWatcher)
