@@ -131,6 +131,7 @@ TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
     auto application = start({MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
     EXPECT_EQ(temporaryDirectories().size(), 1);
+    EXPECT_EQ(application->inspector()->findNamespace("None"), nullptr);
     EXPECT_EQ(click(application.get(), "leave"), QString());
     const SharedPtr<Object> window = application->inspector()->findObject("awkward", &error);
     ASSERT_TRUE(window);
