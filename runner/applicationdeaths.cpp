@@ -1,6 +1,5 @@
 #include "runner/applicationdeaths.h"
 
-#include "runner/applications.h"
 #include "runner/scriptengine.h"
 #include "shared/clock.h"
 #include "test/runnerinterface.h"
@@ -58,16 +57,43 @@ void ApplicationDeaths::reportHanging(const QString &stack)
                         where + picture(TestResult::LOG), m_engine->currentStack(), QString(), -1);
 }
 
+void ApplicationDeaths::addCaught(const Applications::Death &death)
+{
+    m_applications->settleDeath(death.context);
+    m_result->addResult(currentLocalTime(), TestResult::WARNING, capitalised(death.text),
+                        QStringLiteral("The script has caught this and goes on.") +
+                            picture(TestResult::WARNING),
+                        m_engine->currentStack(), QString(), -1);
+}
+
+void ApplicationDeaths::addUnmet(const Applications::Death &death,
+                                 const std::vector<LineInfo> &stack)
+{
+    m_applications->settleDeath(death.context);
+    m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
+                        QStringLiteral("No call of the script has met this.") +
+                            picture(TestResult::FATAL),
+                        stack, QString(), -1);
+}
+
 void ApplicationDeaths::reportCaught()
 {
     for (const Applications::Death &death : m_applications->deaths()) {
-        if (!death.isMet)
+        if (death.isMet)
+            addCaught(death);
+    }
+}
+
+void ApplicationDeaths::reportBeforeStop(int context)
+{
+    const RemoteApplication *stopped = m_applications->applicationOf(context);
+    for (const Applications::Death &death : m_applications->deaths()) {
+        if (m_applications->applicationOf(death.context) != stopped)
             continue;
-        m_applications->settleDeath(death.context);
-        m_result->addResult(currentLocalTime(), TestResult::WARNING, capitalised(death.text),
-                            QStringLiteral("The script has caught this and goes on.") +
-                                picture(TestResult::WARNING),
-                            m_engine->currentStack(), QString(), -1);
+        if (death.isMet)
+            addCaught(death);
+        else
+            addUnmet(death, m_engine->currentStack());
     }
 }
 
@@ -88,13 +114,8 @@ bool ApplicationDeaths::reportThrown(const QString &thrown, const QString &detai
 void ApplicationDeaths::reportRest(const QString &path)
 {
     reportCaught();
-    for (const Applications::Death &death : m_applications->deaths()) {
-        m_applications->settleDeath(death.context);
-        m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                            QStringLiteral("No call of the script has met this.") +
-                                picture(TestResult::FATAL),
-                            {LineInfo(path, 0)}, QString(), -1);
-    }
+    for (const Applications::Death &death : m_applications->deaths())
+        addUnmet(death, {LineInfo(path, 0)});
 }
 
 } // namespace Morvex

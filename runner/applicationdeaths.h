@@ -1,5 +1,6 @@
 #pragma once
 
+#include "runner/applications.h"
 #include "test/testresult.h"
 
 #include <QString>
@@ -8,7 +9,6 @@
 
 namespace Morvex {
 
-class Applications;
 class RunnerInterface;
 class ScriptEngine;
 
@@ -33,11 +33,16 @@ public:
     bool reportThrown(const QString &thrown, const QString &details,
                       const std::vector<LineInfo> &stack);
 
+    /// Logs those in the application of a context, which is about to be stopped by the script.
+    void reportBeforeStop(int context);
+
     /// Logs all that are left, at the end of the script @p path.
     void reportRest(const QString &path);
 
 private:
     void reportHanging(const QString &stack);
+    void addCaught(const Applications::Death &death);
+    void addUnmet(const Applications::Death &death, const std::vector<LineInfo> &stack);
     QString picture(TestResult::ResultType type);
 
     Applications *m_applications;

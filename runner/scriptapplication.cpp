@@ -47,13 +47,26 @@ QString ScriptApplication::start(const QStringList &command)
 
 void ScriptApplication::stop(int context)
 {
-    use(context, m_beforeStop);
+    if (m_beforeStop)
+        use(context, [this, context] { m_beforeStop(context); });
     m_applications->stop(context);
 }
 
 bool ScriptApplication::wasStarted() const
 {
     return m_applications->wasStarted();
+}
+
+bool ScriptApplication::isEndMet() const
+{
+    const auto context = m_applications->context(m_applications->current());
+    return context && context->isEndMet();
+}
+
+QString ScriptApplication::end() const
+{
+    const auto context = m_applications->context(m_applications->current());
+    return context ? context->end() : QString();
 }
 
 void ScriptApplication::forEachContext(const std::function<void()> &function)

@@ -33,15 +33,19 @@ public:
     /// @p callback is called before the script starts an application.
     void setBeforeStart(const std::function<void()> &callback) { m_beforeStart = callback; }
 
-    /// @p callback is called before an application, which is the current one then, is stopped by
-    /// the script: it takes with it what it knows of its use.
-    void setBeforeStop(const std::function<void()> &callback) { m_beforeStop = callback; }
+    /// @p callback is called with its context before an application, which is the current one
+    /// then, is stopped by the script: it takes with it what it knows of its use and its end.
+    void setBeforeStop(const std::function<void(int)> &callback) { m_beforeStop = callback; }
 
     /// With each context, also one that has ended by itself, as the current one.
     void forEachContext(const std::function<void()> &function);
 
     /// Whether the script has started one, which may have ended.
     bool wasStarted() const;
+
+    /// Whether a call has failed because the current one has ended, and how it has.
+    bool isEndMet() const;
+    QString end() const;
 
     /// Waits for an object up to a time in milliseconds. Null when there is not exactly one; the
     /// error, which may be null, then says why.
@@ -71,7 +75,7 @@ private:
     // Empty when it was read or none was named.
     QString m_missingObjectMap;
     std::function<void()> m_beforeStart;
-    std::function<void()> m_beforeStop;
+    std::function<void(int)> m_beforeStop;
 };
 
 } // namespace Morvex

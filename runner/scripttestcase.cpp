@@ -95,7 +95,10 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
         attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
     };
     application.setBeforeStart([&deaths] { deaths.reportCaught(); });
-    application.setBeforeStop(keepUsage);
+    application.setBeforeStop([&](int context) {
+        deaths.reportBeforeStop(context);
+        keepUsage();
+    });
     m_deaths = &deaths;
     FailureScreenshots screenshots(runner, [&application] { return application.wasStarted(); });
     m_screenshots = &screenshots;
@@ -120,8 +123,8 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     if (hasPassed(suite.setUp(), title + QLatin1String(" in setUp"), suite.path()))
         hasPassed(engine.run(program, path), title, path);
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
-    application.forEachContext(keepUsage);
     deaths.reportRest(path);
+    application.forEachContext(keepUsage);
 }
 
 // Logs what was thrown, after what promises had left to do.

@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QJSEngine>
 
 namespace Morvex {
 namespace {
@@ -82,7 +83,10 @@ bool ScriptVerification::verify(const QString &name, const QVariantMap &options,
                                 int row)
 {
     const int failuresBefore = m_result->failureCount();
+    const bool wasEndMet = m_application->isEndMet();
     const bool hasPassed = compare(name, options, table, row);
+    if (!wasEndMet && m_application->isEndMet())
+        qjsEngine(this)->throwError(m_application->end());
     if (m_result->failureCount() > failuresBefore)
         pauseAfter(TestResult::FAIL);
     return hasPassed;

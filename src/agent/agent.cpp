@@ -16,8 +16,12 @@ Agent::~Agent()
     if (!m_connection.isForked()) {
         Message bye;
         bye.type = Message::Bye;
-        bye.values = m_receiver.lastWords();
+        // First without the usage, so that a runner that reads too little of it in time knows
+        // that this is an orderly end.
         m_connection.send(bye);
+        bye.values = m_receiver.lastWords();
+        if (!bye.values.isEmpty())
+            m_connection.send(bye);
     }
     setEventLoopHeld(false);
 }

@@ -193,7 +193,8 @@ bool RemoteContext::isFrozen(int timeout)
 
 bool RemoteContext::isEndOrderly() const
 {
-    return m_inspector && m_inspector->session().hasSaidBye();
+    return m_inspector && m_inspector->session().hasSaidBye() &&
+           !m_surroundings.endOf(m_processId).startsWith(QLatin1String("crashed"));
 }
 
 bool RemoteContext::isEndMet() const

@@ -67,7 +67,8 @@ public:
     /// How it has ended: "the application has crashed by signal 11 (Segmentation fault)". Empty
     /// while it runs.
     QString end();
-    /// Whether it has ended as an application should, by leaving its event loop.
+    /// Whether it has ended as an application should, by leaving its event loop and without a crash
+    /// after that.
     bool isEndOrderly() const;
     /// Whether a call has failed because of the end.
     bool isEndMet() const;
