@@ -7,8 +7,9 @@ const int shownBytesOfSum = 8;
 
 } // namespace
 
-LongList::LongList(int shownLines)
+LongList::LongList(int shownLines, int summedLines)
     : m_shownLines(qMax(1, shownLines))
+    , m_summedLines(summedLines)
 {
 }
 

@@ -1,5 +1,6 @@
 #include "qtbackend/objectindex.h"
 
+#include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"
 
 namespace Morvex {
@@ -41,8 +42,21 @@ ObjectIndex::ObjectIndex(QtModel &model)
     for (QObject *object : model.allObjects()) {
         m_byType[QString()].emplace_back(object);
         for (auto *type = object->metaObject(); type; type = type->superClass())
-            m_byType[QString::fromLatin1(type->className())].emplace_back(object);
+            addType(type, object);
     }
+}
+
+void ObjectIndex::addType(const QMetaObject *type, QObject *object)
+{
+    const QString className = QString::fromLatin1(type->className());
+    m_byType[className].emplace_back(object);
+    const QString typeName = typeNameOf(type);
+    if (typeName == className)
+        return;
+    // A component that derives from another one of the same name has it once.
+    Objects &objects = m_byType[typeName];
+    if (objects.empty() || objects.back() != object)
+        objects.emplace_back(object);
 }
 
 std::vector<QObject *> ObjectIndex::candidates(const NameConditions &conditions)

@@ -29,6 +29,8 @@ private:
 
     const ObjectsByText &objectsByText(const QString &type, const NameCondition &condition);
 
+    void addType(const QMetaObject *type, QObject *object);
+
     QtModel &m_model;
     // By all classes that they are of; the empty class has all of them.
     QHash<QString, Objects> m_byType;

@@ -14,6 +14,8 @@ namespace {
 
 // Tables may be of any size, and reports are read by people.
 const int maxCells = 10000;
+// Each one is a call of the application, whose main thread waits meanwhile.
+const int maxSummedCells = 1000 * 1000;
 
 bool isRowHidden(const QAbstractItemView *view, int row)
 {
@@ -67,7 +69,7 @@ class CellTexts
 public:
     explicit CellTexts(const QAbstractItemView *view)
         : m_columns(shownColumns(view))
-        , m_lines(maxCells / qMax(1, static_cast<int>(m_columns.size())))
+        , m_lines(maxCells / columnCount(), maxSummedCells / columnCount())
     {
     }
 
@@ -80,6 +82,8 @@ public:
     QString text() const { return m_lines.text(); }
 
 private:
+    int columnCount() const { return qMax(1, static_cast<int>(m_columns.size())); }
+
     QString lineOf(const QModelIndex &row, int depth) const
     {
         QString line(depth * 2, QLatin1Char(' '));
