@@ -5,6 +5,7 @@
 #include "qtbackend/usagerules.h"
 #include "qtbackend/windowdistinction.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -246,11 +247,20 @@ void UsageCounter::seeChildren(QWidget *widget, UIElement *parent)
     }
 }
 
+// The menu of a button has elements of its own; that of a text field is the toolkit's.
 void UsageCounter::seeParts(QWidget *widget, UIElement *owner)
 {
-    const QList<QWidget *> parts = widget->findChildren<QWidget *>();
-    for (QWidget *part : parts)
-        m_seen.insert(part, {part, owner, false});
+    const bool isButton = qobject_cast<QAbstractButton *>(widget) != nullptr;
+    const auto children = widget->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *child : children) {
+        if (owner && isButton && qobject_cast<QMenu *>(child)) {
+            seeWidget(child, owner);
+            continue;
+        }
+        m_seen.insert(child, {child, owner, false});
+        for (QWidget *part : child->findChildren<QWidget *>())
+            m_seen.insert(part, {part, owner, false});
+    }
 }
 
 // Those that open a menu are elements by the items of that one.

@@ -28,9 +28,8 @@ QEvent::Type choiceEventType();
 ///
 /// So that trees of several runs can be merged, the class of an element distinguishes it from
 /// others beside it: by its object name, or else by its number among those of its class that exist
-/// at the same time, which it keeps; a window
-/// without a name by its title, or else by what is in it, and by its number among such windows that
-/// exist at the same time.
+/// at the same time, which it keeps; a window without a name by its title, or else by what is in
+/// it, and by its number among such windows that exist at the same time.
 /// Geometry is that on the screen when the element was first seen.
 class UsageCounter : public QObject
 {

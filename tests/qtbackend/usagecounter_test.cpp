@@ -73,6 +73,9 @@ TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
     tabs->addTab("First");
     tabs->addTab("Second");
     add(new QPushButton("Off"), "off")->setEnabled(false);
+    auto *more = add(new QPushButton("More"), "more");
+    more->setMenu(new QMenu(more));
+    more->menu()->addAction("Print")->setObjectName("print");
     auto *menu = new QMenu("Menu", &window);
     menu->setObjectName("menu");
     menu->addAction("Act")->setObjectName("act");
@@ -85,6 +88,7 @@ TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
     type("edit", "ab<Tab>");
     type("spin", "1<Up>");
     click("{text='Act'}");
+    click("{text='Print'}");
     // What the application does itself is no choice of a user.
     menu->actions().at(0)->trigger();
     menu->popup({});
@@ -96,18 +100,21 @@ TEST_F(UsageCounterTest, WhatUsersDoIsCountedWhereTheyDidIt)
     click("list");
     click("tabs");
     emit window.findChild<QComboBox *>("combo")->activated(1);
-    EXPECT_EQ(usage(), (QStringList{
-                           "QWidget \"window\"/QGroupBox \"group\"/QPushButton \"one\": click 3",
-                           "QWidget \"window\"/QGroupBox \"group\"/QPushButton 2: click 0",
-                           "QWidget \"window\"/QLineEdit \"edit\": type 2",
-                           "QWidget \"window\"/QSpinBox \"spin\": change 2",
-                           "QWidget \"window\"/QComboBox \"combo\": choose 1",
-                           "QWidget \"window\"/QListWidget \"list\": choose 1",
-                           "QWidget \"window\"/QTabBar \"tabs\"/tab \"First\": choose 1",
-                           "QWidget \"window\"/QTabBar \"tabs\"/tab \"Second\": choose 0",
-                           "QWidget \"window\"/QPushButton \"off\": click 0",
-                           "QWidget \"window\"/QMenu \"menu\"/QAction \"act\": choose 2",
-                       }));
+    EXPECT_EQ(usage(),
+              (QStringList{
+                  "QWidget \"window\"/QGroupBox \"group\"/QPushButton \"one\": click 3",
+                  "QWidget \"window\"/QGroupBox \"group\"/QPushButton 2: click 0",
+                  "QWidget \"window\"/QLineEdit \"edit\": type 2",
+                  "QWidget \"window\"/QSpinBox \"spin\": change 2",
+                  "QWidget \"window\"/QComboBox \"combo\": choose 1",
+                  "QWidget \"window\"/QListWidget \"list\": choose 1",
+                  "QWidget \"window\"/QTabBar \"tabs\"/tab \"First\": choose 1",
+                  "QWidget \"window\"/QTabBar \"tabs\"/tab \"Second\": choose 0",
+                  "QWidget \"window\"/QPushButton \"off\": click 0",
+                  "QWidget \"window\"/QPushButton \"more\": click 0",
+                  "QWidget \"window\"/QPushButton \"more\"/QMenu 1/QAction \"print\": choose 1",
+                  "QWidget \"window\"/QMenu \"menu\"/QAction \"act\": choose 2",
+              }));
 }
 
 TEST_F(UsageCounterTest, ElementsStayAndGoOnInLaterWidgets)
