@@ -208,8 +208,8 @@ RemoteApplication::RemoteApplication()
 
 RemoteApplication::~RemoteApplication()
 {
-    // What hangs is ended now.
-    d->start.hangs = nullptr;
+    for (const auto &context : qAsConst(d->contexts))
+        context->ignoreHanging();
     if (!d->contexts.isEmpty())
         d->quit(*d->contexts.constFirst());
     for (const auto &context : qAsConst(d->contexts))

@@ -78,6 +78,9 @@ public:
     /// How long an answer may take from now on, in milliseconds.
     void setBound(int milliseconds);
 
+    /// Takes no stack of it from now on, as that takes seconds: what hangs is about to be ended.
+    void ignoreHanging() { m_surroundings.hangs = nullptr; }
+
     /// Every use of it and its objects fails with this reason from now on.
     void close(const QString &reason);
 
