@@ -11,7 +11,6 @@
 #include "shared/richimage.h"
 #include "subjectwindow.h"
 
-#include <QApplication>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -188,12 +187,3 @@ void programStart(benchmark::State &state)
 BENCHMARK(programStart)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -5,7 +5,7 @@
 #include "objectmodel/objectmap.h"
 #include "qtbackend/qtinspector.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -150,12 +150,3 @@ void BM_ClickThatIsCounted(benchmark::State &state)
 BENCHMARK(BM_ClickThatIsCounted)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char **argv)
-{
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
