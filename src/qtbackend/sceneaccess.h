@@ -21,6 +21,9 @@ public:
     /// loaded another one.
     static SceneAccess *self();
 
+    /// Where that library is; without it there are no items.
+    static void setLibraryDirectory(const QByteArray &directory);
+
     virtual bool isItem(const QObject *object) const = 0;
     /// The item of a window in which all others are; null for any other object.
     virtual QObject *rootOf(QObject *window) const = 0;
@@ -48,8 +51,9 @@ public:
     virtual QImage grab(const QObject *itemOrWindow) const = 0;
 };
 
-/// The entry of that library.
+/// The entry of that library. Its name changes with the interface: programs that link the agent may
+/// have that of another version.
 using SceneAccessFunction = SceneAccess *(*)();
-inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess";
+inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess2";
 
 } // namespace Morvex

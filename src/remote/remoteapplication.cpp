@@ -47,6 +47,7 @@ struct RemoteApplication::Private
     void update(int timeout);
     void take(ConnectionOffer::Caller caller);
     bool isWanted(const ConnectionOffer::Caller &caller) const;
+    QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
     void quit(RemoteContext &context);
     void endOrphans();
@@ -96,9 +97,12 @@ QString RemoteApplication::Private::waitForContext()
         if (!error.isEmpty())
             return error;
         const bool isTooLate = timer.elapsed() > start.timeout;
+        // What it said before its end.
+        if (process->hasEnded())
+            update(0);
         if (contexts.isEmpty() && (process->hasEnded() || isTooLate))
-            return whyNoConnection(start.command.value(0), *process,
-                                   isTooLate ? start.timeout : -1);
+            return whyNoConnection(start.command.value(0), *process, isTooLate ? start.timeout : -1,
+                                   unlisted());
     }
     return waitUntilReady(*contexts.constFirst());
 }
@@ -154,6 +158,16 @@ bool RemoteApplication::Private::isWanted(const ConnectionOffer::Caller &caller)
     const bool isListed = start.whiteList.isEmpty() ||
                           start.whiteList.contains(QFileInfo(caller.executable).fileName());
     return isListed && (contexts.isEmpty() || start.hooksSubProcesses);
+}
+
+// While there is no context, all that called and were not wanted.
+QStringList RemoteApplication::Private::unlisted() const
+{
+    QStringList programs;
+    for (const ConnectionOffer::Caller &caller : sleeping)
+        programs += QFileInfo(caller.executable).fileName();
+    programs.removeDuplicates();
+    return programs;
 }
 
 std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::Caller caller)
