@@ -294,9 +294,15 @@ std::shared_ptr<RemoteInspector> Applications::inspector()
     // Another one, too, of a process that has executed another program.
     if (wanted && entry->counted.lock() != wanted) {
         entry->counted = wanted;
-        startUsageCount();
+        entry->countError = startUsageCount();
     }
     return wanted;
+}
+
+QString Applications::countError()
+{
+    const Entry *entry = entryOf(m_current);
+    return entry ? entry->countError : QString();
 }
 
 QList<Applications::Death> Applications::deaths()

@@ -106,6 +106,8 @@ public:
 
     /// That of the current context, which is made the installed one; null without one.
     std::shared_ptr<RemoteInspector> inspector();
+    /// Why usage is not counted in the current context; empty when it is, or is not wanted.
+    QString countError();
 
     /// Those that are not settled.
     QList<Death> deaths();
@@ -119,6 +121,7 @@ private:
         std::shared_ptr<RemoteContext> context;
         // In which usage is counted, if it is to be.
         std::weak_ptr<RemoteInspector> counted;
+        QString countError;
         bool isKnown = false;
         bool isDeathSettled = false;
         // After the end of the application.

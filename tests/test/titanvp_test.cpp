@@ -108,7 +108,7 @@ protected:
 
     QJsonObject treesOf(const QString &snapshot)
     {
-        EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), snapshot));
+        EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), "form", snapshot));
         const QByteArray call = readFile(snapshot + ".js");
         const QByteArray name = "morvexVisualTrees(";
         EXPECT_TRUE(call.startsWith(name) && call.endsWith(");\n"));
@@ -251,6 +251,8 @@ TEST_F(TitanVPTest, TheReportGetsBothTreesWithWhatWasExpectedAndWhatWasThere)
     form.count->setStyleSheet("background: red");
     delete form.table;
     verifyFile(point);
+    point.replace("<Verification ", "<Verification object=\"other\"/><Verification ");
+    writeFile(path("suite/tst_a/points/vp.xml"), point);
     const QString snapshot = path("suite/tst_a/failedSnapshots/vp.xml_1.xml");
     const QJsonObject trees = treesOf(snapshot);
     const QJsonArray pictures = trees["pictures"].toArray();
