@@ -298,7 +298,7 @@ std::shared_ptr<RemoteInspector> Applications::inspector()
     // Another one, too, of a process that has executed another program.
     if (wanted && entry->counted.lock() != wanted) {
         entry->counted = wanted;
-        startUsageCount();
+        entry->countError = startUsageCount();
     }
     return wanted;
 }
@@ -311,6 +311,12 @@ std::shared_ptr<RemoteInspector> Applications::inspectorOf(const SharedPtr<Objec
             return inspector;
     }
     return nullptr;
+}
+
+QString Applications::countError()
+{
+    const Entry *entry = entryOf(m_current);
+    return entry ? entry->countError : QString();
 }
 
 QList<Applications::Death> Applications::deaths()

@@ -115,6 +115,8 @@ public:
 
     /// That of the current context, which is made the installed one; null without one.
     std::shared_ptr<RemoteInspector> inspector();
+    /// Why usage is not counted in the current context; empty when it is, or is not wanted.
+    QString countError();
 
     /// That of the application that the object is of, whether it is the current one or not; null
     /// for none.
@@ -132,6 +134,7 @@ private:
         std::shared_ptr<RemoteContext> context;
         // In which usage is counted, if it is to be.
         std::weak_ptr<RemoteInspector> counted;
+        QString countError;
         bool isKnown = false;
         bool isDeathSettled = false;
         // After the end of the application.

@@ -8,6 +8,7 @@
 #include <QHash>
 
 #include <memory>
+#include <optional>
 
 namespace Morvex {
 
@@ -44,7 +45,8 @@ private:
     QHash<quint32, std::shared_ptr<RemoteClass>> m_classes;
     std::shared_ptr<RemoteClass> m_emptyClass;
     QHash<int, const Class *> m_valueClasses;
-    QMap<QString, ObjectName> m_sentNames;
+    // None at first, as at the other end.
+    std::optional<QMap<QString, ObjectName>> m_sentNames;
 };
 
 } // namespace Morvex

@@ -142,6 +142,8 @@ void AwkwardWindow::openWindows()
 {
     for (int i = 0; i < 10000; ++i) {
         auto *window = new QWidget;
+        // Each has a backing store of its size; 10,000 of the default size take gigabytes.
+        window->resize(8, 8);
         window->setAttribute(Qt::WA_DontShowOnScreen);
         window->show();
     }
