@@ -1,5 +1,7 @@
 #pragma once
 
+#include "morvex_qtbackend_export.h"
+
 #include <QImage>
 #include <QObjectList>
 #include <QPoint>
@@ -22,7 +24,7 @@ public:
     static SceneAccess *self();
 
     /// Where that library is; without it there are no items.
-    static void setLibraryDirectory(const QByteArray &directory);
+    MORVEX_QTBACKEND_EXPORT static void setLibraryDirectory(const QByteArray &directory);
 
     virtual bool isItem(const QObject *object) const = 0;
     /// The item of a window in which all others are; null for any other object.

@@ -57,9 +57,8 @@ private:
     static QByteArray targetOf(const QFileInfo &entry)
     {
         QByteArray target(PATH_MAX, '\0');
-        const ssize_t size =
-            ::readlink(QFile::encodeName(entry.filePath()).constData(), target.data(),
-                       static_cast<std::size_t>(target.size()));
+        const ssize_t size = ::readlink(QFile::encodeName(entry.filePath()).constData(),
+                                        target.data(), static_cast<std::size_t>(target.size()));
         return target.left(static_cast<int>(qMax<ssize_t>(size, 0)));
     }
 
@@ -72,9 +71,8 @@ private:
     // From elsewhere a relative path would lead to another place.
     QByteArray linkTo(const QFileInfo &entry) const
     {
-        return entry.exists() && !staysWithin(entry)
-                   ? QFile::encodeName(entry.canonicalFilePath())
-                   : targetOf(entry);
+        return entry.exists() && !staysWithin(entry) ? QFile::encodeName(entry.canonicalFilePath())
+                                                     : targetOf(entry);
     }
 
     QString m_root;

@@ -28,10 +28,8 @@ TEST(CopyTreeTest, LinksLeadWhereTheyDidAndOfFilesElsewhereThereAreCopies)
         bool isLink;
         const char *file;
     } rows[] = {
-        {"inside", ".config", true, "/file"},
-        {"nowhere", "host:17", true, ":"},
-        {"directory", "../other", true, "/more"},
-        {"absolute", seed + ".config/file", false, ""},
+        {"inside", ".config", true, "/file"},     {"nowhere", "host:17", true, ":"},
+        {"directory", "../other", true, "/more"}, {"absolute", seed + ".config/file", false, ""},
         {"file", "../other/more", false, ""},
     };
     for (const auto &row : rows)

@@ -59,8 +59,8 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     Morvex::startAgent();
-    if (QCoreApplication::arguments().contains("exit"))
-        return 3;
+    if (QCoreApplication::arguments().contains("return"))
+        return 5;
     QWidget window;
     window.setProperty("hasClipboard", QGuiApplication::clipboard()->mimeData() != nullptr);
     window.setObjectName("window");

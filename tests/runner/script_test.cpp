@@ -109,11 +109,7 @@ TEST_F(ScriptTest, SectionsEndWhateverHappensInThem)
 
 TEST_F(ScriptTest, WhateverIsThrownIsAnErrorWithItsPlace)
 {
-    const struct
-    {
-        const char *script, *text;
-        int line;
-    } rows[] = {
+    const std::tuple<const char *, const char *, int> rows[] = {
         {"\nfunction f() {\n  throw 5;\n}\nf();", "5", 3},
         {"throw undefined;", "undefined", 1},
         {"throw null;", "null", 1},
@@ -125,14 +121,14 @@ TEST_F(ScriptTest, WhateverIsThrownIsAnErrorWithItsPlace)
         {"check.that(", "SyntaxError: ", 1},
         {"function f() { f(); }\nf();", "RangeError: Maximum call stack size exceeded.", 1},
     };
-    for (const auto &row : rows) {
-        results(row.script);
+    for (const auto &[script, text, line] : rows) {
+        results(script);
         const auto lines = RunnerProcess::report(output);
-        ASSERT_EQ(lines.size(), 5U) << row.script;
+        ASSERT_EQ(lines.size(), 5U) << script;
         EXPECT_EQ(lines[2].type, "ERROR");
         EXPECT_EQ(lines[2].left,
-                  runner.suitePath() + QString("/tst_s/script.js:%1: Script error").arg(row.line));
-        EXPECT_EQ(lines[2].right.indexOf(row.text), 0) << lines[2].right.toStdString();
+                  runner.suitePath() + QString("/tst_s/script.js:%1: Script error").arg(line));
+        EXPECT_EQ(lines[2].right.indexOf(text), 0) << lines[2].right.toStdString();
         EXPECT_EQ(output.status, 1);
     }
 }
@@ -242,11 +238,7 @@ TEST_F(ScriptTest, TheSuiteSetsUpAndTearsDownAroundEachScriptHoweverItEnds)
     const QStringList up{"LOG up|"};
     const QStringList down{"LOG down|"};
     const QString place = "\\n  at " + runner.suitePath();
-    const struct
-    {
-        QByteArray suite, script;
-        QStringList lines;
-    } rows[] = {
+    const std::tuple<QByteArray, QByteArray, QStringList> rows[] = {
         {both, "help(); function tearDown() { log.info('of the script'); }",
          up + QStringList("LOG help|") + down},
         {both, "check.fail('f');", up + QStringList("FAIL f|") + down},
@@ -266,9 +258,9 @@ TEST_F(ScriptTest, TheSuiteSetsUpAndTearsDownAroundEachScriptHoweverItEnds)
          "log.info('never');",
          {"ERROR Script error|TypeError: setUp has to be a function" + place + "/suite.js:1"}},
     };
-    for (const auto &row : rows) {
-        runner.addFile("suite.js", row.suite);
-        EXPECT_EQ(results(row.script), row.lines) << row.script.constData();
+    for (const auto &[suite, script, lines] : rows) {
+        runner.addFile("suite.js", suite);
+        EXPECT_EQ(results(script), lines) << script.constData();
     }
 }
 

@@ -171,27 +171,22 @@ TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsReported)
     const std::string place = dir.path().toStdString();
     writeFile(dir.filePath("file"), "");
     ASSERT_TRUE(QDir(dir.path()).mkdir("isdir"));
-    const struct
-    {
-        QString dir;
-        const char *name;
-        std::string readWarning, writeWarning;
-    } rows[] = {
+    const std::tuple<QString, const char *, std::string, std::string> rows[] = {
         {dir.path(), "file/a.ini", "", "flush: could not create directory `" + place + "/file'.\n"},
         {dir.path(), "isdir", "parse: could not open file `" + place + "/isdir' for reading\n",
          "flush: could not open file `" + place + "/isdir' for writing\n"},
         // A place where nobody may create a file.
         {"/proc", "new.ini", "", "flush: could not open file `/proc/new.ini' for writing\n"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[in, name, readWarning, writeWarning] : rows) {
         const auto message = [](const std::string &text) {
             return text.empty() ? text : "Morvex::Settings::" + text;
         };
         std::unique_ptr<Settings> store;
-        EXPECT_EQ(standardErrorOf([&] { store = std::make_unique<Settings>(row.dir, row.name); }),
-                  message(row.readWarning));
-        EXPECT_EQ(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }),
-                  message(row.writeWarning));
+        EXPECT_EQ(standardErrorOf(
+                      [&, &in = in, name = name] { store = std::make_unique<Settings>(in, name); }),
+                  message(readWarning));
+        EXPECT_EQ(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }), message(writeWarning));
     }
     const auto store = storeOf("kept = 1\n");
     const QByteArray before = readFile(path);
@@ -214,10 +209,7 @@ TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
     const EnvironmentGuard value("MORVEX_TEST_A", "val");
     const EnvironmentGuard nested("MORVEX_TEST_B", "xx$(MORVEX_TEST_A)");
     const EnvironmentGuard endless("MORVEX_TEST_C", "xx$(MORVEX_TEST_C)");
-    const struct
-    {
-        const char *text, *expanded;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"$(MORVEX_TEST_A)/$(MORVEX_TEST_A)", "val/val"},
         {"$(MORVEX_TEST_B)", "xxval"},
         {"$(MORVEX_TEST_NONE) $(MORVEX_TEST_A)", "$(MORVEX_TEST_NONE) val"},
@@ -226,11 +218,11 @@ TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
         {"$(MORVEX_TEST_A $$", "$(MORVEX_TEST_A $"},
         {"$(MORVEX_TEST_C)", "$(MORVEX_TEST_C)"},
     };
-    for (const auto &row : rows) {
-        storeOf("")->writeEntry("g", "key", QString(row.text));
-        EXPECT_EQ(ExpandingSettings(path).readEntry("g", "key", ""), row.expanded);
-        EXPECT_EQ(ExpandingSettings(path).readListEntry("g", "key", {}), QStringList(row.expanded));
-        EXPECT_EQ(Settings(path).readEntry("g", "key", ""), row.text);
+    for (const auto &[text, expanded] : rows) {
+        storeOf("")->writeEntry("g", "key", QString(text));
+        EXPECT_EQ(ExpandingSettings(path).readEntry("g", "key", ""), expanded);
+        EXPECT_EQ(ExpandingSettings(path).readListEntry("g", "key", {}), QStringList(expanded));
+        EXPECT_EQ(Settings(path).readEntry("g", "key", ""), text);
     }
 }
 

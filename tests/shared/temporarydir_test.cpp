@@ -89,22 +89,17 @@ TEST(CopyDirectoryTest, EachFailureHasItsText)
     const QTemporaryDir dir;
     writeFile(dir.filePath("file"), "x");
     writeFile(dir.filePath("source/a"), "a");
-    struct Row
-    {
-        const char *source, *target;
-        QString error;
-    };
-    const Row rows[] = {
+    const std::tuple<const char *, const char *, QString> rows[] = {
         {"no", "t", QStringLiteral("Source directory '%1/no' does not exist")},
         {"file", "no/t", QStringLiteral("Failed to copy '%1/file' into '%1/no/t'")},
         {"source", "no/t", QStringLiteral("Failed to create target directory '%1/no/t'")},
     };
-    for (const Row &row : rows) {
+    for (const auto &[source, target, message] : rows) {
         QString error;
-        EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), &error,
-                                   KeepExistingFile));
-        EXPECT_EQ(error, row.error.arg(dir.path()));
-        EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), nullptr,
-                                   KeepExistingFile));
+        EXPECT_FALSE(
+            copyDirectory(dir.filePath(source), dir.filePath(target), &error, KeepExistingFile));
+        EXPECT_EQ(error, message.arg(dir.path()));
+        EXPECT_FALSE(
+            copyDirectory(dir.filePath(source), dir.filePath(target), nullptr, KeepExistingFile));
     }
 }

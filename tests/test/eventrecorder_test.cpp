@@ -85,11 +85,7 @@ EventData method(const QString &name, const std::vector<EventDataArg> &arguments
 
 TEST(EventRecorderTest, ContextsAreLaunchedSwitchedAndSavedWhereTheEventsNeedIt)
 {
-    const struct
-    {
-        std::vector<Event> events;
-        QStringList lines;
-    } cases[] = {
+    const std::pair<std::vector<Event>, QStringList> cases[] = {
         {{}, {}},
         {{{start, 7, "", {}}, {call, 7, "a", {}}, {call, 7, "b", {}}}, {"a()@0", "b()@0"}},
         {{{call, 1, "a", {}}, {start, 2, "", {}}, {start, 2, "", {}}, {call, 2, "b", {}}},
@@ -102,8 +98,8 @@ TEST(EventRecorderTest, ContextsAreLaunchedSwitchedAndSavedWhereTheEventsNeedIt)
          {"a()@0", "waitForApplicationLaunch()ctx_1@0", "waitForApplicationLaunch()ctx_2@0",
           "b()@0"}},
     };
-    for (const auto &each : cases)
-        EXPECT_EQ(recorded(each.events), each.lines);
+    for (const auto &[events, lines] : cases)
+        EXPECT_EQ(recorded(events), lines);
 }
 
 TEST(EventRecorderTest, TimeSinceTheEventBeforeIsNeverNegativeAndNeverMadeUp)

@@ -82,16 +82,11 @@ TEST(JsonReportGeneratorTest, EachKindOfResultHasItsFields)
 {
     const QJsonArray attempts = childrenOf(runOf(reportOf(sampleRun(), "json")));
     const QJsonArray failures = childrenOf(attempts[0].toObject());
-    struct Row
-    {
-        TestResult::VPType vpType;
-        QJsonObject expected;
-    };
     const QJsonObject common{{"result", "FAIL"},
                              {"time", "2024-02-29T23:59:58+01:00"},
                              {"uri", "file:///s/tst_a/script.js"},
                              {"lineNo", 12}};
-    const Row rows[] = {
+    const std::pair<TestResult::VPType, QJsonObject> rows[] = {
         {TestResult::NO_VP,
          {{"type", "scriptedVerificationResult"}, {"detail", "Expected 'a', got 'b'."}}},
         {TestResult::PROPERTY_VP,
@@ -106,9 +101,9 @@ TEST(JsonReportGeneratorTest, EachKindOfResultHasItsFields)
         {TestResult::VISUAL_VP, {{"type", "visualVerificationResult"}, {"objectName", ":Main.ok"}}},
     };
     const int firstFailure = 5;
-    for (const Row &row : rows) {
-        const QJsonObject result = failures[firstFailure + row.vpType].toObject();
-        for (const QJsonObject &expected : {common, row.expected}) {
+    for (const auto &[vpType, wanted] : rows) {
+        const QJsonObject result = failures[firstFailure + vpType].toObject();
+        for (const QJsonObject &expected : {common, wanted}) {
             for (auto field = expected.begin(); field != expected.end(); ++field)
                 EXPECT_EQ(result[field.key()], field.value()) << qPrintable(field.key());
         }
@@ -151,24 +146,19 @@ TEST(JsonReportGeneratorTest, TableDifferencesAreThereAsRowsColumnsAndCells)
 
 TEST(JsonReportGeneratorTest, DetailsMoveIntoTheTextWhenThereIsAWordOfTheVerifier)
 {
-    struct Row
-    {
-        const char *details, *info;
-        QString text;
-        QJsonValue detail;
-    };
-    const Row rows[] = {{"", "", "m", QJsonValue(QJsonValue::Undefined)},
-                        {"d", "", "m", "d"},
-                        {"", "i", "m", "i"},
-                        {"d", "i", "m: d", "i"}};
-    for (const Row &row : rows) {
+    const std::tuple<const char *, const char *, QString, QJsonValue> rows[] = {
+        {"", "", "m", QJsonValue(QJsonValue::Undefined)},
+        {"d", "", "m", "d"},
+        {"", "i", "m", "i"},
+        {"d", "i", "m: d", "i"}};
+    for (const auto &[details, info, text, detail] : rows) {
         TestResult::Entry entry = plainEntry(TestResult::LOG, "m");
-        entry.details = row.details;
-        entry.info = row.info;
+        entry.details = details;
+        entry.info = info;
         const QJsonObject message =
             childrenOf(runOf(reportOf({plainEntry(TestResult::START), entry})))[0].toObject();
-        EXPECT_EQ(message["text"], row.text);
-        EXPECT_EQ(message["detail"], row.detail);
+        EXPECT_EQ(message["text"], text);
+        EXPECT_EQ(message["detail"], detail);
     }
 }
 

@@ -100,20 +100,16 @@ TEST_F(ConsoleTest, WhoDecidesAboutColours)
     ASSERT_EQ(openpty(&terminal, &other, nullptr, nullptr, nullptr), 0);
     std::FILE *tty = fdopen(other, "w");
     std::FILE *file = std::tmpfile();
-    const struct
-    {
-        const char *force, *color;
-        bool onTerminal, inFile;
-    } rows[] = {
+    const std::tuple<const char *, const char *, bool, bool> rows[] = {
         {nullptr, nullptr, true, false}, {nullptr, "0", false, false}, {nullptr, "1", true, false},
         {"1", "0", true, true},          {"0", nullptr, true, false},  {"0", "0", false, false},
         {"", "0", false, false},
     };
-    for (const auto &row : rows) {
-        const EnvironmentGuard forced("CLICOLOR_FORCE", row.force);
-        const EnvironmentGuard chosen("CLICOLOR", row.color);
-        EXPECT_EQ(canUseConsoleColor(tty), row.onTerminal);
-        EXPECT_EQ(canUseConsoleColor(file), row.inFile);
+    for (const auto &[toForce, toChoose, onTerminal, inFile] : rows) {
+        const EnvironmentGuard forced("CLICOLOR_FORCE", toForce);
+        const EnvironmentGuard chosen("CLICOLOR", toChoose);
+        EXPECT_EQ(canUseConsoleColor(tty), onTerminal);
+        EXPECT_EQ(canUseConsoleColor(file), inFile);
     }
     std::fclose(tty);
     std::fclose(file);

@@ -69,11 +69,7 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
     const char *const unread = "cannot be read.";
     const char *const tooDeep = "The elements are nested deeper than 500 levels.";
     const char *const unknown = "The entity '&nbsp;' is unknown.";
-    const struct
-    {
-        QByteArray file;
-        const char *message, *details;
-    } rows[] = {
+    const std::tuple<QByteArray, const char *, const char *> rows[] = {
         {"", unread, ""},
         {"<VerificationPoint>&nbsp;</VerificationPoint>", unread, ""},
         // Parsers know more names and encodings than these.
@@ -99,12 +95,12 @@ TEST_F(TestVPTest, AFileThatCantBeProcessedLogsNothingAndSaysWhy)
          "</VerificationPoint>",
          "Too many objects in VP file", "VP file contains more than a single object"},
     };
-    for (const auto &row : rows) {
-        const VPResult result = verifyFile(row.file);
-        EXPECT_EQ(result.summary(), VPResult::SummaryError) << row.file.left(200).constData();
-        EXPECT_TRUE(result.message().contains(row.message)) << result.message().toStdString();
+    for (const auto &[file, message, details] : rows) {
+        const VPResult result = verifyFile(file);
+        EXPECT_EQ(result.summary(), VPResult::SummaryError) << file.left(200).constData();
+        EXPECT_TRUE(result.message().contains(message)) << result.message().toStdString();
         EXPECT_FALSE(result.details().isEmpty());
-        EXPECT_TRUE(result.details().contains(row.details)) << result.details().toStdString();
+        EXPECT_TRUE(result.details().contains(details)) << result.details().toStdString();
         EXPECT_EQ(takeResults(), QStringList());
     }
     const VPResult missing =
@@ -369,11 +365,7 @@ TEST_F(TestVPTest, AnAnswerThatIsNoPictureIsReportedByItsKind)
 {
     AnsweringInspector answering;
     Inspector::install(&answering);
-    const struct
-    {
-        QVariant answer;
-        const char *error;
-    } rows[] = {
+    const std::pair<QVariant, const char *> rows[] = {
         {QVariant(), "TestVP::grabObjectScreenshot: calling grabObjectScreenshot returned invalid "
                      "variant! the reason"},
         {QVariant(QVariant::String), "TestVP::grabObjectScreenshot: calling grabObjectScreenshot "
@@ -383,9 +375,9 @@ TEST_F(TestVPTest, AnAnswerThatIsNoPictureIsReportedByItsKind)
         {QVariant(QVariantMap()),
          "grabObjectScreenshot: calling grabObjectScreenshot returned an invalid image!"},
     };
-    for (const auto &row : rows) {
-        answering.answer = row.answer;
-        EXPECT_EQ(TestVP::grabWindow(answering.makeInt(1), path("a.png"), "PNG", 0), row.error);
+    for (const auto &[answer, error] : rows) {
+        answering.answer = answer;
+        EXPECT_EQ(TestVP::grabWindow(answering.makeInt(1), path("a.png"), "PNG", 0), error);
         EXPECT_EQ(TestVP::logScreenshot(&runner, TestResult::PASS, QImage()),
                   " (Screenshot taken from the desktop is invalid)");
     }

@@ -32,12 +32,7 @@ std::vector<TestResult::Entry> inRun(std::vector<TestResult::Entry> entries)
 
 TEST(Xml3ReportGeneratorTest, EveryVersionReadsBackAndHasWhatCameWithIt)
 {
-    struct Row
-    {
-        const char *xpath;
-        QStringList byVersion;
-    };
-    const Row rows[] = {
+    const std::pair<const char *, QStringList> rows[] = {
         {"/MorvexReport/@version", {"3.0", "3.1", "3.2", "3.3", "3.4", "3.5"}},
         {"count(//visualVerificationResult)", {"0", "4", "4", "4", "4", "4"}},
         {"count(//scriptedVerificationResult)", {"8", "4", "4", "4", "4", "4"}},
@@ -57,20 +52,16 @@ TEST(Xml3ReportGeneratorTest, EveryVersionReadsBackAndHasWhatCameWithIt)
     for (int version = 0; version <= 5; ++version) {
         const XmlDocument document(reportOf(sampleRun(), version), XmlDocument::NoNamespaces);
         ASSERT_TRUE(document.error().isEmpty()) << version;
-        for (const Row &row : rows)
-            EXPECT_EQ(document.value(row.xpath), row.byVersion[version])
-                << row.xpath << " in version " << version;
+        for (const auto &[xpath, byVersion] : rows)
+            EXPECT_EQ(document.value(xpath), byVersion[version])
+                << xpath << " in version " << version;
     }
 }
 
 TEST(Xml3ReportGeneratorTest, EachKindOfResultHasItsFields)
 {
     const XmlDocument document(reportOf(sampleRun(), 5), XmlDocument::NoNamespaces);
-    struct Row
-    {
-        const char *xpath, *expected;
-    };
-    const Row rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"/MorvexReport/test/@type", "testsuite"},
         {"/MorvexReport/test/prolog/name", "suite_a"},
         {"count(/MorvexReport/test/prolog/retry)", "0"},
@@ -99,8 +90,8 @@ TEST(Xml3ReportGeneratorTest, EachKindOfResultHasItsFields)
         {"//attachment/@type", "file"},
         {"count(//videoCaptureStart/@type)", "0"},
     };
-    for (const Row &row : rows)
-        EXPECT_EQ(document.value(row.xpath), row.expected) << row.xpath;
+    for (const auto &[xpath, expected] : rows)
+        EXPECT_EQ(document.value(xpath), expected) << xpath;
     EXPECT_EQ(document.texts("//message/@type"), QStringList({"LOG", "FATAL", "ERROR", "WARNING"}));
 }
 
