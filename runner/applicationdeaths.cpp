@@ -27,11 +27,14 @@ ApplicationDeaths::ApplicationDeaths(Applications *applications, TestResult *res
     , m_engine(engine)
 {
     applications->setHangs([this](const QString &stack) { reportHanging(stack); });
+    applications->setCrashesAtEnd(
+        [this](const QString &text) { reportCrashAtEnd(text, m_engine->currentStack()); });
 }
 
 ApplicationDeaths::~ApplicationDeaths()
 {
     m_applications->setHangs(nullptr);
+    m_applications->setCrashesAtEnd(nullptr);
 }
 
 // The application is not asked: it could not answer.
@@ -48,10 +51,18 @@ QString ApplicationDeaths::picture(TestResult::ResultType type)
                : QLatin1Char('\n') + TestVP::logScreenshot(m_runner, type, image).trimmed();
 }
 
+void ApplicationDeaths::reportCrashAtEnd(const QString &text, const std::vector<LineInfo> &stack)
+{
+    m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(text),
+                        QStringLiteral("This was when it was asked to end."), stack, QString(), -1);
+}
+
 void ApplicationDeaths::reportHanging(const QString &stack)
 {
     const QString where =
-        stack.isEmpty() ? QStringLiteral("Its stack is not known: gdb is needed for that.") : stack;
+        stack.isEmpty()
+            ? QStringLiteral("Its stack is not known: gdb is needed for that, and some seconds.")
+            : stack;
     m_result->addResult(currentLocalTime(), TestResult::LOG,
                         QStringLiteral("The application gives no answer"),
                         where + picture(TestResult::LOG), m_engine->currentStack(), QString(), -1);
@@ -116,6 +127,13 @@ void ApplicationDeaths::reportRest(const QString &path)
     reportCaught();
     for (const Applications::Death &death : m_applications->deaths())
         addUnmet(death, {LineInfo(path, 0)});
+}
+
+void ApplicationDeaths::stopAll(const QString &path)
+{
+    m_applications->setCrashesAtEnd(
+        [this, path](const QString &text) { reportCrashAtEnd(text, {LineInfo(path, 0)}); });
+    m_applications->stopAll();
 }
 
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "objectmodel/object.h"
 #include "remote/remoteapplication.h"
 
 #include <QList>
@@ -36,6 +37,8 @@ public:
         QStringList whiteList;
         bool hooksSubProcesses = false;
         int bound = 60000;
+        /// When the test case is ended if it has not come to its end.
+        QDeadlineTimer deadline{QDeadlineTimer::Forever};
     };
 
     /// How one has ended without being asked to.
@@ -65,8 +68,14 @@ public:
     Applications(const Applications &) = delete;
     Applications &operator=(const Applications &) = delete;
 
-    /// @p hangs is called with the stack of an application that gives no answer.
+    /// @p hangs is called with what is known of where an application that gives no answer is.
     void setHangs(const std::function<void(const QString &)> &hangs) { m_hangs = hangs; }
+
+    /// @p crashes is called with how an application has crashed when it was asked to end.
+    void setCrashesAtEnd(const std::function<void(const QString &)> &crashes)
+    {
+        m_crashesAtEnd = crashes;
+    }
 
     /// Makes the context of what was started the current one, and returns it; negative on failure.
     /// An empty command is that of the suite.
@@ -109,6 +118,10 @@ public:
     /// Why usage is not counted in the current context; empty when it is, or is not wanted.
     QString countError();
 
+    /// That of the application that the object is of, whether it is the current one or not; null
+    /// for none.
+    std::shared_ptr<RemoteInspector> inspectorOf(const SharedPtr<Object> &object);
+
     /// Those that are not settled.
     QList<Death> deaths();
     void settleDeath(int context);
@@ -140,6 +153,7 @@ private:
     QStringList m_searchDirs;
     Settings m_settings;
     std::function<void(const QString &)> m_hangs;
+    std::function<void(const QString &)> m_crashesAtEnd;
     std::shared_ptr<ApplicationHome> m_home;
     QList<std::shared_ptr<RemoteApplication>> m_applications;
     QList<Entry> m_entries;

@@ -3,6 +3,7 @@
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "shared/confparser.h"
+#include "test/child/testcasedeadline.h"
 #include "test/suite/applicationwords.h"
 #include "test/testsuite.h"
 
@@ -139,6 +140,7 @@ Applications::Settings applicationSettings(const RunnerOptions &options)
     settings.hooksSubProcesses =
         options.hookSubProcesses || ofRun.value(QLatin1String("hookSubProcesses")).toBool();
     settings.bound = boundOf(suite, settings.bound);
+    settings.deadline = testCaseDeadline();
     return settings;
 }
 

@@ -126,6 +126,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
     deaths.reportRest(path);
     application.forEachContext(keepUsage);
+    deaths.stopAll(path);
 }
 
 // Logs what was thrown, after what promises had left to do.

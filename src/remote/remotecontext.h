@@ -4,6 +4,7 @@
 #include "remote/connectionoffer.h"
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QString>
 
 #include <functional>
@@ -32,10 +33,13 @@ public:
         std::function<void(int)> update;
         /// Called again and again while an answer is waited for.
         std::function<void()> idle;
-        /// Called with the stack of an application that hangs; it is empty when there is none.
+        /// Called with the stack of an application that hangs, or what is known instead; empty when
+        /// nothing is.
         std::function<void(const QString &)> hangs;
         /// How long an answer may take, in milliseconds.
         int bound = 60000;
+        /// When the test case is ended.
+        QDeadlineTimer deadline{QDeadlineTimer::Forever};
     };
 
     RemoteContext(ConnectionOffer::Caller caller, const Surroundings &surroundings);
@@ -77,6 +81,9 @@ public:
 
     /// How long an answer may take from now on, in milliseconds.
     void setBound(int milliseconds);
+
+    /// Says where it hangs, to whom wants to know.
+    void reportHanging() const;
 
     /// Takes no stack of it from now on, as that takes seconds: what hangs is about to be ended.
     void ignoreHanging() { m_surroundings.hangs = nullptr; }

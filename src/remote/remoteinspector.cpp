@@ -125,14 +125,18 @@ SharedPtr<Object> RemoteInspector::cast(const SharedPtr<Object> &object, const Q
     if (!object)
         return {};
     return d->model->objectOf(
-        d->request(Message::CastObject, {RemoteModel::refOf(object), className}).values.value(0));
+        d->request(Message::CastObject, {d->model->refOf(object), className}).values.value(0));
 }
 
 SharedPtr<Object> RemoteInspector::waitForObject(const QString &name, int timeout, QString *error)
 {
     d->model->sendObjectMap();
-    const RemoteSession::Reply reply =
-        d->request(Message::FindObject, {name, timeout}, qMax(timeout, 0));
+    // What would be cut off by the end of the test case is asked for in two parts: that the first
+    // one is not answered says that the application hangs.
+    const int first = session().beforeDeadline(qMax(timeout, 0));
+    RemoteSession::Reply reply = d->request(Message::FindObject, {name, first}, first);
+    if (reply.isRefused && first < timeout)
+        reply = d->request(Message::FindObject, {name, timeout - first}, timeout - first);
     if (error)
         *error = reply.error;
     return d->model->objectOf(reply.values.value(0));
@@ -163,6 +167,11 @@ SharedPtr<Object> RemoteInspector::objectWithId(int id)
     ref.kind = ObjectRef::Live;
     ref.id = id;
     return d->model->objectOf(QVariant::fromValue(ref));
+}
+
+bool RemoteInspector::owns(const SharedPtr<Object> &object) const
+{
+    return d->model->owns(object);
 }
 
 QString RemoteInspector::failure() const

@@ -39,6 +39,9 @@ public:
     /// The live object that the application knows by this number, also if it no longer exists.
     SharedPtr<Object> objectWithId(int id);
 
+    /// Whether it is an object of this application.
+    bool owns(const SharedPtr<Object> &object) const;
+
 private:
     struct Private;
     std::unique_ptr<Private> d;

@@ -43,11 +43,18 @@ SharedPtr<Object> RemoteModel::objectOf(const QVariant &value)
     return {};
 }
 
-QVariant RemoteModel::refOf(const SharedPtr<Object> &object)
+bool RemoteModel::owns(const SharedPtr<Object> &object) const
+{
+    const auto *remote = dynamic_cast<const RemoteObject *>(object.data());
+    return remote && remote->isOf(this);
+}
+
+QVariant RemoteModel::refOf(const SharedPtr<Object> &object) const
 {
     ObjectRef ref;
     if (const auto *remote = dynamic_cast<const RemoteObject *>(object.data())) {
-        ref = remote->ref();
+        if (remote->isOf(this))
+            ref = remote->ref();
     } else if (object) {
         ref.kind = ObjectRef::Value;
         ref.value = object->value();

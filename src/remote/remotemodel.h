@@ -26,7 +26,9 @@ public:
     RemoteSession &session() { return *m_session; }
 
     SharedPtr<Object> objectOf(const QVariant &ref);
-    static QVariant refOf(const SharedPtr<Object> &object);
+    /// That of none for an object of another application.
+    QVariant refOf(const SharedPtr<Object> &object) const;
+    bool owns(const SharedPtr<Object> &object) const;
 
     /// Null for 0, which is no class, and for what is no number. Each number has one class.
     const Class *classOf(const QVariant &number);

@@ -102,10 +102,24 @@ pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, const Inhe
     return errno == 0 ? process : -1;
 }
 
+// What a shell adds to the number of the signal that has ended its command.
+const int shellStatus = 128;
+
+QString statusText(int status)
+{
+    const QString text = QStringLiteral("ended with status %1").arg(status);
+    const int signal = status - shellStatus;
+    return signal > 0 && signal < SIGRTMIN
+               ? text +
+                     QStringLiteral(", as a shell does after signal %1 (%2)")
+                         .arg(QString::number(signal), QString::fromLocal8Bit(::strsignal(signal)))
+               : text;
+}
+
 QString endText(const QByteArray &how, int number)
 {
     if (how == "exit")
-        return QStringLiteral("ended with status %1").arg(number);
+        return statusText(number);
     const bool isByOthers =
         number == SIGTERM || number == SIGKILL || number == SIGINT || number == SIGHUP;
     return (isByOthers ? QStringLiteral("ended by signal %1 (%2)")

@@ -61,6 +61,7 @@ public:
     /// by signal 11 (Segmentation fault)". Empty while it runs, and for one that is no child of the
     /// watcher. Of many only the latest are known, besides those that are kept.
     QString endOf(qint64 processId) const { return m_ends.value(processId); }
+    static bool isCrash(const QString &end) { return end.startsWith(QLatin1String("crashed")); }
     /// That of the program itself.
     QString endOfProgram() const { return endOf(m_program); }
     void keepEndOf(qint64 processId) { m_kept += processId; }

@@ -20,6 +20,7 @@
 
 #include <csignal>
 #include <cstring>
+#include <deque>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -98,20 +99,21 @@ TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
         Message::Type type;
         bool isTaken;
         bool isOther;
-    } rows[] = {{token, protocolVersion, Message::Hello, true, false},
-                // Says nothing, and is not waited for without end.
-                {token, 0, Message::Hello, false, false},
+        // One that says nothing keeps nobody waiting.
+    } rows[] = {{token, 0, Message::Hello, false, false},
+                {token, protocolVersion, Message::Hello, true, false},
                 {token.left(token.size() - 1), protocolVersion, Message::Hello, false, false},
                 {QByteArray(), protocolVersion, Message::Hello, false, false},
                 {token, protocolVersion, Message::Ready, false, false},
                 {token, protocolVersion + 1, Message::Hello, false, true}};
+    std::deque<MessageChannel> agents;
     for (const auto &row : rows) {
         sockaddr_un address = {};
         address.sun_family = AF_UNIX;
         const QByteArray path = offer.socketPath().toLocal8Bit();
         std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
         const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        MessageChannel agent(descriptor);
+        MessageChannel &agent = agents.emplace_back(descriptor);
         ASSERT_EQ(::connect(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
         Message hello;
         hello.type = row.type;
@@ -153,7 +155,7 @@ TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesT
 {
     auto application = start({"/bin/sh", "-c",
                               "mkdir \"$HOME/d\"; touch \"$HOME/d/f\"; chmod 0 \"$HOME/d\";"
-                              "yes | head -c 1500000; printf end; echo warning >&2;"
+                              "yes | head -c 300000000; printf end; echo warning >&2;"
                               "exec \"$0\" >&- 2>&-",
                               MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
@@ -171,7 +173,9 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
         ASSERT_EQ(::pipe(ends), 0);
         const pid_t testCase = ::fork();
         if (testCase == 0) {
-            auto application = start({MORVEX_AWKWARD_PROGRAM});
+            auto application = start(
+                {"/bin/sh", "-c", "mkdir -p \"$HOME/$(printf 'd/%.0s' $(seq 500))\"; exec \"$0\"",
+                 MORVEX_AWKWARD_PROGRAM});
             pid_t processes[] = {0, 0, 0};
             if (application) {
                 click(application.get(), "leave");
@@ -222,6 +226,7 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
          "is running: no Qt is loaded"},
+        {{MORVEX_AWKWARD_PROGRAM, "return"}, "ended with status 5"},
         {{MORVEX_INVENTORY_PROGRAM}, "it is running: it is made with Qt 5.15"},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 10 seconds"},
     };
@@ -237,6 +242,7 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
 
 TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
 {
+    options.variables = QStringList{"LD_PRELOAD=", "QT_QPA_GENERIC_PLUGINS=nothing"};
     // Also one that keeps the plugin of the agent from being found.
     for (const char *script :
          {"exec \"$0\"", "\"$0\"; true", "setsid \"$0\" & exit 0", "\"$1\" paths"}) {
@@ -257,15 +263,19 @@ TEST_F(RemoteApplicationTest, TheEndOfAnApplicationIsReportedAsWhatItWas)
 {
     const struct
     {
+        const char *starter;
         const char *button;
         const char *error;
     } rows[] = {
-        {"crash", "the application has crashed by signal 11 (Segmentation fault)"},
-        {"exit", "the application has ended with status 0"},
-        {"quit", "the application has ended with status 0"},
+        {"exec \"$0\"", "crash", "the application has crashed by signal 11 (Segmentation fault)"},
+        {"\"$0\"; exit $?", "crash",
+         "the application has ended; the program that started it has ended with status 139, as a "
+         "shell does after signal 11 (Segmentation fault)"},
+        {"exec \"$0\"", "exit", "the application has ended with status 0"},
+        {"exec \"$0\"", "quit", "the application has ended with status 0"},
     };
     for (const auto &row : rows) {
-        auto application = start({MORVEX_AWKWARD_PROGRAM});
+        auto application = start({"/bin/sh", "-c", row.starter, MORVEX_AWKWARD_PROGRAM});
         ASSERT_NE(application, nullptr) << error.toStdString();
         RemoteInspector *inspector = application->inspector();
         const SharedPtr<Object> window = inspector->waitForObject("awkward", 5000, &error);
@@ -303,6 +313,7 @@ TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
     EXPECT_EQ(window->objectClass(), nullptr);
     EXPECT_EQ(inspector->failure(),
               "the application has not answered for 0.1 seconds: its process has been stopped");
+    EXPECT_EQ(stack, "Its process has been stopped.");
     ::kill(static_cast<pid_t>(application->processId()), SIGCONT);
     EXPECT_TRUE(application->isRunning());
     inspector->session().setBound(30000);
@@ -342,7 +353,8 @@ TEST_F(RemoteApplicationTest, FurtherProcessesAreContextsWhenTheyAreWanted)
         while (!other && timer.elapsed() < 20000) {
             ::usleep(5000);
             const QList<std::shared_ptr<RemoteContext>> contexts = application->contexts();
-            other = isHooked ? contexts.value(1) : application->attach("awkward_program");
+            other = isHooked ? contexts.value(1)
+                             : application->attach("awkward_program", QDeadlineTimer(20000));
             EXPECT_EQ(contexts.size() > 1, isHooked && other);
         }
         ASSERT_NE(other, nullptr);
@@ -428,6 +440,16 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
          [&messageOf](int peer) {
              MessageChannel(::dup(peer)).send(messageOf(Message::Hello, {}), 99);
          }},
+        {"answers and signs of life without end",
+         [&messageOf](int peer) {
+             for (const auto type : {Message::Answer, Message::Pong, Message::Unfinished})
+                 MessageChannel(::dup(peer)).send(messageOf(type, {}), 99);
+         }},
+        {"three farewells",
+         [&messageOf](int peer) {
+             for (int i = 0; i < 3; ++i)
+                 MessageChannel(::dup(peer)).send(messageOf(Message::Bye, {}), 99);
+         }},
     };
     for (const auto &row : rows) {
         int ends[2];
@@ -435,10 +457,41 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
         RemoteSession session(std::make_unique<MessageChannel>(ends[0]),
                               [](bool) { return QStringLiteral("closed"); });
         row.talk(ends[1]);
+        session.update();
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error,
                   "the application has sent what is no answer; the connection to it is closed")
             << row.what;
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error, session.failure());
+        ::close(ends[1]);
+    }
+}
+
+TEST(RemoteSessionTest, AnAnswerIsWaitedForToTheBoundOrTheDeadline)
+{
+    const struct
+    {
+        QByteArray sent;
+        int bound;
+        int deadline;
+        const char *error;
+    } rows[] = {
+        {"", 100, 100000, "the application has not answered for 0.1 seconds: silent"},
+        {"", 60000, 400, "the application has not answered for 0."},
+        // More than the socket takes.
+        {QByteArray(50000000, 'x'), 100, 100000,
+         "the application has not answered for 0.1 seconds: silent; the connection to it is "
+         "closed"},
+    };
+    for (const auto &row : rows) {
+        int ends[2];
+        ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+        RemoteSession session(
+            std::make_unique<MessageChannel>(ends[0]), [](bool) { return "ended"; },
+            [](bool) { return ": silent"; });
+        session.setBound(row.bound);
+        session.setDeadline(QDeadlineTimer(row.deadline));
+        const QString error = session.request(Message::WrapValue, {row.sent}).error;
+        EXPECT_TRUE(error.startsWith(row.error)) << error.toStdString();
         ::close(ends[1]);
     }
 }

@@ -25,6 +25,7 @@ AwkwardWindow::AwkwardWindow()
     addButton("print", &AwkwardWindow::printLine);
     addButton("exec", &AwkwardWindow::execDialog);
     addButton("crash", &AwkwardWindow::crash);
+    addButton("crashAtExit", &AwkwardWindow::crashAtExit);
     addButton("forkOn", &AwkwardWindow::forkAndGoOn);
     addButton("leave", &AwkwardWindow::leaveProcess);
     addButton("quit", &AwkwardWindow::quit);
@@ -87,6 +88,11 @@ void AwkwardWindow::crash()
 {
     ::signal(SIGSEGV, SIG_DFL);
     ::raise(SIGSEGV);
+}
+
+void AwkwardWindow::crashAtExit()
+{
+    std::atexit(std::abort);
 }
 
 // The child leaves its event loop and ends as the application would.

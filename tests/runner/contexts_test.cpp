@@ -26,6 +26,8 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
                 "waitFor(() => !app.isRunning());";
     const QString unseen = "FATAL The application has crashed by signal 6 (Aborted)|"
                            "No call of the script has met this.";
+    const QString atEnd = "FATAL The application has crashed by signal 6 (Aborted)|"
+                          "This was when it was asked to end.";
     const struct
     {
         QByteArray script;
@@ -46,6 +48,12 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
          {"PASS Verification|The condition holds."}},
         {start + "find('quit').click(); find('print').click();",
          {"FATAL The application has ended with status 0|"}},
+        {start +
+             "find('crashAtExit').click(); find('quit').click(); waitFor(() => !app.isRunning());",
+         {unseen}},
+        {start + "find('crashAtExit').click(); application.stop(); check.pass('on');",
+         {atEnd, "PASS on|"}},
+        {start + "find('crashAtExit').click();", {atEnd}},
         {start + "find('exit').click();", {"FATAL The application has ended with status 0|"}},
     };
     for (const auto &row : rows) {
@@ -61,18 +69,23 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
 
 TEST_F(ContextsTest, NamesAreLookedUpInTheCurrentOneAndObjectsStayInTheirOwn)
 {
-    EXPECT_EQ(results(start +
-                      "var state = application.start('" MORVEX_INVENTORY_PROGRAM "');\n"
-                      "var own = find('state'); application.setCurrent(app);\n"
-                      "log.info([app === application.current(), application.contexts().length,\n"
-                      "  find('state', 0).exists(), own.exists(), find('print').exists()]);\n"
-                      "own.set('text', 'set'); find('name', 0); find('print').click();\n"
-                      "check.equal(own.get('text'), 'set'); check.equal(app.output().length, 19);\n"
-                      "application.stop(state); log.info([state.isRunning(), "
-                      "application.contexts().length]);\n"
-                      "own.exists();"),
-              (QStringList{"LOG [true,2,false,true,true]|", "PASS Verification|Got expected 'set'.",
-                           "PASS Verification|Got expected 19.", "LOG [false,1]|"}));
+    EXPECT_EQ(
+        results(start +
+                "var state = application.start('" MORVEX_INVENTORY_PROGRAM "');\n"
+                "var own = find('state'); application.setCurrent(app);\n"
+                "log.info([app === application.current(), application.contexts().length,\n"
+                "  find('state', 0).exists(), own.exists(), find('print').exists()]);\n"
+                "own.set('text', 'set'); find('name', 0); find('print').click();\n"
+                "check.equal(own.get('text'), 'set'); check.equal(app.output().length, 19);\n"
+                "try { find('print').drag(own); } catch (error) { log.info(error.message); }\n"
+                "application.setCurrent();"
+                "application.stop(state); log.info([state.isRunning(), "
+                "application.contexts().length]);\n"
+                "own.exists();"),
+        (QStringList{"LOG [true,2,false,true,true]|", "PASS Verification|Got expected 'set'.",
+                     "PASS Verification|Got expected 19.",
+                     "LOG print: it can't be dragged to an object of another application|",
+                     "LOG [false,1]|"}));
 }
 
 TEST_F(ContextsTest, ProcessesThatTheApplicationStartsAreContextsWhenTheyAreHooked)
