@@ -58,13 +58,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
     int ends[2];
     require(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0);
-    [[maybe_unused]] const ssize_t sent =
-        ::send(ends[1], data, size, MSG_DONTWAIT | MSG_NOSIGNAL);
+    [[maybe_unused]] const ssize_t sent = ::send(ends[1], data, size, MSG_DONTWAIT | MSG_NOSIGNAL);
     ::shutdown(ends[1], SHUT_WR);
     {
-        RemoteInspector inspector(std::make_unique<RemoteSession>(
-            std::make_unique<MessageChannel>(ends[0]),
-            [](bool) { return QStringLiteral("ended"); }));
+        RemoteInspector inspector(
+            std::make_unique<RemoteSession>(std::make_unique<MessageChannel>(ends[0]),
+                                            [](bool) { return QStringLiteral("ended"); }));
         use(inspector);
         inspector.session().update();
         require(!inspector.failure().isEmpty());
