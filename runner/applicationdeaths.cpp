@@ -6,6 +6,7 @@
 #include "test/testvp.h"
 #include "test/verification/displaypicture.h"
 
+#include <QFile>
 #include <QImage>
 
 namespace Morvex {
@@ -15,6 +16,16 @@ QString capitalised(QString text)
 {
     text[0] = text[0].toUpper();
     return text;
+}
+
+QString coreText(const Applications::Death &death)
+{
+    if (!death.hasDumpedCore)
+        return {};
+    QFile pattern(QStringLiteral("/proc/sys/kernel/core_pattern"));
+    return QStringLiteral("\nA core was dumped: kernel.core_pattern is '%1'.")
+        .arg(pattern.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(pattern.readAll()).trimmed()
+                                               : QString());
 }
 
 } // namespace
@@ -73,7 +84,7 @@ void ApplicationDeaths::addCaught(const Applications::Death &death)
     m_applications->settleDeath(death.context);
     m_result->addResult(currentLocalTime(), TestResult::WARNING, capitalised(death.text),
                         QStringLiteral("The script has caught this and goes on.") +
-                            picture(TestResult::WARNING),
+                            coreText(death) + picture(TestResult::WARNING),
                         m_engine->currentStack(), QString(), -1);
 }
 
@@ -82,7 +93,7 @@ void ApplicationDeaths::addUnmet(const Applications::Death &death,
 {
     m_applications->settleDeath(death.context);
     m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                        QStringLiteral("No call of the script has met this.") +
+                        QStringLiteral("No call of the script has met this.") + coreText(death) +
                             picture(TestResult::FATAL),
                         stack, QString(), -1);
 }
@@ -116,7 +127,8 @@ bool ApplicationDeaths::reportThrown(const QString &thrown, const QString &detai
             continue;
         m_applications->settleDeath(death.context);
         m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                            details + picture(TestResult::FATAL), stack, QString(), -1);
+                            details + coreText(death) + picture(TestResult::FATAL), stack,
+                            QString(), -1);
         return true;
     }
     return false;

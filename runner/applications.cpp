@@ -328,7 +328,7 @@ QList<Applications::Death> Applications::deaths()
         const QString end = entry.isDeathSettled ? QString() : entry.context->end();
         const bool isMet = entry.context->isEndMet();
         if (!end.isEmpty() && (isMet || !entry.context->isEndOrderly()))
-            deaths += Death{entry.id, end, isMet};
+            deaths += Death{entry.id, end, isMet, entry.context->hasDumpedCore()};
     }
     return deaths;
 }

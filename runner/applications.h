@@ -48,6 +48,7 @@ public:
         QString text;
         /// Whether a call has failed because of it.
         bool isMet = false;
+        bool hasDumpedCore = false;
     };
 
     /// What one start may have of its own.

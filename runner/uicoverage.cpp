@@ -27,7 +27,7 @@ QString coverageDir()
 QByteArray usageXml(QString *error)
 {
     const QByteArray answer =
-        Inspector::self()->callFunction(QStringLiteral("dumpUsage"), {}, error).toByteArray();
+        Inspector::self()->askForReport(QStringLiteral("dumpUsage"), error).toByteArray();
     const QByteArray xml =
         error->isEmpty() ? convertDumpToXml(dumpOfAnswer(answer, error), error) : QByteArray();
     if (xml.isEmpty() && error->isEmpty())

@@ -8,6 +8,7 @@
 #include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
+#include "remote/waitwithin.h"
 #include "remote/watchedprocess.h"
 #include "remote/whynoconnection.h"
 
@@ -197,6 +198,7 @@ std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::
 {
     RemoteContext::Surroundings surroundings;
     surroundings.endOf = [this](qint64 id) { return process->endOf(id); };
+    surroundings.hasDumpedCore = [this](qint64 id) { return process->hasDumpedCore(id); };
     surroundings.endOfStarter = [this] { return process->endOfProgram(); };
     surroundings.update = [this](int timeout) { update(timeout); };
     surroundings.hasEnded = [this] { return process->hasEnded(); };
@@ -275,6 +277,7 @@ std::unique_ptr<RemoteApplication> RemoteApplication::start(const Start &start, 
 {
     std::unique_ptr<RemoteApplication> application(new RemoteApplication);
     application->d->start = start;
+    application->d->start.timeout = static_cast<int>(waitWithin(start.deadline, start.timeout));
     *error = application->d->launch();
     if (error->isEmpty())
         *error = application->d->waitForContext();

@@ -214,6 +214,11 @@ bool RemoteContext::isEndOrderly() const
            !WatchedProcess::isCrash(m_surroundings.endOf(m_processId));
 }
 
+bool RemoteContext::hasDumpedCore() const
+{
+    return m_surroundings.hasDumpedCore(m_processId);
+}
+
 bool RemoteContext::isEndMet() const
 {
     return m_inspector && m_inspector->session().isEndMet();
@@ -241,6 +246,7 @@ void RemoteContext::close(const QString &reason)
         m_failure = reason;
     // What is around it may no longer be there.
     m_surroundings.endOf = [](qint64) { return QString(); };
+    m_surroundings.hasDumpedCore = [](qint64) { return false; };
     m_surroundings.endOfStarter = [] { return QString(); };
     m_surroundings.hasEnded = [] { return true; };
     m_surroundings.update = [](int) {};

@@ -25,6 +25,8 @@ public:
     {
         /// How a process has ended, as WatchedProcess says it; empty while that is not known.
         std::function<QString(qint64)> endOf;
+        /// Whether one has left a core.
+        std::function<bool(qint64)> hasDumpedCore;
         /// How the program that was started at first has ended; empty while that is not known.
         std::function<QString()> endOfStarter;
         /// Whether no process of the application is left.
@@ -74,6 +76,8 @@ public:
     /// Whether it has ended as an application should, by leaving its event loop and without a crash
     /// after that.
     bool isEndOrderly() const;
+    /// Whether it has crashed so that its memory can be looked at.
+    bool hasDumpedCore() const;
     /// Whether a call has failed because of the end.
     bool isEndMet() const;
     /// Whether it has not come to what it was asked for last.

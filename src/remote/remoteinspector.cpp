@@ -30,12 +30,6 @@ private:
     QString m_name;
 };
 
-// Whether it is the runner that wants to know, for its log. Such a call does not meet an end.
-bool isAskedByTheRunner(const QString &function)
-{
-    return function == QLatin1String("dumpUsage") || function == QLatin1String("desktopScreenshot");
-}
-
 // How long the call takes by itself, in milliseconds.
 int durationOf(const QString &function, const QVariantList &arguments)
 {
@@ -145,20 +139,24 @@ SharedPtr<Object> RemoteInspector::waitForObject(const QString &name, int timeou
 QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &arguments,
                                        QString *error)
 {
-    RemoteSession::Reply reply;
-    if (isAskedByTheRunner(name)) {
-        session().update();
-        reply.error = session().failure();
-    }
-    if (reply.error.isEmpty())
-        reply = d->request(Message::CallFunction, {name, QVariant(arguments)},
-                           durationOf(name, arguments));
+    const RemoteSession::Reply reply =
+        d->request(Message::CallFunction, {name, QVariant(arguments)}, durationOf(name, arguments));
+    if (error)
+        *error = reply.error;
+    return reply.values.value(0);
+}
+
+QVariant RemoteInspector::askForReport(const QString &function, QString *error)
+{
+    session().update();
+    QString reason = session().failure();
+    const QVariant answer = reason.isEmpty() ? callFunction(function, {}, &reason) : QVariant();
     // An application that has ended answered this at its end.
     const QByteArray usage = session().lastUsage();
-    const bool isAnswered = name == QLatin1String("dumpUsage") && !usage.isNull();
+    const bool isAnswered = function == QLatin1String("dumpUsage") && !usage.isNull();
     if (error)
-        *error = isAnswered ? QString() : reply.error;
-    return isAnswered ? QVariant(usage) : reply.values.value(0);
+        *error = isAnswered ? QString() : reason;
+    return isAnswered ? usage : answer;
 }
 
 SharedPtr<Object> RemoteInspector::objectWithId(int id)

@@ -34,6 +34,7 @@ public:
     SharedPtr<Object> waitForObject(const QString &name, int timeout, QString *error) override;
     QVariant callFunction(const QString &name, const QVariantList &arguments,
                           QString *error) override;
+    QVariant askForReport(const QString &function, QString *error) override;
     QString failure() const override;
 
     /// The live object that the application knows by this number, also if it no longer exists.

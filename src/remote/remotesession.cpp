@@ -1,5 +1,7 @@
 #include "remote/remotesession.h"
 
+#include "remote/waitwithin.h"
+
 #include <QElapsedTimer>
 
 #include <limits>
@@ -9,8 +11,6 @@ namespace {
 
 const int sendTimeoutMs = 10000;
 const qint64 pongTimeoutMs = 1000;
-// For the stack of an application that hangs, and a picture.
-const qint64 maxReserveMs = 12000;
 // More at once are sent with the next request.
 const int releasesPerMessage = 100;
 // The second one has the usage.
@@ -111,14 +111,10 @@ int RemoteSession::beforeDeadline(int duration) const
     return m_deadline.isForever() || duration < left ? duration : static_cast<int>(left / 2);
 }
 
-// A wait that is longer than the test case may last is cut by the end of that.
 int RemoteSession::boundOf(int duration) const
 {
-    const qint64 left = m_deadline.remainingTime() - duration;
-    const qint64 bound = m_deadline.isForever() || left <= 0
-                             ? m_bound
-                             : qMin<qint64>(m_bound, left - qMin(maxReserveMs, left / 4));
-    return static_cast<int>(qMin<qint64>(bound + duration, std::numeric_limits<int>::max()));
+    const qint64 bound = duration + waitWithin(m_deadline, m_bound, duration);
+    return static_cast<int>(qMin<qint64>(bound, std::numeric_limits<int>::max()));
 }
 
 // False when the connection is no longer of use. When it is not closed, the process takes

@@ -282,7 +282,7 @@ void WatchedProcess::update(int timeout)
 }
 
 // Lines: "ready", "drained", "started PID", "failed ERRNO directory|program", "ended PID
-// exit|signal NUMBER", "empty", all with more words.
+// exit|signal|core NUMBER", "empty", all with more words.
 void WatchedProcess::take(const QByteArray &line)
 {
     const QList<QByteArray> words = line.split(' ');
@@ -300,17 +300,17 @@ void WatchedProcess::take(const QByteArray &line)
                             .arg(m_directory, errorText(number))
                       : QStringLiteral("cannot start '%1': %2").arg(m_command, errorText(number));
     } else if (words.value(0) == "ended") {
-        addEnd(number, endText(words.value(2), words.value(3).toInt()));
+        addEnd(number, {endText(words.value(2), words.value(3).toInt()), words.value(2) == "core"});
     } else if (words.value(0) == "empty") {
         m_hasEnded = true;
     }
 }
 
-void WatchedProcess::addEnd(qint64 process, const QString &text)
+void WatchedProcess::addEnd(qint64 process, const End &end)
 {
     if (!m_ends.contains(process))
         m_order.enqueue(process);
-    m_ends.insert(process, text);
+    m_ends.insert(process, end);
     if (m_order.size() <= maxEnds)
         return;
     const qint64 oldest = m_order.dequeue();

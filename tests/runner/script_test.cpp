@@ -3,13 +3,7 @@
 
 using namespace MorvexTest;
 
-namespace {
-
-class ScriptTest : public ScriptFixture
-{
-};
-
-} // namespace
+using ScriptTest = ScriptFixture;
 
 TEST_F(ScriptTest, ChecksAndTheirTexts)
 {
@@ -34,11 +28,7 @@ TEST_F(ScriptTest, ChecksAndTheirTexts)
 
 TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
 {
-    const struct
-    {
-        const char *outcome;
-        std::vector<const char *> values;
-    } rows[] = {
+    const std::pair<const char *, std::vector<const char *>> rows[] = {
         {"FAIL m|Expected ",
          {"new Set([1]), new Set([2])", "new Map([[1, 2]]), new Map()",
           "new Map([[1, {a: 2}]]), new Map([[1, {a: 3}]])", "new Error('a'), new Error('b')",
@@ -52,14 +42,14 @@ TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
           "new Date(5), new Date(5)", "new Error('a'), new Error('a')", "/a/g, /a/g",
           "new Uint8Array([1]), new Uint8Array([1])", "{a: undefined}, {a: undefined}"}},
     };
-    for (const auto &row : rows) {
+    for (const auto &[outcome, pairs] : rows) {
         QByteArray script;
-        for (const char *values : row.values)
+        for (const char *values : pairs)
             script += "check.equal(" + QByteArray(values) + ", 'm');\n";
         const QStringList lines = results(script);
-        ASSERT_EQ(lines.size(), int(row.values.size()));
+        ASSERT_EQ(lines.size(), int(pairs.size()));
         for (int i = 0; i < lines.size(); ++i)
-            EXPECT_TRUE(lines[i].startsWith(row.outcome)) << row.values[std::size_t(i)];
+            EXPECT_TRUE(lines[i].startsWith(outcome)) << pairs[std::size_t(i)];
     }
 }
 

@@ -5,9 +5,7 @@
 
 using namespace MorvexTest;
 
-class ScriptDataTest : public ScriptFixture
-{
-};
+using ScriptDataTest = ScriptFixture;
 
 TEST_F(ScriptDataTest, ATableIsWalkedByEachKindOfLoop)
 {

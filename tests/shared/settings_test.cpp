@@ -37,12 +37,7 @@ public:
 
 TEST_F(SettingsFileTest, HowARawValueReads)
 {
-    const struct
-    {
-        const char *raw, *text;
-        int number, boolean;
-        const char *warning;
-    } rows[] = {
+    const std::tuple<const char *, const char *, int, int, const char *> rows[] = {
         {" \"a b\" ", "a b", -1, -1, ""},
         {"1", "default", 1, 1, "Morvex::Settings: entry is not a string in "},
         {"\"1\"", "1", -1, 1, ""},
@@ -59,17 +54,19 @@ TEST_F(SettingsFileTest, HowARawValueReads)
         {"\"\\\xe2\x82\xac\"", "default", -1, -1,
          "Morvex::Settings: unknown quoted character with hex code 0x20ac in "},
     };
-    for (const auto &row : rows) {
-        const auto store = storeOf("key =" + QByteArray(row.raw) + "\n");
-        const std::string warning = standardErrorOf(
-            [&] { EXPECT_EQ(store->readEntry("g", "key", "default"), row.text) << row.raw; });
-        EXPECT_NE(warning.find(row.warning), std::string::npos) << row.raw << warning;
-        EXPECT_EQ(warning.empty(), *row.warning == 0) << row.raw << warning;
-        EXPECT_EQ(store->readNumEntry("g", "key", -1), row.number) << row.raw;
+    for (const auto &[raw, text, number, boolean, said] : rows) {
+        const auto store = storeOf("key =" + QByteArray(raw) + "\n");
+        QString read;
+        const std::string warning =
+            standardErrorOf([&] { read = store->readEntry("g", "key", "default"); });
+        EXPECT_EQ(read, text) << raw;
+        EXPECT_NE(warning.find(said), std::string::npos) << raw << warning;
+        EXPECT_EQ(warning.empty(), *said == 0) << raw << warning;
+        EXPECT_EQ(store->readNumEntry("g", "key", -1), number) << raw;
         for (const bool fallback : {false, true})
             EXPECT_EQ(store->readBoolEntry("g", "key", fallback),
-                      row.boolean < 0 ? fallback : row.boolean == 1)
-                << row.raw;
+                      boolean < 0 ? fallback : boolean == 1)
+                << raw;
     }
 }
 

@@ -43,20 +43,17 @@ TEST(TextParserTest, ImagesAndValuesOfAMessage)
         extractScreenshotFromMsgAndDetail("Screenshot in \"/m.png\"", "Screenshot in \"/d.png\""),
         "/m.png");
 
-    const struct
-    {
-        const char *msg, *first, *second;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *> rows[] = {
         {"'a' and 'b' differ", "a", "b"}, {"'it's' and 'it''s' differ", "it's", "it''s"},
         {"'' and '' differ", "", ""},     {"'a' or 'b'", "old1", "old2"},
         {"no quotes", "old1", "old2"},    {"'a' and '", "old1", "old2"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[msg, former, latter] : rows) {
         QString first = "old1";
         QString second = "old2";
-        expectedAndActualValueFromMsg(row.msg, &second, &first);
-        EXPECT_EQ(first, row.first) << row.msg;
-        EXPECT_EQ(second, row.second) << row.msg;
+        expectedAndActualValueFromMsg(msg, &second, &first);
+        EXPECT_EQ(first, former) << msg;
+        EXPECT_EQ(second, latter) << msg;
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include "support/runs.h"
 #include "support/test.h"
-#include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
 #include <pty.h>
@@ -16,17 +15,10 @@ namespace {
 class ConsoleTest : public testing::Test
 {
 protected:
-    std::unique_ptr<TestReportGenerator> make()
-    {
-        const auto result = StdoutReportGenerator::create(path);
-        EXPECT_EQ(result.error, "");
-        return std::unique_ptr<TestReportGenerator>(result.generator);
-    }
-
     QByteArray lineOf(const TestResult::Entry &entry)
     {
         QFile::remove(path);
-        make()->handleEntry(entry);
+        makeReport("stdout," + path)->handleEntry(entry);
         return readFile(path);
     }
 
@@ -116,31 +108,9 @@ TEST_F(ConsoleTest, WhoDecidesAboutColours)
     ::close(terminal);
 }
 
-TEST_F(ConsoleTest, AnEarlierLogIsNotOverwritten)
-{
-    writeFile(path, "earlier");
-    make()->handleEntry(logEntry());
-    EXPECT_EQ(readFile(path), "earlier");
-    EXPECT_FALSE(readFile(dir.filePath("console_1.log")).isEmpty());
-}
-
-TEST_F(ConsoleTest, AFullDiskIsReportedOnce)
-{
-    const std::string message = standardErrorOf([this] {
-        const auto generator = TestReportGeneratorFactory::create({"stdout,/dev/full"},
-                                                                  TestReportGenerator::TEST_SUITE);
-        const std::unique_ptr<TestReportGenerator> owner(generator);
-        generator->handleEntry(logEntry());
-        generator->handleEntry(logEntry());
-        generator->generateSummary();
-    });
-    EXPECT_EQ(message, "morvexrunner: Could not write the console report: No space left on "
-                       "device\n");
-}
-
 TEST_F(ConsoleTest, TheSummaryHasAllCounters)
 {
-    const auto generator = make();
+    const auto generator = makeReport("stdout," + path);
     for (const TestResult::ResultType type : allTypes())
         generator->handleEntry(fullEntry(type));
     generator->generateSummary();

@@ -241,12 +241,8 @@ TEST(FactoryTest, ThePathIsAllAfterTheFirstCommaLessOneSeparator)
 {
     QTemporaryDir dir;
     QDir(dir.path()).mkdir("a,b");
-    QString resultDir;
     const QString path = dir.filePath("a,b/log.txt");
-    const std::unique_ptr<TestReportGenerator> generator(
-        TestReportGeneratorFactory::create({"stdout," + path + "/"}, &resultDir,
-                                           TestReportGenerator::TEST_SUITE)
-            .generator);
+    const auto generator = makeReport("stdout," + path + "/");
     EXPECT_TRUE(QFile::exists(path));
 }
 
