@@ -7,6 +7,8 @@
 namespace Morvex {
 namespace {
 
+// More than anybody does before it is taken.
+const int maxRecorded = 20000;
 const int sendTimeoutMs = 10000;
 const int pongTimeoutMs = 1000;
 // More at once are sent with the next request.
@@ -133,6 +135,17 @@ QString RemoteSession::silence(int timeout, bool isAgentThere)
     return m_describeSilence ? text + m_describeSilence(isAgentThere) : text;
 }
 
+QString RemoteSession::record()
+{
+    m_isRecording = true;
+    return request(Message::Record, {}).error;
+}
+
+QVariantList RemoteSession::takeRecorded()
+{
+    return std::exchange(m_recorded, {});
+}
+
 // The answer to the request of that number, or that to a ping, which is empty.
 MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeout, Message *answer)
 {
@@ -170,6 +183,10 @@ bool RemoteSession::take(const Message &message)
         m_lastUsage = message.values.value(0).toByteArray();
     } else if (message.type == Message::Pong) {
         m_hasPonged = true;
+    } else if (message.type == Message::Recorded) {
+        if (!m_isRecording || m_recorded.size() >= maxRecorded)
+            return false;
+        m_recorded += message.values;
     } else {
         return isAnswer(message);
     }
