@@ -59,9 +59,10 @@ export default function (application, contexts, global, helpers) {
     }
 
     function setCurrent(context) {
-        if (!contexts.setCurrent(given(context, "application.setCurrent").id))
-            throw new Error("application.setCurrent: " + context + " has been stopped");
-        last = context;
+        var wanted = given(context, "application.setCurrent");
+        if (!contexts.setCurrent(wanted.id))
+            throw new Error("application.setCurrent: " + wanted + " has been stopped");
+        last = wanted;
     }
 
     global.application = {

@@ -6,6 +6,7 @@
 #include "test/testvp.h"
 #include "test/verification/displaypicture.h"
 
+#include <QFile>
 #include <QImage>
 
 namespace Morvex {
@@ -15,6 +16,16 @@ QString capitalised(QString text)
 {
     text[0] = text[0].toUpper();
     return text;
+}
+
+QString coreText(const Applications::Death &death)
+{
+    if (!death.hasDumpedCore)
+        return {};
+    QFile pattern(QStringLiteral("/proc/sys/kernel/core_pattern"));
+    return QStringLiteral("\nA core was dumped: kernel.core_pattern is '%1'.")
+        .arg(pattern.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(pattern.readAll()).trimmed()
+                                               : QString());
 }
 
 } // namespace
@@ -27,11 +38,14 @@ ApplicationDeaths::ApplicationDeaths(Applications *applications, TestResult *res
     , m_engine(engine)
 {
     applications->setHangs([this](const QString &stack) { reportHanging(stack); });
+    applications->setCrashesAtEnd(
+        [this](const QString &text) { reportCrashAtEnd(text, m_engine->currentStack()); });
 }
 
 ApplicationDeaths::~ApplicationDeaths()
 {
     m_applications->setHangs(nullptr);
+    m_applications->setCrashesAtEnd(nullptr);
 }
 
 // The application is not asked: it could not answer.
@@ -48,10 +62,18 @@ QString ApplicationDeaths::picture(TestResult::ResultType type)
                : QLatin1Char('\n') + TestVP::logScreenshot(m_runner, type, image).trimmed();
 }
 
+void ApplicationDeaths::reportCrashAtEnd(const QString &text, const std::vector<LineInfo> &stack)
+{
+    m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(text),
+                        QStringLiteral("This was when it was asked to end."), stack, QString(), -1);
+}
+
 void ApplicationDeaths::reportHanging(const QString &stack)
 {
     const QString where =
-        stack.isEmpty() ? QStringLiteral("Its stack is not known: gdb is needed for that.") : stack;
+        stack.isEmpty()
+            ? QStringLiteral("Its stack is not known: gdb is needed for that, and some seconds.")
+            : stack;
     m_result->addResult(currentLocalTime(), TestResult::LOG,
                         QStringLiteral("The application gives no answer"),
                         where + picture(TestResult::LOG), m_engine->currentStack(), QString(), -1);
@@ -62,7 +84,7 @@ void ApplicationDeaths::addCaught(const Applications::Death &death)
     m_applications->settleDeath(death.context);
     m_result->addResult(currentLocalTime(), TestResult::WARNING, capitalised(death.text),
                         QStringLiteral("The script has caught this and goes on.") +
-                            picture(TestResult::WARNING),
+                            coreText(death) + picture(TestResult::WARNING),
                         m_engine->currentStack(), QString(), -1);
 }
 
@@ -71,7 +93,7 @@ void ApplicationDeaths::addUnmet(const Applications::Death &death,
 {
     m_applications->settleDeath(death.context);
     m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                        QStringLiteral("No call of the script has met this.") +
+                        QStringLiteral("No call of the script has met this.") + coreText(death) +
                             picture(TestResult::FATAL),
                         stack, QString(), -1);
 }
@@ -105,7 +127,8 @@ bool ApplicationDeaths::reportThrown(const QString &thrown, const QString &detai
             continue;
         m_applications->settleDeath(death.context);
         m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                            details + picture(TestResult::FATAL), stack, QString(), -1);
+                            details + coreText(death) + picture(TestResult::FATAL), stack,
+                            QString(), -1);
         return true;
     }
     return false;
@@ -116,6 +139,13 @@ void ApplicationDeaths::reportRest(const QString &path)
     reportCaught();
     for (const Applications::Death &death : m_applications->deaths())
         addUnmet(death, {LineInfo(path, 0)});
+}
+
+void ApplicationDeaths::stopAll(const QString &path)
+{
+    m_applications->setCrashesAtEnd(
+        [this, path](const QString &text) { reportCrashAtEnd(text, {LineInfo(path, 0)}); });
+    m_applications->stopAll();
 }
 
 } // namespace Morvex

@@ -39,7 +39,11 @@ public:
     /// Logs all that are left, at the end of the script @p path.
     void reportRest(const QString &path);
 
+    /// Stops all applications and logs those that crash by that.
+    void stopAll(const QString &path);
+
 private:
+    void reportCrashAtEnd(const QString &text, const std::vector<LineInfo> &stack);
     void reportHanging(const QString &stack);
     void addCaught(const Applications::Death &death);
     void addUnmet(const Applications::Death &death, const std::vector<LineInfo> &stack);

@@ -74,7 +74,8 @@ int Applications::launch(const QStringList &command, const QString &program, con
                          QString *error)
 {
     const QString prefix = installationPrefix();
-    if (!m_home)
+    // One that could not be made may be possible by now.
+    if (!m_home || !m_home->error().isEmpty())
         m_home = std::make_shared<ApplicationHome>(
             ApplicationHome::Options{prefix, m_settings.homeSeed, setVariables()});
     RemoteApplication::Start start;
@@ -91,6 +92,7 @@ int Applications::launch(const QStringList &command, const QString &program, con
     start.hooksSubProcesses = m_settings.hooksSubProcesses;
     start.timeout = options.timeout;
     start.bound = m_settings.bound;
+    start.deadline = m_settings.deadline;
     // No more: the script would go on within its own call.
     start.idle = serveTermination;
     start.hangs = [this](const QString &stack) {
@@ -139,18 +141,17 @@ int Applications::handOut(Entry &entry)
 
 int Applications::attach(const QString &name, int timeout, QString *error)
 {
-    QElapsedTimer timer;
-    timer.start();
+    const QDeadlineTimer deadline(timeout);
     for (;;) {
         for (const auto &application : qAsConst(m_applications)) {
-            const std::shared_ptr<RemoteContext> context = application->attach(name);
+            const std::shared_ptr<RemoteContext> context = application->attach(name, deadline);
             update();
             for (Entry &entry : m_entries) {
                 if (context && entry.context == context)
                     return handOut(entry);
             }
         }
-        if (timer.elapsed() >= timeout)
+        if (deadline.hasExpired())
             break;
         pauseScript(waitStepMs);
     }
@@ -228,6 +229,9 @@ void Applications::stop(int id)
             m_current = -1;
     }
     m_applications.removeOne(application);
+    const QString crash = application->end();
+    if (!crash.isEmpty() && m_crashesAtEnd)
+        m_crashesAtEnd(crash);
 }
 
 void Applications::stopAll()
@@ -294,19 +298,37 @@ std::shared_ptr<RemoteInspector> Applications::inspector()
     // Another one, too, of a process that has executed another program.
     if (wanted && entry->counted.lock() != wanted) {
         entry->counted = wanted;
-        startUsageCount();
+        entry->countError = startUsageCount();
     }
     return wanted;
 }
 
+std::shared_ptr<RemoteInspector> Applications::inspectorOf(const SharedPtr<Object> &object)
+{
+    for (const Entry &entry : qAsConst(m_entries)) {
+        const auto inspector = entry.application ? entry.context->inspector() : nullptr;
+        if (inspector && inspector->owns(object))
+            return inspector;
+    }
+    return nullptr;
+}
+
+QString Applications::countError()
+{
+    const Entry *entry = entryOf(m_current);
+    return entry ? entry->countError : QString();
+}
+
 QList<Applications::Death> Applications::deaths()
 {
+    // Also those that the script has never looked for.
+    update();
     QList<Death> deaths;
     for (const Entry &entry : qAsConst(m_entries)) {
         const QString end = entry.isDeathSettled ? QString() : entry.context->end();
         const bool isMet = entry.context->isEndMet();
         if (!end.isEmpty() && (isMet || !entry.context->isEndOrderly()))
-            deaths += Death{entry.id, end, isMet};
+            deaths += Death{entry.id, end, isMet, entry.context->hasDumpedCore()};
     }
     return deaths;
 }

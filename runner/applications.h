@@ -1,5 +1,6 @@
 #pragma once
 
+#include "objectmodel/object.h"
 #include "remote/remoteapplication.h"
 
 #include <QList>
@@ -36,6 +37,8 @@ public:
         QStringList whiteList;
         bool hooksSubProcesses = false;
         int bound = 60000;
+        /// When the test case is ended if it has not come to its end.
+        QDeadlineTimer deadline{QDeadlineTimer::Forever};
     };
 
     /// How one has ended without being asked to.
@@ -45,6 +48,7 @@ public:
         QString text;
         /// Whether a call has failed because of it.
         bool isMet = false;
+        bool hasDumpedCore = false;
     };
 
     /// What one start may have of its own.
@@ -65,8 +69,14 @@ public:
     Applications(const Applications &) = delete;
     Applications &operator=(const Applications &) = delete;
 
-    /// @p hangs is called with the stack of an application that gives no answer.
+    /// @p hangs is called with what is known of where an application that gives no answer is.
     void setHangs(const std::function<void(const QString &)> &hangs) { m_hangs = hangs; }
+
+    /// @p crashes is called with how an application has crashed when it was asked to end.
+    void setCrashesAtEnd(const std::function<void(const QString &)> &crashes)
+    {
+        m_crashesAtEnd = crashes;
+    }
 
     /// Makes the context of what was started the current one, and returns it; negative on failure.
     /// An empty command is that of the suite.
@@ -106,6 +116,12 @@ public:
 
     /// That of the current context, which is made the installed one; null without one.
     std::shared_ptr<RemoteInspector> inspector();
+    /// Why usage is not counted in the current context; empty when it is, or is not wanted.
+    QString countError();
+
+    /// That of the application that the object is of, whether it is the current one or not; null
+    /// for none.
+    std::shared_ptr<RemoteInspector> inspectorOf(const SharedPtr<Object> &object);
 
     /// Those that are not settled.
     QList<Death> deaths();
@@ -119,6 +135,7 @@ private:
         std::shared_ptr<RemoteContext> context;
         // In which usage is counted, if it is to be.
         std::weak_ptr<RemoteInspector> counted;
+        QString countError;
         bool isKnown = false;
         bool isDeathSettled = false;
         // After the end of the application.
@@ -137,6 +154,7 @@ private:
     QStringList m_searchDirs;
     Settings m_settings;
     std::function<void(const QString &)> m_hangs;
+    std::function<void(const QString &)> m_crashesAtEnd;
     std::shared_ptr<ApplicationHome> m_home;
     QList<std::shared_ptr<RemoteApplication>> m_applications;
     QList<Entry> m_entries;

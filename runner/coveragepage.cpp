@@ -38,10 +38,18 @@ meter { width: 8rem; vertical-align: middle; }
 )";
 const char pageEnd[] = "</main>\n</body>\n</html>\n";
 
+// All of it is said only of what is whole.
+QString percentageOf(const BrowserElement &element)
+{
+    const double percentage = element.coveragePercentage(true);
+    const double mostOfAPart = 99.9;
+    return QString::number(percentage < 100 ? qMin(percentage, mostOfAPart) : 100, 'f', 1);
+}
+
 QString meterOf(const BrowserElement &element)
 {
     return QStringLiteral("<meter min=\"0\" max=\"100\" value=\"%1\"></meter> %2")
-        .arg(QString::number(element.coveragePercentage(true), 'f', 1), coverageText(element));
+        .arg(percentageOf(element), coverageText(element));
 }
 
 QString nameOf(const BrowserElement &element)
@@ -98,11 +106,8 @@ void appendTree(const BrowserElement &element, QString *html)
 
 QString coverageText(const BrowserElement &element)
 {
-    const double percentage = element.coveragePercentage(true);
-    const double mostOfAPart = 99.9;
     return QStringLiteral("%1 % (%2 of %3)")
-        .arg(QString::number(percentage < 100 ? qMin(percentage, mostOfAPart) : 100, 'f', 1),
-             QString::number(element.coverageActual(true)),
+        .arg(percentageOf(element), QString::number(element.coverageActual(true)),
              QString::number(element.coverageExpected(true)));
 }
 

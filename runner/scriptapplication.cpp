@@ -20,6 +20,7 @@ const int hangingBoundMs = 500;
 ScriptApplication::ScriptApplication(Applications *applications)
     : m_applications(applications)
 {
+    m_clock.start();
 }
 
 ScriptApplication::~ScriptApplication() = default;

@@ -236,9 +236,14 @@ bool ScriptObject::isVisible()
     return known && (!visible || visible->value().toBool());
 }
 
-int ScriptObject::objectId()
+int ScriptObject::targetId(QObject *target)
 {
-    return follow({}) ? m_object->id() : 0;
+    auto *other = qobject_cast<ScriptObject *>(target);
+    if (!other || !other->follow({}))
+        return 0;
+    if (other->m_inspector != m_inspector)
+        fail(QStringLiteral("it can't be dragged to an object of another application"));
+    return other->m_object->id();
 }
 
 QVariantMap ScriptObject::properties()

@@ -39,8 +39,9 @@ public:
 
     /// False for one that is hidden; true for one that can't be.
     Q_INVOKABLE bool isVisible();
-    /// The number under which the application knows it; throws for one that was not found.
-    Q_INVOKABLE int objectId();
+    /// The number under which the application knows another one, to which this is dragged. Throws
+    /// when that was not found, or is of another application.
+    Q_INVOKABLE int targetId(QObject *target);
     Q_INVOKABLE QVariantMap properties();
     /// A list of these objects.
     Q_INVOKABLE QJSValue children();

@@ -106,7 +106,7 @@ export default function (application, nameFunctions, helpers) {
                 to = this;
             }
             var target = mouseOptions(end);
-            target.object = to.source.objectId();
+            target.object = this.source.targetId(to.source);
             if (to instanceof Item) {
                 to.wait();
                 target.item = to.selector;
@@ -223,11 +223,11 @@ export default function (application, nameFunctions, helpers) {
 
     // Whether it held before the time was over.
     function poll(condition, timeout) {
-        var end = Date.now() + timeout;
+        var end = application.clock() + timeout;
         for (;;) {
             if (condition())
                 return true;
-            var left = end - Date.now();
+            var left = end - application.clock();
             if (left <= 0)
                 return false;
             application.pause(Math.min(pollMs, Math.ceil(left)));

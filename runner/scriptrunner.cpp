@@ -280,7 +280,7 @@ SharedPtr<Object> ScriptRunner::waitForItem(const QString &name, SharedPtr<Objec
     timer.start();
     if (!object)
         object = waitForObjectExists(name, false, timeout);
-    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspector();
+    const std::shared_ptr<RemoteInspector> inspector = m_applications->inspectorOf(object);
     while (object && inspector) {
         QString error;
         const QVariantList arguments{object->id(), QVariant(selector)};

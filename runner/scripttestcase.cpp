@@ -91,8 +91,9 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
         addError(LineInfo(path, 0), error);
         return;
     }
-    const auto keepUsage = [this] {
-        attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir);
+    const auto keepUsage = [&] {
+        attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir,
+                    applications.countError());
     };
     application.setBeforeStart([&deaths] { deaths.reportCaught(); });
     application.setBeforeStop([&](int context) {
@@ -125,6 +126,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
     deaths.reportRest(path);
     application.forEachContext(keepUsage);
+    deaths.stopAll(path);
 }
 
 // Logs what was thrown, after what promises had left to do.

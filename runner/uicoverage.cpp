@@ -23,18 +23,11 @@ QString coverageDir()
     return QFile::decodeName(qgetenv(variable));
 }
 
-// Why nothing is counted in the application of this process; empty when it is.
-QString &startFailure()
-{
-    static QString text;
-    return text;
-}
-
 // Empty with an error when there is none.
 QByteArray usageXml(QString *error)
 {
     const QByteArray answer =
-        Inspector::self()->callFunction(QStringLiteral("dumpUsage"), {}, error).toByteArray();
+        Inspector::self()->askForReport(QStringLiteral("dumpUsage"), error).toByteArray();
     const QByteArray xml =
         error->isEmpty() ? convertDumpToXml(dumpOfAnswer(answer, error), error) : QByteArray();
     if (xml.isEmpty() && error->isEmpty())
@@ -56,7 +49,7 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
     QString error;
     const QByteArray xml = usageXml(&error);
     if (xml.isEmpty())
-        return startFailure().isEmpty() ? error : startFailure();
+        return error;
     // A test case may use several applications.
     static int count = 0;
     const QString name = QStringLiteral("%1_%2_%3.xml")
@@ -83,18 +76,21 @@ void warn(TestResult *result, const QString &details)
 
 } // namespace
 
-void startUsageCount()
+QString startUsageCount()
 {
-    startFailure().clear();
+    QString error;
     if (!coverageDir().isEmpty())
-        Inspector::self()->callFunction(QStringLiteral("countUsage"), {}, &startFailure());
+        Inspector::self()->callFunction(QStringLiteral("countUsage"), {}, &error);
+    return error;
 }
 
-void attachUsage(TestResult *result, const QString &testCase, const QString &resultDir)
+void attachUsage(TestResult *result, const QString &testCase, const QString &resultDir,
+                 const QString &startError)
 {
     if (coverageDir().isEmpty() || !Inspector::self())
         return;
-    const QString error = leaveUsage(result, testCase, resultDir);
+    const QString error =
+        startError.isEmpty() ? leaveUsage(result, testCase, resultDir) : startError;
     if (!error.isEmpty())
         warn(result, error);
 }

@@ -12,12 +12,15 @@ class TestResult;
 // What --coverage does. The process that was asked for it makes a directory, whose name the test
 // cases have in MORVEX_COVERAGE; each attempt of a test case leaves a file there.
 
-/// Begins to count in the application of this process when coverage is wanted.
-void startUsageCount();
+/// Begins to count in the current application when coverage is wanted. Returns an error text, empty
+/// on success.
+[[nodiscard]] QString startUsageCount();
 
 /// Leaves what was counted, and attaches it when there is a result directory. Does nothing when no
-/// coverage is wanted or no application was started; a failure is a warning in the log.
-void attachUsage(TestResult *result, const QString &testCase, const QString &resultDir);
+/// coverage is wanted or no application was started; a failure is a warning in the log, and so is
+/// `startError`, why nothing was counted in the current application, which is empty when it was.
+void attachUsage(TestResult *result, const QString &testCase, const QString &resultDir,
+                 const QString &startError);
 
 /// The coverage of all test cases that run while it lives.
 class UiCoverage

@@ -95,7 +95,7 @@ QVariantList AgentCalls::perform(const Message &request, InputSequence *input, Q
     case Message::WrapValue:
         return {refOf(m_inspector.wrapValue(values.value(0)))};
     case Message::SetObjectMap:
-        setObjectMap(values.value(0).toMap());
+        setObjectMap(values);
         return {};
     default:
         *error = QStringLiteral("the agent does not know this request");
@@ -161,12 +161,13 @@ QVariantList AgentCalls::callFunction(const QVariantList &values, InputSequence 
                                       error)};
 }
 
-void AgentCalls::setObjectMap(const QVariantMap &names)
+void AgentCalls::setObjectMap(const QVariantList &values)
 {
     // The application may have one of its own.
     if (ObjectMap::self() && ObjectMap::self() != m_objectMap.get())
         return;
-    m_objectMap = std::make_unique<ObjectMap>();
+    m_objectMap = values.isEmpty() ? nullptr : std::make_unique<ObjectMap>();
+    const QVariantMap names = values.value(0).toMap();
     for (auto it = names.cbegin(); it != names.cend(); ++it)
         m_objectMap->insert(it.key(), ObjectName(it.value().toString()));
     ObjectMap::install(m_objectMap.get());

@@ -43,7 +43,7 @@ private:
     QVariantList invoke(const QVariantList &values, QString *error);
     QVariantList cast(const QVariantList &values);
     QVariantList callFunction(const QVariantList &values, InputSequence *input, QString *error);
-    void setObjectMap(const QVariantMap &names);
+    void setObjectMap(const QVariantList &values);
 
     QVariant refOf(const SharedPtr<Object> &object, bool isCast = false);
     SharedPtr<Object> objectOf(const QVariant &ref);

@@ -45,8 +45,10 @@ void PendingAction::perform()
         return;
     m_answer = answer;
     m_state = Done;
-    if (m_isReported)
+    if (m_isReported) {
         deleteLater();
+        return;
+    }
     m_isInput = answer.type == Message::Answer && !m_input.isEmpty();
     if (m_isInput)
         m_input.setWhenDone([this] { finishInput(); });

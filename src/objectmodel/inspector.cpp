@@ -28,6 +28,11 @@ SharedPtr<Object> Inspector::findObject(const QString &name, QString *error)
     return waitForObject(name, 0, error);
 }
 
+QVariant Inspector::askForReport(const QString &function, QString *error)
+{
+    return callFunction(function, {}, error);
+}
+
 QString Inspector::failure() const
 {
     return {};

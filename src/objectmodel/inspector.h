@@ -53,6 +53,10 @@ public:
     virtual QVariant callFunction(const QString &name, const QVariantList &arguments,
                                   QString *error) = 0;
 
+    /// The same for what a report is to say of an application, which may have ended: that is no
+    /// call that its end has made fail.
+    virtual QVariant askForReport(const QString &function, QString *error);
+
     /// Why the application gave no answer the last time that it was asked; empty when it did. A
     /// null object or value then says nothing about what was asked for.
     virtual QString failure() const;

@@ -1,6 +1,5 @@
 #include "remote/connectionoffer.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
 
@@ -11,13 +10,15 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Morvex {
 namespace {
 
 const int backlog = 128;
-// A caller says who it is at once.
-const int helloTimeoutMs = 3000;
+// A caller says who it is at once, but may be stopped before.
+const int maxSilenceMs = 30000;
+const int maxSilent = 64;
 
 QByteArray madeUpToken()
 {
@@ -33,18 +34,6 @@ pid_t callerOf(int descriptor)
     socklen_t size = sizeof peer;
     const bool isKnown = ::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
     return isKnown && peer.uid == ::geteuid() ? peer.pid : 0;
-}
-
-bool receiveHello(MessageChannel *channel, Message *hello)
-{
-    QElapsedTimer timer;
-    timer.start();
-    MessageChannel::Outcome outcome = MessageChannel::TimedOut;
-    // A signal ends a wait early.
-    for (qint64 left = helloTimeoutMs; outcome == MessageChannel::TimedOut && left > 0;
-         left = helloTimeoutMs - timer.elapsed())
-        outcome = channel->receive(hello, static_cast<int>(left));
-    return outcome == MessageChannel::Received && hello->type == Message::Hello;
 }
 
 } // namespace
@@ -63,7 +52,7 @@ QString ConnectionOffer::listen()
     if (path.size() >= static_cast<int>(sizeof address.sun_path))
         return QStringLiteral("the path '%1' is too long for a socket").arg(m_path);
     std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
-    m_descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    m_descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (m_descriptor < 0 ||
         ::bind(m_descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
         ::chmod(path.constData(), S_IRUSR | S_IWUSR) != 0 || ::listen(m_descriptor, backlog) != 0)
@@ -81,17 +70,56 @@ ConnectionOffer::~ConnectionOffer()
 
 ConnectionOffer::Caller ConnectionOffer::waitForCaller(int timeout)
 {
+    waitForNews(timeout);
+    acceptAll();
+    for (auto silent = m_silent.begin(); silent != m_silent.end();) {
+        MessageChannel::Outcome outcome;
+        Caller caller = takeHello(&*silent, &outcome);
+        if (outcome == MessageChannel::TimedOut && silent->age.elapsed() < maxSilenceMs) {
+            ++silent;
+            continue;
+        }
+        silent = m_silent.erase(silent);
+        if (caller.channel || !caller.error.isEmpty())
+            return caller;
+    }
+    return {};
+}
+
+void ConnectionOffer::waitForNews(int timeout) const
+{
+    std::vector<pollfd> waited{{m_descriptor, POLLIN, 0}};
+    for (const Silent &silent : m_silent)
+        waited.push_back({silent.channel->descriptor(), POLLIN, 0});
+    ::poll(waited.data(), waited.size(), timeout);
+}
+
+void ConnectionOffer::acceptAll()
+{
+    // More come with the next call.
+    for (int count = 0; m_descriptor >= 0 && count < maxSilent; ++count) {
+        const int descriptor = ::accept4(m_descriptor, nullptr, nullptr, SOCK_CLOEXEC);
+        if (descriptor < 0)
+            return;
+        Silent silent;
+        silent.channel = std::make_unique<MessageChannel>(descriptor);
+        silent.processId = callerOf(descriptor);
+        silent.age.start();
+        if (silent.processId != 0)
+            m_silent.push_back(std::move(silent));
+        // The one that has been silent for longest.
+        if (m_silent.size() > maxSilent)
+            m_silent.pop_front();
+    }
+}
+
+ConnectionOffer::Caller ConnectionOffer::takeHello(Silent *silent,
+                                                   MessageChannel::Outcome *outcome) const
+{
     Caller caller;
-    pollfd waited = {m_descriptor, POLLIN, 0};
-    if (m_descriptor < 0 || ::poll(&waited, 1, timeout) <= 0)
-        return caller;
-    const int descriptor = ::accept4(m_descriptor, nullptr, nullptr, SOCK_CLOEXEC);
-    if (descriptor < 0)
-        return caller;
-    auto channel = std::make_unique<MessageChannel>(descriptor);
-    const pid_t process = callerOf(descriptor);
     Message hello;
-    if (process == 0 || !receiveHello(channel.get(), &hello) ||
+    *outcome = silent->channel->receive(&hello, 0);
+    if (*outcome != MessageChannel::Received || hello.type != Message::Hello ||
         hello.values.value(0).toByteArray() != m_token)
         return caller;
     if (hello.number != protocolVersion) {
@@ -100,9 +128,9 @@ ConnectionOffer::Caller ConnectionOffer::waitForCaller(int timeout)
                                 QString::number(protocolVersion));
         return caller;
     }
-    caller.processId = process;
+    caller.processId = silent->processId;
     caller.executable = hello.values.value(3).toString();
-    caller.channel = std::move(channel);
+    caller.channel = std::move(silent->channel);
     return caller;
 }
 

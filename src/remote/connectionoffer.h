@@ -3,8 +3,10 @@
 #include "morvex_export.h"
 #include "remote/protocol/messagechannel.h"
 
+#include <QElapsedTimer>
 #include <QString>
 
+#include <deque>
 #include <memory>
 
 namespace Morvex {
@@ -39,10 +41,24 @@ public:
     /// What a caller has to know, as text.
     QByteArray token() const { return m_token; }
 
-    /// Waits for a caller for so many milliseconds.
+    /// Waits for a caller for so many milliseconds, or less when there is one that has not said who
+    /// it is yet, which is not waited for.
     Caller waitForCaller(int timeout);
 
 private:
+    // Has not said who it is.
+    struct Silent
+    {
+        std::unique_ptr<MessageChannel> channel;
+        qint64 processId = 0;
+        QElapsedTimer age;
+    };
+
+    void waitForNews(int timeout) const;
+    void acceptAll();
+    Caller takeHello(Silent *silent, MessageChannel::Outcome *outcome) const;
+
+    std::deque<Silent> m_silent;
     QString m_path;
     QByteArray m_token;
     int m_descriptor = -1;

@@ -8,6 +8,7 @@
 #include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
+#include "remote/waitwithin.h"
 #include "remote/watchedprocess.h"
 #include "remote/whynoconnection.h"
 
@@ -27,6 +28,9 @@ const int quitTimeoutMs = 3000;
 const int answerTimeoutMs = 1000;
 // Others go on without an agent.
 const int maxSleeping = 100;
+const int maxContexts = 1000;
+// Of one that calls again and again, the rest comes later.
+const int maxCallersAtOnce = 100;
 
 } // namespace
 
@@ -40,15 +44,18 @@ struct RemoteApplication::Private
     // Their agents wait to be wanted.
     std::vector<ConnectionOffer::Caller> sleeping;
     QString callerError;
+    bool isEnded = false;
 
     QString launch();
     QString waitForContext();
-    QString waitUntilReady(RemoteContext &context);
+    QString waitUntilReady(RemoteContext &context, const QDeadlineTimer &deadline);
     void update(int timeout);
     void take(ConnectionOffer::Caller caller);
+    void letSleep(ConnectionOffer::Caller caller);
     bool isWanted(const ConnectionOffer::Caller &caller) const;
+    QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
-    void quit(RemoteContext &context);
+    QString quit(RemoteContext &context);
     void endOrphans();
 };
 
@@ -73,11 +80,13 @@ QString RemoteApplication::Private::launch()
     options.workingDirectory = start.workingDirectory;
     options.environment = QProcessEnvironment::systemEnvironment();
     options.lifeline = home->lifeline();
+    QStringList kept = start.keptVariables;
+    for (const QString &variable : qAsConst(start.variables)) {
+        kept += variable.section(QLatin1Char('='), 0, 0);
+        options.environment.insert(kept.constLast(), variable.section(QLatin1Char('='), 1));
+    }
     addAgent(&options.environment, agentDirectory, *offer);
-    makePrivate(&options.environment, *home, start.keptVariables);
-    for (const QString &variable : qAsConst(start.variables))
-        options.environment.insert(variable.section(QLatin1Char('='), 0, 0),
-                                   variable.section(QLatin1Char('='), 1));
+    makePrivate(&options.environment, *home, kept);
     process = std::make_unique<WatchedProcess>(options);
     if (process->error().isEmpty())
         process->allowStart();
@@ -86,8 +95,7 @@ QString RemoteApplication::Private::launch()
 
 QString RemoteApplication::Private::waitForContext()
 {
-    QElapsedTimer timer;
-    timer.start();
+    const QDeadlineTimer deadline(start.timeout);
     while (contexts.isEmpty()) {
         update(waitStepMs);
         if (start.idle)
@@ -95,23 +103,29 @@ QString RemoteApplication::Private::waitForContext()
         const QString error = callerError.isEmpty() ? process->error() : callerError;
         if (!error.isEmpty())
             return error;
-        const bool isTooLate = timer.elapsed() > start.timeout;
+        const bool isTooLate = deadline.hasExpired();
+        // What it said before its end.
+        if (process->hasEnded())
+            update(0);
         if (contexts.isEmpty() && (process->hasEnded() || isTooLate))
-            return whyNoConnection(start.command.value(0), *process,
-                                   isTooLate ? start.timeout : -1);
+            return whyNoConnection(start.command.value(0), *process, isTooLate ? start.timeout : -1,
+                                   unlisted());
     }
-    return waitUntilReady(*contexts.constFirst());
+    const QString error = waitUntilReady(*contexts.constFirst(), deadline);
+    // One that has said who it is, but goes no further.
+    if (!error.isEmpty() && contexts.constFirst()->isRunning())
+        contexts.constFirst()->reportHanging();
+    return error;
 }
 
-QString RemoteApplication::Private::waitUntilReady(RemoteContext &context)
+QString RemoteApplication::Private::waitUntilReady(RemoteContext &context,
+                                                   const QDeadlineTimer &deadline)
 {
-    QElapsedTimer timer;
-    timer.start();
     while (!context.isReady()) {
         const QString end = context.end();
         if (!end.isEmpty())
             return end;
-        if (timer.elapsed() > start.timeout)
+        if (deadline.hasExpired())
             return QStringLiteral("the event loop of '%1' does not run within %2 seconds")
                 .arg(start.command.value(0))
                 .arg(start.timeout / 1000.0);
@@ -124,13 +138,14 @@ QString RemoteApplication::Private::waitUntilReady(RemoteContext &context)
 
 void RemoteApplication::Private::update(int timeout)
 {
-    ConnectionOffer::Caller caller = offer->waitForCaller(timeout);
-    while (caller.channel || !caller.error.isEmpty()) {
-        if (caller.channel)
+    for (int count = 0; count < maxCallersAtOnce; ++count) {
+        ConnectionOffer::Caller caller = offer->waitForCaller(count == 0 ? timeout : 0);
+        if (!caller.error.isEmpty())
+            callerError = caller.error;
+        else if (caller.channel)
             take(std::move(caller));
         else
-            callerError = caller.error;
-        caller = offer->waitForCaller(0);
+            break;
     }
     process->update(0);
 }
@@ -145,7 +160,19 @@ void RemoteApplication::Private::take(ConnectionOffer::Caller caller)
         (*known)->callAgain(std::move(caller));
     else if (isWanted(caller))
         add(std::move(caller));
-    else if (sleeping.size() < maxSleeping)
+    else
+        letSleep(std::move(caller));
+}
+
+// Those that have ended make room.
+void RemoteApplication::Private::letSleep(ConnectionOffer::Caller caller)
+{
+    const auto hasEnded = [](const ConnectionOffer::Caller &one) {
+        return !ProcessFacts(one.processId).isRunning();
+    };
+    if (sleeping.size() >= maxSleeping)
+        sleeping.erase(std::remove_if(sleeping.begin(), sleeping.end(), hasEnded), sleeping.end());
+    if (sleeping.size() < maxSleeping)
         sleeping.push_back(std::move(caller));
 }
 
@@ -153,39 +180,55 @@ bool RemoteApplication::Private::isWanted(const ConnectionOffer::Caller &caller)
 {
     const bool isListed = start.whiteList.isEmpty() ||
                           start.whiteList.contains(QFileInfo(caller.executable).fileName());
-    return isListed && (contexts.isEmpty() || start.hooksSubProcesses);
+    return isListed &&
+           (contexts.isEmpty() || (start.hooksSubProcesses && contexts.size() < maxContexts));
+}
+
+// While there is no context, all that called and were not wanted.
+QStringList RemoteApplication::Private::unlisted() const
+{
+    QStringList programs;
+    for (const ConnectionOffer::Caller &caller : sleeping)
+        programs += QFileInfo(caller.executable).fileName();
+    programs.removeDuplicates();
+    return programs;
 }
 
 std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::Caller caller)
 {
     RemoteContext::Surroundings surroundings;
     surroundings.endOf = [this](qint64 id) { return process->endOf(id); };
+    surroundings.hasDumpedCore = [this](qint64 id) { return process->hasDumpedCore(id); };
     surroundings.endOfStarter = [this] { return process->endOfProgram(); };
     surroundings.update = [this](int timeout) { update(timeout); };
     surroundings.hasEnded = [this] { return process->hasEnded(); };
     surroundings.idle = start.idle;
     surroundings.hangs = start.hangs;
     surroundings.bound = start.bound;
+    surroundings.deadline = start.deadline;
     process->keepEndOf(caller.processId);
     contexts += std::make_shared<RemoteContext>(std::move(caller), surroundings);
     contexts.constLast()->welcome();
     return contexts.constLast();
 }
 
-// One that has not come to what it was asked for last would not come to this either.
-void RemoteApplication::Private::quit(RemoteContext &context)
+// One that has not come to what it was asked for last would not come to this either. Returns how it
+// has crashed by that.
+QString RemoteApplication::Private::quit(RemoteContext &context)
 {
     if (!context.isRunning() || !context.isReady() || context.isBehind())
-        return;
+        return {};
     RemoteSession &session = context.inspector()->session();
     session.setBound(answerTimeoutMs);
-    if (!session.request(Message::Quit, {}).error.isEmpty())
-        return;
+    const bool goes = session.request(Message::Quit, {}).error.isEmpty();
     QElapsedTimer timer;
     timer.start();
-    while (process->endOf(context.processId()).isEmpty() && !process->hasEnded() &&
+    while (goes && process->endOf(context.processId()).isEmpty() && !process->hasEnded() &&
            timer.elapsed() < quitTimeoutMs)
         process->update(waitStepMs);
+    const QString how = process->endOf(context.processId());
+    return WatchedProcess::isCrash(how) ? QStringLiteral("the application has %1").arg(how)
+                                        : QString();
 }
 
 // Those that a watcher which was killed has left: their environment still has the token.
@@ -208,24 +251,33 @@ RemoteApplication::RemoteApplication()
 
 RemoteApplication::~RemoteApplication()
 {
-    for (const auto &context : qAsConst(d->contexts))
-        context->ignoreHanging();
-    if (!d->contexts.isEmpty())
-        d->quit(*d->contexts.constFirst());
-    for (const auto &context : qAsConst(d->contexts))
-        context->close(QStringLiteral("the application has been stopped"));
-    if (d->process && !d->process->end())
-        d->endOrphans();
+    end();
     d->process.reset();
     d->contexts.clear();
     d->offer.reset();
     d->home.reset();
 }
 
+QString RemoteApplication::end()
+{
+    if (d->isEnded)
+        return {};
+    d->isEnded = true;
+    for (const auto &context : qAsConst(d->contexts))
+        context->ignoreHanging();
+    const QString crash = d->contexts.isEmpty() ? QString() : d->quit(*d->contexts.constFirst());
+    for (const auto &context : qAsConst(d->contexts))
+        context->close(QStringLiteral("the application has been stopped"));
+    if (d->process && !d->process->end())
+        d->endOrphans();
+    return crash;
+}
+
 std::unique_ptr<RemoteApplication> RemoteApplication::start(const Start &start, QString *error)
 {
     std::unique_ptr<RemoteApplication> application(new RemoteApplication);
     application->d->start = start;
+    application->d->start.timeout = static_cast<int>(waitWithin(start.deadline, start.timeout));
     *error = application->d->launch();
     if (error->isEmpty())
         *error = application->d->waitForContext();
@@ -241,7 +293,8 @@ QList<std::shared_ptr<RemoteContext>> RemoteApplication::contexts()
     return ready;
 }
 
-std::shared_ptr<RemoteContext> RemoteApplication::attach(const QString &name)
+std::shared_ptr<RemoteContext> RemoteApplication::attach(const QString &name,
+                                                         const QDeadlineTimer &deadline)
 {
     d->update(0);
     const auto found =
@@ -253,7 +306,7 @@ std::shared_ptr<RemoteContext> RemoteApplication::attach(const QString &name)
     ConnectionOffer::Caller caller = std::move(*found);
     d->sleeping.erase(found);
     const std::shared_ptr<RemoteContext> context = d->add(std::move(caller));
-    return d->waitUntilReady(*context).isEmpty() ? context : nullptr;
+    return d->waitUntilReady(*context, deadline).isEmpty() ? context : nullptr;
 }
 
 RemoteInspector *RemoteApplication::inspector()

@@ -2,6 +2,7 @@
 
 #include "morvex_export.h"
 
+#include <QDeadlineTimer>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -44,16 +45,21 @@ public:
         int timeout = 20000;
         /// How long a call may wait for an answer, in milliseconds, beyond what it takes by itself.
         int bound = 60000;
+        /// When the test case is ended if it has not come to its end: what hangs is to be reported
+        /// before.
+        QDeadlineTimer deadline{QDeadlineTimer::Forever};
         /// Called again and again while this thread waits for the application, now and later. It
         /// must not use the application. May be empty.
         std::function<void()> idle;
-        /// Called with the stack of the application, empty when it is not known, when a call gets
-        /// no answer though the application runs. May be empty.
+        /// Called when a call gets no answer though the application runs, or its event loop doesn't
+        /// begin to, with the stack of the application or what else is known; that is empty when
+        /// nothing is. May be empty.
         std::function<void(const QString &)> hangs;
     };
 
     /// Waits until the application's event loop runs. Null on failure; @p error then says why.
     static std::unique_ptr<RemoteApplication> start(const Start &start, QString *error);
+    /// Ends it if that has not been done.
     ~RemoteApplication();
 
     RemoteApplication(const RemoteApplication &) = delete;
@@ -63,8 +69,13 @@ public:
     QList<std::shared_ptr<RemoteContext>> contexts();
 
     /// Makes a further process, which is no context by itself, one: that of an executable with
-    /// this file name. Null when there is none at the moment.
-    std::shared_ptr<RemoteContext> attach(const QString &name);
+    /// this file name. Null when there is none at the moment, or its event loop doesn't run before
+    /// the deadline.
+    std::shared_ptr<RemoteContext> attach(const QString &name, const QDeadlineTimer &deadline);
+
+    /// Asks the first process to end and ends all that are left. Returns how the first one has
+    /// crashed by that: "the application has crashed by signal 6 (Aborted)"; empty when it has not.
+    QString end();
 
     /// That of the first context. Belongs to this object. Objects that it has handed out may
     /// outlive both.

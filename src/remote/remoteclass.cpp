@@ -18,16 +18,15 @@ public:
 
     SharedPtr<Object> get(const SharedPtr<Object> &object) const override
     {
-        return m_model.objectOf(
-            m_model.session()
-                .request(Message::GetProperty, {RemoteModel::refOf(object), m_name})
-                .values.value(0));
+        return m_model.objectOf(m_model.session()
+                                    .request(Message::GetProperty, {m_model.refOf(object), m_name})
+                                    .values.value(0));
     }
 
     QString set(const SharedPtr<Object> &object, const QVariant &value) const override
     {
         return m_model.session()
-            .request(Message::SetProperty, {RemoteModel::refOf(object), m_name, value})
+            .request(Message::SetProperty, {m_model.refOf(object), m_name, value})
             .error;
     }
 
@@ -51,10 +50,9 @@ public:
     {
         QVariantList refs;
         for (const SharedPtr<Object> &argument : arguments)
-            refs += RemoteModel::refOf(argument);
+            refs += m_model.refOf(argument);
         const RemoteSession::Reply reply = m_model.session().request(
-            Message::InvokeMethod,
-            {m_classNumber, m_name, RemoteModel::refOf(self), QVariant(refs)});
+            Message::InvokeMethod, {m_classNumber, m_name, m_model.refOf(self), QVariant(refs)});
         if (!reply.error.isEmpty())
             return false;
         *result = m_model.objectOf(reply.values.value(0));

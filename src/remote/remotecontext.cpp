@@ -4,6 +4,7 @@
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "remote/stacktrace.h"
+#include "remote/watchedprocess.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -17,6 +18,7 @@ const int waitStepMs = 20;
 const int endTimeoutMs = 2000;
 // For another program that the process executes.
 const int restartTimeoutMs = 20000;
+const qint64 stackTimeoutMs = 10000;
 
 } // namespace
 
@@ -93,6 +95,7 @@ void RemoteContext::makeInspector()
         std::move(m_channel), [this](bool hasSaidBye) { return describeEnd(hasSaidBye); },
         [this](bool isAgentThere) { return describeSilence(isAgentThere); });
     session->setBound(m_surroundings.bound);
+    session->setDeadline(m_surroundings.deadline);
     session->setIdle([this] {
         m_surroundings.update(0);
         if (m_surroundings.idle)
@@ -152,13 +155,27 @@ QString RemoteContext::describeLoss(bool hasSaidBye) const
 
 QString RemoteContext::describeSilence(bool isAgentThere)
 {
-    const ProcessFacts process(m_processId);
-    if (process.isStopped())
+    const bool isStopped = ProcessFacts(m_processId).isStopped();
+    if (!m_isProbed)
+        reportHanging();
+    if (isStopped)
         return QStringLiteral(": its process has been stopped");
-    if (m_surroundings.hangs && !m_isProbed)
-        m_surroundings.hangs(stackTrace(m_processId, m_surroundings.idle));
     return isAgentThere ? QStringLiteral(": it hangs, or is busy")
                         : QStringLiteral(": nothing in its process runs");
+}
+
+void RemoteContext::reportHanging() const
+{
+    if (!m_surroundings.hangs)
+        return;
+    // A debugger might have it go on.
+    if (ProcessFacts(m_processId).isStopped())
+        return m_surroundings.hangs(QStringLiteral("Its process has been stopped."));
+    // There is to be time for the report.
+    const qint64 left = m_surroundings.deadline.remainingTime();
+    const qint64 timeout =
+        m_surroundings.deadline.isForever() ? stackTimeoutMs : qMin(stackTimeoutMs, left / 2);
+    m_surroundings.hangs(stackTrace(m_processId, static_cast<int>(timeout), m_surroundings.idle));
 }
 
 bool RemoteContext::isRunning()
@@ -194,7 +211,12 @@ bool RemoteContext::isFrozen(int timeout)
 bool RemoteContext::isEndOrderly() const
 {
     return m_inspector && m_inspector->session().hasSaidBye() &&
-           !m_surroundings.endOf(m_processId).startsWith(QLatin1String("crashed"));
+           !WatchedProcess::isCrash(m_surroundings.endOf(m_processId));
+}
+
+bool RemoteContext::hasDumpedCore() const
+{
+    return m_surroundings.hasDumpedCore(m_processId);
 }
 
 bool RemoteContext::isEndMet() const
@@ -224,6 +246,7 @@ void RemoteContext::close(const QString &reason)
         m_failure = reason;
     // What is around it may no longer be there.
     m_surroundings.endOf = [](qint64) { return QString(); };
+    m_surroundings.hasDumpedCore = [](qint64) { return false; };
     m_surroundings.endOfStarter = [] { return QString(); };
     m_surroundings.hasEnded = [] { return true; };
     m_surroundings.update = [](int) {};

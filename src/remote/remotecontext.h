@@ -4,6 +4,7 @@
 #include "remote/connectionoffer.h"
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QString>
 
 #include <functional>
@@ -24,6 +25,8 @@ public:
     {
         /// How a process has ended, as WatchedProcess says it; empty while that is not known.
         std::function<QString(qint64)> endOf;
+        /// Whether one has left a core.
+        std::function<bool(qint64)> hasDumpedCore;
         /// How the program that was started at first has ended; empty while that is not known.
         std::function<QString()> endOfStarter;
         /// Whether no process of the application is left.
@@ -32,10 +35,13 @@ public:
         std::function<void(int)> update;
         /// Called again and again while an answer is waited for.
         std::function<void()> idle;
-        /// Called with the stack of an application that hangs; it is empty when there is none.
+        /// Called with the stack of an application that hangs, or what is known instead; empty when
+        /// nothing is.
         std::function<void(const QString &)> hangs;
         /// How long an answer may take, in milliseconds.
         int bound = 60000;
+        /// When the test case is ended.
+        QDeadlineTimer deadline{QDeadlineTimer::Forever};
     };
 
     RemoteContext(ConnectionOffer::Caller caller, const Surroundings &surroundings);
@@ -70,6 +76,8 @@ public:
     /// Whether it has ended as an application should, by leaving its event loop and without a crash
     /// after that.
     bool isEndOrderly() const;
+    /// Whether it has crashed so that its memory can be looked at.
+    bool hasDumpedCore() const;
     /// Whether a call has failed because of the end.
     bool isEndMet() const;
     /// Whether it has not come to what it was asked for last.
@@ -77,6 +85,9 @@ public:
 
     /// How long an answer may take from now on, in milliseconds.
     void setBound(int milliseconds);
+
+    /// Says where it hangs, to whom wants to know.
+    void reportHanging() const;
 
     /// Takes no stack of it from now on, as that takes seconds: what hangs is about to be ended.
     void ignoreHanging() { m_surroundings.hangs = nullptr; }

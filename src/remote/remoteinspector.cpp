@@ -30,12 +30,6 @@ private:
     QString m_name;
 };
 
-// Whether it is the runner that wants to know, for its log. Such a call does not meet an end.
-bool isAskedByTheRunner(const QString &function)
-{
-    return function == QLatin1String("dumpUsage") || function == QLatin1String("desktopScreenshot");
-}
-
 // How long the call takes by itself, in milliseconds.
 int durationOf(const QString &function, const QVariantList &arguments)
 {
@@ -125,14 +119,18 @@ SharedPtr<Object> RemoteInspector::cast(const SharedPtr<Object> &object, const Q
     if (!object)
         return {};
     return d->model->objectOf(
-        d->request(Message::CastObject, {RemoteModel::refOf(object), className}).values.value(0));
+        d->request(Message::CastObject, {d->model->refOf(object), className}).values.value(0));
 }
 
 SharedPtr<Object> RemoteInspector::waitForObject(const QString &name, int timeout, QString *error)
 {
     d->model->sendObjectMap();
-    const RemoteSession::Reply reply =
-        d->request(Message::FindObject, {name, timeout}, qMax(timeout, 0));
+    // What would be cut off by the end of the test case is asked for in two parts: that the first
+    // one is not answered says that the application hangs.
+    const int first = session().beforeDeadline(qMax(timeout, 0));
+    RemoteSession::Reply reply = d->request(Message::FindObject, {name, first}, first);
+    if (reply.isRefused && first < timeout)
+        reply = d->request(Message::FindObject, {name, timeout - first}, timeout - first);
     if (error)
         *error = reply.error;
     return d->model->objectOf(reply.values.value(0));
@@ -141,20 +139,24 @@ SharedPtr<Object> RemoteInspector::waitForObject(const QString &name, int timeou
 QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &arguments,
                                        QString *error)
 {
-    RemoteSession::Reply reply;
-    if (isAskedByTheRunner(name)) {
-        session().update();
-        reply.error = session().failure();
-    }
-    if (reply.error.isEmpty())
-        reply = d->request(Message::CallFunction, {name, QVariant(arguments)},
-                           durationOf(name, arguments));
+    const RemoteSession::Reply reply =
+        d->request(Message::CallFunction, {name, QVariant(arguments)}, durationOf(name, arguments));
+    if (error)
+        *error = reply.error;
+    return reply.values.value(0);
+}
+
+QVariant RemoteInspector::askForReport(const QString &function, QString *error)
+{
+    session().update();
+    QString reason = session().failure();
+    const QVariant answer = reason.isEmpty() ? callFunction(function, {}, &reason) : QVariant();
     // An application that has ended answered this at its end.
     const QByteArray usage = session().lastUsage();
-    const bool isAnswered = name == QLatin1String("dumpUsage") && !usage.isNull();
+    const bool isAnswered = function == QLatin1String("dumpUsage") && !usage.isNull();
     if (error)
-        *error = isAnswered ? QString() : reply.error;
-    return isAnswered ? QVariant(usage) : reply.values.value(0);
+        *error = isAnswered ? QString() : reason;
+    return isAnswered ? usage : answer;
 }
 
 SharedPtr<Object> RemoteInspector::objectWithId(int id)
@@ -163,6 +165,11 @@ SharedPtr<Object> RemoteInspector::objectWithId(int id)
     ref.kind = ObjectRef::Live;
     ref.id = id;
     return d->model->objectOf(QVariant::fromValue(ref));
+}
+
+bool RemoteInspector::owns(const SharedPtr<Object> &object) const
+{
+    return d->model->owns(object);
 }
 
 QString RemoteInspector::failure() const

@@ -34,10 +34,14 @@ public:
     SharedPtr<Object> waitForObject(const QString &name, int timeout, QString *error) override;
     QVariant callFunction(const QString &name, const QVariantList &arguments,
                           QString *error) override;
+    QVariant askForReport(const QString &function, QString *error) override;
     QString failure() const override;
 
     /// The live object that the application knows by this number, also if it no longer exists.
     SharedPtr<Object> objectWithId(int id);
+
+    /// Whether it is an object of this application.
+    bool owns(const SharedPtr<Object> &object) const;
 
 private:
     struct Private;

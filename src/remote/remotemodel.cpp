@@ -9,6 +9,16 @@ namespace {
 
 const int maxClasses = 20000;
 
+QVariantList valuesOf(const std::optional<QMap<QString, ObjectName>> &names)
+{
+    if (!names)
+        return {};
+    QVariantMap texts;
+    for (auto it = names->cbegin(); it != names->cend(); ++it)
+        texts.insert(it.key(), it->qualifiedName());
+    return {texts};
+}
+
 } // namespace
 
 RemoteModel::RemoteModel(std::unique_ptr<RemoteSession> session)
@@ -33,11 +43,18 @@ SharedPtr<Object> RemoteModel::objectOf(const QVariant &value)
     return {};
 }
 
-QVariant RemoteModel::refOf(const SharedPtr<Object> &object)
+bool RemoteModel::owns(const SharedPtr<Object> &object) const
+{
+    const auto *remote = dynamic_cast<const RemoteObject *>(object.data());
+    return remote && remote->isOf(this);
+}
+
+QVariant RemoteModel::refOf(const SharedPtr<Object> &object) const
 {
     ObjectRef ref;
     if (const auto *remote = dynamic_cast<const RemoteObject *>(object.data())) {
-        ref = remote->ref();
+        if (remote->isOf(this))
+            ref = remote->ref();
     } else if (object) {
         ref.kind = ObjectRef::Value;
         ref.value = object->value();
@@ -77,14 +94,12 @@ const Class *RemoteModel::valueClass(const QVariant &value)
 
 void RemoteModel::sendObjectMap()
 {
-    const QMap<QString, ObjectName> names =
-        ObjectMap::self() ? ObjectMap::self()->names() : QMap<QString, ObjectName>();
+    std::optional<QMap<QString, ObjectName>> names;
+    if (ObjectMap::self())
+        names = ObjectMap::self()->names();
     if (names == m_sentNames)
         return;
-    QVariantMap texts;
-    for (auto it = names.cbegin(); it != names.cend(); ++it)
-        texts.insert(it.key(), it->qualifiedName());
-    if (m_session->request(Message::SetObjectMap, {texts}).error.isEmpty())
+    if (m_session->request(Message::SetObjectMap, valuesOf(names)).error.isEmpty())
         m_sentNames = names;
 }
 

@@ -8,6 +8,7 @@
 #include <QHash>
 
 #include <memory>
+#include <optional>
 
 namespace Morvex {
 
@@ -25,7 +26,9 @@ public:
     RemoteSession &session() { return *m_session; }
 
     SharedPtr<Object> objectOf(const QVariant &ref);
-    static QVariant refOf(const SharedPtr<Object> &object);
+    /// That of none for an object of another application.
+    QVariant refOf(const SharedPtr<Object> &object) const;
+    bool owns(const SharedPtr<Object> &object) const;
 
     /// Null for 0, which is no class, and for what is no number. Each number has one class.
     const Class *classOf(const QVariant &number);
@@ -42,7 +45,8 @@ private:
     QHash<quint32, std::shared_ptr<RemoteClass>> m_classes;
     std::shared_ptr<RemoteClass> m_emptyClass;
     QHash<int, const Class *> m_valueClasses;
-    QMap<QString, ObjectName> m_sentNames;
+    // None at first, as at the other end.
+    std::optional<QMap<QString, ObjectName>> m_sentNames;
 };
 
 } // namespace Morvex

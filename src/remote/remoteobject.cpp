@@ -29,7 +29,10 @@ bool RemoteObject::compare(const SharedPtr<Object> &other) const
 {
     if (!other)
         return false;
-    return other->id() == 0 ? valueText() == other->valueText() : id() == other->id();
+    if (other->id() == 0)
+        return valueText() == other->valueText();
+    const auto *remote = dynamic_cast<const RemoteObject *>(other.data());
+    return remote && remote->isOf(m_model.get()) && id() == other->id();
 }
 
 QString RemoteObject::valueText() const

@@ -17,6 +17,8 @@ public:
     ~RemoteObject() override;
 
     const ObjectRef &ref() const { return m_ref; }
+    /// Numbers say nothing in another application.
+    bool isOf(const RemoteModel *model) const { return m_model.get() == model; }
 
     int id() const override { return m_ref.id; }
     const Class *objectClass() const override;

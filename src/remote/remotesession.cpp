@@ -1,5 +1,7 @@
 #include "remote/remotesession.h"
 
+#include "remote/waitwithin.h"
+
 #include <QElapsedTimer>
 
 #include <limits>
@@ -10,9 +12,11 @@ namespace {
 // More than anybody does before it is taken.
 const int maxRecorded = 20000;
 const int sendTimeoutMs = 10000;
-const int pongTimeoutMs = 1000;
+const qint64 pongTimeoutMs = 1000;
 // More at once are sent with the next request.
 const int releasesPerMessage = 100;
+// The second one has the usage.
+const int maxByes = 2;
 
 bool isAnswer(const Message &message)
 {
@@ -60,9 +64,7 @@ void RemoteSession::sendReleases()
     Message message;
     message.type = Message::Release;
     message.values.swap(m_releases);
-    // A part of a message makes all that follows unreadable.
-    if (!m_channel->send(message, sendTimeoutMs))
-        m_channel->shutDown();
+    m_isTorn = m_isTorn || !m_channel->send(message, sendTimeoutMs);
 }
 
 void RemoteSession::close(const QString &reason)
@@ -98,15 +100,39 @@ RemoteSession::Reply RemoteSession::exchange(Message::Operation operation,
     if (bytes.isNull())
         return {QStringLiteral("what the application is asked for is too large to be sent to it"),
                 {}};
-    if (!m_channel->send(bytes, sendTimeoutMs)) {
-        // What it has said before it went.
-        update();
+    const int bound = boundOf(duration);
+    if (!send(bytes, qMin(bound, sendTimeoutMs)))
         return handleLoss(MessageChannel::Closed, operation);
-    }
-    const int bound = m_bound > std::numeric_limits<int>::max() - duration
-                          ? std::numeric_limits<int>::max()
-                          : m_bound + duration;
+    m_unanswered += message.number;
     return waitForAnswer(message, bound);
+}
+
+int RemoteSession::beforeDeadline(int duration) const
+{
+    const qint64 left = m_deadline.remainingTime();
+    return m_deadline.isForever() || duration < left ? duration : static_cast<int>(left / 2);
+}
+
+int RemoteSession::boundOf(int duration) const
+{
+    const qint64 bound = duration + waitWithin(m_deadline, m_bound, duration);
+    return static_cast<int>(qMin<qint64>(bound, std::numeric_limits<int>::max()));
+}
+
+// False when the connection is no longer of use. When it is not closed, the process takes
+// nothing.
+bool RemoteSession::send(const QByteArray &request, int timeout)
+{
+    m_isTorn = m_isTorn || !m_channel->send(request, timeout);
+    if (!m_isTorn)
+        return true;
+    // What it has said before it went.
+    update();
+    if (m_failure.isEmpty()) {
+        m_failure = silence(timeout, false) + QLatin1String("; the connection to it is closed");
+        m_channel->shutDown();
+    }
+    return false;
 }
 
 RemoteSession::Reply RemoteSession::waitForAnswer(const Message &request, int timeout)
@@ -169,28 +195,31 @@ MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeou
             if (message.type == Message::Pong && message.number == number)
                 return MessageChannel::TimedOut;
         }
-        // Also of one that sends without end what was not asked for.
         if (left <= 0)
             return MessageChannel::TimedOut;
     }
 }
 
-// False for what an application never says here.
+// False for what an application never says here, or was not asked for.
 bool RemoteSession::take(const Message &message)
 {
-    if (message.type == Message::Bye) {
-        m_hasSaidBye = true;
-        m_lastUsage = message.values.value(0).toByteArray();
-    } else if (message.type == Message::Pong) {
+    if (message.type == Message::Bye)
+        return takeBye(message);
+    if (message.type == Message::Pong) {
         m_hasPonged = true;
-    } else if (message.type == Message::Recorded) {
-        if (!m_isRecording || m_recorded.size() >= maxRecorded)
-            return false;
-        m_recorded += message.values;
-    } else {
-        return isAnswer(message);
+        return m_unansweredPings.remove(message.number);
     }
-    return true;
+    if (message.type == Message::Recorded) {
+        m_recorded += message.values;
+        return m_isRecording && m_recorded.size() <= maxRecorded;
+    }
+    return isAnswer(message) && m_unanswered.remove(message.number);
+}
+
+bool RemoteSession::takeBye(const Message &message)
+{
+    m_lastUsage = message.values.value(0).toByteArray();
+    return ++m_byes <= maxByes;
 }
 
 // Whether the agent's own thread answers. The answer to the request may come, too; a connection
@@ -201,9 +230,16 @@ bool RemoteSession::isPonged(quint32 number, Message *answer)
     ping.type = Message::Ping;
     ping.number = number;
     m_hasPonged = false;
-    const MessageChannel::Outcome outcome = m_channel->send(ping, pongTimeoutMs)
-                                                ? waitForMessage(number, pongTimeoutMs, answer)
-                                                : MessageChannel::Closed;
+    const qint64 left = m_deadline.remainingTime();
+    const auto timeout =
+        static_cast<int>(m_deadline.isForever() ? pongTimeoutMs : qMin(pongTimeoutMs, left / 2));
+    m_isTorn = m_isTorn || !m_channel->send(ping, timeout);
+    if (m_isTorn) {
+        update();
+        return false;
+    }
+    m_unansweredPings += number;
+    const MessageChannel::Outcome outcome = waitForMessage(number, timeout, answer);
     if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
         lose(outcome);
     return m_hasPonged;
@@ -239,7 +275,7 @@ void RemoteSession::lose(MessageChannel::Outcome outcome)
     m_failure = outcome == MessageChannel::Broken
                     ? QStringLiteral("the application has sent what is no answer; the connection "
                                      "to it is closed")
-                    : m_describeEnd(m_hasSaidBye);
+                    : m_describeEnd(hasSaidBye());
     m_channel->shutDown();
 }
 
@@ -247,7 +283,7 @@ RemoteSession::Reply RemoteSession::handleLoss(MessageChannel::Outcome outcome,
                                                Message::Operation operation)
 {
     lose(outcome);
-    if (m_hasSaidBye && isAction(operation))
+    if (hasSaidBye() && isAction(operation))
         return {};
     m_isEndMet = true;
     return {m_failure, {}};

@@ -3,6 +3,8 @@
 #include "morvex_export.h"
 #include "remote/protocol/messagechannel.h"
 
+#include <QDeadlineTimer>
+#include <QSet>
 #include <QString>
 #include <QVariantList>
 
@@ -50,6 +52,13 @@ public:
     /// How long an answer may take, in milliseconds; a minute at first.
     void setBound(int milliseconds) { m_bound = milliseconds; }
 
+    /// When the test case is ended if it has not come to its end. An answer is waited for no longer
+    /// than to a time before it in which it can be said that there was none. Never at first.
+    void setDeadline(const QDeadlineTimer &deadline) { m_deadline = deadline; }
+
+    /// How much of a wait of so many milliseconds leaves time before the deadline.
+    int beforeDeadline(int duration) const;
+
     /// An action after which the application ends as it should is done.
     /// @p duration is how long what is asked for takes by itself, in milliseconds.
     Reply request(Message::Operation operation, const QVariantList &values, int duration = 0);
@@ -73,13 +82,14 @@ public:
 
     /// Whether a request has failed because the application had ended.
     bool isEndMet() const { return m_isEndMet; }
-    bool hasSaidBye() const { return m_hasSaidBye; }
+    bool hasSaidBye() const { return m_byes > 0; }
     /// The usage that an application has sent at its end, as "dumpUsage" answers; null for none.
     QByteArray lastUsage() const { return m_lastUsage; }
     /// Whether the application has not come to what it was asked for last.
     bool isBehind() const { return m_isBehind; }
 
-    /// Takes what came meanwhile; an end of the connection is known after that.
+    /// Takes what came meanwhile, which is no more than was asked for; an end of the connection is
+    /// known after that.
     void update();
 
     /// Why the last request was not done, though the next one may be; empty when it was. A refusal
@@ -87,11 +97,14 @@ public:
     QString lastError() const { return m_lastError; }
 
 private:
+    int boundOf(int duration) const;
     void sendReleases();
+    bool send(const QByteArray &request, int timeout);
     Reply exchange(Message::Operation operation, const QVariantList &values, int duration);
     Reply waitForAnswer(const Message &request, int timeout);
     MessageChannel::Outcome waitForMessage(quint32 number, int timeout, Message *answer);
     bool take(const Message &message);
+    bool takeBye(const Message &message);
     bool isPonged(quint32 number, Message *answer);
     QString silence(int timeout, bool isAgentThere);
     MessageChannel::Outcome receive(Message *message, qint64 timeout);
@@ -104,11 +117,17 @@ private:
     Idle m_idle;
     int m_idleStep = 0;
     int m_bound = 60000;
+    QDeadlineTimer m_deadline{QDeadlineTimer::Forever};
     quint32 m_lastNumber = 0;
+    // Those of requests and pings without an answer. That to one which was given up may still come.
+    QSet<quint32> m_unanswered;
+    QSet<quint32> m_unansweredPings;
     QVariantList m_releases;
+    // A part of a message makes all that follows unreadable.
+    bool m_isTorn = false;
     QString m_failure;
     QString m_lastError;
-    bool m_hasSaidBye = false;
+    int m_byes = 0;
     QByteArray m_lastUsage;
     bool m_isRecording = false;
     QVariantList m_recorded;

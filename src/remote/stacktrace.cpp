@@ -7,7 +7,7 @@
 namespace Morvex {
 namespace {
 
-const int timeoutMs = 10000;
+const int killTimeoutMs = 10000;
 const int waitStepMs = 50;
 const int maxSize = 64 * 1024;
 
@@ -20,7 +20,7 @@ QString threadsOf(const QString &text)
 
 } // namespace
 
-QString stackTrace(qint64 processId, const std::function<void()> &idle)
+QString stackTrace(qint64 processId, int timeout, const std::function<void()> &idle)
 {
     const QString gdb = QStandardPaths::findExecutable(QStringLiteral("gdb"));
     if (gdb.isEmpty())
@@ -40,10 +40,10 @@ QString stackTrace(qint64 processId, const std::function<void()> &idle)
     while (!process.waitForFinished(waitStepMs) && process.state() != QProcess::NotRunning) {
         if (idle)
             idle();
-        if (timer.elapsed() < timeoutMs)
+        if (timer.elapsed() < timeout)
             continue;
         process.kill();
-        process.waitForFinished(timeoutMs);
+        process.waitForFinished(killTimeoutMs);
         return {};
     }
     return threadsOf(QString::fromLocal8Bit(process.readAll()));

@@ -102,10 +102,24 @@ pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, const Inhe
     return errno == 0 ? process : -1;
 }
 
+// What a shell adds to the number of the signal that has ended its command.
+const int shellStatus = 128;
+
+QString statusText(int status)
+{
+    const QString text = QStringLiteral("ended with status %1").arg(status);
+    const int signal = status - shellStatus;
+    return signal > 0 && signal < SIGRTMIN
+               ? text +
+                     QStringLiteral(", as a shell does after signal %1 (%2)")
+                         .arg(QString::number(signal), QString::fromLocal8Bit(::strsignal(signal)))
+               : text;
+}
+
 QString endText(const QByteArray &how, int number)
 {
     if (how == "exit")
-        return QStringLiteral("ended with status %1").arg(number);
+        return statusText(number);
     const bool isByOthers =
         number == SIGTERM || number == SIGKILL || number == SIGINT || number == SIGHUP;
     return (isByOthers ? QStringLiteral("ended by signal %1 (%2)")
@@ -268,7 +282,7 @@ void WatchedProcess::update(int timeout)
 }
 
 // Lines: "ready", "drained", "started PID", "failed ERRNO directory|program", "ended PID
-// exit|signal NUMBER", "empty", all with more words.
+// exit|signal|core NUMBER", "empty", all with more words.
 void WatchedProcess::take(const QByteArray &line)
 {
     const QList<QByteArray> words = line.split(' ');
@@ -286,17 +300,17 @@ void WatchedProcess::take(const QByteArray &line)
                             .arg(m_directory, errorText(number))
                       : QStringLiteral("cannot start '%1': %2").arg(m_command, errorText(number));
     } else if (words.value(0) == "ended") {
-        addEnd(number, endText(words.value(2), words.value(3).toInt()));
+        addEnd(number, {endText(words.value(2), words.value(3).toInt()), words.value(2) == "core"});
     } else if (words.value(0) == "empty") {
         m_hasEnded = true;
     }
 }
 
-void WatchedProcess::addEnd(qint64 process, const QString &text)
+void WatchedProcess::addEnd(qint64 process, const End &end)
 {
     if (!m_ends.contains(process))
         m_order.enqueue(process);
-    m_ends.insert(process, text);
+    m_ends.insert(process, end);
     if (m_order.size() <= maxEnds)
         return;
     const qint64 oldest = m_order.dequeue();

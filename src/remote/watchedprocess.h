@@ -60,7 +60,10 @@ public:
     /// How a process has ended: "ended with status 3", "ended by signal 15 (Terminated)", "crashed
     /// by signal 11 (Segmentation fault)". Empty while it runs, and for one that is no child of the
     /// watcher. Of many only the latest are known, besides those that are kept.
-    QString endOf(qint64 processId) const { return m_ends.value(processId); }
+    QString endOf(qint64 processId) const { return m_ends.value(processId).text; }
+    /// Whether the system has kept its memory, or given it to who takes that.
+    bool hasDumpedCore(qint64 processId) const { return m_ends.value(processId).hasDumpedCore; }
+    static bool isCrash(const QString &end) { return end.startsWith(QLatin1String("crashed")); }
     /// That of the program itself.
     QString endOfProgram() const { return endOf(m_program); }
     void keepEndOf(qint64 processId) { m_kept += processId; }
@@ -75,11 +78,17 @@ public:
     int control() const { return m_control; }
 
 private:
+    struct End
+    {
+        QString text;
+        bool hasDumpedCore = false;
+    };
+
     void makeOutputMemory();
     void waitUntilReady();
     void waitUntilDrained();
     void take(const QByteArray &line);
-    void addEnd(qint64 process, const QString &text);
+    void addEnd(qint64 process, const End &end);
     bool endWatcher();
 
     pid_t m_watcher = -1;
@@ -91,7 +100,7 @@ private:
     QString m_directory;
     QString m_error;
     QByteArray m_unfinishedLine;
-    QHash<qint64, QString> m_ends;
+    QHash<qint64, End> m_ends;
     QQueue<qint64> m_order;
     QSet<qint64> m_kept;
     bool m_isReady = false;

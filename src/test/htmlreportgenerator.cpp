@@ -31,8 +31,9 @@ void reportRepair(const WebReportRepair &repair)
 
 bool writeDifferences(const TestResult::Entry &entry, const QString &file)
 {
-    return entry.vpType == TestResult::VISUAL_VP ? writeVisualTrees(entry.vpFile.filePath(), file)
-                                                 : writePictureDifference(file);
+    if (entry.vpType != TestResult::VISUAL_VP)
+        return writePictureDifference(file);
+    return writeVisualTrees(entry.vpFile.filePath(), vpObjectFromMsg(entry.message, false), file);
 }
 
 } // namespace

@@ -130,7 +130,9 @@ bool TestCaseRun::listen(const QString &name)
 int TestCaseRun::superviseProcess(const QStringList &args, int timeoutSeconds)
 {
     qCDebug(traceTestCaseRun) << "commandline: " << TestCaseProcess::program() << args;
-    ChildRunner process;
+    const int timeoutMs = qBound(0, timeoutSeconds, maxTimeoutSeconds) * 1000;
+    ChildRunner process(timeoutMs > 0 ? QDeadlineTimer(timeoutMs)
+                                      : QDeadlineTimer(QDeadlineTimer::Forever));
     connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &TestCaseRun::processFinished);
     connect(&process, &QProcess::errorOccurred, this, &TestCaseRun::processError);
@@ -143,8 +145,8 @@ int TestCaseRun::superviseProcess(const QStringList &args, int timeoutSeconds)
     const auto processGroup = static_cast<pid_t>(process.processId());
     if (m_cancellation)
         m_cancellation->setRunningAttempt(processGroup);
-    if (timeoutSeconds > 0)
-        timer.start(qMin(timeoutSeconds, maxTimeoutSeconds) * 1000);
+    if (timeoutMs > 0)
+        timer.start(timeoutMs);
     if (!m_code)
         m_eventLoop.exec();
     timer.stop();

@@ -106,7 +106,7 @@ void reap()
     pid_t process;
     while ((process = ::waitpid(-1, &status, WNOHANG)) > 0) {
         if (WIFSIGNALED(status))
-            report("ended", process, "signal", WTERMSIG(status));
+            report("ended", process, WCOREDUMP(status) ? "core" : "signal", WTERMSIG(status));
         else
             report("ended", process, "exit", WEXITSTATUS(status));
     }

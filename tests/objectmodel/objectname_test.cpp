@@ -8,10 +8,7 @@ using namespace Morvex;
 
 TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
 {
-    const struct
-    {
-        const char *text, *qualified;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"{type='A' name='b'}", "{name='b' type='A'}"},
         {"{ a = 'it\\'s' b ?= '\\\\*' c ~= '^x$' }", "{a='it\\'s' b?='\\\\*' c~='^x$'}"},
         {"{parent={name='x'} window=':Main'}", "{parent={name='x'} window=':Main'}"},
@@ -25,12 +22,12 @@ TEST(ObjectNameTest, ATextAndItsPropertiesAreTheSame)
         {" :Save\n", ":Save"},
         {"\ttwo words ", "two words"},
     };
-    for (const auto &row : rows) {
-        const ObjectName name{QString(row.text)};
-        EXPECT_TRUE(name.isValid()) << row.text << name.error().toStdString();
-        EXPECT_EQ(name.qualifiedName(), row.qualified);
+    for (const auto &[text, qualified] : rows) {
+        const ObjectName name{QString(text)};
+        EXPECT_TRUE(name.isValid()) << text << name.error().toStdString();
+        EXPECT_EQ(name.qualifiedName(), qualified);
         EXPECT_EQ(ObjectName(name.qualifiedName()), name);
-        EXPECT_EQ(name.isMultiProperty(), row.qualified[0] == '{');
+        EXPECT_EQ(name.isMultiProperty(), qualified[0] == '{');
     }
 }
 
@@ -47,11 +44,7 @@ TEST(ObjectNameTest, KindsOfValuesAreKept)
 
 TEST(ObjectNameTest, AWrongTextSaysWhere)
 {
-    const struct
-    {
-        QString text;
-        const char *error;
-    } rows[] = {
+    const std::pair<QString, const char *> rows[] = {
         {"{", "\"}\" is missing, at character 2"},
         {"{}", "the name has no properties, at character 3"},
         {"{name}", "\"=\", \"?=\" or \"~=\" is missing, at character 6"},
@@ -67,9 +60,9 @@ TEST(ObjectNameTest, AWrongTextSaysWhere)
         {"{occurrence?='1'}", "'occurrence' must be a number, 1 or greater, at character 17"},
         {QString("{a=").repeated(1000), "the name is nested too deeply, at character 304"},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(ObjectName(row.text).error(), row.error);
-        EXPECT_FALSE(ObjectName(row.text).isMultiProperty());
+    for (const auto &[text, error] : rows) {
+        EXPECT_EQ(ObjectName(text).error(), error);
+        EXPECT_FALSE(ObjectName(text).isMultiProperty());
     }
 }
 

@@ -5,16 +5,6 @@
 #include "support/environmentguard.h"
 #include "support/files.h"
 
-#include <QAction>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenuBar>
-#include <QPushButton>
-#include <QSpinBox>
-#include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -108,13 +98,7 @@ TEST_F(ElementDumpTest, ElementsAreWhatUsersSee)
     EXPECT_FALSE(top->geometry().isRelative());
     EXPECT_EQ(top->image().size(), window.size());
     EXPECT_TRUE(top->isTopLevel());
-    const struct
-    {
-        const char *name;
-        const char *type;
-        const char *property;
-        QString value;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *, QString> rows[] = {
         {"window", "window", "focusPolicy", "NoFocus"},
         {"file", "menuitem", "text", "&File"},
         {"tabs", "tabs", "currentIndex", "0"},
@@ -125,13 +109,13 @@ TEST_F(ElementDumpTest, ElementsAreWhatUsersSee)
         {"password", "textfield", "text", password->displayText()},
         {"empty", "textfield", "text", ""},
     };
-    for (const auto &row : rows) {
-        const BrowserElement *element = named(row.name);
-        ASSERT_TRUE(element) << row.name;
-        EXPECT_EQ(element->type(), row.type) << row.name;
-        ASSERT_TRUE(element->properties().contains(row.property)) << row.name;
-        EXPECT_EQ(element->properties().value(row.property), row.value) << row.name;
-        EXPECT_EQ(element->image().isNull(), element != top) << row.name;
+    for (const auto &[name, type, property, value] : rows) {
+        const BrowserElement *element = named(name);
+        ASSERT_TRUE(element) << name;
+        EXPECT_EQ(element->type(), type) << name;
+        ASSERT_TRUE(element->properties().contains(property)) << name;
+        EXPECT_EQ(element->properties().value(property), value) << name;
+        EXPECT_EQ(element->image().isNull(), element != top) << name;
         EXPECT_FALSE(element->properties().contains("palette"));
         EXPECT_FALSE(element->properties().contains("focus"));
     }
@@ -210,11 +194,7 @@ TEST_F(ElementDumpTest, TheLastRuleThatFitsWins)
 TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
 {
     const SharedPtr<Object> object = find("{name='window'}");
-    const struct
-    {
-        const char *filter;
-        const char *error;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"<filter/>", "line 1, column 9: the element <filter> is not expected here"},
         {"<elementfilter version='2'/>",
          "line 1, column 28: <elementfilter> needs the attribute version=\"1\""},
@@ -225,9 +205,9 @@ TEST_F(ElementDumpTest, BrokenFiltersAreErrorsWithTheirPlace)
         {"<elementfilter version='1'><class name='Q' node='%2'/></elementfilter>",
          "line 1, column 54: the attribute 'node' can't be '%2'"},
     };
-    for (const auto &row : rows) {
-        EXPECT_TRUE(requestObjectSnapshot(object, row.filter, &error).isEmpty());
-        EXPECT_EQ(error, QString("Filter 2, ") + row.error);
+    for (const auto &[filter, message] : rows) {
+        EXPECT_TRUE(requestObjectSnapshot(object, filter, &error).isEmpty());
+        EXPECT_EQ(error, QString("Filter 2, ") + message);
     }
     for (const char *filter : {"f", "<elementfilter version='1'>", "\xff"}) {
         EXPECT_TRUE(requestObjectSnapshot(object, filter, &error).isEmpty());

@@ -2,8 +2,7 @@
 
 #include "support/backend.h"
 
-#include <QVBoxLayout>
-#include <QWidget>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
 

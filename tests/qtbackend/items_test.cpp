@@ -1,11 +1,5 @@
 #include "qtbackend/inspectortest.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QHeaderView>
-#include <QListWidget>
-#include <QMenuBar>
 #include <QTabWidget>
 #include <QTreeWidget>
 

@@ -1,5 +1,5 @@
 #include "objectmodel/objectmap.h"
-#include "qtbackend/qtinspector.h"
+#include "support/backend.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -61,7 +61,8 @@ protected:
     QWidget dialog{&window, Qt::Dialog};
     std::vector<QPushButton *> buttons;
     ObjectMap map;
-    QtInspector inspector;
+    MorvexTest::Backend backend;
+    Inspector &inspector = backend.inspector();
 };
 
 TEST_F(NameResolverTest, NamesFindTheirObjects)

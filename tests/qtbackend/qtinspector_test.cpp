@@ -7,16 +7,6 @@
 #include "objectmodel/property.h"
 #include "shared/richimage.h"
 
-#include <QAction>
-#include <QCoreApplication>
-#include <QImage>
-#include <QLineEdit>
-#include <QListView>
-#include <QPushButton>
-#include <QRect>
-#include <QRegularExpression>
-#include <QSpinBox>
-#include <QStandardItemModel>
 #include <QTableWidget>
 #include <QTimer>
 #include <QTreeView>
@@ -112,13 +102,7 @@ TEST_F(QtInspectorTest, PropertiesThatTheApplicationAddsBelongToTheirObject)
 TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();
-    const struct
-    {
-        QVariant value;
-        QVariant other;
-        bool isEqual;
-        const char *text;
-    } rows[] = {
+    const std::tuple<QVariant, QVariant, bool, const char *> rows[] = {
         {1, 1.0, true, "1"},
         {1, "1", true, "1"},
         {"1", 1, false, "1"},
@@ -147,12 +131,12 @@ TEST_F(QtInspectorTest, ValuesCompareByNumberAndAsTextWithTexts)
         button.setProperty(name, value);
         return object->objectClass()->property(name)->get(object);
     };
-    for (const auto &row : rows) {
-        const SharedPtr<Object> value = valueOf("value", row.value);
-        EXPECT_EQ(value->compare(valueOf("other", row.other)), row.isEqual) << row.text;
-        EXPECT_EQ(value->valueText(), row.text);
-        EXPECT_TRUE(value->compare(inspector.makeString(row.text))) << row.text;
-        EXPECT_FALSE(value->compare(SharedPtr<Object>())) << row.text;
+    for (const auto &[one, other, isEqual, text] : rows) {
+        const SharedPtr<Object> value = valueOf("value", one);
+        EXPECT_EQ(value->compare(valueOf("other", other)), isEqual) << text;
+        EXPECT_EQ(value->valueText(), text);
+        EXPECT_TRUE(value->compare(inspector.makeString(text))) << text;
+        EXPECT_FALSE(value->compare(SharedPtr<Object>())) << text;
     }
     EXPECT_TRUE(object->compare(find("button")));
     EXPECT_FALSE(object->compare(find("edit")));

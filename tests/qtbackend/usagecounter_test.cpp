@@ -1,18 +1,6 @@
 #include "qtbackend/inspectortest.h"
 #include "shared/uiabstraction/uielement.h"
 
-#include <QAction>
-#include <QComboBox>
-#include <QCoreApplication>
-#include <QDialog>
-#include <QGroupBox>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenu>
-#include <QPushButton>
-#include <QSpinBox>
 #include <QTabBar>
 
 #include <memory>

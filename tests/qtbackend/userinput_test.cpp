@@ -1,25 +1,5 @@
 #include "qtbackend/inspectortest.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QCompleter>
-#include <QContextMenuEvent>
-#include <QDialog>
-#include <QGraphicsScene>
-#include <QGraphicsView>
-#include <QGroupBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QMenu>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScrollArea>
-#include <QShortcut>
-#include <QVBoxLayout>
-#include <QWheelEvent>
-
 using MorvexTest::InspectorTest;
 
 class UserInputTest : public InspectorTest

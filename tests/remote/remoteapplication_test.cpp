@@ -20,6 +20,7 @@
 
 #include <csignal>
 #include <cstring>
+#include <deque>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -98,20 +99,21 @@ TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
         Message::Type type;
         bool isTaken;
         bool isOther;
-    } rows[] = {{token, protocolVersion, Message::Hello, true, false},
-                // Says nothing, and is not waited for without end.
-                {token, 0, Message::Hello, false, false},
+        // One that says nothing keeps nobody waiting.
+    } rows[] = {{token, 0, Message::Hello, false, false},
+                {token, protocolVersion, Message::Hello, true, false},
                 {token.left(token.size() - 1), protocolVersion, Message::Hello, false, false},
                 {QByteArray(), protocolVersion, Message::Hello, false, false},
                 {token, protocolVersion, Message::Ready, false, false},
                 {token, protocolVersion + 1, Message::Hello, false, true}};
+    std::deque<MessageChannel> agents;
     for (const auto &row : rows) {
         sockaddr_un address = {};
         address.sun_family = AF_UNIX;
         const QByteArray path = offer.socketPath().toLocal8Bit();
         std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
         const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        MessageChannel agent(descriptor);
+        MessageChannel &agent = agents.emplace_back(descriptor);
         ASSERT_EQ(::connect(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
         Message hello;
         hello.type = row.type;
@@ -151,9 +153,10 @@ TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
 
 TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesToIt)
 {
+    options.timeout = 200000;
     auto application = start({"/bin/sh", "-c",
                               "mkdir \"$HOME/d\"; touch \"$HOME/d/f\"; chmod 0 \"$HOME/d\";"
-                              "yes | head -c 1500000; printf end; echo warning >&2;"
+                              "yes | head -c 2200000000; printf end; echo warning >&2;"
                               "exec \"$0\" >&- 2>&-",
                               MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
@@ -171,7 +174,9 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
         ASSERT_EQ(::pipe(ends), 0);
         const pid_t testCase = ::fork();
         if (testCase == 0) {
-            auto application = start({MORVEX_AWKWARD_PROGRAM});
+            auto application = start(
+                {"/bin/sh", "-c", "mkdir -p \"$HOME/$(printf 'd/%.0s' $(seq 500))\"; exec \"$0\"",
+                 MORVEX_AWKWARD_PROGRAM});
             pid_t processes[] = {0, 0, 0};
             if (application) {
                 click(application.get(), "leave");
@@ -222,21 +227,57 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
          "is running: no Qt is loaded"},
-        {{MORVEX_INVENTORY_PROGRAM}, "it is running: it is made with Qt 5.15"},
+        {{MORVEX_QUICK_PROGRAM, "return"},
+         "ended with status 5 before it could be tested; the white list does not name "
+         "'quick_program'"},
+        {{MORVEX_AWKWARD_PROGRAM, "return"}, "ended with status 5"},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 10 seconds"},
     };
     options.whiteList = QStringList{"awkward_program", "other"};
     for (const auto &row : rows) {
         // It has to come as far as that, however slow the machine is.
-        options.timeout = row.command.contains("sleep") ? 10000 : 1000;
+        const bool hasQt = row.command.contains("sleep");
+        options.timeout = hasQt ? 10000 : row.command.contains("60") ? 1000 : 60000;
         EXPECT_EQ(start(row.command), nullptr) << row.error;
         EXPECT_TRUE(error.contains(row.error)) << error.toStdString();
         EXPECT_EQ(temporaryDirectories(), QStringList()) << row.error;
     }
 }
 
+TEST_F(RemoteApplicationTest, AnAgentThatCantBeLoadedSaysWhy)
+{
+    const QString agent = dir.filePath("prefix/lib/agent/");
+    writeFile(agent + "generic/morvexagent.so", "no library");
+    for (const QString file : {"morvexpreload.so", "morvexwatcher"})
+        QFile::link(MORVEX_TEST_PREFIX "/lib/agent/" + file, agent + file);
+    options.command = QStringList{MORVEX_AWKWARD_PROGRAM, "return"};
+    options.prefix = dir.filePath("prefix");
+    EXPECT_EQ(RemoteApplication::start(options, &error), nullptr);
+    EXPECT_TRUE(error.contains("ended with status 5 before it could be tested; its standard "
+                               "error ends with 'the agent can't be loaded: " +
+                               agent + "generic/morvexagent.so: "))
+        << error.toStdString();
+}
+
+TEST_F(RemoteApplicationTest, AProgramThatLinksTheAgentIsUsedWhateverElseGetsIntoIt)
+{
+    const QStringList kept{"/usr/bin/env", "-u", "LD_PRELOAD", "-u", "QT_PLUGIN_PATH"};
+    for (const QStringList &command : {kept, QStringList()}) {
+        auto application = start(command + QStringList{MORVEX_QUICK_PROGRAM});
+        ASSERT_NE(application, nullptr) << error.toStdString();
+        RemoteInspector *inspector = application->inspector();
+        // Items of Qt Quick are found by a library of the installation.
+        EXPECT_TRUE(inspector->waitForObject("{name='label' container='inView'}", 5000, &error))
+            << error.toStdString();
+        EXPECT_TRUE(inspector->findObject("{name='window' hasClipboard='true'}", &error))
+            << error.toStdString();
+        EXPECT_EQ(application->contexts().size(), 1);
+    }
+}
+
 TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
 {
+    options.variables = QStringList{"LD_PRELOAD=", "QT_QPA_GENERIC_PLUGINS=nothing"};
     // Also one that keeps the plugin of the agent from being found.
     for (const char *script :
          {"exec \"$0\"", "\"$0\"; true", "setsid \"$0\" & exit 0", "\"$1\" paths"}) {
@@ -257,15 +298,19 @@ TEST_F(RemoteApplicationTest, TheEndOfAnApplicationIsReportedAsWhatItWas)
 {
     const struct
     {
+        const char *starter;
         const char *button;
         const char *error;
     } rows[] = {
-        {"crash", "the application has crashed by signal 11 (Segmentation fault)"},
-        {"exit", "the application has ended with status 0"},
-        {"quit", "the application has ended with status 0"},
+        {"exec \"$0\"", "crash", "the application has crashed by signal 11 (Segmentation fault)"},
+        {"\"$0\"; exit $?", "crash",
+         "the application has ended; the program that started it has ended with status 139, as a "
+         "shell does after signal 11 (Segmentation fault)"},
+        {"exec \"$0\"", "exit", "the application has ended with status 0"},
+        {"exec \"$0\"", "quit", "the application has ended with status 0"},
     };
     for (const auto &row : rows) {
-        auto application = start({MORVEX_AWKWARD_PROGRAM});
+        auto application = start({"/bin/sh", "-c", row.starter, MORVEX_AWKWARD_PROGRAM});
         ASSERT_NE(application, nullptr) << error.toStdString();
         RemoteInspector *inspector = application->inspector();
         const SharedPtr<Object> window = inspector->waitForObject("awkward", 5000, &error);
@@ -303,6 +348,7 @@ TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
     EXPECT_EQ(window->objectClass(), nullptr);
     EXPECT_EQ(inspector->failure(),
               "the application has not answered for 0.1 seconds: its process has been stopped");
+    EXPECT_EQ(stack, "Its process has been stopped.");
     ::kill(static_cast<pid_t>(application->processId()), SIGCONT);
     EXPECT_TRUE(application->isRunning());
     inspector->session().setBound(30000);
@@ -342,7 +388,8 @@ TEST_F(RemoteApplicationTest, FurtherProcessesAreContextsWhenTheyAreWanted)
         while (!other && timer.elapsed() < 20000) {
             ::usleep(5000);
             const QList<std::shared_ptr<RemoteContext>> contexts = application->contexts();
-            other = isHooked ? contexts.value(1) : application->attach("awkward_program");
+            other = isHooked ? contexts.value(1)
+                             : application->attach("awkward_program", QDeadlineTimer(20000));
             EXPECT_EQ(contexts.size() > 1, isHooked && other);
         }
         ASSERT_NE(other, nullptr);
@@ -428,6 +475,16 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
          [&messageOf](int peer) {
              MessageChannel(::dup(peer)).send(messageOf(Message::Hello, {}), 99);
          }},
+        {"answers and signs of life without end",
+         [&messageOf](int peer) {
+             for (const auto type : {Message::Answer, Message::Pong, Message::Unfinished})
+                 MessageChannel(::dup(peer)).send(messageOf(type, {}), 99);
+         }},
+        {"three farewells",
+         [&messageOf](int peer) {
+             for (int i = 0; i < 3; ++i)
+                 MessageChannel(::dup(peer)).send(messageOf(Message::Bye, {}), 99);
+         }},
     };
     for (const auto &row : rows) {
         int ends[2];
@@ -435,10 +492,41 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
         RemoteSession session(std::make_unique<MessageChannel>(ends[0]),
                               [](bool) { return QStringLiteral("closed"); });
         row.talk(ends[1]);
+        session.update();
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error,
                   "the application has sent what is no answer; the connection to it is closed")
             << row.what;
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error, session.failure());
+        ::close(ends[1]);
+    }
+}
+
+TEST(RemoteSessionTest, AnAnswerIsWaitedForToTheBoundOrTheDeadline)
+{
+    const struct
+    {
+        QByteArray sent;
+        int bound;
+        int deadline;
+        const char *error;
+    } rows[] = {
+        {"", 100, 100000, "the application has not answered for 0.1 seconds: silent"},
+        {"", 60000, 400, "the application has not answered for 0."},
+        // More than the socket takes.
+        {QByteArray(50000000, 'x'), 100, 100000,
+         "the application has not answered for 0.1 seconds: silent; the connection to it is "
+         "closed"},
+    };
+    for (const auto &row : rows) {
+        int ends[2];
+        ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+        RemoteSession session(
+            std::make_unique<MessageChannel>(ends[0]), [](bool) { return "ended"; },
+            [](bool) { return ": silent"; });
+        session.setBound(row.bound);
+        session.setDeadline(QDeadlineTimer(row.deadline));
+        const QString error = session.request(Message::WrapValue, {row.sent}).error;
+        EXPECT_TRUE(error.startsWith(row.error)) << error.toStdString();
         ::close(ends[1]);
     }
 }

@@ -13,6 +13,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     if (QCoreApplication::arguments().contains("sleep"))
         ::sleep(60);
+    if (QCoreApplication::arguments().contains("return"))
+        return 5;
     AwkwardWindow window;
     window.show();
     return QApplication::exec();

@@ -25,6 +25,7 @@ AwkwardWindow::AwkwardWindow()
     addButton("print", &AwkwardWindow::printLine);
     addButton("exec", &AwkwardWindow::execDialog);
     addButton("crash", &AwkwardWindow::crash);
+    addButton("crashAtExit", &AwkwardWindow::crashAtExit);
     addButton("forkOn", &AwkwardWindow::forkAndGoOn);
     addButton("leave", &AwkwardWindow::leaveProcess);
     addButton("quit", &AwkwardWindow::quit);
@@ -89,6 +90,11 @@ void AwkwardWindow::crash()
     ::raise(SIGSEGV);
 }
 
+void AwkwardWindow::crashAtExit()
+{
+    std::atexit(std::abort);
+}
+
 // The child leaves its event loop and ends as the application would.
 void AwkwardWindow::forkAndGoOn()
 {
@@ -136,6 +142,8 @@ void AwkwardWindow::openWindows()
 {
     for (int i = 0; i < 10000; ++i) {
         auto *window = new QWidget;
+        // Each has a backing store of its size; 10,000 of the default size take gigabytes.
+        window->resize(8, 8);
         window->setAttribute(Qt::WA_DontShowOnScreen);
         window->show();
     }

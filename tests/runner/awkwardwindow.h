@@ -42,6 +42,7 @@ private:
     void printLine();
     void execDialog();
     void crash();
+    void crashAtExit();
     void forkAndGoOn();
     void leaveProcess();
     void quit();

@@ -35,21 +35,16 @@ TEST(CommandLineTest, ValuesFollowTheirOptionOrAnEqualsSign)
 
 TEST(CommandLineTest, ARandomNumberIsTakenOnlyIfItIsAllDigits)
 {
-    const struct
-    {
-        QStringList arguments;
-        std::optional<unsigned int> randomSeed;
-        const char *suite;
-    } rows[] = {
+    const std::tuple<QStringList, std::optional<unsigned int>, const char *> rows[] = {
         {{"--random", "17", "s"}, 17U, "s"}, {{"--random", "s"}, {}, "s"},
         {{"--random", "1x"}, {}, "1x"},      {{"s", "--random"}, {}, "s"},
         {{"--random=0", "s"}, 0U, "s"},      {{"--random", "4294967295", "s"}, 4294967295U, "s"},
     };
-    for (const auto &row : rows) {
-        const RunnerOptions options = parse(row.arguments);
+    for (const auto &[arguments, randomSeed, suite] : rows) {
+        const RunnerOptions options = parse(arguments);
         EXPECT_TRUE(options.isRandom);
-        EXPECT_EQ(options.randomSeed, row.randomSeed);
-        EXPECT_EQ(options.suiteDirectory, row.suite);
+        EXPECT_EQ(options.randomSeed, randomSeed);
+        EXPECT_EQ(options.suiteDirectory, suite);
     }
 }
 
@@ -77,13 +72,10 @@ TEST(CommandLineTest, EverythingThatTheLibraryPassesToAChildIsAccepted)
 
 TEST(CommandLineTest, ErrorsNameWhatWasWrong)
 {
-    const struct
-    {
-        QStringList arguments;
-        const char *error;
-    } rows[] = {
+    const std::pair<QStringList, const char *> rows[] = {
         {{"--bogus"}, "unknown option '--bogus'"},
         {{"--testcase"}, "--testcase needs a value"},
+        {{"--inspect"}, "--inspect needs a value"},
         {{"--stop-on-fail=1"}, "--stop-on-fail takes no value"},
         {{"--retry", "many"}, "--retry: 'many' is not a number of retries"},
         {{"--retry", "-1"}, "--retry: '-1' is not a number of retries"},
@@ -93,8 +85,8 @@ TEST(CommandLineTest, ErrorsNameWhatWasWrong)
         {{"a", "b?token=S"}, "more than one suite directory: 'b'"},
         {{""}, "the suite directory must not be empty"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(parseCommandLine(row.arguments).error, row.error);
+    for (const auto &[arguments, error] : rows)
+        EXPECT_EQ(parseCommandLine(arguments).error, error);
     EXPECT_EQ(parse({"--", "--odd-name"}).suiteDirectory, "--odd-name");
 }
 

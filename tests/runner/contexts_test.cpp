@@ -26,6 +26,8 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
                 "waitFor(() => !app.isRunning());";
     const QString unseen = "FATAL The application has crashed by signal 6 (Aborted)|"
                            "No call of the script has met this.";
+    const QString atEnd = "FATAL The application has crashed by signal 6 (Aborted)|"
+                          "This was when it was asked to end.";
     const struct
     {
         QByteArray script;
@@ -46,13 +48,20 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
          {"PASS Verification|The condition holds."}},
         {start + "find('quit').click(); find('print').click();",
          {"FATAL The application has ended with status 0|"}},
+        {start +
+             "find('crashAtExit').click(); find('quit').click(); waitFor(() => !app.isRunning());",
+         {unseen}},
+        {start + "find('crashAtExit').click(); application.stop(); check.pass('on');",
+         {atEnd, "PASS on|"}},
+        {start + "find('crashAtExit').click();", {atEnd}},
         {start + "find('exit').click();", {"FATAL The application has ended with status 0|"}},
     };
     for (const auto &row : rows) {
         QStringList lines = results(row.script);
         // The place of the script differs.
         for (QString &line : lines)
-            line = line.section("|Error: ", 0, 0) + (line.contains("|Error: ") ? "|" : "");
+            line = line.section("\\nA core was dumped", 0, 0).section("|Error: ", 0, 0) +
+                   (line.contains("|Error: ") ? "|" : "");
         EXPECT_EQ(lines, row.lines) << row.script.constData();
     }
     // The runner itself asks for the usage.
@@ -61,18 +70,23 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
 
 TEST_F(ContextsTest, NamesAreLookedUpInTheCurrentOneAndObjectsStayInTheirOwn)
 {
-    EXPECT_EQ(results(start +
-                      "var state = application.start('" MORVEX_INVENTORY_PROGRAM "');\n"
-                      "var own = find('state'); application.setCurrent(app);\n"
-                      "log.info([app === application.current(), application.contexts().length,\n"
-                      "  find('state', 0).exists(), own.exists(), find('print').exists()]);\n"
-                      "own.set('text', 'set'); find('name', 0); find('print').click();\n"
-                      "check.equal(own.get('text'), 'set'); check.equal(app.output().length, 19);\n"
-                      "application.stop(state); log.info([state.isRunning(), "
-                      "application.contexts().length]);\n"
-                      "own.exists();"),
-              (QStringList{"LOG [true,2,false,true,true]|", "PASS Verification|Got expected 'set'.",
-                           "PASS Verification|Got expected 19.", "LOG [false,1]|"}));
+    EXPECT_EQ(
+        results(start +
+                "var state = application.start('" MORVEX_INVENTORY_PROGRAM "');\n"
+                "var own = find('state'); application.setCurrent(app);\n"
+                "log.info([app === application.current(), application.contexts().length,\n"
+                "  find('state', 0).exists(), own.exists(), find('print').exists()]);\n"
+                "own.set('text', 'set'); find('name', 0); find('print').click();\n"
+                "check.equal(own.get('text'), 'set'); check.equal(app.output().length, 19);\n"
+                "try { find('print').drag(own); } catch (error) { log.info(error.message); }\n"
+                "application.setCurrent();"
+                "application.stop(state); log.info([state.isRunning(), "
+                "application.contexts().length]);\n"
+                "own.exists();"),
+        (QStringList{"LOG [true,2,false,true,true]|", "PASS Verification|Got expected 'set'.",
+                     "PASS Verification|Got expected 19.",
+                     "LOG print: it can't be dragged to an object of another application|",
+                     "LOG [false,1]|"}));
 }
 
 TEST_F(ContextsTest, ProcessesThatTheApplicationStartsAreContextsWhenTheyAreHooked)
@@ -88,7 +102,9 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
 {
     runner.addFile("home/.config/seeded", "");
     runner.addFile("work/here", "");
-    runner.addFile("launch", "#!/bin/sh\necho $1 $HOME/.config/*; ls; shift\nexec \"$@\"\n");
+    runner.addFile("launch",
+                   "#!/bin/sh\necho $1$DESKTOP_SESSION $HOME/.config/*; ls; shift\nexec \"$@\"\n");
+    runner.environment.insert("DESKTOP_SESSION", "gnome");
     QFile::setPermissions(runner.suitePath() + "/launch",
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     runner.addFile("suite.conf", "AUT = " MORVEX_AWKWARD_PROGRAM "\nCWD = work\n"
@@ -101,8 +117,11 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
     runner.addTestCase("tst_s", "log.info(application.start().name);");
     output = runner.run({runner.suitePath(), "--aut", MORVEX_INVENTORY_PROGRAM});
     EXPECT_TRUE(output.standardOutput.contains("script.js:1: inventory"));
-    runner.addFile("suite.conf", "CALL_TIMEOUT = 0.5\n");
-    const QStringList lines = results(start + "find('sleep').click();");
+    runner.addFile("suite.conf", "CALL_TIMEOUT = 0.5\nAPPLICATION_HOME = nowhere\n");
+    runner.addFile("whitelist.txt", "# none\n");
+    const QStringList lines = results(start + "find('sleep').click();", {"--use-whitelist"});
+    for (const char *warning : {"is no directory: '", "'whitelist.txt' of the suite names none"})
+        EXPECT_TRUE(output.standardError.contains(warning)) << output.standardError.constData();
     EXPECT_TRUE(lines.value(0).startsWith("LOG The application gives no answer|"));
     EXPECT_TRUE(lines.value(1).contains("has not answered for 0.5 seconds: it hangs, or is busy"));
 }

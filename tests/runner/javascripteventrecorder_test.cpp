@@ -46,9 +46,7 @@ QStringList recorded(EventRecorder::Synchronization synchronization, ScriptedObj
 
 } // namespace
 
-class JavaScriptEventRecorderTest : public ScriptFixture
-{
-};
+using JavaScriptEventRecorderTest = ScriptFixture;
 
 // Every statement that the recorder prints, in the script of a test case beside its names file.
 TEST_F(JavaScriptEventRecorderTest, WhatItPrintsRuns)

@@ -42,10 +42,7 @@ protected:
 TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
 {
     JavaScriptObjectMap map(path);
-    const struct
-    {
-        const char *object, *expression;
-    } cases[] = {
+    const std::pair<const char *, const char *> cases[] = {
         {"{text='Save As...' type='QPushButton'}", "names.saveAs"},
         {"{type='QPushButton' text='Save As...'}", "names.saveAs"},
         {"{text='Save as'}", "names.saveAs_2"},
@@ -64,8 +61,8 @@ TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
         {":unknown \"name\"", R"(":unknown \"name\"")"},
     };
     for (int pass = 0; pass < 2; ++pass) {
-        for (const auto &each : cases)
-            EXPECT_EQ(map.getSymbolicName(each.object, true), each.expression);
+        for (const auto &[object, expression] : cases)
+            EXPECT_EQ(map.getSymbolicName(object, true), expression);
         EXPECT_EQ(map.createdNames().size(), pass == 0 ? 13 : 0);
         ASSERT_TRUE(map.save());
         EXPECT_EQ(map.error().toString(), "");
@@ -92,10 +89,7 @@ TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
     const QStringList save{"{text='Save'}"};
     const QByteArray definition = "names.save = {text: \"Save\"};\n";
     const QByteArray comment = "// " + definition;
-    const struct
-    {
-        QByteArray before, start, end;
-    } cases[] = {
+    const std::tuple<QByteArray, QByteArray, QByteArray> cases[] = {
         {"", "// Names of the objects", definition + marker},
         {" \n\t\n", "// Names of the objects", definition + marker},
         {QByteArray("// mine\n") + marker + "names.z = {a: 1};", "// mine\n" + definition + marker,
@@ -107,10 +101,10 @@ TEST_F(JavaScriptObjectMapTest, NamesAreAddedWithoutALossOfWhatAFileHolds)
          definition + marker},
         {definition + marker, definition + marker, definition + marker},
     };
-    for (const auto &each : cases) {
-        const QByteArray after = saved(each.before, save);
-        EXPECT_TRUE(after.startsWith(each.start)) << after.toStdString();
-        EXPECT_TRUE(after.endsWith(each.end)) << after.toStdString();
+    for (const auto &[before, start, end] : cases) {
+        const QByteArray after = saved(before, save);
+        EXPECT_TRUE(after.startsWith(start)) << after.toStdString();
+        EXPECT_TRUE(after.endsWith(end)) << after.toStdString();
     }
 }
 
@@ -238,12 +232,16 @@ TEST_F(JavaScriptObjectMapTest, ANameWithinAMigratedNameIsNotFoundByTheKeysOfThe
                                    marker);
     runner.addFile("objects.map", ":btn\t{text='b' container={type='X' window=':main'}}\n"
                                   ":ok\t{text='Yes' window=':main'}\n"
-                                  ":main\t{type='QMainWindow'}\n");
+                                  ":main\t{type='QMainWindow'}\n"
+                                  ":padded\t{text=' Yes ' container=':ok'}\n");
     EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
     const QByteArray code = readFile(runner.suitePath() + "/names.js");
     EXPECT_TRUE(code.contains("\nnames.main_2 = {type: \"QMainWindow\"};\n")) << code.toStdString();
     EXPECT_FALSE(code.contains("container: names.inner}")) << code.toStdString();
     EXPECT_TRUE(code.contains("{text: \"Yes\", window: names.main_2};\n")) << code.toStdString();
+    // What refers to others, within a name too, is known the next time.
+    EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
+    EXPECT_EQ(readFile(runner.suitePath() + "/names.js"), code);
 }
 
 TEST_F(JavaScriptObjectMapTest, ASerializedMapKeepsItsNames)

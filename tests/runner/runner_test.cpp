@@ -89,11 +89,7 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
     const QString suite = runner.suitePath();
     const QByteArray noTestCase =
         "the suite '" + suite.toUtf8() + "' has no test case 'tst_x'; --list shows all";
-    const struct
-    {
-        QStringList arguments;
-        QByteArray message;
-    } rows[] = {
+    const std::pair<QStringList, QByteArray> rows[] = {
         {{}, "no suite directory was given; see morvexrunner --help"},
         {{"/no/such/suite"}, "there is no suite directory '/no/such/suite'"},
         {{"--testcase", "tst_x", suite}, noTestCase},
@@ -113,9 +109,9 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         {{"--testcase", "a", "--testcase", "b"},
          "without a suite directory only one --testcase can be run"},
     };
-    for (const auto &row : rows) {
-        const RunnerOutput output = runner.run(row.arguments);
-        EXPECT_EQ(output.standardError, "morvexrunner: " + row.message + "\n");
+    for (const auto &[arguments, message] : rows) {
+        const RunnerOutput output = runner.run(arguments);
+        EXPECT_EQ(output.standardError, "morvexrunner: " + message + "\n");
         EXPECT_EQ(output.standardOutput, "");
         EXPECT_EQ(output.status, 2);
     }
@@ -232,11 +228,7 @@ TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
     addPassing({"tst_a"});
     const QString pipe = runner.suitePath() + "/pipe";
     ASSERT_EQ(::mkfifo(qPrintable(pipe), 0600), 0);
-    const struct
-    {
-        const char *command;
-        int status;
-    } rows[] = {
+    const std::pair<const char *, int> rows[] = {
         {"exec >&- 2>&- <&-; exec \"$@\"", 0},
         {"ulimit -f 0; exec \"$@\" --reportgen null --reportgen stdout,sub/log", 1},
         {"\"$@\" | true; exit ${PIPESTATUS[0]}", 1},
@@ -250,10 +242,10 @@ TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
         {"exec \"$@\" --reportgen xml,/dev/fd/1 --reportgen stdout > log", 1},
         {"ln pipe names.js; exec \"$@\"", 1},
     };
-    for (const auto &row : rows) {
-        const QStringList arguments{"-c", row.command, "bash", RunnerProcess::program(),
+    for (const auto &[command, status] : rows) {
+        const QStringList arguments{"-c", command, "bash", RunnerProcess::program(),
                                     runner.suitePath()};
-        EXPECT_EQ(runBy("/bin/bash", arguments).status, row.status) << row.command;
+        EXPECT_EQ(runBy("/bin/bash", arguments).status, status) << command;
     }
 }
 

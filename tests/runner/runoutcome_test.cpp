@@ -33,13 +33,7 @@ RunOutcome outcomeOf(const QString &steps)
 
 TEST(RunOutcomeTest, TheLastAttemptOfATestCaseDecides)
 {
-    const struct
-    {
-        const char *steps;
-        QStringList failed, flaky;
-        int testCases;
-        bool hasFailure;
-    } rows[] = {
+    const std::tuple<const char *, QStringList, QStringList, int, bool> rows[] = {
         {"a:0 PASS . b:0 FAIL .", {"b"}, {}, 2, true},
         {"a:2 FAIL . a:1 PASS .", {}, {"a"}, 1, false},
         {"a:1 ERROR . a:0 FATAL .", {"a"}, {}, 1, true},
@@ -52,12 +46,12 @@ TEST(RunOutcomeTest, TheLastAttemptOfATestCaseDecides)
         {"FAIL a:0 PASS .", {}, {}, 1, true},
         {"", {}, {}, 0, false},
     };
-    for (const auto &row : rows) {
-        const RunOutcome outcome = outcomeOf(row.steps);
-        EXPECT_EQ(outcome.failedTestCases(), row.failed) << row.steps;
-        EXPECT_EQ(outcome.flakyTestCases(), row.flaky) << row.steps;
-        EXPECT_EQ(outcome.testCaseCount(), row.testCases) << row.steps;
-        EXPECT_EQ(outcome.hasFailure(), row.hasFailure) << row.steps;
+    for (const auto &[steps, failed, flaky, testCases, hasFailure] : rows) {
+        const RunOutcome outcome = outcomeOf(steps);
+        EXPECT_EQ(outcome.failedTestCases(), failed) << steps;
+        EXPECT_EQ(outcome.flakyTestCases(), flaky) << steps;
+        EXPECT_EQ(outcome.testCaseCount(), testCases) << steps;
+        EXPECT_EQ(outcome.hasFailure(), hasFailure) << steps;
     }
 }
 

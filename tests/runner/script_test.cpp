@@ -3,13 +3,7 @@
 
 using namespace MorvexTest;
 
-namespace {
-
-class ScriptTest : public ScriptFixture
-{
-};
-
-} // namespace
+using ScriptTest = ScriptFixture;
 
 TEST_F(ScriptTest, ChecksAndTheirTexts)
 {
@@ -34,11 +28,7 @@ TEST_F(ScriptTest, ChecksAndTheirTexts)
 
 TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
 {
-    const struct
-    {
-        const char *outcome;
-        std::vector<const char *> values;
-    } rows[] = {
+    const std::pair<const char *, std::vector<const char *>> rows[] = {
         {"FAIL m|Expected ",
          {"new Set([1]), new Set([2])", "new Map([[1, 2]]), new Map()",
           "new Map([[1, {a: 2}]]), new Map([[1, {a: 3}]])", "new Error('a'), new Error('b')",
@@ -52,14 +42,14 @@ TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
           "new Date(5), new Date(5)", "new Error('a'), new Error('a')", "/a/g, /a/g",
           "new Uint8Array([1]), new Uint8Array([1])", "{a: undefined}, {a: undefined}"}},
     };
-    for (const auto &row : rows) {
+    for (const auto &[outcome, pairs] : rows) {
         QByteArray script;
-        for (const char *values : row.values)
+        for (const char *values : pairs)
             script += "check.equal(" + QByteArray(values) + ", 'm');\n";
         const QStringList lines = results(script);
-        ASSERT_EQ(lines.size(), int(row.values.size()));
+        ASSERT_EQ(lines.size(), int(pairs.size()));
         for (int i = 0; i < lines.size(); ++i)
-            EXPECT_TRUE(lines[i].startsWith(row.outcome)) << row.values[std::size_t(i)];
+            EXPECT_TRUE(lines[i].startsWith(outcome)) << pairs[std::size_t(i)];
     }
 }
 
@@ -109,11 +99,7 @@ TEST_F(ScriptTest, SectionsEndWhateverHappensInThem)
 
 TEST_F(ScriptTest, WhateverIsThrownIsAnErrorWithItsPlace)
 {
-    const struct
-    {
-        const char *script, *text;
-        int line;
-    } rows[] = {
+    const std::tuple<const char *, const char *, int> rows[] = {
         {"\nfunction f() {\n  throw 5;\n}\nf();", "5", 3},
         {"throw undefined;", "undefined", 1},
         {"throw null;", "null", 1},
@@ -125,14 +111,14 @@ TEST_F(ScriptTest, WhateverIsThrownIsAnErrorWithItsPlace)
         {"check.that(", "SyntaxError: ", 1},
         {"function f() { f(); }\nf();", "RangeError: Maximum call stack size exceeded.", 1},
     };
-    for (const auto &row : rows) {
-        results(row.script);
+    for (const auto &[script, text, line] : rows) {
+        results(script);
         const auto lines = RunnerProcess::report(output);
-        ASSERT_EQ(lines.size(), 5U) << row.script;
+        ASSERT_EQ(lines.size(), 5U) << script;
         EXPECT_EQ(lines[2].type, "ERROR");
         EXPECT_EQ(lines[2].left,
-                  runner.suitePath() + QString("/tst_s/script.js:%1: Script error").arg(row.line));
-        EXPECT_EQ(lines[2].right.indexOf(row.text), 0) << lines[2].right.toStdString();
+                  runner.suitePath() + QString("/tst_s/script.js:%1: Script error").arg(line));
+        EXPECT_EQ(lines[2].right.indexOf(text), 0) << lines[2].right.toStdString();
         EXPECT_EQ(output.status, 1);
     }
 }
@@ -242,11 +228,7 @@ TEST_F(ScriptTest, TheSuiteSetsUpAndTearsDownAroundEachScriptHoweverItEnds)
     const QStringList up{"LOG up|"};
     const QStringList down{"LOG down|"};
     const QString place = "\\n  at " + runner.suitePath();
-    const struct
-    {
-        QByteArray suite, script;
-        QStringList lines;
-    } rows[] = {
+    const std::tuple<QByteArray, QByteArray, QStringList> rows[] = {
         {both, "help(); function tearDown() { log.info('of the script'); }",
          up + QStringList("LOG help|") + down},
         {both, "check.fail('f');", up + QStringList("FAIL f|") + down},
@@ -266,9 +248,9 @@ TEST_F(ScriptTest, TheSuiteSetsUpAndTearsDownAroundEachScriptHoweverItEnds)
          "log.info('never');",
          {"ERROR Script error|TypeError: setUp has to be a function" + place + "/suite.js:1"}},
     };
-    for (const auto &row : rows) {
-        runner.addFile("suite.js", row.suite);
-        EXPECT_EQ(results(row.script), row.lines) << row.script.constData();
+    for (const auto &[suite, script, lines] : rows) {
+        runner.addFile("suite.js", suite);
+        EXPECT_EQ(results(script), lines) << script.constData();
     }
 }
 

@@ -5,9 +5,7 @@
 
 using namespace MorvexTest;
 
-class ScriptDataTest : public ScriptFixture
-{
-};
+using ScriptDataTest = ScriptFixture;
 
 TEST_F(ScriptDataTest, ATableIsWalkedByEachKindOfLoop)
 {
@@ -62,10 +60,7 @@ TEST_F(ScriptDataTest, WhatCannotBeReadIsThrownWithTheFileAndTheReason)
     runner.addFile("orders.tsv", "name\nApple\n");
     runner.addFile("notes.txt", "no table\n");
     runner.addFile("bad.xls", "no workbook\n");
-    const struct
-    {
-        const char *call, *message;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"data.open('no.tsv')", "data.open: cannot read 'no.tsv': No such file or directory"},
         {"data.open('notes.txt')", "data.open: cannot read 'notes.txt': its first lines have no "
                                    "separator in common"},
@@ -75,8 +70,8 @@ TEST_F(ScriptDataTest, WhatCannotBeReadIsThrownWithTheFileAndTheReason)
         {"data.open('orders.tsv').record(1)", "there is no record 1 in '"},
         {"data.open('orders.tsv').record(0).field('Name')", "there is no field 'Name' in '"},
     };
-    for (const auto &row : rows) {
-        const QString line = results(row.call).value(0);
-        EXPECT_TRUE(line.contains(QString("Error: ") + row.message)) << line.toStdString();
+    for (const auto &[call, message] : rows) {
+        const QString line = results(call).value(0);
+        EXPECT_TRUE(line.contains(QString("Error: ") + message)) << line.toStdString();
     }
 }

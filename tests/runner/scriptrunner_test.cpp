@@ -96,6 +96,9 @@ TEST_F(ScriptRunnerTest, ObjectsAndItemsAreWaitedFor)
     EXPECT_TRUE(runner.waitForObjectItem("articles", {}, "Bolts", 5000));
     EXPECT_TRUE(runner.waitForObjectItem({}, articles, 0, 1, 5000));
     EXPECT_FALSE(runner.waitForObjectItem({}, articles, "Nothing", 50));
+    // In the application that the object is of.
+    ASSERT_TRUE(start(MORVEX_AWKWARD_PROGRAM)) << error.toStdString();
+    EXPECT_TRUE(runner.waitForObjectItem({}, articles, "Bolts", 5000));
 }
 
 TEST_F(ScriptRunnerTest, WhatAnApplicationPrintsIsRead)

@@ -39,11 +39,7 @@ protected:
 
 TEST_F(BrowserElementTest, ErrorsSayWhatIsWrongAndWhere)
 {
-    const struct
-    {
-        QByteArray xml;
-        const char *error;
-    } rows[] = {
+    const std::pair<QByteArray, const char *> rows[] = {
         {"<ui>\n <a", "XML Parse Error at 2:3: Failed to read Element name"},
         {"<!-- a -->", "Expected element <ui> at 1:1 got <>"},
         {"\n <gui/>", "Expected element <ui> at 2:2 got <gui>"},
@@ -61,10 +57,10 @@ TEST_F(BrowserElementTest, ErrorsSayWhatIsWrongAndWhere)
          "Couldn't convert coverage value to int: '1.5'"},
         {QByteArray("<element>").repeated(1000), "The elements are nested deeper than 500 levels."},
     };
-    for (const auto &row : rows) {
-        EXPECT_FALSE(BrowserElement::readXML(&root, row.xml, &error)) << row.error;
-        EXPECT_EQ(error, QLatin1String(row.error));
-        EXPECT_FALSE(BrowserElement::readXML(&root, row.xml, nullptr));
+    for (const auto &[xml, message] : rows) {
+        EXPECT_FALSE(BrowserElement::readXML(&root, xml, &error)) << message;
+        EXPECT_EQ(error, QLatin1String(message));
+        EXPECT_FALSE(BrowserElement::readXML(&root, xml, nullptr));
     }
     EXPECT_TRUE(BrowserElement::readXML(&root, "<ui><execution/></ui>", &error));
 }
@@ -84,11 +80,7 @@ TEST_F(BrowserElementTest, WhatIsNestedTooDeepIsLeftOutAndTheRestIsRead)
 
 TEST_F(BrowserElementTest, GeometryAddsUpFromTheScreenDown)
 {
-    const struct
-    {
-        QByteArray values;
-        QRect expected;
-    } rows[] = {
+    const std::pair<QByteArray, QRect> rows[] = {
         {place, QRect(10, 20, 30, 40)},
         {"<width>30</width><height>40</height><x>10</x><y>20</y>",
          QRect(QPoint(10, 20), QPoint(29, 39))},
@@ -96,9 +88,9 @@ TEST_F(BrowserElementTest, GeometryAddsUpFromTheScreenDown)
          QRect(QPoint(0, 0), QPoint(std::numeric_limits<int>::max() - 1, 0))},
         {"<x>5</x>", QRect()},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(read("<element>" + geometryOf(row.values) + "</element>")->absoluteGeometry(),
-                  row.expected);
+    for (const auto &[values, expected] : rows)
+        EXPECT_EQ(read("<element>" + geometryOf(values) + "</element>")->absoluteGeometry(),
+                  expected);
     const BrowserElement *top =
         read("<element>" + geometryOf(place) + "<children><element>" + geometryOf(place, "1") +
              "<children><element>" + geometryOf(place, "1") +
@@ -115,10 +107,7 @@ TEST_F(BrowserElementTest, GeometryAddsUpFromTheScreenDown)
 
 TEST_F(BrowserElementTest, ElementsAreShownByTheirTextOrElseTypeClassAndName)
 {
-    const struct
-    {
-        const char *xml, *name;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"<element type='button' class='QPushButton'><abstractProperties><text>Add"
          "</text></abstractProperties></element>",
          "Add"},
@@ -126,8 +115,8 @@ TEST_F(BrowserElementTest, ElementsAreShownByTheirTextOrElseTypeClassAndName)
         {"<element class='QPushButton'/>", "QPushButton"},
         {"<element/>", "<element>"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(read(row.xml)->displayName(), QLatin1String(row.name));
+    for (const auto &[xml, name] : rows)
+        EXPECT_EQ(read(xml)->displayName(), QLatin1String(name));
 }
 
 TEST_F(BrowserElementTest, MergedFilesAddTheirCountsUp)
@@ -173,21 +162,17 @@ TEST_F(BrowserElementTest, MergedFilesAddTheirCountsUp)
 TEST(StyleCheckResultTest, DescriptionsHaveTheValuesThatThereAre)
 {
     const QVariant none;
-    const struct
-    {
-        QVariant actual, expected;
-        const char *values;
-    } rows[] = {
+    const std::tuple<QVariant, QVariant, const char *> rows[] = {
         {none, none, ""},
         {none, 3, " (Expected: at least 3)"},
         {QStringLiteral("%1"), 3, " (Actual: %1, Expected: at least 3)"},
         {2, none, " (Actual: 2)"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[actual, expected, values] : rows) {
         StyleCheckResult result = StyleCheckResult::sufficientMenuItems();
         EXPECT_FALSE(result.isValid());
-        result.setResult(StyleCheckResult::Failed, row.actual, row.expected);
-        EXPECT_EQ(result.description(true), result.description(false) + QLatin1String(row.values));
+        result.setResult(StyleCheckResult::Failed, actual, expected);
+        EXPECT_EQ(result.description(true), result.description(false) + QLatin1String(values));
         EXPECT_TRUE(result.isValid() && !result.hasPassed());
     }
 }

@@ -23,11 +23,7 @@ protected:
 
 TEST_F(ConfParserTest, ValuesOfAKey)
 {
-    const struct
-    {
-        const char *text;
-        QStringList split, whole;
-    } rows[] = {
+    const std::tuple<const char *, QStringList, QStringList> rows[] = {
         {"KEY=value", {"value"}, {"value"}},
         {"KEY\t=\tvalue\n", {"value"}, {"value"}},
         {"KEY = a  b \n", {"a", "b"}, {"a  b "}},
@@ -43,31 +39,27 @@ TEST_F(ConfParserTest, ValuesOfAKey)
         {"KEY = gr\xc3\xbcn", {QString::fromUtf8("grün")}, {QString::fromUtf8("grün")}},
         {"KEY = x\r\n", {"x"}, {"x"}},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(parse(row.text).entries().value("KEY"), row.split) << row.text;
-        EXPECT_EQ(parse(row.text, false).entries().value("KEY"), row.whole) << row.text;
-        EXPECT_EQ(parse(row.text).error(), "") << row.text;
+    for (const auto &[text, split, whole] : rows) {
+        EXPECT_EQ(parse(text).entries().value("KEY"), split) << text;
+        EXPECT_EQ(parse(text, false).entries().value("KEY"), whole) << text;
+        EXPECT_EQ(parse(text).error(), "") << text;
     }
     EXPECT_EQ(parse("= x").entries().value(""), QStringList("x"));
 }
 
 TEST_F(ConfParserTest, ErrorsNameThePlaceAndKeepWhatCameBefore)
 {
-    const struct
-    {
-        const char *text, *error;
-        QStringList keys;
-    } rows[] = {
+    const std::tuple<const char *, const char *, QStringList> rows[] = {
         {"A = 1\nKEY", ": Unexpected end of file (key without a value)", {"A"}},
         {"A = 1\nKEY\nB = 2", ": Syntax error in line 2, column 4. Expected '='", {"A"}},
         {"A = 1\nKEY x\nB = 2", ": Syntax error in line 2, column 5. Expected '='", {"A"}},
         // Blank lines and comments are not counted, but count in the column.
         {"# c\n\nA = 1\n\n# c\nKEY x", ": Syntax error in line 2, column 10. Expected '='", {"A"}},
     };
-    for (const auto &row : rows) {
-        const ConfParser parser = parse(row.text);
-        EXPECT_EQ(parser.error(), path + row.error) << row.text;
-        EXPECT_EQ(parser.entries().keys(), row.keys) << row.text;
+    for (const auto &[text, error, keys] : rows) {
+        const ConfParser parser = parse(text);
+        EXPECT_EQ(parser.error(), path + error) << text;
+        EXPECT_EQ(parser.entries().keys(), keys) << text;
     }
     EXPECT_EQ(ConfParser("/no/such/file", true).error(),
               "Couldn't open '/no/such/file' for reading.");
@@ -76,10 +68,7 @@ TEST_F(ConfParserTest, ErrorsNameThePlaceAndKeepWhatCameBefore)
 TEST_F(ConfParserTest, ReferencesToKeysAboveAndToTheEnvironment)
 {
     const MorvexTest::EnvironmentGuard value("MORVEX_TEST_A", "env");
-    const struct
-    {
-        const char *text, *value;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"A = 1 2\nKEY = $(A)/x", "1/x"},
         {"KEY = $(A)/x\nA = 1", "$(A)/x"},
         {"KEY = <$(MORVEX_TEST_A)>", "<env>"},
@@ -88,8 +77,8 @@ TEST_F(ConfParserTest, ReferencesToKeysAboveAndToTheEnvironment)
         {"KEY = $ $x $$(MORVEX_TEST_A) $(MORVEX_TEST_A", "$ $x $env $(MORVEX_TEST_A"},
         {"A = xx$(MORVEX_TEST_B)\nMORVEX_TEST_B = deep\nKEY = $(A)", "xxdeep"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(parse(row.text).entries().value("KEY").join(' '), row.value) << row.text;
+    for (const auto &[text, expanded] : rows)
+        EXPECT_EQ(parse(text).entries().value("KEY").join(' '), expanded) << text;
 }
 
 TEST_F(ConfParserTest, AnExpansionWithoutEndLeavesTheText)
@@ -126,11 +115,7 @@ TEST_F(ConfParserTest, ALongFileIsExpandedToItsEnd)
 
 TEST(ConfParserSplitArgsTest, QuotesAndBackslashesKeepBlanks)
 {
-    const struct
-    {
-        const char *text;
-        QStringList arguments;
-    } rows[] = {
+    const std::pair<const char *, QStringList> rows[] = {
         {"", {}},
         {"  a   b ", {"a", "b"}},
         {"a\\ b c", {"a b", "c"}},
@@ -141,8 +126,8 @@ TEST(ConfParserSplitArgsTest, QuotesAndBackslashesKeepBlanks)
         {"\\ a", {" a"}},
         {" a\\\\ b", {"a\\ b"}},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(ConfParser::splitArgs(row.text), row.arguments) << row.text;
+    for (const auto &[text, arguments] : rows)
+        EXPECT_EQ(ConfParser::splitArgs(text), arguments) << text;
 }
 
 TEST(ConfigTest, AGroupHidesThePlainKeys)
@@ -163,16 +148,11 @@ TEST(ConfigTest, AGroupHidesThePlainKeys)
 
 TEST(ConfigTest, WhatReadsAsTrue)
 {
-    const struct
-    {
-        QStringList words;
-        bool value;
-    } rows[] = {
+    const std::pair<QStringList, bool> rows[] = {
         {{}, true},     {{"yes"}, true}, {{"TRUE"}, true}, {{"On"}, true},      {{"2"}, true},
         {{"-1"}, true}, {{"0"}, false},  {{"no"}, false},  {{"1", "1"}, false}, {{""}, false},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(Config({{"K", row.words}}).boolEntry("K"), row.value)
-            << row.words.join("|").toStdString();
+    for (const auto &[words, value] : rows)
+        EXPECT_EQ(Config({{"K", words}}).boolEntry("K"), value) << words.join("|").toStdString();
     EXPECT_FALSE(Config().boolEntry("K"));
 }

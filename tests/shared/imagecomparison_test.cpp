@@ -87,18 +87,14 @@ TEST(ImageComparisonTest, PicturesWithoutContentHaveFixedMeasures)
     const QImage black = filled({7, 3}, 0xff000000);
     const QImage white = filled({7, 3}, 0xffffffff);
     const QImage colours = noise({7, 3}, 1);
-    const struct
-    {
-        QImage a, b;
-        double plain, centred;
-    } rows[] = {
+    const std::tuple<QImage, QImage, double, double> rows[] = {
         {black, black, 1.0, 1.0},      {black, colours, 0.0, 0.0}, {colours, black, 0.0, 0.0},
         {white, white, 1.0, 1.0},      {white, black, 0.0, 0.0},   {QImage(), white, 0.0, 0.0},
         {colours, QImage(), 0.0, 0.0},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(ImageComparison::normalizedCorrelation(row.a, row.b), row.plain);
-        EXPECT_EQ(ImageComparison::normalizedCrossCorrelation(row.a, row.b), row.centred);
+    for (const auto &[a, b, plain, centred] : rows) {
+        EXPECT_EQ(ImageComparison::normalizedCorrelation(a, b), plain);
+        EXPECT_EQ(ImageComparison::normalizedCrossCorrelation(a, b), centred);
     }
     // Sizes don't have to agree.
     EXPECT_DOUBLE_EQ(ImageComparison::normalizedCorrelation(white, filled({20, 20}, 0xffffffff)),

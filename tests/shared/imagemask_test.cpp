@@ -23,11 +23,7 @@ const int neg = ImageMask::NEGATIVE;
 
 TEST(ImageMaskTest, ThePixelsThatDontCountGetOneColour)
 {
-    const struct
-    {
-        ImageMask mask;
-        const char *hidden;
-    } rows[] = {
+    const std::pair<ImageMask, const char *> rows[] = {
         {maskOf({}), "#####"
                      "#...#"
                      "#####"},
@@ -46,14 +42,14 @@ TEST(ImageMaskTest, ThePixelsThatDontCountGetOneColour)
          "..#.."
          "#...."},
     };
-    for (const auto &row : rows) {
+    for (const auto &[mask, pattern] : rows) {
         QImage image(5, 3, QImage::Format_ARGB32);
         image.fill(0x80ffffff);
-        row.mask.drawToImage(&image);
+        mask.drawToImage(&image);
         QByteArray hidden;
         for (int i = 0; i < 15; ++i)
             hidden += image.pixel(i % 5, i / 5) == 0xff000102 ? '#' : '.';
-        EXPECT_EQ(hidden, row.hidden);
+        EXPECT_EQ(hidden, pattern);
         EXPECT_EQ(image.hasAlphaChannel(), !hidden.contains('#'));
     }
     QImage none;

@@ -37,12 +37,7 @@ public:
 
 TEST_F(SettingsFileTest, HowARawValueReads)
 {
-    const struct
-    {
-        const char *raw, *text;
-        int number, boolean;
-        const char *warning;
-    } rows[] = {
+    const std::tuple<const char *, const char *, int, int, const char *> rows[] = {
         {" \"a b\" ", "a b", -1, -1, ""},
         {"1", "default", 1, 1, "Morvex::Settings: entry is not a string in "},
         {"\"1\"", "1", -1, 1, ""},
@@ -59,17 +54,19 @@ TEST_F(SettingsFileTest, HowARawValueReads)
         {"\"\\\xe2\x82\xac\"", "default", -1, -1,
          "Morvex::Settings: unknown quoted character with hex code 0x20ac in "},
     };
-    for (const auto &row : rows) {
-        const auto store = storeOf("key =" + QByteArray(row.raw) + "\n");
-        const std::string warning = standardErrorOf(
-            [&] { EXPECT_EQ(store->readEntry("g", "key", "default"), row.text) << row.raw; });
-        EXPECT_NE(warning.find(row.warning), std::string::npos) << row.raw << warning;
-        EXPECT_EQ(warning.empty(), *row.warning == 0) << row.raw << warning;
-        EXPECT_EQ(store->readNumEntry("g", "key", -1), row.number) << row.raw;
+    for (const auto &[raw, text, number, boolean, said] : rows) {
+        const auto store = storeOf("key =" + QByteArray(raw) + "\n");
+        QString read;
+        const std::string warning =
+            standardErrorOf([&] { read = store->readEntry("g", "key", "default"); });
+        EXPECT_EQ(read, text) << raw;
+        EXPECT_NE(warning.find(said), std::string::npos) << raw << warning;
+        EXPECT_EQ(warning.empty(), *said == 0) << raw << warning;
+        EXPECT_EQ(store->readNumEntry("g", "key", -1), number) << raw;
         for (const bool fallback : {false, true})
             EXPECT_EQ(store->readBoolEntry("g", "key", fallback),
-                      row.boolean < 0 ? fallback : row.boolean == 1)
-                << row.raw;
+                      boolean < 0 ? fallback : boolean == 1)
+                << raw;
     }
 }
 
@@ -171,27 +168,22 @@ TEST_F(SettingsFileTest, WhatCannotBeReadOrWrittenIsReported)
     const std::string place = dir.path().toStdString();
     writeFile(dir.filePath("file"), "");
     ASSERT_TRUE(QDir(dir.path()).mkdir("isdir"));
-    const struct
-    {
-        QString dir;
-        const char *name;
-        std::string readWarning, writeWarning;
-    } rows[] = {
+    const std::tuple<QString, const char *, std::string, std::string> rows[] = {
         {dir.path(), "file/a.ini", "", "flush: could not create directory `" + place + "/file'.\n"},
         {dir.path(), "isdir", "parse: could not open file `" + place + "/isdir' for reading\n",
          "flush: could not open file `" + place + "/isdir' for writing\n"},
         // A place where nobody may create a file.
         {"/proc", "new.ini", "", "flush: could not open file `/proc/new.ini' for writing\n"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[in, name, readWarning, writeWarning] : rows) {
         const auto message = [](const std::string &text) {
             return text.empty() ? text : "Morvex::Settings::" + text;
         };
         std::unique_ptr<Settings> store;
-        EXPECT_EQ(standardErrorOf([&] { store = std::make_unique<Settings>(row.dir, row.name); }),
-                  message(row.readWarning));
-        EXPECT_EQ(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }),
-                  message(row.writeWarning));
+        EXPECT_EQ(standardErrorOf(
+                      [&, &in = in, name = name] { store = std::make_unique<Settings>(in, name); }),
+                  message(readWarning));
+        EXPECT_EQ(standardErrorOf([&] { EXPECT_FALSE(store->flush()); }), message(writeWarning));
     }
     const auto store = storeOf("kept = 1\n");
     const QByteArray before = readFile(path);
@@ -214,10 +206,7 @@ TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
     const EnvironmentGuard value("MORVEX_TEST_A", "val");
     const EnvironmentGuard nested("MORVEX_TEST_B", "xx$(MORVEX_TEST_A)");
     const EnvironmentGuard endless("MORVEX_TEST_C", "xx$(MORVEX_TEST_C)");
-    const struct
-    {
-        const char *text, *expanded;
-    } rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"$(MORVEX_TEST_A)/$(MORVEX_TEST_A)", "val/val"},
         {"$(MORVEX_TEST_B)", "xxval"},
         {"$(MORVEX_TEST_NONE) $(MORVEX_TEST_A)", "$(MORVEX_TEST_NONE) val"},
@@ -226,11 +215,11 @@ TEST_F(SettingsFileTest, ReferencesAreExpandedWhereTheStoreIsSetTo)
         {"$(MORVEX_TEST_A $$", "$(MORVEX_TEST_A $"},
         {"$(MORVEX_TEST_C)", "$(MORVEX_TEST_C)"},
     };
-    for (const auto &row : rows) {
-        storeOf("")->writeEntry("g", "key", QString(row.text));
-        EXPECT_EQ(ExpandingSettings(path).readEntry("g", "key", ""), row.expanded);
-        EXPECT_EQ(ExpandingSettings(path).readListEntry("g", "key", {}), QStringList(row.expanded));
-        EXPECT_EQ(Settings(path).readEntry("g", "key", ""), row.text);
+    for (const auto &[text, expanded] : rows) {
+        storeOf("")->writeEntry("g", "key", QString(text));
+        EXPECT_EQ(ExpandingSettings(path).readEntry("g", "key", ""), expanded);
+        EXPECT_EQ(ExpandingSettings(path).readListEntry("g", "key", {}), QStringList(expanded));
+        EXPECT_EQ(Settings(path).readEntry("g", "key", ""), text);
     }
 }
 

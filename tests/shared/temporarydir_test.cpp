@@ -59,28 +59,24 @@ TEST(RemoveDirRecursivelyTest, WhatALinkPointsToStays)
 
 TEST(CopyDirectoryTest, ExistingFilesStayOrEndTheCopy)
 {
-    struct Row
-    {
-        CopyDirectoryOption option;
-        bool isCopied;
-    };
-    for (const Row &row : {Row{FailOnExistingFile, false}, Row{KeepExistingFile, true}}) {
+    for (const bool isCopied : {false, true}) {
+        const auto option = isCopied ? KeepExistingFile : FailOnExistingFile;
         const QTemporaryDir dir;
         writeFile(dir.filePath("source/a"), "a");
         writeFile(dir.filePath("source/b"), "b");
         writeFile(dir.filePath("source/sub/c"), "c");
         writeFile(dir.filePath("target/b"), "mine");
         QString error;
-        EXPECT_EQ(copyDirectory(dir.filePath("source"), dir.filePath("target"), &error, row.option),
-                  row.isCopied);
+        EXPECT_EQ(copyDirectory(dir.filePath("source"), dir.filePath("target"), &error, option),
+                  isCopied);
         EXPECT_EQ(
             error,
-            row.isCopied
+            isCopied
                 ? QString()
                 : QStringLiteral("Target file '%1' already exists").arg(dir.filePath("target/b")));
         EXPECT_EQ(readFile(dir.filePath("target/a")), "a");
         EXPECT_EQ(readFile(dir.filePath("target/b")), "mine");
-        EXPECT_EQ(readFile(dir.filePath("target/sub/c")), row.isCopied ? "c" : QByteArray());
+        EXPECT_EQ(readFile(dir.filePath("target/sub/c")), isCopied ? "c" : QByteArray());
     }
 }
 
@@ -89,22 +85,17 @@ TEST(CopyDirectoryTest, EachFailureHasItsText)
     const QTemporaryDir dir;
     writeFile(dir.filePath("file"), "x");
     writeFile(dir.filePath("source/a"), "a");
-    struct Row
-    {
-        const char *source, *target;
-        QString error;
-    };
-    const Row rows[] = {
+    const std::tuple<const char *, const char *, QString> rows[] = {
         {"no", "t", QStringLiteral("Source directory '%1/no' does not exist")},
         {"file", "no/t", QStringLiteral("Failed to copy '%1/file' into '%1/no/t'")},
         {"source", "no/t", QStringLiteral("Failed to create target directory '%1/no/t'")},
     };
-    for (const Row &row : rows) {
+    for (const auto &[source, target, message] : rows) {
         QString error;
-        EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), &error,
-                                   KeepExistingFile));
-        EXPECT_EQ(error, row.error.arg(dir.path()));
-        EXPECT_FALSE(copyDirectory(dir.filePath(row.source), dir.filePath(row.target), nullptr,
-                                   KeepExistingFile));
+        EXPECT_FALSE(
+            copyDirectory(dir.filePath(source), dir.filePath(target), &error, KeepExistingFile));
+        EXPECT_EQ(error, message.arg(dir.path()));
+        EXPECT_FALSE(
+            copyDirectory(dir.filePath(source), dir.filePath(target), nullptr, KeepExistingFile));
     }
 }

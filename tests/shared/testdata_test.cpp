@@ -250,12 +250,7 @@ TEST(CheckAndMakeDirTest, TheDirectoriesOfAPathAreMade)
     QTemporaryDir dir;
     const QString before = QDir::currentPath();
     ASSERT_TRUE(QDir::setCurrent(dir.path()));
-    const struct
-    {
-        QString path;
-        bool isFile;
-        const char *made, *notMade;
-    } rows[] = {
+    const std::tuple<QString, bool, const char *, const char *> rows[] = {
         {"", false, ".", "x"},
         {"file", true, ".", "file"},
         {"one", false, "one", "x"},
@@ -263,10 +258,10 @@ TEST(CheckAndMakeDirTest, TheDirectoriesOfAPathAreMade)
         {dir.filePath("abs/sub/"), false, "abs/sub", "x"},
         {"same/deep/same", true, "deep", "same"},
     };
-    for (const auto &row : rows) {
-        TestData::checkAndMakeDir(row.path, row.isFile);
-        EXPECT_TRUE(QFile::exists(row.made)) << row.path.toStdString();
-        EXPECT_FALSE(QFile::exists(row.notMade)) << row.path.toStdString();
+    for (const auto &[path, isFile, made, notMade] : rows) {
+        TestData::checkAndMakeDir(path, isFile);
+        EXPECT_TRUE(QFile::exists(made)) << path.toStdString();
+        EXPECT_FALSE(QFile::exists(notMade)) << path.toStdString();
     }
     QDir::setCurrent(before);
 }

@@ -44,12 +44,7 @@ void setAccessControlList(const QByteArray &path)
 
 TEST(WriteFileSafelyTest, WhatTheFileWasBesideItsContentStaysAlsoWhenTheDiskIsFull)
 {
-    const struct
-    {
-        const char *what;
-        void (*prepare)(const QByteArray &path);
-        bool isReplaced;
-    } cases[] = {
+    const std::tuple<const char *, void (*)(const QByteArray &path), bool> cases[] = {
         {"plain", [](const QByteArray &) {}, true},
         {"mode", [](const QByteArray &path) { ::chmod(path.constData(), 0751); }, true},
         {"access control list", setAccessControlList, true},
@@ -63,41 +58,41 @@ TEST(WriteFileSafelyTest, WhatTheFileWasBesideItsContentStaysAlsoWhenTheDiskIsFu
          [](const QByteArray &path) { ::link(path.constData(), (path + ".hard").constData()); },
          false},
     };
-    for (const auto &row : cases) {
+    for (const auto &[what, prepare, isReplaced] : cases) {
         const QTemporaryDir dir;
         const QString path = dir.filePath("file");
         const QString link = dir.filePath("sub/link");
         writeFile(path, "old");
         ASSERT_TRUE(QDir(dir.path()).mkdir("sub"));
         ASSERT_TRUE(QFile::link(path, link));
-        row.prepare(QFile::encodeName(path));
+        prepare(QFile::encodeName(path));
         const struct stat before = statusOf(path);
         const QByteArray list = accessControlListOf(path);
         {
             const FileSizeLimit limit(4096);
             const auto result = writeFileSafely(link, QByteArray(5000, 'x'));
-            EXPECT_EQ(result.outcome, FileWriteResult::NotWritten) << row.what;
-            EXPECT_NE(result.error, "") << row.what;
+            EXPECT_EQ(result.outcome, FileWriteResult::NotWritten) << what;
+            EXPECT_NE(result.error, "") << what;
         }
-        EXPECT_EQ(readFile(path), "old") << row.what;
-        EXPECT_EQ(writeFileSafely(link, QByteArray(200000, 'y')).error, "") << row.what;
-        EXPECT_EQ(readFile(path), QByteArray(200000, 'y')) << row.what;
+        EXPECT_EQ(readFile(path), "old") << what;
+        EXPECT_EQ(writeFileSafely(link, QByteArray(200000, 'y')).error, "") << what;
+        EXPECT_EQ(readFile(path), QByteArray(200000, 'y')) << what;
         const struct stat after = statusOf(path);
-        EXPECT_EQ(writeFileSafely(link, "new").error, "") << row.what;
+        EXPECT_EQ(writeFileSafely(link, "new").error, "") << what;
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
         const std::string_view content(reinterpret_cast<char *>(file.map(0, 3)), 3);
-        EXPECT_EQ(writeFileSafely(path, {"also ", content}).error, "") << row.what;
-        EXPECT_EQ(readFile(path), "also new") << row.what;
-        EXPECT_TRUE(QFileInfo(link).isSymLink()) << row.what;
-        EXPECT_EQ(after.st_ino != before.st_ino, row.isReplaced) << row.what;
-        EXPECT_EQ(after.st_mode, before.st_mode) << row.what;
-        EXPECT_EQ(after.st_uid, before.st_uid) << row.what;
-        EXPECT_EQ(after.st_nlink, before.st_nlink) << row.what;
-        EXPECT_EQ(accessControlListOf(path), list) << row.what;
+        EXPECT_EQ(writeFileSafely(path, {"also ", content}).error, "") << what;
+        EXPECT_EQ(readFile(path), "also new") << what;
+        EXPECT_TRUE(QFileInfo(link).isSymLink()) << what;
+        EXPECT_EQ(after.st_ino != before.st_ino, isReplaced) << what;
+        EXPECT_EQ(after.st_mode, before.st_mode) << what;
+        EXPECT_EQ(after.st_uid, before.st_uid) << what;
+        EXPECT_EQ(after.st_nlink, before.st_nlink) << what;
+        EXPECT_EQ(accessControlListOf(path), list) << what;
         EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden).size(),
                   int(after.st_nlink))
-            << row.what << ": nothing is left over";
+            << what << ": nothing is left over";
     }
 }
 

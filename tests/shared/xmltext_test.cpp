@@ -10,14 +10,10 @@ using namespace MorvexTest;
 
 TEST(XmlTextTest, WhatXmlCanNotHoldIsShownAndNothingElseChanges)
 {
-    struct Row
-    {
-        QString text, clean, line, log;
-    };
     const QString smiley = QString::fromUtf8("\U0001F600");
     const QString highHalf(QChar(0xd83d));
     const QString lowHalf(QChar(0xde00));
-    const Row rows[] = {
+    const std::tuple<QString, QString, QString, QString> rows[] = {
         {"plain <&>\"' \u00e4", "plain <&>\"' \u00e4", "plain <&>\"' \u00e4",
          "plain <&>\"' \u00e4"},
         {"a\tb\nc\rd", "a\tb\nc\rd", "a\\tb\\nc\\rd", "a\\tb\\nc\\rd"},
@@ -36,10 +32,10 @@ TEST(XmlTextTest, WhatXmlCanNotHoldIsShownAndNothingElseChanges)
          "open\\u001b]0;title\\nnext"},
         {"\x1b", "\\x1b", "\\x1b", "\\u001b"},
     };
-    for (const Row &row : rows) {
-        EXPECT_EQ(replaceInvalidXMLcharacters(row.text), row.clean);
-        EXPECT_EQ(escapeControls(row.text), row.line);
-        EXPECT_EQ(escapeNonPrintable(row.text), row.log);
+    for (const auto &[text, clean, line, log] : rows) {
+        EXPECT_EQ(replaceInvalidXMLcharacters(text), clean);
+        EXPECT_EQ(escapeControls(text), line);
+        EXPECT_EQ(escapeNonPrintable(text), log);
     }
 }
 

@@ -17,8 +17,9 @@ namespace {
 // The thread that waits for an answer is the one that has to give it.
 void turn()
 {
-    QCoreApplication::processEvents();
+    // Outside of a running event loop nobody else would delete them.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
 }
 
 Message waitFor(MessageChannel *channel)

@@ -1,5 +1,7 @@
 #include "support/runs.h"
 
+#include "support/capture.h"
+#include "support/environmentguard.h"
 #include "support/files.h"
 #include "test/testreportgeneratorfactory.h"
 
@@ -243,6 +245,17 @@ Entries runOfMessages(const QStringList &messages)
     return entries;
 }
 
+std::unique_ptr<TestReportGenerator> makeReport(const QString &value, QString *resultDir,
+                                                TestReportGenerator::TestType type)
+{
+    QString ignored;
+    const auto created =
+        TestReportGeneratorFactory::create({value}, resultDir ? resultDir : &ignored, type);
+    if (!created.generator)
+        qFatal("%s", qUtf8Printable(created.error));
+    return std::unique_ptr<TestReportGenerator>(created.generator);
+}
+
 void replay(const Entries &entries, TestReportGenerator *generator)
 {
     for (const TestResult::Entry &entry : entries)
@@ -272,33 +285,54 @@ void logRun(const SampleRun &run, TestResult &result)
     result.completed();
 }
 
-QByteArray reportOf(const char *keyword, const std::function<void(TestResult &)> &log)
+namespace {
+
+// What a format wrote that `write` has used and deleted.
+QByteArray reportBy(const QString &keyword, TestReportGenerator::TestType type,
+                    const std::function<void(TestReportGenerator *)> &write)
 {
-    QTemporaryDir dir;
-    const QString path = dir.filePath("report.xml");
-    QString resultDir;
-    const auto created = TestReportGeneratorFactory::create(
-        {QString(keyword) + ',' + path}, &resultDir, TestReportGenerator::TEST_SUITE);
-    if (!created.generator)
-        qFatal("%s", qUtf8Printable(created.error));
-    {
-        TestResult result(created.generator);
-        log(result);
+    const QTemporaryDir dir;
+    const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
+    writeFile(dir.filePath("lib/webreport/index.html"), "page");
+    QString path = dir.filePath("report.xml");
+    standardErrorOf([&] { write(makeReport(keyword + ',' + path, nullptr, type).release()); });
+    for (const auto &format : TestReportGeneratorFactory::keywords()) {
+        if (format.name == keyword && format.target == TestReportGeneratorFactory::Directory)
+            path += '/' + format.file;
     }
     return readFile(path);
 }
 
-QByteArray reportOf(const char *keyword, const SampleRun &run)
+} // namespace
+
+QByteArray reportOf(const QString &keyword, const std::function<void(TestResult &)> &log)
+{
+    return reportBy(keyword, TestReportGenerator::TEST_SUITE, [&log](auto *generator) {
+        TestResult result(generator);
+        log(result);
+    });
+}
+
+QByteArray reportOf(const QString &keyword, const SampleRun &run)
 {
     return reportOf(keyword, [&run](TestResult &result) { logRun(run, result); });
 }
 
-QByteArray reportOf(const char *keyword, const TestResult::Entry &entry)
+QByteArray reportOf(const QString &keyword, const TestResult::Entry &entry)
 {
     return reportOf(keyword, [&entry](TestResult &result) {
         result.start("suite_a", QDir("/suite"), "", "");
         result.processEntry(entry);
         result.completed();
+    });
+}
+
+QByteArray reportOf(const QString &keyword, const Entries &entries,
+                    TestReportGenerator::TestType type)
+{
+    return reportBy(keyword, type, [&entries](auto *generator) {
+        replay(entries, generator);
+        delete generator;
     });
 }
 

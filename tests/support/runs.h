@@ -4,6 +4,7 @@
 #include "test/testreportgenerator.h"
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace MorvexTest {
@@ -39,6 +40,11 @@ Entries sampleRun();
 /// A run with a LOG entry for each of @p messages.
 Entries runOfMessages(const QStringList &messages);
 
+/// For a value of the option that names reports. Ends the test program when it can't be made.
+std::unique_ptr<Morvex::TestReportGenerator>
+makeReport(const QString &value, QString *resultDir = nullptr,
+           Morvex::TestReportGenerator::TestType type = Morvex::TestReportGenerator::TEST_SUITE);
+
 void replay(const Entries &entries, Morvex::TestReportGenerator *generator);
 
 /// A run to feed to reports, without START and END.
@@ -57,13 +63,18 @@ void logRun(const SampleRun &run, Morvex::TestResult &result);
 
 /// What the file of the format @p keyword holds when all that @p log logs has been handled and the
 /// format is deleted.
-QByteArray reportOf(const char *keyword, const std::function<void(Morvex::TestResult &)> &log);
+QByteArray reportOf(const QString &keyword, const std::function<void(Morvex::TestResult &)> &log);
 
 /// The report of a whole run.
-QByteArray reportOf(const char *keyword, const SampleRun &run);
+QByteArray reportOf(const QString &keyword, const SampleRun &run);
 
 /// A run with START, one entry and END.
-QByteArray reportOf(const char *keyword, const Morvex::TestResult::Entry &entry);
+QByteArray reportOf(const QString &keyword, const Morvex::TestResult::Entry &entry);
+
+/// These entries and no others.
+QByteArray
+reportOf(const QString &keyword, const Entries &entries,
+         Morvex::TestReportGenerator::TestType type = Morvex::TestReportGenerator::TEST_SUITE);
 
 /// U+0001 to U+00A0 and U+FFFE, U+FFFF, halves of surrogate pairs, markup, a terminator of a CDATA
 /// section, an escape sequence of a terminal and a character beyond the BMP.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "qtbackend/qtinspector.h"
+#include "support/backend.h"
 #include "support/environmentguard.h"
 #include "support/recordinggenerator.h"
 #include "test/dummyrunnerinterface.h"
@@ -45,8 +45,8 @@ public:
     bool severalObjects = false;
 };
 
-/// Verifies real widgets with verification points that are given as text, in a suite in a
-/// temporary directory.
+/// Verifies real widgets, through an inspector of each backend in turn, with verification points
+/// that are given as text, in a suite in a temporary directory.
 class VerificationTest : public testing::Test
 {
 protected:
@@ -65,7 +65,8 @@ protected:
     QString path(const QString &name) const { return m_dir.filePath(name); }
     QByteArray pointFile() const;
 
-    Morvex::QtInspector inspector;
+    Backend backend;
+    Morvex::Inspector &inspector = backend.inspector();
     Morvex::TestResult log;
     VerificationRunner runner;
     VerificationResolver resolver;

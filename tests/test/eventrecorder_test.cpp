@@ -85,11 +85,7 @@ EventData method(const QString &name, const std::vector<EventDataArg> &arguments
 
 TEST(EventRecorderTest, ContextsAreLaunchedSwitchedAndSavedWhereTheEventsNeedIt)
 {
-    const struct
-    {
-        std::vector<Event> events;
-        QStringList lines;
-    } cases[] = {
+    const std::pair<std::vector<Event>, QStringList> cases[] = {
         {{}, {}},
         {{{start, 7, "", {}}, {call, 7, "a", {}}, {call, 7, "b", {}}}, {"a()@0", "b()@0"}},
         {{{call, 1, "a", {}}, {start, 2, "", {}}, {start, 2, "", {}}, {call, 2, "b", {}}},
@@ -102,8 +98,8 @@ TEST(EventRecorderTest, ContextsAreLaunchedSwitchedAndSavedWhereTheEventsNeedIt)
          {"a()@0", "waitForApplicationLaunch()ctx_1@0", "waitForApplicationLaunch()ctx_2@0",
           "b()@0"}},
     };
-    for (const auto &each : cases)
-        EXPECT_EQ(recorded(each.events), each.lines);
+    for (const auto &[events, lines] : cases)
+        EXPECT_EQ(recorded(events), lines);
 }
 
 TEST(EventRecorderTest, TimeSinceTheEventBeforeIsNeverNegativeAndNeverMadeUp)
@@ -138,12 +134,7 @@ TEST(EventRecorderTest, CodeThatWaitsFollowsTheSynchronizationAndTheItem)
 {
     const EventDataArg text{"A", EventDataArg::TEXT};
     const EventDataArg number{"3", EventDataArg::NUMBER};
-    const struct
-    {
-        bool suppress, object;
-        EventData event;
-        const char *code;
-    } cases[] = {
+    const std::tuple<bool, bool, EventData, const char *> cases[] = {
         {true, true, method("clickItem", {text}), ""},
         {false, false, method("clickItem", {text}), "snooze 1.5"},
         {false, true, method("click", {text}), "object o"},
@@ -154,10 +145,10 @@ TEST(EventRecorderTest, CodeThatWaitsFollowsTheSynchronizationAndTheItem)
         {false, true, method("clickItem", {number, text}), "item o 3"},
         {false, true, method("clickItem_with_obj_sync_but_without_item_sync", {text}), "object o"},
     };
-    for (const auto &each : cases)
-        EXPECT_EQ(LineRecorder(each.suppress, each.object).recordSync("o", each.event, 1500),
-                  QString(each.code));
-    EXPECT_EQ(LineRecorder(false, true).recordSync("", cases[3].event, 0), "snooze 0.0");
+    for (const auto &[suppress, object, event, code] : cases)
+        EXPECT_EQ(LineRecorder(suppress, object).recordSync("o", event, 1500), QString(code));
+    EXPECT_EQ(LineRecorder(false, true).recordSync("", method("clickItem", {text}), 0),
+              "snooze 0.0");
 }
 
 TEST(EventRecorderTest, AStatementThatWaitsByItselfNeedsNoCodeThatWaits)

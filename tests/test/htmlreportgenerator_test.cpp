@@ -29,9 +29,7 @@ protected:
 
     void run(const std::vector<TestResult::Entry> &entries)
     {
-        const std::unique_ptr<TestReportGenerator> generator(create().generator);
-        ASSERT_TRUE(generator);
-        replay(entries, generator.get());
+        replay(entries, makeReport("html," + report).get());
     }
 
     QByteArray data() const { return readFile(report + "/data/results-v1.js"); }

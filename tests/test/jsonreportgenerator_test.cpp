@@ -1,6 +1,5 @@
 #include "support/runs.h"
 #include "support/test.h"
-#include "test/testreportgeneratorfactory.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -12,20 +11,6 @@ using namespace Morvex;
 using namespace MorvexTest;
 
 namespace {
-
-QByteArray reportOf(const std::vector<TestResult::Entry> &entries,
-                    const QString &keyword = "json1.2",
-                    TestReportGenerator::TestType type = TestReportGenerator::TEST_SUITE)
-{
-    const QTemporaryDir dir;
-    QString resultDir;
-    const auto result =
-        TestReportGeneratorFactory::create({keyword + ',' + dir.path()}, &resultDir, type);
-    std::unique_ptr<TestReportGenerator> generator(result.generator);
-    replay(entries, generator.get());
-    generator.reset();
-    return readFile(dir.filePath("results.json"));
-}
 
 QJsonObject runOf(const QByteArray &report)
 {
@@ -43,10 +28,10 @@ TEST(JsonReportGeneratorTest, TheBytesOfAShortReport)
 {
     TestResult::Entry skipped = plainEntry(TestResult::SKIP_SECTION, "later");
     skipped.info = "scenario";
-    const std::vector<TestResult::Entry> entries{
-        plainEntry(TestResult::START), plainEntry(TestResult::LOG, QString::fromUtf8("ä\"\n\x7f")),
-        plainEntry(TestResult::LOG), skipped, plainEntry(TestResult::END)};
-    EXPECT_EQ(reportOf(entries, "json1.1", TestReportGenerator::TEST_CASE),
+    const Entries entries{plainEntry(TestResult::START),
+                          plainEntry(TestResult::LOG, QString::fromUtf8("ä\"\n\x7f")),
+                          plainEntry(TestResult::LOG), skipped, plainEntry(TestResult::END)};
+    EXPECT_EQ(reportOf("json1.1", entries, TestReportGenerator::TEST_CASE),
               R"({"version":{"major":1,"minor":1},"tests":[{"name":"suite_a",)"
               R"("start":"2024-02-29T23:59:58+01:00","type":"testcase","tests":[)"
               R"({"result":"LOG","text":"\u00e4\"\n)"
@@ -62,7 +47,7 @@ TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetrie
 {
     for (int version = 0; version <= 2; ++version) {
         const QByteArray report =
-            reportOf(sampleRun(), version == 0 ? "json" : QString("json1.%1").arg(version));
+            reportOf(version == 0 ? "json" : QString("json1.%1").arg(version), sampleRun());
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(report, &error);
         ASSERT_EQ(error.error, QJsonParseError::NoError) << qPrintable(error.errorString());
@@ -80,18 +65,13 @@ TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetrie
 
 TEST(JsonReportGeneratorTest, EachKindOfResultHasItsFields)
 {
-    const QJsonArray attempts = childrenOf(runOf(reportOf(sampleRun(), "json")));
+    const QJsonArray attempts = childrenOf(runOf(reportOf("json", sampleRun())));
     const QJsonArray failures = childrenOf(attempts[0].toObject());
-    struct Row
-    {
-        TestResult::VPType vpType;
-        QJsonObject expected;
-    };
     const QJsonObject common{{"result", "FAIL"},
                              {"time", "2024-02-29T23:59:58+01:00"},
                              {"uri", "file:///s/tst_a/script.js"},
                              {"lineNo", 12}};
-    const Row rows[] = {
+    const std::pair<TestResult::VPType, QJsonObject> rows[] = {
         {TestResult::NO_VP,
          {{"type", "scriptedVerificationResult"}, {"detail", "Expected 'a', got 'b'."}}},
         {TestResult::PROPERTY_VP,
@@ -106,9 +86,9 @@ TEST(JsonReportGeneratorTest, EachKindOfResultHasItsFields)
         {TestResult::VISUAL_VP, {{"type", "visualVerificationResult"}, {"objectName", ":Main.ok"}}},
     };
     const int firstFailure = 5;
-    for (const Row &row : rows) {
-        const QJsonObject result = failures[firstFailure + row.vpType].toObject();
-        for (const QJsonObject &expected : {common, row.expected}) {
+    for (const auto &[vpType, wanted] : rows) {
+        const QJsonObject result = failures[firstFailure + vpType].toObject();
+        for (const QJsonObject &expected : {common, wanted}) {
             for (auto field = expected.begin(); field != expected.end(); ++field)
                 EXPECT_EQ(result[field.key()], field.value()) << qPrintable(field.key());
         }
@@ -131,8 +111,8 @@ TEST(JsonReportGeneratorTest, TableDifferencesAreThereAsRowsColumnsAndCells)
         element.subject.type = type;
         entry.tableDiff.append(element);
     }
-    const QJsonObject run =
-        runOf(reportOf({plainEntry(TestResult::START), entry, plainEntry(TestResult::END)}));
+    const QJsonObject run = runOf(
+        reportOf("json1.2", {plainEntry(TestResult::START), entry, plainEntry(TestResult::END)}));
     const QJsonArray diff = childrenOf(run)[0].toObject()["tablediff"].toArray();
     ASSERT_EQ(diff.size(), 3);
     EXPECT_EQ(diff[0].toObject()["elementType"], "deletion");
@@ -151,33 +131,29 @@ TEST(JsonReportGeneratorTest, TableDifferencesAreThereAsRowsColumnsAndCells)
 
 TEST(JsonReportGeneratorTest, DetailsMoveIntoTheTextWhenThereIsAWordOfTheVerifier)
 {
-    struct Row
-    {
-        const char *details, *info;
-        QString text;
-        QJsonValue detail;
-    };
-    const Row rows[] = {{"", "", "m", QJsonValue(QJsonValue::Undefined)},
-                        {"d", "", "m", "d"},
-                        {"", "i", "m", "i"},
-                        {"d", "i", "m: d", "i"}};
-    for (const Row &row : rows) {
+    const std::tuple<const char *, const char *, QString, QJsonValue> rows[] = {
+        {"", "", "m", QJsonValue(QJsonValue::Undefined)},
+        {"d", "", "m", "d"},
+        {"", "i", "m", "i"},
+        {"d", "i", "m: d", "i"}};
+    for (const auto &[details, info, text, detail] : rows) {
         TestResult::Entry entry = plainEntry(TestResult::LOG, "m");
-        entry.details = row.details;
-        entry.info = row.info;
+        entry.details = details;
+        entry.info = info;
         const QJsonObject message =
-            childrenOf(runOf(reportOf({plainEntry(TestResult::START), entry})))[0].toObject();
-        EXPECT_EQ(message["text"], row.text);
-        EXPECT_EQ(message["detail"], row.detail);
+            childrenOf(runOf(reportOf("json1.2", {plainEntry(TestResult::START), entry})))[0]
+                .toObject();
+        EXPECT_EQ(message["text"], text);
+        EXPECT_EQ(message["detail"], detail);
     }
 }
 
 TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
 {
-    std::vector<TestResult::Entry> entries = sampleRun();
+    Entries entries = sampleRun();
     while (!entries.empty()) {
         entries.pop_back();
-        const QByteArray report = reportOf(entries);
+        const QByteArray report = reportOf("json1.2", entries);
         EXPECT_EQ(QJsonDocument::fromJson(report).isObject(), !entries.empty()) << entries.size();
     }
 }
@@ -185,7 +161,7 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
 TEST(JsonReportGeneratorTest, NoTextBreaksTheReportOrTakesAnythingElseWithIt)
 {
     const QStringList texts = awkwardTexts();
-    const QJsonArray messages = childrenOf(runOf(reportOf(runOfMessages(texts))));
+    const QJsonArray messages = childrenOf(runOf(reportOf("json1.2", runOfMessages(texts))));
     ASSERT_EQ(messages.size(), texts.size());
     for (int i = 0; i < texts.size(); ++i)
         EXPECT_TRUE(messages[i].toObject()["text"] == withoutUnwritable(texts[i], false)) << i;
@@ -194,10 +170,10 @@ TEST(JsonReportGeneratorTest, NoTextBreaksTheReportOrTakesAnythingElseWithIt)
 // Readers that compare reports byte for byte know the forms of this writer.
 TEST(JsonReportGeneratorTest, EachResultIsWrittenAsJsonCppWritesIt)
 {
-    std::vector<TestResult::Entry> entries = runOfMessages(awkwardTexts().mid(1));
-    const std::vector<TestResult::Entry> sample = sampleRun();
+    Entries entries = runOfMessages(awkwardTexts().mid(1));
+    const Entries sample = sampleRun();
     entries.insert(entries.begin() + 1, sample.begin() + 2, sample.begin() + 22);
-    const std::string report = reportOf(entries).toStdString();
+    const std::string report = reportOf("json1.2", entries).toStdString();
     Json::Value document;
     std::string errors;
     std::istringstream stream(report);

@@ -3,6 +3,7 @@
 #include "support/runs.h"
 #include "support/test.h"
 #include "test/nullreportgenerator.h"
+#include "test/openreportfile.h"
 #include "test/output/reportfile.h"
 #include "test/report/bufferedreport.h"
 #include "test/testreportgeneratorfactory.h"
@@ -44,25 +45,6 @@ QString pathIn(const QTemporaryDir &dir)
     return dir.filePath("report.xml");
 }
 
-TestReportGenerator *generatorFor(const char *keyword, const QString &path)
-{
-    return TestReportGeneratorFactory::create({QString(keyword) + ',' + path},
-                                              TestReportGenerator::TEST_SUITE);
-}
-
-// The results file in the directory of a report.
-QByteArray fileOf(const TestReportGeneratorFactory::Keyword &keyword, const SampleRun &run)
-{
-    const QTemporaryDir dir;
-    const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
-    writeFile(dir.filePath("lib/webreport/index.html"), "page");
-    standardErrorOf([&] {
-        TestResult result(generatorFor(keyword.name.data(), dir.filePath("r")));
-        logRun(run, result);
-    });
-    return readFile(dir.filePath("r/") + keyword.file);
-}
-
 } // namespace
 
 TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
@@ -83,7 +65,7 @@ TEST(ReportFormatsTest, EveryFormatIsWellFormedAndCountsRightInEverySituation)
             if (keyword.target != TestReportGeneratorFactory::Directory)
                 continue;
             SCOPED_TRACE(std::string(keyword.name.data()) + ": " + run.name);
-            expectCounts(countsOfResultsFile(keyword.file, fileOf(keyword, run)));
+            expectCounts(countsOfResultsFile(keyword.file, reportOf(keyword.name, run)));
         }
     }
 }
@@ -125,7 +107,7 @@ TEST(ReportFormatsTest, GrowingFormatsHoldEachEntryAtOnceAndReadersCanCloseTheRe
     for (const char *keyword : {"xmlIncremental", "xml2", "xml2.1", "xml2.2"}) {
         SCOPED_TRACE(keyword);
         QTemporaryDir dir;
-        TestResult result(generatorFor(keyword, pathIn(dir)));
+        TestResult result(makeReport(QString(keyword) + ',' + pathIn(dir)).release());
         result.start("suite_a", QDir("/suite"), "", "");
         for (int i = 0; i < 3; ++i) {
             const QString message = QString("entry %1").arg(i);
@@ -144,7 +126,7 @@ TEST(ReportFileTest, CharactersThatTheLocaleLacksBecomeReferencesOnAStandardStre
     QTextCodec *before = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     const std::string output = standardOutputOf([] {
-        TestResult result(generatorFor("xls", "/dev/stdout"));
+        TestResult result(makeReport("xls,/dev/stdout").release());
         result.start("suite_a", QDir("/suite"), "", "");
         result.processEntry(entryOf(TestResult::LOG, QString::fromUtf8("\u00e4\u20ac\U0001F600")));
         result.completed();
@@ -155,28 +137,39 @@ TEST(ReportFileTest, CharactersThatTheLocaleLacksBecomeReferencesOnAStandardStre
     EXPECT_EQ(XmlDocument(QByteArray::fromStdString(output)).error(), QString());
 }
 
-TEST(ReportFileTest, AFileThatEndsInTheMidstOfAWriteIsToldOnceWithTheReason)
+TEST(ReportFileTest, AFileThatEndsInTheMidstOfAWriteIsReportedOnceWithTheReason)
 {
     const QTemporaryDir dir;
     const EnvironmentGuard prefix("MORVEX_PREFIX", QFile::encodeName(dir.path()));
     writeFile(dir.filePath("lib/webreport/index.html"), "page");
-    for (const char *keyword : {"xml", "xmlIncremental", "xml2.2", "junit", "xmljunit", "xls",
-                                "xml3.5", "json1.2", "html"}) {
-        const std::string errors = standardErrorOf([&] {
+    for (const QString keyword : {"xml", "xmlIncremental", "xml2.2", "junit", "xmljunit", "xls",
+                                  "xml3.5", "json1.2", "html"}) {
+        const QString line = QString::fromStdString(standardErrorOf([&] {
             const FileSizeLimit limit(5000);
-            TestResult result(generatorFor(keyword, dir.filePath(keyword)));
+            TestResult result(makeReport(keyword + ',' + dir.filePath(keyword)).release());
             result.start("suite_a", QDir("/suite"), "", "");
             for (int i = 0; i < 100; ++i)
                 result.processEntry(entryOf(TestResult::FAIL, QString(999, 'x')));
             result.completed();
-        });
-        const QString line = QString::fromStdString(errors);
+        }));
         EXPECT_TRUE(
             line.startsWith("morvexrunner: Could not write report file '" + dir.filePath(keyword)))
-            << keyword << errors;
-        EXPECT_TRUE(line.endsWith("': File too large\n")) << keyword << errors;
-        EXPECT_EQ(line.count('\n'), 1) << keyword << errors;
+            << qPrintable(line);
+        EXPECT_TRUE(line.endsWith("': File too large\n")) << qPrintable(line);
+        EXPECT_EQ(line.count('\n'), 1) << qPrintable(line);
     }
+    const char *const rows[][2] = {
+        {"stdout", "morvexrunner: Could not write the console report: No space left on device\n"},
+        {"zipxml3", "Failed writing zip xml3 report to /dev/full: Adding file 'results.xml' to zip "
+                    "returned error on add: "},
+    };
+    for (const auto &[keyword, said] : rows) {
+        const auto report = makeReport(QString(keyword) + ",/dev/full");
+        const std::string errors = standardErrorOf([&] { replay(sampleRun(), report.get()); });
+        EXPECT_EQ(errors.find(said), 0U) << errors;
+        EXPECT_EQ(errors.find('\n'), errors.size() - 1) << errors;
+    }
+    EXPECT_TRUE(hasIncompleteReport());
 }
 
 TEST(BufferedReportTest, TheGapIsFilledInItsPlaceHoweverMuchComesAfterIt)

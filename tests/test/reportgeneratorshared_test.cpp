@@ -13,10 +13,7 @@ using namespace MorvexTest;
 
 TEST(TextParserTest, ObjectAndPropertyOfAMessage)
 {
-    const struct
-    {
-        const char *msg, *withProperty, *object, *property;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *, const char *> rows[] = {
         {"VP1: Property ':Main.OK_Button.text' is wrong", ":Main.OK_Button.text", ":Main.OK_Button",
          "text"},
         {"VP1: ':{name='a.b' type='B'}.enabled' differs", ":{name='a.b' type='B'}.enabled",
@@ -28,10 +25,10 @@ TEST(TextParserTest, ObjectAndPropertyOfAMessage)
         {"':open", ":open", ":open", ""},
         {"'{open", "{open", "{open", ""},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(vpObjectFromMsg(row.msg, false), row.withProperty) << row.msg;
-        EXPECT_EQ(vpObjectFromMsg(row.msg, true), row.object) << row.msg;
-        EXPECT_EQ(vpPropertyFromMsg(row.msg), row.property) << row.msg;
+    for (const auto &[msg, withProperty, object, property] : rows) {
+        EXPECT_EQ(vpObjectFromMsg(msg, false), withProperty) << msg;
+        EXPECT_EQ(vpObjectFromMsg(msg, true), object) << msg;
+        EXPECT_EQ(vpPropertyFromMsg(msg), property) << msg;
     }
 }
 
@@ -46,20 +43,17 @@ TEST(TextParserTest, ImagesAndValuesOfAMessage)
         extractScreenshotFromMsgAndDetail("Screenshot in \"/m.png\"", "Screenshot in \"/d.png\""),
         "/m.png");
 
-    const struct
-    {
-        const char *msg, *first, *second;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *> rows[] = {
         {"'a' and 'b' differ", "a", "b"}, {"'it's' and 'it''s' differ", "it's", "it''s"},
         {"'' and '' differ", "", ""},     {"'a' or 'b'", "old1", "old2"},
         {"no quotes", "old1", "old2"},    {"'a' and '", "old1", "old2"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[msg, former, latter] : rows) {
         QString first = "old1";
         QString second = "old2";
-        expectedAndActualValueFromMsg(row.msg, &second, &first);
-        EXPECT_EQ(first, row.first) << row.msg;
-        EXPECT_EQ(second, row.second) << row.msg;
+        expectedAndActualValueFromMsg(msg, &second, &first);
+        EXPECT_EQ(first, former) << msg;
+        EXPECT_EQ(second, latter) << msg;
     }
 }
 
@@ -119,26 +113,22 @@ TEST(ReportTimeTest, TheOffsetIsWritten)
 
 TEST(SectionLogTest, SectionsBecomeLogLines)
 {
-    const struct
-    {
-        TestResult::ResultType type;
-        const char *info, *message, *details;
-    } rows[] = {
+    const std::tuple<TestResult::ResultType, const char *, const char *, const char *> rows[] = {
         {TestResult::START_SECTION, "section", "Start Section: title", "text"},
         {TestResult::END_SECTION, "scenariooutline", "End Scenario Outline", "title"},
         {TestResult::SKIP_SECTION, "row", "Skip Example", "title"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[type, info, message, details] : rows) {
         TestResult::Entry entry;
-        entry.type = row.type;
-        entry.info = row.info;
+        entry.type = type;
+        entry.info = info;
         entry.message = "title";
         entry.details = "text";
         const TestResult::Entry converted = convertSectionEventToLogEvent(entry);
         EXPECT_EQ(converted.type, TestResult::LOG);
-        EXPECT_EQ(converted.message, row.message);
-        EXPECT_EQ(converted.details, row.details);
-        EXPECT_EQ(converted.info, row.info);
+        EXPECT_EQ(converted.message, message);
+        EXPECT_EQ(converted.details, details);
+        EXPECT_EQ(converted.info, info);
     }
     TestResult::Entry other = fullEntry(TestResult::START_SECTION);
     EXPECT_TRUE(areEqual(convertSectionEventToLogEvent(other), other));

@@ -2,7 +2,6 @@
 
 #include "support/runs.h"
 #include "support/test.h"
-#include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
 #include <pty.h>
@@ -16,17 +15,10 @@ namespace {
 class ConsoleTest : public testing::Test
 {
 protected:
-    std::unique_ptr<TestReportGenerator> make()
-    {
-        const auto result = StdoutReportGenerator::create(path);
-        EXPECT_EQ(result.error, "");
-        return std::unique_ptr<TestReportGenerator>(result.generator);
-    }
-
     QByteArray lineOf(const TestResult::Entry &entry)
     {
         QFile::remove(path);
-        make()->handleEntry(entry);
+        makeReport("stdout," + path)->handleEntry(entry);
         return readFile(path);
     }
 
@@ -100,51 +92,25 @@ TEST_F(ConsoleTest, WhoDecidesAboutColours)
     ASSERT_EQ(openpty(&terminal, &other, nullptr, nullptr, nullptr), 0);
     std::FILE *tty = fdopen(other, "w");
     std::FILE *file = std::tmpfile();
-    const struct
-    {
-        const char *force, *color;
-        bool onTerminal, inFile;
-    } rows[] = {
+    const std::tuple<const char *, const char *, bool, bool> rows[] = {
         {nullptr, nullptr, true, false}, {nullptr, "0", false, false}, {nullptr, "1", true, false},
         {"1", "0", true, true},          {"0", nullptr, true, false},  {"0", "0", false, false},
         {"", "0", false, false},
     };
-    for (const auto &row : rows) {
-        const EnvironmentGuard forced("CLICOLOR_FORCE", row.force);
-        const EnvironmentGuard chosen("CLICOLOR", row.color);
-        EXPECT_EQ(canUseConsoleColor(tty), row.onTerminal);
-        EXPECT_EQ(canUseConsoleColor(file), row.inFile);
+    for (const auto &[toForce, toChoose, onTerminal, inFile] : rows) {
+        const EnvironmentGuard forced("CLICOLOR_FORCE", toForce);
+        const EnvironmentGuard chosen("CLICOLOR", toChoose);
+        EXPECT_EQ(canUseConsoleColor(tty), onTerminal);
+        EXPECT_EQ(canUseConsoleColor(file), inFile);
     }
     std::fclose(tty);
     std::fclose(file);
     ::close(terminal);
 }
 
-TEST_F(ConsoleTest, AnEarlierLogIsNotOverwritten)
-{
-    writeFile(path, "earlier");
-    make()->handleEntry(logEntry());
-    EXPECT_EQ(readFile(path), "earlier");
-    EXPECT_FALSE(readFile(dir.filePath("console_1.log")).isEmpty());
-}
-
-TEST_F(ConsoleTest, AFullDiskIsReportedOnce)
-{
-    const std::string message = standardErrorOf([this] {
-        const auto generator = TestReportGeneratorFactory::create({"stdout,/dev/full"},
-                                                                  TestReportGenerator::TEST_SUITE);
-        const std::unique_ptr<TestReportGenerator> owner(generator);
-        generator->handleEntry(logEntry());
-        generator->handleEntry(logEntry());
-        generator->generateSummary();
-    });
-    EXPECT_EQ(message, "morvexrunner: Could not write the console report: No space left on "
-                       "device\n");
-}
-
 TEST_F(ConsoleTest, TheSummaryHasAllCounters)
 {
-    const auto generator = make();
+    const auto generator = makeReport("stdout," + path);
     for (const TestResult::ResultType type : allTypes())
         generator->handleEntry(fullEntry(type));
     generator->generateSummary();

@@ -127,11 +127,7 @@ TEST(DiffTest, AFewChangesTakeFewComparisons)
 
 TEST(TableDiffTest, RowsOfADifference)
 {
-    const struct
-    {
-        std::vector<std::string> expected, actual;
-        QStringList difference;
-    } rows[] = {
+    const std::tuple<std::vector<std::string>, std::vector<std::string>, QStringList> rows[] = {
         {{}, {}, {}},
         {{}, {"a", "b"}, {"+0:a", "+0:b"}},
         {{"a", "b"}, {}, {"-0:a", "-1:b"}},
@@ -154,9 +150,8 @@ TEST(TableDiffTest, RowsOfADifference)
         {{"a<!-- c -->b| "}, {"ab|<![CDATA[ ]]>"}, {}},
         {{"a<!-- c -->b| "}, {"ab|"}, {"-0:ab| ", "+0:ab|"}},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(diffOf(row.expected, row.actual), row.difference)
-            << tableXml(row.expected) << tableXml(row.actual);
+    for (const auto &[expected, actual, difference] : rows)
+        EXPECT_EQ(diffOf(expected, actual), difference) << tableXml(expected) << tableXml(actual);
 }
 
 TEST(TableDiffTest, APatternIsShownOnlyWhereItMatchedLast)
@@ -184,11 +179,7 @@ TEST(TableDiffTest, ColoursTravelWithTheirCells)
 
 TEST(TableDiffTest, ATableThatCannotBeReadLeavesTheResult)
 {
-    const struct
-    {
-        std::string xml;
-        const char *message;
-    } rows[] = {
+    const std::pair<std::string, const char *> rows[] = {
         {"<table><row>", "XML Parse Error at 1:13:"},
         {"<table>\n <row>\n  <cell></row></table>", "XML Parse Error at 3:11:"},
         {"<tabel/>", "Missing table element in XML input\n"},
@@ -197,17 +188,17 @@ TEST(TableDiffTest, ATableThatCannotBeReadLeavesTheResult)
         {"<table>" + QByteArray("<row>").repeated(200000).toStdString(),
          "XML Parse Error at 1:2508:The elements are nested deeper than 500 levels.\n"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[xml, said] : rows) {
         FList<TableDiff::Element> list{TableDiff::Element()};
         bool areEqual = true;
-        const std::string message =
-            standardErrorOf([&] { areEqual = table_diff_xml(row.xml, tableXml({"a"}), &list); });
+        const std::string message = standardErrorOf(
+            [&, &xml = xml] { areEqual = table_diff_xml(xml, tableXml({"a"}), &list); });
         EXPECT_FALSE(areEqual);
         EXPECT_EQ(list.count(), 1);
-        EXPECT_EQ(message.find(row.message), 0U) << message;
+        EXPECT_EQ(message.find(said), 0U) << message;
         XmlTableRange range;
         ASSERT_TRUE(range.loadContentFromXml(tableXml({"a|b", "c|d"})));
-        standardErrorOf([&] { EXPECT_FALSE(range.loadContentFromXml(row.xml)); });
+        standardErrorOf([&, &xml = xml] { EXPECT_FALSE(range.loadContentFromXml(xml)); });
         EXPECT_EQ(range.text(1, 1), "d") << message;
     }
 }
@@ -223,11 +214,7 @@ TEST(TableDiffTest, ReferencesAreReadAsUnicode)
 TEST(TableDiffTest, ColourTexts)
 {
     using Color = TableRange::Color;
-    const struct
-    {
-        const char *text;
-        Color color;
-    } rows[] = {
+    const std::pair<const char *, Color> rows[] = {
         {"#FF0000", {255, 255, 0, 0}},
         {"#01020aFF", {1, 2, 10, 255}},
         {"FF0000", {}},
@@ -235,8 +222,8 @@ TEST(TableDiffTest, ColourTexts)
         {"#GG0000", {}},
         {"", {}},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(TableRange::colorFromString(row.text), row.color) << row.text;
+    for (const auto &[text, color] : rows)
+        EXPECT_EQ(TableRange::colorFromString(text), color) << text;
     EXPECT_EQ(TableRange::colorToString({1, 2, 10, 255}), "#01020AFF");
 }
 

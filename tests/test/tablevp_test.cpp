@@ -87,23 +87,19 @@ TEST_F(TableVPTest, LearningReplacesATableThatDiffersAndNoOther)
     EXPECT_TRUE(pointFile().contains(type)) << pointFile().constData();
 
     widget.item(0, 0)->setText(QString::fromUtf8(" <\xc3\xa4&\x01 "));
-    const struct
-    {
-        QByteArray body;
-        const char *details;
-    } rows[] = {
+    const std::pair<QByteArray, const char *> rows[] = {
         {table(present), "Table contents do not match expectation."},
         {"<Verification object='table'><other/></Verification>",
          "Table contents appear to be equal."},
         {"<Verification object='table'/>", "Table contents appear to be equal."},
     };
-    for (const auto &wanted : rows) {
-        EXPECT_EQ(verify(tableType, wanted.body).summary(), VPResult::SummaryPassed);
+    for (const auto &[body, details] : rows) {
+        EXPECT_EQ(verify(tableType, body).summary(), VPResult::SummaryPassed);
         EXPECT_EQ(takeResults(),
                   QStringList(QString("WARNING vp: Table Comparison of 'table' failed. The "
                                       "Verification Point was updated due to the "
                                       "MORVEX_LEARN_SCREENSHOTS environment variable|") +
-                              wanted.details));
+                              details));
         verifyFile(pointFile());
         EXPECT_TRUE(takeResults().first().startsWith("PASS ")) << pointFile().constData();
     }

@@ -217,24 +217,20 @@ TEST_F(VideoStreamTest, AVideoArrivesWithItsSeeksAndIsConfirmed)
 
 TEST_F(VideoStreamTest, AnUnknownChunkAndAFileThatCannotBeWrittenEndTheStreamOnly)
 {
-    const struct
-    {
-        QByteArray bytes;
-        const char *message;
-    } rows[] = {
+    const std::pair<QByteArray, const char *> rows[] = {
         {QByteArray("\0\0\0\5v.mp4", 9) + chunk(2, 3, "abc") + chunk(9, 0),
          "Video stream error: unknown chunk type\n"},
         {QByteArray("\0\0\0\4no/v", 8), "Could not start the stream: Fialed opening file '"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[bytes, said] : rows) {
         QLocalSocket socket;
-        send(socket, row.bytes);
+        send(socket, bytes);
         const std::string message = standardErrorOf([this, &socket] {
             accept();
             EXPECT_TRUE(
                 waitFor([&socket] { return socket.state() == QLocalSocket::UnconnectedState; }));
         });
-        EXPECT_EQ(message.find(row.message), 0U) << message;
+        EXPECT_EQ(message.find(said), 0U) << message;
     }
     EXPECT_EQ(readFile(dir.filePath("v.mp4")), "abc");
 }

@@ -67,11 +67,7 @@ TEST_F(TestConfigTest, AMissingFileIsNoErrorAndChangesNothing)
 
 TEST_F(TestConfigTest, ErrorsSayWhatWasExpectedWhereAndChangeNothing)
 {
-    const struct
-    {
-        QByteArray xml;
-        const char *error;
-    } rows[] = {
+    const std::pair<QByteArray, const char *> rows[] = {
         {"<testconfig>\n\n    <tags/></testconfig>",
          "3:5: expected information element; got tags element"},
         {"<other/>", "1:1: expected testconfig element; got other element"},
@@ -92,8 +88,8 @@ TEST_F(TestConfigTest, ErrorsSayWhatWasExpectedWhereAndChangeNothing)
         {config(information + QByteArray("<a>").repeated(200000)),
          "The elements are nested deeper than 500 levels."},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(read(row.xml), row.error) << row.xml.left(200).constData();
+    for (const auto &[xml, error] : rows) {
+        EXPECT_EQ(read(xml), error) << xml.left(200).constData();
         EXPECT_EQ(summary, "before");
         EXPECT_EQ(description, "before");
         EXPECT_EQ(tags, QStringList("before"));

@@ -21,12 +21,7 @@ std::unique_ptr<FilterInterface> makeFilter(const QStringList &arguments,
 
 TEST(TestFiltersTest, WhichTagsPassWhichArguments)
 {
-    const struct
-    {
-        QStringList arguments;
-        Tags tags;
-        bool passes;
-    } rows[] = {
+    const std::tuple<QStringList, Tags, bool> rows[] = {
         {{}, {}, true},
         {{}, {"a"}, true},
         {{"a,b", "c"}, {"b", "c"}, true},
@@ -49,9 +44,9 @@ TEST(TestFiltersTest, WhichTagsPassWhichArguments)
         {{"Smoke"}, {"smoke"}, false},
         {{"gr\xc3\xbcn"}, {"gr\xc3\xbcn"}, true},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(makeFilter(row.arguments)->shouldExecuteWithTags(row.tags), row.passes)
-            << row.arguments.join(" & ").toStdString();
+    for (const auto &[arguments, tags, passes] : rows)
+        EXPECT_EQ(makeFilter(arguments)->shouldExecuteWithTags(tags), passes)
+            << arguments.join(" & ").toStdString();
 }
 
 TEST(TestFiltersTest, AReservedTagCannotBeNegated)

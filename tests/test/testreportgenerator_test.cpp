@@ -57,10 +57,7 @@ QStringList written(const RecordingGenerator &generator)
 
 TEST(TestReportGeneratorTest, SectionsStayNested)
 {
-    const struct
-    {
-        QStringList in, out;
-    } rows[] = {
+    const std::pair<QStringList, QStringList> rows[] = {
         {{"+section", "-section"}, {"+section", "-section"}},
         {{"-section"}, {}},
         {{"+section", "+section", "+section", "END_TEST_CASE"},
@@ -79,10 +76,10 @@ TEST(TestReportGeneratorTest, SectionsStayNested)
         {{"+scenario", "+step", "-step", "-scenario"},
          {"+scenario", "+step", "-step", "-scenario"}},
     };
-    for (const auto &row : rows) {
+    for (const auto &[in, out] : rows) {
         RecordingGenerator generator;
-        feed(generator, row.in);
-        EXPECT_EQ(written(generator), row.out) << row.in.join(' ').toStdString();
+        feed(generator, in);
+        EXPECT_EQ(written(generator), out) << in.join(' ').toStdString();
         EXPECT_EQ(generator.resultCount("warnings"), 0);
     }
 }
@@ -225,22 +222,18 @@ TEST(MultiOutputDeviceTest, OnlyWhatAllHaveTakenIsConfirmed)
 
 TEST(FactoryTest, BadValuesAreRefusedWithTheirName)
 {
-    const struct
-    {
-        QStringList values;
-        const char *error;
-    } rows[] = {
+    const std::pair<QStringList, const char *> rows[] = {
         {{"bogus"}, "bogus report generator: Unknown or unsupported report generator: bogus"},
         {{"Stdout"}, "Stdout report generator: Unknown or unsupported report generator: Stdout"},
         {{"null", "x,y"}, "x report generator: Unknown or unsupported report generator: x"},
         {{"x:h?token=S"}, "x:h report generator: Unknown or unsupported report generator: x:h"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[values, error] : rows) {
         QString resultDir;
-        const auto result = TestReportGeneratorFactory::create(row.values, &resultDir,
-                                                               TestReportGenerator::TEST_SUITE);
+        const auto result =
+            TestReportGeneratorFactory::create(values, &resultDir, TestReportGenerator::TEST_SUITE);
         EXPECT_EQ(result.generator, nullptr);
-        EXPECT_EQ(result.error, row.error);
+        EXPECT_EQ(result.error, error);
     }
 }
 
@@ -248,12 +241,8 @@ TEST(FactoryTest, ThePathIsAllAfterTheFirstCommaLessOneSeparator)
 {
     QTemporaryDir dir;
     QDir(dir.path()).mkdir("a,b");
-    QString resultDir;
     const QString path = dir.filePath("a,b/log.txt");
-    const std::unique_ptr<TestReportGenerator> generator(
-        TestReportGeneratorFactory::create({"stdout," + path + "/"}, &resultDir,
-                                           TestReportGenerator::TEST_SUITE)
-            .generator);
+    const auto generator = makeReport("stdout," + path + "/");
     EXPECT_TRUE(QFile::exists(path));
 }
 
@@ -270,22 +259,17 @@ TEST(OpenReportFileTest, AFreshNameLeavesFilesWithContent)
     writeFile(dir.filePath("r.tar.xml"), "x");
     writeFile(dir.filePath("r.tar_1.tar.xml"), "x");
     writeFile(dir.filePath("empty.xml"), "");
-    const struct
-    {
-        const char *given;
-        OpenReportFileOptions options;
-        const char *opened;
-    } rows[] = {
+    const std::tuple<const char *, OpenReportFileOptions, const char *> rows[] = {
         {"r.tar.xml", FreshFileName, "r.tar_2.tar.xml"},
         {"r.tar.xml", {}, "r.tar.xml"},
         {"empty.xml", FreshFileName, "empty.xml"},
         {"new/deep/r.xml", FreshFileName, "new/deep/r.xml"},
     };
-    for (const auto &row : rows) {
+    for (const auto &[given, options, opened] : rows) {
         QFile file;
         bool isStd = true;
-        EXPECT_EQ(openReportFile(dir.filePath(row.given), row.options, &file, &isStd), "");
-        EXPECT_EQ(file.fileName(), dir.filePath(row.opened));
+        EXPECT_EQ(openReportFile(dir.filePath(given), options, &file, &isStd), "");
+        EXPECT_EQ(file.fileName(), dir.filePath(opened));
         EXPECT_FALSE(isStd);
         EXPECT_EQ(file.size(), 0);
     }

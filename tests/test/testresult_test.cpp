@@ -113,15 +113,12 @@ TEST_F(TestResultTest, AnUnexpectedPassIsAFailureThatCountsTwice)
 TEST_F(TestResultTest, ALocationBecomesAStackWhenItIsValid)
 {
     result.start("a", "", "");
-    const struct
-    {
-        LineInfo line;
-        std::size_t frames;
-    } rows[] = {{LineInfo("f", 0), 1}, {LineInfo("f", -1), 0}, {LineInfo("", 3), 0}};
-    for (const auto &row : rows) {
-        result.addResult(TestResult::LOG, "", "", row.line, "", -1);
-        EXPECT_EQ(last().stack.size(), row.frames);
-        EXPECT_EQ(last().line, row.line);
+    const std::pair<LineInfo, std::size_t> rows[] = {
+        {LineInfo("f", 0), 1}, {LineInfo("f", -1), 0}, {LineInfo("", 3), 0}};
+    for (const auto &[line, frames] : rows) {
+        result.addResult(TestResult::LOG, "", "", line, "", -1);
+        EXPECT_EQ(last().stack.size(), frames);
+        EXPECT_EQ(last().line, line);
     }
     result.addError("e", "", {LineInfo("inner", 1), LineInfo("outer", 2)});
     EXPECT_EQ(last().line, LineInfo("inner", 1));
@@ -205,14 +202,8 @@ TEST(ResultNameTest, NamesAreFoundWithBlanksAroundAndOnlyInUpperCase)
 
 TEST(SuccessfulRetryTest, OnlyFailuresThatARetryReplacedAreForgiven)
 {
-    struct Row
-    {
-        const char *name;
-        // A number starts an attempt with that many left, "F" fails in it, "s" marks a scenario.
-        std::vector<std::string> steps;
-        bool isSuccessful;
-    };
-    const Row rows[] = {
+    // A number starts an attempt with that many left, "F" fails in it, "s" marks a scenario.
+    const std::tuple<const char *, std::vector<std::string>, bool> rows[] = {
         {"nothing happened", {}, false},
         {"passes at once", {"2"}, true},
         {"the last attempt passes", {"2", "F", "1", "F", "0"}, true},
@@ -222,9 +213,9 @@ TEST(SuccessfulRetryTest, OnlyFailuresThatARetryReplacedAreForgiven)
         {"a scenario is repeated", {"s1", "F", "s0"}, true},
         {"a scenario fails in the end", {"s1", "F", "s0", "F"}, false},
     };
-    for (const Row &row : rows) {
+    for (const auto &[name, steps, isSuccessful] : rows) {
         TestResult result(new RecordingGenerator);
-        for (const std::string &step : row.steps) {
+        for (const std::string &step : steps) {
             TestResult::Entry entry;
             entry.type = step == "F"      ? TestResult::FAIL
                          : step[0] == 's' ? TestResult::START_SECTION
@@ -235,6 +226,6 @@ TEST(SuccessfulRetryTest, OnlyFailuresThatARetryReplacedAreForgiven)
                 entry.retry = std::stoi(step[0] == 's' ? step.substr(1) : step);
             result.processEntry(entry);
         }
-        EXPECT_EQ(result.isSuccessfulRetry(), row.isSuccessful) << row.name;
+        EXPECT_EQ(result.isSuccessfulRetry(), isSuccessful) << name;
     }
 }

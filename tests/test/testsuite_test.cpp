@@ -74,13 +74,7 @@ using TestSuiteDeathTest = TestSuiteTest;
 
 TEST_F(TestSuiteTest, NumbersAndSwitches)
 {
-    const struct
-    {
-        const char *conf;
-        int version;
-        bool implicitStart;
-        int naming;
-    } rows[] = {
+    const std::tuple<const char *, int, bool, int> rows[] = {
         {"", 1, true, 1},
         {"VERSION = 0", 1, true, 1},
         {"VERSION = -3", 1, true, 1},
@@ -91,11 +85,11 @@ TEST_F(TestSuiteTest, NumbersAndSwitches)
         {"VERSION = 3\nNAMINGSCHEME = HIERACHICAL", 3, false, 1},
         {"VERSION = 3\nNAMINGSCHEME = multiprop", 3, false, 0},
     };
-    for (const auto &row : rows) {
-        const TestSuite suite = load(row.conf);
-        EXPECT_EQ(suite.version(), row.version) << row.conf;
-        EXPECT_EQ(suite.implicitAutStart(), row.implicitStart) << row.conf;
-        EXPECT_EQ(suite.namingScheme(), row.naming) << row.conf;
+    for (const auto &[conf, version, implicitStart, naming] : rows) {
+        const TestSuite suite = load(conf);
+        EXPECT_EQ(suite.version(), version) << conf;
+        EXPECT_EQ(suite.implicitAutStart(), implicitStart) << conf;
+        EXPECT_EQ(suite.namingScheme(), naming) << conf;
     }
 }
 
@@ -169,18 +163,14 @@ TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
     TestSuite suite = load("");
     const QByteArray knowsSuite = "[ \"$MORVEX_SUITE_DIR\" = \"" +
                                   QDir(dir.path()).dirName().toLocal8Bit() + "\" ] && exit 5";
-    const struct
-    {
-        QByteArray script;
-        const char *details;
-    } rows[] = {
+    const std::pair<QByteArray, const char *> rows[] = {
         // Nothing was tested.
         {"exit 0", "morvexrunner exited with code 0 when executing tst_a"},
         {knowsSuite, "morvexrunner exited with code 5 when executing tst_a"},
     };
-    for (const auto &row : rows) {
-        const FakeRunner runner(row.script);
-        EXPECT_TRUE(run(suite).contains(QString("FATAL|Execution error|") + row.details));
+    for (const auto &[script, details] : rows) {
+        const FakeRunner runner(script);
+        EXPECT_TRUE(run(suite).contains(QString("FATAL|Execution error|") + details));
     }
     const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
     EXPECT_TRUE(run(suite).contains("FATAL|Execution error|Failed to run morvexrunner"));

@@ -108,7 +108,7 @@ protected:
 
     QJsonObject treesOf(const QString &snapshot)
     {
-        EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), snapshot));
+        EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), "form", snapshot));
         const QByteArray call = readFile(snapshot + ".js");
         const QByteArray name = "morvexVisualTrees(";
         EXPECT_TRUE(call.startsWith(name) && call.endsWith(");\n"));
@@ -181,11 +181,7 @@ TEST_F(TitanVPTest, ANewPointPassesWhereNothingButThePlaceOfTheWindowChanged)
 
 TEST_F(TitanVPTest, EachKindOfChangeFailsWithItsOwnText)
 {
-    const struct
-    {
-        const char *failure;
-        std::function<void(Form &)> change;
-    } rows[] = {
+    const std::pair<const char *, std::function<void(Form &)>> rows[] = {
         {"Content matching error(s) found. ", [](Form &f) { f.name->setText("a b"); }},
         {"Content matching error(s) found. ",
          [](Form &f) { f.table->item(0, 0)->setText("Nuts"); }},
@@ -198,23 +194,19 @@ TEST_F(TitanVPTest, EachKindOfChangeFailsWithItsOwnText)
         {"Hierarchical structure error(s) found. ",
          [](Form &f) { (new QPushButton(f.form))->show(); }},
     };
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.failure);
+    for (const auto &[failure, change] : rows) {
+        SCOPED_TRACE(failure);
         Form form;
         form.button->setObjectName("button");
         const QByteArray point = learn();
-        row.change(form);
-        EXPECT_EQ(failureOf(point), row.failure);
+        change(form);
+        EXPECT_EQ(failureOf(point), failure);
     }
 }
 
 TEST_F(TitanVPTest, WhiteSpaceIsComparedAsItIs)
 {
-    const struct
-    {
-        const char *expected, *actual;
-        bool isEqual;
-    } rows[] = {
+    const std::tuple<const char *, const char *, bool> rows[] = {
         {"a  b", "a b", false},    {"a\tb", "a b", false},
         {"a\nb", "a b", false},    {" a\t", "a", false},
         {"a\n\nb", "a\nb", false}, {"a\r\nb", "a\nb", false},
@@ -222,13 +214,13 @@ TEST_F(TitanVPTest, WhiteSpaceIsComparedAsItIs)
         {" \n\t", "", true},
     };
     Form form;
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.expected);
+    for (const auto &[expected, actual, isEqual] : rows) {
+        SCOPED_TRACE(expected);
         // Nothing shows it beside a text.
-        form.name->setPlaceholderText(row.expected);
+        form.name->setPlaceholderText(expected);
         const QByteArray point = learn();
-        form.name->setPlaceholderText(row.actual);
-        EXPECT_EQ(resultsOf(point) == QStringList(passed), row.isEqual) << row.actual;
+        form.name->setPlaceholderText(actual);
+        EXPECT_EQ(resultsOf(point) == QStringList(passed), isEqual) << actual;
     }
 }
 
@@ -259,6 +251,8 @@ TEST_F(TitanVPTest, TheReportGetsBothTreesWithWhatWasExpectedAndWhatWasThere)
     form.count->setStyleSheet("background: red");
     delete form.table;
     verifyFile(point);
+    point.replace("<Verification ", "<Verification object=\"other\"/><Verification ");
+    writeFile(path("suite/tst_a/points/vp.xml"), point);
     const QString snapshot = path("suite/tst_a/failedSnapshots/vp.xml_1.xml");
     const QJsonObject trees = treesOf(snapshot);
     const QJsonArray pictures = trees["pictures"].toArray();
@@ -384,11 +378,7 @@ TEST_F(TitanVPTest, SelectionDefaultsSayWhatIsWrong)
     const QString file = path("etc/visualselectiondefaults.xml");
     const EnvironmentGuard other("MORVEX_PREFIX", path("").toLocal8Bit());
     const QString structure = "Invalid structure of selectiondefaults file '%1': ";
-    const struct
-    {
-        const char *xml;
-        QString error;
-    } rows[] = {
+    const std::pair<const char *, QString> rows[] = {
         {"<a/>", "Invalid root element 'a' in selectiondefaults file '%1'"},
         {"<selectiondefaults><a/></selectiondefaults>", structure + "unexpected element 'a'"},
         {"<selectiondefaults><check/></selectiondefaults>",
@@ -405,13 +395,13 @@ TEST_F(TitanVPTest, SelectionDefaultsSayWhatIsWrong)
          "</widgetType></check></selectiondefaults>",
          ""},
     };
-    for (const auto &row : rows) {
-        writeFile(file, row.xml);
+    for (const auto &[xml, message] : rows) {
+        writeFile(file, xml);
         QString error;
-        EXPECT_EQ(TitanSelectionDefaults().parse(&error), row.error.isEmpty());
-        EXPECT_EQ(error, row.error.isEmpty()
+        EXPECT_EQ(TitanSelectionDefaults().parse(&error), message.isEmpty());
+        EXPECT_EQ(error, message.isEmpty()
                              ? QString()
-                             : row.error.arg(path("") + "/etc/visualselectiondefaults.xml"));
+                             : message.arg(path("") + "/etc/visualselectiondefaults.xml"));
     }
 }
 

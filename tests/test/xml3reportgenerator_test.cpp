@@ -1,27 +1,12 @@
 #include "support/runs.h"
 #include "support/test.h"
-#include "support/xmldocument.h"
-#include "test/testreportgeneratorfactory.h"
 
 using namespace Morvex;
 using namespace MorvexTest;
 
 namespace {
 
-QByteArray reportOf(const std::vector<TestResult::Entry> &entries, int version,
-                    TestReportGenerator::TestType type = TestReportGenerator::TEST_SUITE)
-{
-    const QTemporaryDir dir;
-    QString resultDir;
-    const QString keyword = version == 0 ? "xml3" : QString("xml3.%1").arg(version);
-    const auto result =
-        TestReportGeneratorFactory::create({keyword + ',' + dir.path()}, &resultDir, type);
-    const std::unique_ptr<TestReportGenerator> generator(result.generator);
-    standardErrorOf([&] { replay(entries, generator.get()); });
-    return readFile(dir.filePath("results.xml"));
-}
-
-std::vector<TestResult::Entry> inRun(std::vector<TestResult::Entry> entries)
+Entries inRun(Entries entries)
 {
     entries.insert(entries.begin(), plainEntry(TestResult::START));
     entries.push_back(plainEntry(TestResult::END));
@@ -32,12 +17,7 @@ std::vector<TestResult::Entry> inRun(std::vector<TestResult::Entry> entries)
 
 TEST(Xml3ReportGeneratorTest, EveryVersionReadsBackAndHasWhatCameWithIt)
 {
-    struct Row
-    {
-        const char *xpath;
-        QStringList byVersion;
-    };
-    const Row rows[] = {
+    const std::pair<const char *, QStringList> rows[] = {
         {"/MorvexReport/@version", {"3.0", "3.1", "3.2", "3.3", "3.4", "3.5"}},
         {"count(//visualVerificationResult)", {"0", "4", "4", "4", "4", "4"}},
         {"count(//scriptedVerificationResult)", {"8", "4", "4", "4", "4", "4"}},
@@ -55,22 +35,20 @@ TEST(Xml3ReportGeneratorTest, EveryVersionReadsBackAndHasWhatCameWithIt)
         {"count(//videoCaptureStart) + count(//videoCaptureEnd)", {"0", "0", "0", "0", "0", "2"}},
     };
     for (int version = 0; version <= 5; ++version) {
-        const XmlDocument document(reportOf(sampleRun(), version), XmlDocument::NoNamespaces);
+        const XmlDocument document(
+            reportOf(version == 0 ? "xml3" : QString("xml3.%1").arg(version), sampleRun()),
+            XmlDocument::NoNamespaces);
         ASSERT_TRUE(document.error().isEmpty()) << version;
-        for (const Row &row : rows)
-            EXPECT_EQ(document.value(row.xpath), row.byVersion[version])
-                << row.xpath << " in version " << version;
+        for (const auto &[xpath, byVersion] : rows)
+            EXPECT_EQ(document.value(xpath), byVersion[version])
+                << xpath << " in version " << version;
     }
 }
 
 TEST(Xml3ReportGeneratorTest, EachKindOfResultHasItsFields)
 {
-    const XmlDocument document(reportOf(sampleRun(), 5), XmlDocument::NoNamespaces);
-    struct Row
-    {
-        const char *xpath, *expected;
-    };
-    const Row rows[] = {
+    const XmlDocument document(reportOf("xml3.5", sampleRun()), XmlDocument::NoNamespaces);
+    const std::pair<const char *, const char *> rows[] = {
         {"/MorvexReport/test/@type", "testsuite"},
         {"/MorvexReport/test/prolog/name", "suite_a"},
         {"count(/MorvexReport/test/prolog/retry)", "0"},
@@ -99,8 +77,8 @@ TEST(Xml3ReportGeneratorTest, EachKindOfResultHasItsFields)
         {"//attachment/@type", "file"},
         {"count(//videoCaptureStart/@type)", "0"},
     };
-    for (const Row &row : rows)
-        EXPECT_EQ(document.value(row.xpath), row.expected) << row.xpath;
+    for (const auto &[xpath, expected] : rows)
+        EXPECT_EQ(document.value(xpath), expected) << xpath;
     EXPECT_EQ(document.texts("//message/@type"), QStringList({"LOG", "FATAL", "ERROR", "WARNING"}));
 }
 
@@ -111,7 +89,7 @@ TEST(Xml3ReportGeneratorTest, TheBytesOfAShortReport)
     message.details = "Screenshot in \"/x y/shot.png\"";
     TestResult::Entry video = plainEntry(TestResult::STARTVIDEOCAPTURE, "on");
     video.line = LineInfo("/s/a.js", 0);
-    QByteArray report = reportOf(inRun({message, video}), 2, TestReportGenerator::TEST_CASE);
+    QByteArray report = reportOf("xml3.2", inRun({message, video}), TestReportGenerator::TEST_CASE);
     // The result directory of this run is a temporary one.
     report.replace(report.mid(report.indexOf("x-results:"),
                               report.indexOf("/x%20y") - report.indexOf("x-results:")),
@@ -149,9 +127,8 @@ TEST(Xml3ReportGeneratorTest, ResultsOfOneVerificationStandTogetherUntilAnything
         return verificationEntry(TestResult::PASS, TestResult::NO_VP, counter);
     };
     const XmlDocument document(
-        reportOf(
-            inRun({result(1), result(1), plainEntry(TestResult::LOG, "l"), result(1), result(2)}),
-            5),
+        reportOf("xml3.5", inRun({result(1), result(1), plainEntry(TestResult::LOG, "l"), result(1),
+                                  result(2)})),
         XmlDocument::NoNamespaces);
     EXPECT_EQ(document.value("count(/MorvexReport/test/*)"), "6");
     EXPECT_EQ(document.value("count(//verification[1]/scriptedVerificationResult)"), "2");
@@ -166,7 +143,7 @@ TEST(Xml3ReportGeneratorTest, EntriesThatLackTheirStackOrCellsKeepTheReportWellF
     TableDiff::Element row;
     row.subject.type = TableDiff::Subject::ROW;
     entry.tableDiff = {TableDiff::Element(), row};
-    const XmlDocument document(reportOf(inRun({entry}), 5), XmlDocument::NoNamespaces);
+    const XmlDocument document(reportOf("xml3.5", inRun({entry})), XmlDocument::NoNamespaces);
     ASSERT_TRUE(document.error().isEmpty());
     EXPECT_EQ(document.value("count(//verification/location)"), "0");
     EXPECT_EQ(document.value("count(//row/@line)"), "0");
@@ -175,10 +152,10 @@ TEST(Xml3ReportGeneratorTest, EntriesThatLackTheirStackOrCellsKeepTheReportWellF
 TEST(Xml3ReportGeneratorTest, NoTextBreaksTheReportOrTakesAnythingElseWithIt)
 {
     const QStringList texts = awkwardTexts();
-    std::vector<TestResult::Entry> entries = runOfMessages(texts);
+    Entries entries = runOfMessages(texts);
     for (TestResult::Entry &entry : entries)
         entry.details = entry.message;
-    const XmlDocument document(reportOf(entries, 5), XmlDocument::NoNamespaces);
+    const XmlDocument document(reportOf("xml3.5", entries), XmlDocument::NoNamespaces);
     ASSERT_TRUE(document.error().isEmpty());
     const QStringList read = document.texts("//message/text");
     ASSERT_EQ(read.size(), texts.size());

@@ -118,55 +118,49 @@ TEST(FlatXmlTest, OnlyTheGrownFormMakesLogLinesOfSections)
 
 TEST(Xml2Test, VersionsTellMoreAndMoreOfAVerification)
 {
-    struct Row
-    {
-        TestResult::VPType vpType;
-        const char *message, *details;
-        QString types[3];
-        QStringList added;
-    };
-    const Row rows[] = {
-        {TestResult::NO_VP, "':A.b' differs", "'1' and '2'", {"", "", ""}, {}},
-        {TestResult::PROPERTY_VP,
-         "':A.b' differs",
-         "'1' and '2'",
-         {"", "properties", "properties"},
-         {"object: :A", "property: b", "failedValue: 1"}},
-        {TestResult::PROPERTY_VP,
-         "':A.b' differs",
-         "not found",
-         {"", "properties", "properties"},
-         {"object: :A", "property: b"}},
-        {TestResult::SCREENSHOT_VP,
-         "':A' differs",
-         "saved as '/tmp/x.png'",
-         {"", "screenshot", "screenshot"},
-         {"object: :A", "failedImage: /tmp/x.png"}},
-        {TestResult::VISUAL_VP,
-         "':A' differs",
-         "no picture",
-         {"", "screenshot", "screenshot"},
-         {"object: :A"}},
-        {TestResult::TABLE_VP, "':A' differs", "", {"", "", "table"}, {}},
-        {TestResult::NO_VP,
-         "failed",
-         "Screenshot in \"/tmp/shot.png\"",
-         {"", "", ""},
-         {"file: /tmp/shot.png"}},
-    };
+    const std::tuple<TestResult::VPType, const char *, const char *, QStringList, QStringList>
+        rows[] = {
+            {TestResult::NO_VP, "':A.b' differs", "'1' and '2'", {"", "", ""}, {}},
+            {TestResult::PROPERTY_VP,
+             "':A.b' differs",
+             "'1' and '2'",
+             {"", "properties", "properties"},
+             {"object: :A", "property: b", "failedValue: 1"}},
+            {TestResult::PROPERTY_VP,
+             "':A.b' differs",
+             "not found",
+             {"", "properties", "properties"},
+             {"object: :A", "property: b"}},
+            {TestResult::SCREENSHOT_VP,
+             "':A' differs",
+             "saved as '/tmp/x.png'",
+             {"", "screenshot", "screenshot"},
+             {"object: :A", "failedImage: /tmp/x.png"}},
+            {TestResult::VISUAL_VP,
+             "':A' differs",
+             "no picture",
+             {"", "screenshot", "screenshot"},
+             {"object: :A"}},
+            {TestResult::TABLE_VP, "':A' differs", "", {"", "", "table"}, {}},
+            {TestResult::NO_VP,
+             "failed",
+             "Screenshot in \"/tmp/shot.png\"",
+             {"", "", ""},
+             {"file: /tmp/shot.png"}},
+        };
     const char *const keywords[] = {"xml2", "xml2.1", "xml2.2"};
-    for (const Row &row : rows) {
-        const TestResult::Entry entry = resultOf(row.vpType, row.message, row.details);
-        const QStringList common{QString(": ") + row.message, QString("DETAILED: ") + row.details};
+    for (const auto &[vpType, message, details, types, added] : rows) {
+        const TestResult::Entry entry = resultOf(vpType, message, details);
+        const QStringList common{QString(": ") + message, QString("DETAILED: ") + details};
         for (int version = 0; version < 3; ++version) {
             const XmlDocument document(reportOf(keywords[version], entry));
             EXPECT_EQ(document.text("/x2:MorvexReport/@version"), QString("2.%1").arg(version));
             QStringList attributes{"name=VP1", "file=/suite/a.js", "line=3"};
-            if (!row.types[version].isEmpty())
-                attributes += "type=" + row.types[version];
+            if (!types[version].isEmpty())
+                attributes += "type=" + types[version];
             EXPECT_EQ(document.attributes("//x2:verification"), attributes);
             EXPECT_EQ(descriptionsOf(keywords[version], entry),
-                      version == 0 ? common : common + row.added);
+                      version == 0 ? common : common + added);
         }
     }
 }

@@ -9,11 +9,7 @@ using namespace MorvexTest;
 
 TEST(XmlStreamWriterTest, CDataCanHoldItsOwnTerminator)
 {
-    struct Row
-    {
-        const char *text, *expected;
-    };
-    const Row rows[] = {
+    const std::pair<const char *, const char *> rows[] = {
         {"", "<e/>"},
         {"a", "<e><![CDATA[a]]></e>"},
         {"x]]>y", "<e><![CDATA[x]]]]><![CDATA[>y]]></e>"},
@@ -25,11 +21,11 @@ TEST(XmlStreamWriterTest, CDataCanHoldItsOwnTerminator)
         {"]\x07]>", "<e><![CDATA[]]]]><![CDATA[>]]></e>"},
         {"\t\r\n<&>\xc3\xa4", "<e><![CDATA[\t\r\n<&>\xc3\xa4]]></e>"},
     };
-    for (const Row &row : rows) {
+    for (const auto &[text, expected] : rows) {
         std::ostringstream out;
         XmlStreamWriter writer(out);
-        standardErrorOf([&] { writer.writeCDataElement("e", row.text); });
-        EXPECT_EQ(out.str(), row.expected) << row.text;
+        standardErrorOf([&, text = text] { writer.writeCDataElement("e", text); });
+        EXPECT_EQ(out.str(), expected) << text;
     }
 }
 

@@ -1,7 +1,5 @@
 #include "support/runs.h"
 #include "support/test.h"
-#include "test/openreportfile.h"
-#include "test/testreportgeneratorfactory.h"
 
 #include <QProcess>
 
@@ -37,10 +35,7 @@ protected:
     std::unique_ptr<TestReportGenerator> create(const QString &keyword, const QString &path)
     {
         resultDir.clear();
-        return std::unique_ptr<TestReportGenerator>(
-            TestReportGeneratorFactory::create({keyword + ',' + path}, &resultDir,
-                                               TestReportGenerator::TEST_SUITE)
-                .generator);
+        return makeReport(keyword + ',' + path, &resultDir);
     }
 
     QTemporaryDir dir;
@@ -86,17 +81,4 @@ TEST_F(ZipXml3ReportGeneratorTest, NothingIsLeftOfTheTemporaryDirectory)
         EXPECT_TRUE(temporary.isEmpty());
         EXPECT_EQ(readFile(target).isEmpty(), !reachesEnd);
     }
-}
-
-TEST_F(ZipXml3ReportGeneratorTest, AFullDiskIsReportedAtTheEndOfTheRun)
-{
-    target = "/dev/full";
-    const auto generator = create("zipxml3", target);
-    ASSERT_TRUE(generator);
-    const std::string errors = standardErrorOf([&] { replay(sampleRun(), generator.get()); });
-    EXPECT_EQ(errors.find("Failed writing zip xml3 report to /dev/full: Adding file 'results.xml' "
-                          "to zip returned error on add: "),
-              0U)
-        << errors;
-    EXPECT_TRUE(hasIncompleteReport());
 }

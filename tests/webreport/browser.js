@@ -42,10 +42,7 @@ function fileAddress(directory, hash = '') {
 }
 
 const types = {
-    '.html': 'text/html',
-    '.js': 'text/javascript',
-    '.css': 'text/css',
-    '.svg': 'image/svg+xml',
+    '.html': 'text/html', '.js': 'text/javascript', '.css': 'text/css', '.svg': 'image/svg+xml',
     '.png': 'image/png',
 };
 
@@ -167,17 +164,6 @@ function describePages(name, body) {
 }
 
 module.exports = {
-    dataFileOf,
-    describePages,
-    fileAddress,
-    block,
-    eventually,
-    focused,
-    heading,
-    optional,
-    row,
-    rowNames,
-    selected,
-    texts,
-    use,
+    dataFileOf, describePages, fileAddress, block, eventually, focused, heading, optional, row,
+    rowNames, selected, texts, use,
 };

@@ -18,8 +18,7 @@ function loginAttempt(run, passes) {
         if (passes) run.pass('The button is enabled');
         else
             run.fail('The button is enabled', {
-                detail: "Expected 'true', got 'false'.",
-                lineNo: 31,
+                detail: "Expected 'true', got 'false'.", lineNo: 31,
                 uri: 'x-testsuite:/tst_login/script.js',
             });
     });
@@ -32,15 +31,11 @@ function basket(run) {
         () => {
             run.wait(4);
             run.fail("Basket: Object property comparison of ':Basket_Label.text' failed", {
-                type: 'propertyVerificationResult',
-                objectName: ':Basket_Label',
-                property: 'text',
+                type: 'propertyVerificationResult', objectName: ':Basket_Label', property: 'text',
                 detail: "'Sum: 1,204.50 EUR' and 'Sum: 1.204,50 €' are not equal",
-                expectedValue: 'Sum: 1.204,50 €',
-                actualValue: 'Sum: 1,204.50 EUR',
+                expectedValue: 'Sum: 1.204,50 €', actualValue: 'Sum: 1,204.50 EUR',
                 vpUri: 'x-testsuite:/tst_catalogue/verificationPoints/Basket',
-                uri: 'x-testsuite:/tst_catalogue/script.js',
-                lineNo: 48,
+                uri: 'x-testsuite:/tst_catalogue/script.js', lineNo: 48,
             });
             run.fail("Table Comparison of ':Basket_Table' failed", {
                 type: 'tableVerificationResult',
@@ -53,8 +48,7 @@ function basket(run) {
                 ],
             });
             run.fail("Basket: Screenshot comparison of ':Basket_Window' failed", {
-                type: 'screenshotVerificationResult',
-                objectName: ':Basket_Window',
+                type: 'screenshotVerificationResult', objectName: ':Basket_Window',
                 failedImageUri: 'x-results:/' + pictures + 'failed_1.png',
                 detail: `Screenshots do not match. Saved as '/home/ci/report/${pictures}failed_1.png'`,
             });

@@ -31,10 +31,7 @@ tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, 
                 const { top } = mark.getBoundingClientRect();
                 return top >= box.top && top < box.bottom;
             });
-        for (const [amount, line] of [
-            [500, '401'],
-            [9000, '8,901'],
-        ]) {
+        for (const [amount, line] of [[500, '401'], [9000, '8,901']]) {
             const value = (word) =>
                 many(amount, (at) => 'line ' + at + (at === amount - 100 ? word : '')).join('\n');
             const values = { expectedValue: value(' old'), actualValue: value(' new') };
@@ -151,8 +148,7 @@ tools.describePages('The details', ({ report, onPage, onRuns, onServer, onShop, 
     test('A visual point that failed shows both trees with what differs', async () => {
         const snapshot = 'suite/tst/failedSnapshots/form.xml_1.xml';
         const failure = {
-            type: 'visualVerificationResult',
-            failedObjectDump: 'x-results:/' + snapshot,
+            type: 'visualVerificationResult', failedObjectDump: 'x-results:/' + snapshot,
         };
         const run = new RunBuilder('suite').testCase('tst', (one) => one.fail('Form', failure));
         const directory = report(dataFile([run.finish()]));

@@ -34,23 +34,11 @@ test('The outcome of a test case is the worst of what is in it', () => {
         one.testCase('skipped', () => one.skipped('testcase', 'skipped'));
     });
     assert.deepEqual(outcomes(run), {
-        empty: 'passed',
-        logs: 'passed',
-        warns: 'passed',
-        expected: 'passed',
-        unexpected: 'failed',
-        deep: 'failed',
-        both: 'error',
-        skipped: 'skipped',
+        empty: 'passed', logs: 'passed', warns: 'passed', expected: 'passed', unexpected: 'failed',
+        deep: 'failed', both: 'error', skipped: 'skipped',
     });
     assert.deepEqual(run.root.counts, {
-        log: 1,
-        warning: 1,
-        xfail: 1,
-        pass: 2,
-        xpass: 1,
-        fail: 2,
-        error: 1,
+        log: 1, warning: 1, xfail: 1, pass: 2, xpass: 1, fail: 2, error: 1,
     });
 });
 
@@ -67,9 +55,7 @@ test('Attempts become one test case, whose last attempt counts', () => {
     assert.deepEqual(
         run.testCases.map((node) => [node.name, node.outcome, node.children.length]),
         [
-            ['tst_a', 'flaky', 3],
-            ['tst_b', 'passed', 1],
-            ['tst_c', 'failed', 2],
+            ['tst_a', 'flaky', 3], ['tst_b', 'passed', 1], ['tst_c', 'failed', 2],
             ['tst_c', 'passed', 1],
         ],
     );
@@ -111,10 +97,7 @@ test('An address says all that is shown, broken ones do no harm, and no link is 
         run: '2026-03-03T22:00:00+01:00~2',
         at: 'tst_a/!3',
         text: 'a & "b=#" -\u00e4% (\'*)',
-        tests: new Map([
-            ['failed', 'only'],
-            ['new', 'not'],
-        ]),
+        tests: new Map([['failed', 'only'], ['new', 'not']]),
         entries: new Map([['log', 'not']]),
         slowest: true,
     };
@@ -125,8 +108,7 @@ test('An address says all that is shown, broken ones do no harm, and no link is 
     for (const hash of broken) assert.equal(place(empty, address.parse(hash).at).key, '');
     const run = build((one) => one.testCase("it's (not)", () => one.section('s', () => {})));
     for (const [hash, name] of [
-        ["#at=it's%20(not)/s/!7", 's'],
-        ['#at=it%27s%20%28not%29/t/!7', "it's (not)"],
+        ["#at=it's%20(not)/s/!7", 's'], ['#at=it%27s%20%28not%29/t/!7', "it's (not)"],
     ])
         assert.equal(place(run, address.parse(hash).at).name, name);
 });
@@ -221,23 +203,19 @@ const filterCases = [
     ['a phrase', { text: '"fill in name"' }, 'tst_login, Form, Fill in Name'],
     ['an unwanted word', { text: 'button -timeout' }, 'tst_logout, Button'],
     [
-        'one outcome',
-        { tests: modes('failed') },
+        'one outcome', { tests: modes('failed') },
         'tst_login, Form, Fill in Name, Button, tst_odd, Strange',
     ],
     [
-        'all but one outcome',
-        { tests: modes('-failed -skipped') },
+        'all but one outcome', { tests: modes('-failed -skipped') },
         'at the suite, tst_logout, Button, tst_shown, shot #1.png, Table, Property',
     ],
     [
-        'one kind of result',
-        { entries: modes('pass') },
+        'one kind of result', { entries: modes('pass') },
         'tst_logout, Button, tst_shown, Table, Property',
     ],
     [
-        'all but one kind of result',
-        { tests: modes('failed'), entries: modes('-log') },
+        'all but one kind of result', { tests: modes('failed'), entries: modes('-log') },
         'tst_login, Form, Button, tst_odd, Strange',
     ],
     ['a search that finds nothing', { text: 'nowhere' }, ''],

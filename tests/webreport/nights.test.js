@@ -60,9 +60,7 @@ describe('Nights', { skip: missing || false }, () => {
         assert.equal(first.since.index, 0);
         const sinceOf = others.map(({ testCases, since }) => [testCases[0].name, since.index]);
         assert.deepEqual(Object.fromEntries(sinceOf), {
-            tst_new: 2,
-            tst_other: 0,
-            tst_switches: 2,
+            tst_new: 2, tst_other: 0, tst_switches: 2,
         });
     });
 

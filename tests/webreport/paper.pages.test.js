@@ -30,8 +30,7 @@ tools.describePages('Paper', ({ onRuns, onShop }) => {
         const cells = (index) => [...Array(7).fill('same in both'), 'cell ' + index];
         const tablediff = Array.from({ length: 200 }, (unused, index) =>
             tableRow(index % 2 ? 'insertion' : 'deletion', index >> 1, [
-                ...cells(index),
-                ...Array(22).fill('same in both'),
+                ...cells(index), ...Array(22).fill('same in both'),
             ]),
         );
         const run = new RunBuilder('suite_wide').testCase('tst', (one) =>

@@ -20,9 +20,7 @@ tools.describePages('Places', ({ onShop }) => {
             await row(page, 'Prices').click();
             await page.keyboard.press('n');
             const state = async (one) => [
-                await rowNames(one),
-                await heading(one),
-                await one.locator('#search').inputValue(),
+                await rowNames(one), await heading(one), await one.locator('#search').inputValue(),
                 await one.locator('#filters [data-key="skipped"]').textContent(),
                 await one.locator('#slowest').getAttribute('aria-pressed'),
             ];

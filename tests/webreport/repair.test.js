@@ -67,8 +67,7 @@ test('Sections nested by the thousand are read, and closed where they are cut', 
     const depth = 5000;
     const whole = 'var data = [];\n' + deepStatement(depth);
     for (const [text, repaired] of [
-        [whole, []],
-        [whole.slice(0, whole.indexOf('innermost')), [0]],
+        [whole, []], [whole.slice(0, whole.indexOf('innermost')), [0]],
     ]) {
         const read = repair.readDataFile(text);
         let levels = 0;

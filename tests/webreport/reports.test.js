@@ -114,9 +114,7 @@ describe('Several reports', { skip: missing || false }, () => {
         assert.equal(fs.readFileSync(workshop.dataFile(reports[0]), 'utf8'), cut);
         assert.ok(fs.existsSync(path.join(target, 'index.html')));
         for (const words of [
-            [target, reports[0]],
-            [reports[0], ...reports],
-            [workshop.path('new'), 'nowhere'],
+            [target, reports[0]], [reports[0], ...reports], [workshop.path('new'), 'nowhere'],
             [path.join(reports[0], 'in', 'it'), ...reports],
         ])
             assert.notEqual(workshop.call('--merge-reports', ...words).status, 0);
@@ -132,10 +130,7 @@ describe('Several reports', { skip: missing || false }, () => {
         const runs = runsOf(workshop.documents(target));
         assert.deepEqual(
             runs.map((run) => [run.name, [...run.summary.cases.keys()], run.summary.ended]),
-            [
-                ['suite_a', ['tst_a', 'tst_b'], true],
-                ['suite_other', ['tst_c'], true],
-            ],
+            [['suite_a', ['tst_a', 'tst_b'], true], ['suite_other', ['tst_c'], true]],
         );
         assert.equal(suites.latestOf(runs).length, 2);
     });

@@ -66,13 +66,8 @@ class RunBuilder {
 
     verify(result, text, more = {}) {
         return this.entry({
-            lineNo: 12,
-            result,
-            text,
-            time: this.time(),
-            type: 'scriptedVerificationResult',
-            uri: 'x-testsuite:/tst_a/script.js',
-            ...more,
+            lineNo: 12, result, text, time: this.time(), type: 'scriptedVerificationResult',
+            uri: 'x-testsuite:/tst_a/script.js', ...more,
         });
     }
 
@@ -91,11 +86,7 @@ class RunBuilder {
     skipped(type, name, description) {
         const time = this.time();
         return this.entry({
-            ...(description ? { description } : {}),
-            isSkipped: true,
-            name,
-            start: time,
-            stop: time,
+            ...(description ? { description } : {}), isSkipped: true, name, start: time, stop: time,
             type,
         });
     }
@@ -169,11 +160,5 @@ function shownOf(documents) {
 }
 
 module.exports = {
-    shownOf,
-    RunBuilder,
-    dataFile,
-    deepStatement,
-    documentText,
-    statement,
-    tableRow,
+    shownOf, RunBuilder, dataFile, deepStatement, documentText, statement, tableRow,
 };

@@ -3,13 +3,7 @@
 const assert = require('node:assert/strict');
 const test = require('node:test');
 const {
-    failureText,
-    format,
-    highlight,
-    invisibles,
-    tableRows,
-    textDiff,
-    values,
+    failureText, format, highlight, invisibles, tableRows, textDiff, values,
 } = require('./parts');
 const { RunBuilder, shownOf, tableRow } = require('./testdata');
 
@@ -27,9 +21,7 @@ const differences = [
     ['a\u{1F600}b', 'a\u{1F601}b', 'a[\u{1F600}]b', 'a[\u{1F601}]b'],
     ['aaa', 'aa', 'aa[a]', 'aa'],
     [
-        'a: 1\nb: 2\nc: 3',
-        'a: 1\nnew\nb: 20\nc: 3',
-        'a: 1\nb: 2\nc: 3',
+        'a: 1\nb: 2\nc: 3', 'a: 1\nnew\nb: 20\nc: 3', 'a: 1\nb: 2\nc: 3',
         'a: 1\n[new\n]b: 2[0]\nc: 3',
     ],
 ];
@@ -48,8 +40,7 @@ test('Marking loses no character of long and wholly different texts', () => {
             String.fromCharCode(97 + ((index * index * factor) % 26)),
         ).join('');
     for (const [expected, actual] of [
-        [text(3), text(7)],
-        [text(3), text(3).slice(40) + 'tail'],
+        [text(3), text(7)], [text(3), text(3).slice(40) + 'tail'],
         ['x'.repeat(100000), 'x'.repeat(99999)],
     ]) {
         const marks = textDiff.diff(expected, actual);
@@ -60,8 +51,7 @@ test('Marking loses no character of long and wholly different texts', () => {
 
 const roughDifferences = [
     ['one two three\nend', 'one 2 three\nend', 'one [two] three\nend', 'one [2] three\nend'],
-    ['a\nb\nc\n', 'a\nc\n', 'a\n[b\n]c\n', 'a\nc\n'],
-    ['aaa', 'aa', 'aa[a]', 'aa'],
+    ['a\nb\nc\n', 'a\nc\n', 'a\n[b\n]c\n', 'a\nc\n'], ['aaa', 'aa', 'aa[a]', 'aa'],
     ['a\u{1F600}b', 'a\u{1F601}b', 'a[\u{1F600}]b', 'a[\u{1F601}]b'],
     ['a\u{1F600}', 'a\u{2F600}', 'a[\u{1F600}]', 'a[\u{2F600}]'],
 ];
@@ -90,19 +80,12 @@ test('Values that look the same are distinguished', () => {
     assert.match(difference(['caf\u00e9', 'cafe\u0301']), /composed/);
     assert.equal(difference(['a b', 'a c']), null);
     assert.deepEqual(invisibles.pieces('a\u0000\u202e b', invisibles.unseen), [
-        'a',
-        { symbol: '␀' },
-        { code: 'U+202E' },
-        { symbol: '·' },
-        'b',
+        'a', { symbol: '␀' }, { code: 'U+202E' }, { symbol: '·' }, 'b',
     ]);
 });
 
 test('The terms of a search are marked once where they overlap', () => {
-    assert.deepEqual(highlight.places('Table tables', ['tab', 'table']), [
-        [0, 5],
-        [6, 11],
-    ]);
+    assert.deepEqual(highlight.places('Table tables', ['tab', 'table']), [[0, 5], [6, 11]]);
     assert.deepEqual(highlight.places('İSTANBUL', ['stan']), [[1, 5]]);
 });
 
@@ -123,9 +106,7 @@ for (const [raw, expected, actual] of comparisons) {
 
 test('No values are invented', () => {
     for (const raw of [
-        {},
-        { text: 'Expected nothing' },
-        { detail: "Got expected 'a'." },
+        {}, { text: 'Expected nothing' }, { detail: "Got expected 'a'." },
         { expectedValue: 'a', actualValue: 'a' },
     ])
         assert.equal(values.comparedValues(raw), null);
@@ -163,14 +144,8 @@ test('A file of a call stack is found in the suite, or on the machine', () => {
 
 test('No location leads to a script or out to a host', () => {
     const links = [
-        'javascript:alert(1)',
-        'x-results:/javascript:alert(1)',
-        'x-results:////evil.example/a',
-        'https://evil.example/',
-        'data:text/html,x',
-        'x-results:/',
-        '',
-        undefined,
+        'javascript:alert(1)', 'x-results:/javascript:alert(1)', 'x-results:////evil.example/a',
+        'https://evil.example/', 'data:text/html,x', 'x-results:/', '', undefined,
     ];
     assert.deepEqual(
         links.map((uri) => format.locationLink(uri, 'javascript:alert(1)/')),
@@ -181,28 +156,16 @@ test('No location leads to a script or out to a host', () => {
 test('A changed row of a table comes before its new form, whatever the order of the data', () => {
     const context = { elementType: 'context', diffType: 'cell', diffValue: { row: 0, column: 2 } };
     const rows = tableRows.arrangedRows([
-        tableRow('deletion', 1, ['a', '1']),
-        tableRow('deletion', 2, ['b', '2']),
-        tableRow('insertion', 1, ['A', '1']),
-        tableRow('insertion', 1, ['extra', '']),
-        tableRow('insertion', 5, ['B', '2']),
-        context,
-        tableRow('insertion', 7, ['after', '9']),
-        tableRow('deletion', 8, ['before', '9']),
-        { elementType: 'unknown' },
+        tableRow('deletion', 1, ['a', '1']), tableRow('deletion', 2, ['b', '2']),
+        tableRow('insertion', 1, ['A', '1']), tableRow('insertion', 1, ['extra', '']),
+        tableRow('insertion', 5, ['B', '2']), context, tableRow('insertion', 7, ['after', '9']),
+        tableRow('deletion', 8, ['before', '9']), { elementType: 'unknown' },
     ]);
     assert.deepEqual(
         rows.map((row) => row.label + ' ' + row.side),
         [
-            'Row 2 expected',
-            'Row 2 actual',
-            'Row 3 expected',
-            'Row 6 actual',
-            'Row 2 actual',
-            'Row 1, column 3 both',
-            'Row 9 expected',
-            'Row 8 actual',
-            'Row ? both',
+            'Row 2 expected', 'Row 2 actual', 'Row 3 expected', 'Row 6 actual', 'Row 2 actual',
+            'Row 1, column 3 both', 'Row 9 expected', 'Row 8 actual', 'Row ? both',
         ],
     );
     assert.equal(rows[4].partner, undefined);
@@ -212,39 +175,25 @@ test('Rows have the numbers of their own tables, with what was left out between 
     const [insertion, deletion] = ['insertion', 'deletion'];
     // As the runner numbers 0 1 2 3 4 5 6 -> 0 A B 1 3x C 4 D 6 E.
     const differences = [
-        [insertion, 1, 'A'],
-        [insertion, 1, 'B'],
-        [deletion, 2, '2'],
-        [deletion, 3, '3'],
-        [insertion, 2, '3x'],
-        [insertion, 3, 'C'],
-        [deletion, 5, '5'],
-        [insertion, 5, 'D'],
+        [insertion, 1, 'A'], [insertion, 1, 'B'], [deletion, 2, '2'], [deletion, 3, '3'],
+        [insertion, 2, '3x'], [insertion, 3, 'C'], [deletion, 5, '5'], [insertion, 5, 'D'],
         [insertion, 7, 'E'],
     ];
     const textsOf = (rows) =>
         rows.flatMap(({ before, label, cells }) => [...before, label + ' ' + cells[0].text]);
     const data = differences.map(([kind, line, text]) => tableRow(kind, line, [text]));
     assert.deepEqual(textsOf(tableRows.arrangedRows(data)), [
-        'Row 1 is equal',
-        ...['Row 2 A', 'Row 3 B'],
-        'Row 2 is equal (actual 4)',
-        ...['Row 3 2', 'Row 5 3x', 'Row 4 3', 'Row 6 C'],
-        'Row 5 is equal (actual 7)',
-        ...['Row 6 5', 'Row 8 D'],
-        'Row 7 is equal (actual 9)',
-        'Row 10 E',
+        'Row 1 is equal', ...['Row 2 A', 'Row 3 B'], 'Row 2 is equal (actual 4)',
+        ...['Row 3 2', 'Row 5 3x', 'Row 4 3', 'Row 6 C'], 'Row 5 is equal (actual 7)',
+        ...['Row 6 5', 'Row 8 D'], 'Row 7 is equal (actual 9)', 'Row 10 E',
     ]);
 });
 
 test('A row that moved is paired with its like, not with what is at its number now', () => {
     const rows = tableRows.arrangedRows([
-        tableRow('deletion', 0, ['id 0', 'x']),
-        tableRow('deletion', 1, ['id 1', 'y']),
-        tableRow('insertion', 0, ['id 1', 'Y']),
-        tableRow('insertion', 1, ['id 2', 'z']),
-        tableRow('deletion', 2, ['old']),
-        tableRow('insertion', 2, ['new']),
+        tableRow('deletion', 0, ['id 0', 'x']), tableRow('deletion', 1, ['id 1', 'y']),
+        tableRow('insertion', 0, ['id 1', 'Y']), tableRow('insertion', 1, ['id 2', 'z']),
+        tableRow('deletion', 2, ['old']), tableRow('insertion', 2, ['new']),
     ]);
     assert.deepEqual(
         rows

@@ -1,5 +1,7 @@
 #include "test/child/childrunner.h"
 
+#include "test/child/testcasedeadline.h"
+
 #include <QProcessEnvironment>
 
 #include <csignal>
@@ -12,19 +14,20 @@ namespace {
 const int terminateTimeoutMs = 3000;
 const int killTimeoutMs = 1000;
 
-QProcessEnvironment environmentWithoutSummary()
+QProcessEnvironment environmentOfChild(const QDeadlineTimer &deadline)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    addTestCaseDeadline(&environment, deadline);
     environment.insert(QStringLiteral("MORVEX_NOREPORTSUMMARY"), QStringLiteral("1"));
     return environment;
 }
 
 } // namespace
 
-ChildRunner::ChildRunner()
+ChildRunner::ChildRunner(const QDeadlineTimer &deadline)
 {
     setProcessChannelMode(QProcess::ForwardedChannels);
-    setProcessEnvironment(environmentWithoutSummary());
+    setProcessEnvironment(environmentOfChild(deadline));
 }
 
 void ChildRunner::end()

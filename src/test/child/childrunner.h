@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QString>
 
@@ -13,7 +14,8 @@ namespace Morvex {
 class ChildRunner : public QProcess
 {
 public:
-    ChildRunner();
+    /// The child learns when it is going to be ended.
+    explicit ChildRunner(const QDeadlineTimer &deadline);
 
     /// Asks the group to end, and kills it when it does not.
     void end();

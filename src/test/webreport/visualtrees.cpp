@@ -95,7 +95,23 @@ QJsonObject unreadablePoint(const QString &path, const QString &error)
         QStringLiteral("The verification point '%1' could not be read: %2").arg(path, error));
 }
 
-QJsonObject comparedTrees(const QString &pointFile, const QString &snapshotFile)
+// Those of the object come first. The name in a message may be another than in the file, since a
+// message can't hold every one.
+QList<QDomElement> verificationsOf(const QDomDocument &document, const QString &object)
+{
+    QList<QDomElement> ofObject;
+    QList<QDomElement> others;
+    const QString tag = QStringLiteral("Verification");
+    QDomElement verification = document.documentElement().firstChildElement(tag);
+    for (; !verification.isNull(); verification = verification.nextSiblingElement(tag)) {
+        const bool isOfObject = verification.attribute(QStringLiteral("object")) == object;
+        (isOfObject ? ofObject : others) += verification;
+    }
+    return ofObject + others;
+}
+
+QJsonObject comparedTrees(const QString &pointFile, const QString &object,
+                          const QString &snapshotFile)
 {
     QDomDocument document;
     QString error = readPoint(pointFile, &document);
@@ -105,9 +121,7 @@ QJsonObject comparedTrees(const QString &pointFile, const QString &snapshotFile)
     if (!BrowserElement::readXMLFile(&live, snapshotFile, &error))
         return failure(
             QStringLiteral("The snapshot '%1' could not be read: %2").arg(snapshotFile, error));
-    const QString tag = QStringLiteral("Verification");
-    QDomElement verification = document.documentElement().firstChildElement(tag);
-    for (; !verification.isNull(); verification = verification.nextSiblingElement(tag)) {
+    for (const QDomElement &verification : verificationsOf(document, object)) {
         VisualBody body;
         if (!body.read(verification))
             return unreadablePoint(pointFile, QStringLiteral("The tree in it can't be read."));
@@ -128,10 +142,10 @@ QJsonObject comparedTrees(const QString &pointFile, const QString &snapshotFile)
 
 } // namespace
 
-bool writeVisualTrees(const QString &pointFile, const QString &snapshotFile)
+bool writeVisualTrees(const QString &pointFile, const QString &object, const QString &snapshotFile)
 {
-    const QByteArray json =
-        QJsonDocument(comparedTrees(pointFile, snapshotFile)).toJson(QJsonDocument::Compact);
+    const QByteArray json = QJsonDocument(comparedTrees(pointFile, object, snapshotFile))
+                                .toJson(QJsonDocument::Compact);
     return writeFileSafely(snapshotFile + QStringLiteral(".js"),
                            "morvexVisualTrees(" + json + ");\n")
                .outcome == FileWriteResult::Written;

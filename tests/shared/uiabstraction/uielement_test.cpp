@@ -130,11 +130,7 @@ TEST(UIElementTest, HostilePicturesAreNone)
                QByteArray("\x08\x06\0\0\0", 5) + QByteArray(4, 'c');
     };
     const QByteArray end = QByteArray("\0\0\0\0IEND", 8) + QByteArray(4, 'c');
-    const struct
-    {
-        QByteArray png;
-        bool hasMore;
-    } rows[] = {
+    const std::pair<QByteArray, bool> rows[] = {
         {signature + header("\0\0\x75\x30") + end, true},
         {signature + header("\0\0\x1f\x40") + end, true},
         {signature + header("\x7f\xff\xff\xff") + end, true},
@@ -143,11 +139,11 @@ TEST(UIElementTest, HostilePicturesAreNone)
         {signature + QByteArray("\xff\xff\xff\xffIHDR", 8), false},
         {QByteArray("GIF89a"), false},
     };
-    for (const auto &row : rows) {
+    for (const auto &[png, hasMore] : rows) {
         const QList<UIElement *> read =
-            readQuietly(QByteArray("\0\0\0\2", 4) + emptyElement(one + row.png) +
-                        QByteArray(4, '\0') + emptyElement());
-        ASSERT_EQ(read.size(), row.hasMore ? 2 : 1);
+            readQuietly(QByteArray("\0\0\0\2", 4) + emptyElement(one + png) + QByteArray(4, '\0') +
+                        emptyElement());
+        ASSERT_EQ(read.size(), hasMore ? 2 : 1);
         EXPECT_FALSE(read.first()->isImageSet());
         qDeleteAll(read);
     }
@@ -208,11 +204,7 @@ TEST(ElementGeometryTest, PlacesAreRelativeToValidBasesAndNeverOverflow)
 {
     const int min = std::numeric_limits<int>::min();
     const int max = std::numeric_limits<int>::max();
-    const struct
-    {
-        ElementGeometry geometry, base;
-        QRect expected;
-    } rows[] = {
+    const std::tuple<ElementGeometry, ElementGeometry, QRect> rows[] = {
         {ElementGeometry(QRect(10, 20, 3, 4)), ElementGeometry(QRect(1, 2, 9, 9)),
          QRect(9, 18, 3, 4)},
         {ElementGeometry(QRect(10, 20, 3, 4), true), ElementGeometry(QRect(1, 2, 9, 9)),
@@ -222,9 +214,9 @@ TEST(ElementGeometryTest, PlacesAreRelativeToValidBasesAndNeverOverflow)
          ElementGeometry(QRect(QPoint(min, max), QPoint(min, max))),
          QRect(QPoint(max, min), QPoint(max, min))},
     };
-    for (const auto &row : rows) {
-        EXPECT_EQ(row.geometry.relativeTo(row.base).rect(), row.expected);
-        EXPECT_TRUE(row.geometry.relativeTo(row.base).isRelative());
+    for (const auto &[geometry, base, expected] : rows) {
+        EXPECT_EQ(geometry.relativeTo(base).rect(), expected);
+        EXPECT_TRUE(geometry.relativeTo(base).isRelative());
     }
     const ElementGeometry all(QRect(QPoint(min, min), QPoint(max, max)));
     EXPECT_EQ(all.width(), max);

@@ -104,17 +104,13 @@ TEST(XmlExportTest, WhatCantBeWrittenWholeIsAnError)
     EXPECT_FALSE(exporter.toXml(&buffer));
     EXPECT_EQ(exporter.errorText(), QLatin1String("Device is not writable!"));
     const QTemporaryDir dir;
-    const struct
-    {
-        QString file;
-        const char *text;
-    } rows[] = {
+    const std::pair<QString, const char *> rows[] = {
         {dir.filePath(QStringLiteral("no/%1 %2")), "Failed to open file '%1': No such file"},
         {QStringLiteral("/dev/full"), "Failed to write file '%1': No space left"},
     };
-    for (const auto &row : rows) {
-        EXPECT_FALSE(exporter.toXml(row.file));
-        const QString start = QString::fromLatin1(row.text).replace(QLatin1String("%1"), row.file);
+    for (const auto &[file, text] : rows) {
+        EXPECT_FALSE(exporter.toXml(file));
+        const QString start = QString::fromLatin1(text).replace(QLatin1String("%1"), file);
         EXPECT_EQ(exporter.errorText().left(start.size()), start);
     }
     EXPECT_TRUE(exporter.toXml(dir.filePath(QStringLiteral("ui"))));

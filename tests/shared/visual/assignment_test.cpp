@@ -155,16 +155,14 @@ ScoreMatrix randomMatrix(std::mt19937 &random, int largest, int lowest, int high
 
 TEST(Assignment, FindsTheLowestSumAndSettlesTiesByTheOrderOfItsSearch)
 {
-    const struct
-    {
-        int lowest, highest;
-    } ranges[] = {{-50, 50}, {0, 2}, {7, 7}, {0, 4000}, {-1000000000, 1000000000}, {65000, 66000}};
+    const std::pair<int, int> ranges[] = {
+        {-50, 50}, {0, 2}, {7, 7}, {0, 4000}, {-1000000000, 1000000000}, {65000, 66000}};
     std::mt19937 random(7);
-    for (const auto &range : ranges) {
+    for (const auto &[lowest, highest] : ranges) {
         for (int round = 0; round < 300; ++round) {
             // Sums are tried one by one where that takes no time.
             const int largest = round % 3 == 0 ? 30 : 6;
-            const ScoreMatrix matrix = randomMatrix(random, largest, range.lowest, range.highest);
+            const ScoreMatrix matrix = randomMatrix(random, largest, lowest, highest);
             const std::vector<int> found = cheapestAssignment(matrix);
             PlainMatching plain(matrix);
             ASSERT_EQ(found.size(), size_t(matrix.rows));
@@ -175,7 +173,7 @@ TEST(Assignment, FindsTheLowestSumAndSettlesTiesByTheOrderOfItsSearch)
                 sum += scoreAt(matrix, row, column);
             }
             // A row may only stay free at a price below that of all its columns.
-            if (largest == 6 && range.highest < unmatchedScore) {
+            if (largest == 6 && highest < unmatchedScore) {
                 ASSERT_EQ(sum, bestSum(matrix));
             }
         }

@@ -66,12 +66,7 @@ const char root = 5;
 TEST(CompoundFileTest, TheStreamIsFoundByItsNameOutsideOfEmbeddedDocuments)
 {
     const QByteArray a(2 * sectorSize, 'a');
-    const struct
-    {
-        const char *what;
-        QVector<Entry> entries;
-        QByteArray content;
-    } cases[] = {
+    const std::tuple<const char *, QVector<Entry>, QByteArray> cases[] = {
         {"alone", {{"Root", root, none, none, 1, 0}, {"Book", stream, none, none, none, 2}}, a},
         {"in capitals",
          {{"Root", root, none, none, 1, 0}, {"BOOK", stream, none, none, none, 2}},
@@ -101,9 +96,8 @@ TEST(CompoundFileTest, TheStreamIsFoundByItsNameOutsideOfEmbeddedDocuments)
          {{"Root", root, none, none, 1, 0}, {"Book", stream, 4, 0x80000000, none, 2}},
          a},
     };
-    for (const auto &row : cases)
-        EXPECT_EQ(readCompoundStream(compoundFile(row.entries), {"Workbook", "Book"}), row.content)
-            << row.what;
+    for (const auto &[what, entries, content] : cases)
+        EXPECT_EQ(readCompoundStream(compoundFile(entries), {"Workbook", "Book"}), content) << what;
 }
 
 TEST(CompoundFileTest, APartOfTheTableThatIsCutDoesNotMoveTheRest)

@@ -219,22 +219,18 @@ TEST_F(XlsRecordsTest, ARangeOfNumbersEndsWithItsRowAndTheLastOfTwoCellsCounts)
 
 TEST_F(XlsRecordsTest, TextsAreInTheCodePageOfTheFile)
 {
-    const struct
-    {
-        int codePage;
-        const char *bytes, *text;
-    } rows[] = {
+    const std::tuple<int, const char *, const char *> rows[] = {
         {437, "\x84", "\u00e4"},    {850, "\x84", "\u00e4"},     {852, "\x84", "\u00e4"},
         {865, "\x84", "\u00e4"},    {866, "\x84", "\u0414"},     {1251, "\xc4", "\u0414"},
         {1252, "\xe4", "\u00e4"},   {10000, "\x8a", "\u00e4"},   {0x8000, "\x8a", "\u00e4"},
         {0x8001, "\xe4", "\u00e4"}, {932, "\x82\xa0", "\u3042"},
     };
-    for (const auto &row : rows) {
-        const QByteArray bytes = row.bytes;
+    for (const auto &[codePage, encoded, given] : rows) {
+        const QByteArray bytes = encoded;
         const QByteArray text = cell(0x0204, 0, 0, word(bytes.size()) + bytes);
-        EXPECT_EQ(rowsOfStream(workbook(version5, record(0x0042, word(row.codePage)), text)),
-                  Rows{{QString::fromUtf8(row.text)}})
-            << row.codePage;
+        EXPECT_EQ(rowsOfStream(workbook(version5, record(0x0042, word(codePage)), text)),
+                  Rows{{QString::fromUtf8(given)}})
+            << codePage;
     }
     EXPECT_EQ(rowsOfStream(workbook(version5, record(0x0042, word(932)),
                                     cell(0x0204, 0, 0, word(4) + "\x82\xa0\x82") +

@@ -7,6 +7,8 @@
 
 #include <QTimeZone>
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 using namespace Morvex;
@@ -140,27 +142,25 @@ TEST(DatagramBufferTest, TheCutsBetweenReadsDoNotMatter)
 
 TEST(DatagramBufferTest, TheRunOfTheChildBecomesATestCase)
 {
-    struct Row
-    {
-        int retryOfChild, retriesLeft, expected;
-    };
-    for (const Row &row : {Row{-1, 0, 0}, Row{-1, 3, 3}, Row{5, 3, 5}}) {
+    using Row = std::array<int, 3>;
+    for (const auto &[retryOfChild, retriesLeft, expected] :
+         {Row{-1, 0, 0}, Row{-1, 3, 3}, Row{5, 3, 5}}) {
         auto *recorder = new RecordingGenerator;
         TestResult result(recorder);
         DatagramBuffer buffer;
         TestResult::Entry entry;
         entry.name = "tst_a";
-        entry.retry = row.retryOfChild;
+        entry.retry = retryOfChild;
         for (const auto type : {TestResult::START, TestResult::END}) {
             entry.type = type;
             const QByteArray datagram = datagramOf(entry);
             buffer.append(datagram.constData(), static_cast<std::size_t>(datagram.size()));
         }
-        buffer.convertToTestResults(&result, row.retriesLeft);
+        buffer.convertToTestResults(&result, retriesLeft);
         ASSERT_EQ(recorder->entries.size(), 2U);
         EXPECT_EQ(recorder->entries[0].type, TestResult::START_TEST_CASE);
         EXPECT_EQ(recorder->entries[0].info, "tst_a");
-        EXPECT_EQ(recorder->entries[0].retry, row.expected);
+        EXPECT_EQ(recorder->entries[0].retry, expected);
         EXPECT_EQ(recorder->entries[1].type, TestResult::END_TEST_CASE);
         EXPECT_FALSE(result.isStarted());
         EXPECT_FALSE(result.isComplete());

@@ -35,14 +35,6 @@ QJsonValue last(const QJsonArray &fields, LastField field)
     return fields.at(fields.size() - field);
 }
 
-TestResult::Entry startOfSuite()
-{
-    TestResult::Entry entry;
-    entry.type = TestResult::START;
-    entry.line = LineInfo("/suite", -1);
-    return entry;
-}
-
 // What a server gets of entries of a suite in "/suite", from the message after its start up to the
 // end of the upload.
 std::vector<QJsonArray> uploaded(const std::vector<TestResult::Entry> &entries)
@@ -52,9 +44,10 @@ std::vector<QJsonArray> uploaded(const std::vector<TestResult::Entry> &entries)
         QuillbaseReportGenerator::create(server.address(), TestReportGenerator::TEST_SUITE);
     EXPECT_EQ(created.error, "");
     std::unique_ptr<TestReportGenerator> generator(created.generator);
-    generator->handleEntry(startOfSuite());
-    for (const TestResult::Entry &entry : entries)
-        generator->handleEntry(entry);
+    TestResult::Entry start = entryOf(TestResult::START, "");
+    start.line = LineInfo("/suite", -1);
+    generator->handleEntry(start);
+    replay(entries, generator.get());
     generator.reset();
     std::vector<QJsonArray> messages = server.messages();
     messages.erase(messages.begin(), messages.begin() + 3);
@@ -90,25 +83,22 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
     const Row message{"", stack, result, table};
     const Row verification{script, stack, result, table};
     const Row capture{script, {0}, {"", "", -1}, video};
-    const std::map<TestResult::ResultType, Row> rows{
-        {TestResult::START_TEST_CASE, frame},
-        {TestResult::END_TEST_CASE, frame},
-        {TestResult::START_SECTION, frame},
-        {TestResult::END_SECTION, frame},
-        {TestResult::SKIP_SECTION, frame},
-        {TestResult::LOG, message},
-        {TestResult::FATAL, message},
-        {TestResult::ERROR, message},
-        {TestResult::WARNING, message},
-        {TestResult::PASS, verification},
-        {TestResult::FAIL, verification},
-        {TestResult::XFAIL, verification},
-        {TestResult::XPASS, verification},
+    std::map<TestResult::ResultType, Row> rows{
         {TestResult::ATTACHMENT,
          {script, {0}, {"screenshot", "", -1}, "^x-results:/.*/results/shot%201\\.png$"}},
         {TestResult::STARTVIDEOCAPTURE, capture},
         {TestResult::ENDVIDEOCAPTURE, capture},
     };
+    for (const auto type :
+         {TestResult::START_TEST_CASE, TestResult::END_TEST_CASE, TestResult::START_SECTION,
+          TestResult::END_SECTION, TestResult::SKIP_SECTION})
+        rows.emplace(type, frame);
+    for (const auto type :
+         {TestResult::LOG, TestResult::FATAL, TestResult::ERROR, TestResult::WARNING})
+        rows.emplace(type, message);
+    for (const auto type :
+         {TestResult::PASS, TestResult::FAIL, TestResult::XFAIL, TestResult::XPASS})
+        rows.emplace(type, verification);
     std::vector<TestResult::Entry> entries;
     for (const auto &[type, row] : rows)
         entries.push_back(fullEntry(type));
@@ -146,15 +136,8 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
 
 TEST(UploadMessageTest, TheKindOfAVerificationTellsWhereItIsAndWhatIsAttached)
 {
-    struct Row
-    {
-        int vpType;
-        QString kind, location;
-        int line;
-        QString resource;
-    };
     const QString point = "x-testsuite:/tst_a/points/VP1.xml";
-    const std::vector<Row> rows{
+    const std::vector<std::tuple<int, QString, QString, int, QString>> rows{
         {0, "scriptedVerificationResult", "x-testsuite:/tst_a/script.js", 12, ""},
         {1, "propertyVerificationResult", point, -1, ""},
         {2, "tableVerificationResult", point, -1, ""},
@@ -163,9 +146,9 @@ TEST(UploadMessageTest, TheKindOfAVerificationTellsWhereItIsAndWhatIsAttached)
         {9, "", "", -1, ""},
     };
     std::vector<TestResult::Entry> entries;
-    for (const Row &row : rows) {
+    for (const auto &row : rows) {
         TestResult::Entry entry = fullEntry(TestResult::FAIL);
-        entry.vpType = static_cast<TestResult::VPType>(row.vpType);
+        entry.vpType = static_cast<TestResult::VPType>(std::get<0>(row));
         entry.tableDiff.clear();
         entry.details = "Saved as '/failed/a.png'. Screenshot in \"/shots/b.png\"";
         entries.push_back(entry);
@@ -173,11 +156,12 @@ TEST(UploadMessageTest, TheKindOfAVerificationTellsWhereItIsAndWhatIsAttached)
     const std::vector<QJsonArray> messages = uploaded(entries);
     ASSERT_EQ(messages.size(), rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        EXPECT_EQ(last(messages[i], Kind), rows[i].kind);
-        EXPECT_EQ(last(messages[i], Location), rows[i].location);
-        EXPECT_EQ(last(messages[i], LocationLine), rows[i].line);
-        EXPECT_TRUE(last(messages[i], Resource).toString().endsWith(rows[i].resource));
-        EXPECT_EQ(last(messages[i], Resource).toString().isEmpty(), rows[i].resource.isEmpty());
+        const auto &[vpType, kind, location, line, resource] = rows[i];
+        EXPECT_EQ(last(messages[i], Kind), kind);
+        EXPECT_EQ(last(messages[i], Location), location);
+        EXPECT_EQ(last(messages[i], LocationLine), line);
+        EXPECT_TRUE(last(messages[i], Resource).toString().endsWith(resource));
+        EXPECT_EQ(last(messages[i], Resource).toString().isEmpty(), resource.isEmpty()) << vpType;
         EXPECT_TRUE(last(messages[i], Screenshot).toString().endsWith("/shots/b.png"));
     }
 }
@@ -274,13 +258,8 @@ TEST(UploadMessageTest, FilesFollowTheirEntryUnderItsName)
 
 TEST(UploadMessageTest, TheAddressTellsProjectTokenLabelsAndBatch)
 {
-    struct Row
-    {
-        QString text;
-        // What is connected to and the fields of the session; or what the error holds.
-        QString result;
-    };
-    const std::vector<Row> rows{
+    // What is connected to and the fields of the session; or what the error holds.
+    const std::pair<QString, QString> rows[] = {
         {"h/project/foo?token=t", "ws://h:80 foo|t||"},
         {"h:81/a/b/project/foo?token=t", "ws://h:81/a/b foo|t||"},
         {"https://h/project/foo?token=", "wss://h:443 foo|||"},
@@ -296,17 +275,17 @@ TEST(UploadMessageTest, TheAddressTellsProjectTokenLabelsAndBatch)
         {"h?token=t", "invalid URI path (missing project)"},
         {"h/project/foo?Token=t", "missing upload token\n\tFormat: "},
     };
-    for (const Row &row : rows) {
+    for (const auto &[text, wanted] : rows) {
         QUrl url;
         UploadAddress address;
-        QString result = parseUploadUrl(row.text, &url);
+        QString result = parseUploadUrl(text, &url);
         if (result.isEmpty())
             result = parseUploadTarget(url, &address);
         if (result.isEmpty())
             result = QString("%1 %2|%3|%4|%5")
                          .arg(address.url.toString(), address.project, address.token,
                               address.labels.join(','), address.batch);
-        EXPECT_TRUE(result.contains(row.result)) << result.toStdString();
+        EXPECT_TRUE(result.contains(wanted)) << result.toStdString();
     }
 }
 

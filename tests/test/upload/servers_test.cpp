@@ -156,42 +156,36 @@ TEST_F(UploadTest, AServerThatIsNotThereStopsTheRunBeforeItStarts)
 // The waits of a user, each too long for all tests.
 TEST_F(UploadTest, EachWaitHasItsBound)
 {
-    struct Row
-    {
-        const char *behaviour;
-        TestResult::ResultType type;
-        int entries, textSize, milliseconds;
-    };
-    const std::vector<Row> rows{
+    const std::tuple<const char *, TestResult::ResultType, int, int, int> rows[] = {
         {"mute", TestResult::NONE, 0, 0, 5000},
         {"stall", TestResult::LOG, 8, 20000000, 5000},
         // A coarse timer may be a twentieth too early.
         {"never", TestResult::END_TEST_CASE, 1, 0, 14250},
         {"never", TestResult::NONE, 0, 0, 30000},
     };
-    for (const Row &row : rows) {
+    for (const auto &[behaviour, type, entries, textSize, milliseconds] : rows) {
         QuillbasePrivate::defaultWaits = {};
-        if (row.entries > 0)
+        if (entries > 0)
             QuillbasePrivate::defaultWaits.done = 100;
-        const UploadServer server(row.behaviour);
+        const UploadServer server(behaviour);
         QElapsedTimer timer;
         timer.start();
         std::unique_ptr<TestReportGenerator> generator(
             QuillbaseReportGenerator::create(server.address(), TestReportGenerator::TEST_SUITE)
                 .generator);
-        TestResult::Entry entry = fullEntry(row.type);
-        entry.details = QString(row.textSize, 'x');
-        for (int i = 0; i < row.entries; ++i) {
+        TestResult::Entry entry = fullEntry(type);
+        entry.details = QString(textSize, 'x');
+        for (int i = 0; i < entries; ++i) {
             // Until nothing more fits between the two processes.
-            if (i > 0 && i == row.entries - 1)
+            if (i > 0 && i == entries - 1)
                 QThread::sleep(2);
             generator->handleEntry(entry);
         }
         generator.reset();
         const qint64 elapsed = timer.elapsed();
-        EXPECT_GE(elapsed, row.milliseconds) << row.behaviour;
+        EXPECT_GE(elapsed, milliseconds) << behaviour;
         // Each entry may wait once. The rest is far more than a busy machine takes beside it.
-        EXPECT_LE(elapsed, row.milliseconds * std::max(1, row.entries) + 15000) << row.behaviour;
+        EXPECT_LE(elapsed, milliseconds * std::max(1, entries) + 15000) << behaviour;
     }
 }
 

@@ -60,11 +60,7 @@ TEST_F(PropertyVPTest, ValuesAreComparedByTheTypeInTheFile)
     number.setDecimals(2);
     window.setFixedSize(200, 100);
     edit.setText(QString::fromUtf8("\xc3\xa4<&'"));
-    const struct
-    {
-        const char *object, *property, *type, *value;
-        bool isEqual;
-    } rows[] = {
+    const std::tuple<const char *, const char *, const char *, const char *, bool> rows[] = {
         {"box", "checked", "bool", "TRUE", true},
         {"box", "checked", "bool", "1", false},
         {"box", "checked", "string", "true", true},
@@ -86,24 +82,20 @@ TEST_F(PropertyVPTest, ValuesAreComparedByTheTypeInTheFile)
         {"edit", "parent.objectName", "string", "window", true},
         {"window", "", "string", "{name='window' type='QWidget'}", true},
     };
-    for (const auto &row : rows) {
-        const QString result = resultOf(check(row.object, row.property, row.type, row.value));
-        EXPECT_TRUE(result.startsWith(row.isEqual ? "PASS " : "FAIL "))
-            << row.object << " " << row.property << " " << row.value << result.toStdString();
-        EXPECT_TRUE(result.endsWith(
-            QString("' and '%1' are %2")
-                .arg(QString::fromUtf8(row.value), row.isEqual ? "equal" : "not equal")))
+    for (const auto &[object, property, type, value, isEqual] : rows) {
+        const QString result = resultOf(check(object, property, type, value));
+        EXPECT_TRUE(result.startsWith(isEqual ? "PASS " : "FAIL "))
+            << object << " " << property << " " << value << result.toStdString();
+        EXPECT_TRUE(
+            result.endsWith(QString("' and '%1' are %2")
+                                .arg(QString::fromUtf8(value), isEqual ? "equal" : "not equal")))
             << result.toStdString();
     }
 }
 
 TEST_F(PropertyVPTest, WhatCantBeComparedIsAnErrorWhateverIsExpected)
 {
-    const struct
-    {
-        QByteArray element;
-        QString result;
-    } rows[] = {
+    const std::pair<QByteArray, QString> rows[] = {
         {"<Verification object='edit' property='text' xfail='true'>plain</Verification>",
          "ERROR vp: Could not read property value|Value for property 'text' not readable"},
         {check("nothing", "text", "", "", "xfail='true'"),
@@ -116,8 +108,8 @@ TEST_F(PropertyVPTest, WhatCantBeComparedIsAnErrorWhateverIsExpected)
          "ERROR vp: Error doing object property comparison|Comparison failed because invalid test "
          "data record was passed for a data field"},
     };
-    for (const auto &row : rows)
-        EXPECT_EQ(resultOf(row.element), row.result);
+    for (const auto &[element, result] : rows)
+        EXPECT_EQ(resultOf(element), result);
 }
 
 TEST_F(PropertyVPTest, VersionOneHasItsValueAsPlainText)

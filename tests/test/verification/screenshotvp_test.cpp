@@ -139,13 +139,7 @@ TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
     const QString same = "PASS Screenshots are considered identical";
     const QString different = "FAIL Screenshots do not match";
     const QImage base = plain(size);
-    const struct
-    {
-        const char *what;
-        QImage stored;
-        QByteArray rest;
-        bool isSame;
-    } rows[] = {
+    const std::tuple<const char *, QImage, QByteArray, bool> rows[] = {
         {"equal", base, "", true},
         {"inner pixel", withPixel(base, 5, 5), "", false},
         {"left edge", withPixel(base, 0, 5), "", true},
@@ -172,10 +166,10 @@ TEST_F(ScreenshotVPTest, MasksDecideWhichPixelsCount)
         {"longer than any screen", plain({7000000, 1}), masks(rect("positive", 0, 0, 1, 1)), false},
         {"no picture", QImage(), "", false},
     };
-    for (const auto &row : rows) {
-        const QString outcome = outcomeOf(element(row.stored, row.rest));
-        EXPECT_TRUE(row.isSame ? outcome == same : outcome.startsWith(different + ". "))
-            << row.what << ": " << outcome.toStdString();
+    for (const auto &[what, stored, rest, isSame] : rows) {
+        const QString outcome = outcomeOf(element(stored, rest));
+        EXPECT_TRUE(isSame ? outcome == same : outcome.startsWith(different + ". "))
+            << what << ": " << outcome.toStdString();
     }
 }
 
@@ -287,12 +281,7 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
 {
     const QString program = path("prefix/bin/");
     const QByteArray noMask = masks("");
-    const struct
-    {
-        const char *name, *script;
-        QByteArray mask, children;
-        QString start;
-    } rows[] = {
+    const std::tuple<const char *, const char *, QByteArray, QByteArray, QString> rows[] = {
         {"agrees", "echo fine; echo noise >&2", noMask, "", "PASS fine\n"},
         {"reads", "cat; echo read", noMask, "", "PASS read\n"},
         {"cut", "printf 'seen\\0unseen'", noMask, "", "PASS seen"},
@@ -311,14 +300,13 @@ TEST_F(ScreenshotVPTest, AComparisonApplicationDecides)
         {"strict", nullptr, noMask, "", "FAIL Screenshots do not match. "},
     };
     const QImage other = withPixel(plain(size), 5, 5);
-    for (const auto &row : rows) {
-        if (row.script)
-            addComparator(row.name, row.script);
-        const QString outcome = outcomeOf(element(other, row.mask + "<Algorithm name='" + row.name +
-                                                             "'>" + row.children + "</Algorithm>"));
-        EXPECT_TRUE(outcome.startsWith(row.start)) << outcome.toStdString();
-        EXPECT_TRUE(row.start.startsWith("FAIL") || row.start.endsWith(": ") ||
-                    outcome == row.start);
+    for (const auto &[name, script, mask, children, start] : rows) {
+        if (script)
+            addComparator(name, script);
+        const QString outcome = outcomeOf(
+            element(other, mask + "<Algorithm name='" + name + "'>" + children + "</Algorithm>"));
+        EXPECT_TRUE(outcome.startsWith(start)) << outcome.toStdString();
+        EXPECT_TRUE(start.startsWith("FAIL") || start.endsWith(": ") || outcome == start);
     }
     EXPECT_TRUE(outcomeOf(element(other, noMask + "<Algorithm name='agrees'/>"),
                           "version='2' type='Screenshot'")

@@ -3,7 +3,6 @@
 #include "support/filesizelimit.h"
 #include "support/runs.h"
 #include "support/test.h"
-#include "test/htmlreportgenerator.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -30,14 +29,8 @@ QByteArray dataFileOf(int runs)
     writeFile(dir.filePath("lib/webreport/index.html"), "page");
     std::vector<TestResult::Entry> entries = sampleRun();
     entries[2].message = QString::fromUtf8("ä \U0001F600 \"]}\\ data.push( {\"version\" );\n\n");
-    for (int i = 0; i < runs; ++i) {
-        QString resultDir;
-        const std::unique_ptr<TestReportGenerator> generator(
-            HtmlReportGenerator::create(dir.filePath("report"), TestReportGenerator::TEST_SUITE,
-                                        &resultDir)
-                .generator);
-        replay(entries, generator.get());
-    }
+    for (int i = 0; i < runs; ++i)
+        replay(entries, makeReport("html," + dir.filePath("report")).get());
     return readFile(dir.filePath("report/data/results-v1.js"));
 }
 
