@@ -244,6 +244,13 @@ bool isNumber(const QString &argument)
     });
 }
 
+// What says what to do needs something to do it with.
+bool needsValue(const Option &option)
+{
+    return option.takes == Takes::Value ||
+           (option.takes == Takes::Rest && option.section == Section::Information);
+}
+
 class Parser
 {
 public:
@@ -288,7 +295,9 @@ private:
             m_result.error = QStringLiteral("unknown option '%1'").arg(name);
             return;
         }
-        if (equals < 0)
+        if (equals < 0 && m_next == m_arguments.size() && needsValue(*option))
+            m_result.error = name + QStringLiteral(" needs a value");
+        else if (equals < 0)
             takeArguments(*option);
         else if (option->takes == Takes::Nothing)
             m_result.error = name + QStringLiteral(" takes no value");
@@ -310,11 +319,7 @@ private:
             set(option, QString());
             break;
         case Takes::Value:
-            if (m_next < m_arguments.size())
-                set(option, m_arguments.at(m_next++));
-            else
-                m_result.error =
-                    QStringLiteral("%1 needs a value").arg(QString::fromLatin1(option.name));
+            set(option, m_arguments.at(m_next++));
             break;
         case Takes::OptionalNumber:
             set(option, m_next < m_arguments.size() && isNumber(m_arguments.at(m_next))

@@ -232,12 +232,16 @@ TEST_F(JavaScriptObjectMapTest, ANameWithinAMigratedNameIsNotFoundByTheKeysOfThe
                                    marker);
     runner.addFile("objects.map", ":btn\t{text='b' container={type='X' window=':main'}}\n"
                                   ":ok\t{text='Yes' window=':main'}\n"
-                                  ":main\t{type='QMainWindow'}\n");
+                                  ":main\t{type='QMainWindow'}\n"
+                                  ":padded\t{text=' Yes ' container=':ok'}\n");
     EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
     const QByteArray code = readFile(runner.suitePath() + "/names.js");
     EXPECT_TRUE(code.contains("\nnames.main_2 = {type: \"QMainWindow\"};\n")) << code.toStdString();
     EXPECT_FALSE(code.contains("container: names.inner}")) << code.toStdString();
     EXPECT_TRUE(code.contains("{text: \"Yes\", window: names.main_2};\n")) << code.toStdString();
+    // What refers to others, within a name too, is known the next time.
+    EXPECT_EQ(runner.runSuite({"--migrate-names"}).status, 0);
+    EXPECT_EQ(readFile(runner.suitePath() + "/names.js"), code);
 }
 
 TEST_F(JavaScriptObjectMapTest, ASerializedMapKeepsItsNames)
