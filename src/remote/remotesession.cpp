@@ -138,11 +138,10 @@ bool RemoteSession::send(const QByteArray &request, int timeout)
 RemoteSession::Reply RemoteSession::waitForAnswer(const Message &request, int timeout)
 {
     Message answer;
-    m_isBehind = true;
     MessageChannel::Outcome outcome = waitForMessage(request.number, timeout, &answer);
     if (outcome == MessageChannel::TimedOut) {
         const bool isAgentThere = isPonged(request.number, &answer);
-        outcome = m_isBehind ? outcome : MessageChannel::Received;
+        outcome = isBehind() ? outcome : MessageChannel::Received;
         if (outcome == MessageChannel::TimedOut && m_failure.isEmpty())
             return {silence(timeout, isAgentThere), {}};
     }
@@ -188,7 +187,6 @@ MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeou
                 return MessageChannel::Broken;
             // That of a request which was given up may still come.
             if (isAnswer(message) && message.number == number) {
-                m_isBehind = false;
                 *answer = message;
                 return MessageChannel::Received;
             }
@@ -243,6 +241,17 @@ bool RemoteSession::isPonged(quint32 number, Message *answer)
     if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
         lose(outcome);
     return m_hasPonged;
+}
+
+bool RemoteSession::catchUp(int timeout)
+{
+    Message answer;
+    if (m_failure.isEmpty() && isBehind()) {
+        const MessageChannel::Outcome outcome = waitForMessage(m_lastNumber, timeout, &answer);
+        if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
+            lose(outcome);
+    }
+    return m_failure.isEmpty() && !isBehind();
 }
 
 void RemoteSession::update()

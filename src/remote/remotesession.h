@@ -86,7 +86,9 @@ public:
     /// The usage that an application has sent at its end, as "dumpUsage" answers; null for none.
     QByteArray lastUsage() const { return m_lastUsage; }
     /// Whether the application has not come to what it was asked for last.
-    bool isBehind() const { return m_isBehind; }
+    bool isBehind() const { return m_unanswered.contains(m_lastNumber); }
+    /// Waits up to so many milliseconds for it to come to that. False when it does not.
+    bool catchUp(int timeout);
 
     /// Takes what came meanwhile, which is no more than was asked for; an end of the connection is
     /// known after that.
@@ -132,7 +134,6 @@ private:
     bool m_isRecording = false;
     QVariantList m_recorded;
     bool m_hasPonged = false;
-    bool m_isBehind = false;
     bool m_isEndMet = false;
     bool m_isClosed = false;
 };
