@@ -127,7 +127,7 @@ public:
 } // namespace
 } // namespace Morvex
 
-extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess()
+extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess2()
 {
     static auto *const access = new Morvex::QuickAccess;
     return access;

@@ -1,27 +1,24 @@
 #include "qtbackend/sceneaccess.h"
 
-#include <QFile>
-#include <QFileInfo>
-
 #include <dlfcn.h>
 #include <link.h>
 
 namespace Morvex {
 namespace {
 
-// Two directories up from a plugin of the agent; beside any other library.
-QByteArray libraryPath()
+// Never freed: the application may ask for items up to its very end.
+QByteArray &libraryDirectory()
 {
-    Dl_info own = {};
-    if (::dladdr(reinterpret_cast<void *>(&libraryPath), &own) == 0)
-        return {};
-    const QString directory = QFileInfo(QFile::decodeName(own.dli_fname)).absolutePath();
-    return QFile::encodeName(directory + QLatin1String("/../morvexquick.so"));
+    static auto *const directory = new QByteArray;
+    return *directory;
 }
 
 SceneAccess *load()
 {
-    void *library = ::dlopen(libraryPath().constData(), RTLD_NOW | RTLD_LOCAL);
+    if (libraryDirectory().isEmpty())
+        return nullptr;
+    const QByteArray path = libraryDirectory() + "/morvexquick.so";
+    void *library = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
     const auto make =
         library ? reinterpret_cast<SceneAccessFunction>(::dlsym(library, sceneAccessFunctionName))
                 : nullptr;
@@ -61,6 +58,11 @@ bool hasQuickCome()
 }
 
 } // namespace
+
+void SceneAccess::setLibraryDirectory(const QByteArray &directory)
+{
+    libraryDirectory() = directory;
+}
 
 SceneAccess *SceneAccess::self()
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "morvex_qtbackend_export.h"
+
 #include <QImage>
 #include <QObjectList>
 #include <QPoint>
@@ -20,6 +22,9 @@ public:
     /// Null as long as no library of Qt Quick is in the process. Looks again when the process has
     /// loaded another one.
     static SceneAccess *self();
+
+    /// Where that library is; without it there are no items.
+    MORVEX_QTBACKEND_EXPORT static void setLibraryDirectory(const QByteArray &directory);
 
     virtual bool isItem(const QObject *object) const = 0;
     /// The item of a window in which all others are; null for any other object.
@@ -48,8 +53,9 @@ public:
     virtual QImage grab(const QObject *itemOrWindow) const = 0;
 };
 
-/// The entry of that library.
+/// The entry of that library. Its name changes with the interface: programs that link the agent may
+/// have that of another version.
 using SceneAccessFunction = SceneAccess *(*)();
-inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess";
+inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess2";
 
 } // namespace Morvex

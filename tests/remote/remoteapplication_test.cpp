@@ -153,9 +153,10 @@ TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
 
 TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesToIt)
 {
+    options.timeout = 200000;
     auto application = start({"/bin/sh", "-c",
                               "mkdir \"$HOME/d\"; touch \"$HOME/d/f\"; chmod 0 \"$HOME/d\";"
-                              "yes | head -c 300000000; printf end; echo warning >&2;"
+                              "yes | head -c 2200000000; printf end; echo warning >&2;"
                               "exec \"$0\" >&- 2>&-",
                               MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
@@ -226,17 +227,51 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
          "is running: no Qt is loaded"},
+        {{MORVEX_QUICK_PROGRAM, "return"},
+         "ended with status 5 before it could be tested; the white list does not name "
+         "'quick_program'"},
         {{MORVEX_AWKWARD_PROGRAM, "return"}, "ended with status 5"},
-        {{MORVEX_INVENTORY_PROGRAM}, "it is running: it is made with Qt 5.15"},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 10 seconds"},
     };
     options.whiteList = QStringList{"awkward_program", "other"};
     for (const auto &row : rows) {
         // It has to come as far as that, however slow the machine is.
-        options.timeout = row.command.contains("sleep") ? 10000 : 1000;
+        const bool hasQt = row.command.contains("sleep");
+        options.timeout = hasQt ? 10000 : row.command.contains("60") ? 1000 : 60000;
         EXPECT_EQ(start(row.command), nullptr) << row.error;
         EXPECT_TRUE(error.contains(row.error)) << error.toStdString();
         EXPECT_EQ(temporaryDirectories(), QStringList()) << row.error;
+    }
+}
+
+TEST_F(RemoteApplicationTest, AnAgentThatCantBeLoadedSaysWhy)
+{
+    const QString agent = dir.filePath("prefix/lib/agent/");
+    writeFile(agent + "generic/morvexagent.so", "no library");
+    for (const QString file : {"morvexpreload.so", "morvexwatcher"})
+        QFile::link(MORVEX_TEST_PREFIX "/lib/agent/" + file, agent + file);
+    options.command = QStringList{MORVEX_AWKWARD_PROGRAM, "return"};
+    options.prefix = dir.filePath("prefix");
+    EXPECT_EQ(RemoteApplication::start(options, &error), nullptr);
+    EXPECT_TRUE(error.contains("ended with status 5 before it could be tested; its standard "
+                               "error ends with 'the agent can't be loaded: " +
+                               agent + "generic/morvexagent.so: "))
+        << error.toStdString();
+}
+
+TEST_F(RemoteApplicationTest, AProgramThatLinksTheAgentIsUsedWhateverElseGetsIntoIt)
+{
+    const QStringList kept{"/usr/bin/env", "-u", "LD_PRELOAD", "-u", "QT_PLUGIN_PATH"};
+    for (const QStringList &command : {kept, QStringList()}) {
+        auto application = start(command + QStringList{MORVEX_QUICK_PROGRAM});
+        ASSERT_NE(application, nullptr) << error.toStdString();
+        RemoteInspector *inspector = application->inspector();
+        // Items of Qt Quick are found by a library of the installation.
+        EXPECT_TRUE(inspector->waitForObject("{name='label' container='inView'}", 5000, &error))
+            << error.toStdString();
+        EXPECT_TRUE(inspector->findObject("{name='window' hasClipboard='true'}", &error))
+            << error.toStdString();
+        EXPECT_EQ(application->contexts().size(), 1);
     }
 }
 
