@@ -9,6 +9,8 @@
 namespace Morvex {
 namespace {
 
+// More than anybody does before it is taken.
+const int maxRecorded = 20000;
 const int sendTimeoutMs = 10000;
 const qint64 pongTimeoutMs = 1000;
 // More at once are sent with the next request.
@@ -158,6 +160,17 @@ QString RemoteSession::silence(int timeout, bool isAgentThere)
     return m_describeSilence ? text + m_describeSilence(isAgentThere) : text;
 }
 
+QString RemoteSession::record()
+{
+    m_isRecording = true;
+    return request(Message::Record, {}).error;
+}
+
+QVariantList RemoteSession::takeRecorded()
+{
+    return std::exchange(m_recorded, {});
+}
+
 // The answer to the request of that number, or that to a ping, which is empty.
 MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeout, Message *answer)
 {
@@ -193,6 +206,10 @@ bool RemoteSession::take(const Message &message)
     if (message.type == Message::Pong) {
         m_hasPonged = true;
         return m_unansweredPings.remove(message.number);
+    }
+    if (message.type == Message::Recorded) {
+        m_recorded += message.values;
+        return m_isRecording && m_recorded.size() <= maxRecorded;
     }
     return isAnswer(message) && m_unanswered.remove(message.number);
 }

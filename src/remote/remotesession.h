@@ -63,6 +63,11 @@ public:
     /// @p duration is how long what is asked for takes by itself, in milliseconds.
     Reply request(Message::Operation operation, const QVariantList &values, int duration = 0);
 
+    /// Lets the application report what its user does. Returns an error text, empty on success.
+    [[nodiscard]] QString record();
+    /// What came since the last call, in the order in which it was done; see update.
+    QVariantList takeRecorded();
+
     /// Lets go of what the agent holds under this handle; not at once.
     void release(quint32 handle);
 
@@ -126,6 +131,8 @@ private:
     QString m_lastError;
     int m_byes = 0;
     QByteArray m_lastUsage;
+    bool m_isRecording = false;
+    QVariantList m_recorded;
     bool m_hasPonged = false;
     bool m_isEndMet = false;
     bool m_isClosed = false;
