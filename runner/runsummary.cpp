@@ -42,8 +42,7 @@ void printSlowest(const RunOutcome &outcome)
     QStringList shown;
     for (const RunOutcome::Duration &slow : outcome.slowest(slowestShown)) {
         if (slow.milliseconds >= slowMilliseconds)
-            shown +=
-                QStringLiteral("%1 (%2 s)").arg(slow.testCase, inSeconds(slow.milliseconds));
+            shown += QStringLiteral("%1 (%2 s)").arg(slow.testCase, inSeconds(slow.milliseconds));
     }
     if (!shown.isEmpty())
         printMessage(QLatin1String("slowest: ") + shown.join(QLatin1String(", ")));
