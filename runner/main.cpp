@@ -4,6 +4,7 @@
 #include "runner/messages.h"
 #include "runner/migratenames.h"
 #include "runner/processsetup.h"
+#include "runner/recordtestcase.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
 #include "runner/uicoverage.h"
@@ -94,6 +95,8 @@ int run(const RunnerOptions &options)
         return migrateNames(options);
     case RunnerOptions::Action::Inspect:
         return inspectProgram(options);
+    case RunnerOptions::Action::Record:
+        return recordTestCase(options);
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:
         break;

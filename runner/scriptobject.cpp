@@ -183,6 +183,11 @@ void ScriptObject::useMouse(const QString &gesture, const QVariantMap &options)
     call(QStringLiteral("useMouse"), {gesture, options}, nullptr);
 }
 
+void ScriptObject::close()
+{
+    call(QStringLiteral("closeWindow"), {}, nullptr);
+}
+
 void ScriptObject::type(const QString &text)
 {
     call(QStringLiteral("typeText"), {text}, nullptr);

@@ -146,6 +146,10 @@ export default function (application, nameFunctions, helpers) {
             refuseMore(arguments, 1, "type takes the keys in one text");
             this.source.type(text(keys));
         },
+        close: function () {
+            refuseMore(arguments, 0, "close takes nothing");
+            this.source.close();
+        },
         exists: function () {
             return this.source.exists();
         },

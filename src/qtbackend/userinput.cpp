@@ -248,6 +248,26 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
 
 } // namespace
 
+QString closeWindow(QObject *object, InputSequence &input)
+{
+    QWindow *shown = qobject_cast<QWindow *>(object);
+    if (object->isWidgetType())
+        shown = static_cast<QWidget *>(object)->window()->windowHandle();
+    else if (isSceneItem(object))
+        shown = SceneAccess::self()->windowOf(object);
+    const QString error = object->isWindowType() ? QString() : whyBlocked(object);
+    if (!error.isEmpty())
+        return error;
+    if (!shown || !shown->isVisible())
+        return QStringLiteral("there is no window to be closed");
+    input.add([window = QPointer<QWindow>(shown)] {
+        if (window)
+            window->close();
+        return QString();
+    });
+    return {};
+}
+
 QString useMouse(const MouseUse &use, InputSequence &input)
 {
     QString error;
