@@ -16,7 +16,7 @@ bool isPopupModal(const QQuickItem *popupItem)
            popupItem->parent()->property("modal").toBool();
 }
 
-// Texts want the mouse for links in them. What lies above all for popups holds the mouse up for
+// Texts want the mouse for links in them. What is above all for popups holds the mouse up for
 // those that are modal.
 bool takesMouse(const QQuickItem *item)
 {
@@ -38,9 +38,9 @@ QList<QQuickItem *> topmostFirst(const QQuickItem *item)
 {
     QList<QQuickItem *> items = item->childItems();
     std::reverse(items.begin(), items.end());
-    std::stable_sort(items.begin(), items.end(), [](const QQuickItem *one, const QQuickItem *other) {
-        return one->z() > other->z();
-    });
+    std::stable_sort(
+        items.begin(), items.end(),
+        [](const QQuickItem *one, const QQuickItem *other) { return one->z() > other->z(); });
     return items;
 }
 
