@@ -14,6 +14,9 @@ namespace {
 // As long as find and item wait by themselves.
 const int defaultWaitMs = 10000;
 
+// Users look at what has come to rest, a script comes at once.
+const int pointRetryMs = 5000;
+
 // What is shorter is printed as no time at all.
 const int shortestSnoozeMs = 50;
 
@@ -265,6 +268,7 @@ QString pointCode(const EventData &event, const QString &objectName)
     if (parts.plain.size() < 2)
         return {};
     QMap<QString, QString> options{{QStringLiteral("object"), objectName},
+                                   {QStringLiteral("retry"), QString::number(pointRetryMs)},
                                    {QStringLiteral("type"), argumentCode(parts.plain[1])}};
     const Arguments properties(parts.plain.begin() + 2, parts.plain.end());
     if (!properties.empty())

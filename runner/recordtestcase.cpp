@@ -7,6 +7,7 @@
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/recordedactions.h"
+#include "runner/recordedpoint.h"
 #include "runner/recordedtestcase.h"
 #include "runner/recordingjournal.h"
 #include "runner/runneroptions.h"
@@ -17,6 +18,7 @@
 #include "test/testsuite.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QThread>
 
 #include <cstdio>
@@ -38,9 +40,11 @@ int unusable(const QString &error)
 class Recording
 {
 public:
-    Recording(Applications *applications, RecordingJournal *journal)
+    Recording(Applications *applications, RecordingJournal *journal,
+              const QString &testCaseDirectory)
         : m_applications(applications)
         , m_journal(journal)
+        , m_pointDirectory(testCaseDirectory + QLatin1String("/points/"))
     {
     }
 
@@ -96,8 +100,44 @@ private:
         for (const QVariant &entry : session.takeRecorded()) {
             QVariantMap action = entry.toMap();
             action[QStringLiteral("context")] = id;
+            if (action.value(QStringLiteral("what")) == QLatin1String("point"))
+                makePoint(id, &action);
             add(action);
         }
+    }
+
+    // At once: later the object looks different. One that can't be made is left out.
+    void makePoint(int id, QVariantMap *action)
+    {
+        const PointRequest request{action->value(QStringLiteral("object")).toString(),
+                                   action->value(QStringLiteral("type")).toString(),
+                                   action->value(QStringLiteral("properties")).toStringList()};
+        const QString name = pointName(request.type);
+        m_applications->setCurrent(id);
+        const QString error =
+            makeRecordedPoint(m_pointDirectory + name + QLatin1String(".xml"), request);
+        printMessage(error.isEmpty()
+                         ? QStringLiteral("verification point '%1' was made").arg(name)
+                         : QStringLiteral("the verification point was not made: %1").arg(error));
+        action->insert(QStringLiteral("name"), name);
+        if (!error.isEmpty())
+            action->insert(QStringLiteral("what"), QStringLiteral("nothing"));
+    }
+
+    // One that no file has.
+    QString pointName(const QString &type) const
+    {
+        static const QHash<QString, QString> words{
+            {QStringLiteral("ObjectProperties"), QStringLiteral("properties")},
+            {QStringLiteral("Table"), QStringLiteral("table")},
+            {QStringLiteral("Screenshot"), QStringLiteral("picture")},
+            {QStringLiteral("Visual"), QStringLiteral("look")}};
+        const QString word = words.value(type, QStringLiteral("point"));
+        int number = 1;
+        while (QFileInfo::exists(
+            QStringLiteral("%1%2_%3.xml").arg(m_pointDirectory, word, QString::number(number))))
+            ++number;
+        return QStringLiteral("%1_%2").arg(word, QString::number(number));
     }
 
     void add(const QVariantMap &action)
@@ -109,6 +149,7 @@ private:
 
     Applications *m_applications;
     RecordingJournal *m_journal;
+    const QString m_pointDirectory;
     std::map<int, std::shared_ptr<RemoteInspector>> m_inspectors;
     QString m_error;
 };
@@ -198,7 +239,7 @@ private:
         printMessage(QStringLiteral("recording %1: use the application, and end it or press Ctrl+C "
                                     "here when you are done")
                          .arg(m_options.recordedTestCase));
-        Recording recording(applications, &m_journal);
+        Recording recording(applications, &m_journal, m_testCase.directory());
         *error = recording.run(cancellation);
         return recording.death();
     }

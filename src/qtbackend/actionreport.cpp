@@ -22,9 +22,9 @@ ActionReport::ActionReport(QtModel &model, const Sink &sink)
 {
 }
 
-QString ActionReport::nameOf(const QObject *object) const
+QString ActionReport::nameOf(const QObject *object, bool isTextKept) const
 {
-    return object ? NameResolver(m_model).steadyName(object) : QString();
+    return object ? NameResolver(m_model).steadyName(object, isTextKept) : QString();
 }
 
 int ActionReport::add(const QString &what, const QString &objectName, const QVariantMap &more)

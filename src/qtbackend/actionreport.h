@@ -19,7 +19,8 @@ public:
 
     ActionReport(QtModel &model, const Sink &sink);
 
-    QString nameOf(const QObject *object) const;
+    /// @p isTextKept is whether what the object shows may be a part of its name.
+    QString nameOf(const QObject *object, bool isTextKept = true) const;
 
     /// Returns the number of the action, which is never 0.
     int add(const QString &what, const QString &objectName, const QVariantMap &more = {});

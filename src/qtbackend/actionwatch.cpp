@@ -26,6 +26,7 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
     , m_mouse(m_report)
     , m_keys(m_report)
+    , m_points(m_report)
 {
     QCoreApplication::instance()->installEventFilter(this);
 }
@@ -51,6 +52,10 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     default:
         return false;
     }
+    if (isForPoints(receiver, event))
+        return PointMenu::isOpenedBy(*static_cast<QKeyEvent *>(event));
+    if (m_points.owns(receiver))
+        return false;
     if (receiver->isWindowType())
         filterForWindow(static_cast<QWindow *>(receiver), event);
     else if (event->type() == QEvent::Shortcut)
@@ -115,6 +120,24 @@ void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
     default:
         break;
     }
+}
+
+// The keys are none of the application. Those in the open menu are.
+bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
+{
+    const bool isKey =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (!isKey || !receiver->isWindowType())
+        return false;
+    auto *key = static_cast<QKeyEvent *>(event);
+    if (!PointMenu::isOpenedBy(*key))
+        return m_points.isOpen();
+    if (!m_keys.isKnown(*key)) {
+        settle();
+        QMetaObject::invokeMethod(
+            this, [this] { m_points.open(); }, Qt::QueuedConnection);
+    }
+    return true;
 }
 
 void ActionWatch::settle()

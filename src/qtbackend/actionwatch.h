@@ -3,6 +3,7 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/keyactions.h"
 #include "qtbackend/mouseactions.h"
+#include "qtbackend/pointmenu.h"
 
 #include <QObject>
 
@@ -24,12 +25,14 @@ protected:
 private:
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
+    bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
     void settleLater();
 
     ActionReport m_report;
     MouseActions m_mouse;
     KeyActions m_keys;
+    PointMenu m_points;
 };
 
 } // namespace Morvex

@@ -169,7 +169,12 @@ TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesT
 
 TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
 {
-    for (const bool isWatcher : {true, false}) {
+    const struct
+    {
+        bool isWatcher;
+        bool isTestCase;
+    } rows[] = {{true, false}, {false, true}, {true, true}};
+    for (const auto &row : rows) {
         int ends[2];
         ASSERT_EQ(::pipe(ends), 0);
         const pid_t testCase = ::fork();
@@ -186,17 +191,17 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
                 processes[0] = static_cast<pid_t>(application->processId());
                 processes[1] = parentOf(processes[0]);
             }
-            [[maybe_unused]] const ssize_t written = ::write(ends[1], processes, sizeof processes);
-            if (isWatcher)
+            if (row.isWatcher)
                 ::kill(processes[1], SIGKILL);
-            while (!isWatcher)
+            [[maybe_unused]] const ssize_t written = ::write(ends[1], processes, sizeof processes);
+            while (row.isTestCase)
                 ::pause();
             application.reset();
             ::_exit(0);
         }
         pid_t processes[3] = {0, 0, 0};
         ASSERT_EQ(::read(ends[0], processes, sizeof processes), ssize_t(sizeof processes));
-        if (!isWatcher)
+        if (row.isTestCase)
             ::kill(testCase, SIGKILL);
         EXPECT_EQ(::waitpid(testCase, nullptr, 0), testCase);
         EXPECT_NE(processes[2], 0);
@@ -208,7 +213,7 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
         };
         while (isLeft() && timer.elapsed() < 30000)
             ::usleep(5000);
-        EXPECT_FALSE(isLeft()) << isWatcher;
+        EXPECT_FALSE(isLeft()) << row.isWatcher << row.isTestCase;
         ::close(ends[0]);
         ::close(ends[1]);
     }
