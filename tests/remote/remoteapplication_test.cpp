@@ -280,6 +280,44 @@ TEST_F(RemoteApplicationTest, AProgramThatLinksTheAgentIsUsedWhateverElseGetsInt
     }
 }
 
+TEST_F(RemoteApplicationTest, ItemsOfQtQuickAreUsedInAWindowAndInAWidget)
+{
+    auto application = start({MORVEX_QUICK_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    inspector->callFunction("takeClicked", {}, &error);
+    for (const QString top : {"inView", "inWidget"}) {
+        const auto call = [&](const char *function, const QString &item,
+                              const QVariantList &arguments) {
+            const auto found = inspector->waitForObject(
+                QString("{name='%1' container='%2'}").arg(item, top), 5000, &error);
+            return found ? inspector->callFunction(function, QVariantList{found->id()} + arguments,
+                                                   &error)
+                         : QVariant();
+        };
+        for (const char *item : {"whole", "label", "half"}) {
+            call("clickObject", item, {});
+            EXPECT_EQ(error, "") << item;
+        }
+        call("clickObject", "half", {70, 20});
+        EXPECT_TRUE(error.contains("is covered by {name='cover'")) << error.toStdString();
+        EXPECT_TRUE(inspector->findObject(
+            QString("{name='%1' clicked='whole whole half '}").arg(top), &error))
+            << error.toStdString();
+        QString names;
+        for (const QVariant &clicked : inspector->callFunction("takeClicked", {}, &error).toList())
+            names += clicked.toList().value(1).toString().section('\'', 1, 1) + ' ';
+        EXPECT_EQ(names, "whole whole half ");
+        call("typeText", "input", {"abc"});
+        EXPECT_TRUE(inspector->findObject("{text='abc' window={name='window'}}", &error) ||
+                    top == "inView")
+            << error.toStdString();
+        // A window needs a display for one.
+        EXPECT_EQ(call("grabObjectScreenshot", "whole", {}).isValid(), top == "inWidget")
+            << error.toStdString();
+    }
+}
+
 TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
 {
     options.variables = QStringList{"LD_PRELOAD=", "QT_QPA_GENERIC_PLUGINS=nothing"};
