@@ -189,14 +189,15 @@ QString SuiteRunner::setTimeout()
                           .arg(m_options.suiteDirectory, text);
 }
 
-// The reports are closed by now, and a web report is the only one of a directory for several runs.
+// The reports are closed by now.
 void SuiteRunner::removeOldRuns(const QString &resultDir) const
 {
-    const auto isWebReport = [](const QString &report) {
-        return report.section(QLatin1Char(','), 0, 0) == QLatin1String("html");
+    const auto holdsSeveralRuns = [](const QString &report) {
+        return TestReportGeneratorFactory::traitsOf(report).testFlag(
+            TestReportGeneratorFactory::HoldsSeveralRuns);
     };
     const QStringList &reports = m_options.reportGenerators;
-    if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), isWebReport))
+    if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), holdsSeveralRuns))
         return;
     // The number in suite.conf is that of this suite alone.
     const QString suite = m_options.keptRuns > 0 ? QString() : m_dir.path();

@@ -2,6 +2,7 @@
 
 #include "shared/environment.h"
 #include "shared/expandreferences.h"
+#include "shared/regularfile.h"
 #include "shared/text/quotedtext.h"
 #include "shared/writefile.h"
 
@@ -112,7 +113,7 @@ void Settings::parse()
     // A link that leads nowhere is not what the user meant.
     if (!file.exists() && !QFileInfo(m_fileName).isSymLink())
         return;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!openRegularFile(&file, QIODevice::ReadOnly | QIODevice::Text).isEmpty()) {
         qWarning("Morvex::Settings::parse: could not open file `%s' for reading",
                  qUtf8Printable(m_fileName));
         return;

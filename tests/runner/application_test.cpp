@@ -123,6 +123,10 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
         {start + "find('name').set('text', undefined)",
          "TypeError: set takes a property and its value"},
+        {start + "find('count').set('value', 4.5)", "'value' takes a whole number, not 4.5"},
+        {start + "find('name').set('visible', 2)", "'visible' takes true or false"},
+        {start + "find('name').wheel(1, 5, 5)", "TypeError: wheel takes the number of steps"},
+        {start + "find('name').drag({x: 1, y: 1}, 5)", "TypeError: drag takes options in an"},
         {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
         {start + "find('name').click(1, 1, 1)", "TypeError: click takes nothing"},
         {start + "find('name').click({button: 'wrong'})", "TypeError: option 'button' has to be"},
@@ -219,7 +223,7 @@ TEST_F(ApplicationTest, LearningMakesPointsOfEachTypeThatDoNotExist)
         "check.point('t', {object: 'articles', type: 'Table'});\n"
         "check.point('v', {object: 'inventory', type: 'Visual'});\n";
     EXPECT_EQ(results(script).filter("ERROR Verification point file '").size(), 4);
-    EXPECT_EQ(results(script, {"--learn"}).filter(" was made of object '").size(), 4);
+    EXPECT_EQ(results(script, {"--learn"}).filter(" was made from object '").size(), 4);
     EXPECT_EQ(output.status, 0);
     const QStringList lines = results(script);
     EXPECT_EQ(lines.filter(QRegExp("^PASS ")).size(), 7) << lines.join('\n').toStdString();

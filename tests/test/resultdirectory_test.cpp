@@ -89,6 +89,24 @@ TEST_F(ResultDirectoryTest, NoFormatWritesIntoTheFileOfAnother)
     }
 }
 
+TEST_F(ResultDirectoryTest, ARefusedRunLeavesOlderReportsAsTheyWere)
+{
+    const QStringList values{"xml," + dir.filePath("old.xml"), "xml2," + dir.filePath("new.xml"),
+                             "json," + dir.filePath("json")};
+    const QString old[] = {dir.filePath("old.xml"), dir.filePath("json/results.json")};
+    for (const QString &path : old)
+        writeFile(path, "old");
+    EXPECT_FALSE(create(values + QStringList{"unknown"}));
+    for (const QString &path : old)
+        EXPECT_EQ(readFile(path), "old");
+    EXPECT_EQ(readFile(dir.filePath("new.xml")), "");
+    const auto run = create(values);
+    ASSERT_TRUE(run);
+    for (const QString &path : old)
+        EXPECT_EQ(readFile(path), "");
+    EXPECT_NE(readFile(dir.filePath("new.xml")), "");
+}
+
 TEST_F(ResultDirectoryTest, AReportIsMadeWhereTheFileSystemFindsIt)
 {
     QDir(dir.path()).mkpath("else/where");
