@@ -70,7 +70,7 @@ TEST_F(ScriptRunnerTest, ALaunchIsWaitedForWhereSubprocessesAreHooked)
 {
     Applications::Settings settings;
     settings.hooksSubProcesses = true;
-    Applications hooked(settings, {});
+    Applications hooked({}, settings);
     ScriptRunner other(nullptr, "suite/tst_a/script.js", {}, &hooked);
     const auto first = other.startLauncher(
         "sh -c", {}, 0, 20000,
@@ -86,7 +86,7 @@ TEST_F(ScriptRunnerTest, TheSystemKnowsFactsOfAContext)
 {
     const auto context = start(MORVEX_AWKWARD_PROGRAM);
     ASSERT_TRUE(context) << error.toStdString();
-    EXPECT_EQ(runner.hostForContext(context), "localhost");
+    EXPECT_EQ(runner.hostForContext(context), "127.0.0.1");
     EXPECT_EQ(runner.osName(context).toLower(), QSysInfo::kernelType());
     EXPECT_GT(runner.usedMemory(context), 1000000U);
     EXPECT_LT(runner.totalTime(context), 600000U);
