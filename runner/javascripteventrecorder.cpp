@@ -221,6 +221,12 @@ QString contextCall(const EventData &event)
                : QStringLiteral("var %1 = %2").arg(event.resultName(), call);
 }
 
+// No part of it is the name of a key.
+QString passwordCode(const QString &variable)
+{
+    return QStringLiteral("env(%1).replace(/</g, \"<<\")").arg(javaScriptString(variable));
+}
+
 QString statementOf(const EventData &event, const QString &objectName)
 {
     const QString name = EventRecorder::cleansedMethodName(event.methodName());
@@ -232,7 +238,7 @@ QString statementOf(const EventData &event, const QString &objectName)
         return itemCall(objectName, parts, *itemMethod);
     if (name == QLatin1String("typePassword") && fit(parts.plain, "t"))
         return callCode(found(objectName), QStringLiteral("type"),
-                        QStringLiteral("env(%1)").arg(javaScriptString(parts.plain.front().value)));
+                        passwordCode(parts.plain.front().value));
     const Method *method = findMethod(objectMethods, name);
     const bool isCall =
         method && (fit(parts.plain, method->arguments) || fit(parts.plain, method->otherArguments));

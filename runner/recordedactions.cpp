@@ -1,7 +1,6 @@
 #include "runner/recordedactions.h"
 
 #include <QHash>
-#include <QPair>
 
 #include <algorithm>
 #include <chrono>
@@ -55,23 +54,26 @@ bool isBefore(const QVariant &a, const QVariant &b)
     return a.toMap().value(time).toLongLong() < b.toMap().value(time).toLongLong();
 }
 
-// Each action as it was reported last, in the order in which they began.
+// Each action as it was reported last, in the order in which they began. A program that executes
+// itself again in its process begins to count again.
 QVariantList settledActions(const QVariantList &actions)
 {
     QVariantList settled;
-    QHash<QPair<int, int>, int> places;
+    QHash<int, QHash<int, int>> places;
     for (const QVariant &entry : actions) {
         QVariantMap action = entry.toMap();
-        const QPair<int, int> key(contextOf(action),
-                                  action.value(QStringLiteral("number")).toInt());
-        if (!isStart(action) && places.contains(key)) {
-            QVariant &known = settled[places.value(key)];
-            action[QStringLiteral("time")] = known.toMap().value(QStringLiteral("time"));
-            known = action;
+        if (isStart(action))
+            places.remove(contextOf(action));
+        QHash<int, int> &known = places[contextOf(action)];
+        const int number = action.value(QStringLiteral("number")).toInt();
+        if (!isStart(action) && known.contains(number)) {
+            QVariant &first = settled[known.value(number)];
+            action[QStringLiteral("time")] = first.toMap().value(QStringLiteral("time"));
+            first = action;
             continue;
         }
         if (!isStart(action))
-            places.insert(key, settled.size());
+            known.insert(number, settled.size());
         settled += QVariant(action);
     }
     std::stable_sort(settled.begin(), settled.end(), isBefore);

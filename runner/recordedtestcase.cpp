@@ -1,5 +1,6 @@
 #include "runner/recordedtestcase.h"
 
+#include "runner/freeplace.h"
 #include "runner/javascripteventrecorder.h"
 #include "runner/javascriptobjectmap.h"
 #include "runner/recordedactions.h"
@@ -72,6 +73,9 @@ QString RecordedTestCase::whyNot() const
 
 QString RecordedTestCase::write(const RecordingJournal &journal) const
 {
+    const QString reason = whyNot();
+    if (!reason.isEmpty())
+        return reason;
     JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
@@ -88,11 +92,21 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     }
     if (!QDir().mkpath(directory()))
         return QStringLiteral("cannot make the directory '%1'").arg(directory());
-    const FileWriteResult written = writeFileSafely(
-        scriptPath(), scriptOf(journal.start(), recorder.lines(), hasPassword).toUtf8());
-    return written.outcome == FileWriteResult::Written
+    return place(scriptOf(journal.start(), recorder.lines(), hasPassword).toUtf8());
+}
+
+// Someone may have written the script meanwhile.
+QString RecordedTestCase::place(const QByteArray &script) const
+{
+    const QString draft = directory() + QLatin1String("/.recorded.js");
+    const FileWriteResult written = writeFileSafely(draft, script);
+    if (written.outcome != FileWriteResult::Written)
+        return QStringLiteral("cannot write '%1': %2").arg(draft, written.error);
+    const int number = moveToFreePlace(QFile::encodeName(draft), QFile::encodeName(scriptPath()));
+    QFile::remove(draft);
+    return number == 0
                ? QString()
-               : QStringLiteral("cannot write '%1': %2").arg(scriptPath(), written.error);
+               : QStringLiteral("cannot write '%1': %2").arg(scriptPath(), qt_error_string(number));
 }
 
 } // namespace Morvex

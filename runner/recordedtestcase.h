@@ -27,6 +27,8 @@ public:
     [[nodiscard]] QString write(const RecordingJournal &journal) const;
 
 private:
+    [[nodiscard]] QString place(const QByteArray &script) const;
+
     QDir m_suite;
     QString m_name;
     EventRecorder::Synchronization m_synchronization;

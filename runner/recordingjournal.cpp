@@ -28,6 +28,9 @@ QString RecordingJournal::create(const QString &start)
     m_start = start;
     if (!m_file.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
         return error(QStringLiteral("cannot make the file '%1' for the recording: %2"), m_file);
+    // It holds all that the user types.
+    if (!m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        return error(QStringLiteral("cannot keep '%1' from others: %2"), m_file);
     const QString reason = lock();
     return reason.isEmpty()
                ? write({{QStringLiteral("recording"), version}, {QStringLiteral("start"), start}})

@@ -227,7 +227,17 @@ public:
         return write();
     }
 
-    bool wasLeftBehind() const { return m_journal.exists(); }
+    /// One that was ended before the application had started holds nothing.
+    bool wasLeftBehind() const
+    {
+        if (!m_journal.exists())
+            return false;
+        RecordingJournal left(m_testCase.directory());
+        if (!left.load().isEmpty() || !left.actions().isEmpty())
+            return true;
+        left.remove();
+        return false;
+    }
     const RecordingJournal &journal() const { return m_journal; }
     QString whyNot() const { return m_testCase.whyNot(); }
 

@@ -328,9 +328,7 @@ void MouseActions::settleCursor()
     const TextCursorState state = TextCursorState::of(m_outcome.widget);
     if (!m_outcome.widget || state == m_outcome.cursor)
         return;
-    const QString keys = state.keys();
-    if (!keys.isEmpty())
-        m_report.add(QStringLiteral("type"), m_outcome.name, {{QStringLiteral("text"), keys}});
+    m_report.add(QStringLiteral("type"), m_outcome.name, {{QStringLiteral("text"), state.keys()}});
 }
 
 void MouseActions::settleCheck()

@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QString>
+#include <QTextDocument>
 #include <QWidget>
 
 namespace Morvex {
@@ -19,14 +20,18 @@ public:
         return m_position == other.m_position && m_anchor == other.m_anchor;
     }
 
-    /// The keys that bring any state of the text here. Empty when these would be too many.
+    /// The keys that bring any state of the text here. The text must not have changed since.
     QString keys() const;
 
 private:
+    QString wayTo(int position, const QString &modifiers) const;
+    QString wayByLines(int position, const QString &modifiers) const;
+
     int m_position = 0;
     int m_anchor = 0;
     int m_length = 0;
-    bool m_hasLines = false;
+    // Null for a field of one line.
+    QPointer<QTextDocument> m_document;
 };
 
 } // namespace Morvex

@@ -104,6 +104,15 @@ QString unknownKey(const QString &name)
     return QStringLiteral("'<%1>' is not a key name%2; \"<\" is typed by \"<<\"").arg(name, hint);
 }
 
+// Negative for none. In "<Ctrl+>>" it is the second, in "<Ctrl++>>" the first.
+int endOfName(const QVector<uint> &codes, int start)
+{
+    const int end = codes.indexOf('>', start);
+    const bool isAfterModifier =
+        end > start + 2 && codes.at(end - 1) == '+' && codes.at(end - 2) != '+';
+    return isAfterModifier && codes.value(end + 1) == '>' ? end + 1 : end;
+}
+
 } // namespace
 
 QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys)
@@ -118,7 +127,7 @@ QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys)
             keys->push_back(keyOfCharacter(codes.at(i++)));
             continue;
         }
-        const int end = codes.indexOf('>', i);
+        const int end = endOfName(codes, i);
         const QVector<uint> inside = codes.mid(i + 1, end < 0 ? -1 : end - i - 1);
         const QString name = QString::fromUcs4(inside.constData(), inside.size());
         TypedKey key;
