@@ -32,9 +32,9 @@ public:
     VerificationOptions options;
     options.setFlag(VerificationOptions::SilentVerification);
     options.setScreenshotDelay(0);
-    const VPResult outcome = TestVP(QString(), path)
-                                 .verify(&result, {}, &runner, QString(), &resolver, options,
-                                         nullptr, false);
+    const VPResult outcome =
+        TestVP(QString(), path)
+            .verify(&result, {}, &runner, QString(), &resolver, options, nullptr, false);
     return outcome.summary() == VPResult::SummaryPassed
                ? QString()
                : QStringLiteral("what it would hold does not stay the same. %1")

@@ -187,7 +187,7 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
     if (qobject_cast<QMenuBar *>(owner) || qobject_cast<QLabel *>(owner))
         m_report.cancel(m_lastKey);
     else if (qobject_cast<QAbstractButton *>(owner))
-        m_report.replace(m_lastKey, QStringLiteral("click"), m_report.nameOf(owner));
+        m_report.replace(m_lastKey, QStringLiteral("click"), owner);
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)

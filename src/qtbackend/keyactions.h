@@ -33,7 +33,6 @@ public:
 
     /// Looks what has become of what was done last.
     void settle();
-    bool isUnsettled() const { return m_tab.number > 0 || m_choice.number > 0; }
 
 private:
     struct Tab

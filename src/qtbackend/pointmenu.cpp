@@ -27,8 +27,7 @@ QStringList propertiesOf(const QObject *object)
     for (const char *name : shownProperties) {
         const QVariant value = object->property(name);
         const bool isOf = qstrcmp(name, "checked") != 0 || !button || button->isCheckable();
-        const bool isEmptyTitle =
-            qstrcmp(name, "windowTitle") == 0 && value.toString().isEmpty();
+        const bool isEmptyTitle = qstrcmp(name, "windowTitle") == 0 && value.toString().isEmpty();
         if (value.isValid() && isOf && !isEmptyTitle)
             names += QLatin1String(name);
     }
@@ -49,8 +48,7 @@ PointMenu::~PointMenu()
 
 bool PointMenu::isOpenedBy(const QKeyEvent &event)
 {
-    const Qt::KeyboardModifiers all =
-        Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
+    const Qt::KeyboardModifiers all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
     return event.key() == Qt::Key_V && (event.modifiers() & all) == all;
 }
 
