@@ -28,6 +28,9 @@ public:
     int add(const QString &what, const QString &objectName, const QVariantMap &more = {});
     int add(const QString &what, const QObject *object, const QVariantMap &more = {});
 
+    /// That of the last action; 0 before the first.
+    int lastNumber() const { return m_lastNumber; }
+
     /// It was something else; @p number may be 0, for none.
     void replace(int number, const QString &what, const QString &objectName,
                  const QVariantMap &more = {});
