@@ -3,6 +3,7 @@
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "shared/confparser.h"
+#include "shared/regularfile.h"
 #include "test/child/testcasedeadline.h"
 #include "test/suite/applicationwords.h"
 #include "test/testsuite.h"
@@ -66,7 +67,7 @@ QStringList readWhiteList()
 {
     QFile file(QStringLiteral("whitelist.txt"));
     QStringList names;
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!openRegularFile(&file).isEmpty()) {
         printMessage(QStringLiteral("warning: processes of all programs can be tested: the file "
                                     "'whitelist.txt' of the suite can't be read"));
         return names;

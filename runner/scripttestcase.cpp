@@ -99,6 +99,8 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     application.setBeforeStop([&](int context) {
         deaths.reportBeforeStop(context);
         keepUsage();
+        // One that has died meanwhile.
+        deaths.reportBeforeStop(context);
     });
     m_deaths = &deaths;
     FailureScreenshots screenshots(runner, [&application] { return application.wasStarted(); });
@@ -126,6 +128,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
     deaths.reportRest(path);
     application.forEachContext(keepUsage);
+    deaths.reportRest(path);
     deaths.stopAll(path);
 }
 

@@ -6,6 +6,7 @@
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
 
@@ -219,7 +220,9 @@ void QtModel::addRelations(ModelClass *modelClass, const QMetaObject *metaObject
         });
     if (qstrcmp(metaObject->className(), "QQuickItem") == 0) {
         add("window", [](QObject *object) {
-            return QVariant::fromValue<QObject *>(SceneAccess::self()->windowOf(object));
+            QWidget *widget = widgetOf(object);
+            return widget ? objectVariant(widget->window())
+                          : objectVariant(SceneAccess::self()->windowOf(object));
         });
         add("id", [](QObject *object) { return SceneAccess::self()->idOf(object); });
     }

@@ -1,7 +1,8 @@
 #include "qtbackend/sceneaccess.h"
 
+#include "qtbackend/loadedlibrary.h"
+
 #include <dlfcn.h>
-#include <link.h>
 
 namespace Morvex {
 namespace {
@@ -25,38 +26,6 @@ SceneAccess *load()
     return make ? make() : nullptr;
 }
 
-bool isQuickThere()
-{
-    void *quick = ::dlopen("libQt5Quick.so.5", RTLD_NOW | RTLD_NOLOAD);
-    if (quick)
-        ::dlclose(quick);
-    return quick;
-}
-
-// How many libraries the process has loaded so far, which costs far less than to look for one.
-unsigned long long loadedLibraries()
-{
-    unsigned long long count = 0;
-    ::dl_iterate_phdr(
-        [](dl_phdr_info *info, std::size_t, void *result) {
-            *static_cast<unsigned long long *>(result) = info->dlpi_adds;
-            return 1;
-        },
-        &count);
-    return count;
-}
-
-// Asked for each object that is looked at.
-bool hasQuickCome()
-{
-    static unsigned long long seenLibraries = 0;
-    const unsigned long long libraries = loadedLibraries();
-    if (libraries == seenLibraries)
-        return false;
-    seenLibraries = libraries;
-    return isQuickThere();
-}
-
 } // namespace
 
 void SceneAccess::setLibraryDirectory(const QByteArray &directory)
@@ -66,9 +35,10 @@ void SceneAccess::setLibraryDirectory(const QByteArray &directory)
 
 SceneAccess *SceneAccess::self()
 {
+    static LoadedLibrary quick("libQt5Quick.so.5");
     static SceneAccess *access = nullptr;
     static bool isLoaded = false;
-    if (!isLoaded && hasQuickCome()) {
+    if (!isLoaded && quick.handle()) {
         isLoaded = true;
         access = load();
     }

@@ -37,6 +37,7 @@ public:
     /// The name that the item's file gives it; empty without one.
     virtual QString idOf(const QObject *object) const = 0;
 
+    /// Whatever becomes of its window.
     virtual bool isShown(const QObject *item) const = 0;
     virtual bool isUsable(const QObject *item) const = 0;
     /// In the window.
@@ -44,6 +45,12 @@ public:
     /// The part of that which no item around it cuts off.
     virtual QRect visiblePlaceOf(const QObject *item) const = 0;
     virtual QPoint toWindow(const QObject *item, const QPoint &place) const = 0;
+
+    /// The item that a click at the place of the window is for; @p root has all of the window.
+    virtual QObject *clickedAt(QObject *root, const QPoint &place) const = 0;
+    /// The item that would take a click at the place of the window in place of @p item; null for
+    /// none.
+    virtual QObject *coverOf(const QObject *item, const QPoint &place) const = 0;
 
     // What a user does.
     virtual void scrollIntoSight(QObject *item) const = 0;

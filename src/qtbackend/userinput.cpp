@@ -4,6 +4,7 @@
 #include "qtbackend/item.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
@@ -224,9 +225,13 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
                   InputSequence &input)
 {
     revealSceneItem(root ? root : object, input);
-    const QPointer<QWindow> window = SceneAccess::self()->windowOf(root ? root : object);
+    const QPointer<QWidget> widget = widgetOf(object);
+    const QPointer<QWindow> window = widget ? widget->window()->windowHandle()
+                                            : SceneAccess::self()->windowOf(root ? root : object);
     const QPointer<QObject> item = root ? nullptr : object;
-    input.add([item] {
+    input.add([widget, item] {
+        if (widget)
+            widget->setFocus(Qt::OtherFocusReason);
         if (item)
             SceneAccess::self()->giveFocus(item);
         return QString();
