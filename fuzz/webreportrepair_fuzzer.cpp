@@ -3,7 +3,7 @@
 
 using namespace Morvex;
 
-// Whatever is in the file: the edits lie in it, in order, and what they leave is whole.
+// Whatever is in the file: the edits are within it, in order, and what they leave is whole.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size)
 {
     const auto *data = reinterpret_cast<const char *>(bytes);

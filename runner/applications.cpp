@@ -327,7 +327,10 @@ QList<Applications::Death> Applications::deaths()
     for (const Entry &entry : qAsConst(m_entries)) {
         const QString end = entry.isDeathSettled ? QString() : entry.context->end();
         const bool isMet = entry.context->isEndMet();
-        if (!end.isEmpty() && (isMet || !entry.context->isEndOrderly()))
+        // How a process ends that the script has nothing to do with is its own affair.
+        const bool isExpected =
+            entry.isKnown ? entry.context->isEndOrderly() : !entry.context->hasCrashed();
+        if (!end.isEmpty() && (isMet || !isExpected))
             deaths += Death{entry.id, end, isMet, entry.context->hasDumpedCore()};
     }
     return deaths;

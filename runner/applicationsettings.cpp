@@ -3,6 +3,7 @@
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "shared/confparser.h"
+#include "shared/regularfile.h"
 #include "test/child/testcasedeadline.h"
 #include "test/suite/applicationwords.h"
 #include "test/testsuite.h"
@@ -66,7 +67,7 @@ QStringList readWhiteList()
 {
     QFile file(QStringLiteral("whitelist.txt"));
     QStringList names;
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!openRegularFile(&file).isEmpty()) {
         printMessage(QStringLiteral("warning: processes of all programs can be tested: the file "
                                     "'whitelist.txt' of the suite can't be read"));
         return names;
@@ -76,7 +77,22 @@ QStringList readWhiteList()
         if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
             names += line.trimmed();
     }
+    if (names.isEmpty())
+        printMessage(QStringLiteral("warning: processes of all programs can be tested: the file "
+                                    "'whitelist.txt' of the suite names none"));
     return names;
+}
+
+// Empty for none.
+QString homeSeedOf(const TestSuite &suite)
+{
+    const QString seed = suite.applicationHome();
+    if (seed.isEmpty() || QFileInfo(seed).isDir())
+        return seed;
+    printMessage(QStringLiteral("warning: the home of the application is empty at first: "
+                                "APPLICATION_HOME of suite.conf is no directory: '%1'")
+                     .arg(seed));
+    return {};
 }
 
 int boundOf(const TestSuite &suite, int otherwise)
@@ -133,8 +149,7 @@ Applications::Settings applicationSettings(const RunnerOptions &options)
     settings.launcher = launcherOf(options, suite);
     settings.workingDirectory = workingDirectoryOf(
         firstOf({ofRun.value(QLatin1String("cwd")).toString(), options.cwd, suite.cwd()}));
-    if (QFileInfo(suite.applicationHome()).isDir())
-        settings.homeSeed = suite.applicationHome();
+    settings.homeSeed = homeSeedOf(suite);
     if (options.useWhiteList || ofRun.value(QLatin1String("useWhiteList")).toBool())
         settings.whiteList = readWhiteList();
     settings.hooksSubProcesses =

@@ -94,6 +94,24 @@ Set number(Member member, const char *what)
     return {};
 }
 
+[[nodiscard]] QString setRecorded(RunnerOptions &options, const QString &value)
+{
+    options.action = RunnerOptions::Action::Record;
+    options.recordedTestCase = value;
+    return {};
+}
+
+[[nodiscard]] QString setSync(RunnerOptions &options, const QString &value)
+{
+    static const QStringList ways{QStringLiteral("none"), QStringLiteral("snooze"),
+                                  QStringLiteral("objects")};
+    const int way = ways.indexOf(value);
+    if (way < 0)
+        return QStringLiteral("'%1' is not one of %2").arg(value, ways.join(QLatin1String(", ")));
+    options.recordingSync = static_cast<EventRecorder::Synchronization>(way);
+    return {};
+}
+
 [[nodiscard]] QString setKeptRuns(RunnerOptions &options, const QString &value)
 {
     bool isNumber = false;
@@ -208,6 +226,15 @@ const std::vector<Option> &optionTable()
          "start a program and print its objects with names that find takes; with --pick before "
          "PROGRAM the name and properties of what is clicked on, until it ends",
          Section::Information, Takes::Rest, addInspected},
+        {"--record", "TEST_CASE SUITE [PROGRAM [ARG...]]",
+         "record a test case: start the application of the suite, or the program, and write what "
+         "you do with it as a script; it ends with the application, or with Ctrl+C",
+         Section::Recording, Takes::Value, setRecorded},
+        {"--sync", "HOW",
+         "how the recorded script waits: for objects (the default), by snooze, or none",
+         Section::Recording, Takes::Value, setSync},
+        {"--finish", "", "make the test case of a recording that was not finished",
+         Section::Recording, Takes::Nothing, flag(&O::finishesRecording)},
         {"--help", "", "print this text", Section::Information, Takes::Nothing,
          action(O::Action::Help)},
         {"--version", "", "print the version", Section::Information, Takes::Nothing,
@@ -244,6 +271,13 @@ bool isNumber(const QString &argument)
     });
 }
 
+// What says what to do needs something to do it with.
+bool needsValue(const Option &option)
+{
+    return option.takes == Takes::Value ||
+           (option.takes == Takes::Rest && option.section == Section::Information);
+}
+
 class Parser
 {
 public:
@@ -273,10 +307,19 @@ private:
             m_result.error = QStringLiteral("the suite directory must not be empty");
         else if (m_result.options.suiteDirectory.isEmpty())
             m_result.options.suiteDirectory = argument;
+        else if (m_result.options.action == RunnerOptions::Action::Record)
+            takeProgram();
         else
             // A report whose value was split at a space may hold a token.
             m_result.error = QStringLiteral("more than one suite directory: '%1'")
                                  .arg(argument.section(QLatin1Char('?'), 0, 0));
+    }
+
+    // From the argument before on.
+    void takeProgram()
+    {
+        m_result.options.recordedProgram = m_arguments.mid(m_next - 1);
+        m_next = m_arguments.size();
     }
 
     void takeOption(const QString &argument)
@@ -288,7 +331,9 @@ private:
             m_result.error = QStringLiteral("unknown option '%1'").arg(name);
             return;
         }
-        if (equals < 0)
+        if (equals < 0 && m_next == m_arguments.size() && needsValue(*option))
+            m_result.error = name + QStringLiteral(" needs a value");
+        else if (equals < 0)
             takeArguments(*option);
         else if (option->takes == Takes::Nothing)
             m_result.error = name + QStringLiteral(" takes no value");
@@ -310,11 +355,7 @@ private:
             set(option, QString());
             break;
         case Takes::Value:
-            if (m_next < m_arguments.size())
-                set(option, m_arguments.at(m_next++));
-            else
-                m_result.error =
-                    QStringLiteral("%1 needs a value").arg(QString::fromLatin1(option.name));
+            set(option, m_arguments.at(m_next++));
             break;
         case Takes::OptionalNumber:
             set(option, m_next < m_arguments.size() && isNumber(m_arguments.at(m_next))

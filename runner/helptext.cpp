@@ -63,18 +63,21 @@ QString helpOfReports()
 
 QString helpText()
 {
-    return QStringLiteral("Usage: morvexrunner [options] SUITE_DIRECTORY\n"
-                          "       morvexrunner [options] --testcase NAME\n"
-                          "\n"
-                          "Runs the test cases of a suite, each in a process of its own. Without a "
-                          "suite\n"
-                          "directory one test case of the suite in the current directory is run in "
-                          "this\n"
-                          "process.\n"
-                          "\n"
-                          "What is run:\n") +
+    return QStringLiteral(
+               "Usage: morvexrunner [options] SUITE_DIRECTORY\n"
+               "       morvexrunner [options] --testcase NAME\n"
+               "       morvexrunner [options] --record NAME SUITE_DIRECTORY [PROGRAM...]\n"
+               "\n"
+               "Runs the test cases of a suite, each in a process of its own. Without a "
+               "suite\n"
+               "directory one test case of the suite in the current directory is run in "
+               "this\n"
+               "process.\n"
+               "\n"
+               "What is run:\n") +
            helpOf(Option::Section::Run) + QStringLiteral("\nWhat the scripts see:\n") +
-           helpOf(Option::Section::Environment) + QStringLiteral("\nInformation:\n") +
+           helpOf(Option::Section::Environment) + QStringLiteral("\nRecording:\n") +
+           helpOf(Option::Section::Recording) + QStringLiteral("\nInformation:\n") +
            helpOf(Option::Section::Information) + QStringLiteral("\nReports (--reportgen):\n") +
            helpOfReports() +
            QStringLiteral(

@@ -4,6 +4,7 @@
 #include "remote/remoteinspector.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
+#include "runner/screen.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -27,14 +28,6 @@ QString programOf(const QString &name, const QString &prefix)
     if (name.contains(QLatin1Char('/')))
         return QFileInfo(name).isFile() ? QFileInfo(name).absoluteFilePath() : QString();
     return QFileInfo(own).isFile() ? own : QStandardPaths::findExecutable(name);
-}
-
-bool isOnScreen()
-{
-    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
-    return platform != "offscreen" && platform != "minimal" &&
-           (!qEnvironmentVariableIsEmpty("DISPLAY") ||
-            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
 }
 
 // On one line of a terminal, whatever the application has in it.
@@ -141,7 +134,7 @@ int inspectProgram(const RunnerOptions &options)
 {
     if (options.inspectedProgram.isEmpty())
         return unusable(QStringLiteral("no program was given"));
-    if (options.picks && !isOnScreen())
+    if (options.picks && !hasScreen())
         return unusable(QStringLiteral("--pick needs a display"));
     RemoteApplication::Start start;
     start.prefix = QString::fromLocal8Bit(qgetenv("MORVEX_PREFIX"));

@@ -6,12 +6,16 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace Morvex {
 namespace {
 
 // As long as find and item wait by themselves.
 const int defaultWaitMs = 10000;
+
+// Users look at what has come to rest, a script comes at once.
+const int pointRetryMs = 5000;
 
 // What is shorter is printed as no time at all.
 const int shortestSnoozeMs = 50;
@@ -27,15 +31,22 @@ struct Method
 };
 
 const Method objectMethods[] = {
-    {"click", "click", "", "nn"},
-    {"type", "type", "t", "t"},
-    {"setProperty", "set", "t*", "t*"},
+    {"click", "click", "", "nn"},           {"doubleClick", "doubleClick", "", "nn"},
+    {"rightClick", "rightClick", "", "nn"}, {"type", "type", "t", "t"},
+    {"setProperty", "set", "t*", "t*"},     {"closeWindow", "close"},
 };
 
+// What they take follows what says which item.
 const Method itemMethods[] = {
-    {"clickItem", "click"},   {"doubleClickItem", "doubleClick"}, {"activateItem", "activate"},
-    {"expandItem", "expand"}, {"collapseItem", "collapse"},       {"clickTreeHandle", "toggle"},
+    {"clickItem", "click"},       {"doubleClickItem", "doubleClick"},
+    {"activateItem", "activate"}, {"rightClickItem", "rightClick"},
+    {"expandItem", "expand"},     {"collapseItem", "collapse"},
+    {"checkItem", "check"},       {"uncheckItem", "uncheck"},
+    {"editItem", "edit", "t"},    {"clickTreeHandle", "toggle"},
 };
+
+// Options that say which item; the others say how it is used.
+const char *const selectorOptions[] = {"column", "occurrence"};
 
 const char *const contextFunctions[] = {"currentApplicationContext", "setApplicationContext",
                                         "waitForApplicationLaunch"};
@@ -59,11 +70,13 @@ QString argumentCode(const EventDataArg &argument)
                : javaScriptString(argument.value);
 }
 
-QString argumentList(const EventData &event, int first, int end)
+using Arguments = std::vector<EventDataArg>;
+
+QString argumentList(const Arguments &arguments)
 {
     QStringList code;
-    for (int i = first; i < end; ++i)
-        code += argumentCode(event.arguments().at(i));
+    for (const EventDataArg &argument : arguments)
+        code += argumentCode(argument);
     return code.join(QLatin1String(", "));
 }
 
@@ -86,13 +99,12 @@ bool fits(const EventDataArg &argument, char form)
     }
 }
 
-bool fit(const EventData &event, const char *forms)
+bool fit(const Arguments &arguments, const char *forms)
 {
-    const auto &arguments = event.arguments();
-    if (arguments.count() != static_cast<int>(std::strlen(forms)))
+    if (arguments.size() != std::strlen(forms))
         return false;
-    for (int i = 0; i < arguments.count(); ++i) {
-        if (!fits(arguments.at(i), forms[i]))
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (!fits(arguments[i], forms[i]))
             return false;
     }
     return true;
@@ -108,19 +120,86 @@ QString found(const QString &objectName)
     return QStringLiteral("find(%1)").arg(objectName);
 }
 
-// The only arguments are those that say which item; an empty text when there are others.
-QString itemCall(const QString &objectName, const EventData &event, const Method &method)
+QString joined(const QString &arguments, const QString &options)
 {
-    const auto &arguments = event.arguments();
-    const bool isCell = EventRecorder::hasItemRowAndColumn(event);
-    if (arguments.count() != (isCell ? 2 : 1) || arguments.at(0).value.isEmpty())
+    return arguments.isEmpty() || options.isEmpty() ? arguments + options
+                                                    : arguments + QLatin1String(", ") + options;
+}
+
+// The arguments of an event, in their parts.
+struct Parts
+{
+    Arguments plain;
+    QMap<QString, QString> selection;
+    QMap<QString, QString> options;
+    // What a drag ends on; null without one.
+    QString target;
+    Arguments targetPlain;
+    QMap<QString, QString> targetSelection;
+    QMap<QString, QString> targetOptions;
+
+    static Parts of(const EventData &event);
+};
+
+void addOption(const QString &text, QMap<QString, QString> *selection,
+               QMap<QString, QString> *options)
+{
+    const QString key = text.section(QLatin1Char('='), 0, 0);
+    const QString value = text.section(QLatin1Char('='), 1);
+    const bool isSelection =
+        std::any_of(std::begin(selectorOptions), std::end(selectorOptions),
+                    [&key](const char *name) { return key == QLatin1String(name); });
+    bool isNumber = false;
+    value.toInt(&isNumber);
+    (isSelection ? selection : options)->insert(key, isNumber ? value : javaScriptString(value));
+}
+
+Parts Parts::of(const EventData &event)
+{
+    Parts parts;
+    for (int i = 0; i < event.arguments().count(); ++i) {
+        const EventDataArg &argument = event.arguments().at(i);
+        const bool isOfTarget = !parts.target.isNull();
+        if (argument.kind == EventDataArg::OBJECT)
+            parts.target = argument.value;
+        else if (argument.kind == EventDataArg::OPTION)
+            addOption(argument.value, isOfTarget ? &parts.targetSelection : &parts.selection,
+                      isOfTarget ? &parts.targetOptions : &parts.options);
+        else
+            (isOfTarget ? parts.targetPlain : parts.plain).push_back(argument);
+    }
+    return parts;
+}
+
+QString objectCode(const QMap<QString, QString> &members)
+{
+    return members.isEmpty() ? QString() : javaScriptObject(members);
+}
+
+// Takes the arguments that say which item. Empty when they don't.
+QString takeItem(const QString &objectName, Arguments *arguments,
+                 const QMap<QString, QString> &selection)
+{
+    const bool isCell =
+        arguments->size() > 1 && isWhole(arguments->at(0)) && isWhole(arguments->at(1));
+    const bool isText = !arguments->empty() && arguments->at(0).kind == EventDataArg::TEXT &&
+                        !arguments->at(0).value.isEmpty();
+    if (!isCell && !isText)
         return {};
-    if (isCell && !(isWhole(arguments.at(0)) && isWhole(arguments.at(1))))
-        return {};
-    const QString selector =
-        isCell ? argumentList(event, 0, 2) : javaScriptString(arguments.at(0).value);
-    return callCode(found(objectName) + QStringLiteral(".item(%1)").arg(selector),
-                    QString::fromLatin1(method.printed), QString());
+    const auto end = arguments->begin() + (isCell ? 2 : 1);
+    const QString selector = argumentList(Arguments(arguments->begin(), end));
+    arguments->erase(arguments->begin(), end);
+    return found(objectName) +
+           QStringLiteral(".item(%1)").arg(joined(selector, objectCode(selection)));
+}
+
+QString itemCall(const QString &objectName, Parts parts, const Method &method)
+{
+    const QString item = takeItem(objectName, &parts.plain, parts.selection);
+    const bool isCall = !item.isEmpty() && fit(parts.plain, method.arguments);
+    return isCall ? callCode(item, QString::fromLatin1(method.printed),
+                             joined(argumentList(parts.plain), objectCode(parts.options)))
+                  : QString();
 }
 
 bool isContextFunction(const QString &name)
@@ -147,15 +226,56 @@ QString statementOf(const EventData &event, const QString &objectName)
     const QString name = EventRecorder::cleansedMethodName(event.methodName());
     if (objectName.isEmpty())
         return isContextFunction(name) ? contextCall(event) : QString();
+    const Parts parts = Parts::of(event);
     const Method *itemMethod = findMethod(itemMethods, name);
     if (itemMethod)
-        return itemCall(objectName, event, *itemMethod);
+        return itemCall(objectName, parts, *itemMethod);
+    if (name == QLatin1String("typePassword") && fit(parts.plain, "t"))
+        return callCode(found(objectName), QStringLiteral("type"),
+                        QStringLiteral("env(%1)").arg(javaScriptString(parts.plain.front().value)));
     const Method *method = findMethod(objectMethods, name);
     const bool isCall =
-        method && (fit(event, method->arguments) || fit(event, method->otherArguments));
+        method && (fit(parts.plain, method->arguments) || fit(parts.plain, method->otherArguments));
     return isCall ? callCode(found(objectName), QString::fromLatin1(method->printed),
-                             argumentList(event, 0, event.arguments().count()))
+                             joined(argumentList(parts.plain), objectCode(parts.options)))
                   : QString();
+}
+
+// From and to are objects or items. Within one object both are places of it.
+QString dragCode(const EventData &event, const QString &objectName, const QString &targetName)
+{
+    Parts parts = Parts::of(event);
+    const bool isOfItem = event.methodName() == QLatin1String("dragItem");
+    const QString from =
+        isOfItem ? takeItem(objectName, &parts.plain, parts.selection) : found(objectName);
+    QString to = takeItem(targetName, &parts.targetPlain, parts.targetSelection);
+    if (from.isEmpty() || !parts.plain.empty() || !parts.targetPlain.empty())
+        return {};
+    QMap<QString, QString> options = parts.options;
+    if (to.isEmpty() && !isOfItem && targetName == objectName && !parts.targetOptions.isEmpty())
+        to = objectCode(parts.targetOptions);
+    else if (!parts.targetOptions.isEmpty())
+        options.insert(QStringLiteral("to"), objectCode(parts.targetOptions));
+    if (to.isEmpty())
+        to = found(targetName);
+    return callCode(from, QStringLiteral("drag"), joined(to, objectCode(options)));
+}
+
+// Options are the last argument; the names of properties come in an array.
+QString pointCode(const EventData &event, const QString &objectName)
+{
+    const Parts parts = Parts::of(event);
+    if (parts.plain.size() < 2)
+        return {};
+    QMap<QString, QString> options{{QStringLiteral("object"), objectName},
+                                   {QStringLiteral("retry"), QString::number(pointRetryMs)},
+                                   {QStringLiteral("type"), argumentCode(parts.plain[1])}};
+    const Arguments properties(parts.plain.begin() + 2, parts.plain.end());
+    if (!properties.empty())
+        options.insert(QStringLiteral("properties"),
+                       QLatin1Char('[') + argumentList(properties) + QLatin1Char(']'));
+    return callCode(QStringLiteral("check"), QStringLiteral("point"),
+                    joined(argumentCode(parts.plain[0]), objectCode(options)));
 }
 
 // A comment must stay one line.
@@ -163,7 +283,7 @@ QString unknownEvent(const EventData &event)
 {
     return QStringLiteral("// Not recorded: %1 of %2 with (%3)")
         .arg(javaScriptString(event.methodName()), javaScriptString(event.objectName()),
-             argumentList(event, 0, event.arguments().count()));
+             argumentList(Arguments(event.arguments().begin(), event.arguments().end())));
 }
 
 } // namespace
@@ -171,10 +291,19 @@ QString unknownEvent(const EventData &event)
 void JavaScriptEventRecorder::recordEvent(const EventData &event)
 {
     const QString objectName = expressionFor(event.objectName());
-    const QString statement = statementOf(event, objectName);
+    const QString statement = statementFor(event, objectName);
     if (!objectName.isEmpty())
         append(waitFor(objectName, event));
     append(statement.isEmpty() ? unknownEvent(event) : statement);
+}
+
+QString JavaScriptEventRecorder::statementFor(const EventData &event, const QString &objectName)
+{
+    const QString target = Parts::of(event).target;
+    if (!target.isEmpty())
+        return dragCode(event, objectName, expressionFor(target));
+    return event.methodName() == QLatin1String("checkPoint") ? pointCode(event, objectName)
+                                                             : statementOf(event, objectName);
 }
 
 // A statement that waits by itself waits no longer than it does in any script.

@@ -24,6 +24,7 @@ public:
     QString recordCellWait(const QString &objectName, int row, int column, int timeoutMs) override;
 
 private:
+    QString statementFor(const EventData &event, const QString &objectName);
     QString waitFor(const QString &objectName, const EventData &event);
     // Empty for an event that is of no object.
     QString expressionFor(const QString &realName);

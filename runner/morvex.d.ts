@@ -69,6 +69,7 @@ interface FoundObject {
     readonly children: FoundObject[];
     get(property: string): any;
     set(property: string, value: any): void;
+    close(): void;
     exists(): boolean;
     click(options?: MouseOptions): void;
     click(x: number, y: number, options?: MouseOptions): void;

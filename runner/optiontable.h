@@ -23,7 +23,7 @@ struct Option
         Rest
     };
 
-    enum class Section { Run, Environment, Information, Child };
+    enum class Section { Run, Environment, Recording, Information, Child };
 
     /// Returns an error text, empty on success.
     using Set = std::function<QString(RunnerOptions &, const QString &)>;

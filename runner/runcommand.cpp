@@ -5,6 +5,7 @@
 #include "runner/inspectprogram.h"
 #include "runner/messages.h"
 #include "runner/migratenames.h"
+#include "runner/recordtestcase.h"
 #include "runner/runsuite.h"
 #include "runner/runtestcase.h"
 #include "runner/uicoverage.h"
@@ -86,6 +87,8 @@ int runCommand(const RunnerOptions &options)
         return migrateNames(options);
     case RunnerOptions::Action::Inspect:
         return inspectProgram(options);
+    case RunnerOptions::Action::Record:
+        return recordTestCase(options);
     case RunnerOptions::Action::Version:
     case RunnerOptions::Action::List:
     case RunnerOptions::Action::Run:

@@ -8,7 +8,8 @@ namespace Morvex {
 
 /// The part of the runner that the test cases of a suite need only when their script asks for it:
 /// all commands of the command line, the formats of reports, applications, verification points. It
-/// is a library, since what it links takes as long to load as all else that an empty test case does.
+/// is a library, since what it links takes as long to load as all else that an empty test case
+/// does.
 struct RunnerLibrary
 {
     /// Does what the command line asks for and returns the exit status.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "test/eventrecorder.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -17,6 +19,7 @@ struct RunnerOptions
         MergeReports,
         MigrateNames,
         Inspect,
+        Record,
         Help,
         Version
     };
@@ -36,6 +39,13 @@ struct RunnerOptions
     QStringList inspectedProgram;
     /// Whether to print what the user clicks on in it.
     bool picks = false;
+    /// The name of the test case to record, and the program with its arguments; without one that
+    /// of the suite.
+    QString recordedTestCase;
+    QStringList recordedProgram;
+    EventRecorder::Synchronization recordingSync = EventRecorder::OBJECT_SYNC;
+    /// Whether to go on with a recording that was not finished.
+    bool finishesRecording = false;
     /// How many runs of each suite a web report keeps; 0 for what the suite says.
     unsigned int keptRuns = 0;
     QStringList testCases;

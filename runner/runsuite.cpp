@@ -1,12 +1,13 @@
 #include "runner/runsuite.h"
-#include "runner/applicationsettings.h"
 
+#include "runner/applicationsettings.h"
 #include "runner/environmentfile.h"
 #include "runner/failedtestcases.h"
 #include "runner/failurescreenshots.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
+#include "runner/runsummary.h"
 #include "runner/signals.h"
 #include "runner/uicoverage.h"
 #include "shared/confparser.h"
@@ -23,7 +24,6 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cstdio>
@@ -32,18 +32,6 @@
 
 namespace Morvex {
 namespace {
-
-const std::size_t slowestShown = 3;
-const qint64 slowMilliseconds = 1000;
-
-// The token of an upload must not get into a log.
-QString withoutToken(const QString &word)
-{
-    static const QRegularExpression upload(QStringLiteral("\\A(--reportgen=)?quillbase,"));
-    const int query = word.indexOf(QLatin1Char('?'));
-    return query >= 0 && upload.match(word).hasMatch() ? word.left(query) + QLatin1String("?...")
-                                                       : word;
-}
 
 // The suite has the command of the application as one text, in which quotes only hold words
 // together.
@@ -83,10 +71,6 @@ private:
     bool runTestCases(TestReportGenerator *generator, const QString &resultDir);
     int finish(bool isLogComplete);
     void keepFailedTestCases(bool endedEarly) const;
-    void printOutcome() const;
-    QString rerunCommand() const;
-    void printSlowest() const;
-    void printTimed(const QString &counts) const;
     unsigned int randomSeed() const;
 
     const RunnerOptions &m_options;
@@ -205,14 +189,15 @@ QString SuiteRunner::setTimeout()
                           .arg(m_options.suiteDirectory, text);
 }
 
-// The reports are closed by now, and a web report is the only one of a directory for several runs.
+// The reports are closed by now.
 void SuiteRunner::removeOldRuns(const QString &resultDir) const
 {
-    const auto isWebReport = [](const QString &report) {
-        return report.section(QLatin1Char(','), 0, 0) == QLatin1String("html");
+    const auto holdsSeveralRuns = [](const QString &report) {
+        return TestReportGeneratorFactory::traitsOf(report).testFlag(
+            TestReportGeneratorFactory::HoldsSeveralRuns);
     };
     const QStringList &reports = m_options.reportGenerators;
-    if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), isWebReport))
+    if (m_keptRuns == 0 || std::none_of(reports.begin(), reports.end(), holdsSeveralRuns))
         return;
     // The number in suite.conf is that of this suite alone.
     const QString suite = m_options.keptRuns > 0 ? QString() : m_dir.path();
@@ -333,7 +318,7 @@ int SuiteRunner::finish(bool isLogComplete)
 {
     const bool isCancelled = m_cancellation.isRequested();
     keepFailedTestCases(isCancelled || !isLogComplete || m_options.stopOnFail);
-    printOutcome();
+    printSummary(m_outcome, m_options, {m_timer.elapsed(), isCancelled});
     if (isCancelled)
         return ExitInterrupted;
     if (!isLogComplete) {
@@ -358,64 +343,6 @@ void SuiteRunner::keepFailedTestCases(bool endedEarly) const
     const QString error = record.write(failed);
     if (!error.isEmpty())
         printMessage(QStringLiteral("warning: ") + error);
-}
-
-void SuiteRunner::printOutcome() const
-{
-    const QStringList failed = m_outcome.failedTestCases();
-    const QStringList flaky = m_outcome.flakyTestCases();
-    for (const QString &name : failed)
-        printMessage(QLatin1String("failed: ") + name);
-    for (const QString &name : flaky)
-        printMessage(QLatin1String("passed when retried: ") + name);
-    printSlowest();
-    QString counts =
-        QStringLiteral("%1 %2, %3 failed")
-            .arg(m_outcome.testCaseCount())
-            .arg(QLatin1String(m_outcome.testCaseCount() == 1 ? "test case" : "test cases"))
-            .arg(failed.size());
-    if (!flaky.isEmpty())
-        counts += QStringLiteral(", %1 passed when retried").arg(flaky.size());
-    if (m_outcome.skippedCount() > 0)
-        counts += QStringLiteral(", %1 skipped").arg(m_outcome.skippedCount());
-    if (m_cancellation.isRequested())
-        counts += QLatin1String(", interrupted");
-    printTimed(counts);
-    if (m_outcome.testCaseCount() == 0)
-        printMessage(QStringLiteral("warning: no test case was run"));
-    if (!failed.isEmpty())
-        printMessage(QLatin1String("run just the failed ones again: ") + rerunCommand());
-}
-
-// The same command line with --rerun-failed, so that the test cases run as they did.
-QString SuiteRunner::rerunCommand() const
-{
-    QStringList words;
-    for (const QString &word : m_options.commandLine)
-        words += shellQuoted(withoutToken(word));
-    if (!m_options.rerunFailed)
-        words.insert(1, QStringLiteral("--rerun-failed"));
-    return words.join(QLatin1Char(' '));
-}
-
-void SuiteRunner::printSlowest() const
-{
-    QStringList shown;
-    for (const RunOutcome::Duration &slow : m_outcome.slowest(slowestShown)) {
-        if (slow.milliseconds >= slowMilliseconds)
-            shown += QStringLiteral("%1 (%2 s)")
-                         .arg(slow.testCase)
-                         .arg(static_cast<double>(slow.milliseconds) / 1000, 0, 'f', 1);
-    }
-    if (!shown.isEmpty())
-        printMessage(QLatin1String("slowest: ") + shown.join(QLatin1String(", ")));
-}
-
-void SuiteRunner::printTimed(const QString &counts) const
-{
-    printMessage(QStringLiteral("%1 in %2 s")
-                     .arg(counts)
-                     .arg(static_cast<double>(m_timer.elapsed()) / 1000, 0, 'f', 1));
 }
 
 } // namespace

@@ -9,12 +9,6 @@
 #include <QJSEngine>
 
 namespace Morvex {
-namespace {
-
-// One that has not come to what it was asked for before is not waited for again.
-const int hangingBoundMs = 500;
-
-} // namespace
 
 ScriptApplication::ScriptApplication(Applications *applications)
     : m_applications(applications)
@@ -78,11 +72,8 @@ void ScriptApplication::forEachContext(const std::function<void()> &function)
 void ScriptApplication::use(int id, const std::function<void()> &function)
 {
     const int current = m_applications->current();
-    const auto context = m_applications->context(id);
-    if (!function || !context || !m_applications->setCurrent(id))
+    if (!function || !m_applications->setCurrent(id))
         return;
-    if (context->isBehind())
-        context->setBound(hangingBoundMs);
     function();
     m_applications->setCurrent(current);
 }

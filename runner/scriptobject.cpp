@@ -16,6 +16,8 @@
 #include <QJSEngine>
 #include <QMetaType>
 
+#include <cmath>
+
 namespace Morvex {
 namespace {
 
@@ -57,14 +59,26 @@ bool isTaken(const QVariant &wanted, const Object &object)
            converted == object.value() || wanted.toString() == object.valueText();
 }
 
-// A truth value would be made of any text, true of nearly all.
+// A truth value would be made of any text and number, true of nearly all.
 bool isTruthValue(const QVariant &value)
 {
-    if (value.userType() != QMetaType::QString)
-        return value.canConvert<bool>();
+    if (value.userType() == QMetaType::Bool)
+        return true;
     static const QStringList texts{QStringLiteral("true"), QStringLiteral("false"),
                                    QStringLiteral("1"), QStringLiteral("0")};
     return texts.contains(value.toString(), Qt::CaseInsensitive);
+}
+
+// Why a property that holds @p held can't be set to @p wanted, empty when it may.
+[[nodiscard]] QString whyUnsuitable(const QVariant &held, const QVariant &wanted)
+{
+    if (held.userType() == QMetaType::Bool && !isTruthValue(wanted))
+        return QStringLiteral("takes true or false");
+    const bool isFraction = wanted.userType() == QMetaType::Double &&
+                            wanted.toDouble() != std::floor(wanted.toDouble());
+    return isFraction && isWholeNumber(held)
+               ? QStringLiteral("takes a whole number, not %1").arg(wanted.toString())
+               : QString();
 }
 
 // Widgets leave out in silence what they can't show. Returns an error text, empty when the value
@@ -135,8 +149,9 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
         return fail(whyNoAnswer());
     if (!property)
         return fail(unknownProperty(ownerClass, last));
-    if (before && before->value().userType() == QMetaType::Bool && !isTruthValue(wanted))
-        return fail(QStringLiteral("property '%1' takes true or false").arg(last));
+    const QString reason = before ? whyUnsuitable(before->value(), wanted) : QString();
+    if (!reason.isEmpty())
+        return fail(QStringLiteral("property '%1' %2").arg(last, reason));
     QString error = property->set(owner, wanted);
     if (error.isEmpty())
         error = whyNotTaken(last, wanted, before, property->get(owner));
@@ -181,6 +196,11 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
 void ScriptObject::useMouse(const QString &gesture, const QVariantMap &options)
 {
     call(QStringLiteral("useMouse"), {gesture, options}, nullptr);
+}
+
+void ScriptObject::close()
+{
+    call(QStringLiteral("closeWindow"), {}, nullptr);
 }
 
 void ScriptObject::type(const QString &text)

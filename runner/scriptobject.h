@@ -32,6 +32,8 @@ public:
     /// "click", "doubleClick", "hover", "drag" or "wheel" and its options, as the function
     /// "useMouse" of the application takes them.
     Q_INVOKABLE void useMouse(const QString &gesture, const QVariantMap &options);
+    /// Closes the window that it is, or is in.
+    Q_INVOKABLE void close();
     Q_INVOKABLE void type(const QString &text);
     Q_INVOKABLE bool exists();
 

@@ -56,6 +56,12 @@ export default function (native, nameFunctions, helpers) {
             throw new TypeError(message);
     }
 
+    function copyOf(options, what) {
+        if (options !== undefined && (typeof options !== "object" || options === null))
+            throw new TypeError(what + " takes options in an object, such as {x: 1, y: 2}");
+        return Object.assign({}, options);
+    }
+
     // Nothing, a place, options, or both.
     function clickArguments(values) {
         var list = Array.from(values);
@@ -88,7 +94,8 @@ export default function (native, nameFunctions, helpers) {
         wheel: function (steps, options) {
             if (typeof steps !== "number" || !isFinite(steps))
                 throw new TypeError("wheel takes the number of steps, less than 0 for away from the user");
-            var all = Object.assign({}, options);
+            refuseMore(arguments, 2, "wheel takes the number of steps, and options");
+            var all = copyOf(options, "wheel");
             var isHorizontal = Boolean(all.horizontal);
             delete all.horizontal;
             var result = mouseOptions(all);
@@ -96,13 +103,14 @@ export default function (native, nameFunctions, helpers) {
             this.useMouse("wheel", result);
         },
         drag: function (to, options) {
-            var all = Object.assign({}, options);
-            var end = Object.assign({}, all.to);
+            refuseMore(arguments, 2, "drag takes where to, and options");
+            var all = copyOf(options, "drag");
+            var end = copyOf(all.to, "option 'to' of drag");
             delete all.to;
             if (!(to instanceof FoundObject || to instanceof Item)) {
                 if (typeof to !== "object" || to === null || !hasPlace(to))
                     throw new TypeError("drag takes an object, an item, or a place {x: 1, y: 2}");
-                end = {x: to.x, y: to.y};
+                end = knownOptions(to, ["x", "y"]);
                 to = this;
             }
             var target = mouseOptions(end);
@@ -146,6 +154,10 @@ export default function (native, nameFunctions, helpers) {
             refuseMore(arguments, 1, "type takes the keys in one text");
             this.source.type(text(keys));
         },
+        close: function () {
+            refuseMore(arguments, 0, "close takes nothing");
+            this.source.close();
+        },
         exists: function () {
             return this.source.exists();
         },
@@ -154,6 +166,7 @@ export default function (native, nameFunctions, helpers) {
             this.source.screenshot(helpers.targetPath(requireName(file, "the file of a picture")));
         },
         waitFor: function (property, value, timeout) {
+            refuseMore(arguments, 3, "waitFor takes a property, its value, and a timeout");
             var source = this.source;
             var path = requireName(property, "a property");
             var last;
@@ -166,11 +179,14 @@ export default function (native, nameFunctions, helpers) {
                                 + show(value));
         },
         waitUntilGone: function (timeout) {
+            refuseMore(arguments, 1, "waitUntilGone takes a timeout");
             var source = this.source;
             if (!poll(function () { return !isShown(source); }, milliseconds(timeout, defaultTimeout)))
                 throw new Error(this.name + " is still there");
         },
         item: function (textOrRow, columnOrOptions, timeout) {
+            refuseMore(arguments, isInt32(textOrRow) ? 3 : 2, "item takes a text and options, or row and column "
+                       + "and a timeout");
             if (isInt32(textOrRow)) {
                 if (!isInt32(columnOrOptions))
                     throw new TypeError("item takes a text, or the whole numbers row and column");
@@ -284,14 +300,17 @@ export default function (native, nameFunctions, helpers) {
     return {
         FoundObject: FoundObject,
         find: function (objectName, timeout) {
+            refuseMore(arguments, 2, "find takes an object name and a timeout");
             var wanted = nameFunctions.nameText(objectName);
             return new FoundObject(wanted, native.application().find(wanted, milliseconds(timeout, defaultTimeout)));
         },
         findAll: function (objectName) {
+            refuseMore(arguments, 1, "findAll takes an object name");
             return asObjects(native.application().findAll(nameFunctions.nameText(objectName)));
         },
         poll: poll,
         waitFor: function (condition, timeout) {
+            refuseMore(arguments, 2, "waitFor takes a function and a timeout");
             if (typeof condition !== "function")
                 throw new TypeError("waitFor takes a function that is called until it is true");
             var value;

@@ -163,7 +163,7 @@ ScriptVerification::Making ScriptVerification::makeOf(const SharedPtr<Object> &o
         return NotMade;
     switch (draft.takePlace(&error)) {
     case PointDraft::Placed:
-        addWarning(QStringLiteral("Verification point '%1' was made of object '%2'")
+        addWarning(QStringLiteral("Verification point '%1' was made from object '%2'")
                        .arg(name, request.objectName),
                    QStringLiteral("Its file is '%1'.").arg(path));
         return Made;

@@ -70,8 +70,8 @@ public:
 private:
     void keepUsage()
     {
-        attachUsage(m_testCase.result, QDir(m_testCase.testCaseDir).dirName(),
-                    m_testCase.resultDir, m_applications.countError());
+        attachUsage(m_testCase.result, QDir(m_testCase.testCaseDir).dirName(), m_testCase.resultDir,
+                    m_applications.countError());
     }
 
     TestCase m_testCase;

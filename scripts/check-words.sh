@@ -22,7 +22,7 @@ my @unwanted = (
     [qr/\banew\b/i, "again"],
     [qr/\b(?:is|are|was|were|has|have) gone\b/i, "no longer exists"],
     [qr/\b(?:stands?|stood) (?!for\b)/i, "is, are"],
-    [qr/\b(?:lies|lay) (?!to\b|out\b)/i, "is, are"],
+    [qr/\b(?:lies?|lay|lying)\b(?! (?:to|out)\b)/i, "is, are"],
     [qr/\btold\b/i, "reported, said"],
     [qr/\btells?\b(?!.* apart\b)/i, "reports, says"],
     [qr/\bany more\b/i, "no longer"],

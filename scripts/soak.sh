@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Starts and ends applications again and again, killing the runner, the test case, the watcher or the
-# application at random moments, and looks for what is left: processes, directories with their
-# sockets, shared memory. The same seed chooses the same victims and moments.
+# Starts and ends applications again and again, killing the runner, the test case, both at once, a
+# watcher or the application at random moments of its life, and looks for what is left: processes,
+# directories with their sockets, shared memory. The same seed chooses the same victims and moments.
+# One file is excepted: the socket of the report of a runner that was killed.
 # Usage: scripts/soak.sh [COUNT [SEED [BUILD]]]     (default: 1000, the time, build/release)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -21,7 +22,7 @@ cat >"$suite/tst_a/script.js" <<SCRIPT
 application.start("inventory");
 find("name").type("Screws");
 check.equal(find("name").get("text"), "Screws");
-snooze(0.05);
+snooze(0.2);
 SCRIPT
 
 # Processes that have this run's mark in their environment. One that has ended has none.
@@ -29,13 +30,35 @@ ours() {
     grep -lsz "^SOAK_MARK=$mark\$" /proc/[0-9]*/environ 2>/dev/null | cut -d/ -f3 || true
 }
 
-# Those whose executable or command line is the given one.
+# Those of one kind. A kind of their own are the first processes of test cases, with the program of
+# the runner.
 named() {
-    local process
+    local process program
     for process in $(ours); do
-        if tr '\0' ' ' 2>/dev/null <"/proc/$process/cmdline" | grep -q -- "$1"; then
-            echo "$process"
+        program=$(basename "$(readlink "/proc/$process/exe" 2>/dev/null)")
+        if [ "$program" = morvexrunner ] &&
+            grep -qz -- '^--testcase$' "/proc/$process/cmdline" 2>/dev/null; then
+            program=testcase
         fi
+        [ "$program" != "$1" ] || echo "$process"
+    done
+}
+
+# Those to kill now. Of the two watchers, one is for the program and one for its home.
+victims_now() {
+    case $victim in
+    runner) named morvexrunner ;;
+    testcase) named testcase ;;
+    both) named morvexrunner && named testcase ;;
+    watcher) named morvexwatcher | sed -n "$((1 + moment % 2))p" ;;
+    application) named inventory ;;
+    esac
+}
+
+# Until the victim is there. One may be too short for that: the run then ends by itself.
+wait_for_victim() {
+    while kill -0 "$runner" 2>/dev/null && [ -z "$(victims_now)" ]; do
+        sleep 0.01
     done
 }
 
@@ -64,20 +87,22 @@ cleanup() {
 trap cleanup EXIT
 
 memory_before=$(find /dev/shm -mindepth 1 2>/dev/null | wc -l)
-victims=(none runner testcase application)
-patterns=("" "prefix/bin/morvexrunner.*$suite" "--testcase" "lib/applications/inventory")
+victims=(none runner testcase both watcher application)
+declare -A killed
 for ((round = 1; round <= count; ++round)); do
-    choice=$((RANDOM % ${#victims[@]}))
-    victim=${victims[$choice]}
-    delay=0.$(printf '%03d' $((RANDOM % 400)))
+    victim=${victims[$((RANDOM % ${#victims[@]}))]}
+    moment=$((RANDOM % 250))
+    delay=0.$(printf '%03d' "$moment")
     SOAK_MARK=$mark TMPDIR=$work/tmp QT_QPA_PLATFORM=offscreen \
         "$prefix/bin/morvexrunner" --reportgen "json,$work/report" "$suite" >"$work/output" 2>&1 &
     runner=$!
     if [ "$victim" != none ]; then
+        wait_for_victim
         sleep "$delay"
-        for process in $(named "${patterns[$choice]}"); do
-            kill -9 "$process" 2>/dev/null || true
-        done
+        found=$(victims_now)
+        # shellcheck disable=SC2086 # The ids are words.
+        [ -z "$found" ] || kill -9 $found 2>/dev/null || true
+        [ -z "$found" ] || killed[$victim]=$((${killed[$victim]:-0} + 1))
     fi
     wait "$runner" 2>/dev/null && status=0 || status=$?
     if [ "$victim" = none ] && [ "$status" -ne 0 ]; then
@@ -95,4 +120,7 @@ for ((round = 1; round <= count; ++round)); do
 done
 memory_after=$(find /dev/shm -mindepth 1 2>/dev/null | wc -l)
 [ "$memory_after" -le "$memory_before" ] || { echo "shared memory is left" >&2; exit 1; }
+for victim in "${!killed[@]}"; do
+    echo "$victim killed: ${killed[$victim]}"
+done
 echo "$count starts and ends have left nothing"

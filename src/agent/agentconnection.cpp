@@ -61,7 +61,6 @@ AgentConnection::AgentConnection(int descriptor, const Message &hello, QObject *
                                  const std::function<void()> &whenLost)
     : m_process(::getpid())
     , m_channel(std::make_unique<MessageChannel>(descriptor))
-    , m_hello(hello)
     , m_receiver(receiver)
     , m_whenLost(whenLost)
     , m_outbox(std::make_unique<Outbox>())
@@ -69,6 +68,8 @@ AgentConnection::AgentConnection(int descriptor, const Message &hello, QObject *
     static const int registered = ::pthread_atfork(nullptr, nullptr, closeInChild);
     Q_UNUSED(registered)
     openDescriptor = descriptor;
+    // Before the application can end, however short its life is.
+    m_channel->send(hello, sendTimeoutMs);
     start(&m_reader, &AgentConnection::read);
 }
 
@@ -191,8 +192,6 @@ void AgentConnection::read()
 // application then runs as if there were no agent.
 bool AgentConnection::isWelcome()
 {
-    if (!m_channel->send(m_hello, sendTimeoutMs))
-        return false;
     Message message;
     MessageChannel::Outcome outcome = MessageChannel::TimedOut;
     while (outcome == MessageChannel::TimedOut)

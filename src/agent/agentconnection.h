@@ -78,7 +78,6 @@ private:
 
     const pid_t m_process;
     std::unique_ptr<MessageChannel> m_channel;
-    const Message m_hello;
     QObject *m_receiver;
     std::function<void()> m_whenLost;
     std::atomic<bool> m_isEnding{false};

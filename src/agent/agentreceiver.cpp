@@ -47,6 +47,16 @@ void AgentReceiver::take(const Message &message)
     }
 }
 
+void AgentReceiver::record()
+{
+    m_calls.inspector().record([this](const QVariantMap &action) {
+        Message message;
+        message.type = Message::Recorded;
+        message.values = {action};
+        send(message);
+    });
+}
+
 void AgentReceiver::perform(const Message &request)
 {
     switch (request.operation) {
@@ -58,6 +68,14 @@ void AgentReceiver::perform(const Message &request)
     case Message::CallFunction:
         (new PendingAction(this, request))->begin();
         return;
+    case Message::Record: {
+        record();
+        Message answer = request;
+        answer.type = Message::Answer;
+        answer.values.clear();
+        send(answer);
+        return;
+    }
     case Message::Quit: {
         Message answer = request;
         answer.type = Message::Answer;

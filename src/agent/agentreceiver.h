@@ -29,6 +29,7 @@ public:
 
 private:
     void take(const Message &message);
+    void record();
     void perform(const Message &request);
 
     AgentCalls m_calls;

@@ -3,8 +3,10 @@
 #include "remote/protocol/environmentnames.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -13,6 +15,19 @@
 
 namespace Morvex {
 namespace {
+
+QByteArray peerOf(int descriptor)
+{
+    sockaddr_un address = {};
+    socklen_t size = sizeof address;
+    const bool isLocal =
+        ::getpeername(descriptor, reinterpret_cast<sockaddr *>(&address), &size) == 0 &&
+        address.sun_family == AF_UNIX;
+    return isLocal
+               ? QByteArray(address.sun_path,
+                            static_cast<int>(::strnlen(address.sun_path, sizeof address.sun_path)))
+               : QByteArray();
+}
 
 bool isOfThisUser(int descriptor)
 {
@@ -40,7 +55,19 @@ CallingCard CallingCard::fromEnvironment()
     CallingCard card;
     card.m_socket = qgetenv(socketVariable);
     card.m_token = qgetenv(tokenVariable);
+    card.m_directory = qgetenv(directoryVariable);
     return card;
+}
+
+bool CallingCard::isPresented() const
+{
+    const QStringList descriptors =
+        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System);
+    return std::any_of(descriptors.begin(), descriptors.end(), [this](const QString &descriptor) {
+        bool isNumber = false;
+        const int number = descriptor.toInt(&isNumber);
+        return isNumber && peerOf(number) == m_socket;
+    });
 }
 
 int CallingCard::connectToRunner() const

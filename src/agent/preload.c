@@ -30,6 +30,8 @@ static void openAgent(void)
         (int)sizeof path)
         return;
     void *agent = dlopen(path, RTLD_NOW | RTLD_LOCAL);
+    if (!agent)
+        fprintf(stderr, "the agent can't be loaded: %s\n", dlerror());
     void *start = agent ? dlsym(agent, "morvexStartAgentLater") : NULL;
     if (start)
         ((void (*)(void))start)();

@@ -1,3 +1,4 @@
+#include "agent/quickreceiver.h"
 #include "qtbackend/sceneaccess.h"
 
 #include <QQmlContext>
@@ -69,8 +70,7 @@ public:
 
     bool isShown(const QObject *item) const override
     {
-        const QQuickItem *known = toItem(item);
-        return known->isVisible() && known->window() && known->window()->isVisible();
+        return toItem(item)->isVisible() && toItem(item)->window();
     }
 
     bool isUsable(const QObject *item) const override { return toItem(item)->isEnabled(); }
@@ -93,6 +93,17 @@ public:
     QPoint toWindow(const QObject *item, const QPoint &place) const override
     {
         return toItem(item)->mapToScene(place).toPoint();
+    }
+
+    QObject *clickedAt(QObject *root, const QPoint &place) const override
+    {
+        return clickedItem(static_cast<QQuickItem *>(root), place);
+    }
+
+    QObject *coverOf(const QObject *item, const QPoint &place) const override
+    {
+        const QQuickItem *known = toItem(item);
+        return Morvex::coverOf(known->window()->contentItem(), known, place);
     }
 
     void scrollIntoSight(QObject *object) const override
@@ -127,7 +138,7 @@ public:
 } // namespace
 } // namespace Morvex
 
-extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess()
+extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess2()
 {
     static auto *const access = new Morvex::QuickAccess;
     return access;

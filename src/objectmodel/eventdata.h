@@ -12,7 +12,14 @@ namespace Morvex {
 /// An argument of a recorded method call.
 struct MORVEX_EXPORT EventDataArg
 {
-    enum Kind { TEXT = 0, NUMBER = 1 };
+    enum Kind {
+        TEXT = 0,
+        NUMBER = 1,
+        /// A key, "=" and a value: how something is done, or which of several is meant.
+        OPTION = 2,
+        /// The real name of another object. What follows is about that one.
+        OBJECT = 3
+    };
 
     QString value;
     Kind kind = TEXT;

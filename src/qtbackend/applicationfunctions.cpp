@@ -169,6 +169,12 @@ QVariant type(QtModel &model, const Call &call, QString *error)
                   : QVariant();
 }
 
+QVariant close(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    return object ? done(closeWindow(object, call.input), error) : QVariant();
+}
+
 // Arguments: id, action, selector, and what an edit is to write.
 QVariant useItemOf(QtModel &model, const Call &call, QString *error)
 {
@@ -269,6 +275,7 @@ const struct
     {"nameTree", tree},
     {"takeClicked", takeClicked},
     {"typeText", type},
+    {"closeWindow", close},
     {"useItem", useItemOf},
     {"hasItem", hasItemOf},
     {"itemProperties", propertiesOfItem},

@@ -1,11 +1,15 @@
 #include "qtbackend/clickwatch.h"
 
+#include "qtbackend/quickwidgets.h"
+#include "qtbackend/sceneaccess.h"
+
 #include <QAbstractScrollArea>
 #include <QAction>
 #include <QCoreApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QWindow>
 
 namespace Morvex {
 namespace {
@@ -28,6 +32,16 @@ QObject *shownObject(QWidget *widget, const QPoint &place)
     return area && area->viewport() == widget ? area : widget;
 }
 
+// The item that has all those of the window or widget; null where there are none.
+QObject *rootOf(QObject *receiver)
+{
+    if (receiver->isWidgetType())
+        return rootItemOf(receiver);
+    auto *window = qobject_cast<QWindow *>(receiver);
+    SceneAccess *access = SceneAccess::self();
+    return access && window && !isOfWidget(window) ? access->rootOf(window) : nullptr;
+}
+
 } // namespace
 
 ClickWatch::ClickWatch()
@@ -48,14 +62,17 @@ std::vector<QObject *> ClickWatch::takeClicked()
 
 bool ClickWatch::eventFilter(QObject *receiver, QEvent *event)
 {
-    if (event->type() != QEvent::MouseButtonPress || !receiver->isWidgetType())
+    const bool isPress = event->type() == QEvent::MouseButtonPress;
+    QObject *root = isPress ? rootOf(receiver) : nullptr;
+    if (!isPress || (!root && !receiver->isWidgetType()))
         return false;
     const auto *press = static_cast<QMouseEvent *>(event);
     if (press->timestamp() == m_timestamp && m_timestamp != 0)
         return false;
     m_timestamp = press->timestamp();
     if (m_clicked.size() < maxClicked)
-        m_clicked.emplace_back(shownObject(static_cast<QWidget *>(receiver), press->pos()));
+        m_clicked.emplace_back(root ? SceneAccess::self()->clickedAt(root, press->pos())
+                                    : shownObject(static_cast<QWidget *>(receiver), press->pos()));
     return false;
 }
 

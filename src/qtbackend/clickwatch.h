@@ -15,7 +15,7 @@ public:
     ClickWatch();
 
     /// Those since the last call that are still there, in the order of the clicks. Of a scroll
-    /// area the whole, of a menu the action.
+    /// area the whole, of a menu the action, of Qt Quick the item that the click is for.
     std::vector<QObject *> takeClicked();
 
     bool eventFilter(QObject *receiver, QEvent *event) override;

@@ -28,16 +28,6 @@ bool isTyped(const QObject *object, const char *property)
            qobject_cast<const QAbstractSpinBox *>(object);
 }
 
-bool hidesItsText(const QObject *object)
-{
-    for (const char *property : {"echoMode", "textEchoMode"}) {
-        const QVariant mode = object->property(property);
-        if (mode.isValid())
-            return mode.toInt() != QLineEdit::Normal;
-    }
-    return false;
-}
-
 // What shows the value of the property as dots; null when it is no secret.
 const QObject *hiderOf(const QObject *object, const QString &property)
 {
@@ -57,6 +47,16 @@ void addText(const QObject *object, const char *property, QHash<QString, QString
 }
 
 } // namespace
+
+bool hidesItsText(const QObject *object)
+{
+    for (const char *property : {"echoMode", "textEchoMode"}) {
+        const QVariant mode = object->property(property);
+        if (mode.isValid())
+            return mode.toInt() != QLineEdit::Normal;
+    }
+    return false;
+}
 
 QString labelOf(const QObject *object)
 {

@@ -88,6 +88,17 @@ int ItemPath::next(const QStringList &texts)
     return found.at(wanted);
 }
 
+// A text alone may have separators.
+QString itemPathOf(const QStringList &texts)
+{
+    if (texts.size() == 1)
+        return texts.first();
+    QStringList path;
+    for (const QString &text : texts)
+        path += escaped(text);
+    return path.join(separator);
+}
+
 QString listedTexts(const QStringList &texts)
 {
     QStringList listed;

@@ -47,6 +47,9 @@ private:
     QString m_error;
 };
 
+/// The path through these texts, as a selector has it.
+QString itemPathOf(const QStringList &texts);
+
 /// ", there are: ..." with the first of the texts; empty without any.
 QString listedTexts(const QStringList &texts);
 

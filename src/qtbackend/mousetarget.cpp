@@ -4,6 +4,7 @@
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scrolling.h"
 #include "qtbackend/whyblocked.h"
@@ -105,7 +106,9 @@ QWindow *sceneWindowOf(QObject *item)
 void revealSceneItem(QObject *item, InputSequence &input)
 {
     const QPointer<QObject> alive = item;
-    QWindow *window = sceneWindowOf(item);
+    QWidget *widget = widgetOf(item);
+    waitForActiveWindow(widget, input);
+    QWindow *window = widget ? nullptr : sceneWindowOf(item);
     if (window && !window->isActive()) {
         window->requestActivate();
         input.waitUntil(
@@ -205,7 +208,6 @@ QPoint MouseTarget::placeIn(QWidget *widget, QString *error) const
     return m_place ? part.topLeft() + *m_place : visible.center();
 }
 
-// Items don't say which of them takes the mouse: one that covers another one is not seen.
 MouseSpot MouseTarget::sceneSpot(QString *error) const
 {
     const SceneAccess &access = *SceneAccess::self();
@@ -214,7 +216,14 @@ MouseSpot MouseTarget::sceneSpot(QString *error) const
     const QPoint place = m_place ? access.toWindow(m_object, *m_place) : visible.center();
     if (error->isEmpty() && !visible.contains(place))
         *error = QStringLiteral("the item is out of sight");
-    return {access.windowOf(m_object), place};
+    const QObject *cover = error->isEmpty() ? access.coverOf(m_object, place) : nullptr;
+    if (cover)
+        *error = QLatin1String("the item is covered by ") + realNameOf(cover);
+    QWidget *widget = error->isEmpty() ? widgetOf(m_object) : nullptr;
+    if (!widget)
+        return {access.windowOf(m_object), place};
+    scrollIntoSight(widget, place);
+    return receiverOf(widget, place, error) ? MouseSpot::of(widget, place) : MouseSpot();
 }
 
 MouseSpot MouseTarget::spot(QString *error)

@@ -3,6 +3,7 @@
 #include "objectmodel/objectmap.h"
 #include "qtbackend/closestobjects.h"
 #include "qtbackend/identification.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"
 
 #include <QPointer>
@@ -246,7 +247,12 @@ QString NameResolver::uniqueName(const QObject *object)
 {
     if (!m_index)
         m_index.emplace(m_model);
-    const ObjectName name(realNameOf(object));
+    return numbered(ObjectName(realNameOf(object)), object);
+}
+
+// The name itself when it fits no other object.
+QString NameResolver::numbered(const ObjectName &name, const QObject *object)
+{
     NameConditions conditions;
     if (!makeConditions(name, &conditions, nullptr))
         return name.qualifiedName();
@@ -258,6 +264,41 @@ QString NameResolver::uniqueName(const QObject *object)
     properties.insert(occurrenceKey, {ObjectName::PropertyValue::EXACT,
                                       QString::number(place - found.begin() + 1)});
     return ObjectName(properties).qualifiedName();
+}
+
+bool NameResolver::isUnique(const ObjectName &name, const QObject *object)
+{
+    NameConditions conditions;
+    if (!makeConditions(name, &conditions, nullptr))
+        return false;
+    const std::vector<QObject *> found = fittingObjects(conditions);
+    return found.size() == 1 && found.front() == object;
+}
+
+QString NameResolver::steadyName(const QObject *object, bool isTextKept)
+{
+    if (!m_index)
+        m_index.emplace(m_model);
+    using Value = ObjectName::PropertyValue;
+    auto properties = ObjectName(realNameOf(object)).properties();
+    if (!isTextKept && !properties.contains(QStringLiteral("name")))
+        properties = {{QStringLiteral("type"), properties.value(QStringLiteral("type"))}};
+    std::vector<std::pair<QString, Value>> further;
+    if (object->property("visible").toBool())
+        further.emplace_back(QStringLiteral("visible"),
+                             Value{Value::EXACT, QStringLiteral("true")});
+    const QObject *named = parentObjectOf(object);
+    while (named && named->objectName().isEmpty() && parentObjectOf(named))
+        named = parentObjectOf(named);
+    if (named && isUnique(ObjectName(realNameOf(named)), named))
+        further.emplace_back(QStringLiteral("container"),
+                             Value{Value::REFERENCE, realNameOf(named)});
+    for (const auto &[key, value] : further) {
+        if (isUnique(ObjectName(properties), object))
+            break;
+        properties.insert(key, value);
+    }
+    return numbered(ObjectName(properties), object);
 }
 
 QHash<const QObject *, QString> NameResolver::symbolicNames()

@@ -35,10 +35,17 @@ public:
     /// A name that fits the object alone at this moment. For many objects in a row.
     QString uniqueName(const QObject *object);
 
+    /// The same for scripts that are run again: what distinguishes the object from others is rather
+    /// where it is than its number. @p isTextKept is whether what it shows may be a part of the
+    /// name.
+    QString steadyName(const QObject *object, bool isTextKept = true);
+
     /// The names in the object map of the objects that are there.
     QHash<const QObject *, QString> symbolicNames();
 
 private:
+    bool isUnique(const ObjectName &name, const QObject *object);
+    QString numbered(const ObjectName &name, const QObject *object);
     QObject *findSymbolic(const QString &name, QString *error);
     QObject *findReal(const QString &name, QString *error);
     QObject *find(const ObjectName &name, QString *error);

@@ -1,9 +1,11 @@
 #include "qtbackend/objecttree.h"
 
 #include "qtbackend/creationorder.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 
 #include <QGuiApplication>
+#include <QWidget>
 #include <QWindow>
 
 #include <algorithm>
@@ -34,8 +36,12 @@ bool isSceneItem(const QObject *object)
 QObjectList childObjectsOf(const QObject *object)
 {
     const SceneAccess *access = SceneAccess::self();
-    if (!access || object->isWidgetType())
-        return inCreationOrder(object->children());
+    if (!access || object->isWidgetType()) {
+        QObjectList children = inCreationOrder(object->children());
+        if (QObject *root = rootItemOf(object))
+            children += root;
+        return children;
+    }
     QObjectList children;
     for (QObject *child : object->children()) {
         if (!isPlacedItem(*access, child))
@@ -56,15 +62,17 @@ QObject *parentObjectOf(const QObject *object)
     const SceneAccess *access = SceneAccess::self();
     if (!access || !access->isItem(object))
         return object->parent();
-    QObject *parent = access->parentOf(object);
-    return parent ? parent : access->windowOf(object);
+    if (QObject *parent = access->parentOf(object))
+        return parent;
+    QObject *widget = widgetOf(object);
+    return widget ? widget : access->windowOf(object);
 }
 
 QObjectList sceneWindows()
 {
     QObjectList windows;
     for (QWindow *window : QGuiApplication::allWindows()) {
-        if (isSceneWindow(window))
+        if (isSceneWindow(window) && !isOfWidget(window))
             windows += window;
     }
     return windows;

@@ -1,6 +1,7 @@
 #include "qtbackend/pictures.h"
 
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/restinglook.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/turneventloop.h"
@@ -60,6 +61,8 @@ QPoint originOf(QObject *object)
     if (object->isWidgetType())
         return static_cast<QWidget *>(object)->mapToGlobal(QPoint());
     const SceneAccess &access = *SceneAccess::self();
+    if (const QWidget *widget = widgetOf(object))
+        return widget->mapToGlobal(access.visiblePlaceOf(object).topLeft());
     const QWindow *window =
         access.isItem(object) ? access.windowOf(object) : qobject_cast<const QWindow *>(object);
     return window->mapToGlobal(window == object ? QPoint()
@@ -81,6 +84,8 @@ QImage grabWidget(QObject *object)
     if (object && object->isWidgetType())
         return static_cast<QWidget *>(object)->grab().toImage();
     const SceneAccess *access = SceneAccess::self();
+    if (QWidget *widget = widgetOf(object))
+        return widget->grab(access->visiblePlaceOf(object)).toImage();
     return access && object ? access->grab(object) : QImage();
 }
 

@@ -150,6 +150,11 @@ SharedPtr<Object> QtInspector::waitForObject(const QString &name, int timeout, Q
     }
 }
 
+void QtInspector::record(const std::function<void(const QVariantMap &)> &sink)
+{
+    d->model.watchActions(sink);
+}
+
 QByteArray QtInspector::countedUsage()
 {
     return d->model.isUsageCounted()

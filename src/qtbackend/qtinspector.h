@@ -3,6 +3,7 @@
 #include "morvex_qtbackend_export.h"
 #include "objectmodel/inspector.h"
 
+#include <functional>
 #include <memory>
 
 namespace Morvex {
@@ -46,6 +47,8 @@ public:
     /// @p input.
     QVariant beginFunction(const QString &name, const QVariantList &arguments, InputSequence &input,
                            QString *error);
+    /// Reports what the user does from now on.
+    void record(const std::function<void(const QVariantMap &)> &sink);
     /// What "dumpUsage" answers; null when nothing is counted. Also when the windows, and the
     /// application object, no longer exist.
     QByteArray countedUsage();

@@ -1,10 +1,12 @@
 #include "qtbackend/qtmodel.h"
 
 #include "objectmodel/value/valueobject.h"
+#include "qtbackend/actionwatch.h"
 #include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
 
@@ -83,6 +85,12 @@ ClickWatch &QtModel::clickWatch()
     if (!m_clickWatch)
         m_clickWatch = std::make_unique<ClickWatch>();
     return *m_clickWatch;
+}
+
+void QtModel::watchActions(const std::function<void(const QVariantMap &)> &sink)
+{
+    if (!m_actionWatch)
+        m_actionWatch = std::make_unique<ActionWatch>(*this, sink);
 }
 
 UsageCounter &QtModel::usageCounter()
@@ -212,7 +220,9 @@ void QtModel::addRelations(ModelClass *modelClass, const QMetaObject *metaObject
         });
     if (qstrcmp(metaObject->className(), "QQuickItem") == 0) {
         add("window", [](QObject *object) {
-            return QVariant::fromValue<QObject *>(SceneAccess::self()->windowOf(object));
+            QWidget *widget = widgetOf(object);
+            return widget ? objectVariant(widget->window())
+                          : objectVariant(SceneAccess::self()->windowOf(object));
         });
         add("id", [](QObject *object) { return SceneAccess::self()->idOf(object); });
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "morvex_qtbackend_export.h"
+
 #include <QImage>
 #include <QObjectList>
 #include <QPoint>
@@ -21,6 +23,9 @@ public:
     /// loaded another one.
     static SceneAccess *self();
 
+    /// Where that library is; without it there are no items.
+    MORVEX_QTBACKEND_EXPORT static void setLibraryDirectory(const QByteArray &directory);
+
     virtual bool isItem(const QObject *object) const = 0;
     /// The item of a window in which all others are; null for any other object.
     virtual QObject *rootOf(QObject *window) const = 0;
@@ -32,6 +37,7 @@ public:
     /// The name that the item's file gives it; empty without one.
     virtual QString idOf(const QObject *object) const = 0;
 
+    /// Whatever becomes of its window.
     virtual bool isShown(const QObject *item) const = 0;
     virtual bool isUsable(const QObject *item) const = 0;
     /// In the window.
@@ -39,6 +45,12 @@ public:
     /// The part of that which no item around it cuts off.
     virtual QRect visiblePlaceOf(const QObject *item) const = 0;
     virtual QPoint toWindow(const QObject *item, const QPoint &place) const = 0;
+
+    /// The item that a click at the place of the window is for; @p root has all of the window.
+    virtual QObject *clickedAt(QObject *root, const QPoint &place) const = 0;
+    /// The item that would take a click at the place of the window in place of @p item; null for
+    /// none.
+    virtual QObject *coverOf(const QObject *item, const QPoint &place) const = 0;
 
     // What a user does.
     virtual void scrollIntoSight(QObject *item) const = 0;
@@ -48,8 +60,9 @@ public:
     virtual QImage grab(const QObject *itemOrWindow) const = 0;
 };
 
-/// The entry of that library.
+/// The entry of that library. Its name changes with the interface: programs that link the agent may
+/// have that of another version.
 using SceneAccessFunction = SceneAccess *(*)();
-inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess";
+inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess2";
 
 } // namespace Morvex

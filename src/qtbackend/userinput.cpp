@@ -4,6 +4,7 @@
 #include "qtbackend/item.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
@@ -224,9 +225,13 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
                   InputSequence &input)
 {
     revealSceneItem(root ? root : object, input);
-    const QPointer<QWindow> window = SceneAccess::self()->windowOf(root ? root : object);
+    const QPointer<QWidget> widget = widgetOf(object);
+    const QPointer<QWindow> window = widget ? widget->window()->windowHandle()
+                                            : SceneAccess::self()->windowOf(root ? root : object);
     const QPointer<QObject> item = root ? nullptr : object;
-    input.add([item] {
+    input.add([widget, item] {
+        if (widget)
+            widget->setFocus(Qt::OtherFocusReason);
         if (item)
             SceneAccess::self()->giveFocus(item);
         return QString();
@@ -242,6 +247,26 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
 }
 
 } // namespace
+
+QString closeWindow(QObject *object, InputSequence &input)
+{
+    QWindow *shown = qobject_cast<QWindow *>(object);
+    if (object->isWidgetType())
+        shown = static_cast<QWidget *>(object)->window()->windowHandle();
+    else if (isSceneItem(object))
+        shown = SceneAccess::self()->windowOf(object);
+    const QString error = object->isWindowType() ? QString() : whyBlocked(object);
+    if (!error.isEmpty())
+        return error;
+    if (!shown || !shown->isVisible())
+        return QStringLiteral("there is no window to be closed");
+    input.add([window = QPointer<QWindow>(shown)] {
+        if (window)
+            window->close();
+        return QString();
+    });
+    return {};
+}
 
 QString useMouse(const MouseUse &use, InputSequence &input)
 {

@@ -2,11 +2,13 @@
 
 #include "qtbackend/identification.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -103,7 +105,12 @@ QString whyItemIsBlocked(const QObject *item)
     const SceneAccess &access = *SceneAccess::self();
     if (!access.isShown(item))
         return QStringLiteral("the item is not visible");
-    return access.isUsable(item) ? QString() : QStringLiteral("the item is disabled");
+    if (!access.isUsable(item))
+        return QStringLiteral("the item is disabled");
+    if (const QWidget *widget = widgetOf(item))
+        return whyBlocked(widget);
+    return access.windowOf(item)->isVisible() ? QString()
+                                              : QStringLiteral("the window is not visible");
 }
 
 } // namespace

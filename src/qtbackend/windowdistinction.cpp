@@ -59,12 +59,14 @@ QString distinctionOfUnnamed(const QWidget &window)
 
 QStringList orderOfUnnamed(const QWidget &window)
 {
-    QStringList contents{window.objectName(), window.windowTitle()};
+    QStringList contents;
     const auto widgets = window.findChildren<QWidget *>();
     for (const QWidget *widget : widgets)
-        contents << QString::fromLatin1(widget->metaObject()->className()) << widget->objectName()
-                 << steadyTextOf(widget);
-    return contents;
+        contents += QString::fromLatin1(widget->metaObject()->className()) + QLatin1Char(' ') +
+                    widget->objectName() + QLatin1Char(' ') + steadyTextOf(widget);
+    // They are in stacking order, which a click changes.
+    contents.sort();
+    return QStringList{window.objectName(), window.windowTitle()} + contents;
 }
 
 } // namespace Morvex

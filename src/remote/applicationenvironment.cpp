@@ -38,6 +38,7 @@ void addAgent(QProcessEnvironment *target, const QString &agentDirectory,
             agentDirectory + QLatin1String("/morvexpreload.so"), QLatin1Char(':'));
     environment.insert(QLatin1String(socketVariable), offer.socketPath());
     environment.insert(QLatin1String(tokenVariable), QString::fromLatin1(offer.token()));
+    environment.insert(QLatin1String(directoryVariable), agentDirectory);
     const QString platform = QStringLiteral("QT_QPA_PLATFORM");
     if (environment.value(platform).isEmpty() && !hasDisplay(environment))
         environment.insert(platform, QStringLiteral("offscreen"));
@@ -62,11 +63,12 @@ void makePrivate(QProcessEnvironment *environment, const ApplicationHome &home,
         {QStringLiteral("SESSION_MANAGER"), QString()},
         // The session of the user has other instances.
         {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), home.busAddress()},
-        // Those of desktops bring file dialogs of other processes.
-        {QStringLiteral("QT_QPA_PLATFORMTHEME"), QString()},
     };
     for (const char *name :
-         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
+          // By these a theme of the desktop is chosen, which brings file dialogs that are not Qt's.
+          "QT_QPA_PLATFORMTHEME", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
+          "GNOME_DESKTOP_SESSION_ID"})
         values.insert(QLatin1String(name), QString());
     if (!environment->contains(QStringLiteral("XAUTHORITY")) && QFile::exists(authority))
         values.insert(QStringLiteral("XAUTHORITY"), authority);

@@ -1,10 +1,10 @@
 #include "remote/applicationhome.h"
 
 #include "remote/applicationenvironment.h"
+#include "remote/copytree.h"
 #include "remote/watchedprocess.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
@@ -26,23 +26,6 @@ QString newDirectoryPath()
         parent = QStringLiteral("/tmp");
     const quint64 number = QRandomGenerator::system()->generate64();
     return parent + QStringLiteral("/morvex-%1").arg(number, 16, 16, QLatin1Char('0'));
-}
-
-// Returns an error text, empty on success.
-[[nodiscard]] QString copyTree(const QString &source, const QString &target)
-{
-    const QDir sourceDir(source);
-    QDirIterator entries(source, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString entry = entries.next();
-        const QString copy = target + QLatin1Char('/') + sourceDir.relativeFilePath(entry);
-        const bool isDirectory = entries.fileInfo().isDir() && !entries.fileInfo().isSymLink();
-        if (isDirectory ? !QDir().mkpath(copy) : !QFile::copy(entry, copy))
-            return QStringLiteral("'%1' can't be copied to the home of the application").arg(entry);
-        QFile::setPermissions(copy, QFile::permissions(copy) | QFile::WriteOwner);
-    }
-    return {};
 }
 
 QStringList busCommand(const ApplicationHome &home, const QStringList &kept)
@@ -91,7 +74,11 @@ QString ApplicationHome::fill(const Options &options)
 {
     for (const QString &path : {homeDirectory(), temporaryDirectory(), runtimeDirectory()})
         ::mkdir(QFile::encodeName(path).constData(), S_IRWXU);
-    return options.seed.isEmpty() ? QString() : copyTree(options.seed, homeDirectory());
+    const QString failed =
+        options.seed.isEmpty() ? QString() : copyTree(options.seed, homeDirectory());
+    return failed.isEmpty()
+               ? QString()
+               : QStringLiteral("'%1' can't be copied to the home of the application").arg(failed);
 }
 
 // An application that comes first would go without it.

@@ -54,7 +54,7 @@ private:
         QElapsedTimer age;
     };
 
-    void waitForNews(int timeout) const;
+    bool waitForNews(int timeout) const;
     void acceptAll();
     Caller takeHello(Silent *silent, MessageChannel::Outcome *outcome) const;
 

@@ -53,6 +53,7 @@ struct RemoteApplication::Private
     void take(ConnectionOffer::Caller caller);
     void letSleep(ConnectionOffer::Caller caller);
     bool isWanted(const ConnectionOffer::Caller &caller) const;
+    QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
     QString quit(RemoteContext &context);
     void endOrphans();
@@ -103,9 +104,12 @@ QString RemoteApplication::Private::waitForContext()
         if (!error.isEmpty())
             return error;
         const bool isTooLate = deadline.hasExpired();
+        // What it said before its end.
+        if (process->hasEnded())
+            update(0);
         if (contexts.isEmpty() && (process->hasEnded() || isTooLate))
-            return whyNoConnection(start.command.value(0), *process,
-                                   isTooLate ? start.timeout : -1);
+            return whyNoConnection(start.command.value(0), *process, isTooLate ? start.timeout : -1,
+                                   unlisted());
     }
     const QString error = waitUntilReady(*contexts.constFirst(), deadline);
     // One that has said who it is, but goes no further.
@@ -178,6 +182,16 @@ bool RemoteApplication::Private::isWanted(const ConnectionOffer::Caller &caller)
                           start.whiteList.contains(QFileInfo(caller.executable).fileName());
     return isListed &&
            (contexts.isEmpty() || (start.hooksSubProcesses && contexts.size() < maxContexts));
+}
+
+// While there is no context, all that called and were not wanted.
+QStringList RemoteApplication::Private::unlisted() const
+{
+    QStringList programs;
+    for (const ConnectionOffer::Caller &caller : sleeping)
+        programs += QFileInfo(caller.executable).fileName();
+    programs.removeDuplicates();
+    return programs;
 }
 
 std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::Caller caller)

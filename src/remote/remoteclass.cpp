@@ -80,11 +80,15 @@ void RemoteClass::describe() const
     const RemoteSession::Reply reply =
         m_model.session().request(Message::DescribeClass, {m_number});
     m_isDescribed = reply.error.isEmpty();
+    const QStringList propertyNames = reply.values.value(2).toStringList();
+    if (!m_isDescribed ||
+        !m_model.hasRoomFor(QStringList(reply.values.value(0).toString()) + propertyNames))
+        return;
     m_name = reply.values.value(0).toString();
     const quint32 super = reply.values.value(1).toUInt();
     // Those that a class derives from have lower numbers, so that no chain of them has no end.
     m_superClass = super < m_number ? m_model.classOf(super) : nullptr;
-    m_propertyNames = reply.values.value(2).toStringList();
+    m_propertyNames = propertyNames;
     for (const QString &property : qAsConst(m_propertyNames))
         m_properties.insert(property, std::make_shared<RemoteProperty>(m_model, property));
 }

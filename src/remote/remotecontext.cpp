@@ -210,8 +210,12 @@ bool RemoteContext::isFrozen(int timeout)
 
 bool RemoteContext::isEndOrderly() const
 {
-    return m_inspector && m_inspector->session().hasSaidBye() &&
-           !WatchedProcess::isCrash(m_surroundings.endOf(m_processId));
+    return m_inspector && m_inspector->session().hasSaidBye() && !hasCrashed();
+}
+
+bool RemoteContext::hasCrashed() const
+{
+    return WatchedProcess::isCrash(m_surroundings.endOf(m_processId));
 }
 
 bool RemoteContext::hasDumpedCore() const
@@ -227,13 +231,6 @@ bool RemoteContext::isEndMet() const
 bool RemoteContext::isBehind() const
 {
     return m_inspector && m_inspector->session().isBehind();
-}
-
-void RemoteContext::setBound(int milliseconds)
-{
-    m_surroundings.bound = milliseconds;
-    if (m_inspector)
-        m_inspector->session().setBound(milliseconds);
 }
 
 void RemoteContext::close(const QString &reason)

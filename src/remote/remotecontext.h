@@ -76,15 +76,13 @@ public:
     /// Whether it has ended as an application should, by leaving its event loop and without a crash
     /// after that.
     bool isEndOrderly() const;
+    bool hasCrashed() const;
     /// Whether it has crashed so that its memory can be looked at.
     bool hasDumpedCore() const;
     /// Whether a call has failed because of the end.
     bool isEndMet() const;
     /// Whether it has not come to what it was asked for last.
     bool isBehind() const;
-
-    /// How long an answer may take from now on, in milliseconds.
-    void setBound(int milliseconds);
 
     /// Says where it hangs, to whom wants to know.
     void reportHanging() const;

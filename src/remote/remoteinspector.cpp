@@ -30,6 +30,8 @@ private:
     QString m_name;
 };
 
+const int catchUpTimeoutMs = 500;
+
 // How long the call takes by itself, in milliseconds.
 int durationOf(const QString &function, const QVariantList &arguments)
 {
@@ -149,8 +151,15 @@ QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &
 QVariant RemoteInspector::askForReport(const QString &function, QString *error)
 {
     session().update();
-    QString reason = session().failure();
-    const QVariant answer = reason.isEmpty() ? callFunction(function, {}, &reason) : QVariant();
+    QString reason;
+    QVariant answer;
+    // One that hangs is not waited for again.
+    if (session().catchUp(catchUpTimeoutMs))
+        answer = callFunction(function, {}, &reason);
+    else
+        reason = session().failure().isEmpty()
+                     ? QStringLiteral("the application still has not answered")
+                     : session().failure();
     // An application that has ended answered this at its end.
     const QByteArray usage = session().lastUsage();
     const bool isAnswered = function == QLatin1String("dumpUsage") && !usage.isNull();

@@ -8,6 +8,9 @@ namespace Morvex {
 namespace {
 
 const int maxClasses = 20000;
+// Of the names of all classes and their properties, each of which takes room beside its characters.
+const qint64 maxNames = 32 * 1024 * 1024;
+const qint64 roomOfName = 100;
 
 QVariantList valuesOf(const std::optional<QMap<QString, ObjectName>> &names)
 {
@@ -23,6 +26,7 @@ QVariantList valuesOf(const std::optional<QMap<QString, ObjectName>> &names)
 
 RemoteModel::RemoteModel(std::unique_ptr<RemoteSession> session)
     : m_session(std::move(session))
+    , m_room(maxNames)
 {
 }
 
@@ -90,6 +94,13 @@ const Class *RemoteModel::valueClass(const QVariant &value)
                             .value<ObjectRef>()
                             .classNumber);
     return known;
+}
+
+bool RemoteModel::hasRoomFor(const QStringList &names)
+{
+    for (const QString &name : names)
+        m_room -= roomOfName + name.size();
+    return m_room >= 0;
 }
 
 void RemoteModel::sendObjectMap()

@@ -37,6 +37,9 @@ public:
     /// The class of plain values of this type; null when the application can't be asked.
     const Class *valueClass(const QVariant &value);
 
+    /// Counts what is kept of descriptions of classes, in characters. False when that is too much.
+    bool hasRoomFor(const QStringList &names);
+
     /// Makes the names of the object map in use known to the application, unless they are.
     void sendObjectMap();
 
@@ -44,6 +47,7 @@ private:
     std::unique_ptr<RemoteSession> m_session;
     QHash<quint32, std::shared_ptr<RemoteClass>> m_classes;
     std::shared_ptr<RemoteClass> m_emptyClass;
+    qint64 m_room;
     QHash<int, const Class *> m_valueClasses;
     // None at first, as at the other end.
     std::optional<QMap<QString, ObjectName>> m_sentNames;

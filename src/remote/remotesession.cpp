@@ -9,6 +9,8 @@
 namespace Morvex {
 namespace {
 
+// More than anybody does before it is taken.
+const int maxRecorded = 20000;
 const int sendTimeoutMs = 10000;
 const qint64 pongTimeoutMs = 1000;
 // More at once are sent with the next request.
@@ -136,11 +138,10 @@ bool RemoteSession::send(const QByteArray &request, int timeout)
 RemoteSession::Reply RemoteSession::waitForAnswer(const Message &request, int timeout)
 {
     Message answer;
-    m_isBehind = true;
     MessageChannel::Outcome outcome = waitForMessage(request.number, timeout, &answer);
     if (outcome == MessageChannel::TimedOut) {
         const bool isAgentThere = isPonged(request.number, &answer);
-        outcome = m_isBehind ? outcome : MessageChannel::Received;
+        outcome = isBehind() ? outcome : MessageChannel::Received;
         if (outcome == MessageChannel::TimedOut && m_failure.isEmpty())
             return {silence(timeout, isAgentThere), {}};
     }
@@ -159,6 +160,17 @@ QString RemoteSession::silence(int timeout, bool isAgentThere)
     return m_describeSilence ? text + m_describeSilence(isAgentThere) : text;
 }
 
+QString RemoteSession::record()
+{
+    m_isRecording = true;
+    return request(Message::Record, {}).error;
+}
+
+QVariantList RemoteSession::takeRecorded()
+{
+    return std::exchange(m_recorded, {});
+}
+
 // The answer to the request of that number, or that to a ping, which is empty.
 MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeout, Message *answer)
 {
@@ -175,7 +187,6 @@ MessageChannel::Outcome RemoteSession::waitForMessage(quint32 number, int timeou
                 return MessageChannel::Broken;
             // That of a request which was given up may still come.
             if (isAnswer(message) && message.number == number) {
-                m_isBehind = false;
                 *answer = message;
                 return MessageChannel::Received;
             }
@@ -195,6 +206,10 @@ bool RemoteSession::take(const Message &message)
     if (message.type == Message::Pong) {
         m_hasPonged = true;
         return m_unansweredPings.remove(message.number);
+    }
+    if (message.type == Message::Recorded) {
+        m_recorded += message.values;
+        return m_isRecording && m_recorded.size() <= maxRecorded;
     }
     return isAnswer(message) && m_unanswered.remove(message.number);
 }
@@ -226,6 +241,17 @@ bool RemoteSession::isPonged(quint32 number, Message *answer)
     if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
         lose(outcome);
     return m_hasPonged;
+}
+
+bool RemoteSession::catchUp(int timeout)
+{
+    Message answer;
+    if (m_failure.isEmpty() && isBehind()) {
+        const MessageChannel::Outcome outcome = waitForMessage(m_lastNumber, timeout, &answer);
+        if (outcome == MessageChannel::Closed || outcome == MessageChannel::Broken)
+            lose(outcome);
+    }
+    return m_failure.isEmpty() && !isBehind();
 }
 
 void RemoteSession::update()

@@ -63,6 +63,11 @@ public:
     /// @p duration is how long what is asked for takes by itself, in milliseconds.
     Reply request(Message::Operation operation, const QVariantList &values, int duration = 0);
 
+    /// Lets the application report what its user does. Returns an error text, empty on success.
+    [[nodiscard]] QString record();
+    /// What came since the last call, in the order in which it was done; see update.
+    QVariantList takeRecorded();
+
     /// Lets go of what the agent holds under this handle; not at once.
     void release(quint32 handle);
 
@@ -81,7 +86,9 @@ public:
     /// The usage that an application has sent at its end, as "dumpUsage" answers; null for none.
     QByteArray lastUsage() const { return m_lastUsage; }
     /// Whether the application has not come to what it was asked for last.
-    bool isBehind() const { return m_isBehind; }
+    bool isBehind() const { return m_unanswered.contains(m_lastNumber); }
+    /// Waits up to so many milliseconds for it to come to that. False when it does not.
+    bool catchUp(int timeout);
 
     /// Takes what came meanwhile, which is no more than was asked for; an end of the connection is
     /// known after that.
@@ -124,8 +131,9 @@ private:
     QString m_lastError;
     int m_byes = 0;
     QByteArray m_lastUsage;
+    bool m_isRecording = false;
+    QVariantList m_recorded;
     bool m_hasPonged = false;
-    bool m_isBehind = false;
     bool m_isEndMet = false;
     bool m_isClosed = false;
 };

@@ -11,6 +11,8 @@ namespace Morvex {
 namespace {
 
 const int minimalQt[] = {5, 15};
+const int maxErrorsSize = 500;
+const int maxErrorLines = 3;
 
 qint64 parentOf(qint64 process)
 {
@@ -38,6 +40,17 @@ bool isTooOld(const QString &toolkit)
     return numbers.value(0).toInt() == minimalQt[0] && numbers.value(1).toInt() < minimalQt[1];
 }
 
+// Of a loader that misses a library, say.
+QString endOfErrors(const QByteArray &output)
+{
+    QStringList lines = QString::fromLocal8Bit(output.right(maxErrorsSize))
+                            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    lines = lines.mid(lines.size() - maxErrorLines);
+    return lines.isEmpty() ? QString()
+                           : QStringLiteral("; its standard error ends with '%1'")
+                                 .arg(lines.join(QLatin1String(" / ")));
+}
+
 QString whyNotTestable(const QVector<qint64> &processes)
 {
     QString toolkit;
@@ -58,17 +71,25 @@ QString whyNotTestable(const QVector<qint64> &processes)
 
 } // namespace
 
-QString whyNoConnection(const QString &program, const WatchedProcess &process, int waited)
+QString whyNoConnection(const QString &program, WatchedProcess &process, int waited,
+                        const QStringList &unlisted)
 {
     const QString end = process.endOfProgram();
+    const QString errors = endOfErrors(process.standardError());
+    const QString listed = unlisted.isEmpty() ? QString()
+                                              : QStringLiteral("the white list does not name '%1'")
+                                                    .arg(unlisted.join(QLatin1String("', '")));
     if (waited < 0)
-        return QStringLiteral("'%1' %2 before it could be tested")
-            .arg(program, end.isEmpty() ? QStringLiteral("has ended") : end);
+        return QStringLiteral("'%1' %2 before it could be tested%3%4")
+            .arg(program, end.isEmpty() ? QStringLiteral("has ended") : end,
+                 listed.isEmpty() ? QString() : QLatin1String("; ") + listed, errors);
     const QVector<qint64> running = processesBelow(process.watcherId());
     const QString state = end.isEmpty() ? QStringLiteral("is running") : end;
-    return QStringLiteral("'%1' gives no access to its windows within %2 seconds; it %3%4")
+    const QString reason =
+        listed.isEmpty() && !running.isEmpty() ? whyNotTestable(running) : listed;
+    return QStringLiteral("'%1' gives no access to its windows within %2 seconds; it %3%4%5")
         .arg(program, QString::number(waited / 1000.0), state,
-             running.isEmpty() ? QString() : QLatin1String(": ") + whyNotTestable(running));
+             reason.isEmpty() ? QString() : QLatin1String(": ") + reason, errors);
 }
 
 } // namespace Morvex

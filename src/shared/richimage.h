@@ -13,7 +13,7 @@ namespace Morvex {
 /// How the picture of a turned screen is turned upright, by number.
 MORVEX_EXPORT extern const QTransform rotations[4];
 
-/// A picture that knows how its pixels lie in the coordinates of the application under test.
+/// A picture that knows where its pixels are in the coordinates of the application under test.
 class MORVEX_EXPORT Screenshot : public QImage
 {
 public:

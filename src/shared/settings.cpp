@@ -2,6 +2,8 @@
 
 #include "shared/environment.h"
 #include "shared/expandreferences.h"
+#include "shared/regularfile.h"
+#include "shared/text/quotedtext.h"
 #include "shared/writefile.h"
 
 #include <QDir>
@@ -24,36 +26,6 @@ QString normalizeKey(const QString &key)
     normalized.replace(QLatin1Char('='), QLatin1Char('_'));
     normalized.replace(QLatin1String("//"), QLatin1String("/"));
     return normalized;
-}
-
-QString quoteString(const QString &text)
-{
-    QString quoted = text;
-    // The backslash goes first: the others bring new ones.
-    quoted.replace(QLatin1String("\\"), QLatin1String("\\\\"));
-    quoted.replace(QLatin1String("\r"), QLatin1String("\\r"));
-    quoted.replace(QLatin1String("\t"), QLatin1String("\\t"));
-    quoted.replace(QLatin1String("\n"), QLatin1String("\\n"));
-    quoted.replace(QLatin1String("\""), QLatin1String("\\\""));
-    return QLatin1Char('"') + quoted + QLatin1Char('"');
-}
-
-// The character that a backslash before this one means; null when there is none.
-QChar unescaped(QChar character)
-{
-    switch (character.unicode()) {
-    case 'n':
-        return QLatin1Char('\n');
-    case 'r':
-        return QLatin1Char('\r');
-    case 't':
-        return QLatin1Char('\t');
-    case '"':
-    case '\\':
-        return character;
-    default:
-        return {};
-    }
 }
 
 void expandEnvironmentVariables(QString &text)
@@ -141,7 +113,7 @@ void Settings::parse()
     // A link that leads nowhere is not what the user meant.
     if (!file.exists() && !QFileInfo(m_fileName).isSymLink())
         return;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    if (!openRegularFile(&file, QIODevice::ReadOnly | QIODevice::Text).isEmpty()) {
         qWarning("Morvex::Settings::parse: could not open file `%s' for reading",
                  qUtf8Printable(m_fileName));
         return;
@@ -308,16 +280,16 @@ void Settings::writeRawEntry(const QString &group, const QString &key, const QSt
 
 void Settings::writeEntry(const QString &group, const QString &key, const QString &value)
 {
-    writeRawEntry(group, key, quoteString(value));
+    writeRawEntry(group, key, quoted(value));
 }
 
 void Settings::writeEntry(const QString &group, const QString &key, const QStringList &value)
 {
-    QStringList quoted;
-    quoted.reserve(value.size());
+    QStringList texts;
+    texts.reserve(value.size());
     for (const QString &element : value)
-        quoted += quoteString(element);
-    writeRawEntry(group, key, quoted.join(QLatin1Char(',')));
+        texts += quoted(element);
+    writeRawEntry(group, key, texts.join(QLatin1Char(',')));
 }
 
 void Settings::writeEntry(const QString &group, const QString &key, int value)
@@ -390,39 +362,14 @@ bool Settings::unquoteString(QString &text) const
 
 bool Settings::unquoteStringList(const QString &text, QStringList &out) const
 {
-    enum { Outside, Inside, Escape } state = Outside;
-    QString gathered;
-    for (const QChar character : text) {
-        switch (state) {
-        case Outside:
-            if (character == QLatin1Char('"'))
-                state = Inside;
-            break;
-        case Inside:
-            if (character == QLatin1Char('"')) {
-                out += gathered;
-                gathered.clear();
-                state = Outside;
-            } else if (character == QLatin1Char('\\')) {
-                state = Escape;
-            } else {
-                gathered += character;
-            }
-            break;
-        case Escape:
-            if (unescaped(character).isNull()) {
-                warnOfEscape(character);
-                return false;
-            }
-            gathered += unescaped(character);
-            state = Inside;
-            break;
-        }
-    }
-    if (state == Outside)
-        return true;
-    qWarning("Morvex::Settings: string not delimited by quotes in %s", qUtf8Printable(m_fileName));
-    return false;
+    const QuotedTexts read = readQuoted(text);
+    out += read.texts;
+    if (!read.unknownEscape.isNull())
+        warnOfEscape(read.unknownEscape);
+    else if (read.isOpen)
+        qWarning("Morvex::Settings: string not delimited by quotes in %s",
+                 qUtf8Printable(m_fileName));
+    return read.unknownEscape.isNull() && !read.isOpen;
 }
 
 void Settings::warnOfEscape(QChar character) const

@@ -31,16 +31,16 @@ struct JsonReportGenerator::Private
     Private(std::unique_ptr<std::ostream> output, const QString &resultDir, TestType testType,
             unsigned short formatVersion)
         : stream(std::move(output))
-        , type(testType)
         , locations(testType, resultDir)
+        , type(testType)
         , writer(*stream)
         , version(formatVersion)
     {
     }
 
     std::unique_ptr<std::ostream> stream;
-    TestType type;
     ReportLocations locations;
+    TestType type;
     JsonReportWriter writer;
     unsigned short version;
     RetryLimit retryLimit;

@@ -3,9 +3,9 @@
 #include "shared/xmltext.h"
 #include "test/report/iso8601time.h"
 #include "test/report/junitshared.h"
+#include "test/report/junittestcase.h"
 #include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
-#include "test/report/sectionkind.h"
 #include "test/report/stacklines.h"
 
 #include <QHash>
@@ -17,12 +17,6 @@
 
 namespace Morvex {
 namespace {
-
-bool isResultType(TestResult::ResultType type)
-{
-    return isJUnitFailure(type) || isJUnitError(type) || type == TestResult::PASS ||
-           type == TestResult::XFAIL;
-}
 
 // How many names of a nesting are at each end of a name that would be too long otherwise.
 const int shownLevels = 10;
@@ -44,60 +38,6 @@ void logEntry(QByteArray &stream, const TestResult::Entry &entry, Iso8601Time &t
     for (const QString &line : stackLines(entry.stack))
         text += line + QLatin1Char('\n');
     appendXmlCData(stream, text);
-}
-
-struct JUnitTestCase
-{
-    // Without those around it, which the names of deep nesting would repeat in each level.
-    QString name;
-    std::size_t parent = 0;
-    // Which of the cases around it is at the depth of shownLevels, if it is deeper.
-    std::size_t outer = 0;
-    int depth = 0;
-    // Cases with the same names from the test case inwards have the same path.
-    int path = 0;
-    // Which of its path it is, from 1.
-    int number = 1;
-    bool isSection = false;
-    bool isShown = false;
-    bool isLeftOut = false;
-    qint64 milliseconds = 0;
-    int results = 0;
-    int failures = 0;
-    int errors = 0;
-    // Places of its entries in the log of the suite, in order.
-    std::vector<std::size_t> entries;
-
-    void add(const TestResult::Entry &entry, std::size_t place);
-    void takeOver(JUnitTestCase &section);
-    bool isError() const { return isShown && errors > 0; }
-    bool isSkipped() const { return isLeftOut && results == 0; }
-    bool isFailure() const { return isShown && errors == 0 && failures > 0; }
-    QString failureMessage() const;
-};
-
-void JUnitTestCase::add(const TestResult::Entry &entry, std::size_t place)
-{
-    const TestResult::ResultType type = entry.type;
-    isLeftOut |= type == TestResult::SKIP_SECTION && entry.info == SectionKind::testCase;
-    results += isResultType(type) ? 1 : 0;
-    failures += isJUnitFailure(type) ? 1 : 0;
-    errors += isJUnitError(type) ? 1 : 0;
-    entries.push_back(place);
-}
-
-void JUnitTestCase::takeOver(JUnitTestCase &section)
-{
-    milliseconds += section.milliseconds;
-    entries.insert(entries.end(), section.entries.begin(), section.entries.end());
-    section.entries = {};
-}
-
-QString JUnitTestCase::failureMessage() const
-{
-    if (errors > 0)
-        return QStringLiteral("Test had %1 failures or errors").arg(failures + errors);
-    return QStringLiteral("Test had %1 failures").arg(failures);
 }
 
 struct JUnitTestSuite

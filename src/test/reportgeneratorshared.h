@@ -28,7 +28,7 @@ MORVEX_EXPORT std::string relativeURI(const QString &path, const QString &suiteD
                                       const QString &caseDir);
 MORVEX_EXPORT std::string relativeURIForProtocol(const QString &path, const QDir &base,
                                                  const QString &scheme);
-/// A path that begins like @p dir counts as lying in it.
+/// A path that begins like @p dir counts as being in it.
 MORVEX_EXPORT bool isInDirectory(const QFileInfo &file, const QDir &dir);
 MORVEX_EXPORT std::string vpURI(const TestResult::Entry &entry, const QString &suiteDir,
                                 const QString &caseDir);

@@ -33,7 +33,8 @@ QVariant readVariant(QDataStream &stream)
         stream >> text;
         return text;
     }
-    // By its number: the process of a test case links no QColor. Without it the bytes make no sense.
+    // By its number: the process of a test case links no QColor. Without it the bytes make no
+    // sense.
     if (type == QMetaType::QColor) {
         QVariant color(static_cast<QVariant::Type>(type));
         if (color.isValid() && QMetaType::load(stream, QMetaType::QColor, color.data()))

@@ -245,6 +245,7 @@ void TestCaseRun::closeConnections()
         transmission->finish(static_cast<int>(deadline.remainingTime()));
     if (!m_reportConnection)
         return;
+    // The text is fixed as it is spelled.
     if (m_reportConnection->state() != QLocalSocket::UnconnectedState &&
         !m_reportConnection->waitForDisconnected(static_cast<int>(deadline.remainingTime())))
         std::fprintf(stderr, "Closing report-connnection failed: %s\n",

@@ -84,6 +84,7 @@ std::string parseSetting(const TiXmlElement &element, TestConfig *config)
 std::string parsePassword(const TiXmlElement &element, TestConfig *config)
 {
     const char *name = element.Attribute("name");
+    // The text is fixed as it is spelled.
     if (!name || !*name)
         return "Nameless password specificed in TestSettings.\n";
     const QByteArray encoded = QByteArray::fromStdString(getText(element));

@@ -52,6 +52,7 @@ TestReportGenerator::~TestReportGenerator() = default;
 QIODeviceResult TestReportGenerator::videoOutput(const QString &path)
 {
     auto file = std::make_unique<QFile>(path);
+    // The text is fixed as it is spelled.
     if (!file->open(QIODevice::WriteOnly))
         return {nullptr,
                 QStringLiteral("Fialed opening file '%1: '%2'").arg(path, file->errorString())};

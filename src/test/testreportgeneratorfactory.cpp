@@ -6,6 +6,7 @@
 #include "test/junitreportgenerator.h"
 #include "test/multireportgenerator.h"
 #include "test/nullreportgenerator.h"
+#include "test/output/reporttarget.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/rawreportgenerator.h"
 #include "test/stdoutreportgenerator.h"
@@ -127,6 +128,7 @@ Result createQuillbase(const Arguments &arguments, int)
 }
 
 const Factory::Traits atTheEnd = {};
+const Factory::Traits severalRuns = Factory::Grows | Factory::HoldsSeveralRuns;
 const Factory::Traits freshFile = Factory::Grows | Factory::TakesFreeName;
 
 const KeywordRow keywordTable[] = {
@@ -163,7 +165,7 @@ const KeywordRow keywordTable[] = {
      "directory with results.json, version 1.1"},
     {"json1.2", Factory::Directory, atTheEnd, "1.2", "results.json", createJson,
      "directory with results.json, version 1.2, with retries"},
-    {"html", Factory::Directory, Factory::Grows, "1.2", "data/results-v1.js", createHtml,
+    {"html", Factory::Directory, severalRuns, "1.2", "data/results-v1.js", createHtml,
      "directory with pages for a browser; each run adds to it"},
     {"junit", Factory::File, atTheEnd, "", "", createJUnit,
      "JUnit file: a test case for each test case and section, with its log"},
@@ -235,12 +237,16 @@ Result TestReportGeneratorFactory::create(const QStringList &values, QString *re
     qCDebug(traceReportGen) << "Creating " << values.size()
                             << " report generators from commandline";
     std::vector<std::unique_ptr<TestReportGenerator>> generators;
+    TargetsKept kept;
     for (const QString &value : values) {
         const Result result = createOne(value, type, resultDir);
         if (!result.error.isEmpty())
             return result;
         generators.emplace_back(result.generator);
     }
+    const QString error = kept.replace();
+    if (!error.isEmpty())
+        return {nullptr, error};
     qCDebug(traceReportGen) << "Created " << values.size() << " report generators";
     if (generators.empty())
         return {new StdoutReportGenerator, QString()};
@@ -262,6 +268,12 @@ TestReportGenerator *TestReportGeneratorFactory::create(const QStringList &value
         std::exit(1);
     }
     return result.generator;
+}
+
+TestReportGeneratorFactory::Traits TestReportGeneratorFactory::traitsOf(const QString &value)
+{
+    const KeywordRow *row = rowOf(value.section(QLatin1Char(','), 0, 0));
+    return row ? row->traits : Traits();
 }
 
 std::vector<TestReportGeneratorFactory::Keyword> TestReportGeneratorFactory::keywords()

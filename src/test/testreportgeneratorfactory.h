@@ -25,7 +25,9 @@ public:
         /// A file that holds something is left alone; otherwise it is replaced or added to.
         TakesFreeName = 2,
         /// The report is not whole without generateSummary.
-        NeedsSummary = 4
+        NeedsSummary = 4,
+        /// Each run adds to what the target holds.
+        HoldsSeveralRuns = 8
     };
     Q_DECLARE_FLAGS(Traits, Trait)
 
@@ -53,6 +55,8 @@ public:
                                        TestReportGenerator::TestType type);
 
     static std::vector<Keyword> keywords();
+    /// Of the format that @p value, one of --reportgen, names; none when there is no such format.
+    static Traits traitsOf(const QString &value);
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(TestReportGeneratorFactory::Traits)

@@ -222,7 +222,7 @@ public:
     /// Empty for NONE.
     static QString resultToString(ResultType type);
 
-    /// Whether all failures lie in attempts that a later retry replaced.
+    /// Whether all failures are in attempts that a later retry replaced.
     bool isSuccessfulRetry() const;
 
 private:

@@ -83,8 +83,8 @@ struct Xml3ReportGenerator::Private
         : stream(std::move(output))
         , writer(*stream)
         , version(formatVersion)
-        , type(testType)
         , locations(testType, resultDir)
+        , type(testType)
     {
         writer.setAutoFormatting(true);
     }
@@ -93,8 +93,8 @@ struct Xml3ReportGenerator::Private
     XmlStreamWriterQString writer;
     int openVerification = noVerification;
     int version;
-    TestType type;
     ReportLocations locations;
+    TestType type;
     RetryLimit retryLimit;
     Iso8601Time time;
 

@@ -136,24 +136,12 @@ void XmlJUnitReportGenerator::doHandleEntry(const TestResult::Entry &entry)
 
 void XmlJUnitReportGenerator::Private::updateCounter(const TestResult::Entry &entry)
 {
-    switch (entry.type) {
-    case TestResult::FAIL:
-    case TestResult::XPASS:
-        ++tests;
-        ++failures;
-        break;
-    case TestResult::PASS:
-    case TestResult::XFAIL:
-        ++tests;
-        break;
-    case TestResult::FATAL:
-    case TestResult::ERROR:
-        ++tests;
-        ++errors;
-        break;
-    default:
-        break;
-    }
+    const bool isFailure = isJUnitFailure(entry.type);
+    const bool isError = isJUnitError(entry.type);
+    const bool hasPassed = entry.type == TestResult::PASS || entry.type == TestResult::XFAIL;
+    failures += isFailure ? 1 : 0;
+    errors += isError ? 1 : 0;
+    tests += isFailure || isError || hasPassed ? 1 : 0;
 }
 
 void XmlJUnitReportGenerator::Private::handleByType(const TestResult::Entry &entry)

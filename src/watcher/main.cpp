@@ -12,6 +12,7 @@
 
 #include "output.h"
 #include "processes.h"
+#include "remote/protocol/environmentnames.h"
 #include "removetree.h"
 
 #include <cerrno>
@@ -221,7 +222,9 @@ int main(int argc, char **argv)
         return 1;
     }
     serve(argv, descriptor, before);
-    if (*directory)
+    if (*directory) {
+        endOthersWith((socketVariable + ('=' + std::string(directory)) + '/').c_str());
         removeTree(directory);
+    }
     return 0;
 }

@@ -73,6 +73,32 @@ bool isBelow(const std::map<pid_t, Process> &processes, pid_t process, pid_t anc
     return false;
 }
 
+bool hasVariable(pid_t process, const std::string &beginning)
+{
+    const std::string path = "/proc/" + std::to_string(process) + "/environ";
+    std::FILE *file = std::fopen(path.c_str(), "re");
+    if (!file)
+        return false;
+    // As if there were one before the first.
+    std::string variables(1, '\0');
+    char part[4096];
+    for (std::size_t size; (size = std::fread(part, 1, sizeof part, file)) > 0;)
+        variables.append(part, size);
+    std::fclose(file);
+    return variables.find('\0' + beginning) != std::string::npos;
+}
+
+bool killOthersWith(const std::string &beginning)
+{
+    bool isAny = false;
+    for (const auto &entry : allProcesses()) {
+        if (entry.first != ::getpid() && entry.second.isRunning &&
+            hasVariable(entry.first, beginning) && ::kill(entry.first, SIGKILL) == 0)
+            isAny = true;
+    }
+    return isAny;
+}
+
 // False once there are no children, living or dead.
 bool reapAll()
 {
@@ -116,6 +142,15 @@ void endDescendants()
     signalDescendants(SIGTERM);
     if (!waitForDescendants(graceMs, 0))
         waitForDescendants(forceMs, SIGKILL);
+}
+
+void endOthersWith(const char *beginning)
+{
+    // They may start others meanwhile.
+    for (int waited = 0; waited < forceMs && killOthersWith(beginning); waited += stepMs) {
+        const timespec step = {0, stepMs * 1000000L};
+        ::nanosleep(&step, nullptr);
+    }
 }
 
 } // namespace Morvex

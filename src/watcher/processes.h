@@ -13,4 +13,8 @@ int signalDescendants(int signal);
 /// orphans among them are given to.
 void endDescendants();
 
+/// Ends all processes by force whose environment has a variable that begins with @p beginning, such
+/// as "NAME=/directory/": those that a watcher which was killed has left.
+void endOthersWith(const char *beginning);
+
 } // namespace Morvex

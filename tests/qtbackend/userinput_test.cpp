@@ -206,7 +206,7 @@ TEST_F(UserInputTest, AClickOnAnActionOfAnOpenMenuClosesIt)
     EXPECT_FALSE(menu.isVisible());
 }
 
-TEST_F(UserInputTest, AModalDialogBlocksWhatLiesBehindIt)
+TEST_F(UserInputTest, AModalDialogBlocksWhatIsBelowIt)
 {
     add<QPushButton>("button", {0, 0, 100, 30});
     add<QLineEdit>("edit", {0, 40, 100, 30});

@@ -153,9 +153,10 @@ TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
 
 TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesToIt)
 {
+    options.timeout = 200000;
     auto application = start({"/bin/sh", "-c",
                               "mkdir \"$HOME/d\"; touch \"$HOME/d/f\"; chmod 0 \"$HOME/d\";"
-                              "yes | head -c 300000000; printf end; echo warning >&2;"
+                              "yes | head -c 2200000000; printf end; echo warning >&2;"
                               "exec \"$0\" >&- 2>&-",
                               MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
@@ -168,7 +169,12 @@ TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesT
 
 TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
 {
-    for (const bool isWatcher : {true, false}) {
+    const struct
+    {
+        bool isWatcher;
+        bool isTestCase;
+    } rows[] = {{true, false}, {false, true}, {true, true}};
+    for (const auto &row : rows) {
         int ends[2];
         ASSERT_EQ(::pipe(ends), 0);
         const pid_t testCase = ::fork();
@@ -185,17 +191,17 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
                 processes[0] = static_cast<pid_t>(application->processId());
                 processes[1] = parentOf(processes[0]);
             }
-            [[maybe_unused]] const ssize_t written = ::write(ends[1], processes, sizeof processes);
-            if (isWatcher)
+            if (row.isWatcher)
                 ::kill(processes[1], SIGKILL);
-            while (!isWatcher)
+            [[maybe_unused]] const ssize_t written = ::write(ends[1], processes, sizeof processes);
+            while (row.isTestCase)
                 ::pause();
             application.reset();
             ::_exit(0);
         }
         pid_t processes[3] = {0, 0, 0};
         ASSERT_EQ(::read(ends[0], processes, sizeof processes), ssize_t(sizeof processes));
-        if (!isWatcher)
+        if (row.isTestCase)
             ::kill(testCase, SIGKILL);
         EXPECT_EQ(::waitpid(testCase, nullptr, 0), testCase);
         EXPECT_NE(processes[2], 0);
@@ -207,7 +213,7 @@ TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
         };
         while (isLeft() && timer.elapsed() < 30000)
             ::usleep(5000);
-        EXPECT_FALSE(isLeft()) << isWatcher;
+        EXPECT_FALSE(isLeft()) << row.isWatcher << row.isTestCase;
         ::close(ends[0]);
         ::close(ends[1]);
     }
@@ -226,17 +232,89 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sleep", "60"},
          "'/bin/sleep' gives no access to its windows within 1 seconds; it "
          "is running: no Qt is loaded"},
+        {{MORVEX_QUICK_PROGRAM, "return"},
+         "ended with status 5 before it could be tested; the white list does not name "
+         "'quick_program'"},
         {{MORVEX_AWKWARD_PROGRAM, "return"}, "ended with status 5"},
-        {{MORVEX_INVENTORY_PROGRAM}, "it is running: it is made with Qt 5.15"},
         {{MORVEX_AWKWARD_PROGRAM, "sleep"}, "does not run within 10 seconds"},
     };
     options.whiteList = QStringList{"awkward_program", "other"};
     for (const auto &row : rows) {
         // It has to come as far as that, however slow the machine is.
-        options.timeout = row.command.contains("sleep") ? 10000 : 1000;
+        const bool hasQt = row.command.contains("sleep");
+        options.timeout = hasQt ? 10000 : row.command.contains("60") ? 1000 : 60000;
         EXPECT_EQ(start(row.command), nullptr) << row.error;
         EXPECT_TRUE(error.contains(row.error)) << error.toStdString();
         EXPECT_EQ(temporaryDirectories(), QStringList()) << row.error;
+    }
+}
+
+TEST_F(RemoteApplicationTest, AnAgentThatCantBeLoadedSaysWhy)
+{
+    const QString agent = dir.filePath("prefix/lib/agent/");
+    writeFile(agent + "generic/morvexagent.so", "no library");
+    for (const QString file : {"morvexpreload.so", "morvexwatcher"})
+        QFile::link(MORVEX_TEST_PREFIX "/lib/agent/" + file, agent + file);
+    options.command = QStringList{MORVEX_AWKWARD_PROGRAM, "return"};
+    options.prefix = dir.filePath("prefix");
+    EXPECT_EQ(RemoteApplication::start(options, &error), nullptr);
+    EXPECT_TRUE(error.contains("ended with status 5 before it could be tested; its standard "
+                               "error ends with 'the agent can't be loaded: " +
+                               agent + "generic/morvexagent.so: "))
+        << error.toStdString();
+}
+
+TEST_F(RemoteApplicationTest, AProgramThatLinksTheAgentIsUsedWhateverElseGetsIntoIt)
+{
+    const QStringList kept{"/usr/bin/env", "-u", "LD_PRELOAD", "-u", "QT_PLUGIN_PATH"};
+    for (const QStringList &command : {kept, QStringList()}) {
+        auto application = start(command + QStringList{MORVEX_QUICK_PROGRAM});
+        ASSERT_NE(application, nullptr) << error.toStdString();
+        RemoteInspector *inspector = application->inspector();
+        // Items of Qt Quick are found by a library of the installation.
+        EXPECT_TRUE(inspector->waitForObject("{name='label' container='inView'}", 5000, &error))
+            << error.toStdString();
+        EXPECT_TRUE(inspector->findObject("{name='window' hasClipboard='true'}", &error))
+            << error.toStdString();
+        EXPECT_EQ(application->contexts().size(), 1);
+    }
+}
+
+TEST_F(RemoteApplicationTest, ItemsOfQtQuickAreUsedInAWindowAndInAWidget)
+{
+    auto application = start({MORVEX_QUICK_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    inspector->callFunction("takeClicked", {}, &error);
+    for (const QString top : {"inView", "inWidget"}) {
+        const auto call = [&](const char *function, const QString &item,
+                              const QVariantList &arguments) {
+            const auto found = inspector->waitForObject(
+                QString("{name='%1' container='%2'}").arg(item, top), 5000, &error);
+            return found ? inspector->callFunction(function, QVariantList{found->id()} + arguments,
+                                                   &error)
+                         : QVariant();
+        };
+        for (const char *item : {"whole", "label", "half"}) {
+            call("clickObject", item, {});
+            EXPECT_EQ(error, "") << item;
+        }
+        call("clickObject", "half", {70, 20});
+        EXPECT_TRUE(error.contains("is covered by {name='cover'")) << error.toStdString();
+        EXPECT_TRUE(inspector->findObject(
+            QString("{name='%1' clicked='whole whole half '}").arg(top), &error))
+            << error.toStdString();
+        QString names;
+        for (const QVariant &clicked : inspector->callFunction("takeClicked", {}, &error).toList())
+            names += clicked.toList().value(1).toString().section('\'', 1, 1) + ' ';
+        EXPECT_EQ(names, "whole whole half ");
+        call("typeText", "input", {"abc"});
+        EXPECT_TRUE(inspector->findObject("{text='abc' window={name='window'}}", &error) ||
+                    top == "inView")
+            << error.toStdString();
+        // A window needs a display for one.
+        EXPECT_EQ(call("grabObjectScreenshot", "whole", {}).isValid(), top == "inWidget")
+            << error.toStdString();
     }
 }
 

@@ -123,6 +123,10 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {start + "find('name').set('', 1)", "TypeError: a property has to have a name"},
         {start + "find('name').set('text', undefined)",
          "TypeError: set takes a property and its value"},
+        {start + "find('count').set('value', 4.5)", "'value' takes a whole number, not 4.5"},
+        {start + "find('name').set('visible', 2)", "'visible' takes true or false"},
+        {start + "find('name').wheel(1, 5, 5)", "TypeError: wheel takes the number of steps"},
+        {start + "find('name').drag({x: 1, y: 1}, 5)", "TypeError: drag takes options in an"},
         {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
         {start + "find('name').click(1, 1, 1)", "TypeError: click takes nothing"},
         {start + "find('name').click({button: 'wrong'})", "TypeError: option 'button' has to be"},
@@ -150,11 +154,18 @@ TEST_F(ApplicationTest, ATimeoutNamesTheCallThatDidNotComeBack)
 {
     const QStringList lines =
         results(QByteArray(startAwkward) + "\nfunction wait() { find('nothing', 60000); }\nwait();",
-                {"--timeout", "2"});
+                {"--timeout", "6"});
     EXPECT_EQ(lines, (QStringList{"WARNING The test case is ended while this call is running|",
                                   "FATAL Execution error|Execution is terminated due to timeout"}));
     EXPECT_EQ(RunnerProcess::report(output)[2].left.section(": ", 0, 0),
               runner.suitePath() + "/tst_s/script.js:2");
+    // The child knows of it.
+    for (const bool isLimited : {true, false})
+        EXPECT_EQ(results("application.start('/bin/sh', '-c', 'echo $MORVEX_DEADLINE; exec "
+                          "\"$0\"', '" MORVEX_AWKWARD_PROGRAM
+                          "'); log.info(application.output() > 0);",
+                          {"--timeout", isLimited ? "1000" : "0"}),
+                  QStringList(isLimited ? "LOG true|" : "LOG false|"));
 }
 
 TEST_F(ApplicationTest, ATimeoutWhileAComparisonApplicationHangsIsNotItsCrash)
@@ -212,7 +223,7 @@ TEST_F(ApplicationTest, LearningMakesPointsOfEachTypeThatDoNotExist)
         "check.point('t', {object: 'articles', type: 'Table'});\n"
         "check.point('v', {object: 'inventory', type: 'Visual'});\n";
     EXPECT_EQ(results(script).filter("ERROR Verification point file '").size(), 4);
-    EXPECT_EQ(results(script, {"--learn"}).filter(" was made of object '").size(), 4);
+    EXPECT_EQ(results(script, {"--learn"}).filter(" was made from object '").size(), 4);
     EXPECT_EQ(output.status, 0);
     const QStringList lines = results(script);
     EXPECT_EQ(lines.filter(QRegExp("^PASS ")).size(), 7) << lines.join('\n').toStdString();

@@ -75,6 +75,7 @@ TEST(CommandLineTest, ErrorsNameWhatWasWrong)
     const std::pair<QStringList, const char *> rows[] = {
         {{"--bogus"}, "unknown option '--bogus'"},
         {{"--testcase"}, "--testcase needs a value"},
+        {{"--inspect"}, "--inspect needs a value"},
         {{"--stop-on-fail=1"}, "--stop-on-fail takes no value"},
         {{"--retry", "many"}, "--retry: 'many' is not a number of retries"},
         {{"--retry", "-1"}, "--retry: '-1' is not a number of retries"},

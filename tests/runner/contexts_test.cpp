@@ -102,7 +102,9 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
 {
     runner.addFile("home/.config/seeded", "");
     runner.addFile("work/here", "");
-    runner.addFile("launch", "#!/bin/sh\necho $1 $HOME/.config/*; ls; shift\nexec \"$@\"\n");
+    runner.addFile("launch",
+                   "#!/bin/sh\necho $1$DESKTOP_SESSION $HOME/.config/*; ls; shift\nexec \"$@\"\n");
+    runner.environment.insert("DESKTOP_SESSION", "gnome");
     QFile::setPermissions(runner.suitePath() + "/launch",
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     runner.addFile("suite.conf", "AUT = " MORVEX_AWKWARD_PROGRAM "\nCWD = work\n"
@@ -115,8 +117,18 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
     runner.addTestCase("tst_s", "log.info(application.start().name);");
     output = runner.run({runner.suitePath(), "--aut", MORVEX_INVENTORY_PROGRAM});
     EXPECT_TRUE(output.standardOutput.contains("script.js:1: inventory"));
-    runner.addFile("suite.conf", "CALL_TIMEOUT = 0.5\n");
-    const QStringList lines = results(start + "find('sleep').click();");
+    runner.addFile("suite.conf", "CALL_TIMEOUT = 0.5\nAPPLICATION_HOME = nowhere\n");
+    runner.addFile("whitelist.txt", "# none\n");
+    // One that hangs is not asked for a picture.
+    const QStringList lines =
+        results(start + "application.start('/bin/sh', '-c',\n"
+                        "  'kill -STOP ' + app.processId + '; exec ' + '" MORVEX_INVENTORY_PROGRAM
+                        "'); application.setCurrent(app); find('sleep', 0);",
+                {"--use-whitelist", "--resultdir", runner.suitePath() + "/results"});
+    for (const char *warning : {"is no directory: '", "'whitelist.txt' of the suite names none"})
+        EXPECT_TRUE(output.standardError.contains(warning)) << output.standardError.constData();
+    ASSERT_EQ(lines.size(), 2);
     EXPECT_TRUE(lines.value(0).startsWith("LOG The application gives no answer|"));
-    EXPECT_TRUE(lines.value(1).contains("has not answered for 0.5 seconds: it hangs, or is busy"));
+    EXPECT_TRUE(
+        lines.value(1).contains("has not answered for 0.5 seconds: its process has been stopped"));
 }

@@ -3,7 +3,6 @@
 
 #include <QElapsedTimer>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QThread>
 
 #include <csignal>
@@ -24,18 +23,6 @@ bool isThere(const QByteArray &process)
 class ProgramTest : public ScriptFixture
 {
 };
-
-TEST_F(ProgramTest, AProgramOfOthersIsUsedAsItIs)
-{
-    if (QStandardPaths::findExecutable("speedcrunch").isEmpty()) {
-        ASSERT_TRUE(qEnvironmentVariableIsEmpty("CI")) << "scripts/install-deps.sh installs it";
-        GTEST_SKIP() << "speedcrunch is not installed";
-    }
-    EXPECT_EQ(results("application.start('speedcrunch');\n"
-                      "find({type: 'Editor'}).type('12*(3+4)<Return>');\n"
-                      "log.info(find({type: 'ResultDisplay'}).get('plainText').trim());"),
-              QStringList("LOG 12*(3+4)\\n= 84|"));
-}
 
 TEST_F(ProgramTest, ADialogThatKeepsItsProgramBusyDoesNotKeepTheScript)
 {

@@ -421,7 +421,7 @@ TEST_F(RunnerTest, AnInterruptedRunClosesItsLog)
         QProcess process;
         startEndless(process, {"--retry", "2"});
         ::kill(static_cast<pid_t>(process.processId()), signal);
-        ASSERT_TRUE(process.waitForFinished(20000));
+        ASSERT_TRUE(process.waitForFinished(120000));
         const RunnerOutput output = outputOf(process);
         EXPECT_EQ(output.status, 130);
         EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_a"));
@@ -443,7 +443,7 @@ TEST_F(RunnerTest, ASecondSignalEndsAtOnceAndLeavesNoChild)
     ::kill(pid, SIGINT);
     QThread::msleep(300);
     ::kill(pid, SIGINT);
-    ASSERT_TRUE(process.waitForFinished(10000));
+    ASSERT_TRUE(process.waitForFinished(120000));
     EXPECT_EQ(process.exitCode(), 130);
     EXPECT_TRUE(hasEnded(child));
 }

@@ -11,18 +11,20 @@ using namespace MorvexTest;
 
 namespace {
 
-// What all formats that make a result directory promise. The zipped one says "xml3" too.
-struct Format
-{
-    const char *keyword;
-    const char *nameInErrors;
-    const char *file;
-};
+using Format = TestReportGeneratorFactory::Keyword;
 
-const Format formats[] = {{"xml3.5", "xml3", "results.xml"},
-                          {"json1.2", "json", "results.json"},
-                          {"html", "html", "data/results-v1.js"},
-                          {"zipxml3.5", "xml3", nullptr}};
+// Those that make a result directory, each in its first version.
+std::vector<Format> directoryFormats()
+{
+    std::vector<Format> formats;
+    for (const Format &format : TestReportGeneratorFactory::keywords()) {
+        const QString name = format.name;
+        if (!name.contains('.') &&
+            (format.target == TestReportGeneratorFactory::Directory || name.startsWith("zip")))
+            formats.push_back(format);
+    }
+    return formats;
+}
 
 class ResultDirectoryTest : public testing::Test
 {
@@ -40,7 +42,7 @@ protected:
 
     QString value(const Format &format, const QString &path) const
     {
-        return QLatin1String(format.keyword) + QLatin1Char(',') + path;
+        return format.name + QLatin1Char(',') + path;
     }
 
     QTemporaryDir dir;
@@ -54,17 +56,17 @@ protected:
 TEST_F(ResultDirectoryTest, NoTwoFormatsOfOneRunHaveADirectoryOfTheirOwn)
 {
     int number = 0;
-    for (const Format &first : formats) {
-        for (const Format &second : formats) {
+    for (const Format &first : directoryFormats()) {
+        for (const Format &second : directoryFormats()) {
             const QString path = dir.filePath(QString::number(++number));
             // Not the same one either; a zip is a file.
             for (const QString &other :
-                 {path + "b", first.file && second.file ? path : path + "c"}) {
+                 {path + "b", first.file.isEmpty() || second.file.isEmpty() ? path + "c" : path}) {
                 EXPECT_FALSE(create({value(first, path), value(second, other)}));
                 EXPECT_EQ(error,
                           QStringLiteral("%1 report generator: Cannot create %2 report, another "
                                          "result directory is already set: %3")
-                              .arg(second.keyword, second.nameInErrors, resultDir));
+                              .arg(second.name, QString(second.name).remove("zip"), resultDir));
             }
         }
     }
@@ -85,6 +87,24 @@ TEST_F(ResultDirectoryTest, NoFormatWritesIntoTheFileOfAnother)
         EXPECT_FALSE(create({row[0].arg(dir.path()), row[1].arg(dir.path())}));
         EXPECT_TRUE(error.contains("another report")) << qPrintable(error);
     }
+}
+
+TEST_F(ResultDirectoryTest, ARefusedRunLeavesOlderReportsAsTheyWere)
+{
+    const QStringList values{"xml," + dir.filePath("old.xml"), "xml2," + dir.filePath("new.xml"),
+                             "json," + dir.filePath("json")};
+    const QString old[] = {dir.filePath("old.xml"), dir.filePath("json/results.json")};
+    for (const QString &path : old)
+        writeFile(path, "old");
+    EXPECT_FALSE(create(values + QStringList{"unknown"}));
+    for (const QString &path : old)
+        EXPECT_EQ(readFile(path), "old");
+    EXPECT_EQ(readFile(dir.filePath("new.xml")), "");
+    const auto run = create(values);
+    ASSERT_TRUE(run);
+    for (const QString &path : old)
+        EXPECT_EQ(readFile(path), "");
+    EXPECT_NE(readFile(dir.filePath("new.xml")), "");
 }
 
 TEST_F(ResultDirectoryTest, AReportIsMadeWhereTheFileSystemFindsIt)
@@ -130,21 +150,22 @@ TEST_F(ResultDirectoryTest, TwoRunsNeverWriteOneReport)
 TEST_F(ResultDirectoryTest, ATargetThatCanNotBeIsAnErrorBeforeTheRun)
 {
     writeFile(dir.filePath("file"), "x");
-    for (const Format &format : formats) {
-        const QString start = QLatin1String(format.keyword) + " report generator: ";
-        create({format.keyword});
-        EXPECT_EQ(error, start + (format.file ? "Missing target directory"
-                                              : "report file path cannot be empty"));
+    for (const Format &format : directoryFormats()) {
+        const QString start = format.name + QLatin1String(" report generator: ");
+        create({format.name});
+        EXPECT_EQ(error, start + (format.file.isEmpty() ? "report file path cannot be empty"
+                                                        : "Missing target directory"));
         const QString below = dir.filePath("file/report");
         EXPECT_FALSE(create({value(format, below)}));
-        EXPECT_EQ(error, start + (format.file
-                                      ? QStringLiteral("Could not create directory '%1'").arg(below)
-                                      : "Could not open report file: Not a directory"));
-        if (!format.file)
+        EXPECT_EQ(error,
+                  start + (format.file.isEmpty()
+                               ? "Could not open report file: Not a directory"
+                               : QStringLiteral("Could not create directory '%1'").arg(below)));
+        if (format.file.isEmpty())
             continue;
-        const QString file = dir.filePath(format.keyword) + '/' + format.file;
+        const QString file = dir.filePath(format.name) + '/' + format.file;
         QDir().mkpath(file);
-        EXPECT_FALSE(create({value(format, dir.filePath(format.keyword))}));
+        EXPECT_FALSE(create({value(format, dir.filePath(format.name))}));
         EXPECT_EQ(error.mid(error.indexOf("Could")),
                   QStringLiteral("Could not open '%1' for writing").arg(file));
     }

@@ -144,6 +144,7 @@ TEST(TableDiffTest, RowsOfADifference)
         {{std::string(20000, '(') + std::string(20000, ')')},
          {""},
          {"-0:" + QString(20000, '(') + QString(20000, ')'), "+0:"}},
+        {{QByteArray("()").repeated(300).toStdString()}, {""}, {}},
         {{" a "}, {"a"}, {"-0: a ", "+0:a"}},
         {{"  "}, {""}, {"-0:  ", "+0:"}},
         {{" "}, {"\n"}, {"-0: ", "+0:\n"}},

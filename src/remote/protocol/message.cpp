@@ -9,7 +9,7 @@ namespace {
 
 bool isKnown(quint8 type)
 {
-    return (type >= Message::Hello && type <= Message::Bye) ||
+    return (type >= Message::Hello && type <= Message::Recorded) ||
            (type >= Message::Welcome && type <= Message::Release);
 }
 
@@ -35,7 +35,7 @@ bool Message::decode(const QByteArray &bytes, Message *message)
     decoded.number = reader.number<quint32>();
     decoded.values = reader.list();
     *message = {};
-    if (!reader.isGood() || !reader.isAtEnd() || !isKnown(type) || operation > Quit)
+    if (!reader.isGood() || !reader.isAtEnd() || !isKnown(type) || operation > Record)
         return false;
     decoded.type = static_cast<Type>(type);
     decoded.operation = static_cast<Operation>(operation);

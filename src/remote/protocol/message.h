@@ -22,6 +22,7 @@ struct MORVEX_EXPORT Message
         Unfinished = 5,
         Pong = 6,
         Bye = 7,
+        Recorded = 8,
         // To it.
         Welcome = 16,
         Request = 17,
@@ -49,6 +50,7 @@ struct MORVEX_EXPORT Message
         WrapValue = 15,
         SetObjectMap = 16,
         Quit = 17,
+        Record = 18,
     };
 
     Type type = Hello;

@@ -1,5 +1,6 @@
 #include "shared/workbook/xlsworkbook.h"
 
+#include "shared/regularfile.h"
 #include "shared/workbook/biffrecord.h"
 #include "shared/workbook/bifftext.h"
 #include "shared/workbook/compoundfile.h"
@@ -18,7 +19,7 @@ const qint64 maxFileSize = 1024 * 1024 * 1024;
 QByteArray workbookStream(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly) || file.isSequential() || file.size() > maxFileSize)
+    if (!openRegularFile(&file).isEmpty() || file.size() > maxFileSize)
         return {};
     const QByteArray content = file.read(file.size());
     // A file of two versions has the newer one in the first of these.

@@ -114,8 +114,10 @@ private:
 // Large documents are read only when it is sure what the parser makes of them.
 QString uncertain(const Shape &shape)
 {
-    return QStringLiteral("The document is large and not well-formed: %1.")
-        .arg(shape.uncertainty());
+    QString reason = shape.uncertainty();
+    if (reason.endsWith(QLatin1Char('.')))
+        reason.chop(1);
+    return QStringLiteral("The document is large and cannot be checked: %1.").arg(reason);
 }
 
 QString depthError(const std::string &xml)

@@ -9,8 +9,8 @@
 
 namespace Morvex {
 
-/// How deep elements may lie in XML from outside: readers that build a tree call themselves for
-/// each level, and a file of nothing but start tags would overrun their stack.
+/// How deep elements may be nested in XML from outside: readers that build a tree call themselves
+/// for each level, and a file of nothing but start tags would overrun their stack.
 const int maxXmlDepth = 500;
 
 /// The error text for elements that are nested deeper.

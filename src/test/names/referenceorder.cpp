@@ -1,13 +1,11 @@
 #include "test/names/referenceorder.h"
 
-#include "test/scriptedobjectmap.h"
-
 namespace Morvex {
 
 bool isReference(const ObjectName::PropertyValue &value)
 {
     return value.kind == ObjectName::PropertyValue::REFERENCE ||
-           ScriptedObjectMap::isSymbolicName(value.text);
+           ObjectName::isSymbolicName(value.text);
 }
 
 QStringList symbolicReferences(const ObjectName &name)
@@ -16,7 +14,7 @@ QStringList symbolicReferences(const ObjectName &name)
     for (const ObjectName::PropertyValue &value : name.properties()) {
         if (!isReference(value))
             continue;
-        if (ScriptedObjectMap::isSymbolicName(value.text))
+        if (ObjectName::isSymbolicName(value.text))
             references += value.text;
         else
             references += symbolicReferences(ObjectName(value.text));

@@ -6,11 +6,13 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <memory>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace Morvex {
 namespace {
@@ -31,6 +33,21 @@ std::set<FileId> &namedTargets()
     return targets;
 }
 
+struct KeptTarget
+{
+    int descriptor;
+    QString fileName;
+    // A new report may have begun in it.
+    bool wasEmpty;
+};
+
+// Null when targets are replaced at once.
+std::vector<KeptTarget> *&keptTargets()
+{
+    static std::vector<KeptTarget> *targets = nullptr;
+    return targets;
+}
+
 // None of these modes drops the content of a regular file. A device has no end to write at.
 QIODevice::OpenMode openMode(const QString &fileName, TargetContent content)
 {
@@ -46,6 +63,16 @@ QIODevice::OpenMode openMode(const QString &fileName, TargetContent content)
 bool takeLock(int descriptor)
 {
     return ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+// False when its content is to be dropped now.
+bool keepTarget(const QFile &file)
+{
+    const int descriptor =
+        keptTargets() ? ::fcntl(file.handle(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1) : -1;
+    if (descriptor >= 0)
+        keptTargets()->push_back({descriptor, file.fileName(), file.size() == 0});
+    return descriptor >= 0;
 }
 
 Outcome openTarget(const QString &fileName, TargetContent content, bool mustBeEmpty, QFile *file)
@@ -66,7 +93,8 @@ Outcome openTarget(const QString &fileName, TargetContent content, bool mustBeEm
     if (content == TargetContent::Kept)
         return Outcome::Opened;
     ::fcntl(file->handle(), F_SETFL, 0);
-    return file->resize(0) && file->seek(0) ? Outcome::Opened : Outcome::Failed;
+    return (keepTarget(*file) || file->resize(0)) && file->seek(0) ? Outcome::Opened
+                                                                   : Outcome::Failed;
 }
 
 bool hasContent(const QString &fileName)
@@ -96,6 +124,33 @@ QString errorOf(Outcome outcome, const QFile &file)
 }
 
 } // namespace
+
+TargetsKept::TargetsKept()
+{
+    keptTargets() = new std::vector<KeptTarget>;
+}
+
+TargetsKept::~TargetsKept()
+{
+    const std::unique_ptr<std::vector<KeptTarget>> targets(std::exchange(keptTargets(), nullptr));
+    for (const KeptTarget &target : *targets) {
+        // Where that fails, the head of a report stays.
+        if (!m_isReplaced && target.wasEmpty)
+            static_cast<void>(!::ftruncate(target.descriptor, 0));
+        ::close(target.descriptor);
+    }
+}
+
+QString TargetsKept::replace()
+{
+    m_isReplaced = true;
+    for (const KeptTarget &target : *keptTargets()) {
+        if (!target.wasEmpty && ::ftruncate(target.descriptor, 0) != 0)
+            return QStringLiteral("Could not empty report file '%1': %2")
+                .arg(target.fileName, qt_error_string(errno));
+    }
+    return {};
+}
 
 std::FILE *standardStream(const QString &path)
 {

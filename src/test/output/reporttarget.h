@@ -27,6 +27,25 @@ enum class TargetContent { Replaced, ReplacedAndRead, Kept };
 /// name with a number that is free instead.
 [[nodiscard]] MORVEX_EXPORT QString openFreeReportTarget(const QString &fileName, QFile *file);
 
+/// While one lives, the regular files that this process opens as targets keep what they hold, until
+/// it is known that all reports of a run can be made. Of the main thread; one at a time.
+class MORVEX_EXPORT TargetsKept
+{
+public:
+    TargetsKept();
+    /// Without replace(), all are left as they were.
+    ~TargetsKept();
+
+    TargetsKept(const TargetsKept &) = delete;
+    TargetsKept &operator=(const TargetsKept &) = delete;
+
+    /// Drops what they hold now. Returns an error text, empty on success.
+    [[nodiscard]] QString replace();
+
+private:
+    bool m_isReplaced = false;
+};
+
 /// The stream that an empty path, "/dev/stdout" or "/dev/stderr" stands for; null for any other.
 [[nodiscard]] MORVEX_EXPORT std::FILE *standardStream(const QString &path);
 

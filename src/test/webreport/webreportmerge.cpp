@@ -1,6 +1,7 @@
 #include "test/webreport/webreportmerge.h"
 
 #include "shared/realpath.h"
+#include "shared/regularfile.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportdirectory.h"
 #include "test/webreport/webreportrepair.h"
@@ -45,8 +46,9 @@ public:
         const QString fileName =
             QDir(m_report.filePath(webReportDataDir)).filePath(webReportDataFile);
         QFile file(fileName);
-        if (!file.open(QIODevice::ReadOnly))
-            return QStringLiteral("Could not open '%1': %2").arg(fileName, file.errorString());
+        const QString error = openRegularFile(&file);
+        if (!error.isEmpty())
+            return QStringLiteral("Could not open '%1': %2").arg(fileName, error);
         QByteArray data = file.readAll();
         if (data.size() != file.size())
             return QStringLiteral("Could not read '%1': %2").arg(fileName, file.errorString());

@@ -2,6 +2,7 @@
 
 #include "shared/filelock.h"
 #include "shared/realpath.h"
+#include "shared/regularfile.h"
 #include "shared/trace.h"
 #include "shared/writefile.h"
 #include "test/openreportfile.h"
@@ -245,9 +246,9 @@ WebReportRepair repairContent(const QString &fileName, const char *data, qint64 
 WebReportRepair repairFile(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return failedRepair(
-            QStringLiteral("Could not open '%1': %2").arg(fileName, file.errorString()));
+    const QString error = openRegularFile(&file);
+    if (!error.isEmpty())
+        return failedRepair(QStringLiteral("Could not open '%1': %2").arg(fileName, error));
     if (file.size() == 0)
         return repairContent(fileName, "", 0);
     const auto *data = reinterpret_cast<const char *>(file.map(0, file.size()));

@@ -2,6 +2,7 @@
 
 #include "shared/filelock.h"
 #include "shared/realpath.h"
+#include "shared/regularfile.h"
 #include "shared/writefile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/webreport/webreportdata.h"
@@ -37,7 +38,7 @@ public:
     explicit DataFile(const QString &path)
         : m_file(path)
     {
-        if (m_file.open(QIODevice::ReadOnly) && m_file.size() > 0)
+        if (openRegularFile(&m_file).isEmpty() && m_file.size() > 0)
             m_data = reinterpret_cast<const char *>(m_file.map(0, m_file.size()));
     }
 
@@ -116,7 +117,7 @@ private:
     QString removeLeftOver()
     {
         QFile list(m_list);
-        if (!list.open(QIODevice::ReadOnly))
+        if (!openRegularFile(&list).isEmpty())
             return {};
         const DataFile file(m_dataFile);
         if (!file.isRead())

@@ -5,7 +5,7 @@
 namespace Morvex {
 namespace {
 
-// How deep the members of the document and of the node of the run lie.
+// How deep the members of the document and of the node of the run are.
 const std::size_t documentDepth = 1;
 const std::size_t runDepth = 3;
 

@@ -1,0 +1,256 @@
+#include "runner/recordedactions.h"
+
+#include <QHash>
+#include <QPair>
+
+#include <algorithm>
+#include <chrono>
+
+namespace Morvex {
+namespace {
+
+const qint64 microsecondsPerMillisecond = 1000;
+const qint64 millisecondsPerDay = 24ll * 60 * 60 * 1000;
+
+// What was done under the names of the application and of recorders; the second is that of an item.
+const struct
+{
+    QLatin1String what;
+    const char *method;
+    const char *itemMethod;
+} methods[] = {
+    {QLatin1String("click"), "click", "clickItem"},
+    {QLatin1String("doubleClick"), "doubleClick", "doubleClickItem"},
+    {QLatin1String("type"), "type", nullptr},
+    {QLatin1String("password"), "typePassword", nullptr},
+    {QLatin1String("set"), "setProperty", nullptr},
+    {QLatin1String("close"), "closeWindow", nullptr},
+    {QLatin1String("drag"), "drag", "dragItem"},
+    {QLatin1String("expand"), nullptr, "expandItem"},
+    {QLatin1String("collapse"), nullptr, "collapseItem"},
+    {QLatin1String("check"), nullptr, "checkItem"},
+    {QLatin1String("uncheck"), nullptr, "uncheckItem"},
+    {QLatin1String("edit"), nullptr, "editItem"},
+    {QLatin1String("point"), "checkPoint", nullptr},
+};
+
+QString textOf(const QVariantMap &action, const char *key)
+{
+    return action.value(QLatin1String(key)).toString();
+}
+
+int contextOf(const QVariantMap &action)
+{
+    return action.value(QStringLiteral("context")).toInt();
+}
+
+bool isStart(const QVariantMap &action)
+{
+    return textOf(action, "what") == QLatin1String("start");
+}
+
+bool isBefore(const QVariant &a, const QVariant &b)
+{
+    const QString time = QStringLiteral("time");
+    return a.toMap().value(time).toLongLong() < b.toMap().value(time).toLongLong();
+}
+
+// Each action as it was reported last, in the order in which they began.
+QVariantList settledActions(const QVariantList &actions)
+{
+    QVariantList settled;
+    QHash<QPair<int, int>, int> places;
+    for (const QVariant &entry : actions) {
+        QVariantMap action = entry.toMap();
+        const QPair<int, int> key(contextOf(action),
+                                  action.value(QStringLiteral("number")).toInt());
+        if (!isStart(action) && places.contains(key)) {
+            QVariant &known = settled[places.value(key)];
+            action[QStringLiteral("time")] = known.toMap().value(QStringLiteral("time"));
+            known = action;
+            continue;
+        }
+        if (!isStart(action))
+            places.insert(key, settled.size());
+        settled += QVariant(action);
+    }
+    std::stable_sort(settled.begin(), settled.end(), isBefore);
+    return settled;
+}
+
+// Whether the second goes on with the first.
+bool isContinued(const QVariantMap &first, const QVariantMap &second)
+{
+    const QString what = textOf(first, "what");
+    const bool isJoined = what == QLatin1String("type") || what == QLatin1String("password") ||
+                          what == QLatin1String("set");
+    return isJoined && what == textOf(second, "what") && contextOf(first) == contextOf(second) &&
+           textOf(first, "object") == textOf(second, "object") &&
+           textOf(first, "property") == textOf(second, "property");
+}
+
+void join(QVariantMap *first, const QVariantMap &second)
+{
+    const QString text = QStringLiteral("text");
+    const QString value = QStringLiteral("value");
+    if (first->contains(text))
+        (*first)[text] = textOf(*first, "text") + textOf(second, "text");
+    if (first->contains(value))
+        (*first)[value] = second.value(value);
+}
+
+// Whether the action is a part of the edit, which stands for all of it.
+bool isPartOfEdit(const QVariantMap &action, const QVariantMap &edit)
+{
+    const QString what = textOf(action, "what");
+    if (textOf(edit, "what") != QLatin1String("edit") || contextOf(action) != contextOf(edit))
+        return false;
+    if (what == QLatin1String("type"))
+        return textOf(action, "object") == textOf(edit, "editor");
+    const QString item = QStringLiteral("item");
+    return what == QLatin1String("doubleClick") &&
+           textOf(action, "object") == textOf(edit, "object") &&
+           action.value(item) == edit.value(item);
+}
+
+void addOptions(const QVariantMap &place, const QStringList &keys, EventData *event)
+{
+    for (const QString &key : keys) {
+        if (place.contains(key))
+            event->addArgument(
+                {key + QLatin1Char('=') + place.value(key).toString(), EventDataArg::OPTION});
+    }
+}
+
+// A text, which options may follow, or a row and a column.
+void addItem(const QVariantList &item, EventData *event)
+{
+    for (const QVariant &part : item) {
+        if (part.userType() == QMetaType::QVariantMap)
+            addOptions(part.toMap(), {QStringLiteral("column"), QStringLiteral("occurrence")},
+                       event);
+        else if (part.userType() == QMetaType::QString)
+            event->addArgument({part.toString(), EventDataArg::TEXT});
+        else
+            event->addArgument({QString::number(part.toInt()), EventDataArg::NUMBER});
+    }
+}
+
+void addPlace(const QVariantMap &place, EventData *event)
+{
+    addItem(place.value(QStringLiteral("item")).toList(), event);
+    addOptions(place, {QStringLiteral("x"), QStringLiteral("y")}, event);
+}
+
+void addValue(const QVariant &value, EventData *event)
+{
+    const bool isNumber = value.userType() != QMetaType::QString &&
+                          value.userType() != QMetaType::Bool && value.canConvert<double>();
+    event->addArgument({value.toString(), isNumber ? EventDataArg::NUMBER : EventDataArg::TEXT});
+}
+
+// A click with the right button has a name of its own.
+QString methodFor(const QVariantMap &action, const char *method, const char *itemMethod)
+{
+    const bool isOfItem = !action.value(QStringLiteral("item")).toList().isEmpty();
+    const QString name = QString::fromLatin1(isOfItem ? itemMethod : method);
+    const bool isRight = textOf(action, "what") == QLatin1String("click") &&
+                         textOf(action, "button") == QLatin1String("right");
+    if (!isRight)
+        return name;
+    return isOfItem ? QStringLiteral("rightClickItem") : QStringLiteral("rightClick");
+}
+
+void addArguments(const QVariantMap &action, EventData *event)
+{
+    const QString method = event->methodName();
+    if (method == QLatin1String("type")) {
+        event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
+    } else if (method == QLatin1String("typePassword")) {
+        event->addArgument({passwordVariable(), EventDataArg::TEXT});
+    } else if (method == QLatin1String("setProperty")) {
+        event->addArgument({textOf(action, "property"), EventDataArg::TEXT});
+        addValue(action.value(QStringLiteral("value")), event);
+    } else if (method == QLatin1String("checkPoint")) {
+        event->addArgument({textOf(action, "name"), EventDataArg::TEXT});
+        event->addArgument({textOf(action, "type"), EventDataArg::TEXT});
+        for (const QString &name : action.value(QStringLiteral("properties")).toStringList())
+            event->addArgument({name, EventDataArg::TEXT});
+    } else if (method != QLatin1String("closeWindow")) {
+        addPlace(action, event);
+        if (method == QLatin1String("editItem"))
+            event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
+        QStringList options{QStringLiteral("modifiers")};
+        if (!method.startsWith(QLatin1String("rightClick")))
+            options += QStringLiteral("button");
+        addOptions(action, options, event);
+    }
+    const QVariantMap target = action.value(QStringLiteral("to")).toMap();
+    if (!target.isEmpty()) {
+        event->addArgument({textOf(target, "object"), EventDataArg::OBJECT});
+        addPlace(target, event);
+    }
+}
+
+// Of no kind when it is no action.
+EventData eventOf(const QVariantMap &action)
+{
+    const qint64 time = action.value(QStringLiteral("time")).toLongLong();
+    const QString what = textOf(action, "what");
+    const auto *known = std::find_if(std::begin(methods), std::end(methods),
+                                     [&what](const auto &row) { return what == row.what; });
+    EventData event(isStart(action) ? EventData::APPLICATION_START : EventData::METHOD_CALL);
+    event.setSequence(static_cast<quint64>(time));
+    event.setTime(QTime::fromMSecsSinceStartOfDay(
+        static_cast<int>(time / microsecondsPerMillisecond % millisecondsPerDay)));
+    event.setContextId(contextOf(action));
+    if (isStart(action))
+        return event;
+    if (known == std::end(methods) || textOf(action, "object").isEmpty() || time < 0)
+        return EventData();
+    event.setMethodName(methodFor(action, known->method, known->itemMethod));
+    event.setObjectName(textOf(action, "object"));
+    addArguments(action, &event);
+    return event;
+}
+
+} // namespace
+
+std::vector<EventData> eventsOfActions(const QVariantList &actions)
+{
+    std::vector<QVariantMap> joined;
+    for (const QVariant &entry : settledActions(actions)) {
+        const QVariantMap action = entry.toMap();
+        if (textOf(action, "what") == QLatin1String("nothing"))
+            continue;
+        while (!joined.empty() && isPartOfEdit(joined.back(), action))
+            joined.pop_back();
+        if (!joined.empty() && isContinued(joined.back(), action))
+            join(&joined.back(), action);
+        else
+            joined.push_back(action);
+    }
+    std::vector<EventData> events;
+    for (const QVariantMap &action : joined) {
+        const EventData event = eventOf(action);
+        if (event.kind() != 0)
+            events.push_back(event);
+    }
+    return events;
+}
+
+QVariantMap startAction(int context)
+{
+    using namespace std::chrono;
+    const qint64 now = duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+    return {{QStringLiteral("what"), QStringLiteral("start")},
+            {QStringLiteral("context"), context},
+            {QStringLiteral("time"), now}};
+}
+
+QString passwordVariable()
+{
+    return QStringLiteral("PASSWORD");
+}
+
+} // namespace Morvex

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "objectmodel/eventdata.h"
+
+#include <QVariant>
+
+#include <vector>
+
+namespace Morvex {
+
+/// The events of a recording, from the actions that applications have reported, each with the
+/// number of its "context": what was replaced or has not happened is left out, and what is typed
+/// into an object without a break is one event. What is no action is left out, too.
+std::vector<EventData> eventsOfActions(const QVariantList &actions);
+
+/// The action that says that an application was started.
+QVariantMap startAction(int context);
+
+/// The name of the variable that holds the passwords when a script is run.
+QString passwordVariable();
+
+} // namespace Morvex

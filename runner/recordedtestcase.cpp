@@ -1,0 +1,98 @@
+#include "runner/recordedtestcase.h"
+
+#include "runner/javascripteventrecorder.h"
+#include "runner/javascriptobjectmap.h"
+#include "runner/recordedactions.h"
+#include "runner/recordingjournal.h"
+#include "shared/writefile.h"
+
+#include <QFileInfo>
+
+namespace Morvex {
+namespace {
+
+const QLatin1String
+    passwordNote("// Passwords are not recorded: run this with --envvar PASSWORD=...");
+
+bool isTestCaseName(const QString &name)
+{
+    return name.startsWith(QLatin1String("tst_")) && !name.contains(QLatin1Char('/'));
+}
+
+// Whether names that are added to the file count.
+bool hasPlaceForNames(const JavaScriptObjectMap &names)
+{
+    const QList<QByteArray> lines = names.currentScriptCode().split('\n');
+    return std::any_of(lines.begin(), lines.end(), [](QByteArray line) {
+        if (line.endsWith('\r'))
+            line.chop(1);
+        return line.endsWith("MORVEX_INSERT_OBJECT_NAMES_HERE");
+    });
+}
+
+QString scriptOf(const QString &start, const QStringList &statements, bool hasPassword)
+{
+    QStringList lines;
+    if (hasPassword)
+        lines += passwordNote;
+    if (!start.isEmpty())
+        lines += start;
+    return (lines + statements).join(QLatin1Char('\n')) + QLatin1Char('\n');
+}
+
+} // namespace
+
+RecordedTestCase::RecordedTestCase(const QDir &suite, const QString &name,
+                                   EventRecorder::Synchronization synchronization)
+    : m_suite(suite)
+    , m_name(name)
+    , m_synchronization(synchronization)
+{
+}
+
+QString RecordedTestCase::whyNot() const
+{
+    if (!isTestCaseName(m_name))
+        return QStringLiteral("'%1' is no name of a test case, which begins with tst_").arg(m_name);
+    // A point of an earlier try may be there.
+    const QStringList scripts =
+        QDir(directory()).entryList({QStringLiteral("script.*"), QStringLiteral("*.feature")});
+    if (!scripts.isEmpty() || (QFileInfo::exists(directory()) && !QFileInfo(directory()).isDir()))
+        return QStringLiteral("the test case '%1' exists already").arg(directory());
+    const JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
+    const NamesFileError error = names.error();
+    if (!error.text.isEmpty())
+        return error.toString();
+    return hasPlaceForNames(names)
+               ? QString()
+               : QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE, "
+                                "above which recorded names are added: add a comment that does")
+                     .arg(m_suite.filePath(QStringLiteral("names.js")));
+}
+
+QString RecordedTestCase::write(const RecordingJournal &journal) const
+{
+    JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
+    JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
+                                     m_synchronization == EventRecorder::OBJECT_SYNC, &names);
+    bool hasPassword = false;
+    for (const EventData &event : eventsOfActions(journal.actions())) {
+        hasPassword = hasPassword || event.methodName() == QLatin1String("typePassword");
+        recorder.queueEvent(event);
+    }
+    recorder.dequeueEvents();
+    if (!names.createdNames().isEmpty()) {
+        const QString error = names.saveOrKeep();
+        if (!error.isEmpty())
+            return error;
+    }
+    if (!QDir().mkpath(directory()))
+        return QStringLiteral("cannot make the directory '%1'").arg(directory());
+    const FileWriteResult written = writeFileSafely(
+        scriptPath(), scriptOf(journal.start(), recorder.lines(), hasPassword).toUtf8());
+    return written.outcome == FileWriteResult::Written
+               ? QString()
+               : QStringLiteral("cannot write '%1': %2").arg(scriptPath(), written.error);
+}
+
+} // namespace Morvex

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace Morvex {
+
+/// Whether applications that are started from here show windows to a user.
+bool hasScreen();
+
+} // namespace Morvex

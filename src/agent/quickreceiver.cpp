@@ -1,0 +1,95 @@
+#include "agent/quickreceiver.h"
+
+#include <QQuickItem>
+
+#include <algorithm>
+#include <functional>
+
+namespace Morvex {
+namespace {
+
+using Condition = std::function<bool(const QQuickItem *)>;
+
+bool isPopupModal(const QQuickItem *popupItem)
+{
+    return popupItem->isVisible() && popupItem->parent() &&
+           popupItem->parent()->property("modal").toBool();
+}
+
+// Texts want the mouse for links in them. What is above all for popups holds the mouse up for
+// those that are modal.
+bool takesMouse(const QQuickItem *item)
+{
+    if (!item->isEnabled() || item->acceptedMouseButtons() == Qt::NoButton ||
+        item->inherits("QQuickText") || item->property("propagateComposedEvents").toBool())
+        return false;
+    if (!item->inherits("QQuickOverlay"))
+        return true;
+    const QList<QQuickItem *> popups = item->childItems();
+    return std::any_of(popups.begin(), popups.end(), isPopupModal);
+}
+
+bool isDrawn(const QQuickItem *item)
+{
+    return item->flags() & QQuickItem::ItemHasContents;
+}
+
+QList<QQuickItem *> topmostFirst(const QQuickItem *item)
+{
+    QList<QQuickItem *> items = item->childItems();
+    std::reverse(items.begin(), items.end());
+    std::stable_sort(
+        items.begin(), items.end(),
+        [](const QQuickItem *one, const QQuickItem *other) { return one->z() > other->z(); });
+    return items;
+}
+
+// The topmost item at the place that fits; null for none.
+QQuickItem *itemAt(QQuickItem *item, const QPointF &place, const Condition &fits)
+{
+    const bool isThere = item->contains(item->mapFromScene(place));
+    if (!item->isVisible() || (item->clip() && !isThere))
+        return nullptr;
+    QQuickItem *found = nullptr;
+    bool isOwnTurn = true;
+    const QList<QQuickItem *> children = topmostFirst(item);
+    for (QQuickItem *child : children) {
+        if (isOwnTurn && child->z() < 0) {
+            isOwnTurn = false;
+            if (isThere && fits(item))
+                return item;
+        }
+        found = itemAt(child, place, fits);
+        if (found)
+            return found;
+    }
+    return isOwnTurn && isThere && fits(item) ? item : nullptr;
+}
+
+QQuickItem *clickable(QQuickItem *item)
+{
+    return item->inherits("QQuickMouseArea") && item->parentItem() ? item->parentItem() : item;
+}
+
+} // namespace
+
+QQuickItem *clickedItem(QQuickItem *root, const QPointF &place)
+{
+    if (QQuickItem *taker = itemAt(root, place, takesMouse))
+        return clickable(taker);
+    QQuickItem *drawn = itemAt(root, place, isDrawn);
+    return drawn ? drawn : root;
+}
+
+QQuickItem *coverOf(QQuickItem *root, const QQuickItem *item, const QPointF &place)
+{
+    QQuickItem *top = itemAt(root, place, [item](const QQuickItem *other) {
+        return other == item || takesMouse(other);
+    });
+    if (!top || top == item || item->isAncestorOf(top))
+        return nullptr;
+    QQuickItem *cover = clickable(top);
+    return cover == item || cover->isAncestorOf(item) ? nullptr : cover;
+}
+
+} // namespace Morvex

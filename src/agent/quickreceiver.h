@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QPointF>
+
+class QQuickItem;
+
+namespace Morvex {
+
+/// The item that a click at a place of the scene is for: that which takes the mouse, of a mouse
+/// area the one that it is in. Where none does, the topmost one that is drawn, else @p root.
+QQuickItem *clickedItem(QQuickItem *root, const QPointF &place);
+
+/// The item that would take a click at this place of the scene in place of @p item; null for none.
+/// Items around it and in it are for it, and so is a mouse area beside it.
+QQuickItem *coverOf(QQuickItem *root, const QQuickItem *item, const QPointF &place);
+
+} // namespace Morvex

@@ -1,0 +1,60 @@
+#include "qtbackend/actionreport.h"
+
+#include "qtbackend/nameresolver.h"
+
+#include <chrono>
+
+namespace Morvex {
+namespace {
+
+// One clock for all processes of the machine.
+qint64 now()
+{
+    using namespace std::chrono;
+    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace
+
+ActionReport::ActionReport(QtModel &model, const Sink &sink)
+    : m_model(model)
+    , m_sink(sink)
+{
+}
+
+QString ActionReport::nameOf(const QObject *object, bool isTextKept) const
+{
+    return object ? NameResolver(m_model).steadyName(object, isTextKept) : QString();
+}
+
+int ActionReport::add(const QString &what, const QString &objectName, const QVariantMap &more)
+{
+    send(++m_lastNumber, what, objectName, more);
+    return m_lastNumber;
+}
+
+void ActionReport::replace(int number, const QString &what, const QString &objectName,
+                           const QVariantMap &more)
+{
+    if (number > 0)
+        send(number, what, objectName, more);
+}
+
+void ActionReport::cancel(int number)
+{
+    replace(number, QStringLiteral("nothing"), QString());
+}
+
+void ActionReport::send(int number, const QString &what, const QString &objectName,
+                        const QVariantMap &more)
+{
+    QVariantMap action = more;
+    action[QStringLiteral("number")] = number;
+    action[QStringLiteral("time")] = now();
+    action[QStringLiteral("what")] = what;
+    if (!objectName.isEmpty())
+        action[QStringLiteral("object")] = objectName;
+    m_sink(action);
+}
+
+} // namespace Morvex

@@ -1,0 +1,156 @@
+#include "qtbackend/actionwatch.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QShortcutEvent>
+#include <QWindow>
+
+namespace Morvex {
+namespace {
+
+QWidget *widgetOf(const QWindow *window)
+{
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget *widget : widgets) {
+        if (widget->windowHandle() == window)
+            return widget;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
+    : m_report(model, sink)
+    , m_mouse(m_report)
+    , m_keys(m_report)
+    , m_points(m_report)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonRelease:
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+    case QEvent::Close:
+        if (!event->spontaneous())
+            return false;
+        break;
+    // Where it goes on to another widget it is no longer spontaneous.
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+        break;
+    default:
+        return false;
+    }
+    if (isForPoints(receiver, event))
+        return PointMenu::isOpenedBy(*static_cast<QKeyEvent *>(event));
+    if (m_points.owns(receiver))
+        return false;
+    if (receiver->isWindowType())
+        filterForWindow(static_cast<QWindow *>(receiver), event);
+    else if (event->type() == QEvent::Shortcut)
+        m_keys.shortcut(receiver, *static_cast<QShortcutEvent *>(event));
+    else if (event->type() == QEvent::InputMethod)
+        m_keys.inputMethod(receiver, *static_cast<QInputMethodEvent *>(event));
+    else if (receiver->isWidgetType())
+        filterForWidget(static_cast<QWidget *>(receiver), event);
+    return false;
+}
+
+void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        if (!event->spontaneous())
+            return;
+        m_mouse.beginPress();
+        settle();
+        break;
+    case QEvent::MouseButtonRelease:
+        m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
+        settleLater();
+        break;
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+        if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
+            return;
+        settle();
+        m_keys.press(*static_cast<QKeyEvent *>(event));
+        settleLater();
+        break;
+    case QEvent::DragMove:
+        m_mouse.dragMoved();
+        break;
+    case QEvent::Drop:
+        m_mouse.dropAt(window->mapToGlobal(static_cast<QDropEvent *>(event)->pos()));
+        break;
+    case QEvent::Close:
+        settle();
+        if (const QWidget *widget = widgetOf(window))
+            m_report.add(QStringLiteral("close"), widget);
+        break;
+    default:
+        break;
+    }
+}
+
+void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        m_keys.leaveEditor(widget);
+        m_mouse.press(widget, *static_cast<QMouseEvent *>(event));
+        break;
+    case QEvent::MouseButtonRelease:
+        m_mouse.release(widget, *static_cast<QMouseEvent *>(event));
+        settleLater();
+        break;
+    default:
+        break;
+    }
+}
+
+// The keys are none of the application. Those in the open menu are.
+bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
+{
+    const bool isKey =
+        event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (!isKey || !receiver->isWindowType())
+        return false;
+    auto *key = static_cast<QKeyEvent *>(event);
+    if (!PointMenu::isOpenedBy(*key))
+        return m_points.isOpen();
+    if (!m_keys.isKnown(*key)) {
+        settle();
+        QMetaObject::invokeMethod(
+            this, [this] { m_points.open(); }, Qt::QueuedConnection);
+    }
+    return true;
+}
+
+void ActionWatch::settle()
+{
+    m_mouse.settle();
+    m_keys.settle();
+}
+
+void ActionWatch::settleLater()
+{
+    if (m_mouse.isUnsettled() || m_keys.isUnsettled())
+        QMetaObject::invokeMethod(
+            this, [this] { settle(); }, Qt::QueuedConnection);
+}
+
+} // namespace Morvex

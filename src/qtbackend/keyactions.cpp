@@ -1,0 +1,218 @@
+#include "qtbackend/keyactions.h"
+
+#include "qtbackend/actionreport.h"
+#include "qtbackend/menupath.h"
+#include "qtbackend/recordedkeys.h"
+#include "qtbackend/recordedtarget.h"
+#include "qtbackend/usagerules.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMetaProperty>
+#include <QShortcutEvent>
+
+namespace Morvex {
+namespace {
+
+// Protected members of the toolkit's class.
+struct ViewAccess : QAbstractItemView
+{
+    static bool isEditing(const QAbstractItemView *view)
+    {
+        return (view->*(&ViewAccess::state))() == EditingState;
+    }
+};
+
+// What keys are for now; null for none.
+QWidget *keyTarget()
+{
+    QWidget *popup = QApplication::activePopupWidget();
+    QWidget *target = popup && popup->focusWidget() ? popup->focusWidget() : popup;
+    if (!target)
+        target = QApplication::focusWidget();
+    if (!target)
+        target = QApplication::activeWindow();
+    while (target && target->focusProxy())
+        target = target->focusProxy();
+    const bool isFocusable =
+        !target || target->isWindow() || popup || target->focusPolicy() != Qt::NoFocus;
+    return isFocusable ? target : target->window();
+}
+
+bool isPush(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
+}
+
+bool isTab(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+}
+
+bool isChoice(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+           event.key() == Qt::Key_Select;
+}
+
+bool isReadOnly(const QWidget *widget)
+{
+    return widget->property("readOnly").toBool() && !widget->inherits("QComboBox");
+}
+
+// The view whose item the widget edits; null for any other widget.
+QAbstractItemView *editedView(const QWidget *editor)
+{
+    const QWidget *viewport = editor ? editor->parentWidget() : nullptr;
+    auto *view = qobject_cast<QAbstractItemView *>(viewport ? viewport->parentWidget() : nullptr);
+    const bool isText =
+        qobject_cast<const QLineEdit *>(editor) || qobject_cast<const QAbstractSpinBox *>(editor);
+    return isText && view && view->viewport() == viewport && view->currentIndex().isValid() &&
+                   ViewAccess::isEditing(view)
+               ? view
+               : nullptr;
+}
+
+QString editedText(const QWidget *editor)
+{
+    return editor->property(editor->metaObject()->userProperty().name()).toString();
+}
+
+} // namespace
+
+// Most keys are offered first and pressed then.
+bool KeyActions::isKnown(const QKeyEvent &event)
+{
+    const bool isOffer = event.type() == QEvent::ShortcutOverride;
+    const bool isKnown =
+        !isOffer && event.timestamp() == m_offeredTime && event.key() == m_offeredKey;
+    m_offeredKey = isOffer ? event.key() : 0;
+    m_offeredTime = event.timestamp();
+    return isKnown;
+}
+
+void KeyActions::press(const QKeyEvent &event)
+{
+    m_lastKey = 0;
+    QWidget *popup = QApplication::activePopupWidget();
+    if (auto *menu = qobject_cast<QMenu *>(popup)) {
+        auto *action = const_cast<QAction *>(actionFor(menu, event.key()));
+        if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
+            return;
+        const MenuPath path = menuPathOf(menu, action);
+        m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
+        return;
+    }
+    QWidget *target = keyTarget();
+    if (!target || (popup && isForList(popup, event)))
+        return;
+    const auto *button = qobject_cast<QAbstractButton *>(target);
+    if (button && isPush(event) && !event.isAutoRepeat())
+        m_lastKey = m_report.add(QStringLiteral("click"), target);
+    else if (!button || !isPush(event))
+        type(target, event);
+}
+
+bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)
+{
+    QComboBox *box = comboBoxOfList(popup);
+    if (!box)
+        return false;
+    const QModelIndex index = box->view()->currentIndex();
+    if (!isChoice(event) || !index.isValid())
+        return true;
+    m_choice.list = popup;
+    m_choice.number = m_report.add(QStringLiteral("click"), box,
+                                   {{QStringLiteral("item"), selectorOf(box, index.row())}});
+    return true;
+}
+
+void KeyActions::type(QWidget *target, const QKeyEvent &event)
+{
+    const QString keys = typedKeyOf(event);
+    const bool isForMenuBar = qobject_cast<QMenuBar *>(QApplication::focusWidget()) &&
+                              !(event.modifiers() & Qt::ControlModifier);
+    if (keys.isEmpty() || isForMenuBar)
+        return;
+    if (isSecretInput(target) && !isHarmlessInSecret(event)) {
+        m_report.add(QStringLiteral("password"), target);
+        return;
+    }
+    const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
+    if (isText && isReadOnly(target))
+        return;
+    m_editor = editedView(target) ? target : nullptr;
+    if (m_editor && (isTab(event) || isChoice(event)))
+        return commitEdit();
+    m_lastKey = m_report.add(QStringLiteral("type"), target, {{QStringLiteral("text"), keys}});
+    if (isTab(event))
+        m_tab = {QApplication::focusWidget(), m_lastKey};
+}
+
+void KeyActions::leaveEditor(const QWidget *pressed)
+{
+    if (m_editor && pressed != m_editor && !m_editor->isAncestorOf(pressed) && editedView(m_editor))
+        commitEdit();
+}
+
+void KeyActions::commitEdit()
+{
+    QAbstractItemView *view = editedView(m_editor);
+    const QVariantList item = selectorOf(view, view->currentIndex());
+    m_report.add(QStringLiteral("edit"), view,
+                 {{QStringLiteral("item"), item},
+                  {QStringLiteral("text"), editedText(m_editor)},
+                  {QStringLiteral("editor"), m_report.nameOf(m_editor)}});
+    m_editor = nullptr;
+}
+
+void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
+{
+    if (event.key().count() > 1) {
+        const QString last =
+            QKeySequence(event.key()[event.key().count() - 1]).toString(QKeySequence::PortableText);
+        m_report.add(QStringLiteral("type"), keyTarget(),
+                     {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
+        return;
+    }
+    if (qobject_cast<QMenuBar *>(owner) || qobject_cast<QLabel *>(owner))
+        m_report.cancel(m_lastKey);
+    else if (qobject_cast<QAbstractButton *>(owner))
+        m_report.replace(m_lastKey, QStringLiteral("click"), m_report.nameOf(owner));
+}
+
+void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
+{
+    auto *target = qobject_cast<QWidget *>(receiver);
+    while (target && target->focusProxy())
+        target = target->focusProxy();
+    if (!target || event.commitString().isEmpty())
+        return;
+    if (isSecretInput(target))
+        m_report.add(QStringLiteral("password"), target);
+    else
+        m_report.add(QStringLiteral("type"), target,
+                     {{QStringLiteral("text"), typedTextOf(event.commitString())}});
+}
+
+void KeyActions::settle()
+{
+    // A key that only moves the focus is none that a script would type.
+    if (m_tab.number > 0 && m_tab.focus != QApplication::focusWidget())
+        m_report.cancel(m_tab.number);
+    m_tab = {};
+    if (m_choice.list && m_choice.list->isVisible())
+        m_report.cancel(m_choice.number);
+    m_choice = {};
+}
+
+} // namespace Morvex

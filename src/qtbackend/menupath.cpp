@@ -1,0 +1,46 @@
+#include "qtbackend/menupath.h"
+
+#include "qtbackend/itempath.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace Morvex {
+namespace {
+
+// What the menu was opened from; null when that was no other menu.
+QWidget *opener(const QMenu *menu)
+{
+    const QAction *title = menu->menuAction();
+    const QList<QWidget *> places = title->associatedWidgets();
+    for (QWidget *place : places) {
+        const auto *above = qobject_cast<QMenu *>(place);
+        if (above && above->isVisible() && above->activeAction() == title)
+            return place;
+        const auto *bar = qobject_cast<QMenuBar *>(place);
+        if (bar && bar->isVisible() && bar->activeAction() == title)
+            return place;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+MenuPath menuPathOf(QWidget *menu, QAction *action)
+{
+    MenuPath path;
+    QStringList texts{shownText(action->text())};
+    path.owner = menu;
+    while (const auto *open = qobject_cast<QMenu *>(path.owner)) {
+        QWidget *above = opener(open);
+        if (!above)
+            break;
+        texts.prepend(shownText(open->menuAction()->text()));
+        path.owner = above;
+    }
+    path.item = {itemPathOf(texts)};
+    return path;
+}
+
+} // namespace Morvex

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "qtbackend/recordedtarget.h"
+#include "qtbackend/textcursorstate.h"
+
+#include <QPersistentModelIndex>
+
+class QMouseEvent;
+
+namespace Morvex {
+
+class ActionReport;
+
+/// What the user does with the buttons of the mouse to widgets, from the events before they are
+/// delivered.
+class MouseActions
+{
+public:
+    explicit MouseActions(ActionReport &report)
+        : m_report(report)
+    {
+    }
+
+    // In a window, before it goes on to a widget.
+    void beginPress();
+    void beginRelease(const QMouseEvent &event);
+
+    // In a widget, and in those around it as long as they don't take it.
+    void press(QWidget *widget, const QMouseEvent &event);
+    void release(QWidget *widget, const QMouseEvent &event);
+
+    /// What is dragged as data.
+    void dragMoved();
+    void dropAt(const QPoint &globalPlace);
+
+    /// Looks what has become of what was done last.
+    void settle();
+    /// Whether there is something to look at.
+    bool isUnsettled() const;
+
+private:
+    struct Press
+    {
+        QPointer<QWidget> widget;
+        QPoint globalPlace;
+        Qt::MouseButton button = Qt::NoButton;
+        Qt::KeyboardModifiers modifiers;
+        bool isDouble = false;
+        bool isDragging = false;
+        RecordedTarget target;
+        // Of a press that may be a click; else 0.
+        int number = 0;
+    };
+
+    // What shows only once the event has been delivered.
+    struct Outcome
+    {
+        RecordedTarget::Kind kind = RecordedTarget::Nothing;
+        QPointer<QWidget> widget;
+        QString name;
+        TextCursorState cursor;
+        QVariant value;
+        QPersistentModelIndex index;
+        QVariant checkState;
+        QVariantMap place;
+        int number = 0;
+    };
+
+    struct Choice
+    {
+        QPointer<QWidget> list;
+        int number = 0;
+    };
+
+    void describe(QWidget *widget, const QPoint &place);
+    void reportPress();
+    void expectOutcome();
+    QVariantMap placeOf(const RecordedTarget &target) const;
+    void finishMoved(const QPoint &globalPlace);
+    void reportDrag(const QPoint &globalPlace);
+    void choose(QWidget *menu, const QPoint &place);
+    void chooseInList(QWidget *list, const QPoint &place);
+    void settleValue();
+    void settleCursor();
+    void settleCheck();
+
+    ActionReport &m_report;
+    Press m_press;
+    Outcome m_outcome;
+    Choice m_choice;
+    bool m_isPressNew = false;
+    bool m_isReleaseNew = false;
+    bool m_isInMenu = false;
+    // The click that a double click begins with.
+    int m_lastClick = 0;
+};
+
+} // namespace Morvex

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QMenu>
+#include <QPointer>
+
+class QWindow;
+
+namespace Morvex {
+
+class ActionReport;
+
+/// The menu by which a user who records adds a verification point of the object under the mouse.
+/// It is none of the application, and nothing of its use is recorded.
+class PointMenu
+{
+public:
+    explicit PointMenu(ActionReport &report)
+        : m_report(report)
+    {
+    }
+    ~PointMenu();
+
+    PointMenu(const PointMenu &) = delete;
+    PointMenu &operator=(const PointMenu &) = delete;
+
+    /// Whether it is these keys that open it: Ctrl+Alt+Shift+V.
+    static bool isOpenedBy(const QKeyEvent &event);
+
+    /// For what is under the mouse.
+    void open();
+    bool isOpen() const { return m_menu && m_menu->isVisible(); }
+    /// Whether the receiver of an event is a part of it.
+    bool owns(const QObject *receiver) const;
+
+private:
+    void add(const QString &text, const char *type, const QString &name,
+             const QStringList &properties);
+
+    ActionReport &m_report;
+    QPointer<QMenu> m_menu;
+};
+
+} // namespace Morvex

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+class QKeyEvent;
+class QObject;
+
+namespace Morvex {
+
+/// The key as typeText takes it: "a", "<<", "<Ctrl+S>". Empty for keys that do nothing alone.
+QString typedKeyOf(const QKeyEvent &event);
+
+/// A text as typeText takes it.
+QString typedTextOf(const QString &text);
+
+/// Whether what is typed into the object now is not for others to see.
+bool isSecretInput(QObject *object);
+
+/// Whether the key says nothing about what is typed, and may be seen nevertheless.
+bool isHarmlessInSecret(const QKeyEvent &event);
+
+} // namespace Morvex

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QPoint>
+#include <QPointer>
+#include <QVariant>
+#include <QWidget>
+
+#include <optional>
+
+class QAbstractItemView;
+class QComboBox;
+class QModelIndex;
+
+namespace Morvex {
+
+/// What a mouse button that is pressed at a place of a widget is about, in words of scripts.
+struct RecordedTarget
+{
+    enum Kind {
+        /// Nothing that a script would repeat: a background, a scroll bar, the title of a menu.
+        Nothing,
+        Click,
+        /// It moves the cursor of a text.
+        Cursor,
+        /// It changes the value of a slider or a spin box.
+        Value,
+        Expand,
+        Collapse,
+    };
+
+    Kind kind = Nothing;
+    QPointer<QObject> object;
+    /// As a script names it; empty for the object itself.
+    QVariantList item;
+    /// Only where what happens depends on it; in the object or the item.
+    std::optional<QPoint> place;
+};
+
+RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button);
+
+/// Empty for an item that has no name.
+QVariantList selectorOf(QAbstractItemView *view, const QModelIndex &index);
+QVariantList selectorOf(QComboBox *box, int row);
+
+/// The combo box whose list the widget is in; null when it is in none.
+QComboBox *comboBoxOfList(const QWidget *widget);
+
+/// What the user sees as one with the widget, such as the spin box of a text field.
+QWidget *ownerOf(QWidget *widget);
+
+} // namespace Morvex
