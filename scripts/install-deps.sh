@@ -12,7 +12,7 @@ tests=(
     bsdutils chromium clang clang-format dbus-daemon gdb gnumeric libbenchmark-dev libclang-rt-14-dev libgtest-dev
     libjsoncpp-dev libxml2-dev libxml2-utils openbox openssl python3-openpyxl python3-websockets
     python3-xlsxwriter python3-xlwt unzip
-    xdotool xvfb zip
+    scrot xdotool xvfb zip
     # Programs that tests drive, and what they need.
     featherpad kcalc keepassxc pyqt5-examples python3-pyqt5 qml-module-qtquick-controls2
     qml-module-qtquick-layouts qml-module-qtquick-window2 qtquickcontrols2-5-examples speedcrunch

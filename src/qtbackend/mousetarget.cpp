@@ -125,6 +125,19 @@ void revealSceneItem(QObject *item, InputSequence &input)
     });
 }
 
+bool clickWhereFree(QWidget *widget, const QPoint &place)
+{
+    QString error;
+    const MouseSpot spot = MouseSpot::of(widget, place);
+    if (!widget->rect().contains(place) || !receiverOf(widget, place, &error) || !spot.isValid())
+        return false;
+    endClicks();
+    moveMouse(spot, Qt::NoButton, Qt::NoModifier);
+    pressMouse(spot, Qt::LeftButton, Qt::NoModifier);
+    releaseMouse(spot, Qt::LeftButton, Qt::NoModifier);
+    return true;
+}
+
 QWidget *openMenuOf(const QAction *action)
 {
     for (QWidget *place : action->associatedWidgets()) {

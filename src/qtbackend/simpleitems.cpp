@@ -1,10 +1,13 @@
 #include "qtbackend/simpleitems.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/mousetarget.h"
 #include "qtbackend/whyblocked.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
+#include <QStyle>
+#include <QStyleOption>
 
 namespace Morvex {
 namespace {
@@ -59,6 +62,19 @@ QStringList childNames(const QAccessibleInterface &part)
     return names;
 }
 
+// Away from the middle, where an entry may come to be: a box takes a click that follows there for
+// the end of the first one.
+QPoint openingPlace(const QComboBox *box)
+{
+    QStyleOptionComboBox option;
+    option.initFrom(box);
+    option.editable = box->isEditable();
+    option.frame = box->hasFrame();
+    return box->style()
+        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, box)
+        .center();
+}
+
 } // namespace
 
 ComboBoxItem::ComboBoxItem(QComboBox *box, const ItemSelector &selector)
@@ -90,12 +106,22 @@ QString ComboBoxItem::whyBlocked() const
 void ComboBoxItem::reveal(InputSequence &input)
 {
     const QPointer<QComboBox> box = m_box;
-    input.add([box] {
-        if (box && !box->view()->isVisible())
+    const auto isOpen = [box] { return !box || box->view()->isVisible(); };
+    input.add([box, isOpen] {
+        if (!isOpen() && clickWhereFree(box, openingPlace(box)))
+            return QString();
+        if (!isOpen())
             box->showPopup();
         return QString();
     });
-    input.waitUntil([box] { return !box || box->view()->isVisible(); }, maxOpeningMs);
+    input.waitUntil(isOpen, maxOpeningMs);
+    // A box may have a list, but none that opens by the mouse.
+    input.add([box, isOpen] {
+        if (!isOpen())
+            box->showPopup();
+        return QString();
+    });
+    input.waitUntil(isOpen, maxOpeningMs);
     const QPersistentModelIndex entry = index();
     input.add([box, entry] {
         if (box)

@@ -1,8 +1,10 @@
 #include "qtbackend/viewitem.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/mousetarget.h"
 #include "qtbackend/userinput.h"
 
+#include <QHeaderView>
 #include <QTreeView>
 
 namespace Morvex {
@@ -40,6 +42,19 @@ bool hasCheckBox(const QModelIndex &index)
 bool isChecked(const QModelIndex &index)
 {
     return index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+}
+
+// The place of its mark before the node; empty where there is none.
+QRect branchOf(const QTreeView &tree, const QModelIndex &node)
+{
+    const bool isTop = node.parent() == tree.rootIndex();
+    const QRect item = tree.visualRect(node);
+    if (!tree.itemsExpandable() || (isTop && !tree.rootIsDecorated()) || item.isEmpty() ||
+        tree.header()->logicalIndex(0) != node.column() || !node.model()->hasChildren(node))
+        return {};
+    const int width = tree.indentation();
+    const int left = tree.isRightToLeft() ? item.right() + 1 : item.left() - width;
+    return {left, item.top(), width, item.height()};
 }
 
 } // namespace
@@ -180,11 +195,19 @@ QString ViewItem::expand(const QString &action, InputSequence &input)
         return unknownAction(action);
     reveal(input);
     const QPersistentModelIndex index = node();
-    input.add([tree, index, action] {
+    const bool isToggled = action == QLatin1String("toggle");
+    const bool isExpanded =
+        isToggled ? !tree->isExpanded(index) : action == QLatin1String("expand");
+    input.add([tree, index, isExpanded] {
+        const QRect branch = tree ? branchOf(*tree, index) : QRect();
+        if (!branch.isEmpty() && tree->isExpanded(index) != isExpanded)
+            clickWhereFree(tree->viewport(), branch.center());
+        return QString();
+    });
+    // A node may have no branch that can be seen.
+    input.add([tree, index, isExpanded] {
         if (tree)
-            tree->setExpanded(index, action == QLatin1String("toggle")
-                                         ? !tree->isExpanded(index)
-                                         : action == QLatin1String("expand"));
+            tree->setExpanded(index, isExpanded);
         return QString();
     });
     return {};

@@ -59,13 +59,36 @@ protected:
     QAction *exportAction = nullptr;
 };
 
+// Counts the presses of mouse buttons that a widget gets.
+class PressCounter : public QObject
+{
+public:
+    explicit PressCounter(QWidget *widget)
+        : QObject(widget)
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        presses += event->type() == QEvent::MouseButtonPress ? 1 : 0;
+        return false;
+    }
+
+    int presses = 0;
+};
+
 } // namespace
 
 TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
 {
     auto *tree = get<QTreeWidget>("tree");
+    const auto *onTree = new PressCounter(tree->viewport());
     EXPECT_EQ(use("tree", "expand", {"Metal"}), "true");
     EXPECT_TRUE(tree->topLevelItem(0)->isExpanded());
+    EXPECT_EQ(use("tree", "expand", {"Metal"}), "true");
+    EXPECT_EQ(onTree->presses, 1);
+    EXPECT_TRUE(tree->selectedItems().isEmpty());
     EXPECT_EQ(use("tree", "click", {"Metal/Nuts/Washers"}), "true");
     EXPECT_EQ(tree->currentItem()->text(0), "Nuts/Washers");
     EXPECT_EQ(use("tree", "toggle", {"Metal"}), "true");
@@ -90,8 +113,13 @@ TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
     EXPECT_EQ(ask("useItem", "list", {"edit", QVariantList{"5"}, "five<"}), "true");
     EXPECT_EQ(list->item(5)->text(), "five<");
 
-    EXPECT_EQ(use("box", "click", {"two"}), "true");
-    EXPECT_EQ(get<QComboBox>("box")->currentText(), "two");
+    const auto *onBox = new PressCounter(get<QComboBox>("box"));
+    for (const char *entry : {"two", "two", "one"}) {
+        EXPECT_EQ(use("box", "click", {entry}), "true");
+        EXPECT_EQ(get<QComboBox>("box")->currentText(), entry);
+        EXPECT_FALSE(get<QComboBox>("box")->view()->isVisible()) << entry;
+    }
+    EXPECT_EQ(onBox->presses, 3);
     EXPECT_EQ(use("tabs", "click", {"R&D"}), "true");
     EXPECT_EQ(get<QTabWidget>("tabs")->currentIndex(), 1);
     EXPECT_EQ(use("bar", "click", {"File/Export/CSV"}), "true");

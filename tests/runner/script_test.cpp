@@ -168,6 +168,16 @@ TEST_F(ScriptTest, FilesAreFoundInTheTestCaseThenInTheSuite)
     EXPECT_EQ(readFile(runner.suitePath() + "/suite.txt"), "s");
 }
 
+TEST_F(ScriptTest, APointWhoseTableCannotBeReadFailsBeforeItIsCompared)
+{
+    runner.addFile("points/t.xml", "<VerificationPoint version='5' type='Table'>"
+                                   "<Verification object='t'/></VerificationPoint>");
+    EXPECT_EQ(results("log.info(check.point('t'));"),
+              (QStringList{"ERROR Verification point 't' failed|The table in '" +
+                               runner.suitePath() + "/points/t.xml' can't be read.",
+                           "LOG false|"}));
+}
+
 TEST_F(ScriptTest, AttachmentsAreCopiedIntoTheResultDirectory)
 {
     runner.addFile("tst_s/a.txt", "content");

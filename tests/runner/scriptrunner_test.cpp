@@ -66,10 +66,28 @@ TEST_F(ScriptRunnerTest, ProcessesOfALauncherAreFound)
     EXPECT_FALSE(runner.attachToApplication("nothing", {}, 0, 0, &error));
 }
 
+TEST_F(ScriptRunnerTest, ALaunchIsWaitedForWhereSubprocessesAreHooked)
+{
+    Applications::Settings settings;
+    settings.hooksSubProcesses = true;
+    Applications hooked({}, settings);
+    ScriptRunner other(nullptr, "suite/tst_a/script.js", {}, &hooked);
+    const auto first = other.startLauncher(
+        "sh -c", {}, 0, 20000,
+        {{"arguments", QStringList{"\"$0\" & exec \"$0\"", MORVEX_AWKWARD_PROGRAM}}}, &error);
+    ASSERT_TRUE(first) << error.toStdString();
+    const auto launched = other.waitForApplicationLaunch(60000, &error);
+    ASSERT_TRUE(launched) << error.toStdString();
+    EXPECT_NE(launched->processId, first->processId);
+    EXPECT_EQ(other.defaultApplicationContext()->id, launched->id);
+}
+
 TEST_F(ScriptRunnerTest, TheSystemKnowsFactsOfAContext)
 {
     const auto context = start(MORVEX_AWKWARD_PROGRAM);
     ASSERT_TRUE(context) << error.toStdString();
+    EXPECT_EQ(runner.hostForContext(context), "127.0.0.1");
+    EXPECT_EQ(runner.osName(context).toLower(), QSysInfo::kernelType());
     EXPECT_GT(runner.usedMemory(context), 1000000U);
     EXPECT_LT(runner.totalTime(context), 600000U);
     EXPECT_EQ(runner.processId(context), context->processId);
