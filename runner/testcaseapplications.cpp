@@ -44,6 +44,8 @@ public:
         m_application.setBeforeStop([this](int context) {
             m_deaths.reportBeforeStop(context);
             keepUsage();
+            // One that has died meanwhile.
+            m_deaths.reportBeforeStop(context);
         });
         return error;
     }
@@ -64,6 +66,7 @@ public:
     {
         m_deaths.reportRest(m_testCase.script);
         m_application.forEachContext([this] { keepUsage(); });
+        m_deaths.reportRest(m_testCase.script);
         m_deaths.stopAll(m_testCase.script);
     }
 
