@@ -65,7 +65,9 @@ QString ApplicationDeaths::picture(TestResult::ResultType type)
 void ApplicationDeaths::reportCrashAtEnd(const QString &text, const std::vector<LineInfo> &stack)
 {
     m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(text),
-                        QStringLiteral("This was when it was asked to end."), stack, QString(), -1);
+                        QStringLiteral("This was when it was asked to end.") +
+                            picture(TestResult::FATAL),
+                        stack, QString(), -1);
 }
 
 void ApplicationDeaths::reportHanging(const QString &stack)

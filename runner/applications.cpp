@@ -216,6 +216,7 @@ void Applications::stop(int id)
     if (!stopped || !stopped->application)
         return;
     const std::shared_ptr<RemoteApplication> application = stopped->application;
+    const QString crash = application->end();
     const QString output = application->standardOutput();
     const QString errors = application->standardError();
     for (Entry &entry : m_entries) {
@@ -229,7 +230,6 @@ void Applications::stop(int id)
             m_current = -1;
     }
     m_applications.removeOne(application);
-    const QString crash = application->end();
     if (!crash.isEmpty() && m_crashesAtEnd)
         m_crashesAtEnd(crash);
 }

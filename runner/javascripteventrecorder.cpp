@@ -236,6 +236,9 @@ QString statementOf(const EventData &event, const QString &objectName)
     const Method *itemMethod = findMethod(itemMethods, name);
     if (itemMethod)
         return itemCall(objectName, parts, *itemMethod);
+    if (name == QLatin1String("waitForProperty") && fit(parts.plain, "t"))
+        return callCode(found(objectName), QStringLiteral("waitFor"),
+                        joined(argumentList(parts.plain), QStringLiteral("true")));
     if (name == QLatin1String("typePassword") && fit(parts.plain, "t"))
         return callCode(found(objectName), QStringLiteral("type"),
                         passwordCode(parts.plain.front().value));

@@ -80,7 +80,7 @@ QString startUsageCount()
 {
     QString error;
     if (!coverageDir().isEmpty())
-        Inspector::self()->callFunction(QStringLiteral("countUsage"), {}, &error);
+        Inspector::self()->askForReport(QStringLiteral("countUsage"), &error);
     return error;
 }
 

@@ -20,7 +20,7 @@ bool isPopupModal(const QQuickItem *popupItem)
 // those that are modal.
 bool takesMouse(const QQuickItem *item)
 {
-    if (!item->isEnabled() || item->acceptedMouseButtons() == Qt::NoButton ||
+    if (!item->isEnabled() || !(item->acceptedMouseButtons() & Qt::LeftButton) ||
         item->inherits("QQuickText") || item->property("propagateComposedEvents").toBool())
         return false;
     if (!item->inherits("QQuickOverlay"))

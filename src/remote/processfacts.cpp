@@ -34,6 +34,11 @@ QByteArray ProcessFacts::content(const char *file) const
     return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
 }
 
+bool ProcessFacts::exists() const
+{
+    return !content("stat").isEmpty();
+}
+
 bool ProcessFacts::isRunning() const
 {
     const QByteArray state = afterName(content("stat")).value(statePlace);

@@ -12,6 +12,8 @@ class MORVEX_EXPORT ProcessFacts
 public:
     explicit ProcessFacts(qint64 processId);
 
+    /// Also after its end, until its parent has asked for its status.
+    bool exists() const;
     /// Not after its end, also when its parent has not asked for its status yet.
     bool isRunning() const;
     /// Whether somebody has stopped it, by SIGSTOP, say.

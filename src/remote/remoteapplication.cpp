@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <functional>
 #include <vector>
 
 namespace Morvex {
@@ -31,6 +32,11 @@ const int maxSleeping = 100;
 const int maxContexts = 1000;
 // Of one that calls again and again, the rest comes later.
 const int maxCallersAtOnce = 100;
+
+bool hasEnded(const ConnectionOffer::Caller &caller)
+{
+    return !ProcessFacts(caller.processId).isRunning();
+}
 
 } // namespace
 
@@ -52,6 +58,7 @@ struct RemoteApplication::Private
     void update(int timeout);
     void take(ConnectionOffer::Caller caller);
     void letSleep(ConnectionOffer::Caller caller);
+    void forgetSleeping(const std::function<bool(const ConnectionOffer::Caller &)> &isOver);
     bool isWanted(const ConnectionOffer::Caller &caller) const;
     QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
@@ -164,14 +171,20 @@ void RemoteApplication::Private::take(ConnectionOffer::Caller caller)
         letSleep(std::move(caller));
 }
 
-// Those that have ended make room.
+void RemoteApplication::Private::forgetSleeping(
+    const std::function<bool(const ConnectionOffer::Caller &)> &isOver)
+{
+    sleeping.erase(std::remove_if(sleeping.begin(), sleeping.end(), isOver), sleeping.end());
+}
+
+// Those that have ended make room, and so does what a process was before it executed itself.
 void RemoteApplication::Private::letSleep(ConnectionOffer::Caller caller)
 {
-    const auto hasEnded = [](const ConnectionOffer::Caller &one) {
-        return !ProcessFacts(one.processId).isRunning();
-    };
+    forgetSleeping([&caller](const ConnectionOffer::Caller &one) {
+        return one.processId == caller.processId;
+    });
     if (sleeping.size() >= maxSleeping)
-        sleeping.erase(std::remove_if(sleeping.begin(), sleeping.end(), hasEnded), sleeping.end());
+        forgetSleeping(hasEnded);
     if (sleeping.size() < maxSleeping)
         sleeping.push_back(std::move(caller));
 }
@@ -202,6 +215,7 @@ std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::
     surroundings.endOfStarter = [this] { return process->endOfProgram(); };
     surroundings.update = [this](int timeout) { update(timeout); };
     surroundings.hasEnded = [this] { return process->hasEnded(); };
+    surroundings.catchUp = [this] { process->catchUp(); };
     surroundings.idle = start.idle;
     surroundings.hangs = start.hangs;
     surroundings.bound = start.bound;
@@ -287,8 +301,10 @@ std::unique_ptr<RemoteApplication> RemoteApplication::start(const Start &start, 
 QList<std::shared_ptr<RemoteContext>> RemoteApplication::contexts()
 {
     d->update(0);
+    // A copy: to ask one whether it is ready may add others.
+    const QList<std::shared_ptr<RemoteContext>> known = d->contexts;
     QList<std::shared_ptr<RemoteContext>> ready;
-    std::copy_if(d->contexts.cbegin(), d->contexts.cend(), std::back_inserter(ready),
+    std::copy_if(known.cbegin(), known.cend(), std::back_inserter(ready),
                  [](const auto &context) { return context->isReady(); });
     return ready;
 }
@@ -297,6 +313,7 @@ std::shared_ptr<RemoteContext> RemoteApplication::attach(const QString &name,
                                                          const QDeadlineTimer &deadline)
 {
     d->update(0);
+    d->forgetSleeping(hasEnded);
     const auto found =
         std::find_if(d->sleeping.begin(), d->sleeping.end(), [&name](const auto &caller) {
             return QFileInfo(caller.executable).fileName() == name;

@@ -128,6 +128,11 @@ QString RemoteContext::describeEnd(bool hasSaidBye)
     };
     while (!m_next.channel && !isEndKnown() &&
            timer.elapsed() < (process.isRunning() ? restartTimeoutMs : endTimeoutMs)) {
+        // Of one whose end another process has asked for nothing more will be known.
+        if (!process.exists()) {
+            m_surroundings.catchUp();
+            break;
+        }
         m_surroundings.update(waitStepMs);
         if (m_surroundings.idle)
             m_surroundings.idle();

@@ -31,6 +31,8 @@ public:
         std::function<QString()> endOfStarter;
         /// Whether no process of the application is left.
         std::function<bool()> hasEnded;
+        /// Takes all ends that are known by now.
+        std::function<void()> catchUp;
         /// Takes what has happened meanwhile, waiting for it up to so many milliseconds.
         std::function<void(int)> update;
         /// Called again and again while an answer is waited for.

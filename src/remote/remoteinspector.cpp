@@ -151,6 +151,7 @@ QVariant RemoteInspector::callFunction(const QString &name, const QVariantList &
 QVariant RemoteInspector::askForReport(const QString &function, QString *error)
 {
     session().update();
+    const bool wasEndMet = session().isEndMet();
     QString reason;
     QVariant answer;
     // One that hangs is not waited for again.
@@ -160,6 +161,8 @@ QVariant RemoteInspector::askForReport(const QString &function, QString *error)
         reason = session().failure().isEmpty()
                      ? QStringLiteral("the application still has not answered")
                      : session().failure();
+    // It was no call of the script.
+    session().setEndMet(wasEndMet);
     // An application that has ended answered this at its end.
     const QByteArray usage = session().lastUsage();
     const bool isAnswered = function == QLatin1String("dumpUsage") && !usage.isNull();

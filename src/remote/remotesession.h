@@ -82,6 +82,8 @@ public:
 
     /// Whether a request has failed because the application had ended.
     bool isEndMet() const { return m_isEndMet; }
+    /// For requests that are no call of the script.
+    void setEndMet(bool isMet) { m_isEndMet = isMet; }
     bool hasSaidBye() const { return m_byes > 0; }
     /// The usage that an application has sent at its end, as "dumpUsage" answers; null for none.
     QByteArray lastUsage() const { return m_lastUsage; }

@@ -207,7 +207,7 @@ WatchedProcess::~WatchedProcess()
 }
 
 // The watcher takes what there is when it comes to that.
-void WatchedProcess::waitUntilDrained()
+void WatchedProcess::catchUp()
 {
     QElapsedTimer timer;
     timer.start();
@@ -221,13 +221,13 @@ void WatchedProcess::waitUntilDrained()
 
 QByteArray WatchedProcess::standardOutput()
 {
-    waitUntilDrained();
+    catchUp();
     return m_output ? lastBytes(m_output->standardOutput) : QByteArray();
 }
 
 QByteArray WatchedProcess::standardError()
 {
-    waitUntilDrained();
+    catchUp();
     return m_output ? lastBytes(m_output->standardError) : QByteArray();
 }
 

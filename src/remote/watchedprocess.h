@@ -50,6 +50,9 @@ public:
     /// Takes what the watcher has said, waiting for it up to so many milliseconds.
     void update(int timeout);
 
+    /// Takes all that the watcher knows by now, and what was written by now.
+    void catchUp();
+
     /// Whether the program and all that it started have ended.
     bool hasEnded() const { return m_hasEnded; }
 
@@ -86,7 +89,6 @@ private:
 
     void makeOutputMemory();
     void waitUntilReady();
-    void waitUntilDrained();
     void take(const QByteArray &line);
     void addEnd(qint64 process, const End &end);
     bool endWatcher();

@@ -154,7 +154,7 @@ TEST_F(ApplicationTest, ATimeoutNamesTheCallThatDidNotComeBack)
 {
     const QStringList lines =
         results(QByteArray(startAwkward) + "\nfunction wait() { find('nothing', 60000); }\nwait();",
-                {"--timeout", "6"});
+                {"--timeout", "15"});
     EXPECT_EQ(lines, (QStringList{"WARNING The test case is ended while this call is running|",
                                   "FATAL Execution error|Execution is terminated due to timeout"}));
     EXPECT_EQ(RunnerProcess::report(output)[2].left.section(": ", 0, 0),
@@ -185,7 +185,7 @@ TEST_F(ApplicationTest, ATimeoutWhileAComparisonApplicationHangsIsNotItsCrash)
                    point.replace("</Verification>", "<Algorithm name='hangs'/></Verification>"));
     EXPECT_EQ(results("application.start('inventory'); check.point('picture');\n"
                       "log.info('goes on');",
-                      {"--timeout", "6"}),
+                      {"--timeout", "15"}),
               (QStringList{"WARNING The test case is ended while this call is running|",
                            "FATAL Execution error|Execution is terminated due to timeout"}));
 }
