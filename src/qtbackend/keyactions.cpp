@@ -117,6 +117,10 @@ void KeyActions::press(const QKeyEvent &event)
     m_lastKey = 0;
     QWidget *popup = QApplication::activePopupWidget();
     if (auto *menu = qobject_cast<QMenu *>(popup)) {
+        // One that another menu has opened is not open in the script.
+        if (event.key() == Qt::Key_Escape && firstMenuOf(menu) == menu)
+            m_report.add(QStringLiteral("type"), menu,
+                         {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
         auto *action = const_cast<QAction *>(actionFor(menu, event.key()));
         if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
             return;
@@ -155,14 +159,18 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
                               !(event.modifiers() & Qt::ControlModifier);
     if (keys.isEmpty() || isForMenuBar)
         return;
-    if (isSecretInput(target) && !isHarmlessInSecret(event)) {
+    const bool isSecret = isSecretInput(target);
+    // How many there are says how long the secret is.
+    if (isSecret && isCursorKey(event))
+        return;
+    if (isSecret && !isHarmlessInSecret(event)) {
         reportSecret(target);
         return;
     }
     const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
     if (isText && isReadOnly(target))
         return;
-    m_editor = editedView(target) ? target : nullptr;
+    m_editor = !isSecret && editedView(target) ? target : nullptr;
     if (m_editor && (isTab(event) || isChoice(event)))
         return commitEdit();
     const bool isReplacing =

@@ -3,8 +3,11 @@
 #include "qtbackend/itempath.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -41,6 +44,27 @@ MenuPath menuPathOf(QWidget *menu, QAction *action)
     }
     path.item = {itemPathOf(texts)};
     return path;
+}
+
+QMenu *firstMenuOf(QMenu *menu)
+{
+    QWidget *first = menu;
+    while (const auto *open = qobject_cast<QMenu *>(first)) {
+        QWidget *above = opener(open);
+        if (!above)
+            break;
+        first = above;
+    }
+    return qobject_cast<QMenu *>(first);
+}
+
+bool isInOpenMenu(const QPoint &globalPlace)
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(), [&globalPlace](const QWidget *window) {
+        return qobject_cast<const QMenu *>(window) && window->isVisible() &&
+               window->frameGeometry().contains(globalPlace);
+    });
 }
 
 } // namespace Morvex

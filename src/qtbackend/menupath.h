@@ -3,6 +3,7 @@
 #include <QVariant>
 
 class QAction;
+class QMenu;
 class QWidget;
 
 namespace Morvex {
@@ -16,5 +17,12 @@ struct MenuPath
 };
 
 MenuPath menuPathOf(QWidget *menu, QAction *action);
+
+/// The first of the menus that were opened from each other to the end of this one; null when a
+/// menu bar has opened it.
+QMenu *firstMenuOf(QMenu *menu);
+
+/// Whether a place of the screen is within a menu that is open.
+bool isInOpenMenu(const QPoint &globalPlace);
 
 } // namespace Morvex

@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/menupath.h"
+#include "qtbackend/recordedkeys.h"
 #include "qtbackend/usagerules.h"
 
 #include <QAbstractButton>
@@ -106,11 +107,22 @@ void MouseActions::press(QWidget *widget, const QMouseEvent &event)
         return;
     m_isPressNew = false;
     m_isInMenu = qobject_cast<QMenu *>(widget) || qobject_cast<QMenuBar *>(widget);
+    if (auto *menu = qobject_cast<QMenu *>(widget))
+        closeMenu(menu, event.globalPos());
     m_press.globalPlace = event.globalPos();
     m_press.button = event.button();
     m_press.modifiers = event.modifiers();
     m_press.isDouble = event.type() == QEvent::MouseButtonDblClick;
     describe(widget, event.pos());
+}
+
+// A press elsewhere closes all menus.
+void MouseActions::closeMenu(QMenu *menu, const QPoint &globalPlace)
+{
+    const QMenu *first = isInOpenMenu(globalPlace) ? nullptr : firstMenuOf(menu);
+    if (first)
+        m_report.add(QStringLiteral("type"), first,
+                     {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
 }
 
 void MouseActions::describe(QWidget *widget, const QPoint &place)
@@ -323,7 +335,10 @@ void MouseActions::settleCursor()
     const TextCursorState state = TextCursorState::of(m_outcome.widget);
     if (!m_outcome.widget || state == m_outcome.cursor)
         return;
-    m_report.add(QStringLiteral("type"), m_outcome.name, {{QStringLiteral("text"), state.keys()}});
+    const QString keys = state.keys();
+    // A place within a secret says how long it is.
+    if (!isSecretInput(m_outcome.widget) || keys == QLatin1String("<Ctrl+A>"))
+        m_report.add(QStringLiteral("type"), m_outcome.name, {{QStringLiteral("text"), keys}});
 }
 
 void MouseActions::settleCheck()

@@ -5,6 +5,7 @@
 
 #include <QPersistentModelIndex>
 
+class QMenu;
 class QMouseEvent;
 
 namespace Morvex {
@@ -70,6 +71,7 @@ private:
         int number = 0;
     };
 
+    void closeMenu(QMenu *menu, const QPoint &globalPlace);
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
     void expectOutcome();

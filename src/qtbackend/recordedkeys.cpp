@@ -37,6 +37,13 @@ bool isLineEnd(const QString &text)
     return text == QLatin1String("\r") || text == QLatin1String("\n");
 }
 
+// With V the secret is pasted.
+bool isCommandLetter(const QKeyEvent &event)
+{
+    return (event.modifiers() & Qt::ControlModifier) && event.key() >= Qt::Key_A &&
+           event.key() <= Qt::Key_Z && event.key() != Qt::Key_V;
+}
+
 // Without what the way of typing adds to the key.
 int modifiersOf(const QKeyEvent &event)
 {
@@ -85,6 +92,11 @@ bool isSecretInput(QObject *object)
     return Qt::InputMethodHints(query.value(Qt::ImHints).toInt()) & Qt::ImhHiddenText;
 }
 
+bool isCursorKey(const QKeyEvent &event)
+{
+    return event.key() >= Qt::Key_Home && event.key() <= Qt::Key_Down;
+}
+
 bool isHarmlessInSecret(const QKeyEvent &event)
 {
     switch (event.key()) {
@@ -96,7 +108,7 @@ bool isHarmlessInSecret(const QKeyEvent &event)
         return true;
     default:
         return (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F35) ||
-               (event.modifiers() & Qt::AltModifier);
+               (event.modifiers() & Qt::AltModifier) || isCommandLetter(event);
     }
 }
 

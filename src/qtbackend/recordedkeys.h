@@ -16,6 +16,9 @@ QString typedTextOf(const QString &text);
 /// Whether what is typed into the object now is not for others to see.
 bool isSecretInput(QObject *object);
 
+/// Whether the key does nothing but move the cursor.
+bool isCursorKey(const QKeyEvent &event);
+
 /// Whether the key says nothing about what is typed, and may be seen nevertheless.
 bool isHarmlessInSecret(const QKeyEvent &event);
 
