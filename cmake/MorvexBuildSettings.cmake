@@ -43,7 +43,9 @@ if(MORVEX_SANITIZE)
     target_compile_options(morvex_settings INTERFACE ${flags})
     target_link_options(morvex_settings INTERFACE ${flags})
 else()
-    target_link_options(morvex_settings INTERFACE LINKER:--no-undefined)
+    # But for what takes symbols from the program that loads it.
+    target_link_options(morvex_settings INTERFACE
+        $<$<NOT:$<BOOL:$<TARGET_PROPERTY:MORVEX_COMPLETED_BY_PROGRAM>>>:LINKER:--no-undefined>)
 endif()
 
 if(MORVEX_COVERAGE)

@@ -1,25 +1,25 @@
 // The functions of scripts for applications and their contexts. Documented in docs/scripting.md.
-export default function (application, contexts, global, helpers) {
+export default function (native, global, helpers) {
     // One process of an application. The same number is the same object.
     function ApplicationContext(id) {
         Object.defineProperty(this, "id", {value: id});
-        this.name = contexts.name(id);
-        this.processId = contexts.processId(id);
+        this.name = native.contexts().name(id);
+        this.processId = native.contexts().processId(id);
         Object.freeze(this);
     }
 
     ApplicationContext.prototype = {
         isRunning: function () {
-            return contexts.isRunning(this.id);
+            return native.contexts().isRunning(this.id);
         },
         isFrozen: function (timeout) {
-            return contexts.isFrozen(this.id, helpers.milliseconds(timeout, 1000));
+            return native.contexts().isFrozen(this.id, helpers.milliseconds(timeout, 1000));
         },
         output: function () {
-            return contexts.standardOutput(this.id);
+            return native.contexts().standardOutput(this.id);
         },
         errorOutput: function () {
-            return contexts.standardError(this.id);
+            return native.contexts().standardError(this.id);
         },
         toString: function () {
             return this.name;
@@ -35,9 +35,9 @@ export default function (application, contexts, global, helpers) {
     }
 
     function currentContext() {
-        if (contexts.current() < 0)
+        if (native.contexts().current() < 0)
             throw new Error("no application is running");
-        return contextOf(contexts.current());
+        return contextOf(native.contexts().current());
     }
 
     // The last one that was current may have been stopped: what it has printed is still there.
@@ -45,14 +45,14 @@ export default function (application, contexts, global, helpers) {
 
     function given(context, what) {
         if (context === undefined)
-            return contexts.current() < 0 && last ? last : currentContext();
+            return native.contexts().current() < 0 && last ? last : currentContext();
         if (!(context instanceof ApplicationContext))
             throw new TypeError(what + " takes what application.start or application.contexts gave");
         return context;
     }
 
     function waitForLaunch(timeout, name) {
-        var id = contexts.waitForLaunch(helpers.milliseconds(timeout, 20000));
+        var id = native.contexts().waitForLaunch(helpers.milliseconds(timeout, 20000));
         if (id < 0)
             throw new Error(name + ": no application was started within the time");
         return last = contextOf(id);
@@ -60,24 +60,24 @@ export default function (application, contexts, global, helpers) {
 
     function setCurrent(context) {
         var wanted = given(context, "application.setCurrent");
-        if (!contexts.setCurrent(wanted.id))
+        if (!native.contexts().setCurrent(wanted.id))
             throw new Error("application.setCurrent: " + wanted + " has been stopped");
         last = wanted;
     }
 
     global.application = {
         start: function () {
-            var error = application.start(Array.prototype.map.call(arguments, helpers.text));
+            var error = native.application().start(Array.prototype.map.call(arguments, helpers.text));
             if (error !== "")
                 throw new Error("application.start: " + error);
             return last = currentContext();
         },
         stop: function (context) {
-            if (context !== undefined || contexts.current() >= 0)
-                application.stop(given(context, "application.stop").id);
+            if (context !== undefined || native.contexts().current() >= 0)
+                native.application().stop(given(context, "application.stop").id);
         },
         contexts: function () {
-            return Array.from(contexts.running()).map(contextOf);
+            return Array.from(native.contexts().running()).map(contextOf);
         },
         current: currentContext,
         setCurrent: setCurrent,

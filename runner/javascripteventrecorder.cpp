@@ -230,6 +230,9 @@ QString statementOf(const EventData &event, const QString &objectName)
     const Method *itemMethod = findMethod(itemMethods, name);
     if (itemMethod)
         return itemCall(objectName, parts, *itemMethod);
+    if (name == QLatin1String("waitForProperty") && fit(parts.plain, "t"))
+        return callCode(found(objectName), QStringLiteral("waitFor"),
+                        joined(argumentList(parts.plain), QStringLiteral("true")));
     if (name == QLatin1String("typePassword") && fit(parts.plain, "t"))
         return callCode(found(objectName), QStringLiteral("type"),
                         QStringLiteral("env(%1)").arg(javaScriptString(parts.plain.front().value)));

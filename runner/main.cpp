@@ -1,15 +1,9 @@
 #include "runner/commandline.h"
-#include "runner/failurepause.h"
-#include "runner/inspectprogram.h"
 #include "runner/messages.h"
-#include "runner/migratenames.h"
 #include "runner/processsetup.h"
-#include "runner/recordtestcase.h"
-#include "runner/runsuite.h"
+#include "runner/runnerlibrary.h"
+#include "runner/runneroptions.h"
 #include "runner/runtestcase.h"
-#include "runner/uicoverage.h"
-#include "test/webreport/webreportmerge.h"
-#include "test/webreport/webreportrepair.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -43,84 +37,29 @@ void setVariables(const RunnerOptions &options)
         qputenv("CLICOLOR", "0");
 }
 
-int usageError(const QString &error)
+// What a suite runs for each of its test cases.
+bool isTestCaseOfSuite(const RunnerOptions &options)
 {
-    printMessage(error + QStringLiteral("; see morvexrunner --help"));
-    return ExitUnusable;
-}
-
-int mergeReports(const QStringList &reports, bool joinRuns)
-{
-    if (reports.size() < 2) {
-        printMessage(QStringLiteral("--merge-reports needs a directory to make and the reports to "
-                                    "make it of"));
-        return ExitUnusable;
-    }
-    const WebReportMerge merge = mergeWebReports(reports.first(), reports.mid(1), joinRuns);
-    for (const QString &warning : merge.warnings)
-        printMessage(QStringLiteral("warning: ") + warning);
-    printMessage(merge.error.isEmpty()
-                     ? QStringLiteral("%1 %2 in '%3'")
-                           .arg(QString::number(merge.runs),
-                                merge.runs == 1 ? QStringLiteral("run") : QStringLiteral("runs"),
-                                reports.first())
-                     : merge.error);
-    return merge.error.isEmpty() ? ExitPassed : ExitUnusable;
-}
-
-int repairReport(const QString &directory)
-{
-    const WebReportRepair repair = repairWebReport(directory);
-    printMessage(repair.error.isEmpty() ? repair.message : repair.error);
-    return repair.error.isEmpty() ? ExitPassed : ExitUnusable;
+    return options.action == RunnerOptions::Action::Run && options.suiteDirectory.isEmpty() &&
+           options.testCases.size() == 1 && options.reportGenerators.size() == 1 &&
+           options.reportGenerators.constFirst().startsWith(reportStreamPrefix()) &&
+           !options.coverage && !options.joinRuns && !options.pauseOnFailure &&
+           options.keptRuns == 0;
 }
 
 int run(const RunnerOptions &options)
 {
-    if (options.joinRuns && options.action != RunnerOptions::Action::MergeReports &&
-        options.action != RunnerOptions::Action::Help)
-        return usageError(QStringLiteral("--join-runs needs --merge-reports"));
-    switch (options.action) {
-    case RunnerOptions::Action::Help:
-        std::fputs(qUtf8Printable(helpText()), stdout);
-        return ExitPassed;
-    case RunnerOptions::Action::Version:
+    if (options.action == RunnerOptions::Action::Version) {
         std::puts("morvexrunner " MORVEX_VERSION);
         return ExitPassed;
-    case RunnerOptions::Action::MergeReports:
-        return mergeReports(options.reportsToMerge, options.joinRuns);
-    case RunnerOptions::Action::RepairReport:
-        return repairReport(options.reportToRepair);
-    case RunnerOptions::Action::MigrateNames:
-        return migrateNames(options);
-    case RunnerOptions::Action::Inspect:
-        return inspectProgram(options);
-    case RunnerOptions::Action::Record:
-        return recordTestCase(options);
-    case RunnerOptions::Action::List:
-    case RunnerOptions::Action::Run:
-        break;
     }
-    const bool isSuite = !options.suiteDirectory.isEmpty();
-    if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
-        return usageError(QStringLiteral("no suite directory was given") +
-                          suiteDirectoryHint(options));
-    if (!isSuite && options.keptRuns > 0)
-        return usageError(QStringLiteral("--keep-runs needs a suite directory"));
-    // A test case of a suite has it from the runner of the suite.
-    if (isSuite || options.pauseOnFailure) {
-        const QString error = setPauseOnFailure(options.pauseOnFailure);
-        if (!error.isEmpty())
-            return usageError(error);
-    }
-    const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
-    const std::unique_ptr<UiCoverage> coverage =
-        isCounted ? std::make_unique<UiCoverage>() : nullptr;
-    const int status =
-        isSuite ? runSuite(options, coverage.get()) : runTestCase(options, coverage.get());
-    if (coverage)
-        coverage->print();
-    return status;
+    if (isTestCaseOfSuite(options))
+        return runTestCaseOfSuite(options);
+    QString error;
+    if (const RunnerLibrary *library = runnerLibrary(&error))
+        return library->runCommand(options);
+    printMessage(error);
+    return ExitUnusable;
 }
 
 } // namespace
@@ -144,5 +83,8 @@ int main(int argc, char **argv)
     setPrefix();
     makeVariableAbsolute("MORVEX_USER_SETTINGS_DIR");
     setVariables(commandLine.options);
-    return commandLine.error.isEmpty() ? run(commandLine.options) : usageError(commandLine.error);
+    if (commandLine.error.isEmpty())
+        return run(commandLine.options);
+    printUsageError(commandLine.error);
+    return ExitUnusable;
 }

@@ -18,6 +18,11 @@ void printLine(const QString &text)
     std::fprintf(stderr, "%s\n", qUtf8Printable(text));
 }
 
+void printUsageError(const QString &error)
+{
+    printMessage(error + QStringLiteral("; see morvexrunner --help"));
+}
+
 QString suiteDirectoryHint(const RunnerOptions &options)
 {
     for (const auto &[option, words] : {std::make_pair("--scriptargs", options.scriptArguments),

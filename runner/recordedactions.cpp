@@ -142,6 +142,14 @@ void addPlace(const QVariantMap &place, EventData *event)
     addOptions(place, {QStringLiteral("x"), QStringLiteral("y")}, event);
 }
 
+void addNumbers(const QVariantMap &place, EventData *event)
+{
+    for (const char *key : {"x", "y"}) {
+        if (place.contains(QLatin1String(key)))
+            event->addArgument({textOf(place, key), EventDataArg::NUMBER});
+    }
+}
+
 void addValue(const QVariant &value, EventData *event)
 {
     const bool isNumber = value.userType() != QMetaType::QString &&
@@ -177,7 +185,10 @@ void addArguments(const QVariantMap &action, EventData *event)
         for (const QString &name : action.value(QStringLiteral("properties")).toStringList())
             event->addArgument({name, EventDataArg::TEXT});
     } else if (method != QLatin1String("closeWindow")) {
-        addPlace(action, event);
+        if (method == QLatin1String("drag") || method.endsWith(QLatin1String("Item")))
+            addPlace(action, event);
+        else
+            addNumbers(action, event);
         if (method == QLatin1String("editItem"))
             event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
         QStringList options{QStringLiteral("modifiers")};
@@ -214,9 +225,24 @@ EventData eventOf(const QVariantMap &action)
     return event;
 }
 
+// What the object has to be before anything is done to it.
+void addWaits(const QVariantMap &action, const EventData &event, std::vector<EventData> *events)
+{
+    for (const QString &property : action.value(QStringLiteral("waits")).toStringList()) {
+        EventData wait(EventData::METHOD_CALL);
+        wait.setMethodName(QStringLiteral("waitForProperty"));
+        wait.setObjectName(event.objectName());
+        wait.addArgument({property, EventDataArg::TEXT});
+        wait.setSequence(event.sequence());
+        wait.setTime(event.time());
+        wait.setContextId(event.contextId());
+        events->push_back(wait);
+    }
+}
+
 } // namespace
 
-std::vector<EventData> eventsOfActions(const QVariantList &actions)
+std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObjectsWaitedFor)
 {
     std::vector<QVariantMap> joined;
     for (const QVariant &entry : settledActions(actions)) {
@@ -233,6 +259,8 @@ std::vector<EventData> eventsOfActions(const QVariantList &actions)
     std::vector<EventData> events;
     for (const QVariantMap &action : joined) {
         const EventData event = eventOf(action);
+        if (event.kind() != 0 && areObjectsWaitedFor)
+            addWaits(action, event, &events);
         if (event.kind() != 0)
             events.push_back(event);
     }

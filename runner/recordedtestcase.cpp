@@ -76,7 +76,8 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
     bool hasPassword = false;
-    for (const EventData &event : eventsOfActions(journal.actions())) {
+    for (const EventData &event :
+         eventsOfActions(journal.actions(), m_synchronization == EventRecorder::OBJECT_SYNC)) {
         hasPassword = hasPassword || event.methodName() == QLatin1String("typePassword");
         recorder.queueEvent(event);
     }

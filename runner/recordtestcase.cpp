@@ -219,7 +219,10 @@ public:
             m_journal.remove();
             return unusable(error);
         }
-        const QString death = run(&applications, &error);
+        // To the end: a second signal leaves the journal as it is.
+        Cancellation cancellation;
+        const CancelOnSignals signal(&cancellation);
+        const QString death = run(&applications, cancellation, &error);
         if (!error.isEmpty())
             return unusable(error);
         if (!death.isEmpty())
@@ -232,10 +235,8 @@ public:
     QString whyNot() const { return m_testCase.whyNot(); }
 
 private:
-    QString run(Applications *applications, QString *error)
+    QString run(Applications *applications, const Cancellation &cancellation, QString *error)
     {
-        Cancellation cancellation;
-        const CancelOnSignals signal(&cancellation);
         printMessage(QStringLiteral("recording %1: use the application, and end it or press Ctrl+C "
                                     "here when you are done")
                          .arg(m_options.recordedTestCase));

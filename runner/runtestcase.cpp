@@ -1,16 +1,13 @@
 #include "runner/runtestcase.h"
 
-#include "runner/applicationsettings.h"
 #include "runner/environmentfile.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "runner/runoutcome.h"
 #include "runner/scripttestcase.h"
-#include "runner/uicoverage.h"
 #include "shared/realpath.h"
 #include "test/openreportfile.h"
 #include "test/rawreportgenerator.h"
-#include "test/testreportgeneratorfactory.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -46,7 +43,7 @@ namespace {
 
 // Owns the generator, so that the report is closed after it. False when entries got lost.
 bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
-               const QString &resultDir, UiCoverage *coverage, RunOutcome *outcome)
+               const QString &resultDir, const RunEnd &atEnd, RunOutcome *outcome)
 {
     TestResult result(generator);
     result.setObserver([outcome](const TestResult::Entry &entry) { outcome->add(entry); });
@@ -56,21 +53,26 @@ bool runScript(const RunnerOptions &options, TestReportGenerator *generator,
         ::dup2(STDERR_FILENO, STDOUT_FILENO);
     const QDir suiteDir = QDir::current();
     ScriptTestCase testCase(&result, cleanedPath(options.testCases.constFirst()),
-                            {suiteDir.absolutePath(), resultDir, options.scriptArguments,
-                             options.snoozeFactor, applicationSettings(options),
-                             !options.aut.isEmpty(), options.objectMap});
+                            suiteDir.absolutePath(), resultDir, options);
     testCase.run(false);
-    if (coverage) {
-        coverage->collect();
-        coverage->attachPage(&result, resultDir);
-    }
+    if (atEnd)
+        atEnd(&result, resultDir);
     result.completed();
     return !stream || !stream->hasLostEntries();
 }
 
+TestReportGenerator::Result connectToSuite(const RunnerOptions &options, QString *)
+{
+    TestReportGenerator::Result created = RawReportGenerator::create(
+        options.reportGenerators.constFirst().mid(reportStreamPrefix().size()));
+    if (!created.error.isEmpty())
+        created.error.prepend(QStringLiteral("raw report generator: "));
+    return created;
+}
+
 } // namespace
 
-int runTestCase(const RunnerOptions &options, UiCoverage *coverage)
+int runTestCase(const RunnerOptions &options, const ReportMaker &makeReport, const RunEnd &atEnd)
 {
     const QString error = problem(options);
     if (!error.isEmpty()) {
@@ -78,8 +80,7 @@ int runTestCase(const RunnerOptions &options, UiCoverage *coverage)
         return ExitUnusable;
     }
     QString resultDir;
-    const TestReportGenerator::Result created = TestReportGeneratorFactory::create(
-        options.reportGenerators, &resultDir, TestReportGenerator::TEST_CASE);
+    const TestReportGenerator::Result created = makeReport(options, &resultDir);
     if (!created.error.isEmpty()) {
         printMessage(created.error);
         return ExitFailed;
@@ -88,9 +89,19 @@ int runTestCase(const RunnerOptions &options, UiCoverage *coverage)
         resultDir = cleanedPath(options.resultDir);
     RunOutcome outcome;
     // The parent must not take what it got for all there was.
-    if (!runScript(options, created.generator, resultDir, coverage, &outcome))
+    if (!runScript(options, created.generator, resultDir, atEnd, &outcome))
         return ExitUnusable;
     return outcome.hasFailure() || hasIncompleteReport() ? ExitFailed : ExitPassed;
+}
+
+QString reportStreamPrefix()
+{
+    return QStringLiteral("raw,");
+}
+
+int runTestCaseOfSuite(const RunnerOptions &options)
+{
+    return runTestCase(options, connectToSuite, {});
 }
 
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #include "runner/scriptapi.h"
 
+#include "runner/applicationsondemand.h"
 #include "runner/attachmentpath.h"
 #include "runner/failurepause.h"
 #include "runner/namesfile.h"
@@ -21,10 +22,13 @@
 
 namespace Morvex {
 
-ScriptApi::ScriptApi(ScriptEngine *engine, const Context &context)
+ScriptApi::ScriptApi(ScriptEngine *engine, ApplicationsOnDemand *applications,
+                     const Context &context)
     : m_engine(engine)
+    , m_applications(applications)
     , m_context(context)
 {
+    m_clock.start();
 }
 
 NamesFileError ScriptApi::defineNames()
@@ -34,26 +38,52 @@ NamesFileError ScriptApi::defineNames()
                         QDir(m_context.suiteDir).filePath(namesFileName()), nullptr);
 }
 
-void ScriptApi::install(QObject *application, QObject *contexts, QObject *verification)
+void ScriptApi::install()
 {
     // The script that runs can't be included by itself.
     m_including.append(
         QFileInfo(m_context.testCaseDir + QLatin1String("/script.js")).canonicalFilePath());
     QJSEngine &engine = m_engine->engine();
-    for (QObject *object : {static_cast<QObject *>(this), application, contexts, verification})
-        QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
+    QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
+    const QJSValue native = engine.newQObject(this);
     QJSValue installer = m_engine->internalFunction(QStringLiteral("scriptapi"));
     QJSValue outcome =
-        installer.call({engine.newQObject(this), engine.newQObject(application),
-                        engine.newQObject(verification), engine.globalObject(), m_nameFunctions,
+        installer.call({native, engine.globalObject(), m_nameFunctions,
                         m_engine->internalFunction(QStringLiteral("scriptobjects"))});
     if (!outcome.isError()) {
         installer = m_engine->internalFunction(QStringLiteral("applicationapi"));
-        outcome = installer.call({engine.newQObject(application), engine.newQObject(contexts),
-                                  engine.globalObject(), outcome});
+        outcome = installer.call({native, engine.globalObject(), outcome});
     }
     if (outcome.isError())
         qFatal("The script API is broken: %s", qUtf8Printable(outcome.toString()));
+}
+
+QObject *ScriptApi::application()
+{
+    return partOf(&ApplicationAccess::application);
+}
+
+QObject *ScriptApi::contexts()
+{
+    return partOf(&ApplicationAccess::contexts);
+}
+
+QObject *ScriptApi::verification()
+{
+    return partOf(&ApplicationAccess::verification);
+}
+
+QObject *ScriptApi::partOf(QObject *(ApplicationAccess::*part)())
+{
+    QString error;
+    ApplicationAccess *applications = m_applications->get(&error);
+    if (!applications) {
+        throwError(error);
+        return nullptr;
+    }
+    QObject *object = (applications->*part)();
+    QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
+    return object;
 }
 
 void ScriptApi::log(const QString &type, const QString &message, const QString &details)
@@ -200,6 +230,11 @@ void ScriptApi::snooze(double seconds) const
     if (!(milliseconds > 0))
         return;
     pauseScript(static_cast<int>(qMin(milliseconds, double(std::numeric_limits<int>::max()))));
+}
+
+void ScriptApi::pause(int milliseconds) const
+{
+    pauseScript(milliseconds);
 }
 
 QJSValue ScriptApi::include(const QString &file)

@@ -4,6 +4,7 @@
 #include "runner/scriptengine.h"
 #include "test/testresult.h"
 
+#include <QElapsedTimer>
 #include <QJSValue>
 #include <QObject>
 #include <QString>
@@ -12,6 +13,9 @@
 #include <functional>
 
 namespace Morvex {
+
+class ApplicationAccess;
+class ApplicationsOnDemand;
 
 /// What a script can call. The functions that scripts see are in scriptapi.mjs; they check and
 /// convert their arguments and call the slots of this class.
@@ -34,15 +38,21 @@ public:
         std::function<QString(TestResult::ResultType)> screenshot;
     };
 
-    ScriptApi(ScriptEngine *engine, const Context &context);
+    /// @p applications is not owned.
+    ScriptApi(ScriptEngine *engine, ApplicationsOnDemand *applications, const Context &context);
 
     /// Defines the global "names" by the names file of the suite. To be called before install: the
     /// file runs as it does where names are recorded, without the API.
     [[nodiscard]] NamesFileError defineNames();
 
     /// Defines the API in the global scope of the engine.
-    /// @p application and @p verification are what their calls go to; not owned.
-    void install(QObject *application, QObject *contexts, QObject *verification);
+    void install();
+
+    /// What calls for applications and verification points go to; null, with an error thrown in the
+    /// script, when there is no access to applications.
+    Q_INVOKABLE QObject *application();
+    Q_INVOKABLE QObject *contexts();
+    Q_INVOKABLE QObject *verification();
 
     Q_INVOKABLE void log(const QString &type, const QString &message, const QString &details);
     Q_INVOKABLE void check(bool passed, const QString &message, const QString &details,
@@ -61,6 +71,10 @@ public:
     Q_INVOKABLE QString environment(const QString &name) const;
     Q_INVOKABLE QStringList scriptArguments() const;
     Q_INVOKABLE void snooze(double seconds) const;
+    /// Lets the script wait, in milliseconds.
+    Q_INVOKABLE void pause(int milliseconds) const;
+    /// Milliseconds of a clock that nobody sets.
+    Q_INVOKABLE double clock() const { return static_cast<double>(m_clock.elapsed()); }
     Q_INVOKABLE QJSValue include(const QString &file);
     Q_INVOKABLE void abortProcess() const;
 
@@ -68,13 +82,16 @@ public:
     Q_INVOKABLE QString targetPath(const QString &file) const;
 
 private:
+    QObject *partOf(QObject *(ApplicationAccess::*part)());
     QString existingPath(const QString &file) const;
     void throwError(const QString &message);
 
     ScriptEngine *m_engine;
+    ApplicationsOnDemand *m_applications;
     Context m_context;
     QJSValue m_nameFunctions;
     QStringList m_including;
+    QElapsedTimer m_clock;
 };
 
 } // namespace Morvex

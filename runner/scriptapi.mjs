@@ -1,5 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-export default function (native, application, verification, global, nameFunctions, installObjects) {
+export default function (native, global, nameFunctions, installObjects) {
     function text(value) {
         return value === undefined || value === null ? "" : show(value);
     }
@@ -156,7 +156,7 @@ export default function (native, application, verification, global, nameFunction
         fatal: logFunction("FATAL")
     };
 
-    var objects = installObjects(application, nameFunctions, {
+    var objects = installObjects(native, nameFunctions, {
         text: text,
         show: show,
         isInt32: isInt32,
@@ -242,7 +242,7 @@ export default function (native, application, verification, global, nameFunction
                 checked[flag] = Boolean(known[flag]);
             });
             describePoint(known, checked);
-            return verification.verify(text(file), checked, table, row);
+            return native.verification().verify(text(file), checked, table, row);
         }
     };
 

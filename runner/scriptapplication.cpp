@@ -3,7 +3,6 @@
 #include "remote/remotecontext.h"
 #include "remote/remoteinspector.h"
 #include "runner/applications.h"
-#include "runner/processend.h"
 #include "runner/scriptobject.h"
 
 #include <QFileInfo>
@@ -14,7 +13,6 @@ namespace Morvex {
 ScriptApplication::ScriptApplication(Applications *applications)
     : m_applications(applications)
 {
-    m_clock.start();
 }
 
 ScriptApplication::~ScriptApplication() = default;
@@ -103,11 +101,6 @@ QJSValue ScriptApplication::findAll(const QString &name)
     if (!error.isEmpty())
         qjsEngine(this)->throwError(error);
     return ScriptObject::listOf(qjsEngine(this), inspector, found.toList());
-}
-
-void ScriptApplication::pause(int milliseconds) const
-{
-    pauseScript(milliseconds);
 }
 
 SharedPtr<Object> ScriptApplication::object(const QString &name, int timeout, QString *error) const

@@ -3,7 +3,6 @@
 #include "objectmodel/object.h"
 #include "objectmodel/objectmap.h"
 
-#include <QElapsedTimer>
 #include <QJSValue>
 #include <QObject>
 #include <QString>
@@ -64,10 +63,6 @@ public:
     Q_INVOKABLE QObject *find(const QString &name, int timeout);
     /// All objects that the name fits now, as a list.
     Q_INVOKABLE QJSValue findAll(const QString &name);
-    /// Lets the script wait, in milliseconds.
-    Q_INVOKABLE void pause(int milliseconds) const;
-    /// Milliseconds of a clock that nobody sets.
-    Q_INVOKABLE double clock() const { return static_cast<double>(m_clock.elapsed()); }
 
 private:
     QString whyNotFindable() const;
@@ -77,7 +72,6 @@ private:
     ObjectMap m_objectMap;
     // Empty when it was read or none was named.
     QString m_missingObjectMap;
-    QElapsedTimer m_clock;
     std::function<void()> m_beforeStart;
     std::function<void(int)> m_beforeStop;
 };

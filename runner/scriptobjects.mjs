@@ -1,5 +1,5 @@
 // What find and its kin give to scripts. Documented in docs/scripting.md.
-export default function (application, nameFunctions, helpers) {
+export default function (native, nameFunctions, helpers) {
     var text = helpers.text;
     var show = helpers.show;
     var isInt32 = helpers.isInt32;
@@ -235,14 +235,14 @@ export default function (application, nameFunctions, helpers) {
 
     // Whether it held before the time was over.
     function poll(condition, timeout) {
-        var end = application.clock() + timeout;
+        var end = native.clock() + timeout;
         for (;;) {
             if (condition())
                 return true;
-            var left = end - application.clock();
+            var left = end - native.clock();
             if (left <= 0)
                 return false;
-            application.pause(Math.min(pollMs, Math.ceil(left)));
+            native.pause(Math.min(pollMs, Math.ceil(left)));
         }
     }
 
@@ -302,11 +302,11 @@ export default function (application, nameFunctions, helpers) {
         find: function (objectName, timeout) {
             refuseMore(arguments, 2, "find takes an object name and a timeout");
             var wanted = nameFunctions.nameText(objectName);
-            return new FoundObject(wanted, application.find(wanted, milliseconds(timeout, defaultTimeout)));
+            return new FoundObject(wanted, native.application().find(wanted, milliseconds(timeout, defaultTimeout)));
         },
         findAll: function (objectName) {
             refuseMore(arguments, 1, "findAll takes an object name");
-            return asObjects(application.findAll(nameFunctions.nameText(objectName)));
+            return asObjects(native.application().findAll(nameFunctions.nameText(objectName)));
         },
         poll: poll,
         waitFor: function (condition, timeout) {

@@ -1,20 +1,17 @@
 #include "runner/scripttestcase.h"
 
-#include "runner/applicationdeaths.h"
+#include "runner/applicationsondemand.h"
 #include "runner/failurepause.h"
-#include "runner/failurescreenshots.h"
 #include "runner/processend.h"
 #include "runner/promises.h"
-#include "runner/scriptapplication.h"
-#include "runner/scriptcontexts.h"
+#include "runner/runneroptions.h"
 #include "runner/scriptfile.h"
-#include "runner/scriptverification.h"
 #include "runner/suitescript.h"
-#include "runner/uicoverage.h"
 #include "test/report/stacklines.h"
 #include "test/testresult.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace Morvex {
 namespace {
@@ -38,8 +35,11 @@ QString thrownText(const QJSValue &value)
 
 } // namespace
 
-ScriptTestCase::ScriptTestCase(TestResult *result, const QDir &dir, const Options &options)
+ScriptTestCase::ScriptTestCase(TestResult *result, const QDir &dir, const QString &suiteDir,
+                               const QString &resultDir, const RunnerOptions &options)
     : TestCase(result, dir)
+    , m_suiteDir(suiteDir)
+    , m_resultDir(resultDir)
     , m_options(options)
 {
 }
@@ -66,70 +66,56 @@ void ScriptTestCase::addError(const LineInfo &place, const QString &details)
                         place, QString(), -1);
 }
 
-// Returns an error text, empty on success.
-QString ScriptTestCase::prepare(ScriptApplication *application) const
+// What has to be there before the script runs. Returns an error text, empty on success.
+QString ScriptTestCase::prepare()
 {
-    if (!m_options.objectMap.isEmpty()) {
-        const QString error = application->loadObjectMap(m_options.objectMap);
-        if (!error.isEmpty())
-            return error;
-    }
-    return m_options.isApplicationStarted ? application->start({}) : QString();
+    QString error;
+    // A suite names the file of its object map also when it has none.
+    if (!m_options.aut.isEmpty() ||
+        (!m_options.objectMap.isEmpty() && QFileInfo::exists(m_options.objectMap)))
+        m_applications->get(&error);
+    return error;
+}
+
+QString ScriptTestCase::screenshot(TestResult::ResultType type)
+{
+    ApplicationAccess *applications = m_applications->existing();
+    return applications ? applications->screenshot(type) : QString();
 }
 
 void ScriptTestCase::runScript(const QString &path, const QString &program)
 {
     ScriptEngine engine;
     const ProcessEndWatch processEndWatch(result(), engine);
-    const QStringList searchDirs{testCaseDirectory().path(), m_options.suiteDir};
-    Applications applications(searchDirs, m_options.applications);
-    ScriptRunner runner(result(), path, m_options.resultDir, &applications);
-    ApplicationDeaths deaths(&applications, result(), &runner, &engine);
-    ScriptApplication application(&applications);
-    const QString error = prepare(&application);
+    const QString testCaseDir = testCaseDirectory().path();
+    ApplicationsOnDemand applications(
+        {&m_options, result(), &engine, path, testCaseDir, m_suiteDir, m_resultDir});
+    m_applications = &applications;
+    const QString error = prepare();
     if (!error.isEmpty()) {
         addError(LineInfo(path, 0), error);
         return;
     }
-    const auto keepUsage = [&] {
-        attachUsage(result(), testCaseDirectory().dirName(), m_options.resultDir,
-                    applications.countError());
-    };
-    application.setBeforeStart([&deaths] { deaths.reportCaught(); });
-    application.setBeforeStop([&](int context) {
-        deaths.reportBeforeStop(context);
-        keepUsage();
-        // One that has died meanwhile.
-        deaths.reportBeforeStop(context);
-    });
-    m_deaths = &deaths;
-    FailureScreenshots screenshots(runner, [&application] { return application.wasStarted(); });
-    m_screenshots = &screenshots;
-    ScriptVerification verification(&engine, &application, result(), runner, searchDirs);
-    ScriptContexts contexts(&applications);
-    ScriptApi api(&engine, {result(), testCaseDirectory().path(), m_options.suiteDir,
-                            m_options.resultDir, m_options.scriptArguments, m_options.snoozeFactor,
-                            [&screenshots](TestResult::ResultType type) {
-                                return screenshots.textFor(type);
-                            }});
+    ScriptApi api(&engine, &applications,
+                  {result(), testCaseDir, m_suiteDir, m_resultDir, m_options.scriptArguments,
+                   m_options.snoozeFactor,
+                   [this](TestResult::ResultType type) { return screenshot(type); }});
     const NamesFileError namesError = api.defineNames();
     if (!namesError.text.isEmpty()) {
         result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"),
                             namesError.text, namesError.place, QString(), -1);
         return;
     }
-    api.install(&application, &contexts, &verification);
-    SuiteScript suite(&engine, m_options.suiteDir);
+    api.install();
+    SuiteScript suite(&engine, m_suiteDir);
     const QString title = QStringLiteral("Script error");
     if (!hasPassed(suite.load(), title, suite.path()))
         return;
     if (hasPassed(suite.setUp(), title + QLatin1String(" in setUp"), suite.path()))
         hasPassed(engine.run(program, path), title, path);
     hasPassed(suite.tearDown(), title + QLatin1String(" in tearDown"), suite.path());
-    deaths.reportRest(path);
-    application.forEachContext(keepUsage);
-    deaths.reportRest(path);
-    deaths.stopAll(path);
+    if (applications.existing())
+        applications.existing()->finish();
 }
 
 // Logs what was thrown, after what promises had left to do.
@@ -144,8 +130,9 @@ bool ScriptTestCase::hasPassed(const ScriptEngine::Outcome &outcome, const QStri
         stack.emplace_back(path, 0);
     const QString thrown = thrownText(outcome.value);
     const QString details = (QStringList{thrown} + stackLines(stack)).join(QLatin1Char('\n'));
-    if (!m_deaths->reportThrown(thrown, details, stack))
-        result()->addError(title + m_screenshots->textFor(TestResult::ERROR), details, stack);
+    ApplicationAccess *applications = m_applications->existing();
+    if (!applications || !applications->reportThrown(thrown, details, stack))
+        result()->addError(title + screenshot(TestResult::ERROR), details, stack);
     pauseAfter(TestResult::ERROR);
     return false;
 }

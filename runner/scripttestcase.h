@@ -1,47 +1,37 @@
 #pragma once
 
-#include "runner/applications.h"
 #include "runner/scriptapi.h"
 #include "runner/scriptengine.h"
 #include "test/testcase.h"
 
 namespace Morvex {
 
-class ApplicationDeaths;
-class FailureScreenshots;
-class ScriptApplication;
+class ApplicationsOnDemand;
+struct RunnerOptions;
 
 /// A test case whose body is the file script.js in its directory.
 class ScriptTestCase : public TestCase
 {
 public:
-    struct Options
-    {
-        QString suiteDir;
-        QString resultDir;
-        QStringList scriptArguments;
-        double snoozeFactor = 0;
-        Applications::Settings applications;
-        /// Whether that of the suite is started before the script.
-        bool isApplicationStarted = false;
-        /// Empty when the suite has none.
-        QString objectMap;
-    };
-
-    ScriptTestCase(TestResult *result, const QDir &dir, const Options &options);
+    /// In a suite, the current directory; @p options have to live as long as this object.
+    /// @p resultDir is empty when there is none.
+    ScriptTestCase(TestResult *result, const QDir &dir, const QString &suiteDir,
+                   const QString &resultDir, const RunnerOptions &options);
 
     void execute() override;
 
 private:
     void runScript(const QString &path, const QString &program);
-    [[nodiscard]] QString prepare(ScriptApplication *application) const;
+    [[nodiscard]] QString prepare();
+    [[nodiscard]] QString screenshot(TestResult::ResultType type);
     bool hasPassed(const ScriptEngine::Outcome &outcome, const QString &title, const QString &path);
     void addError(const LineInfo &place, const QString &details);
 
-    Options m_options;
+    QString m_suiteDir;
+    QString m_resultDir;
+    const RunnerOptions &m_options;
     // While the script runs.
-    ApplicationDeaths *m_deaths = nullptr;
-    FailureScreenshots *m_screenshots = nullptr;
+    ApplicationsOnDemand *m_applications = nullptr;
 };
 
 } // namespace Morvex

@@ -33,6 +33,28 @@ int ActionReport::add(const QString &what, const QString &objectName, const QVar
     return m_lastNumber;
 }
 
+int ActionReport::add(const QString &what, const QObject *object, const QVariantMap &more)
+{
+    const QVariantMap all = withWaits(object, more);
+    return add(what, nameOf(object), all);
+}
+
+void ActionReport::replace(int number, const QString &what, const QObject *object,
+                           const QVariantMap &more)
+{
+    const QVariantMap all = withWaits(object, more);
+    replace(number, what, nameOf(object), all);
+}
+
+QVariantMap ActionReport::withWaits(const QObject *object, const QVariantMap &more)
+{
+    QVariantMap all = more;
+    const QStringList waits = m_changes.take(object);
+    if (!waits.isEmpty())
+        all[QStringLiteral("waits")] = waits;
+    return all;
+}
+
 void ActionReport::replace(int number, const QString &what, const QString &objectName,
                            const QVariantMap &more)
 {

@@ -36,6 +36,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonRelease:
     case QEvent::KeyPress:
+    case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
     case QEvent::Close:
         if (!event->spontaneous())
@@ -49,6 +50,10 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         break;
+    case QEvent::Show:
+    case QEvent::EnabledChange:
+        m_report.changes().note(receiver, *event);
+        return false;
     default:
         return false;
     }
@@ -69,6 +74,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
 
 void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
 {
+    m_report.changes().begin();
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -79,15 +85,13 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::MouseButtonRelease:
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
-        settleLater();
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
-            return;
+            break;
         settle();
         m_keys.press(*static_cast<QKeyEvent *>(event));
-        settleLater();
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
@@ -103,6 +107,14 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     default:
         break;
     }
+    // Once it has been handled, in whatever loop.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            settle();
+            m_report.changes().settle();
+        },
+        Qt::QueuedConnection);
 }
 
 void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
@@ -115,7 +127,6 @@ void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
         break;
     case QEvent::MouseButtonRelease:
         m_mouse.release(widget, *static_cast<QMouseEvent *>(event));
-        settleLater();
         break;
     default:
         break;
@@ -144,13 +155,6 @@ void ActionWatch::settle()
 {
     m_mouse.settle();
     m_keys.settle();
-}
-
-void ActionWatch::settleLater()
-{
-    if (m_mouse.isUnsettled() || m_keys.isUnsettled())
-        QMetaObject::invokeMethod(
-            this, [this] { settle(); }, Qt::QueuedConnection);
 }
 
 } // namespace Morvex

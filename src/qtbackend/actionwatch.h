@@ -27,7 +27,6 @@ private:
     void filterForWidget(QWidget *widget, QEvent *event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
-    void settleLater();
 
     ActionReport m_report;
     MouseActions m_mouse;

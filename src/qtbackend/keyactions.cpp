@@ -20,6 +20,8 @@
 #include <QMetaProperty>
 #include <QShortcutEvent>
 
+#include <utility>
+
 namespace Morvex {
 namespace {
 
@@ -39,7 +41,8 @@ QWidget *keyTarget()
     QWidget *target = popup && popup->focusWidget() ? popup->focusWidget() : popup;
     if (!target)
         target = QApplication::focusWidget();
-    if (!target)
+    // A menu that was closed may still have the focus.
+    if (!target || !target->isVisible())
         target = QApplication::activeWindow();
     while (target && target->focusProxy())
         target = target->focusProxy();
@@ -80,6 +83,15 @@ QAbstractItemView *editedView(const QWidget *editor)
                    ViewAccess::isEditing(view)
                ? view
                : nullptr;
+}
+
+// Of a field, also within a spin box or a combo box.
+bool isAllSelected(const QWidget *field)
+{
+    const auto *line = qobject_cast<const QLineEdit *>(field);
+    if (!line)
+        line = field->findChild<QLineEdit *>(QString(), Qt::FindDirectChildrenOnly);
+    return line && line->hasSelectedText() && line->selectedText() == line->text();
 }
 
 QString editedText(const QWidget *editor)
@@ -144,7 +156,7 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
     if (keys.isEmpty() || isForMenuBar)
         return;
     if (isSecretInput(target) && !isHarmlessInSecret(event)) {
-        m_report.add(QStringLiteral("password"), target);
+        reportSecret(target);
         return;
     }
     const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
@@ -153,9 +165,21 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
     m_editor = editedView(target) ? target : nullptr;
     if (m_editor && (isTab(event) || isChoice(event)))
         return commitEdit();
+    const bool isReplacing =
+        isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete;
+    if (std::exchange(m_hasMovedFocus, false) && isReplacing && isAllSelected(target))
+        m_report.add(QStringLiteral("type"), target,
+                     {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
     m_lastKey = m_report.add(QStringLiteral("type"), target, {{QStringLiteral("text"), keys}});
     if (isTab(event))
         m_tab = {QApplication::focusWidget(), m_lastKey};
+}
+
+// Once for all keys: their number is a secret, too.
+void KeyActions::reportSecret(QWidget *target)
+{
+    if (m_lastSecret == 0 || m_lastSecret != m_report.lastNumber())
+        m_lastSecret = m_report.add(QStringLiteral("password"), target);
 }
 
 void KeyActions::leaveEditor(const QWidget *pressed)
@@ -184,10 +208,11 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
                      {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
         return;
     }
+    m_hasMovedFocus = m_hasMovedFocus || qobject_cast<QLabel *>(owner);
     if (qobject_cast<QMenuBar *>(owner) || qobject_cast<QLabel *>(owner))
         m_report.cancel(m_lastKey);
     else if (qobject_cast<QAbstractButton *>(owner))
-        m_report.replace(m_lastKey, QStringLiteral("click"), m_report.nameOf(owner));
+        m_report.replace(m_lastKey, QStringLiteral("click"), owner);
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
@@ -198,7 +223,7 @@ void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
     if (!target || event.commitString().isEmpty())
         return;
     if (isSecretInput(target))
-        m_report.add(QStringLiteral("password"), target);
+        reportSecret(target);
     else
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), typedTextOf(event.commitString())}});
@@ -207,8 +232,10 @@ void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
 void KeyActions::settle()
 {
     // A key that only moves the focus is none that a script would type.
-    if (m_tab.number > 0 && m_tab.focus != QApplication::focusWidget())
+    if (m_tab.number > 0 && m_tab.focus != QApplication::focusWidget()) {
         m_report.cancel(m_tab.number);
+        m_hasMovedFocus = true;
+    }
     m_tab = {};
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);

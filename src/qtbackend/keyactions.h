@@ -33,7 +33,6 @@ public:
 
     /// Looks what has become of what was done last.
     void settle();
-    bool isUnsettled() const { return m_tab.number > 0 || m_choice.number > 0; }
 
 private:
     struct Tab
@@ -50,6 +49,7 @@ private:
 
     bool isForList(QWidget *popup, const QKeyEvent &event);
     void commitEdit();
+    void reportSecret(QWidget *target);
     void type(QWidget *target, const QKeyEvent &event);
 
     ActionReport &m_report;
@@ -57,7 +57,10 @@ private:
     ulong m_offeredTime = 0;
     int m_offeredKey = 0;
     int m_lastKey = 0;
+    int m_lastSecret = 0;
     Tab m_tab;
+    // Whether keys have moved the focus, which selects what is in a field.
+    bool m_hasMovedFocus = false;
     // Of an item, into which was typed.
     QPointer<QWidget> m_editor;
     Choice m_choice;

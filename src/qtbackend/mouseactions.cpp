@@ -96,8 +96,9 @@ void MouseActions::beginPress()
 void MouseActions::press(QWidget *widget, const QMouseEvent &event)
 {
     if (!m_isPressNew) {
-        // Its child did not take the event.
-        if (!event.spontaneous() && m_press.widget && widget->isAncestorOf(m_press.widget))
+        // Its child did not take the event. The right button opens a menu all the same.
+        const bool isHandedOn = event.button() != Qt::RightButton && !event.spontaneous();
+        if (isHandedOn && m_press.widget && widget->isAncestorOf(m_press.widget))
             describe(widget, event.pos());
         return;
     }
@@ -147,17 +148,16 @@ void MouseActions::reportPress()
     if (what == QLatin1String("doubleClick"))
         m_report.cancel(m_lastClick);
     const QVariantMap place = placeOf(target);
-    const QString name = m_report.nameOf(target.object);
     if (m_press.number > 0)
-        m_report.replace(m_press.number, what, name, place);
+        m_report.replace(m_press.number, what, target.object, place);
     else
-        m_press.number = m_report.add(what, name, place);
+        m_press.number = m_report.add(what, target.object, place);
     m_lastClick = m_press.number;
     const QModelIndex index = indexAt(target, m_press.widget, m_press.globalPlace);
     if (index.data(Qt::CheckStateRole).isValid()) {
         m_outcome.index = index;
         m_outcome.checkState = index.data(Qt::CheckStateRole);
-        m_outcome.name = name;
+        m_outcome.name = m_report.nameOf(target.object);
         m_outcome.place = place;
         m_outcome.number = m_press.number;
     }
@@ -275,11 +275,6 @@ void MouseActions::chooseInList(QWidget *list, const QPoint &place)
     m_choice.list = list->window();
     m_choice.number = m_report.add(QStringLiteral("click"), box,
                                    {{QStringLiteral("item"), selectorOf(box, index.row())}});
-}
-
-bool MouseActions::isUnsettled() const
-{
-    return m_choice.number > 0 || m_outcome.kind != RecordedTarget::Nothing;
 }
 
 void MouseActions::settle()

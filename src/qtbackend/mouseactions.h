@@ -35,8 +35,6 @@ public:
 
     /// Looks what has become of what was done last.
     void settle();
-    /// Whether there is something to look at.
-    bool isUnsettled() const;
 
 private:
     struct Press

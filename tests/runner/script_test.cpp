@@ -53,6 +53,15 @@ TEST_F(ScriptTest, DifferentValuesAreNotEqualHoweverTheyAreWrapped)
     }
 }
 
+TEST_F(ScriptTest, WhatAScriptDoesNotUseIsNotLoadedForIt)
+{
+    EXPECT_EQ(results("function isLoaded() {\n"
+                      "  return file.read('/proc/self/maps').indexOf('libQt5Gui') >= 0; }\n"
+                      "waitFor(function () { return true; });\n"
+                      "log.info(isLoaded()); application.contexts(); log.info(isLoaded());"),
+              (QStringList{"LOG false|", "LOG true|"}));
+}
+
 TEST_F(ScriptTest, PromisesAreKeptBeforeTheTestCaseEnds)
 {
     EXPECT_EQ(results("Promise.resolve(1).then(function (v) { check.equal(v, 2, 'm');\n"

@@ -29,9 +29,9 @@ bool Display::isPossible()
     return true;
 }
 
-Display::Display()
+Display::Display(const QString &size)
 {
-    m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "800x600x24", "-nolisten", "tcp"});
+    m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", size + "x24", "-nolisten", "tcp"});
     while (!m_server.canReadLine() && m_server.waitForReadyRead(30000)) {
     }
     m_name = ":" + QString::fromLatin1(m_server.readLine()).trimmed();

@@ -9,7 +9,7 @@ namespace MorvexTest {
 class Display
 {
 public:
-    Display();
+    explicit Display(const QString &size = "800x600");
     ~Display();
 
     Display(const Display &) = delete;

@@ -1,0 +1,40 @@
+#include "qtbackend/latechanges.h"
+
+#include <QEvent>
+#include <QWidget>
+
+namespace Morvex {
+namespace {
+
+// Those that no user has used are forgotten at some time.
+const int maxChanges = 10000;
+
+} // namespace
+
+void LateChanges::note(QObject *receiver, const QEvent &event)
+{
+    if (!m_isSettled || !receiver->isWidgetType())
+        return;
+    const bool isShown = event.type() == QEvent::Show;
+    if (!isShown && !static_cast<QWidget *>(receiver)->isEnabled())
+        return;
+    if (m_changes.size() >= maxChanges)
+        m_changes.clear();
+    Change &change = m_changes[receiver];
+    if (change.object != receiver)
+        change = {receiver};
+    (isShown ? change.isShown : change.isEnabled) = true;
+}
+
+QStringList LateChanges::take(const QObject *object)
+{
+    const Change change = m_changes.take(object);
+    QStringList properties;
+    if (change.object && change.isShown)
+        properties += QStringLiteral("visible");
+    if (change.object && change.isEnabled)
+        properties += QStringLiteral("enabled");
+    return properties;
+}
+
+} // namespace Morvex

@@ -1,0 +1,158 @@
+#include "programs/recordingfixture.h"
+
+#include "support/files.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QThread>
+
+#include <csignal>
+
+namespace MorvexTest {
+namespace {
+
+const int limitMs = 30000;
+
+template <typename Condition>
+bool waitUntil(const Condition &holds)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!holds()) {
+        if (timer.elapsed() > limitMs)
+            return false;
+        QThread::msleep(20);
+    }
+    return true;
+}
+
+} // namespace
+
+void RecordingFixture::SetUp()
+{
+    if (!Display::isPossible())
+        GTEST_SKIP();
+    display = std::make_unique<Display>("1000x800");
+    display->addTo(&runner.environment);
+    qputenv("DISPLAY", display->name().toUtf8());
+}
+
+void RecordingFixture::TearDown()
+{
+    recorder.kill();
+    recorder.waitForFinished(limitMs);
+}
+
+int RecordingFixture::xdotool(const QStringList &arguments, QByteArray *output)
+{
+    QProcess process;
+    process.start("xdotool", arguments);
+    process.waitForFinished(limitMs);
+    if (output)
+        *output = process.readAllStandardOutput();
+    return process.exitCode();
+}
+
+void RecordingFixture::record(const QStringList &options, const QStringList &program,
+                              const QString &window)
+{
+    recorder.setProcessEnvironment(runner.environment);
+    recorder.start(RunnerProcess::program(),
+                   options + QStringList{"--record", "tst_recorded", runner.suitePath()} + program);
+    recorder.waitForStarted(limitMs);
+    waitFor("\"start\"}");
+    choose(window);
+}
+
+void RecordingFixture::choose(const QString &title)
+{
+    QByteArray found;
+    const auto isThere = [&] {
+        return xdotool(
+                   {"search", "--onlyvisible", title[0].isLower() ? "--class" : "--name", title},
+                   &found) == 0;
+    };
+    ASSERT_TRUE(waitUntil(isThere))
+        << title.toStdString() << recorder.readAllStandardError().constData();
+    m_window = QString::fromLatin1(found).section('\n', 0, 0);
+    xdotool({"windowactivate", "--sync", m_window});
+}
+
+int RecordingFixture::windowCount() const
+{
+    QByteArray found;
+    xdotool({"search", "--onlyvisible", "--maxdepth", "1", "--name", ".*"}, &found);
+    return found.count('\n');
+}
+
+void RecordingFixture::act(const QByteArray &lines)
+{
+    for (const QString &line : QString::fromUtf8(lines).split('\n', Qt::SkipEmptyParts)) {
+        QStringList words = line.trimmed().split(' ');
+        const bool isOpening = words.removeAll("popup") > 0;
+        const int windows = isOpening ? windowCount() : 0;
+        const QString what = words.takeFirst();
+        const QStringList place{"mousemove", "--window", m_window};
+        if (what == "at")
+            xdotool(place + words.mid(0, 2) + QStringList("click") +
+                    (words.size() > 2 ? words.mid(2) : QStringList("1")));
+        else if (what == "hover")
+            xdotool(place + words);
+        else if (what == "type")
+            xdotool({"type", "--delay", "5", words.join(' ')});
+        else if (what == "window")
+            choose(words.join(' '));
+        else
+            xdotool(QStringList(what) + words);
+        EXPECT_TRUE(!isOpening || waitUntil([&] { return windowCount() > windows; }))
+            << line.toStdString();
+    }
+}
+
+void RecordingFixture::actUntil(const QByteArray &line, const QByteArray &text)
+{
+    EXPECT_TRUE(waitUntil([&] {
+        act(line);
+        return journal().contains(text);
+    })) << journal().constData();
+}
+
+void RecordingFixture::waitFor(const QByteArray &text)
+{
+    EXPECT_TRUE(waitUntil([&] { return journal().contains(text); }))
+        << text.constData() << "\n"
+        << journal().constData() << recorder.readAllStandardError().constData();
+}
+
+QByteArray RecordingFixture::journal() const
+{
+    return readFile(runner.suitePath() + "/tst_recorded.recording");
+}
+
+QByteArray RecordingFixture::script() const
+{
+    return readFile(runner.suitePath() + "/tst_recorded/script.js");
+}
+
+QByteArray RecordingFixture::interrupt()
+{
+    ::kill(static_cast<pid_t>(recorder.processId()), SIGTERM);
+    return finish();
+}
+
+QByteArray RecordingFixture::finish()
+{
+    EXPECT_TRUE(recorder.waitForFinished(limitMs));
+    recorderErrors = recorder.readAllStandardError();
+    EXPECT_EQ(recorder.exitCode(), 0) << recorderErrors.constData();
+    EXPECT_EQ(journal(), QByteArray());
+    return script();
+}
+
+void RecordingFixture::removeRecorded()
+{
+    QDir(runner.suitePath() + "/tst_recorded").removeRecursively();
+    QFile::remove(runner.suitePath() + "/names.js");
+}
+
+} // namespace MorvexTest
