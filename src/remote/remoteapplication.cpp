@@ -214,6 +214,7 @@ std::shared_ptr<RemoteContext> RemoteApplication::Private::add(ConnectionOffer::
     surroundings.hasDumpedCore = [this](qint64 id) { return process->hasDumpedCore(id); };
     surroundings.endOfStarter = [this] { return process->endOfProgram(); };
     surroundings.update = [this](int timeout) { update(timeout); };
+    surroundings.hasCommandCrashed = [this] { return process->hasCommandCrashed(); };
     surroundings.hasEnded = [this] { return process->hasEnded(); };
     surroundings.catchUp = [this] { process->catchUp(); };
     surroundings.idle = start.idle;
@@ -240,9 +241,7 @@ QString RemoteApplication::Private::quit(RemoteContext &context)
     while (goes && process->endOf(context.processId()).isEmpty() && !process->hasEnded() &&
            timer.elapsed() < quitTimeoutMs)
         process->update(waitStepMs);
-    const QString how = process->endOf(context.processId());
-    return WatchedProcess::isCrash(how) ? QStringLiteral("the application has %1").arg(how)
-                                        : QString();
+    return context.crash();
 }
 
 // Those that a watcher which was killed has left: their environment still has the token.

@@ -147,7 +147,7 @@ QString RemoteContext::describeLoss(bool hasSaidBye) const
     const QString end = m_surroundings.endOf(m_processId);
     if (!end.isEmpty())
         return QStringLiteral("the application has %1").arg(end);
-    if (hasSaidBye)
+    if (hasSaidBye && !hasCrashed())
         return QStringLiteral("the application has ended by itself");
     if (ProcessFacts(m_processId).isRunning())
         return QStringLiteral("the application has closed the connection");
@@ -220,7 +220,13 @@ bool RemoteContext::isEndOrderly() const
 
 bool RemoteContext::hasCrashed() const
 {
-    return WatchedProcess::isCrash(m_surroundings.endOf(m_processId));
+    const QString end = m_surroundings.endOf(m_processId);
+    return end.isEmpty() ? m_surroundings.hasCommandCrashed() : WatchedProcess::isCrash(end);
+}
+
+QString RemoteContext::crash() const
+{
+    return hasCrashed() ? describeLoss(true) : QString();
 }
 
 bool RemoteContext::hasDumpedCore() const

@@ -29,6 +29,8 @@ public:
         std::function<bool(qint64)> hasDumpedCore;
         /// How the program that was started at first has ended; empty while that is not known.
         std::function<QString()> endOfStarter;
+        /// Whether that program was a shell whose command has crashed.
+        std::function<bool()> hasCommandCrashed;
         /// Whether no process of the application is left.
         std::function<bool()> hasEnded;
         /// Takes all ends that are known by now.
@@ -79,6 +81,8 @@ public:
     /// after that.
     bool isEndOrderly() const;
     bool hasCrashed() const;
+    /// As end(); empty when it has not crashed.
+    QString crash() const;
     /// Whether it has crashed so that its memory can be looked at.
     bool hasDumpedCore() const;
     /// Whether a call has failed because of the end.

@@ -102,28 +102,42 @@ pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, const Inhe
     return errno == 0 ? process : -1;
 }
 
-// What a shell adds to the number of the signal that has ended its command.
-const int shellStatus = 128;
+// The signal that has ended the command of a shell, which adds a number to it; 0 for none.
+int signalOfShell(int status)
+{
+    const int shellStatus = 128;
+    const int signal = status - shellStatus;
+    return signal > 0 && signal < SIGRTMIN ? signal : 0;
+}
 
 QString statusText(int status)
 {
     const QString text = QStringLiteral("ended with status %1").arg(status);
-    const int signal = status - shellStatus;
-    return signal > 0 && signal < SIGRTMIN
-               ? text +
-                     QStringLiteral(", as a shell does after signal %1 (%2)")
-                         .arg(QString::number(signal), QString::fromLocal8Bit(::strsignal(signal)))
-               : text;
+    const int signal = signalOfShell(status);
+    return signal > 0 ? text + QStringLiteral(", as a shell does after signal %1 (%2)")
+                                   .arg(QString::number(signal),
+                                        QString::fromLocal8Bit(::strsignal(signal)))
+                      : text;
+}
+
+// The signals by which one process ends another.
+bool isByOthers(int signal)
+{
+    return signal == SIGTERM || signal == SIGKILL || signal == SIGINT || signal == SIGHUP;
+}
+
+bool isCrashOfCommand(const QByteArray &how, int status)
+{
+    const int signal = how == "exit" ? signalOfShell(status) : 0;
+    return signal > 0 && !isByOthers(signal);
 }
 
 QString endText(const QByteArray &how, int number)
 {
     if (how == "exit")
         return statusText(number);
-    const bool isByOthers =
-        number == SIGTERM || number == SIGKILL || number == SIGINT || number == SIGHUP;
-    return (isByOthers ? QStringLiteral("ended by signal %1 (%2)")
-                       : QStringLiteral("crashed by signal %1 (%2)"))
+    return (isByOthers(number) ? QStringLiteral("ended by signal %1 (%2)")
+                               : QStringLiteral("crashed by signal %1 (%2)"))
         .arg(QString::number(number), QString::fromLocal8Bit(::strsignal(number)));
 }
 
@@ -300,7 +314,9 @@ void WatchedProcess::take(const QByteArray &line)
                             .arg(m_directory, errorText(number))
                       : QStringLiteral("cannot start '%1': %2").arg(m_command, errorText(number));
     } else if (words.value(0) == "ended") {
-        addEnd(number, {endText(words.value(2), words.value(3).toInt()), words.value(2) == "core"});
+        const QByteArray how = words.value(2);
+        const int status = words.value(3).toInt();
+        addEnd(number, {endText(how, status), how == "core", isCrashOfCommand(how, status)});
     } else if (words.value(0) == "empty") {
         m_hasEnded = true;
     }

@@ -69,6 +69,8 @@ public:
     static bool isCrash(const QString &end) { return end.startsWith(QLatin1String("crashed")); }
     /// That of the program itself.
     QString endOfProgram() const { return endOf(m_program); }
+    /// Whether the program was a shell, or behaves like one, whose command has crashed.
+    bool hasCommandCrashed() const { return m_ends.value(m_program).isCrashOfCommand; }
     void keepEndOf(qint64 processId) { m_kept += processId; }
 
     qint64 watcherId() const { return m_watcher; }
@@ -85,6 +87,7 @@ private:
     {
         QString text;
         bool hasDumpedCore = false;
+        bool isCrashOfCommand = false;
     };
 
     void makeOutputMemory();

@@ -54,6 +54,10 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
         {start + "find('crashAtExit').click(); application.stop(); check.pass('on');",
          {atEnd, "PASS on|"}},
         {start + "find('crashAtExit').click();", {atEnd}},
+        {"application.start('/bin/sh', '-c', '\"$0\"; exit $?', '" MORVEX_AWKWARD_PROGRAM
+         "'); find('crashAtExit').click();",
+         {"FATAL The application has ended; the program that started it has ended with status "
+          "134, as a shell does after signal 6 (Aborted)|This was when it was asked to end."}},
         {start + "find('exit').click();", {"FATAL The application has ended with status 0|"}},
     };
     for (const auto &row : rows) {
