@@ -80,8 +80,9 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
     record({"--hook-subprocesses"}, program, "^Recorded$");
     act("at 60 25 popup\n key Down Down Return\n at 60 235\n at 200 25\n type zq<zq\n key Return\n"
         "at 20 64\n at 90 64\n at 262 62\n at 250 100\n type a<b\n key Return\n type c\n"
-        "key ctrl+a\n key ctrl+x\n at 100 160\n at 145 160\n key alt+o\n at 300 180\n"
-        "at 60 195 popup 3\n key Escape\n at 60 195 popup 3\n key Down Return\n at 380 250\n at 60 "
+        "key ctrl+a\n key ctrl+x\n at 100 160\n at 145 160\n key alt+o\n at 60 195 popup 3\n key "
+        "Escape\n"
+        "at 300 180\n at 60 195 popup 3\n key Down Return\n at 380 250\n at 60 "
         "195\n");
     actUntil("at 60 235", "name='later'");
     act("at 180 235\n window ^Other$\n");
@@ -103,9 +104,9 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
         "find(names.level).set(\"value\", 10);\n"
         "find(names.on).click();\n"
         "find(names.on).click();\n"
-        "find(names.canvas).click(50, 30);\n"
         "find(names.more).rightClick();\n"
         "find(names.qMenu).type(\"<Esc>\");\n"
+        "find(names.canvas).click(50, 30);\n"
         "find(names.more).rightClick();\n"
         "find(names.qMenu).item(\"Less\").click();\n"
         "find(names.more).click();\n"
