@@ -178,9 +178,24 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
     if (std::exchange(m_hasMovedFocus, false) && isReplacing && isAllSelected(target))
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
-    m_lastKey = m_report.add(QStringLiteral("type"), target, {{QStringLiteral("text"), keys}});
+    reportKeys(target, keys);
     if (isTab(event))
         m_tab = {QApplication::focusWidget(), m_lastKey};
+}
+
+// Goes on with a text under the name that it began with, as to find one takes long.
+void KeyActions::reportKeys(QWidget *target, const QString &keys)
+{
+    const QVariantMap more{{QStringLiteral("text"), keys}};
+    const QString what = QStringLiteral("type");
+    if (m_typedInto == target && m_lastTyped == m_report.lastNumber()) {
+        m_lastKey = m_report.add(what, m_typedIntoName, more);
+    } else {
+        m_typedIntoName = m_report.nameOf(target);
+        m_lastKey = m_report.add(what, target, more);
+    }
+    m_typedInto = target;
+    m_lastTyped = m_lastKey;
 }
 
 // Once for all keys: their number is a secret, too.

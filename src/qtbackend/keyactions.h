@@ -50,6 +50,7 @@ private:
     bool isForList(QWidget *popup, const QKeyEvent &event);
     void commitEdit();
     void reportSecret(QWidget *target);
+    void reportKeys(QWidget *target, const QString &keys);
     void type(QWidget *target, const QKeyEvent &event);
 
     ActionReport &m_report;
@@ -58,6 +59,10 @@ private:
     int m_offeredKey = 0;
     int m_lastKey = 0;
     int m_lastSecret = 0;
+    // What was typed into last, as long as nothing else was done.
+    QPointer<QWidget> m_typedInto;
+    QString m_typedIntoName;
+    int m_lastTyped = 0;
     Tab m_tab;
     // Whether keys have moved the focus, which selects what is in a field.
     bool m_hasMovedFocus = false;
