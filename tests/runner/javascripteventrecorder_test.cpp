@@ -1,8 +1,12 @@
 #include "runner/javascripteventrecorder.h"
 #include "runner/javascriptobjectmap.h"
+#include "runner/recordedactions.h"
 
 #include "support/files.h"
 #include "support/scriptfixture.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -102,6 +106,47 @@ TEST_F(JavaScriptEventRecorderTest, WhatItPrintsOpensAndClosesTheNodesOfATree)
         script += line.toUtf8() + "\nlog.info(low.exists());\n";
     EXPECT_EQ(results(script), QStringList({"LOG true|", "LOG false|", "LOG true|"}))
         << lines.join('\n').toStdString() << output.standardOutput.toStdString();
+}
+
+// What was replaced, joined or taken back is not seen in the script.
+TEST_F(JavaScriptEventRecorderTest, ReportedActionsBecomeTheStatementsThatAUserWouldWrite)
+{
+    const struct
+    {
+        const char *actions;
+        QStringList expected;
+    } rows[] = {
+        {R"([{"number":1,"time":1,"what":"type","object":"a","text":"x"},
+             {"number":2,"time":2,"what":"type","object":"a","text":"<<"},
+             {"number":3,"time":3,"what":"nothing"},
+             {"number":2,"time":4,"what":"type","object":"a","text":"y"}])",
+         {"find(\"a\").type(\"xy\");"}},
+        {R"([{"number":1,"time":9,"what":"click","object":"late","waits":["enabled"]},
+             {"number":2,"time":2,"what":"click","object":"t","item":["n",{"column":2}],
+              "modifiers":"Ctrl"},
+             {"number":3,"time":3,"what":"click","object":"c","x":1,"y":2,"button":"right"}])",
+         {"find(\"t\").item(\"n\", {column: 2}).click({modifiers: \"Ctrl\"});",
+          "find(\"c\").rightClick(1, 2);", "find(\"late\").waitFor(\"enabled\", true);",
+          "find(\"late\").click();"}},
+        {R"([{"number":1,"time":1,"what":"doubleClick","object":"t","item":["n"]},
+             {"number":2,"time":2,"what":"type","object":"e","text":"new"},
+             {"number":3,"time":3,"what":"edit","object":"t","item":["n"],"text":"new",
+              "editor":"e"},
+             {"number":4,"time":4,"what":"drag","object":"l","item":["a"],
+              "to":{"object":"m","item":[3,0]}},
+             {"number":5,"time":5,"what":"no such thing","object":"a"},
+             {"number":6,"time":6,"what":"click"}, 7])",
+         {"find(\"t\").item(\"n\").edit(\"new\");",
+          "find(\"l\").item(\"a\").drag(find(\"m\").item(3, 0));"}},
+    };
+    for (const auto &row : rows) {
+        const QVariantList actions = QJsonDocument::fromJson(row.actions).array().toVariantList();
+        JavaScriptEventRecorder recorder(false, true, nullptr);
+        for (const EventData &event : eventsOfActions(actions, true))
+            recorder.queueEvent(event);
+        recorder.dequeueEvents();
+        EXPECT_EQ(recorder.lines(), row.expected);
+    }
 }
 
 TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLongEnough)
