@@ -128,6 +128,10 @@ TEST_F(JavaScriptEventRecorderTest, ReportedActionsBecomeTheStatementsThatAUserW
          {"find(\"t\").item(\"n\", {column: 2}).click({modifiers: \"Ctrl\"});",
           "find(\"c\").rightClick(1, 2);", "find(\"late\").waitFor(\"enabled\", true);",
           "find(\"late\").click();"}},
+        // A program that has executed itself again.
+        {R"([{"number":1,"time":1,"what":"click","object":"a"}, {"what":"start","time":2},
+             {"number":1,"time":3,"what":"password","object":"b"}])",
+         {"find(\"a\").click();", "find(\"b\").type(env(\"PASSWORD\").replace(/</g, \"<<\"));"}},
         {R"([{"number":1,"time":1,"what":"doubleClick","object":"t","item":["n"]},
              {"number":2,"time":2,"what":"type","object":"e","text":"new"},
              {"number":3,"time":3,"what":"edit","object":"t","item":["n"],"text":"new",
