@@ -58,20 +58,27 @@ TEST_F(DisplayTest, WhatIsClickedOnIsPrintedWithItsProperties)
     const auto xdotool = [this](const QStringList &arguments) {
         QProcess::execute("env", QStringList{"DISPLAY=" + display->name(), "xdotool"} + arguments);
     };
-    QProcess process;
-    process.setProcessEnvironment(runner.environment);
-    process.start(RunnerProcess::program(), {"--inspect", "--pick", "inventory"});
-    QByteArray printed;
-    for (int tries = 0; printed.isEmpty() && tries < 100; ++tries) {
-        xdotool({"search", "--onlyvisible", "--name", "^Inventory$", "mousemove", "--window", "%1",
-                 "150", "80", "click", "1"});
-        process.waitForReadyRead(300);
-        printed = process.readAllStandardOutput();
+    const std::tuple<QString, const char *, const char *, const char *, const char *> rows[] = {
+        {"inventory", "^Inventory$", "150 80", "{name='articles' type='QTableWidget'}\n  ",
+         "\n  rowCount: 3\n"},
+        {MORVEX_QUICK_PROGRAM, "^Items$", "200 40", "{name='whole' ", "\n  color: #ffff0000\n"},
+    };
+    for (const auto &[program, window, place, name, property] : rows) {
+        QProcess process;
+        process.setProcessEnvironment(runner.environment);
+        process.start(RunnerProcess::program(), {"--inspect", "--pick", program});
+        QByteArray printed;
+        for (int tries = 0; printed.isEmpty() && tries < 100; ++tries) {
+            xdotool(QStringList{"search", "--onlyvisible", "--name", window, "mousemove",
+                                "--window", "%1"} +
+                    QString(place).split(' ') + QStringList{"click", "1"});
+            process.waitForReadyRead(300);
+            printed = process.readAllStandardOutput();
+        }
+        EXPECT_TRUE(printed.startsWith(name)) << printed.constData();
+        EXPECT_TRUE(printed.contains(property)) << printed.constData();
+        xdotool({"search", "--onlyvisible", "--name", window, "windowkill"});
+        ASSERT_TRUE(process.waitForFinished(30000));
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
     }
-    EXPECT_TRUE(printed.startsWith("{name='articles' type='QTableWidget'}\n  "))
-        << printed.constData();
-    EXPECT_TRUE(printed.contains("\n  rowCount: 3\n")) << printed.constData();
-    xdotool({"search", "--onlyvisible", "--name", "^Inventory$", "windowkill"});
-    ASSERT_TRUE(process.waitForFinished(30000));
-    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
 }

@@ -71,6 +71,7 @@ int main(int argc, char **argv)
     layout.addWidget(scene);
     window.show();
     QQuickView view;
+    view.setTitle("Items");
     fill(&view, "inView");
     view.show();
     return QApplication::exec();
