@@ -1,14 +1,25 @@
 #include "runner/runnerlibrary.h"
 
+#include <QCoreApplication>
+#include <QFile>
+
 #include <dlfcn.h>
 
 namespace Morvex {
 namespace {
 
-// The program knows the directory (RUNPATH). What the library lacks is to be missed at once.
+// By its path: sanitizers call dlopen on their own behalf, so that the program's RUNPATH would not
+// count.
+QByteArray libraryPath()
+{
+    return QFile::encodeName(QCoreApplication::applicationDirPath() +
+                             QStringLiteral("/" MORVEX_LIBRARIES_FROM_PROGRAM "/morvexrunner.so"));
+}
+
+// What the library lacks is to be missed at once.
 const RunnerLibrary *load(QString *error)
 {
-    void *const handle = ::dlopen("morvexrunner.so", RTLD_NOW);
+    void *const handle = ::dlopen(libraryPath().constData(), RTLD_NOW);
     const void *const library = handle ? ::dlsym(handle, "morvexRunnerLibrary") : nullptr;
     if (!library)
         *error = QStringLiteral("the library of the runner can't be loaded, is the installation "
