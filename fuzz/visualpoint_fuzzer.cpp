@@ -28,6 +28,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
             ? fuzzInputFile(reinterpret_cast<const uint8_t *>(snapshot), sizeof(snapshot) - 1,
                             "snapshot.xml")
             : fuzzInputFile(zero + 1, static_cast<std::size_t>(end - zero - 1), "snapshot.xml");
-    Morvex::writeVisualTrees(point, other);
+    Morvex::writeVisualTrees(point, QString(), other);
     return 0;
 }
