@@ -2,8 +2,8 @@
 
 #include "ratio.h"
 #include "shared/imagecomparison.h"
-#include "shared/imageequality.h"
 #include "shared/imagemask.h"
+#include "shared/pictures/imageequality.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

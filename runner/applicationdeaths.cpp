@@ -1,7 +1,7 @@
 #include "runner/applicationdeaths.h"
 
 #include "runner/scriptengine.h"
-#include "shared/clock.h"
+#include "shared/system/clock.h"
 #include "test/runnerinterface.h"
 #include "test/testvp.h"
 #include "test/verification/displaypicture.h"
@@ -64,10 +64,9 @@ QString ApplicationDeaths::picture(TestResult::ResultType type)
 
 void ApplicationDeaths::reportCrashAtEnd(const QString &text, const std::vector<LineInfo> &stack)
 {
-    m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(text),
-                        QStringLiteral("This was when it was asked to end.") +
-                            picture(TestResult::FATAL),
-                        stack, QString(), -1);
+    m_result->addResult(
+        currentLocalTime(), TestResult::FATAL, capitalised(text),
+        QStringLiteral("This was when it was asked to end.") + picture(TestResult::FATAL), stack);
 }
 
 void ApplicationDeaths::reportHanging(const QString &stack)
@@ -78,7 +77,7 @@ void ApplicationDeaths::reportHanging(const QString &stack)
             : stack;
     m_result->addResult(currentLocalTime(), TestResult::LOG,
                         QStringLiteral("The application gives no answer"),
-                        where + picture(TestResult::LOG), m_engine->currentStack(), QString(), -1);
+                        where + picture(TestResult::LOG), m_engine->currentStack());
 }
 
 void ApplicationDeaths::addCaught(const Applications::Death &death)
@@ -87,7 +86,7 @@ void ApplicationDeaths::addCaught(const Applications::Death &death)
     m_result->addResult(currentLocalTime(), TestResult::WARNING, capitalised(death.text),
                         QStringLiteral("The script has caught this and goes on.") +
                             coreText(death) + picture(TestResult::WARNING),
-                        m_engine->currentStack(), QString(), -1);
+                        m_engine->currentStack());
 }
 
 void ApplicationDeaths::addUnmet(const Applications::Death &death,
@@ -97,7 +96,7 @@ void ApplicationDeaths::addUnmet(const Applications::Death &death,
     m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
                         QStringLiteral("No call of the script has met this.") + coreText(death) +
                             picture(TestResult::FATAL),
-                        stack, QString(), -1);
+                        stack);
 }
 
 void ApplicationDeaths::reportCaught()
@@ -129,8 +128,7 @@ bool ApplicationDeaths::reportThrown(const QString &thrown, const QString &detai
             continue;
         m_applications->settleDeath(death.context);
         m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                            details + coreText(death) + picture(TestResult::FATAL), stack,
-                            QString(), -1);
+                            details + coreText(death) + picture(TestResult::FATAL), stack);
         return true;
     }
     return false;

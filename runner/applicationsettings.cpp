@@ -3,7 +3,7 @@
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
 #include "shared/confparser.h"
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 #include "test/child/testcasedeadline.h"
 #include "test/suite/applicationwords.h"
 #include "test/testsuite.h"

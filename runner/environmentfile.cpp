@@ -1,7 +1,7 @@
 #include "runner/environmentfile.h"
 
 #include "shared/environment.h"
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 
 #include <QFile>
 

@@ -1,9 +1,9 @@
 #include "runner/failedtestcases.h"
 
+#include "shared/files/regularfile.h"
+#include "shared/files/writefile.h"
 #include "shared/realpath.h"
-#include "shared/regularfile.h"
 #include "shared/settings.h"
-#include "shared/writefile.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -3,7 +3,7 @@
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/resources.h"
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "objectmodel/objectname.h"
 #include "runner/enginewatch.h"
 #include "runner/resources.h"
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -2,9 +2,9 @@
 
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
+#include "shared/files/writefile.h"
 #include "shared/requestdumpobject.h"
-#include "shared/writefile.h"
 #include "test/titanvp.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "runner/processend.h"
 
 #include "runner/scriptengine.h"
-#include "shared/clock.h"
+#include "shared/system/clock.h"
 #include "test/testresult.h"
 
 #include <QElapsedTimer>
@@ -51,7 +51,7 @@ void terminate()
 {
     watched.result->addResult(currentLocalTime(), TestResult::WARNING,
                               QStringLiteral("The test case is ended while this call is running"),
-                              QString(), watched.engine->currentStack(), QString(), -1);
+                              QString(), watched.engine->currentStack());
     // Closes the reports that this process writes.
     watched.result->setReportGenerator(nullptr);
     std::fflush(nullptr);

@@ -5,7 +5,7 @@
 #include "runner/javascriptobjectmap.h"
 #include "runner/recordedactions.h"
 #include "runner/recordingjournal.h"
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 
 #include <QFileInfo>
 

@@ -7,9 +7,9 @@
 #include "runner/processend.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptfile.h"
-#include "shared/clock.h"
 #include "shared/environment.h"
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
+#include "shared/system/clock.h"
 #include "test/testresult.h"
 
 #include <QDir>
@@ -90,7 +90,7 @@ void ScriptApi::log(const QString &type, const QString &message, const QString &
 {
     const TestResult::ResultType result = TestResult::stringToResult(type);
     m_context.result->addResult(currentLocalTime(), result, message + m_context.screenshot(result),
-                                details, m_engine->currentStack(), QString(), -1);
+                                details, m_engine->currentStack());
     pauseAfter(result);
 }
 
@@ -100,8 +100,7 @@ void ScriptApi::check(bool passed, const QString &message, const QString &detail
     const TestResult::ResultType type = TestResult::verificationType(passed, expectFail);
     const QString shownMessage = message + m_context.screenshot(type);
     result->startVP();
-    result->addResult(currentLocalTime(), type, shownMessage, details, m_engine->currentStack(),
-                      QString(), -1);
+    result->addResult(currentLocalTime(), type, shownMessage, details, m_engine->currentStack());
     result->endVP();
     pauseAfter(type);
 }

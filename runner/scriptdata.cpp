@@ -1,6 +1,6 @@
 #include "runner/scriptdata.h"
 
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 #include "shared/testdata.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "runner/scriptfile.h"
 
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 
 #include <QFile>
 

@@ -3,13 +3,13 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/property.h"
-#include "objectmodel/propertypath.h"
+#include "objectmodel/value/propertypath.h"
 #include "objectmodel/value/wholenumber.h"
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "runner/processend.h"
+#include "shared/files/writefile.h"
 #include "shared/richimage.h"
-#include "shared/writefile.h"
 
 #include <QBuffer>
 #include <QElapsedTimer>

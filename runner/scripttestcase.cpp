@@ -63,7 +63,7 @@ void ScriptTestCase::execute()
 void ScriptTestCase::addError(const LineInfo &place, const QString &details)
 {
     result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"), details,
-                        place, QString(), -1);
+                        place);
 }
 
 // What has to be there before the script runs. Returns an error text, empty on success.
@@ -103,7 +103,7 @@ void ScriptTestCase::runScript(const QString &path, const QString &program)
     const NamesFileError namesError = api.defineNames();
     if (!namesError.text.isEmpty()) {
         result()->addResult(TestResult::ERROR, QStringLiteral("Cannot run the test case"),
-                            namesError.text, namesError.place, QString(), -1);
+                            namesError.text, namesError.place);
         return;
     }
     api.install();

@@ -6,8 +6,8 @@
 #include "runner/scriptapplication.h"
 #include "runner/scriptdata.h"
 #include "runner/scriptengine.h"
-#include "shared/clock.h"
 #include "shared/environment.h"
+#include "shared/system/clock.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/tablevp.h"
 #include "test/testvp.h"
@@ -203,7 +203,7 @@ bool ScriptVerification::fillIn(const QString &name, const QString &path)
 void ScriptVerification::addWarning(const QString &message, const QString &details)
 {
     m_result->addResult(currentLocalTime(), TestResult::WARNING, message, details,
-                        m_engine->currentStack(), QString(), -1);
+                        m_engine->currentStack());
 }
 
 // A report must not look better than the outcome that the script gets.

@@ -4,8 +4,8 @@
 #include "runner/attachmentpath.h"
 #include "runner/coveragepage.h"
 #include "runner/messages.h"
+#include "shared/files/writefile.h"
 #include "shared/requestdumpobject.h"
-#include "shared/writefile.h"
 #include "test/testresult.h"
 
 #include <QCoreApplication>
@@ -70,8 +70,7 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
 
 void warn(TestResult *result, const QString &details)
 {
-    result->addResult(TestResult::WARNING, QStringLiteral("UI coverage is not complete"), details,
-                      LineInfo(), QString(), -1);
+    result->addResult(TestResult::WARNING, QStringLiteral("UI coverage is not complete"), details);
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 #include "replay.h"
 #include "session.h"
 #include "shared/environment.h"
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
 #include "test/cancellation.h"
 
 #include <QCommandLineParser>

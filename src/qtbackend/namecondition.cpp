@@ -1,6 +1,6 @@
 #include "qtbackend/namecondition.h"
 
-#include "objectmodel/propertypath.h"
+#include "objectmodel/value/propertypath.h"
 #include "qtbackend/identification.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"

@@ -5,7 +5,7 @@
 #include "qtbackend/restinglook.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/turneventloop.h"
-#include "shared/imageequality.h"
+#include "shared/pictures/imageequality.h"
 
 #include <QGuiApplication>
 #include <QPainter>

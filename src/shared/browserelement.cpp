@@ -1,7 +1,7 @@
 #include "shared/browserelement.h"
 
 #include "shared/elements/uireader.h"
-#include "shared/elementtext.h"
+#include "shared/xml/elementtext.h"
 #include "shared/xml/xmlguard.h"
 
 #include <QFile>

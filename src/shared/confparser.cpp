@@ -1,7 +1,7 @@
 #include "shared/confparser.h"
 
 #include "shared/environment.h"
-#include "shared/expandreferences.h"
+#include "shared/text/expandreferences.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "shared/richimage.h"
 
-#include "shared/uiabstraction/loadimage.h"
-#include "shared/uncompress.h"
+#include "shared/pictures/uncompress.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 
 #include <QBuffer>
 #include <QPoint>

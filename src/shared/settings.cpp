@@ -1,10 +1,10 @@
 #include "shared/settings.h"
 
 #include "shared/environment.h"
-#include "shared/expandreferences.h"
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
+#include "shared/files/writefile.h"
+#include "shared/text/expandreferences.h"
 #include "shared/text/quotedtext.h"
-#include "shared/writefile.h"
 
 #include <QDir>
 #include <QFile>

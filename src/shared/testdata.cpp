@@ -1,6 +1,6 @@
 #include "shared/testdata.h"
 
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 
 #include <QDir>
 #include <QMap>

@@ -1,8 +1,8 @@
 #include "test/htmlreportgenerator.h"
 
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
 #include "shared/realpath.h"
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 #include "test/report/openreport.h"
 #include "test/reportgeneratorshared.h"
 #include "test/webreport/picturedifference.h"

@@ -1,7 +1,7 @@
 #include "test/openreportfile.h"
 
 #include "shared/realpath.h"
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 #include "test/output/reporttarget.h"
 
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "test/rawreportgenerator.h"
 
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 #include "test/child/rawentrystream.h"
 #include "test/child/rawvideostream.h"
 

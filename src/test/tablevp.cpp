@@ -3,7 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 #include "shared/xmltablerange.h"
 #include "test/testvp.h"
 #include "test/verification/vpcall.h"

@@ -1,7 +1,7 @@
 #include "test/testcaseprocess.h"
 
 #include "shared/environment.h"
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 #include "test/cancellation.h"
 #include "test/child/childrunner.h"
 

@@ -1,7 +1,7 @@
 #include "test/testreportgenerator.h"
 
-#include "shared/clock.h"
 #include "shared/environment.h"
+#include "shared/system/clock.h"
 #include "test/report/countertable.h"
 #include "test/report/resultlabels.h"
 #include "test/report/sectionkind.h"

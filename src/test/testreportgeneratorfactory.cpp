@@ -1,6 +1,6 @@
 #include "test/testreportgeneratorfactory.h"
 
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 #include "test/htmlreportgenerator.h"
 #include "test/jsonreportgenerator.h"
 #include "test/junitreportgenerator.h"

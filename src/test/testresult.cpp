@@ -1,6 +1,6 @@
 #include "test/testresult.h"
 
-#include "shared/clock.h"
+#include "shared/system/clock.h"
 #include "test/report/resultentries.h"
 #include "test/report/resultlabels.h"
 #include "test/report/sectionkind.h"
@@ -205,7 +205,7 @@ void TestResult::start(const QString &name, const QString &summary, const QStrin
 
 void TestResult::completed()
 {
-    addResult(END, endMessage(d->name), endDetails(d->name), LineInfo(), QString(), -1);
+    addResult(END, endMessage(d->name), endDetails(d->name));
 }
 
 void TestResult::startTestCase(const QString &name, const QDir &dir, const QString &summary,
@@ -284,7 +284,7 @@ bool TestResult::addComparison(const QString &message, const QString &expected,
                                const QString &actual, const LineInfo &line, const QString &info)
 {
     const Comparison comparison = compare(expected, actual);
-    addResult(comparison.equal ? PASS : FAIL, message, comparison.details, line, info, -1);
+    addResult(comparison.equal ? PASS : FAIL, message, comparison.details, line, info);
     return comparison.equal;
 }
 
@@ -292,7 +292,7 @@ bool TestResult::addComparison(const QString &message, int expected, int actual,
                                const LineInfo &line, const QString &info)
 {
     const Comparison comparison = compare(expected, actual);
-    addResult(comparison.equal ? PASS : FAIL, message, comparison.details, line, info, -1);
+    addResult(comparison.equal ? PASS : FAIL, message, comparison.details, line, info);
     return comparison.equal;
 }
 
@@ -383,7 +383,7 @@ void TestResult::processEntry(const Entry &entry)
 void TestResult::startSection(const QString &title, const QString &description,
                               const LineInfo &line)
 {
-    addResult(START_SECTION, title, description, line, SectionKind::userSection, -1);
+    addResult(START_SECTION, title, description, line, SectionKind::userSection);
     d->sections.emplace_back(title, description);
 }
 
@@ -393,7 +393,7 @@ QString TestResult::endSection(const LineInfo &line)
         return QStringLiteral("there are no started result sections");
     const auto [title, description] = d->sections.back();
     d->sections.pop_back();
-    addResult(END_SECTION, title, description, line, SectionKind::userSection, -1);
+    addResult(END_SECTION, title, description, line, SectionKind::userSection);
     return {};
 }
 

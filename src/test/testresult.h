@@ -166,12 +166,14 @@ public:
     void completedTestCase(const QString &name);
 
     void addResult(const QDateTime &time, ResultType type, const QString &message,
-                   const QString &details, const std::vector<LineInfo> &stack, const QString &info,
-                   int retry);
+                   const QString &details, const std::vector<LineInfo> &stack,
+                   const QString &info = QString(), int retry = -1);
     void addResult(const QDateTime &time, ResultType type, const QString &message,
-                   const QString &details, const LineInfo &line, const QString &info, int retry);
-    void addResult(ResultType type, const QString &message, const QString &details,
-                   const LineInfo &line, const QString &info, int retry);
+                   const QString &details, const LineInfo &line, const QString &info = QString(),
+                   int retry = -1);
+    void addResult(ResultType type, const QString &message, const QString &details = QString(),
+                   const LineInfo &line = LineInfo(), const QString &info = QString(),
+                   int retry = -1);
     void addError(const QString &message, const QString &details,
                   const std::vector<LineInfo> &stack);
 

@@ -1,7 +1,7 @@
 #include "test/testvp.h"
 
 #include "shared/environment.h"
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/runnerinterface.h"
 #include "test/verification/vpcall.h"

@@ -1,7 +1,7 @@
 #include "test/titanvp.h"
 
 #include "shared/realpath.h"
-#include "shared/uiabstraction/legaltext.h"
+#include "shared/uiabstraction/text/legaltext.h"
 #include "shared/uiabstraction/uielement.h"
 #include "shared/uiabstraction/xmlexport.h"
 #include "test/verification/titanpropertychecks.h"

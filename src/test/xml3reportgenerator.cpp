@@ -1,6 +1,6 @@
 #include "test/xml3reportgenerator.h"
 
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 #include "test/report/iso8601time.h"
 #include "test/report/openreport.h"
 #include "test/report/reportlocations.h"

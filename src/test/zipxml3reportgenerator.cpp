@@ -1,7 +1,7 @@
 #include "test/zipxml3reportgenerator.h"
 
+#include "shared/system/trace.h"
 #include "shared/temporarydir.h"
-#include "shared/trace.h"
 #include "shared/zipfile.h"
 #include "test/openreportfile.h"
 #include "test/output/reporttarget.h"

@@ -1,7 +1,7 @@
 #include "shared/environment.h"
 
-#include "shared/clock.h"
 #include "shared/realpath.h"
+#include "shared/system/clock.h"
 #include "support/test.h"
 
 #include <QThread>

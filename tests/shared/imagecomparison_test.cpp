@@ -1,6 +1,6 @@
 #include "shared/imagecomparison.h"
 
-#include "shared/imageequality.h"
+#include "shared/pictures/imageequality.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

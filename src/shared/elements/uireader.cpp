@@ -1,7 +1,7 @@
 #include "shared/elements/uireader.h"
 
-#include "shared/elementtext.h"
 #include "shared/uiabstraction/uielement.h"
+#include "shared/xml/elementtext.h"
 
 #include <tinyxml.h>
 

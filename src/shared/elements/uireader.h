@@ -1,7 +1,7 @@
 #pragma once
 
 #include "shared/browserelement.h"
-#include "shared/uiabstraction/loadimage.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 
 #include <QString>
 

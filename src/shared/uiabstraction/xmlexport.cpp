@@ -1,7 +1,7 @@
 #include "shared/uiabstraction/xmlexport.h"
 
 #include "shared/uiabstraction/dump/dumplimits.h"
-#include "shared/uiabstraction/legaltext.h"
+#include "shared/uiabstraction/text/legaltext.h"
 #include "shared/uiabstraction/uielement.h"
 
 #include <QBuffer>

@@ -2,9 +2,9 @@
 
 #include "shared/browserelement.h"
 #include "shared/imagecomparison.h"
-#include "shared/imageequality.h"
+#include "shared/pictures/imageequality.h"
 #include "shared/titancmp.h"
-#include "shared/uiabstraction/loadimage.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 
 #include <QRegion>
 

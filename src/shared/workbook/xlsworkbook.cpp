@@ -1,6 +1,6 @@
 #include "shared/workbook/xlsworkbook.h"
 
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 #include "shared/workbook/biffrecord.h"
 #include "shared/workbook/bifftext.h"
 #include "shared/workbook/compoundfile.h"

@@ -1,9 +1,9 @@
 #include "test/names/namesfile.h"
 
+#include "shared/files/regularfile.h"
+#include "shared/files/writefile.h"
 #include "shared/realpath.h"
-#include "shared/regularfile.h"
 #include "shared/settings.h"
-#include "shared/writefile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "test/output/reportstream.h"
 
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
 #include "test/openreportfile.h"
 
 #include <cerrno>

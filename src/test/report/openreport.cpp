@@ -1,7 +1,7 @@
 #include "test/report/openreport.h"
 
 #include "shared/realpath.h"
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 
 #include <QDir>
 

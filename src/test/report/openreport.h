@@ -1,7 +1,7 @@
 #pragma once
 
 #include "morvex_export.h"
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
 #include "test/output/reportfile.h"
 #include "test/output/reportstream.h"
 #include "test/testreportgenerator.h"

@@ -1,6 +1,6 @@
 #include "test/report/resultentries.h"
 
-#include "shared/clock.h"
+#include "shared/system/clock.h"
 #include "test/report/resultlabels.h"
 
 #include <QDir>

@@ -76,8 +76,7 @@ void SuiteRun::run(const QStringList &testCases)
     if (m_options.randomSeed != 0)
         logRandomOrder();
     if (m_suite.isRerun())
-        m_result->addResult(TestResult::LOG, QStringLiteral("Rerun of failed test cases"),
-                            QString(), LineInfo(), QString(), -1);
+        m_result->addResult(TestResult::LOG, QStringLiteral("Rerun of failed test cases"));
     const QStringList chosen = testCases.isEmpty() ? m_suite.discoverTestCases() : testCases;
     // The log of a run with an unreadable file of tags stays open: it must not look like a whole
     // run.
@@ -93,7 +92,7 @@ void SuiteRun::logRandomOrder() const
     const unsigned int seed = m_options.randomSeed;
     m_result->addResult(TestResult::LOG, QStringLiteral("Random order of test cases"),
                         QStringLiteral("Random sequence number %1 used").arg(seed), LineInfo(),
-                        QStringLiteral("Use --random %1 to retest in this order").arg(seed), -1);
+                        QStringLiteral("Use --random %1 to retest in this order").arg(seed));
 }
 
 bool SuiteRun::runTestCases(const QStringList &testCases, FilterInterface *filter)
@@ -120,8 +119,7 @@ void SuiteRun::logLeftOut(const QStringList &testCases) const
     const QString text = names.size() == 1
                              ? QStringLiteral("1 test case did not run")
                              : QStringLiteral("%1 test cases did not run").arg(names.size());
-    m_result->addResult(TestResult::LOG, text, names.join(QLatin1Char('\n')), LineInfo(), QString(),
-                        -1);
+    m_result->addResult(TestResult::LOG, text, names.join(QLatin1Char('\n')));
 }
 
 SuiteRun::Decision SuiteRun::decide(const QString &testCase, FilterInterface *filter) const
@@ -161,7 +159,7 @@ void SuiteRun::warnOfReservedTags(const QString &testCase,
     m_result->addResult(TestResult::WARNING, QStringLiteral("%1: Invalid tag value").arg(testCase),
                         QStringLiteral("\"%1\" should not be used as tag, reserved tag by Morvex")
                             .arg(found.join(QLatin1Char(','))),
-                        LineInfo(path, 0), QStringLiteral("Use of reserved tag"), -1);
+                        LineInfo(path, 0), QStringLiteral("Use of reserved tag"));
 }
 
 // False when nothing may follow. A request to cancel that cut nothing off, since the child had
@@ -225,9 +223,8 @@ void SuiteRun::logSkipped(const QString &testCase) const
         TestResult::SKIP_SECTION, testCase,
         QStringLiteral("Skipping Test Case requested through commandline option while executing "
                        "the Test Suite."),
-        LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1), SectionKind::testCase, -1);
-    m_result->addResult(TestResult::END_TEST_CASE, endMessage(testCase), endDetails(testCase),
-                        LineInfo(), QString(), -1);
+        LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1), SectionKind::testCase);
+    m_result->addResult(TestResult::END_TEST_CASE, endMessage(testCase), endDetails(testCase));
 }
 
 void SuiteRun::logCrash(int signal, const LineInfo &lastPlace) const
@@ -236,7 +233,7 @@ void SuiteRun::logCrash(int signal, const LineInfo &lastPlace) const
         lastPlace.lineNumber() > 0
             ? QStringLiteral("Last known place of the script: %1").arg(lastPlace.toString())
             : QStringLiteral("No place of the script is known.");
-    m_result->addResult(TestResult::LOG, crashMessage(signal), place, lastPlace, QString(), -1);
+    m_result->addResult(TestResult::LOG, crashMessage(signal), place, lastPlace);
 }
 
 // A child that never reported its test case is a failure whatever its exit status says: nothing was
@@ -246,8 +243,8 @@ void SuiteRun::closeTestCase(const QString &testCase, int code, bool wasStarted)
     if (code != 0 || !wasStarted)
         m_result->addResult(TestResult::FATAL, QStringLiteral("Execution error"),
                             executionErrorDetails(code, testCase),
-                            LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1), QString(), -1);
-    m_result->addResult(TestResult::END_TEST_CASE, QString(), QString(), LineInfo(), QString(), -1);
+                            LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1));
+    m_result->addResult(TestResult::END_TEST_CASE, QString());
 }
 
 } // namespace Morvex

@@ -1,7 +1,7 @@
 #include "test/testvp.h"
 
 #include "objectmodel/inspector.h"
-#include "objectmodel/propertypath.h"
+#include "objectmodel/value/propertypath.h"
 #include "shared/testdata.h"
 #include "test/verification/vpcall.h"
 #include "test/verification/vpdocument.h"

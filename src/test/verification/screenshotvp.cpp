@@ -1,9 +1,9 @@
 #include "test/testvp.h"
 
 #include "shared/imagecomparison.h"
-#include "shared/imageequality.h"
 #include "shared/imagemask.h"
-#include "shared/uiabstraction/loadimage.h"
+#include "shared/pictures/imageequality.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 #include "test/verification/comparisonapplication.h"
 #include "test/verification/maskelement.h"
 #include "test/verification/vpcall.h"

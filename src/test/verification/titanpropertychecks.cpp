@@ -2,7 +2,7 @@
 
 #include "objectmodel/inspector.h"
 #include "objectmodel/namespace.h"
-#include "shared/uiabstraction/legaltext.h"
+#include "shared/uiabstraction/text/legaltext.h"
 #include "shared/uiabstraction/uielement.h"
 #include "test/verification/titanselectiondefaults.h"
 

@@ -1,5 +1,5 @@
+#include "shared/files/writefile.h"
 #include "shared/requestdumpobject.h"
-#include "shared/writefile.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/testvp.h"
 #include "test/verification/visualbody.h"

@@ -3,10 +3,10 @@
 #include "objectmodel/class.h"
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
+#include "shared/files/writefile.h"
 #include "shared/realpath.h"
 #include "shared/richimage.h"
-#include "shared/uiabstraction/loadimage.h"
-#include "shared/writefile.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 #include "test/runnerinterface.h"
 #include "test/verification/displaypicture.h"
 

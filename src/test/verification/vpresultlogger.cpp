@@ -1,6 +1,6 @@
 #include "test/verification/vpresultlogger.h"
 
-#include "shared/clock.h"
+#include "shared/system/clock.h"
 #include "test/verification/vpimages.h"
 
 #include <QImage>

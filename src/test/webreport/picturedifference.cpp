@@ -1,6 +1,6 @@
 #include "test/webreport/picturedifference.h"
 
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 #include "test/webreport/webreportruns.h"
 
 #include <QImage>

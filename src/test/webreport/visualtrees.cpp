@@ -1,6 +1,6 @@
 #include "test/webreport/visualtrees.h"
 
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 #include "test/verification/vpdocument.h"
 #include "test/webreport/visualdifferences.h"
 

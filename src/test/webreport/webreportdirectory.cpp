@@ -1,7 +1,7 @@
 #include "test/webreport/webreportdirectory.h"
 
 #include "shared/environment.h"
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
 #include "shared/temporarydir.h"
 #include "test/webreport/webreportdata.h"
 

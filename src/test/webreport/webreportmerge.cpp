@@ -1,7 +1,7 @@
 #include "test/webreport/webreportmerge.h"
 
+#include "shared/files/regularfile.h"
 #include "shared/realpath.h"
-#include "shared/regularfile.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportdirectory.h"
 #include "test/webreport/webreportrepair.h"

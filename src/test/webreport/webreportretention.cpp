@@ -1,9 +1,9 @@
 #include "test/webreport/webreportretention.h"
 
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
+#include "shared/files/regularfile.h"
+#include "shared/files/writefile.h"
 #include "shared/realpath.h"
-#include "shared/regularfile.h"
-#include "shared/writefile.h"
 #include "test/reportgeneratorshared.h"
 #include "test/webreport/webreportdata.h"
 #include "test/webreport/webreportrepair.h"

@@ -1,6 +1,6 @@
 #include "shared/uiabstraction/dump/pngreader.h"
 
-#include "shared/uiabstraction/loadimage.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 
 #include <QDataStream>
 #include <QIODevice>

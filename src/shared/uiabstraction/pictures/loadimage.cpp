@@ -1,4 +1,4 @@
-#include "shared/uiabstraction/loadimage.h"
+#include "shared/uiabstraction/pictures/loadimage.h"
 
 #include <QBuffer>
 #include <QImageReader>

@@ -1,4 +1,4 @@
-#include "objectmodel/propertypath.h"
+#include "objectmodel/value/propertypath.h"
 
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"

@@ -1,4 +1,4 @@
-#include "shared/filelock.h"
+#include "shared/files/filelock.h"
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "shared/uiabstraction/legaltext.h"
+#include "shared/uiabstraction/text/legaltext.h"
 
 #include "shared/uiabstraction/text/xmlcharacters.h"
 

@@ -1,4 +1,4 @@
-#include "shared/expandreferences.h"
+#include "shared/text/expandreferences.h"
 
 #include <algorithm>
 

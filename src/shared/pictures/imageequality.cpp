@@ -1,4 +1,4 @@
-#include "shared/imageequality.h"
+#include "shared/pictures/imageequality.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "shared/elementtext.h"
+#include "shared/xml/elementtext.h"
 
 #include <tinyxml.h>
 

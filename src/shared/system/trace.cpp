@@ -1,4 +1,4 @@
-#include "shared/trace.h"
+#include "shared/system/trace.h"
 
 namespace Morvex {
 

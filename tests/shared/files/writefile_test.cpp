@@ -1,4 +1,4 @@
-#include "shared/writefile.h"
+#include "shared/files/writefile.h"
 
 #include "support/filesizelimit.h"
 #include "support/test.h"

@@ -1,4 +1,4 @@
-#include "shared/uncompress.h"
+#include "shared/pictures/uncompress.h"
 
 #include <QtEndian>
 

@@ -1,4 +1,4 @@
-#include "shared/clock.h"
+#include "shared/system/clock.h"
 
 namespace Morvex {
 

@@ -1,4 +1,4 @@
-#include "shared/regularfile.h"
+#include "shared/files/regularfile.h"
 
 #include <QFile>
 #include <QFileInfo>
