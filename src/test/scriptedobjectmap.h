@@ -196,8 +196,6 @@ protected:
     bool refuseToSave(const QString &reason) const;
 
 private:
-    class ResolutionScope;
-
     QString referenceCode(const ObjectName::PropertyValue &value, bool symbolicRefs,
                           bool inlineRefs);
     void createFromObjectMap(const ObjectMap &map, const QString &name);
