@@ -263,6 +263,13 @@ QByteArray ScriptedObjectMap::currentScriptCode() const
     return namesFileContent(d->scriptPath, d->templatePath);
 }
 
+bool ScriptedObjectMap::hasCodeInsertionPos() const
+{
+    QList<QString> lines = linesOf(currentScriptCode());
+    QList<QString>::iterator position;
+    return findCodeInsertionPos(lines.begin(), lines.end(), &position);
+}
+
 QString ScriptedObjectMap::getScriptCode() const
 {
     QList<QString> lines = linesOf(currentScriptCode());
