@@ -1,6 +1,6 @@
 #include "agent/pendingaction.h"
 
-#include "agent/agentreceiver.h"
+#include "agent/agentcalls.h"
 
 #include <QPointer>
 #include <QTimerEvent>
@@ -12,9 +12,11 @@ const int waitStepMs = 10;
 
 } // namespace
 
-PendingAction::PendingAction(AgentReceiver *receiver, const Message &request)
-    : QObject(receiver)
-    , m_receiver(receiver)
+PendingAction::PendingAction(AgentCalls &calls, const Message &request, const Sender &sender,
+                             QObject *parent)
+    : QObject(parent)
+    , m_calls(calls)
+    , m_send(sender)
     , m_request(request)
 {
     m_elapsed.start();
@@ -39,7 +41,7 @@ void PendingAction::perform()
     const QPointer<PendingAction> alive = this;
     m_state = Running;
     startTimer(0);
-    const Message answer = m_receiver->calls().answer(m_request, &m_input);
+    const Message answer = m_calls.answer(m_request, &m_input);
     // The application may have ended meanwhile.
     if (!alive)
         return;
@@ -75,14 +77,14 @@ void PendingAction::report()
 {
     m_isReported = true;
     if (m_state == Done) {
-        m_receiver->send(m_answer);
+        m_send(m_answer);
         deleteLater();
         return;
     }
     Message unfinished = m_request;
     unfinished.type = Message::Unfinished;
     unfinished.values.clear();
-    m_receiver->send(unfinished);
+    m_send(unfinished);
 }
 
 } // namespace Morvex

@@ -6,9 +6,11 @@
 #include <QElapsedTimer>
 #include <QObject>
 
+#include <functional>
+
 namespace Morvex {
 
-class AgentReceiver;
+class AgentCalls;
 
 /// A request that makes the application do something. It is answered when the event loop turns
 /// after that: an application that runs a loop of its own there, for a dialog, say, is as ready for
@@ -18,8 +20,11 @@ class PendingAction : public QObject
     Q_OBJECT
 
 public:
-    /// @p receiver owns it.
-    PendingAction(AgentReceiver *receiver, const Message &request);
+    /// Takes the answer.
+    using Sender = std::function<void(const Message &)>;
+
+    /// @p parent owns it.
+    PendingAction(AgentCalls &calls, const Message &request, const Sender &sender, QObject *parent);
 
     /// Does what is asked for, a picture when its delay is over.
     void begin();
@@ -33,7 +38,8 @@ private:
     void report();
     void finishInput();
 
-    AgentReceiver *m_receiver;
+    AgentCalls &m_calls;
+    const Sender m_send;
     Message m_request;
     Message m_answer;
     InputSequence m_input;

@@ -1,6 +1,6 @@
 #include "agent/pendingsearch.h"
 
-#include "agent/agentreceiver.h"
+#include "agent/agentcalls.h"
 
 #include <QTimerEvent>
 
@@ -11,9 +11,11 @@ const int waitStepMs = 10;
 
 } // namespace
 
-PendingSearch::PendingSearch(AgentReceiver *receiver, const Message &request)
-    : QObject(receiver)
-    , m_receiver(receiver)
+PendingSearch::PendingSearch(AgentCalls &calls, const Message &request, const Sender &sender,
+                             QObject *parent)
+    : QObject(parent)
+    , m_calls(calls)
+    , m_send(sender)
     , m_request(request)
 {
     m_elapsed.start();
@@ -24,14 +26,13 @@ void PendingSearch::look()
     const QString name = m_request.values.value(0).toString();
     const bool isLast = m_elapsed.elapsed() >= m_request.values.value(1).toInt();
     QString error;
-    AgentCalls &calls = m_receiver->calls();
     // To find out what is wrong takes long.
-    const SharedPtr<Object> object = calls.inspector().lookUp(name, isLast ? &error : nullptr);
+    const SharedPtr<Object> object = m_calls.inspector().lookUp(name, isLast ? &error : nullptr);
     if (!object && !isLast) {
         startTimer(waitStepMs);
         return;
     }
-    m_receiver->send(calls.found(m_request, object, error));
+    m_send(m_calls.found(m_request, object, error));
     deleteLater();
 }
 

@@ -5,9 +5,11 @@
 #include <QElapsedTimer>
 #include <QObject>
 
+#include <functional>
+
 namespace Morvex {
 
-class AgentReceiver;
+class AgentCalls;
 
 /// A request for an object of a name, looked for again and again until it is there or its time is
 /// over. Deletes itself after the answer.
@@ -16,8 +18,11 @@ class PendingSearch : public QObject
     Q_OBJECT
 
 public:
-    /// @p receiver owns it.
-    PendingSearch(AgentReceiver *receiver, const Message &request);
+    /// Takes the answer.
+    using Sender = std::function<void(const Message &)>;
+
+    /// @p parent owns it.
+    PendingSearch(AgentCalls &calls, const Message &request, const Sender &sender, QObject *parent);
 
     void look();
 
@@ -25,7 +30,8 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    AgentReceiver *m_receiver;
+    AgentCalls &m_calls;
+    const Sender m_send;
     const Message m_request;
     QElapsedTimer m_elapsed;
 };
