@@ -6,25 +6,10 @@
 #include <QTimerEvent>
 
 namespace Morvex {
-namespace {
-
-const int waitStepMs = 10;
-
-} // namespace
-
-PendingAction::PendingAction(AgentCalls &calls, const Message &request, const Sender &sender,
-                             QObject *parent)
-    : QObject(parent)
-    , m_calls(calls)
-    , m_send(sender)
-    , m_request(request)
-{
-    m_elapsed.start();
-}
 
 void PendingAction::begin()
 {
-    if (m_request.operation == Message::CallFunction && hasToWait())
+    if (request().operation == Message::CallFunction && hasToWait())
         startTimer(waitStepMs);
     else
         perform();
@@ -32,8 +17,8 @@ void PendingAction::begin()
 
 bool PendingAction::hasToWait() const
 {
-    return m_request.values.value(0).toString() == QLatin1String("grabObjectScreenshot") &&
-           m_elapsed.elapsed() < m_request.values.value(1).toList().value(2).toInt();
+    return request().values.value(0).toString() == QLatin1String("grabObjectScreenshot") &&
+           elapsedMs() < request().values.value(1).toList().value(2).toInt();
 }
 
 void PendingAction::perform()
@@ -41,7 +26,7 @@ void PendingAction::perform()
     const QPointer<PendingAction> alive = this;
     m_state = Running;
     startTimer(0);
-    const Message answer = m_calls.answer(m_request, &m_input);
+    const Message answer = calls().answer(request(), &m_input);
     // The application may have ended meanwhile.
     if (!alive)
         return;
@@ -69,7 +54,7 @@ void PendingAction::timerEvent(QTimerEvent *event)
 void PendingAction::finishInput()
 {
     if (!m_input.error().isEmpty())
-        m_answer = AgentCalls::failure(m_request, m_input.error());
+        m_answer = AgentCalls::failure(request(), m_input.error());
     report();
 }
 
@@ -77,14 +62,14 @@ void PendingAction::report()
 {
     m_isReported = true;
     if (m_state == Done) {
-        m_send(m_answer);
+        send(m_answer);
         deleteLater();
         return;
     }
-    Message unfinished = m_request;
+    Message unfinished = request();
     unfinished.type = Message::Unfinished;
     unfinished.values.clear();
-    m_send(unfinished);
+    send(unfinished);
 }
 
 } // namespace Morvex
