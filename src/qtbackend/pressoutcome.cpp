@@ -78,8 +78,8 @@ void PressOutcome::settleCheck(ActionReport &report) const
 void PressOutcome::settleMove(ActionReport &report) const
 {
     QVariantMap more = m_more;
-    more[QStringLiteral("to")] = QVariantMap{{QStringLiteral("object"), m_name},
-                                             {QStringLiteral("item"), m_move.movedTo()}};
+    more[QStringLiteral("to")] =
+        QVariantMap{{QStringLiteral("object"), m_name}, {QStringLiteral("item"), m_move.movedTo()}};
     report.replace(m_number, QStringLiteral("drag"), m_name, more);
 }
 

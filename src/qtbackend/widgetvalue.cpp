@@ -19,7 +19,8 @@ bool isSlider(const QObject *object)
            !qobject_cast<const QScrollBar *>(object);
 }
 
-// Empty for a spin box of a kind of its own, of which only the text is known, and for other widgets.
+// Empty for a spin box of a kind of its own, of which only the text is known, and for other
+// widgets.
 const char *propertyOf(const QWidget *widget)
 {
     if (qobject_cast<const QDateEdit *>(widget))

@@ -37,9 +37,7 @@ TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
     auto *count = add<QSpinBox>("count", {100, 0, 100, 30});
     auto *name = add<QLineEdit>("name", {100, 40, 100, 30});
     QStringList heard;
-    const auto note = [&heard](const char *what) {
-        return [&heard, what] { heard += what; };
-    };
+    const auto note = [&heard](const char *what) { return [&heard, what] { heard += what; }; };
     QObject::connect(level, &QSlider::sliderPressed, note("pressed"));
     QObject::connect(level, &QSlider::sliderMoved, note("moved"));
     QObject::connect(level, &QSlider::actionTriggered, note("action"));
@@ -51,16 +49,18 @@ TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
     look.orientation = Qt::Vertical;
     look.maximum = 99;
     look.upsideDown = true;
-    const QPoint handle = level->style()
-                              ->subControlRect(QStyle::CC_Slider, &look, QStyle::SC_SliderHandle, level)
-                              .center();
+    const QPoint handle =
+        level->style()
+            ->subControlRect(QStyle::CC_Slider, &look, QStyle::SC_SliderHandle, level)
+            .center();
     drag(at(level, handle.x(), handle.y()), at(level, handle.x(), 100));
     click(at(count, 95, 5));
     click(in(name));
     const QStringList recorded = perform();
     const int value = level->value();
     EXPECT_GT(value, 10);
-    EXPECT_EQ(recorded, (QStringList{QString("set level value %1").arg(value), "set count value 1"}));
+    EXPECT_EQ(recorded,
+              (QStringList{QString("set level value %1").arg(value), "set count value 1"}));
     heard.removeDuplicates();
     EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
     heard.clear();
@@ -93,10 +93,9 @@ TEST_F(RecordedMouseTest, ADateIsSetWhateverPartOfItWasChanged)
     });
     const QStringList recorded = perform();
     EXPECT_NE(day->date(), QDate(2026, 11, 22));
-    EXPECT_EQ(recorded,
-              (QStringList{"set moment dateTime 2026-11-22T10:31:00",
-                           "set moment dateTime 2026-11-22T10:32:00",
-                           "set day date " + day->date().toString(Qt::ISODate)}));
+    EXPECT_EQ(recorded, (QStringList{"set moment dateTime 2026-11-22T10:31:00",
+                                     "set moment dateTime 2026-11-22T10:32:00",
+                                     "set day date " + day->date().toString(Qt::ISODate)}));
 }
 
 TEST_F(RecordedMouseTest, WhatTheUserCouldNotDoIsNotRecorded)
@@ -155,7 +154,8 @@ TEST_F(RecordedMouseTest, TabsAndSectionsAreMovedAgain)
     QTabBar *bar = tabs->tabBar();
     const auto tab = [bar](int index, int beside) {
         return [=] {
-            return qMakePair(static_cast<QWidget *>(bar), bar->tabRect(index).center() + QPoint(beside, 0));
+            return qMakePair(static_cast<QWidget *>(bar),
+                             bar->tabRect(index).center() + QPoint(beside, 0));
         };
     };
     const auto section = [header](int visual, int beside) {

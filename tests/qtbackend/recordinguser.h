@@ -23,9 +23,8 @@ protected:
     {
         window.show();
         QApplication::setActiveWindow(&window);
-        recorder.record([this](const QVariantMap &action) {
-            m_actions[action["number"].toInt()] = action;
-        });
+        recorder.record(
+            [this](const QVariantMap &action) { m_actions[action["number"].toInt()] = action; });
     }
 
     using Place = std::function<QPair<QWidget *, QPoint>()>;
@@ -69,12 +68,14 @@ protected:
         m_time += 1000;
         press(from);
         for (int i = 0; i < 10; ++i)
-            move([from, to, i] {
-                const auto [start, first] = from();
-                const auto [end, last] = to();
-                const QPoint there = start->mapFromGlobal(end->mapToGlobal(last));
-                return qMakePair(start, first + (there - first) * (i + 1) / 10);
-            }, Qt::LeftButton);
+            move(
+                [from, to, i] {
+                    const auto [start, first] = from();
+                    const auto [end, last] = to();
+                    const QPoint there = start->mapFromGlobal(end->mapToGlobal(last));
+                    return qMakePair(start, first + (there - first) * (i + 1) / 10);
+                },
+                Qt::LeftButton);
         release(to);
     }
     /// At once.
@@ -143,7 +144,8 @@ private:
     static QString textOf(const QVariant &value)
     {
         QStringList texts;
-        if (value.userType() != QMetaType::QVariantList && value.userType() != QMetaType::QVariantMap)
+        if (value.userType() != QMetaType::QVariantList &&
+            value.userType() != QMetaType::QVariantMap)
             return value.toString();
         for (const QVariant &part : value.toList())
             texts += textOf(part);
