@@ -1,6 +1,7 @@
 #include "qtbackend/keyactions.h"
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/itemselectors.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"

@@ -8,6 +8,7 @@
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
+#include "qtbackend/widgetvalue.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -170,7 +171,7 @@ void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaProperty &prope
         QObject *object = unwrap(self);
         if (!object)
             return QStringLiteral("the object no longer exists");
-        return propertyOf(object, name).write(object, value)
+        return setLikeUser(object, name, value)
                    ? QString()
                    : QStringLiteral("property '%1' doesn't take this value")
                          .arg(QString::fromLatin1(name));
