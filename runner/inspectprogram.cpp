@@ -58,7 +58,7 @@ public:
 
     // Each returns an error text, empty on success.
 
-    QString printTree()
+    [[nodiscard]] QString printTree()
     {
         for (const QVariant &entry : settledTree()) {
             const QVariantList values = entry.toList();
