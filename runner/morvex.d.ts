@@ -82,8 +82,10 @@ interface FoundObject {
     /** Toward the user; less than 0 for the other way. */
     wheel(steps: number, options?: WheelOptions): void;
     drag(to: FoundObject | Item | Place, options?: DragOptions): void;
-    /** `<Return>`, `<Ctrl+A>` and the like are keys, `<<` is `<`. */
+    /** `<Return>`, `<Ctrl+A>` and the like are keys, `<Right*12>` is a key 12 times, `<<` is `<`. */
     type(keys: string): void;
+    /** Replaces what the field holds with the value of an environment variable. */
+    typePassword(variable: string): void;
     /** Writes a picture of it, a PNG. */
     screenshot(file: string): void;
     waitFor(property: string, value: any, timeout?: number): void;

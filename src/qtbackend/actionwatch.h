@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/focusmove.h"
 #include "qtbackend/keyactions.h"
 #include "qtbackend/mouseactions.h"
 #include "qtbackend/pointmenu.h"
@@ -29,6 +30,7 @@ private:
     void settle();
 
     ActionReport m_report;
+    FocusMove m_focus;
     MouseActions m_mouse;
     KeyActions m_keys;
     PointMenu m_points;
