@@ -3,6 +3,7 @@
 #include "qtbackend/secretinputs.h"
 
 #include <QApplication>
+#include <QDateTimeEdit>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -28,6 +29,7 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
     , m_focus(m_report)
     , m_mouse(m_report)
+    , m_wheel(m_report)
     , m_keys(m_report, m_focus)
     , m_points(m_report)
 {
@@ -51,6 +53,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     // Where it goes on to another widget it is no longer spontaneous.
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
     case QEvent::DragMove:
     case QEvent::Drop:
     case QEvent::Shortcut:
@@ -104,7 +107,11 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
         settle();
-        m_keys.press(*static_cast<QKeyEvent *>(event));
+        pressKey(*static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::Wheel:
+        settle();
+        m_wheel.begin();
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
@@ -140,9 +147,21 @@ void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
     case QEvent::MouseButtonRelease:
         m_mouse.release(widget, *static_cast<QMouseEvent *>(event));
         break;
+    case QEvent::Wheel:
+        m_wheel.turn(widget);
+        break;
     default:
         break;
     }
+}
+
+// In the calendar of a date they choose one.
+void ActionWatch::pressKey(const QKeyEvent &event)
+{
+    if (QDateTimeEdit *edit = dateOfCalendar(QApplication::activePopupWidget()))
+        m_mouse.expectChange(edit);
+    else
+        m_keys.press(event);
 }
 
 // The keys are none of the application. Those in the open menu are.
@@ -166,6 +185,7 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
 void ActionWatch::settle()
 {
     m_mouse.settle();
+    m_wheel.settle();
     m_keys.settle();
     m_focus.settle();
 }

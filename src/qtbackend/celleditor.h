@@ -14,8 +14,8 @@ QAbstractItemView *editedView(const QWidget *editor);
 /// The item that an editor of the view is for.
 QModelIndex editedIndex(const QAbstractItemView *view, const QWidget *editor);
 
-/// What the editor of an item holds, as editing an item takes it: dates in the notation of ISO 8601,
-/// else what is shown without prefix and suffix.
+/// What the editor of an item holds, as editing an item takes it: dates in the notation of ISO
+/// 8601, else what is shown without prefix and suffix.
 QString editorText(const QWidget *editor);
 
 /// Whether Return ends a line in it.

@@ -86,10 +86,10 @@ void FocusMove::reportPress()
     if (!isTextField(field) || m_report.lastNumber() != m_press.numberBefore)
         return;
     const TextCursorState state = TextCursorState::of(field);
-    m_last.number = state.isInEmptyText() || isSecretInput(field)
-                        ? m_report.add(QStringLiteral("click"), field)
-                        : m_report.add(QStringLiteral("type"), field,
-                                       {{QStringLiteral("text"), state.keys()}});
+    m_last.number =
+        state.isInEmptyText() || isSecretInput(field)
+            ? m_report.add(QStringLiteral("click"), field)
+            : m_report.add(QStringLiteral("type"), field, {{QStringLiteral("text"), state.keys()}});
     m_last.from = m_press.from;
     m_last.origin = m_press.from;
 }

@@ -3,6 +3,7 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/celleditor.h"
 #include "qtbackend/focusmove.h"
+#include "qtbackend/itemselectors.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"

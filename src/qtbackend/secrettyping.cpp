@@ -27,8 +27,8 @@ bool SecretTyping::mayShow(QWidget *field, const QKeyEvent &event)
         return true;
     begin(field, kind != SecretKey::Deleting);
     m_heldBack = kind == SecretKey::Text ? QString() : typedKeyOf(event);
-    const bool isEdit = kind == SecretKey::Text || kind == SecretKey::Inserting ||
-                        kind == SecretKey::Deleting;
+    const bool isEdit =
+        kind == SecretKey::Text || kind == SecretKey::Inserting || kind == SecretKey::Deleting;
     if (isEdit && m_number == 0)
         report(false);
     return false;
@@ -44,8 +44,7 @@ void SecretTyping::addText(QWidget *field)
 // Goes on with the action before when that was the last one.
 void SecretTyping::begin(QWidget *field, bool isInsertion)
 {
-    const bool isContinued =
-        field == m_field && m_number > 0 && m_number == m_report.lastNumber();
+    const bool isContinued = field == m_field && m_number > 0 && m_number == m_report.lastNumber();
     m_field = field;
     m_before = contentOf(field);
     if (!isContinued) {

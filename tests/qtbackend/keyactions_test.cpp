@@ -63,11 +63,16 @@ TEST_F(KeyActionsTest, AFieldIsLeftWhereNothingElseLeavesIt)
         {"ab Tab", "button", "", "first.type(\"ab<Tab>\");\nbutton.click();"},
         {"ab Tab x", nullptr, "", "first.type(\"ab\");\nsecond.type(\"<Ctrl+A>x\");"},
         {"ab Tab", "second", "x", "first.type(\"ab<Tab>\");\nsecond.type(\"<End>x\");"},
-        {"ab Tab Tab 12", "button", "", "first.type(\"ab\");\ncount.type(\"<Ctrl+A>12\");\nbutton.click();"},
-        {"ab Tab Tab", "button", "", "first.type(\"ab\");\nsecond.type(\"<Tab>\");\nbutton.click();"},
-        {"ab Tab Shift+Tab End c", nullptr, "", "first.type(\"ab\");\nsecond.type(\"<Shift+Tab>\");\nfirst.type(\"<End>c\");"},
-        {"Tab x Tab 12", "first", "", "second.type(\"<Ctrl+A>x\");\ncount.type(\"<Ctrl+A>12\");\nfirst.click();"},
-        {"Tab x Tab 12", "first", "y", "second.type(\"<Ctrl+A>x\");\ncount.type(\"<Ctrl+A>12\");\nfirst.type(\"y\");"},
+        {"ab Tab Tab 12", "button", "",
+         "first.type(\"ab\");\ncount.type(\"<Ctrl+A>12\");\nbutton.click();"},
+        {"ab Tab Tab", "button", "",
+         "first.type(\"ab\");\nsecond.type(\"<Tab>\");\nbutton.click();"},
+        {"ab Tab Shift+Tab End c", nullptr, "",
+         "first.type(\"ab\");\nsecond.type(\"<Shift+Tab>\");\nfirst.type(\"<End>c\");"},
+        {"Tab x Tab 12", "first", "",
+         "second.type(\"<Ctrl+A>x\");\ncount.type(\"<Ctrl+A>12\");\nfirst.click();"},
+        {"Tab x Tab 12", "first", "y",
+         "second.type(\"<Ctrl+A>x\");\ncount.type(\"<Ctrl+A>12\");\nfirst.type(\"y\");"},
     };
     for (const auto &row : rows) {
         record([](QWidget *made) { new Form(made); });
@@ -102,8 +107,10 @@ TEST_F(KeyActionsTest, APasswordIsTypedByOneCallAndNoPartOfItIsReported)
         const char *after;
         const char *script;
     } rows[] = {
-        {"", "xyqx Return", "xyqx", "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<Return>\");"},
-        {"old", "Ctrl+A xq Left Backspace Home y Delete", "y", "secret.typePassword(\"PASSWORD\");"},
+        {"", "xyqx Return", "xyqx",
+         "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<Return>\");"},
+        {"old", "Ctrl+A xq Left Backspace Home y Delete", "y",
+         "secret.typePassword(\"PASSWORD\");"},
         {"old", "End xq Ctrl+S y", "oldxqy",
          "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<Ctrl+S>\");\n"
          "secret.typePassword(\"PASSWORD\");"},
@@ -227,9 +234,12 @@ TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
         {0, "F2 End b", true, "ab|2026-11-22|2.5|low|text", "table.item(\"a\").edit(\"ab\");"},
         {1, "F2 Up Return", false, "a|2026-11-23|2.5|low|text",
          "table.item(\"2026-11-22\").edit(\"2026-11-23\");"},
-        {2, "F2 Up Return", false, "a|2026-11-22|3.5|low|text", "table.item(\"2.5\").edit(\"3,50\");"},
-        {3, "F2 Down Return", false, "a|2026-11-22|2.5|high|text", "table.item(\"low\").edit(\"high\");"},
-        {4, "F2 Ctrl+End Return b", true, "a|2026-11-22|2.5|low|text\nb", "table.item(\"text\").edit(\"text\\nb\");"},
+        {2, "F2 Up Return", false, "a|2026-11-22|3.5|low|text",
+         "table.item(\"2.5\").edit(\"3,50\");"},
+        {3, "F2 Down Return", false, "a|2026-11-22|2.5|high|text",
+         "table.item(\"low\").edit(\"high\");"},
+        {4, "F2 Ctrl+End Return b", true, "a|2026-11-22|2.5|low|text\nb",
+         "table.item(\"text\").edit(\"text\\nb\");"},
     };
     for (const auto &row : rows) {
         record(makeTable);

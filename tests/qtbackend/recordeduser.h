@@ -37,7 +37,8 @@ protected:
         for (const QString &word : words.split(' ', Qt::SkipEmptyParts)) {
             const int key = QKeySequence(word)[0];
             if (word.size() > 1 && word[0].isUpper())
-                QTest::keyClick(QApplication::focusWindow(), Qt::Key(key & ~Qt::KeyboardModifierMask),
+                QTest::keyClick(QApplication::focusWindow(),
+                                Qt::Key(key & ~Qt::KeyboardModifierMask),
                                 Qt::KeyboardModifiers(key & Qt::KeyboardModifierMask));
             else
                 for (const QChar character : word)
@@ -112,14 +113,16 @@ private:
             return error;
         const QVariantList id{object->id()};
         if (method == "type" || method == "typePassword")
-            player.callFunction("typeText",
-                                id + (method == "type" ? arguments
-                                                       : QVariantList{"<Ctrl+A>" + password}),
-                                &error);
+            player.callFunction(
+                "typeText",
+                id + (method == "type" ? arguments : QVariantList{"<Ctrl+A>" + password}), &error);
         else if (method == "click")
             player.callFunction("useMouse", id + QVariantList{"click", QVariantMap()}, &error);
         else if (method == "editItem")
-            player.callFunction("useItem", id + QVariantList{"edit", arguments.mid(0, arguments.size() - 1), arguments.last()}, &error);
+            player.callFunction(
+                "useItem",
+                id + QVariantList{"edit", arguments.mid(0, arguments.size() - 1), arguments.last()},
+                &error);
         else
             error = "unknown";
         return error;
