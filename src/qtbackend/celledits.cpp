@@ -2,8 +2,8 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/celleditor.h"
+#include "qtbackend/itemselectors.h"
 #include "qtbackend/recordedkeys.h"
-#include "qtbackend/recordedtarget.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
