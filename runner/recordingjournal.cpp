@@ -72,7 +72,7 @@ QString RecordingJournal::load()
         const QVariantMap line =
             QJsonDocument::fromJson(m_file.readLine(maxLineSize)).object().toVariantMap();
         if (isFirst && line.value(QStringLiteral("recording")).toInt() != version)
-            return QStringLiteral("'%1' is no recording of this version").arg(m_file.fileName());
+            return QStringLiteral("'%1' is not a recording of this version").arg(m_file.fileName());
         if (isFirst)
             m_start = line.value(QStringLiteral("start")).toString();
         else if (!line.isEmpty())

@@ -263,7 +263,7 @@ private:
             return unusable(
                 QStringLiteral("%1; the recording is in '%2'").arg(error, m_journal.path()));
         m_journal.remove();
-        printMessage(QStringLiteral("'%1' is written").arg(m_testCase.scriptPath()));
+        printMessage(QStringLiteral("'%1' was written").arg(m_testCase.scriptPath()));
         return ExitPassed;
     }
 

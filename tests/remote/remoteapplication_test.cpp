@@ -545,7 +545,8 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
         row.talk(ends[1]);
         session.update();
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error,
-                  "the application has sent what is no answer; the connection to it is closed")
+                  "the application has sent something that is not an answer; the connection to it "
+                  "is closed")
             << row.what;
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error, session.failure());
         ::close(ends[1]);
