@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
@@ -133,7 +134,7 @@ void KeyActions::press(const QKeyEvent &event)
     if (!target || (popup && isForList(popup, event)))
         return;
     const auto *button = qobject_cast<QAbstractButton *>(target);
-    if (button && isPush(event) && !event.isAutoRepeat())
+    if (button && isPush(event) && !event.isAutoRepeat() && !opensMenu(button))
         m_lastKey = m_report.add(QStringLiteral("click"), target);
     else if (!button || !isPush(event))
         type(target, event);
