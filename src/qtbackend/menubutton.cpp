@@ -30,8 +30,8 @@ bool hasArrow(const QToolButton *button)
 QRect arrowOf(const QToolButton *button)
 {
     const QStyleOptionToolButton look = ToolButtonAccess::optionOf(button);
-    return button->style()->subControlRect(QStyle::CC_ToolButton, &look,
-                                           QStyle::SC_ToolButtonMenu, button);
+    return button->style()->subControlRect(QStyle::CC_ToolButton, &look, QStyle::SC_ToolButtonMenu,
+                                           button);
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "qtbackend/qtmodel.h"
 
 #include "objectmodel/value/valueobject.h"
-#include "qtbackend/actionwatch.h"
 #include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
@@ -86,12 +85,6 @@ ClickWatch &QtModel::clickWatch()
     if (!m_clickWatch)
         m_clickWatch = std::make_unique<ClickWatch>();
     return *m_clickWatch;
-}
-
-void QtModel::watchActions(const std::function<void(const QVariantMap &)> &sink)
-{
-    if (!m_actionWatch)
-        m_actionWatch = std::make_unique<ActionWatch>(*this, sink);
 }
 
 UsageCounter &QtModel::usageCounter()

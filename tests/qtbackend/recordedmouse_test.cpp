@@ -59,8 +59,8 @@ TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
     const QStringList recorded = perform();
     const int value = level->value();
     EXPECT_GT(value, 10);
-    EXPECT_EQ(recorded,
-              (QStringList{QString("set level value %1").arg(value), "set count value 1"}));
+    EXPECT_EQ(recorded, (QStringList{QString("set level value %1").arg(value), "set count value 1",
+                                     "click name"}));
     heard.removeDuplicates();
     EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
     heard.clear();
@@ -68,7 +68,6 @@ TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
     count->setValue(0);
     name->clearFocus();
     EXPECT_EQ(replay(), QString());
-    name->setFocus();
     heard.removeDuplicates();
     EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
     EXPECT_EQ(level->value(), value);
