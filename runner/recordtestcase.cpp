@@ -50,7 +50,7 @@ public:
     }
 
     /// Until all have ended, or the cancellation. Returns an error text, empty on success.
-    QString run(const Cancellation &cancellation)
+    [[nodiscard]] QString run(const Cancellation &cancellation)
     {
         while (m_error.isEmpty() && !cancellation.isRequested()) {
             const bool isOver = m_applications->running().isEmpty();
