@@ -279,7 +279,8 @@ int recordTestCase(const RunnerOptions &options)
     const QDir suite(cleanedPath(options.suiteDirectory));
     if (options.suiteDirectory.isEmpty() || !suite.exists())
         return unusable(
-            QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory));
+            QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory) +
+            suiteDirectoryHint(options));
     const TestSuite read(suite, options.settingsGroup);
     if (read.hasConfigLoadError())
         return unusable(QStringLiteral("cannot load the suite '%1': %2")
