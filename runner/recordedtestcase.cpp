@@ -5,6 +5,7 @@
 #include "runner/javascriptobjectmap.h"
 #include "runner/recordedactions.h"
 #include "runner/recordingjournal.h"
+#include "shared/files/filelock.h"
 #include "shared/files/writefile.h"
 
 #include <QFileInfo>
@@ -14,6 +15,8 @@ namespace {
 
 const QLatin1String
     passwordNote("// Passwords are not recorded: run this with --envvar PASSWORD=...");
+
+const int namesWaitMs = 10000;
 
 bool isTestCaseName(const QString &name)
 {
@@ -73,6 +76,10 @@ QString RecordedTestCase::whyNot() const
 
 QString RecordedTestCase::write(const RecordingJournal &journal) const
 {
+    // Names that another recorder adds at the same time must not be lost.
+    const FileLock lock(m_suite.path(), namesWaitMs);
+    if (lock.isHeldElsewhere())
+        return QStringLiteral("another process uses '%1'").arg(m_suite.path());
     const QString reason = whyNot();
     if (!reason.isEmpty())
         return reason;
