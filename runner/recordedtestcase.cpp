@@ -7,6 +7,7 @@
 #include "runner/recordingjournal.h"
 #include "shared/files/filelock.h"
 #include "shared/files/writefile.h"
+#include "test/names/namesfile.h"
 
 #include <QFileInfo>
 
@@ -21,17 +22,6 @@ const int namesWaitMs = 10000;
 bool isTestCaseName(const QString &name)
 {
     return name.startsWith(QLatin1String("tst_")) && !name.contains(QLatin1Char('/'));
-}
-
-// Whether names that are added to the file count.
-bool hasPlaceForNames(const JavaScriptObjectMap &names)
-{
-    const QList<QByteArray> lines = names.currentScriptCode().split('\n');
-    return std::any_of(lines.begin(), lines.end(), [](QByteArray line) {
-        if (line.endsWith('\r'))
-            line.chop(1);
-        return line.endsWith("MORVEX_INSERT_OBJECT_NAMES_HERE");
-    });
 }
 
 QString scriptOf(const QString &start, const QStringList &statements, bool hasPassword)
@@ -67,11 +57,11 @@ QString RecordedTestCase::whyNot() const
     const NamesFileError error = names.error();
     if (!error.text.isEmpty())
         return error.toString();
-    return hasPlaceForNames(names)
+    return names.hasCodeInsertionPos()
                ? QString()
-               : QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE, "
-                                "above which recorded names are added: add a comment that does")
-                     .arg(m_suite.filePath(QStringLiteral("names.js")));
+               : QStringLiteral("'%1' has no line that ends in %2, above which recorded names are "
+                                "added: add a comment that does")
+                     .arg(m_suite.filePath(QStringLiteral("names.js")), insertionMarker);
 }
 
 QString RecordedTestCase::write(const RecordingJournal &journal) const
