@@ -19,8 +19,8 @@ namespace {
 
 QVariantMap typed(int number, const QString &text, const QString &object = "{name='field'}")
 {
-    return {{"what", "type"}, {"object", object}, {"number", number}, {"text", text},
-            {"context", 1},   {"time", number}};
+    return {{"what", "type"}, {"object", object}, {"number", number},
+            {"text", text},   {"context", 1},     {"time", number}};
 }
 
 } // namespace
@@ -56,7 +56,8 @@ TEST(RecordingTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
         const char *error;
         int actions;
     } rows[] = {
-        {[&](const QString &path) { writeFile(path, first + "{\"what\":\"type\"}\n{\"wh"); }, "", 1},
+        {[&](const QString &path) { writeFile(path, first + "{\"what\":\"type\"}\n{\"wh"); }, "",
+         1},
         {[&](const QString &path) { writeFile(path, first + "[]\n7\n{\"a\":1}"); }, "", 1},
         {[](const QString &path) { writeFile(path, ""); }, "", 0},
         {[](const QString &path) { writeFile(path, "{\"recording\":2}\n"); }, "no recording", 0},
@@ -65,10 +66,10 @@ TEST(RecordingTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
              EXPECT_EQ(::truncate(qPrintable(path), 1ll << 40), 0);
          },
          "no recording", 0},
-        {[](const QString &path) { EXPECT_EQ(::mkfifo(qPrintable(path), 0600), 0); }, "not a regular",
-         0},
-        {[](const QString &path) { EXPECT_EQ(::mkdir(qPrintable(path), 0700), 0); }, "not a regular",
-         0},
+        {[](const QString &path) { EXPECT_EQ(::mkfifo(qPrintable(path), 0600), 0); },
+         "not a regular", 0},
+        {[](const QString &path) { EXPECT_EQ(::mkdir(qPrintable(path), 0700), 0); },
+         "not a regular", 0},
     };
     for (const auto &row : rows) {
         const QTemporaryDir dir;
