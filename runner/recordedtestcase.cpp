@@ -9,7 +9,11 @@
 #include "shared/files/writefile.h"
 #include "test/names/namesfile.h"
 
+#include "shared/xmltext.h"
+
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -21,7 +25,11 @@ const int namesWaitMs = 10000;
 
 bool isTestCaseName(const QString &name)
 {
-    return name.startsWith(QLatin1String("tst_")) && !name.contains(QLatin1Char('/'));
+    const auto isIllegal = [](QChar character) {
+        return character == QLatin1Char('/') || character.category() == QChar::Other_Control;
+    };
+    return name.startsWith(QLatin1String("tst_")) &&
+           std::none_of(name.begin(), name.end(), isIllegal);
 }
 
 QString scriptOf(const QString &start, const QStringList &statements, bool hasPassword)
@@ -47,7 +55,9 @@ RecordedTestCase::RecordedTestCase(const QDir &suite, const QString &name,
 QString RecordedTestCase::whyNot() const
 {
     if (!isTestCaseName(m_name))
-        return QStringLiteral("'%1' is no name of a test case, which begins with tst_").arg(m_name);
+        return QStringLiteral("'%1' is no name of a test case, which begins with tst_ and has no / "
+                              "and no control characters")
+            .arg(escapeControls(m_name));
     // A point of an earlier try may be there.
     const QStringList scripts =
         QDir(directory()).entryList({QStringLiteral("script.*"), QStringLiteral("*.feature")});

@@ -4,6 +4,7 @@
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "runner/applicationsettings.h"
+#include "runner/environmentfile.h"
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/recordedactions.h"
@@ -18,6 +19,7 @@
 #include "test/cancellation.h"
 #include "test/testsuite.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QThread>
@@ -177,6 +179,20 @@ QStringList programOf(const RunnerOptions &options)
     return program;
 }
 
+// As a run of the suite does.
+QString setVariablesOf(const RunnerOptions &options, const TestSuite &suite)
+{
+    const QString path = options.envVarFile.isEmpty() ? suite.envVarFileName() : options.envVarFile;
+    if (!options.envVarFile.isEmpty() || (!path.isEmpty() && QFile::exists(path))) {
+        const QString error = readEnvironmentFile(path, true);
+        if (!error.isEmpty())
+            return error;
+    }
+    for (const QString &assignment : options.envVars)
+        setEnvironmentVariable(assignment);
+    return {};
+}
+
 bool isAgreed(const char *question)
 {
     if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0)
@@ -201,8 +217,8 @@ public:
 
     QString whyNot() const { return m_testCase.whyNot(); }
 
-    /// Makes the test case of what was left behind, if the user wants that. Nothing when it can be
-    /// recorded.
+    /// Makes the test case of a recording that was not finished, if the user wants that. Nothing
+    /// when it can be recorded.
     std::optional<int> finish()
     {
         if (!m_journal.exists())
@@ -310,7 +326,9 @@ private:
 int recordTestCase(const RunnerOptions &options)
 {
     const QDir suite(cleanedPath(options.suiteDirectory));
-    if (options.suiteDirectory.isEmpty() || !suite.exists())
+    if (options.suiteDirectory.isEmpty())
+        return unusable(QStringLiteral("no suite directory was given"));
+    if (!suite.exists())
         return unusable(
             QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory));
     const TestSuite read(suite, options.settingsGroup);
@@ -328,6 +346,11 @@ int recordTestCase(const RunnerOptions &options)
         return unusable(recorder.whyNothingToFinish());
     if (!hasScreen())
         return unusable(QStringLiteral("a display is needed"));
+    const QString variables = setVariablesOf(options, read);
+    if (!variables.isEmpty())
+        return unusable(variables);
+    // Its paths are those of the user as well.
+    passOnApplicationOptions(options);
     if (!QDir::setCurrent(suite.absolutePath()))
         return unusable(QStringLiteral("cannot enter '%1'").arg(options.suiteDirectory));
     return recorder.record(program);
