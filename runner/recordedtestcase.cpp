@@ -18,8 +18,14 @@
 namespace Morvex {
 namespace {
 
-const QLatin1String
-    passwordNote("// Passwords are not recorded: run this with --envvar PASSWORD=...");
+// Which passwords a run has to be given; empty for none.
+QString passwordNote(const QStringList &variables)
+{
+    if (variables.isEmpty())
+        return {};
+    return QStringLiteral("// Passwords are not recorded: run this with --envvar %1=...")
+        .arg(variables.join(QLatin1String("=... --envvar ")));
+}
 
 const int namesWaitMs = 10000;
 
@@ -32,13 +38,10 @@ bool isTestCaseName(const QString &name)
            std::none_of(name.begin(), name.end(), isIllegal);
 }
 
-QString scriptOf(const QString &start, const QStringList &statements, bool hasPassword)
+QString scriptOf(const QString &note, const QString &start, const QStringList &statements)
 {
-    QStringList lines;
-    if (hasPassword)
-        lines += passwordNote;
-    if (!start.isEmpty())
-        lines += start;
+    QStringList lines{note, start};
+    lines.removeAll(QString());
     return (lines + statements).join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
@@ -86,13 +89,15 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
-    bool hasPassword = false;
+    QStringList variables;
     for (const EventData &event :
          eventsOfActions(journal.actions(), m_synchronization == EventRecorder::OBJECT_SYNC)) {
-        hasPassword = hasPassword || event.methodName() == QLatin1String("typePassword");
+        if (event.methodName() == QLatin1String("typePassword"))
+            variables += event.arguments().at(0).value;
         recorder.queueEvent(event);
     }
     recorder.dequeueEvents();
+    variables.removeDuplicates();
     if (!names.createdNames().isEmpty()) {
         const QString error = names.saveOrKeep();
         if (!error.isEmpty())
@@ -100,7 +105,7 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     }
     if (!QDir().mkpath(directory()))
         return QStringLiteral("cannot make the directory '%1'").arg(directory());
-    return place(scriptOf(journal.start(), recorder.lines(), hasPassword).toUtf8());
+    return place(scriptOf(passwordNote(variables), journal.start(), recorder.lines()).toUtf8());
 }
 
 // Someone may have written the script meanwhile.

@@ -1,6 +1,9 @@
 #include "qtbackend/actionwatch.h"
 
+#include "qtbackend/secretinputs.h"
+
 #include <QApplication>
+#include <QDateTimeEdit>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -24,10 +27,15 @@ QWidget *widgetOf(const QWindow *window)
 
 ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
+    , m_focus(m_report)
     , m_mouse(m_report)
-    , m_keys(m_report)
+    , m_wheel(m_report)
+    , m_keys(m_report, m_focus)
     , m_points(m_report)
 {
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (const QWidget *widget : widgets)
+        noteSecretInput(widget);
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -45,12 +53,18 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     // Where it goes on to another widget it is no longer spontaneous.
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
     case QEvent::DragMove:
     case QEvent::Drop:
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         break;
+    case QEvent::FocusOut:
+        m_keys.focusOut(receiver);
+        return false;
     case QEvent::Show:
+        noteSecretInput(receiver);
+        Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
         return false;
@@ -82,8 +96,10 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             return;
         m_mouse.beginPress();
         settle();
+        m_focus.beginPress();
         break;
     case QEvent::MouseButtonRelease:
+        m_focus.endPress();
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
         break;
     case QEvent::KeyPress:
@@ -91,7 +107,11 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
         settle();
-        m_keys.press(*static_cast<QKeyEvent *>(event));
+        pressKey(*static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::Wheel:
+        settle();
+        m_wheel.begin();
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
@@ -122,15 +142,26 @@ void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        m_keys.leaveEditor(widget);
         m_mouse.press(widget, *static_cast<QMouseEvent *>(event));
         break;
     case QEvent::MouseButtonRelease:
         m_mouse.release(widget, *static_cast<QMouseEvent *>(event));
         break;
+    case QEvent::Wheel:
+        m_wheel.turn(widget);
+        break;
     default:
         break;
     }
+}
+
+// In the calendar of a date they choose one.
+void ActionWatch::pressKey(const QKeyEvent &event)
+{
+    if (QDateTimeEdit *edit = dateOfCalendar(QApplication::activePopupWidget()))
+        m_mouse.expectChange(edit);
+    else
+        m_keys.press(event);
 }
 
 // The keys are none of the application. Those in the open menu are.
@@ -154,7 +185,9 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
 void ActionWatch::settle()
 {
     m_mouse.settle();
+    m_wheel.settle();
     m_keys.settle();
+    m_focus.settle();
 }
 
 } // namespace Morvex

@@ -1,7 +1,6 @@
 #include "qtbackend/qtmodel.h"
 
 #include "objectmodel/value/valueobject.h"
-#include "qtbackend/actionwatch.h"
 #include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
@@ -9,6 +8,7 @@
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
+#include "qtbackend/widgetvalue.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -85,12 +85,6 @@ ClickWatch &QtModel::clickWatch()
     if (!m_clickWatch)
         m_clickWatch = std::make_unique<ClickWatch>();
     return *m_clickWatch;
-}
-
-void QtModel::watchActions(const std::function<void(const QVariantMap &)> &sink)
-{
-    if (!m_actionWatch)
-        m_actionWatch = std::make_unique<ActionWatch>(*this, sink);
 }
 
 UsageCounter &QtModel::usageCounter()
@@ -177,7 +171,7 @@ void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaProperty &prope
         QObject *object = unwrap(self);
         if (!object)
             return QStringLiteral("the object no longer exists");
-        return propertyOf(object, name).write(object, value)
+        return setLikeUser(object, name, value)
                    ? QString()
                    : QStringLiteral("property '%1' doesn't take this value")
                          .arg(QString::fromLatin1(name));

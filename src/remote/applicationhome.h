@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QProcessEnvironment;
+
 namespace Morvex {
 
 class WatchedProcess;
@@ -42,6 +44,10 @@ public:
     QString runtimeDirectory() const { return m_directory + QLatin1String("/run"); }
     /// Nobody listens there when no program for a session bus is installed.
     QString busAddress() const;
+
+    /// Gives a process this home, settings and a session of its own, so that it meets neither
+    /// another run nor the user's own instance. The variables in @p kept stay as they are.
+    void makePrivate(QProcessEnvironment *environment, const QStringList &kept) const;
 
     /// For a socket, different at each call.
     QString newSocketPath();

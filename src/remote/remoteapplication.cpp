@@ -93,7 +93,7 @@ QString RemoteApplication::Private::launch()
         options.environment.insert(kept.constLast(), variable.section(QLatin1Char('='), 1));
     }
     addAgent(&options.environment, agentDirectory, *offer);
-    makePrivate(&options.environment, *home, kept);
+    home->makePrivate(&options.environment, kept);
     process = std::make_unique<WatchedProcess>(options);
     if (process->error().isEmpty())
         process->allowStart();
