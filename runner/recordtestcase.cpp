@@ -54,7 +54,7 @@ public:
     }
 
     /// Until all have ended, or the cancellation. Returns an error text, empty on success.
-    QString run()
+    [[nodiscard]] QString run()
     {
         while (m_error.isEmpty() && !m_cancellation.isRequested()) {
             const bool isOver = m_applications->running().isEmpty();
