@@ -58,14 +58,15 @@ RecordedTestCase::RecordedTestCase(const QDir &suite, const QString &name,
 QString RecordedTestCase::whyNot() const
 {
     if (!isTestCaseName(m_name))
-        return QStringLiteral("'%1' is no name of a test case, which begins with tst_ and has no / "
-                              "and no control characters")
+        return QStringLiteral(
+                   "'%1' is not the name of a test case, which begins with tst_ and has no / "
+                   "and no control characters")
             .arg(escapeControls(m_name));
     // A point of an earlier try may be there.
     const QStringList scripts =
         QDir(directory()).entryList({QStringLiteral("script.*"), QStringLiteral("*.feature")});
     if (!scripts.isEmpty() || (QFileInfo::exists(directory()) && !QFileInfo(directory()).isDir()))
-        return QStringLiteral("the test case '%1' exists already").arg(directory());
+        return QStringLiteral("the test case '%1' already exists").arg(directory());
     const JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     const NamesFileError error = names.error();
     if (!error.text.isEmpty())

@@ -25,7 +25,7 @@ QString error(const QString &text, const QFile &file)
 
 QString noRecording(const QFile &file)
 {
-    return QStringLiteral("'%1' is no recording of this version").arg(file.fileName());
+    return QStringLiteral("'%1' is not a recording of this version").arg(file.fileName());
 }
 
 } // namespace

@@ -312,7 +312,7 @@ private:
                                "the test case of it")
                     .arg(error, m_journal.path()));
         m_journal.remove();
-        printMessage(QStringLiteral("'%1' is written").arg(m_testCase.scriptPath()));
+        printMessage(QStringLiteral("'%1' was written").arg(m_testCase.scriptPath()));
         return ExitPassed;
     }
 

@@ -297,8 +297,8 @@ void RemoteSession::lose(MessageChannel::Outcome outcome)
     if (!m_failure.isEmpty())
         return;
     m_failure = outcome == MessageChannel::Broken
-                    ? QStringLiteral("the application has sent what is no answer; the connection "
-                                     "to it is closed")
+                    ? QStringLiteral("the application has sent something that is not an answer; "
+                                     "the connection to it is closed")
                     : m_describeEnd(hasSaidBye());
     m_channel->shutDown();
 }

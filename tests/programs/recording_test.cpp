@@ -229,7 +229,7 @@ TEST_F(RecordingTest, WhatAKilledRecorderHasSeenIsNotLost)
     output = runner.run({"--finish", "--record", "tst_recorded", runner.suitePath()});
     EXPECT_EQ(output.status, 0) << output.standardError.constData();
     EXPECT_TRUE(script().endsWith(");\nfind(names.on).click();\n")) << script().constData();
-    expectRefusal({}, "exists already");
+    expectRefusal({}, "already exists");
     removeRecorded();
     expectRefusal({"--finish"}, "there is no recording");
     runner.environment.remove("DISPLAY");

@@ -60,12 +60,12 @@ TEST(RecordingTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
          1},
         {[&](const QString &path) { writeFile(path, first + "[]\n7\n{\"a\":1}"); }, "", 1},
         {[](const QString &path) { writeFile(path, ""); }, "", 0},
-        {[](const QString &path) { writeFile(path, "{\"recording\":2}\n"); }, "no recording", 0},
+        {[](const QString &path) { writeFile(path, "{\"recording\":2}\n"); }, "not a recording", 0},
         {[&](const QString &path) {
              writeFile(path, first);
              EXPECT_EQ(::truncate(qPrintable(path), 1ll << 40), 0);
          },
-         "no recording", 0},
+         "not a recording", 0},
         {[](const QString &path) { EXPECT_EQ(::mkfifo(qPrintable(path), 0600), 0); },
          "not a regular", 0},
         {[](const QString &path) { EXPECT_EQ(::mkdir(qPrintable(path), 0700), 0); },
