@@ -86,8 +86,10 @@ interface FoundObject extends MouseTarget {
     readonly children: FoundObject[];
     set(property: string, value: any): void;
     close(): void;
-    /** `<Return>`, `<Ctrl+A>` and the like are keys, `<<` is `<`. */
+    /** `<Return>`, `<Ctrl+A>` and the like are keys, `<Right*12>` is a key 12 times, `<<` is `<`. */
     type(keys: string): void;
+    /** Replaces what the field holds with the value of an environment variable. */
+    typePassword(variable: string): void;
     /** Writes a picture of it, a PNG. */
     screenshot(file: string): void;
     waitFor(property: string, value: any, timeout?: number): void;

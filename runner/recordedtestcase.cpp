@@ -5,29 +5,43 @@
 #include "runner/javascriptobjectmap.h"
 #include "runner/recordedactions.h"
 #include "runner/recordingjournal.h"
+#include "shared/files/filelock.h"
 #include "shared/files/writefile.h"
 #include "test/names/namesfile.h"
 
+#include "shared/xmltext.h"
+
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
 
-const QLatin1String
-    passwordNote("// Passwords are not recorded: run this with --envvar PASSWORD=...");
+// Which passwords a run has to be given; empty for none.
+QString passwordNote(const QStringList &variables)
+{
+    if (variables.isEmpty())
+        return {};
+    return QStringLiteral("// Passwords are not recorded: run this with --envvar %1=...")
+        .arg(variables.join(QLatin1String("=... --envvar ")));
+}
+
+const int namesWaitMs = 10000;
 
 bool isTestCaseName(const QString &name)
 {
-    return name.startsWith(QLatin1String("tst_")) && !name.contains(QLatin1Char('/'));
+    const auto isIllegal = [](QChar character) {
+        return character == QLatin1Char('/') || character.category() == QChar::Other_Control;
+    };
+    return name.startsWith(QLatin1String("tst_")) &&
+           std::none_of(name.begin(), name.end(), isIllegal);
 }
 
-QString scriptOf(const QString &start, const QStringList &statements, bool hasPassword)
+QString scriptOf(const QString &note, const QString &start, const QStringList &statements)
 {
-    QStringList lines;
-    if (hasPassword)
-        lines += passwordNote;
-    if (!start.isEmpty())
-        lines += start;
+    QStringList lines{note, start};
+    lines.removeAll(QString());
     return (lines + statements).join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
@@ -44,12 +58,15 @@ RecordedTestCase::RecordedTestCase(const QDir &suite, const QString &name,
 QString RecordedTestCase::whyNot() const
 {
     if (!isTestCaseName(m_name))
-        return QStringLiteral("'%1' is no name of a test case, which begins with tst_").arg(m_name);
+        return QStringLiteral(
+                   "'%1' is not the name of a test case, which begins with tst_ and has no / "
+                   "and no control characters")
+            .arg(escapeControls(m_name));
     // A point of an earlier try may be there.
     const QStringList scripts =
         QDir(directory()).entryList({QStringLiteral("script.*"), QStringLiteral("*.feature")});
     if (!scripts.isEmpty() || (QFileInfo::exists(directory()) && !QFileInfo(directory()).isDir()))
-        return QStringLiteral("the test case '%1' exists already").arg(directory());
+        return QStringLiteral("the test case '%1' already exists").arg(directory());
     const JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     const NamesFileError error = names.error();
     if (!error.text.isEmpty())
@@ -63,19 +80,25 @@ QString RecordedTestCase::whyNot() const
 
 QString RecordedTestCase::write(const RecordingJournal &journal) const
 {
+    // Names that another recorder adds at the same time must not be lost.
+    const FileLock lock(m_suite.path(), namesWaitMs);
+    if (lock.isHeldElsewhere())
+        return QStringLiteral("another process uses '%1'").arg(m_suite.path());
     const QString reason = whyNot();
     if (!reason.isEmpty())
         return reason;
     JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
-    bool hasPassword = false;
+    QStringList variables;
     for (const EventData &event :
          eventsOfActions(journal.actions(), m_synchronization == EventRecorder::OBJECT_SYNC)) {
-        hasPassword = hasPassword || event.methodName() == QLatin1String("typePassword");
+        if (event.methodName() == QLatin1String("typePassword"))
+            variables += event.arguments().at(0).value;
         recorder.queueEvent(event);
     }
     recorder.dequeueEvents();
+    variables.removeDuplicates();
     if (!names.createdNames().isEmpty()) {
         const QString error = names.saveOrKeep();
         if (!error.isEmpty())
@@ -83,7 +106,7 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     }
     if (!QDir().mkpath(directory()))
         return QStringLiteral("cannot make the directory '%1'").arg(directory());
-    return place(scriptOf(journal.start(), recorder.lines(), hasPassword).toUtf8());
+    return place(scriptOf(passwordNote(variables), journal.start(), recorder.lines()).toUtf8());
 }
 
 // Someone may have written the script meanwhile.

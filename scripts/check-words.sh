@@ -18,15 +18,15 @@ use warnings;
 
 my @unwanted = (
     [qr/\bbehind\b/i, "after, beyond"],
-    [qr/\bin front of\b/i, "before"],
+    [qr/\bin front\b/i, "before"],
     [qr/\banew\b/i, "again"],
-    [qr/\b(?:is|are|was|were|has|have) gone\b/i, "no longer exists"],
-    [qr/\b(?:stands?|stood) (?!for\b)/i, "is, are"],
+    [qr/\b(?:is|are|was|were|has|have|be|been) gone\b/i, "no longer exists"],
+    [qr/\b(?:stands?|stood)(?:[.,;:]| (?!for\b))/i, "is, are"],
     [qr/\b(?:lies?|lay|lying)\b(?! (?:to|out)\b)/i, "is, are"],
     [qr/\btold\b/i, "reported, said"],
     [qr/\btells?\b(?!.* apart\b)/i, "reports, says"],
     [qr/\bany more\b/i, "no longer"],
-    [qr/\b(?:is|are) running already\b/i, "is already running"],
+    [qr/\b(?:(?:is|are) running|exists?) already\b/i, "is already running, already exists"],
     [qr/\bspecs?\b/i, "leave it out"],
     [qr/(?<![%\d])\b1 (?:test cases|errors|warnings|runs)\b/i, "the singular"],
 );

@@ -1,5 +1,7 @@
 #include "qtbackend/actionwatch.h"
 
+#include "qtbackend/secretinputs.h"
+
 #include <QApplication>
 #include <QDateTimeEdit>
 #include <QDropEvent>
@@ -25,11 +27,15 @@ QWidget *widgetOf(const QWindow *window)
 
 ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
+    , m_focus(m_report)
     , m_mouse(m_report)
     , m_wheel(m_report)
-    , m_keys(m_report)
+    , m_keys(m_report, m_focus)
     , m_points(m_report)
 {
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (const QWidget *widget : widgets)
+        noteSecretInput(widget);
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -53,7 +59,12 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         break;
+    case QEvent::FocusOut:
+        m_keys.focusOut(receiver);
+        return false;
     case QEvent::Show:
+        noteSecretInput(receiver);
+        Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
         return false;
@@ -85,8 +96,10 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             return;
         m_mouse.beginPress();
         settle();
+        m_focus.beginPress();
         break;
     case QEvent::MouseButtonRelease:
+        m_focus.endPress();
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
         break;
     case QEvent::KeyPress:
@@ -129,7 +142,6 @@ void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        m_keys.leaveEditor(widget);
         m_mouse.press(widget, *static_cast<QMouseEvent *>(event));
         break;
     case QEvent::MouseButtonRelease:
@@ -175,6 +187,7 @@ void ActionWatch::settle()
     m_mouse.settle();
     m_wheel.settle();
     m_keys.settle();
+    m_focus.settle();
 }
 
 } // namespace Morvex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/focusmove.h"
 #include "qtbackend/keyactions.h"
 #include "qtbackend/mouseactions.h"
 #include "qtbackend/pointmenu.h"
@@ -32,6 +33,7 @@ private:
     void settle();
 
     ActionReport m_report;
+    FocusMove m_focus;
     MouseActions m_mouse;
     WheelActions m_wheel;
     KeyActions m_keys;

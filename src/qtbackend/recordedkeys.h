@@ -16,10 +16,22 @@ QString typedTextOf(const QString &text);
 /// Whether what is typed into the object now is not for others to see.
 bool isSecretInput(QObject *object);
 
-/// Whether the key does nothing but move the cursor.
-bool isCursorKey(const QKeyEvent &event);
+/// What a key does in a field whose text is a secret.
+enum class SecretKey {
+    Text,
+    /// From the clipboard.
+    Inserting,
+    /// Also what takes back an earlier change.
+    Deleting,
+    /// It moves the cursor, or selects.
+    Moving,
+    /// It may be a part of the secret, or a shortcut.
+    Command,
+    /// It says nothing about the secret.
+    Shown,
+};
 
-/// Whether the key says nothing about what is typed, and may be seen nevertheless.
-bool isHarmlessInSecret(const QKeyEvent &event);
+/// Of a key that is one to typedKeyOf.
+SecretKey secretKeyOf(const QKeyEvent &event);
 
 } // namespace Morvex

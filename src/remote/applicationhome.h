@@ -56,7 +56,7 @@ public:
     int lifeline() const;
 
 private:
-    QString fill(const Options &options);
+    [[nodiscard]] QString fill(const Options &options);
     void waitForBus();
 
     QString m_directory;

@@ -54,9 +54,9 @@ struct RemoteApplication::Private
     QString callerError;
     bool isEnded = false;
 
-    QString launch();
-    QString waitForContext();
-    QString waitUntilReady(RemoteContext &context, const QDeadlineTimer &deadline);
+    [[nodiscard]] QString launch();
+    [[nodiscard]] QString waitForContext();
+    [[nodiscard]] QString waitUntilReady(RemoteContext &context, const QDeadlineTimer &deadline);
     void update(int timeout);
     void take(ConnectionOffer::Caller caller);
     void letSleep(ConnectionOffer::Caller caller);
@@ -64,7 +64,7 @@ struct RemoteApplication::Private
     bool isWanted(const ConnectionOffer::Caller &caller) const;
     QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
-    QString quit(RemoteContext &context);
+    [[nodiscard]] QString quit(RemoteContext &context);
     void endOrphans();
 };
 

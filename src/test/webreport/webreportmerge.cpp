@@ -41,7 +41,8 @@ public:
     }
 
     // Returns an error text, empty on success.
-    QString read(std::vector<MergedRun> *runs, const QDir &target, QStringList *warnings)
+    [[nodiscard]] QString read(std::vector<MergedRun> *runs, const QDir &target,
+                               QStringList *warnings)
     {
         const QString fileName =
             QDir(m_report.filePath(webReportDataDir)).filePath(webReportDataFile);
@@ -249,7 +250,7 @@ WebReportMerge mergeWebReports(const QString &target, const QStringList &reports
     else if (directory.exists() && known.contains(directory.canonicalFilePath()))
         merge.error = QStringLiteral("'%1' is one of the reports to merge").arg(target);
     else if (directory.exists() || directory.isSymLink())
-        merge.error = QStringLiteral("'%1' exists already; give a directory that does not exist "
+        merge.error = QStringLiteral("'%1' already exists; give a directory that does not exist "
                                      "yet")
                           .arg(target);
     if (!merge.error.isEmpty())
