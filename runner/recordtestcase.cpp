@@ -351,7 +351,7 @@ int recordTestCase(const RunnerOptions &options)
     if (!variables.isEmpty())
         return unusable(variables);
     // Its paths are those of the user as well.
-    passOnApplicationOptions(options);
+    passOnApplicationOptions(options, read);
     if (!QDir::setCurrent(suite.absolutePath()))
         return unusable(QStringLiteral("cannot enter '%1'").arg(options.suiteDirectory));
     return recorder.record(program);
