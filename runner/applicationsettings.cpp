@@ -90,7 +90,7 @@ QString homeSeedOf(const TestSuite &suite)
     if (seed.isEmpty() || QFileInfo(seed).isDir())
         return seed;
     printMessage(QStringLiteral("warning: the home of the application is empty at first: "
-                                "APPLICATION_HOME of suite.conf is no directory: '%1'")
+                                "APPLICATION_HOME of suite.conf is not a directory: '%1'")
                      .arg(seed));
     return {};
 }
@@ -103,7 +103,7 @@ int boundOf(const TestSuite &suite, int otherwise)
     const double seconds = suite.callTimeout().toDouble(&isNumber);
     if (isNumber && seconds > 0 && seconds <= maxBoundSeconds)
         return static_cast<int>(seconds * 1000);
-    printMessage(QStringLiteral("warning: CALL_TIMEOUT of suite.conf is no number of seconds "
+    printMessage(QStringLiteral("warning: CALL_TIMEOUT of suite.conf is not a number of seconds "
                                 "greater than 0: '%1'")
                      .arg(suite.callTimeout()));
     return otherwise;

@@ -1,6 +1,7 @@
 #include "runner/messages.h"
 
 #include "runner/runneroptions.h"
+#include "shared/xmltext.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -10,7 +11,9 @@ namespace Morvex {
 
 void printMessage(const QString &text)
 {
-    printLine(QLatin1String("morvexrunner: ") + text);
+    // Texts of applications must not steer the terminal.
+    printLine(QLatin1String("morvexrunner: ") +
+              replaceInvalidXMLcharacters(text).remove(QLatin1Char('\r')));
 }
 
 void printLine(const QString &text)

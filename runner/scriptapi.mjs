@@ -87,7 +87,7 @@ export default function (native, global, nameFunctions, installObjects) {
         if (typeof a !== "object" || typeof b !== "object" || a === null || b === null)
             return false;
         if (depth > 100)
-            throw new RangeError("check.equal: the values are nested too deep");
+            throw new RangeError("check.equal: the values are nested too deeply");
         return tagOf(a) === tagOf(b) && areSameObjects(a, b, depth);
     }
 

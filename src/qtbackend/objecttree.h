@@ -13,7 +13,8 @@ namespace Morvex {
 QObjectList childObjectsOf(const QObject *object);
 QObject *parentObjectOf(const QObject *object);
 
-/// Those of items; each is an object with its items.
+/// Those of items that are in no other window, in the order in which they were made; each is an
+/// object with its items.
 QObjectList sceneWindows();
 
 /// Whether it is an item of Qt Quick.
