@@ -1,9 +1,9 @@
 #include "qtbackend/pointmenu.h"
 
 #include "qtbackend/actionreport.h"
-#include "qtbackend/identification.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/recordedtarget.h"
+#include "qtbackend/secretinputs.h"
 #include "shared/points/pointtypes.h"
 
 #include <QAbstractButton>
