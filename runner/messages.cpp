@@ -35,6 +35,8 @@ QString suiteDirectoryHint(const RunnerOptions &options)
                                   "before it")
                 .arg(QString::fromLatin1(option));
     }
+    if (options.randomSeed)
+        return QStringLiteral("; --random has taken '%1' for its seed").arg(*options.randomSeed);
     return {};
 }
 

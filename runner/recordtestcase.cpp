@@ -346,7 +346,8 @@ int recordTestCase(const RunnerOptions &options)
         return unusable(QStringLiteral("no suite directory was given"));
     if (!suite.exists())
         return unusable(
-            QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory));
+            QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory) +
+            suiteDirectoryHint(options));
     const TestSuite read(suite, options.settingsGroup);
     if (read.hasConfigLoadError())
         return unusable(QStringLiteral("cannot load the suite '%1': %2")
@@ -366,7 +367,7 @@ int recordTestCase(const RunnerOptions &options)
     if (!variables.isEmpty())
         return unusable(variables);
     // Its paths are those of the user as well.
-    passOnApplicationOptions(options);
+    passOnApplicationOptions(options, read);
     if (!QDir::setCurrent(suite.absolutePath()))
         return unusable(QStringLiteral("cannot enter '%1'").arg(options.suiteDirectory));
     return recorder.record(program);

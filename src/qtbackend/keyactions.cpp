@@ -179,7 +179,8 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
         m_edits.typeInView(target, m_lastKey, isText);
     }
-    if (isTab(event))
+    // Where a list is open it closes that, too.
+    if (isTab(event) && !QApplication::activePopupWidget())
         m_focus.expect(m_lastKey);
 }
 
@@ -191,6 +192,7 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
     reportKeys(target, keys);
+    m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
         m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};
 }

@@ -1,9 +1,9 @@
 #include "qtbackend/pointmenu.h"
 
 #include "qtbackend/actionreport.h"
-#include "qtbackend/identification.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/recordedtarget.h"
+#include "qtbackend/secretinputs.h"
 #include "shared/points/pointtypes.h"
 
 #include <QAbstractButton>
@@ -20,6 +20,11 @@ namespace {
 // What users see of most widgets, under the names of the toolkit.
 const char *const shownProperties[] = {"text",        "plainText", "title",   "windowTitle",
                                        "currentText", "value",     "checked", "enabled"};
+
+// Layouts without a V have a letter of their own there.
+const quint32 scanCodeOfV = 55;
+const int firstOtherLetter = 0x100;
+const int firstSpecialKey = 0x01000000;
 
 QStringList propertiesOf(const QObject *object)
 {
@@ -50,7 +55,9 @@ PointMenu::~PointMenu()
 bool PointMenu::isOpenedBy(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
-    return event.key() == Qt::Key_V && (event.modifiers() & all) == all;
+    const bool isInPlaceOfV = event.key() >= firstOtherLetter && event.key() < firstSpecialKey &&
+                              event.nativeScanCode() == scanCodeOfV;
+    return (event.key() == Qt::Key_V || isInPlaceOfV) && (event.modifiers() & all) == all;
 }
 
 bool PointMenu::owns(const QObject *receiver) const
