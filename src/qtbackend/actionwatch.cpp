@@ -1,5 +1,7 @@
 #include "qtbackend/actionwatch.h"
 
+#include "qtbackend/objecttree.h"
+
 #include <QApplication>
 #include <QDropEvent>
 #include <QKeyEvent>
@@ -10,7 +12,7 @@
 namespace Morvex {
 namespace {
 
-QWidget *widgetOf(const QWindow *window)
+QWidget *widgetIn(const QWindow *window)
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget *widget : widgets) {
@@ -20,12 +22,29 @@ QWidget *widgetOf(const QWindow *window)
     return nullptr;
 }
 
+// Null for a window that no script can close.
+const QObject *closedObject(QWindow *window)
+{
+    return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetIn(window);
+}
+
+// What gets the keys of the window; null where that is a widget.
+QObject *sceneForKeys(QWindow *window)
+{
+    QWidget *focus = QApplication::focusWidget();
+    if (QObject *root = window ? sceneRootOf(window) : nullptr)
+        return root;
+    return focus && !QApplication::activePopupWidget() ? sceneRootOf(focus) : nullptr;
+}
+
 } // namespace
 
 ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
     , m_mouse(m_report)
     , m_keys(m_report)
+    , m_sceneMouse(m_report)
+    , m_sceneKeys(m_report)
     , m_points(m_report)
 {
     QCoreApplication::instance()->installEventFilter(this);
@@ -64,9 +83,9 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     if (receiver->isWindowType())
         filterForWindow(static_cast<QWindow *>(receiver), event);
     else if (event->type() == QEvent::Shortcut)
-        m_keys.shortcut(receiver, *static_cast<QShortcutEvent *>(event));
+        shortcut(receiver, *static_cast<QShortcutEvent *>(event));
     else if (event->type() == QEvent::InputMethod)
-        m_keys.inputMethod(receiver, *static_cast<QInputMethodEvent *>(event));
+        inputMethod(receiver, *static_cast<QInputMethodEvent *>(event));
     else if (receiver->isWidgetType())
         filterForWidget(static_cast<QWidget *>(receiver), event);
     return false;
@@ -82,16 +101,21 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             return;
         m_mouse.beginPress();
         settle();
+        filterForScene(sceneRootOf(window), event);
         break;
     case QEvent::MouseButtonRelease:
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
+        filterForScene(sceneRootOf(window), event);
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
         settle();
-        m_keys.press(*static_cast<QKeyEvent *>(event));
+        pressKey(window, *static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::KeyRelease:
+        m_sceneKeys.release();
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
@@ -101,8 +125,8 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::Close:
         settle();
-        if (const QWidget *widget = widgetOf(window))
-            m_report.add(QStringLiteral("close"), widget);
+        if (const QObject *closed = closedObject(window))
+            m_report.add(QStringLiteral("close"), closed);
         break;
     default:
         break;
@@ -117,8 +141,48 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         Qt::QueuedConnection);
 }
 
+void ActionWatch::filterForScene(QObject *root, QEvent *event)
+{
+    if (!root || !event->spontaneous())
+        return;
+    const auto *mouse = static_cast<QMouseEvent *>(event);
+    if (event->type() == QEvent::MouseButtonRelease)
+        m_sceneMouse.release(mouse->pos());
+    else
+        m_sceneMouse.press(root, *mouse);
+}
+
+void ActionWatch::pressKey(QWindow *window, const QKeyEvent &event)
+{
+    if (QObject *root = sceneForKeys(window))
+        m_sceneKeys.press(root, event);
+    else
+        m_keys.press(event);
+}
+
+void ActionWatch::shortcut(QObject *owner, const QShortcutEvent &event)
+{
+    if (QObject *root = sceneForKeys(QGuiApplication::focusWindow()))
+        m_sceneKeys.shortcut(root, event);
+    else
+        m_keys.shortcut(owner, event);
+}
+
+void ActionWatch::inputMethod(QObject *receiver, const QInputMethodEvent &event)
+{
+    if (isSceneItem(receiver))
+        m_sceneKeys.inputMethod(receiver, event);
+    else if (!receiver->isWidgetType() || !sceneRootOf(receiver))
+        m_keys.inputMethod(receiver, event);
+}
+
 void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
 {
+    if (QObject *root = sceneRootOf(widget)) {
+        m_keys.leaveEditor(widget);
+        filterForScene(root, event);
+        return;
+    }
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -155,6 +219,8 @@ void ActionWatch::settle()
 {
     m_mouse.settle();
     m_keys.settle();
+    m_sceneMouse.settle();
+    m_sceneKeys.settle();
 }
 
 } // namespace Morvex

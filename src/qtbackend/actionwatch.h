@@ -4,6 +4,8 @@
 #include "qtbackend/keyactions.h"
 #include "qtbackend/mouseactions.h"
 #include "qtbackend/pointmenu.h"
+#include "qtbackend/scenekeys.h"
+#include "qtbackend/scenemouse.h"
 
 #include <QObject>
 
@@ -24,6 +26,10 @@ protected:
 
 private:
     void filterForWindow(QWindow *window, QEvent *event);
+    void filterForScene(QObject *root, QEvent *event);
+    void pressKey(QWindow *window, const QKeyEvent &event);
+    void shortcut(QObject *owner, const QShortcutEvent &event);
+    void inputMethod(QObject *receiver, const QInputMethodEvent &event);
     void filterForWidget(QWidget *widget, QEvent *event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
@@ -31,6 +37,8 @@ private:
     ActionReport m_report;
     MouseActions m_mouse;
     KeyActions m_keys;
+    SceneMouse m_sceneMouse;
+    SceneKeys m_sceneKeys;
     PointMenu m_points;
 };
 

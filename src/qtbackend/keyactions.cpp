@@ -51,22 +51,6 @@ QWidget *keyTarget()
     return isFocusable ? target : target->window();
 }
 
-bool isPush(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
-}
-
-bool isTab(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
-}
-
-bool isChoice(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
-           event.key() == Qt::Key_Select;
-}
-
 bool isReadOnly(const QWidget *widget)
 {
     return widget->property("readOnly").toBool() && !widget->inherits("QComboBox");
@@ -132,9 +116,9 @@ void KeyActions::press(const QKeyEvent &event)
     if (!target || (popup && isForList(popup, event)))
         return;
     const auto *button = qobject_cast<QAbstractButton *>(target);
-    if (button && isPush(event) && !event.isAutoRepeat())
+    if (button && isPushKey(event) && !event.isAutoRepeat())
         m_lastKey = m_report.add(QStringLiteral("click"), target);
-    else if (!button || !isPush(event))
+    else if (!button || !isPushKey(event))
         type(target, event);
 }
 
@@ -144,7 +128,7 @@ bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)
     if (!box)
         return false;
     const QModelIndex index = box->view()->currentIndex();
-    if (!isChoice(event) || !index.isValid())
+    if (!isChoiceKey(event) || !index.isValid())
         return true;
     m_choice.list = popup;
     m_choice.number = m_report.add(QStringLiteral("click"), box,
@@ -164,45 +148,23 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
     if (isSecret && isCursorKey(event))
         return;
     if (isSecret && !isHarmlessInSecret(event)) {
-        reportSecret(target);
+        m_typed.addSecret(target);
         return;
     }
     const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
     if (isText && isReadOnly(target))
         return;
     m_editor = !isSecret && editedView(target) ? target : nullptr;
-    if (m_editor && (isTab(event) || isChoice(event)))
+    if (m_editor && (isTabKey(event) || isChoiceKey(event)))
         return commitEdit();
     const bool isReplacing =
         isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete;
     if (std::exchange(m_hasMovedFocus, false) && isReplacing && isAllSelected(target))
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
-    reportKeys(target, keys);
-    if (isTab(event))
+    m_lastKey = m_typed.add(target, keys);
+    if (isTabKey(event))
         m_tab = {QApplication::focusWidget(), m_lastKey};
-}
-
-// Goes on with a text under the name that it began with, as to find one takes long.
-void KeyActions::reportKeys(QWidget *target, const QString &keys)
-{
-    const QVariantMap more{{QStringLiteral("text"), keys}};
-    const QString what = QStringLiteral("type");
-    if (m_typedInto == target && m_lastTyped == m_report.lastNumber()) {
-        m_lastKey = m_report.add(what, m_typedIntoName, more);
-    } else {
-        m_typedIntoName = m_report.nameOf(target);
-        m_lastKey = m_report.add(what, target, more);
-    }
-    m_typedInto = target;
-    m_lastTyped = m_lastKey;
-}
-
-// Once for all keys: their number is a secret, too.
-void KeyActions::reportSecret(QWidget *target)
-{
-    if (m_lastSecret == 0 || m_lastSecret != m_report.lastNumber())
-        m_lastSecret = m_report.add(QStringLiteral("password"), target);
 }
 
 void KeyActions::leaveEditor(const QWidget *pressed)
@@ -246,7 +208,7 @@ void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
     if (!target || event.commitString().isEmpty())
         return;
     if (isSecretInput(target))
-        reportSecret(target);
+        m_typed.addSecret(target);
     else
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), typedTextOf(event.commitString())}});

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qtbackend/keyreport.h"
+
 #include <QPointer>
 #include <QWidget>
 
@@ -18,6 +20,7 @@ class KeyActions
 public:
     explicit KeyActions(ActionReport &report)
         : m_report(report)
+        , m_typed(report)
     {
     }
 
@@ -49,8 +52,6 @@ private:
 
     bool isForList(QWidget *popup, const QKeyEvent &event);
     void commitEdit();
-    void reportSecret(QWidget *target);
-    void reportKeys(QWidget *target, const QString &keys);
     void type(QWidget *target, const QKeyEvent &event);
 
     ActionReport &m_report;
@@ -58,11 +59,7 @@ private:
     ulong m_offeredTime = 0;
     int m_offeredKey = 0;
     int m_lastKey = 0;
-    int m_lastSecret = 0;
-    // What was typed into last, as long as nothing else was done.
-    QPointer<QWidget> m_typedInto;
-    QString m_typedIntoName;
-    int m_lastTyped = 0;
+    KeyReport m_typed;
     Tab m_tab;
     // Whether keys have moved the focus, which selects what is in a field.
     bool m_hasMovedFocus = false;

@@ -18,6 +18,15 @@ bool isSceneWindow(const QWindow *window)
     return window->inherits("QQuickWindow");
 }
 
+// One that is declared in another window, or in an item, is found there.
+bool isWithinScene(const SceneAccess &access, const QWindow *window)
+{
+    const QObject *around = window->QObject::parent();
+    while (around && !around->isWindowType() && !access.isItem(around))
+        around = around->parent();
+    return around;
+}
+
 // Of items that have no place in a scene, such as a component's, the toolkit's tree is all there
 // is.
 bool isPlacedItem(const SceneAccess &access, const QObject *object)
@@ -71,11 +80,22 @@ QObject *parentObjectOf(const QObject *object)
 QObjectList sceneWindows()
 {
     QObjectList windows;
-    for (QWindow *window : QGuiApplication::allWindows()) {
-        if (isSceneWindow(window) && !isOfWidget(window))
+    const SceneAccess *access = SceneAccess::self();
+    const QWindowList all = access ? QGuiApplication::allWindows() : QWindowList();
+    for (QWindow *window : all) {
+        if (isSceneWindow(window) && !isOfWidget(window) && !isWithinScene(*access, window))
             windows += window;
     }
     return windows;
+}
+
+QObject *sceneRootOf(QObject *receiver)
+{
+    if (receiver->isWidgetType())
+        return rootItemOf(receiver);
+    auto *window = qobject_cast<QWindow *>(receiver);
+    SceneAccess *access = SceneAccess::self();
+    return access && window && !isOfWidget(window) ? access->rootOf(window) : nullptr;
 }
 
 QString typeNameOf(const QMetaObject *type)

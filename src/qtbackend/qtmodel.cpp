@@ -8,6 +8,7 @@
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenetarget.h"
 #include "qtbackend/usagecounter.h"
 
 #include <QAbstractItemView>
@@ -177,10 +178,12 @@ void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaProperty &prope
         QObject *object = unwrap(self);
         if (!object)
             return QStringLiteral("the object no longer exists");
-        return propertyOf(object, name).write(object, value)
-                   ? QString()
-                   : QStringLiteral("property '%1' doesn't take this value")
-                         .arg(QString::fromLatin1(name));
+        if (!propertyOf(object, name).write(object, value))
+            return QStringLiteral("property '%1' doesn't take this value")
+                .arg(QString::fromLatin1(name));
+        if (isSceneItem(object))
+            announceSceneValue(object, name);
+        return {};
     };
     modelClass->addProperty(QString::fromLatin1(name), read,
                             property.isWritable() ? ModelClass::Writer(write)

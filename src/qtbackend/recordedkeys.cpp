@@ -97,6 +97,22 @@ bool isCursorKey(const QKeyEvent &event)
     return event.key() >= Qt::Key_Home && event.key() <= Qt::Key_Down;
 }
 
+bool isTabKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+}
+
+bool isPushKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
+}
+
+bool isChoiceKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+           event.key() == Qt::Key_Select;
+}
+
 bool isHarmlessInSecret(const QKeyEvent &event)
 {
     switch (event.key()) {

@@ -19,6 +19,12 @@ bool isSecretInput(QObject *object);
 /// Whether the key does nothing but move the cursor.
 bool isCursorKey(const QKeyEvent &event);
 
+bool isTabKey(const QKeyEvent &event);
+/// Whether the key presses a button that has the focus.
+bool isPushKey(const QKeyEvent &event);
+/// Whether the key chooses an entry of a menu or a list.
+bool isChoiceKey(const QKeyEvent &event);
+
 /// Whether the key says nothing about what is typed, and may be seen nevertheless.
 bool isHarmlessInSecret(const QKeyEvent &event);
 

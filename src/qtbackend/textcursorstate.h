@@ -14,6 +14,7 @@ public:
     TextCursorState() = default;
     /// Of a widget without a text it has nothing.
     static TextCursorState of(const QWidget *widget);
+    static TextCursorState ofSceneItem(const QObject *item);
 
     bool operator==(const TextCursorState &other) const
     {

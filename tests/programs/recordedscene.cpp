@@ -1,0 +1,40 @@
+// Shows a file of Qt Quick: in a window of its own as the file says, without any widget, or with
+// "widget" after it below a button.
+#include <QApplication>
+#include <QPushButton>
+#include <QQmlApplicationEngine>
+#include <QQuickWidget>
+#include <QVBoxLayout>
+
+#include <memory>
+
+namespace {
+
+int showInWidget(const QUrl &file)
+{
+    QWidget window;
+    window.setWindowTitle("Widgets");
+    window.resize(500, 400);
+    QVBoxLayout layout(&window);
+    QPushButton button("Native");
+    QQuickWidget scene(file);
+    scene.setResizeMode(QQuickWidget::SizeRootObjectToView);
+    layout.addWidget(&button);
+    layout.addWidget(&scene);
+    window.show();
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const bool isInWidget = argc > 2 && QByteArray(argv[2]) == "widget";
+    const std::unique_ptr<QGuiApplication> application(
+        isInWidget ? new QApplication(argc, argv) : new QGuiApplication(argc, argv));
+    const QUrl file = QUrl::fromLocalFile(argv[1]);
+    if (isInWidget)
+        return showInWidget(file);
+    QQmlApplicationEngine engine(file);
+    return QGuiApplication::exec();
+}
