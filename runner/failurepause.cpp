@@ -2,6 +2,7 @@
 
 #include "objectmodel/inspector.h"
 #include "runner/processend.h"
+#include "test/report/resultkinds.h"
 
 #include <csignal>
 #include <cstring>
@@ -114,9 +115,7 @@ QString setPauseOnFailure(bool isWanted)
 
 void pauseAfter(TestResult::ResultType type)
 {
-    const bool isFailure = type == TestResult::FAIL || type == TestResult::XPASS ||
-                           type == TestResult::ERROR || type == TestResult::FATAL;
-    if (!isFailure || !qEnvironmentVariableIsSet(variable) || !Inspector::self())
+    if (!isFailure(type) || !qEnvironmentVariableIsSet(variable) || !Inspector::self())
         return;
     waitForKey();
     serveTermination();

@@ -58,7 +58,7 @@ public:
 
     // Each returns an error text, empty on success.
 
-    QString printTree()
+    [[nodiscard]] QString printTree()
     {
         for (const QVariant &entry : settledTree()) {
             const QVariantList values = entry.toList();
@@ -67,7 +67,7 @@ public:
         return m_error;
     }
 
-    QString printClicks()
+    [[nodiscard]] QString printClicks()
     {
         while (m_error.isEmpty()) {
             for (const QVariant &entry : call("takeClicked", {}).toList())
@@ -112,7 +112,7 @@ private:
         QString error;
         const QVariant answer =
             m_application->inspector()->callFunction(QLatin1String(function), arguments, &error);
-        // An object may be gone.
+        // An object may no longer exist.
         if (!m_application->inspector()->failure().isEmpty())
             m_error = m_application->inspector()->failure();
         return answer;

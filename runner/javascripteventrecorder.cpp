@@ -31,9 +31,13 @@ struct Method
 };
 
 const Method objectMethods[] = {
-    {"click", "click", "", "nn"},           {"doubleClick", "doubleClick", "", "nn"},
-    {"rightClick", "rightClick", "", "nn"}, {"type", "type", "t", "t"},
-    {"setProperty", "set", "t*", "t*"},     {"closeWindow", "close"},
+    {"click", "click", "", "nn"},
+    {"doubleClick", "doubleClick", "", "nn"},
+    {"rightClick", "rightClick", "", "nn"},
+    {"type", "type", "t", "t"},
+    {"typePassword", "typePassword", "t", "t"},
+    {"setProperty", "set", "t*", "t*"},
+    {"closeWindow", "close"},
 };
 
 // What they take follows what says which item.
@@ -221,12 +225,6 @@ QString contextCall(const EventData &event)
                : QStringLiteral("var %1 = %2").arg(event.resultName(), call);
 }
 
-// No part of it is the name of a key.
-QString passwordCode(const QString &variable)
-{
-    return QStringLiteral("env(%1).replace(/</g, \"<<\")").arg(javaScriptString(variable));
-}
-
 QString statementOf(const EventData &event, const QString &objectName)
 {
     const QString name = EventRecorder::cleansedMethodName(event.methodName());
@@ -239,9 +237,6 @@ QString statementOf(const EventData &event, const QString &objectName)
     if (name == QLatin1String("waitForProperty") && fit(parts.plain, "t"))
         return callCode(found(objectName), QStringLiteral("waitFor"),
                         joined(argumentList(parts.plain), QStringLiteral("true")));
-    if (name == QLatin1String("typePassword") && fit(parts.plain, "t"))
-        return callCode(found(objectName), QStringLiteral("type"),
-                        passwordCode(parts.plain.front().value));
     const Method *method = findMethod(objectMethods, name);
     const bool isCall =
         method && (fit(parts.plain, method->arguments) || fit(parts.plain, method->otherArguments));

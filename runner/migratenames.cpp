@@ -6,6 +6,7 @@
 #include "runner/namesfile.h"
 #include "runner/runneroptions.h"
 #include "shared/realpath.h"
+#include "test/names/namesfile.h"
 #include "test/testsuite.h"
 
 #include <QDir>
@@ -141,10 +142,9 @@ int Migration::save(int count)
     }
     reportDanglingReferences();
     if (!m_names.hasSymbolicName(created.last().first)) {
-        printMessage(
-            QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE: "
-                           "the names are at its end, as comments")
-                .arg(m_namesPath));
+        printMessage(QStringLiteral(
+                         "'%1' has no line that ends in %2: the names are at its end, as comments")
+                         .arg(m_namesPath, insertionMarker));
         return ExitFailed;
     }
     report(count);

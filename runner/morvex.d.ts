@@ -62,14 +62,11 @@ interface ItemOptions {
     timeout?: number;
 }
 
-/** What `find` gives. Times are in milliseconds. */
-interface FoundObject {
+/** What the mouse acts on. */
+interface MouseTarget {
     readonly name: string;
     readonly properties: { [property: string]: any };
-    readonly children: FoundObject[];
     get(property: string): any;
-    set(property: string, value: any): void;
-    close(): void;
     exists(): boolean;
     click(options?: MouseOptions): void;
     click(x: number, y: number, options?: MouseOptions): void;
@@ -82,8 +79,17 @@ interface FoundObject {
     /** Toward the user; less than 0 for the other way. */
     wheel(steps: number, options?: WheelOptions): void;
     drag(to: FoundObject | Item | Place, options?: DragOptions): void;
-    /** `<Return>`, `<Ctrl+A>` and the like are keys, `<<` is `<`. */
+}
+
+/** What `find` gives. Times are in milliseconds. */
+interface FoundObject extends MouseTarget {
+    readonly children: FoundObject[];
+    set(property: string, value: any): void;
+    close(): void;
+    /** `<Return>`, `<Ctrl+A>` and the like are keys, `<Right*12>` is a key 12 times, `<<` is `<`. */
     type(keys: string): void;
+    /** Replaces what the field holds with the value of an environment variable. */
+    typePassword(variable: string): void;
     /** Writes a picture of it, a PNG. */
     screenshot(file: string): void;
     waitFor(property: string, value: any, timeout?: number): void;
@@ -95,22 +101,8 @@ interface FoundObject {
 }
 
 /** A cell, an entry, a node, a tab: a part of an object that is no object of its own. */
-interface Item {
-    readonly name: string;
-    readonly properties: { [property: string]: any };
-    get(property: string): any;
+interface Item extends MouseTarget {
     text(): string;
-    exists(): boolean;
-    click(options?: MouseOptions): void;
-    click(x: number, y: number, options?: MouseOptions): void;
-    doubleClick(options?: MouseOptions): void;
-    doubleClick(x: number, y: number, options?: MouseOptions): void;
-    rightClick(options?: MouseOptions): void;
-    rightClick(x: number, y: number, options?: MouseOptions): void;
-    hover(options?: MouseOptions): void;
-    hover(x: number, y: number, options?: MouseOptions): void;
-    wheel(steps: number, options?: WheelOptions): void;
-    drag(to: FoundObject | Item | Place, options?: DragOptions): void;
     activate(): void;
     select(): void;
     expand(): void;

@@ -4,6 +4,7 @@
 #include "objectmodel/property.h"
 #include "shared/files/regularfile.h"
 #include "shared/files/writefile.h"
+#include "shared/points/pointtypes.h"
 #include "shared/requestdumpobject.h"
 #include "test/titanvp.h"
 
@@ -17,7 +18,6 @@ namespace Morvex {
 namespace {
 
 const int indent = 4;
-const QLatin1String visualType("Visual");
 
 [[nodiscard]] QString makeVisualPoint(const QString &path, const QString &objectName,
                                       const SharedPtr<Object> &object)
@@ -84,7 +84,7 @@ void writeNothing(QXmlStreamWriter &writer, const PointRequest &request)
 {
     writer.writeStartElement(QStringLiteral("Verification"));
     writer.writeAttribute(QStringLiteral("object"), request.objectName);
-    if (request.type == QLatin1String("Table")) {
+    if (request.type == PointType::table) {
         writer.writeEmptyElement(QStringLiteral("table"));
     } else {
         writer.writeAttribute(QStringLiteral("type"), QStringLiteral("PNG"));
@@ -106,7 +106,7 @@ void writeNothing(QXmlStreamWriter &writer, const PointRequest &request)
 QString makePointFile(const QString &path, const PointRequest &request,
                       const SharedPtr<Object> &object)
 {
-    if (request.type == visualType)
+    if (request.type == PointType::visual)
         return makeVisualPoint(path, request.objectName, object);
     QByteArray xml;
     QXmlStreamWriter writer(&xml);
@@ -116,7 +116,7 @@ QString makePointFile(const QString &path, const PointRequest &request,
     writer.writeStartElement(QStringLiteral("VerificationPoint"));
     writer.writeAttribute(QStringLiteral("version"), QStringLiteral("5"));
     writer.writeAttribute(QStringLiteral("type"), request.type);
-    if (request.type == QLatin1String("ObjectProperties")) {
+    if (request.type == PointType::properties) {
         const QString error = writeProperties(writer, request, object);
         if (!error.isEmpty())
             return error;
@@ -131,9 +131,9 @@ QString howToMakePoint(const QString &name, const QString &path)
 {
     return QStringLiteral("There is no file '%1'. To have it made, run the test case once with "
                           "--learn and let the script say of what: check.point(\"%2\", {object: "
-                          "NAME, type: TYPE}). The types are ObjectProperties, which takes an "
-                          "array of names as properties, Screenshot, Table and Visual.")
-        .arg(path, name);
+                          "NAME, type: TYPE}). The types are %3; %4 takes an array of names as "
+                          "properties.")
+        .arg(path, name, pointTypes().join(QLatin1String(", ")), PointType::properties);
 }
 
 bool isVisualPoint(const QString &path)
@@ -143,7 +143,7 @@ bool isVisualPoint(const QString &path)
         return false;
     QXmlStreamReader reader(&file);
     return reader.readNextStartElement() &&
-           reader.attributes().value(QLatin1String("type")) == visualType;
+           reader.attributes().value(QLatin1String("type")) == PointType::visual;
 }
 
 } // namespace Morvex

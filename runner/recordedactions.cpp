@@ -1,5 +1,7 @@
 #include "runner/recordedactions.h"
 
+#include "runner/countedkeys.h"
+
 #include <QHash>
 
 #include <algorithm>
@@ -101,14 +103,31 @@ void join(QVariantMap *first, const QVariantMap &second)
         (*first)[value] = second.value(value);
 }
 
+// The variables under which a run is given the passwords: one for each object that gets any.
+void nameVariables(std::vector<QVariantMap> *actions)
+{
+    QStringList objects;
+    for (QVariantMap &action : *actions) {
+        if (textOf(action, "what") != QLatin1String("password"))
+            continue;
+        const QString object = textOf(action, "object");
+        if (!objects.contains(object))
+            objects += object;
+        const int number = objects.indexOf(object) + 1;
+        action[QStringLiteral("variable")] =
+            number > 1 ? QStringLiteral("PASSWORD_%1").arg(number) : QStringLiteral("PASSWORD");
+    }
+}
+
 // Whether the action is a part of the edit, which stands for all of it.
 bool isPartOfEdit(const QVariantMap &action, const QVariantMap &edit)
 {
     const QString what = textOf(action, "what");
     if (textOf(edit, "what") != QLatin1String("edit") || contextOf(action) != contextOf(edit))
         return false;
-    if (what == QLatin1String("type"))
-        return textOf(action, "object") == textOf(edit, "editor");
+    const QString editor = textOf(edit, "editor");
+    if (!editor.isEmpty() && textOf(action, "object") == editor)
+        return what != QLatin1String("point");
     const QString item = QStringLiteral("item");
     return what == QLatin1String("doubleClick") &&
            textOf(action, "object") == textOf(edit, "object") &&
@@ -175,9 +194,9 @@ void addArguments(const QVariantMap &action, EventData *event)
 {
     const QString method = event->methodName();
     if (method == QLatin1String("type")) {
-        event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
+        event->addArgument({countedKeys(textOf(action, "text")), EventDataArg::TEXT});
     } else if (method == QLatin1String("typePassword")) {
-        event->addArgument({passwordVariable(), EventDataArg::TEXT});
+        event->addArgument({textOf(action, "variable"), EventDataArg::TEXT});
     } else if (method == QLatin1String("setProperty")) {
         event->addArgument({textOf(action, "property"), EventDataArg::TEXT});
         addValue(action.value(QStringLiteral("value")), event);
@@ -258,6 +277,7 @@ std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObje
         else
             joined.push_back(action);
     }
+    nameVariables(&joined);
     std::vector<EventData> events;
     for (const QVariantMap &action : joined) {
         const EventData event = eventOf(action);
@@ -276,11 +296,6 @@ QVariantMap startAction(int context)
     return {{QStringLiteral("what"), QStringLiteral("start")},
             {QStringLiteral("context"), context},
             {QStringLiteral("time"), now}};
-}
-
-QString passwordVariable()
-{
-    return QStringLiteral("PASSWORD");
 }
 
 } // namespace Morvex

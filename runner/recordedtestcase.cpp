@@ -6,38 +6,31 @@
 #include "runner/recordedactions.h"
 #include "runner/recordingjournal.h"
 #include "shared/files/writefile.h"
+#include "test/names/namesfile.h"
 
 #include <QFileInfo>
 
 namespace Morvex {
 namespace {
 
-const QLatin1String
-    passwordNote("// Passwords are not recorded: run this with --envvar PASSWORD=...");
+// Which passwords a run has to be given; empty for none.
+QString passwordNote(const QStringList &variables)
+{
+    if (variables.isEmpty())
+        return {};
+    return QStringLiteral("// Passwords are not recorded: run this with --envvar %1=...")
+        .arg(variables.join(QLatin1String("=... --envvar ")));
+}
 
 bool isTestCaseName(const QString &name)
 {
     return name.startsWith(QLatin1String("tst_")) && !name.contains(QLatin1Char('/'));
 }
 
-// Whether names that are added to the file count.
-bool hasPlaceForNames(const JavaScriptObjectMap &names)
+QString scriptOf(const QString &note, const QString &start, const QStringList &statements)
 {
-    const QList<QByteArray> lines = names.currentScriptCode().split('\n');
-    return std::any_of(lines.begin(), lines.end(), [](QByteArray line) {
-        if (line.endsWith('\r'))
-            line.chop(1);
-        return line.endsWith("MORVEX_INSERT_OBJECT_NAMES_HERE");
-    });
-}
-
-QString scriptOf(const QString &start, const QStringList &statements, bool hasPassword)
-{
-    QStringList lines;
-    if (hasPassword)
-        lines += passwordNote;
-    if (!start.isEmpty())
-        lines += start;
+    QStringList lines{note, start};
+    lines.removeAll(QString());
     return (lines + statements).join(QLatin1Char('\n')) + QLatin1Char('\n');
 }
 
@@ -64,11 +57,11 @@ QString RecordedTestCase::whyNot() const
     const NamesFileError error = names.error();
     if (!error.text.isEmpty())
         return error.toString();
-    return hasPlaceForNames(names)
+    return names.hasCodeInsertionPos()
                ? QString()
-               : QStringLiteral("'%1' has no line that ends in MORVEX_INSERT_OBJECT_NAMES_HERE, "
-                                "above which recorded names are added: add a comment that does")
-                     .arg(m_suite.filePath(QStringLiteral("names.js")));
+               : QStringLiteral("'%1' has no line that ends in %2, above which recorded names are "
+                                "added: add a comment that does")
+                     .arg(m_suite.filePath(QStringLiteral("names.js")), insertionMarker);
 }
 
 QString RecordedTestCase::write(const RecordingJournal &journal) const
@@ -79,13 +72,15 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
-    bool hasPassword = false;
+    QStringList variables;
     for (const EventData &event :
          eventsOfActions(journal.actions(), m_synchronization == EventRecorder::OBJECT_SYNC)) {
-        hasPassword = hasPassword || event.methodName() == QLatin1String("typePassword");
+        if (event.methodName() == QLatin1String("typePassword"))
+            variables += event.arguments().at(0).value;
         recorder.queueEvent(event);
     }
     recorder.dequeueEvents();
+    variables.removeDuplicates();
     if (!names.createdNames().isEmpty()) {
         const QString error = names.saveOrKeep();
         if (!error.isEmpty())
@@ -93,7 +88,7 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     }
     if (!QDir().mkpath(directory()))
         return QStringLiteral("cannot make the directory '%1'").arg(directory());
-    return place(scriptOf(journal.start(), recorder.lines(), hasPassword).toUtf8());
+    return place(scriptOf(passwordNote(variables), journal.start(), recorder.lines()).toUtf8());
 }
 
 // Someone may have written the script meanwhile.

@@ -13,6 +13,7 @@
 #include "runner/runneroptions.h"
 #include "runner/screen.h"
 #include "runner/signals.h"
+#include "shared/points/pointtypes.h"
 #include "shared/realpath.h"
 #include "test/cancellation.h"
 #include "test/testsuite.h"
@@ -49,7 +50,7 @@ public:
     }
 
     /// Until all have ended, or the cancellation. Returns an error text, empty on success.
-    QString run(const Cancellation &cancellation)
+    [[nodiscard]] QString run(const Cancellation &cancellation)
     {
         while (m_error.isEmpty() && !cancellation.isRequested()) {
             const bool isOver = m_applications->running().isEmpty();
@@ -128,10 +129,10 @@ private:
     QString pointName(const QString &type) const
     {
         static const QHash<QString, QString> words{
-            {QStringLiteral("ObjectProperties"), QStringLiteral("properties")},
-            {QStringLiteral("Table"), QStringLiteral("table")},
-            {QStringLiteral("Screenshot"), QStringLiteral("picture")},
-            {QStringLiteral("Visual"), QStringLiteral("look")}};
+            {PointType::properties, QStringLiteral("properties")},
+            {PointType::table, QStringLiteral("table")},
+            {PointType::screenshot, QStringLiteral("picture")},
+            {PointType::visual, QStringLiteral("look")}};
         const QString word = words.value(type, QStringLiteral("point"));
         int number = 1;
         while (QFileInfo::exists(

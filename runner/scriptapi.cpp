@@ -9,6 +9,7 @@
 #include "runner/scriptfile.h"
 #include "shared/environment.h"
 #include "shared/files/writefile.h"
+#include "shared/points/pointtypes.h"
 #include "shared/system/clock.h"
 #include "test/testresult.h"
 
@@ -220,6 +221,11 @@ QString ScriptApi::environment(const QString &name) const
 QStringList ScriptApi::scriptArguments() const
 {
     return m_context.scriptArguments;
+}
+
+QStringList ScriptApi::pointTypes() const
+{
+    return Morvex::pointTypes();
 }
 
 void ScriptApi::snooze(double seconds) const

@@ -70,6 +70,7 @@ public:
     Q_INVOKABLE QObject *openData(const QString &file, const QString &sheet);
     Q_INVOKABLE QString environment(const QString &name) const;
     Q_INVOKABLE QStringList scriptArguments() const;
+    Q_INVOKABLE QStringList pointTypes() const;
     Q_INVOKABLE void snooze(double seconds) const;
     /// Lets the script wait, in milliseconds.
     Q_INVOKABLE void pause(int milliseconds) const;

@@ -172,14 +172,13 @@ export default function (native, global, nameFunctions, installObjects) {
     });
     var FoundObject = objects.FoundObject;
 
-    var pointTypes = ["ObjectProperties", "Screenshot", "Table", "Visual"];
-
     // What a verification point is made of when its file does not exist.
     function describePoint(options, checked) {
         if (options.object === undefined && options.type === undefined && options.properties === undefined)
             return;
-        if (pointTypes.indexOf(options.type) < 0)
-            throw new TypeError("option 'type' has to be one of " + pointTypes.join(", "));
+        var types = native.pointTypes();
+        if (types.indexOf(options.type) < 0)
+            throw new TypeError("option 'type' has to be one of " + types.join(", "));
         var hasProperties = Array.isArray(options.properties) && options.properties.length > 0;
         if (hasProperties !== (options.type === "ObjectProperties"))
             throw new TypeError("option 'properties' has to be an array of names, of type ObjectProperties alone");

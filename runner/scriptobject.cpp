@@ -8,6 +8,7 @@
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "runner/processend.h"
+#include "shared/environment.h"
 #include "shared/files/writefile.h"
 #include "shared/richimage.h"
 
@@ -208,6 +209,23 @@ void ScriptObject::type(const QString &text)
     call(QStringLiteral("typeText"), {text}, nullptr);
 }
 
+void ScriptObject::typePassword(const QString &variable)
+{
+    QString keys = QString::fromStdString(Environment::getVariable(variable.toStdString()));
+    if (keys.isEmpty())
+        return fail(QStringLiteral("there is no password in the environment variable %1; run this "
+                                   "with --envvar %1=...")
+                        .arg(variable));
+    if (!follow({}))
+        return;
+    keys.replace(QLatin1Char('<'), QLatin1String("<<"));
+    const QString error =
+        tryCall(QStringLiteral("typeText"), {QLatin1String("<Ctrl+A>") + keys}, nullptr);
+    // How many keys there were is a secret.
+    if (!error.isEmpty())
+        fail(error.section(QLatin1String(", after "), 0, 0));
+}
+
 void ScriptObject::useItem(const QString &action, const QVariantList &selector,
                            const QString &value, int timeout)
 {
@@ -311,14 +329,21 @@ bool ScriptObject::call(const QString &function, const QVariantList &arguments, 
 {
     if (!follow({}))
         return false;
+    const QString error = tryCall(function, arguments, answer);
+    if (!error.isEmpty())
+        fail(error);
+    return error.isEmpty();
+}
+
+QString ScriptObject::tryCall(const QString &function, const QVariantList &arguments,
+                              QVariant *answer)
+{
     QString error;
     const QVariant value =
         m_inspector->callFunction(function, QVariantList{m_object->id()} + arguments, &error);
-    if (!error.isEmpty())
-        fail(error);
-    else if (answer)
+    if (error.isEmpty() && answer)
         *answer = value;
-    return error.isEmpty();
+    return error;
 }
 
 bool ScriptObject::exists()

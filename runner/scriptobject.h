@@ -35,6 +35,9 @@ public:
     /// Closes the window that it is, or is in.
     Q_INVOKABLE void close();
     Q_INVOKABLE void type(const QString &text);
+    /// What a field holds is replaced with the value of an environment variable, of which no error
+    /// text says anything.
+    Q_INVOKABLE void typePassword(const QString &variable);
     Q_INVOKABLE bool exists();
 
     /// False for one that is hidden; true for one that can't be.
@@ -65,6 +68,8 @@ private:
     bool isThere(QString *whyNotKnown) const;
     QString whyNoAnswer() const;
     bool call(const QString &function, const QVariantList &arguments, QVariant *answer);
+    [[nodiscard]] QString tryCall(const QString &function, const QVariantList &arguments,
+                                  QVariant *answer);
     void fail(const QString &what);
 
     std::shared_ptr<RemoteInspector> m_inspector;

@@ -154,6 +154,10 @@ export default function (native, nameFunctions, helpers) {
             refuseMore(arguments, 1, "type takes the keys in one text");
             this.source.type(text(keys));
         },
+        typePassword: function (variable) {
+            refuseMore(arguments, 1, "typePassword takes the name of an environment variable");
+            this.source.typePassword(requireName(variable, "an environment variable"));
+        },
         close: function () {
             refuseMore(arguments, 0, "close takes nothing");
             this.source.close();

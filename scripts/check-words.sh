@@ -18,10 +18,10 @@ use warnings;
 
 my @unwanted = (
     [qr/\bbehind\b/i, "after, beyond"],
-    [qr/\bin front of\b/i, "before"],
+    [qr/\bin front\b/i, "before"],
     [qr/\banew\b/i, "again"],
-    [qr/\b(?:is|are|was|were|has|have) gone\b/i, "no longer exists"],
-    [qr/\b(?:stands?|stood) (?!for\b)/i, "is, are"],
+    [qr/\b(?:is|are|was|were|has|have|be|been) gone\b/i, "no longer exists"],
+    [qr/\b(?:stands?|stood)(?:[.,;:]| (?!for\b))/i, "is, are"],
     [qr/\b(?:lies?|lay|lying)\b(?! (?:to|out)\b)/i, "is, are"],
     [qr/\btold\b/i, "reported, said"],
     [qr/\btells?\b(?!.* apart\b)/i, "reports, says"],

@@ -59,14 +59,15 @@ void AgentReceiver::record()
 
 void AgentReceiver::perform(const Message &request)
 {
+    const auto sendAnswer = [this](const Message &answer) { send(answer); };
     switch (request.operation) {
     case Message::FindObject:
-        (new PendingSearch(this, request))->look();
+        (new PendingSearch(m_calls, request, sendAnswer, this))->look();
         return;
     case Message::SetProperty:
     case Message::InvokeMethod:
     case Message::CallFunction:
-        (new PendingAction(this, request))->begin();
+        (new PendingAction(m_calls, request, sendAnswer, this))->begin();
         return;
     case Message::Record: {
         record();

@@ -1,28 +1,15 @@
 #include "agent/pendingaction.h"
 
-#include "agent/agentreceiver.h"
+#include "agent/agentcalls.h"
 
 #include <QPointer>
 #include <QTimerEvent>
 
 namespace Morvex {
-namespace {
-
-const int waitStepMs = 10;
-
-} // namespace
-
-PendingAction::PendingAction(AgentReceiver *receiver, const Message &request)
-    : QObject(receiver)
-    , m_receiver(receiver)
-    , m_request(request)
-{
-    m_elapsed.start();
-}
 
 void PendingAction::begin()
 {
-    if (m_request.operation == Message::CallFunction && hasToWait())
+    if (request().operation == Message::CallFunction && hasToWait())
         startTimer(waitStepMs);
     else
         perform();
@@ -30,8 +17,8 @@ void PendingAction::begin()
 
 bool PendingAction::hasToWait() const
 {
-    return m_request.values.value(0).toString() == QLatin1String("grabObjectScreenshot") &&
-           m_elapsed.elapsed() < m_request.values.value(1).toList().value(2).toInt();
+    return request().values.value(0).toString() == QLatin1String("grabObjectScreenshot") &&
+           elapsedMs() < request().values.value(1).toList().value(2).toInt();
 }
 
 void PendingAction::perform()
@@ -39,7 +26,7 @@ void PendingAction::perform()
     const QPointer<PendingAction> alive = this;
     m_state = Running;
     startTimer(0);
-    const Message answer = m_receiver->calls().answer(m_request, &m_input);
+    const Message answer = calls().answer(request(), &m_input);
     // The application may have ended meanwhile.
     if (!alive)
         return;
@@ -67,7 +54,7 @@ void PendingAction::timerEvent(QTimerEvent *event)
 void PendingAction::finishInput()
 {
     if (!m_input.error().isEmpty())
-        m_answer = AgentCalls::failure(m_request, m_input.error());
+        m_answer = AgentCalls::failure(request(), m_input.error());
     report();
 }
 
@@ -75,14 +62,14 @@ void PendingAction::report()
 {
     m_isReported = true;
     if (m_state == Done) {
-        m_receiver->send(m_answer);
+        send(m_answer);
         deleteLater();
         return;
     }
-    Message unfinished = m_request;
+    Message unfinished = request();
     unfinished.type = Message::Unfinished;
     unfinished.values.clear();
-    m_receiver->send(unfinished);
+    send(unfinished);
 }
 
 } // namespace Morvex

@@ -1,25 +1,19 @@
 #pragma once
 
+#include "agent/pendingrequest.h"
 #include "qtbackend/inputsequence.h"
-#include "remote/protocol/message.h"
-
-#include <QElapsedTimer>
-#include <QObject>
 
 namespace Morvex {
-
-class AgentReceiver;
 
 /// A request that makes the application do something. It is answered when the event loop turns
 /// after that: an application that runs a loop of its own there, for a dialog, say, is as ready for
 /// the next request as one that has come back. Deletes itself after the answer.
-class PendingAction : public QObject
+class PendingAction : public PendingRequest
 {
     Q_OBJECT
 
 public:
-    /// @p receiver owns it.
-    PendingAction(AgentReceiver *receiver, const Message &request);
+    using PendingRequest::PendingRequest;
 
     /// Does what is asked for, a picture when its delay is over.
     void begin();
@@ -33,11 +27,8 @@ private:
     void report();
     void finishInput();
 
-    AgentReceiver *m_receiver;
-    Message m_request;
     Message m_answer;
     InputSequence m_input;
-    QElapsedTimer m_elapsed;
     enum { Waiting, Running, Done } m_state = Waiting;
     bool m_isReported = false;
     bool m_isInput = false;

@@ -65,7 +65,6 @@ QQuickItem *itemAt(QQuickItem *item, const QPointF &place, const Condition &fits
     const bool isThere = item->contains(item->mapFromScene(place));
     if (!item->isVisible() || (item->clip() && !isThere))
         return nullptr;
-    QQuickItem *found = nullptr;
     bool isOwnTurn = true;
     const QList<QQuickItem *> children = topmostFirst(item);
     for (QQuickItem *child : children) {
@@ -74,8 +73,7 @@ QQuickItem *itemAt(QQuickItem *item, const QPointF &place, const Condition &fits
             if (isThere && fits(item))
                 return item;
         }
-        found = itemAt(child, place, fits);
-        if (found)
+        if (QQuickItem *found = itemAt(child, place, fits))
             return found;
     }
     return isOwnTurn && isThere && fits(item) ? item : nullptr;

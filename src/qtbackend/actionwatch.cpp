@@ -1,8 +1,10 @@
 #include "qtbackend/actionwatch.h"
 
 #include "qtbackend/objecttree.h"
+#include "qtbackend/secretinputs.h"
 
 #include <QApplication>
+#include <QDateTimeEdit>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -12,7 +14,7 @@
 namespace Morvex {
 namespace {
 
-QWidget *widgetIn(const QWindow *window)
+QWidget *widgetShownIn(const QWindow *window)
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget *widget : widgets) {
@@ -25,28 +27,23 @@ QWidget *widgetIn(const QWindow *window)
 // Null for a window that no script can close.
 const QObject *closedObject(QWindow *window)
 {
-    return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetIn(window);
-}
-
-// What gets the keys of the window; null where that is a widget.
-QObject *sceneForKeys(QWindow *window)
-{
-    QWidget *focus = QApplication::focusWidget();
-    if (QObject *root = window ? sceneRootOf(window) : nullptr)
-        return root;
-    return focus && !QApplication::activePopupWidget() ? sceneRootOf(focus) : nullptr;
+    return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetShownIn(window);
 }
 
 } // namespace
 
 ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
+    , m_focus(m_report)
     , m_mouse(m_report)
-    , m_keys(m_report)
-    , m_sceneMouse(m_report)
-    , m_sceneKeys(m_report)
+    , m_wheel(m_report)
+    , m_keys(m_report, m_focus)
+    , m_scenes(m_report)
     , m_points(m_report)
 {
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (const QWidget *widget : widgets)
+        noteSecretInput(widget);
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -64,12 +61,18 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     // Where it goes on to another widget it is no longer spontaneous.
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
     case QEvent::DragMove:
     case QEvent::Drop:
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         break;
+    case QEvent::FocusOut:
+        m_keys.focusOut(receiver);
+        return false;
     case QEvent::Show:
+        noteSecretInput(receiver);
+        Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
         return false;
@@ -101,21 +104,28 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             return;
         m_mouse.beginPress();
         settle();
-        filterForScene(sceneRootOf(window), event);
+        m_focus.beginPress();
+        m_scenes.mouse(window, event);
         break;
     case QEvent::MouseButtonRelease:
+        m_focus.endPress();
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
-        filterForScene(sceneRootOf(window), event);
+        m_scenes.mouse(window, event);
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
         settle();
-        pressKey(window, *static_cast<QKeyEvent *>(event));
+        if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
+            pressKey(*static_cast<QKeyEvent *>(event));
         break;
     case QEvent::KeyRelease:
-        m_sceneKeys.release();
+        m_scenes.releaseKey();
+        break;
+    case QEvent::Wheel:
+        settle();
+        m_wheel.begin();
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
@@ -141,60 +151,45 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         Qt::QueuedConnection);
 }
 
-void ActionWatch::filterForScene(QObject *root, QEvent *event)
-{
-    if (!root || !event->spontaneous())
-        return;
-    const auto *mouse = static_cast<QMouseEvent *>(event);
-    if (event->type() == QEvent::MouseButtonRelease)
-        m_sceneMouse.release(mouse->pos());
-    else
-        m_sceneMouse.press(root, *mouse);
-}
-
-void ActionWatch::pressKey(QWindow *window, const QKeyEvent &event)
-{
-    if (QObject *root = sceneForKeys(window))
-        m_sceneKeys.press(root, event);
-    else
-        m_keys.press(event);
-}
-
 void ActionWatch::shortcut(QObject *owner, const QShortcutEvent &event)
 {
-    if (QObject *root = sceneForKeys(QGuiApplication::focusWindow()))
-        m_sceneKeys.shortcut(root, event);
-    else
+    if (!m_scenes.shortcut(event))
         m_keys.shortcut(owner, event);
 }
 
 void ActionWatch::inputMethod(QObject *receiver, const QInputMethodEvent &event)
 {
-    if (isSceneItem(receiver))
-        m_sceneKeys.inputMethod(receiver, event);
-    else if (!receiver->isWidgetType() || !sceneRootOf(receiver))
+    if (!m_scenes.inputMethod(receiver, event))
         m_keys.inputMethod(receiver, event);
 }
 
 void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
 {
-    if (QObject *root = sceneRootOf(widget)) {
-        m_keys.leaveEditor(widget);
-        filterForScene(root, event);
+    if (m_scenes.mouse(widget, event))
         return;
-    }
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        m_keys.leaveEditor(widget);
         m_mouse.press(widget, *static_cast<QMouseEvent *>(event));
         break;
     case QEvent::MouseButtonRelease:
         m_mouse.release(widget, *static_cast<QMouseEvent *>(event));
         break;
+    case QEvent::Wheel:
+        m_wheel.turn(widget);
+        break;
     default:
         break;
     }
+}
+
+// In the calendar of a date they choose one.
+void ActionWatch::pressKey(const QKeyEvent &event)
+{
+    if (QDateTimeEdit *edit = dateOfCalendar(QApplication::activePopupWidget()))
+        m_mouse.expectChange(edit);
+    else
+        m_keys.press(event);
 }
 
 // The keys are none of the application. Those in the open menu are.
@@ -218,9 +213,10 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
 void ActionWatch::settle()
 {
     m_mouse.settle();
+    m_wheel.settle();
     m_keys.settle();
-    m_sceneMouse.settle();
-    m_sceneKeys.settle();
+    m_focus.settle();
+    m_scenes.settle();
 }
 
 } // namespace Morvex

@@ -3,6 +3,7 @@
 #include "objectmodel/objectname.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/secretinputs.h"
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
@@ -54,7 +55,7 @@ bool hidesItsText(const QObject *object)
     for (const char *property : {"echoMode", "textEchoMode"}) {
         const QVariant mode = object->property(property);
         if (mode.isValid())
-            return mode.toInt() != QLineEdit::Normal;
+            return mode.toInt() != QLineEdit::Normal || wasSecretInput(object);
     }
     return false;
 }

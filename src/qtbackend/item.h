@@ -41,6 +41,10 @@ public:
     /// Where it is in the widget. Empty when it can't be seen.
     virtual QRect place() const = 0;
 
+    /// Whether another one of the same widget takes its place when it is dragged over the middle of
+    /// this one.
+    virtual bool isInBar() const { return false; }
+
     /// Adds what is done to it, other than with the mouse alone: "expand", "collapse", "toggle",
     /// "check", "uncheck", "edit". Returns an error text, empty on success.
     [[nodiscard]] virtual QString use(const QString &action, const QVariant &value,

@@ -1,6 +1,9 @@
 #include "qtbackend/keyactions.h"
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/celleditor.h"
+#include "qtbackend/focusmove.h"
+#include "qtbackend/itemselectors.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
@@ -8,7 +11,6 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
-#include <QAbstractSpinBox>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -17,22 +19,11 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMetaProperty>
+#include <QShortcut>
 #include <QShortcutEvent>
-
-#include <utility>
 
 namespace Morvex {
 namespace {
-
-// Protected members of the toolkit's class.
-struct ViewAccess : QAbstractItemView
-{
-    static bool isEditing(const QAbstractItemView *view)
-    {
-        return (view->*(&ViewAccess::state))() == EditingState;
-    }
-};
 
 // What keys are for now; null for none.
 QWidget *keyTarget()
@@ -56,31 +47,31 @@ bool isReadOnly(const QWidget *widget)
     return widget->property("readOnly").toBool() && !widget->inherits("QComboBox");
 }
 
-// The view whose item the widget edits; null for any other widget.
-QAbstractItemView *editedView(const QWidget *editor)
+// A shortcut that works wherever in the window the focus is.
+bool isOfWindow(const QObject *owner)
 {
-    const QWidget *viewport = editor ? editor->parentWidget() : nullptr;
-    auto *view = qobject_cast<QAbstractItemView *>(viewport ? viewport->parentWidget() : nullptr);
-    const bool isText =
-        qobject_cast<const QLineEdit *>(editor) || qobject_cast<const QAbstractSpinBox *>(editor);
-    return isText && view && view->viewport() == viewport && view->currentIndex().isValid() &&
-                   ViewAccess::isEditing(view)
-               ? view
-               : nullptr;
+    if (const auto *action = qobject_cast<const QAction *>(owner))
+        return action->shortcutContext() >= Qt::WindowShortcut &&
+               action->shortcutContext() != Qt::WidgetWithChildrenShortcut;
+    const auto *shortcut = qobject_cast<const QShortcut *>(owner);
+    return shortcut && shortcut->context() >= Qt::WindowShortcut &&
+           shortcut->context() != Qt::WidgetWithChildrenShortcut;
 }
 
-// Of a field, also within a spin box or a combo box.
-bool isAllSelected(const QWidget *field)
+// Widgets of which one thinks when one types, also when it is a shortcut.
+bool isTypedInto(const QWidget *widget)
 {
-    const auto *line = qobject_cast<const QLineEdit *>(field);
-    if (!line)
-        line = field->findChild<QLineEdit *>(QString(), Qt::FindDirectChildrenOnly);
-    return line && line->hasSelectedText() && line->selectedText() == line->text();
+    return fieldOf(widget) || hasLines(widget) || qobject_cast<const QAbstractItemView *>(widget);
 }
 
-QString editedText(const QWidget *editor)
+// Null when the widget has no field that may refuse keys.
+const QLineEdit *choosyField(const QWidget *target)
 {
-    return editor->property(editor->metaObject()->userProperty().name()).toString();
+    const QLineEdit *line = fieldOf(target);
+    const bool isChoosy =
+        line && (line->validator() || !line->inputMask().isEmpty() ||
+                 (line->text().size() >= line->maxLength() && !line->hasSelectedText()));
+    return isChoosy ? line : nullptr;
 }
 
 } // namespace
@@ -100,26 +91,35 @@ void KeyActions::press(const QKeyEvent &event)
 {
     m_lastKey = 0;
     QWidget *popup = QApplication::activePopupWidget();
-    if (auto *menu = qobject_cast<QMenu *>(popup)) {
-        // One that another menu has opened is not open in the script.
-        if (event.key() == Qt::Key_Escape && firstMenuOf(menu) == menu)
-            m_report.add(QStringLiteral("type"), menu,
-                         {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
-        auto *action = const_cast<QAction *>(actionFor(menu, event.key()));
-        if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
-            return;
-        const MenuPath path = menuPathOf(menu, action);
-        m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
-        return;
-    }
+    if (auto *menu = qobject_cast<QMenu *>(popup))
+        return pressInMenu(menu, event);
     QWidget *target = keyTarget();
     if (!target || (popup && isForList(popup, event)))
         return;
     const auto *button = qobject_cast<QAbstractButton *>(target);
-    if (button && isPushKey(event) && !event.isAutoRepeat())
-        m_lastKey = m_report.add(QStringLiteral("click"), target);
-    else if (!button || !isPushKey(event))
-        type(target, event);
+    if (!button || !isPushKey(event))
+        return type(target, event);
+    if (event.isAutoRepeat())
+        return;
+    // A click gives it the focus, too.
+    if (button->focusPolicy() & Qt::ClickFocus)
+        m_focus.enter(target);
+    m_lastKey = m_report.add(QStringLiteral("click"), target);
+}
+
+void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
+{
+    // One that another menu has opened is not open in the script.
+    if (event.key() == Qt::Key_Escape && firstMenuOf(menu) == menu)
+        m_report.add(QStringLiteral("type"), menu,
+                     {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
+    if (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier))
+        return;
+    auto *action = const_cast<QAction *>(actionFor(menu, event.key()));
+    if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
+        return;
+    const MenuPath path = menuPathOf(menu, action);
+    m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
 }
 
 bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)
@@ -143,45 +143,38 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
                               !(event.modifiers() & Qt::ControlModifier);
     if (keys.isEmpty() || isForMenuBar)
         return;
-    const bool isSecret = isSecretInput(target);
-    // How many there are says how long the secret is.
-    if (isSecret && isCursorKey(event))
-        return;
-    if (isSecret && !isHarmlessInSecret(event)) {
-        m_typed.addSecret(target);
-        return;
+    if (isSecretInput(target)) {
+        m_focus.enter(target);
+        if (!m_secrets.mayShow(target, event))
+            return;
+        m_lastKey = m_typed.add(target, keys);
+    } else {
+        const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
+        if (isText && isReadOnly(target))
+            return;
+        const bool isCommit = isTabKey(event) || (isChoiceKey(event) && !hasLines(target));
+        if (isCommit && m_edits.commit())
+            return;
+        if (event.key() == Qt::Key_Escape)
+            m_edits.expectCancel();
+        typeKeys(target, keys,
+                 isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
+        m_edits.typeInView(target, m_lastKey, isText);
     }
-    const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
-    if (isText && isReadOnly(target))
-        return;
-    m_editor = !isSecret && editedView(target) ? target : nullptr;
-    if (m_editor && (isTabKey(event) || isChoiceKey(event)))
-        return commitEdit();
-    const bool isReplacing =
-        isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete;
-    if (std::exchange(m_hasMovedFocus, false) && isReplacing && isAllSelected(target))
+    if (isTabKey(event))
+        m_focus.expect(m_lastKey);
+}
+
+void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
+{
+    m_focus.enter(target);
+    m_edits.typeInEditor(target);
+    if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
     m_lastKey = m_typed.add(target, keys);
-    if (isTabKey(event))
-        m_tab = {QApplication::focusWidget(), m_lastKey};
-}
-
-void KeyActions::leaveEditor(const QWidget *pressed)
-{
-    if (m_editor && pressed != m_editor && !m_editor->isAncestorOf(pressed) && editedView(m_editor))
-        commitEdit();
-}
-
-void KeyActions::commitEdit()
-{
-    QAbstractItemView *view = editedView(m_editor);
-    const QVariantList item = selectorOf(view, view->currentIndex());
-    m_report.add(QStringLiteral("edit"), view,
-                 {{QStringLiteral("item"), item},
-                  {QStringLiteral("text"), editedText(m_editor)},
-                  {QStringLiteral("editor"), m_report.nameOf(m_editor)}});
-    m_editor = nullptr;
+    if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
+        m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};
 }
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
@@ -193,11 +186,21 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
                      {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
         return;
     }
-    m_hasMovedFocus = m_hasMovedFocus || qobject_cast<QLabel *>(owner);
-    if (qobject_cast<QMenuBar *>(owner) || qobject_cast<QLabel *>(owner))
+    const QString heldBack = m_secrets.takeShortcut();
+    if (qobject_cast<QMenuBar *>(owner)) {
         m_report.cancel(m_lastKey);
+        return;
+    }
+    if (!heldBack.isEmpty())
+        m_lastKey =
+            m_report.add(QStringLiteral("type"), keyTarget(), {{QStringLiteral("text"), heldBack}});
+    if (qobject_cast<QLabel *>(owner))
+        m_focus.expect(m_lastKey);
     else if (qobject_cast<QAbstractButton *>(owner))
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
+    else if (isOfWindow(owner) && m_typed.target() && !isTypedInto(m_typed.target()))
+        m_report.replace(m_lastKey, QStringLiteral("type"), m_typed.target()->window(),
+                         {{QStringLiteral("text"), m_typed.lastKeys()}});
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
@@ -207,21 +210,21 @@ void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
         target = target->focusProxy();
     if (!target || event.commitString().isEmpty())
         return;
-    if (isSecretInput(target))
-        m_typed.addSecret(target);
-    else
-        m_report.add(QStringLiteral("type"), target,
-                     {{QStringLiteral("text"), typedTextOf(event.commitString())}});
+    if (!isSecretInput(target))
+        return typeKeys(target, typedTextOf(event.commitString()), true);
+    m_focus.enter(target);
+    m_secrets.addText(target);
 }
 
 void KeyActions::settle()
 {
-    // A key that only moves the focus is none that a script would type.
-    if (m_tab.number > 0 && m_tab.focus != QApplication::focusWidget()) {
-        m_report.cancel(m_tab.number);
-        m_hasMovedFocus = true;
-    }
-    m_tab = {};
+    const bool isRefused = m_offer.field && m_offer.field->text() == m_offer.text &&
+                           TextCursorState::of(m_offer.field) == m_offer.cursor;
+    if (isRefused)
+        m_report.cancel(m_offer.number);
+    m_offer = {};
+    m_secrets.settle();
+    m_edits.settle();
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);
     m_choice = {};

@@ -1,25 +1,34 @@
 #pragma once
 
+#include "qtbackend/celledits.h"
 #include "qtbackend/keyreport.h"
+#include "qtbackend/secrettyping.h"
+#include "qtbackend/textcursorstate.h"
 
 #include <QPointer>
 #include <QWidget>
 
 class QInputMethodEvent;
 class QKeyEvent;
+class QLineEdit;
+class QMenu;
 class QShortcutEvent;
 class QWindow;
 
 namespace Morvex {
 
 class ActionReport;
+class FocusMove;
 
 /// What the user types, from the events before they are delivered.
 class KeyActions
 {
 public:
-    explicit KeyActions(ActionReport &report)
+    KeyActions(ActionReport &report, FocusMove &focus)
         : m_report(report)
+        , m_focus(focus)
+        , m_edits(report)
+        , m_secrets(report)
         , m_typed(report)
     {
     }
@@ -30,17 +39,20 @@ public:
     void press(const QKeyEvent &event);
     /// What the key that was pressed last has come to.
     void shortcut(QObject *owner, const QShortcutEvent &event);
-    /// The mouse is pressed on this widget.
-    void leaveEditor(const QWidget *pressed);
+    /// The focus has left the widget, which has not seen that yet.
+    void focusOut(const QObject *widget) { m_edits.focusOut(widget); }
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);
 
     /// Looks what has become of what was done last.
     void settle();
 
 private:
-    struct Tab
+    // A key that a field may refuse.
+    struct Offer
     {
-        QPointer<QWidget> focus;
+        QPointer<const QLineEdit> field;
+        QString text;
+        TextCursorState cursor;
         int number = 0;
     };
 
@@ -51,20 +63,20 @@ private:
     };
 
     bool isForList(QWidget *popup, const QKeyEvent &event);
-    void commitEdit();
+    void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
+    void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
 
     ActionReport &m_report;
+    FocusMove &m_focus;
+    CellEdits m_edits;
+    SecretTyping m_secrets;
     // That which was offered first.
     ulong m_offeredTime = 0;
     int m_offeredKey = 0;
     int m_lastKey = 0;
     KeyReport m_typed;
-    Tab m_tab;
-    // Whether keys have moved the focus, which selects what is in a field.
-    bool m_hasMovedFocus = false;
-    // Of an item, into which was typed.
-    QPointer<QWidget> m_editor;
+    Offer m_offer;
     Choice m_choice;
 };
 

@@ -1,47 +1,30 @@
 #include "qtbackend/mouseactions.h"
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/itemselectors.h"
 #include "qtbackend/menupath.h"
-#include "qtbackend/recordedkeys.h"
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/usagerules.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
-#include <QAbstractSlider>
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
-#include <QSpinBox>
 #include <QTabBar>
-#include <QTabWidget>
 
 namespace Morvex {
 namespace {
 
-QVariant valueOf(const QWidget *widget)
-{
-    if (qobject_cast<const QDateTimeEdit *>(widget))
-        return widget->property("dateTime");
-    return widget ? widget->property("value") : QVariant();
-}
-
-// Those of which a second click is just one more, and which a drag does not move.
+// Those of which a second click is just one more.
 bool isPushed(const QObject *object)
 {
     return qobject_cast<const QAbstractButton *>(object) || qobject_cast<const QGroupBox *>(object);
-}
-
-bool isBar(const QObject *object)
-{
-    return qobject_cast<const QHeaderView *>(object) || qobject_cast<const QTabBar *>(object) ||
-           qobject_cast<const QTabWidget *>(object);
 }
 
 QModelIndex indexAt(const RecordedTarget &target, const QWidget *widget, const QPoint &global)
@@ -55,12 +38,13 @@ QModelIndex indexAt(const RecordedTarget &target, const QWidget *widget, const Q
 void MouseActions::beginPress()
 {
     m_isPressNew = true;
-    if (m_press.widget)
-        expectOutcome();
+    m_outcome.setReleased();
     settle();
     if (m_press.isDragging)
         m_report.cancel(m_press.number);
     m_press = {};
+    m_clickBefore = m_click;
+    m_click = {};
 }
 
 void MouseActions::press(QWidget *widget, const QMouseEvent &event)
@@ -98,20 +82,12 @@ void MouseActions::describe(QWidget *widget, const QPoint &place)
 {
     m_press.widget = widget;
     m_press.target = recordedTarget(widget, place, m_press.button);
-    m_outcome = {};
-    switch (m_press.target.kind) {
-    case RecordedTarget::Nothing:
+    m_outcome = PressOutcome(m_press.target, m_report);
+    if (m_press.target.kind == RecordedTarget::Nothing) {
         m_report.cancel(m_press.number);
         m_press.number = 0;
-        break;
-    case RecordedTarget::Cursor:
-    case RecordedTarget::Value:
-        m_outcome.widget = qobject_cast<QWidget *>(m_press.target.object);
-        m_outcome.name = m_report.nameOf(ownerOf(m_outcome.widget));
-        m_outcome.cursor = TextCursorState::of(m_outcome.widget);
-        m_outcome.value = valueOf(m_outcome.widget);
-        break;
-    default:
+    } else if (m_press.target.kind != RecordedTarget::Cursor &&
+               m_press.target.kind != RecordedTarget::Value) {
         reportPress();
     }
 }
@@ -124,24 +100,20 @@ void MouseActions::reportPress()
         what = QStringLiteral("expand");
     else if (target.kind == RecordedTarget::Collapse)
         what = QStringLiteral("collapse");
-    else if (m_press.isDouble && !isPushed(target.object))
+    else if (m_press.isDouble && !isPushed(target.object) && m_clickBefore.number > 0 &&
+             m_clickBefore.object == target.object && m_clickBefore.item == target.item)
         what = QStringLiteral("doubleClick");
     if (what == QLatin1String("doubleClick"))
-        m_report.cancel(m_lastClick);
+        m_report.cancel(m_clickBefore.number);
     const QVariantMap place = placeOf(target);
     if (m_press.number > 0)
         m_report.replace(m_press.number, what, target.object, place);
     else
         m_press.number = m_report.add(what, target.object, place);
-    m_lastClick = m_press.number;
-    const QModelIndex index = indexAt(target, m_press.widget, m_press.globalPlace);
-    if (index.data(Qt::CheckStateRole).isValid()) {
-        m_outcome.index = index;
-        m_outcome.checkState = index.data(Qt::CheckStateRole);
-        m_outcome.name = m_report.nameOf(target.object);
-        m_outcome.place = place;
-        m_outcome.number = m_press.number;
-    }
+    m_click = {target.object, target.item, m_press.number};
+    m_outcome.setReported(m_press.number, place,
+                          indexAt(target, m_press.widget, m_press.globalPlace),
+                          BarMove(target, m_press.widget, m_press.globalPlace), m_report);
 }
 
 QVariantMap MouseActions::placeOf(const RecordedTarget &target) const
@@ -154,28 +126,28 @@ QVariantMap MouseActions::placeOf(const RecordedTarget &target) const
 void MouseActions::beginRelease(const QMouseEvent &event)
 {
     m_isReleaseNew = true;
-    const int way = (event.globalPos() - m_press.globalPlace).manhattanLength();
-    if (m_press.number > 0 && m_press.widget && way >= QApplication::startDragDistance())
-        finishMoved(event.globalPos());
-    expectOutcome();
+    if (m_press.number > 0 && m_press.widget)
+        finishPress(event.globalPos());
+    m_outcome.setReleased();
     m_press = {};
 }
 
-// A widget may change once more after the button was released.
-void MouseActions::expectOutcome()
-{
-    m_outcome.kind = m_press.target.kind;
-}
-
-void MouseActions::finishMoved(const QPoint &globalPlace)
+// Moved to another place, the mouse has done something else there, or nothing.
+void MouseActions::finishPress(const QPoint &globalPlace)
 {
     const QWidget *widget = m_press.widget;
+    const RecordedTarget &target = m_press.target;
     const bool isInside = widget->rect().contains(widget->mapFromGlobal(globalPlace));
-    if (isPushed(m_press.target.object) ? isInside : m_press.target.kind != RecordedTarget::Click)
-        return;
-    if (isPushed(m_press.target.object) || isBar(m_press.target.object))
+    const int way = (globalPlace - m_press.globalPlace).manhattanLength();
+    const bool isWhole = target.item.isEmpty() && !target.place;
+    const bool isMoved =
+        way >= QApplication::startDragDistance() && target.kind == RecordedTarget::Click;
+    const bool isTab = qobject_cast<const QTabBar *>(widget);
+    if (isWhole && !isInside && m_press.button == Qt::LeftButton)
         m_report.cancel(m_press.number);
-    else
+    else if (isMoved && qobject_cast<QHeaderView *>(target.object))
+        m_report.cancel(m_press.number);
+    else if (isMoved && !isWhole && !isTab)
         reportDrag(globalPlace);
 }
 
@@ -218,7 +190,7 @@ void MouseActions::release(QWidget *widget, const QMouseEvent &event)
     if (!m_isReleaseNew)
         return;
     m_isReleaseNew = false;
-    if (m_isInMenu)
+    if (m_isInMenu || qobject_cast<QMenu *>(widget))
         choose(widget, event.pos());
     else if (comboBoxOfList(widget))
         chooseInList(widget, event.pos());
@@ -230,7 +202,9 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
     const MenuPath path = menuPathOf(menu, action);
-    m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
+    m_choice.list = m_isInMenu ? nullptr : menu;
+    m_choice.number =
+        m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
 }
 
 void MouseActions::chooseInList(QWidget *list, const QPoint &place)
@@ -250,62 +224,19 @@ void MouseActions::settle()
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);
     m_choice = {};
-    switch (m_outcome.kind) {
-    case RecordedTarget::Value:
-        settleValue();
-        break;
-    case RecordedTarget::Cursor:
-        settleCursor();
-        break;
-    case RecordedTarget::Click:
-        settleCheck();
-        break;
-    case RecordedTarget::Nothing:
-        // A button may still be pressed.
+    if (!m_outcome.isReleased())
         return;
-    default:
-        break;
-    }
+    m_outcome.settle(m_report);
     m_outcome = {};
 }
 
-void MouseActions::settleValue()
+void MouseActions::expectChange(QWidget *widget)
 {
-    const QVariant value = valueOf(m_outcome.widget);
-    const bool isNumber = m_outcome.widget && value.isValid() && value != m_outcome.value &&
-                          !qobject_cast<QDateTimeEdit *>(m_outcome.widget);
-    if (isNumber)
-        m_report.add(QStringLiteral("set"), m_outcome.name,
-                     {{QStringLiteral("property"), QStringLiteral("value")},
-                      {QStringLiteral("value"), value}});
-    else if (value.isValid() && value != m_outcome.value)
-        m_report.add(QStringLiteral("type"), m_outcome.name,
-                     {{QStringLiteral("text"), value.toDateTime() > m_outcome.value.toDateTime()
-                                                   ? QStringLiteral("<Up>")
-                                                   : QStringLiteral("<Down>")}});
-}
-
-void MouseActions::settleCursor()
-{
-    const TextCursorState state = TextCursorState::of(m_outcome.widget);
-    if (!m_outcome.widget || state == m_outcome.cursor)
-        return;
-    const QString keys = state.keys();
-    // A place within a secret says how long it is.
-    if (!isSecretInput(m_outcome.widget) || keys == QLatin1String("<Ctrl+A>"))
-        m_report.add(QStringLiteral("type"), m_outcome.name, {{QStringLiteral("text"), keys}});
-}
-
-void MouseActions::settleCheck()
-{
-    if (!m_outcome.index.isValid())
-        return;
-    const QVariant state = m_outcome.index.data(Qt::CheckStateRole);
-    if (state != m_outcome.checkState && m_outcome.place.contains(QStringLiteral("item")))
-        m_report.replace(m_outcome.number,
-                         state.toInt() == Qt::Checked ? QStringLiteral("check")
-                                                      : QStringLiteral("uncheck"),
-                         m_outcome.name, m_outcome.place);
+    RecordedTarget target;
+    target.kind = RecordedTarget::Value;
+    target.object = widget;
+    m_outcome = PressOutcome(target, m_report);
+    m_outcome.setReleased();
 }
 
 } // namespace Morvex

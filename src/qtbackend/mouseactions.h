@@ -1,9 +1,6 @@
 #pragma once
 
-#include "qtbackend/recordedtarget.h"
-#include "qtbackend/textcursorstate.h"
-
-#include <QPersistentModelIndex>
+#include "qtbackend/pressoutcome.h"
 
 class QMenu;
 class QMouseEvent;
@@ -34,6 +31,9 @@ public:
     void dragMoved();
     void dropAt(const QPoint &globalPlace);
 
+    /// Something else may change the value of this widget.
+    void expectChange(QWidget *widget);
+
     /// Looks what has become of what was done last.
     void settle();
 
@@ -51,17 +51,11 @@ private:
         int number = 0;
     };
 
-    // What shows only once the event has been delivered.
-    struct Outcome
+    // That which a double click begins with.
+    struct Click
     {
-        RecordedTarget::Kind kind = RecordedTarget::Nothing;
-        QPointer<QWidget> widget;
-        QString name;
-        TextCursorState cursor;
-        QVariant value;
-        QPersistentModelIndex index;
-        QVariant checkState;
-        QVariantMap place;
+        QPointer<QObject> object;
+        QVariantList item;
         int number = 0;
     };
 
@@ -74,25 +68,21 @@ private:
     void closeMenu(QMenu *menu, const QPoint &globalPlace);
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
-    void expectOutcome();
     QVariantMap placeOf(const RecordedTarget &target) const;
-    void finishMoved(const QPoint &globalPlace);
+    void finishPress(const QPoint &globalPlace);
     void reportDrag(const QPoint &globalPlace);
     void choose(QWidget *menu, const QPoint &place);
     void chooseInList(QWidget *list, const QPoint &place);
-    void settleValue();
-    void settleCursor();
-    void settleCheck();
 
     ActionReport &m_report;
     Press m_press;
-    Outcome m_outcome;
+    PressOutcome m_outcome;
     Choice m_choice;
     bool m_isPressNew = false;
     bool m_isReleaseNew = false;
     bool m_isInMenu = false;
-    // The click that a double click begins with.
-    int m_lastClick = 0;
+    Click m_click;
+    Click m_clickBefore;
 };
 
 } // namespace Morvex

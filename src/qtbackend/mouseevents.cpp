@@ -1,13 +1,12 @@
 #include "qtbackend/mouseevents.h"
 
-#include <QCoreApplication>
 #include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QGuiApplication>
 #include <QStyleHints>
-#include <QWheelEvent>
 #include <QWidget>
+#include <qpa/qwindowsysteminterface.h>
 
 #include <algorithm>
 
@@ -82,10 +81,9 @@ void turnWheel(const MouseSpot &spot, const QPointF &steps, Qt::KeyboardModifier
     if (!spot.isValid())
         return;
     const QPoint angle = (steps * -angleOfStep).toPoint();
-    auto *event = new QWheelEvent(spot.place, spot.window->mapToGlobal(spot.place), QPoint(), angle,
-                                  Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
-    event->setTimestamp(static_cast<ulong>(++lastTimestamp));
-    QCoreApplication::postEvent(spot.window, event);
+    QWindowSystemInterface::handleWheelEvent(spot.window, static_cast<ulong>(++lastTimestamp),
+                                             spot.place, spot.window->mapToGlobal(spot.place),
+                                             QPoint(), angle, modifiers);
 }
 
 void endClicks()

@@ -24,6 +24,8 @@ namespace {
 
 // A window manager may refuse.
 const int maxActivationMs = 500;
+// In pixels, of a tab or a section of a header.
+const int pastMiddle = 3;
 
 void clickAt(const MouseSpot &spot)
 {
@@ -233,6 +235,15 @@ MouseSpot MouseTarget::sceneSpot(QString *error) const
         return {access.windowOf(object), place};
     scrollIntoSight(widget, place);
     return receiverOf(widget, place, error) ? MouseSpot::of(widget, place) : MouseSpot();
+}
+
+QPoint MouseTarget::wayBeyond(const QPoint &way) const
+{
+    if (!m_item || m_place || !m_item->isInBar())
+        return {};
+    const bool isAcross = qAbs(way.x()) > qAbs(way.y());
+    const int beyond = (isAcross ? way.x() : way.y()) < 0 ? -pastMiddle : pastMiddle;
+    return isAcross ? QPoint(beyond, 0) : QPoint(0, beyond);
 }
 
 MouseSpot MouseTarget::spot(QString *error)

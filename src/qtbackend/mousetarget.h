@@ -38,6 +38,10 @@ public:
     /// Not valid, with an error text, when something is in the way.
     MouseSpot spot(QString *error);
 
+    /// How much further something has to be dragged this way to take the place of the item. Null
+    /// where the way to the spot is enough.
+    QPoint wayBeyond(const QPoint &way) const;
+
 private:
     QWidget *widget() const;
     MouseSpot sceneSpot(QString *error) const;

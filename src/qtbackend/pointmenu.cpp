@@ -4,6 +4,7 @@
 #include "qtbackend/identification.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/recordedtarget.h"
+#include "shared/points/pointtypes.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -71,18 +72,18 @@ void PointMenu::open()
     m_menu = new QMenu;
     m_menu->setAttribute(Qt::WA_DeleteOnClose);
     m_menu->addSection(QString::fromLatin1(object->metaObject()->className()));
-    add(QStringLiteral("Check properties"), "ObjectProperties", name, propertiesOf(object));
+    add(QStringLiteral("Check properties"), PointType::properties, name, propertiesOf(object));
     if (ModelTableRange::isTable(object))
-        add(QStringLiteral("Check table"), "Table", name, {});
-    add(QStringLiteral("Check picture"), "Screenshot", name, {});
-    add(QStringLiteral("Check look"), "Visual", name, {});
+        add(QStringLiteral("Check table"), PointType::table, name, {});
+    add(QStringLiteral("Check picture"), PointType::screenshot, name, {});
+    add(QStringLiteral("Check look"), PointType::visual, name, {});
     m_menu->popup(place);
 }
 
-void PointMenu::add(const QString &text, const char *type, const QString &name,
+void PointMenu::add(const QString &text, QLatin1String type, const QString &name,
                     const QStringList &properties)
 {
-    const QVariantMap more{{QStringLiteral("type"), QLatin1String(type)},
+    const QVariantMap more{{QStringLiteral("type"), type},
                            {QStringLiteral("properties"), properties}};
     QObject::connect(m_menu->addAction(text), &QAction::triggered, m_menu,
                      [this, name, more] { m_report.add(QStringLiteral("point"), name, more); });

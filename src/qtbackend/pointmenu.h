@@ -33,7 +33,7 @@ public:
     bool owns(const QObject *receiver) const;
 
 private:
-    void add(const QString &text, const char *type, const QString &name,
+    void add(const QString &text, QLatin1String type, const QString &name,
              const QStringList &properties);
 
     ActionReport &m_report;

@@ -1,6 +1,7 @@
 #include "qtbackend/qtinspector.h"
 
 #include "objectmodel/namespace.h"
+#include "qtbackend/actionwatch.h"
 #include "qtbackend/applicationfunctions.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/liveobject.h"
@@ -45,6 +46,7 @@ struct QtInspector::Private
 {
     QtModel model;
     QMap<QString, std::shared_ptr<QtNamespace>> namespaces;
+    std::unique_ptr<ActionWatch> actionWatch;
 };
 
 QtInspector::QtInspector()
@@ -152,7 +154,8 @@ SharedPtr<Object> QtInspector::waitForObject(const QString &name, int timeout, Q
 
 void QtInspector::record(const std::function<void(const QVariantMap &)> &sink)
 {
-    d->model.watchActions(sink);
+    if (!d->actionWatch)
+        d->actionWatch = std::make_unique<ActionWatch>(d->model, sink);
 }
 
 QByteArray QtInspector::countedUsage()

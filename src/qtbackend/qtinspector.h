@@ -47,7 +47,7 @@ public:
     /// @p input.
     QVariant beginFunction(const QString &name, const QVariantList &arguments, InputSequence &input,
                            QString *error);
-    /// Reports what the user does from now on.
+    /// Reports what the user does from now on, once for all.
     void record(const std::function<void(const QVariantMap &)> &sink);
     /// What "dumpUsage" answers; null when nothing is counted. Also when the windows, and the
     /// application object, no longer exist.

@@ -1,15 +1,14 @@
 #include "qtbackend/qtmodel.h"
 
 #include "objectmodel/value/valueobject.h"
-#include "qtbackend/actionwatch.h"
 #include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
-#include "qtbackend/scenetarget.h"
 #include "qtbackend/usagecounter.h"
+#include "qtbackend/widgetvalue.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -86,12 +85,6 @@ ClickWatch &QtModel::clickWatch()
     if (!m_clickWatch)
         m_clickWatch = std::make_unique<ClickWatch>();
     return *m_clickWatch;
-}
-
-void QtModel::watchActions(const std::function<void(const QVariantMap &)> &sink)
-{
-    if (!m_actionWatch)
-        m_actionWatch = std::make_unique<ActionWatch>(*this, sink);
 }
 
 UsageCounter &QtModel::usageCounter()
@@ -178,12 +171,10 @@ void QtModel::addMetaProperty(ModelClass *modelClass, const QMetaProperty &prope
         QObject *object = unwrap(self);
         if (!object)
             return QStringLiteral("the object no longer exists");
-        if (!propertyOf(object, name).write(object, value))
-            return QStringLiteral("property '%1' doesn't take this value")
-                .arg(QString::fromLatin1(name));
-        if (isSceneItem(object))
-            announceSceneValue(object, name);
-        return {};
+        return setLikeUser(object, name, value)
+                   ? QString()
+                   : QStringLiteral("property '%1' doesn't take this value")
+                         .arg(QString::fromLatin1(name));
     };
     modelClass->addProperty(QString::fromLatin1(name), read,
                             property.isWritable() ? ModelClass::Writer(write)

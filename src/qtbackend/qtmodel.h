@@ -17,7 +17,6 @@ struct QMetaObject;
 
 namespace Morvex {
 
-class ActionWatch;
 class ClickWatch;
 class UsageCounter;
 
@@ -36,8 +35,6 @@ public:
     bool isUsageCounted() const { return m_usageCounter != nullptr; }
     /// Watches from the first call on.
     ClickWatch &clickWatch();
-    /// Reports what the user does from now on, in maps, once for all.
-    void watchActions(const std::function<void(const QVariantMap &)> &sink);
 
     /// Null for an invalid value and for a null pointer to an object.
     SharedPtr<Object> wrapValue(const QVariant &value);
@@ -78,7 +75,6 @@ private:
     ObjectRegistry m_registry;
     std::unique_ptr<UsageCounter> m_usageCounter;
     std::unique_ptr<ClickWatch> m_clickWatch;
-    std::unique_ptr<ActionWatch> m_actionWatch;
     WindowOrder m_windows;
     // By the name as well: a meta object may be freed and another one take its address.
     QHash<QPair<const QMetaObject *, QByteArray>, std::shared_ptr<ModelClass>> m_classes;

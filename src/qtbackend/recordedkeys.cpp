@@ -1,6 +1,7 @@
 #include "qtbackend/recordedkeys.h"
 
 #include "qtbackend/identification.h"
+#include "qtbackend/secretinputs.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -9,11 +10,17 @@
 #include <QKeySequence>
 #include <QLineEdit>
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace Morvex {
 namespace {
 
 const Qt::KeyboardModifiers commandModifiers =
     Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+
+// Keys from here on are not characters.
+const int firstSpecialKey = 0x01000000;
 
 bool isModifierKey(int key)
 {
@@ -37,11 +44,26 @@ bool isLineEnd(const QString &text)
     return text == QLatin1String("\r") || text == QLatin1String("\n");
 }
 
-// With V the secret is pasted.
-bool isCommandLetter(const QKeyEvent &event)
+bool matchesOneOf(const QKeyEvent &event, std::initializer_list<QKeySequence::StandardKey> keys)
 {
-    return (event.modifiers() & Qt::ControlModifier) && event.key() >= Qt::Key_A &&
-           event.key() <= Qt::Key_Z && event.key() != Qt::Key_V;
+    return std::any_of(keys.begin(), keys.end(), [&event](auto key) { return event.matches(key); });
+}
+
+bool isDeleting(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete ||
+           matchesOneOf(event, {QKeySequence::Cut, QKeySequence::Undo, QKeySequence::Redo,
+                                QKeySequence::DeleteEndOfLine, QKeySequence::DeleteCompleteLine,
+                                QKeySequence::DeleteStartOfWord, QKeySequence::DeleteEndOfWord});
+}
+
+bool isMoving(const QKeyEvent &event)
+{
+    const bool isCursorKey = event.key() >= Qt::Key_Home && event.key() <= Qt::Key_Down &&
+                             !(event.modifiers() & (Qt::AltModifier | Qt::MetaModifier));
+    return isCursorKey ||
+           matchesOneOf(event, {QKeySequence::SelectAll, QKeySequence::Copy,
+                                QKeySequence::MoveToStartOfLine, QKeySequence::MoveToEndOfLine});
 }
 
 // Without what the way of typing adds to the key.
@@ -85,16 +107,29 @@ bool isSecretInput(QObject *object)
     if (!object)
         return false;
     const auto *box = qobject_cast<const QComboBox *>(object);
-    if (hidesItsText(box && box->lineEdit() ? box->lineEdit() : object))
+    const QObject *field = box && box->lineEdit() ? box->lineEdit() : object;
+    noteSecretInput(field);
+    if (hidesItsText(field))
         return true;
     QInputMethodQueryEvent query(Qt::ImHints);
     QCoreApplication::sendEvent(object, &query);
     return Qt::InputMethodHints(query.value(Qt::ImHints).toInt()) & Qt::ImhHiddenText;
 }
 
-bool isCursorKey(const QKeyEvent &event)
+SecretKey secretKeyOf(const QKeyEvent &event)
 {
-    return event.key() >= Qt::Key_Home && event.key() <= Qt::Key_Down;
+    if (isShown(event.text()) && !(event.modifiers() & commandModifiers))
+        return SecretKey::Text;
+    if (event.matches(QKeySequence::Paste))
+        return SecretKey::Inserting;
+    if (isDeleting(event))
+        return SecretKey::Deleting;
+    if (isMoving(event))
+        return SecretKey::Moving;
+    const bool isCharacter = event.key() < firstSpecialKey || isShown(event.text());
+    return isCharacter && (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier))
+               ? SecretKey::Command
+               : SecretKey::Shown;
 }
 
 bool isTabKey(const QKeyEvent &event)
@@ -111,21 +146,6 @@ bool isChoiceKey(const QKeyEvent &event)
 {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
            event.key() == Qt::Key_Select;
-}
-
-bool isHarmlessInSecret(const QKeyEvent &event)
-{
-    switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
-    case Qt::Key_Escape:
-        return true;
-    default:
-        return (event.key() >= Qt::Key_F1 && event.key() <= Qt::Key_F35) ||
-               (event.modifiers() & Qt::AltModifier) || isCommandLetter(event);
-    }
 }
 
 } // namespace Morvex

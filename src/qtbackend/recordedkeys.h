@@ -16,16 +16,28 @@ QString typedTextOf(const QString &text);
 /// Whether what is typed into the object now is not for others to see.
 bool isSecretInput(QObject *object);
 
-/// Whether the key does nothing but move the cursor.
-bool isCursorKey(const QKeyEvent &event);
-
 bool isTabKey(const QKeyEvent &event);
 /// Whether the key presses a button that has the focus.
 bool isPushKey(const QKeyEvent &event);
 /// Whether the key chooses an entry of a menu or a list.
 bool isChoiceKey(const QKeyEvent &event);
 
-/// Whether the key says nothing about what is typed, and may be seen nevertheless.
-bool isHarmlessInSecret(const QKeyEvent &event);
+/// What a key does in a field whose text is a secret.
+enum class SecretKey {
+    Text,
+    /// From the clipboard.
+    Inserting,
+    /// Also what takes back an earlier change.
+    Deleting,
+    /// It moves the cursor, or selects.
+    Moving,
+    /// It may be a part of the secret, or a shortcut.
+    Command,
+    /// It says nothing about the secret.
+    Shown,
+};
+
+/// Of a key that is one to typedKeyOf.
+SecretKey secretKeyOf(const QKeyEvent &event);
 
 } // namespace Morvex

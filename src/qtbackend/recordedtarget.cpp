@@ -1,7 +1,6 @@
 #include "qtbackend/recordedtarget.h"
 
-#include "qtbackend/itempath.h"
-#include "qtbackend/items.h"
+#include "qtbackend/itemselectors.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -36,9 +35,6 @@
 
 namespace Morvex {
 namespace {
-
-// To look for others with the same text takes long, and fetches what a model has left for later.
-const int maxCompared = 2000;
 
 // Protected members of the toolkit's classes.
 struct ButtonAccess : QAbstractButton
@@ -92,64 +88,6 @@ bool isText(const QWidget *widget)
                                   &QPlainTextEdit::staticMetaObject});
 }
 
-bool isCompared(const QAbstractItemModel *model, const QModelIndex &parent, int columns)
-{
-    return !model->canFetchMore(parent) && model->rowCount(parent) * columns <= maxCompared;
-}
-
-QVariantMap option(const char *name, int value)
-{
-    return {{QLatin1String(name), value}};
-}
-
-// How many of the texts before the row are the same; negative when none of all others is.
-int sameBefore(const QAbstractItemModel *model, const QModelIndex &parent, int row)
-{
-    const QString text = model->index(row, 0, parent).data().toString();
-    int before = 0;
-    int others = 0;
-    for (int i = 0; i < model->rowCount(parent); ++i) {
-        const bool isSame = i != row && model->index(i, 0, parent).data().toString() == text;
-        others += isSame ? 1 : 0;
-        before += isSame && i < row ? 1 : 0;
-    }
-    return others > 0 ? before : -1;
-}
-
-QVariantList nodeSelector(QTreeView *tree, const QModelIndex &index)
-{
-    QStringList path;
-    const QModelIndex root = tree->rootIndex();
-    for (QModelIndex node = index.sibling(index.row(), 0); node.isValid() && node != root;
-         node = node.parent())
-        path.prepend(node.data().toString());
-    if (path.contains(QString()))
-        return {};
-    QVariantMap options;
-    if (index.column() > 0)
-        options = option("column", index.column());
-    const int before = isCompared(tree->model(), index.parent(), 1)
-                           ? sameBefore(tree->model(), index.parent(), index.row())
-                           : -1;
-    if (before >= 0)
-        options[QStringLiteral("occurrence")] = before + 1;
-    QVariantList selector{itemPathOf(path)};
-    if (!options.isEmpty())
-        selector += options;
-    return selector;
-}
-
-QVariantList cellSelector(QAbstractItemView *view, const QModelIndex &index)
-{
-    const QAbstractItemModel *model = view->model();
-    const QModelIndex root = view->rootIndex();
-    const QVariantList byText{index.data().toString()};
-    const bool isTable = view->inherits("QTableView");
-    const bool isNamed = (isTable || index.column() == 0) &&
-                         isCompared(model, root, isTable ? model->columnCount(root) : 1);
-    return isNamed && hasItem(view, byText) ? byText : QVariantList{index.row(), index.column()};
-}
-
 RecordedTarget itemTarget(QWidget *owner, const QVariantList &selector)
 {
     RecordedTarget target;
@@ -199,34 +137,37 @@ RecordedTarget viewTarget(QAbstractItemView *view, const QPoint &place, Qt::Mous
     }
     RecordedTarget target = itemTarget(view, selectorOf(view, index));
     const auto *tree = qobject_cast<QTreeView *>(view);
-    if (tree && button == Qt::LeftButton && !target.item.isEmpty() &&
-        isOnHandle(tree, index, place))
+    const bool isLeft = button == Qt::LeftButton;
+    if (isLeft && tree && !target.item.isEmpty() && isOnHandle(tree, index, place))
         target.kind = tree->isExpanded(index) ? RecordedTarget::Collapse : RecordedTarget::Expand;
+    else if (isLeft && !(index.flags() & Qt::ItemIsEnabled))
+        return {};
     return target.item.isEmpty() ? placeTarget(view, place) : target;
 }
 
-RecordedTarget headerTarget(QHeaderView *header, const QPoint &place)
+// Beside a section, it is made larger or smaller.
+bool isResizing(const QHeaderView *header)
 {
-    const int section = header->logicalIndexAt(place);
-    if (section < 0 || !header->model())
-        return {};
-    const bool isHorizontal = header->orientation() == Qt::Horizontal;
-    const QVariantList byText{
-        header->model()->headerData(section, header->orientation()).toString()};
-    return itemTarget(header, hasItem(header, byText) ? byText
-                              : isHorizontal          ? QVariantList{0, section}
-                                                      : QVariantList{section, 0});
+    const Qt::CursorShape shape = header->cursor().shape();
+    return shape == Qt::SplitHCursor || shape == Qt::SplitVCursor;
 }
 
-RecordedTarget tabTarget(QTabBar *bar, const QPoint &place)
+RecordedTarget headerTarget(QHeaderView *header, const QPoint &place, Qt::MouseButton button)
+{
+    const int section = header->logicalIndexAt(place);
+    const bool isUsed = header->sectionsClickable() || header->sectionsMovable();
+    const bool isLeft = button == Qt::LeftButton;
+    if (section < 0 || !header->model() || (isLeft && (!isUsed || isResizing(header))))
+        return {};
+    return itemTarget(header, selectorOf(header, section));
+}
+
+RecordedTarget tabTarget(QTabBar *bar, const QPoint &place, Qt::MouseButton button)
 {
     const int tab = bar->tabAt(place);
-    if (tab < 0)
+    if (tab < 0 || (button == Qt::LeftButton && !bar->isTabEnabled(tab)))
         return {};
-    auto *tabs = qobject_cast<QTabWidget *>(bar->parentWidget());
-    QWidget *owner = tabs && tabs->tabBar() == bar ? static_cast<QWidget *>(tabs) : bar;
-    const QVariantList byText{shownText(bar->tabText(tab))};
-    return itemTarget(owner, hasItem(owner, byText) ? byText : QVariantList{0, tab});
+    return itemTarget(tabsOf(bar), selectorOf(bar, tab));
 }
 
 RecordedTarget buttonTarget(QAbstractButton *button, const QPoint &place)
@@ -259,13 +200,6 @@ RecordedTarget textTarget(QWidget *text, const QPoint &place)
     return isLink ? placeTarget(text, place) : targetOf(RecordedTarget::Cursor, text);
 }
 
-RecordedTarget valueTarget(QWidget *widget, const QPoint &place)
-{
-    const auto *date = qobject_cast<QDateTimeEdit *>(widget);
-    return date && date->calendarPopup() ? placeTarget(widget, place)
-                                         : targetOf(RecordedTarget::Value, widget);
-}
-
 // A window is a background, unless it is all that there is.
 RecordedTarget plainTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button)
 {
@@ -287,6 +221,14 @@ QComboBox *comboBoxOfList(const QWidget *widget)
                : nullptr;
 }
 
+QDateTimeEdit *dateOfCalendar(const QWidget *widget)
+{
+    const QWidget *window = widget ? widget->window() : nullptr;
+    return window && window->inherits("QCalendarPopup")
+               ? qobject_cast<QDateTimeEdit *>(window->parentWidget())
+               : nullptr;
+}
+
 QWidget *ownerOf(QWidget *widget)
 {
     QWidget *parent = widget->parentWidget();
@@ -298,29 +240,19 @@ QWidget *ownerOf(QWidget *widget)
     return widget;
 }
 
-QVariantList selectorOf(QAbstractItemView *view, const QModelIndex &index)
-{
-    auto *tree = qobject_cast<QTreeView *>(view);
-    return tree ? nodeSelector(tree, index) : cellSelector(view, index);
-}
-
-QVariantList selectorOf(QComboBox *box, int row)
-{
-    const QVariantList byText{box->itemText(row)};
-    return hasItem(box, byText) ? byText : QVariantList{row, 0};
-}
-
 RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button)
 {
     if (!widget->isEnabled())
         return {};
+    if (QDateTimeEdit *date = dateOfCalendar(widget))
+        return targetOf(RecordedTarget::Value, date);
     QWidget *owner = ownerOf(widget);
     if (auto *header = qobject_cast<QHeaderView *>(owner))
-        return headerTarget(header, place);
+        return headerTarget(header, place, button);
     if (auto *view = qobject_cast<QAbstractItemView *>(owner))
         return widget == view->viewport() ? viewTarget(view, place, button) : RecordedTarget();
     if (auto *bar = qobject_cast<QTabBar *>(owner))
-        return tabTarget(bar, place);
+        return tabTarget(bar, place, button);
     if (auto *push = qobject_cast<QAbstractButton *>(owner))
         return buttonTarget(push, place);
     if (auto *group = qobject_cast<QGroupBox *>(owner))
@@ -333,7 +265,7 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
     if (inheritsOneOf(owner,
                       {&QAbstractSlider::staticMetaObject, &QAbstractSpinBox::staticMetaObject}) &&
         !qobject_cast<QScrollBar *>(owner) && button == Qt::LeftButton)
-        return valueTarget(owner, place);
+        return targetOf(RecordedTarget::Value, owner);
     const bool isWhole = isText(owner) || qobject_cast<QComboBox *>(owner) ||
                          (qobject_cast<QLabel *>(owner) && !owner->isWindow());
     if (isWhole)

@@ -7,9 +7,8 @@
 
 #include <optional>
 
-class QAbstractItemView;
 class QComboBox;
-class QModelIndex;
+class QDateTimeEdit;
 
 namespace Morvex {
 
@@ -38,12 +37,11 @@ struct RecordedTarget
 
 RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button);
 
-/// Empty for an item that has no name.
-QVariantList selectorOf(QAbstractItemView *view, const QModelIndex &index);
-QVariantList selectorOf(QComboBox *box, int row);
-
 /// The combo box whose list the widget is in; null when it is in none.
 QComboBox *comboBoxOfList(const QWidget *widget);
+
+/// The field that has opened the calendar that the widget is in; null when it is in none.
+QDateTimeEdit *dateOfCalendar(const QWidget *widget);
 
 /// What the user sees as one with the widget, such as the spin box of a text field.
 QWidget *ownerOf(QWidget *widget);

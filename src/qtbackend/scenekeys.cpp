@@ -122,14 +122,9 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     if (keys.isEmpty())
         return;
     QObject *target = typedInto(root, focus);
-    const bool isSecret = isSecretInput(focus);
-    // How many there are says how long the secret is.
-    if (isSecret && isCursorKey(event))
+    m_heldBack.clear();
+    if (isSecretInput(focus) && !mayShow(target, event, keys))
         return;
-    if (isSecret && !isHarmlessInSecret(event)) {
-        m_typed.addSecret(target);
-        return;
-    }
     const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
     if (isText && focus && focus->property("readOnly").toBool())
         return;
@@ -139,6 +134,18 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     const int number = m_typed.add(target, keys);
     if (isTabKey(event))
         m_tab = {root, focus, number};
+}
+
+// Of what changes the secret it is said that it was changed; of what may be a shortcut only once it
+// has come to that.
+bool SceneKeys::mayShow(QObject *field, const QKeyEvent &event, const QString &keys)
+{
+    const SecretKey kind = secretKeyOf(event);
+    if (kind == SecretKey::Text || kind == SecretKey::Inserting || kind == SecretKey::Deleting)
+        m_typed.addSecret(field);
+    else if (kind == SecretKey::Command)
+        m_heldBack = keys;
+    return kind == SecretKey::Shown;
 }
 
 void SceneKeys::selectAllAsShown(QObject *target, QObject *focus)
@@ -153,8 +160,10 @@ void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
     const int count = event.key().count();
     const QString last =
         QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
-    if (count > 1)
-        m_typed.add(typedInto(root, focusIn(root)), QLatin1Char('<') + last + QLatin1Char('>'));
+    const QString keys =
+        count > 1 ? QLatin1Char('<') + last + QLatin1Char('>') : std::exchange(m_heldBack, {});
+    if (!keys.isEmpty())
+        m_typed.add(typedInto(root, focusIn(root)), keys);
 }
 
 void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)

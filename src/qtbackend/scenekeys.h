@@ -48,6 +48,7 @@ private:
     void typeInComboBox(QObject *box, QObject *popup, const QKeyEvent &event);
     void typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event);
     void type(QObject *root, QObject *focus, const QKeyEvent &event);
+    bool mayShow(QObject *field, const QKeyEvent &event, const QString &keys);
     void selectAllAsShown(QObject *target, QObject *focus);
 
     ActionReport &m_report;
@@ -56,6 +57,8 @@ private:
     // Whether keys have moved the focus, which selects what is in some fields.
     bool m_hasMovedFocus = false;
     Choice m_choice;
+    // What may be a part of a secret.
+    QString m_heldBack;
 };
 
 } // namespace Morvex

@@ -44,6 +44,7 @@ public:
     void reveal(InputSequence &input) override;
     QWidget *widget() const override { return m_bar; }
     QRect place() const override;
+    bool isInBar() const override { return true; }
 
 private:
     QPointer<QTabBar> m_bar;
@@ -64,6 +65,7 @@ public:
     void reveal(InputSequence &input) override;
     QWidget *widget() const override { return m_header ? m_header->viewport() : nullptr; }
     QRect place() const override;
+    bool isInBar() const override { return true; }
 
 private:
     QPointer<QHeaderView> m_header;

@@ -2,10 +2,13 @@
 
 #include "qtbackend/sceneaccess.h"
 
+#include <QAbstractSpinBox>
 #include <QAbstractTextDocumentLayout>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextBlock>
+#include <QTextBoundaryFinder>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
@@ -14,12 +17,16 @@
 namespace Morvex {
 namespace {
 
-// From there on lines are counted.
+// From there on lines are counted. Those that are wrapped depend on the width of the window.
 const int maxSteps = 60;
+const int maxStepsInWrapped = 2000;
 
 QString repeated(const QString &key, int count)
 {
-    return QString(QLatin1Char('<') + key + QLatin1Char('>')).repeated(count);
+    if (count == 0)
+        return {};
+    return QLatin1Char('<') + key +
+           (count > 1 ? QLatin1Char('*') + QString::number(count) : QString()) + QLatin1Char('>');
 }
 
 // Some editors compute the layout of a block only when it is asked for.
@@ -49,12 +56,21 @@ int linesIn(const QTextDocument &document, QTextBlock block, const QTextBlock &e
 
 } // namespace
 
+const QLineEdit *fieldOf(const QWidget *widget)
+{
+    const auto *line = qobject_cast<const QLineEdit *>(widget);
+    const bool isAround =
+        qobject_cast<const QAbstractSpinBox *>(widget) || qobject_cast<const QComboBox *>(widget);
+    return isAround ? widget->findChild<QLineEdit *>(QString(), Qt::FindDirectChildrenOnly) : line;
+}
+
 TextCursorState TextCursorState::of(const QWidget *widget)
 {
     TextCursorState state;
     QTextCursor cursor;
-    if (const auto *line = qobject_cast<const QLineEdit *>(widget)) {
-        state.m_length = line->text().size();
+    if (const QLineEdit *line = fieldOf(widget)) {
+        state.m_text = line->text();
+        state.m_length = state.m_text.size();
         state.m_position = line->cursorPosition();
         state.m_anchor = state.m_position;
         if (line->hasSelectedText())
@@ -62,12 +78,15 @@ TextCursorState TextCursorState::of(const QWidget *widget)
                                                                         : line->selectionStart();
         return state;
     }
-    if (const auto *edit = qobject_cast<const QTextEdit *>(widget))
+    if (const auto *edit = qobject_cast<const QTextEdit *>(widget)) {
         cursor = edit->textCursor();
-    else if (const auto *plain = qobject_cast<const QPlainTextEdit *>(widget))
+        state.m_isWrapped = edit->lineWrapMode() != QTextEdit::NoWrap;
+    } else if (const auto *plain = qobject_cast<const QPlainTextEdit *>(widget)) {
         cursor = plain->textCursor();
-    else
+        state.m_isWrapped = plain->lineWrapMode() != QPlainTextEdit::NoWrap;
+    } else {
         return state;
+    }
     QTextCursor end = cursor;
     end.movePosition(QTextCursor::End);
     state.m_length = end.position();
@@ -89,26 +108,55 @@ TextCursorState TextCursorState::ofSceneItem(const QObject *item)
     state.m_anchor = start == state.m_position ? end : start;
     state.m_length = item->property("length").toInt();
     state.m_document = access->documentOf(item);
+    state.m_isWrapped = item->property("wrapMode").toInt() != 0;
+    if (!state.m_document)
+        state.m_text = item->property("text").toString();
     return state;
+}
+
+bool TextCursorState::isAllSelected() const
+{
+    return m_anchor != m_position && qAbs(m_anchor - m_position) == m_length;
 }
 
 QString TextCursorState::keys() const
 {
-    if (m_anchor != m_position && qAbs(m_anchor - m_position) == m_length)
+    if (isAllSelected())
         return QStringLiteral("<Ctrl+A>");
-    const int selected = m_position - m_anchor;
-    if (m_document && qAbs(selected) > maxSteps)
+    const int selected = stepsBetween(m_anchor, m_position);
+    if (m_document && selected > maxSteps)
         return wayTo(m_anchor, QString()) + wayTo(m_position, QStringLiteral("Shift+"));
     return wayTo(m_anchor, QString()) +
-           repeated(QLatin1String(selected < 0 ? "Shift+Left" : "Shift+Right"), qAbs(selected));
+           repeated(QLatin1String(m_position < m_anchor ? "Shift+Left" : "Shift+Right"), selected);
+}
+
+QString TextCursorState::textBetween(int start, int end) const
+{
+    if (!m_document)
+        return m_text.mid(start, end - start);
+    QTextCursor cursor(m_document);
+    cursor.setPosition(start);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    return cursor.selectedText();
+}
+
+// A character may be made of several that are stored.
+int TextCursorState::stepsBetween(int a, int b) const
+{
+    const QString text = textBetween(qMin(a, b), qMax(a, b));
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    int steps = 0;
+    while (finder.toNextBoundary() >= 0)
+        ++steps;
+    return steps;
 }
 
 // The modifiers are those of all keys.
 QString TextCursorState::wayTo(int position, const QString &modifiers) const
 {
     const bool isFromEnd = m_length - position < position;
-    const int steps = isFromEnd ? m_length - position : position;
-    if (m_document && steps > maxSteps)
+    const int steps = stepsBetween(position, isFromEnd ? m_length : 0);
+    if (m_document && steps > (m_isWrapped ? maxStepsInWrapped : maxSteps))
         return wayByLines(position, modifiers);
     const QString jump = m_document ? QStringLiteral("Ctrl+") : QString();
     return repeated(jump + modifiers + QLatin1String(isFromEnd || m_length == 0 ? "End" : "Home"),
@@ -116,21 +164,22 @@ QString TextCursorState::wayTo(int position, const QString &modifiers) const
            repeated(modifiers + QLatin1String(isFromEnd ? "Left" : "Right"), steps);
 }
 
+// The cursor moves straight up and down, and lines need not begin on the left.
 QString TextCursorState::wayByLines(int position, const QString &modifiers) const
 {
     const QTextBlock block = m_document->findBlock(position);
     const QTextLine line = lineAt(*m_document, position);
     const int number = line.isValid() ? line.lineNumber() : 0;
-    const int column = position - block.position() - (line.isValid() ? line.textStart() : 0);
+    const int start = block.position() + (line.isValid() ? line.textStart() : 0);
     const int before = linesIn(*m_document, m_document->begin(), block) + number;
     const int after = linesIn(*m_document, block, m_document->end()) - 1 - number;
-    const QString right = repeated(modifiers + QLatin1String("Right"), column);
-    const QString home = QLatin1String("Ctrl+") + modifiers + QLatin1String("Home");
-    const QString end = QLatin1String("Ctrl+") + modifiers + QLatin1String("End");
-    return before <= after
-               ? repeated(home, 1) + repeated(modifiers + QLatin1String("Down"), before) + right
-               : repeated(end, 1) + repeated(modifiers + QLatin1String("Up"), after) +
-                     repeated(modifiers + QLatin1String("Home"), 1) + right;
+    const bool isFromEnd = after < before;
+    return repeated(QLatin1String("Ctrl+") + modifiers + QLatin1String(isFromEnd ? "End" : "Home"),
+                    1) +
+           repeated(modifiers + QLatin1String(isFromEnd ? "Up" : "Down"),
+                    isFromEnd ? after : before) +
+           repeated(modifiers + QLatin1String("Home"), 1) +
+           repeated(modifiers + QLatin1String("Right"), stepsBetween(start, position));
 }
 
 } // namespace Morvex

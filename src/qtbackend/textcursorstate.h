@@ -5,14 +5,20 @@
 #include <QTextDocument>
 #include <QWidget>
 
+class QLineEdit;
+
 namespace Morvex {
+
+/// The field of one line that the widget is, or that a spin box or a combo box has; null for none.
+const QLineEdit *fieldOf(const QWidget *widget);
 
 /// Where the cursor of a text field or an editor is, and what is selected.
 class TextCursorState
 {
 public:
     TextCursorState() = default;
-    /// Of a widget without a text it has nothing.
+    /// Of a widget without a text it has nothing. Spin boxes and combo boxes have that of their
+    /// fields.
     static TextCursorState of(const QWidget *widget);
     static TextCursorState ofSceneItem(const QObject *item);
 
@@ -21,18 +27,26 @@ public:
         return m_position == other.m_position && m_anchor == other.m_anchor;
     }
 
+    bool isInEmptyText() const { return m_length == 0; }
+    bool isAllSelected() const;
+
     /// The keys that bring any state of the text here. The text must not have changed since.
     QString keys() const;
 
 private:
+    QString textBetween(int start, int end) const;
+    int stepsBetween(int a, int b) const;
     QString wayTo(int position, const QString &modifiers) const;
     QString wayByLines(int position, const QString &modifiers) const;
 
     int m_position = 0;
     int m_anchor = 0;
     int m_length = 0;
+    // Of a field of one line.
+    QString m_text;
     // Null for a field of one line.
     QPointer<QTextDocument> m_document;
+    bool m_isWrapped = false;
 };
 
 } // namespace Morvex

@@ -12,6 +12,8 @@ namespace {
 // Keys from here on are not characters.
 const int firstSpecialKey = 0x01000000;
 
+const int maxCount = 100000;
+
 QString textOfCode(uint code)
 {
     return QString::fromUcs4(&code, 1);
@@ -113,6 +115,18 @@ int endOfName(const QVector<uint> &codes, int start)
     return isAfterModifier && codes.value(end + 1) == '>' ? end + 1 : end;
 }
 
+// How many times, in a name such as "Right*12", and the name without that. 1 when it is no number
+// that can be meant.
+int takeCount(QString *name)
+{
+    const int star = name->lastIndexOf(QLatin1Char('*'));
+    const int count = star > 0 ? name->midRef(star + 1).toInt() : 0;
+    if (count < 1 || count > maxCount)
+        return 1;
+    name->truncate(star);
+    return count;
+}
+
 } // namespace
 
 QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys)
@@ -130,10 +144,12 @@ QString readTypedKeys(const QString &text, std::vector<TypedKey> *keys)
         const int end = endOfName(codes, i);
         const QVector<uint> inside = codes.mid(i + 1, end < 0 ? -1 : end - i - 1);
         const QString name = QString::fromUcs4(inside.constData(), inside.size());
+        QString once = name;
+        const int count = takeCount(&once);
         TypedKey key;
-        if (end < 0 || !keyOfName(name, &key))
+        if (end < 0 || !keyOfName(once, &key))
             return unknownKey(name);
-        keys->push_back(key);
+        keys->insert(keys->end(), static_cast<std::size_t>(count), key);
         i = end;
     }
     return {};

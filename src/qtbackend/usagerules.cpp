@@ -157,10 +157,12 @@ const QAction *actionFor(const QObject *object, int key)
         return menu->activeAction();
     const QList<QAction *> actions = menu->actions();
     const QKeySequence letter(Qt::ALT | key);
-    const auto found = std::find_if(actions.begin(), actions.end(), [&](const QAction *action) {
+    const auto isMeant = [&](const QAction *action) {
         return action->isVisible() && QKeySequence::mnemonic(action->text()) == letter;
-    });
-    return found != actions.end() ? *found : nullptr;
+    };
+    // Of several the menu chooses none yet.
+    const auto found = std::find_if(actions.begin(), actions.end(), isMeant);
+    return std::count_if(actions.begin(), actions.end(), isMeant) == 1 ? *found : nullptr;
 }
 
 } // namespace Morvex

@@ -118,6 +118,7 @@ QString beginDrag(Drag *drag, const MouseUse &use)
     if (!error.isEmpty())
         return error;
     drag->way = end.in(drag->start.window).place - drag->start.place;
+    drag->way += drag->to->wayBeyond(drag->way);
     endClicks();
     moveMouse(drag->start, Qt::NoButton, use.modifiers);
     pressMouse(drag->start, use.button, use.modifiers);

@@ -1,9 +1,11 @@
 #include "qtbackend/viewitem.h"
 
+#include "qtbackend/celleditor.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/mousetarget.h"
 #include "qtbackend/userinput.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QTreeView>
 
@@ -55,6 +57,31 @@ QRect branchOf(const QTreeView &tree, const QModelIndex &node)
     const int width = tree.indentation();
     const int left = tree.isRightToLeft() ? item.right() + 1 : item.left() - width;
     return {left, item.top(), width, item.height()};
+}
+
+// Of the item that is edited now.
+QString fillEditor(QAbstractItemView *view, const QString &text, InputSequence &input)
+{
+    const QPointer<QWidget> editor = QApplication::focusWidget();
+    const bool isEditor = editedView(editor) == view;
+    if (isEditor && isGivenValue(editor, text)) {
+        const QString error = giveValue(editor, text);
+        return error.isEmpty() ? typeKeys(view, QStringLiteral("<Return>"), input) : error;
+    }
+    QString keys = text;
+    keys.replace(QLatin1Char('<'), QLatin1String("<<"));
+    const bool isLong = isEditor && hasLines(editor);
+    const QString error = typeKeys(view,
+                                   QLatin1String("<Ctrl+A><Backspace>") + keys +
+                                       (isLong ? QString() : QStringLiteral("<Return>")),
+                                   input);
+    if (isLong)
+        input.add([view = QPointer<QAbstractItemView>(view)] {
+            if (view)
+                view->setFocus(Qt::OtherFocusReason);
+            return QString();
+        });
+    return error;
 }
 
 } // namespace
@@ -247,18 +274,15 @@ QString ViewItem::edit(const QString &text, InputSequence &input)
     reveal(input);
     const QPointer<QAbstractItemView> view = m_view;
     const QPersistentModelIndex index = m_index;
-    input.add([view, index] {
+    input.add([view, index, text, &input] {
         if (!view)
             return QStringLiteral("the view no longer exists");
         view->setFocus(Qt::OtherFocusReason);
         view->setCurrentIndex(index);
         view->edit(index);
-        return QString();
+        return fillEditor(view, text, input);
     });
-    QString keys = text;
-    keys.replace(QLatin1Char('<'), QLatin1String("<<"));
-    return typeKeys(view, QLatin1String("<Ctrl+A><Backspace>") + keys + QLatin1String("<Return>"),
-                    input);
+    return {};
 }
 
 } // namespace Morvex

@@ -1,12 +1,13 @@
 #include "remote/applicationhome.h"
 
-#include "remote/applicationenvironment.h"
 #include "remote/copytree.h"
 #include "remote/watchedprocess.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMap>
+#include <QProcessEnvironment>
 #include <QRandomGenerator>
 #include <QStandardPaths>
 
@@ -51,7 +52,7 @@ ApplicationHome::ApplicationHome(const Options &options)
     keeper.directory = m_directory;
     keeper.command = busCommand(*this, options.keptVariables);
     keeper.environment = QProcessEnvironment::systemEnvironment();
-    makePrivate(&keeper.environment, *this, options.keptVariables);
+    makePrivate(&keeper.environment, options.keptVariables);
     m_keeper = std::make_unique<WatchedProcess>(keeper);
     m_error = m_keeper->error();
     if (m_error.isEmpty())
@@ -90,6 +91,44 @@ void ApplicationHome::waitForBus()
     while (!QFile::exists(socket) && !m_keeper->hasEnded() && m_keeper->error().isEmpty() &&
            timer.elapsed() < busTimeoutMs)
         m_keeper->update(1);
+}
+
+void ApplicationHome::makePrivate(QProcessEnvironment *environment, const QStringList &kept) const
+{
+    // What lets it on to the display is in the home of the user.
+    const QString authority =
+        environment->value(QStringLiteral("HOME")) + QLatin1String("/.Xauthority");
+    // Null for none.
+    QMap<QString, QString> values{
+        {QStringLiteral("HOME"), homeDirectory()},
+        {QStringLiteral("TMPDIR"), temporaryDirectory()},
+        {QStringLiteral("XDG_RUNTIME_DIR"), runtimeDirectory()},
+        {QStringLiteral("SESSION_MANAGER"), QString()},
+        // The session of the user has other instances.
+        {QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), busAddress()},
+    };
+    for (const char *name :
+         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME",
+          // By these a theme of the desktop is chosen, which brings file dialogs that are not Qt's.
+          "QT_QPA_PLATFORMTHEME", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
+          "GNOME_DESKTOP_SESSION_ID"})
+        values.insert(QLatin1String(name), QString());
+    if (!environment->contains(QStringLiteral("XAUTHORITY")) && QFile::exists(authority))
+        values.insert(QStringLiteral("XAUTHORITY"), authority);
+    // The socket of the display is in the runtime directory of the user.
+    const QString wayland = environment->value(QStringLiteral("WAYLAND_DISPLAY"));
+    if (!wayland.isEmpty() && !wayland.startsWith(QLatin1Char('/')))
+        values.insert(QStringLiteral("WAYLAND_DISPLAY"),
+                      environment->value(QStringLiteral("XDG_RUNTIME_DIR")) + QLatin1Char('/') +
+                          wayland);
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        if (kept.contains(it.key()))
+            continue;
+        if (it->isNull())
+            environment->remove(it.key());
+        else
+            environment->insert(it.key(), *it);
+    }
 }
 
 QString ApplicationHome::busAddress() const

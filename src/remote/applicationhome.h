@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QProcessEnvironment;
+
 namespace Morvex {
 
 class WatchedProcess;
@@ -43,6 +45,10 @@ public:
     /// Nobody listens there when no program for a session bus is installed.
     QString busAddress() const;
 
+    /// Gives a process this home, settings and a session of its own, so that it meets neither
+    /// another run nor the user's own instance. The variables in @p kept stay as they are.
+    void makePrivate(QProcessEnvironment *environment, const QStringList &kept) const;
+
     /// For a socket, different at each call.
     QString newSocketPath();
 
@@ -50,7 +56,7 @@ public:
     int lifeline() const;
 
 private:
-    QString fill(const Options &options);
+    [[nodiscard]] QString fill(const Options &options);
     void waitForBus();
 
     QString m_directory;

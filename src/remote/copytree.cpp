@@ -19,7 +19,7 @@ public:
     }
 
     // Returns the path of what could not be copied; empty on success.
-    QString copy(const QString &source, const QString &target) const
+    [[nodiscard]] QString copy(const QString &source, const QString &target) const
     {
         const QFileInfoList entries = QDir(source).entryInfoList(
             QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);

@@ -52,9 +52,9 @@ struct RemoteApplication::Private
     QString callerError;
     bool isEnded = false;
 
-    QString launch();
-    QString waitForContext();
-    QString waitUntilReady(RemoteContext &context, const QDeadlineTimer &deadline);
+    [[nodiscard]] QString launch();
+    [[nodiscard]] QString waitForContext();
+    [[nodiscard]] QString waitUntilReady(RemoteContext &context, const QDeadlineTimer &deadline);
     void update(int timeout);
     void take(ConnectionOffer::Caller caller);
     void letSleep(ConnectionOffer::Caller caller);
@@ -62,7 +62,7 @@ struct RemoteApplication::Private
     bool isWanted(const ConnectionOffer::Caller &caller) const;
     QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
-    QString quit(RemoteContext &context);
+    [[nodiscard]] QString quit(RemoteContext &context);
     void endOrphans();
 };
 
@@ -93,7 +93,7 @@ QString RemoteApplication::Private::launch()
         options.environment.insert(kept.constLast(), variable.section(QLatin1Char('='), 1));
     }
     addAgent(&options.environment, agentDirectory, *offer);
-    makePrivate(&options.environment, *home, kept);
+    home->makePrivate(&options.environment, kept);
     process = std::make_unique<WatchedProcess>(options);
     if (process->error().isEmpty())
         process->allowStart();

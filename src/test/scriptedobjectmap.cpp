@@ -2,6 +2,7 @@
 
 #include "test/dummyrunnerinterface.h"
 #include "test/names/freename.h"
+#include "test/names/nameresolution.h"
 #include "test/names/namesfile.h"
 #include "test/names/referenceorder.h"
 #include "test/nullreportgenerator.h"
@@ -31,11 +32,7 @@ struct ScriptedObjectMap::Private
     QSet<ScriptedSymbolicName> createdSymbols;
     QHash<ScriptedRealName, ScriptedSymbolicName> symbolsByRealName;
 
-    // What a name of the object map came to, and the names that are being resolved, while one call
-    // from outside runs: names may share what they refer to, and refer to each other in a circle.
-    int resolutionDepth = 0;
-    QHash<QString, QString> resolved;
-    QSet<QString> underWay;
+    NameResolution resolution;
 
     // While names are migrated; null otherwise.
     const QMap<QString, QString> *migrated = nullptr;
@@ -47,31 +44,6 @@ struct ScriptedObjectMap::Private
 
     QString saveError;
     QString unsavedCode;
-};
-
-// Keeps what names came to up to the end of the outermost call.
-class ScriptedObjectMap::ResolutionScope
-{
-public:
-    explicit ResolutionScope(Private *data)
-        : m_data(data)
-    {
-        ++m_data->resolutionDepth;
-    }
-
-    ~ResolutionScope()
-    {
-        if (--m_data->resolutionDepth > 0)
-            return;
-        m_data->resolved.clear();
-        m_data->underWay.clear();
-    }
-
-    ResolutionScope(const ResolutionScope &) = delete;
-    ResolutionScope &operator=(const ResolutionScope &) = delete;
-
-private:
-    Private *m_data;
 };
 
 ScriptedObjectMap::ScriptedObjectMap(const QString &templatePath, const QString &scriptPath)
@@ -98,7 +70,7 @@ bool ScriptedObjectMap::findCodeInsertionPos(QList<QString>::iterator begin,
 
 QString ScriptedObjectMap::getSymbolicName(const QString &name, bool recursive)
 {
-    const ResolutionScope scope(d.get());
+    const NameResolution::Scope scope(&d->resolution);
     if (!isSymbolicName(name))
         return createSymbolicName(ObjectName(name), recursive);
     const ScriptedSymbolicName symbol = symbolOf(name);
@@ -109,24 +81,26 @@ QString ScriptedObjectMap::getSymbolicName(const QString &name, bool recursive)
     const ObjectMap *map = ObjectMap::self();
     if (!map)
         return createSymbolicName(ObjectName(name), recursive);
-    if (!d->resolved.contains(name) && !d->underWay.contains(name) && map->names().contains(name))
+    if (!d->resolution.resolved.contains(name) && !d->resolution.underWay.contains(name) &&
+        map->names().contains(name))
         createFromObjectMap(*map, name);
-    return d->resolved.contains(name) ? d->resolved.value(name) : literalSymbolicName(name);
+    return d->resolution.resolved.contains(name) ? d->resolution.resolved.value(name)
+                                                 : literalSymbolicName(name);
 }
 
 void ScriptedObjectMap::createFromObjectMap(const ObjectMap &map, const QString &name)
 {
     const QMap<QString, ObjectName> table = map.names();
     visitInOrderOfReference(
-        name, &d->underWay,
+        name, &d->resolution.underWay,
         [&](const QString &each) { return symbolicReferences(table.value(each)); },
         [&](const QString &reference) {
-            return table.contains(reference) && !d->resolved.contains(reference) &&
+            return table.contains(reference) && !d->resolution.resolved.contains(reference) &&
                    !isDefined(symbolOf(reference));
         },
         [&](const QString &each) {
             const QString code = createSymbolicName(table.value(each), false);
-            d->resolved.insert(each, code);
+            d->resolution.resolved.insert(each, code);
         });
 }
 
@@ -142,7 +116,7 @@ bool ScriptedObjectMap::isDefined(const ScriptedSymbolicName &name) const
 
 QString ScriptedObjectMap::createSymbolicName(const ObjectName &name, bool symbolicRefs)
 {
-    const ResolutionScope scope(d.get());
+    const NameResolution::Scope scope(&d->resolution);
     const ScriptedRealName realName = createScriptedRealName(name, symbolicRefs, false);
     // While names are migrated, ":" begins names of the map, which the file may have for other
     // objects.
@@ -195,7 +169,7 @@ ScriptedObjectMap::ScriptedRealName
 ScriptedObjectMap::createScriptedRealName(const ObjectName &name, bool symbolicRefs,
                                           bool inlineRefs)
 {
-    const ResolutionScope scope(d.get());
+    const NameResolution::Scope scope(&d->resolution);
     if (!name.isMultiProperty())
         return plainRealNameCode(name.qualifiedName());
     const auto properties = name.properties();
@@ -232,7 +206,7 @@ QStringList ScriptedObjectMap::getScriptedSymbolicNames() const
 void ScriptedObjectMap::fromLegacyRepresentation(const QString &serializedMap)
 {
     clearCreatedNames();
-    const ResolutionScope scope(d.get());
+    const NameResolution::Scope scope(&d->resolution);
     for (const auto &entry : ObjectMap::parseSerializedMap(serializedMap)) {
         const ScriptedRealName realName = createScriptedRealName(entry.second, false, false);
         addCreatedName(symbolOf(entry.first), realName);
@@ -245,12 +219,12 @@ void ScriptedObjectMap::migrateName(const ObjectMap &map, const QString &name,
     const QMap<QString, ObjectName> table = map.names();
     if (migrated.contains(name) || !table.contains(name))
         return;
-    const ResolutionScope scope(d.get());
+    const NameResolution::Scope scope(&d->resolution);
     if (d->migratedCount != migrated.size() || d->migratedBefore != &migrated)
         d->migratedIdentifiers = QSet<QString>(migrated.cbegin(), migrated.cend());
     d->migrated = &migrated;
     visitInOrderOfReference(
-        name, &d->underWay,
+        name, &d->resolution.underWay,
         [&](const QString &each) { return symbolicReferences(table.value(each)); },
         [&](const QString &reference) {
             if (!table.contains(reference) && !migrated.contains(reference) &&
@@ -287,6 +261,13 @@ QStringList ScriptedObjectMap::danglingReferences() const
 QByteArray ScriptedObjectMap::currentScriptCode() const
 {
     return namesFileContent(d->scriptPath, d->templatePath);
+}
+
+bool ScriptedObjectMap::hasCodeInsertionPos() const
+{
+    QList<QString> lines = linesOf(currentScriptCode());
+    QList<QString>::iterator position;
+    return findCodeInsertionPos(lines.begin(), lines.end(), &position);
 }
 
 QString ScriptedObjectMap::getScriptCode() const

@@ -162,6 +162,8 @@ public:
 
     /// The bytes of the names file, or those of the template when it is missing or blank.
     QByteArray currentScriptCode() const;
+    /// Whether definitions that are added to that code have a place in it.
+    bool hasCodeInsertionPos() const;
     /// The names file with the created names in it.
     QString getScriptCode() const;
     /// Writes the names file and forgets the created names, also when that fails. The code is first
@@ -196,8 +198,6 @@ protected:
     bool refuseToSave(const QString &reason) const;
 
 private:
-    class ResolutionScope;
-
     QString referenceCode(const ObjectName::PropertyValue &value, bool symbolicRefs,
                           bool inlineRefs);
     void createFromObjectMap(const ObjectMap &map, const QString &name);

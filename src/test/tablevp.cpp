@@ -4,6 +4,7 @@
 #include "objectmodel/inspector.h"
 #include "objectmodel/methodlist.h"
 #include "shared/files/writefile.h"
+#include "shared/points/pointtypes.h"
 #include "shared/xmltablerange.h"
 #include "test/testvp.h"
 #include "test/verification/vpcall.h"
@@ -139,7 +140,7 @@ bool hasUnreadableTable(const QString &pointFile)
         !parseDocument(file.readAll(), &document).isEmpty())
         return false;
     const QDomElement root = document.documentElement();
-    if (root.attribute(QStringLiteral("type")) != QLatin1String("Table"))
+    if (root.attribute(QStringLiteral("type")) != PointType::table)
         return false;
     const QString tag = QStringLiteral("Verification");
     XmlTableRange table;

@@ -1,8 +1,10 @@
 #include "test/testreportgenerator.h"
 
 #include "shared/environment.h"
-#include "shared/system/clock.h"
+#include "test/report/attempts.h"
 #include "test/report/countertable.h"
+#include "test/report/resultentries.h"
+#include "test/report/resultkinds.h"
 #include "test/report/resultlabels.h"
 #include "test/report/sectionkind.h"
 
@@ -14,28 +16,11 @@
 namespace Morvex {
 namespace {
 
-bool isRetained(const TestResult::Entry &entry)
+// An entry of the frame's own, which belongs to no verification.
+TestResult::Entry ownEntry(TestResult::ResultType type, const QString &message,
+                           const QString &details = QString())
 {
-    switch (entry.type) {
-    case TestResult::START_TEST_CASE:
-    case TestResult::FATAL:
-    case TestResult::ERROR:
-    case TestResult::FAIL:
-    case TestResult::XPASS:
-        return true;
-    case TestResult::START_SECTION:
-        return isRepeatable(entry.info);
-    default:
-        return false;
-    }
-}
-
-TestResult::Entry makeEntry(TestResult::ResultType type, const QString &message)
-{
-    TestResult::Entry entry;
-    entry.time = currentLocalTime();
-    entry.type = type;
-    entry.message = message;
+    TestResult::Entry entry = makeEntry(type, message, details);
     entry.vpCounter = 0;
     return entry;
 }
@@ -83,7 +68,7 @@ void TestReportGenerator::handleNow(const TestResult::Entry &entry)
     countResult(m_counters, entry.type);
     if (!updateSections(entry))
         return;
-    if (isRetained(entry))
+    if (isAttemptStart(entry) || isFailure(entry.type))
         m_kept.push_back({entry.time, entry.info, entry.type, entry.retry});
     doHandleEntry(entry);
 }
@@ -113,18 +98,18 @@ void TestReportGenerator::abortRun()
 {
     if (!m_run.isOpen || m_abortedRun == IsLeftOpen)
         return;
-    TestResult::Entry error = makeEntry(TestResult::ERROR, QStringLiteral("Run aborted"));
-    error.details = QStringLiteral(
-        "The run was aborted before its end. This report holds what was logged up to then.");
-    handleEntry(error);
+    handleEntry(
+        ownEntry(TestResult::ERROR, QStringLiteral("Run aborted"),
+                 QStringLiteral("The run was aborted before its end. This report holds what was "
+                                "logged up to then.")));
     if (m_testCase.isOpen) {
-        TestResult::Entry end = makeEntry(TestResult::END_TEST_CASE, endMessage(m_testCase.name));
-        end.details = endDetails(m_testCase.name);
+        TestResult::Entry end = ownEntry(TestResult::END_TEST_CASE, endMessage(m_testCase.name),
+                                         endDetails(m_testCase.name));
         end.info = m_testCase.name;
         handleEntry(end);
     }
-    TestResult::Entry end = makeEntry(TestResult::END, endMessage(m_run.name));
-    end.details = endDetails(m_run.name);
+    TestResult::Entry end =
+        ownEntry(TestResult::END, endMessage(m_run.name), endDetails(m_run.name));
     end.name = m_run.name;
     handleEntry(end);
     if (isSummaryWanted())
@@ -217,7 +202,7 @@ void TestReportGenerator::closeDanglingUserSections(const TestResult::Entry &ent
 void TestReportGenerator::createEndSectionEntry(const QString &info)
 {
     TestResult::Entry entry =
-        makeEntry(TestResult::END_SECTION, QStringLiteral("auto-closed dangling section"));
+        ownEntry(TestResult::END_SECTION, QStringLiteral("auto-closed dangling section"));
     entry.info = info;
     handleAutomatic(entry);
 }
@@ -225,10 +210,10 @@ void TestReportGenerator::createEndSectionEntry(const QString &info)
 void TestReportGenerator::createSectionWarning(const LineInfo &line, const QString &info)
 {
     TestResult::Entry entry =
-        makeEntry(TestResult::WARNING,
-                  info + QStringLiteral(
-                             " cannot be closed/opened inside a section. Sections have been closed "
-                             "automatically."));
+        ownEntry(TestResult::WARNING,
+                 info + QStringLiteral(
+                            " cannot be closed/opened inside a section. Sections have been closed "
+                            "automatically."));
     entry.line = line;
     handleAutomatic(entry);
 }

@@ -1,8 +1,10 @@
 #include "test/testresult.h"
 
 #include "shared/system/clock.h"
+#include "test/report/attempts.h"
 #include "test/report/resultentries.h"
 #include "test/report/resultlabels.h"
+#include "test/report/runstate.h"
 #include "test/report/sectionkind.h"
 #include "test/testreportgenerator.h"
 
@@ -33,14 +35,9 @@ struct TestResult::Private
     QString name;
     int vpCounter = 0;
     bool inVerification = false;
-    bool isStarted = false;
-    bool isComplete = false;
-    bool isTestCaseComplete = false;
-    bool currentTestHasFailure = false;
-    bool lastScenarioHasError = false;
+    RunState state;
     std::deque<std::pair<QString, QString>> sections;
 
-    void setFlags(ResultType type);
     void replaceGenerator(TestReportGenerator *replacement);
     // What addEntry does, on the entry itself.
     void add(TestResult &result, Entry &entry);
@@ -52,60 +49,6 @@ void TestResult::Private::replaceGenerator(TestReportGenerator *replacement)
         generator->abortRun();
     generator.reset(replacement);
 }
-
-void TestResult::Private::setFlags(ResultType type)
-{
-    switch (type) {
-    case START:
-        isStarted = true;
-        break;
-    case END:
-        isComplete = true;
-        break;
-    case START_TEST_CASE:
-        isTestCaseComplete = false;
-        currentTestHasFailure = false;
-        break;
-    case END_TEST_CASE:
-        isTestCaseComplete = true;
-        break;
-    case FATAL:
-    case ERROR:
-    case FAIL:
-        currentTestHasFailure = true;
-        lastScenarioHasError = true;
-        break;
-    case START_SECTION:
-    case END_SECTION:
-    case SKIP_SECTION:
-    case LOG:
-    case PASS:
-    case XFAIL:
-    case XPASS:
-    case WARNING:
-    case ATTACHMENT:
-    case STARTVIDEOCAPTURE:
-    case ENDVIDEOCAPTURE:
-    case NONE:
-        break;
-    }
-}
-
-namespace {
-
-bool isFailure(TestResult::ResultType type)
-{
-    return type == TestResult::FAIL || type == TestResult::XPASS || type == TestResult::FATAL ||
-           type == TestResult::ERROR;
-}
-
-bool isAttemptStart(const Entry &entry)
-{
-    return entry.type == TestResult::START_TEST_CASE ||
-           (entry.type == TestResult::START_SECTION && isRepeatable(entry.info));
-}
-
-} // namespace
 
 const QFileInfo &TestResult::Entry::noFile()
 {
@@ -141,32 +84,32 @@ void TestResult::setObserver(std::function<void(const Entry &)> observer)
 
 bool TestResult::isStarted() const
 {
-    return d->isStarted;
+    return d->state.isStarted;
 }
 
 bool TestResult::isComplete() const
 {
-    return d->isComplete;
+    return d->state.isComplete;
 }
 
 bool TestResult::isTestCaseComplete() const
 {
-    return d->isTestCaseComplete;
+    return d->state.isTestCaseComplete;
 }
 
 bool TestResult::currentTestHasFailure() const
 {
-    return d->currentTestHasFailure;
+    return d->state.currentTestHasFailure;
 }
 
 bool TestResult::lastScenarioHasError() const
 {
-    return d->lastScenarioHasError;
+    return d->state.lastScenarioHasError;
 }
 
 void TestResult::clearLastScenarioError()
 {
-    d->lastScenarioHasError = false;
+    d->state.lastScenarioHasError = false;
 }
 
 int TestResult::count(const QString &key) const
@@ -348,20 +291,20 @@ void TestResult::Private::add(TestResult &result, Entry &entry)
         qWarning("Cannot add entry to test result without valid report generator.");
         return;
     }
-    if (isComplete) {
+    if (state.isComplete) {
         qWarning("Cannot add entry to test result which is completed already, type %d with message "
                  "'%s'",
                  entry.type, qUtf8Printable(entry.message));
         return;
     }
-    if (entry.type != START && !isStarted)
+    if (entry.type != START && !state.isStarted)
         qFatal("TestResult::addEntry: first result has to be of type Start. Got type %d with "
                "message '%s'",
                entry.type, qUtf8Printable(entry.message));
-    if (entry.type == START && isStarted)
+    if (entry.type == START && state.isStarted)
         qFatal("TestResult::addEntry: already started");
     // Out of reach as long as the warning above comes first.
-    if (entry.type == END && isComplete)
+    if (entry.type == END && state.isComplete)
         qFatal("TestResult::addEntry: already completed");
     entry.vpCounter = inVerification ? vpCounter : 0;
     entry.name = name;
@@ -370,7 +313,7 @@ void TestResult::Private::add(TestResult &result, Entry &entry)
 
 void TestResult::processEntry(const Entry &entry)
 {
-    d->setFlags(entry.type);
+    d->state.update(entry.type);
     if (d->observer)
         d->observer(entry);
     if (!d->generator)
@@ -431,17 +374,7 @@ QString TestResult::resultToString(ResultType type)
 
 bool TestResult::isSuccessfulRetry() const
 {
-    if (!d->generator || d->generator->retainedEntries().empty())
-        return false;
-    int first = 0;
-    int current = 1;
-    for (const Entry &entry : d->generator->retainedEntries()) {
-        if (isAttemptStart(entry))
-            (first == 0 ? first : current) = entry.retry;
-        else if (isFailure(entry.type) && (current > first || current < 1))
-            return false;
-    }
-    return true;
+    return d->generator && Morvex::isSuccessfulRetry(d->generator->retainedEntries());
 }
 
 } // namespace Morvex

@@ -2,6 +2,7 @@
 
 #include "shared/environment.h"
 #include "shared/files/writefile.h"
+#include "shared/points/pointtypes.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/runnerinterface.h"
 #include "test/verification/vpcall.h"
@@ -44,13 +45,13 @@ int versionNumber(const QString &digits)
 // NO_VP for a type that is not known.
 TestResult::VPType vpTypeOf(const QString &type)
 {
-    if (type == QLatin1String("ObjectProperties"))
+    if (type == PointType::properties)
         return TestResult::PROPERTY_VP;
-    if (type == QLatin1String("Screenshot"))
+    if (type == PointType::screenshot)
         return TestResult::SCREENSHOT_VP;
-    if (type == QLatin1String("Table"))
+    if (type == PointType::table)
         return TestResult::TABLE_VP;
-    return type == QLatin1String("Visual") ? TestResult::VISUAL_VP : TestResult::NO_VP;
+    return type == PointType::visual ? TestResult::VISUAL_VP : TestResult::NO_VP;
 }
 
 bool namesSeveralObjects(const QDomElement &root)

@@ -1,5 +1,7 @@
 #include "test/titanvp.h"
 
+#include "shared/files/writefile.h"
+#include "shared/points/pointtypes.h"
 #include "shared/realpath.h"
 #include "shared/uiabstraction/text/legaltext.h"
 #include "shared/uiabstraction/uielement.h"
@@ -8,7 +10,6 @@
 #include "test/verification/titanselectiondefaults.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QXmlStreamWriter>
 
@@ -36,22 +37,10 @@ void writeStart(QXmlStreamWriter &writer, const QString &objectName)
     writer.writeStartDocument(QStringLiteral("1.0"));
     writer.writeStartElement(QStringLiteral("VerificationPoint"));
     writer.writeAttribute(QStringLiteral("version"), QStringLiteral("5"));
-    writer.writeAttribute(QStringLiteral("type"), QStringLiteral("Visual"));
+    writer.writeAttribute(QStringLiteral("type"), PointType::visual);
     writer.writeEmptyElement(QStringLiteral("Description"));
     writer.writeStartElement(QStringLiteral("Verification"));
     writer.writeAttribute(QStringLiteral("object"), UIAbstraction::legalText(objectName));
-}
-
-// A full disk cuts a write short, and gives the reason to the next one.
-bool writeAll(const QByteArray &bytes, QFile &file)
-{
-    for (qint64 done = 0; done < bytes.size();) {
-        const qint64 count = file.write(bytes.constData() + done, bytes.size() - done);
-        if (count < 0)
-            return false;
-        done += count;
-    }
-    return file.flush();
 }
 
 } // namespace
@@ -63,22 +52,27 @@ bool createTitanVPFile(const QByteArray &dump, const QFileInfo &file, const QStr
     if (!QDir().mkpath(directory))
         return failWith(QStringLiteral("Unable to create %1 directory for VP file").arg(directory),
                         error);
-    QFile device(file.filePath());
-    if (!device.open(QIODevice::WriteOnly))
-        return failWith(QStringLiteral("Failed to open file '%1': %2")
-                            .arg(device.fileName(), device.errorString()),
-                        error);
     QByteArray xml;
     QXmlStreamWriter writer(&xml);
     writeStart(writer, objectName);
     const bool isWhole = writeTitanXmlFragment(dump, writer, error);
     if (isWhole)
         writer.writeEndDocument();
-    if (!writeAll(xml, device) && isWhole)
-        return failWith(QStringLiteral("Failed to write file '%1': %2")
-                            .arg(device.fileName(), device.errorString()),
-                        error);
-    return isWhole;
+    // Also when it isn't whole: the file shows how far it got.
+    const FileWriteResult result = writeFileSafely(file.filePath(), xml);
+    switch (result.outcome) {
+    case FileWriteResult::Written:
+        return isWhole;
+    case FileWriteResult::NotOpened:
+        return failWith(
+            QStringLiteral("Failed to open file '%1': %2").arg(file.filePath(), result.error),
+            error);
+    case FileWriteResult::NotWritten:
+        return isWhole && failWith(QStringLiteral("Failed to write file '%1': %2")
+                                       .arg(file.filePath(), result.error),
+                                   error);
+    }
+    return false;
 }
 
 bool writeTitanXmlFragment(const QByteArray &dump, QXmlStreamWriter &writer, QString *error)

@@ -4,30 +4,20 @@
 #include "test/report/iso8601time.h"
 #include "test/report/openreport.h"
 #include "test/report/resultlabels.h"
+#include "test/report/xml2descriptions.h"
 #include "test/reportgeneratorshared.h"
-#include "test/tablediff.h"
 
 #include <utility>
 
 namespace Morvex {
 namespace {
 
-const QLatin1String descriptionName("description");
 const QLatin1String testName("test");
 const QLatin1String verificationName("verification");
 const QLatin1String timeName("time");
 const QLatin1String typeName("type");
 const QLatin1String detailed("DETAILED");
 const QLatin1String xmlNamespace("http://www.morvex.org/XML2");
-
-XmlElement descriptionElement(const QString &text, QLatin1String type = {})
-{
-    XmlElement element(descriptionName);
-    if (!type.isEmpty())
-        element.addAttribute(typeName, type);
-    element.setText(text);
-    return element;
-}
 
 void writeText(XmlElement &element, const QString &text)
 {
@@ -42,107 +32,12 @@ void addLocation(XmlElement &element, const LineInfo &line)
     element.addAttribute(QLatin1String("line"), line.lineNumber());
 }
 
-void addFailedProperty(XmlElement &result, const TestResult::Entry &entry)
-{
-    result.addChild(
-        descriptionElement(vpObjectFromMsg(entry.message, true), QLatin1String("object")));
-    result.addChild(
-        descriptionElement(vpPropertyFromMsg(entry.message), QLatin1String("property")));
-    QString expected;
-    QString actual;
-    expectedAndActualValueFromMsg(entry.details, &expected, &actual);
-    if (!actual.isNull())
-        result.addChild(descriptionElement(actual, QLatin1String("failedValue")));
-}
-
-void addFailedScreenshot(XmlElement &result, const TestResult::Entry &entry)
-{
-    result.addChild(
-        descriptionElement(vpObjectFromMsg(entry.message, false), QLatin1String("object")));
-    const QString image = vpFailedImgFromMsg(entry.details);
-    if (!image.isEmpty())
-        result.addChild(descriptionElement(image, QLatin1String("failedImage")));
-}
-
-void injectFailedVPInfo(XmlElement &result, const TestResult::Entry &entry)
-{
-    if (entry.type != TestResult::FAIL && entry.type != TestResult::XPASS)
-        return;
-    switch (entry.vpType) {
-    case TestResult::PROPERTY_VP:
-        addFailedProperty(result, entry);
-        break;
-    case TestResult::SCREENSHOT_VP:
-    case TestResult::VISUAL_VP:
-        addFailedScreenshot(result, entry);
-        break;
-    case TestResult::NO_VP:
-    case TestResult::TABLE_VP:
-        break;
-    }
-}
-
 // A result brings no file of its own, but the screenshot that was taken with it.
 QString attachedFile(const TestResult::Entry &entry)
 {
     if (!entry.attachmentUri.isEmpty())
         return entry.attachmentUri;
     return extractScreenshotFromMsgAndDetail(entry.message, entry.details);
-}
-
-XmlElement createCellElement(const TableDiff::Cell &cell)
-{
-    XmlElement element(QLatin1String("cell"));
-    for (auto it = cell.properties.cbegin(); it != cell.properties.cend(); ++it) {
-        XmlElement property(QLatin1String("property"));
-        property.addAttribute(QLatin1String("name"), it.key());
-        property.setText(it.value().toString());
-        element.addChild(std::move(property));
-    }
-    return element;
-}
-
-void addCells(XmlElement &parent, const FList<TableDiff::Cell> &cells)
-{
-    for (const TableDiff::Cell &cell : cells)
-        parent.addChild(createCellElement(cell));
-}
-
-void createSubjectElement(XmlElement &parent, const TableDiff::Subject &subject)
-{
-    const FList<TableDiff::Cell> &cells = subject.cells;
-    if (subject.type == TableDiff::Subject::CELL) {
-        addCells(parent, cells);
-        return;
-    }
-    const bool isRow = subject.type == TableDiff::Subject::ROW;
-    XmlElement element(subjectName(subject.type));
-    if (!cells.isEmpty()) {
-        const TableDiff::Cell &first = cells.first();
-        element.addAttribute(isRow ? QLatin1String("line") : QLatin1String("index"),
-                             isRow ? first.row : first.column);
-    }
-    addCells(element, cells);
-    parent.addChild(std::move(element));
-}
-
-XmlElement createDiffElement(const TableDiff::Element &difference)
-{
-    XmlElement element(differenceName(difference.kind));
-    createSubjectElement(element, difference.subject);
-    return element;
-}
-
-void injectTableDiff(XmlElement &result, const TestResult::Entry &entry)
-{
-    if (entry.vpType != TestResult::TABLE_VP || entry.tableDiff.isEmpty())
-        return;
-    result.addChild(
-        descriptionElement(vpObjectFromMsg(entry.message, false), QLatin1String("object")));
-    XmlElement tableDiff(QLatin1String("tablediff"));
-    for (const TableDiff::Element &difference : entry.tableDiff)
-        tableDiff.addChild(createDiffElement(difference));
-    result.addChild(std::move(tableDiff));
 }
 
 } // namespace
@@ -343,11 +238,10 @@ void Xml2ReportGenerator::Private::writeMessage(const TestResult::Entry &entry)
     message.addAttribute(timeName, timeText(entry.time));
     message.addAttribute(typeName, resultName(entry.type));
     addLocation(message, entry.line);
-    XmlElement description(descriptionName);
+    XmlElement description = emptyDescription();
     writeText(description, entry.message);
     message.addChild(std::move(description));
-    XmlElement details(descriptionName);
-    details.addAttribute(typeName, detailed);
+    XmlElement details = emptyDescription(detailed);
     writeText(details, entry.details);
     message.addChild(std::move(details));
     dump(message, WholeElement);

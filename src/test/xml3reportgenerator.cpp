@@ -1,17 +1,14 @@
 #include "test/xml3reportgenerator.h"
 
 #include "shared/system/trace.h"
-#include "test/report/iso8601time.h"
 #include "test/report/openreport.h"
-#include "test/report/reportlocations.h"
-#include "test/report/resultlabels.h"
+#include "test/report/resultkinds.h"
 #include "test/report/retrylimit.h"
 #include "test/report/sectionkind.h"
+#include "test/report/xml3elements.h"
 #include "test/report/xml3reportwriter.h"
+#include "test/report/xml3verification.h"
 #include "test/reportgeneratorshared.h"
-#include "test/xmlstreamwriter.h"
-
-#include <QDir>
 
 #include <cerrno>
 #include <cstring>
@@ -25,31 +22,7 @@ using Entry = TestResult::Entry;
 
 const char xmlNamespace[] = "http://www.morvex.org/resources/schemas/xml3";
 
-// What came with a version, beside what Xml3ReportWriter knows.
-const int firstVersionWithVisual = 1;
-const int firstVersionWithStacktrace = 3;
 const int firstVersionWithUser = 4;
-const int firstVersionWithMsAndVideo = 5;
-
-const int noVerification = -1;
-
-bool isVerificationResult(TestResult::ResultType type)
-{
-    return type == TestResult::PASS || type == TestResult::FAIL || type == TestResult::XFAIL ||
-           type == TestResult::XPASS;
-}
-
-// An image of the actual look is kept unless it was the expected one.
-bool hasFailedImage(TestResult::ResultType type)
-{
-    return type != TestResult::PASS && type != TestResult::XPASS;
-}
-
-std::string typeName(const Entry &entry)
-{
-    const QLatin1String name = resultName(entry.type);
-    return {name.data(), static_cast<std::size_t>(name.size())};
-}
 
 QString userName()
 {
@@ -63,42 +36,21 @@ QString userName()
     return fullName.isEmpty() ? QString::fromLocal8Bit(user->pw_name) : fullName;
 }
 
-// The image travels with the report.
-QString withShortImagePath(const QString &details)
-{
-    const QString image = vpFailedImgFromMsg(details);
-    if (image.isEmpty())
-        return details;
-    const QFileInfo file(image);
-    return QString(details).replace(image,
-                                    file.dir().dirName() + QLatin1Char('/') + file.fileName());
-}
-
 } // namespace
 
-struct Xml3ReportGenerator::Private
+struct Xml3ReportGenerator::Private : Xml3Elements
 {
     Private(std::unique_ptr<std::ostream> output, TestType testType, int formatVersion,
             const QString &resultDir)
-        : stream(std::move(output))
-        , writer(*stream)
-        , version(formatVersion)
-        , locations(testType, resultDir)
+        : Xml3Elements(std::move(output), formatVersion, testType, resultDir)
+        , verification(*this)
         , type(testType)
     {
-        writer.setAutoFormatting(true);
     }
 
-    std::unique_ptr<std::ostream> stream;
-    XmlStreamWriterQString writer;
-    int openVerification = noVerification;
-    int version;
-    ReportLocations locations;
+    Xml3Verification verification;
     TestType type;
     RetryLimit retryLimit;
-    Iso8601Time time;
-
-    std::string formatDateTime(const QDateTime &dateTime);
 
     void writeEntry(const Entry &entry);
     void writeStart(const Entry &entry);
@@ -111,21 +63,6 @@ struct Xml3ReportGenerator::Private
     void writeVideo(const Entry &entry, const char *element);
     void writeAttachment(const Entry &entry);
     void writeAttachmentContent(const Entry &entry);
-
-    void writeLocation(const LineInfo &line);
-    void writeStacktrace(const Entry &entry);
-    void openVerificationOf(const Entry &entry);
-    void closeVerification();
-
-    void writeVerification(const Entry &entry);
-    void startResult(const Entry &entry, const char *element);
-    void writeScriptedResult(const Entry &entry);
-    void writePropertyResult(const Entry &entry);
-    void writeTableResult(const Entry &entry);
-    void writeImageResult(const Entry &entry, const char *element, const char *imageElement);
-    void writeObjectLocation(const Entry &entry);
-    void writeCommon(const Entry &entry, const QString &details);
-    void writeUri(const char *element, const std::string &uri);
 };
 
 Xml3ReportGenerator::Xml3ReportGenerator(std::unique_ptr<Private> data)
@@ -153,19 +90,12 @@ void Xml3ReportGenerator::generateSummary() {}
 
 void Xml3ReportGenerator::doHandleEntry(const Entry &entry)
 {
-    if (!isVerificationResult(entry.type))
-        d->closeVerification();
+    if (!isVerification(entry.type))
+        d->verification.close();
     d->locations.update(entry);
     d->retryLimit.beforeEntry(entry);
     d->writeEntry(entry);
     d->retryLimit.afterEntry(entry);
-}
-
-std::string Xml3ReportGenerator::Private::formatDateTime(const QDateTime &dateTime)
-{
-    const QByteArray text =
-        version >= firstVersionWithMsAndVideo ? time.textWithMs(dateTime) : time.text(dateTime);
-    return text.toStdString();
 }
 
 void Xml3ReportGenerator::Private::writeEntry(const Entry &entry)
@@ -201,7 +131,7 @@ void Xml3ReportGenerator::Private::writeEntry(const Entry &entry)
     case TestResult::FAIL:
     case TestResult::XFAIL:
     case TestResult::XPASS:
-        writeVerification(entry);
+        verification.writeResult(entry);
         break;
     case TestResult::ATTACHMENT:
         writeAttachment(entry);
@@ -283,7 +213,7 @@ void Xml3ReportGenerator::Private::writeMessage(const Entry &entry)
 // attachments.
 void Xml3ReportGenerator::Private::writeVideo(const Entry &entry, const char *element)
 {
-    if (version >= firstVersionWithMsAndVideo) {
+    if (version >= firstXml3VersionWithMsAndVideo) {
         writer.writeStartElement(element);
     } else {
         writer.writeStartElement("attachment");
@@ -309,149 +239,6 @@ void Xml3ReportGenerator::Private::writeAttachmentContent(const Entry &entry)
     writer.writeCDataElementQString("text", entry.message);
     if (entry.line.isValid())
         writeLocation(entry.line);
-}
-
-void Xml3ReportGenerator::Private::writeLocation(const LineInfo &line)
-{
-    Xml3ReportWriter::writeFileLocation(writer, locations.scriptFile(line.fileName()),
-                                        line.lineNumber());
-}
-
-void Xml3ReportGenerator::Private::writeStacktrace(const Entry &entry)
-{
-    if (version < firstVersionWithStacktrace || entry.stack.size() < 2)
-        return;
-    writer.writeStartElement("stacktrace");
-    for (const LineInfo &frame : entry.stack)
-        writeLocation(frame);
-    writer.writeEndElement();
-}
-
-void Xml3ReportGenerator::Private::openVerificationOf(const Entry &entry)
-{
-    if (openVerification == entry.vpCounter)
-        return;
-    closeVerification();
-    writer.writeStartElement("verification");
-    if (!entry.stack.empty())
-        writeLocation(entry.stack.front());
-    writeStacktrace(entry);
-    openVerification = entry.vpCounter;
-}
-
-void Xml3ReportGenerator::Private::closeVerification()
-{
-    if (openVerification == noVerification)
-        return;
-    writer.writeEndElement();
-    openVerification = noVerification;
-}
-
-void Xml3ReportGenerator::Private::writeVerification(const Entry &entry)
-{
-    openVerificationOf(entry);
-    switch (entry.vpType) {
-    case TestResult::NO_VP:
-        writeScriptedResult(entry);
-        break;
-    case TestResult::PROPERTY_VP:
-        writePropertyResult(entry);
-        break;
-    case TestResult::TABLE_VP:
-        writeTableResult(entry);
-        break;
-    case TestResult::SCREENSHOT_VP:
-        writeImageResult(entry, "screenshotVerificationResult", "failedImage");
-        break;
-    case TestResult::VISUAL_VP:
-        if (version >= firstVersionWithVisual)
-            writeImageResult(entry, "visualVerificationResult", "failedObjectDump");
-        else
-            writeScriptedResult(entry);
-        break;
-    }
-}
-
-void Xml3ReportGenerator::Private::startResult(const Entry &entry, const char *element)
-{
-    writer.writeStartElement(element);
-    writer.writeAttribute("type", typeName(entry));
-    writer.writeAttribute("time", formatDateTime(entry.time));
-}
-
-void Xml3ReportGenerator::Private::writeScriptedResult(const Entry &entry)
-{
-    startResult(entry, "scriptedVerificationResult");
-    writer.writeStartElement("scriptedLocation");
-    Xml3ReportWriter::writeFileLocationContent(writer, locations.scriptFile(entry.line.fileName()),
-                                               entry.line.lineNumber());
-    writer.writeEndElement();
-    writeCommon(entry, entry.details);
-    writer.writeEndElement();
-}
-
-void Xml3ReportGenerator::Private::writePropertyResult(const Entry &entry)
-{
-    startResult(entry, "propertyVerificationResult");
-    writer.writeStartElement("objectPropertyLocation");
-    writer.writeCDataElement("uri", locations.verificationPoint(entry));
-    writer.writeCDataElementQString("objectName", vpObjectFromMsg(entry.message, true));
-    writer.writeCDataElementQString("property", vpPropertyFromMsg(entry.message));
-    writer.writeEndElement();
-    writeCommon(entry, entry.details);
-    QString expected;
-    QString actual;
-    expectedAndActualValueFromMsg(entry.details, &expected, &actual);
-    writer.writeCDataElementQString("expectedValue", expected);
-    writer.writeCDataElementQString("actualValue", actual);
-    writer.writeEndElement();
-}
-
-void Xml3ReportGenerator::Private::writeTableResult(const Entry &entry)
-{
-    startResult(entry, "tableVerificationResult");
-    writeObjectLocation(entry);
-    writeCommon(entry, entry.details);
-    Xml3ReportWriter::writeTableDiff(writer, entry.tableDiff);
-    writer.writeEndElement();
-}
-
-void Xml3ReportGenerator::Private::writeImageResult(const Entry &entry, const char *element,
-                                                    const char *imageElement)
-{
-    startResult(entry, element);
-    writeObjectLocation(entry);
-    writeCommon(entry, withShortImagePath(entry.details));
-    if (hasFailedImage(entry.type))
-        writeUri(imageElement, locations.failedImage(vpFailedImgFromMsg(entry.details)));
-    writer.writeEndElement();
-}
-
-void Xml3ReportGenerator::Private::writeObjectLocation(const Entry &entry)
-{
-    writer.writeStartElement("objectLocation");
-    writer.writeCDataElement("uri", locations.verificationPoint(entry));
-    writer.writeCDataElementQString("objectName", vpObjectFromMsg(entry.message, false));
-    writer.writeEndElement();
-}
-
-void Xml3ReportGenerator::Private::writeCommon(const Entry &entry, const QString &details)
-{
-    writer.writeCDataElementQString("text", entry.info.isEmpty()
-                                                ? entry.message
-                                                : entry.message + QLatin1String(": ") + entry.info);
-    if (!details.isEmpty())
-        writer.writeCDataElementQString("detail", details);
-    const QString screenshot = extractScreenshotFromMsgAndDetail(entry.message, entry.details);
-    if (!screenshot.isEmpty())
-        writeUri("screenshot", locations.failedImage(screenshot));
-}
-
-void Xml3ReportGenerator::Private::writeUri(const char *element, const std::string &uri)
-{
-    writer.writeStartElement(element);
-    writer.writeCDataElement("uri", uri);
-    writer.writeEndElement();
 }
 
 } // namespace Morvex

@@ -105,7 +105,7 @@ void appendCData(std::string &out, const std::string &text)
     out.append(terminator, matched);
 }
 
-// Markup, and what an attribute can't hold as it stands.
+// Markup, and what an attribute can't hold as it is.
 bool isSpecialInText(char byte)
 {
     return static_cast<unsigned char>(byte) < 0x20 || byte == '&' || byte == '<' || byte == '>' ||

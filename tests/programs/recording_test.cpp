@@ -95,7 +95,7 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
         "application.start(\"" MORVEX_RECORDED_PROGRAM "\");\n"
         "var ctx_0 = currentApplicationContext();\n"
         "find(names.size).item(\"Large\").click();\n"
-        "find(names.secret).type(env(\"PASSWORD\").replace(/</g, \"<<\"));\n"
+        "find(names.secret).typePassword(\"PASSWORD\");\n"
         "find(names.secret).type(\"<Return>\");\n"
         "find(names.colours).item(\"Red\").check();\n"
         "find(names.colours).item(\"Red\").click();\n"
@@ -121,6 +121,9 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
     EXPECT_EQ(finish(), expected);
     EXPECT_TRUE(recorderErrors.contains("crashed by signal 6")) << recorderErrors.constData();
     output = runner.runSuite({"--hook-subprocesses"});
+    EXPECT_TRUE(output.standardOutput.contains("--envvar PASSWORD="))
+        << output.standardOutput.constData();
+    output = runner.runSuite({"--hook-subprocesses", "--envvar", "PASSWORD=se<cr>et"});
     EXPECT_TRUE(output.standardOutput.contains("/script.js:27: The application has crashed"))
         << output.standardOutput.constData();
 }

@@ -39,6 +39,7 @@ TEST_F(UserInputTest, KeysTypeTheirCharacters)
         {"1<Left><End>2<F5>", "12"},
         {"aBc<<<Backspace>", "aBc"},
         {"ab<Ctrl+A>x<Home>y", "yx"},
+        {"abcd<Left*3>x<**2>", "ax**bcd"},
         {"<PageDown><PgDown><Ctrl+PageUp><Ctrl++>><Backspace><Ctrl+>><escape>", ""},
     };
     for (const auto &row : rows) {

@@ -38,12 +38,22 @@ Names declaredGlobals(const QString &declarations)
     return namesIn(declarations, "^declare (?:function|namespace|const) (\\w+)");
 }
 
+Names membersOf(const QString &declarations, const QString &interface)
+{
+    return namesIn(bodyOf(declarations, "interface " + interface), "^    (?:readonly )?(\\w+)[(:]");
+}
+
 Names declaredMembers(const QString &declarations, const QString &name)
 {
     const QString space = bodyOf(declarations, "declare namespace " + name);
-    return space.isEmpty()
-               ? namesIn(bodyOf(declarations, "interface " + name), "^    (?:readonly )?(\\w+)[(:]")
-               : namesIn(space, "^    function (\\w+)");
+    if (!space.isEmpty())
+        return namesIn(space, "^    function (\\w+)");
+    Names own = membersOf(declarations, name);
+    if (own.empty()) {
+        own = membersOf(declarations, name + " extends MouseTarget");
+        own.merge(membersOf(declarations, "MouseTarget"));
+    }
+    return own;
 }
 
 } // namespace

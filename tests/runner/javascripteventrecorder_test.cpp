@@ -130,8 +130,16 @@ TEST_F(JavaScriptEventRecorderTest, ReportedActionsBecomeTheStatementsThatAUserW
           "find(\"late\").click();"}},
         // A program that has executed itself again.
         {R"([{"number":1,"time":1,"what":"click","object":"a"}, {"what":"start","time":2},
-             {"number":1,"time":3,"what":"password","object":"b"}])",
-         {"find(\"a\").click();", "find(\"b\").type(env(\"PASSWORD\").replace(/</g, \"<<\"));"}},
+             {"number":1,"time":3,"what":"password","object":"b"},
+             {"number":2,"time":4,"what":"password","object":"c"},
+             {"number":3,"time":5,"what":"password","object":"b"}])",
+         {"find(\"a\").click();", "find(\"b\").typePassword(\"PASSWORD\");",
+          "find(\"c\").typePassword(\"PASSWORD_2\");", "find(\"b\").typePassword(\"PASSWORD\");"}},
+        {R"([{"number":1,"time":1,"what":"type","object":"a","text":"<Up><Up><Up><Down><Down>"},
+             {"number":2,"time":2,"what":"type","object":"a","text":"<Down><Down><<F1><F1><F1><F1>"},
+             {"number":3,"time":3,"what":"type","object":"a","text":"<Ctrl+>><Ctrl+>><Ctrl+>><Ctrl+>>"}])",
+         {"find(\"a\").type(\"<Up><Up><Up><Down*4><<F1><F1><F1><F1>"
+          "<Ctrl+>><Ctrl+>><Ctrl+>><Ctrl+>>\");"}},
         {R"([{"number":1,"time":1,"what":"doubleClick","object":"t","item":["n"]},
              {"number":2,"time":2,"what":"type","object":"e","text":"new"},
              {"number":3,"time":3,"what":"edit","object":"t","item":["n"],"text":"new",

@@ -94,7 +94,7 @@ public:
         element->setImage(pick(6) == 0 ? picture() : QImage());
     }
 
-    // The same elements, some changed, in another order or gone.
+    // The same elements, some changed, in another order or left out.
     void copy(const BrowserElement *from, BrowserElement *to)
     {
         QList<BrowserElement *> children = from->children();

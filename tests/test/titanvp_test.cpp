@@ -300,8 +300,10 @@ TEST_F(TitanVPTest, WhereNoSnapshotCanBeStoredTheFailureSaysSo)
     QString error;
     const SharedPtr<Object> object = inspector.findObject("form", nullptr);
     const QByteArray dump = requestObjectSnapshotForVisualVP(object, nullptr);
+    writeFile(path("p.xml"), "old");
     EXPECT_FALSE(createTitanVPFile(dump, QFileInfo(path("p.xml")), "form", &error));
     EXPECT_TRUE(error.endsWith("p.xml': File too large")) << error.toStdString();
+    EXPECT_EQ(readFile(path("p.xml")), "old");
 }
 
 TEST_F(TitanVPTest, WhatCantBeComparedSaysWhy)

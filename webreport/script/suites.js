@@ -71,7 +71,7 @@
     }
 
     /// The earlier runs that a run is compared with, latest first. What a run repeats is no
-    /// comparison for it: all marks would be gone.
+    /// comparison for it: all marks would be lost.
     function earlier(run) {
         const { runs } = run.suite;
         let at = runs.indexOf(run);

@@ -59,20 +59,6 @@ bool XmlExporter::toXml(QIODevice *device)
     return m_error.isEmpty();
 }
 
-bool XmlExporter::toXml(const QString &fileName)
-{
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) {
-        m_error = QStringLiteral("Failed to open file '%1': %2").arg(fileName, file.errorString());
-        return false;
-    }
-    if (!toXml(&file)) {
-        m_error = QStringLiteral("Failed to write file '%1': %2").arg(fileName, file.errorString());
-        return false;
-    }
-    return true;
-}
-
 void XmlExporter::toXmlFragment(QXmlStreamWriter *writer)
 {
     writer->writeStartElement(QStringLiteral("ui"));

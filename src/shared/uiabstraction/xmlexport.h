@@ -34,6 +34,7 @@ public:
 
     /// A whole document. False when it could not be written whole; errorText says why.
     bool toXml(QIODevice *device);
+    /// The same. A file that was there is left as it was when writing fails.
     bool toXml(const QString &fileName);
     QString errorText() const { return m_error; }
 

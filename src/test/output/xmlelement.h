@@ -23,8 +23,9 @@ public:
     XmlElement &setText(const QString &text);
     XmlElement &setCData(const QString &text);
 
-    /// Appends the whole element as UTF-8, each element that has no text on a line of its own, with
-    /// @p indent blanks in front and @p step more for each level.
+    /// Appends the whole element as UTF-8, each element that has no text on a line of its own,
+    /// after
+    /// @p indent blanks and @p step more for each level.
     void append(QByteArray &out, int indent, int step) const;
 
     void appendOpenTag(QByteArray &out) const;

@@ -1,5 +1,6 @@
 #include "test/upload/entrymessage.h"
 
+#include "test/report/resultkinds.h"
 #include "test/report/resultlabels.h"
 #include "test/report/xml3reportwriter.h"
 #include "test/reportgeneratorshared.h"
@@ -26,12 +27,6 @@ bool isMessage(TestResult::ResultType type)
 {
     return type == TestResult::LOG || type == TestResult::FATAL || type == TestResult::ERROR ||
            type == TestResult::WARNING;
-}
-
-bool isVerification(TestResult::ResultType type)
-{
-    return type == TestResult::PASS || type == TestResult::FAIL || type == TestResult::XFAIL ||
-           type == TestResult::XPASS;
 }
 
 bool isVideo(TestResult::ResultType type)

@@ -4,7 +4,6 @@
 #include "test/upload/handover.h"
 #include "test/upload/quillbaseworker.h"
 #include "test/upload/uploadlines.h"
-#include "test/upload/videooutput.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -38,7 +38,7 @@ QTextCodec *codecOfFirstBytes(const QByteArray &xml)
 }
 
 // Returns an error text, empty on success.
-QString decode(const QByteArray &xml, QString *text)
+[[nodiscard]] QString decode(const QByteArray &xml, QString *text)
 {
     QTextCodec *known = codecOfFirstBytes(xml);
     QTextCodec *codec = known ? known : declaredCodec(xml);

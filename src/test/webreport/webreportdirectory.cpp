@@ -25,7 +25,7 @@ QString templateDirectory()
 }
 
 // An empty data file is a report without runs. Returns an error text, empty on success.
-QString fillReport(const QString &directory)
+[[nodiscard]] QString fillReport(const QString &directory)
 {
     QString error;
     if (!copyDirectory(templateDirectory(), directory, &error, KeepExistingFile))

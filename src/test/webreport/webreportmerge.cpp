@@ -41,7 +41,8 @@ public:
     }
 
     // Returns an error text, empty on success.
-    QString read(std::vector<MergedRun> *runs, const QDir &target, QStringList *warnings)
+    [[nodiscard]] QString read(std::vector<MergedRun> *runs, const QDir &target,
+                               QStringList *warnings)
     {
         const QString fileName =
             QDir(m_report.filePath(webReportDataDir)).filePath(webReportDataFile);

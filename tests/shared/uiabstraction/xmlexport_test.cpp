@@ -2,6 +2,8 @@
 
 #include "shared/browserelement.h"
 #include "shared/uiabstraction/uielement.h"
+#include "support/files.h"
+#include "support/filesizelimit.h"
 #include "support/sampletrees.h"
 #include "support/test.h"
 #include "support/xmldocument.h"
@@ -113,7 +115,13 @@ TEST(XmlExportTest, WhatCantBeWrittenWholeIsAnError)
         const QString start = QString::fromLatin1(text).replace(QLatin1String("%1"), file);
         EXPECT_EQ(exporter.errorText().left(start.size()), start);
     }
-    EXPECT_TRUE(exporter.toXml(dir.filePath(QStringLiteral("ui"))));
+    const QString file = dir.filePath(QStringLiteral("ui"));
+    EXPECT_TRUE(exporter.toXml(file));
+    const QByteArray whole = readFile(file);
+    EXPECT_EQ(XmlDocument(whole).count("/ui/execution/state/element"), 1);
+    const FileSizeLimit full(4096);
+    EXPECT_FALSE(exporter.toXml(file));
+    EXPECT_EQ(readFile(file), whole);
 }
 
 TEST(XmlExportTest, ReadersTakeTheDeepestTreesThatAreWritten)

@@ -1,0 +1,96 @@
+#include "qtbackend/celleditor.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
+#include <QMetaProperty>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTextEdit>
+
+namespace Morvex {
+namespace {
+
+// Protected members of the toolkit's class.
+struct ViewAccess : QAbstractItemView
+{
+    static bool isEditing(const QAbstractItemView *view)
+    {
+        return (view->*(&ViewAccess::state))() == EditingState;
+    }
+};
+
+bool isKnown(const QWidget *editor)
+{
+    return qobject_cast<const QLineEdit *>(editor) ||
+           qobject_cast<const QAbstractSpinBox *>(editor) ||
+           qobject_cast<const QComboBox *>(editor) || hasLines(editor);
+}
+
+} // namespace
+
+QAbstractItemView *editedView(const QWidget *editor)
+{
+    const QWidget *viewport = editor && isKnown(editor) ? editor->parentWidget() : nullptr;
+    auto *view = qobject_cast<QAbstractItemView *>(viewport ? viewport->parentWidget() : nullptr);
+    return view && view->viewport() == viewport && ViewAccess::isEditing(view) &&
+                   editedIndex(view, editor).isValid()
+               ? view
+               : nullptr;
+}
+
+// The application may have opened that of another item than the current one.
+QModelIndex editedIndex(const QAbstractItemView *view, const QWidget *editor)
+{
+    for (const QModelIndex &index :
+         {view->currentIndex(), view->indexAt(editor->geometry().center())}) {
+        if (index.isValid() && view->indexWidget(index) == editor)
+            return index;
+    }
+    return {};
+}
+
+bool hasLines(const QWidget *editor)
+{
+    return qobject_cast<const QTextEdit *>(editor) || qobject_cast<const QPlainTextEdit *>(editor);
+}
+
+QString editorText(const QWidget *editor)
+{
+    if (hasLines(editor))
+        return editor->property("plainText").toString();
+    if (const auto *spin = qobject_cast<const QSpinBox *>(editor))
+        return spin->cleanText();
+    if (const auto *spin = qobject_cast<const QDoubleSpinBox *>(editor))
+        return spin->cleanText();
+    return editor->metaObject()->userProperty().read(editor).toString();
+}
+
+bool isGivenValue(const QWidget *editor, const QString &text)
+{
+    if (const auto *box = qobject_cast<const QComboBox *>(editor))
+        return !box->isEditable();
+    QVariant value(text);
+    return qobject_cast<const QDateTimeEdit *>(editor) &&
+           value.convert(editor->metaObject()->userProperty().userType());
+}
+
+QString giveValue(QWidget *editor, const QString &text)
+{
+    if (auto *box = qobject_cast<QComboBox *>(editor)) {
+        const int index = box->findText(text);
+        box->setCurrentIndex(index);
+        return index < 0 ? QStringLiteral("the editor has no item '%1'").arg(text) : QString();
+    }
+    const QMetaProperty property = editor->metaObject()->userProperty();
+    QVariant value(text);
+    value.convert(property.userType());
+    property.write(editor, value);
+    return property.read(editor) == value
+               ? QString()
+               : QStringLiteral("the editor doesn't take '%1'").arg(text);
+}
+
+} // namespace Morvex

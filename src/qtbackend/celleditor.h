@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+class QAbstractItemView;
+class QModelIndex;
+class QWidget;
+
+namespace Morvex {
+
+/// The view whose item the widget edits; null for any other widget.
+QAbstractItemView *editedView(const QWidget *editor);
+
+/// The item that an editor of the view is for.
+QModelIndex editedIndex(const QAbstractItemView *view, const QWidget *editor);
+
+/// What the editor of an item holds, as editing an item takes it: dates in the notation of ISO
+/// 8601, else what is shown without prefix and suffix.
+QString editorText(const QWidget *editor);
+
+/// Whether Return ends a line in it.
+bool hasLines(const QWidget *editor);
+
+/// Whether the text is a value for it, and not to be typed.
+bool isGivenValue(const QWidget *editor, const QString &text);
+
+/// Gives such an editor its value. Returns an error text, empty on success.
+[[nodiscard]] QString giveValue(QWidget *editor, const QString &text);
+
+} // namespace Morvex

@@ -1,0 +1,84 @@
+#include "qtbackend/celledits.h"
+
+#include "qtbackend/actionreport.h"
+#include "qtbackend/celleditor.h"
+#include "qtbackend/itemselectors.h"
+#include "qtbackend/recordedkeys.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+
+#include <utility>
+
+namespace Morvex {
+namespace {
+
+// Also in a popup of it.
+bool hasFocusWithin(const QWidget *editor)
+{
+    const QWidget *widget = editor->isActiveWindow() ? QApplication::focusWidget() : nullptr;
+    while (widget && widget != editor)
+        widget = widget->parentWidget();
+    return widget;
+}
+
+} // namespace
+
+void CellEdits::typeInView(const QWidget *target, int number, bool isText)
+{
+    m_view = target;
+    m_key = number;
+    m_isKeyText = isText;
+}
+
+void CellEdits::typeInEditor(QWidget *target)
+{
+    if (!editedView(target) || isSecretInput(target))
+        return;
+    if (m_editor != target) {
+        m_opener = 0;
+        m_textBefore = editorText(target);
+    }
+    m_editor = target;
+    m_isTypedInto = true;
+}
+
+bool CellEdits::commit()
+{
+    QWidget *editor = m_editor;
+    m_editor = nullptr;
+    QAbstractItemView *view = editedView(editor);
+    const bool isUsed = std::exchange(m_isTypedInto, false);
+    if (!view || (!isUsed && editorText(editor) == m_textBefore))
+        return false;
+    m_report.cancel(std::exchange(m_opener, 0));
+    m_report.add(QStringLiteral("edit"), view,
+                 {{QStringLiteral("item"), selectorOf(view, editedIndex(view, editor))},
+                  {QStringLiteral("text"), editorText(editor)},
+                  {QStringLiteral("editor"), m_report.nameOf(editor)}});
+    return true;
+}
+
+void CellEdits::focusOut(const QObject *widget)
+{
+    if (m_editor && widget == m_editor && !m_isCancelled && !hasFocusWithin(m_editor))
+        commit();
+}
+
+void CellEdits::settle()
+{
+    QWidget *focus = QApplication::focusWidget();
+    const QAbstractItemView *view = editedView(focus);
+    const bool isNew = view && focus != m_editor && !isSecretInput(focus);
+    if (isNew) {
+        const bool isByKey = m_view == view && m_key == m_report.lastNumber();
+        m_editor = focus;
+        m_textBefore = editorText(focus);
+        m_opener = isByKey ? m_key : 0;
+        m_isTypedInto = isByKey && m_isKeyText;
+    }
+    m_view = nullptr;
+    m_isCancelled = false;
+}
+
+} // namespace Morvex

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QVariant>
+
+class QWidget;
+
+namespace Morvex {
+
+/// What the mouse changes in a widget by small steps: the value of a slider or a spin box, the date
+/// of a field, the entry of a combo box, the current tab. Not valid for any other widget.
+QVariant valueOf(const QWidget *widget);
+
+/// How a script brings a widget that has a value to the one that it has now.
+struct ValueSetting
+{
+    static ValueSetting of(QWidget *widget);
+
+    /// As docs/application-protocol.md has it.
+    QString what;
+    QVariantMap more;
+    /// Which may be what the widget is a part of.
+    QWidget *object = nullptr;
+};
+
+/// Sets a property. A user who can changes a value by a drag of the slider, or in a field that has
+/// the focus; what the application does about that happens here, too. False for a value that the
+/// property does not take.
+bool setLikeUser(QObject *object, const QByteArray &property, const QVariant &value);
+
+} // namespace Morvex

@@ -1,0 +1,275 @@
+#include "qtbackend/recordeduser.h"
+
+using namespace MorvexTest;
+
+namespace {
+
+// Says at the end what has been entered in what order, and in which field the focus is.
+class Form : public QObject
+{
+public:
+    explicit Form(QWidget *window)
+        : QObject(window)
+    {
+        setObjectName("form");
+        auto *first = add<QLineEdit>("first");
+        add<QLineEdit>("second")->setText("two");
+        auto *count = add<QSpinBox>("count");
+        auto *button = add<QToolButton>("button");
+        button->setFocusPolicy(Qt::NoFocus);
+        connect(button, &QToolButton::clicked, this, [this] { log += "push "; });
+        connect(first, &QLineEdit::editingFinished, this,
+                [this, first] { log += "first=" + first->text() + ' '; });
+        connect(count, &QSpinBox::editingFinished, this,
+                [this, count] { log += "count=" + count->text() + ' '; });
+        first->setFocus();
+    }
+
+    static QString stateOf(const QWidget *window)
+    {
+        return static_cast<Form *>(window->findChild<QObject *>("form"))->log +
+               window->findChild<QLineEdit *>("second")->text();
+    }
+
+    QString log;
+
+private:
+    template <typename Widget>
+    Widget *add(const char *name)
+    {
+        auto *window = static_cast<QWidget *>(parent());
+        auto *widget = new Widget;
+        widget->setObjectName(name);
+        window->layout()->addWidget(widget);
+        return widget;
+    }
+};
+
+} // namespace
+
+using KeyActionsTest = RecordedUser;
+
+// What a field holds is taken over when it is left.
+TEST_F(KeyActionsTest, AFieldIsLeftWhereNothingElseLeavesIt)
+{
+    const struct
+    {
+        const char *keys;
+        const char *clicked;
+        const char *moreKeys;
+        const char *script;
+    } rows[] = {
+        {"ab Tab", nullptr, "", "first.type(\"ab<Tab>\");"},
+        {"ab Tab", "button", "", "first.type(\"ab<Tab>\");\nbutton.click();"},
+        {"ab Tab x", nullptr, "", "first.type(\"ab\");\nsecond.type(\"<Ctrl+A>x\");"},
+        {"ab Tab", "second", "x", "first.type(\"ab<Tab>\");\nsecond.type(\"<End>x\");"},
+        {"ab Tab Tab 12", "button", "",
+         "first.type(\"ab\");\ncount.type(\"<Ctrl+A>12\");\nbutton.click();"},
+        {"ab Tab Tab", "button", "",
+         "first.type(\"ab\");\nsecond.type(\"<Tab>\");\nbutton.click();"},
+        {"ab Tab Shift+Tab End c", nullptr, "",
+         "first.type(\"ab\");\nsecond.type(\"<Shift+Tab>\");\nfirst.type(\"<End>c\");"},
+        {"Tab x Tab 12", "first", "",
+         "second.type(\"<Ctrl+A>x\");\ncount.type(\"<Ctrl+A>12\");\nfirst.click();"},
+        {"Tab x Tab 12", "first", "y",
+         "second.type(\"<Ctrl+A>x\");\ncount.type(\"<Ctrl+A>12\");\nfirst.type(\"y\");"},
+    };
+    for (const auto &row : rows) {
+        record([](QWidget *made) { new Form(made); });
+        press(row.keys);
+        if (row.clicked)
+            click(child<QWidget>(row.clicked));
+        press(row.moreKeys);
+        const QString expected = Form::stateOf(window.get());
+        EXPECT_EQ(script(), row.script);
+        replay();
+        EXPECT_EQ(Form::stateOf(replayed.get()), expected) << row.script;
+    }
+}
+
+TEST_F(KeyActionsTest, KeysThatAFieldRefusesAreNotTyped)
+{
+    record([](QWidget *made) {
+        new Form(made);
+        made->findChild<QLineEdit *>("second")->setMaxLength(5);
+    });
+    press("Tab Tab 1x2 Shift+Tab End abcd Backspace");
+    EXPECT_EQ(script(), "count.type(\"<Ctrl+A>12\");\nsecond.type(\"<End>ab<Backspace>\");");
+}
+
+// However it was typed, what is replayed is what the field held at the end.
+TEST_F(KeyActionsTest, APasswordIsTypedByOneCallAndNoPartOfItIsReported)
+{
+    const struct
+    {
+        const char *before;
+        const char *keys;
+        const char *after;
+        const char *script;
+    } rows[] = {
+        {"", "xyqx Return", "xyqx",
+         "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<Return>\");"},
+        {"old", "Ctrl+A xq Left Backspace Home y Delete", "y",
+         "secret.typePassword(\"PASSWORD\");"},
+        {"old", "End xq Ctrl+S y", "oldxqy",
+         "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<Ctrl+S>\");\n"
+         "secret.typePassword(\"PASSWORD\");"},
+        {"old", "Ctrl+A Delete", "", "secret.type(\"<Ctrl+A><Backspace>\");"},
+        {"old", "Home Right Ctrl+C", "old", ""},
+        {"", "x Backspace", "", ""},
+        {"", "xy Alt+Q z", "xyqz", "secret.typePassword(\"PASSWORD\");"},
+        {"", "xy Alt+P", "xy", "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<Alt+P>\");"},
+        {"", "xy F2 q", "xyq",
+         "secret.typePassword(\"PASSWORD\");\nsecret.type(\"<F2>\");\n"
+         "secret.typePassword(\"PASSWORD\");"},
+    };
+    for (const auto &row : rows) {
+        record([&row](QWidget *made) {
+            auto *secret = new QLineEdit(row.before);
+            secret->setObjectName("secret");
+            secret->setEchoMode(QLineEdit::Password);
+            made->layout()->addWidget(secret);
+            new QShortcut(QKeySequence("Alt+P"), made);
+            // Shows it.
+            const auto *eye = new QShortcut(QKeySequence("F2"), made);
+            QObject::connect(eye, &QShortcut::activated, secret,
+                             [secret] { secret->setEchoMode(QLineEdit::Normal); });
+        });
+        press(row.keys);
+        EXPECT_EQ(child<QLineEdit>("secret")->text(), row.after) << row.keys;
+        EXPECT_EQ(script(), row.script) << row.keys;
+        for (const char *part : {"x", "y", "q", "Q", "z"}) {
+            for (const QVariant &action : actions)
+                EXPECT_FALSE(action.toMap().value("text").toString().contains(part)) << row.keys;
+        }
+        replay(row.after);
+        EXPECT_EQ(replayed->findChild<QLineEdit *>("secret")->text(), row.after) << row.keys;
+    }
+}
+
+namespace {
+
+// A column for each kind of editor.
+class Cells : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                          const QModelIndex &index) const override
+    {
+        switch (index.column()) {
+        case 0:
+            return new QLineEdit(parent);
+        case 1: {
+            auto *date = new QDateEdit(parent);
+            date->setDisplayFormat("dd.MM.yy");
+            return date;
+        }
+        case 2: {
+            auto *spin = new QDoubleSpinBox(parent);
+            spin->setLocale(QLocale::German);
+            spin->setPrefix("EUR ");
+            return spin;
+        }
+        case 3: {
+            auto *box = new QComboBox(parent);
+            box->addItems({"low", "high"});
+            return box;
+        }
+        default:
+            return new QPlainTextEdit(parent);
+        }
+    }
+
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override
+    {
+        if (auto *box = qobject_cast<QComboBox *>(editor))
+            box->setCurrentText(index.data().toString());
+        else
+            QStyledItemDelegate::setEditorData(editor, index);
+    }
+};
+
+QTableWidget *makeTable(QWidget *window)
+{
+    auto *table = new QTableWidget(2, 5);
+    table->setObjectName("table");
+    table->setItemDelegate(new Cells(table));
+    const QVariant values[] = {"a", QDate(2026, 11, 22), 2.5, "low", "text"};
+    for (int i = 0; i < 5; ++i) {
+        table->setItem(0, i, new QTableWidgetItem);
+        table->item(0, i)->setData(Qt::EditRole, values[i]);
+    }
+    window->layout()->addWidget(table);
+    window->layout()->addWidget(new QPushButton("other"));
+    window->resize(700, 300);
+    table->setCurrentCell(0, 0);
+    table->setFocus();
+    return table;
+}
+
+QString contentOf(const QWidget *window)
+{
+    const auto *table = window->findChild<QTableWidget *>("table");
+    QStringList texts;
+    for (int i = 0; i < 5; ++i)
+        texts += table->item(0, i)->data(Qt::EditRole).toString();
+    return texts.join('|');
+}
+
+} // namespace
+
+TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
+{
+    const struct
+    {
+        int column;
+        const char *keys;
+        bool isLeftByMouse;
+        const char *content;
+        const char *script;
+    } rows[] = {
+        {0, "new Return", false, "new|2026-11-22|2.5|low|text", "table.item(\"a\").edit(\"new\");"},
+        {0, "F2 End b", true, "ab|2026-11-22|2.5|low|text", "table.item(\"a\").edit(\"ab\");"},
+        {1, "F2 Up Return", false, "a|2026-11-23|2.5|low|text",
+         "table.item(\"2026-11-22\").edit(\"2026-11-23\");"},
+        {2, "F2 Up Return", false, "a|2026-11-22|3.5|low|text",
+         "table.item(\"2.5\").edit(\"3,50\");"},
+        {3, "F2 Down Return", false, "a|2026-11-22|2.5|high|text",
+         "table.item(\"low\").edit(\"high\");"},
+        {4, "F2 Ctrl+End Return b", true, "a|2026-11-22|2.5|low|text\nb",
+         "table.item(\"text\").edit(\"text\\nb\");"},
+    };
+    for (const auto &row : rows) {
+        record(makeTable);
+        child<QTableWidget>("table")->setCurrentCell(0, row.column);
+        press(row.keys);
+        if (row.isLeftByMouse)
+            click(child<QWidget>("table"));
+        EXPECT_EQ(contentOf(window.get()), row.content);
+        const QString lines = script();
+        EXPECT_EQ(lines.count('\n') + 1, row.isLeftByMouse ? 2 : 1) << lines.toStdString();
+        EXPECT_EQ(lines.section('\n', 0, 0), row.script);
+        replay();
+        EXPECT_EQ(contentOf(replayed.get()), row.content) << lines.toStdString();
+    }
+}
+
+TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)
+{
+    record([](QWidget *made) {
+        auto *menu = new QMenu(made);
+        menu->setObjectName("menu");
+        for (const char *text : {"&Open", "&Other", "&Save"})
+            menu->addAction(text);
+    });
+    auto *menu = child<QMenu>("menu");
+    menu->popup({0, 0});
+    QCoreApplication::processEvents();
+    for (const int key : {Qt::Key_O, Qt::Key_O, Qt::Key_Return}) {
+        QTest::keyClick(menu->windowHandle(), Qt::Key(key));
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(script(), "menu.item(\"Other\").click();");
+}

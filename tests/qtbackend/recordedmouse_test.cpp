@@ -1,0 +1,184 @@
+#include "qtbackend/recordinguser.h"
+
+using namespace MorvexTest;
+
+class RecordedMouseTest : public RecordingUserTest
+{
+};
+
+TEST_F(RecordedMouseTest, TheWheelOverAValueChangesItAgainAndScrollingIsLeftOut)
+{
+    add<QSpinBox>("count", {0, 0, 100, 30});
+    auto *size = add<QComboBox>("size", {0, 40, 100, 30});
+    size->addItems({"Small", "Medium", "Large"});
+    auto *tabs = add<QTabWidget>("tabs", {0, 80, 300, 100});
+    for (const char *name : {"One", "Two", "Three"})
+        tabs->addTab(new QWidget, name);
+    auto *level = add<QSlider>("level", {0, 200, 20, 100});
+    auto *list = add<QListWidget>("list", {100, 200, 100, 100});
+    for (int i = 0; i < 100; ++i)
+        list->addItem(QString::number(i));
+    record();
+    turnWheel("count", -1);
+    turnWheel("count", -2);
+    turnWheel("size", 1);
+    turnWheel("size", 1);
+    turnWheel("qt_tabwidget_tabbar", 1);
+    turnWheel("level", -2);
+    turnWheel("list", 2);
+    EXPECT_EQ(perform(), (QStringList{"set count value 3", "click size Large", "click tabs Two",
+                                      "set level value " + QString::number(level->value())}));
+    EXPECT_GT(level->value(), 0);
+}
+
+TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
+{
+    auto *level = add<QSlider>("level", {0, 0, 30, 300});
+    auto *count = add<QSpinBox>("count", {100, 0, 100, 30});
+    auto *name = add<QLineEdit>("name", {100, 40, 100, 30});
+    QStringList heard;
+    const auto note = [&heard](const char *what) { return [&heard, what] { heard += what; }; };
+    QObject::connect(level, &QSlider::sliderPressed, note("pressed"));
+    QObject::connect(level, &QSlider::sliderMoved, note("moved"));
+    QObject::connect(level, &QSlider::actionTriggered, note("action"));
+    QObject::connect(level, &QSlider::sliderReleased, note("released"));
+    QObject::connect(count, &QSpinBox::editingFinished, note("finished"));
+    record();
+    QStyleOptionSlider look;
+    look.initFrom(level);
+    look.orientation = Qt::Vertical;
+    look.maximum = 99;
+    look.upsideDown = true;
+    const QPoint handle =
+        level->style()
+            ->subControlRect(QStyle::CC_Slider, &look, QStyle::SC_SliderHandle, level)
+            .center();
+    drag(at(level, handle.x(), handle.y()), at(level, handle.x(), 100));
+    click(at(count, 95, 5));
+    click(in(name));
+    const QStringList recorded = perform();
+    const int value = level->value();
+    EXPECT_GT(value, 10);
+    EXPECT_EQ(recorded, (QStringList{QString("set level value %1").arg(value), "set count value 1",
+                                     "click name"}));
+    heard.removeDuplicates();
+    EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
+    heard.clear();
+    level->setValue(0);
+    count->setValue(0);
+    name->clearFocus();
+    EXPECT_EQ(replay(), QString());
+    heard.removeDuplicates();
+    EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
+    EXPECT_EQ(level->value(), value);
+    EXPECT_EQ(count->value(), 1);
+}
+
+TEST_F(RecordedMouseTest, ADateIsSetWhateverPartOfItWasChanged)
+{
+    auto *day = add<QDateEdit>("day", {0, 0, 150, 30});
+    auto *moment = add<QDateTimeEdit>("moment", {0, 40, 200, 30});
+    day->setCalendarPopup(true);
+    day->setDate({2026, 11, 22});
+    moment->setDateTime({QDate(2026, 11, 22), QTime(10, 30)});
+    moment->setCurrentSection(QDateTimeEdit::MinuteSection);
+    record();
+    click(at(moment, 195, 5));
+    click(at(moment, 195, 5));
+    click(at(day, 145, 15));
+    click([day] {
+        auto *view = day->calendarWidget()->findChild<QTableView *>();
+        return qMakePair(view->viewport(), view->visualRect(view->model()->index(3, 3)).center());
+    });
+    const QStringList recorded = perform();
+    EXPECT_NE(day->date(), QDate(2026, 11, 22));
+    EXPECT_EQ(recorded, (QStringList{"set moment dateTime 2026-11-22T10:31:00",
+                                     "set moment dateTime 2026-11-22T10:32:00",
+                                     "set day date " + day->date().toString(Qt::ISODate)}));
+}
+
+TEST_F(RecordedMouseTest, WhatTheUserCouldNotDoIsNotRecorded)
+{
+    auto *list = add<QListWidget>("list", {0, 0, 100, 100});
+    list->addItems({"on", "off"});
+    list->item(1)->setFlags(Qt::NoItemFlags);
+    auto *tabs = add<QTabBar>("tabs", {0, 120, 300, 30});
+    tabs->addTab("first");
+    tabs->addTab("second");
+    tabs->setTabEnabled(1, false);
+    auto *button = add<QPushButton>("button", {200, 0, 100, 30});
+    auto *disabled = add<QPushButton>("disabled", {200, 40, 100, 30});
+    disabled->setEnabled(false);
+    auto *label = add<QLabel>("label", {200, 80, 100, 30});
+    auto *table = add<QTableWidget>("table", {0, 200, 300, 100});
+    table->setColumnCount(2);
+    table->setHorizontalHeaderLabels({"a", "b"});
+    record();
+    QHeaderView *header = table->horizontalHeader();
+    header->setObjectName("header");
+    const int edge = header->sectionPosition(1);
+    click(at(list->viewport(), 10, list->visualItemRect(list->item(1)).center().y()));
+    click([tabs] { return qMakePair(tabs, tabs->tabRect(1).center()); });
+    click(in(disabled));
+    press(in(button));
+    release(at(button, 50, 31));
+    press(in(label));
+    release(at(label, 50, 200));
+    drag(at(header->viewport(), edge - 1, 5), at(header->viewport(), edge + 20, 5));
+    click(at(header->viewport(), edge + 19, 5));
+    EXPECT_EQ(perform(), QStringList());
+    EXPECT_GT(header->sectionPosition(1), edge);
+    // One click after the other, each on something else.
+    click(at(list->viewport(), 10, 5));
+    clickAtOnce(in(button));
+    clickAtOnce(in(button));
+    click(at(header->viewport(), 10, 5));
+    EXPECT_EQ(perform(),
+              (QStringList{"click list on", "click button", "click button", "click header a"}));
+}
+
+TEST_F(RecordedMouseTest, TabsAndSectionsAreMovedAgain)
+{
+    auto *tabs = add<QTabWidget>("tabs", {0, 0, 400, 100});
+    for (const char *name : {"One", "Two", "Three", "Four"})
+        tabs->addTab(new QWidget, name);
+    tabs->setMovable(true);
+    auto *table = add<QTableWidget>("table", {0, 120, 500, 100});
+    table->setColumnCount(4);
+    table->setHorizontalHeaderLabels({"a", "b", "c", "d"});
+    QHeaderView *header = table->horizontalHeader();
+    header->setObjectName("header");
+    header->setSectionsMovable(true);
+    record();
+    QTabBar *bar = tabs->tabBar();
+    const auto tab = [bar](int index, int beside) {
+        return [=] {
+            return qMakePair(static_cast<QWidget *>(bar),
+                             bar->tabRect(index).center() + QPoint(beside, 0));
+        };
+    };
+    const auto section = [header](int visual, int beside) {
+        return at(header->viewport(),
+                  header->sectionPosition(header->logicalIndex(visual)) + 50 + beside, 5);
+    };
+    const auto order = [&] {
+        QString all;
+        for (int i = 0; i < 4; ++i)
+            all += tabs->tabText(i) + QString::number(header->logicalIndex(i));
+        return all;
+    };
+    const QString before = order();
+    drag(tab(0, 0), tab(2, 3));
+    drag(section(0, 0), section(2, 20));
+    drag(section(3, 0), section(1, -20));
+    EXPECT_EQ(perform(), (QStringList{"drag tabs One Three tabs", "drag header a c header",
+                                      "drag header d c header"}));
+    const QString after = order();
+    EXPECT_NE(after, before);
+    bar->moveTab(2, 0);
+    header->moveSection(header->visualIndex(3), 3);
+    header->moveSection(header->visualIndex(0), 0);
+    ASSERT_EQ(order(), before);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(order(), after);
+}
