@@ -134,6 +134,11 @@ public:
         return popups;
     }
 
+    QObject *drawnAt(QObject *root, const QPoint &place) const override
+    {
+        return drawnItem(static_cast<QQuickItem *>(root), place);
+    }
+
     QObject *takerAt(QObject *root, const QPoint &place, Qt::MouseButton button) const override
     {
         return Morvex::takerAt(static_cast<QQuickItem *>(root), place, button);

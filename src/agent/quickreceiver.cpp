@@ -92,6 +92,11 @@ QQuickItem *takerAt(QQuickItem *root, const QPointF &place, Qt::MouseButton butt
                   [button](const QQuickItem *item) { return takesMouse(item, button); });
 }
 
+QQuickItem *drawnItem(QQuickItem *root, const QPointF &place)
+{
+    return itemAt(root, place, isDrawn);
+}
+
 QObjectList popupsOf(const QQuickItem &overlay)
 {
     QObjectList popups;
@@ -106,7 +111,7 @@ QQuickItem *clickedItem(QQuickItem *root, const QPointF &place)
 {
     if (QQuickItem *taker = takerAt(root, place, Qt::LeftButton))
         return clickable(taker);
-    QQuickItem *drawn = itemAt(root, place, isDrawn);
+    QQuickItem *drawn = drawnItem(root, place);
     return drawn ? drawn : root;
 }
 

@@ -14,6 +14,9 @@ QQuickItem *clickedItem(QQuickItem *root, const QPointF &place);
 /// The item that gets a press of the button at a place of the scene first; null for none.
 QQuickItem *takerAt(QQuickItem *root, const QPointF &place, Qt::MouseButton button);
 
+/// The topmost item at a place of the scene that draws something; null for none.
+QQuickItem *drawnItem(QQuickItem *root, const QPointF &place);
+
 /// The popups that are open in the item that is above all for them.
 QObjectList popupsOf(const QQuickItem &overlay);
 

@@ -186,6 +186,7 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
                      {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
         return;
     }
+    auto *typedInto = qobject_cast<QWidget *>(m_typed.target());
     const QString heldBack = m_secrets.takeShortcut();
     if (qobject_cast<QMenuBar *>(owner)) {
         m_report.cancel(m_lastKey);
@@ -198,8 +199,8 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_focus.expect(m_lastKey);
     else if (qobject_cast<QAbstractButton *>(owner))
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
-    else if (isOfWindow(owner) && m_typed.target() && !isTypedInto(m_typed.target()))
-        m_report.replace(m_lastKey, QStringLiteral("type"), m_typed.target()->window(),
+    else if (isOfWindow(owner) && typedInto && !isTypedInto(typedInto))
+        m_report.replace(m_lastKey, QStringLiteral("type"), typedInto->window(),
                          {{QStringLiteral("text"), m_typed.lastKeys()}});
 }
 

@@ -62,6 +62,8 @@ public:
 
     /// The item that a click at the place of the window is for; @p root has all of the window.
     virtual QObject *clickedAt(QObject *root, const QPoint &place) const = 0;
+    /// The topmost item there that draws something; null for none.
+    virtual QObject *drawnAt(QObject *root, const QPoint &place) const = 0;
     /// The item that gets a press of the button there first; null for none.
     virtual QObject *takerAt(QObject *root, const QPoint &place, Qt::MouseButton button) const = 0;
     /// The item that would take a click at the place of the window in place of @p item; null for

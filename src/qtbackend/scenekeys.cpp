@@ -39,7 +39,7 @@ QObject *currentEntryOf(const QObject *menu)
 {
     const int index = menu->property("currentIndex").toInt();
     QObject *list = menu->property("contentItem").value<QObject *>();
-    for (QObject *entry : list && index >= 0 ? delegatesOf(list) : QObjectList()) {
+    for (QObject *entry : list &&index >= 0 ? delegatesOf(list) : QObjectList()) {
         if (sceneRowNumber(list, entry) == index)
             return entry;
     }
@@ -50,11 +50,10 @@ QObject *currentEntryOf(const QObject *menu)
 QObject *typedInto(QObject *root, QObject *focus)
 {
     QObject *owner = focus ? sceneOwnerOf(focus) : nullptr;
-    const bool isMeant =
-        owner && !owner->inherits("QQuickContentItem") &&
-        (isSceneText(owner) || !owner->objectName().isEmpty() ||
-                  owner->inherits("QQuickItemView") ||
-                  (owner->inherits("QQuickControl") && !owner->inherits("QQuickPane")));
+    const bool isMeant = owner && !owner->inherits("QQuickContentItem") &&
+                         (isSceneText(owner) || !owner->objectName().isEmpty() ||
+                          owner->inherits("QQuickItemView") ||
+                          (owner->inherits("QQuickControl") && !owner->inherits("QQuickPane")));
     return isMeant ? owner : sceneWindowOf(root);
 }
 
@@ -97,8 +96,8 @@ void SceneKeys::typeInComboBox(QObject *box, QObject *popup, const QKeyEvent &ev
     QString text;
     QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
     m_choice.popup = popup;
-    m_choice.number = m_report.add(QStringLiteral("click"), box,
-                                   {{QStringLiteral("item"), QVariantList{text}}});
+    m_choice.number =
+        m_report.add(QStringLiteral("click"), box, {{QStringLiteral("item"), QVariantList{text}}});
 }
 
 void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
@@ -158,8 +157,7 @@ void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
 {
     // The first keys were offered before.
     const int count = event.key().count();
-    const QString last =
-        QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
+    const QString last = QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
     const QString keys =
         count > 1 ? QLatin1Char('<') + last + QLatin1Char('>') : std::exchange(m_heldBack, {});
     if (!keys.isEmpty())

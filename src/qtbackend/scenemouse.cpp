@@ -44,9 +44,8 @@ bool isPushed(const QObject *object)
 bool hasTapHandler(const QObject *item)
 {
     const QObjectList &children = item->children();
-    return std::any_of(children.begin(), children.end(), [](const QObject *child) {
-        return child->inherits("QQuickTapHandler");
-    });
+    return std::any_of(children.begin(), children.end(),
+                       [](const QObject *child) { return child->inherits("QQuickTapHandler"); });
 }
 
 bool isFlickable(const QObject *item)
@@ -94,8 +93,7 @@ void SceneMouse::begin(QObject *root, const QMouseEvent &event)
 void SceneMouse::describe(QObject *taker)
 {
     m_press.taker = taker;
-    m_press.target =
-        taker ? sceneTarget(taker, m_press.place, m_press.button) : RecordedTarget();
+    m_press.target = taker ? sceneTarget(taker, m_press.place, m_press.button) : RecordedTarget();
     QObject *object = m_press.target.object;
     m_outcome = {};
     switch (m_press.target.kind) {
@@ -121,8 +119,7 @@ void SceneMouse::describe(QObject *taker)
 
 void SceneMouse::reportPress()
 {
-    const QString what =
-        m_press.isDouble ? QStringLiteral("doubleClick") : QStringLiteral("click");
+    const QString what = m_press.isDouble ? QStringLiteral("doubleClick") : QStringLiteral("click");
     QVariantMap place = reportedPlace(m_press.target);
     addButtonTo(&place, m_press.button, m_press.modifiers);
     if (m_press.number > 0)
@@ -205,9 +202,8 @@ void SceneMouse::settleOutcome()
     QObject *item = m_outcome.item;
     if (!item)
         return;
-    const QVariant value = m_outcome.kind == RecordedTarget::Value
-                               ? item->property(sceneValueOf(item))
-                               : QVariant();
+    const QVariant value =
+        m_outcome.kind == RecordedTarget::Value ? item->property(sceneValueOf(item)) : QVariant();
     if (value != m_outcome.value)
         m_report.add(QStringLiteral("set"), m_outcome.name,
                      {{QStringLiteral("property"), QLatin1String(sceneValueOf(item))},

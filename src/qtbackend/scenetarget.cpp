@@ -38,7 +38,8 @@ bool isPassive(const QObject *item)
 {
     const QObject *around = SceneAccess::self()->parentOf(item);
     const bool isDimmer = around && around->inherits("QQuickOverlay");
-    return isDimmer || inheritsOneOf(item, {"QQuickPane", "QQuickOverlay", "QQuickPopupItem", "QQuickFlickable",
+    return isDimmer ||
+           inheritsOneOf(item, {"QQuickPane", "QQuickOverlay", "QQuickPopupItem", "QQuickFlickable",
                                 "QQuickScrollBar", "QQuickScrollIndicator", "QQuickSplitView",
                                 "QQuickMenuBar", "QQuickContainer", "QQuickRootItem"});
 }
@@ -53,8 +54,7 @@ QObject *meantItem(QObject *taker)
 {
     const SceneAccess &access = *SceneAccess::self();
     QObject *around = taker->inherits("QQuickMouseArea") ? access.parentOf(taker) : nullptr;
-    const bool isWhole =
-        around && access.parentOf(around) && access.isAt(taker, centreOf(around));
+    const bool isWhole = around && access.parentOf(around) && access.isAt(taker, centreOf(around));
     return isWhole ? around : taker;
 }
 
@@ -63,8 +63,8 @@ bool isCanvas(const QObject *item)
     if (inheritsOneOf(item, {"QQuickCanvasItem", "QQuickPaintedItem", "QQuickRangeSlider"}))
         return true;
     const QRect place = SceneAccess::self()->placeOf(item);
-    return !item->inherits("QQuickControl") && std::min(place.width(), place.height()) > maxPlainSize &&
-           shownTextOf(item).isEmpty();
+    return !item->inherits("QQuickControl") &&
+           std::min(place.width(), place.height()) > maxPlainSize && shownTextOf(item).isEmpty();
 }
 
 bool isNamed(const QObject *item)
@@ -107,6 +107,16 @@ const char *sceneValueOf(const QObject *item)
             return known.property;
     }
     return nullptr;
+}
+
+QObject *sceneItemAt(QObject *root, const QPoint &windowPlace)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    QObject *taker = access.takerAt(root, windowPlace, Qt::LeftButton);
+    if (taker && !isPassive(taker))
+        return sceneOwnerOf(meantItem(taker));
+    QObject *drawn = access.drawnAt(root, windowPlace);
+    return drawn ? drawn : root;
 }
 
 void announceSceneValue(QObject *item, const QByteArray &property)

@@ -11,6 +11,9 @@ RecordedTarget sceneTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseB
 /// for other items.
 const char *sceneValueOf(const QObject *item);
 
+/// What a user would point at who wants to check it.
+QObject *sceneItemAt(QObject *root, const QPoint &windowPlace);
+
 /// Has the item say that the user has changed the property, if it is that one.
 void announceSceneValue(QObject *item, const QByteArray &property);
 

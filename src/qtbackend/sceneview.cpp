@@ -87,8 +87,8 @@ bool isSceneComboBox(const QObject *object)
 
 QObject *sceneViewOf(QObject *object)
 {
-    QObject *view = isSceneComboBox(object) ? objectIn(objectIn(object, "popup"), "contentItem")
-                                            : object;
+    QObject *view =
+        isSceneComboBox(object) ? objectIn(objectIn(object, "popup"), "contentItem") : object;
     return isView(view) ? view : nullptr;
 }
 

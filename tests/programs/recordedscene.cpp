@@ -1,10 +1,11 @@
-// Shows a file of Qt Quick: in a window of its own as the file says, without any widget, or with
-// "widget" after it below a button.
+// Shows a file of Qt Quick: in a window of its own, without any widget and with more width and
+// height than the file says when a number follows, or with "widget" after it below a button.
 #include <QApplication>
 #include <QPushButton>
 #include <QQmlApplicationEngine>
 #include <QQuickWidget>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <memory>
 
@@ -36,5 +37,9 @@ int main(int argc, char **argv)
     if (isInWidget)
         return showInWidget(file);
     QQmlApplicationEngine engine(file);
+    for (QWindow *window : QGuiApplication::topLevelWindows()) {
+        const int more = argc > 2 ? QByteArray(argv[2]).toInt() : 0;
+        window->resize(window->size() + QSize(more, more));
+    }
     return QGuiApplication::exec();
 }
