@@ -1,5 +1,6 @@
 #include "runner/recordedactions.h"
 
+#include "objectmodel/objectname.h"
 #include "runner/countedkeys.h"
 
 #include <QHash>
@@ -246,10 +247,18 @@ EventData eventOf(const QVariantMap &action)
     return event;
 }
 
+// Whether the name waits by itself until the object is so.
+bool isOfName(const QString &property, const QString &objectName)
+{
+    return ObjectName(objectName).properties().contains(property);
+}
+
 // What the object has to be before anything is done to it.
 void addWaits(const QVariantMap &action, const EventData &event, std::vector<EventData> *events)
 {
     for (const QString &property : action.value(QStringLiteral("waits")).toStringList()) {
+        if (isOfName(property, event.objectName()))
+            continue;
         EventData wait(EventData::METHOD_CALL);
         wait.setMethodName(QStringLiteral("waitForProperty"));
         wait.setObjectName(event.objectName());

@@ -50,16 +50,6 @@ void addText(const QObject *object, const char *property, QHash<QString, QString
 
 } // namespace
 
-bool hidesItsText(const QObject *object)
-{
-    for (const char *property : {"echoMode", "textEchoMode"}) {
-        const QVariant mode = object->property(property);
-        if (mode.isValid())
-            return mode.toInt() != QLineEdit::Normal || wasSecretInput(object);
-    }
-    return false;
-}
-
 QString labelOf(const QObject *object)
 {
     for (const char *property : labels) {

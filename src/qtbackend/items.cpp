@@ -1,6 +1,7 @@
 #include "qtbackend/items.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/menubutton.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/sceneitem.h"
@@ -36,7 +37,7 @@ std::shared_ptr<Item> itemOf(QObject *object, const QVariantList &selector)
                                              : nullptr;
     auto *widget = qobject_cast<QWidget *>(object);
     if (qobject_cast<QMenuBar *>(object) || qobject_cast<QMenu *>(object) ||
-        qobject_cast<QToolBar *>(object))
+        qobject_cast<QToolBar *>(object) || menuOfButton(object))
         return std::make_shared<MenuItem>(widget, wanted);
     return widget ? std::make_shared<AccessibleItem>(widget, wanted) : nullptr;
 }

@@ -4,6 +4,7 @@
 #include "qtbackend/celleditor.h"
 #include "qtbackend/focusmove.h"
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
@@ -99,7 +100,8 @@ void KeyActions::press(const QKeyEvent &event)
     const auto *button = qobject_cast<QAbstractButton *>(target);
     if (!button || !isPushKey(event))
         return type(target, event);
-    if (event.isAutoRepeat())
+    // The choice from its menu says that it was opened.
+    if (event.isAutoRepeat() || opensMenu(button))
         return;
     // A click gives it the focus, too.
     if (button->focusPolicy() & Qt::ClickFocus)

@@ -1,6 +1,7 @@
 #include "qtbackend/menuitem.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/menubutton.h"
 #include "qtbackend/mouseevents.h"
 #include "qtbackend/whyblocked.h"
 
@@ -38,7 +39,17 @@ QRect placeOf(QWidget *owner, QAction *action)
         return bar->actionGeometry(action);
     auto *bar = qobject_cast<QToolBar *>(owner);
     const QWidget *button = bar ? bar->widgetForAction(action) : nullptr;
+    if (!bar && menuOfButton(owner))
+        return owner->rect();
     return button && button->isVisible() ? button->geometry() : QRect();
+}
+
+// Null where it is no button that has the menu.
+QWidget *buttonOf(QWidget *owner, QAction *action)
+{
+    const auto *bar = qobject_cast<QToolBar *>(owner);
+    QWidget *button = bar ? bar->widgetForAction(action) : owner;
+    return menuOfButton(button) ? button : nullptr;
 }
 
 // A click on the title of an open menu would close it.
@@ -48,6 +59,10 @@ QString openMenu(QWidget *owner, QAction *action)
         return QStringLiteral("the menu no longer exists");
     if (action->menu()->isVisible())
         return {};
+    if (QWidget *button = buttonOf(owner, action)) {
+        openMenuOf(button);
+        return {};
+    }
     const MouseSpot spot = MouseSpot::of(owner, placeOf(owner, action).center());
     endClicks();
     moveMouse(spot, Qt::NoButton, Qt::NoModifier);
@@ -72,6 +87,11 @@ void MenuItem::find()
     m_places.clear();
     ItemPath path(m_selector);
     QWidget *place = m_owner;
+    if (QMenu *menu = menuOfButton(m_owner)) {
+        m_path.emplace_back(menu->menuAction());
+        m_places.emplace_back(place);
+        place = menu;
+    }
     while (!path.isAtEnd()) {
         const QList<QAction *> actions = place ? actionsOf(place) : QList<QAction *>();
         const int index = path.next(textsOf(actions));
@@ -110,6 +130,9 @@ QString MenuItem::whyBlocked() const
 {
     if (!action())
         return QStringLiteral("the entry no longer exists");
+    const QWidget *first = m_places.front();
+    if (first && !first->isEnabled())
+        return QStringLiteral("the widget is disabled");
     // Some are enabled when their menu is about to be shown.
     const bool isToBeOpened = m_path.size() > 1 && canBeSeen() && !widget()->isVisible();
     return Morvex::whyBlocked(isToBeOpened ? m_path.front().data() : action());

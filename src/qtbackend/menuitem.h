@@ -10,7 +10,8 @@
 
 namespace Morvex {
 
-/// An entry of a menu or of a menu bar, by the path through the menus, or a button of a tool bar.
+/// An entry of a menu, of a menu bar or of the menu of a button, by the path through the menus, or
+/// a button of a tool bar.
 class MenuItem : public Item, public std::enable_shared_from_this<MenuItem>
 {
 public:

@@ -1,6 +1,7 @@
 #include "qtbackend/menupath.h"
 
 #include "qtbackend/itempath.h"
+#include "qtbackend/menubutton.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,7 +13,7 @@
 namespace Morvex {
 namespace {
 
-// What the menu was opened from; null when that was no other menu.
+// What the menu was opened from: another menu, a menu bar or a button; null when it was none.
 QWidget *opener(const QMenu *menu)
 {
     const QAction *title = menu->menuAction();
@@ -25,7 +26,13 @@ QWidget *opener(const QMenu *menu)
         if (bar && bar->isVisible() && bar->activeAction() == title)
             return place;
     }
-    return nullptr;
+    QWidget *button = nullptr;
+    for (QWidget *place : places) {
+        const bool isCandidate = menuOfButton(place) == menu && place->isVisible();
+        if (isCandidate && (!button || isPressed(place)))
+            button = place;
+    }
+    return button;
 }
 
 } // namespace
@@ -39,7 +46,8 @@ MenuPath menuPathOf(QWidget *menu, QAction *action)
         QWidget *above = opener(open);
         if (!above)
             break;
-        texts.prepend(shownText(open->menuAction()->text()));
+        if (!menuOfButton(above))
+            texts.prepend(shownText(open->menuAction()->text()));
         path.owner = above;
     }
     path.item = {itemPathOf(texts)};

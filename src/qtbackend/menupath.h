@@ -11,7 +11,7 @@ namespace Morvex {
 /// How a script names an entry of a menu that is open.
 struct MenuPath
 {
-    /// The menu bar, or the menu that was opened otherwise.
+    /// The menu bar, the button, or the menu that was opened otherwise.
     QWidget *owner = nullptr;
     QVariantList item;
 };
@@ -19,7 +19,7 @@ struct MenuPath
 MenuPath menuPathOf(QWidget *menu, QAction *action);
 
 /// The first of the menus that were opened from each other to the end of this one; null when a
-/// menu bar has opened it.
+/// menu bar or a button has opened it.
 QMenu *firstMenuOf(QMenu *menu);
 
 /// Whether a place of the screen is within a menu that is open.

@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/usagerules.h"
@@ -224,6 +225,13 @@ void MouseActions::settle()
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);
     m_choice = {};
+    // Held, a button may open its menu in place of a click.
+    const QMenu *menu = m_click.number > 0 ? menuOfButton(m_click.object) : nullptr;
+    if (menu && menu->isVisible()) {
+        m_report.cancel(m_click.number);
+        m_click = {};
+        m_press.number = 0;
+    }
     if (!m_outcome.isReleased())
         return;
     m_outcome.settle(m_report);

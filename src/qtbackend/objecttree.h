@@ -13,7 +13,8 @@ namespace Morvex {
 QObjectList childObjectsOf(const QObject *object);
 QObject *parentObjectOf(const QObject *object);
 
-/// Those of items that are in no other one; each is an object with its items.
+/// Those of items that are in no other window, in the order in which they were made; each is an
+/// object with its items.
 QObjectList sceneWindows();
 
 /// The item that has all those of the window or widget that an event is for; null where there are

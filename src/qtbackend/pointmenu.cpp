@@ -1,11 +1,11 @@
 #include "qtbackend/pointmenu.h"
 
 #include "qtbackend/actionreport.h"
-#include "qtbackend/identification.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/recordedtarget.h"
 #include "qtbackend/scenetarget.h"
+#include "qtbackend/secretinputs.h"
 #include "shared/points/pointtypes.h"
 
 #include <QAbstractButton>

@@ -1,6 +1,5 @@
 #include "qtbackend/recordedkeys.h"
 
-#include "qtbackend/identification.h"
 #include "qtbackend/secretinputs.h"
 
 #include <QComboBox>

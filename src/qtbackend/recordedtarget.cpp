@@ -1,6 +1,7 @@
 #include "qtbackend/recordedtarget.h"
 
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/menubutton.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -28,7 +29,6 @@
 #include <QTabWidget>
 #include <QTextBrowser>
 #include <QToolBar>
-#include <QToolButton>
 #include <QTreeView>
 
 #include <initializer_list>
@@ -51,16 +51,6 @@ struct GroupAccess : QGroupBox
     {
         QStyleOptionGroupBox option;
         (box->*(&GroupAccess::initStyleOption))(&option);
-        return option;
-    }
-};
-
-struct ToolButtonAccess : QToolButton
-{
-    static QStyleOptionToolButton optionOf(const QToolButton *button)
-    {
-        QStyleOptionToolButton option;
-        (button->*(&ToolButtonAccess::initStyleOption))(&option);
         return option;
     }
 };
@@ -170,18 +160,14 @@ RecordedTarget tabTarget(QTabBar *bar, const QPoint &place, Qt::MouseButton butt
     return itemTarget(tabsOf(bar), selectorOf(bar, tab));
 }
 
-RecordedTarget buttonTarget(QAbstractButton *button, const QPoint &place)
+// The choice from its menu says that it was opened.
+RecordedTarget buttonTarget(QAbstractButton *button, const QPoint &place, Qt::MouseButton pressed)
 {
     if (!ButtonAccess::isHit(button, place))
         return {};
-    const auto *tool = qobject_cast<QToolButton *>(button);
-    if (tool && tool->popupMode() == QToolButton::MenuButtonPopup) {
-        const QStyleOptionToolButton look = ToolButtonAccess::optionOf(tool);
-        if (tool->style()->hitTestComplexControl(QStyle::CC_ToolButton, &look, place, tool) ==
-            QStyle::SC_ToolButtonMenu)
-            return placeTarget(button, place);
-    }
-    return targetOf(RecordedTarget::Click, button);
+    return pressed == Qt::LeftButton && opensMenu(button, place)
+               ? RecordedTarget()
+               : targetOf(RecordedTarget::Click, button);
 }
 
 RecordedTarget groupTarget(QGroupBox *box, const QPoint &place)
@@ -254,7 +240,7 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
     if (auto *bar = qobject_cast<QTabBar *>(owner))
         return tabTarget(bar, place, button);
     if (auto *push = qobject_cast<QAbstractButton *>(owner))
-        return buttonTarget(push, place);
+        return buttonTarget(push, place, button);
     if (auto *group = qobject_cast<QGroupBox *>(owner))
         return groupTarget(group, place);
     if (button == Qt::LeftButton && qobject_cast<QComboBox *>(owner) && owner == widget)

@@ -7,7 +7,7 @@ namespace Morvex {
 class InputSequence;
 
 /// Adds what has to be done before an item of Qt Quick can be used: activates its window, waits
-/// until nothing moves any more, scrolls.
+/// until nothing moves, scrolls.
 void revealSceneItem(QObject *item, InputSequence &input);
 
 /// Waits until nothing moves around the item and no popup opens or closes.

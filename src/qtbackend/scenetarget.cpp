@@ -33,7 +33,7 @@ bool inheritsOneOf(const QObject *item, std::initializer_list<const char *> type
                        [item](const char *type) { return item->inherits(type); });
 }
 
-// They take the mouse lest something behind them gets it, or to be scrolled.
+// They take the mouse lest something below them gets it, or to be scrolled.
 bool isPassive(const QObject *item)
 {
     const QObject *around = SceneAccess::self()->parentOf(item);

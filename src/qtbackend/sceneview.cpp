@@ -7,7 +7,7 @@
 namespace Morvex {
 namespace {
 
-// More than anybody looks through, and little enough to be gone through at once.
+// More than anybody looks through, and few enough to be looked through at once.
 const int maxLookedAt = 2000;
 
 bool isView(const QObject *object)

@@ -33,7 +33,7 @@ QString shownTextOf(const QObject *item);
 /// The items for rows that there are now, without those kept for later.
 QObjectList delegatesOf(QObject *view);
 
-/// Negative when it can't be told.
+/// Negative when there is none.
 int sceneRowNumber(QObject *view, const QObject *delegate);
 
 /// Moves the content until there is an item for the row.

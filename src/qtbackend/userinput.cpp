@@ -1,5 +1,6 @@
 #include "qtbackend/userinput.h"
 
+#include "qtbackend/buttonsup.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
 #include "qtbackend/menuitem.h"
@@ -214,6 +215,7 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
                                          .arg(error, QString::number(i), QString::number(count));
         });
     }
+    input.waitUntil(buttonsUpAgain(), maxActivationMs);
 }
 
 void sendKeyTo(QWindow *window, const TypedKey &key)

@@ -23,7 +23,8 @@ const char controlsSession[] =
     "at 640 280\n sleep .3\n at 80 120\n sleep .3\n at 640 280\n sleep .3\n at 290 335\n sleep .3\n"
     // Lists, scrolled and flicked.
     "at 80 210\n at 80 300 --repeat 8 --delay 30 5\n sleep 1\n at 80 300\n"
-    "hover 80 330\n mousedown 1\n hover 80 300\n hover 80 270\n hover 80 230\n mouseup 1\n sleep 1.5\n"
+    "hover 80 330\n mousedown 1\n hover 80 300\n hover 80 270\n hover 80 230\n mouseup 1\n sleep "
+    "1.5\n"
     "at 80 260\n at 220 205\n at 220 235 3\n at 220 265 --repeat 2 --delay 60 1\n"
     "at 400 300\n at 530 165\n"
     // What comes later, and another window.
@@ -33,10 +34,11 @@ const char controlsSession[] =
     "at 80 70\n type ab<c\n at 20 70\n type X\n key ctrl+a\n type Zoe\n key Tab\n type zq\n"
     "at 400 180\n type one\n key Return\n type two\n sleep .5\n";
 
-const QByteArray expectedState =
-    "open, open, last, ctrl-k, Large, Medium, count 2, count 42, on true, fast true, best, level 1, "
-    "two, two, no, yes, Fruit 1, Fruit 58, Fruit 57, Ash, Beech right, Oak, Oak twice, at 70 40, tap, "
-    "late, here";
+const QByteArray expectedState = "open, open, last, ctrl-k, Large, Medium, count 2, count 42, on "
+                                 "true, fast true, best, level 1, "
+                                 "two, two, no, yes, Fruit 1, Fruit 58, Fruit 57, Ash, Beech "
+                                 "right, Oak, Oak twice, at 70 40, tap, "
+                                 "late, here";
 
 } // namespace
 
@@ -62,11 +64,12 @@ TEST_F(RecordingSceneTest, ASessionWithControlsRunsAgainInAWindowOfAnotherSize)
     // Of all objects there is one that says nothing about its parts.
     const QRegularExpression place("\\([0-9]+, [0-9]+\\);");
     EXPECT_EQ(QString(recorded).count(place), 1) << recorded.constData();
-    const QByteArray checks =
-        "check.equal(function () { return find('state').get('text'); }, '" + expectedState +
-        "', 'state', {retry: 3000});\n"
-        "check.equal(find(names.name).get('text') + find(names.text).get('text'), 'Zoeone\\ntwo');\n"
-        "check.equal(find(names.secret).get('length'), 3);\n";
+    const QByteArray checks = "check.equal(function () { return find('state').get('text'); }, '" +
+                              expectedState +
+                              "', 'state', {retry: 3000});\n"
+                              "check.equal(find(names.name).get('text') + "
+                              "find(names.text).get('text'), 'Zoeone\\ntwo');\n"
+                              "check.equal(find(names.secret).get('length'), 3);\n";
     runner.addTestCase("tst_recorded", recorded + checks);
     for (const char *more : {"", " 0", " 90"}) {
         const QStringList aut{"--aut", MORVEX_RECORDED_SCENE, MORVEX_CONTROLS_FILE, more};

@@ -182,3 +182,53 @@ TEST_F(RecordedMouseTest, TabsAndSectionsAreMovedAgain)
     EXPECT_EQ(replay(), QString());
     EXPECT_EQ(order(), after);
 }
+
+TEST_F(RecordedMouseTest, AnEntryOfTheMenuOfAButtonIsChosenWithoutPlaces)
+{
+    auto *bar = add<QToolBar>("bar", {0, 0, 300, 40});
+    QMenu menu;
+    QStringList chosen;
+    for (const char *name : {"Save as", "Export"})
+        QObject::connect(menu.addAction(name), &QAction::triggered, &menu,
+                         [&chosen, name] { chosen += name; });
+    QMenu *more = menu.addMenu("More");
+    QObject::connect(more->addAction("All"), &QAction::triggered, &menu, [&] { chosen += "All"; });
+    QAction *save = bar->addAction("Save");
+    save->setMenu(&menu);
+    QObject::connect(save, &QAction::triggered, &menu, [&chosen] { chosen += "Save"; });
+    auto *tool = qobject_cast<QToolButton *>(bar->widgetForAction(save));
+    tool->setObjectName("tool");
+    tool->setPopupMode(QToolButton::MenuButtonPopup);
+    auto *push = add<QPushButton>("push", {0, 100, 100, 30});
+    QMenu other;
+    other.addActions(menu.actions());
+    push->setMenu(&other);
+    record();
+    const auto entry = [](QMenu *in, int index) {
+        return [in, index] {
+            return qMakePair(static_cast<QWidget *>(in),
+                             in->actionGeometry(in->actions().at(index)).center());
+        };
+    };
+    click(at(push, 50, 15));
+    press([] { return qMakePair(QApplication::activePopupWidget(), QPoint(-30, -30)); });
+    release(at(&window, 400, 400));
+    click(at(push, 50, 15));
+    click(entry(&other, 1));
+    click(at(tool, 5, 15));
+    click(
+        [tool] { return qMakePair(static_cast<QWidget *>(tool), QPoint(tool->width() - 4, 15)); });
+    click(entry(&menu, 0));
+    EXPECT_EQ(perform(), (QStringList{"click push Export", "click tool", "click tool Save as"}));
+    const QStringList before = chosen;
+    EXPECT_EQ(before, (QStringList{"Export", "Save", "Save as"}));
+    chosen.clear();
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(chosen, before);
+    tool->setPopupMode(QToolButton::DelayedPopup);
+    EXPECT_EQ(call("useItem", "tool", {"click", QVariantList{"More/All"}}), QString());
+    EXPECT_EQ(chosen.last(), "All");
+    push->setEnabled(false);
+    EXPECT_EQ(call("useItem", "push", {"click", QVariantList{"Save as"}}),
+              "the widget is disabled");
+}

@@ -104,6 +104,13 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         {{"--testcase", "tst_a", "--aut", "app", suite},
          "there is no test case 'tst_a' in the current directory; --aut takes all that follows, so "
          "the suite directory has to come before it"},
+        {{"--migrate-names", "--aut", "app", suite},
+         "--migrate-names: there is no suite directory ''; --aut takes all that follows, so the "
+         "suite directory has to come before it"},
+        {{"--random", "2024"},
+         "no suite directory was given; --random has taken '2024' for its seed; see morvexrunner "
+         "--help"},
+        {{"--finish", suite}, "--finish and --sync need --record; see morvexrunner --help"},
         {{suite, "--aut", "app", "an \"x\""},
          "--aut: an argument must not be empty or have a double quote: 'an \"x\"'"},
         {{"--testcase", "a", "--testcase", "b"},
@@ -149,6 +156,19 @@ TEST_F(RunnerTest, AReportThatCannotBeCreatedStopsTheRunBeforeItStarts)
         EXPECT_EQ(output.standardError.count('\n'), 1);
         EXPECT_TRUE(output.standardError.contains(" report generator: "));
     }
+}
+
+TEST_F(RunnerTest, AListThatIsNotWholeShowsInTheStatus)
+{
+    if (!QFileInfo::exists("/dev/full"))
+        GTEST_SKIP() << "There is no /dev/full";
+    addPassing({"tst_a"});
+    QProcess process;
+    process.setStandardOutputFile("/dev/full");
+    process.start(RunnerProcess::program(), {"--list", runner.suitePath()});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_NE(process.readAllStandardError(), "");
 }
 
 TEST_F(RunnerTest, AReportThatIsNotWholeShowsInTheStatus)
