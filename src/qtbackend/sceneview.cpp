@@ -7,7 +7,7 @@
 namespace Morvex {
 namespace {
 
-// More than anybody looks through, and few enough to be looked through at once.
+// More than anybody scrolls through, and few enough to be looked at in one turn.
 const int maxLookedAt = 2000;
 
 bool isView(const QObject *object)
