@@ -89,7 +89,8 @@ bool isContinued(const QVariantMap &first, const QVariantMap &second)
     const QString what = textOf(first, "what");
     const bool isJoined = what == QLatin1String("type") || what == QLatin1String("password") ||
                           what == QLatin1String("set");
-    return isJoined && what == textOf(second, "what") && contextOf(first) == contextOf(second) &&
+    return isJoined && !second.contains(QStringLiteral("fresh")) &&
+           what == textOf(second, "what") && contextOf(first) == contextOf(second) &&
            textOf(first, "object") == textOf(second, "object") &&
            textOf(first, "property") == textOf(second, "property");
 }

@@ -163,7 +163,8 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
         m_edits.typeInView(target, m_lastKey, isText);
     }
-    if (isTabKey(event))
+    // Where a list is open it closes that, too.
+    if (isTabKey(event) && !QApplication::activePopupWidget())
         m_focus.expect(m_lastKey);
 }
 
@@ -175,6 +176,7 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
     m_lastKey = m_typed.add(target, keys);
+    m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
         m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};
 }

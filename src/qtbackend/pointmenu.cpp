@@ -23,6 +23,11 @@ namespace {
 const char *const shownProperties[] = {"text",        "plainText", "title",   "windowTitle",
                                        "currentText", "value",     "checked", "enabled"};
 
+// Layouts without a V have a letter of their own there.
+const quint32 scanCodeOfV = 55;
+const int firstOtherLetter = 0x100;
+const int firstSpecialKey = 0x01000000;
+
 QStringList propertiesOf(const QObject *object)
 {
     const QVariant checkable = object->property("checkable");
@@ -71,7 +76,9 @@ PointMenu::~PointMenu()
 bool PointMenu::isOpenedBy(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
-    return event.key() == Qt::Key_V && (event.modifiers() & all) == all;
+    const bool isInPlaceOfV = event.key() >= firstOtherLetter && event.key() < firstSpecialKey &&
+                              event.nativeScanCode() == scanCodeOfV;
+    return (event.key() == Qt::Key_V || isInPlaceOfV) && (event.modifiers() & all) == all;
 }
 
 bool PointMenu::owns(const QObject *receiver) const

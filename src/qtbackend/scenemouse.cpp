@@ -211,8 +211,7 @@ void SceneMouse::settleOutcome()
     const TextCursorState cursor = TextCursorState::ofSceneItem(item);
     if (m_outcome.kind == RecordedTarget::Cursor && !(cursor == m_outcome.cursor) &&
         !isSecretInput(item))
-        m_report.add(QStringLiteral("type"), m_outcome.name,
-                     {{QStringLiteral("text"), cursor.keys()}});
+        m_report.addCursor(m_outcome.name, item, cursor.keys());
 }
 
 // A press elsewhere closes what is open.
