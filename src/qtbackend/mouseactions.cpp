@@ -44,7 +44,9 @@ void MouseActions::beginPress()
     if (m_press.isDragging)
         m_report.cancel(m_press.number);
     m_press = {};
-    m_clickBefore = m_click;
+    // The second press of a double click comes twice, as a press and as a double click.
+    if (m_click.number > 0)
+        m_clickBefore = m_click;
     m_click = {};
 }
 
