@@ -9,6 +9,7 @@
 
 #include <QObject>
 
+class QDropEvent;
 class QKeyEvent;
 class QWindow;
 
@@ -28,6 +29,7 @@ protected:
 private:
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
+    void drop(QWindow *window, const QDropEvent &event);
     void pressKey(const QKeyEvent &event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
