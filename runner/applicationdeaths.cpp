@@ -73,10 +73,10 @@ void ApplicationDeaths::reportHanging(const QString &stack)
 {
     const QString where =
         stack.isEmpty()
-            ? QStringLiteral("Its stack is not known: gdb is needed for that, and some seconds.")
+            ? QStringLiteral("Its stack is not known: that needs gdb and a few seconds.")
             : stack;
     m_result->addResult(currentLocalTime(), TestResult::LOG,
-                        QStringLiteral("The application gives no answer"),
+                        QStringLiteral("The application does not answer"),
                         where + picture(TestResult::LOG), m_engine->currentStack());
 }
 
@@ -94,7 +94,7 @@ void ApplicationDeaths::addUnmet(const Applications::Death &death,
 {
     m_applications->settleDeath(death.context);
     m_result->addResult(currentLocalTime(), TestResult::FATAL, capitalised(death.text),
-                        QStringLiteral("No call of the script has met this.") + coreText(death) +
+                        QStringLiteral("No call of the script ran into this.") + coreText(death) +
                             picture(TestResult::FATAL),
                         stack);
 }

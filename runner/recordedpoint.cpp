@@ -63,7 +63,7 @@ QString makeRecordedPoint(const QString &path, const PointRequest &request)
     case PointDraft::Placed:
         break;
     case PointDraft::Taken:
-        return QStringLiteral("'%1' exists already").arg(path);
+        return QStringLiteral("'%1' already exists").arg(path);
     case PointDraft::Failed:
         break;
     }

@@ -26,7 +26,7 @@ my @unwanted = (
     [qr/\btold\b/i, "reported, said"],
     [qr/\btells?\b(?!.* apart\b)/i, "reports, says"],
     [qr/\bany more\b/i, "no longer"],
-    [qr/\b(?:is|are) running already\b/i, "is already running"],
+    [qr/\b(?:(?:is|are) running|exists?) already\b/i, "is already running, already exists"],
     [qr/\bspecs?\b/i, "leave it out"],
     [qr/(?<![%\d])\b1 (?:test cases|errors|warnings|runs)\b/i, "the singular"],
 );

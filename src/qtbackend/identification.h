@@ -15,9 +15,6 @@ QString labelOf(const QObject *object);
 /// What users type is none of them.
 QHash<QString, QString> identifyingPropertiesOf(const QObject *object);
 
-/// Whether it shows what is typed into it as dots, or not at all.
-bool hidesItsText(const QObject *object);
-
 /// A name that shows a reader the object; it may fit others as well.
 QString realNameOf(const QObject *object);
 

@@ -34,6 +34,13 @@ const Objects *objectsOf(const QHash<QString, Objects> &objects, const QString &
     return found != objects.cend() ? &*found : &none;
 }
 
+// A component has the name of what it derives from when it only adds properties to that.
+void appendOnce(std::vector<QPointer<QObject>> *objects, QObject *object)
+{
+    if (objects->empty() || objects->back() != object)
+        objects->emplace_back(object);
+}
+
 } // namespace
 
 ObjectIndex::ObjectIndex(QtModel &model)
@@ -49,14 +56,10 @@ ObjectIndex::ObjectIndex(QtModel &model)
 void ObjectIndex::addType(const QMetaObject *type, QObject *object)
 {
     const QString className = QString::fromLatin1(type->className());
-    m_byType[className].emplace_back(object);
+    appendOnce(&m_byType[className], object);
     const QString typeName = typeNameOf(type);
-    if (typeName == className)
-        return;
-    // A component that derives from another one of the same name has it once.
-    Objects &objects = m_byType[typeName];
-    if (objects.empty() || objects.back() != object)
-        objects.emplace_back(object);
+    if (typeName != className)
+        appendOnce(&m_byType[typeName], object);
 }
 
 std::vector<QObject *> ObjectIndex::candidates(const NameConditions &conditions)

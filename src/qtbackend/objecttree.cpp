@@ -8,14 +8,22 @@
 #include <QWidget>
 #include <QWindow>
 
-#include <algorithm>
-
 namespace Morvex {
 namespace {
 
-bool isSceneWindow(const QWindow *window)
+// Those of widgets only hold what the widgets show.
+bool isSceneWindow(const QObject *object)
 {
-    return window->inherits("QQuickWindow");
+    return object->inherits("QQuickWindow") && !isOfWidget(static_cast<const QWindow *>(object));
+}
+
+// Such as a dialog that an item declares.
+bool isInAnother(const QWindow *window)
+{
+    const QObject *above = parentObjectOf(window);
+    while (above && !above->isWidgetType() && !isSceneWindow(above))
+        above = parentObjectOf(above);
+    return above;
 }
 
 // Of items that have no place in a scene, such as a component's, the toolkit's tree is all there
@@ -47,13 +55,14 @@ QObjectList childObjectsOf(const QObject *object)
         if (!isPlacedItem(*access, child))
             children += child;
     }
-    if (access->isItem(object))
+    if (access->isItem(object)) {
         children += access->childrenOf(object);
-    else if (QObject *root = access->rootOf(const_cast<QObject *>(object)))
-        children += root;
-    // Where an item has no parent of its own, the window has it both ways.
-    std::sort(children.begin(), children.end());
-    children.erase(std::unique(children.begin(), children.end()), children.end());
+    } else {
+        // It is among the children, too, when it has no parent of its own.
+        QObject *root = access->rootOf(const_cast<QObject *>(object));
+        if (root && !children.contains(root))
+            children += root;
+    }
     return inCreationOrder(children);
 }
 
@@ -64,18 +73,30 @@ QObject *parentObjectOf(const QObject *object)
         return object->parent();
     if (QObject *parent = access->parentOf(object))
         return parent;
-    QObject *widget = widgetOf(object);
-    return widget ? widget : access->windowOf(object);
+    if (QObject *widget = widgetOf(object))
+        return widget;
+    QObject *window = access->windowOf(object);
+    return window ? window : object->parent();
 }
 
 QObjectList sceneWindows()
 {
     QObjectList windows;
     for (QWindow *window : QGuiApplication::allWindows()) {
-        if (isSceneWindow(window) && !isOfWidget(window))
-            windows += window;
+        if (isSceneWindow(window) && !isInAnother(window))
+            // The toolkit has the newest first.
+            windows.prepend(window);
     }
-    return windows;
+    return inCreationOrder(windows);
+}
+
+QObject *sceneRootOf(QObject *receiver)
+{
+    if (receiver->isWidgetType())
+        return rootItemOf(receiver);
+    auto *window = qobject_cast<QWindow *>(receiver);
+    SceneAccess *access = SceneAccess::self();
+    return access && window && !isOfWidget(window) ? access->rootOf(window) : nullptr;
 }
 
 QString typeNameOf(const QMetaObject *type)

@@ -13,8 +13,13 @@ namespace Morvex {
 QObjectList childObjectsOf(const QObject *object);
 QObject *parentObjectOf(const QObject *object);
 
-/// Those of items; each is an object with its items.
+/// Those of items that are in no other window, in the order in which they were made; each is an
+/// object with its items.
 QObjectList sceneWindows();
+
+/// The item that has all those of the window or widget that an event is for; null where there are
+/// none.
+QObject *sceneRootOf(QObject *receiver);
 
 /// Whether it is an item of Qt Quick.
 bool isSceneItem(const QObject *object);

@@ -22,6 +22,7 @@ public:
     static TextCursorState of(const QWidget *widget);
     /// With the cursor somewhere else, and nothing selected.
     static TextCursorState at(const QWidget *widget, int position);
+    static TextCursorState ofSceneItem(const QObject *item);
 
     bool operator==(const TextCursorState &other) const
     {

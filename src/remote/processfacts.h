@@ -26,8 +26,8 @@ public:
     /// As it was when the program was started; null when it was not set.
     QString environmentVariable(const QString &name) const;
     QString workingDirectory() const;
-    /// How it was made with Qt, as far as its libraries say that: "Qt 5.15.8", "Qt 6.4.2"; empty
-    /// for one without libraries of Qt.
+    /// The Qt that it was built with, as far as its libraries say that: "Qt 5.15.8", "Qt 6.4.2";
+    /// empty for one without libraries of Qt.
     QString toolkit() const;
 
 private:

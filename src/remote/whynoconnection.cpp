@@ -60,11 +60,11 @@ QString whyNotTestable(const QVector<qint64> &processes)
     }
     if (toolkit.isEmpty())
         return QStringLiteral("no Qt is loaded in its process. It has to be a program with windows "
-                              "made with Qt 5.15; one that Qt is linked to statically has to link "
+                              "built with Qt 5.15; one that Qt is linked to statically has to link "
                               "the agent, too");
     if (toolkit.startsWith(QLatin1String("Qt 6")) || isTooOld(toolkit))
-        return QStringLiteral("it is made with %1, and not with Qt 5.15").arg(toolkit);
-    return QStringLiteral("it is made with %1, but has no application object with windows, or "
+        return QStringLiteral("it was built with %1, not with Qt 5.15").arg(toolkit);
+    return QStringLiteral("it was built with %1, but has no application object with windows, or "
                           "keeps the agent from being loaded")
         .arg(toolkit);
 }

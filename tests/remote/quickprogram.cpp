@@ -15,6 +15,7 @@ namespace {
 
 const char items[] = R"(
 import QtQuick 2.15
+import QtQuick.Window 2.15
 
 Rectangle {
     id: top
@@ -38,6 +39,15 @@ Rectangle {
         MouseArea { anchors.fill: parent; onClicked: top.clicked += "cover " }
     }
     TextInput { objectName: "input"; x: 10; y: 120; width: 200; height: 30 }
+    Row {
+        Rectangle { property string code; color: "plum" }
+        Rectangle { property string code; color: "navy" }
+        Rectangle { color: "teal" }
+    }
+    Window {
+        objectName: "declared"; title: "dialog"
+        Rectangle {}
+    }
 }
 )";
 
@@ -74,5 +84,7 @@ int main(int argc, char **argv)
     view.setTitle("Items");
     fill(&view, "inView");
     view.show();
+    QQuickWindow later;
+    later.setTitle("Items, later");
     return QApplication::exec();
 }

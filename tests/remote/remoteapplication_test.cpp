@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QSet>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -326,6 +327,28 @@ TEST_F(RemoteApplicationTest, ItemsOfQtQuickAreUsedInAWindowAndInAWidget)
     }
 }
 
+TEST_F(RemoteApplicationTest, ObjectsOfQtQuickAreFoundByTheNamesThatAreMadeForThem)
+{
+    auto application = start({MORVEX_QUICK_PROGRAM});
+    ASSERT_NE(application, nullptr) << error.toStdString();
+    RemoteInspector *inspector = application->inspector();
+    inspector->waitForObject("{name='label' container='inView'}", 5000, &error);
+    QSet<int> ids;
+    for (const QVariant &line : inspector->callFunction("nameTree", {}, &error).toList()) {
+        const int id = line.toList().value(0).toInt();
+        const QString name = line.toList().value(2).toString();
+        EXPECT_FALSE(ids.contains(id)) << name.toStdString();
+        ids.insert(id);
+        const auto found = inspector->findObject(name, &error);
+        EXPECT_EQ(found ? found->id() : 0, id) << name.toStdString() << error.toStdString();
+    }
+    const auto first = inspector->findObject("{title?='Items*' occurrence='1'}", &error);
+    EXPECT_TRUE(first && first->valueText() == "{title='Items' type='QQuickView'}")
+        << error.toStdString();
+    EXPECT_TRUE(inspector->findObject("{title='dialog' container='inView'}", &error))
+        << error.toStdString();
+}
+
 TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
 {
     options.variables = QStringList{"LD_PRELOAD=", "QT_QPA_GENERIC_PLUGINS=nothing"};
@@ -545,7 +568,8 @@ TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
         row.talk(ends[1]);
         session.update();
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error,
-                  "the application has sent what is no answer; the connection to it is closed")
+                  "the application has sent something that is not an answer; the connection to it "
+                  "is closed")
             << row.what;
         EXPECT_EQ(session.request(Message::GlobalClass, {}).error, session.failure());
         ::close(ends[1]);

@@ -25,7 +25,7 @@ TEST_F(ContextsTest, ADeathIsOneWarningWhenItIsCaughtAndElseOneFatal)
                 "  'kill -6 ' + app.processId + '; exec ' + '" MORVEX_AWKWARD_PROGRAM "');\n"
                 "waitFor(() => !app.isRunning());";
     const QString unseen = "FATAL The application has crashed by signal 6 (Aborted)|"
-                           "No call of the script has met this.";
+                           "No call of the script ran into this.";
     const QString atEnd = "FATAL The application has crashed by signal 6 (Aborted)|"
                           "This was when it was asked to end.";
     const struct
@@ -129,10 +129,10 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
                         "  'kill -STOP ' + app.processId + '; exec ' + '" MORVEX_INVENTORY_PROGRAM
                         "'); application.setCurrent(app); find('sleep', 0);",
                 {"--use-whitelist", "--resultdir", runner.suitePath() + "/results"});
-    for (const char *warning : {"is no directory: '", "'whitelist.txt' of the suite names none"})
+    for (const char *warning : {"is not a directory: '", "'whitelist.txt' of the suite names none"})
         EXPECT_TRUE(output.standardError.contains(warning)) << output.standardError.constData();
     ASSERT_EQ(lines.size(), 2);
-    EXPECT_TRUE(lines.value(0).startsWith("LOG The application gives no answer|"));
+    EXPECT_TRUE(lines.value(0).startsWith("LOG The application does not answer|"));
     EXPECT_TRUE(
         lines.value(1).contains("has not answered for 0.5 seconds: its process has been stopped"));
 }

@@ -87,7 +87,7 @@ struct XmlElementReader::Handlers
             bytes.append(*attributes, std::strlen(*attributes) + 1);
         reader.m_events.back().end = bytes.size();
         if (++reader.m_depth > maxXmlDepth)
-            reader.refuse(QStringLiteral("The elements are nested too deep."));
+            reader.refuse(QStringLiteral("The elements are nested too deeply."));
     }
 
     static void end(void *self, const XML_Char *)

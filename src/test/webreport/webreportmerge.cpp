@@ -250,7 +250,7 @@ WebReportMerge mergeWebReports(const QString &target, const QStringList &reports
     else if (directory.exists() && known.contains(directory.canonicalFilePath()))
         merge.error = QStringLiteral("'%1' is one of the reports to merge").arg(target);
     else if (directory.exists() || directory.isSymLink())
-        merge.error = QStringLiteral("'%1' exists already; give a directory that does not exist "
+        merge.error = QStringLiteral("'%1' already exists; give a directory that does not exist "
                                      "yet")
                           .arg(target);
     if (!merge.error.isEmpty())
