@@ -9,9 +9,11 @@
 
 class QInputMethodEvent;
 class QKeyEvent;
+class QKeySequence;
 class QLineEdit;
 class QMenu;
 class QShortcutEvent;
+class QTabBar;
 class QWindow;
 
 namespace Morvex {
@@ -64,6 +66,7 @@ private:
     void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
+    void replaceByTab(QTabBar *tabs, const QKeySequence &key);
     void reportKeys(QWidget *target, const QString &keys);
 
     ActionReport &m_report;
