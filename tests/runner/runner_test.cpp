@@ -190,6 +190,17 @@ TEST_F(RunnerTest, AReportThatIsNotWholeShowsInTheStatus)
     }
 }
 
+TEST_F(RunnerTest, AnInstallationWithoutTheLibrarySaysWhatItLacks)
+{
+    const QString program = runner.suitePath() + "/morvexrunner";
+    ASSERT_TRUE(QFile::copy(RunnerProcess::program(), program));
+    const RunnerOutput output = runBy(program, {"--list", "."});
+    EXPECT_EQ(output.status, 2);
+    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: the library of the runner can't be"))
+        << output.standardError.toStdString();
+    EXPECT_TRUE(output.standardError.contains("/morvexrunner.so: cannot open"));
+}
+
 TEST_F(RunnerTest, HelpAndVersion)
 {
     const RunnerOutput help = runner.run({"--help"});
