@@ -5,6 +5,7 @@
 #include "runner/javascriptobjectmap.h"
 #include "runner/recordedactions.h"
 #include "runner/recordingjournal.h"
+#include "runner/visiblenames.h"
 #include "shared/files/filelock.h"
 #include "shared/files/writefile.h"
 #include "test/names/namesfile.h"
@@ -90,9 +91,13 @@ QString RecordedTestCase::write(const RecordingJournal &journal) const
     JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
+    const QVariantList actions = withVisibleNames(journal.actions(), [&names](const QString &name) {
+        return !names.existingSymbolicName(ObjectName(name)).isEmpty();
+    });
     QStringList variables;
     for (const EventData &event :
-         eventsOfActions(journal.actions(), m_synchronization == EventRecorder::OBJECT_SYNC)) {
+         eventsOfActions(actions, m_synchronization == EventRecorder::OBJECT_SYNC,
+                         m_synchronization == EventRecorder::SNOOZE_SYNC)) {
         if (event.methodName() == QLatin1String("typePassword"))
             variables += event.arguments().at(0).value;
         recorder.queueEvent(event);

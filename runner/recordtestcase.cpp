@@ -17,6 +17,7 @@
 #include "shared/points/pointtypes.h"
 #include "shared/realpath.h"
 #include "test/cancellation.h"
+#include "test/suite/applicationwords.h"
 #include "test/testsuite.h"
 
 #include <QFile>
@@ -170,6 +171,12 @@ QString startStatement(const QStringList &program, bool isImplicit)
                : QStringLiteral("application.start(%1);").arg(words.join(QLatin1String(", ")));
 }
 
+bool isSameProgram(const QStringList &program, const QStringList &other)
+{
+    return program.mid(1) == other.mid(1) &&
+           QFileInfo(program.first()).fileName() == QFileInfo(other.first()).fileName();
+}
+
 // Paths are those of the user, who is elsewhere than the suite.
 QStringList programOf(const RunnerOptions &options)
 {
@@ -261,7 +268,16 @@ public:
         };
         Applications applications({m_testCase.directory(), QDir::currentPath()}, settings);
         started = &applications;
-        QString error = m_journal.create(startStatement(program, suite.implicitAutStart()));
+        const QStringList ofSuite =
+            suite.implicitAutStart() ? applicationWords(suite.aut()) : QStringList();
+        // Runs start both.
+        if (!program.isEmpty() && !ofSuite.isEmpty() && !isSameProgram(program, ofSuite))
+            return unusable(QStringLiteral("'%1' is started before the script of each test case of "
+                                           "the suite: say IMPLICITAUTSTART = 0 in suite.conf, or "
+                                           "leave out the program")
+                                .arg(suite.aut()));
+        QString error = m_journal.create(
+            startStatement(ofSuite.isEmpty() ? program : QStringList(), !ofSuite.isEmpty()));
         if (!error.isEmpty())
             return unusable(error);
         if (applications.start(program, {}, &error) < 0) {

@@ -96,6 +96,22 @@ protected:
             << output.standardOutput.constData() << script().constData();
     }
 
+    // The user gives this answer in a terminal.
+    int statusAfter(const QByteArray &answer)
+    {
+        QProcess terminal;
+        terminal.setProcessEnvironment(runner.environment);
+        terminal.start("script",
+                       {"-qec",
+                        RunnerProcess::program() + " --record tst_recorded " + runner.suitePath(),
+                        "/dev/null"});
+        terminal.write(answer);
+        terminal.closeWriteChannel();
+        EXPECT_TRUE(terminal.waitForFinished());
+        EXPECT_TRUE(terminal.readAllStandardOutput().contains("[y/n]"));
+        return terminal.exitCode();
+    }
+
     void expectRefusal(const QStringList &options, const QByteArray &reason)
     {
         output = runner.run(options + QStringList{"--record", "tst_recorded", runner.suitePath()} +
@@ -226,8 +242,8 @@ TEST_F(RecordingTest, WhatAKilledRecorderHasSeenIsNotLost)
     ::kill(static_cast<pid_t>(recorder.processId()), SIGKILL);
     recorder.waitForFinished();
     expectRefusal({}, "--finish");
-    output = runner.run({"--finish", "--record", "tst_recorded", runner.suitePath()});
-    EXPECT_EQ(output.status, 0) << output.standardError.constData();
+    EXPECT_EQ(statusAfter("n\n"), 2);
+    EXPECT_EQ(statusAfter("y\n"), 0);
     EXPECT_TRUE(script().endsWith(");\nfind(names.on).click();\n")) << script().constData();
     expectRefusal({}, "already exists");
     removeRecorded();

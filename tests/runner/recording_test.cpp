@@ -82,6 +82,26 @@ TEST(RecordingTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
     }
 }
 
+TEST(RecordingTest, AnObjectHasOneNameWhenOthersLikeItCome)
+{
+    const QTemporaryDir dir;
+    RecordingJournal journal(dir.filePath("tst_a"));
+    ASSERT_EQ(journal.create("start();"), "");
+    int number = 0;
+    for (const char *name : {"{type='Edit'}", "{type='Box'}", "{type='Edit' visible='true'}",
+                             "{type='Box' visible='true'}"})
+        ASSERT_EQ(journal.add(typed(++number, "x", name)), "");
+    // Scripts use this one.
+    writeFile(dir.filePath("names.js"),
+              "names.box = {type: \"Box\"};\n// MORVEX_INSERT_OBJECT_NAMES_HERE\n");
+    ASSERT_EQ(RecordedTestCase(dir.path(), "tst_a", EventRecorder::OBJECT_SYNC).write(journal), "");
+    EXPECT_EQ(readFile(dir.filePath("tst_a/script.js")),
+              "start();\nfind(names.edit).type(\"x\");\nfind(names.box).type(\"x\");\n"
+              "find(names.edit).type(\"x\");\nfind(names.box_2).type(\"x\");\n");
+    EXPECT_TRUE(readFile(dir.filePath("names.js"))
+                    .contains("names.edit = {type: \"Edit\", visible: \"true\"};"));
+}
+
 TEST(RecordingTest, NamesOfTwoRecordersThatEndTogetherAreKept)
 {
     const QTemporaryDir dir;
