@@ -40,7 +40,7 @@ void CellEdits::beginKey(QWidget *target, bool isChange)
                              m_lastEdit == m_report.lastNumber();
     if (!isAfterEdit || view->currentIndex() == m_edited || !view->currentIndex().isValid())
         return;
-    // The key that ended the edit has gone on.
+    // The key that ended the edit has chosen another one.
     m_report.add(QStringLiteral("click"), view,
                  {{QStringLiteral("item"), selectorOf(view, view->currentIndex())}});
 }
