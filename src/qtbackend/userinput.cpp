@@ -7,6 +7,7 @@
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenereveal.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
@@ -240,6 +241,7 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
         return QString();
     });
     for (const TypedKey &key : keys) {
+        waitForSceneAtRest(root ? root : object, input);
         input.add([window, key] {
             if (!window)
                 return QStringLiteral("the window no longer exists");
