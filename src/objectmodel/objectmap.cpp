@@ -50,7 +50,8 @@ ObjectMap::Entries ObjectMap::parseSerializedMap(const QString &text)
 QString ObjectMap::symbolFromMultiPropName(const ObjectName &name)
 {
     const auto properties = name.properties();
-    for (const char *key : {"name", "text", "title", "windowTitle", "type"}) {
+    for (const char *key :
+         {"name", "id", "text", "title", "windowTitle", "placeholderText", "type"}) {
         const QString text = properties.value(QLatin1String(key)).text;
         if (!text.isEmpty())
             return text;

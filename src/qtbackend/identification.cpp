@@ -5,6 +5,7 @@
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/secretinputs.h"
 
+#include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -21,12 +22,13 @@ const char *const labels[] = {"text", "title", "windowTitle"};
 
 const char *const secrets[] = {"text", "selectedText", "textValue", "currentText"};
 
-// The toolkit marks what a widget is there to edit as its user property.
+// The toolkit marks what a widget is there to edit as its user property, and nothing of Qt Quick.
 bool isTyped(const QObject *object, const char *property)
 {
     const QMetaObject *metaObject = object->metaObject();
     return metaObject->property(metaObject->indexOfProperty(property)).isUser() ||
-           qobject_cast<const QAbstractSpinBox *>(object);
+           qobject_cast<const QAbstractSpinBox *>(object) || object->inherits("QQuickTextInput") ||
+           object->inherits("QQuickTextEdit");
 }
 
 // What shows the value of the property as dots; null when it is no secret.
@@ -45,6 +47,15 @@ void addText(const QObject *object, const char *property, QHash<QString, QString
     const QString text = object->property(property).toString();
     if (!text.isEmpty() && !isTyped(object, property))
         texts->insert(QLatin1String(property), text);
+}
+
+// The toolkit gives buttons names by their order, or the same one to all.
+bool isNamedByToolkit(const QObject *object)
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(object);
+    return button && !button->text().isEmpty() &&
+           (button->objectName().startsWith(QLatin1String("qt_")) ||
+            button->objectName().startsWith(QLatin1String("__qt_")));
 }
 
 } // namespace
@@ -66,6 +77,10 @@ QHash<QString, QString> identifyingPropertiesOf(const QObject *object)
     addText(object, "objectName", &texts);
     for (const char *property : labels)
         addText(object, property, &texts);
+    // Fields of Qt Quick seldom have another name.
+    const QString placeholder = object->property("placeholderText").toString();
+    if (!placeholder.isEmpty() && isSceneItem(object))
+        texts.insert(QStringLiteral("placeholderText"), placeholder);
     return texts;
 }
 
@@ -76,7 +91,9 @@ QString realNameOf(const QObject *object)
         properties.insert(name, {ObjectName::PropertyValue::EXACT, text});
     };
     add(QStringLiteral("type"), typeNameOf(object->metaObject()));
-    if (!object->objectName().isEmpty()) {
+    if (isNamedByToolkit(object)) {
+        add(QStringLiteral("text"), object->property("text").toString());
+    } else if (!object->objectName().isEmpty()) {
         add(QStringLiteral("name"), object->objectName());
     } else if (isSceneItem(object) && !SceneAccess::self()->idOf(object).isEmpty()) {
         add(QStringLiteral("id"), SceneAccess::self()->idOf(object));

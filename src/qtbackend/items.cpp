@@ -1,8 +1,11 @@
 #include "qtbackend/items.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/links.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menuitem.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneitem.h"
 #include "qtbackend/simpleitems.h"
 #include "qtbackend/userinput.h"
 #include "qtbackend/viewitem.h"
@@ -30,10 +33,15 @@ std::shared_ptr<Item> itemOf(QObject *object, const QVariantList &selector)
         return std::make_shared<TabItem>(tabs->tabBar(), wanted);
     if (auto *bar = qobject_cast<QTabBar *>(object))
         return std::make_shared<TabItem>(bar, wanted);
+    if (isSceneItem(object))
+        return SceneItem::isPossible(object) ? std::make_shared<SceneItem>(object, wanted)
+                                             : nullptr;
     auto *widget = qobject_cast<QWidget *>(object);
     if (qobject_cast<QMenuBar *>(object) || qobject_cast<QMenu *>(object) ||
         qobject_cast<QToolBar *>(object) || menuOfButton(object))
         return std::make_shared<MenuItem>(widget, wanted);
+    if (!linksOf(object).empty())
+        return std::make_shared<LinkItem>(widget, wanted);
     return widget ? std::make_shared<AccessibleItem>(widget, wanted) : nullptr;
 }
 

@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,7 @@
 #include <QMenuBar>
 #include <QShortcut>
 #include <QShortcutEvent>
+#include <QTabBar>
 
 namespace Morvex {
 namespace {
@@ -43,20 +45,9 @@ QWidget *keyTarget()
     return isFocusable ? target : target->window();
 }
 
-bool isPush(const QKeyEvent &event)
+bool isCursorKey(const QKeyEvent &event)
 {
-    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
-}
-
-bool isTab(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
-}
-
-bool isChoice(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
-           event.key() == Qt::Key_Select;
+    return event.key() >= Qt::Key_Home && event.key() <= Qt::Key_PageDown;
 }
 
 bool isReadOnly(const QWidget *widget)
@@ -114,7 +105,7 @@ void KeyActions::press(const QKeyEvent &event)
     if (!target || (popup && isForList(popup, event)))
         return;
     const auto *button = qobject_cast<QAbstractButton *>(target);
-    if (!button || !isPush(event))
+    if (!button || !isPushKey(event))
         return type(target, event);
     // The choice from its menu says that it was opened.
     if (event.isAutoRepeat() || opensMenu(button))
@@ -146,7 +137,7 @@ bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)
     if (!box)
         return false;
     const QModelIndex index = box->view()->currentIndex();
-    if (!isChoice(event) || !index.isValid())
+    if (!isChoiceKey(event) || !index.isValid())
         return true;
     m_choice.list = popup;
     m_choice.number = m_report.add(QStringLiteral("click"), box,
@@ -165,52 +156,37 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
         m_focus.enter(target);
         if (!m_secrets.mayShow(target, event))
             return;
-        reportKeys(target, keys);
+        m_lastKey = m_typed.add(target, keys);
     } else {
         const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
         if (isText && isReadOnly(target))
             return;
-        const bool isCommit = isTab(event) || (isChoice(event) && !hasLines(target));
+        const bool isCommit = isTabKey(event) || (isChoiceKey(event) && !hasLines(target));
         if (isCommit && m_edits.commit())
             return;
         if (event.key() == Qt::Key_Escape)
             m_edits.expectCancel();
         typeKeys(target, keys,
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
-        m_edits.typeInView(target, m_lastKey, isText);
+        if (!isTabKey(event) && !isCursorKey(event))
+            m_edits.typeInView(target, m_lastKey, isText);
     }
     // Where a list is open it closes that, too.
-    if (isTab(event) && !QApplication::activePopupWidget())
+    if (isTabKey(event) && !QApplication::activePopupWidget())
         m_focus.expect(m_lastKey);
 }
 
 void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
 {
     m_focus.enter(target);
-    m_edits.typeInEditor(target);
+    m_edits.beginKey(target, isReplacing);
     if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
-    reportKeys(target, keys);
+    m_lastKey = m_typed.add(target, keys);
     m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
         m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};
-}
-
-// Goes on with a text under the name that it began with, as to find one takes long.
-void KeyActions::reportKeys(QWidget *target, const QString &keys)
-{
-    const QVariantMap more{{QStringLiteral("text"), keys}};
-    const QString what = QStringLiteral("type");
-    if (m_typedInto == target && m_lastTyped == m_report.lastNumber()) {
-        m_lastKey = m_report.add(what, m_typedIntoName, more);
-    } else {
-        m_typedIntoName = m_report.nameOf(target);
-        m_lastKey = m_report.add(what, target, more);
-    }
-    m_typedInto = target;
-    m_lastTyped = m_lastKey;
-    m_lastKeys = keys;
 }
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
@@ -222,21 +198,38 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
                      {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
         return;
     }
+    auto *typedInto = qobject_cast<QWidget *>(m_typed.target());
     const QString heldBack = m_secrets.takeShortcut();
-    if (qobject_cast<QMenuBar *>(owner)) {
+    // The one of several actions is not chosen.
+    if (qobject_cast<QMenuBar *>(owner) ||
+        (event.isAmbiguous() && qobject_cast<QAction *>(owner))) {
         m_report.cancel(m_lastKey);
         return;
     }
     if (!heldBack.isEmpty())
         m_lastKey =
             m_report.add(QStringLiteral("type"), keyTarget(), {{QStringLiteral("text"), heldBack}});
-    if (qobject_cast<QLabel *>(owner))
+    const auto *group = qobject_cast<QGroupBox *>(owner);
+    const bool isChecked = group && group->isCheckable();
+    if (qobject_cast<QLabel *>(owner) || (event.isAmbiguous() && owner->isWidgetType()) ||
+        (group && !isChecked))
         m_focus.expect(m_lastKey);
-    else if (qobject_cast<QAbstractButton *>(owner))
+    else if (qobject_cast<QAbstractButton *>(owner) || isChecked)
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
-    else if (isOfWindow(owner) && m_typedInto && !isTypedInto(m_typedInto))
-        m_report.replace(m_lastKey, QStringLiteral("type"), m_typedInto->window(),
-                         {{QStringLiteral("text"), m_lastKeys}});
+    else if (auto *tabs = qobject_cast<QTabBar *>(owner))
+        replaceByTab(tabs, event.key());
+    else if (isOfWindow(owner) && typedInto && !isTypedInto(typedInto))
+        m_report.replace(m_lastKey, QStringLiteral("type"), typedInto->window(),
+                         {{QStringLiteral("text"), m_typed.lastKeys()}});
+}
+
+void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)
+{
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (QKeySequence::mnemonic(tabs->tabText(i)) == key && tabs->isTabEnabled(i))
+            m_report.replace(m_lastKey, QStringLiteral("click"), tabsOf(tabs),
+                             {{QStringLiteral("item"), selectorOf(tabs, i)}});
+    }
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)

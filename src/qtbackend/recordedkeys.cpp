@@ -131,4 +131,20 @@ SecretKey secretKeyOf(const QKeyEvent &event)
                : SecretKey::Shown;
 }
 
+bool isTabKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+}
+
+bool isPushKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
+}
+
+bool isChoiceKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+           event.key() == Qt::Key_Select;
+}
+
 } // namespace Morvex

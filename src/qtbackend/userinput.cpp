@@ -7,6 +7,7 @@
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenereveal.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
@@ -14,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
@@ -240,6 +242,7 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
         return QString();
     });
     for (const TypedKey &key : keys) {
+        waitForSceneAtRest(root ? root : object, input);
         input.add([window, key] {
             if (!window)
                 return QStringLiteral("the window no longer exists");
@@ -261,6 +264,14 @@ QString closeWindow(QObject *object, InputSequence &input)
     const QString error = object->isWindowType() ? QString() : whyBlocked(object);
     if (!error.isEmpty())
         return error;
+    if (const QPointer<QMdiSubWindow> inner = qobject_cast<QMdiSubWindow *>(object)) {
+        input.add([inner] {
+            if (inner)
+                inner->close();
+            return QString();
+        });
+        return {};
+    }
     if (!shown || !shown->isVisible())
         return QStringLiteral("there is no window to be closed");
     input.add([window = QPointer<QWindow>(shown)] {
