@@ -1,6 +1,8 @@
 #include "qtbackend/recordedtarget.h"
 
+#include "qtbackend/items.h"
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/links.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/widgetvalue.h"
 
@@ -24,6 +26,7 @@
 #include <QScrollBar>
 #include <QSizeGrip>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QStyleOption>
 #include <QStylePainter>
 #include <QTabBar>
@@ -69,8 +72,9 @@ bool isPassive(const QWidget *widget)
                                   &QScrollBar::staticMetaObject, &QSplitterHandle::staticMetaObject,
                                   &QSizeGrip::staticMetaObject, &QDockWidget::staticMetaObject,
                                   &QMdiSubWindow::staticMetaObject, &QToolBar::staticMetaObject,
-                                  &QScrollArea::staticMetaObject, &QTabWidget::staticMetaObject,
-                                  &QMainWindow::staticMetaObject, &QDialog::staticMetaObject});
+                                  &QScrollArea::staticMetaObject, &QStatusBar::staticMetaObject,
+                                  &QTabWidget::staticMetaObject, &QMainWindow::staticMetaObject,
+                                  &QDialog::staticMetaObject});
 }
 
 bool isText(const QWidget *widget)
@@ -124,7 +128,10 @@ RecordedTarget viewTarget(QAbstractItemView *view, const QPoint &place, Qt::Mous
     if (!index.isValid()) {
         const bool matters = button != Qt::LeftButton ||
                              (view->selectionModel() && view->selectionModel()->hasSelection());
-        return matters ? placeTarget(view, place) : RecordedTarget();
+        if (!matters)
+            return {};
+        return isMiddleFree(view) ? targetOf(RecordedTarget::Click, view)
+                                  : placeTarget(view, place);
     }
     RecordedTarget target = itemTarget(view, selectorOf(view, index));
     const auto *tree = qobject_cast<QTreeView *>(view);
@@ -180,9 +187,22 @@ RecordedTarget groupTarget(QGroupBox *box, const QPoint &place)
     return isHit ? targetOf(RecordedTarget::Click, box) : RecordedTarget();
 }
 
+// Without an object where there is no link.
+RecordedTarget linkTarget(QWidget *widget, const QPoint &place)
+{
+    const int link = linkAt(widget, place);
+    if (link < 0)
+        return {};
+    const QVariantList byText{linksOf(widget)[std::size_t(link)].text};
+    return itemTarget(widget, hasItem(widget, byText) ? byText : QVariantList{link, 0});
+}
+
 RecordedTarget textTarget(QWidget *text, const QPoint &place)
 {
     const auto *browser = qobject_cast<QTextBrowser *>(text);
+    const RecordedTarget link = browser ? linkTarget(text, place) : RecordedTarget();
+    if (link.object)
+        return link;
     const bool isLink = browser && !browser->anchorAt(place).isEmpty();
     // Its cursor can't be moved by keys.
     const bool takesNoKeys = text->focusPolicy() == Qt::NoFocus;
@@ -202,6 +222,12 @@ RecordedTarget plainTarget(QWidget *widget, const QPoint &place, Qt::MouseButton
 }
 
 } // namespace
+
+bool isMiddleFree(const QObject *object)
+{
+    const auto *view = qobject_cast<const QAbstractItemView *>(object);
+    return view && !view->indexAt(view->viewport()->rect().center()).isValid();
+}
 
 QComboBox *comboBoxOfList(const QWidget *widget)
 {
@@ -259,6 +285,10 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
         return textTarget(text, place);
     if (button == Qt::LeftButton && (isSlider(owner) || qobject_cast<QAbstractSpinBox *>(owner)))
         return targetOf(RecordedTarget::Value, owner);
+    const RecordedTarget link =
+        button == Qt::LeftButton ? linkTarget(owner, place) : RecordedTarget();
+    if (link.object)
+        return link;
     const bool isWhole = isText(owner) || qobject_cast<QComboBox *>(owner) ||
                          (qobject_cast<QLabel *>(owner) && !owner->isWindow());
     if (isWhole)
