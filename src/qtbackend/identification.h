@@ -18,6 +18,9 @@ QHash<QString, QString> identifyingPropertiesOf(const QObject *object);
 /// Whether it shows what is typed into it as dots, or not at all.
 bool hidesItsText(const QObject *object);
 
+/// Whether the value of the property is what it shows so.
+bool isSecret(const QObject *object, const QString &property);
+
 /// A name that shows a reader the object; it may fit others as well.
 QString realNameOf(const QObject *object);
 
