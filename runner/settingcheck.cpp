@@ -107,9 +107,8 @@ QVariant valueOf(const Object &object)
 // Fields of dates keep what the clock shows, whatever the zone of it is.
 bool isSame(const QVariant &a, const QVariant &b)
 {
-    return a == b ||
-           (a.userType() == QMetaType::QDateTime && a.toDate() == b.toDate() &&
-            a.toTime() == b.toTime());
+    return a == b || (a.userType() == QMetaType::QDateTime && a.toDate() == b.toDate() &&
+                      a.toTime() == b.toTime());
 }
 
 // Whether the property holds what it was set to. True when that can't be said.
@@ -126,9 +125,8 @@ QString whyUnsuitable(const QVariant &held, const QVariant &wanted)
 {
     if (held.userType() == QMetaType::Bool && !isTruthValue(wanted))
         return QStringLiteral("takes true or false");
-    return isScriptNumber(wanted) && isWholeNumber(held)
-               ? whyNoWholeNumber(held.userType(), wanted)
-               : QString();
+    return isScriptNumber(wanted) && isWholeNumber(held) ? whyNoWholeNumber(held.userType(), wanted)
+                                                         : QString();
 }
 
 QString whyNotTaken(const Setting &setting, const Object &after)
@@ -136,9 +134,8 @@ QString whyNotTaken(const Setting &setting, const Object &after)
     const QVariant held = valueOf(after);
     if (isMarkup(setting.property) || isTaken(setting.wanted, held, after.valueText()))
         return {};
-    const bool isKept =
-        isReal(held) &&
-        isClose(setting.wanted.toDouble(), held.toDouble(), roundingOf(setting.owner));
+    const bool isKept = isReal(held) && isClose(setting.wanted.toDouble(), held.toDouble(),
+                                                roundingOf(setting.owner));
     if (isKept)
         return {};
     if (isWholeNumber(held) || isReal(held) || isMomentType(held.userType()))
