@@ -23,59 +23,71 @@ namespace {
 
 const int repeats = 200;
 
-// With as many widgets as a large window has.
+// With so many widgets, of which a user types into two fields in turns.
 class Form : public QWidget
 {
 public:
-    Form()
+    explicit Form(int widgets)
     {
         auto *layout = new QGridLayout(this);
-        for (int i = 0; i < 240; ++i) {
+        layout->setSpacing(0);
+        for (int i = 0; i < widgets; ++i) {
             auto *button = new QPushButton(QString::number(i));
             button->setObjectName(QStringLiteral("button%1").arg(i));
-            layout->addWidget(button, i / 12, i % 12);
+            button->setMinimumSize(1, 1);
+            layout->addWidget(button, i / 100, i % 100);
         }
-        m_field.setObjectName(QStringLiteral("field"));
-        layout->addWidget(&m_field);
+        for (QLineEdit &field : m_fields)
+            layout->addWidget(&field);
+        m_fields[0].setObjectName(QStringLiteral("field"));
+        m_fields[1].setObjectName(QStringLiteral("otherField"));
+        resize(2000, 2000);
         show();
         activateWindow();
-        m_field.setFocus();
         QCoreApplication::processEvents();
     }
 
-    void type()
+    void type(int keysInOneField)
     {
-        m_field.clear();
         for (int i = 0; i < repeats; ++i) {
+            QLineEdit &field = m_fields[i / keysInOneField % 2];
+            if (i % keysInOneField == 0)
+                field.setFocus();
             for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
                 qt_handleKeyEvent(windowHandle(), type, Qt::Key_A, Qt::NoModifier,
                                   QStringLiteral("a"), false, 1);
             QCoreApplication::processEvents();
         }
+        for (QLineEdit &field : m_fields)
+            field.clear();
     }
 
 private:
-    QLineEdit m_field;
+    QLineEdit m_fields[2];
 };
 
 void BM_RecordedKey(benchmark::State &state)
 {
     using MorvexBenchmark::computedSecondsOf;
-    Form form;
+    Form form(static_cast<int>(state.range(0)));
+    const auto type = [&] { form.type(static_cast<int>(state.range(1))); };
     double recorded = std::numeric_limits<double>::max();
     double delivered = recorded;
     int count = 0;
     for (auto _ : state) {
-        delivered = std::min(delivered, computedSecondsOf([&form] { form.type(); }));
+        delivered = std::min(delivered, computedSecondsOf(type));
         QtInspector inspector;
         inspector.record([&count](const QVariantMap &) { ++count; });
-        recorded = std::min(recorded, computedSecondsOf([&form] { form.type(); }));
+        recorded = std::min(recorded, computedSecondsOf(type));
     }
     state.counters["events"] = count;
     state.counters["delivered_us"] = delivered / repeats * 1e6;
     state.counters["recorded_us"] = recorded / repeats * 1e6;
     state.counters["ratio"] = recorded / delivered;
 }
-BENCHMARK(BM_RecordedKey);
+BENCHMARK(BM_RecordedKey)
+    ->ArgNames({"widgets", "keysInOneField"})
+    ->ArgsProduct({{240, 10000}, {1, 20}})
+    ->MinTime(0.1);
 
 } // namespace

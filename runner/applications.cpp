@@ -94,7 +94,7 @@ int Applications::launch(const QStringList &command, const QString &program, con
     start.bound = m_settings.bound;
     start.deadline = m_settings.deadline;
     // No more: the script would go on within its own call.
-    start.idle = serveTermination;
+    start.idle = m_settings.idle ? m_settings.idle : serveTermination;
     start.hangs = [this](const QString &stack) {
         if (m_hangs)
             m_hangs(stack);

@@ -39,6 +39,8 @@ public:
         int bound = 60000;
         /// When the test case is ended if it has not come to its end.
         QDeadlineTimer deadline{QDeadlineTimer::Forever};
+        /// As that of RemoteApplication::Start; one that serves SIGTERM when it is empty.
+        std::function<void()> idle = nullptr;
     };
 
     /// How one has ended without being asked to.

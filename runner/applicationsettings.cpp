@@ -1,7 +1,9 @@
 #include "runner/applicationsettings.h"
 
+#include "objectmodel/value/decodedtext.h"
 #include "runner/messages.h"
 #include "runner/runneroptions.h"
+#include "runner/runtestcase.h"
 #include "shared/confparser.h"
 #include "shared/files/regularfile.h"
 #include "test/child/testcasedeadline.h"
@@ -21,10 +23,13 @@ namespace {
 const char variable[] = "MORVEX_APPLICATION_OPTIONS";
 const int maxBoundSeconds = 24 * 60 * 60;
 
-// The parent puts a backslash before each blank within an argument.
-QStringList withPlainBlanks(QStringList arguments)
+// The run of a suite puts a backslash before each blank within an argument.
+QStringList applicationOf(const RunnerOptions &options)
 {
-    return arguments.replaceInStrings(QStringLiteral("\\ "), QStringLiteral(" "));
+    QStringList words = options.aut;
+    if (isReportStreamed(options))
+        words.replaceInStrings(QStringLiteral("\\ "), QStringLiteral(" "));
+    return words;
 }
 
 QStringList textsOf(const QJsonValue &array)
@@ -53,13 +58,15 @@ QString firstOf(const QStringList &texts)
     return {};
 }
 
-QStringList launcherOf(const RunnerOptions &options, const TestSuite &suite)
+QStringList launcherOf(const RunnerOptions &options, const QStringList &argumentsOfRun,
+                       const TestSuite &suite)
 {
     const QString launcher = firstOf({options.applicationLauncher, suite.applicationLauncher()});
     if (launcher.isEmpty())
         return {};
-    return QStringList{launcher} + firstOf({ConfParser::splitArgs(options.launcherArguments),
-                                            suite.applicationLauncherArgs()});
+    return QStringList{launcher} +
+           firstOf({argumentsOfRun, ConfParser::splitArgs(options.launcherArguments),
+                    suite.applicationLauncherArgs()});
 }
 
 // Lines of file names; lines that begin with # are comments.
@@ -72,7 +79,7 @@ QStringList readWhiteList()
                                     "'whitelist.txt' of the suite can't be read"));
         return names;
     }
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
+    const QStringList lines = decodedUtf8(file.readAll()).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         if (!line.trimmed().isEmpty() && !line.startsWith(QLatin1Char('#')))
             names += line.trimmed();
@@ -118,9 +125,13 @@ QString workingDirectoryOf(const QString &cwd)
 
 } // namespace
 
-void passOnApplicationOptions(const RunnerOptions &options)
+void passOnApplicationOptions(const RunnerOptions &options, const TestSuite &suite)
 {
     QJsonObject passedOn;
+    // A backslash at the end of one would be lost on a command line.
+    if (!suite.applicationLauncherArgs().isEmpty())
+        passedOn.insert(QStringLiteral("launcherArguments"),
+                        QJsonArray::fromStringList(suite.applicationLauncherArgs()));
     if (!options.aut.isEmpty())
         passedOn.insert(QStringLiteral("aut"), QJsonArray::fromStringList(options.aut));
     if (!options.cwd.isEmpty())
@@ -144,9 +155,10 @@ Applications::Settings applicationSettings(const RunnerOptions &options)
     const QJsonObject ofRun = QJsonDocument::fromJson(qgetenv(variable)).object();
     Applications::Settings settings;
     settings.suiteApplication =
-        firstOf({withPlainBlanks(options.aut), textsOf(ofRun.value(QLatin1String("aut"))),
+        firstOf({applicationOf(options), textsOf(ofRun.value(QLatin1String("aut"))),
                  applicationWords(suite.aut())});
-    settings.launcher = launcherOf(options, suite);
+    settings.launcher =
+        launcherOf(options, textsOf(ofRun.value(QLatin1String("launcherArguments"))), suite);
     settings.workingDirectory = workingDirectoryOf(
         firstOf({ofRun.value(QLatin1String("cwd")).toString(), options.cwd, suite.cwd()}));
     settings.homeSeed = homeSeedOf(suite);

@@ -32,7 +32,12 @@ QString readEnvironmentFile(const QString &path, bool apply)
     if (!error.isEmpty())
         return QStringLiteral("cannot read the environment file '%1': %2").arg(path, error);
     for (int number = 1; !file.atEnd(); ++number) {
-        QString line = QString::fromUtf8(file.readLine());
+        const QByteArray bytes = file.readLine();
+        if (bytes.contains('\0'))
+            return QStringLiteral(
+                       "%1:%2: a zero byte; the file is damaged, or its text is not UTF-8")
+                .arg(path, QString::number(number));
+        QString line = QString::fromUtf8(bytes);
         if (line.endsWith(QLatin1Char('\n')))
             line.chop(1);
         if (line.trimmed().isEmpty() || line.startsWith(QLatin1Char('#')))

@@ -41,10 +41,8 @@ void setVariables(const RunnerOptions &options)
 bool isTestCaseOfSuite(const RunnerOptions &options)
 {
     return options.action == RunnerOptions::Action::Run && options.suiteDirectory.isEmpty() &&
-           options.testCases.size() == 1 && options.reportGenerators.size() == 1 &&
-           options.reportGenerators.constFirst().startsWith(reportStreamPrefix()) &&
-           !options.coverage && !options.joinRuns && !options.pauseOnFailure &&
-           options.keptRuns == 0;
+           options.testCases.size() == 1 && isReportStreamed(options) && !options.coverage &&
+           !options.joinRuns && !options.pauseOnFailure && options.keptRuns == 0;
 }
 
 int run(const RunnerOptions &options)
@@ -60,6 +58,15 @@ int run(const RunnerOptions &options)
         return library->runCommand(options);
     printMessage(error);
     return ExitUnusable;
+}
+
+// A list that a full disk cuts must not look whole.
+int withOutputWritten(int exitStatus)
+{
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout))
+        return exitStatus;
+    printMessage(QStringLiteral("not all of the output could be written"));
+    return exitStatus == ExitPassed ? ExitFailed : exitStatus;
 }
 
 } // namespace
@@ -84,7 +91,7 @@ int main(int argc, char **argv)
     makeVariableAbsolute("MORVEX_USER_SETTINGS_DIR");
     setVariables(commandLine.options);
     if (commandLine.error.isEmpty())
-        return run(commandLine.options);
+        return withOutputWritten(run(commandLine.options));
     printUsageError(commandLine.error);
     return ExitUnusable;
 }

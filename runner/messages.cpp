@@ -1,6 +1,7 @@
 #include "runner/messages.h"
 
 #include "runner/runneroptions.h"
+#include "shared/xmltext.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -10,7 +11,9 @@ namespace Morvex {
 
 void printMessage(const QString &text)
 {
-    printLine(QLatin1String("morvexrunner: ") + text);
+    // Texts of applications must not steer the terminal.
+    printLine(QLatin1String("morvexrunner: ") +
+              replaceInvalidXMLcharacters(text).remove(QLatin1Char('\r')));
 }
 
 void printLine(const QString &text)
@@ -32,6 +35,8 @@ QString suiteDirectoryHint(const RunnerOptions &options)
                                   "before it")
                 .arg(QString::fromLatin1(option));
     }
+    if (options.randomSeed)
+        return QStringLiteral("; --random has taken '%1' for its seed").arg(*options.randomSeed);
     return {};
 }
 

@@ -174,7 +174,8 @@ int migrateNames(const RunnerOptions &options)
     const QDir dir(cleanedPath(options.suiteDirectory));
     if (options.suiteDirectory.isEmpty() || !dir.exists()) {
         printMessage(QStringLiteral("--migrate-names: there is no suite directory '%1'")
-                         .arg(options.suiteDirectory));
+                         .arg(options.suiteDirectory) +
+                     suiteDirectoryHint(options));
         return ExitUnusable;
     }
     const TestSuite suite(dir, options.settingsGroup);

@@ -1,6 +1,8 @@
 #include "runner/recordedactions.h"
 
+#include "objectmodel/objectname.h"
 #include "runner/countedkeys.h"
+#include "test/eventrecorder.h"
 
 #include <QHash>
 
@@ -11,6 +13,9 @@ namespace Morvex {
 namespace {
 
 const qint64 microsecondsPerMillisecond = 1000;
+// As long as users pause between keys.
+const qint64 longestJoinedPauseMs = 500;
+const qint64 maxWaitSeconds = 3600;
 const qint64 millisecondsPerDay = 24ll * 60 * 60 * 1000;
 
 // What was done under the names of the application and of recorders; the second is that of an item.
@@ -43,6 +48,11 @@ QString textOf(const QVariantMap &action, const char *key)
 int contextOf(const QVariantMap &action)
 {
     return action.value(QStringLiteral("context")).toInt();
+}
+
+qint64 timeOf(const QVariantMap &action)
+{
+    return action.value(QStringLiteral("time")).toLongLong();
 }
 
 bool isStart(const QVariantMap &action)
@@ -88,7 +98,8 @@ bool isContinued(const QVariantMap &first, const QVariantMap &second)
     const QString what = textOf(first, "what");
     const bool isJoined = what == QLatin1String("type") || what == QLatin1String("password") ||
                           what == QLatin1String("set");
-    return isJoined && what == textOf(second, "what") && contextOf(first) == contextOf(second) &&
+    return isJoined && !second.contains(QStringLiteral("fresh")) &&
+           what == textOf(second, "what") && contextOf(first) == contextOf(second) &&
            textOf(first, "object") == textOf(second, "object") &&
            textOf(first, "property") == textOf(second, "property");
 }
@@ -227,7 +238,7 @@ void addArguments(const QVariantMap &action, EventData *event)
 // Of no kind when it is no action.
 EventData eventOf(const QVariantMap &action)
 {
-    const qint64 time = action.value(QStringLiteral("time")).toLongLong();
+    const qint64 time = timeOf(action);
     const QString what = textOf(action, "what");
     const auto *known = std::find_if(std::begin(methods), std::end(methods),
                                      [&what](const auto &row) { return what == row.what; });
@@ -246,45 +257,87 @@ EventData eventOf(const QVariantMap &action)
     return event;
 }
 
-// What the object has to be before anything is done to it.
-void addWaits(const QVariantMap &action, const EventData &event, std::vector<EventData> *events)
+// Whether the name waits by itself until the object is so.
+bool isOfName(const QString &property, const QString &objectName)
 {
+    return ObjectName(objectName).properties().contains(property);
+}
+
+bool isOfMenu(const EventData &event)
+{
+    const QString type =
+        ObjectName(event.objectName()).properties().value(QStringLiteral("type")).text;
+    return type == QLatin1String("QMenu") || type == QLatin1String("QMenuBar");
+}
+
+// How long to wait for what may have come late. A user who has thought for a while has not waited
+// for what was there before, but items of a view may have come in that time.
+int waitBefore(const QVariantMap &action, const EventData &event, qint64 pause)
+{
+    const bool isLate = !action.value(QStringLiteral("waits")).toList().isEmpty();
+    const bool isOfView = EventRecorder::isItemMethod(event.methodName()) && !isOfMenu(event);
+    const qint64 seconds = pause / microsecondsPerMillisecond / 1000;
+    return isLate || isOfView
+               ? static_cast<int>(qBound<qint64>(0, (seconds / 5 + 1) * 5, maxWaitSeconds) * 1000)
+               : 0;
+}
+
+// What the object has to be before anything is done to it.
+void addWaits(const QVariantMap &action, EventData event, int milliseconds,
+              std::vector<EventData> *events)
+{
+    // The time that is waited does not come of that of the event.
+    event.setTime(QTime());
+    event.setSnooze(milliseconds);
     for (const QString &property : action.value(QStringLiteral("waits")).toStringList()) {
+        if (isOfName(property, event.objectName()))
+            continue;
         EventData wait(EventData::METHOD_CALL);
         wait.setMethodName(QStringLiteral("waitForProperty"));
         wait.setObjectName(event.objectName());
         wait.addArgument({property, EventDataArg::TEXT});
         wait.setSequence(event.sequence());
-        wait.setTime(event.time());
+        wait.setSnooze(event.snooze());
         wait.setContextId(event.contextId());
         events->push_back(wait);
+        event.setSnooze(0);
     }
+    events->push_back(event);
 }
 
 } // namespace
 
-std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObjectsWaitedFor)
+std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObjectsWaitedFor,
+                                       bool arePausesKept)
 {
     std::vector<QVariantMap> joined;
+    qint64 lastTime = 0;
     for (const QVariant &entry : settledActions(actions)) {
         const QVariantMap action = entry.toMap();
         if (textOf(action, "what") == QLatin1String("nothing"))
             continue;
         while (!joined.empty() && isPartOfEdit(joined.back(), action))
             joined.pop_back();
-        if (!joined.empty() && isContinued(joined.back(), action))
+        const bool isPause = arePausesKept && timeOf(action) - lastTime >
+                                                  longestJoinedPauseMs * microsecondsPerMillisecond;
+        lastTime = timeOf(action);
+        if (!joined.empty() && !isPause && isContinued(joined.back(), action))
             join(&joined.back(), action);
         else
             joined.push_back(action);
     }
     nameVariables(&joined);
     std::vector<EventData> events;
+    lastTime = joined.empty() ? 0 : timeOf(joined.front());
     for (const QVariantMap &action : joined) {
         const EventData event = eventOf(action);
-        if (event.kind() != 0 && areObjectsWaitedFor)
-            addWaits(action, event, &events);
-        if (event.kind() != 0)
+        if (event.kind() == 0)
+            continue;
+        if (areObjectsWaitedFor)
+            addWaits(action, event, waitBefore(action, event, timeOf(action) - lastTime), &events);
+        else
             events.push_back(event);
+        lastTime = timeOf(action);
     }
     return events;
 }

@@ -5,10 +5,16 @@
 #include "runner/javascriptobjectmap.h"
 #include "runner/recordedactions.h"
 #include "runner/recordingjournal.h"
+#include "runner/visiblenames.h"
+#include "shared/files/filelock.h"
 #include "shared/files/writefile.h"
 #include "test/names/namesfile.h"
 
+#include "shared/xmltext.h"
+
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace Morvex {
 namespace {
@@ -22,9 +28,15 @@ QString passwordNote(const QStringList &variables)
         .arg(variables.join(QLatin1String("=... --envvar ")));
 }
 
+const int namesWaitMs = 10000;
+
 bool isTestCaseName(const QString &name)
 {
-    return name.startsWith(QLatin1String("tst_")) && !name.contains(QLatin1Char('/'));
+    const auto isIllegal = [](QChar character) {
+        return character == QLatin1Char('/') || character.category() == QChar::Other_Control;
+    };
+    return name.startsWith(QLatin1String("tst_")) &&
+           std::none_of(name.begin(), name.end(), isIllegal);
 }
 
 QString scriptOf(const QString &note, const QString &start, const QStringList &statements)
@@ -47,8 +59,10 @@ RecordedTestCase::RecordedTestCase(const QDir &suite, const QString &name,
 QString RecordedTestCase::whyNot() const
 {
     if (!isTestCaseName(m_name))
-        return QStringLiteral("'%1' is not the name of a test case, which begins with tst_")
-            .arg(m_name);
+        return QStringLiteral(
+                   "'%1' is not the name of a test case, which begins with tst_ and has no / "
+                   "and no control characters")
+            .arg(escapeControls(m_name));
     // A point of an earlier try may be there.
     const QStringList scripts =
         QDir(directory()).entryList({QStringLiteral("script.*"), QStringLiteral("*.feature")});
@@ -67,15 +81,23 @@ QString RecordedTestCase::whyNot() const
 
 QString RecordedTestCase::write(const RecordingJournal &journal) const
 {
+    // Names that another recorder adds at the same time must not be lost.
+    const FileLock lock(m_suite.path(), namesWaitMs);
+    if (lock.isHeldElsewhere())
+        return QStringLiteral("another process uses '%1'").arg(m_suite.path());
     const QString reason = whyNot();
     if (!reason.isEmpty())
         return reason;
     JavaScriptObjectMap names(m_suite.filePath(QStringLiteral("names.js")));
     JavaScriptEventRecorder recorder(m_synchronization == EventRecorder::NO_SYNC,
                                      m_synchronization == EventRecorder::OBJECT_SYNC, &names);
+    const QVariantList actions = withVisibleNames(journal.actions(), [&names](const QString &name) {
+        return !names.existingSymbolicName(ObjectName(name)).isEmpty();
+    });
     QStringList variables;
     for (const EventData &event :
-         eventsOfActions(journal.actions(), m_synchronization == EventRecorder::OBJECT_SYNC)) {
+         eventsOfActions(actions, m_synchronization == EventRecorder::OBJECT_SYNC,
+                         m_synchronization == EventRecorder::SNOOZE_SYNC)) {
         if (event.methodName() == QLatin1String("typePassword"))
             variables += event.arguments().at(0).value;
         recorder.queueEvent(event);

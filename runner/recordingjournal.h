@@ -24,6 +24,7 @@ public:
 
     /// Makes the file, which must not exist. @p start is what starts the application.
     [[nodiscard]] QString create(const QString &start);
+    /// After an error nothing more is added.
     [[nodiscard]] QString add(const QVariantMap &action);
     /// Opens one that was not finished, and keeps it from others. What was cut by a crash is left
     /// out.
@@ -31,15 +32,21 @@ public:
 
     QString start() const { return m_start; }
     const QVariantList &actions() const { return m_actions; }
+    /// Whether it holds more than what was started.
+    bool hasUserActions() const;
 
     void remove() { m_file.remove(); }
+    void clear() { m_actions.clear(); }
 
 private:
     [[nodiscard]] QString lock();
+    [[nodiscard]] QString begin();
     [[nodiscard]] QString write(const QVariantMap &line);
+    [[nodiscard]] QString readLines();
 
     QFile m_file;
     QString m_start;
+    QString m_error;
     QVariantList m_actions;
 };
 

@@ -4,6 +4,7 @@
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "runner/applicationsettings.h"
+#include "runner/environmentfile.h"
 #include "runner/javascriptcode.h"
 #include "runner/messages.h"
 #include "runner/recordedactions.h"
@@ -16,14 +17,17 @@
 #include "shared/points/pointtypes.h"
 #include "shared/realpath.h"
 #include "test/cancellation.h"
+#include "test/suite/applicationwords.h"
 #include "test/testsuite.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QThread>
 
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <unistd.h>
 
 namespace Morvex {
@@ -42,17 +46,18 @@ class Recording
 {
 public:
     Recording(Applications *applications, RecordingJournal *journal,
-              const QString &testCaseDirectory)
+              const QString &testCaseDirectory, const Cancellation &cancellation)
         : m_applications(applications)
         , m_journal(journal)
         , m_pointDirectory(testCaseDirectory + QLatin1String("/points/"))
+        , m_cancellation(cancellation)
     {
     }
 
     /// Until all have ended, or the cancellation. Returns an error text, empty on success.
-    [[nodiscard]] QString run(const Cancellation &cancellation)
+    [[nodiscard]] QString run()
     {
-        while (m_error.isEmpty() && !cancellation.isRequested()) {
+        while (m_error.isEmpty() && !m_cancellation.isRequested()) {
             const bool isOver = m_applications->running().isEmpty();
             takeAll();
             if (isOver)
@@ -91,7 +96,7 @@ private:
         add(startAction(id));
         const QString error = now->session().record();
         // One that has ended meanwhile has nothing to report.
-        if (!error.isEmpty() && context->end().isEmpty())
+        if (!error.isEmpty() && context->end().isEmpty() && !m_cancellation.isRequested())
             m_error = error;
     }
 
@@ -151,6 +156,7 @@ private:
     Applications *m_applications;
     RecordingJournal *m_journal;
     const QString m_pointDirectory;
+    const Cancellation &m_cancellation;
     std::map<int, std::shared_ptr<RemoteInspector>> m_inspectors;
     QString m_error;
 };
@@ -165,6 +171,12 @@ QString startStatement(const QStringList &program, bool isImplicit)
                : QStringLiteral("application.start(%1);").arg(words.join(QLatin1String(", ")));
 }
 
+bool isSameProgram(const QStringList &program, const QStringList &other)
+{
+    return program.mid(1) == other.mid(1) &&
+           QFileInfo(program.first()).fileName() == QFileInfo(other.first()).fileName();
+}
+
 // Paths are those of the user, who is elsewhere than the suite.
 QStringList programOf(const RunnerOptions &options)
 {
@@ -174,20 +186,29 @@ QStringList programOf(const RunnerOptions &options)
     return program;
 }
 
-bool isFinishWanted(const RunnerOptions &options, const RecordingJournal &journal)
+// As a run of the suite does.
+QString setVariablesOf(const RunnerOptions &options, const TestSuite &suite)
 {
-    if (options.finishesRecording)
-        return true;
-    const QString what =
-        QStringLiteral("--record: '%1' is a recording that was not finished").arg(journal.path());
-    if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0) {
-        printMessage(what + QStringLiteral("; --finish before --record makes the test case of it, "
-                                           "and without the file a new recording begins"));
-        return false;
+    const QString path = options.envVarFile.isEmpty() ? suite.envVarFileName() : options.envVarFile;
+    if (!options.envVarFile.isEmpty() || (!path.isEmpty() && QFile::exists(path))) {
+        const QString error = readEnvironmentFile(path, true);
+        if (!error.isEmpty())
+            return error;
     }
-    printMessage(what);
-    std::fprintf(stderr, "Make the test case of it? [y/n] ");
+    for (const QString &assignment : options.envVars)
+        setEnvironmentVariable(assignment);
+    return {};
+}
+
+bool isAgreed(const char *question)
+{
+    if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0)
+        return false;
+    std::fprintf(stderr, "%s [y/n] ", question);
     const int answer = std::getchar();
+    // The prompt has no line end when the input has ended.
+    if (answer == EOF)
+        std::fputc('\n', stderr);
     return answer == 'y' || answer == 'Y';
 }
 
@@ -201,10 +222,36 @@ public:
     {
     }
 
-    int finish()
+    QString whyNot() const { return m_testCase.whyNot(); }
+
+    /// Makes the test case of a recording that was not finished, if the user wants that. Nothing
+    /// when it can be recorded.
+    std::optional<int> finish()
     {
+        if (!m_journal.exists())
+            return {};
         const QString error = m_journal.load();
-        return error.isEmpty() ? write() : unusable(error);
+        if (!error.isEmpty())
+            return unusable(error);
+        // A recorder that was ended before the application had started.
+        if (!m_journal.hasUserActions()) {
+            m_journal.remove();
+            m_journal.clear();
+            return {};
+        }
+        if (!m_options.finishesRecording)
+            printMessage(
+                QStringLiteral("--record: '%1' is a recording that was not finished; --finish "
+                               "before --record makes the test case of it, and without the "
+                               "file a new recording begins")
+                    .arg(m_journal.path()));
+        return m_options.finishesRecording || isAgreed("Make the test case of it?") ? write()
+                                                                                    : ExitUnusable;
+    }
+
+    QString whyNothingToFinish() const
+    {
+        return QStringLiteral("there is no recording '%1' to finish").arg(m_journal.path());
     }
 
     int record(const QStringList &program)
@@ -212,8 +259,25 @@ public:
         const TestSuite suite(QDir::current(), m_options.settingsGroup);
         Applications::Settings settings = applicationSettings(m_options);
         settings.hooksSubProcesses = settings.hooksSubProcesses || suite.hookSubProcesses();
+        Cancellation cancellation;
+        Applications *started = nullptr;
+        // A call that waits for an application that hangs ends, too.
+        settings.idle = [&cancellation, &started] {
+            if (cancellation.isRequested() && started)
+                closeAll(started);
+        };
         Applications applications({m_testCase.directory(), QDir::currentPath()}, settings);
-        QString error = m_journal.create(startStatement(program, suite.implicitAutStart()));
+        started = &applications;
+        const QStringList ofSuite =
+            suite.implicitAutStart() ? applicationWords(suite.aut()) : QStringList();
+        // Runs start both.
+        if (!program.isEmpty() && !ofSuite.isEmpty() && !isSameProgram(program, ofSuite))
+            return unusable(QStringLiteral("'%1' is started before the script of each test case of "
+                                           "the suite: say IMPLICITAUTSTART = 0 in suite.conf, or "
+                                           "leave out the program")
+                                .arg(suite.aut()));
+        QString error = m_journal.create(
+            startStatement(ofSuite.isEmpty() ? program : QStringList(), !ofSuite.isEmpty()));
         if (!error.isEmpty())
             return unusable(error);
         if (applications.start(program, {}, &error) < 0) {
@@ -221,47 +285,48 @@ public:
             return unusable(error);
         }
         // To the end: a second signal leaves the journal as it is.
-        Cancellation cancellation;
         const CancelOnSignals signal(&cancellation);
         const QString death = run(&applications, cancellation, &error);
         if (!error.isEmpty())
-            return unusable(error);
+            return unusable(error +
+                            QStringLiteral("; the recording has ended, and the application with "
+                                           "it. What was done before is in '%1'; --finish before "
+                                           "--record makes the test case of it")
+                                .arg(m_journal.path()));
         if (!death.isEmpty())
             printMessage(death + QStringLiteral("; what was done until then is recorded"));
         return write();
     }
 
-    /// One that was ended before the application had started holds nothing.
-    bool wasLeftBehind() const
-    {
-        if (!m_journal.exists())
-            return false;
-        RecordingJournal left(m_testCase.directory());
-        if (!left.load().isEmpty() || !left.actions().isEmpty())
-            return true;
-        left.remove();
-        return false;
-    }
-    const RecordingJournal &journal() const { return m_journal; }
-    QString whyNot() const { return m_testCase.whyNot(); }
-
 private:
+    static void closeAll(Applications *applications)
+    {
+        for (const int id : applications->contexts())
+            applications->context(id)->close(QStringLiteral("the recording has ended"));
+    }
+
     QString run(Applications *applications, const Cancellation &cancellation, QString *error)
     {
         printMessage(QStringLiteral("recording %1: use the application, and end it or press Ctrl+C "
                                     "here when you are done")
                          .arg(m_options.recordedTestCase));
-        Recording recording(applications, &m_journal, m_testCase.directory());
-        *error = recording.run(cancellation);
+        Recording recording(applications, &m_journal, m_testCase.directory(), cancellation);
+        *error = recording.run();
         return recording.death();
     }
 
     int write()
     {
+        if (!m_journal.hasUserActions()) {
+            m_journal.remove();
+            return unusable(QStringLiteral("nothing was done, so no test case is written"));
+        }
         const QString error = m_testCase.write(m_journal);
         if (!error.isEmpty())
             return unusable(
-                QStringLiteral("%1; the recording is in '%2'").arg(error, m_journal.path()));
+                QStringLiteral("%1; the recording is in '%2', and --finish before --record makes "
+                               "the test case of it")
+                    .arg(error, m_journal.path()));
         m_journal.remove();
         printMessage(QStringLiteral("'%1' was written").arg(m_testCase.scriptPath()));
         return ExitPassed;
@@ -277,9 +342,12 @@ private:
 int recordTestCase(const RunnerOptions &options)
 {
     const QDir suite(cleanedPath(options.suiteDirectory));
-    if (options.suiteDirectory.isEmpty() || !suite.exists())
+    if (options.suiteDirectory.isEmpty())
+        return unusable(QStringLiteral("no suite directory was given"));
+    if (!suite.exists())
         return unusable(
-            QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory));
+            QStringLiteral("there is no suite directory '%1'").arg(options.suiteDirectory) +
+            suiteDirectoryHint(options));
     const TestSuite read(suite, options.settingsGroup);
     if (read.hasConfigLoadError())
         return unusable(QStringLiteral("cannot load the suite '%1': %2")
@@ -289,13 +357,17 @@ int recordTestCase(const RunnerOptions &options)
     const QString reason = recorder.whyNot();
     if (!reason.isEmpty())
         return unusable(reason);
-    if (recorder.wasLeftBehind())
-        return isFinishWanted(options, recorder.journal()) ? recorder.finish() : ExitUnusable;
+    if (const std::optional<int> status = recorder.finish())
+        return *status;
     if (options.finishesRecording)
-        return unusable(
-            QStringLiteral("there is no recording '%1' to finish").arg(recorder.journal().path()));
+        return unusable(recorder.whyNothingToFinish());
     if (!hasScreen())
         return unusable(QStringLiteral("a display is needed"));
+    const QString variables = setVariablesOf(options, read);
+    if (!variables.isEmpty())
+        return unusable(variables);
+    // Its paths are those of the user as well.
+    passOnApplicationOptions(options, read);
     if (!QDir::setCurrent(suite.absolutePath()))
         return unusable(QStringLiteral("cannot enter '%1'").arg(options.suiteDirectory));
     return recorder.record(program);

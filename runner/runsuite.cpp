@@ -129,7 +129,7 @@ QString SuiteRunner::applyOptions()
     m_suite->setScriptArguments(m_options.scriptArguments);
     m_suite->setApplicationLauncher(m_options.applicationLauncher);
     m_suite->setApplicationLauncherArgs(ConfParser::splitArgs(m_options.launcherArguments));
-    passOnApplicationOptions(m_options);
+    passOnApplicationOptions(m_options, *m_suite);
     m_suite->setCancellation(&m_cancellation);
     m_suite->setRerun(m_options.rerunFailed);
     m_suite->videoCaptureEnabled = m_options.isVideoCaptureEnabled;

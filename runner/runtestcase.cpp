@@ -94,6 +94,12 @@ int runTestCase(const RunnerOptions &options, const ReportMaker &makeReport, con
     return outcome.hasFailure() || hasIncompleteReport() ? ExitFailed : ExitPassed;
 }
 
+bool isReportStreamed(const RunnerOptions &options)
+{
+    return options.reportGenerators.size() == 1 &&
+           options.reportGenerators.constFirst().startsWith(reportStreamPrefix());
+}
+
 QString reportStreamPrefix()
 {
     return QStringLiteral("raw,");

@@ -25,6 +25,9 @@ int runTestCase(const RunnerOptions &options, const ReportMaker &makeReport, con
 /// What begins the name of the one report of a process that a suite runs a test case in.
 QString reportStreamPrefix();
 
+/// Whether a run of a suite has started this process for a test case and reads its report.
+bool isReportStreamed(const RunnerOptions &options);
+
 /// The same for such a process.
 int runTestCaseOfSuite(const RunnerOptions &options);
 

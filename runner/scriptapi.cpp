@@ -1,5 +1,7 @@
 #include "runner/scriptapi.h"
 
+#include "objectmodel/value/decodedtext.h"
+
 #include "runner/applicationsondemand.h"
 #include "runner/attachmentpath.h"
 #include "runner/failurepause.h"
@@ -197,7 +199,7 @@ QString ScriptApi::readFile(const QString &file)
         throwError(QStringLiteral("cannot read '%1': %2").arg(file, source.errorString()));
         return {};
     }
-    return QString::fromUtf8(source.readAll());
+    return decodedUtf8(source.readAll());
 }
 
 void ScriptApi::writeFile(const QString &file, const QString &text)

@@ -281,6 +281,8 @@ export default function (native, global, nameFunctions, installObjects) {
             return native.readFile(text(path));
         },
         write: function (path, content) {
+            if (content === undefined)
+                throw new TypeError("file.write takes the name of a file and its content");
             native.writeFile(text(path), text(content));
         },
         exists: function (path) {
@@ -391,6 +393,8 @@ export default function (native, global, nameFunctions, installObjects) {
     global.scriptArguments = Array.from(native.scriptArguments());
 
     global.snooze = function (seconds) {
+        if (Number.isNaN(Number(seconds)))
+            throw new TypeError("snooze takes a number of seconds, not " + text(seconds));
         native.snooze(Number(seconds));
     };
 

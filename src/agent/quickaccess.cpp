@@ -4,6 +4,7 @@
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QQuickTextDocument>
 #include <QQuickWindow>
 
 namespace Morvex {
@@ -95,6 +96,54 @@ public:
         return toItem(item)->mapToScene(place).toPoint();
     }
 
+    QPoint fromWindow(const QObject *item, const QPoint &place) const override
+    {
+        return toItem(item)->mapFromScene(place).toPoint();
+    }
+
+    bool isAt(const QObject *item, const QPoint &place) const override
+    {
+        return toItem(item)->contains(toItem(item)->mapFromScene(place));
+    }
+
+    QTextDocument *documentOf(const QObject *item) const override
+    {
+        auto *document = item->property("textDocument").value<QQuickTextDocument *>();
+        return document ? document->textDocument() : nullptr;
+    }
+
+    QObject *grabberIn(const QWindow *window) const override
+    {
+        const auto *quickWindow = qobject_cast<const QQuickWindow *>(window);
+        return quickWindow ? quickWindow->mouseGrabberItem() : nullptr;
+    }
+
+    QObject *focusIn(const QWindow *window) const override
+    {
+        const auto *quickWindow = qobject_cast<const QQuickWindow *>(window);
+        return quickWindow ? quickWindow->activeFocusItem() : nullptr;
+    }
+
+    QObjectList popupsIn(const QObject *root) const override
+    {
+        QObjectList popups;
+        for (const QQuickItem *layer : toItem(root)->childItems()) {
+            if (layer->inherits("QQuickOverlay"))
+                popups += popupsOf(*layer);
+        }
+        return popups;
+    }
+
+    QObject *drawnAt(QObject *root, const QPoint &place) const override
+    {
+        return drawnItem(static_cast<QQuickItem *>(root), place);
+    }
+
+    QObject *takerAt(QObject *root, const QPoint &place, Qt::MouseButton button) const override
+    {
+        return Morvex::takerAt(static_cast<QQuickItem *>(root), place, button);
+    }
+
     QObject *clickedAt(QObject *root, const QPoint &place) const override
     {
         return clickedItem(static_cast<QQuickItem *>(root), place);
@@ -138,7 +187,7 @@ public:
 } // namespace
 } // namespace Morvex
 
-extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess2()
+extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess3()
 {
     static auto *const access = new Morvex::QuickAccess;
     return access;

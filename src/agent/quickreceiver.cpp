@@ -16,11 +16,26 @@ bool isPopupModal(const QQuickItem *popupItem)
            popupItem->parent()->property("modal").toBool();
 }
 
+bool handles(const QObject *handler, Qt::MouseButton button)
+{
+    return handler->inherits("QQuickTapHandler") && handler->property("enabled").toBool() &&
+           handler->property("acceptedButtons").toInt() & button;
+}
+
+bool hasHandler(const QQuickItem *item, Qt::MouseButton button)
+{
+    const QObjectList &children = item->children();
+    return std::any_of(children.begin(), children.end(),
+                       [button](const QObject *child) { return handles(child, button); });
+}
+
 // Texts want the mouse for links in them. What is above all for popups holds the mouse up for
 // those that are modal.
-bool takesMouse(const QQuickItem *item)
+bool takesMouse(const QQuickItem *item, Qt::MouseButton button = Qt::LeftButton)
 {
-    if (!item->isEnabled() || !(item->acceptedMouseButtons() & Qt::LeftButton) ||
+    if (item->isEnabled() && hasHandler(item, button))
+        return true;
+    if (!item->isEnabled() || !(item->acceptedMouseButtons() & button) ||
         item->inherits("QQuickText") || item->property("propagateComposedEvents").toBool())
         return false;
     if (!item->inherits("QQuickOverlay"))
@@ -71,11 +86,32 @@ QQuickItem *clickable(QQuickItem *item)
 
 } // namespace
 
+QQuickItem *takerAt(QQuickItem *root, const QPointF &place, Qt::MouseButton button)
+{
+    return itemAt(root, place,
+                  [button](const QQuickItem *item) { return takesMouse(item, button); });
+}
+
+QQuickItem *drawnItem(QQuickItem *root, const QPointF &place)
+{
+    return itemAt(root, place, isDrawn);
+}
+
+QObjectList popupsOf(const QQuickItem &overlay)
+{
+    QObjectList popups;
+    for (const QQuickItem *item : overlay.childItems()) {
+        if (item->isVisible() && item->parent() && item->parent()->inherits("QQuickPopup"))
+            popups += item->parent();
+    }
+    return popups;
+}
+
 QQuickItem *clickedItem(QQuickItem *root, const QPointF &place)
 {
-    if (QQuickItem *taker = itemAt(root, place, takesMouse))
+    if (QQuickItem *taker = takerAt(root, place, Qt::LeftButton))
         return clickable(taker);
-    QQuickItem *drawn = itemAt(root, place, isDrawn);
+    QQuickItem *drawn = drawnItem(root, place);
     return drawn ? drawn : root;
 }
 

@@ -50,7 +50,8 @@ ObjectMap::Entries ObjectMap::parseSerializedMap(const QString &text)
 QString ObjectMap::symbolFromMultiPropName(const ObjectName &name)
 {
     const auto properties = name.properties();
-    for (const char *key : {"name", "text", "title", "windowTitle", "type"}) {
+    for (const char *key :
+         {"name", "id", "text", "title", "windowTitle", "placeholderText", "type"}) {
         const QString text = properties.value(QLatin1String(key)).text;
         if (!text.isEmpty())
             return text;
@@ -67,7 +68,11 @@ QString ObjectMap::load(const QString &fileName)
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QStringLiteral("%1: %2").arg(fileName, file.errorString());
-    for (const auto &entry : parseSerializedMap(QString::fromUtf8(file.readAll()))) {
+    const QByteArray bytes = file.readAll();
+    if (bytes.contains('\0'))
+        return QStringLiteral("%1: it has a zero byte: it is damaged, or its text is not UTF-8")
+            .arg(fileName);
+    for (const auto &entry : parseSerializedMap(QString::fromUtf8(bytes))) {
         if (!entry.second.isValid())
             return QStringLiteral("%1: name of '%2': %3")
                 .arg(fileName, entry.first, entry.second.error());

@@ -35,8 +35,31 @@ int ActionReport::add(const QString &what, const QString &objectName, const QVar
 
 int ActionReport::add(const QString &what, const QObject *object, const QVariantMap &more)
 {
-    const QVariantMap all = withWaits(object, more);
-    return add(what, nameOf(object), all);
+    QVariantMap all = withWaits(object, more);
+    const QString name = nameOf(object);
+    if (what == QLatin1String("type"))
+        noteTyping(name, object, &all);
+    return add(what, name, all);
+}
+
+void ActionReport::addCursor(const QString &objectName, const QObject *object, const QString &keys)
+{
+    QVariantMap more{{QStringLiteral("text"), keys}};
+    const bool isReplacing = m_lastCursor == m_lastNumber && object == m_typedObject;
+    noteTyping(objectName, object, &more);
+    if (isReplacing)
+        replace(m_lastCursor, QStringLiteral("type"), objectName, more);
+    else
+        m_lastCursor = add(QStringLiteral("type"), objectName, more);
+}
+
+// Another object may have the name now.
+void ActionReport::noteTyping(const QString &objectName, const QObject *object, QVariantMap *more)
+{
+    if (objectName == m_typedName && object != m_typedObject)
+        (*more)[QStringLiteral("fresh")] = true;
+    m_typedName = objectName;
+    m_typedObject = object;
 }
 
 void ActionReport::replace(int number, const QString &what, const QObject *object,

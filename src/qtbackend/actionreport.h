@@ -2,6 +2,7 @@
 
 #include "qtbackend/latechanges.h"
 
+#include <QPointer>
 #include <QVariant>
 
 #include <functional>
@@ -28,6 +29,10 @@ public:
     int add(const QString &what, const QString &objectName, const QVariantMap &more = {});
     int add(const QString &what, const QObject *object, const QVariantMap &more = {});
 
+    /// Keys that bring the cursor of a text to a place from any other, so that the same for the
+    /// same object right before is replaced.
+    void addCursor(const QString &objectName, const QObject *object, const QString &keys);
+
     /// That of the last action; 0 before the first.
     int lastNumber() const { return m_lastNumber; }
 
@@ -46,10 +51,15 @@ private:
     void send(int number, const QString &what, const QString &objectName, const QVariantMap &more);
 
     QVariantMap withWaits(const QObject *object, const QVariantMap &more);
+    void noteTyping(const QString &objectName, const QObject *object, QVariantMap *more);
 
     QtModel &m_model;
     Sink m_sink;
     int m_lastNumber = 0;
+    int m_lastCursor = 0;
+    // What was typed into last.
+    QString m_typedName;
+    QPointer<const QObject> m_typedObject;
     LateChanges m_changes;
 };
 

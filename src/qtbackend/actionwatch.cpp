@@ -1,5 +1,6 @@
 #include "qtbackend/actionwatch.h"
 
+#include "qtbackend/objecttree.h"
 #include "qtbackend/secretinputs.h"
 
 #include <QApplication>
@@ -13,7 +14,7 @@
 namespace Morvex {
 namespace {
 
-QWidget *widgetOf(const QWindow *window)
+QWidget *widgetShownIn(const QWindow *window)
 {
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget *widget : widgets) {
@@ -21,6 +22,12 @@ QWidget *widgetOf(const QWindow *window)
             return widget;
     }
     return nullptr;
+}
+
+// Null for a window that no script can close.
+const QObject *closedObject(QWindow *window)
+{
+    return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetShownIn(window);
 }
 
 } // namespace
@@ -31,6 +38,7 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     , m_mouse(m_report)
     , m_wheel(m_report)
     , m_keys(m_report, m_focus)
+    , m_scenes(m_report)
     , m_points(m_report)
 {
     const QWidgetList widgets = QApplication::allWidgets();
@@ -78,9 +86,9 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     if (receiver->isWindowType())
         filterForWindow(static_cast<QWindow *>(receiver), event);
     else if (event->type() == QEvent::Shortcut)
-        m_keys.shortcut(receiver, *static_cast<QShortcutEvent *>(event));
+        shortcut(receiver, *static_cast<QShortcutEvent *>(event));
     else if (event->type() == QEvent::InputMethod)
-        m_keys.inputMethod(receiver, *static_cast<QInputMethodEvent *>(event));
+        inputMethod(receiver, *static_cast<QInputMethodEvent *>(event));
     else if (receiver->isWidgetType())
         filterForWidget(static_cast<QWidget *>(receiver), event);
     return false;
@@ -97,17 +105,23 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         m_mouse.beginPress();
         settle();
         m_focus.beginPress();
+        m_scenes.mouse(window, event);
         break;
     case QEvent::MouseButtonRelease:
         m_focus.endPress();
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
+        m_scenes.mouse(window, event);
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
         settle();
-        pressKey(*static_cast<QKeyEvent *>(event));
+        if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
+            pressKey(*static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::KeyRelease:
+        m_scenes.releaseKey();
         break;
     case QEvent::Wheel:
         settle();
@@ -121,8 +135,8 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::Close:
         settle();
-        if (const QWidget *widget = widgetOf(window))
-            m_report.add(QStringLiteral("close"), widget);
+        if (const QObject *closed = closedObject(window))
+            m_report.add(QStringLiteral("close"), closed);
         break;
     default:
         break;
@@ -137,8 +151,22 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         Qt::QueuedConnection);
 }
 
+void ActionWatch::shortcut(QObject *owner, const QShortcutEvent &event)
+{
+    if (!m_scenes.shortcut(event))
+        m_keys.shortcut(owner, event);
+}
+
+void ActionWatch::inputMethod(QObject *receiver, const QInputMethodEvent &event)
+{
+    if (!m_scenes.inputMethod(receiver, event))
+        m_keys.inputMethod(receiver, event);
+}
+
 void ActionWatch::filterForWidget(QWidget *widget, QEvent *event)
 {
+    if (m_scenes.mouse(widget, event))
+        return;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -188,6 +216,7 @@ void ActionWatch::settle()
     m_wheel.settle();
     m_keys.settle();
     m_focus.settle();
+    m_scenes.settle();
 }
 
 } // namespace Morvex

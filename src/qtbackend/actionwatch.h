@@ -5,6 +5,7 @@
 #include "qtbackend/keyactions.h"
 #include "qtbackend/mouseactions.h"
 #include "qtbackend/pointmenu.h"
+#include "qtbackend/sceneactions.h"
 #include "qtbackend/wheelactions.h"
 
 #include <QObject>
@@ -29,6 +30,8 @@ private:
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
     void pressKey(const QKeyEvent &event);
+    void shortcut(QObject *owner, const QShortcutEvent &event);
+    void inputMethod(QObject *receiver, const QInputMethodEvent &event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
 
@@ -37,6 +40,7 @@ private:
     MouseActions m_mouse;
     WheelActions m_wheel;
     KeyActions m_keys;
+    SceneActions m_scenes;
     PointMenu m_points;
 };
 

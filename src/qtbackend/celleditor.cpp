@@ -13,12 +13,20 @@
 namespace Morvex {
 namespace {
 
-// Protected members of the toolkit's class.
+// Protected members of the toolkit's classes.
 struct ViewAccess : QAbstractItemView
 {
     static bool isEditing(const QAbstractItemView *view)
     {
         return (view->*(&ViewAccess::state))() == EditingState;
+    }
+};
+
+struct DateAccess : QDateTimeEdit
+{
+    static QDateTime read(const QDateTimeEdit *edit, const QString &text)
+    {
+        return (edit->*(&DateAccess::dateTimeFromText))(text);
     }
 };
 
@@ -68,13 +76,11 @@ QString editorText(const QWidget *editor)
     return editor->metaObject()->userProperty().read(editor).toString();
 }
 
-bool isGivenValue(const QWidget *editor, const QString &text)
+bool isGivenValue(const QWidget *editor)
 {
     if (const auto *box = qobject_cast<const QComboBox *>(editor))
         return !box->isEditable();
-    QVariant value(text);
-    return qobject_cast<const QDateTimeEdit *>(editor) &&
-           value.convert(editor->metaObject()->userProperty().userType());
+    return qobject_cast<const QDateTimeEdit *>(editor);
 }
 
 QString giveValue(QWidget *editor, const QString &text)
@@ -84,13 +90,16 @@ QString giveValue(QWidget *editor, const QString &text)
         box->setCurrentIndex(index);
         return index < 0 ? QStringLiteral("the editor has no item '%1'").arg(text) : QString();
     }
+    auto *edit = qobject_cast<QDateTimeEdit *>(editor);
     const QMetaProperty property = editor->metaObject()->userProperty();
     QVariant value(text);
-    value.convert(property.userType());
-    property.write(editor, value);
-    return property.read(editor) == value
-               ? QString()
-               : QStringLiteral("the editor doesn't take '%1'").arg(text);
+    const bool isValue = value.convert(property.userType());
+    if (isValue)
+        property.write(editor, value);
+    else if (edit)
+        edit->setDateTime(DateAccess::read(edit, text));
+    const bool isTaken = isValue ? property.read(editor) == value : edit && edit->text() == text;
+    return isTaken ? QString() : QStringLiteral("the editor doesn't take '%1'").arg(text);
 }
 
 } // namespace Morvex

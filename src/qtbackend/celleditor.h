@@ -21,8 +21,8 @@ QString editorText(const QWidget *editor);
 /// Whether Return ends a line in it.
 bool hasLines(const QWidget *editor);
 
-/// Whether the text is a value for it, and not to be typed.
-bool isGivenValue(const QWidget *editor, const QString &text);
+/// Whether it is given a value, as it has no text that can be typed over.
+bool isGivenValue(const QWidget *editor);
 
 /// Gives such an editor its value. Returns an error text, empty on success.
 [[nodiscard]] QString giveValue(QWidget *editor, const QString &text);

@@ -37,10 +37,18 @@ void CellEdits::typeInEditor(QWidget *target)
         return;
     if (m_editor != target) {
         m_opener = 0;
+        m_isOpenForScripts = true;
+        m_typed.clear();
         m_textBefore = editorText(target);
     }
     m_editor = target;
     m_isTypedInto = true;
+}
+
+void CellEdits::noteTyped(const QWidget *target, int number)
+{
+    if (target == m_editor)
+        m_typed.push_back(number);
 }
 
 bool CellEdits::commit()
@@ -52,10 +60,11 @@ bool CellEdits::commit()
     if (!view || (!isUsed && editorText(editor) == m_textBefore))
         return false;
     m_report.cancel(std::exchange(m_opener, 0));
-    m_report.add(QStringLiteral("edit"), view,
-                 {{QStringLiteral("item"), selectorOf(view, editedIndex(view, editor))},
-                  {QStringLiteral("text"), editorText(editor)},
-                  {QStringLiteral("editor"), m_report.nameOf(editor)}});
+    m_lastEdit =
+        m_report.add(QStringLiteral("edit"), view,
+                     {{QStringLiteral("item"), selectorOf(view, editedIndex(view, editor))},
+                      {QStringLiteral("text"), editorText(editor)},
+                      {QStringLiteral("editor"), m_report.nameOf(editor)}});
     return true;
 }
 
@@ -65,8 +74,21 @@ void CellEdits::focusOut(const QObject *widget)
         commit();
 }
 
+// Nothing has come of all that was typed.
+void CellEdits::cancel()
+{
+    const std::size_t kept = m_isOpenForScripts ? 1 : 0;
+    for (std::size_t i = 0; i + kept < m_typed.size(); ++i)
+        m_report.cancel(m_typed[i]);
+    m_report.cancel(std::exchange(m_opener, 0));
+    m_editor = nullptr;
+    m_typed.clear();
+}
+
 void CellEdits::settle()
 {
+    if (std::exchange(m_isCancelled, false) && !editedView(m_editor))
+        cancel();
     QWidget *focus = QApplication::focusWidget();
     const QAbstractItemView *view = editedView(focus);
     const bool isNew = view && focus != m_editor && !isSecretInput(focus);
@@ -76,9 +98,10 @@ void CellEdits::settle()
         m_textBefore = editorText(focus);
         m_opener = isByKey ? m_key : 0;
         m_isTypedInto = isByKey && m_isKeyText;
+        m_isOpenForScripts = !isByKey && m_lastEdit != m_report.lastNumber();
+        m_typed.clear();
     }
     m_view = nullptr;
-    m_isCancelled = false;
 }
 
 } // namespace Morvex

@@ -4,6 +4,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <vector>
+
 namespace Morvex {
 
 class ActionReport;
@@ -22,10 +24,12 @@ public:
     void typeInView(const QWidget *target, int number, bool isText);
     /// Something is typed that belongs to the content of this editor.
     void typeInEditor(QWidget *target);
+    /// It was reported so.
+    void noteTyped(const QWidget *target, int number);
     /// Reports the edit when there is one, before it is handed over.
     bool commit();
     /// The editor is left without what was done in it.
-    void expectCancel() { m_isCancelled = true; }
+    void expectCancel() { m_isCancelled = m_editor != nullptr; }
     /// The focus has left the widget, which has not seen that yet.
     void focusOut(const QObject *widget);
 
@@ -33,6 +37,8 @@ public:
     void settle();
 
 private:
+    void cancel();
+
     ActionReport &m_report;
     QPointer<QWidget> m_editor;
     QString m_textBefore;
@@ -40,6 +46,10 @@ private:
     bool m_isCancelled = false;
     // Of the key that has opened the editor; 0 for none.
     int m_opener = 0;
+    // Whether a script that repeats what was done before has it open, too.
+    bool m_isOpenForScripts = false;
+    std::vector<int> m_typed;
+    int m_lastEdit = 0;
     // The key that may open one.
     QPointer<const QWidget> m_view;
     int m_key = 0;

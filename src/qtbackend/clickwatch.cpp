@@ -1,6 +1,6 @@
 #include "qtbackend/clickwatch.h"
 
-#include "qtbackend/quickwidgets.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/sceneaccess.h"
 
 #include <QAbstractScrollArea>
@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
-#include <QWindow>
 
 namespace Morvex {
 namespace {
@@ -30,16 +29,6 @@ QObject *shownObject(QWidget *widget, const QPoint &place)
         return action;
     auto *area = qobject_cast<QAbstractScrollArea *>(widget->parentWidget());
     return area && area->viewport() == widget ? area : widget;
-}
-
-// The item that has all those of the window or widget; null where there are none.
-QObject *rootOf(QObject *receiver)
-{
-    if (receiver->isWidgetType())
-        return rootItemOf(receiver);
-    auto *window = qobject_cast<QWindow *>(receiver);
-    SceneAccess *access = SceneAccess::self();
-    return access && window && !isOfWidget(window) ? access->rootOf(window) : nullptr;
 }
 
 } // namespace
@@ -63,7 +52,7 @@ std::vector<QObject *> ClickWatch::takeClicked()
 bool ClickWatch::eventFilter(QObject *receiver, QEvent *event)
 {
     const bool isPress = event->type() == QEvent::MouseButtonPress;
-    QObject *root = isPress ? rootOf(receiver) : nullptr;
+    QObject *root = isPress ? sceneRootOf(receiver) : nullptr;
     if (!isPress || (!root && !receiver->isWidgetType()))
         return false;
     const auto *press = static_cast<QMouseEvent *>(event);

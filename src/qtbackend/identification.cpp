@@ -21,12 +21,13 @@ const char *const labels[] = {"text", "title", "windowTitle"};
 
 const char *const secrets[] = {"text", "selectedText", "textValue", "currentText"};
 
-// The toolkit marks what a widget is there to edit as its user property.
+// The toolkit marks what a widget is there to edit as its user property, and nothing of Qt Quick.
 bool isTyped(const QObject *object, const char *property)
 {
     const QMetaObject *metaObject = object->metaObject();
     return metaObject->property(metaObject->indexOfProperty(property)).isUser() ||
-           qobject_cast<const QAbstractSpinBox *>(object);
+           qobject_cast<const QAbstractSpinBox *>(object) || object->inherits("QQuickTextInput") ||
+           object->inherits("QQuickTextEdit");
 }
 
 // What shows the value of the property as dots; null when it is no secret.
@@ -49,16 +50,6 @@ void addText(const QObject *object, const char *property, QHash<QString, QString
 
 } // namespace
 
-bool hidesItsText(const QObject *object)
-{
-    for (const char *property : {"echoMode", "textEchoMode"}) {
-        const QVariant mode = object->property(property);
-        if (mode.isValid())
-            return mode.toInt() != QLineEdit::Normal || wasSecretInput(object);
-    }
-    return false;
-}
-
 QString labelOf(const QObject *object)
 {
     for (const char *property : labels) {
@@ -76,6 +67,10 @@ QHash<QString, QString> identifyingPropertiesOf(const QObject *object)
     addText(object, "objectName", &texts);
     for (const char *property : labels)
         addText(object, property, &texts);
+    // Fields of Qt Quick seldom have another name.
+    const QString placeholder = object->property("placeholderText").toString();
+    if (!placeholder.isEmpty() && isSceneItem(object))
+        texts.insert(QStringLiteral("placeholderText"), placeholder);
     return texts;
 }
 

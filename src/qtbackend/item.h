@@ -12,7 +12,8 @@ namespace Morvex {
 
 class InputSequence;
 
-/// A part of a widget that is no object of its own, such as a cell.
+/// A part of a widget that is no object of its own, such as a cell, or an entry of a list of Qt
+/// Quick.
 class Item
 {
 public:
@@ -35,6 +36,8 @@ public:
     virtual void conceal() {}
     /// In which it is, once it can be seen. Null when that no longer exists.
     virtual QWidget *widget() const = 0;
+    /// Of Qt Quick the item that shows it, once it can be seen; null for what is in a widget.
+    virtual QObject *sceneItem() const { return nullptr; }
     /// Where it is in the widget. Empty when it can't be seen.
     virtual QRect place() const = 0;
 

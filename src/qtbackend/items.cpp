@@ -3,6 +3,8 @@
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menuitem.h"
+#include "qtbackend/objecttree.h"
+#include "qtbackend/sceneitem.h"
 #include "qtbackend/simpleitems.h"
 #include "qtbackend/userinput.h"
 #include "qtbackend/viewitem.h"
@@ -30,6 +32,9 @@ std::shared_ptr<Item> itemOf(QObject *object, const QVariantList &selector)
         return std::make_shared<TabItem>(tabs->tabBar(), wanted);
     if (auto *bar = qobject_cast<QTabBar *>(object))
         return std::make_shared<TabItem>(bar, wanted);
+    if (isSceneItem(object))
+        return SceneItem::isPossible(object) ? std::make_shared<SceneItem>(object, wanted)
+                                             : nullptr;
     auto *widget = qobject_cast<QWidget *>(object);
     if (qobject_cast<QMenuBar *>(object) || qobject_cast<QMenu *>(object) ||
         qobject_cast<QToolBar *>(object) || menuOfButton(object))

@@ -43,22 +43,6 @@ QWidget *keyTarget()
     return isFocusable ? target : target->window();
 }
 
-bool isPush(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
-}
-
-bool isTab(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
-}
-
-bool isChoice(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
-           event.key() == Qt::Key_Select;
-}
-
 bool isReadOnly(const QWidget *widget)
 {
     return widget->property("readOnly").toBool() && !widget->inherits("QComboBox");
@@ -114,7 +98,7 @@ void KeyActions::press(const QKeyEvent &event)
     if (!target || (popup && isForList(popup, event)))
         return;
     const auto *button = qobject_cast<QAbstractButton *>(target);
-    if (!button || !isPush(event))
+    if (!button || !isPushKey(event))
         return type(target, event);
     // The choice from its menu says that it was opened.
     if (event.isAutoRepeat() || opensMenu(button))
@@ -146,7 +130,7 @@ bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)
     if (!box)
         return false;
     const QModelIndex index = box->view()->currentIndex();
-    if (!isChoice(event) || !index.isValid())
+    if (!isChoiceKey(event) || !index.isValid())
         return true;
     m_choice.list = popup;
     m_choice.number = m_report.add(QStringLiteral("click"), box,
@@ -165,12 +149,12 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
         m_focus.enter(target);
         if (!m_secrets.mayShow(target, event))
             return;
-        reportKeys(target, keys);
+        m_lastKey = m_typed.add(target, keys);
     } else {
         const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
         if (isText && isReadOnly(target))
             return;
-        const bool isCommit = isTab(event) || (isChoice(event) && !hasLines(target));
+        const bool isCommit = isTabKey(event) || (isChoiceKey(event) && !hasLines(target));
         if (isCommit && m_edits.commit())
             return;
         if (event.key() == Qt::Key_Escape)
@@ -179,7 +163,8 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
         m_edits.typeInView(target, m_lastKey, isText);
     }
-    if (isTab(event))
+    // Where a list is open it closes that, too.
+    if (isTabKey(event) && !QApplication::activePopupWidget())
         m_focus.expect(m_lastKey);
 }
 
@@ -190,25 +175,10 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
     if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
-    reportKeys(target, keys);
+    m_lastKey = m_typed.add(target, keys);
+    m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
         m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};
-}
-
-// Goes on with a text under the name that it began with, as to find one takes long.
-void KeyActions::reportKeys(QWidget *target, const QString &keys)
-{
-    const QVariantMap more{{QStringLiteral("text"), keys}};
-    const QString what = QStringLiteral("type");
-    if (m_typedInto == target && m_lastTyped == m_report.lastNumber()) {
-        m_lastKey = m_report.add(what, m_typedIntoName, more);
-    } else {
-        m_typedIntoName = m_report.nameOf(target);
-        m_lastKey = m_report.add(what, target, more);
-    }
-    m_typedInto = target;
-    m_lastTyped = m_lastKey;
-    m_lastKeys = keys;
 }
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
@@ -220,6 +190,7 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
                      {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
         return;
     }
+    auto *typedInto = qobject_cast<QWidget *>(m_typed.target());
     const QString heldBack = m_secrets.takeShortcut();
     if (qobject_cast<QMenuBar *>(owner)) {
         m_report.cancel(m_lastKey);
@@ -232,9 +203,9 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_focus.expect(m_lastKey);
     else if (qobject_cast<QAbstractButton *>(owner))
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
-    else if (isOfWindow(owner) && m_typedInto && !isTypedInto(m_typedInto))
-        m_report.replace(m_lastKey, QStringLiteral("type"), m_typedInto->window(),
-                         {{QStringLiteral("text"), m_lastKeys}});
+    else if (isOfWindow(owner) && typedInto && !isTypedInto(typedInto))
+        m_report.replace(m_lastKey, QStringLiteral("type"), typedInto->window(),
+                         {{QStringLiteral("text"), m_typed.lastKeys()}});
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/celledits.h"
+#include "qtbackend/keyreport.h"
 #include "qtbackend/secrettyping.h"
 #include "qtbackend/textcursorstate.h"
 
@@ -28,6 +29,7 @@ public:
         , m_focus(focus)
         , m_edits(report)
         , m_secrets(report)
+        , m_typed(report)
     {
     }
 
@@ -64,7 +66,6 @@ private:
     void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
-    void reportKeys(QWidget *target, const QString &keys);
 
     ActionReport &m_report;
     FocusMove &m_focus;
@@ -74,11 +75,7 @@ private:
     ulong m_offeredTime = 0;
     int m_offeredKey = 0;
     int m_lastKey = 0;
-    // What was typed into last, as long as nothing else was done.
-    QPointer<QWidget> m_typedInto;
-    QString m_typedIntoName;
-    int m_lastTyped = 0;
-    QString m_lastKeys;
+    KeyReport m_typed;
     Offer m_offer;
     Choice m_choice;
 };

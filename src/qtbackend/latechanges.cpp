@@ -1,5 +1,7 @@
 #include "qtbackend/latechanges.h"
 
+#include "qtbackend/objecttree.h"
+
 #include <QEvent>
 #include <QWidget>
 
@@ -10,6 +12,12 @@ namespace {
 const int maxChanges = 10000;
 
 } // namespace
+
+void LateChanges::settle()
+{
+    m_isSettled = true;
+    m_scenes.settle();
+}
 
 void LateChanges::note(QObject *receiver, const QEvent &event)
 {
@@ -28,6 +36,8 @@ void LateChanges::note(QObject *receiver, const QEvent &event)
 
 QStringList LateChanges::take(const QObject *object)
 {
+    if (isSceneItem(object))
+        return m_scenes.of(object);
     const Change change = m_changes.take(object);
     QStringList properties;
     if (change.object && change.isShown)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qtbackend/scenechanges.h"
+
 #include <QHash>
 #include <QPointer>
 #include <QStringList>
@@ -8,15 +10,15 @@ class QEvent;
 
 namespace Morvex {
 
-/// Which widgets have become visible or enabled only some time after what the user did, so that a
-/// script has to wait for that.
+/// Which widgets and items have become visible or enabled only some time after what the user did,
+/// so that a script has to wait for that.
 class LateChanges
 {
 public:
     /// The user does something.
     void begin() { m_isSettled = false; }
     /// The application has handled what the user did last.
-    void settle() { m_isSettled = true; }
+    void settle();
 
     /// An event of any object.
     void note(QObject *receiver, const QEvent &event);
@@ -33,6 +35,7 @@ private:
     };
 
     QHash<const QObject *, Change> m_changes;
+    SceneChanges m_scenes;
     // At first the application has not handled its start.
     bool m_isSettled = false;
 };

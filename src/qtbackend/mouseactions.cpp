@@ -4,6 +4,7 @@
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
+#include "qtbackend/reportedplace.h"
 #include "qtbackend/usagerules.h"
 
 #include <QAbstractButton>
@@ -20,38 +21,6 @@
 
 namespace Morvex {
 namespace {
-
-QString buttonName(Qt::MouseButton button)
-{
-    switch (button) {
-    case Qt::RightButton:
-        return QStringLiteral("right");
-    case Qt::MiddleButton:
-        return QStringLiteral("middle");
-    case Qt::BackButton:
-        return QStringLiteral("back");
-    case Qt::ForwardButton:
-        return QStringLiteral("forward");
-    default:
-        return QStringLiteral("left");
-    }
-}
-
-QString modifierNames(Qt::KeyboardModifiers modifiers)
-{
-    QStringList names;
-    const std::pair<Qt::KeyboardModifier, QLatin1String> known[] = {
-        {Qt::ShiftModifier, QLatin1String("Shift")},
-        {Qt::ControlModifier, QLatin1String("Ctrl")},
-        {Qt::AltModifier, QLatin1String("Alt")},
-        {Qt::MetaModifier, QLatin1String("Meta")},
-    };
-    for (const auto &[modifier, name] : known) {
-        if (modifiers & modifier)
-            names += name;
-    }
-    return names.join(QLatin1Char('+'));
-}
 
 // Those of which a second click is just one more.
 bool isPushed(const QObject *object)
@@ -75,7 +44,9 @@ void MouseActions::beginPress()
     if (m_press.isDragging)
         m_report.cancel(m_press.number);
     m_press = {};
-    m_clickBefore = m_click;
+    // The second press of a double click comes twice, as a press and as a double click.
+    if (m_click.number > 0)
+        m_clickBefore = m_click;
     m_click = {};
 }
 
@@ -150,17 +121,8 @@ void MouseActions::reportPress()
 
 QVariantMap MouseActions::placeOf(const RecordedTarget &target) const
 {
-    QVariantMap place;
-    if (!target.item.isEmpty())
-        place[QStringLiteral("item")] = target.item;
-    if (target.place) {
-        place[QStringLiteral("x")] = target.place->x();
-        place[QStringLiteral("y")] = target.place->y();
-    }
-    if (m_press.button != Qt::LeftButton)
-        place[QStringLiteral("button")] = buttonName(m_press.button);
-    if (!modifierNames(m_press.modifiers).isEmpty())
-        place[QStringLiteral("modifiers")] = modifierNames(m_press.modifiers);
+    QVariantMap place = reportedPlace(target);
+    addButtonTo(&place, m_press.button, m_press.modifiers);
     return place;
 }
 
@@ -207,13 +169,8 @@ void MouseActions::reportDrag(const QPoint &globalPlace)
     if (isSame && !to.place)
         return;
     QVariantMap more = placeOf(m_press.target);
-    QVariantMap end{{QStringLiteral("object"), m_report.nameOf(to.object)}};
-    if (!to.item.isEmpty())
-        end[QStringLiteral("item")] = to.item;
-    if (to.place) {
-        end[QStringLiteral("x")] = to.place->x();
-        end[QStringLiteral("y")] = to.place->y();
-    }
+    QVariantMap end = reportedPlace(to);
+    end[QStringLiteral("object")] = m_report.nameOf(to.object);
     more[QStringLiteral("to")] = end;
     m_report.replace(m_press.number, QStringLiteral("drag"), m_report.nameOf(m_press.target.object),
                      more);

@@ -6,6 +6,7 @@
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenereveal.h"
 #include "qtbackend/scrolling.h"
 #include "qtbackend/whyblocked.h"
 
@@ -25,6 +26,14 @@ namespace {
 const int maxActivationMs = 500;
 // In pixels, of a tab or a section of a header.
 const int pastMiddle = 3;
+
+void clickAt(const MouseSpot &spot)
+{
+    endClicks();
+    moveMouse(spot, Qt::NoButton, Qt::NoModifier);
+    pressMouse(spot, Qt::LeftButton, Qt::NoModifier);
+    releaseMouse(spot, Qt::LeftButton, Qt::NoModifier);
+}
 
 QPoint indicatorOf(const QWidget *button, QStyle::SubElement indicator)
 {
@@ -98,34 +107,7 @@ QWidget *screenWindowOf(const QWidget *widget)
     return window ? window : widget->window();
 }
 
-QWindow *sceneWindowOf(QObject *item)
-{
-    return item ? SceneAccess::self()->windowOf(item) : nullptr;
-}
-
 } // namespace
-
-void revealSceneItem(QObject *item, InputSequence &input)
-{
-    const QPointer<QObject> alive = item;
-    QWidget *widget = widgetOf(item);
-    waitForActiveWindow(widget, input);
-    QWindow *window = widget ? nullptr : sceneWindowOf(item);
-    if (window && !window->isActive()) {
-        window->requestActivate();
-        input.waitUntil(
-            [alive] {
-                const QWindow *asked = sceneWindowOf(alive);
-                return !asked || asked->isActive();
-            },
-            maxActivationMs);
-    }
-    input.add([alive] {
-        if (alive)
-            SceneAccess::self()->scrollIntoSight(alive);
-        return QString();
-    });
-}
 
 bool clickWhereFree(QWidget *widget, const QPoint &place)
 {
@@ -133,11 +115,18 @@ bool clickWhereFree(QWidget *widget, const QPoint &place)
     const MouseSpot spot = MouseSpot::of(widget, place);
     if (!widget->rect().contains(place) || !receiverOf(widget, place, &error) || !spot.isValid())
         return false;
-    endClicks();
-    moveMouse(spot, Qt::NoButton, Qt::NoModifier);
-    pressMouse(spot, Qt::LeftButton, Qt::NoModifier);
-    releaseMouse(spot, Qt::LeftButton, Qt::NoModifier);
+    clickAt(spot);
     return true;
+}
+
+QString clickSceneItem(QObject *item)
+{
+    QString error;
+    const auto target = MouseTarget::make({item, {}, std::nullopt}, &error);
+    const MouseSpot spot = target ? target->spot(&error) : MouseSpot();
+    if (error.isEmpty())
+        clickAt(spot);
+    return error;
 }
 
 QWidget *openMenuOf(const QAction *action)
@@ -191,8 +180,12 @@ std::shared_ptr<MouseTarget> MouseTarget::make(const Place &place, QString *erro
 
 void MouseTarget::reveal(InputSequence &input)
 {
-    if (isSceneItem(m_object))
-        return revealSceneItem(m_object, input);
+    if (isSceneItem(m_object)) {
+        revealSceneItem(m_object, input);
+        if (m_item)
+            m_item->reveal(input);
+        return;
+    }
     waitForActiveWindow(m_item ? m_object.data() : widget(), input);
     if (m_item)
         m_item->reveal(input);
@@ -226,17 +219,20 @@ QPoint MouseTarget::placeIn(QWidget *widget, QString *error) const
 MouseSpot MouseTarget::sceneSpot(QString *error) const
 {
     const SceneAccess &access = *SceneAccess::self();
-    *error = whyBlocked(m_object);
-    const QRect visible = access.visiblePlaceOf(m_object);
-    const QPoint place = m_place ? access.toWindow(m_object, *m_place) : visible.center();
-    if (error->isEmpty() && !visible.contains(place))
+    const QObject *object = m_item ? m_item->sceneItem() : m_object.data();
+    *error = object ? whyBlocked(object) : QStringLiteral("the item is not shown");
+    if (!error->isEmpty())
+        return {};
+    const QRect visible = access.visiblePlaceOf(object);
+    const QPoint place = m_place ? access.toWindow(object, *m_place) : visible.center();
+    if (!visible.contains(place))
         *error = QStringLiteral("the item is out of sight");
-    const QObject *cover = error->isEmpty() ? access.coverOf(m_object, place) : nullptr;
+    const QObject *cover = error->isEmpty() ? access.coverOf(object, place) : nullptr;
     if (cover)
         *error = QLatin1String("the item is covered by ") + realNameOf(cover);
-    QWidget *widget = error->isEmpty() ? widgetOf(m_object) : nullptr;
+    QWidget *widget = error->isEmpty() ? widgetOf(object) : nullptr;
     if (!widget)
-        return {access.windowOf(m_object), place};
+        return {access.windowOf(object), place};
     scrollIntoSight(widget, place);
     return receiverOf(widget, place, error) ? MouseSpot::of(widget, place) : MouseSpot();
 }

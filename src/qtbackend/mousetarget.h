@@ -52,12 +52,12 @@ private:
     std::optional<QPoint> m_place;
 };
 
-/// Adds what has to be done before an item of Qt Quick can be used.
-void revealSceneItem(QObject *item, InputSequence &input);
-
 /// Clicks at the place in the widget with the left button. False when the widget would not get the
 /// click.
 bool clickWhereFree(QWidget *widget, const QPoint &place);
+
+/// Clicks on an item of Qt Quick. Returns an error text, empty on success.
+[[nodiscard]] QString clickSceneItem(QObject *item);
 
 /// The open menu that shows the action; null when there is none.
 QWidget *openMenuOf(const QAction *action);

@@ -90,6 +90,15 @@ QObjectList sceneWindows()
     return inCreationOrder(windows);
 }
 
+QObject *sceneRootOf(QObject *receiver)
+{
+    if (receiver->isWidgetType())
+        return rootItemOf(receiver);
+    auto *window = qobject_cast<QWindow *>(receiver);
+    SceneAccess *access = SceneAccess::self();
+    return access && window && !isOfWidget(window) ? access->rootOf(window) : nullptr;
+}
+
 QString typeNameOf(const QMetaObject *type)
 {
     const QString name = QString::fromLatin1(type->className());

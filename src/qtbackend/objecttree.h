@@ -17,6 +17,10 @@ QObject *parentObjectOf(const QObject *object);
 /// object with its items.
 QObjectList sceneWindows();
 
+/// The item that has all those of the window or widget that an event is for; null where there are
+/// none.
+QObject *sceneRootOf(QObject *receiver);
+
 /// Whether it is an item of Qt Quick.
 bool isSceneItem(const QObject *object);
 

@@ -1,9 +1,11 @@
 #include "qtbackend/pointmenu.h"
 
 #include "qtbackend/actionreport.h"
-#include "qtbackend/identification.h"
 #include "qtbackend/modeltablerange.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/recordedtarget.h"
+#include "qtbackend/scenetarget.h"
+#include "qtbackend/secretinputs.h"
 #include "shared/points/pointtypes.h"
 
 #include <QAbstractButton>
@@ -21,13 +23,19 @@ namespace {
 const char *const shownProperties[] = {"text",        "plainText", "title",   "windowTitle",
                                        "currentText", "value",     "checked", "enabled"};
 
+// Layouts without a V have a letter of their own there.
+const quint32 scanCodeOfV = 55;
+const int firstOtherLetter = 0x100;
+const int firstSpecialKey = 0x01000000;
+
 QStringList propertiesOf(const QObject *object)
 {
-    const auto *button = qobject_cast<const QAbstractButton *>(object);
+    const QVariant checkable = object->property("checkable");
     QStringList names;
     for (const char *name : shownProperties) {
         const QVariant value = object->property(name);
-        const bool isOf = qstrcmp(name, "checked") != 0 || !button || button->isCheckable();
+        const bool isOf =
+            qstrcmp(name, "checked") != 0 || !checkable.isValid() || checkable.toBool();
         const bool isEmptyTitle = qstrcmp(name, "windowTitle") == 0 && value.toString().isEmpty();
         if (value.isValid() && isOf && !isEmptyTitle)
             names += QLatin1String(name);
@@ -40,6 +48,24 @@ QStringList propertiesOf(const QObject *object)
     return names;
 }
 
+bool isButton(const QObject *object)
+{
+    return qobject_cast<const QAbstractButton *>(object) ||
+           object->inherits("QQuickAbstractButton");
+}
+
+// Null where there is nothing of the application.
+QObject *objectAt(const QPoint &place)
+{
+    QWidget *widget = QApplication::widgetAt(place);
+    QWindow *window = widget ? nullptr : QGuiApplication::topLevelAt(place);
+    if (QObject *root = widget ? sceneRootOf(widget) : nullptr)
+        return sceneItemAt(root, widget->mapFromGlobal(place));
+    if (QObject *root = window ? sceneRootOf(window) : nullptr)
+        return sceneItemAt(root, window->mapFromGlobal(place));
+    return widget ? ownerOf(widget) : nullptr;
+}
+
 } // namespace
 
 PointMenu::~PointMenu()
@@ -50,34 +76,55 @@ PointMenu::~PointMenu()
 bool PointMenu::isOpenedBy(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
-    return event.key() == Qt::Key_V && (event.modifiers() & all) == all;
+    const bool isInPlaceOfV = event.key() >= firstOtherLetter && event.key() < firstSpecialKey &&
+                              event.nativeScanCode() == scanCodeOfV;
+    return (event.key() == Qt::Key_V || isInPlaceOfV) && (event.modifiers() & all) == all;
 }
 
 bool PointMenu::owns(const QObject *receiver) const
 {
-    return m_menu && (receiver == m_menu || receiver == m_menu->windowHandle());
+    return (m_plainMenu && receiver == m_plainMenu.get()) ||
+           (m_menu && (receiver == m_menu || receiver == m_menu->windowHandle()));
+}
+
+bool PointMenu::isOpen() const
+{
+    return (m_menu && m_menu->isVisible()) || (m_plainMenu && m_plainMenu->isVisible());
 }
 
 void PointMenu::open()
 {
     const QPoint place = QCursor::pos();
-    QWidget *widget = isOpen() ? nullptr : QApplication::widgetAt(place);
-    if (!widget)
-        return;
-    QWidget *object = ownerOf(widget);
+    QObject *object = isOpen() ? nullptr : objectAt(place);
+    if (object)
+        openFor(object, place);
+}
+
+void PointMenu::openFor(QObject *object, const QPoint &place)
+{
     // What a check is about must not be a part of the name.
-    const QString name =
-        m_report.nameOf(object, qobject_cast<QAbstractButton *>(object) != nullptr);
+    const QString name = m_report.nameOf(object, isButton(object));
+    const QString title = typeNameOf(object->metaObject());
     delete m_menu;
-    m_menu = new QMenu;
-    m_menu->setAttribute(Qt::WA_DeleteOnClose);
-    m_menu->addSection(QString::fromLatin1(object->metaObject()->className()));
+    m_plainMenu.reset();
+    if (qobject_cast<QApplication *>(QCoreApplication::instance())) {
+        m_menu = new QMenu;
+        m_menu->setAttribute(Qt::WA_DeleteOnClose);
+        m_menu->addSection(title);
+    } else {
+        m_plainMenu = std::make_unique<PlainMenu>(title);
+    }
     add(QStringLiteral("Check properties"), PointType::properties, name, propertiesOf(object));
-    if (ModelTableRange::isTable(object))
+    auto *widget = qobject_cast<QWidget *>(object);
+    if (widget && ModelTableRange::isTable(widget))
         add(QStringLiteral("Check table"), PointType::table, name, {});
     add(QStringLiteral("Check picture"), PointType::screenshot, name, {});
-    add(QStringLiteral("Check look"), PointType::visual, name, {});
-    m_menu->popup(place);
+    if (widget)
+        add(QStringLiteral("Check look"), PointType::visual, name, {});
+    if (m_menu)
+        m_menu->popup(place);
+    else
+        m_plainMenu->popup(place);
 }
 
 void PointMenu::add(const QString &text, QLatin1String type, const QString &name,
@@ -85,8 +132,11 @@ void PointMenu::add(const QString &text, QLatin1String type, const QString &name
 {
     const QVariantMap more{{QStringLiteral("type"), type},
                            {QStringLiteral("properties"), properties}};
-    QObject::connect(m_menu->addAction(text), &QAction::triggered, m_menu,
-                     [this, name, more] { m_report.add(QStringLiteral("point"), name, more); });
+    const auto report = [this, name, more] { m_report.add(QStringLiteral("point"), name, more); };
+    if (m_menu)
+        QObject::connect(m_menu->addAction(text), &QAction::triggered, m_menu, report);
+    else
+        m_plainMenu->add(text, report);
 }
 
 } // namespace Morvex

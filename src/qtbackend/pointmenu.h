@@ -1,7 +1,12 @@
 #pragma once
 
+#include "qtbackend/plainmenu.h"
+
 #include <QMenu>
 #include <QPointer>
+
+#include <functional>
+#include <memory>
 
 class QWindow;
 
@@ -28,16 +33,19 @@ public:
 
     /// For what is under the mouse.
     void open();
-    bool isOpen() const { return m_menu && m_menu->isVisible(); }
+    bool isOpen() const;
     /// Whether the receiver of an event is a part of it.
     bool owns(const QObject *receiver) const;
 
 private:
+    void openFor(QObject *object, const QPoint &place);
     void add(const QString &text, QLatin1String type, const QString &name,
              const QStringList &properties);
 
     ActionReport &m_report;
     QPointer<QMenu> m_menu;
+    // In its place where there can be no widgets.
+    std::unique_ptr<PlainMenu> m_plainMenu;
 };
 
 } // namespace Morvex

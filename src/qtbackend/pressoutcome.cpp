@@ -61,7 +61,7 @@ void PressOutcome::settleCursor(ActionReport &report) const
     const QString keys = state.keys();
     // A place within a secret says how long it is.
     if (!isSecretInput(widget) || keys == QLatin1String("<Ctrl+A>"))
-        report.add(QStringLiteral("type"), m_name, {{QStringLiteral("text"), keys}});
+        report.addCursor(m_name, ownerOf(widget), keys);
 }
 
 void PressOutcome::settleCheck(ActionReport &report) const

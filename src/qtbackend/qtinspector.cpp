@@ -1,5 +1,7 @@
 #include "qtbackend/qtinspector.h"
 
+#include "objectmodel/value/decodedtext.h"
+
 #include "objectmodel/namespace.h"
 #include "qtbackend/actionwatch.h"
 #include "qtbackend/applicationfunctions.h"
@@ -100,7 +102,7 @@ SharedPtr<Object> QtInspector::makeBool(bool value)
 
 SharedPtr<Object> QtInspector::makeString(const QByteArray &utf8)
 {
-    return d->model.wrapValue(QString::fromUtf8(utf8));
+    return d->model.wrapValue(decodedUtf8(utf8));
 }
 
 const Class *QtInspector::findClass(const QString &name)

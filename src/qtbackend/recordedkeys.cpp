@@ -1,6 +1,5 @@
 #include "qtbackend/recordedkeys.h"
 
-#include "qtbackend/identification.h"
 #include "qtbackend/secretinputs.h"
 
 #include <QComboBox>
@@ -130,6 +129,22 @@ SecretKey secretKeyOf(const QKeyEvent &event)
     return isCharacter && (event.modifiers() & (Qt::AltModifier | Qt::MetaModifier))
                ? SecretKey::Command
                : SecretKey::Shown;
+}
+
+bool isTabKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+}
+
+bool isPushKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Space || event.key() == Qt::Key_Select;
+}
+
+bool isChoiceKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter ||
+           event.key() == Qt::Key_Select;
 }
 
 } // namespace Morvex

@@ -16,6 +16,12 @@ QString typedTextOf(const QString &text);
 /// Whether what is typed into the object now is not for others to see.
 bool isSecretInput(QObject *object);
 
+bool isTabKey(const QKeyEvent &event);
+/// Whether the key presses a button that has the focus.
+bool isPushKey(const QKeyEvent &event);
+/// Whether the key chooses an entry of a menu or a list.
+bool isChoiceKey(const QKeyEvent &event);
+
 /// What a key does in a field whose text is a secret.
 enum class SecretKey {
     Text,

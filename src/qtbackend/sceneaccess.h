@@ -8,6 +8,7 @@
 #include <QRect>
 #include <QString>
 
+class QTextDocument;
 class QWindow;
 
 namespace Morvex {
@@ -45,9 +46,26 @@ public:
     /// The part of that which no item around it cuts off.
     virtual QRect visiblePlaceOf(const QObject *item) const = 0;
     virtual QPoint toWindow(const QObject *item, const QPoint &place) const = 0;
+    virtual QPoint fromWindow(const QObject *item, const QPoint &place) const = 0;
+    /// Whether the place of the window is in the item.
+    virtual bool isAt(const QObject *item, const QPoint &place) const = 0;
+
+    /// Null for what edits no text of several lines.
+    virtual QTextDocument *documentOf(const QObject *item) const = 0;
+
+    /// The item that gets the mouse until the button is released; null for none.
+    virtual QObject *grabberIn(const QWindow *window) const = 0;
+    /// The item that gets the keys; null for none.
+    virtual QObject *focusIn(const QWindow *window) const = 0;
+    /// What is shown above all else, such as open menus: the objects that have it there.
+    virtual QObjectList popupsIn(const QObject *root) const = 0;
 
     /// The item that a click at the place of the window is for; @p root has all of the window.
     virtual QObject *clickedAt(QObject *root, const QPoint &place) const = 0;
+    /// The topmost item there that draws something; null for none.
+    virtual QObject *drawnAt(QObject *root, const QPoint &place) const = 0;
+    /// The item that gets a press of the button there first; null for none.
+    virtual QObject *takerAt(QObject *root, const QPoint &place, Qt::MouseButton button) const = 0;
     /// The item that would take a click at the place of the window in place of @p item; null for
     /// none.
     virtual QObject *coverOf(const QObject *item, const QPoint &place) const = 0;
@@ -63,6 +81,6 @@ public:
 /// The entry of that library. Its name changes with the interface: programs that link the agent may
 /// have that of another version.
 using SceneAccessFunction = SceneAccess *(*)();
-inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess2";
+inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess3";
 
 } // namespace Morvex

@@ -1,9 +1,9 @@
 #include "qtbackend/secretinputs.h"
 
-#include "qtbackend/identification.h"
-
 #include <QHash>
+#include <QLineEdit>
 #include <QPointer>
+#include <QVariant>
 
 namespace Morvex {
 namespace {
@@ -15,6 +15,11 @@ QHash<const QObject *, QPointer<QObject>> &knownInputs()
     return inputs;
 }
 
+bool wasSecretInput(const QObject *object)
+{
+    return knownInputs().value(object) != nullptr;
+}
+
 } // namespace
 
 void noteSecretInput(const QObject *object)
@@ -23,9 +28,14 @@ void noteSecretInput(const QObject *object)
         knownInputs().insert(object, const_cast<QObject *>(object));
 }
 
-bool wasSecretInput(const QObject *object)
+bool hidesItsText(const QObject *object)
 {
-    return knownInputs().value(object) != nullptr;
+    for (const char *property : {"echoMode", "textEchoMode"}) {
+        const QVariant mode = object->property(property);
+        if (mode.isValid())
+            return mode.toInt() != QLineEdit::Normal || wasSecretInput(object);
+    }
+    return false;
 }
 
 } // namespace Morvex

@@ -8,7 +8,7 @@ namespace Morvex {
 /// later.
 void noteSecretInput(const QObject *object);
 
-/// Whether it was noted as one.
-bool wasSecretInput(const QObject *object);
+/// Whether it shows what is typed into it as dots, or not at all, or was noted.
+bool hidesItsText(const QObject *object);
 
 } // namespace Morvex

@@ -1,5 +1,7 @@
 #include "qtbackend/textcursorstate.h"
 
+#include "qtbackend/sceneaccess.h"
+
 #include <QAbstractSpinBox>
 #include <QAbstractTextDocumentLayout>
 #include <QComboBox>
@@ -91,6 +93,24 @@ TextCursorState TextCursorState::of(const QWidget *widget)
     state.m_position = cursor.position();
     state.m_anchor = cursor.anchor();
     state.m_document = cursor.document();
+    return state;
+}
+
+TextCursorState TextCursorState::ofSceneItem(const QObject *item)
+{
+    TextCursorState state;
+    const SceneAccess *access = SceneAccess::self();
+    if (!access || !item)
+        return state;
+    const int start = item->property("selectionStart").toInt();
+    const int end = item->property("selectionEnd").toInt();
+    state.m_position = item->property("cursorPosition").toInt();
+    state.m_anchor = start == state.m_position ? end : start;
+    state.m_length = item->property("length").toInt();
+    state.m_document = access->documentOf(item);
+    state.m_isWrapped = item->property("wrapMode").toInt() != 0;
+    if (!state.m_document)
+        state.m_text = item->property("text").toString();
     return state;
 }
 

@@ -20,6 +20,7 @@ public:
     /// Of a widget without a text it has nothing. Spin boxes and combo boxes have that of their
     /// fields.
     static TextCursorState of(const QWidget *widget);
+    static TextCursorState ofSceneItem(const QObject *item);
 
     bool operator==(const TextCursorState &other) const
     {

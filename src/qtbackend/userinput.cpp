@@ -1,11 +1,13 @@
 #include "qtbackend/userinput.h"
 
+#include "qtbackend/buttonsup.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenereveal.h"
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
@@ -213,6 +215,7 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
                                          .arg(error, QString::number(i), QString::number(count));
         });
     }
+    input.waitUntil(buttonsUpAgain(), maxActivationMs);
 }
 
 void sendKeyTo(QWindow *window, const TypedKey &key)
@@ -238,6 +241,7 @@ void typeIntoItem(QObject *object, QObject *root, const std::vector<TypedKey> &k
         return QString();
     });
     for (const TypedKey &key : keys) {
+        waitForSceneAtRest(root ? root : object, input);
         input.add([window, key] {
             if (!window)
                 return QStringLiteral("the window no longer exists");

@@ -64,7 +64,7 @@ QString fillEditor(QAbstractItemView *view, const QString &text, InputSequence &
 {
     const QPointer<QWidget> editor = QApplication::focusWidget();
     const bool isEditor = editedView(editor) == view;
-    if (isEditor && isGivenValue(editor, text)) {
+    if (isEditor && isGivenValue(editor)) {
         const QString error = giveValue(editor, text);
         return error.isEmpty() ? typeKeys(view, QStringLiteral("<Return>"), input) : error;
     }

@@ -1,7 +1,9 @@
 #include "qtbackend/widgetvalue.h"
 
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/recordedkeys.h"
+#include "qtbackend/scenetarget.h"
 
 #include <QComboBox>
 #include <QDateTimeEdit>
@@ -102,7 +104,12 @@ bool setLikeUser(QObject *object, const QByteArray &property, const QVariant &va
         return true;
     }
     const QMetaObject *metaObject = object->metaObject();
-    return metaObject->property(metaObject->indexOfProperty(property)).write(object, value);
+    const QMetaProperty known = metaObject->property(metaObject->indexOfProperty(property));
+    if (!known.write(object, value))
+        return false;
+    if (isSceneItem(object))
+        announceSceneValue(object, property);
+    return true;
 }
 
 } // namespace Morvex

@@ -1,5 +1,7 @@
 #include "remote/remoteapplication.h"
 
+#include "objectmodel/value/decodedtext.h"
+
 #include "remote/applicationenvironment.h"
 #include "remote/applicationhome.h"
 #include "remote/connectionoffer.h"
@@ -342,12 +344,12 @@ bool RemoteApplication::isRunning()
 
 QString RemoteApplication::standardOutput() const
 {
-    return QString::fromLocal8Bit(d->process->standardOutput());
+    return decodedLocal8Bit(d->process->standardOutput());
 }
 
 QString RemoteApplication::standardError() const
 {
-    return QString::fromLocal8Bit(d->process->standardError());
+    return decodedLocal8Bit(d->process->standardError());
 }
 
 } // namespace Morvex

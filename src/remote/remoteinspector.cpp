@@ -1,5 +1,7 @@
 #include "remote/remoteinspector.h"
 
+#include "objectmodel/value/decodedtext.h"
+
 #include "objectmodel/class.h"
 #include "objectmodel/namespace.h"
 #include "objectmodel/value/valueobject.h"
@@ -91,7 +93,7 @@ SharedPtr<Object> RemoteInspector::makeBool(bool value)
 
 SharedPtr<Object> RemoteInspector::makeString(const QByteArray &utf8)
 {
-    return d->make(QString::fromUtf8(utf8));
+    return d->make(decodedUtf8(utf8));
 }
 
 const Class *RemoteInspector::findClass(const QString &name)

@@ -1,5 +1,7 @@
 #include "shared/confparser.h"
 
+#include "objectmodel/value/decodedtext.h"
+
 #include "shared/environment.h"
 #include "shared/text/expandreferences.h"
 
@@ -80,7 +82,7 @@ void ConfParser::parse(const QString &fileName)
         return;
     }
     Position position;
-    position.text = QString::fromUtf8(file.readAll());
+    position.text = decodedUtf8(file.readAll());
     for (;;) {
         position.eatWhitespaceAndNewline();
         if (position.atEnd())

@@ -1,5 +1,6 @@
 #include "test/tablediff.h"
 
+#include "shared/text/patternbounds.h"
 #include "shared/xmltablerange.h"
 #include "test/verification/diff.h"
 
@@ -16,23 +17,6 @@ namespace {
 // Those of QRegExp; a text without any is a pattern that stands for itself.
 const char specialCharacters[] = "\\^$.|?*+()[]{}";
 
-// The pattern engine calls itself for each level of parentheses.
-bool nestsTooDeep(const std::string &pattern)
-{
-    const int maxDepth = 200;
-    int depth = 0;
-    int deepest = 0;
-    for (std::size_t i = 0; i < pattern.size(); ++i) {
-        if (pattern[i] == '\\')
-            ++i;
-        else if (pattern[i] == '(')
-            deepest = std::max(deepest, ++depth);
-        else if (pattern[i] == ')')
-            depth = std::max(0, depth - 1);
-    }
-    return deepest > maxDepth;
-}
-
 // A non-empty expected text is a pattern as well, and then the colour is not looked at.
 bool cellEqual(const XmlTableRange::Cell &expected, const XmlTableRange::Cell &actual)
 {
@@ -45,10 +29,14 @@ bool cellEqual(const XmlTableRange::Cell &expected, const XmlTableRange::Cell &a
         actual.pattern.reset();
         return true;
     }
-    if (isPlain || expected.text.empty() || nestsTooDeep(expected.text))
+    if (isPlain || expected.text.empty())
         return false;
-    if (!expected.pattern)
-        expected.pattern.emplace(QString::fromStdString(expected.text));
+    if (!expected.pattern) {
+        const QString pattern = QString::fromStdString(expected.text);
+        if (!isBoundedPattern(pattern))
+            return false;
+        expected.pattern.emplace(pattern);
+    }
     if (!expected.pattern->exactMatch(QString::fromStdString(actual.text)))
         return false;
     actual.pattern = expected.pattern;

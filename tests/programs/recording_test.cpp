@@ -22,13 +22,14 @@ const char inventorySession[] =
     "key ctrl+a\n type Big bolts\n key Return\n at 38 100\n at 78 43\n at 268 250\n type Rivets\n"
     "key Tab\n type 7\n at 268 313\n at 268 380\n key alt+s\n key Down Return\n sleep 1\n";
 
+// Buttons that are used by keys are down for a while, which users wait for.
 const char calculatorSession[] =
-    "at 41 149\n at 179 164\n at 87 149\n at 179 227\n at 231 148\n type 12*3\n key Return\n"
-    "type +4.5\n key Return\n key Escape\n at 64 241\n at 41 210\n at 133 241\n at 87 210\n"
-    "at 179 117\n at 133 210\n at 179 227\n at 231 148\n at 41 179\n at 87 179\n at 133 117\n"
-    "at 133 179\n at 179 227\n at 231 241\n at 231 117\n type (7-2)*3\n key Return\n key ctrl+z\n"
-    "key alt+s\n key Escape\n at 41 149\n at 87 117\n at 41 210\n at 64 241\n at 179 227\n"
-    "at 231 148\n at 133 149\n at 179 164\n at 87 210\n at 179 227\n";
+    "at 231 148\n at 41 149\n at 179 164\n at 87 149\n at 179 227\n type *3\n key Return\n sleep "
+    "1\n"
+    "type +4.5\n key Return\n sleep 1\n at 179 117\n at 64 241\n at 133 241\n at 41 210\n"
+    "at 87 210\n at 179 227\n at 133 117\n at 87 210\n at 179 227\n at 231 241\n type +(7-2)*3\n"
+    "key Return\n sleep 1\n key alt+s popup\n key Escape\n at 179 117\n at 41 210\n at 133 241\n"
+    "at 87 179\n at 179 227\n at 87 117\n at 41 210\n at 64 241\n at 179 227\n key ctrl+c\n";
 
 const char editorSession[] =
     "type Hello world\n key Return\n type second <line> & more\n key Return\n type third\n"
@@ -37,7 +38,19 @@ const char editorSession[] =
     "key BackSpace\n at 237 42\n at 250 459\n type second\n key Return\n key ctrl+n\n"
     "type other tab\n at 50 79\n key ctrl+End\n type 4\n key ctrl+z\n key ctrl+shift+z\n key Home\n"
     "key Delete\n key End\n type five\n key Left\n key BackSpace\n"
-    "key ctrl+s\n window Save as\n key ctrl+a\n type saved.txt\n key Return\n";
+    "key ctrl+s\n window Save as\n key ctrl+a\n type saved.txt\n key Return\n window featherpad\n";
+
+// What the application holds at the end of a script.
+const char tableEnd[] = "var rows = [];\n"
+                        "for (let row = 0; row < find(names.articles).get('rowCount'); ++row)\n"
+                        "    rows.push([0, 1].map(column => find(names.articles).item(row, column)"
+                        ".text()).join(' '));\n"
+                        "log.info(rows.join(', '));\n";
+const char copyEnd[] = "application.start('inventory');\n"
+                       "find({name: 'name'}).type('<Ctrl+V>');\n"
+                       "log.info(find({name: 'name'}).get('text'));\n";
+const char textEnd[] = "log.info(JSON.stringify(find({type: 'FeatherPad::TextEdit', visible: true})"
+                       ".get('plainText')));\n";
 
 } // namespace
 
@@ -49,11 +62,14 @@ protected:
         runner.addFile("suite.conf", "VERSION = 3\nAUT = " + name + "\n");
     }
 
-    // As it was, with another look, with another size.
-    void expectReplays(const QString &application)
+    // As it was, with another look, with another size; each time to the same end.
+    void expectReplays(const QString &application, const QByteArray &end,
+                       const QByteArray &expectedEnd)
     {
-        EXPECT_FALSE(QString(script()).contains(QRegularExpression("snooze|\\([0-9]+, [0-9]+\\);")))
+        EXPECT_FALSE(QString(script()).contains(
+            QRegularExpression("snooze|(lick|drag)\\([0-9]+, [0-9]+|[{ ][xy]: ")))
             << script().constData();
+        runner.addTestCase("tst_recorded", script() + end);
         for (const QStringList &options : {QStringList(), QStringList{"-style", "windows"},
                                            QStringList{"-qwindowgeometry", "640x500"}}) {
             const QStringList aut =
@@ -62,7 +78,38 @@ protected:
             EXPECT_EQ(output.status, 0) << options.join(' ').toStdString() << "\n"
                                         << output.standardOutput.constData()
                                         << output.standardError.constData() << script().constData();
+            EXPECT_TRUE(RunnerProcess::resultsOf(output).contains("LOG " + expectedEnd + "|"))
+                << output.standardOutput.constData() << script().constData();
         }
+    }
+
+    // Of what the point is of, by something else than the user.
+    void expectRedByLabel(const QByteArray &point)
+    {
+        QString changed = script();
+        changed.replace(
+            QRegularExpression("(?=check\\.point\\(\"" + point + "\", .object: ([^,]*))"),
+            "snooze(1); find(\\1).set('text', 'other');\n");
+        runner.addTestCase("tst_recorded", changed.toUtf8());
+        output = runner.runSuite({});
+        EXPECT_EQ(RunnerProcess::resultsOf(output).filter("FAIL ").size(), 1)
+            << output.standardOutput.constData() << script().constData();
+    }
+
+    // The user gives this answer in a terminal.
+    int statusAfter(const QByteArray &answer)
+    {
+        QProcess terminal;
+        terminal.setProcessEnvironment(runner.environment);
+        terminal.start("script",
+                       {"-qec",
+                        RunnerProcess::program() + " --record tst_recorded " + runner.suitePath(),
+                        "/dev/null"});
+        terminal.write(answer);
+        terminal.closeWriteChannel();
+        EXPECT_TRUE(terminal.waitForFinished());
+        EXPECT_TRUE(terminal.readAllStandardOutput().contains("[y/n]"));
+        return terminal.exitCode();
     }
 
     void expectRefusal(const QStringList &options, const QByteArray &reason)
@@ -147,17 +194,11 @@ TEST_F(RecordingTest, ASessionWithTheInventoryRunsAgainAndItsChecksTurnRed)
             point.keys + " Return\n");
     waitFor("properties_2");
     interrupt();
-    expectReplays("inventory");
+    expectReplays("inventory", tableEnd,
+                  "Big bolts 40, Nuts 35, Screws 12, Pins & <clips> 2, Rivets 7");
     for (const char *point : {"properties_1", "table_1", "picture_1", "look_1", "properties_2"})
         EXPECT_TRUE(output.standardOutput.contains(point)) << point;
-    QByteArray changed = script();
-    changed.replace("check.point(\"properties_2\"",
-                    "snooze(1); find(names.state).set('text', 'other');\n"
-                    "check.point(\"properties_2\"");
-    runner.addTestCase("tst_recorded", changed);
-    output = runner.runSuite({});
-    EXPECT_EQ(RunnerProcess::resultsOf(output).filter("FAIL ").size(), 1)
-        << output.standardOutput.constData();
+    expectRedByLabel("properties_2");
 }
 
 TEST_F(RecordingTest, SessionsWithProgramsThatOthersWroteRunAgain)
@@ -167,7 +208,13 @@ TEST_F(RecordingTest, SessionsWithProgramsThatOthersWroteRunAgain)
         const char *program;
         const char *window;
         const char *session;
-    } rows[] = {{"kcalc", "kcalc", calculatorSession}, {"featherpad", "featherpad", editorSession}};
+        const char *label;
+        const char *end;
+        const char *expectedEnd;
+    } rows[] = {{"kcalc", "kcalc", calculatorSession, "41 149", copyEnd, "-8.526"},
+                {"featherpad", "featherpad", editorSession, "632 459", textEnd,
+                 "\"\\\\nsecond <line> & more\\\\nthirdHello world\\\\nsecond <line> & "
+                 "more\\\\nthirdla\\\\n\""}};
     for (const auto &row : rows) {
         if (QStandardPaths::findExecutable(row.program).isEmpty()) {
             EXPECT_TRUE(qEnvironmentVariableIsEmpty("CI")) << row.program;
@@ -177,8 +224,11 @@ TEST_F(RecordingTest, SessionsWithProgramsThatOthersWroteRunAgain)
         useApplication(row.program);
         record({}, {}, row.window);
         act(row.session);
+        act(QByteArray("hover ") + row.label + "\n key ctrl+alt+shift+v popup\n key Down Return\n");
+        waitFor("properties_1");
         interrupt();
-        expectReplays(row.program);
+        expectReplays(row.program, row.end, row.expectedEnd);
+        expectRedByLabel("properties_1");
     }
 }
 
@@ -187,13 +237,13 @@ TEST_F(RecordingTest, WhatAKilledRecorderHasSeenIsNotLost)
     record({}, program, "^Recorded$");
     act("at 145 160\n");
     waitFor("name='on'");
-    expectRefusal({}, "--finish");
+    expectRefusal({}, "is being recorded by another process");
     expectRefusal({"--finish"}, "is being recorded by another process");
     ::kill(static_cast<pid_t>(recorder.processId()), SIGKILL);
     recorder.waitForFinished();
     expectRefusal({}, "--finish");
-    output = runner.run({"--finish", "--record", "tst_recorded", runner.suitePath()});
-    EXPECT_EQ(output.status, 0) << output.standardError.constData();
+    EXPECT_EQ(statusAfter("n\n"), 2);
+    EXPECT_EQ(statusAfter("y\n"), 0);
     EXPECT_TRUE(script().endsWith(");\nfind(names.on).click();\n")) << script().constData();
     expectRefusal({}, "already exists");
     removeRecorded();

@@ -232,6 +232,9 @@ TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
     } rows[] = {
         {0, "new Return", false, "new|2026-11-22|2.5|low|text", "table.item(\"a\").edit(\"new\");"},
         {0, "F2 End b", true, "ab|2026-11-22|2.5|low|text", "table.item(\"a\").edit(\"ab\");"},
+        {0, "new Tab x Escape", false, "new|2026-11-22|2.5|low|text",
+         "table.item(\"a\").edit(\"new\");"},
+        {0, "F2 b Escape", false, "a|2026-11-22|2.5|low|text", ""},
         {1, "F2 Up Return", false, "a|2026-11-23|2.5|low|text",
          "table.item(\"2026-11-22\").edit(\"2026-11-23\");"},
         {2, "F2 Up Return", false, "a|2026-11-22|3.5|low|text",
@@ -249,11 +252,59 @@ TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
             click(child<QWidget>("table"));
         EXPECT_EQ(contentOf(window.get()), row.content);
         const QString lines = script();
-        EXPECT_EQ(lines.count('\n') + 1, row.isLeftByMouse ? 2 : 1) << lines.toStdString();
         EXPECT_EQ(lines.section('\n', 0, 0), row.script);
+        EXPECT_EQ(lines.count('\n'), row.isLeftByMouse ? 1 : 0) << lines.toStdString();
         replay();
         EXPECT_EQ(contentOf(replayed.get()), row.content) << lines.toStdString();
     }
+}
+
+TEST_F(KeyActionsTest, ADateIsAlsoEditedAsItIsShown)
+{
+    record(makeTable);
+    Morvex::QtInspector player;
+    QString error;
+    const QVariant table = player.findObject("table", nullptr)->id();
+    const QVariantList cell{0, 1};
+    player.callFunction("useItem", {table, "edit", cell, "01.02.27"}, &error);
+    EXPECT_EQ(error, QString());
+    EXPECT_EQ(contentOf(window.get()), "a|2027-02-01|2.5|low|text");
+    player.callFunction("useItem", {table, "edit", cell, "1/2/27"}, &error);
+    EXPECT_EQ(error.section(": ", -1), "the editor doesn't take '1/2/27'");
+}
+
+// A place in the text is the same with any width of the window.
+TEST_F(KeyActionsTest, AClickInATextGoesThereAgainHoweverItsLinesAreBroken)
+{
+    QString text;
+    for (int i = 0; i < 60; ++i)
+        text += QString("word\u0301%1 ").arg(i);
+    int width = 500;
+    record([&](QWidget *made) {
+        auto *edit = new QTextEdit(text);
+        edit->setObjectName("edit");
+        edit->setAlignment(Qt::AlignCenter);
+        made->layout()->addWidget(edit);
+        made->layout()->addWidget(new QLineEdit);
+        made->resize(width, 400);
+    });
+    auto *edit = child<QTextEdit>("edit");
+    QTextCursor cursor = edit->document()->find("30 ");
+    const QPoint place = edit->cursorRect(cursor).center();
+    for (const QPoint &first : {QPoint(20, 20), place}) {
+        QTest::qWait(1);
+        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                          edit->viewport()->mapTo(window.get(), first));
+        QCoreApplication::processEvents();
+    }
+    press("X");
+    const QString expected = edit->toPlainText();
+    EXPECT_TRUE(expected.contains("30 X")) << expected.toStdString();
+    EXPECT_EQ(script().count("<Ctrl+"), 1) << script().toStdString();
+    width = 300;
+    replay();
+    EXPECT_EQ(replayed->findChild<QTextEdit *>("edit")->toPlainText(), expected)
+        << script().toStdString();
 }
 
 TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)

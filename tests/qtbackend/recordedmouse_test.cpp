@@ -31,6 +31,17 @@ TEST_F(RecordedMouseTest, TheWheelOverAValueChangesItAgainAndScrollingIsLeftOut)
     EXPECT_GT(level->value(), 0);
 }
 
+TEST_F(RecordedMouseTest, ADoubleClickIsNotTwoClicks)
+{
+    auto *list = add<QListWidget>("list", {0, 0, 100, 100});
+    list->addItems({"First", "Second"});
+    record();
+    const Place first = at(list->viewport(), 10, 5);
+    click(first);
+    clickAtOnce(first);
+    EXPECT_EQ(perform(), QStringList("doubleClick list First"));
+}
+
 TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
 {
     auto *level = add<QSlider>("level", {0, 0, 30, 300});

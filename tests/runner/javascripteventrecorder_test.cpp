@@ -195,6 +195,41 @@ TEST_F(JavaScriptEventRecorderTest, WaitsArePrintedWhenTheStatementDoesNotWaitLo
         << lines.join('\n').toStdString();
 }
 
+// Users think for a while; what they waited for is another thing.
+TEST_F(JavaScriptEventRecorderTest, PausesOfAUserAreWaitsForWhatMayHaveComeLate)
+{
+    const char actions[] =
+        R"([{"number":1,"time":1,"what":"click","object":"a"},
+            {"number":2,"time":20000000,"what":"type","object":"b","text":"x"},
+            {"number":3,"time":20700000,"what":"type","object":"b","text":"y"},
+            {"number":4,"time":32000000,"what":"click","object":"{type='QMenuBar'}","item":["m"]},
+            {"number":5,"time":45000000,"what":"click","object":"v","item":["i"]},
+            {"number":6,"time":57000000,"what":"click","object":"{text='c' visible='true'}",
+             "waits":["visible"]},
+            {"number":7,"time":69000000,"what":"click","object":"d","waits":["enabled"]}])";
+    const std::pair<EventRecorder::Synchronization, QStringList> rows[] = {
+        {EventRecorder::OBJECT_SYNC,
+         {"find(\"a\").click();", "find(\"b\").type(\"xy\");",
+          "find(\"{type='QMenuBar'}\").item(\"m\").click();",
+          "find(\"v\").item(\"i\", 15000).text();", "find(\"v\").item(\"i\").click();",
+          "find(\"{text='c' visible='true'}\", 15000);",
+          "find(\"{text='c' visible='true'}\").click();", "find(\"d\", 15000);",
+          "find(\"d\").waitFor(\"enabled\", true);", "find(\"d\").click();"}},
+        {EventRecorder::SNOOZE_SYNC,
+         {"find(\"a\").click();", "snooze(20.0);", "find(\"b\").type(\"x\");", "snooze(0.7);",
+          "find(\"b\").type(\"y\");", "snooze(11.3);",
+          "find(\"{type='QMenuBar'}\").item(\"m\").click();", "snooze(13.0);",
+          "find(\"v\").item(\"i\").click();", "snooze(12.0);",
+          "find(\"{text='c' visible='true'}\").click();", "snooze(12.0);", "find(\"d\").click();"}},
+    };
+    for (const auto &[synchronization, expected] : rows)
+        EXPECT_EQ(recorded(synchronization, nullptr,
+                           eventsOfActions(QJsonDocument::fromJson(actions).array().toVariantList(),
+                                           synchronization == EventRecorder::OBJECT_SYNC,
+                                           synchronization == EventRecorder::SNOOZE_SYNC)),
+                  expected);
+}
+
 TEST_F(JavaScriptEventRecorderTest, AnEventThatScriptsCanNotRepeatIsSeenInTheScript)
 {
     EXPECT_EQ(recorded(EventRecorder::NO_SYNC, nullptr, {action("a\nb", "swipe", {text("\n")})}),

@@ -104,6 +104,13 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         {{"--testcase", "tst_a", "--aut", "app", suite},
          "there is no test case 'tst_a' in the current directory; --aut takes all that follows, so "
          "the suite directory has to come before it"},
+        {{"--migrate-names", "--aut", "app", suite},
+         "--migrate-names: there is no suite directory ''; --aut takes all that follows, so the "
+         "suite directory has to come before it"},
+        {{"--random", "2024"},
+         "no suite directory was given; --random has taken '2024' for its seed; see morvexrunner "
+         "--help"},
+        {{"--finish", suite}, "--finish and --sync need --record; see morvexrunner --help"},
         {{suite, "--aut", "app", "an \"x\""},
          "--aut: an argument must not be empty or have a double quote: 'an \"x\"'"},
         {{"--testcase", "a", "--testcase", "b"},
@@ -151,6 +158,19 @@ TEST_F(RunnerTest, AReportThatCannotBeCreatedStopsTheRunBeforeItStarts)
     }
 }
 
+TEST_F(RunnerTest, AListThatIsNotWholeShowsInTheStatus)
+{
+    if (!QFileInfo::exists("/dev/full"))
+        GTEST_SKIP() << "There is no /dev/full";
+    addPassing({"tst_a"});
+    QProcess process;
+    process.setStandardOutputFile("/dev/full");
+    process.start(RunnerProcess::program(), {"--list", runner.suitePath()});
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_NE(process.readAllStandardError(), "");
+}
+
 TEST_F(RunnerTest, AReportThatIsNotWholeShowsInTheStatus)
 {
     if (!QFileInfo::exists("/dev/full"))
@@ -168,6 +188,17 @@ TEST_F(RunnerTest, AReportThatIsNotWholeShowsInTheStatus)
             runner.run(report + QStringList{"--testcase", "tst_a"}, runner.suitePath()).status, 1)
             << name;
     }
+}
+
+TEST_F(RunnerTest, AnInstallationWithoutTheLibrarySaysWhatItLacks)
+{
+    const QString program = runner.suitePath() + "/morvexrunner";
+    ASSERT_TRUE(QFile::copy(RunnerProcess::program(), program));
+    const RunnerOutput output = runBy(program, {"--list", "."});
+    EXPECT_EQ(output.status, 2);
+    EXPECT_TRUE(output.standardError.startsWith("morvexrunner: the library of the runner can't be"))
+        << output.standardError.toStdString();
+    EXPECT_TRUE(output.standardError.contains("/morvexrunner.so: cannot open"));
 }
 
 TEST_F(RunnerTest, HelpAndVersion)

@@ -209,10 +209,20 @@ TEST_F(ScriptTest, TheEnvironmentAndTheArgumentsReachTheScript)
 
 TEST_F(ScriptTest, PausesAreStretchedByTheirFactor)
 {
-    EXPECT_EQ(results("var start = Date.now(); snooze(0.1); snooze(-1); snooze('x');\n"
+    EXPECT_EQ(results("var start = Date.now(); snooze(0.1); snooze(-1);\n"
                       "check.that(Date.now() - start >= 290, 'm');",
                       {"--snoozeFactor", "3"}),
               QStringList("PASS m|The condition holds."));
+}
+
+TEST_F(ScriptTest, TextsOfFilesAreWholeAndNoneIsEmptiedByMistake)
+{
+    const QStringList lines =
+        results("file.write('f', 'a\\0b'); check.equal(file.read('f'), 'a\\0b');\n"
+                "try { file.write('f'); } catch (error) { log.info(file.read('f').length); }\n"
+                "try { snooze('x'); } catch (error) { log.info(error.name); }");
+    EXPECT_TRUE(lines.value(0).startsWith("PASS "));
+    EXPECT_EQ(lines.mid(1), (QStringList{"LOG 3|", "LOG TypeError|"}));
 }
 
 TEST_F(ScriptTest, TestCasesThatCannotBeRunAreErrors)

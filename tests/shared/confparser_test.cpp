@@ -61,6 +61,9 @@ TEST_F(ConfParserTest, ErrorsNameThePlaceAndKeepWhatCameBefore)
         EXPECT_EQ(parser.error(), path + error) << text;
         EXPECT_EQ(parser.entries().keys(), keys) << text;
     }
+    // A file of zeros, as a power loss leaves it, must not be an empty suite.
+    EXPECT_EQ(parse(QByteArray("A = 1\n\0\nB = 2", 13)).error(),
+              path + ": Syntax error in line 2, column 2. Expected '='");
     EXPECT_EQ(ConfParser("/no/such/file", true).error(),
               "Couldn't open '/no/such/file' for reading.");
 }

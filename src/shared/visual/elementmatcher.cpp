@@ -1,5 +1,7 @@
 #include "shared/visual/elementmatcher.h"
 
+#include "shared/text/patternbounds.h"
+
 namespace Morvex {
 namespace {
 
@@ -105,11 +107,14 @@ bool ElementMatcher::matches(const TitanPropertyCheck &check, const QString &exp
 bool ElementMatcher::matchesPattern(const TitanPropertyCheck &check, const QString &actual)
 {
     auto pattern = m_patterns.find(&check);
-    if (pattern == m_patterns.end())
-        pattern = m_patterns.insert(&check, QRegExp(check.value, Qt::CaseSensitive,
-                                                    check.mode == TitanPropertyCheck::Wildcard
-                                                        ? QRegExp::Wildcard
-                                                        : QRegExp::RegExp2));
+    if (pattern == m_patterns.end()) {
+        const bool isWildcard = check.mode == TitanPropertyCheck::Wildcard;
+        if (!isWildcard && !isBoundedPattern(check.value))
+            return false;
+        pattern =
+            m_patterns.insert(&check, QRegExp(check.value, Qt::CaseSensitive,
+                                              isWildcard ? QRegExp::Wildcard : QRegExp::RegExp2));
+    }
     return pattern->exactMatch(actual);
 }
 

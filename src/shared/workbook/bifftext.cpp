@@ -121,10 +121,22 @@ QString readSharedString(PieceReader &reader)
     return text;
 }
 
+// Whether each byte is a letter of its own. Programs that write the code page of UTF-16 still
+// store texts without other letters so.
+bool isPlainLatin(std::string_view text)
+{
+    const auto isControl = [](char c) {
+        const auto byte = static_cast<quint8>(c);
+        return (byte < 0x20 && byte != '\n' && byte != '\t') || (byte >= 0x7f && byte < 0xa0);
+    };
+    return text.size() % 2 != 0 || std::none_of(text.begin(), text.end(), isControl);
+}
+
 } // namespace
 
 BiffText::BiffText(QTextCodec *codec, int length, std::string_view piece)
     : m_decoder(codec ? codec->makeDecoder() : nullptr)
+    , m_mayBeLatin(codec && codec->name() == "UTF-16LE")
     , m_text(QLatin1String(""))
     , m_left(length)
 {
@@ -136,7 +148,10 @@ void BiffText::append(std::string_view piece)
     const int size = static_cast<int>(piece.size());
     if (m_decoder) {
         const int length = std::min(m_left, size);
-        m_text += m_decoder->toUnicode(piece.data(), length);
+        const bool isLatin =
+            m_mayBeLatin && isPlainLatin(piece.substr(0, static_cast<std::size_t>(length)));
+        m_text += isLatin ? QString::fromLatin1(piece.data(), length)
+                          : m_decoder->toUnicode(piece.data(), length);
         m_left -= length;
     } else if (size > 0) {
         const auto flags = static_cast<quint8>(piece.front());
@@ -151,6 +166,9 @@ QTextCodec *codecOfCodePage(quint16 codePage)
     const quint16 oldMacintosh = 0x8000;
     const quint16 oldWindows = 0x8001;
     const quint16 macintosh = 10000;
+    const quint16 utf16 = 1200;
+    if (codePage == utf16)
+        return QTextCodec::codecForName("UTF-16LE");
     if (codePage == oldMacintosh || codePage == macintosh)
         return QTextCodec::codecForName("macintosh");
     const QByteArray number = QByteArray::number(codePage == oldWindows ? 1252 : codePage);

@@ -28,6 +28,7 @@ public:
 
 private:
     std::unique_ptr<QTextDecoder> m_decoder;
+    bool m_mayBeLatin = false;
     QString m_text;
     int m_left = 0;
 };

@@ -1,5 +1,7 @@
 #include "test/testvp.h"
 
+#include "objectmodel/value/decodedtext.h"
+
 #include "objectmodel/inspector.h"
 #include "objectmodel/value/propertypath.h"
 #include "shared/testdata.h"
@@ -19,7 +21,7 @@ std::optional<QString> storedValue(const QDomElement &element, int version)
     const QDomNode value = element.elementsByTagName(QStringLiteral("base64EncodedValue")).item(0);
     if (value.isNull())
         return std::nullopt;
-    return QString::fromUtf8(QByteArray::fromBase64(value.toElement().text().toLatin1()));
+    return decodedUtf8(QByteArray::fromBase64(value.toElement().text().toLatin1()));
 }
 
 QString fieldPrefix(const TestDataRecord &record, const QString &column)
@@ -57,6 +59,10 @@ std::optional<Expectation> expectationOf(const QDomElement &element, VPCall &cal
                                      "passed for a data field"));
         return std::nullopt;
     }
+    if (call.record->dataSet()->fieldIndex(*stored) < 0)
+        qWarning("Morvex: '%s' has no field '%s', whose value a verification point expects; an "
+                 "empty text is expected",
+                 qUtf8Printable(call.record->dataSet()->dataName()), qUtf8Printable(*stored));
     return Expectation{call.record->valueAsString(*stored),
                        call.name + fieldPrefix(*call.record, *stored)};
 }

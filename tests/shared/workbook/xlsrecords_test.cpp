@@ -220,10 +220,19 @@ TEST_F(XlsRecordsTest, ARangeOfNumbersEndsWithItsRowAndTheLastOfTwoCellsCounts)
 TEST_F(XlsRecordsTest, TextsAreInTheCodePageOfTheFile)
 {
     const std::tuple<int, const char *, const char *> rows[] = {
-        {437, "\x84", "\u00e4"},    {850, "\x84", "\u00e4"},     {852, "\x84", "\u00e4"},
-        {865, "\x84", "\u00e4"},    {866, "\x84", "\u0414"},     {1251, "\xc4", "\u0414"},
-        {1252, "\xe4", "\u00e4"},   {10000, "\x8a", "\u00e4"},   {0x8000, "\x8a", "\u00e4"},
-        {0x8001, "\xe4", "\u00e4"}, {932, "\x82\xa0", "\u3042"},
+        {437, "\x84", "\u00e4"},
+        {850, "\x84", "\u00e4"},
+        {852, "\x84", "\u00e4"},
+        {865, "\x84", "\u00e4"},
+        {866, "\x84", "\u0414"},
+        {1251, "\xc4", "\u0414"},
+        {1252, "\xe4", "\u00e4"},
+        {10000, "\x8a", "\u00e4"},
+        {0x8000, "\x8a", "\u00e4"},
+        {0x8001, "\xe4", "\u00e4"},
+        {932, "\x82\xa0", "\u3042"},
+        {1200, "rich", "rich"},
+        {1200, "-N\x87\x65", "\u4e2d\u6587"},
     };
     for (const auto &[codePage, encoded, given] : rows) {
         const QByteArray bytes = encoded;

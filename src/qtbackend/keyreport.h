@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+
+namespace Morvex {
+
+class ActionReport;
+
+/// Reports keys one by one, as they are pressed.
+class KeyReport
+{
+public:
+    explicit KeyReport(ActionReport &report)
+        : m_report(report)
+    {
+    }
+
+    /// The keys as typeText takes them. Returns the number of the action.
+    int add(QObject *target, const QString &keys);
+    /// That something is typed that is not for others to see: once for all keys, as their number
+    /// is a secret, too.
+    void addSecret(QObject *target);
+
+    /// Null before the first, and when it no longer exists.
+    QObject *target() const { return m_typedInto; }
+    QString lastKeys() const { return m_lastKeys; }
+
+private:
+    ActionReport &m_report;
+    int m_lastSecret = 0;
+    // What was typed into last, as long as nothing else was done.
+    QPointer<QObject> m_typedInto;
+    QString m_typedIntoName;
+    QString m_lastKeys;
+    int m_lastTyped = 0;
+};
+
+} // namespace Morvex

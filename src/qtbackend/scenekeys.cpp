@@ -1,0 +1,192 @@
+#include "qtbackend/scenekeys.h"
+
+#include "qtbackend/actionreport.h"
+#include "qtbackend/recordedkeys.h"
+#include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenetarget.h"
+#include "qtbackend/sceneview.h"
+
+#include <QKeyEvent>
+#include <QKeySequence>
+#include <QShortcutEvent>
+
+#include <utility>
+
+namespace Morvex {
+namespace {
+
+QObject *focusIn(const QObject *root)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    return root ? access.focusIn(access.windowOf(root)) : nullptr;
+}
+
+// The one that was opened last; null when there is none.
+QObject *popupIn(const QObject *root)
+{
+    const QObjectList popups = SceneAccess::self()->popupsIn(root);
+    return popups.isEmpty() ? nullptr : popups.last();
+}
+
+QObject *boxOf(const QObject *popup)
+{
+    QObject *owner = popup ? popup->property("parent").value<QObject *>() : nullptr;
+    return isSceneComboBox(owner) ? owner : nullptr;
+}
+
+// By the pointer or keys; null for none.
+QObject *currentEntryOf(const QObject *menu)
+{
+    const int index = menu->property("currentIndex").toInt();
+    QObject *list = menu->property("contentItem").value<QObject *>();
+    for (QObject *entry : list &&index >= 0 ? delegatesOf(list) : QObjectList()) {
+        if (sceneRowNumber(list, entry) == index)
+            return entry;
+    }
+    return nullptr;
+}
+
+// A window, with what has no name in it, leaves the focus where it is.
+QObject *typedInto(QObject *root, QObject *focus)
+{
+    QObject *owner = focus ? sceneOwnerOf(focus) : nullptr;
+    const bool isMeant = owner && !owner->inherits("QQuickContentItem") &&
+                         (isSceneText(owner) || !owner->objectName().isEmpty() ||
+                          owner->inherits("QQuickItemView") ||
+                          (owner->inherits("QQuickControl") && !owner->inherits("QQuickPane")));
+    return isMeant ? owner : sceneWindowOf(root);
+}
+
+bool isAllSelected(const QObject *item)
+{
+    const QString selected = item ? item->property("selectedText").toString() : QString();
+    return !selected.isEmpty() && selected.size() == item->property("length").toInt();
+}
+
+} // namespace
+
+void SceneKeys::press(QObject *root, const QKeyEvent &event)
+{
+    m_choice = {};
+    QObject *focus = focusIn(root);
+    QObject *popup = popupIn(root);
+    if (QObject *box = boxOf(popup))
+        typeInComboBox(box, popup, event);
+    else if (popup && popup->inherits("QQuickMenu"))
+        typeInMenu(root, popup, event);
+    else if (focus && focus->inherits("QQuickAbstractButton") && isPushKey(event)) {
+        if (!event.isAutoRepeat())
+            m_report.add(QStringLiteral("click"), focus);
+    } else if (!isSceneComboBox(focus) || !isPushKey(event))
+        type(root, focus, event);
+}
+
+// Most entries are chosen by it.
+void SceneKeys::release()
+{
+    m_choice.isReleased = true;
+}
+
+void SceneKeys::typeInComboBox(QObject *box, QObject *popup, const QKeyEvent &event)
+{
+    const int row = box->property("highlightedIndex").toInt();
+    const bool isChoice = isChoiceKey(event) || isPushKey(event);
+    if (!isChoice || row < 0 || event.isAutoRepeat())
+        return;
+    QString text;
+    QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
+    m_choice.popup = popup;
+    m_choice.number =
+        m_report.add(QStringLiteral("click"), box, {{QStringLiteral("item"), QVariantList{text}}});
+}
+
+void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
+{
+    QObject *entry = currentEntryOf(menu);
+    const bool hasMenu = entry && entry->property("subMenu").value<QObject *>();
+    const bool isChoice = isChoiceKey(event) || isPushKey(event);
+    if (entry && (isChoice || (hasMenu && event.key() == Qt::Key_Right))) {
+        m_choice.number = m_report.add(QStringLiteral("click"), entry);
+        m_choice.popup = hasMenu ? nullptr : menu;
+        return;
+    }
+    const QString keys = typedKeyOf(event);
+    if (!keys.isEmpty() && event.key() != Qt::Key_Up && event.key() != Qt::Key_Down)
+        m_typed.add(sceneWindowOf(root), keys);
+}
+
+void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
+{
+    const QString keys = typedKeyOf(event);
+    if (keys.isEmpty())
+        return;
+    QObject *target = typedInto(root, focus);
+    m_heldBack.clear();
+    if (isSecretInput(focus) && !mayShow(target, event, keys))
+        return;
+    const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");
+    if (isText && focus && focus->property("readOnly").toBool())
+        return;
+    if (std::exchange(m_hasMovedFocus, false) &&
+        (isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete))
+        selectAllAsShown(target, focus);
+    const int number = m_typed.add(target, keys);
+    if (isTabKey(event))
+        m_tab = {root, focus, number};
+}
+
+// Of what changes the secret it is said that it was changed; of what may be a shortcut only once it
+// has come to that.
+bool SceneKeys::mayShow(QObject *field, const QKeyEvent &event, const QString &keys)
+{
+    const SecretKey kind = secretKeyOf(event);
+    if (kind == SecretKey::Text || kind == SecretKey::Inserting || kind == SecretKey::Deleting)
+        m_typed.addSecret(field);
+    else if (kind == SecretKey::Command)
+        m_heldBack = keys;
+    return kind == SecretKey::Shown;
+}
+
+void SceneKeys::selectAllAsShown(QObject *target, QObject *focus)
+{
+    if (isAllSelected(focus))
+        m_typed.add(target, QStringLiteral("<Ctrl+A>"));
+}
+
+void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
+{
+    // The first keys were offered before.
+    const int count = event.key().count();
+    const QString last = QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
+    const QString keys =
+        count > 1 ? QLatin1Char('<') + last + QLatin1Char('>') : std::exchange(m_heldBack, {});
+    if (!keys.isEmpty())
+        m_typed.add(typedInto(root, focusIn(root)), keys);
+}
+
+void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)
+{
+    if (event.commitString().isEmpty())
+        return;
+    if (isSecretInput(item))
+        m_typed.addSecret(sceneOwnerOf(item));
+    else
+        m_typed.add(sceneOwnerOf(item), typedTextOf(event.commitString()));
+}
+
+void SceneKeys::settle()
+{
+    // A key that only moves the focus is none that a script would type.
+    if (m_tab.number > 0 && m_tab.focus != focusIn(m_tab.root)) {
+        m_report.cancel(m_tab.number);
+        m_hasMovedFocus = true;
+    }
+    m_tab = {};
+    if (!m_choice.isReleased)
+        return;
+    if (m_choice.popup && m_choice.popup->property("opened").toBool())
+        m_report.cancel(m_choice.number);
+    m_choice = {};
+}
+
+} // namespace Morvex

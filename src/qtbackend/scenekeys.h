@@ -1,0 +1,64 @@
+#pragma once
+
+#include "qtbackend/keyreport.h"
+
+class QInputMethodEvent;
+class QKeyEvent;
+class QShortcutEvent;
+
+namespace Morvex {
+
+/// What the user types into items of Qt Quick, from the events before they are delivered.
+class SceneKeys
+{
+public:
+    explicit SceneKeys(ActionReport &report)
+        : m_report(report)
+        , m_typed(report)
+    {
+    }
+
+    // The root has all items of the window or widget that gets the keys.
+
+    /// A key that is pressed, or is offered before shortcuts are looked at.
+    void press(QObject *root, const QKeyEvent &event);
+    void release();
+    void shortcut(QObject *root, const QShortcutEvent &event);
+    void inputMethod(QObject *item, const QInputMethodEvent &event);
+
+    /// Looks what has become of what was done last.
+    void settle();
+
+private:
+    struct Tab
+    {
+        QPointer<QObject> root;
+        QPointer<QObject> focus;
+        int number = 0;
+    };
+
+    // Of an entry of a popup, which closes then.
+    struct Choice
+    {
+        QPointer<QObject> popup;
+        int number = 0;
+        bool isReleased = false;
+    };
+
+    void typeInComboBox(QObject *box, QObject *popup, const QKeyEvent &event);
+    void typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event);
+    void type(QObject *root, QObject *focus, const QKeyEvent &event);
+    bool mayShow(QObject *field, const QKeyEvent &event, const QString &keys);
+    void selectAllAsShown(QObject *target, QObject *focus);
+
+    ActionReport &m_report;
+    KeyReport m_typed;
+    Tab m_tab;
+    // Whether keys have moved the focus, which selects what is in some fields.
+    bool m_hasMovedFocus = false;
+    Choice m_choice;
+    // What may be a part of a secret.
+    QString m_heldBack;
+};
+
+} // namespace Morvex

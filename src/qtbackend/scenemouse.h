@@ -1,0 +1,78 @@
+#pragma once
+
+#include "qtbackend/recordedtarget.h"
+#include "qtbackend/textcursorstate.h"
+
+#include <vector>
+
+class QMouseEvent;
+
+namespace Morvex {
+
+class ActionReport;
+
+/// What the user does with the buttons of the mouse to items of Qt Quick, from the events of their
+/// window, or of the widget that has them, before they are delivered.
+class SceneMouse
+{
+public:
+    explicit SceneMouse(ActionReport &report)
+        : m_report(report)
+    {
+    }
+
+    /// @p root has all items.
+    void press(QObject *root, const QMouseEvent &event);
+    void release(const QPoint &place);
+
+    /// Looks what has become of what was done last.
+    void settle();
+
+private:
+    struct Press
+    {
+        QPointer<QObject> root;
+        // What gets the press; null when it is not known to be taken.
+        QPointer<QObject> taker;
+        QPoint place;
+        Qt::MouseButton button = Qt::NoButton;
+        Qt::KeyboardModifiers modifiers;
+        bool isDown = false;
+        bool isDouble = false;
+        RecordedTarget target;
+        // Those that were open, and all that were shown.
+        std::vector<QPointer<QObject>> popups;
+        int popupCount = 0;
+        // Of a press that may be a click; else 0.
+        int number = 0;
+    };
+
+    // What shows only once the release has been delivered.
+    struct Outcome
+    {
+        RecordedTarget::Kind kind = RecordedTarget::Nothing;
+        QPointer<QObject> item;
+        QString name;
+        TextCursorState cursor;
+        QVariant value;
+        bool isReleased = false;
+    };
+
+    void begin(QObject *root, const QMouseEvent &event);
+    void describe(QObject *taker);
+    void reportPress();
+    void reportDrag(const QPoint &place);
+    bool isTaken() const;
+    void checkTaker();
+    void settleOutcome();
+    void settlePopups();
+
+    ActionReport &m_report;
+    Press m_press;
+    Outcome m_outcome;
+    bool m_isToBeTaken = false;
+    // The click that a double click begins with.
+    int m_lastClick = 0;
+};
+
+} // namespace Morvex

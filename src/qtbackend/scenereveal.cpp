@@ -1,0 +1,83 @@
+#include "qtbackend/scenereveal.h"
+
+#include "qtbackend/inputsequence.h"
+#include "qtbackend/mousetarget.h"
+#include "qtbackend/quickwidgets.h"
+#include "qtbackend/sceneaccess.h"
+
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
+
+#include <algorithm>
+
+namespace Morvex {
+namespace {
+
+// A window manager may refuse.
+const int maxActivationMs = 500;
+// Some never come to rest.
+const int maxMovingMs = 2000;
+
+QWindow *sceneWindowOf(QObject *item)
+{
+    return item ? SceneAccess::self()->windowOf(item) : nullptr;
+}
+
+bool isMoving(const QObject *item)
+{
+    return (item->inherits("QQuickStackView") && item->property("busy").toBool()) ||
+           (item->inherits("QQuickFlickable") && item->property("moving").toBool());
+}
+
+// What opens and closes may move and cover it.
+bool isAtRest(QObject *item)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    for (const QObject *around = item; around; around = access.parentOf(around)) {
+        if (isMoving(around))
+            return false;
+    }
+    QObject *root = access.rootOf(sceneWindowOf(item));
+    const QObjectList popups = root ? access.popupsIn(root) : QObjectList();
+    return std::all_of(popups.begin(), popups.end(),
+                       [](const QObject *popup) { return popup->property("opened").toBool(); });
+}
+
+void activate(QObject *item, InputSequence &input)
+{
+    QWidget *widget = widgetOf(item);
+    waitForActiveWindow(widget, input);
+    QWindow *window = widget ? nullptr : sceneWindowOf(item);
+    if (!window || window->isActive())
+        return;
+    window->requestActivate();
+    input.waitUntil(
+        [alive = QPointer<QObject>(item)] {
+            const QWindow *asked = sceneWindowOf(alive);
+            return !asked || asked->isActive();
+        },
+        maxActivationMs);
+}
+
+} // namespace
+
+void waitForSceneAtRest(QObject *item, InputSequence &input)
+{
+    const QPointer<QObject> alive = item;
+    input.waitUntil([alive] { return !alive || isAtRest(alive); }, maxMovingMs);
+}
+
+void revealSceneItem(QObject *item, InputSequence &input)
+{
+    const QPointer<QObject> alive = item;
+    activate(item, input);
+    waitForSceneAtRest(item, input);
+    input.add([alive] {
+        if (alive)
+            SceneAccess::self()->scrollIntoSight(alive);
+        return QString();
+    });
+}
+
+} // namespace Morvex

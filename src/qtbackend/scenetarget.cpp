@@ -1,0 +1,161 @@
+#include "qtbackend/scenetarget.h"
+
+#include "qtbackend/quickwidgets.h"
+#include "qtbackend/sceneaccess.h"
+#include "qtbackend/sceneview.h"
+
+#include <QWindow>
+
+#include <algorithm>
+
+namespace Morvex {
+namespace {
+
+// One that is larger, and has no text, may be a canvas.
+const int maxPlainSize = 100;
+
+const struct
+{
+    const char *type;
+    const char *property;
+    // By which it says that it was the user; null for none.
+    const char *signal;
+} values[] = {
+    {"QQuickSlider", "value", "moved"},
+    {"QQuickDial", "value", "moved"},
+    {"QQuickSpinBox", "value", "valueModified"},
+    {"QQuickTumbler", "currentIndex", nullptr},
+};
+
+bool inheritsOneOf(const QObject *item, std::initializer_list<const char *> types)
+{
+    return std::any_of(types.begin(), types.end(),
+                       [item](const char *type) { return item->inherits(type); });
+}
+
+// They take the mouse lest something below them gets it, or to be scrolled.
+bool isPassive(const QObject *item)
+{
+    const QObject *around = SceneAccess::self()->parentOf(item);
+    const bool isDimmer = around && around->inherits("QQuickOverlay");
+    return isDimmer ||
+           inheritsOneOf(item, {"QQuickPane", "QQuickOverlay", "QQuickPopupItem", "QQuickFlickable",
+                                "QQuickScrollBar", "QQuickScrollIndicator", "QQuickSplitView",
+                                "QQuickMenuBar", "QQuickContainer", "QQuickRootItem"});
+}
+
+QPoint centreOf(const QObject *item)
+{
+    return SceneAccess::self()->visiblePlaceOf(item).center();
+}
+
+// A mouse area is for the item that it is in, unless that has other parts, too.
+QObject *meantItem(QObject *taker)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    QObject *around = taker->inherits("QQuickMouseArea") ? access.parentOf(taker) : nullptr;
+    const bool isWhole = around && access.parentOf(around) && access.isAt(taker, centreOf(around));
+    return isWhole ? around : taker;
+}
+
+bool isCanvas(const QObject *item)
+{
+    if (inheritsOneOf(item, {"QQuickCanvasItem", "QQuickPaintedItem", "QQuickRangeSlider"}))
+        return true;
+    const QRect place = SceneAccess::self()->placeOf(item);
+    return !item->inherits("QQuickControl") &&
+           std::min(place.width(), place.height()) > maxPlainSize && shownTextOf(item).isEmpty();
+}
+
+bool isNamed(const QObject *item)
+{
+    return !item->objectName().isEmpty() || !item->property("text").toString().isEmpty();
+}
+
+RecordedTarget targetOf(RecordedTarget::Kind kind, QObject *object)
+{
+    RecordedTarget target;
+    target.kind = kind;
+    target.object = object;
+    return target;
+}
+
+// What is clicked on in a row is the row, unless it is something by itself.
+RecordedTarget clickTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    QObject *item = meantItem(taker);
+    const SceneRow row = sceneRowOf(item);
+    const bool isRow =
+        row.owner && !row.selector.isEmpty() && (row.delegate == item || !isNamed(item));
+    RecordedTarget target = targetOf(RecordedTarget::Click, isRow ? row.owner : item);
+    QObject *shown = isRow ? row.delegate : item;
+    if (isRow)
+        target.item = row.selector;
+    QObject *root = access.rootOf(access.windowOf(item));
+    if (isCanvas(shown) || access.takerAt(root, centreOf(shown), button) != taker)
+        target.place = access.fromWindow(shown, windowPlace);
+    return target;
+}
+
+} // namespace
+
+const char *sceneValueOf(const QObject *item)
+{
+    for (const auto &known : values) {
+        if (item && item->inherits(known.type))
+            return known.property;
+    }
+    return nullptr;
+}
+
+QObject *sceneItemAt(QObject *root, const QPoint &windowPlace)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    QObject *taker = access.takerAt(root, windowPlace, Qt::LeftButton);
+    if (taker && !isPassive(taker))
+        return sceneOwnerOf(meantItem(taker));
+    QObject *drawn = access.drawnAt(root, windowPlace);
+    return drawn ? drawn : root;
+}
+
+void announceSceneValue(QObject *item, const QByteArray &property)
+{
+    for (const auto &known : values) {
+        if (known.signal && property == known.property && item->inherits(known.type))
+            QMetaObject::invokeMethod(item, known.signal);
+    }
+}
+
+bool isSceneText(const QObject *item)
+{
+    return item && inheritsOneOf(item, {"QQuickTextInput", "QQuickTextEdit"});
+}
+
+QObject *sceneWindowOf(QObject *item)
+{
+    QObject *widget = widgetOf(item);
+    return widget ? widget : SceneAccess::self()->windowOf(item);
+}
+
+QObject *sceneOwnerOf(QObject *item)
+{
+    QObject *around = SceneAccess::self()->parentOf(item);
+    return around && inheritsOneOf(around, {"QQuickSpinBox", "QQuickComboBox"}) ? around : item;
+}
+
+RecordedTarget sceneTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button)
+{
+    const bool isLeft = button == Qt::LeftButton;
+    if (isPassive(taker))
+        return {};
+    if (isLeft && isSceneText(taker))
+        return targetOf(RecordedTarget::Cursor, taker);
+    if (isLeft && sceneValueOf(taker))
+        return targetOf(RecordedTarget::Value, taker);
+    if (isLeft && isSceneComboBox(taker))
+        return {};
+    return clickTarget(taker, windowPlace, button);
+}
+
+} // namespace Morvex

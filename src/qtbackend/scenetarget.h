@@ -1,0 +1,28 @@
+#pragma once
+
+#include "qtbackend/recordedtarget.h"
+
+namespace Morvex {
+
+/// What a press of the button on @p taker, the item of Qt Quick that gets it, is about.
+RecordedTarget sceneTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button);
+
+/// The property that a user changes by moving the mouse or clicking in some part of the item; null
+/// for other items.
+const char *sceneValueOf(const QObject *item);
+
+/// What a user would point at who wants to check it.
+QObject *sceneItemAt(QObject *root, const QPoint &windowPlace);
+
+/// Has the item say that the user has changed the property, if it is that one.
+void announceSceneValue(QObject *item, const QByteArray &property);
+
+bool isSceneText(const QObject *item);
+
+/// The window that has all items of this one, or the widget.
+QObject *sceneWindowOf(QObject *item);
+
+/// The control that an item is a part of, such as the spin box of a text input; else the item.
+QObject *sceneOwnerOf(QObject *item);
+
+} // namespace Morvex

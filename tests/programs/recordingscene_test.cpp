@@ -1,0 +1,99 @@
+#include "programs/recordingfixture.h"
+#include "support/files.h"
+
+#include <QRegularExpression>
+
+using namespace MorvexTest;
+
+namespace {
+
+// What a user does, with some that is nothing a script would repeat.
+const char controlsSession[] =
+    // Menus by keys and by the mouse, one of them closed without a choice.
+    "key alt+f\n key Down\n key Return\n at 20 12\n at 30 60\n at 20 12\n at 30 100\n sleep .3\n"
+    "at 260 100\n at 60 12\n at 400 400\n key ctrl+k\n"
+    // What is disabled, and a button that is let go elsewhere.
+    "at 640 330\n hover 80 120\n mousedown 1\n hover 300 300\n mouseup 1\n"
+    // Boxes, buttons and values.
+    "at 400 70\n sleep .2\n key Down\n key Down\n key Return\n at 400 70\n at 400 400\n"
+    "at 400 70\n sleep .2\n at 400 150\n at 620 70\n at 620 70\n"
+    "at 565 70 --repeat 2 --delay 60 1\n key ctrl+a\n type 42\n key Tab\n"
+    "at 80 120\n at 240 120\n at 400 120\n at 640 120\n at 200 170\n key space\n"
+    // A dialog, which is closed by a press beside it.
+    "at 640 280\n sleep .3\n at 80 120\n sleep .3\n at 640 280\n sleep .3\n at 290 335\n sleep .3\n"
+    // Lists, scrolled and flicked.
+    "at 80 210\n at 80 300 --repeat 8 --delay 30 5\n sleep 1\n at 80 300\n"
+    "hover 80 330\n mousedown 1\n hover 80 300\n hover 80 270\n hover 80 230\n mouseup 1\n sleep "
+    "1.5\n"
+    "at 80 260\n at 220 205\n at 220 235 3\n at 220 265 --repeat 2 --delay 60 1\n"
+    "at 400 300\n at 530 165\n"
+    // What comes later, and another window.
+    "at 640 380\n sleep 1\n at 640 430\n at 540 220\n window ^Second$\n at 40 30\n"
+    "key alt+F4\n window ^Controls$\n"
+    // Texts.
+    "at 80 70\n type ab<c\n at 20 70\n type X\n key ctrl+a\n type Zoe\n key Tab\n type zq\n"
+    "at 400 180\n type one\n key Return\n type two\n sleep .5\n";
+
+const QByteArray expectedState = "open, open, last, ctrl-k, Large, Medium, count 2, count 42, on "
+                                 "true, fast true, best, level 1, "
+                                 "two, two, no, yes, Fruit 1, Fruit 58, Fruit 57, Ash, Beech "
+                                 "right, Oak, Oak twice, at 70 40, tap, "
+                                 "late, here";
+
+} // namespace
+
+class RecordingSceneTest : public RecordingFixture
+{
+protected:
+    void SetUp() override
+    {
+        RecordingFixture::SetUp();
+        runner.environment.insert("QT_QUICK_BACKEND", "software");
+    }
+};
+
+TEST_F(RecordingSceneTest, ASessionWithControlsRunsAgainInAWindowOfAnotherSize)
+{
+    const QByteArray program = MORVEX_RECORDED_SCENE " " MORVEX_CONTROLS_FILE;
+    runner.addFile("suite.conf", "VERSION = 3\nAUT = " + program + "\n");
+    record({}, {}, "^Controls$");
+    act(controlsSession);
+    EXPECT_FALSE(journal().contains("zq")) << journal().constData();
+    const QByteArray recorded = interrupt();
+    EXPECT_FALSE(recorded.contains("snooze"));
+    // Of all objects there is one that says nothing about its parts.
+    const QRegularExpression place("\\([0-9]+, [0-9]+\\);");
+    EXPECT_EQ(QString(recorded).count(place), 1) << recorded.constData();
+    const QByteArray checks = "check.equal(function () { return find('state').get('text'); }, '" +
+                              expectedState +
+                              "', 'state', {retry: 3000});\n"
+                              "check.equal(find(names.name).get('text') + "
+                              "find(names.text).get('text'), 'Zoeone\\ntwo');\n"
+                              "check.equal(find(names.secret).get('length'), 3);\n";
+    runner.addTestCase("tst_recorded", recorded + checks);
+    for (const char *more : {"", " 0", " 90"}) {
+        const QStringList aut{"--aut", MORVEX_RECORDED_SCENE, MORVEX_CONTROLS_FILE, more};
+        output = runner.run(QStringList{runner.suitePath(), "--envvar", "PASSWORD=a<b"} +
+                            (*more ? aut : QStringList()));
+        EXPECT_EQ(output.status, 0) << output.standardOutput.constData() << recorded.constData();
+    }
+    QByteArray names = readFile(runner.suitePath() + "/names.js");
+    runner.addFile("names.js", names.replace("\"Ask\"", "\"Question\""));
+    EXPECT_NE(runner.runSuite({}).status, 0);
+}
+
+TEST_F(RecordingSceneTest, ItemsInAWidgetAreUsedBesideWidgets)
+{
+    record({}, {MORVEX_RECORDED_SCENE, MORVEX_IN_WIDGET_FILE, "widget"}, "^Widgets$");
+    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n at 250 20\n");
+    const QByteArray expected = "find(names.inside).type(\"abc\");\n"
+                                "find(names.kind).item(\"Cold\").click();\n"
+                                "find(names.press).click();\n"
+                                "find(names.native).click();\n";
+    const QByteArray recorded = interrupt();
+    EXPECT_TRUE(recorded.endsWith(expected)) << recorded.constData();
+    runner.addTestCase("tst_recorded",
+                       recorded + "check.that(find({type: 'Button', text: 'Cold'}).exists());\n");
+    output = runner.runSuite({});
+    EXPECT_EQ(output.status, 0) << output.standardOutput.constData();
+}
