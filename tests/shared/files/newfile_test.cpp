@@ -36,8 +36,8 @@ TEST_F(NewFileTest, OfAllWhoWriteAtOnceEachHasAFileOfItsOwn)
     for (const QStringList &own : paths)
         all.unite(QSet<QString>(own.begin(), own.end()));
     EXPECT_EQ(all.size(), 400);
-    EXPECT_TRUE(
-        std::all_of(all.begin(), all.end(), [](const auto &path) { return readFile(path) == "x"; }));
+    EXPECT_TRUE(std::all_of(all.begin(), all.end(),
+                            [](const auto &path) { return readFile(path) == "x"; }));
     EXPECT_FALSE(QFile::exists(dir.filePath("none")));
 }
 
