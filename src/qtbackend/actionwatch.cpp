@@ -7,6 +7,7 @@
 #include <QDateTimeEdit>
 #include <QDropEvent>
 #include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QShortcutEvent>
 #include <QWindow>
@@ -54,7 +55,12 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
+        if (!event->spontaneous())
+            return false;
+        break;
     case QEvent::Close:
+        if (auto *inner = qobject_cast<QMdiSubWindow *>(receiver))
+            m_mouse.closeSubWindow(inner);
         if (!event->spontaneous())
             return false;
         break;
@@ -131,7 +137,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         m_mouse.dragMoved();
         break;
     case QEvent::Drop:
-        m_mouse.dropAt(window->mapToGlobal(static_cast<QDropEvent *>(event)->pos()));
+        drop(window, *static_cast<QDropEvent *>(event));
         break;
     case QEvent::Close:
         settle();
@@ -149,6 +155,11 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             m_report.changes().settle();
         },
         Qt::QueuedConnection);
+}
+
+void ActionWatch::drop(QWindow *window, const QDropEvent &event)
+{
+    m_mouse.dropAt(window->mapToGlobal(event.pos()), event.dropAction() == Qt::MoveAction);
 }
 
 void ActionWatch::shortcut(QObject *owner, const QShortcutEvent &event)

@@ -10,6 +10,7 @@
 
 #include <QObject>
 
+class QDropEvent;
 class QKeyEvent;
 class QWindow;
 
@@ -29,6 +30,7 @@ protected:
 private:
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
+    void drop(QWindow *window, const QDropEvent &event);
     void pressKey(const QKeyEvent &event);
     void shortcut(QObject *owner, const QShortcutEvent &event);
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);

@@ -3,6 +3,7 @@
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
 #include "qtbackend/clickwatch.h"
+#include "qtbackend/completions.h"
 #include "qtbackend/elementdump.h"
 #include "qtbackend/elementfilter.h"
 #include "qtbackend/identification.h"
@@ -39,6 +40,15 @@ QObject *firstObject(QtModel &model, const Call &call, QString *error)
     QObject *object = model.registry().object(call.arguments.value(0).toInt());
     if (!object)
         *error = QStringLiteral("there is no object with this id");
+    return object;
+}
+
+// What a user is about to use.
+QObject *usedObject(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    if (object)
+        leaveCompletions(object);
     return object;
 }
 
@@ -129,7 +139,7 @@ MouseTarget::Place placeOf(QtModel &model, QObject *object, const QVariantMap &o
 // toolkit, "right" and "down" for the wheel, and "to", with those of the place where a drag ends.
 QVariant mouse(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, call, error);
+    QObject *object = usedObject(model, call, error);
     if (!object)
         return {};
     const QVariantMap options = call.arguments.value(2).toMap();
@@ -151,7 +161,7 @@ QVariant mouse(QtModel &model, const Call &call, QString *error)
 // Arguments: id, and none or both of x and y.
 QVariant click(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, call, error);
+    QObject *object = usedObject(model, call, error);
     if (!object)
         return {};
     MouseUse use;
@@ -164,21 +174,21 @@ QVariant click(QtModel &model, const Call &call, QString *error)
 
 QVariant type(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, call, error);
+    QObject *object = usedObject(model, call, error);
     return object ? done(typeText(object, call.arguments.value(1).toString(), call.input), error)
                   : QVariant();
 }
 
 QVariant close(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, call, error);
+    QObject *object = usedObject(model, call, error);
     return object ? done(closeWindow(object, call.input), error) : QVariant();
 }
 
 // Arguments: id, action, selector, and what an edit is to write.
 QVariant useItemOf(QtModel &model, const Call &call, QString *error)
 {
-    QObject *object = firstObject(model, call, error);
+    QObject *object = usedObject(model, call, error);
     return object ? done(useItem(object, call.arguments.value(1).toString(),
                                  call.arguments.value(2).toList(), call.arguments.value(3),
                                  call.input),

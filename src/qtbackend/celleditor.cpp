@@ -69,6 +69,10 @@ QString editorText(const QWidget *editor)
 {
     if (hasLines(editor))
         return editor->property("plainText").toString();
+    if (const auto *box = qobject_cast<const QComboBox *>(editor))
+        return box->currentText();
+    if (const auto *line = qobject_cast<const QLineEdit *>(editor))
+        return line->text();
     if (const auto *spin = qobject_cast<const QSpinBox *>(editor))
         return spin->cleanText();
     if (const auto *spin = qobject_cast<const QDoubleSpinBox *>(editor))

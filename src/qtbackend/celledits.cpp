@@ -31,18 +31,31 @@ void CellEdits::typeInView(const QWidget *target, int number, bool isText)
     m_isKeyText = isText;
 }
 
-void CellEdits::typeInEditor(QWidget *target)
+void CellEdits::beginKey(QWidget *target, bool isChange)
 {
-    if (!editedView(target) || isSecretInput(target))
+    if (editedView(target) && !isSecretInput(target))
+        typeInEditor(target, isChange);
+    auto *view = qobject_cast<QAbstractItemView *>(target);
+    const bool isAfterEdit = view && m_edited.isValid() && m_edited.model() == view->model() &&
+                             m_lastEdit == m_report.lastNumber();
+    if (!isAfterEdit || view->currentIndex() == m_edited || !view->currentIndex().isValid())
         return;
+    // The key that ended the edit has chosen another one.
+    m_report.add(QStringLiteral("click"), view,
+                 {{QStringLiteral("item"), selectorOf(view, view->currentIndex())}});
+}
+
+void CellEdits::typeInEditor(QWidget *target, bool isChange)
+{
     if (m_editor != target) {
         m_opener = 0;
         m_isOpenForScripts = true;
+        m_isTypedInto = false;
         m_typed.clear();
         m_textBefore = editorText(target);
     }
     m_editor = target;
-    m_isTypedInto = true;
+    m_isTypedInto = m_isTypedInto || isChange;
 }
 
 void CellEdits::noteTyped(const QWidget *target, int number)
@@ -54,17 +67,22 @@ void CellEdits::noteTyped(const QWidget *target, int number)
 bool CellEdits::commit()
 {
     QWidget *editor = m_editor;
-    m_editor = nullptr;
     QAbstractItemView *view = editedView(editor);
     const bool isUsed = std::exchange(m_isTypedInto, false);
-    if (!view || (!isUsed && editorText(editor) == m_textBefore))
+    const bool isEdit = view && (isUsed || editorText(editor) != m_textBefore);
+    if (view && !isEdit && !m_isOpenForScripts) {
+        cancel();
+        return true;
+    }
+    m_editor = nullptr;
+    if (!isEdit)
         return false;
     m_report.cancel(std::exchange(m_opener, 0));
-    m_lastEdit =
-        m_report.add(QStringLiteral("edit"), view,
-                     {{QStringLiteral("item"), selectorOf(view, editedIndex(view, editor))},
-                      {QStringLiteral("text"), editorText(editor)},
-                      {QStringLiteral("editor"), m_report.nameOf(editor)}});
+    m_edited = editedIndex(view, editor);
+    m_lastEdit = m_report.add(QStringLiteral("edit"), view,
+                              {{QStringLiteral("item"), selectorOf(view, m_edited)},
+                               {QStringLiteral("text"), editorText(editor)},
+                               {QStringLiteral("editor"), m_report.nameOf(editor)}});
     return true;
 }
 
@@ -81,6 +99,9 @@ void CellEdits::cancel()
     for (std::size_t i = 0; i + kept < m_typed.size(); ++i)
         m_report.cancel(m_typed[i]);
     m_report.cancel(std::exchange(m_opener, 0));
+    // As if the edit before were the last action.
+    if (!m_typed.empty() && m_typed.front() == m_lastEdit + 1)
+        m_lastEdit = m_report.lastNumber();
     m_editor = nullptr;
     m_typed.clear();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -22,11 +23,12 @@ public:
 
     /// A key was reported that may open the editor of an item; whether as its first text.
     void typeInView(const QWidget *target, int number, bool isText);
-    /// Something is typed that belongs to the content of this editor.
-    void typeInEditor(QWidget *target);
+    /// A key is going to be reported for the widget; whether it changes a text.
+    void beginKey(QWidget *target, bool isChange);
     /// It was reported so.
     void noteTyped(const QWidget *target, int number);
-    /// Reports the edit when there is one, before it is handed over.
+    /// Reports the edit when there is one, before it is handed over. Whether that is all that a
+    /// script needs.
     bool commit();
     /// The editor is left without what was done in it.
     void expectCancel() { m_isCancelled = m_editor != nullptr; }
@@ -37,6 +39,7 @@ public:
     void settle();
 
 private:
+    void typeInEditor(QWidget *target, bool isChange);
     void cancel();
 
     ActionReport &m_report;
@@ -49,6 +52,8 @@ private:
     // Whether a script that repeats what was done before has it open, too.
     bool m_isOpenForScripts = false;
     std::vector<int> m_typed;
+    // The item is the current one when a script has edited it.
+    QPersistentModelIndex m_edited;
     int m_lastEdit = 0;
     // The key that may open one.
     QPointer<const QWidget> m_view;

@@ -5,6 +5,7 @@
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/secretinputs.h"
 
+#include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QLineEdit>
@@ -48,6 +49,15 @@ void addText(const QObject *object, const char *property, QHash<QString, QString
         texts->insert(QLatin1String(property), text);
 }
 
+// The toolkit gives buttons names by their order, or the same one to all.
+bool isNamedByToolkit(const QObject *object)
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(object);
+    return button && !button->text().isEmpty() &&
+           (button->objectName().startsWith(QLatin1String("qt_")) ||
+            button->objectName().startsWith(QLatin1String("__qt_")));
+}
+
 } // namespace
 
 QString labelOf(const QObject *object)
@@ -81,7 +91,9 @@ QString realNameOf(const QObject *object)
         properties.insert(name, {ObjectName::PropertyValue::EXACT, text});
     };
     add(QStringLiteral("type"), typeNameOf(object->metaObject()));
-    if (!object->objectName().isEmpty()) {
+    if (isNamedByToolkit(object)) {
+        add(QStringLiteral("text"), object->property("text").toString());
+    } else if (!object->objectName().isEmpty()) {
         add(QStringLiteral("name"), object->objectName());
     } else if (isSceneItem(object) && !SceneAccess::self()->idOf(object).isEmpty()) {
         add(QStringLiteral("id"), SceneAccess::self()->idOf(object));

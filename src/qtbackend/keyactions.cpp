@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -22,6 +23,7 @@
 #include <QMenuBar>
 #include <QShortcut>
 #include <QShortcutEvent>
+#include <QTabBar>
 
 namespace Morvex {
 namespace {
@@ -41,6 +43,11 @@ QWidget *keyTarget()
     const bool isFocusable =
         !target || target->isWindow() || popup || target->focusPolicy() != Qt::NoFocus;
     return isFocusable ? target : target->window();
+}
+
+bool isCursorKey(const QKeyEvent &event)
+{
+    return event.key() >= Qt::Key_Home && event.key() <= Qt::Key_PageDown;
 }
 
 bool isReadOnly(const QWidget *widget)
@@ -161,7 +168,8 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
             m_edits.expectCancel();
         typeKeys(target, keys,
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
-        m_edits.typeInView(target, m_lastKey, isText);
+        if (!isTabKey(event) && !isCursorKey(event))
+            m_edits.typeInView(target, m_lastKey, isText);
     }
     // Where a list is open it closes that, too.
     if (isTabKey(event) && !QApplication::activePopupWidget())
@@ -171,7 +179,7 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
 void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
 {
     m_focus.enter(target);
-    m_edits.typeInEditor(target);
+    m_edits.beginKey(target, isReplacing);
     if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
         m_report.add(QStringLiteral("type"), target,
                      {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
@@ -192,20 +200,36 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
     }
     auto *typedInto = qobject_cast<QWidget *>(m_typed.target());
     const QString heldBack = m_secrets.takeShortcut();
-    if (qobject_cast<QMenuBar *>(owner)) {
+    // The one of several actions is not chosen.
+    if (qobject_cast<QMenuBar *>(owner) ||
+        (event.isAmbiguous() && qobject_cast<QAction *>(owner))) {
         m_report.cancel(m_lastKey);
         return;
     }
     if (!heldBack.isEmpty())
         m_lastKey =
             m_report.add(QStringLiteral("type"), keyTarget(), {{QStringLiteral("text"), heldBack}});
-    if (qobject_cast<QLabel *>(owner))
+    const auto *group = qobject_cast<QGroupBox *>(owner);
+    const bool isChecked = group && group->isCheckable();
+    if (qobject_cast<QLabel *>(owner) || (event.isAmbiguous() && owner->isWidgetType()) ||
+        (group && !isChecked))
         m_focus.expect(m_lastKey);
-    else if (qobject_cast<QAbstractButton *>(owner))
+    else if (qobject_cast<QAbstractButton *>(owner) || isChecked)
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
+    else if (auto *tabs = qobject_cast<QTabBar *>(owner))
+        replaceByTab(tabs, event.key());
     else if (isOfWindow(owner) && typedInto && !isTypedInto(typedInto))
         m_report.replace(m_lastKey, QStringLiteral("type"), typedInto->window(),
                          {{QStringLiteral("text"), m_typed.lastKeys()}});
+}
+
+void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)
+{
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (QKeySequence::mnemonic(tabs->tabText(i)) == key && tabs->isTabEnabled(i))
+            m_report.replace(m_lastKey, QStringLiteral("click"), tabsOf(tabs),
+                             {{QStringLiteral("item"), selectorOf(tabs, i)}});
+    }
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)

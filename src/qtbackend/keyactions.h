@@ -10,9 +10,11 @@
 
 class QInputMethodEvent;
 class QKeyEvent;
+class QKeySequence;
 class QLineEdit;
 class QMenu;
 class QShortcutEvent;
+class QTabBar;
 class QWindow;
 
 namespace Morvex {
@@ -66,6 +68,7 @@ private:
     void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
+    void replaceByTab(QTabBar *tabs, const QKeySequence &key);
 
     ActionReport &m_report;
     FocusMove &m_focus;

@@ -1,9 +1,11 @@
 #include "qtbackend/mouseactions.h"
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/droptarget.h"
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
+#include "qtbackend/ownclass.h"
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/usagerules.h"
 
@@ -19,6 +21,8 @@
 #include <QMouseEvent>
 #include <QTabBar>
 
+#include <utility>
+
 namespace Morvex {
 namespace {
 
@@ -26,6 +30,13 @@ namespace {
 bool isPushed(const QObject *object)
 {
     return qobject_cast<const QAbstractButton *>(object) || qobject_cast<const QGroupBox *>(object);
+}
+
+// A label that the application has made clickable, say.
+bool isOwnPart(const QWidget *widget)
+{
+    return !widget->isWindow() && isOfOwnClass(widget) &&
+           !widget->findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
 QModelIndex indexAt(const RecordedTarget &target, const QWidget *widget, const QPoint &global)
@@ -69,6 +80,7 @@ void MouseActions::press(QWidget *widget, const QMouseEvent &event)
     m_press.button = event.button();
     m_press.modifiers = event.modifiers();
     m_press.isDouble = event.type() == QEvent::MouseButtonDblClick;
+    m_subWindow = qobject_cast<QMdiSubWindow *>(widget);
     describe(widget, event.pos());
 }
 
@@ -87,12 +99,21 @@ void MouseActions::describe(QWidget *widget, const QPoint &place)
     m_press.target = recordedTarget(widget, place, m_press.button);
     m_outcome = PressOutcome(m_press.target, m_report);
     if (m_press.target.kind == RecordedTarget::Nothing) {
-        m_report.cancel(m_press.number);
-        m_press.number = 0;
+        giveBackPress();
     } else if (m_press.target.kind != RecordedTarget::Cursor &&
                m_press.target.kind != RecordedTarget::Value) {
         reportPress();
     }
+}
+
+// Nobody has taken it.
+void MouseActions::giveBackPress()
+{
+    if (!m_press.ownName.isEmpty())
+        return m_report.replace(m_press.number, m_press.ownWhat, m_press.ownName, m_press.ownPlace);
+    m_report.cancel(m_press.number);
+    m_press.number = 0;
+    m_click = {};
 }
 
 void MouseActions::reportPress()
@@ -114,6 +135,11 @@ void MouseActions::reportPress()
     else
         m_press.number = m_report.add(what, target.object, place);
     m_click = {target.object, target.item, m_press.number};
+    if (m_press.ownName.isEmpty() && isOwnPart(m_press.widget) && target.item.isEmpty()) {
+        m_press.ownWhat = what;
+        m_press.ownName = m_report.nameOf(target.object, false);
+        m_press.ownPlace = place;
+    }
     m_outcome.setReported(m_press.number, place,
                           indexAt(target, m_press.widget, m_press.globalPlace),
                           BarMove(target, m_press.widget, m_press.globalPlace), m_report);
@@ -146,20 +172,26 @@ void MouseActions::finishPress(const QPoint &globalPlace)
     const bool isMoved =
         way >= QApplication::startDragDistance() && target.kind == RecordedTarget::Click;
     const bool isTab = qobject_cast<const QTabBar *>(widget);
-    if (isWhole && !isInside && m_press.button == Qt::LeftButton)
+    const bool isSection = qobject_cast<const QHeaderView *>(target.object);
+    const bool isGivenUp = isWhole && !isInside && m_press.button == Qt::LeftButton;
+    if (isGivenUp || (isMoved && isSection)) {
         m_report.cancel(m_press.number);
-    else if (isMoved && qobject_cast<QHeaderView *>(target.object))
-        m_report.cancel(m_press.number);
-    else if (isMoved && !isWhole && !isTab)
-        reportDrag(globalPlace);
+        m_click = {};
+    }
+    const bool isView = qobject_cast<const QAbstractItemView *>(target.object);
+    // The place was left out as long as it was a click.
+    if (isMoved && isWhole && isView && !isSection)
+        m_press.target.place = widget->mapFromGlobal(m_press.globalPlace);
+    if (isMoved && (!isWhole || isView) && !isTab && !isSection)
+        reportDrag(globalPlace, false);
 }
 
-void MouseActions::reportDrag(const QPoint &globalPlace)
+void MouseActions::reportDrag(const QPoint &globalPlace, bool isData)
 {
     QWidget *widget = QApplication::widgetAt(globalPlace);
     RecordedTarget to;
     if (widget)
-        to = recordedTarget(widget, widget->mapFromGlobal(globalPlace), Qt::LeftButton);
+        to = dropTarget(widget, widget->mapFromGlobal(globalPlace), isData);
     if (!to.object) {
         // Out of the window, or onto a background.
         to.object = m_press.target.object;
@@ -179,13 +211,28 @@ void MouseActions::reportDrag(const QPoint &globalPlace)
 void MouseActions::dragMoved()
 {
     m_press.isDragging = m_press.number > 0;
+    if (m_press.target.kind == RecordedTarget::Cursor)
+        m_textDrag.begin(qobject_cast<QWidget *>(m_press.target.object));
 }
 
-void MouseActions::dropAt(const QPoint &globalPlace)
+void MouseActions::dropAt(const QPoint &globalPlace, bool isMove)
 {
-    if (m_press.isDragging && m_press.widget)
-        reportDrag(globalPlace);
+    QWidget *widget = m_textDrag.isActive() ? QApplication::widgetAt(globalPlace) : nullptr;
+    const RecordedTarget to =
+        widget ? recordedTarget(widget, widget->mapFromGlobal(globalPlace), Qt::LeftButton)
+               : RecordedTarget();
+    if (to.kind == RecordedTarget::Cursor)
+        m_textDrag.drop(qobject_cast<QWidget *>(to.object), globalPlace, isMove);
+    else if (m_press.isDragging && m_press.widget)
+        reportDrag(globalPlace, true);
     m_press = {};
+    m_outcome = {};
+}
+
+void MouseActions::closeSubWindow(QMdiSubWindow *window)
+{
+    if (window == m_subWindow)
+        m_report.add(QStringLiteral("close"), window);
 }
 
 void MouseActions::release(QWidget *widget, const QMouseEvent &event)
@@ -227,6 +274,7 @@ void MouseActions::settle()
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);
     m_choice = {};
+    m_textDrag.settle();
     // Held, a button may open its menu in place of a click.
     const QMenu *menu = m_click.number > 0 ? menuOfButton(m_click.object) : nullptr;
     if (menu && menu->isVisible()) {
@@ -238,6 +286,7 @@ void MouseActions::settle()
         return;
     m_outcome.settle(m_report);
     m_outcome = {};
+    m_subWindow = nullptr;
 }
 
 void MouseActions::expectChange(QWidget *widget)

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "qtbackend/pressoutcome.h"
+#include "qtbackend/textdrag.h"
+
+#include <QMdiSubWindow>
 
 class QMenu;
 class QMouseEvent;
@@ -16,6 +19,7 @@ class MouseActions
 public:
     explicit MouseActions(ActionReport &report)
         : m_report(report)
+        , m_textDrag(report)
     {
     }
 
@@ -29,7 +33,10 @@ public:
 
     /// What is dragged as data.
     void dragMoved();
-    void dropAt(const QPoint &globalPlace);
+    void dropAt(const QPoint &globalPlace, bool isMove);
+
+    /// A window within another one is being closed.
+    void closeSubWindow(QMdiSubWindow *window);
 
     /// Something else may change the value of this widget.
     void expectChange(QWidget *widget);
@@ -49,6 +56,11 @@ private:
         RecordedTarget target;
         // Of a press that may be a click; else 0.
         int number = 0;
+        // How it was reported on a part of a class of the application's own, which may use it and
+        // hand it on nevertheless.
+        QString ownWhat;
+        QString ownName;
+        QVariantMap ownPlace;
     };
 
     // That which a double click begins with.
@@ -68,15 +80,19 @@ private:
     void closeMenu(QMenu *menu, const QPoint &globalPlace);
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
+    void giveBackPress();
     QVariantMap placeOf(const RecordedTarget &target) const;
     void finishPress(const QPoint &globalPlace);
-    void reportDrag(const QPoint &globalPlace);
+    void reportDrag(const QPoint &globalPlace, bool isData);
     void choose(QWidget *menu, const QPoint &place);
     void chooseInList(QWidget *list, const QPoint &place);
 
     ActionReport &m_report;
     Press m_press;
     PressOutcome m_outcome;
+    TextDrag m_textDrag;
+    // The mouse is used on the frame of it.
+    QPointer<QMdiSubWindow> m_subWindow;
     Choice m_choice;
     bool m_isPressNew = false;
     bool m_isReleaseNew = false;

@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QRadioButton>
 #include <QStyle>
@@ -61,6 +62,10 @@ QPoint reactingPlace(const QWidget *widget)
         return indicatorOf(widget, QStyle::SE_CheckBoxIndicator);
     if (qobject_cast<const QRadioButton *>(widget))
         return indicatorOf(widget, QStyle::SE_RadioButtonIndicator);
+    // By its title bar.
+    const auto *inner = qobject_cast<const QMdiSubWindow *>(widget);
+    if (inner && inner->widget() && inner->widget()->y() > 0)
+        return {inner->width() / 2, inner->widget()->y() / 2};
     const auto *box = qobject_cast<const QGroupBox *>(widget);
     return box && box->isCheckable() ? checkBoxOf(box) : widget->rect().center();
 }

@@ -23,6 +23,7 @@
 #include <QScrollBar>
 #include <QSizeGrip>
 #include <QSplitter>
+#include <QStatusBar>
 #include <QStyleOption>
 #include <QStylePainter>
 #include <QTabBar>
@@ -68,8 +69,9 @@ bool isPassive(const QWidget *widget)
                                   &QScrollBar::staticMetaObject, &QSplitterHandle::staticMetaObject,
                                   &QSizeGrip::staticMetaObject, &QDockWidget::staticMetaObject,
                                   &QMdiSubWindow::staticMetaObject, &QToolBar::staticMetaObject,
-                                  &QScrollArea::staticMetaObject, &QTabWidget::staticMetaObject,
-                                  &QMainWindow::staticMetaObject, &QDialog::staticMetaObject});
+                                  &QScrollArea::staticMetaObject, &QStatusBar::staticMetaObject,
+                                  &QTabWidget::staticMetaObject, &QMainWindow::staticMetaObject,
+                                  &QDialog::staticMetaObject});
 }
 
 bool isText(const QWidget *widget)
@@ -123,7 +125,10 @@ RecordedTarget viewTarget(QAbstractItemView *view, const QPoint &place, Qt::Mous
     if (!index.isValid()) {
         const bool matters = button != Qt::LeftButton ||
                              (view->selectionModel() && view->selectionModel()->hasSelection());
-        return matters ? placeTarget(view, place) : RecordedTarget();
+        if (!matters)
+            return {};
+        return isMiddleFree(view) ? targetOf(RecordedTarget::Click, view)
+                                  : placeTarget(view, place);
     }
     RecordedTarget target = itemTarget(view, selectorOf(view, index));
     const auto *tree = qobject_cast<QTreeView *>(view);
@@ -198,6 +203,12 @@ RecordedTarget plainTarget(QWidget *widget, const QPoint &place, Qt::MouseButton
 }
 
 } // namespace
+
+bool isMiddleFree(const QObject *object)
+{
+    const auto *view = qobject_cast<const QAbstractItemView *>(object);
+    return view && !view->indexAt(view->viewport()->rect().center()).isValid();
+}
 
 QComboBox *comboBoxOfList(const QWidget *widget)
 {

@@ -37,6 +37,9 @@ struct RecordedTarget
 
 RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button);
 
+/// Whether the object is a view that has no item where a click on it goes.
+bool isMiddleFree(const QObject *object);
+
 /// The combo box whose list the widget is in; null when it is in none.
 QComboBox *comboBoxOfList(const QWidget *widget);
 

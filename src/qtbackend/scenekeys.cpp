@@ -5,6 +5,7 @@
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
+#include "qtbackend/secretinputs.h"
 
 #include <QKeyEvent>
 #include <QKeySequence>
@@ -122,6 +123,8 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
         return;
     QObject *target = typedInto(root, focus);
     m_heldBack.clear();
+    if (isSceneText(focus))
+        noteSecretInput(focus);
     if (isSecretInput(focus) && !mayShow(target, event, keys))
         return;
     const bool isText = !keys.startsWith(QLatin1Char('<')) || keys == QLatin1String("<<");

@@ -6,6 +6,7 @@
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
+#include "qtbackend/secretinputs.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -98,6 +99,7 @@ void SceneMouse::describe(QObject *taker)
     m_outcome = {};
     switch (m_press.target.kind) {
     case RecordedTarget::Cursor:
+        noteSecretInput(object);
         m_outcome.cursor = TextCursorState::ofSceneItem(object);
         m_outcome.name = m_report.nameOf(sceneOwnerOf(object));
         m_outcome.item = object;

@@ -119,6 +119,14 @@ bool TextCursorState::isAllSelected() const
     return m_anchor != m_position && qAbs(m_anchor - m_position) == m_length;
 }
 
+TextCursorState TextCursorState::at(const QWidget *widget, int position)
+{
+    TextCursorState state = of(widget);
+    state.m_position = position;
+    state.m_anchor = position;
+    return state;
+}
+
 QString TextCursorState::keys() const
 {
     if (isAllSelected())

@@ -20,6 +20,8 @@ public:
     /// Of a widget without a text it has nothing. Spin boxes and combo boxes have that of their
     /// fields.
     static TextCursorState of(const QWidget *widget);
+    /// With the cursor somewhere else, and nothing selected.
+    static TextCursorState at(const QWidget *widget, int position);
     static TextCursorState ofSceneItem(const QObject *item);
 
     bool operator==(const TextCursorState &other) const

@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
@@ -263,6 +264,14 @@ QString closeWindow(QObject *object, InputSequence &input)
     const QString error = object->isWindowType() ? QString() : whyBlocked(object);
     if (!error.isEmpty())
         return error;
+    if (const QPointer<QMdiSubWindow> inner = qobject_cast<QMdiSubWindow *>(object)) {
+        input.add([inner] {
+            if (inner)
+                inner->close();
+            return QString();
+        });
+        return {};
+    }
     if (!shown || !shown->isVisible())
         return QStringLiteral("there is no window to be closed");
     input.add([window = QPointer<QWindow>(shown)] {

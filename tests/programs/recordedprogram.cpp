@@ -1,12 +1,16 @@
 // A window with one of each kind of widget, at places that depend on no font. With an argument just
-// a button, as a second application.
+// a button, as a second application, or what is dragged.
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPlainTextEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QSlider>
@@ -69,19 +73,44 @@ void fill(QWidget *window)
     QObject::connect(crash, &QPushButton::pressed, [] { std::abort(); });
 }
 
+// What is dragged.
+void fillForDrags(QWidget *window)
+{
+    for (const int right : {0, 1}) {
+        auto *list = placed(new QListWidget(window), right ? "right" : "left",
+                            {10 + right * 190, 10, 180, 90});
+        list->setDragDropMode(QAbstractItemView::DragDrop);
+        list->setDefaultDropAction(Qt::MoveAction);
+        list->addItems(right ? QStringList{"one"} : QStringList{"apple", "pear"});
+    }
+    for (const char *name : {"first", "second"})
+        placed(new QPlainTextEdit("alpha beta gamma", window), name,
+               {10, *name == 'f' ? 110 : 150, 180, 35});
+    auto *area = placed(new QMdiArea(window), "area", {200, 110, 180, 140});
+    QMdiSubWindow *inner = area->addSubWindow(new QPushButton("Inside"));
+    placed(inner, "inner", {0, 0, 150, 100});
+    placed(new QLabel("-", window), "closed", {10, 200, 100, 30});
+    QObject::connect(inner, &QObject::destroyed, window,
+                     [window] { window->findChild<QLabel *>("closed")->setText("closed"); });
+    inner->setAttribute(Qt::WA_DeleteOnClose);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     QWidget window;
-    const bool isSecond = argc > 1;
+    const bool isForDrags = argc > 1 && QByteArray(argv[1]) == "drags";
+    const bool isSecond = argc > 1 && !isForDrags;
     window.setWindowTitle(isSecond ? "Other" : "Recorded");
     window.setObjectName(isSecond ? "otherWindow" : "window");
     window.setFixedSize(isSecond ? QSize(200, 60) : QSize(390, 260));
     if (isSecond) {
         auto *quit = placed(new QPushButton("Quit", &window), "quit", {10, 10, 100, 30});
         QObject::connect(quit, &QPushButton::clicked, &application, &QApplication::quit);
+    } else if (isForDrags) {
+        fillForDrags(&window);
     } else {
         fill(&window);
     }

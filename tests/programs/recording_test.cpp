@@ -175,6 +175,28 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
         << output.standardOutput.constData();
 }
 
+TEST_F(RecordingTest, WhatIsDraggedIsDraggedAgain)
+{
+    record({}, program + QStringList("drags"), "^Recorded$");
+    act("drag 40 20 280 80\n drag 40 20 280 18\n drag 14 122 60 122\n drag 30 122 170 162\n"
+        "at 340 122\n");
+    waitFor("\"close\"");
+    const QByteArray recorded = interrupt();
+    EXPECT_TRUE(recorded.contains("item(\"apple\").drag(find(names.right));\n")) << recorded.data();
+    EXPECT_TRUE(recorded.contains("find(names.inner).close();\n")) << recorded.data();
+    EXPECT_EQ(recorded.count("<Ctrl+X>") + recorded.count("<Ctrl+V>"), 2) << recorded.data();
+    runner.addTestCase("tst_recorded", recorded + R"(
+        var texts = ["first", "second"].map(name => find({name: name}).get("plainText"));
+        var items = [0, 1, 2].map(row => find(names.right).item(row, 0).text());
+        check.equal(items.join(), "pear,one,apple");
+        check.equal(texts.join("").length, "alpha beta gammaalpha beta gamma".length);
+        check.that(texts[0].length < texts[1].length, texts.join());
+        check.equal(find({name: "closed"}).get("text"), "closed");
+    )");
+    output = runner.runSuite({});
+    EXPECT_EQ(output.status, 0) << output.standardOutput.constData();
+}
+
 TEST_F(RecordingTest, ASessionWithTheInventoryRunsAgainAndItsChecksTurnRed)
 {
     useApplication("inventory");

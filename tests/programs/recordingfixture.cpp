@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPoint>
 #include <QThread>
 
 #include <csignal>
@@ -98,6 +99,8 @@ void RecordingFixture::act(const QByteArray &lines)
                     (words.size() > 2 ? words.mid(2) : QStringList("1")));
         else if (what == "hover")
             xdotool(place + words);
+        else if (what == "drag")
+            drag(words);
         else if (what == "type")
             xdotool({"type", "--delay", "5", words.join(' ')});
         else if (what == "window")
@@ -107,6 +110,22 @@ void RecordingFixture::act(const QByteArray &lines)
         EXPECT_TRUE(!isOpening || waitUntil([&] { return windowCount() > windows; }))
             << line.toStdString();
     }
+}
+
+// As what is dragged is not looked at before it has been moved some way.
+void RecordingFixture::drag(const QStringList &places)
+{
+    const QPoint from(places[0].toInt(), places[1].toInt());
+    const QPoint to(places[2].toInt(), places[3].toInt());
+    const int steps = 8;
+    for (int i = 0; i <= steps; ++i) {
+        const QPoint place = from + (to - from) * i / steps;
+        xdotool({"mousemove", "--window", m_window, QString::number(place.x()),
+                 QString::number(place.y()), "sleep", "0.05"});
+        if (i == 0)
+            xdotool({"mousedown", "1"});
+    }
+    xdotool({"mouseup", "1", "sleep", "0.2"});
 }
 
 void RecordingFixture::actUntil(const QByteArray &line, const QByteArray &text)

@@ -20,8 +20,9 @@ protected:
     /// lower case, is there.
     void record(const QStringList &options, const QStringList &program, const QString &window);
     /// A line each: arguments of xdotool; "at X Y" clicks in the window, with more of what a click
-    /// takes after it, "hover X Y" moves the mouse there, "window TITLE" chooses another window
-    /// once it is there. With the word "popup" it is waited for a further window.
+    /// takes after it, "hover X Y" moves the mouse there, "drag X Y X Y" with the button pressed,
+    /// "window TITLE" chooses another window once it is there. With the word "popup" it is waited
+    /// for a further window.
     void act(const QByteArray &lines);
     /// Again and again until the journal has the text.
     void actUntil(const QByteArray &line, const QByteArray &text);
@@ -43,6 +44,7 @@ protected:
     QByteArray recorderErrors;
 
 private:
+    void drag(const QStringList &places);
     int windowCount() const;
     void choose(const QString &title);
 

@@ -235,6 +235,7 @@ TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
         {0, "new Tab x Escape", false, "new|2026-11-22|2.5|low|text",
          "table.item(\"a\").edit(\"new\");"},
         {0, "F2 b Escape", false, "a|2026-11-22|2.5|low|text", ""},
+        {0, "F2 Home Return", false, "a|2026-11-22|2.5|low|text", ""},
         {1, "F2 Up Return", false, "a|2026-11-23|2.5|low|text",
          "table.item(\"2026-11-22\").edit(\"2026-11-23\");"},
         {2, "F2 Up Return", false, "a|2026-11-22|3.5|low|text",
@@ -257,6 +258,38 @@ TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
         replay();
         EXPECT_EQ(contentOf(replayed.get()), row.content) << lines.toStdString();
     }
+}
+
+TEST_F(KeyActionsTest, KeysAfterAnEditGoToTheItemThatIsCurrentThen)
+{
+    record(makeTable);
+    QTableWidget *table = child<QTableWidget>("table");
+    QObject::connect(new QShortcut(QKeySequence("F7"), table), &QShortcut::activated, table,
+                     [table] { table->currentItem()->setText("gone"); });
+    press("new Tab Escape F7");
+    EXPECT_EQ(script(), "table.item(\"a\").edit(\"new\");\ntable.item(\"2026-11-22\").click();\n"
+                        "table.type(\"<F7>\");");
+}
+
+TEST_F(KeyActionsTest, AMnemonicOfATabChoosesItAndOneOfSeveralButtonsNone)
+{
+    record([](QWidget *made) {
+        auto *field = new QLineEdit;
+        field->setObjectName("field");
+        made->layout()->addWidget(field);
+        auto *tabs = new QTabWidget;
+        tabs->setObjectName("tabs");
+        for (const char *text : {"&One", "&Two"})
+            tabs->addTab(new QWidget, text);
+        made->layout()->addWidget(tabs);
+        for (const char *text : {"&Same", "&Same too"})
+            made->layout()->addWidget(new QPushButton(text));
+        field->setFocus();
+    });
+    press("Alt+T Alt+S x");
+    EXPECT_EQ(child<QTabWidget>("tabs")->currentIndex(), 1);
+    EXPECT_FALSE(script().contains("Same\").click")) << script().toStdString();
+    EXPECT_TRUE(script().startsWith("tabs.item(\"Two\").click();\n")) << script().toStdString();
 }
 
 TEST_F(KeyActionsTest, ADateIsAlsoEditedAsItIsShown)

@@ -89,6 +89,12 @@ TEST_F(NameResolverTest, NamesFindTheirObjects)
         EXPECT_EQ(find(row[0]), row[1]) << row[0];
 }
 
+TEST_F(NameResolverTest, AButtonHasTheNameThatItsUserReads)
+{
+    buttons[0]->setObjectName("__qt__passive_wizardbutton1");
+    EXPECT_EQ(find("{text='&Save'}"), "{text='&Save' type='QPushButton'}");
+}
+
 TEST_F(NameResolverTest, AMissingObjectIsReportedWithTheClosestOnes)
 {
     const char *const rows[][2] = {

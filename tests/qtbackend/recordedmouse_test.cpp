@@ -243,3 +243,39 @@ TEST_F(RecordedMouseTest, AnEntryOfTheMenuOfAButtonIsChosenWithoutPlaces)
     EXPECT_EQ(call("useItem", "push", {"click", QVariantList{"Save as"}}),
               "the widget is disabled");
 }
+
+TEST_F(RecordedMouseTest, WhatTheApplicationMadeClickableIsClicked)
+{
+    class Clickable : public QLabel
+    {
+    public:
+        using QLabel::QLabel;
+        int clicks = 0;
+
+    protected:
+        void mousePressEvent(QMouseEvent *event) override
+        {
+            ++clicks;
+            QLabel::mousePressEvent(event);
+        }
+    };
+    auto *bar = add<QStatusBar>("bar", {0, 100, 400, 30});
+    auto *state = new Clickable("Line 3");
+    state->setObjectName("state");
+    bar->addWidget(state);
+    bar->addWidget(new QLabel("label"));
+    auto *field = add<QLineEdit>("field", {0, 0, 100, 30});
+    field->setCompleter(new QCompleter({"abc", "abd"}, field));
+    record();
+    click(in(state));
+    click(in(bar->findChildren<QLabel *>().last()));
+    EXPECT_EQ(perform(), QStringList("click state"));
+    EXPECT_EQ(call("useMouse", "state", {"doubleClick", QVariantMap()}), QString());
+    EXPECT_EQ(perform(), QStringList("doubleClick state"));
+    state->clicks = 0;
+    // A list of completions is left as by a press beside it.
+    EXPECT_EQ(type("field", "ab"), QString());
+    ASSERT_TRUE(QApplication::activePopupWidget());
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(state->clicks, 2);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+namespace Morvex {
+
+class ActionReport;
+
+/// A selected text that is dragged to another place, in the same field or editor or in another one:
+/// it is cut, or copied, and pasted there.
+class TextDrag
+{
+public:
+    explicit TextDrag(ActionReport &report)
+        : m_report(report)
+    {
+    }
+
+    /// The selection in this field or editor is being dragged; null for anything else.
+    void begin(QWidget *source);
+    bool isActive() const { return m_source; }
+    /// Before it is delivered. False where there is no text.
+    bool drop(QWidget *target, const QPoint &globalPlace, bool isMove);
+    /// Looks what has become of it.
+    void settle();
+
+private:
+    QString keysWithin(int length) const;
+
+    ActionReport &m_report;
+    QPointer<QWidget> m_source;
+    QPointer<QWidget> m_target;
+    QString m_sourceName;
+    QString m_targetName;
+    QString m_textBefore;
+    // Those that bring the cursor to the place of the drop, in another widget than the source.
+    QString m_way;
+    int m_start = 0;
+    int m_end = 0;
+    int m_place = 0;
+    bool m_isMove = false;
+};
+
+} // namespace Morvex
