@@ -4,7 +4,7 @@
 
 namespace Morvex {
 
-/// For a report beside one that is an archive: what lies in the result directory of that one, which
+/// For a report beside one that is an archive: what is in the result directory of that one, which
 /// is removed at the end of the run, is named by its place in the archive.
 class ArchivedPlaces : public MultiReportGenerator
 {
