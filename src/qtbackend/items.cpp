@@ -1,6 +1,7 @@
 #include "qtbackend/items.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/links.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
@@ -39,6 +40,8 @@ std::shared_ptr<Item> itemOf(QObject *object, const QVariantList &selector)
     if (qobject_cast<QMenuBar *>(object) || qobject_cast<QMenu *>(object) ||
         qobject_cast<QToolBar *>(object) || menuOfButton(object))
         return std::make_shared<MenuItem>(widget, wanted);
+    if (!linksOf(object).empty())
+        return std::make_shared<LinkItem>(widget, wanted);
     return widget ? std::make_shared<AccessibleItem>(widget, wanted) : nullptr;
 }
 

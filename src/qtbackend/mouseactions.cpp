@@ -16,6 +16,7 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -135,7 +136,10 @@ void MouseActions::reportPress()
     else
         m_press.number = m_report.add(what, target.object, place);
     m_click = {target.object, target.item, m_press.number};
-    if (m_press.ownName.isEmpty() && isOwnPart(m_press.widget) && target.item.isEmpty()) {
+    // A label uses a link and hands the press on.
+    const bool isLink = !target.item.isEmpty() && qobject_cast<const QLabel *>(target.object);
+    const bool isUsed = isLink || (target.item.isEmpty() && isOwnPart(m_press.widget));
+    if (isUsed && m_press.ownName.isEmpty()) {
         m_press.ownWhat = what;
         m_press.ownName = m_report.nameOf(target.object, false);
         m_press.ownPlace = place;

@@ -1,6 +1,8 @@
 #include "qtbackend/recordedtarget.h"
 
+#include "qtbackend/items.h"
 #include "qtbackend/itemselectors.h"
+#include "qtbackend/links.h"
 #include "qtbackend/menubutton.h"
 
 #include <QAbstractButton>
@@ -184,11 +186,24 @@ RecordedTarget groupTarget(QGroupBox *box, const QPoint &place)
     return isHit ? targetOf(RecordedTarget::Click, box) : RecordedTarget();
 }
 
+// Without an object where there is no link.
+RecordedTarget linkTarget(QWidget *widget, const QPoint &place)
+{
+    const int link = linkAt(widget, place);
+    if (link < 0)
+        return {};
+    const QVariantList byText{linksOf(widget)[std::size_t(link)].text};
+    return itemTarget(widget, hasItem(widget, byText) ? byText : QVariantList{link, 0});
+}
+
 RecordedTarget textTarget(QWidget *text, const QPoint &place)
 {
     const auto *browser = qobject_cast<QTextBrowser *>(text);
-    const bool isLink = browser && !browser->anchorAt(place).isEmpty();
-    return isLink ? placeTarget(text, place) : targetOf(RecordedTarget::Cursor, text);
+    const RecordedTarget link = browser ? linkTarget(text, place) : RecordedTarget();
+    const bool isPlace = browser && !link.object && !browser->anchorAt(place).isEmpty();
+    if (isPlace)
+        return placeTarget(text, place);
+    return link.object ? link : targetOf(RecordedTarget::Cursor, text);
 }
 
 // A window is a background, unless it is all that there is.
@@ -263,6 +278,10 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
                       {&QAbstractSlider::staticMetaObject, &QAbstractSpinBox::staticMetaObject}) &&
         !qobject_cast<QScrollBar *>(owner) && button == Qt::LeftButton)
         return targetOf(RecordedTarget::Value, owner);
+    const RecordedTarget link =
+        button == Qt::LeftButton ? linkTarget(owner, place) : RecordedTarget();
+    if (link.object)
+        return link;
     const bool isWhole = isText(owner) || qobject_cast<QComboBox *>(owner) ||
                          (qobject_cast<QLabel *>(owner) && !owner->isWindow());
     if (isWhole)

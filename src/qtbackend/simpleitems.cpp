@@ -1,13 +1,16 @@
 #include "qtbackend/simpleitems.h"
 
 #include "qtbackend/inputsequence.h"
+#include "qtbackend/links.h"
 #include "qtbackend/mousetarget.h"
 #include "qtbackend/whyblocked.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
+#include <QScrollBar>
 #include <QStyle>
 #include <QStyleOption>
+#include <QTextBrowser>
 
 namespace Morvex {
 namespace {
@@ -227,6 +230,45 @@ QRect HeaderItem::place() const
     return m_header->orientation() == Qt::Horizontal
                ? QRect(start, 0, size, m_header->viewport()->height())
                : QRect(0, start, m_header->viewport()->width(), size);
+}
+
+LinkItem::LinkItem(QWidget *owner, const ItemSelector &selector)
+    : m_owner(owner)
+{
+    QStringList texts;
+    for (const Link &link : linksOf(owner))
+        texts += link.text;
+    m_index = indexOf(selector, texts, selector.row, &m_error);
+}
+
+QString LinkItem::text() const
+{
+    const std::vector<Link> links = linksOf(m_owner);
+    return m_index < int(links.size()) ? links[std::size_t(m_index)].text : QString();
+}
+
+void LinkItem::reveal(InputSequence &input)
+{
+    const QPointer<QTextBrowser> browser = qobject_cast<QTextBrowser *>(m_owner.data());
+    const QRect where = place();
+    input.add([browser, where] {
+        if (browser && !browser->viewport()->rect().contains(where.center()))
+            browser->verticalScrollBar()->setValue(browser->verticalScrollBar()->value() +
+                                                   where.top());
+        return QString();
+    });
+}
+
+QWidget *LinkItem::widget() const
+{
+    auto *browser = qobject_cast<QTextBrowser *>(m_owner.data());
+    return browser ? browser->viewport() : m_owner.data();
+}
+
+QRect LinkItem::place() const
+{
+    const std::vector<Link> links = linksOf(m_owner);
+    return m_index < int(links.size()) ? links[std::size_t(m_index)].place : QRect();
 }
 
 AccessibleItem::AccessibleItem(QWidget *owner, const ItemSelector &selector)

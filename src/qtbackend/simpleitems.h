@@ -73,6 +73,25 @@ private:
     QString m_error;
 };
 
+/// A link in a label or a text browser, by its text.
+class LinkItem : public Item
+{
+public:
+    LinkItem(QWidget *owner, const ItemSelector &selector);
+
+    QString error() const override { return m_error; }
+    QString text() const override;
+    QVariantMap properties() const override { return {}; }
+    void reveal(InputSequence &input) override;
+    QWidget *widget() const override;
+    QRect place() const override;
+
+private:
+    QPointer<QWidget> m_owner;
+    int m_index = -1;
+    QString m_error;
+};
+
 /// A part that a widget of another kind shows to readers of screens.
 class AccessibleItem : public Item
 {

@@ -279,3 +279,28 @@ TEST_F(RecordedMouseTest, WhatTheApplicationMadeClickableIsClicked)
     EXPECT_EQ(replay(), QString());
     EXPECT_EQ(state->clicks, 2);
 }
+
+TEST_F(RecordedMouseTest, ALinkIsClickedByItsText)
+{
+    const QString html = "See <a href='a'>the <b>first</b></a> or<br><a href='b'>another</a>.";
+    QStringList followed;
+    const auto note = [&followed](const QString &where) { followed += where; };
+    auto *label = add<QLabel>("label", {0, 0, 600, 100});
+    label->setFrameShape(QFrame::Box);
+    label->setAlignment(Qt::AlignRight | Qt::AlignBottom);
+    label->setText(html);
+    QObject::connect(label, &QLabel::linkActivated, note);
+    auto *browser = add<QTextBrowser>("browser", {0, 120, 300, 100});
+    browser->setHtml(html + QString("<br>").repeated(50) + "<a href='c'>last</a>");
+    browser->setOpenLinks(false);
+    QObject::connect(browser, &QTextBrowser::anchorClicked,
+                     [&note](const QUrl &url) { note(url.toString()); });
+    record();
+    for (const char *link : {"the first", "another"})
+        EXPECT_EQ(call("useItem", "label", {"click", QVariantList{link}}), QString());
+    for (const char *link : {"another", "last"})
+        EXPECT_EQ(call("useItem", "browser", {"click", QVariantList{link}}), QString());
+    EXPECT_EQ(followed, (QStringList{"a", "b", "b", "c"}));
+    EXPECT_EQ(perform(), (QStringList{"click label the first", "click label another",
+                                      "click browser another", "click browser last"}));
+}

@@ -25,7 +25,7 @@ QVariantMap typed(int number, const QString &text, const QString &object = "{nam
 
 } // namespace
 
-TEST(RecordingTest, AFullDiskCostsWhatComesAfterItAlone)
+TEST(RecordedTestCaseTest, AFullDiskCostsWhatComesAfterItAlone)
 {
     const QTemporaryDir dir;
     {
@@ -47,7 +47,7 @@ TEST(RecordingTest, AFullDiskCostsWhatComesAfterItAlone)
     EXPECT_TRUE(readFile(journal.path()).endsWith('\n'));
 }
 
-TEST(RecordingTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
+TEST(RecordedTestCaseTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
 {
     const QByteArray first = "{\"recording\":1,\"start\":\"s\"}\n";
     const struct
@@ -82,7 +82,7 @@ TEST(RecordingTest, WhatIsNoJournalIsRefusedAndATornOneIsRead)
     }
 }
 
-TEST(RecordingTest, AnObjectHasOneNameWhenOthersLikeItCome)
+TEST(RecordedTestCaseTest, AnObjectHasOneNameWhenOthersLikeItCome)
 {
     const QTemporaryDir dir;
     RecordingJournal journal(dir.filePath("tst_a"));
@@ -102,7 +102,7 @@ TEST(RecordingTest, AnObjectHasOneNameWhenOthersLikeItCome)
                     .contains("names.edit = {type: \"Edit\", visible: \"true\"};"));
 }
 
-TEST(RecordingTest, NamesOfTwoRecordersThatEndTogetherAreKept)
+TEST(RecordedTestCaseTest, NamesOfTwoRecordersThatEndTogetherAreKept)
 {
     const QTemporaryDir dir;
     const auto recordOne = [&dir](int recorder) {
