@@ -1,13 +1,14 @@
 #pragma once
 
-#include <QString>
+#include "shared/files/newfile.h"
 
 class QFileInfo;
 
 namespace Morvex {
 
-/// Where an attachment of a test case goes in the result directory: a path that no file has, whose
-/// name is made of that of @p source. Creates its directory.
-QString attachmentPath(const QString &resultDir, const QString &testCase, const QFileInfo &source);
+/// Where attachments of a test case go in the result directory: paths whose names are made of that
+/// of @p source. Creates their directory.
+NumberedPath attachmentPath(const QString &resultDir, const QString &testCase,
+                            const QFileInfo &source);
 
 } // namespace Morvex

@@ -144,17 +144,30 @@ void ScriptApi::attach(const QString &file, const QString &message)
         return;
     }
     if (!m_context.resultDir.isEmpty()) {
-        const QString copy = attachmentPath(m_context.resultDir,
-                                            QDir(m_context.testCaseDir).dirName(), QFileInfo(path));
-        if (!QFile::copy(path, copy)) {
-            throwError(QStringLiteral("attach: cannot copy '%1' to '%2'").arg(path, copy));
+        const NewFile copy = copyToResultDir(path);
+        if (!copy.error.isEmpty()) {
+            throwError(QStringLiteral("attach: cannot copy '%1' to '%2': %3")
+                           .arg(path, copy.path, copy.error));
             return;
         }
-        path = copy;
+        path = copy.path;
     }
     m_context.result->addAttachment(TestResult::FILE_ATTACHMENT,
                                     message.isEmpty() ? QFileInfo(path).fileName() : message, path,
                                     m_engine->currentStack());
+}
+
+NewFile ScriptApi::copyToResultDir(const QString &path) const
+{
+    QFile source(path);
+    const NumberedPath pathOf =
+        attachmentPath(m_context.resultDir, QDir(m_context.testCaseDir).dirName(), QFileInfo(path));
+    if (!source.open(QIODevice::ReadOnly))
+        return {pathOf(1), source.errorString()};
+    const NewFile copy = writeNewFile(pathOf, &source);
+    if (copy.error.isEmpty())
+        QFile::setPermissions(copy.path, source.permissions());
+    return copy;
 }
 
 QString ScriptApi::existingPath(const QString &file) const

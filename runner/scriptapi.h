@@ -2,6 +2,7 @@
 
 #include "runner/namesfile.h"
 #include "runner/scriptengine.h"
+#include "shared/files/newfile.h"
 #include "test/testresult.h"
 
 #include <QElapsedTimer>
@@ -84,6 +85,7 @@ public:
 
 private:
     QObject *partOf(QObject *(ApplicationAccess::*part)());
+    NewFile copyToResultDir(const QString &path) const;
     QString existingPath(const QString &file) const;
     void throwError(const QString &message);
 

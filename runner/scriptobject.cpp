@@ -8,6 +8,7 @@
 #include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
 #include "runner/processend.h"
+#include "runner/settingcheck.h"
 #include "shared/environment.h"
 #include "shared/files/writefile.h"
 #include "shared/richimage.h"
@@ -16,8 +17,6 @@
 #include <QElapsedTimer>
 #include <QJSEngine>
 #include <QMetaType>
-
-#include <cmath>
 
 namespace Morvex {
 namespace {
@@ -44,59 +43,6 @@ QVariant scriptValue(const Object &object)
         // The engine does not know all integer types as numbers.
         return isWholeNumber(value) ? QVariant(value.toDouble()) : QVariant(object.valueText());
     }
-}
-
-// Texts that a widget writes its own way.
-bool isMarkup(const QString &property)
-{
-    return property == QLatin1String("html") || property == QLatin1String("markdown");
-}
-
-// Whether the property holds what it was set to. True when that can't be said.
-bool isTaken(const QVariant &wanted, const Object &object)
-{
-    QVariant converted = wanted;
-    return !object.value().isValid() || !converted.convert(object.value().userType()) ||
-           converted == object.value() || wanted.toString() == object.valueText();
-}
-
-// A truth value would be made of any text and number, true of nearly all.
-bool isTruthValue(const QVariant &value)
-{
-    if (value.userType() == QMetaType::Bool)
-        return true;
-    static const QStringList texts{QStringLiteral("true"), QStringLiteral("false"),
-                                   QStringLiteral("1"), QStringLiteral("0")};
-    return texts.contains(value.toString(), Qt::CaseInsensitive);
-}
-
-// Why a property that holds @p held can't be set to @p wanted, empty when it may.
-[[nodiscard]] QString whyUnsuitable(const QVariant &held, const QVariant &wanted)
-{
-    if (held.userType() == QMetaType::Bool && !isTruthValue(wanted))
-        return QStringLiteral("takes true or false");
-    const bool isFraction = wanted.userType() == QMetaType::Double &&
-                            wanted.toDouble() != std::floor(wanted.toDouble());
-    return isFraction && isWholeNumber(held)
-               ? QStringLiteral("takes a whole number, not %1").arg(wanted.toString())
-               : QString();
-}
-
-// Widgets leave out in silence what they can't show. Returns an error text, empty when the value
-// was taken. A number has to be the one that is wanted; of any other value it is enough that it
-// changed something.
-[[nodiscard]] QString whyNotTaken(const QString &property, const QVariant &wanted,
-                                  const SharedPtr<Object> &before, const SharedPtr<Object> &after)
-{
-    if (!after || isMarkup(property) || isTaken(wanted, *after))
-        return {};
-    if (isWholeNumber(after->value()))
-        return QStringLiteral("property '%1' doesn't take %2, it is %3")
-            .arg(property, wanted.toString(), after->valueText());
-    return before && before->value() == after->value()
-               ? QStringLiteral("property '%1' doesn't take this value, it has not changed")
-                     .arg(property)
-               : QString();
 }
 
 // What there is instead.
@@ -150,14 +96,16 @@ void ScriptObject::set(const QString &path, const QJSValue &value)
         return fail(whyNoAnswer());
     if (!property)
         return fail(unknownProperty(ownerClass, last));
-    const QString reason = before ? whyUnsuitable(before->value(), wanted) : QString();
+    QString reason = before ? whyUnsuitable(before->value(), wanted) : QString();
+    if (reason.isEmpty()) {
+        const QString error = property->set(owner, wanted);
+        if (!error.isEmpty())
+            return fail(error);
+        const SharedPtr<Object> after = property->get(owner);
+        reason = after ? whyNotTaken({last, wanted, owner, before}, *after) : QString();
+    }
     if (!reason.isEmpty())
-        return fail(QStringLiteral("property '%1' %2").arg(last, reason));
-    QString error = property->set(owner, wanted);
-    if (error.isEmpty())
-        error = whyNotTaken(last, wanted, before, property->get(owner));
-    if (!error.isEmpty())
-        fail(error);
+        fail(QStringLiteral("property '%1' %2").arg(last, reason));
 }
 
 // Empty while the application answers.
@@ -192,6 +140,18 @@ SharedPtr<Object> ScriptObject::follow(const QStringList &steps)
                  ? QStringLiteral("property '%1' has no value").arg(missing.name)
                  : unknownProperty(classBefore(m_object, steps, missing.name), missing.name));
     return {};
+}
+
+bool ScriptObject::isSecret(const QString &path)
+{
+    QStringList steps = propertySteps(path);
+    const QString last = steps.isEmpty() ? QString() : steps.takeLast();
+    const SharedPtr<Object> owner = follow(steps);
+    QString error;
+    return owner && owner->id() != 0 &&
+           (m_inspector->callFunction(QStringLiteral("isSecret"), {owner->id(), last}, &error)
+                .toBool() ||
+            !error.isEmpty());
 }
 
 void ScriptObject::useMouse(const QString &gesture, const QVariantMap &options)

@@ -29,6 +29,8 @@ public:
     /// The property at the end of a path of names, joined by dots.
     Q_INVOKABLE QJSValue get(const QString &path);
     Q_INVOKABLE void set(const QString &path, const QJSValue &value);
+    /// Whether messages have to leave the value of the property out; also when that can't be known.
+    Q_INVOKABLE bool isSecret(const QString &path);
     /// "click", "doubleClick", "hover", "drag" or "wheel" and its options, as the function
     /// "useMouse" of the application takes them.
     Q_INVOKABLE void useMouse(const QString &gesture, const QVariantMap &options);

@@ -179,8 +179,9 @@ export default function (native, nameFunctions, helpers) {
                 return helpers.isSame(last, value);
             }, milliseconds(timeout, defaultTimeout));
             if (!holds)
-                throw new Error(this.name + ": property '" + path + "' is " + show(last) + ", not "
-                                + show(value));
+                throw new Error(this.name + ": property '" + path + (source.isSecret(path)
+                    ? "', which is hidden, is not what it was to be"
+                    : "' is " + show(last) + ", not " + show(value)));
         },
         waitUntilGone: function (timeout) {
             refuseMore(arguments, 1, "waitUntilGone takes a timeout");

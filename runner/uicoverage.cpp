@@ -44,6 +44,18 @@ QByteArray usageXml(QString *error)
                : QStringLiteral("Cannot write '%1': %2").arg(path, written.error);
 }
 
+// Adds it to the report. Returns an error text, empty on success.
+[[nodiscard]] QString attachNew(TestResult *result, const NumberedPath &pathOf,
+                                TestResult::AttachmentType type, const QString &message,
+                                const QByteArray &content)
+{
+    const NewFile file = writeNewFile(pathOf, content);
+    if (!file.error.isEmpty())
+        return QStringLiteral("Cannot write '%1': %2").arg(file.path, file.error);
+    result->addAttachment(type, message, file.path, {LineInfo()});
+    return {};
+}
+
 QString leaveUsage(TestResult *result, const QString &testCase, const QString &resultDir)
 {
     QString error;
@@ -58,14 +70,9 @@ QString leaveUsage(TestResult *result, const QString &testCase, const QString &r
     error = writeFile(xml, QDir(coverageDir()).filePath(name));
     if (!error.isEmpty() || resultDir.isEmpty())
         return error;
-    const QString path =
-        attachmentPath(resultDir, testCase, QFileInfo(QStringLiteral("uicoverage.xml")));
-    error = writeFile(xml, path);
-    if (error.isEmpty()) {
-        result->addAttachment(TestResult::UICOVERAGE_ATTACHMENT, QStringLiteral("UI coverage"),
-                              path, {LineInfo()});
-    }
-    return error;
+    return attachNew(
+        result, attachmentPath(resultDir, testCase, QFileInfo(QStringLiteral("uicoverage.xml"))),
+        TestResult::UICOVERAGE_ATTACHMENT, QStringLiteral("UI coverage"), xml);
 }
 
 void warn(TestResult *result, const QString &details)
@@ -127,16 +134,12 @@ void UiCoverage::attachPage(TestResult *result, const QString &resultDir) const
 {
     if (resultDir.isEmpty() || m_root.coverageExpected(true) == 0)
         return;
-    const QString path =
-        attachmentPath(resultDir, QString(), QFileInfo(QStringLiteral("uicoverage.html")));
-    const QString error = writeFile(coveragePage(m_root), path);
-    if (!error.isEmpty()) {
+    const QString error = attachNew(
+        result, attachmentPath(resultDir, QString(), QFileInfo(QStringLiteral("uicoverage.html"))),
+        TestResult::FILE_ATTACHMENT,
+        QStringLiteral("UI coverage of the run: ") + coverageText(m_root), coveragePage(m_root));
+    if (!error.isEmpty())
         warn(result, error);
-        return;
-    }
-    result->addAttachment(TestResult::FILE_ATTACHMENT,
-                          QStringLiteral("UI coverage of the run: ") + coverageText(m_root), path,
-                          {LineInfo()});
 }
 
 void UiCoverage::print() const

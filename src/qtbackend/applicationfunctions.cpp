@@ -266,6 +266,13 @@ QVariant objectProperties(QtModel &model, const Call &call, QString *error)
     return properties;
 }
 
+// Arguments: id, property.
+QVariant isSecretOf(QtModel &model, const Call &call, QString *error)
+{
+    QObject *object = firstObject(model, call, error);
+    return object ? QVariant(isSecret(object, call.arguments.value(1).toString())) : QVariant();
+}
+
 const struct
 {
     const char *name;
@@ -282,6 +289,7 @@ const struct
     {"findAll", findAll},
     {"children", children},
     {"objectProperties", objectProperties},
+    {"isSecret", isSecretOf},
     {"nameTree", tree},
     {"takeClicked", takeClicked},
     {"typeText", type},

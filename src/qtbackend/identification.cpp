@@ -34,12 +34,12 @@ bool isTyped(const QObject *object, const char *property)
 // What shows the value of the property as dots; null when it is no secret.
 const QObject *hiderOf(const QObject *object, const QString &property)
 {
-    const bool isSecret =
+    const bool isText =
         std::any_of(std::begin(secrets), std::end(secrets),
                     [&property](const char *secret) { return property == QLatin1String(secret); });
     const auto *box = qobject_cast<const QComboBox *>(object);
     const QObject *editor = box && box->lineEdit() ? box->lineEdit() : object;
-    return isSecret && hidesItsText(editor) ? editor : nullptr;
+    return isText && hidesItsText(editor) ? editor : nullptr;
 }
 
 void addText(const QObject *object, const char *property, QHash<QString, QString> *texts)
@@ -103,6 +103,11 @@ QString realNameOf(const QObject *object)
             add(it.key(), it.value());
     }
     return ObjectName(properties).qualifiedName();
+}
+
+bool isSecret(const QObject *object, const QString &property)
+{
+    return hiderOf(object, property);
 }
 
 QString textForReaders(const QObject *object, const QString &property, const QString &text)

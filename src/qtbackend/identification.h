@@ -15,6 +15,9 @@ QString labelOf(const QObject *object);
 /// What users type is none of them.
 QHash<QString, QString> identifyingPropertiesOf(const QObject *object);
 
+/// Whether the value of the property is a text that is shown as dots, or not at all.
+bool isSecret(const QObject *object, const QString &property);
+
 /// A name that shows a reader the object; it may fit others as well.
 QString realNameOf(const QObject *object);
 

@@ -4,6 +4,7 @@
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/links.h"
 #include "qtbackend/menubutton.h"
+#include "qtbackend/widgetvalue.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -200,10 +201,13 @@ RecordedTarget textTarget(QWidget *text, const QPoint &place)
 {
     const auto *browser = qobject_cast<QTextBrowser *>(text);
     const RecordedTarget link = browser ? linkTarget(text, place) : RecordedTarget();
-    const bool isPlace = browser && !link.object && !browser->anchorAt(place).isEmpty();
-    if (isPlace)
-        return placeTarget(text, place);
-    return link.object ? link : targetOf(RecordedTarget::Cursor, text);
+    if (link.object)
+        return link;
+    const bool isLink = browser && !browser->anchorAt(place).isEmpty();
+    // Its cursor can't be moved by keys.
+    const bool takesNoKeys = text->focusPolicy() == Qt::NoFocus;
+    return isLink || takesNoKeys ? placeTarget(text, place)
+                                 : targetOf(RecordedTarget::Cursor, text);
 }
 
 // A window is a background, unless it is all that there is.
@@ -265,6 +269,11 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
         return widget == view->viewport() ? viewTarget(view, place, button) : RecordedTarget();
     if (auto *bar = qobject_cast<QTabBar *>(owner))
         return tabTarget(bar, place, button);
+    // What shows other tabs chooses none.
+    const bool isArrowOfTabs = qobject_cast<QTabBar *>(owner->parentWidget()) &&
+                               owner->objectName().startsWith(QLatin1String("Scroll"));
+    if (isArrowOfTabs)
+        return {};
     if (auto *push = qobject_cast<QAbstractButton *>(owner))
         return buttonTarget(push, place, button);
     if (auto *group = qobject_cast<QGroupBox *>(owner))
@@ -274,9 +283,7 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
     QWidget *text = isText(owner) ? owner : widget;
     if (button == Qt::LeftButton && isText(text))
         return textTarget(text, place);
-    if (inheritsOneOf(owner,
-                      {&QAbstractSlider::staticMetaObject, &QAbstractSpinBox::staticMetaObject}) &&
-        !qobject_cast<QScrollBar *>(owner) && button == Qt::LeftButton)
+    if (button == Qt::LeftButton && (isSlider(owner) || qobject_cast<QAbstractSpinBox *>(owner)))
         return targetOf(RecordedTarget::Value, owner);
     const RecordedTarget link =
         button == Qt::LeftButton ? linkTarget(owner, place) : RecordedTarget();

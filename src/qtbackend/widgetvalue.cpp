@@ -5,6 +5,7 @@
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/scenetarget.h"
 
+#include <QAbstractScrollArea>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QMetaProperty>
@@ -14,12 +15,6 @@
 
 namespace Morvex {
 namespace {
-
-bool isSlider(const QObject *object)
-{
-    return qobject_cast<const QAbstractSlider *>(object) &&
-           !qobject_cast<const QScrollBar *>(object);
-}
 
 // Empty for a spin box of a kind of its own, of which only the text is known, and for other
 // widgets.
@@ -55,6 +50,15 @@ void moveHandle(QAbstractSlider *slider, int position)
 }
 
 } // namespace
+
+bool isSlider(const QObject *object)
+{
+    const QObject *parent = object->parent();
+    const bool isOfArea = qobject_cast<const QAbstractScrollArea *>(parent) ||
+                          (parent && qobject_cast<const QAbstractScrollArea *>(parent->parent()));
+    return qobject_cast<const QAbstractSlider *>(object) &&
+           !(isOfArea && qobject_cast<const QScrollBar *>(object));
+}
 
 QVariant valueOf(const QWidget *widget)
 {

@@ -6,6 +6,9 @@ class QWidget;
 
 namespace Morvex {
 
+/// Whether it is an input by a handle, and not a bar that scrolls what is beside it.
+bool isSlider(const QObject *object);
+
 /// What the mouse changes in a widget by small steps: the value of a slider or a spin box, the date
 /// of a field, the entry of a combo box, the current tab. Not valid for any other widget.
 QVariant valueOf(const QWidget *widget);

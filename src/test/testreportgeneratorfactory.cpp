@@ -1,5 +1,6 @@
 #include "test/testreportgeneratorfactory.h"
 
+#include "shared/realpath.h"
 #include "shared/system/trace.h"
 #include "test/htmlreportgenerator.h"
 #include "test/jsonreportgenerator.h"
@@ -9,6 +10,7 @@
 #include "test/output/reporttarget.h"
 #include "test/quillbasereportgenerator.h"
 #include "test/rawreportgenerator.h"
+#include "test/report/archivedplaces.h"
 #include "test/stdoutreportgenerator.h"
 #include "test/xlsreportgenerator.h"
 #include "test/xml2reportgenerator.h"
@@ -214,19 +216,38 @@ Result createByName(const QString &name, const Arguments &arguments)
     return row->create(arguments, version.section(QLatin1Char('.'), 1).toInt());
 }
 
+QString nameIn(const QString &value)
+{
+    return value.section(QLatin1Char(','), 0, 0);
+}
+
+QString pathIn(const QString &value)
+{
+    const QString path = value.section(QLatin1Char(','), 1);
+    return path.endsWith(QDir::separator()) ? path.chopped(1) : path;
+}
+
 Result createOne(const QString &value, TestReportGenerator::TestType type, QString *resultDir)
 {
-    const int comma = value.indexOf(QLatin1Char(','));
-    const QString name = value.left(comma);
-    QString path = comma < 0 ? QString() : value.mid(comma + 1);
-    if (path.endsWith(QDir::separator()))
-        path.chop(1);
+    const QString name = nameIn(value);
+    const QString path = pathIn(value);
     qCDebug(traceReportGen) << "generatorName" << name << "generatorConfig" << path;
     const Result result = createByName(name, {path, type, resultDir});
     if (result.error.isEmpty())
         return result;
     return {nullptr,
             QStringLiteral("%1 report generator: %2").arg(withoutQuery(name), result.error)};
+}
+
+bool isArchive(const QString &value)
+{
+    return rowOf(nameIn(value))->create == createZipXml3;
+}
+
+// Whether the report is read after the run. What is uploaded is sent before.
+bool isReadLater(const QString &value)
+{
+    return rowOf(nameIn(value))->create != createQuillbase && !isArchive(value);
 }
 
 } // namespace
@@ -252,9 +273,15 @@ Result TestReportGeneratorFactory::create(const QStringList &values, QString *re
         return {new StdoutReportGenerator, QString()};
     if (generators.size() == 1)
         return {generators.front().release(), QString()};
+    const auto archive = std::find_if(values.begin(), values.end(), isArchive);
     std::list<TestReportGenerator *> members;
-    for (auto &generator : generators)
-        members.push_back(generator.release());
+    for (std::size_t i = 0; i < generators.size(); ++i) {
+        TestReportGenerator *generator = generators[i].release();
+        members.push_back(
+            archive != values.end() && isReadLater(values[static_cast<int>(i)])
+                ? new ArchivedPlaces(generator, *resultDir, cleanedPath(pathIn(*archive)))
+                : generator);
+    }
     return {new MultiReportGenerator(members), QString()};
 }
 
@@ -272,7 +299,7 @@ TestReportGenerator *TestReportGeneratorFactory::create(const QStringList &value
 
 TestReportGeneratorFactory::Traits TestReportGeneratorFactory::traitsOf(const QString &value)
 {
-    const KeywordRow *row = rowOf(value.section(QLatin1Char(','), 0, 0));
+    const KeywordRow *row = rowOf(nameIn(value));
     return row ? row->traits : Traits();
 }
 

@@ -40,6 +40,7 @@ ApplicationWindow {
     }
     ListView {
         id: fruits; x: 10; y: 160; width: 150; height: window.height - 320; clip: true
+        ScrollBar.vertical: ScrollBar { policy: ScrollBar.AlwaysOn; width: 10 }
         model: ListModel { Component.onCompleted: { for (var i = 1; i <= 60; ++i) append({title: "Fruit " + i}) } }
         delegate: ItemDelegate { width: 150; height: 30; text: title; onClicked: note(text) }
     }

@@ -75,6 +75,8 @@ TEST_F(DisplayTest, WhatIsClickedOnIsPrintedWithItsProperties)
             process.waitForReadyRead(300);
             printed = process.readAllStandardOutput();
         }
+        while (!printed.contains(property) && process.waitForReadyRead(10000))
+            printed += process.readAllStandardOutput();
         EXPECT_TRUE(printed.startsWith(name)) << printed.constData();
         EXPECT_TRUE(printed.contains(property)) << printed.constData();
         xdotool({"search", "--onlyvisible", "--name", window, "windowkill"});

@@ -26,8 +26,10 @@ protected:
         QMenu *file = bar->addMenu("&File");
         QObject::connect(file, &QMenu::aboutToShow, file, [this, file] {
             file->clear();
-            exportAction = file->addMenu("E&xport")->addAction("CSV\tCtrl+E");
+            QMenu *menu = file->addMenu("E&xport");
+            exportAction = menu->addAction("CSV\tCtrl+E");
             exportAction->setCheckable(true);
+            menu->addAction("Mail")->setEnabled(false);
         });
         window.show();
     }
@@ -124,6 +126,9 @@ TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
     EXPECT_EQ(get<QTabWidget>("tabs")->currentIndex(), 1);
     EXPECT_EQ(use("bar", "click", {"File/Export/CSV"}), "true");
     EXPECT_TRUE(exportAction && exportAction->isChecked());
+    EXPECT_EQ(use("bar", "click", {"File/Export/Mail"}), "the action is disabled");
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_TRUE(get<QMenuBar>("bar")->isVisible());
     EXPECT_FALSE(QApplication::activePopupWidget());
 
     auto *header = tree->header();

@@ -42,6 +42,28 @@ TEST_F(RecordedMouseTest, ADoubleClickIsNotTwoClicks)
     EXPECT_EQ(perform(), QStringList("doubleClick list First"));
 }
 
+TEST_F(RecordedMouseTest, WhatScrollsIsLeftOutAndABarThatIsAnInputIsNot)
+{
+    auto *bar = add<QScrollBar>("bar", {0, 0, 20, 200});
+    auto *shown = add<QPlainTextEdit>("shown", {40, 0, 200, 60});
+    shown->setPlainText(QString("line\n").repeated(100));
+    shown->setFocusPolicy(Qt::NoFocus);
+    auto *tabs = add<QTabBar>("tabs", {0, 210, 120, 30});
+    for (int i = 0; i < 20; ++i)
+        tabs->addTab("a long name " + QString::number(i));
+    record();
+    const auto pageDown = [](QWidget *widget) { return at(widget, 8, widget->height() - 5); };
+    click(pageDown(bar));
+    click(pageDown(shown->verticalScrollBar()));
+    click(in(tabs->findChild<QWidget *>("ScrollRightButton")));
+    click(at(shown->viewport(), 10, 10));
+    const QStringList recorded = perform();
+    EXPECT_EQ(recorded,
+              (QStringList{"set bar value " + QString::number(bar->value()), "click shown 10 10"}));
+    EXPECT_GT(bar->value(), 0);
+    EXPECT_GT(shown->verticalScrollBar()->value(), 0);
+}
+
 TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
 {
     auto *level = add<QSlider>("level", {0, 0, 30, 300});

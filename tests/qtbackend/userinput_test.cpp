@@ -197,6 +197,35 @@ TEST_F(UserInputTest, GesturesOfTheMouseReachAWidgetAsAUsersDo)
     EXPECT_EQ(list->selectedItems().size(), 3);
 }
 
+TEST_F(UserInputTest, ADragEndsAtItsPlaceAndJustBeyondTheMiddleOfATab)
+{
+    class Bar : public QTabBar
+    {
+    public:
+        using QTabBar::QTabBar;
+        int released = 0;
+
+    protected:
+        void mouseReleaseEvent(QMouseEvent *event) override { released = event->pos().x(); }
+    };
+    auto *bar = add<Bar>("bar", {0, 0, 300, 30});
+    bar->addTab("first");
+    bar->addTab("second");
+    window.show();
+    const QVariantList second{"second"};
+    const std::pair<QVariantMap, int> rows[] = {
+        {{}, bar->rect().center().x()},
+        {{{"x", 70}, {"y", 9}}, 70},
+        {{{"item", second}}, bar->tabRect(1).center().x() + 3},
+        {{{"item", second}, {"x", 4}, {"y", 5}}, bar->tabRect(1).x() + 4},
+    };
+    for (const auto &[to, x] : rows) {
+        const QVariantMap options{{"x", 1}, {"y", 9}, {"to", to}};
+        EXPECT_EQ(call("useMouse", "bar", {"drag", options}), QString());
+        EXPECT_EQ(bar->released, x);
+    }
+}
+
 TEST_F(UserInputTest, AClickOnAnActionOfAnOpenMenuClosesIt)
 {
     QMenu menu(&window);

@@ -86,6 +86,12 @@ TEST_F(ApplicationTest, ScriptsUseAnApplication)
                    "log.info(w.get('level'), ['short', 'byte', 'char', 'long', 'huge', 'float']\n"
                    "  .map(function (size) { return w.get(size + 'Number'); }));",
          {"LOG 3|[-5,200,65,5000000000,6000000000,0.1]"}},
+        {awkward + "var r = find('ratio'); r.set('value', 0.333); log.info(r.get('value'));\n"
+                   "var w = find('awkward'); w.set('windowOpacity', 0.1);\n"
+                   "w.set('byteNumber', 255); w.set('hugeNumber', 9000000000);\n"
+                   "find('day').set('date', '2024-02-29');\n"
+                   "find('day').set('dateTime', '2024-02-29T00:00:00');",
+         {"LOG 0.33|"}},
     };
     for (const auto &row : rows)
         EXPECT_EQ(results(row.script), row.lines) << row.script.constData();
@@ -94,6 +100,7 @@ TEST_F(ApplicationTest, ScriptsUseAnApplication)
 TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
 {
     const QByteArray start = "application.start('inventory'); ";
+    const QByteArray awkward = startAwkward;
     const struct
     {
         QByteArray script;
@@ -110,6 +117,17 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
          "Error: count: property 'value' doesn't take this value"},
         {start + "find('count').set('value', 100000)",
          "Error: count: property 'value' doesn't take 100000, it is "},
+        {start + "find('count').set('value', 4294967298)",
+         "'value' takes a whole number from -2147483648 to 2147483647, not 4294967298"},
+        {awkward + "find('awkward').set('byteNumber', -1)", "a whole number from 0 to 255, not -1"},
+        {awkward + "find('awkward').set('hugeNumber', Infinity)",
+         "a whole number from 0 to 18446744073709551615, not inf"},
+        {awkward + "find('ratio').set('value', 100)", "'value' doesn't take 100, it is 99.99"},
+        {awkward + "find('awkward').set('windowOpacity', 7)", "doesn't take 7, it is 1"},
+        {awkward + "find('day').set('date', '2031-01-01')",
+         "'date' doesn't take 2031-01-01, it is 2030-12-31"},
+        {awkward + "find('secret').waitFor('text', 'x', 0)",
+         "property 'text', which is hidden, is not what it was to be"},
         {start + "find('name').set('visible', true); find('name').set('maxLength', 3);"
                  "find('name').set('text', 'abc'); find('name').set('text', 'abcd')",
          "Error: name: property 'text' doesn't take this value, it has not changed"},

@@ -1,9 +1,12 @@
 #include "awkwardwindow.h"
 
 #include <QCoreApplication>
+#include <QDateEdit>
 #include <QDialog>
+#include <QDoubleSpinBox>
 #include <QFile>
 #include <QFrame>
+#include <QLineEdit>
 #include <QProcess>
 #include <QPushButton>
 #include <QTimer>
@@ -35,11 +38,27 @@ AwkwardWindow::AwkwardWindow()
     addButton("windows", &AwkwardWindow::openWindows);
     addButton("change", &AwkwardWindow::changeAllTheTime);
     addButton("delete", &AwkwardWindow::deleteTheButton);
+    addFields();
 }
 
 void AwkwardWindow::setLevel(int level)
 {
     QTimer::singleShot(0, this, [this, level] { m_level = level; });
+}
+
+void AwkwardWindow::addFields()
+{
+    auto *ratio = new QDoubleSpinBox;
+    ratio->setObjectName("ratio");
+    layout()->addWidget(ratio);
+    auto *day = new QDateEdit;
+    day->setObjectName("day");
+    day->setMaximumDate(QDate(2030, 12, 31));
+    layout()->addWidget(day);
+    auto *secret = new QLineEdit("hush");
+    secret->setObjectName("secret");
+    secret->setEchoMode(QLineEdit::Password);
+    layout()->addWidget(secret);
 }
 
 void AwkwardWindow::addButton(const char *name, void (AwkwardWindow::*action)())

@@ -1,5 +1,6 @@
 #include "support/runs.h"
 #include "support/test.h"
+#include "test/testreportgeneratorfactory.h"
 
 #include <QProcess>
 
@@ -67,6 +68,19 @@ TEST_F(ZipXml3ReportGeneratorTest, TheArchiveHoldsTheReportOfXml3AndWhatTheRunPu
         EXPECT_EQ(report, readFile(plainDir + "/results.xml"));
         EXPECT_EQ(unzip({"-p", target, "tst_a/failed_1.png"}), "image");
     }
+}
+
+TEST_F(ZipXml3ReportGeneratorTest, ReportsBesideTheArchiveNameThePlacesInIt)
+{
+    const QString beside = dir.filePath("beside.xml");
+    const auto created = TestReportGeneratorFactory::create(
+        {"xml," + beside, "zipxml3.5," + target}, &resultDir, TestReportGenerator::TEST_SUITE);
+    replay(entriesBelow(resultDir), created.generator);
+    created.generator->generateSummary();
+    delete created.generator;
+    const QByteArray report = readFile(beside);
+    EXPECT_FALSE(report.contains(resultDir.toUtf8()));
+    EXPECT_TRUE(report.contains(target.toUtf8() + "/tst_a/failed_1.png"));
 }
 
 TEST_F(ZipXml3ReportGeneratorTest, NothingIsLeftOfTheTemporaryDirectory)

@@ -10,7 +10,6 @@
 #include "test/verification/vpdocument.h"
 #include "test/verification/vpimages.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 
@@ -78,10 +77,7 @@ void saveBeside(const QImage &image, const QString &failedImage, const QString &
 
 void learnImage(QDomElement &element, QDomDocument &document, const QImage &image)
 {
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    const QString data = QString::fromLatin1(buffer.data().toBase64());
+    const QString data = QString::fromLatin1(pngOf(image).toBase64());
     QDomText text = element.firstChild().toText();
     if (text.isNull())
         element.insertBefore(document.createTextNode(data), element.firstChild());
@@ -121,8 +117,9 @@ ApplicationComparison comparisonBy(const QString &application, const QDomElement
     if (!QDir().mkpath(dir))
         return QStringLiteral("Could not store differing screenshot; creating directory for failed "
                               "images failed.");
-    const QString path = numberedFile(dir, QStringLiteral("failed"), QStringLiteral(".png"));
-    actual.save(path, "PNG");
+    const QString path =
+        writeNumberedFile(dir, QStringLiteral("failed"), QStringLiteral(".png"), pngOf(actual))
+            .path;
     // For reports, which show them side by side.
     saveBeside(expected, path, QStringLiteral("expected"));
     saveBeside(ImageComparison::normalizedCorrelationDiff(expected, actual, 0, 1), path,

@@ -1,4 +1,3 @@
-#include "shared/files/writefile.h"
 #include "shared/requestdumpobject.h"
 #include "test/objectnameresolverinterface.h"
 #include "test/testvp.h"
@@ -43,12 +42,12 @@ QString failureDetails(const QMap<BrowserElement::Id, TitanCompare> &result)
     if (!QDir().mkpath(directory))
         return QStringLiteral(" Also failed to create directory '%1' for the snapshot.")
             .arg(directory);
-    const QString path = numberedFile(directory, vpFile.fileName(), QStringLiteral(".xml"));
-    const FileWriteResult written = writeFileSafely(path, xml);
-    if (written.outcome == FileWriteResult::Written)
-        return QStringLiteral(" Object snapshot saved as '%1')").arg(path);
+    const NewFile file =
+        writeNumberedFile(directory, vpFile.fileName(), QStringLiteral(".xml"), xml);
+    if (file.error.isEmpty())
+        return QStringLiteral(" Object snapshot saved as '%1')").arg(file.path);
     return QStringLiteral(" Also failed to save object snapshot as '%1': %2.")
-        .arg(path, written.error);
+        .arg(file.path, file.error);
 }
 
 } // namespace

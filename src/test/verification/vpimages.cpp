@@ -76,13 +76,20 @@ QString typeNameForTestResultType(TestResult::ResultType type)
     }
 }
 
-QString numberedFile(const QString &dir, const QString &stem, const QString &extension)
+NewFile writeNumberedFile(const QString &dir, const QString &stem, const QString &extension,
+                          const QByteArray &content)
 {
-    for (int number = 1;; ++number) {
-        const QString path = dir + stem + QLatin1Char('_') + QString::number(number) + extension;
-        if (!QFileInfo::exists(path))
-            return path;
-    }
+    const auto pathOf = [&](int number) {
+        return dir + stem + QLatin1Char('_') + QString::number(number) + extension;
+    };
+    return writeNewFile(pathOf, content);
+}
+
+QByteArray pngOf(const QImage &image)
+{
+    QBuffer buffer;
+    image.save(&buffer, "PNG");
+    return buffer.data();
 }
 
 bool saveImage(const QImage &image, const QString &path, const char *format)
@@ -173,14 +180,14 @@ QString logScreenshot(RunnerInterface *runner, TestResult::ResultType type, cons
     const QString dir = failedOutputDir(runner, stem + QStringLiteral("Images"));
     if (!QDir().mkpath(dir))
         return {};
-    const QString path = numberedFile(dir, stem, QStringLiteral(".png"));
     const QImage picture = image.isNull() ? desktopScreenshot() : image;
     if (picture.isNull())
         return QStringLiteral(" (Screenshot taken from the desktop is invalid)");
-    return saveImage(picture, path, "PNG")
-               ? QStringLiteral(" (Screenshot in \"%1\")").arg(path)
+    const NewFile file = writeNumberedFile(dir, stem, QStringLiteral(".png"), pngOf(picture));
+    return file.error.isEmpty()
+               ? QStringLiteral(" (Screenshot in \"%1\")").arg(file.path)
                : QStringLiteral(" (Invalid file path \"%1\" or unsupported image format)")
-                     .arg(path);
+                     .arg(file.path);
 }
 
 } // namespace Morvex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "objectmodel/object.h"
+#include "shared/files/newfile.h"
 #include "test/testresult.h"
 #include "test/verificationoptions.h"
 
@@ -34,8 +35,11 @@ QString logScreenshot(RunnerInterface *runner, TestResult::ResultType type, cons
 /// "failed", "passed" and the like.
 QString typeNameForTestResultType(TestResult::ResultType type);
 
-/// The first of dir/stem_1.png, dir/stem_2.png and so on that does not exist.
-QString numberedFile(const QString &dir, const QString &stem, const QString &extension);
+/// Writes the first of dir/stem_1.png, dir/stem_2.png and so on that does not exist.
+[[nodiscard]] NewFile writeNumberedFile(const QString &dir, const QString &stem,
+                                        const QString &extension, const QByteArray &content);
+
+QByteArray pngOf(const QImage &image);
 
 /// False also when the disk has no room for all of it.
 bool saveImage(const QImage &image, const QString &path, const char *format);
