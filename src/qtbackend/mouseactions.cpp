@@ -33,6 +33,11 @@ bool isPushed(const QObject *object)
     return qobject_cast<const QAbstractButton *>(object) || qobject_cast<const QGroupBox *>(object);
 }
 
+QVariantMap escape()
+{
+    return {{QStringLiteral("text"), QStringLiteral("<Esc>")}};
+}
+
 // A label that the application has made clickable, say.
 bool isOwnPart(const QWidget *widget)
 {
@@ -85,13 +90,23 @@ void MouseActions::press(QWidget *widget, const QMouseEvent &event)
     describe(widget, event.pos());
 }
 
-// A press elsewhere closes all menus.
+// A press elsewhere closes all menus, and so may one in them.
 void MouseActions::closeMenu(QMenu *menu, const QPoint &globalPlace)
 {
-    const QMenu *first = isInOpenMenu(globalPlace) ? nullptr : firstMenuOf(menu);
-    if (first)
-        m_report.add(QStringLiteral("type"), first,
-                     {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
+    QMenu *first = firstMenuOf(menu);
+    m_pressedMenu = {};
+    if (first && !isInOpenMenu(globalPlace))
+        m_report.add(QStringLiteral("type"), first, escape());
+    else if (first)
+        m_pressedMenu = {first, m_report.nameOf(first)};
+}
+
+// Without a choice.
+void MouseActions::settleMenu()
+{
+    if (!m_pressedMenu.name.isEmpty() && !(m_pressedMenu.menu && m_pressedMenu.menu->isVisible()))
+        m_report.add(QStringLiteral("type"), m_pressedMenu.name, escape());
+    m_pressedMenu = {};
 }
 
 void MouseActions::describe(QWidget *widget, const QPoint &place)
@@ -255,6 +270,7 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     auto *action = const_cast<QAction *>(actionAt(menu, place));
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
+    m_pressedMenu = {};
     const MenuPath path = menuPathOf(menu, action);
     m_choice.list = m_isInMenu ? nullptr : menu;
     m_choice.number =
@@ -291,6 +307,7 @@ void MouseActions::settle()
     m_outcome.settle(m_report);
     m_outcome = {};
     m_subWindow = nullptr;
+    settleMenu();
 }
 
 void MouseActions::expectChange(QWidget *widget)

@@ -71,6 +71,12 @@ private:
         int number = 0;
     };
 
+    struct OpenMenu
+    {
+        QPointer<QWidget> menu;
+        QString name;
+    };
+
     struct Choice
     {
         QPointer<QWidget> list;
@@ -78,6 +84,7 @@ private:
     };
 
     void closeMenu(QMenu *menu, const QPoint &globalPlace);
+    void settleMenu();
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
     void giveBackPress();
@@ -94,6 +101,7 @@ private:
     // The mouse is used on the frame of it.
     QPointer<QMdiSubWindow> m_subWindow;
     Choice m_choice;
+    OpenMenu m_pressedMenu;
     bool m_isPressNew = false;
     bool m_isReleaseNew = false;
     bool m_isInMenu = false;

@@ -326,3 +326,28 @@ TEST_F(RecordedMouseTest, ALinkIsClickedByItsText)
     EXPECT_EQ(perform(), (QStringList{"click label the first", "click label another",
                                       "click browser another", "click browser last"}));
 }
+
+TEST_F(RecordedMouseTest, AContextMenuThatAClickClosesIsClosedAgain)
+{
+    auto *button = add<QPushButton>("button", {0, 0, 100, 30});
+    button->setContextMenuPolicy(Qt::ActionsContextMenu);
+    auto *title = new QAction("Title", button);
+    title->setSeparator(true);
+    button->addActions({title, new QAction("Entry", button)});
+    record();
+    QMenu *menu = nullptr;
+    click(in(button), Qt::RightButton);
+    for (int i = 0; i < 10; ++i)
+        move([&menu, i] {
+            menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            return qMakePair(static_cast<QWidget *>(menu), QPoint(5 + i, 30));
+        });
+    click([&menu] {
+        const QRect line = menu->actionGeometry(menu->actions().first());
+        return qMakePair(static_cast<QWidget *>(menu), line.center());
+    });
+    click(in(button));
+    const QStringList recorded = perform();
+    EXPECT_EQ(recorded.filter("<Esc>").size(), 1) << recorded.join(", ").toStdString();
+    EXPECT_EQ(recorded.last(), "click button");
+}
