@@ -18,13 +18,12 @@ const struct
 {
     const char *type;
     const char *property;
-    // By which it says that it was the user; null for none.
+    // By which it says that it was the user.
     const char *signal;
 } values[] = {
     {"QQuickSlider", "value", "moved"},
     {"QQuickDial", "value", "moved"},
     {"QQuickSpinBox", "value", "valueModified"},
-    {"QQuickTumbler", "currentIndex", nullptr},
 };
 
 bool inheritsOneOf(const QObject *item, std::initializer_list<const char *> types)
@@ -38,10 +37,10 @@ bool isPassive(const QObject *item)
 {
     const QObject *around = SceneAccess::self()->parentOf(item);
     const bool isDimmer = around && around->inherits("QQuickOverlay");
-    return isDimmer ||
-           inheritsOneOf(item, {"QQuickPane", "QQuickOverlay", "QQuickPopupItem", "QQuickFlickable",
-                                "QQuickScrollBar", "QQuickScrollIndicator", "QQuickSplitView",
-                                "QQuickMenuBar", "QQuickContainer", "QQuickRootItem"});
+    return isDimmer || inheritsOneOf(item, {"QQuickPane", "QQuickOverlay", "QQuickPopupItem",
+                                            "QQuickFlickable", "QQuickPathView", "QQuickScrollBar",
+                                            "QQuickScrollIndicator", "QQuickSplitView",
+                                            "QQuickMenuBar", "QQuickContainer", "QQuickRootItem"});
 }
 
 QPoint centreOf(const QObject *item)
@@ -122,7 +121,7 @@ QObject *sceneItemAt(QObject *root, const QPoint &windowPlace)
 void announceSceneValue(QObject *item, const QByteArray &property)
 {
     for (const auto &known : values) {
-        if (known.signal && property == known.property && item->inherits(known.type))
+        if (property == known.property && item->inherits(known.type))
             QMetaObject::invokeMethod(item, known.signal);
     }
 }
