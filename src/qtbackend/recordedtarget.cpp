@@ -171,7 +171,10 @@ RecordedTarget tabTarget(QTabBar *bar, const QPoint &place, Qt::MouseButton butt
 // The choice from its menu says that it was opened.
 RecordedTarget buttonTarget(QAbstractButton *button, const QPoint &place, Qt::MouseButton pressed)
 {
-    if (!ButtonAccess::isHit(button, place))
+    // A script brings a tab into sight by itself.
+    const bool isScrolling =
+        button->inherits("QToolButton") && qobject_cast<QTabBar *>(button->parentWidget());
+    if (!ButtonAccess::isHit(button, place) || isScrolling)
         return {};
     return pressed == Qt::LeftButton && opensMenu(button, place)
                ? RecordedTarget()

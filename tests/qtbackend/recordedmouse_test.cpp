@@ -139,6 +139,9 @@ TEST_F(RecordedMouseTest, WhatTheUserCouldNotDoIsNotRecorded)
     tabs->addTab("first");
     tabs->addTab("second");
     tabs->setTabEnabled(1, false);
+    auto *many = add<QTabBar>("many", {0, 160, 100, 30});
+    for (int i = 0; i < 10; ++i)
+        many->addTab("a tab");
     auto *button = add<QPushButton>("button", {200, 0, 100, 30});
     auto *disabled = add<QPushButton>("disabled", {200, 40, 100, 30});
     disabled->setEnabled(false);
@@ -153,6 +156,7 @@ TEST_F(RecordedMouseTest, WhatTheUserCouldNotDoIsNotRecorded)
     click(at(list->viewport(), 10, list->visualItemRect(list->item(1)).center().y()));
     click([tabs] { return qMakePair(tabs, tabs->tabRect(1).center()); });
     click(in(disabled));
+    click(in(many->findChildren<QToolButton *>().last()));
     press(in(button));
     release(at(button, 50, 31));
     press(in(label));
