@@ -58,6 +58,13 @@ bool isNamedByToolkit(const QObject *object)
             button->objectName().startsWith(QLatin1String("__qt_")));
 }
 
+// The title of such a window is another one with each document.
+bool namesItsFile(const QObject *window)
+{
+    return window->property("windowTitle").toString().contains(QLatin1String("[*]")) ||
+           !window->property("windowFilePath").toString().isEmpty();
+}
+
 } // namespace
 
 QString labelOf(const QObject *object)
@@ -99,8 +106,10 @@ QString realNameOf(const QObject *object)
         add(QStringLiteral("id"), SceneAccess::self()->idOf(object));
     } else {
         const QHash<QString, QString> texts = identifyingPropertiesOf(object);
-        for (auto it = texts.begin(); it != texts.end(); ++it)
-            add(it.key(), it.value());
+        for (auto it = texts.begin(); it != texts.end(); ++it) {
+            if (it.key() != QLatin1String("windowTitle") || !namesItsFile(object))
+                add(it.key(), it.value());
+        }
     }
     return ObjectName(properties).qualifiedName();
 }

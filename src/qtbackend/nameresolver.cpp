@@ -7,6 +7,7 @@
 #include "qtbackend/qtmodel.h"
 
 #include <QPointer>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -275,6 +276,20 @@ bool NameResolver::isUnique(const ObjectName &name, const QObject *object)
     return found.size() == 1 && found.front() == object;
 }
 
+// The name of the nearest one that has a name of its own; empty without one.
+QString NameResolver::containerOf(const QObject *object)
+{
+    for (const QObject *each = parentObjectOf(object); each; each = parentObjectOf(each)) {
+        const auto *widget = qobject_cast<const QWidget *>(each);
+        const bool isNamed = !each->objectName().isEmpty() &&
+                             !each->objectName().startsWith(QLatin1String("qt_"));
+        const bool isWindow = !parentObjectOf(each) || (widget && widget->isWindow());
+        if ((isNamed || isWindow) && isUnique(ObjectName(realNameOf(each)), each))
+            return realNameOf(each);
+    }
+    return {};
+}
+
 QString NameResolver::steadyName(const QObject *object, bool isTextKept)
 {
     if (!m_index)
@@ -287,12 +302,10 @@ QString NameResolver::steadyName(const QObject *object, bool isTextKept)
     if (object->property("visible").toBool())
         further.emplace_back(QStringLiteral("visible"),
                              Value{Value::EXACT, QStringLiteral("true")});
-    const QObject *named = parentObjectOf(object);
-    while (named && named->objectName().isEmpty() && parentObjectOf(named))
-        named = parentObjectOf(named);
-    if (named && isUnique(ObjectName(realNameOf(named)), named))
-        further.emplace_back(QStringLiteral("container"),
-                             Value{Value::REFERENCE, realNameOf(named)});
+    const QString container = isUnique(ObjectName(properties), object) ? QString()
+                                                                       : containerOf(object);
+    if (!container.isEmpty())
+        further.emplace_back(QStringLiteral("container"), Value{Value::REFERENCE, container});
     for (const auto &[key, value] : further) {
         if (isUnique(ObjectName(properties), object))
             break;

@@ -64,6 +64,24 @@ TEST_F(RecordedMouseTest, WhatScrollsIsLeftOutAndABarThatIsAnInputIsNot)
     EXPECT_GT(shown->verticalScrollBar()->value(), 0);
 }
 
+TEST_F(RecordedMouseTest, AFieldWithoutANameIsNamedByItsWindowWhateverFileThatShows)
+{
+    add<QCheckBox>("", {0, 0, 100, 30});
+    QDialog dialog(&window);
+    dialog.setWindowTitle("notes.txt[*] - Options");
+    dialog.setGeometry(50, 50, 100, 100);
+    auto *inner = new QCheckBox(&dialog);
+    inner->setGeometry(10, 10, 50, 30);
+    record();
+    dialog.show();
+    click(at(inner, 8, 15));
+    ASSERT_EQ(perform().size(), 1);
+    EXPECT_EQ(performed.first()["object"].toString(),
+              "{container={type='QDialog'} type='QCheckBox' visible='true'}");
+    EXPECT_EQ(replay(), QString());
+    EXPECT_FALSE(inner->isChecked());
+}
+
 TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
 {
     auto *level = add<QSlider>("level", {0, 0, 30, 300});
