@@ -281,8 +281,8 @@ QString NameResolver::containerOf(const QObject *object)
 {
     for (const QObject *each = parentObjectOf(object); each; each = parentObjectOf(each)) {
         const auto *widget = qobject_cast<const QWidget *>(each);
-        const bool isNamed = !each->objectName().isEmpty() &&
-                             !each->objectName().startsWith(QLatin1String("qt_"));
+        const bool isNamed =
+            !each->objectName().isEmpty() && !each->objectName().startsWith(QLatin1String("qt_"));
         const bool isWindow = !parentObjectOf(each) || (widget && widget->isWindow());
         if ((isNamed || isWindow) && isUnique(ObjectName(realNameOf(each)), each))
             return realNameOf(each);
@@ -302,8 +302,8 @@ QString NameResolver::steadyName(const QObject *object, bool isTextKept)
     if (object->property("visible").toBool())
         further.emplace_back(QStringLiteral("visible"),
                              Value{Value::EXACT, QStringLiteral("true")});
-    const QString container = isUnique(ObjectName(properties), object) ? QString()
-                                                                       : containerOf(object);
+    const QString container =
+        isUnique(ObjectName(properties), object) ? QString() : containerOf(object);
     if (!container.isEmpty())
         further.emplace_back(QStringLiteral("container"), Value{Value::REFERENCE, container});
     for (const auto &[key, value] : further) {
