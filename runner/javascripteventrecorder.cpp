@@ -225,6 +225,13 @@ QString contextCall(const EventData &event)
                : QStringLiteral("var %1 = %2").arg(event.resultName(), call);
 }
 
+QString propertyWait(const QString &objectName, const EventDataArg &property, int timeoutMs)
+{
+    const QString time = timeoutMs > defaultWaitMs ? QString::number(timeoutMs) : QString();
+    return callCode(found(objectName), QStringLiteral("waitFor"),
+                    joined(joined(argumentCode(property), QStringLiteral("true")), time));
+}
+
 QString statementOf(const EventData &event, const QString &objectName)
 {
     const QString name = EventRecorder::cleansedMethodName(event.methodName());
@@ -234,9 +241,8 @@ QString statementOf(const EventData &event, const QString &objectName)
     const Method *itemMethod = findMethod(itemMethods, name);
     if (itemMethod)
         return itemCall(objectName, parts, *itemMethod);
-    if (name == QLatin1String("waitForProperty") && fit(parts.plain, "t"))
-        return callCode(found(objectName), QStringLiteral("waitFor"),
-                        joined(argumentList(parts.plain), QStringLiteral("true")));
+    if (name == QLatin1String("waitForProperty") && fit(parts.plain, "tn"))
+        return propertyWait(objectName, parts.plain[0], parts.plain[1].value.toInt());
     const Method *method = findMethod(objectMethods, name);
     const bool isCall =
         method && (fit(parts.plain, method->arguments) || fit(parts.plain, method->otherArguments));

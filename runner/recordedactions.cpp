@@ -296,6 +296,7 @@ void addWaits(const QVariantMap &action, EventData event, int milliseconds,
         wait.setMethodName(QStringLiteral("waitForProperty"));
         wait.setObjectName(event.objectName());
         wait.addArgument({property, EventDataArg::TEXT});
+        wait.addArgument({QString::number(milliseconds), EventDataArg::NUMBER});
         wait.setSequence(event.sequence());
         wait.setSnooze(event.snooze());
         wait.setContextId(event.contextId());

@@ -214,7 +214,7 @@ TEST_F(JavaScriptEventRecorderTest, PausesOfAUserAreWaitsForWhatMayHaveComeLate)
           "find(\"v\").item(\"i\", 15000).text();", "find(\"v\").item(\"i\").click();",
           "find(\"{text='c' visible='true'}\", 15000);",
           "find(\"{text='c' visible='true'}\").click();", "find(\"d\", 15000);",
-          "find(\"d\").waitFor(\"enabled\", true);", "find(\"d\").click();"}},
+          "find(\"d\").waitFor(\"enabled\", true, 15000);", "find(\"d\").click();"}},
         {EventRecorder::SNOOZE_SYNC,
          {"find(\"a\").click();", "snooze(20.0);", "find(\"b\").type(\"x\");", "snooze(0.7);",
           "find(\"b\").type(\"y\");", "snooze(11.3);",
