@@ -201,9 +201,13 @@ QString itemCall(const QString &objectName, Parts parts, const Method &method)
 {
     const QString item = takeItem(objectName, &parts.plain, parts.selection);
     const bool isCall = !item.isEmpty() && fit(parts.plain, method.arguments);
-    return isCall ? callCode(item, QString::fromLatin1(method.printed),
-                             joined(argumentList(parts.plain), objectCode(parts.options)))
-                  : QString();
+    const QString name = QString::fromLatin1(method.printed);
+    // Keys that were held during a click say nothing of what it did to the item.
+    if (!name.endsWith(QLatin1String("click"), Qt::CaseInsensitive))
+        parts.options.clear();
+    return isCall
+               ? callCode(item, name, joined(argumentList(parts.plain), objectCode(parts.options)))
+               : QString();
 }
 
 bool isContextFunction(const QString &name)

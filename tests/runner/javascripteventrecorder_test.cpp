@@ -147,9 +147,11 @@ TEST_F(JavaScriptEventRecorderTest, ReportedActionsBecomeTheStatementsThatAUserW
              {"number":4,"time":4,"what":"drag","object":"l","item":["a"],
               "to":{"object":"m","item":[3,0]}},
              {"number":5,"time":5,"what":"no such thing","object":"a"},
-             {"number":6,"time":6,"what":"click"}, 7])",
+             {"number":6,"time":6,"what":"click"}, 7,
+             {"number":7,"time":7,"what":"check","object":"t","item":["n"],"modifiers":"Ctrl"}])",
          {"find(\"t\").item(\"n\").edit(\"new\");",
-          "find(\"l\").item(\"a\").drag(find(\"m\").item(3, 0));"}},
+          "find(\"l\").item(\"a\").drag(find(\"m\").item(3, 0));",
+          "find(\"t\").item(\"n\").check();"}},
     };
     for (const auto &row : rows) {
         const QVariantList actions = QJsonDocument::fromJson(row.actions).array().toVariantList();
