@@ -18,10 +18,11 @@ QString nameBefore(const QString &name)
 
 void rename(QVariantMap *map, const QHash<QString, QString> &names)
 {
-    const QString object = QStringLiteral("object");
-    const QString name = map->value(object).toString();
-    if (names.contains(name))
-        map->insert(object, names.value(name));
+    for (const QString &key : {QStringLiteral("object"), QStringLiteral("editor")}) {
+        const QString name = map->value(key).toString();
+        if (names.contains(name))
+            map->insert(key, names.value(name));
+    }
 }
 
 } // namespace

@@ -87,7 +87,14 @@ TEST(RecordedTestCaseTest, AnObjectHasOneNameWhenOthersLikeItCome)
     const QTemporaryDir dir;
     RecordingJournal journal(dir.filePath("tst_a"));
     ASSERT_EQ(journal.create("start();"), "");
-    int number = 0;
+    // The keys of an edit are found by the name that its editor had then.
+    QVariantMap edit = typed(2, "k", "{type='View'}");
+    edit["what"] = "edit";
+    edit["item"] = QVariantList{"n"};
+    edit["editor"] = "{type='Edit'}";
+    ASSERT_EQ(journal.add(typed(1, "k", "{type='Edit'}")), "");
+    ASSERT_EQ(journal.add(edit), "");
+    int number = 2;
     for (const char *name : {"{type='Edit'}", "{type='Box'}", "{type='Edit' visible='true'}",
                              "{type='Box' visible='true'}"})
         ASSERT_EQ(journal.add(typed(++number, "x", name)), "");
@@ -96,7 +103,8 @@ TEST(RecordedTestCaseTest, AnObjectHasOneNameWhenOthersLikeItCome)
               "names.box = {type: \"Box\"};\n// MORVEX_INSERT_OBJECT_NAMES_HERE\n");
     ASSERT_EQ(RecordedTestCase(dir.path(), "tst_a", EventRecorder::OBJECT_SYNC).write(journal), "");
     EXPECT_EQ(readFile(dir.filePath("tst_a/script.js")),
-              "start();\nfind(names.edit).type(\"x\");\nfind(names.box).type(\"x\");\n"
+              "start();\nfind(names.view).item(\"n\").edit(\"k\");\n"
+              "find(names.edit).type(\"x\");\nfind(names.box).type(\"x\");\n"
               "find(names.edit).type(\"x\");\nfind(names.box_2).type(\"x\");\n");
     EXPECT_TRUE(readFile(dir.filePath("names.js"))
                     .contains("names.edit = {type: \"Edit\", visible: \"true\"};"));
