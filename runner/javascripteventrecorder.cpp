@@ -197,6 +197,17 @@ QString takeItem(const QString &objectName, Arguments *arguments,
            QStringLiteral(".item(%1)").arg(joined(selector, objectCode(selection)));
 }
 
+// Empty for an item that its text alone names, and for one that need not be waited for.
+QString selectedItemWait(const QString &objectName, const EventData &event)
+{
+    Parts parts = Parts::of(event);
+    if (parts.selection.isEmpty() || event.snooze() <= defaultWaitMs)
+        return {};
+    parts.selection.insert(QStringLiteral("timeout"), QString::number(event.snooze()));
+    const QString item = takeItem(objectName, &parts.plain, parts.selection);
+    return item.isEmpty() ? QString() : item + QStringLiteral(".text();");
+}
+
 QString itemCall(const QString &objectName, Parts parts, const Method &method)
 {
     const QString item = takeItem(objectName, &parts.plain, parts.selection);
@@ -323,9 +334,13 @@ QString JavaScriptEventRecorder::statementFor(const EventData &event, const QStr
 // A statement that waits by itself waits no longer than it does in any script.
 QString JavaScriptEventRecorder::waitFor(const QString &objectName, const EventData &event)
 {
+    const bool isForObjects = synchronization() == OBJECT_SYNC;
+    const QString itemWait = isForObjects ? selectedItemWait(objectName, event) : QString();
+    if (!itemWait.isEmpty())
+        return itemWait;
     if (!skipRecordSyncFor(event))
         return recordSync(objectName, event, event.snooze());
-    return synchronization() == OBJECT_SYNC ? recordSync(objectName, event.snooze()) : QString();
+    return isForObjects ? recordSync(objectName, event.snooze()) : QString();
 }
 
 QString JavaScriptEventRecorder::expressionFor(const QString &realName)

@@ -208,7 +208,9 @@ TEST_F(JavaScriptEventRecorderTest, PausesOfAUserAreWaitsForWhatMayHaveComeLate)
             {"number":5,"time":45000000,"what":"click","object":"v","item":["i"]},
             {"number":6,"time":57000000,"what":"click","object":"{text='c' visible='true'}",
              "waits":["visible"]},
-            {"number":7,"time":69000000,"what":"click","object":"d","waits":["enabled"]}])";
+            {"number":7,"time":69000000,"what":"click","object":"d","waits":["enabled"]},
+            {"number":8,"time":81000000,"what":"click","object":"v",
+             "item":["i",{"occurrence":2}]}])";
     const std::pair<EventRecorder::Synchronization, QStringList> rows[] = {
         {EventRecorder::OBJECT_SYNC,
          {"find(\"a\").click();", "find(\"b\").type(\"xy\");",
@@ -216,13 +218,16 @@ TEST_F(JavaScriptEventRecorderTest, PausesOfAUserAreWaitsForWhatMayHaveComeLate)
           "find(\"v\").item(\"i\", 15000).text();", "find(\"v\").item(\"i\").click();",
           "find(\"{text='c' visible='true'}\", 15000);",
           "find(\"{text='c' visible='true'}\").click();", "find(\"d\", 15000);",
-          "find(\"d\").waitFor(\"enabled\", true, 15000);", "find(\"d\").click();"}},
+          "find(\"d\").waitFor(\"enabled\", true, 15000);", "find(\"d\").click();",
+          "find(\"v\").item(\"i\", {occurrence: 2, timeout: 15000}).text();",
+          "find(\"v\").item(\"i\", {occurrence: 2}).click();"}},
         {EventRecorder::SNOOZE_SYNC,
          {"find(\"a\").click();", "snooze(20.0);", "find(\"b\").type(\"x\");", "snooze(0.7);",
           "find(\"b\").type(\"y\");", "snooze(11.3);",
           "find(\"{type='QMenuBar'}\").item(\"m\").click();", "snooze(13.0);",
           "find(\"v\").item(\"i\").click();", "snooze(12.0);",
-          "find(\"{text='c' visible='true'}\").click();", "snooze(12.0);", "find(\"d\").click();"}},
+          "find(\"{text='c' visible='true'}\").click();", "snooze(12.0);", "find(\"d\").click();",
+          "snooze(12.0);", "find(\"v\").item(\"i\", {occurrence: 2}).click();"}},
     };
     for (const auto &[synchronization, expected] : rows)
         EXPECT_EQ(recorded(synchronization, nullptr,
