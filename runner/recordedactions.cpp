@@ -16,6 +16,8 @@ const qint64 microsecondsPerMillisecond = 1000;
 // As long as users pause between keys.
 const qint64 longestJoinedPauseMs = 500;
 const qint64 maxWaitSeconds = 3600;
+// Differences of what an application says are no overflow.
+const qint64 latestTime = 1ll << 62;
 const qint64 millisecondsPerDay = 24ll * 60 * 60 * 1000;
 
 // What was done under the names of the application and of recorders; the second is that of an item.
@@ -52,7 +54,8 @@ int contextOf(const QVariantMap &action)
 
 qint64 timeOf(const QVariantMap &action)
 {
-    return action.value(QStringLiteral("time")).toLongLong();
+    const qint64 time = action.value(QStringLiteral("time")).toLongLong();
+    return qBound<qint64>(-1, time, latestTime);
 }
 
 bool isStart(const QVariantMap &action)

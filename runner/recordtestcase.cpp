@@ -34,6 +34,7 @@ namespace Morvex {
 namespace {
 
 const int stepMs = 20;
+const int maxPoints = 1000;
 
 int unusable(const QString &error)
 {
@@ -118,10 +119,14 @@ private:
         const PointRequest request{action->value(QStringLiteral("object")).toString(),
                                    action->value(QStringLiteral("type")).toString(),
                                    action->value(QStringLiteral("properties")).toStringList()};
-        const QString name = pointName(request.type);
+        const bool isOneTooMany = m_points == maxPoints;
+        const QString name = isOneTooMany ? QString() : pointName(request.type);
         m_applications->setCurrent(id);
         const QString error =
-            makeRecordedPoint(m_pointDirectory + name + QLatin1String(".xml"), request);
+            isOneTooMany
+                ? QStringLiteral("a recording makes %1 at most").arg(maxPoints)
+                : makeRecordedPoint(m_pointDirectory + name + QLatin1String(".xml"), request);
+        m_points += error.isEmpty() ? 1 : 0;
         printMessage(error.isEmpty()
                          ? QStringLiteral("verification point '%1' was made").arg(name)
                          : QStringLiteral("the verification point was not made: %1").arg(error));
@@ -158,6 +163,7 @@ private:
     const QString m_pointDirectory;
     const Cancellation &m_cancellation;
     std::map<int, std::shared_ptr<RemoteInspector>> m_inspectors;
+    int m_points = 0;
     QString m_error;
 };
 

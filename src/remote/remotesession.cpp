@@ -11,7 +11,7 @@ namespace {
 
 // More than anybody does before it is taken.
 const int maxRecorded = 20000;
-const qint64 maxRecordedCharacters = 64ll * 1024 * 1024;
+const qint64 maxRecordedBytes = 64ll * 1024 * 1024;
 const int sendTimeoutMs = 10000;
 const qint64 pongTimeoutMs = 1000;
 // More at once are sent with the next request.
@@ -30,17 +30,6 @@ bool isAction(Message::Operation operation)
 {
     return operation == Message::SetProperty || operation == Message::InvokeMethod ||
            operation == Message::CallFunction || operation == Message::Quit;
-}
-
-qint64 charactersOf(const QVariant &value)
-{
-    qint64 count = 0;
-    if (value.userType() == QMetaType::QString)
-        return value.toString().size();
-    for (const QVariant &element :
-         value.userType() == QMetaType::QVariantMap ? value.toMap().values() : value.toList())
-        count += charactersOf(element);
-    return count;
 }
 
 bool givesReason(Message::Operation operation)
@@ -180,7 +169,7 @@ QString RemoteSession::record()
 
 QVariantList RemoteSession::takeRecorded()
 {
-    m_recordedCharacters = 0;
+    m_recordedBytes = 0;
     return std::exchange(m_recorded, {});
 }
 
@@ -222,9 +211,9 @@ bool RemoteSession::take(const Message &message)
     }
     if (message.type == Message::Recorded) {
         m_recorded += message.values;
-        m_recordedCharacters += charactersOf(message.values);
+        m_recordedBytes += message.encoded().size();
         return m_isRecording && !message.values.isEmpty() && m_recorded.size() <= maxRecorded &&
-               m_recordedCharacters <= maxRecordedCharacters;
+               m_recordedBytes <= maxRecordedBytes;
     }
     return isAnswer(message) && m_unanswered.remove(message.number);
 }

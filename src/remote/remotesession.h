@@ -135,7 +135,7 @@ private:
     QByteArray m_lastUsage;
     bool m_isRecording = false;
     QVariantList m_recorded;
-    qint64 m_recordedCharacters = 0;
+    qint64 m_recordedBytes = 0;
     bool m_hasPonged = false;
     bool m_isEndMet = false;
     bool m_isClosed = false;
