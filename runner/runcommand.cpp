@@ -75,11 +75,6 @@ int runCommand(const RunnerOptions &options)
     if (options.joinRuns && options.action != RunnerOptions::Action::MergeReports &&
         options.action != RunnerOptions::Action::Help)
         return usageError(QStringLiteral("--join-runs needs --merge-reports"));
-    const bool isRecordingMeant =
-        options.finishesRecording || options.recordingSync != RunnerOptions().recordingSync;
-    if (isRecordingMeant && options.action != RunnerOptions::Action::Record &&
-        options.action != RunnerOptions::Action::Help)
-        return usageError(QStringLiteral("--finish and --sync need --record"));
     switch (options.action) {
     case RunnerOptions::Action::Help:
         std::fputs(qUtf8Printable(helpText()), stdout);

@@ -16,7 +16,7 @@ const int maxCompared = 2000;
 
 bool isCompared(const QAbstractItemModel *model, const QModelIndex &parent, int columns)
 {
-    return !model->canFetchMore(parent) && model->rowCount(parent) * columns <= maxCompared;
+    return !model->canFetchMore(parent) && qint64(model->rowCount(parent)) * columns <= maxCompared;
 }
 
 QVariantMap option(const char *name, int value)

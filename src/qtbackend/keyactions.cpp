@@ -98,12 +98,15 @@ bool KeyActions::isKnown(const QKeyEvent &event)
 void KeyActions::press(const QKeyEvent &event)
 {
     m_lastKey = 0;
+    m_pressedIn = nullptr;
     QWidget *popup = QApplication::activePopupWidget();
     if (auto *menu = qobject_cast<QMenu *>(popup))
         return pressInMenu(menu, event);
     QWidget *target = keyTarget();
     if (!target || (popup && isForList(popup, event)))
         return;
+    m_pressedIn = target;
+    m_pressedKeys = typedKeyOf(event);
     const auto *button = qobject_cast<QAbstractButton *>(target);
     if (!button || !isPushKey(event))
         return type(target, event);
@@ -198,7 +201,6 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
                      {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
         return;
     }
-    auto *typedInto = qobject_cast<QWidget *>(m_typed.target());
     const QString heldBack = m_secrets.takeShortcut();
     // The one of several actions is not chosen.
     if (qobject_cast<QMenuBar *>(owner) ||
@@ -218,9 +220,9 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
     else if (auto *tabs = qobject_cast<QTabBar *>(owner))
         replaceByTab(tabs, event.key());
-    else if (isOfWindow(owner) && typedInto && !isTypedInto(typedInto))
-        m_report.replace(m_lastKey, QStringLiteral("type"), typedInto->window(),
-                         {{QStringLiteral("text"), m_typed.lastKeys()}});
+    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn))
+        m_report.replace(m_lastKey, QStringLiteral("type"), m_pressedIn->window(),
+                         {{QStringLiteral("text"), m_pressedKeys}});
 }
 
 void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)

@@ -78,6 +78,9 @@ private:
     ulong m_offeredTime = 0;
     int m_offeredKey = 0;
     int m_lastKey = 0;
+    // What a shortcut may take before it gets there.
+    QPointer<QWidget> m_pressedIn;
+    QString m_pressedKeys;
     KeyReport m_typed;
     Offer m_offer;
     Choice m_choice;

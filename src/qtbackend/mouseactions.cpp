@@ -58,6 +58,7 @@ void MouseActions::beginPress()
     m_isPressNew = true;
     m_outcome.setReleased();
     settle();
+    m_textDrag.end();
     if (m_press.isDragging)
         m_report.cancel(m_press.number);
     m_press = {};
@@ -125,8 +126,10 @@ void MouseActions::describe(QWidget *widget, const QPoint &place)
 // Nobody has taken it.
 void MouseActions::giveBackPress()
 {
-    if (!m_press.ownName.isEmpty())
+    if (!m_press.ownName.isEmpty()) {
+        m_click = {m_press.ownObject, {}, m_press.number};
         return m_report.replace(m_press.number, m_press.ownWhat, m_press.ownName, m_press.ownPlace);
+    }
     m_report.cancel(m_press.number);
     m_press.number = 0;
     m_click = {};
@@ -155,6 +158,7 @@ void MouseActions::reportPress()
     const bool isLink = !target.item.isEmpty() && qobject_cast<const QLabel *>(target.object);
     const bool isUsed = isLink || (target.item.isEmpty() && isOwnPart(m_press.widget));
     if (isUsed && m_press.ownName.isEmpty()) {
+        m_press.ownObject = target.object;
         m_press.ownWhat = what;
         m_press.ownName = m_report.nameOf(target.object, false);
         m_press.ownPlace = place;
@@ -187,6 +191,8 @@ void MouseActions::finishPress(const QPoint &globalPlace)
     const RecordedTarget &target = m_press.target;
     const bool isInside = widget->rect().contains(widget->mapFromGlobal(globalPlace));
     const int way = (globalPlace - m_press.globalPlace).manhattanLength();
+    if (way < QApplication::startDragDistance() || m_press.button != Qt::LeftButton)
+        m_outcome.setNotMoved();
     const bool isWhole = target.item.isEmpty() && !target.place;
     const bool isMoved =
         way >= QApplication::startDragDistance() && target.kind == RecordedTarget::Click;
@@ -296,7 +302,8 @@ void MouseActions::settle()
     m_choice = {};
     m_textDrag.settle();
     // Held, a button may open its menu in place of a click.
-    const QMenu *menu = m_click.number > 0 ? menuOfButton(m_click.object) : nullptr;
+    const bool isLast = m_click.number > 0 && m_click.number == m_report.lastNumber();
+    const QMenu *menu = isLast ? menuOfButton(m_click.object) : nullptr;
     if (menu && menu->isVisible()) {
         m_report.cancel(m_click.number);
         m_click = {};

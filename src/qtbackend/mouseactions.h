@@ -58,6 +58,7 @@ private:
         int number = 0;
         // How it was reported on a part of a class of the application's own, which may use it and
         // hand it on nevertheless.
+        QPointer<QObject> ownObject;
         QString ownWhat;
         QString ownName;
         QVariantMap ownPlace;

@@ -26,6 +26,9 @@ public:
     void setReleased() { m_isReleased = true; }
     bool isReleased() const { return m_isReleased; }
 
+    /// Clicked, a bar may show another part of it, but none has another place.
+    void setNotMoved() { m_move = {}; }
+
     void settle(ActionReport &report) const;
 
 private:

@@ -171,10 +171,7 @@ RecordedTarget tabTarget(QTabBar *bar, const QPoint &place, Qt::MouseButton butt
 // The choice from its menu says that it was opened.
 RecordedTarget buttonTarget(QAbstractButton *button, const QPoint &place, Qt::MouseButton pressed)
 {
-    // A script brings a tab into sight by itself.
-    const bool isScrolling =
-        button->inherits("QToolButton") && qobject_cast<QTabBar *>(button->parentWidget());
-    if (!ButtonAccess::isHit(button, place) || isScrolling)
+    if (!ButtonAccess::isHit(button, place))
         return {};
     return pressed == Qt::LeftButton && opensMenu(button, place)
                ? RecordedTarget()
@@ -272,7 +269,7 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
         return widget == view->viewport() ? viewTarget(view, place, button) : RecordedTarget();
     if (auto *bar = qobject_cast<QTabBar *>(owner))
         return tabTarget(bar, place, button);
-    // What shows other tabs chooses none.
+    // What shows other tabs chooses none, and a script brings a tab into sight by itself.
     const bool isArrowOfTabs = qobject_cast<QTabBar *>(owner->parentWidget()) &&
                                owner->objectName().startsWith(QLatin1String("Scroll"));
     if (isArrowOfTabs)

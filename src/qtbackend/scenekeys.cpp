@@ -160,6 +160,8 @@ void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
 {
     // The first keys were offered before.
     const int count = event.key().count();
+    if (count == 0)
+        return;
     const QString last = QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
     const QString keys =
         count > 1 ? QLatin1Char('<') + last + QLatin1Char('>') : std::exchange(m_heldBack, {});

@@ -68,7 +68,7 @@ void TextDrag::begin(QWidget *source)
 bool TextDrag::drop(QWidget *target, const QPoint &globalPlace, bool isMove)
 {
     m_place = positionAt(target, globalPlace);
-    if (!m_source || m_place < 0)
+    if (!m_source || m_place < 0 || isSecretInput(target))
         return false;
     m_target = target;
     m_targetName = m_report.nameOf(ownerOf(target));
@@ -104,6 +104,11 @@ void TextDrag::settle()
                      {{text, QLatin1String(m_isMove ? "<Ctrl+X>" : "<Ctrl+C>")}});
         m_report.add(type, m_targetName, {{text, m_way + QLatin1String("<Ctrl+V>")}});
     }
+    end();
+}
+
+void TextDrag::end()
+{
     m_source = nullptr;
     m_target = nullptr;
 }

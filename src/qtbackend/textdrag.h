@@ -25,6 +25,8 @@ public:
     bool drop(QWidget *target, const QPoint &globalPlace, bool isMove);
     /// Looks what has become of it.
     void settle();
+    /// What was not dropped is no longer dragged.
+    void end();
 
 private:
     QString keysWithin(int length) const;

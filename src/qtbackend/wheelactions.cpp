@@ -23,8 +23,7 @@ void WheelActions::turn(QWidget *widget)
     }
     // To find a name takes long, and the wheel comes often.
     const bool isSame = m_changed == owner && m_number == m_report.lastNumber();
-    m_turned.push_back(
-        {owner, isSame ? m_name : m_report.nameOf(ValueSetting::of(owner).object), value});
+    m_turned.push_back({owner, isSame ? m_name : QString(), value});
 }
 
 void WheelActions::settle()
@@ -42,12 +41,13 @@ void WheelActions::settle()
 void WheelActions::report(const Turned &turned)
 {
     const ValueSetting setting = ValueSetting::of(turned.widget);
+    const QString name = turned.name.isEmpty() ? m_report.nameOf(setting.object) : turned.name;
     if (m_changed == turned.widget && m_number == m_report.lastNumber())
-        m_report.replace(m_number, setting.what, turned.name, setting.more);
+        m_report.replace(m_number, setting.what, name, setting.more);
     else
-        m_number = m_report.add(setting.what, turned.name, setting.more);
+        m_number = m_report.add(setting.what, name, setting.more);
     m_changed = turned.widget;
-    m_name = turned.name;
+    m_name = name;
 }
 
 } // namespace Morvex

@@ -2,6 +2,7 @@
 
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/ownclass.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/scenetarget.h"
 
@@ -30,13 +31,19 @@ const char *propertyOf(const QWidget *widget)
     return isNumber && widget->property("value").isValid() ? "value" : "";
 }
 
-// As scripts take it.
+// As scripts take it, and as it gets out of the application.
 QVariant shownValue(const QVariant &value)
 {
-    const QDateTime moment = value.toDateTime();
-    return value.userType() == QMetaType::QDateTime && moment.time().msec() == 0
-               ? QVariant(moment.toString(Qt::ISODate))
-               : value;
+    const auto format = [](const QTime &time) {
+        return time.msec() == 0 ? Qt::ISODate : Qt::ISODateWithMs;
+    };
+    if (value.userType() == QMetaType::QDate)
+        return value.toDate().toString(Qt::ISODate);
+    if (value.userType() == QMetaType::QTime)
+        return value.toTime().toString(format(value.toTime()));
+    if (value.userType() == QMetaType::QDateTime)
+        return value.toDateTime().toString(format(value.toDateTime().time()));
+    return value;
 }
 
 void moveHandle(QAbstractSlider *slider, int position)
@@ -56,8 +63,11 @@ bool isSlider(const QObject *object)
     const QObject *parent = object->parent();
     const bool isOfArea = qobject_cast<const QAbstractScrollArea *>(parent) ||
                           (parent && qobject_cast<const QAbstractScrollArea *>(parent->parent()));
+    // So has a widget of the application that scrolls what it draws.
+    const auto *around = qobject_cast<const QWidget *>(parent);
+    const bool isOfOwn = around && isOfOwnClass(around) && !around->layout();
     return qobject_cast<const QAbstractSlider *>(object) &&
-           !(isOfArea && qobject_cast<const QScrollBar *>(object));
+           !((isOfArea || isOfOwn) && qobject_cast<const QScrollBar *>(object));
 }
 
 QVariant valueOf(const QWidget *widget)

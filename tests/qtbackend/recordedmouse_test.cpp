@@ -146,6 +146,36 @@ TEST_F(RecordedMouseTest, ADateIsSetWhateverPartOfItWasChanged)
     EXPECT_EQ(recorded, (QStringList{"set moment dateTime 2026-11-22T10:31:00",
                                      "set moment dateTime 2026-11-22T10:32:00",
                                      "set day date " + day->date().toString(Qt::ISODate)}));
+    // Nothing else gets out of the application.
+    for (const QVariantMap &action : qAsConst(performed))
+        EXPECT_TRUE(action["what"] != "set" || action["value"].userType() == QMetaType::QString);
+}
+
+TEST_F(RecordedMouseTest, ClicksOnTabsAndOnWhatIsInThemMoveNoTab)
+{
+    auto *tabs = add<QTabWidget>("tabs", {0, 0, 400, 100});
+    for (const char *name : {"One", "Two", "+"})
+        tabs->addTab(new QWidget, name);
+    tabs->setMovable(true);
+    QTabBar *bar = tabs->tabBar();
+    auto *inner = new QToolButton;
+    inner->setObjectName("inner");
+    bar->setTabButton(1, QTabBar::RightSide, inner);
+    QObject::connect(tabs, &QTabWidget::currentChanged,
+                     [tabs](int tab) { tabs->setCurrentIndex(tab == 2 ? 1 : tab); });
+    record();
+    const auto tab = [bar](int index) {
+        return [=] {
+            return qMakePair(static_cast<QWidget *>(bar),
+                             bar->tabRect(index).topLeft() + QPoint(8, 8));
+        };
+    };
+    click(tab(1), Qt::RightButton);
+    click(tab(2));
+    click(in(inner));
+    QStringList recorded = perform();
+    recorded.replaceInStrings(QRegExp(" right$"), "");
+    EXPECT_EQ(recorded, (QStringList{"click tabs Two", "click tabs +", "click inner"}));
 }
 
 TEST_F(RecordedMouseTest, WhatTheUserCouldNotDoIsNotRecorded)

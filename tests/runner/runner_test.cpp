@@ -110,7 +110,7 @@ TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
         {{"--random", "2024"},
          "no suite directory was given; --random has taken '2024' for its seed; see morvexrunner "
          "--help"},
-        {{"--finish", suite}, "--finish and --sync need --record; see morvexrunner --help"},
+        {{"--finish", suite}, "--finish needs --record; see morvexrunner --help"},
         {{suite, "--aut", "app", "an \"x\""},
          "--aut: an argument must not be empty or have a double quote: 'an \"x\"'"},
         {{"--testcase", "a", "--testcase", "b"},

@@ -33,6 +33,10 @@ protected:
     ~UploadTest() override
     {
         QuillbasePrivate::defaultWaits = {};
+        // One that has ended is listed for a moment longer.
+        const QDeadlineTimer limit(5000);
+        while (threadCount() > m_threads && !limit.hasExpired())
+            QThread::msleep(1);
         EXPECT_EQ(threadCount(), m_threads);
         EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                   QStringList());
