@@ -12,6 +12,8 @@
 #include <QShortcutEvent>
 #include <QWindow>
 
+#include <utility>
+
 namespace Morvex {
 namespace {
 
@@ -148,9 +150,12 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     }
     // Once it has been handled, in whatever loop.
+    if (std::exchange(m_isSettling, true))
+        return;
     QMetaObject::invokeMethod(
         this,
         [this] {
+            m_isSettling = false;
             settle();
             m_report.changes().settle();
         },

@@ -44,6 +44,7 @@ private:
     KeyActions m_keys;
     SceneActions m_scenes;
     PointMenu m_points;
+    bool m_isSettling = false;
 };
 
 } // namespace Morvex

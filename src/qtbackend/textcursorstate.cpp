@@ -42,15 +42,21 @@ QTextLine lineAt(const QTextDocument &document, int position)
     return block.layout()->lineForTextPosition(position - block.position());
 }
 
-// Those on the screen, in the blocks up to the second.
-int linesIn(const QTextDocument &document, QTextBlock block, const QTextBlock &end)
+// Those on the screen. To lay out all of a large text takes long.
+int linesOf(const QTextDocument &document, const QTextBlock &block, bool isWrapped)
+{
+    if (!isWrapped)
+        return block.isVisible() ? 1 + block.text().count(QChar(QChar::LineSeparator)) : 0;
+    layOut(document, block);
+    return block.isVisible() ? qMax(1, block.layout()->lineCount()) : 0;
+}
+
+// In the blocks up to the second.
+int linesIn(const QTextDocument &document, QTextBlock block, const QTextBlock &end, bool isWrapped)
 {
     int count = 0;
-    for (; block != end && block.isValid(); block = block.next()) {
-        layOut(document, block);
-        if (block.isVisible())
-            count += qMax(1, block.layout()->lineCount());
-    }
+    for (; block != end && block.isValid(); block = block.next())
+        count += linesOf(document, block, isWrapped);
     return count;
 }
 
@@ -163,8 +169,11 @@ int TextCursorState::stepsBetween(int a, int b) const
 QString TextCursorState::wayTo(int position, const QString &modifiers) const
 {
     const bool isFromEnd = m_length - position < position;
-    const int steps = stepsBetween(position, isFromEnd ? m_length : 0);
-    if (m_document && steps > (m_isWrapped ? maxStepsInWrapped : maxSteps))
+    const int most = m_isWrapped ? maxStepsInWrapped : maxSteps;
+    // Of so many, the characters that are made of several don't matter.
+    const bool isFar = qMin(position, m_length - position) > 8 * most;
+    const int steps = m_document && isFar ? 0 : stepsBetween(position, isFromEnd ? m_length : 0);
+    if (m_document && (isFar || steps > most))
         return wayByLines(position, modifiers);
     const QString jump = m_document ? QStringLiteral("Ctrl+") : QString();
     return repeated(jump + modifiers + QLatin1String(isFromEnd || m_length == 0 ? "End" : "Home"),
@@ -179,13 +188,13 @@ QString TextCursorState::wayByLines(int position, const QString &modifiers) cons
     const QTextLine line = lineAt(*m_document, position);
     const int number = line.isValid() ? line.lineNumber() : 0;
     const int start = block.position() + (line.isValid() ? line.textStart() : 0);
-    const int before = linesIn(*m_document, m_document->begin(), block) + number;
-    const int after = linesIn(*m_document, block, m_document->end()) - 1 - number;
-    const bool isFromEnd = after < before;
+    const bool isFromEnd = m_length - position < position;
+    const int lines = isFromEnd
+                          ? linesIn(*m_document, block, m_document->end(), m_isWrapped) - 1 - number
+                          : linesIn(*m_document, m_document->begin(), block, m_isWrapped) + number;
     return repeated(QLatin1String("Ctrl+") + modifiers + QLatin1String(isFromEnd ? "End" : "Home"),
                     1) +
-           repeated(modifiers + QLatin1String(isFromEnd ? "Up" : "Down"),
-                    isFromEnd ? after : before) +
+           repeated(modifiers + QLatin1String(isFromEnd ? "Up" : "Down"), lines) +
            repeated(modifiers + QLatin1String("Home"), 1) +
            repeated(modifiers + QLatin1String("Right"), stepsBetween(start, position));
 }
