@@ -47,9 +47,11 @@ QObject *firstObject(QtModel &model, const Call &call, QString *error)
 QObject *usedObject(QtModel &model, const Call &call, QString *error)
 {
     QObject *object = firstObject(model, call, error);
-    if (object)
-        leaveCompletions(object);
-    return object;
+    if (!object)
+        return nullptr;
+    leaveCompletions(object);
+    // The application may have ended it when the list closed.
+    return firstObject(model, call, error);
 }
 
 QVariant done(const QString &outcome, QString *error)

@@ -16,7 +16,6 @@ int KeyReport::add(QObject *target, const QString &keys)
         m_lastTyped = m_report.add(what, target, more);
     }
     m_typedInto = target;
-    m_lastKeys = keys;
     return m_lastTyped;
 }
 

@@ -22,17 +22,12 @@ public:
     /// is a secret, too.
     void addSecret(QObject *target);
 
-    /// Null before the first, and when it no longer exists.
-    QObject *target() const { return m_typedInto; }
-    QString lastKeys() const { return m_lastKeys; }
-
 private:
     ActionReport &m_report;
     int m_lastSecret = 0;
     // What was typed into last, as long as nothing else was done.
     QPointer<QObject> m_typedInto;
     QString m_typedIntoName;
-    QString m_lastKeys;
     int m_lastTyped = 0;
 };
 

@@ -8,7 +8,6 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
-#include <QAbstractSlider>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialog>
