@@ -44,12 +44,14 @@ blocks() {
 }
 
 start_display() {
-    Xvfb -displayfd 3 -screen 0 480x380x24 -nolisten tcp 3>display 2>xvfb.log &
+    # Without -noreset, the server throws out whoever connects while its only client leaves.
+    Xvfb -displayfd 3 -noreset -screen 0 480x380x24 -nolisten tcp 3>display 2>xvfb.log &
     until_true test -s display
     export DISPLAY=:$(cat display)
     unset QT_QPA_PLATFORM WAYLAND_DISPLAY
     openbox 2>openbox.log &
-    until_true xdotool getmouselocation
+    # Only a window manager answers this.
+    until_true xdotool get_desktop
 }
 
 window() {
@@ -58,6 +60,10 @@ window() {
 
 has_menu() {
     [ "$(xdotool search --onlyvisible --class kcalc | wc -l)" -gt "$windows" ]
+}
+
+has_ended() {
+    ! kill -0 "$1"
 }
 
 # What the page asks the user to do.
@@ -76,6 +82,7 @@ use_calculator() {
     xdotool key Down Down Return
     until_true grep -q 'verification point' recorder.log
     xdotool key alt+F4
+    until_true has_ended "$recorder"
 }
 
 run_command() {

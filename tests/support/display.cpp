@@ -1,6 +1,8 @@
 #include "support/display.h"
 
+#include <QElapsedTimer>
 #include <QStandardPaths>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +15,21 @@ void end(QProcess *process)
     if (!process->waitForFinished(5000))
         process->kill();
     process->waitForFinished(5000);
+}
+
+// Until there is one that answers, windows can't be activated.
+void waitForWindowManager(const QProcessEnvironment &environment)
+{
+    QElapsedTimer timer;
+    for (timer.start(); timer.elapsed() < 30000; QThread::msleep(20)) {
+        QProcess question;
+        question.setProcessEnvironment(environment);
+        question.start("xdotool", {"get_desktop"});
+        if (question.waitForFinished(5000) && question.exitStatus() == QProcess::NormalExit &&
+            question.exitCode() == 0)
+            return;
+    }
+    ADD_FAILURE() << "no window manager answers on " << environment.value("DISPLAY").toStdString();
 }
 
 } // namespace
@@ -31,7 +48,9 @@ bool Display::isPossible()
 
 Display::Display(const QString &size)
 {
-    m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", size + "x24", "-nolisten", "tcp"});
+    // Without -noreset, the server throws out whoever connects while its only client leaves.
+    m_server.start(
+        "Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0", size + "x24", "-nolisten", "tcp"});
     while (!m_server.canReadLine() && m_server.waitForReadyRead(30000)) {
     }
     m_name = ":" + QString::fromLatin1(m_server.readLine()).trimmed();
@@ -40,6 +59,7 @@ Display::Display(const QString &size)
     m_windowManager.setProcessEnvironment(environment);
     m_windowManager.start("openbox", {"--sm-disable"});
     m_windowManager.waitForStarted();
+    waitForWindowManager(environment);
 }
 
 Display::~Display()
