@@ -18,7 +18,7 @@ const char inventorySession[] =
     "type Pins & <clips>\n key Tab\n key Up\n key Up\n key Up\n key Down\n key alt+a\n"
     "at 281 62\n at 281 79\n at 281 62\n at 38 130\n key alt+s\n key Return\n"
     "at 510 277\n at 510 277\n at 510 287\n at 268 250\n type hello world\n key Home\n type X\n"
-    "key End\n type Y\n key ctrl+a\n key BackSpace\n at 38 69 --repeat 2 --delay 60 1\n"
+    "key End\n type Y\n key ctrl+a\n key BackSpace\n at 38 69 --repeat 2 --delay 10 1\n"
     "key ctrl+a\n type Big bolts\n key Return\n at 38 100\n at 78 43\n at 268 250\n type Rivets\n"
     "key Tab\n type 7\n at 268 313\n at 268 380\n key alt+s\n key Down Return\n sleep 1\n";
 
