@@ -164,13 +164,13 @@ TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
     const QByteArray knowsSuite = "[ \"$MORVEX_SUITE_DIR\" = \"" +
                                   QDir(dir.path()).dirName().toLocal8Bit() + "\" ] && exit 5";
     const std::pair<QByteArray, const char *> rows[] = {
-        // Nothing was tested.
-        {"exit 0", "morvexrunner exited with code 0 when executing tst_a"},
-        {knowsSuite, "morvexrunner exited with code 5 when executing tst_a"},
+        {"exit 0",
+         "ERROR|Nothing was tested|morvexrunner ended without reporting anything of tst_a"},
+        {knowsSuite, "FATAL|Execution error|morvexrunner exited with code 5 when executing tst_a"},
     };
-    for (const auto &[script, details] : rows) {
+    for (const auto &[script, entry] : rows) {
         const FakeRunner runner(script);
-        EXPECT_TRUE(run(suite).contains(QString("FATAL|Execution error|") + details));
+        EXPECT_TRUE(run(suite).contains(entry));
     }
     const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
     EXPECT_TRUE(run(suite).contains("FATAL|Execution error|Failed to run morvexrunner"));
