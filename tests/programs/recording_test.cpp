@@ -96,6 +96,25 @@ protected:
             << output.standardOutput.constData() << script().constData();
     }
 
+    // With a program that others wrote and the label of its that a check is of.
+    void expectSessionRunsAgain(const QByteArray &program, const QByteArray &session,
+                                const QByteArray &label, const QByteArray &end,
+                                const QByteArray &expectedEnd)
+    {
+        if (QStandardPaths::findExecutable(program).isEmpty()) {
+            EXPECT_TRUE(qEnvironmentVariableIsEmpty("CI")) << program.constData();
+            return;
+        }
+        useApplication(program);
+        record({}, {}, program);
+        act(session);
+        act("hover " + label + "\n key ctrl+alt+shift+v popup\n key Down Return\n");
+        waitFor("properties_1");
+        interrupt();
+        expectReplays(program, end, expectedEnd);
+        expectRedByLabel("properties_1");
+    }
+
     // The user gives this answer in a terminal.
     int statusAfter(const QByteArray &answer)
     {
@@ -224,35 +243,16 @@ TEST_F(RecordingTest, ASessionWithTheInventoryRunsAgainAndItsChecksTurnRed)
     expectRedByLabel("properties_2");
 }
 
-TEST_F(RecordingTest, SessionsWithProgramsThatOthersWroteRunAgain)
+TEST_F(RecordingTest, ASessionWithACalculatorRunsAgain)
 {
-    const struct
-    {
-        const char *program;
-        const char *window;
-        const char *session;
-        const char *label;
-        const char *end;
-        const char *expectedEnd;
-    } rows[] = {{"kcalc", "kcalc", calculatorSession, "41 149", copyEnd, "-8.526"},
-                {"featherpad", "featherpad", editorSession, "632 459", textEnd,
-                 "\"\\\\nsecond <line> & more\\\\nthirdHello world\\\\nsecond <line> & "
-                 "more\\\\nthirdla\\\\n\""}};
-    for (const auto &row : rows) {
-        if (QStandardPaths::findExecutable(row.program).isEmpty()) {
-            EXPECT_TRUE(qEnvironmentVariableIsEmpty("CI")) << row.program;
-            continue;
-        }
-        removeRecorded();
-        useApplication(row.program);
-        record({}, {}, row.window);
-        act(row.session);
-        act(QByteArray("hover ") + row.label + "\n key ctrl+alt+shift+v popup\n key Down Return\n");
-        waitFor("properties_1");
-        interrupt();
-        expectReplays(row.program, row.end, row.expectedEnd);
-        expectRedByLabel("properties_1");
-    }
+    expectSessionRunsAgain("kcalc", calculatorSession, "41 149", copyEnd, "-8.526");
+}
+
+TEST_F(RecordingTest, ASessionWithAnEditorRunsAgain)
+{
+    expectSessionRunsAgain("featherpad", editorSession, "632 459", textEnd,
+                           "\"\\\\nsecond <line> & more\\\\nthirdHello world\\\\nsecond <line> & "
+                           "more\\\\nthirdla\\\\n\"");
 }
 
 TEST_F(RecordingTest, WhatAKilledRecorderHasSeenIsNotLost)
