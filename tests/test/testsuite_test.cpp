@@ -155,6 +155,9 @@ TEST_F(TestSuiteTest, TestCasesAreFoundInTheOrderOfTheSuite)
     EXPECT_EQ(load("").discoverTestCases(), (QStringList{"tst_a", "tst_b", "tst_c"}));
     EXPECT_EQ(load("TEST_CASES = tst_b tst_x").discoverTestCases(),
               (QStringList{"tst_b", "tst_a", "tst_c"}));
+    QDir given = load("").dir();
+    given.setSorting(QDir::Name | QDir::Reversed);
+    EXPECT_EQ(TestSuite(given, "").discoverTestCases(), (QStringList{"tst_c", "tst_b", "tst_a"}));
 }
 
 TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
