@@ -155,6 +155,9 @@ TEST_F(TestSuiteTest, TestCasesAreFoundInTheOrderOfTheSuite)
     EXPECT_EQ(load("").discoverTestCases(), (QStringList{"tst_a", "tst_b", "tst_c"}));
     EXPECT_EQ(load("TEST_CASES = tst_b tst_x").discoverTestCases(),
               (QStringList{"tst_b", "tst_a", "tst_c"}));
+    QDir given = load("").dir();
+    given.setSorting(QDir::Name | QDir::Reversed);
+    EXPECT_EQ(TestSuite(given, "").discoverTestCases(), (QStringList{"tst_c", "tst_b", "tst_a"}));
 }
 
 TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
@@ -330,7 +333,7 @@ TEST_F(TestSuiteTest, TheCommandLineOfARecording)
     const FakeRunner runner("exit 0");
     TestSuite suite = load("VERSION = 2\nLANGUAGE = Ruby\nAUT = \"my app\" -x\nCLASSPATH = /c");
     suite.record(true, true, true, "tst_new", {"a.tsv", "b.tsv"}, "h", 1, {"A=1"});
-    for (int i = 0; i < 200 && runner.arguments().isEmpty(); ++i)
+    for (int i = 0; i < 3000 && runner.arguments().isEmpty(); ++i)
         QThread::msleep(20);
     EXPECT_EQ(runner.arguments().join('|').replace(dir.path(), "DIR"),
               "--host|h|--port|1|--testcase|tst_new|--record|--testdata|a.tsv|--testdata|b.tsv|"
