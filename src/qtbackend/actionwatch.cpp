@@ -71,6 +71,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::Wheel:
+    case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop:
     case QEvent::Shortcut:
@@ -125,6 +126,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
+        m_mouse.endDrag();
         settle();
         if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
             pressKey(*static_cast<QKeyEvent *>(event));
@@ -136,6 +138,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         settle();
         m_wheel.begin();
         break;
+    case QEvent::DragEnter:
     case QEvent::DragMove:
         m_mouse.dragMoved();
         break;
