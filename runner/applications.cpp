@@ -95,6 +95,7 @@ int Applications::launch(const QStringList &command, const QString &program, con
     start.deadline = m_settings.deadline;
     // No more: the script would go on within its own call.
     start.idle = m_settings.idle ? m_settings.idle : serveTermination;
+    start.isCancelled = m_settings.isCancelled;
     start.hangs = [this](const QString &stack) {
         if (m_hangs)
             m_hangs(stack);

@@ -41,6 +41,8 @@ public:
         QDeadlineTimer deadline{QDeadlineTimer::Forever};
         /// As that of RemoteApplication::Start; one that serves SIGTERM when it is empty.
         std::function<void()> idle = nullptr;
+        /// As that of RemoteApplication::Start.
+        std::function<bool()> isCancelled = nullptr;
     };
 
     /// How one has ended without being asked to.

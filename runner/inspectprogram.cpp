@@ -134,7 +134,7 @@ int inspectProgram(const RunnerOptions &options)
 {
     if (options.inspectedProgram.isEmpty())
         return unusable(QStringLiteral("no program was given"));
-    if (options.picks && !hasScreen())
+    if (options.picks && !whyNoScreen().isEmpty())
         return unusable(QStringLiteral("--pick needs a display"));
     RemoteApplication::Start start;
     start.prefix = QString::fromLocal8Bit(qgetenv("MORVEX_PREFIX"));

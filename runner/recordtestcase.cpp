@@ -42,6 +42,11 @@ int unusable(const QString &error)
     return ExitUnusable;
 }
 
+QString nothingDone()
+{
+    return QStringLiteral("nothing was done, so no test case is written");
+}
+
 // What applications report, into the journal.
 class Recording
 {
@@ -272,6 +277,7 @@ public:
             if (cancellation.isRequested() && started)
                 closeAll(started);
         };
+        settings.isCancelled = [&cancellation] { return cancellation.isRequested(); };
         Applications applications({m_testCase.directory(), QDir::currentPath()}, settings);
         started = &applications;
         const QStringList ofSuite =
@@ -286,12 +292,12 @@ public:
             startStatement(ofSuite.isEmpty() ? program : QStringList(), !ofSuite.isEmpty()));
         if (!error.isEmpty())
             return unusable(error);
-        if (applications.start(program, {}, &error) < 0) {
-            m_journal.remove();
-            return unusable(error);
-        }
         // To the end: a second signal leaves the journal as it is.
         const CancelOnSignals signal(&cancellation);
+        if (applications.start(program, {}, &error) < 0) {
+            m_journal.remove();
+            return unusable(cancellation.isRequested() ? nothingDone() : error);
+        }
         const QString death = run(&applications, cancellation, &error);
         if (!error.isEmpty())
             return unusable(error +
@@ -325,7 +331,7 @@ private:
     {
         if (!m_journal.hasUserActions()) {
             m_journal.remove();
-            return unusable(QStringLiteral("nothing was done, so no test case is written"));
+            return unusable(nothingDone());
         }
         const QString error = m_testCase.write(m_journal);
         if (!error.isEmpty())
@@ -367,8 +373,9 @@ int recordTestCase(const RunnerOptions &options)
         return *status;
     if (options.finishesRecording)
         return unusable(recorder.whyNothingToFinish());
-    if (!hasScreen())
-        return unusable(QStringLiteral("a display is needed"));
+    const QString noScreen = whyNoScreen();
+    if (!noScreen.isEmpty())
+        return unusable(noScreen);
     const QString variables = setVariablesOf(options, read);
     if (!variables.isEmpty())
         return unusable(variables);

@@ -1,16 +1,20 @@
 #include "runner/screen.h"
 
+#include "test/verification/displaypicture.h"
+
 #include <QByteArray>
-#include <QtGlobal>
 
 namespace Morvex {
 
-bool hasScreen()
+QString whyNoScreen()
 {
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
-    return platform != "offscreen" && platform != "minimal" &&
-           (!qEnvironmentVariableIsEmpty("DISPLAY") ||
-            !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+    const bool isNamed = platform != "offscreen" && platform != "minimal" &&
+                         (!qEnvironmentVariableIsEmpty("DISPLAY") ||
+                          !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"));
+    if (!isNamed)
+        return QStringLiteral("a display is needed");
+    return hasDisplay() ? whyNoDisplay() : QString();
 }
 
 } // namespace Morvex

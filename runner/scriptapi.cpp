@@ -50,9 +50,9 @@ void ScriptApi::install()
     QQmlEngine::setObjectOwnership(this, QQmlEngine::CppOwnership);
     const QJSValue native = engine.newQObject(this);
     QJSValue installer = m_engine->internalFunction(QStringLiteral("scriptapi"));
-    QJSValue outcome =
-        installer.call({native, engine.globalObject(), m_nameFunctions,
-                        m_engine->internalFunction(QStringLiteral("scriptobjects"))});
+    QJSValue outcome = installer.call({native, engine.globalObject(), m_nameFunctions,
+                                       m_engine->internalFunction(QStringLiteral("scriptobjects")),
+                                       m_engine->internalFunction(QStringLiteral("scriptdata"))});
     if (!outcome.isError()) {
         installer = m_engine->internalFunction(QStringLiteral("applicationapi"));
         outcome = installer.call({native, engine.globalObject(), outcome});

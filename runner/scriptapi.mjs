@@ -1,5 +1,5 @@
 // The functions that scripts call. Documented in docs/scripting.md.
-export default function (native, global, nameFunctions, installObjects) {
+export default function (native, global, nameFunctions, installObjects, installData) {
     function text(value) {
         return value === undefined || value === null ? "" : show(value);
     }
@@ -54,7 +54,7 @@ export default function (native, global, nameFunctions, installObjects) {
     }
 
     function areSameObjects(a, b, depth) {
-        if (a instanceof DataRecord && b instanceof DataRecord)
+        if (a instanceof data.DataRecord && b instanceof data.DataRecord)
             return isSame(a.values, b.values, depth + 1);
         switch (tagOf(a)) {
         case "[object Date]":
@@ -171,6 +171,7 @@ export default function (native, global, nameFunctions, installObjects) {
         }
     });
     var FoundObject = objects.FoundObject;
+    var data = installData({text: text, show: show, isInt32: isInt32});
 
     // What a verification point is made of when its file does not exist.
     function describePoint(options, checked) {
@@ -232,10 +233,10 @@ export default function (native, global, nameFunctions, installObjects) {
                          "screenshotOnWarning", "screenshotOnError"];
             var known = knownOptions(options, flags.concat("delay", "object", "properties", "record",
                                                            "retry", "type"));
-            if (known.record !== undefined && !(known.record instanceof DataRecord))
+            if (known.record !== undefined && !(known.record instanceof data.DataRecord))
                 throw new TypeError("option 'record' has to be a record of a table of data.open");
-            var table = known.record ? known.record[sourceKey][sourceKey] : null;
-            var row = known.record ? known.record[rowKey] : -1;
+            var table = known.record ? data.sourceOf(known.record) : null;
+            var row = known.record ? data.rowOf(known.record) : -1;
             var checked = {delay: milliseconds(known.delay, 0), retry: milliseconds(known.retry, 0)};
             flags.forEach(function (flag) {
                 checked[flag] = Boolean(known[flag]);
@@ -290,99 +291,9 @@ export default function (native, global, nameFunctions, installObjects) {
         }
     };
 
-    // Keys that no loop over a record or a table meets.
-    var sourceKey = Symbol("source");
-    var rowKey = Symbol("row");
-    var valuesKey = Symbol("values");
-    var columnsKey = Symbol("columns");
-    var aheadKey = Symbol("ahead");
-
-    var recordsAhead = 256;
-
-    // Loops ask for the values of a column in the order of their rows. They get some from the
-    // runner at once, since a call of it takes longer than an element of a list.
-    function valueOf(table, row, column) {
-        var ahead = table[aheadKey][column];
-        var place = row - ahead.first;
-        if (place >= 0 && place < ahead.values.length)
-            return ahead.values[place];
-        var isNext = row === ahead.first + ahead.values.length;
-        ahead.values = table[sourceKey].values(column, row, isNext ? recordsAhead : 1);
-        ahead.first = row;
-        return ahead.values[0];
-    }
-
-    // A record converts a value when it is asked for.
-    function DataRecord(table, row) {
-        this[sourceKey] = table;
-        this[rowKey] = row;
-    }
-
-    Object.defineProperty(DataRecord.prototype, "values", {
-        get: function () {
-            // A list from outside is no array yet.
-            if (!this[valuesKey])
-                this[valuesKey] = Array.from(this[sourceKey][sourceKey].row(this[rowKey]));
-            return this[valuesKey];
-        }
-    });
-
-    DataRecord.prototype.field = function (name) {
-        var table = this[sourceKey];
-        var column = table[columnsKey].get(text(name));
-        if (column === undefined)
-            throw new RangeError("there is no field '" + text(name) + "' in '" + table[sourceKey].name +
-                "'; its fields are: " + table.fields.join(", "));
-        // A record may have fewer values than the table has fields.
-        var values = this[valuesKey];
-        if (values)
-            return column < values.length ? values[column] : "";
-        return valueOf(table, this[rowKey], column);
-    };
-
-    DataRecord.prototype.toJSON = function () {
-        return {values: this.values};
-    };
-
-    function DataTable(source) {
-        this.fields = Array.from(source.fields());
-        this.count = source.count;
-        Object.defineProperty(this, sourceKey, {value: source});
-        Object.defineProperty(this, aheadKey, {value: this.fields.map(function () {
-            return {first: 0, values: []};
-        })});
-        // Of two equal names the later one counts.
-        Object.defineProperty(this, columnsKey, {value: new Map(this.fields.map(function (name, column) {
-            return [name, column];
-        }))});
-    }
-
-    DataTable.prototype.record = function (row) {
-        if (!isInt32(row) || row < 0 || row >= this[sourceKey].count)
-            throw new RangeError("there is no record " + show(row) + " in '" + this[sourceKey].name + "'");
-        return new DataRecord(this, row);
-    };
-
-    DataTable.prototype.forEach = function (body) {
-        for (var row = 0; row < this.count; ++row)
-            body(new DataRecord(this, row), row);
-    };
-
-    DataTable.prototype[Symbol.iterator] = function () {
-        var table = this;
-        var row = 0;
-        return {
-            next: function () {
-                if (row >= table.count)
-                    return {value: undefined, done: true};
-                return {value: new DataRecord(table, row++), done: false};
-            }
-        };
-    };
-
     global.data = {
         open: function (path, sheet) {
-            return new DataTable(native.openData(text(path), text(sheet)));
+            return new data.DataTable(native.openData(text(path), text(sheet)));
         }
     };
 

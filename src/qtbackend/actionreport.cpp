@@ -3,6 +3,7 @@
 #include "qtbackend/nameresolver.h"
 
 #include <chrono>
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -29,8 +30,24 @@ QString ActionReport::nameOf(const QObject *object, bool isTextKept) const
 
 int ActionReport::add(const QString &what, const QString &objectName, const QVariantMap &more)
 {
-    send(++m_lastNumber, what, objectName, more);
+    QVariantMap all = more;
+    if (!std::exchange(m_isLastCancelled, false) || objectName != m_extrasName)
+        m_extras.clear();
+    keepExtras(objectName, &all);
+    send(++m_lastNumber, what, objectName, all);
     return m_lastNumber;
+}
+
+// What comes in place of an action takes over what that had.
+void ActionReport::keepExtras(const QString &objectName, QVariantMap *more)
+{
+    for (const QString &key : {QStringLiteral("fresh"), QStringLiteral("waits")}) {
+        if (more->contains(key))
+            m_extras[key] = more->value(key);
+        else if (m_extras.contains(key))
+            more->insert(key, m_extras.value(key));
+    }
+    m_extrasName = objectName;
 }
 
 int ActionReport::add(const QString &what, const QObject *object, const QVariantMap &more)
@@ -81,13 +98,18 @@ QVariantMap ActionReport::withWaits(const QObject *object, const QVariantMap &mo
 void ActionReport::replace(int number, const QString &what, const QString &objectName,
                            const QVariantMap &more)
 {
+    QVariantMap all = more;
+    if (number == m_lastNumber && objectName == m_extrasName)
+        keepExtras(objectName, &all);
     if (number > 0)
-        send(number, what, objectName, more);
+        send(number, what, objectName, all);
 }
 
 void ActionReport::cancel(int number)
 {
-    replace(number, QStringLiteral("nothing"), QString());
+    m_isLastCancelled = m_isLastCancelled || number == m_lastNumber;
+    if (number > 0)
+        send(number, QStringLiteral("nothing"), QString(), {});
 }
 
 void ActionReport::send(int number, const QString &what, const QString &objectName,

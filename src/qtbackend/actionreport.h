@@ -50,6 +50,8 @@ public:
 private:
     void send(int number, const QString &what, const QString &objectName, const QVariantMap &more);
 
+    void keepExtras(const QString &objectName, QVariantMap *more);
+
     QVariantMap withWaits(const QObject *object, const QVariantMap &more);
     void noteTyping(const QString &objectName, const QObject *object, QVariantMap *more);
 
@@ -57,6 +59,10 @@ private:
     Sink m_sink;
     int m_lastNumber = 0;
     int m_lastCursor = 0;
+    // What the last action had that is said once, and its object.
+    QVariantMap m_extras;
+    QString m_extrasName;
+    bool m_isLastCancelled = false;
     // What was typed into last.
     QString m_typedName;
     QPointer<const QObject> m_typedObject;

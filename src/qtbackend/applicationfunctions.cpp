@@ -13,6 +13,7 @@
 #include "qtbackend/nametree.h"
 #include "qtbackend/pictures.h"
 #include "qtbackend/qtmodel.h"
+#include "qtbackend/toolbarextension.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/userinput.h"
 
@@ -51,7 +52,8 @@ QObject *usedObject(QtModel &model, const Call &call, QString *error)
         return nullptr;
     leaveCompletions(object);
     // The application may have ended it when the list closed.
-    return firstObject(model, call, error);
+    object = firstObject(model, call, error);
+    return object ? reachInToolBar(object) : nullptr;
 }
 
 QVariant done(const QString &outcome, QString *error)

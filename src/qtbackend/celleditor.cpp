@@ -39,14 +39,19 @@ bool isKnown(const QWidget *editor)
 
 } // namespace
 
-QAbstractItemView *editedView(const QWidget *editor)
+QAbstractItemView *viewOfEditor(const QWidget *widget)
 {
-    const QWidget *viewport = editor && isKnown(editor) ? editor->parentWidget() : nullptr;
+    const QWidget *viewport = widget ? widget->parentWidget() : nullptr;
     auto *view = qobject_cast<QAbstractItemView *>(viewport ? viewport->parentWidget() : nullptr);
     return view && view->viewport() == viewport && ViewAccess::isEditing(view) &&
-                   editedIndex(view, editor).isValid()
+                   editedIndex(view, widget).isValid()
                ? view
                : nullptr;
+}
+
+QAbstractItemView *editedView(const QWidget *editor)
+{
+    return editor && isKnown(editor) ? viewOfEditor(editor) : nullptr;
 }
 
 // The application may have opened that of another item than the current one.

@@ -8,7 +8,10 @@ class QWidget;
 
 namespace Morvex {
 
-/// The view whose item the widget edits; null for any other widget.
+/// The view that has opened the widget as the editor of an item; null for any other widget.
+QAbstractItemView *viewOfEditor(const QWidget *widget);
+
+/// The same, of an editor with a value that a script can give the item.
 QAbstractItemView *editedView(const QWidget *editor);
 
 /// The item that an editor of the view is for.

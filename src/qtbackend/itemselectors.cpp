@@ -96,7 +96,7 @@ QVariantList selectorOf(QHeaderView *header, int section)
 {
     const QVariantList byText{
         header->model()->headerData(section, header->orientation()).toString()};
-    if (hasItem(header, byText))
+    if (header->count() <= maxCompared && hasItem(header, byText))
         return byText;
     return header->orientation() == Qt::Horizontal ? QVariantList{0, section}
                                                    : QVariantList{section, 0};

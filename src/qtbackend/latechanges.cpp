@@ -1,6 +1,7 @@
 #include "qtbackend/latechanges.h"
 
 #include "qtbackend/objecttree.h"
+#include "qtbackend/toolbarextension.h"
 
 #include <QEvent>
 #include <QWidget>
@@ -40,7 +41,9 @@ QStringList LateChanges::take(const QObject *object)
         return m_scenes.of(object);
     const Change change = m_changes.take(object);
     QStringList properties;
-    if (change.object && change.isShown)
+    const auto *widget = qobject_cast<const QWidget *>(change.object.data());
+    // A tool bar that has been unfolded shows more.
+    if (change.object && change.isShown && !(widget && isInToolBar(widget)))
         properties += QStringLiteral("visible");
     if (change.object && change.isEnabled)
         properties += QStringLiteral("enabled");

@@ -79,13 +79,13 @@ std::vector<Link> linksOf(const QObject *object)
         for (auto it = block.begin(); !it.atEnd(); ++it) {
             const QTextFragment part = it.fragment();
             const QString target = part.charFormat().anchorHref();
-            const QRect place =
-                placeOf(*document, block, part.position(), part.length()).translated(origin);
             // A part of a link may look different.
             if (!target.isEmpty() && target == last)
                 links.back().text += part.text();
             else if (!target.isEmpty())
-                links.push_back({part.text(), place});
+                links.push_back(
+                    {part.text(),
+                     placeOf(*document, block, part.position(), part.length()).translated(origin)});
             last = target;
         }
     }

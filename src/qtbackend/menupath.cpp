@@ -2,6 +2,7 @@
 
 #include "qtbackend/itempath.h"
 #include "qtbackend/menubutton.h"
+#include "qtbackend/toolbarextension.h"
 
 #include <QAction>
 #include <QApplication>
@@ -41,16 +42,26 @@ MenuPath menuPathOf(QWidget *menu, QAction *action)
 {
     MenuPath path;
     QStringList texts{shownText(action->text())};
+    // Of the menu that was opened first.
+    QAction *first = action;
     path.owner = menu;
     while (const auto *open = qobject_cast<QMenu *>(path.owner)) {
         QWidget *above = opener(open);
         if (!above)
             break;
-        if (!menuOfButton(above))
-            texts.prepend(shownText(open->menuAction()->text()));
+        if (!menuOfButton(above)) {
+            first = open->menuAction();
+            texts.prepend(shownText(first->text()));
+        }
         path.owner = above;
     }
-    path.item = {itemPathOf(texts)};
+    if (QWidget *button =
+            isToolBarExtension(path.owner) ? widgetBehindExtension(path.owner, first) : nullptr) {
+        path.owner = button;
+        texts.removeFirst();
+    }
+    if (!texts.isEmpty())
+        path.item = {itemPathOf(texts)};
     return path;
 }
 

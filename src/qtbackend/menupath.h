@@ -13,6 +13,7 @@ struct MenuPath
 {
     /// The menu bar, the button, or the menu that was opened otherwise.
     QWidget *owner = nullptr;
+    /// Empty for the owner itself: a button that its tool bar shows in a menu.
     QVariantList item;
 };
 

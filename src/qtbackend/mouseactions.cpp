@@ -1,6 +1,7 @@
 #include "qtbackend/mouseactions.h"
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/celleditor.h"
 #include "qtbackend/droptarget.h"
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
@@ -45,6 +46,14 @@ bool isOwnPart(const QWidget *widget)
            !widget->findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
+// Whether the first is, or is in, an editor that the view around it has opened for an item.
+bool isEditedIn(const QWidget *widget, const QWidget *viewport)
+{
+    while (widget->parentWidget() != viewport)
+        widget = widget->parentWidget();
+    return viewOfEditor(widget);
+}
+
 QModelIndex indexAt(const RecordedTarget &target, const QWidget *widget, const QPoint &global)
 {
     const auto *view = qobject_cast<const QAbstractItemView *>(target.object.data());
@@ -71,9 +80,7 @@ void MouseActions::beginPress()
 void MouseActions::press(QWidget *widget, const QMouseEvent &event)
 {
     if (!m_isPressNew) {
-        // Its child did not take the event. The right button opens a menu all the same.
-        const bool isHandedOn = event.button() != Qt::RightButton && !event.spontaneous();
-        if (isHandedOn && m_press.widget && widget->isAncestorOf(m_press.widget))
+        if (!event.spontaneous() && isHandedOnTo(widget))
             describe(widget, event.pos());
         return;
     }
@@ -89,6 +96,15 @@ void MouseActions::press(QWidget *widget, const QMouseEvent &event)
     m_press.isDouble = event.type() == QEvent::MouseButtonDblClick;
     m_subWindow = qobject_cast<QMdiSubWindow *>(widget);
     describe(widget, event.pos());
+}
+
+// Its child did not take the press, and will do nothing all the same when it is released. The right
+// button opens a menu.
+bool MouseActions::isHandedOnTo(const QWidget *widget) const
+{
+    return m_press.button != Qt::RightButton && m_press.target.kind != RecordedTarget::Paste &&
+           m_press.widget && widget->isAncestorOf(m_press.widget) &&
+           !isEditedIn(m_press.widget, widget);
 }
 
 // A press elsewhere closes all menus, and so may one in them.
@@ -115,10 +131,18 @@ void MouseActions::describe(QWidget *widget, const QPoint &place)
     m_press.widget = widget;
     m_press.target = recordedTarget(widget, place, m_press.button);
     m_outcome = PressOutcome(m_press.target, m_report);
-    if (m_press.target.kind == RecordedTarget::Nothing) {
+    switch (m_press.target.kind) {
+    case RecordedTarget::Nothing:
         giveBackPress();
-    } else if (m_press.target.kind != RecordedTarget::Cursor &&
-               m_press.target.kind != RecordedTarget::Value) {
+        break;
+    // What it does shows later.
+    case RecordedTarget::Cursor:
+    case RecordedTarget::Paste:
+    case RecordedTarget::Value:
+        break;
+    case RecordedTarget::Click:
+    case RecordedTarget::Expand:
+    case RecordedTarget::Collapse:
         reportPress();
     }
 }
@@ -137,7 +161,7 @@ void MouseActions::giveBackPress()
 
 void MouseActions::reportPress()
 {
-    const RecordedTarget &target = m_press.target;
+    RecordedTarget &target = m_press.target;
     QString what = QStringLiteral("click");
     if (target.kind == RecordedTarget::Expand)
         what = QStringLiteral("expand");
@@ -148,6 +172,9 @@ void MouseActions::reportPress()
         what = QStringLiteral("doubleClick");
     if (what == QLatin1String("doubleClick"))
         m_report.cancel(m_clickBefore.number);
+    // It opens the item, wherever that is hit.
+    if (what == QLatin1String("doubleClick") && !target.item.isEmpty())
+        target.place.reset();
     const QVariantMap place = placeOf(target);
     if (m_press.number > 0)
         m_report.replace(m_press.number, what, target.object, place);
@@ -180,6 +207,8 @@ void MouseActions::beginRelease(const QMouseEvent &event)
     m_isReleaseNew = true;
     if (m_press.number > 0 && m_press.widget)
         finishPress(event.globalPos());
+    if (m_press.target.kind == RecordedTarget::Paste && m_press.target.object)
+        m_paste.begin(qobject_cast<QWidget *>(m_press.target.object), event.globalPos());
     m_outcome.setReleased();
     m_press = {};
 }
@@ -301,6 +330,7 @@ void MouseActions::settle()
         m_report.cancel(m_choice.number);
     m_choice = {};
     m_textDrag.settle();
+    m_paste.settle();
     // Held, a button may open its menu in place of a click.
     const bool isLast = m_click.number > 0 && m_click.number == m_report.lastNumber();
     const QMenu *menu = isLast ? menuOfButton(m_click.object) : nullptr;

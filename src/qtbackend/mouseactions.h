@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/pressoutcome.h"
+#include "qtbackend/selectionpaste.h"
 #include "qtbackend/textdrag.h"
 
 #include <QMdiSubWindow>
@@ -20,6 +21,7 @@ public:
     explicit MouseActions(ActionReport &report)
         : m_report(report)
         , m_textDrag(report)
+        , m_paste(report)
     {
     }
 
@@ -86,6 +88,7 @@ private:
 
     void closeMenu(QMenu *menu, const QPoint &globalPlace);
     void settleMenu();
+    bool isHandedOnTo(const QWidget *widget) const;
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
     void giveBackPress();
@@ -99,6 +102,7 @@ private:
     Press m_press;
     PressOutcome m_outcome;
     TextDrag m_textDrag;
+    SelectionPaste m_paste;
     // The mouse is used on the frame of it.
     QPointer<QMdiSubWindow> m_subWindow;
     Choice m_choice;

@@ -5,6 +5,7 @@
 #include "qtbackend/identification.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"
+#include "qtbackend/toolbarextension.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -299,7 +300,10 @@ QString NameResolver::steadyName(const QObject *object, bool isTextKept)
     if (!isTextKept && !properties.contains(QStringLiteral("name")))
         properties = {{QStringLiteral("type"), properties.value(QStringLiteral("type"))}};
     std::vector<std::pair<QString, Value>> further;
-    if (object->property("visible").toBool())
+    // What a tool bar has no room for is reached all the same.
+    const auto *widget = qobject_cast<const QWidget *>(object);
+    const bool isAlwaysReached = widget && isInToolBar(widget);
+    if (object->property("visible").toBool() && !isAlwaysReached)
         further.emplace_back(QStringLiteral("visible"),
                              Value{Value::EXACT, QStringLiteral("true")});
     const QString container =

@@ -1,7 +1,9 @@
 #include "qtbackend/ownclass.h"
 
+#include <QAbstractItemDelegate>
 #include <QWidget>
 
+#include <cstring>
 #include <dlfcn.h>
 
 namespace Morvex {
@@ -14,13 +16,31 @@ const void *libraryOf(const void *address)
     return ::dladdr(address, &info) != 0 ? info.dli_fbase : nullptr;
 }
 
+const char *tableOf(const void *object)
+{
+    return *static_cast<const char *const *>(object);
+}
+
 } // namespace
 
 // By the table of its virtual functions, as not each class has a meta object of its own.
 bool isOfOwnClass(const QWidget *widget)
 {
-    const void *table = *reinterpret_cast<const void *const *>(widget);
-    return libraryOf(table) != libraryOf(&QWidget::staticMetaObject);
+    return libraryOf(tableOf(widget)) != libraryOf(&QWidget::staticMetaObject);
+}
+
+bool handlesMouse(const QAbstractItemDelegate *delegate)
+{
+    if (!delegate)
+        return false;
+    // The platform's pointers to virtual functions begin with the place in the table, and may mark
+    // it in its lowest bit.
+    const auto handler = &QAbstractItemDelegate::editorEvent;
+    std::ptrdiff_t place = 0;
+    std::memcpy(&place, &handler, sizeof place);
+    const void *function = nullptr;
+    std::memcpy(&function, tableOf(delegate) + (place & ~std::ptrdiff_t(1)), sizeof function);
+    return libraryOf(function) != libraryOf(&QWidget::staticMetaObject);
 }
 
 } // namespace Morvex

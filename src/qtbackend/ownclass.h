@@ -1,5 +1,6 @@
 #pragma once
 
+class QAbstractItemDelegate;
 class QWidget;
 
 namespace Morvex {
@@ -7,5 +8,8 @@ namespace Morvex {
 /// Whether the widget's class is one of the application or of its libraries, and not one of the
 /// toolkit.
 bool isOfOwnClass(const QWidget *widget);
+
+/// Whether such a class handles what the mouse does in an item, so that the place may matter.
+bool handlesMouse(const QAbstractItemDelegate *delegate);
 
 } // namespace Morvex

@@ -69,10 +69,13 @@ void PressOutcome::settleCheck(ActionReport &report) const
     const QVariant state = m_index.data(Qt::CheckStateRole);
     if (!m_index.isValid() || state == m_checkState || !m_more.contains(QStringLiteral("item")))
         return;
+    QVariantMap more = m_more;
+    more.remove(QStringLiteral("x"));
+    more.remove(QStringLiteral("y"));
     report.replace(m_number,
                    state.toInt() == Qt::Checked ? QStringLiteral("check")
                                                 : QStringLiteral("uncheck"),
-                   m_name, m_more);
+                   m_name, more);
 }
 
 void PressOutcome::settleMove(ActionReport &report) const

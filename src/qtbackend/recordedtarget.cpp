@@ -4,15 +4,19 @@
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/links.h"
 #include "qtbackend/menubutton.h"
+#include "qtbackend/ownclass.h"
+#include "qtbackend/toolbarextension.h"
 #include "qtbackend/widgetvalue.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDialog>
 #include <QDockWidget>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -119,6 +123,16 @@ bool isOnHandle(const QTreeView *tree, const QModelIndex &index, const QPoint &p
     return beside > 0 && beside <= tree->indentation();
 }
 
+// Of what an application draws and handles itself, such as a row of stars.
+void addPlaceInItem(RecordedTarget *target, const QAbstractItemView &view, const QModelIndex &index,
+                    const QPoint &place)
+{
+    const QRect shown = view.visualRect(index);
+    if (target->kind == RecordedTarget::Click && !target->item.isEmpty() && shown.contains(place) &&
+        handlesMouse(view.itemDelegate(index)))
+        target->place = place - shown.topLeft();
+}
+
 RecordedTarget viewTarget(QAbstractItemView *view, const QPoint &place, Qt::MouseButton button)
 {
     if (comboBoxOfList(view))
@@ -139,6 +153,8 @@ RecordedTarget viewTarget(QAbstractItemView *view, const QPoint &place, Qt::Mous
         target.kind = tree->isExpanded(index) ? RecordedTarget::Collapse : RecordedTarget::Expand;
     else if (isLeft && !(index.flags() & Qt::ItemIsEnabled))
         return {};
+    if (isLeft)
+        addPlaceInItem(&target, *view, index, place);
     return target.item.isEmpty() ? placeTarget(view, place) : target;
 }
 
@@ -199,14 +215,20 @@ RecordedTarget linkTarget(QWidget *widget, const QPoint &place)
 RecordedTarget textTarget(QWidget *text, const QPoint &place)
 {
     const auto *browser = qobject_cast<QTextBrowser *>(text);
-    const RecordedTarget link = browser ? linkTarget(text, place) : RecordedTarget();
+    const bool isLink = browser && !browser->anchorAt(place).isEmpty();
+    const RecordedTarget link = isLink ? linkTarget(text, place) : RecordedTarget();
     if (link.object)
         return link;
-    const bool isLink = browser && !browser->anchorAt(place).isEmpty();
     // Its cursor can't be moved by keys.
     const bool takesNoKeys = text->focusPolicy() == Qt::NoFocus;
     return isLink || takesNoKeys ? placeTarget(text, place)
                                  : targetOf(RecordedTarget::Cursor, text);
+}
+
+bool takesSelection(const QWidget *text)
+{
+    return !text->property("readOnly").toBool() &&
+           QGuiApplication::clipboard()->supportsSelection();
 }
 
 // A window is a background, unless it is all that there is.
@@ -271,7 +293,7 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
     // What shows other tabs chooses none, and a script brings a tab into sight by itself.
     const bool isArrowOfTabs = qobject_cast<QTabBar *>(owner->parentWidget()) &&
                                owner->objectName().startsWith(QLatin1String("Scroll"));
-    if (isArrowOfTabs)
+    if (isArrowOfTabs || (button == Qt::LeftButton && isToolBarExtension(owner)))
         return {};
     if (auto *push = qobject_cast<QAbstractButton *>(owner))
         return buttonTarget(push, place, button);
@@ -282,6 +304,8 @@ RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseBut
     QWidget *text = isText(owner) ? owner : widget;
     if (button == Qt::LeftButton && isText(text))
         return textTarget(text, place);
+    if (button == Qt::MiddleButton && isText(text) && takesSelection(text))
+        return targetOf(RecordedTarget::Paste, text);
     if (button == Qt::LeftButton && (isSlider(owner) || qobject_cast<QAbstractSpinBox *>(owner)))
         return targetOf(RecordedTarget::Value, owner);
     const RecordedTarget link =

@@ -21,6 +21,8 @@ struct RecordedTarget
         Click,
         /// It moves the cursor of a text.
         Cursor,
+        /// It pastes what is selected into a text.
+        Paste,
         /// It changes the value of a slider or a spin box.
         Value,
         Expand,

@@ -70,6 +70,18 @@ const QLineEdit *fieldOf(const QWidget *widget)
     return isAround ? widget->findChild<QLineEdit *>(QString(), Qt::FindDirectChildrenOnly) : line;
 }
 
+int textPositionAt(QWidget *widget, const QPoint &globalPlace)
+{
+    if (auto *line = qobject_cast<QLineEdit *>(widget))
+        return line->cursorPositionAt(line->mapFromGlobal(globalPlace));
+    if (const auto *edit = qobject_cast<const QTextEdit *>(widget))
+        return edit->cursorForPosition(edit->viewport()->mapFromGlobal(globalPlace)).position();
+    const auto *plain = qobject_cast<const QPlainTextEdit *>(widget);
+    return plain
+               ? plain->cursorForPosition(plain->viewport()->mapFromGlobal(globalPlace)).position()
+               : -1;
+}
+
 TextCursorState TextCursorState::of(const QWidget *widget)
 {
     TextCursorState state;
@@ -142,6 +154,14 @@ QString TextCursorState::keys() const
         return wayTo(m_anchor, QString()) + wayTo(m_position, QStringLiteral("Shift+"));
     return wayTo(m_anchor, QString()) +
            repeated(QLatin1String(m_position < m_anchor ? "Shift+Left" : "Shift+Right"), selected);
+}
+
+QString TextCursorState::textSince(const TextCursorState &before) const
+{
+    const int added = m_length - before.m_length;
+    return added > 0 && m_position - before.m_position == added
+               ? textBetween(before.m_position, m_position)
+               : QString();
 }
 
 QString TextCursorState::textBetween(int start, int end) const

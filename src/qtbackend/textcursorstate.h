@@ -12,6 +12,9 @@ namespace Morvex {
 /// The field of one line that the widget is, or that a spin box or a combo box has; null for none.
 const QLineEdit *fieldOf(const QWidget *widget);
 
+/// That of the character at the place in a field or an editor; negative in any other widget.
+int textPositionAt(QWidget *widget, const QPoint &globalPlace);
+
 /// Where the cursor of a text field or an editor is, and what is selected.
 class TextCursorState
 {
@@ -31,6 +34,10 @@ public:
 
     bool isInEmptyText() const { return m_length == 0; }
     bool isAllSelected() const;
+
+    /// What was inserted since where the cursor of @p before is; this one is after it. Empty when
+    /// anything else has changed.
+    QString textSince(const TextCursorState &before) const;
 
     /// The keys that bring any state of the text here. The text must not have changed since.
     QString keys() const;

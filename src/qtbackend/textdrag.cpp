@@ -31,19 +31,6 @@ QTextCursor cursorOf(const QWidget *widget)
     return plain ? plain->textCursor() : QTextCursor();
 }
 
-// Negative where there is no text.
-int positionAt(QWidget *widget, const QPoint &globalPlace)
-{
-    if (auto *line = qobject_cast<QLineEdit *>(widget))
-        return line->cursorPositionAt(line->mapFromGlobal(globalPlace));
-    if (const auto *edit = qobject_cast<const QTextEdit *>(widget))
-        return edit->cursorForPosition(edit->viewport()->mapFromGlobal(globalPlace)).position();
-    const auto *plain = qobject_cast<const QPlainTextEdit *>(widget);
-    return plain
-               ? plain->cursorForPosition(plain->viewport()->mapFromGlobal(globalPlace)).position()
-               : -1;
-}
-
 QString repeated(const char *key, int count)
 {
     return QString::fromLatin1(key).repeated(count);
@@ -67,7 +54,7 @@ void TextDrag::begin(QWidget *source)
 
 bool TextDrag::drop(QWidget *target, const QPoint &globalPlace, bool isMove)
 {
-    m_place = positionAt(target, globalPlace);
+    m_place = textPositionAt(target, globalPlace);
     if (!m_source || m_place < 0 || isSecretInput(target))
         return false;
     m_target = target;

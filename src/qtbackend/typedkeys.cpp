@@ -29,11 +29,11 @@ TypedKey keyOfCharacter(uint code)
     return {static_cast<int>(QChar::toUpper(code)), modifier, textOfCode(code)};
 }
 
+// As keyboards do: Ctrl makes a control character, which terminals read.
 QString textOfKey(int key, Qt::KeyboardModifiers modifiers)
 {
-    const Qt::KeyboardModifiers commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    if (modifiers & commands)
-        return {};
+    if (modifiers & Qt::ControlModifier)
+        return key >= '@' && key <= '_' ? QString(QChar(key & 0x1f)) : QString();
     if (key == Qt::Key_Return || key == Qt::Key_Enter)
         return QStringLiteral("\r");
     if (key == Qt::Key_Tab && !(modifiers & Qt::ShiftModifier))

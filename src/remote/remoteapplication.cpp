@@ -64,6 +64,7 @@ struct RemoteApplication::Private
     bool isWanted(const ConnectionOffer::Caller &caller) const;
     QStringList unlisted() const;
     std::shared_ptr<RemoteContext> add(ConnectionOffer::Caller caller);
+    [[nodiscard]] QString waitOnce();
     [[nodiscard]] QString quit(RemoteContext &context);
     void endOrphans();
 };
@@ -102,14 +103,23 @@ QString RemoteApplication::Private::launch()
     return process->error();
 }
 
+QString RemoteApplication::Private::waitOnce()
+{
+    update(waitStepMs);
+    if (start.idle)
+        start.idle();
+    return start.isCancelled && start.isCancelled()
+               ? QStringLiteral("the start of '%1' was cancelled").arg(start.command.value(0))
+               : QString();
+}
+
 QString RemoteApplication::Private::waitForContext()
 {
     const QDeadlineTimer deadline(start.timeout);
     while (contexts.isEmpty()) {
-        update(waitStepMs);
-        if (start.idle)
-            start.idle();
-        const QString error = callerError.isEmpty() ? process->error() : callerError;
+        QString error = waitOnce();
+        if (error.isEmpty())
+            error = callerError.isEmpty() ? process->error() : callerError;
         if (!error.isEmpty())
             return error;
         const bool isTooLate = deadline.hasExpired();
@@ -138,9 +148,9 @@ QString RemoteApplication::Private::waitUntilReady(RemoteContext &context,
             return QStringLiteral("the event loop of '%1' does not run within %2 seconds")
                 .arg(start.command.value(0))
                 .arg(start.timeout / 1000.0);
-        update(waitStepMs);
-        if (start.idle)
-            start.idle();
+        const QString error = waitOnce();
+        if (!error.isEmpty())
+            return error;
     }
     return {};
 }

@@ -51,6 +51,8 @@ public:
         /// Called again and again while this thread waits for the application, now and later. It
         /// must not use the application. May be empty.
         std::function<void()> idle;
+        /// Asked again and again during the start, which fails once it is true. May be empty.
+        std::function<bool()> isCancelled;
         /// Called when a call gets no answer though the application runs, or its event loop doesn't
         /// begin to, with the stack of the application or what else is known; that is empty when
         /// nothing is. May be empty.

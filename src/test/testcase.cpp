@@ -20,8 +20,9 @@ TestCase::TestCase(TestResult *result, const QString &name)
 TestCase::TestCase(TestResult *result, const QDir &dir)
     : m_result(result)
     , m_name(dir.dirName())
-    , m_dir(std::make_unique<QDir>(cleanedPath(dir.path())))
+    , m_dir(std::make_unique<QDir>(dir))
 {
+    m_dir->setPath(cleanedPath(dir.path()));
     readConfiguration();
     startResult();
 }

@@ -26,9 +26,11 @@ QString key(const char *name)
 } // namespace
 
 TestSuite::TestSuite(const QDir &dir, const QString &settingsGroup)
-    : m_dir(cleanedPath(dir.path()))
+    : m_dir(dir)
     , m_settingsGroup(settingsGroup)
 {
+    // Keeps the order and the filters that the caller chose.
+    m_dir.setPath(cleanedPath(dir.path()));
     if (m_settingsGroup.startsWith(QLatin1Char('/')))
         m_settingsGroup.remove(0, 1);
     parseConfig();

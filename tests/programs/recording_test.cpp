@@ -175,11 +175,11 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
         << output.standardOutput.constData();
 }
 
-TEST_F(RecordingTest, WhatIsDraggedIsDraggedAgain)
+TEST_F(RecordingTest, WhatIsDraggedOrPastedByTheMouseIsSoAgain)
 {
     record({}, program + QStringList("drags"), "^Recorded$");
     act("drag 40 20 280 80\n drag 40 20 280 18\n drag 14 122 60 122\n drag 30 122 170 162\n"
-        "at 340 122\n");
+        "at 30 122\n key Home\n key shift+End\n at 30 162 2\n at 340 122\n");
     waitFor("\"close\"");
     const QByteArray recorded = interrupt();
     EXPECT_TRUE(recorded.contains("item(\"apple\").drag(find(names.right));\n")) << recorded.data();
@@ -189,8 +189,9 @@ TEST_F(RecordingTest, WhatIsDraggedIsDraggedAgain)
         var texts = ["first", "second"].map(name => find({name: name}).get("plainText"));
         var items = [0, 1, 2].map(row => find(names.right).item(row, 0).text());
         check.equal(items.join(), "pear,one,apple");
-        check.equal(texts.join("").length, "alpha beta gammaalpha beta gamma".length);
-        check.that(texts[0].length < texts[1].length, texts.join());
+        check.that(texts[0].length < "alpha beta gamma".length, texts.join());
+        check.equal(texts[1].length, "alpha beta gammaalpha beta gamma".length, texts.join());
+        check.that(texts[1].includes(texts[0]), texts.join());
         check.equal(find({name: "closed"}).get("text"), "closed");
     )");
     output = runner.runSuite({});
@@ -270,6 +271,15 @@ TEST_F(RecordingTest, WhatAKilledRecorderHasSeenIsNotLost)
     expectRefusal({}, "already exists");
     removeRecorded();
     expectRefusal({"--finish"}, "there is no recording");
+    recorder.start(RunnerProcess::program(),
+                   {"--record", "tst_recorded", runner.suitePath(), "sleep", "60"});
+    waitFor("sleep");
+    ::kill(static_cast<pid_t>(recorder.processId()), SIGINT);
+    recorder.waitForFinished();
+    EXPECT_EQ(recorder.exitCode(), 2);
+    EXPECT_EQ(journal(), QByteArray());
+    runner.environment.insert("DISPLAY", ":4242");
+    expectRefusal({}, "':4242' can't be connected to");
     runner.environment.remove("DISPLAY");
     expectRefusal({}, "a display is needed");
 }

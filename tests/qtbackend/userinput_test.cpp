@@ -40,6 +40,7 @@ TEST_F(UserInputTest, KeysTypeTheirCharacters)
         {"aBc<<<Backspace>", "aBc"},
         {"ab<Ctrl+A>x<Home>y", "yx"},
         {"abcd<Left*3>x<**2>", "ax**bcd"},
+        {"a<Alt+O><Meta+Shift+P><Ctrl+Alt+Q>", "aoP"},
         {"<PageDown><PgDown><Ctrl+PageUp><Ctrl++>><Backspace><Ctrl+>><escape>", ""},
     };
     for (const auto &row : rows) {

@@ -1,156 +1,25 @@
 #include "objectmodel/class.h"
 #include "objectmodel/property.h"
-#include "remote/connectionoffer.h"
-#include "remote/protocol/message.h"
-#include "remote/protocol/messagechannel.h"
-#include "remote/remoteapplication.h"
+#include "remote/remoteapplicationfixture.h"
 #include "remote/remotecontext.h"
-#include "remote/remoteinspector.h"
 #include "remote/remotesession.h"
-#include "support/environmentguard.h"
 #include "support/files.h"
+#include "support/processes.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSet>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstring>
-#include <deque>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace Morvex;
 using namespace MorvexTest;
 
-namespace {
-
-// What the system says of a process after its name; empty when there is none.
-QList<QByteArray> statusOf(qint64 process)
-{
-    const QByteArray status = readFile(QString("/proc/%1/stat").arg(process));
-    return status.isEmpty() ? QList<QByteArray>()
-                            : status.mid(status.lastIndexOf(')') + 2).split(' ');
-}
-
-// One that has ended may wait for its parent to ask for its status.
-bool isThere(qint64 process)
-{
-    const QByteArray state = statusOf(process).value(0);
-    return !state.isEmpty() && state != "Z" && state != "X";
-}
-
-pid_t parentOf(pid_t process)
-{
-    return statusOf(process).value(1).toInt();
-}
-
-} // namespace
-
-class RemoteApplicationTest : public testing::Test
-{
-protected:
-    std::unique_ptr<RemoteApplication> start(const QStringList &command)
-    {
-        options.command = command;
-        options.prefix = MORVEX_TEST_PREFIX;
-        return RemoteApplication::start(options, &error);
-    }
-
-    // With the name of a button of the awkward program.
-    QString click(RemoteApplication *application, const QString &name)
-    {
-        const SharedPtr<Object> button =
-            application->inspector()->waitForObject(name, 5000, &error);
-        if (button)
-            application->inspector()->callFunction("clickObject", {button->id()}, &error);
-        return error;
-    }
-
-    QStringList temporaryDirectories() const
-    {
-        return QDir(dir.path()).entryList({"morvex-*"}, QDir::Dirs);
-    }
-
-    QTemporaryDir dir{"/tmp/t-XXXXXX"};
-    EnvironmentGuard temporary{"TMPDIR", dir.path().toUtf8()};
-    EnvironmentGuard platform{"QT_QPA_PLATFORM", "offscreen"};
-    RemoteApplication::Start options;
-    QString error;
-};
-
-TEST(ConnectionOfferTest, OnlyAnAgentWithTheTokenAndOfTheVersionIsTaken)
-{
-    const QTemporaryDir dir("/tmp/t-XXXXXX");
-    ConnectionOffer offer(dir.path() + "/s");
-    ASSERT_EQ(offer.listen(), QString());
-    const QByteArray token = offer.token();
-    const struct
-    {
-        QByteArray token;
-        quint16 version;
-        Message::Type type;
-        bool isTaken;
-        bool isOther;
-        // One that says nothing keeps nobody waiting.
-    } rows[] = {{token, 0, Message::Hello, false, false},
-                {token, protocolVersion, Message::Hello, true, false},
-                {token.left(token.size() - 1), protocolVersion, Message::Hello, false, false},
-                {QByteArray(), protocolVersion, Message::Hello, false, false},
-                {token, protocolVersion, Message::Ready, false, false},
-                {token, protocolVersion + 1, Message::Hello, false, true}};
-    std::deque<MessageChannel> agents;
-    for (const auto &row : rows) {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        const QByteArray path = offer.socketPath().toLocal8Bit();
-        std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
-        const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-        MessageChannel &agent = agents.emplace_back(descriptor);
-        ASSERT_EQ(::connect(descriptor, reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
-        Message hello;
-        hello.type = row.type;
-        hello.number = row.version;
-        hello.values = {row.token};
-        if (row.version != 0) {
-            ASSERT_TRUE(agent.send(hello, 1000));
-        }
-        const ConnectionOffer::Caller caller = offer.waitForCaller(1000);
-        EXPECT_EQ(caller.channel != nullptr, row.isTaken);
-        EXPECT_EQ(caller.error.contains("another version"), row.isOther);
-    }
-}
-
-TEST_F(RemoteApplicationTest, NothingIsLeftOfAnApplicationAndWhatItStarted)
-{
-    auto application = start({MORVEX_AWKWARD_PROGRAM});
-    ASSERT_NE(application, nullptr) << error.toStdString();
-    EXPECT_EQ(temporaryDirectories().size(), 1);
-    EXPECT_EQ(application->inspector()->findNamespace("None"), nullptr);
-    EXPECT_EQ(click(application.get(), "leave"), QString());
-    const SharedPtr<Object> window = application->inspector()->findObject("awkward", &error);
-    ASSERT_TRUE(window);
-    const SharedPtr<Object> child = window->objectClass()->property("child")->get(window);
-    ASSERT_TRUE(child);
-    const qint64 processes[] = {application->processId(), child->value().toLongLong()};
-    for (const qint64 process : processes)
-        EXPECT_TRUE(isThere(process));
-    application.reset();
-    for (const qint64 process : processes)
-        EXPECT_FALSE(isThere(process));
-    EXPECT_EQ(temporaryDirectories(), QStringList());
-    // Objects may outlive their application.
-    EXPECT_EQ(window->objectClass(), nullptr);
-    EXPECT_EQ(window->valueText(), "(the application has been stopped)");
-}
+using RemoteApplicationTest = RemoteApplicationFixture;
 
 TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesToIt)
 {
@@ -173,59 +42,6 @@ TEST_F(RemoteApplicationTest, TheEndOfTheOutputIsKeptWhateverTheApplicationDoesT
     EXPECT_EQ(click(application.get(), "print"), QString());
     application.reset();
     EXPECT_EQ(temporaryDirectories(), QStringList());
-}
-
-TEST_F(RemoteApplicationTest, NothingIsLeftWhenAProcessIsKilled)
-{
-    const struct
-    {
-        bool isWatcher;
-        bool isTestCase;
-    } rows[] = {{true, false}, {false, true}, {true, true}};
-    for (const auto &row : rows) {
-        int ends[2];
-        ASSERT_EQ(::pipe(ends), 0);
-        const pid_t testCase = ::fork();
-        if (testCase == 0) {
-            auto application = start(
-                {"/bin/sh", "-c", "mkdir -p \"$HOME/$(printf 'd/%.0s' $(seq 500))\"; exec \"$0\"",
-                 MORVEX_AWKWARD_PROGRAM});
-            pid_t processes[] = {0, 0, 0};
-            if (application) {
-                click(application.get(), "leave");
-                const auto window = application->inspector()->findObject("awkward", nullptr);
-                const auto child = window->objectClass()->property("child")->get(window);
-                processes[2] = child->value().toInt();
-                processes[0] = static_cast<pid_t>(application->processId());
-                processes[1] = parentOf(processes[0]);
-            }
-            // 0 would be all processes of the test run.
-            if (row.isWatcher && processes[1] > 1)
-                ::kill(processes[1], SIGKILL);
-            [[maybe_unused]] const ssize_t written = ::write(ends[1], processes, sizeof processes);
-            while (row.isTestCase)
-                ::pause();
-            application.reset();
-            ::_exit(0);
-        }
-        pid_t processes[3] = {0, 0, 0};
-        ASSERT_EQ(::read(ends[0], processes, sizeof processes), ssize_t(sizeof processes));
-        if (row.isTestCase)
-            ::kill(testCase, SIGKILL);
-        EXPECT_EQ(::waitpid(testCase, nullptr, 0), testCase);
-        EXPECT_NE(processes[2], 0);
-        QElapsedTimer timer;
-        timer.start();
-        const auto isLeft = [&] {
-            return isThere(processes[0]) || isThere(processes[1]) || isThere(processes[2]) ||
-                   !temporaryDirectories().isEmpty();
-        };
-        while (isLeft() && timer.elapsed() < 30000)
-            ::usleep(5000);
-        EXPECT_FALSE(isLeft()) << row.isWatcher << row.isTestCase;
-        ::close(ends[0]);
-        ::close(ends[1]);
-    }
 }
 
 TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
@@ -362,9 +178,9 @@ TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
                                                             5000, &error))
             << error.toStdString();
         EXPECT_EQ(application->contexts().size(), 1);
-        const qint64 process = application->processId();
+        const auto process = static_cast<pid_t>(application->processId());
         application.reset();
-        EXPECT_FALSE(isThere(process)) << script;
+        EXPECT_FALSE(isRunning(process)) << script;
     }
 }
 
@@ -438,7 +254,7 @@ TEST_F(RemoteApplicationTest, AnApplicationThatStartsItselfAgainIsTheSame)
     ASSERT_NE(application, nullptr) << error.toStdString();
     const SharedPtr<Object> before = application->inspector()->findObject("awkward", &error);
     ASSERT_TRUE(before);
-    const qint64 process = application->processId();
+    const auto process = static_cast<pid_t>(application->processId());
     EXPECT_EQ(click(application.get(), "restart"), "the application has started itself again");
     const SharedPtr<Object> after =
         application->inspector()->waitForObject("awkward", 5000, &error);
@@ -524,84 +340,4 @@ TEST_F(RemoteApplicationTest, WhatIsTooLargeToBeSentIsAnErrorOfItsCallAlone)
     ASSERT_TRUE(window) << error.toStdString();
     EXPECT_FALSE(window->objectClass()->property("many")->get(window));
     EXPECT_EQ(inspector->failure(), "the answer is too large to be sent");
-}
-
-TEST_F(RemoteApplicationTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
-{
-    const auto messageOf = [](Message::Type type, const QVariantList &values) {
-        Message message;
-        message.type = type;
-        message.values = values;
-        return message;
-    };
-    const struct
-    {
-        const char *what;
-        std::function<void(int)> talk;
-    } rows[] = {
-        {"a length of 4 GB", [](int peer) { ::send(peer, "\xff\xff\xff\xff", 4, MSG_NOSIGNAL); }},
-        {"no message", [](int peer) { ::send(peer, "\x02\0\0\0ab", 6, MSG_NOSIGNAL); }},
-        {"a message of the other side",
-         [&messageOf](int peer) {
-             MessageChannel(::dup(peer)).send(messageOf(Message::Request, {}), 99);
-         }},
-        {"hello again",
-         [&messageOf](int peer) {
-             MessageChannel(::dup(peer)).send(messageOf(Message::Hello, {}), 99);
-         }},
-        {"answers and signs of life without end",
-         [&messageOf](int peer) {
-             for (const auto type : {Message::Answer, Message::Pong, Message::Unfinished})
-                 MessageChannel(::dup(peer)).send(messageOf(type, {}), 99);
-         }},
-        {"three farewells",
-         [&messageOf](int peer) {
-             for (int i = 0; i < 3; ++i)
-                 MessageChannel(::dup(peer)).send(messageOf(Message::Bye, {}), 99);
-         }},
-    };
-    for (const auto &row : rows) {
-        int ends[2];
-        ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
-        RemoteSession session(std::make_unique<MessageChannel>(ends[0]),
-                              [](bool) { return QStringLiteral("closed"); });
-        row.talk(ends[1]);
-        session.update();
-        EXPECT_EQ(session.request(Message::GlobalClass, {}).error,
-                  "the application has sent something that is not an answer; the connection to it "
-                  "is closed")
-            << row.what;
-        EXPECT_EQ(session.request(Message::GlobalClass, {}).error, session.failure());
-        ::close(ends[1]);
-    }
-}
-
-TEST(RemoteSessionTest, AnAnswerIsWaitedForToTheBoundOrTheDeadline)
-{
-    const struct
-    {
-        QByteArray sent;
-        int bound;
-        int deadline;
-        const char *error;
-    } rows[] = {
-        {"", 100, 100000, "the application has not answered for 0.1 seconds: silent"},
-        {"", 60000, 6000, "the application has not answered for 4."},
-        // More than the socket takes.
-        {QByteArray(50000000, 'x'), 100, 100000,
-         "the application has not answered for 0.1 seconds: silent; the connection to it is "
-         "closed"},
-    };
-    for (const auto &row : rows) {
-        int ends[2];
-        ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
-        RemoteSession session(
-            std::make_unique<MessageChannel>(ends[0]), [](bool) { return "ended"; },
-            [](bool) { return ": silent"; });
-        session.setBound(row.bound);
-        session.setDeadline(QDeadlineTimer(row.deadline));
-        const QString error = session.request(Message::WrapValue, {row.sent}).error;
-        EXPECT_TRUE(error.startsWith(row.error)) << error.toStdString();
-        ::close(ends[1]);
-    }
 }

@@ -1,5 +1,6 @@
 #include "runner/signals.h"
 
+#include "support/processes.h"
 #include "support/runnerprocess.h"
 #include "support/test.h"
 #include "test/cancellation.h"
@@ -70,8 +71,7 @@ protected:
     static bool hasEnded(pid_t pid)
     {
         for (int i = 0; i < 200; ++i) {
-            const QByteArray stat = readFile(QString("/proc/%1/stat").arg(pid));
-            if (stat.isEmpty() || stat.contains(") Z "))
+            if (!isRunning(pid))
                 return true;
             QThread::msleep(20);
         }

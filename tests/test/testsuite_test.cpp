@@ -155,6 +155,9 @@ TEST_F(TestSuiteTest, TestCasesAreFoundInTheOrderOfTheSuite)
     EXPECT_EQ(load("").discoverTestCases(), (QStringList{"tst_a", "tst_b", "tst_c"}));
     EXPECT_EQ(load("TEST_CASES = tst_b tst_x").discoverTestCases(),
               (QStringList{"tst_b", "tst_a", "tst_c"}));
+    QDir given = load("").dir();
+    given.setSorting(QDir::Name | QDir::Reversed);
+    EXPECT_EQ(TestSuite(given, "").discoverTestCases(), (QStringList{"tst_c", "tst_b", "tst_a"}));
 }
 
 TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
@@ -164,13 +167,13 @@ TEST_F(TestSuiteTest, WhyATestCaseWasNotEndedByItsChild)
     const QByteArray knowsSuite = "[ \"$MORVEX_SUITE_DIR\" = \"" +
                                   QDir(dir.path()).dirName().toLocal8Bit() + "\" ] && exit 5";
     const std::pair<QByteArray, const char *> rows[] = {
-        // Nothing was tested.
-        {"exit 0", "morvexrunner exited with code 0 when executing tst_a"},
-        {knowsSuite, "morvexrunner exited with code 5 when executing tst_a"},
+        {"exit 0",
+         "ERROR|Nothing was tested|morvexrunner ended without reporting anything of tst_a"},
+        {knowsSuite, "FATAL|Execution error|morvexrunner exited with code 5 when executing tst_a"},
     };
-    for (const auto &[script, details] : rows) {
+    for (const auto &[script, entry] : rows) {
         const FakeRunner runner(script);
-        EXPECT_TRUE(run(suite).contains(QString("FATAL|Execution error|") + details));
+        EXPECT_TRUE(run(suite).contains(entry));
     }
     const EnvironmentGuard prefix("MORVEX_PREFIX", "/no/such/prefix");
     EXPECT_TRUE(run(suite).contains("FATAL|Execution error|Failed to run morvexrunner"));

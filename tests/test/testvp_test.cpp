@@ -344,6 +344,7 @@ TEST_F(TestVPTest, PicturesOfObjectsGoToFilesOrGiveTheReason)
     const SharedPtr<Object> object = inspector.findObject("label", nullptr);
     EXPECT_EQ(TestVP::grabWindow(object, path("a.png"), "PNG", 0), QString());
     EXPECT_EQ(QImage(path("a.png")).size(), label.size());
+    EXPECT_TRUE(TestVP::grabWindow({}, path("b.png"), "PNG", 0).endsWith("no such object"));
     const QString unsaved = TestVP::grabWindow(object, path("none/a.png"), "PNG", 0);
     EXPECT_TRUE(unsaved.endsWith("' and format = '" + path("none/a.png") + "' failed!\n"))
         << unsaved.toStdString();

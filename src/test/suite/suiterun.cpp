@@ -236,14 +236,19 @@ void SuiteRun::logCrash(int signal, const LineInfo &lastPlace) const
     m_result->addResult(TestResult::LOG, crashMessage(signal), place, lastPlace);
 }
 
-// A child that never reported its test case is a failure whatever its exit status says: nothing was
-// tested.
+// A child that never reported its test case is no success whatever its exit status says: nothing
+// was tested.
 void SuiteRun::closeTestCase(const QString &testCase, int code, bool wasStarted) const
 {
-    if (code != 0 || !wasStarted)
+    const LineInfo line(m_suite.absoluteSuiteFilePath(testCase), -1);
+    if (code != 0)
         m_result->addResult(TestResult::FATAL, QStringLiteral("Execution error"),
-                            executionErrorDetails(code, testCase),
-                            LineInfo(m_suite.absoluteSuiteFilePath(testCase), -1));
+                            executionErrorDetails(code, testCase), line);
+    else if (!wasStarted)
+        m_result->addResult(
+            TestResult::ERROR, QStringLiteral("Nothing was tested"),
+            QStringLiteral("morvexrunner ended without reporting anything of %1").arg(testCase),
+            line);
     m_result->addResult(TestResult::END_TEST_CASE, QString());
 }
 

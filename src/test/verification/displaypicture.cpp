@@ -22,6 +22,12 @@ struct Picture
     QString error;
 };
 
+QString unreachable()
+{
+    return QStringLiteral("'%1' can't be connected to")
+        .arg(QString::fromLocal8Bit(qgetenv("DISPLAY")));
+}
+
 Picture none(const QString &reason)
 {
     return {QImage(), QStringLiteral("The display gives no picture: ") + reason};
@@ -77,8 +83,7 @@ Picture pictureOf(const xcb_screen_t &screen, QImage::Format format, xcb_get_ima
 Picture grab(xcb_connection_t *connection, int screenNumber)
 {
     if (xcb_connection_has_error(connection) != 0)
-        return none(QStringLiteral("'%1' can't be connected to")
-                        .arg(QString::fromLocal8Bit(qgetenv("DISPLAY"))));
+        return none(unreachable());
     const xcb_setup_t *setup = xcb_get_setup(connection);
     const xcb_screen_t *screen = screenOf(setup, screenNumber);
     if (!screen)
@@ -92,6 +97,24 @@ Picture grab(xcb_connection_t *connection, int screenNumber)
     const ImageReply reply(xcb_get_image_reply(connection, request, nullptr));
     return reply ? pictureOf(*screen, format, reply.get())
                  : none(QStringLiteral("it does not answer"));
+}
+
+// In a thread, which is left alone when it takes too long: no call of the library has a bound.
+template <typename Result>
+Result soon(Result (*task)(), const Result &otherwise)
+{
+    std::packaged_task<Result()> packaged(task);
+    std::future<Result> answer = packaged.get_future();
+    std::thread(std::move(packaged)).detach();
+    return answer.wait_for(timeout) == std::future_status::ready ? answer.get() : otherwise;
+}
+
+bool connects()
+{
+    xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
+    const bool isConnected = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return isConnected;
 }
 
 Picture grabDisplay()
@@ -113,15 +136,14 @@ bool hasDisplay()
                                : platform.startsWith("xcb"));
 }
 
+QString whyNoDisplay()
+{
+    return soon(connects, false) ? QString() : QStringLiteral("the display ") + unreachable();
+}
+
 QImage pictureOfDisplay(QString *error)
 {
-    // In a thread, which is left alone then: no call of the library has a bound.
-    std::packaged_task<Picture()> task(grabDisplay);
-    std::future<Picture> answer = task.get_future();
-    std::thread(std::move(task)).detach();
-    const Picture picture = answer.wait_for(timeout) == std::future_status::ready
-                                ? answer.get()
-                                : none(QStringLiteral("it does not answer"));
+    const Picture picture = soon(grabDisplay, none(QStringLiteral("it does not answer")));
     *error = picture.error;
     return picture.image;
 }

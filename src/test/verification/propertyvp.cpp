@@ -53,7 +53,7 @@ std::optional<Expectation> expectationOf(const QDomElement &element, VPCall &cal
     }
     if (element.attribute(QStringLiteral("valueType")) != QLatin1String("DataField"))
         return Expectation{*stored, call.name};
-    if (!call.record) {
+    if (!call.record || !call.record->dataSet()) {
         call.addError(QStringLiteral(": Error doing object property comparison"),
                       QStringLiteral("Comparison failed because invalid test data record was "
                                      "passed for a data field"));

@@ -112,9 +112,11 @@ QImage desktopScreenshot()
 
 QImage grabObjectScreenshot(const SharedPtr<Object> &object, int options, int delay, QString *error)
 {
-    QString reason;
-    const QVariant answer = callFunction(QStringLiteral("grabObjectScreenshot"),
-                                         {object->id(), options, delay}, &reason);
+    QString reason = QStringLiteral("there is no such object");
+    QVariant answer;
+    if (object)
+        answer = callFunction(QStringLiteral("grabObjectScreenshot"),
+                              {object->id(), options, delay}, &reason);
     if (!answer.isValid())
         *error = QStringLiteral("TestVP::grabObjectScreenshot: calling grabObjectScreenshot "
                                 "returned invalid variant! %1")

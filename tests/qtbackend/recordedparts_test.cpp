@@ -1,0 +1,158 @@
+#include "qtbackend/recordinguser.h"
+
+using namespace MorvexTest;
+
+namespace {
+
+// Draws nothing; what matters is where it is clicked.
+class Stars : public QWidget
+{
+public:
+    explicit Stars(QWidget *parent)
+        : QWidget(parent)
+    {
+        setAutoFillBackground(true);
+    }
+    int count = 0;
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override { count = event->x() / 20; }
+};
+
+class StarDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                          const QModelIndex &) const override
+    {
+        return new Stars(parent);
+    }
+    void setModelData(QWidget *editor, QAbstractItemModel *model,
+                      const QModelIndex &index) const override
+    {
+        model->setData(index, static_cast<Stars *>(editor)->count);
+    }
+};
+
+// Has no editor, but takes clicks.
+class LinkDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    int clicked = -1;
+
+protected:
+    bool editorEvent(QEvent *event, QAbstractItemModel *, const QStyleOptionViewItem &option,
+                     const QModelIndex &) override
+    {
+        if (event->type() == QEvent::MouseButtonRelease)
+            clicked = static_cast<QMouseEvent *>(event)->x() - option.rect.x();
+        return false;
+    }
+};
+
+} // namespace
+
+class RecordedPartsTest : public RecordingUserTest
+{
+};
+
+TEST_F(RecordedPartsTest, WhatTheApplicationHandlesInAnItemIsClickedAtItsPlace)
+{
+    auto *table = add<QTableWidget>("table", {0, 0, 400, 200});
+    table->setRowCount(2);
+    table->setColumnCount(2);
+    for (int i = 0; i < 4; ++i)
+        table->setItem(i / 2, i % 2, new QTableWidgetItem("item " + QString::number(i)));
+    auto *links = new LinkDelegate(table);
+    table->setItemDelegateForColumn(0, links);
+    table->setItemDelegateForColumn(1, new StarDelegate(table));
+    record();
+    const auto cell = [table](int index, int x) -> Place {
+        return [table, index, x] {
+            const QRect shown = table->visualItemRect(table->item(index / 2, index % 2));
+            return qMakePair(table->viewport(), shown.topLeft() + QPoint(x, 5));
+        };
+    };
+    click(cell(0, 70));
+    click(cell(1, 10));
+    clickAtOnce(cell(1, 10));
+    // In the editor that is open then.
+    click([table] {
+        auto *stars = table->viewport()->findChild<QWidget *>();
+        return qMakePair(stars, QPoint(85, 5));
+    });
+    click(cell(2, 30));
+    const QStringList recorded = perform();
+    ASSERT_EQ(recorded.size(), 4) << recorded.join(", ").toStdString();
+    EXPECT_EQ(recorded[0], "click table item 0 70 5");
+    EXPECT_EQ(recorded[1], "doubleClick table item 1");
+    EXPECT_TRUE(recorded[2].endsWith(" 85 5")) << recorded[2].toStdString();
+    EXPECT_EQ(recorded[3], "click table item 2 30 5");
+    EXPECT_EQ(table->item(0, 1)->text(), "4");
+    table->item(0, 1)->setText("item 1");
+    links->clicked = -1;
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(table->item(0, 1)->text(), "4");
+    EXPECT_EQ(links->clicked, 30);
+}
+
+TEST_F(RecordedPartsTest, WhatAToolBarHasNoRoomForIsUsedWhateverItsWidth)
+{
+    auto *main = add<QMainWindow>("main", {0, 0, 150, 300});
+    main->setWindowFlags(Qt::Widget);
+    main->setAnimated(false);
+    QToolBar alone(&window);
+    alone.setGeometry(0, 320, 80, 40);
+    QStringList chosen;
+    for (QToolBar *bar : {main->addToolBar("bar"), &alone}) {
+        for (const char *name : {"One", "Two", "Three", "Four", "Five"}) {
+            const QString text = QLatin1String(name) + (bar == &alone ? "!" : "");
+            bar->addAction(text, [&chosen, text] { chosen += text; });
+        }
+    }
+    auto *below = new QPushButton("below");
+    main->setCentralWidget(below);
+    QObject::connect(below, &QPushButton::clicked, [&chosen] { chosen += "below"; });
+    record();
+    const auto extension = [](QWidget *around) {
+        return around->findChild<QWidget *>("qt_toolbar_ext_button");
+    };
+    click(in(extension(main)));
+    click([main] {
+        const auto buttons = main->findChildren<QToolButton *>();
+        for (QToolButton *button : buttons) {
+            if (button->text() == "Four")
+                return qMakePair(static_cast<QWidget *>(button), button->rect().center());
+        }
+        return qMakePair(static_cast<QWidget *>(nullptr), QPoint());
+    });
+    click(in(extension(&alone)));
+    click([] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        return qMakePair(static_cast<QWidget *>(menu),
+                         menu->actionGeometry(menu->actions().last()).center());
+    });
+    const QStringList recorded = perform();
+    EXPECT_EQ(recorded.size(), 2) << recorded.join(", ").toStdString();
+    EXPECT_EQ(chosen, (QStringList{"Four", "Five!"}));
+    for (const int width : {150, 700}) {
+        main->resize(width, 300);
+        alone.resize(width - 70, 40);
+        QCoreApplication::processEvents();
+        chosen.clear();
+        EXPECT_EQ(replay(), QString());
+        EXPECT_EQ(chosen, (QStringList{"Four", "Five!"}));
+    }
+    // What the unfolded bar covers.
+    main->resize(150, 80);
+    QCoreApplication::processEvents();
+    chosen.clear();
+    EXPECT_EQ(call("useMouse", "{type='QToolButton' text='Four'}", {"click", QVariantMap()}),
+              QString());
+    EXPECT_EQ(call("useMouse", "{type='QPushButton' text='below'}", {"click", QVariantMap()}),
+              QString());
+    EXPECT_EQ(chosen, (QStringList{"Four", "below"}));
+}
