@@ -31,12 +31,11 @@ bool isClosedByProgram()
 {
     std::array<void *, maxFrames> frames = {};
     const auto *end = frames.begin() + ::backtrace(frames.data(), maxFrames);
-    const auto *handler = std::find_if(frames.cbegin(), end,
-                                       [](void *frame) { return isIn(frame, handlerName); });
+    const auto *handler =
+        std::find_if(frames.cbegin(), end, [](void *frame) { return isIn(frame, handlerName); });
     const auto *after = end - handler > framesBetween ? handler + framesBetween : end;
-    return handler != end && std::none_of(handler, after, [](void *frame) {
-               return isIn(frame, queueName);
-           });
+    return handler != end &&
+           std::none_of(handler, after, [](void *frame) { return isIn(frame, queueName); });
 }
 
 } // namespace Morvex

@@ -59,8 +59,7 @@ bool isHeld(const QObject *taker)
     const bool isButton = taker->inherits("QQuickAbstractButton");
     return (tap && isConnected(tap, "longPressed")) || taker->inherits("QQuickDelayButton") ||
            (isButton && taker->property("autoRepeat").toBool()) ||
-           ((isButton || taker->inherits("QQuickMouseArea")) &&
-            isConnected(taker, "pressAndHold"));
+           ((isButton || taker->inherits("QQuickMouseArea")) && isConnected(taker, "pressAndHold"));
 }
 
 } // namespace
@@ -109,8 +108,8 @@ QObject *hoveredAround(const QObject *item, const QPoint &windowPlace)
 QObject *wheeledAt(QObject *root, const QPoint &windowPlace)
 {
     const SceneAccess &access = *SceneAccess::self();
-    for (QObject *item : {access.takerAt(root, windowPlace, Qt::LeftButton),
-                          access.drawnAt(root, windowPlace)}) {
+    for (QObject *item :
+         {access.takerAt(root, windowPlace, Qt::LeftButton), access.drawnAt(root, windowPlace)}) {
         for (; item && !isScrolling(item); item = access.parentOf(item)) {
             const bool isArea = item->inherits("QQuickMouseArea") && isConnected(item, "wheel");
             if (isArea || handlerOf(item, "QQuickWheelHandler"))

@@ -8,7 +8,7 @@
 namespace Morvex {
 namespace {
 
-// Enough to tell what users confuse, and few enough to be looked at with each click.
+// Enough for what users take for the same, and few enough to be looked at with each click.
 const int maxCells = 20000;
 
 const QAbstractItemModel *itemModelOf(const QObject *view)
@@ -20,9 +20,8 @@ const QAbstractItemModel *itemModelOf(const QObject *view)
 int roleFor(const QAbstractItemModel &model, const QModelIndex &index, const QString &text)
 {
     const QList<int> roles = model.roleNames().keys();
-    const auto found = std::find_if(roles.begin(), roles.end(), [&](int role) {
-        return index.data(role).toString() == text;
-    });
+    const auto found = std::find_if(roles.begin(), roles.end(),
+                                    [&](int role) { return index.data(role).toString() == text; });
     return found == roles.end() ? -1 : *found;
 }
 

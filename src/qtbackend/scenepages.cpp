@@ -150,9 +150,9 @@ void ScenePages::reportDrawers()
 
 void ScenePages::report(QObject *object, const char *property, const QVariant &value)
 {
-    m_report.add(QStringLiteral("set"), object,
-                 {{QStringLiteral("property"), QLatin1String(property)},
-                  {QStringLiteral("value"), value}});
+    m_report.add(
+        QStringLiteral("set"), object,
+        {{QStringLiteral("property"), QLatin1String(property)}, {QStringLiteral("value"), value}});
 }
 
 } // namespace Morvex

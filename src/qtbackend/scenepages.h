@@ -11,7 +11,7 @@ namespace Morvex {
 class ActionReport;
 
 /// Items of Qt Quick that the user turns by dragging or flicking: pages, tumblers, drawers. What
-/// came of it is reported, once nothing moves any more.
+/// came of it is reported, once nothing moves.
 class ScenePages
 {
 public:

@@ -18,8 +18,7 @@ int numberOf(const QObject *delegate, const char *name)
 {
     const QVariant own = delegate->property(name);
     const QVariant known =
-        own.isValid() ? own
-                      : SceneAccess::self()->contextValueOf(delegate, QLatin1String(name));
+        own.isValid() ? own : SceneAccess::self()->contextValueOf(delegate, QLatin1String(name));
     return known.isValid() ? known.toInt() : -1;
 }
 
@@ -59,9 +58,8 @@ QObject *sceneCellAt(QObject *table, const ItemSelector &selector)
 {
     const QObjectList delegates = delegatesOf(table);
     const auto found =
-        std::find_if(delegates.begin(), delegates.end(), [&selector](const QObject *delegate) {
-            return isMeant(delegate, selector);
-        });
+        std::find_if(delegates.begin(), delegates.end(),
+                     [&selector](const QObject *delegate) { return isMeant(delegate, selector); });
     return found == delegates.end() ? nullptr : *found;
 }
 

@@ -22,8 +22,8 @@ void SceneWheel::turn(QObject *root, const QWheelEvent &event)
     QObject *item = wheeledAt(root, place);
     if (!item || event.angleDelta().y() == 0)
         return;
-    const bool isNext = item == m_item && m_number == m_report.lastNumber() &&
-                        event.modifiers() == m_modifiers;
+    const bool isNext =
+        item == m_item && m_number == m_report.lastNumber() && event.modifiers() == m_modifiers;
     const RecordedTarget target = sceneItemTarget(item);
     if (!isNext) {
         m_name = m_report.nameOf(target.object);
