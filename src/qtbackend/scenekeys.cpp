@@ -69,6 +69,7 @@ bool isAllSelected(const QObject *item)
 void SceneKeys::press(QObject *root, const QKeyEvent &event)
 {
     m_choice = {};
+    m_pressed = {};
     QObject *focus = focusIn(root);
     QObject *popup = popupIn(root);
     if (QObject *box = boxOf(popup))
@@ -113,7 +114,7 @@ void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
     }
     const QString keys = typedKeyOf(event);
     if (!keys.isEmpty() && event.key() != Qt::Key_Up && event.key() != Qt::Key_Down)
-        m_typed.add(sceneWindowOf(root), keys);
+        m_pressed = {sceneWindowOf(root), keys, m_typed.add(sceneWindowOf(root), keys)};
 }
 
 void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
@@ -122,6 +123,7 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     if (keys.isEmpty())
         return;
     QObject *target = typedInto(root, focus);
+    m_pressed = {target, keys, 0};
     m_heldBack.clear();
     if (isSceneText(focus))
         noteSecretInput(focus);
@@ -133,9 +135,9 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     if (std::exchange(m_hasMovedFocus, false) &&
         (isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete))
         selectAllAsShown(target, focus);
-    const int number = m_typed.add(target, keys);
+    m_pressed.number = m_typed.add(target, keys);
     if (isTabKey(event))
-        m_tab = {root, focus, number};
+        m_tab = {root, focus, m_pressed.number};
 }
 
 // Of what changes the secret it is said that it was changed; of what may be a shortcut only once it
@@ -158,15 +160,18 @@ void SceneKeys::selectAllAsShown(QObject *target, QObject *focus)
 
 void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
 {
-    // The first keys were offered before.
-    const int count = event.key().count();
-    if (count == 0)
+    const QString heldBack = std::exchange(m_heldBack, {});
+    if (event.key().isEmpty())
         return;
-    const QString last = QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
-    const QString keys =
-        count > 1 ? QLatin1Char('<') + last + QLatin1Char('>') : std::exchange(m_heldBack, {});
-    if (!keys.isEmpty())
+    // Of several keys only the first is offered.
+    const QString keys = shortcutKeysOf(event.key(), m_pressed.keys);
+    const bool isMissing =
+        m_pressed.number == 0 && (event.key().count() > 1 || !isSecretInput(focusIn(root)));
+    if (isMissing || !heldBack.isEmpty())
         m_typed.add(typedInto(root, focusIn(root)), keys);
+    else if (m_pressed.number > 0 && keys != m_pressed.keys)
+        m_report.replace(m_pressed.number, QStringLiteral("type"), m_pressed.target,
+                         {{QStringLiteral("text"), keys}});
 }
 
 void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)

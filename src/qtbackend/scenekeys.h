@@ -37,6 +37,15 @@ private:
         int number = 0;
     };
 
+    // A key that may be the first of a shortcut.
+    struct Pressed
+    {
+        QPointer<QObject> target;
+        QString keys;
+        // 0 where it was not reported.
+        int number = 0;
+    };
+
     // Of an entry of a popup, which closes then.
     struct Choice
     {
@@ -57,6 +66,7 @@ private:
     // Whether keys have moved the focus, which selects what is in some fields.
     bool m_hasMovedFocus = false;
     Choice m_choice;
+    Pressed m_pressed;
     // What may be a part of a secret.
     QString m_heldBack;
 };
