@@ -75,10 +75,10 @@ Xml3ReportGenerator::~Xml3ReportGenerator() = default;
 TestReportGenerator::Result Xml3ReportGenerator::create(const QString &path, TestType type,
                                                         int version, QString *resultDir)
 {
-    // The writer hands over whole lines.
+    // The writer flushes each line.
     StreamResult opened =
         openInDirectory(QLatin1String("xml3"), path, QStringLiteral("results.xml"),
-                        ReportStream::Unbuffered, resultDir);
+                        ReportStream::Buffered, resultDir);
     if (!opened.error.isEmpty())
         return {nullptr, opened.error};
     return {new Xml3ReportGenerator(

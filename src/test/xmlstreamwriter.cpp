@@ -144,11 +144,6 @@ XmlStreamWriter::XmlStreamWriter(std::ostream &stream)
 {
 }
 
-XmlStreamWriter::~XmlStreamWriter()
-{
-    writePending();
-}
-
 void XmlStreamWriter::writeStartDocument()
 {
     m_pending += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
@@ -173,7 +168,7 @@ void XmlStreamWriter::writeStartElement(const std::string &name)
     m_pending += '<';
     appendEscaped(m_pending, name, true);
     m_elements.push_back(name);
-    endPiece();
+    writePending();
 }
 
 void XmlStreamWriter::writeEndElement()
@@ -202,7 +197,7 @@ void XmlStreamWriter::writeAttribute(const std::string &name, const std::string 
     m_pending += "=\"";
     appendEscaped(m_pending, value, true);
     m_pending += '"';
-    endPiece();
+    writePending();
 }
 
 void XmlStreamWriter::writeIntAttribute(const std::string &name, int value)
@@ -214,7 +209,7 @@ void XmlStreamWriter::writeCharacters(const std::string &text)
 {
     closeStartTag();
     appendEscaped(m_pending, text, false);
-    endPiece();
+    writePending();
 }
 
 void XmlStreamWriter::writeCData(const std::string &text)
@@ -225,7 +220,7 @@ void XmlStreamWriter::writeCData(const std::string &text)
     m_pending += "<![CDATA[";
     appendCData(m_pending, text);
     m_pending += "]]>";
-    endPiece();
+    writePending();
 }
 
 void XmlStreamWriter::writeTextElement(const std::string &name, const std::string &text)
@@ -264,12 +259,6 @@ void XmlStreamWriter::writeIndent()
 {
     if (m_autoFormatting)
         m_pending.append(m_elements.size() * indentWidth, ' ');
-}
-
-void XmlStreamWriter::endPiece()
-{
-    if (!m_autoFormatting)
-        writePending();
 }
 
 // As std::ostream::write does it, without what that prepares and ends around each line.

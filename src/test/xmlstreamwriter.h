@@ -38,13 +38,11 @@ class MORVEX_EXPORT XmlStreamWriter
 public:
     /// Keeps a reference to @p stream.
     explicit XmlStreamWriter(std::ostream &stream);
-    ~XmlStreamWriter();
 
     XmlStreamWriter(const XmlStreamWriter &) = delete;
     XmlStreamWriter &operator=(const XmlStreamWriter &) = delete;
 
-    /// Puts each element on a line of its own, which goes to the stream as a whole and is flushed;
-    /// off at first.
+    /// Puts each element on a line of its own and flushes the stream after each line; off at first.
     void setAutoFormatting(bool enabled) { m_autoFormatting = enabled; }
 
     void writeStartDocument();
@@ -68,16 +66,15 @@ private:
     void closeStartTag();
     void endLine();
     void writeIndent();
-    void endPiece();
     void writePending();
     void flush();
 
     std::ostream &m_stream;
-    // The line that is being written; without auto-formatting empty between two calls.
-    std::string m_pending;
     std::deque<std::string> m_elements;
     State m_state = Initial;
     bool m_autoFormatting = false;
+    // Empty between two calls. A member, since its memory serves all of them.
+    std::string m_pending;
 };
 
 /// The same for texts of the log, of which XML can't take each character.
