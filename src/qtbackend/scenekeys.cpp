@@ -58,6 +58,17 @@ QObject *typedInto(QObject *root, QObject *focus)
     return isMeant ? owner : sceneWindowOf(root);
 }
 
+bool isPushed(const QObject *focus)
+{
+    return focus && (focus->inherits("QQuickAbstractButton") || isSceneComboBox(focus));
+}
+
+// What the program has made of items may do more with a key that moves the focus.
+bool isField(const QObject *item)
+{
+    return isSceneText(item) || (item && item->inherits("QQuickControl"));
+}
+
 bool isAllSelected(const QObject *item)
 {
     const QString selected = item ? item->property("selectedText").toString() : QString();
@@ -65,6 +76,11 @@ bool isAllSelected(const QObject *item)
 }
 
 } // namespace
+
+void SceneKeys::beginPress(QObject *root)
+{
+    m_press = {root, focusIn(root), m_report.lastNumber()};
+}
 
 void SceneKeys::press(QObject *root, const QKeyEvent &event)
 {
@@ -76,11 +92,21 @@ void SceneKeys::press(QObject *root, const QKeyEvent &event)
         typeInComboBox(box, popup, event);
     else if (popup && popup->inherits("QQuickMenu"))
         typeInMenu(root, popup, event);
-    else if (focus && focus->inherits("QQuickAbstractButton") && isPushKey(event)) {
-        if (!event.isAutoRepeat())
-            m_report.add(QStringLiteral("click"), focus);
-    } else if (!isSceneComboBox(focus) || !isPushKey(event))
+    else if (isPushKey(event) && isPushed(focus))
+        push(focus, event);
+    else
         type(root, focus, event);
+}
+
+void SceneKeys::push(QObject *focus, const QKeyEvent &event)
+{
+    if (event.isAutoRepeat())
+        return;
+    m_pressed.keys = typedKeyOf(event);
+    if (!isSceneComboBox(focus)) {
+        dropLastTab();
+        m_pressed.push = m_report.add(QStringLiteral("click"), focus);
+    }
 }
 
 // Most entries are chosen by it.
@@ -114,7 +140,15 @@ void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
     }
     const QString keys = typedKeyOf(event);
     if (!keys.isEmpty() && event.key() != Qt::Key_Up && event.key() != Qt::Key_Down)
-        m_pressed = {sceneWindowOf(root), keys, m_typed.add(sceneWindowOf(root), keys)};
+        m_pressed = {sceneWindowOf(root), keys, m_typed.add(sceneWindowOf(root), keys), 0};
+}
+
+// What is done next in the same window leaves the field as well.
+void SceneKeys::dropLastTab()
+{
+    if (m_lastTab == m_report.lastNumber())
+        m_report.cancel(m_lastTab);
+    m_lastTab = 0;
 }
 
 void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
@@ -122,8 +156,9 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     const QString keys = typedKeyOf(event);
     if (keys.isEmpty())
         return;
+    dropLastTab();
     QObject *target = typedInto(root, focus);
-    m_pressed = {target, keys, 0};
+    m_pressed = {target, keys, 0, 0};
     m_heldBack.clear();
     if (isSceneText(focus))
         noteSecretInput(focus);
@@ -167,6 +202,7 @@ void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
     const QString keys = shortcutKeysOf(event.key(), m_pressed.keys);
     const bool isMissing =
         m_pressed.number == 0 && (event.key().count() > 1 || !isSecretInput(focusIn(root)));
+    m_report.cancel(std::exchange(m_pressed.push, 0));
     if (isMissing || !heldBack.isEmpty())
         m_typed.add(typedInto(root, focusIn(root)), keys);
     else if (m_pressed.number > 0 && keys != m_pressed.keys)
@@ -186,12 +222,14 @@ void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)
 
 void SceneKeys::settle()
 {
-    // A key that only moves the focus is none that a script would type.
     if (m_tab.number > 0 && m_tab.focus != focusIn(m_tab.root)) {
-        m_report.cancel(m_tab.number);
+        m_lastTab = isField(m_tab.focus) ? m_tab.number : 0;
         m_hasMovedFocus = true;
     }
     m_tab = {};
+    if (m_lastTab > 0 && m_lastTab == m_press.number && m_press.focus != focusIn(m_press.root))
+        m_report.cancel(std::exchange(m_lastTab, 0));
+    m_press = {};
     if (!m_choice.isReleased)
         return;
     if (m_choice.popup && m_choice.popup->property("opened").toBool())
