@@ -30,6 +30,8 @@ const struct
 } methods[] = {
     {QLatin1String("click"), "click", "clickItem"},
     {QLatin1String("doubleClick"), "doubleClick", "doubleClickItem"},
+    {QLatin1String("hover"), "hover", "hoverItem"},
+    {QLatin1String("wheel"), "wheel", "wheelItem"},
     {QLatin1String("type"), "type", nullptr},
     {QLatin1String("password"), "typePassword", nullptr},
     {QLatin1String("set"), "setProperty", nullptr},
@@ -188,8 +190,7 @@ void addNumbers(const QVariantMap &place, EventData *event)
 
 void addValue(const QVariant &value, EventData *event)
 {
-    const bool isNumber = value.userType() != QMetaType::QString &&
-                          value.userType() != QMetaType::Bool && value.canConvert<double>();
+    const bool isNumber = value.userType() != QMetaType::QString && value.canConvert<double>();
     const QString text =
         value.userType() == QMetaType::Double
             ? QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest)
@@ -231,7 +232,9 @@ void addArguments(const QVariantMap &action, EventData *event)
             addNumbers(action, event);
         if (method == QLatin1String("editItem"))
             event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
-        QStringList options{QStringLiteral("modifiers")};
+        if (method.startsWith(QLatin1String("wheel")))
+            event->addArgument({textOf(action, "steps"), EventDataArg::NUMBER});
+        QStringList options{QStringLiteral("modifiers"), QStringLiteral("hold")};
         if (!method.startsWith(QLatin1String("rightClick")))
             options += QStringLiteral("button");
         addOptions(action, options, event);

@@ -99,8 +99,8 @@ private:
         if (!now || now == known || !context->end().isEmpty())
             return;
         known = now;
-        add(startAction(id));
         const QString error = now->session().record();
+        add(startAction(id));
         // One that has ended meanwhile has nothing to report.
         if (!error.isEmpty() && context->end().isEmpty() && !m_cancellation.isRequested())
             m_error = error;

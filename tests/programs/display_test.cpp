@@ -37,15 +37,18 @@ TEST_F(DisplayTest, PicturesShowTheDisplayAlsoWhenTheApplicationHasCrashed)
     runner.addFile("points/none.xml",
                    "<VerificationPoint version='5' type='ObjectProperties'><Verification "
                    "object='awkward' property='level'>1</Verification></VerificationPoint>");
-    const QStringList lines =
-        results("application.start('" MORVEX_AWKWARD_PROGRAM "'); var w = find('awkward');\n"
-                "w.set('styleSheet', 'QPushButton { background: #123456; border: none; }');\n"
-                "snooze(0.5); var options = {screenshotOnFail: true, screenshotOnError: true};\n"
-                "var button = find('exit');\n"
-                "log.info(['x', 'y'].map(function (axis) {\n"
-                "    return w.get('geometry.' + axis) + button.get(axis) + 3; }));\n"
-                "check.point('none', options); application.stop(); snooze(0.5);\n"
-                "check.point('none', options);\n");
+    const QStringList lines = results(
+        "application.start('" MORVEX_AWKWARD_PROGRAM "'); var w = find('awkward');\n"
+        "w.set('styleSheet', 'QPushButton { background: #123456; border: none; }');\n"
+        // Once the window has its place, each call lets the application draw what it has to.
+        "w.waitFor('isActiveWindow', true);\n"
+        "for (let i = 0; i < 10; ++i) { snooze(0.05); w.get('x'); }\n"
+        "var options = {screenshotOnFail: true, screenshotOnError: true};\n"
+        "var button = find('exit');\n"
+        "log.info(['x', 'y'].map(function (axis) {\n"
+        "    return w.get('geometry.' + axis) + button.get(axis) + 3; }));\n"
+        "check.point('none', options); application.stop(); snooze(0.5);\n"
+        "check.point('none', options);\n");
     ASSERT_EQ(lines.size(), 3) << lines.join('\n').toStdString();
     const QRegularExpression pathOf("\\(Screenshot in \"(.*)\"\\)");
     const QString place = lines[0].section('[', 1).section(']', 0, 0);

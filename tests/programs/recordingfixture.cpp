@@ -77,6 +77,7 @@ void RecordingFixture::choose(const QString &title)
         << title.toStdString() << recorder.readAllStandardError().constData();
     m_window = QString::fromLatin1(found).section('\n', 0, 0);
     xdotool({"windowactivate", "--sync", m_window});
+    display->waitUntilHandled(m_window);
 }
 
 int RecordingFixture::windowCount() const
@@ -105,8 +106,11 @@ void RecordingFixture::act(const QByteArray &lines)
             xdotool({"type", "--delay", "5", words.join(' ')});
         else if (what == "window")
             choose(words.join(' '));
+        else if (what == "sleep")
+            sleep(words.first().toDouble());
         else
             xdotool(QStringList(what) + words);
+        display->waitUntilHandled(m_window);
         EXPECT_TRUE(!isOpening || waitUntil([&] { return windowCount() > windows; }))
             << line.toStdString();
     }
@@ -121,11 +125,23 @@ void RecordingFixture::drag(const QStringList &places)
     for (int i = 0; i <= steps; ++i) {
         const QPoint place = from + (to - from) * i / steps;
         xdotool({"mousemove", "--window", m_window, QString::number(place.x()),
-                 QString::number(place.y()), "sleep", "0.05"});
+                 QString::number(place.y())});
         if (i == 0)
             xdotool({"mousedown", "1"});
+        display->waitUntilHandled(m_window);
     }
-    xdotool({"mouseup", "1", "sleep", "0.2"});
+    xdotool({"mouseup", "1"});
+    sleep(0.2);
+}
+
+// In parts, each of which the application has time for.
+void RecordingFixture::sleep(double seconds)
+{
+    const unsigned long partMs = 50;
+    for (double passed = 0; passed < seconds; passed += partMs / 1000.0) {
+        QThread::msleep(partMs);
+        display->waitUntilHandled(m_window);
+    }
 }
 
 void RecordingFixture::actUntil(const QByteArray &line, const QByteArray &text)

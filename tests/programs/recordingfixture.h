@@ -21,8 +21,9 @@ protected:
     void record(const QStringList &options, const QStringList &program, const QString &window);
     /// A line each: arguments of xdotool; "at X Y" clicks in the window, with more of what a click
     /// takes after it, "hover X Y" moves the mouse there, "drag X Y X Y" with the button pressed,
-    /// "window TITLE" chooses another window once it is there. With the word "popup" it is waited
-    /// for a further window.
+    /// "window TITLE" chooses another window once it is there, "sleep SECONDS" gives the
+    /// application that time. The next one comes when the application has handled this; with the
+    /// word "popup" when there is a further window, too.
     void act(const QByteArray &lines);
     /// Again and again until the journal has the text.
     void actUntil(const QByteArray &line, const QByteArray &text);
@@ -45,6 +46,7 @@ protected:
 
 private:
     void drag(const QStringList &places);
+    void sleep(double seconds);
     int windowCount() const;
     void choose(const QString &title);
 

@@ -17,7 +17,7 @@ const char controlsSession[] =
     // Boxes, buttons and values.
     "at 400 70\n sleep .2\n key Down\n key Down\n key Return\n at 400 70\n at 400 400\n"
     "at 400 70\n sleep .2\n at 400 150\n at 620 70\n at 620 70\n"
-    "at 565 70 --repeat 2 --delay 60 1\n key ctrl+a\n type 42\n key Tab\n"
+    "at 565 70 --repeat 2 --delay 10 1\n key ctrl+a\n type 42\n key Tab\n"
     "at 80 120\n at 240 120\n at 400 120\n at 640 120\n at 200 170\n key space\n"
     // A dialog, which is closed by a press beside it.
     "at 640 280\n sleep .3\n at 80 120\n sleep .3\n at 640 280\n sleep .3\n at 290 335\n sleep .3\n"
@@ -25,7 +25,7 @@ const char controlsSession[] =
     "at 80 210\n at 155 375\n at 80 300\n"
     "hover 80 210\n mousedown 1\n hover 80 240\n hover 80 270\n hover 80 310\n mouseup 1\n"
     "at 155 375\n at 155 375\n at 80 260\n"
-    "at 220 205\n at 220 235 3\n at 220 265 --repeat 2 --delay 60 1\n at 400 300\n at 530 165\n"
+    "at 220 205\n at 220 235 3\n at 220 265 --repeat 2 --delay 10 1\n at 400 300\n at 530 165\n"
     "at 640 380\n";
 
 const char windowSession[] =

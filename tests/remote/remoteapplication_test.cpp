@@ -55,7 +55,7 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
         {{"/bin/sh", "-c", "exit 3"}, "'/bin/sh' ended with status 3 before it could be tested"},
         {{"/bin/sh", "-c", "kill -9 $$"}, "'/bin/sh' ended by signal 9 (Killed) before"},
         {{"/bin/sleep", "60"},
-         "'/bin/sleep' gives no access to its windows within 1 seconds; it "
+         "'/bin/sleep' gives no access to its windows within 3 seconds; it "
          "is running: no Qt is loaded"},
         {{MORVEX_QUICK_PROGRAM, "return"},
          "ended with status 5 before it could be tested; the white list does not name "
@@ -67,7 +67,7 @@ TEST_F(RemoteApplicationTest, WhatStartsButCantBeTestedSaysWhy)
     for (const auto &row : rows) {
         // It has to come as far as that, however slow the machine is.
         const bool hasQt = row.command.contains("sleep");
-        options.timeout = hasQt ? 10000 : row.command.contains("60") ? 1000 : 60000;
+        options.timeout = hasQt ? 10000 : row.command.contains("60") ? 3000 : 60000;
         EXPECT_EQ(start(row.command), nullptr) << row.error;
         EXPECT_TRUE(error.contains(row.error)) << error.toStdString();
         EXPECT_EQ(temporaryDirectories(), QStringList()) << row.error;
@@ -97,7 +97,7 @@ TEST_F(RemoteApplicationTest, AProgramThatLinksTheAgentIsUsedWhateverElseGetsInt
         ASSERT_NE(application, nullptr) << error.toStdString();
         RemoteInspector *inspector = application->inspector();
         // Items of Qt Quick are found by a library of the installation.
-        EXPECT_TRUE(inspector->waitForObject("{name='label' container='inView'}", 5000, &error))
+        EXPECT_TRUE(inspector->waitForObject("{name='label' container='inView'}", 60000, &error))
             << error.toStdString();
         EXPECT_TRUE(inspector->findObject("{name='window' hasClipboard='true'}", &error))
             << error.toStdString();
@@ -115,7 +115,7 @@ TEST_F(RemoteApplicationTest, ItemsOfQtQuickAreUsedInAWindowAndInAWidget)
         const auto call = [&](const char *function, const QString &item,
                               const QVariantList &arguments) {
             const auto found = inspector->waitForObject(
-                QString("{name='%1' container='%2'}").arg(item, top), 5000, &error);
+                QString("{name='%1' container='%2'}").arg(item, top), 60000, &error);
             return found ? inspector->callFunction(function, QVariantList{found->id()} + arguments,
                                                    &error)
                          : QVariant();
@@ -148,7 +148,7 @@ TEST_F(RemoteApplicationTest, ObjectsOfQtQuickAreFoundByTheNamesThatAreMadeForTh
     auto application = start({MORVEX_QUICK_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
     RemoteInspector *inspector = application->inspector();
-    inspector->waitForObject("{name='label' container='inView'}", 5000, &error);
+    inspector->waitForObject("{name='label' container='inView'}", 60000, &error);
     QSet<int> ids;
     for (const QVariant &line : inspector->callFunction("nameTree", {}, &error).toList()) {
         const int id = line.toList().value(0).toInt();
@@ -175,7 +175,7 @@ TEST_F(RemoteApplicationTest, AProgramMayBeStartedByAnother)
             start({"/bin/sh", "-c", script, MORVEX_INVENTORY_PROGRAM, MORVEX_AWKWARD_PROGRAM});
         ASSERT_NE(application, nullptr) << script << ": " << error.toStdString();
         EXPECT_TRUE(application->inspector()->waitForObject("{type='QPushButton' occurrence='1'}",
-                                                            5000, &error))
+                                                            60000, &error))
             << error.toStdString();
         EXPECT_EQ(application->contexts().size(), 1);
         const auto process = static_cast<pid_t>(application->processId());
@@ -203,7 +203,7 @@ TEST_F(RemoteApplicationTest, TheEndOfAnApplicationIsReportedAsWhatItWas)
         auto application = start({"/bin/sh", "-c", row.starter, MORVEX_AWKWARD_PROGRAM});
         ASSERT_NE(application, nullptr) << error.toStdString();
         RemoteInspector *inspector = application->inspector();
-        const SharedPtr<Object> window = inspector->waitForObject("awkward", 5000, &error);
+        const SharedPtr<Object> window = inspector->waitForObject("awkward", 60000, &error);
         ASSERT_TRUE(window);
         click(application.get(), row.button);
         EXPECT_EQ(inspector->findObject("awkward", &error), SharedPtr<Object>());
@@ -225,9 +225,9 @@ TEST_F(RemoteApplicationTest, ACallThatIsNotAnsweredIsAnErrorAndTheNextOneMayBe)
     ASSERT_EQ(click(application.get(), "print"), QString());
     const SharedPtr<Object> window = inspector->findObject("awkward", &error);
     ASSERT_TRUE(window);
-    inspector->session().setBound(300);
+    inspector->session().setBound(1500);
     EXPECT_EQ(click(application.get(), "sleep"),
-              "the application has not answered for 0.3 seconds: it hangs, or is busy");
+              "the application has not answered for 1.5 seconds: it hangs, or is busy");
 #ifndef __SANITIZE_ADDRESS__
     // The debugger may take too long for the libraries of a sanitizer.
     const bool hasDebugger = !QStandardPaths::findExecutable("gdb").isEmpty();
@@ -257,7 +257,7 @@ TEST_F(RemoteApplicationTest, AnApplicationThatStartsItselfAgainIsTheSame)
     const auto process = static_cast<pid_t>(application->processId());
     EXPECT_EQ(click(application.get(), "restart"), "the application has started itself again");
     const SharedPtr<Object> after =
-        application->inspector()->waitForObject("awkward", 5000, &error);
+        application->inspector()->waitForObject("awkward", 60000, &error);
     ASSERT_TRUE(after) << error.toStdString();
     EXPECT_EQ(application->processId(), process);
     EXPECT_EQ(after->objectClass()->name(), "AwkwardWindow");
@@ -286,7 +286,7 @@ TEST_F(RemoteApplicationTest, FurtherProcessesAreContextsWhenTheyAreWanted)
         EXPECT_NE(other->processId(), application->processId());
         EXPECT_EQ(application->contexts(), (QList<std::shared_ptr<RemoteContext>>{
                                                application->contexts().constFirst(), other}));
-        EXPECT_TRUE(other->inspector()->waitForObject("crash", 5000, &error));
+        EXPECT_TRUE(other->inspector()->waitForObject("crash", 60000, &error));
         const SharedPtr<Object> button = other->inspector()->findObject("crash", &error);
         other->inspector()->callFunction("clickObject", {button->id()}, &error);
         EXPECT_EQ(other->end(), "the application has crashed by signal 11 (Segmentation fault)");
@@ -314,7 +314,7 @@ TEST_F(RemoteApplicationTest, AProgramThatChangesUnderTheCallsIsUsedAllTheSame)
     auto application = start({MORVEX_AWKWARD_PROGRAM});
     ASSERT_NE(application, nullptr) << error.toStdString();
     RemoteInspector *inspector = application->inspector();
-    const SharedPtr<Object> button = inspector->waitForObject("delete", 5000, &error);
+    const SharedPtr<Object> button = inspector->waitForObject("delete", 60000, &error);
     ASSERT_TRUE(button);
     EXPECT_EQ(click(application.get(), "delete"), QString());
     EXPECT_EQ(button->objectClass(), nullptr);

@@ -26,7 +26,7 @@ protected:
     QString click(Morvex::RemoteApplication *application, const QString &name)
     {
         const Morvex::SharedPtr<Morvex::Object> button =
-            application->inspector()->waitForObject(name, 5000, &error);
+            application->inspector()->waitForObject(name, 60000, &error);
         if (button)
             application->inspector()->callFunction("clickObject", {button->id()}, &error);
         return error;

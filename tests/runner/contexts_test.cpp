@@ -96,7 +96,7 @@ TEST_F(ContextsTest, NamesAreLookedUpInTheCurrentOneAndObjectsStayInTheirOwn)
 TEST_F(ContextsTest, ProcessesThatTheApplicationStartsAreContextsWhenTheyAreHooked)
 {
     const QByteArray script = start + "find('another').click();\n"
-                                      "var other = application.waitForApplication(5000);\n"
+                                      "var other = application.waitForApplication(60000);\n"
                                       "log.info(other.name, other.processId !== app.processId);\n"
                                       "find('crash').exists();";
     EXPECT_EQ(results(script, {"--hook-subprocesses"}), QStringList("LOG awkward_program|true"));
@@ -121,7 +121,7 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
     runner.addTestCase("tst_s", "log.info(application.start().name);");
     output = runner.run({runner.suitePath(), "--aut", MORVEX_INVENTORY_PROGRAM});
     EXPECT_TRUE(output.standardOutput.contains("script.js:1: inventory"));
-    runner.addFile("suite.conf", "CALL_TIMEOUT = 0.5\nAPPLICATION_HOME = nowhere\n");
+    runner.addFile("suite.conf", "CALL_TIMEOUT = 2\nAPPLICATION_HOME = nowhere\n");
     runner.addFile("whitelist.txt", "# none\n");
     // One that hangs is not asked for a picture.
     const QStringList lines =
@@ -134,5 +134,5 @@ TEST_F(ContextsTest, TheSettingsOfTheSuiteReachTheApplication)
     ASSERT_EQ(lines.size(), 2);
     EXPECT_TRUE(lines.value(0).startsWith("LOG The application does not answer|"));
     EXPECT_TRUE(
-        lines.value(1).contains("has not answered for 0.5 seconds: its process has been stopped"));
+        lines.value(1).contains("has not answered for 2 seconds: its process has been stopped"));
 }

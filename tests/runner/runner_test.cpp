@@ -68,9 +68,16 @@ protected:
         return readFile(QString("/proc/%1/task/%1/children").arg(pid)).trimmed().toInt();
     }
 
+    static bool isPending(pid_t pid, int signal)
+    {
+        const QString status = readFile(QString("/proc/%1/status").arg(pid));
+        const QString mask = status.section("ShdPnd:", 1).section('\n', 0, 0).trimmed();
+        return (mask.toULongLong(nullptr, 16) >> (signal - 1) & 1) != 0;
+    }
+
     static bool hasEnded(pid_t pid)
     {
-        for (int i = 0; i < 200; ++i) {
+        for (int i = 0; i < 3000; ++i) {
             if (!isRunning(pid))
                 return true;
             QThread::msleep(20);
@@ -472,7 +479,9 @@ TEST_F(RunnerTest, ASecondSignalEndsAtOnceAndLeavesNoChild)
     // A stopped child does not follow the request to end.
     ::kill(child, SIGSTOP);
     ::kill(pid, SIGINT);
-    QThread::msleep(300);
+    // Two that wait would be one.
+    while (isPending(pid, SIGINT))
+        QThread::msleep(1);
     ::kill(pid, SIGINT);
     ASSERT_TRUE(process.waitForFinished(120000));
     EXPECT_EQ(process.exitCode(), 130);

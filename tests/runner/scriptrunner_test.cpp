@@ -40,7 +40,7 @@ TEST_F(ScriptRunnerTest, ApplicationsAreStartedAndSwitched)
     EXPECT_EQ(runner.applicationContextList().size(), 2);
     runner.setApplicationContext(runner.applicationContext("awkward_program"));
     EXPECT_EQ(runner.defaultApplicationContext()->id, first->id);
-    EXPECT_TRUE(runner.waitForObject("print", true, 5000));
+    EXPECT_TRUE(runner.waitForObject("print", true, 60000));
     runner.detachFromApplication(first);
     EXPECT_FALSE(runner.defaultApplicationContext());
     EXPECT_FALSE(runner.waitForObject("print", true, 0));
@@ -105,18 +105,18 @@ TEST_F(ScriptRunnerTest, TheSystemKnowsFactsOfAContext)
 TEST_F(ScriptRunnerTest, ObjectsAndItemsAreWaitedFor)
 {
     ASSERT_TRUE(start("inventory")) << error.toStdString();
-    EXPECT_TRUE(runner.waitForObjectExists("add", false, 5000));
+    EXPECT_TRUE(runner.waitForObjectExists("add", false, 60000));
     // There is nothing to add yet.
     EXPECT_FALSE(runner.waitForObject("add", true, 50));
-    const SharedPtr<Object> articles = runner.waitForObject("articles", true, 5000);
+    const SharedPtr<Object> articles = runner.waitForObject("articles", true, 60000);
     ASSERT_TRUE(articles);
     EXPECT_TRUE(runner.waitForObject(articles, true, 0));
-    EXPECT_TRUE(runner.waitForObjectItem("articles", {}, "Bolts", 5000));
-    EXPECT_TRUE(runner.waitForObjectItem({}, articles, 0, 1, 5000));
+    EXPECT_TRUE(runner.waitForObjectItem("articles", {}, "Bolts", 60000));
+    EXPECT_TRUE(runner.waitForObjectItem({}, articles, 0, 1, 60000));
     EXPECT_FALSE(runner.waitForObjectItem({}, articles, "Nothing", 50));
     // In the application that the object is of.
     ASSERT_TRUE(start(MORVEX_AWKWARD_PROGRAM)) << error.toStdString();
-    EXPECT_TRUE(runner.waitForObjectItem({}, articles, "Bolts", 5000));
+    EXPECT_TRUE(runner.waitForObjectItem({}, articles, "Bolts", 60000));
 }
 
 TEST_F(ScriptRunnerTest, WhatAnApplicationPrintsIsRead)

@@ -1,5 +1,8 @@
 #include "support/display.h"
 
+#include "support/files.h"
+#include "support/windowping.h"
+
 #include <QElapsedTimer>
 #include <QStandardPaths>
 #include <QThread>
@@ -8,6 +11,12 @@
 
 namespace MorvexTest {
 namespace {
+
+// It takes no clicks: each would wait for it while the mouse goes on, and arrive where that is
+// then.
+const char windowManagerSettings[] = "<openbox_config xmlns='http://openbox.org/3.4/rc'>"
+                                     "<keyboard><keybind key='A-F4'><action name='Close'/>"
+                                     "</keybind></keyboard><mouse/></openbox_config>";
 
 void end(QProcess *process)
 {
@@ -49,15 +58,18 @@ bool Display::isPossible()
 Display::Display(const QString &size)
 {
     // Without -noreset, the server throws out whoever connects while its only client leaves.
-    m_server.start(
-        "Xvfb", {"-displayfd", "1", "-noreset", "-screen", "0", size + "x24", "-nolisten", "tcp"});
+    // Without -r, it repeats a key when whoever presses it is held up.
+    m_server.start("Xvfb", {"-displayfd", "1", "-noreset", "-r", "-screen", "0", size + "x24",
+                            "-nolisten", "tcp"});
     while (!m_server.canReadLine() && m_server.waitForReadyRead(30000)) {
     }
     m_name = ":" + QString::fromLatin1(m_server.readLine()).trimmed();
     auto environment = QProcessEnvironment::systemEnvironment();
     addTo(&environment);
     m_windowManager.setProcessEnvironment(environment);
-    m_windowManager.start("openbox", {"--sm-disable"});
+    writeFile(m_dir.filePath("openbox.xml"), windowManagerSettings);
+    m_windowManager.start("openbox",
+                          {"--sm-disable", "--config-file", m_dir.filePath("openbox.xml")});
     m_windowManager.waitForStarted();
     waitForWindowManager(environment);
 }
@@ -74,6 +86,14 @@ void Display::addTo(QProcessEnvironment *environment) const
     environment->insert("QT_QPA_PLATFORM", "xcb");
     for (const char *name : {"WAYLAND_DISPLAY", "XAUTHORITY"})
         environment->remove(name);
+}
+
+void Display::waitUntilHandled(const QString &window) const
+{
+    WindowPing ping(m_name, window.toUInt());
+    // What it had read before the answer is handled before it reads the next one.
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(ping.isAnswered()) << "the program of window " << window.toStdString();
 }
 
 } // namespace MorvexTest

@@ -2,6 +2,7 @@
 
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QTemporaryDir>
 
 namespace MorvexTest {
 
@@ -21,9 +22,14 @@ public:
     /// Makes programs with windows use this display.
     void addTo(QProcessEnvironment *environment) const;
 
+    /// Waits until the program of that window, by its number, has handled all input of before. Not
+    /// when the window no longer exists.
+    void waitUntilHandled(const QString &window) const;
+
     const QString &name() const { return m_name; }
 
 private:
+    QTemporaryDir m_dir;
     QProcess m_server;
     QProcess m_windowManager;
     QString m_name;

@@ -110,7 +110,7 @@ async def respond(socket, fields):
     if behaviour == "shape" and is_entry:
         for wrong in (b"", b"[]", b"7", b"{", b'{"serial": "x", "code": [], "message": {}}', b"[" * 100000):
             await socket.send(wrong)
-    if behaviour == "large" and is_entry:
+    if behaviour == "large" and fields[3] == "END_TEST_CASE":
         await socket.send(answer(serial, "x" * 10_000_000))
     elif behaviour == "code" and is_entry:
         await socket.send(answer(serial, "no space", 28))

@@ -333,7 +333,7 @@ TEST_F(TestSuiteTest, TheCommandLineOfARecording)
     const FakeRunner runner("exit 0");
     TestSuite suite = load("VERSION = 2\nLANGUAGE = Ruby\nAUT = \"my app\" -x\nCLASSPATH = /c");
     suite.record(true, true, true, "tst_new", {"a.tsv", "b.tsv"}, "h", 1, {"A=1"});
-    for (int i = 0; i < 200 && runner.arguments().isEmpty(); ++i)
+    for (int i = 0; i < 3000 && runner.arguments().isEmpty(); ++i)
         QThread::msleep(20);
     EXPECT_EQ(runner.arguments().join('|').replace(dir.path(), "DIR"),
               "--host|h|--port|1|--testcase|tst_new|--record|--testdata|a.tsv|--testdata|b.tsv|"

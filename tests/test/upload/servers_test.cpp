@@ -21,25 +21,31 @@ using namespace MorvexTest;
 
 namespace {
 
-// Uploads that wait shortly, and that must leave neither a thread nor a temporary directory.
+// Uploads, which must leave neither a thread nor a temporary directory.
 class UploadTest : public testing::Test
 {
 protected:
     UploadTest()
         : m_tempDir("TMPDIR", m_dir.path().toUtf8())
     {
-        QuillbasePrivate::defaultWaits = {5000, 500, 50, 300, 300, 5000};
+        QuillbasePrivate::defaultWaits = {60000, 60000, 60000, 60000, 60000, 60000};
     }
     ~UploadTest() override
     {
         QuillbasePrivate::defaultWaits = {};
         // One that has ended is listed for a moment longer.
-        const QDeadlineTimer limit(5000);
+        const QDeadlineTimer limit(60000);
         while (threadCount() > m_threads && !limit.hasExpired())
             QThread::msleep(1);
         EXPECT_EQ(threadCount(), m_threads);
         EXPECT_EQ(QDir(m_dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                   QStringList());
+    }
+
+    // For a server that does not answer. A busy machine may take longer for one that does.
+    static void waitShortly()
+    {
+        QuillbasePrivate::defaultWaits = {60000, 60000, 50, 300, 300, 60000};
     }
 
     static int threadCount() { return QDir("/proc/self/task").entryList(QDir::Dirs).size(); }
@@ -74,6 +80,7 @@ struct Server
     const char *behaviour;
     UploadServer::Encryption encryption;
     bool isConnected;
+    bool isSilent;
     // What both standard streams have to hold.
     const char *said;
 };
@@ -90,6 +97,10 @@ class UploadServerTest : public UploadTest, public testing::WithParamInterface<S
 TEST_P(UploadServerTest, TheRunEndsWithItsResultsWholeInTheOtherFormats)
 {
     const Server &row = GetParam();
+    if (row.isSilent)
+        waitShortly();
+    if (!row.isConnected)
+        QuillbasePrivate::defaultWaits.connection = 500;
     const UploadServer server(row.behaviour, row.encryption);
     auto *recording = new RecordingGenerator;
     std::vector<TestResult::Entry> entries;
@@ -129,20 +140,20 @@ TEST_P(UploadServerTest, TheRunEndsWithItsResultsWholeInTheOtherFormats)
 const auto plain = UploadServer::Plain;
 INSTANTIATE_TEST_SUITE_P(
     All, UploadServerTest,
-    testing::Values(Server{"ok", plain, true, "msg 'Done'\n"},
-                    Server{"ok", UploadServer::Encrypted, true, "msg 'Done'\n"},
-                    Server{"late", plain, true, "msg 'Done'\n"},
-                    Server{"never", plain, true, "did not confirm the end"},
-                    Server{"code", plain, true, "msg 'no space'\nFatal! 28\n"},
-                    Server{"early", plain, true, "msg 'Done'\n"},
-                    Server{"close", plain, true, "has ended before the run"},
-                    Server{"abort", plain, true, "/event ws error 1 ("},
-                    Server{"text", plain, true, "did not confirm the end"},
-                    Server{"shape", plain, true, "msg 'Done'\n"},
-                    Server{"large", plain, true, "xxxx'\n"},
-                    Server{"stall", plain, true, "did not confirm the end"},
-                    Server{"refuse", plain, false, "/event ws error "},
-                    Server{"mute", plain, false, "is it an address of http?"}));
+    testing::Values(Server{"ok", plain, true, false, "msg 'Done'\n"},
+                    Server{"ok", UploadServer::Encrypted, true, false, "msg 'Done'\n"},
+                    Server{"late", plain, true, false, "msg 'Done'\n"},
+                    Server{"never", plain, true, true, "did not confirm the end"},
+                    Server{"code", plain, true, false, "msg 'no space'\nFatal! 28\n"},
+                    Server{"early", plain, true, false, "msg 'Done'\n"},
+                    Server{"close", plain, true, false, "has ended before the run"},
+                    Server{"abort", plain, true, false, "/event ws error 1 ("},
+                    Server{"text", plain, true, true, "did not confirm the end"},
+                    Server{"shape", plain, true, false, "msg 'Done'\n"},
+                    Server{"large", plain, true, false, "xxxx'\n"},
+                    Server{"stall", plain, true, true, "did not confirm the end"},
+                    Server{"refuse", plain, false, false, "/event ws error "},
+                    Server{"mute", plain, false, false, "is it an address of http?"}));
 
 TEST_F(UploadTest, AServerThatIsNotThereStopsTheRunBeforeItStarts)
 {
@@ -189,12 +200,13 @@ TEST_F(UploadTest, EachWaitHasItsBound)
         const qint64 elapsed = timer.elapsed();
         EXPECT_GE(elapsed, milliseconds) << behaviour;
         // Each entry may wait once. The rest is far more than a busy machine takes beside it.
-        EXPECT_LE(elapsed, milliseconds * std::max(1, entries) + 15000) << behaviour;
+        EXPECT_LE(elapsed, milliseconds * std::max(1, entries) + 60000) << behaviour;
     }
 }
 
 TEST_F(UploadTest, WhatIsLoggedDuringAWaitComesAfterItInOrder)
 {
+    waitShortly();
     const UploadServer server("never");
     auto *recording = new RecordingGenerator;
     MultiReportGenerator generator({connectTo(server), recording});
@@ -214,6 +226,7 @@ TEST_F(UploadTest, WhatIsLoggedDuringAWaitComesAfterItInOrder)
 
 TEST_F(UploadTest, ALateAnswerEndsNoOtherWait)
 {
+    waitShortly();
     const UploadServer server("once");
     const std::unique_ptr<TestReportGenerator> generator(connectTo(server));
     generator->handleEntry(fullEntry(TestResult::END_TEST_CASE));
@@ -251,7 +264,7 @@ protected:
                 loop.quit();
         });
         check.start(10);
-        QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+        QTimer::singleShot(60000, &loop, &QEventLoop::quit);
         loop.exec();
         EXPECT_EQ(confirmed, count);
     }
