@@ -29,6 +29,8 @@ const struct
 } methods[] = {
     {QLatin1String("click"), "click", "clickItem"},
     {QLatin1String("doubleClick"), "doubleClick", "doubleClickItem"},
+    {QLatin1String("hover"), "hover", "hoverItem"},
+    {QLatin1String("wheel"), "wheel", "wheelItem"},
     {QLatin1String("type"), "type", nullptr},
     {QLatin1String("password"), "typePassword", nullptr},
     {QLatin1String("set"), "setProperty", nullptr},
@@ -187,8 +189,7 @@ void addNumbers(const QVariantMap &place, EventData *event)
 
 void addValue(const QVariant &value, EventData *event)
 {
-    const bool isNumber = value.userType() != QMetaType::QString &&
-                          value.userType() != QMetaType::Bool && value.canConvert<double>();
+    const bool isNumber = value.userType() != QMetaType::QString && value.canConvert<double>();
     event->addArgument({value.toString(), isNumber ? EventDataArg::NUMBER : EventDataArg::TEXT});
 }
 
@@ -226,7 +227,9 @@ void addArguments(const QVariantMap &action, EventData *event)
             addNumbers(action, event);
         if (method == QLatin1String("editItem"))
             event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
-        QStringList options{QStringLiteral("modifiers")};
+        if (method.startsWith(QLatin1String("wheel")))
+            event->addArgument({textOf(action, "steps"), EventDataArg::NUMBER});
+        QStringList options{QStringLiteral("modifiers"), QStringLiteral("hold")};
         if (!method.startsWith(QLatin1String("rightClick")))
             options += QStringLiteral("button");
         addOptions(action, options, event);

@@ -1,5 +1,6 @@
 #include "qtbackend/actionwatch.h"
 
+#include "qtbackend/closeorigin.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/secretinputs.h"
 
@@ -38,9 +39,10 @@ const QObject *closedObject(QWindow *window)
 ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
     , m_focus(m_report)
-    , m_mouse(m_report)
+    , m_menus(m_report)
+    , m_mouse(m_report, m_menus)
     , m_wheel(m_report)
-    , m_keys(m_report, m_focus)
+    , m_keys(m_report, m_focus, m_menus)
     , m_scenes(m_report)
     , m_points(m_report)
 {
@@ -134,16 +136,18 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     case QEvent::Wheel:
         settle();
         m_wheel.begin();
+        m_scenes.mouse(window, event);
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
+        m_scenes.dragData();
         break;
     case QEvent::Drop:
         drop(window, *static_cast<QDropEvent *>(event));
         break;
     case QEvent::Close:
         settle();
-        if (const QObject *closed = closedObject(window))
+        if (const QObject *closed = isClosedByProgram() ? nullptr : closedObject(window))
             m_report.add(QStringLiteral("close"), closed);
         break;
     default:
@@ -164,6 +168,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
 
 void ActionWatch::drop(QWindow *window, const QDropEvent &event)
 {
+    m_scenes.dropData(window, event.pos());
     m_mouse.dropAt(window->mapToGlobal(event.pos()), event.dropAction() == Qt::MoveAction);
 }
 
@@ -233,6 +238,7 @@ void ActionWatch::settle()
     m_keys.settle();
     m_focus.settle();
     m_scenes.settle();
+    m_menus.settle();
 }
 
 } // namespace Morvex

@@ -6,6 +6,7 @@
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
+#include "qtbackend/menuuse.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
 #include "qtbackend/usagerules.h"
@@ -24,6 +25,8 @@
 #include <QShortcut>
 #include <QShortcutEvent>
 #include <QTabBar>
+
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -53,6 +56,13 @@ bool isCursorKey(const QKeyEvent &event)
 bool isReadOnly(const QWidget *widget)
 {
     return widget->property("readOnly").toBool() && !widget->inherits("QComboBox");
+}
+
+// In a field of it, say.
+bool isFocusWithin(const QMenu *menu)
+{
+    const QWidget *focus = menu->focusWidget();
+    return focus && focus != menu && focus->isVisible();
 }
 
 // A shortcut that works wherever in the window the focus is.
@@ -99,12 +109,16 @@ void KeyActions::press(const QKeyEvent &event)
 {
     m_lastKey = 0;
     m_pressedIn = nullptr;
+    m_pressedKeys.clear();
+    m_hasTakenMove = false;
     QWidget *popup = QApplication::activePopupWidget();
-    if (auto *menu = qobject_cast<QMenu *>(popup))
+    auto *menu = qobject_cast<QMenu *>(popup);
+    if (menu && !isFocusWithin(menu))
         return pressInMenu(menu, event);
     QWidget *target = keyTarget();
     if (!target || (popup && isForList(popup, event)))
         return;
+    m_menus.enter(target);
     m_pressedIn = target;
     m_pressedKeys = typedKeyOf(event);
     const auto *button = qobject_cast<QAbstractButton *>(target);
@@ -122,7 +136,7 @@ void KeyActions::press(const QKeyEvent &event)
 void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
 {
     // One that another menu has opened is not open in the script.
-    if (event.key() == Qt::Key_Escape && firstMenuOf(menu) == menu)
+    if (event.key() == Qt::Key_Escape && m_menus.openFor(menu) == menu)
         m_report.add(QStringLiteral("type"), menu,
                      {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
     if (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier))
@@ -130,7 +144,7 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
     auto *action = const_cast<QAction *>(actionFor(menu, event.key()));
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
-    const MenuPath path = menuPathOf(menu, action);
+    const MenuPath path = menuPathOf(menu, action, m_menus.openFor(menu));
     m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
 }
 
@@ -181,11 +195,11 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
 
 void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
 {
-    m_focus.enter(target);
+    m_hasTakenMove = m_focus.enter(target);
     m_edits.beginKey(target, isReplacing);
-    if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
-        m_report.add(QStringLiteral("type"), target,
-                     {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
+    if (m_focus.takeNew() && isReplacing && !editedView(target) &&
+        TextCursorState::of(target).isAllSelected())
+        m_report.addCursor(m_report.nameOf(target), target, QStringLiteral("<Ctrl+A>"));
     m_lastKey = m_typed.add(target, keys);
     m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
@@ -194,13 +208,6 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
 {
-    if (event.key().count() > 1) {
-        const QString last =
-            QKeySequence(event.key()[event.key().count() - 1]).toString(QKeySequence::PortableText);
-        m_report.add(QStringLiteral("type"), keyTarget(),
-                     {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
-        return;
-    }
     const QString heldBack = m_secrets.takeShortcut();
     // The one of several actions is not chosen.
     if (qobject_cast<QMenuBar *>(owner) ||
@@ -208,9 +215,7 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.cancel(m_lastKey);
         return;
     }
-    if (!heldBack.isEmpty())
-        m_lastKey =
-            m_report.add(QStringLiteral("type"), keyTarget(), {{QStringLiteral("text"), heldBack}});
+    reportShortcut(event.key(), !heldBack.isEmpty());
     const auto *group = qobject_cast<QGroupBox *>(owner);
     const bool isChecked = group && group->isCheckable();
     if (qobject_cast<QLabel *>(owner) || (event.isAmbiguous() && owner->isWidgetType()) ||
@@ -220,9 +225,22 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
     else if (auto *tabs = qobject_cast<QTabBar *>(owner))
         replaceByTab(tabs, event.key());
-    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn))
+    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn) && !m_hasTakenMove)
         m_report.replace(m_lastKey, QStringLiteral("type"), m_pressedIn->window(),
                          {{QStringLiteral("text"), m_pressedKeys}});
+}
+
+// Of several keys only the first is offered.
+void KeyActions::reportShortcut(const QKeySequence &key, bool isHeldBack)
+{
+    const QString pressed = std::exchange(m_pressedKeys, shortcutKeysOf(key, m_pressedKeys));
+    QWidget *target = m_pressedIn ? m_pressedIn.data() : keyTarget();
+    const QVariantMap more{{QStringLiteral("text"), m_pressedKeys}};
+    const bool isMissing = m_lastKey == 0 && (key.count() > 1 || !isSecretInput(target));
+    if (isMissing || isHeldBack)
+        m_lastKey = m_report.add(QStringLiteral("type"), target, more);
+    else if (m_pressedKeys != pressed)
+        m_report.replace(m_lastKey, QStringLiteral("type"), target, more);
 }
 
 void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)
@@ -241,6 +259,7 @@ void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
         target = target->focusProxy();
     if (!target || event.commitString().isEmpty())
         return;
+    m_menus.enter(target);
     if (!isSecretInput(target))
         return typeKeys(target, typedTextOf(event.commitString()), true);
     m_focus.enter(target);

@@ -21,14 +21,16 @@ namespace Morvex {
 
 class ActionReport;
 class FocusMove;
+class MenuUse;
 
 /// What the user types, from the events before they are delivered.
 class KeyActions
 {
 public:
-    KeyActions(ActionReport &report, FocusMove &focus)
+    KeyActions(ActionReport &report, FocusMove &focus, MenuUse &menus)
         : m_report(report)
         , m_focus(focus)
+        , m_menus(menus)
         , m_edits(report)
         , m_secrets(report)
         , m_typed(report)
@@ -68,10 +70,12 @@ private:
     void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
+    void reportShortcut(const QKeySequence &key, bool isHeldBack);
     void replaceByTab(QTabBar *tabs, const QKeySequence &key);
 
     ActionReport &m_report;
     FocusMove &m_focus;
+    MenuUse &m_menus;
     CellEdits m_edits;
     SecretTyping m_secrets;
     // That which was offered first.
@@ -81,6 +85,8 @@ private:
     // What a shortcut may take before it gets there.
     QPointer<QWidget> m_pressedIn;
     QString m_pressedKeys;
+    // Whether it takes the place of the key that has moved the focus there.
+    bool m_hasTakenMove = false;
     KeyReport m_typed;
     Offer m_offer;
     Choice m_choice;
