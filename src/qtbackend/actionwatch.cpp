@@ -38,9 +38,10 @@ const QObject *closedObject(QWindow *window)
 ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     : m_report(model, sink)
     , m_focus(m_report)
-    , m_mouse(m_report)
+    , m_menus(m_report)
+    , m_mouse(m_report, m_menus)
     , m_wheel(m_report)
-    , m_keys(m_report, m_focus)
+    , m_keys(m_report, m_focus, m_menus)
     , m_scenes(m_report)
     , m_points(m_report)
 {
@@ -233,6 +234,7 @@ void ActionWatch::settle()
     m_keys.settle();
     m_focus.settle();
     m_scenes.settle();
+    m_menus.settle();
 }
 
 } // namespace Morvex

@@ -3,6 +3,7 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/focusmove.h"
 #include "qtbackend/keyactions.h"
+#include "qtbackend/menuuse.h"
 #include "qtbackend/mouseactions.h"
 #include "qtbackend/pointmenu.h"
 #include "qtbackend/sceneactions.h"
@@ -39,6 +40,7 @@ private:
 
     ActionReport m_report;
     FocusMove m_focus;
+    MenuUse m_menus;
     MouseActions m_mouse;
     WheelActions m_wheel;
     KeyActions m_keys;

@@ -6,6 +6,7 @@
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
+#include "qtbackend/menuuse.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
 #include "qtbackend/usagerules.h"
@@ -55,6 +56,13 @@ bool isReadOnly(const QWidget *widget)
     return widget->property("readOnly").toBool() && !widget->inherits("QComboBox");
 }
 
+// In a field of it, say.
+bool isFocusWithin(const QMenu *menu)
+{
+    const QWidget *focus = menu->focusWidget();
+    return focus && focus != menu && focus->isVisible();
+}
+
 // A shortcut that works wherever in the window the focus is.
 bool isOfWindow(const QObject *owner)
 {
@@ -100,11 +108,13 @@ void KeyActions::press(const QKeyEvent &event)
     m_lastKey = 0;
     m_pressedIn = nullptr;
     QWidget *popup = QApplication::activePopupWidget();
-    if (auto *menu = qobject_cast<QMenu *>(popup))
+    auto *menu = qobject_cast<QMenu *>(popup);
+    if (menu && !isFocusWithin(menu))
         return pressInMenu(menu, event);
     QWidget *target = keyTarget();
     if (!target || (popup && isForList(popup, event)))
         return;
+    m_menus.enter(target);
     m_pressedIn = target;
     m_pressedKeys = typedKeyOf(event);
     const auto *button = qobject_cast<QAbstractButton *>(target);
@@ -122,7 +132,7 @@ void KeyActions::press(const QKeyEvent &event)
 void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
 {
     // One that another menu has opened is not open in the script.
-    if (event.key() == Qt::Key_Escape && firstMenuOf(menu) == menu)
+    if (event.key() == Qt::Key_Escape && m_menus.openFor(menu) == menu)
         m_report.add(QStringLiteral("type"), menu,
                      {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
     if (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier))
@@ -130,7 +140,7 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
     auto *action = const_cast<QAction *>(actionFor(menu, event.key()));
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
-    const MenuPath path = menuPathOf(menu, action);
+    const MenuPath path = menuPathOf(menu, action, m_menus.openFor(menu));
     m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
 }
 
@@ -241,6 +251,7 @@ void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)
         target = target->focusProxy();
     if (!target || event.commitString().isEmpty())
         return;
+    m_menus.enter(target);
     if (!isSecretInput(target))
         return typeKeys(target, typedTextOf(event.commitString()), true);
     m_focus.enter(target);

@@ -21,14 +21,16 @@ namespace Morvex {
 
 class ActionReport;
 class FocusMove;
+class MenuUse;
 
 /// What the user types, from the events before they are delivered.
 class KeyActions
 {
 public:
-    KeyActions(ActionReport &report, FocusMove &focus)
+    KeyActions(ActionReport &report, FocusMove &focus, MenuUse &menus)
         : m_report(report)
         , m_focus(focus)
+        , m_menus(menus)
         , m_edits(report)
         , m_secrets(report)
         , m_typed(report)
@@ -72,6 +74,7 @@ private:
 
     ActionReport &m_report;
     FocusMove &m_focus;
+    MenuUse &m_menus;
     CellEdits m_edits;
     SecretTyping m_secrets;
     // That which was offered first.

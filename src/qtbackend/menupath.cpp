@@ -36,17 +36,30 @@ QWidget *opener(const QMenu *menu)
     return button;
 }
 
-} // namespace
+// From 1 on, among the entries with the same text; 0 when it is the only one.
+int occurrenceOf(const QWidget *menu, const QAction *action)
+{
+    const QList<QAction *> actions = menu->actions();
+    int count = 0;
+    int place = 0;
+    for (const QAction *each : actions) {
+        const bool isAlike =
+            !each->isSeparator() && shownText(each->text()) == shownText(action->text());
+        count += isAlike ? 1 : 0;
+        if (each == action)
+            place = count;
+    }
+    return count > 1 ? place : 0;
+}
 
-MenuPath menuPathOf(QWidget *menu, QAction *action)
+// The way to the menu, and then through the texts; the action is that with which they begin, if
+// any.
+MenuPath wayThrough(QWidget *menu, QStringList texts, QAction *first, const QMenu *before)
 {
     MenuPath path;
-    QStringList texts{shownText(action->text())};
-    // Of the menu that was opened first.
-    QAction *first = action;
     path.owner = menu;
     while (const auto *open = qobject_cast<QMenu *>(path.owner)) {
-        QWidget *above = opener(open);
+        QWidget *above = open == before ? nullptr : opener(open);
         if (!above)
             break;
         if (!menuOfButton(above)) {
@@ -55,14 +68,32 @@ MenuPath menuPathOf(QWidget *menu, QAction *action)
         }
         path.owner = above;
     }
-    if (QWidget *button =
-            isToolBarExtension(path.owner) ? widgetBehindExtension(path.owner, first) : nullptr) {
+    QWidget *button = first && isToolBarExtension(path.owner)
+                          ? widgetBehindExtension(path.owner, first)
+                          : nullptr;
+    if (button) {
         path.owner = button;
         texts.removeFirst();
     }
     if (!texts.isEmpty())
         path.item = {itemPathOf(texts)};
     return path;
+}
+
+} // namespace
+
+MenuPath menuPathOf(QWidget *menu, QAction *action, const QMenu *open)
+{
+    MenuPath path = wayThrough(menu, {shownText(action->text())}, action, open);
+    const int occurrence = occurrenceOf(menu, action);
+    if (occurrence > 0 && !path.item.isEmpty())
+        path.item += QVariantMap{{QStringLiteral("occurrence"), occurrence}};
+    return path;
+}
+
+MenuPath menuPathTo(QMenu *menu, const QMenu *open)
+{
+    return wayThrough(menu, {}, nullptr, open);
 }
 
 QMenu *firstMenuOf(QMenu *menu)

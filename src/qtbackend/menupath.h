@@ -17,7 +17,11 @@ struct MenuPath
     QVariantList item;
 };
 
-MenuPath menuPathOf(QWidget *menu, QAction *action);
+/// @p open is a menu that a script has open before, if any.
+MenuPath menuPathOf(QWidget *menu, QAction *action, const QMenu *open = nullptr);
+
+/// That of the entry, or the button, that opens the menu; the menu itself when there is none.
+MenuPath menuPathTo(QMenu *menu, const QMenu *open);
 
 /// The first of the menus that were opened from each other to the end of this one; null when a
 /// menu bar or a button has opened it.

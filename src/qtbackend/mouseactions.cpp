@@ -6,6 +6,7 @@
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
+#include "qtbackend/menuuse.h"
 #include "qtbackend/ownclass.h"
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/usagerules.h"
@@ -110,7 +111,7 @@ bool MouseActions::isHandedOnTo(const QWidget *widget) const
 // A press elsewhere closes all menus, and so may one in them.
 void MouseActions::closeMenu(QMenu *menu, const QPoint &globalPlace)
 {
-    QMenu *first = firstMenuOf(menu);
+    QMenu *first = m_menus.openFor(menu);
     m_pressedMenu = {};
     if (first && !isInOpenMenu(globalPlace))
         m_report.add(QStringLiteral("type"), first, escape());
@@ -130,6 +131,8 @@ void MouseActions::describe(QWidget *widget, const QPoint &place)
 {
     m_press.widget = widget;
     m_press.target = recordedTarget(widget, place, m_press.button);
+    if (m_press.target.kind != RecordedTarget::Nothing)
+        m_menus.enter(widget);
     m_outcome = PressOutcome(m_press.target, m_report);
     switch (m_press.target.kind) {
     case RecordedTarget::Nothing:
@@ -306,7 +309,8 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
     m_pressedMenu = {};
-    const MenuPath path = menuPathOf(menu, action);
+    auto *open = qobject_cast<QMenu *>(menu);
+    const MenuPath path = menuPathOf(menu, action, open ? m_menus.openFor(open) : nullptr);
     m_choice.list = m_isInMenu ? nullptr : menu;
     m_choice.number =
         m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});

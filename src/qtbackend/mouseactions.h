@@ -12,14 +12,16 @@ class QMouseEvent;
 namespace Morvex {
 
 class ActionReport;
+class MenuUse;
 
 /// What the user does with the buttons of the mouse to widgets, from the events before they are
 /// delivered.
 class MouseActions
 {
 public:
-    explicit MouseActions(ActionReport &report)
+    MouseActions(ActionReport &report, MenuUse &menus)
         : m_report(report)
+        , m_menus(menus)
         , m_textDrag(report)
         , m_paste(report)
     {
@@ -99,6 +101,7 @@ private:
     void chooseInList(QWidget *list, const QPoint &place);
 
     ActionReport &m_report;
+    MenuUse &m_menus;
     Press m_press;
     PressOutcome m_outcome;
     TextDrag m_textDrag;

@@ -51,6 +51,27 @@ int linesOf(const QTextDocument &document, const QTextBlock &block, bool isWrapp
     return block.isVisible() ? qMax(1, block.layout()->lineCount()) : 0;
 }
 
+// Tables are such.
+bool hasFrames(const QTextDocument *document)
+{
+    return document && !document->rootFrame()->childFrames().isEmpty();
+}
+
+// As keys move the cursor. A selection is no measure, as it takes in tables as a whole.
+int moves(QTextDocument *document, int start, int end)
+{
+    QTextCursor cursor(document);
+    cursor.setPosition(start);
+    int count = 0;
+    int before = -1;
+    while (cursor.position() < end && cursor.position() > before) {
+        before = cursor.position();
+        cursor.movePosition(QTextCursor::NextCharacter);
+        ++count;
+    }
+    return count;
+}
+
 // In the blocks up to the second.
 int linesIn(const QTextDocument &document, QTextBlock block, const QTextBlock &end, bool isWrapped)
 {
@@ -177,6 +198,8 @@ QString TextCursorState::textBetween(int start, int end) const
 // A character may be made of several that are stored.
 int TextCursorState::stepsBetween(int a, int b) const
 {
+    if (hasFrames(m_document))
+        return moves(m_document, qMin(a, b), qMax(a, b));
     const QString text = textBetween(qMin(a, b), qMax(a, b));
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     int steps = 0;
@@ -193,7 +216,8 @@ QString TextCursorState::wayTo(int position, const QString &modifiers) const
     // Of so many, the characters that are made of several don't matter.
     const bool isFar = qMin(position, m_length - position) > 8 * most;
     const int steps = m_document && isFar ? 0 : stepsBetween(position, isFromEnd ? m_length : 0);
-    if (m_document && (isFar || steps > most))
+    // Cells are beside each other.
+    if (m_document && (isFar || (steps > most && !hasFrames(m_document))))
         return wayByLines(position, modifiers);
     const QString jump = m_document ? QStringLiteral("Ctrl+") : QString();
     return repeated(jump + modifiers + QLatin1String(isFromEnd || m_length == 0 ? "End" : "Home"),

@@ -357,3 +357,32 @@ TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)
     }
     EXPECT_EQ(script(), "menu.item(\"Other\").click();");
 }
+
+TEST_F(KeyActionsTest, ACellOfATextIsFoundAgainByKeys)
+{
+    record([](QWidget *made) {
+        auto *text = new QTextEdit;
+        text->setObjectName("text");
+        QString rows;
+        for (int i = 0; i < 40; ++i)
+            rows += QString("<tr><td>row %1</td><td>1</td><td>many words</td></tr>").arg(i);
+        text->setHtml("<h1 align=center>Order</h1><table>" + rows + "</table><p>The end.</p>");
+        made->layout()->addWidget(text);
+        made->resize(400, 1500);
+    });
+    auto *text = child<QTextEdit>("text");
+    for (const char *word : {"row 2", "many", "row 17", "row 37", "end"}) {
+        const QTextCursor place = text->document()->find(word);
+        click(text->viewport(), text->cursorRect(place).center());
+        press("x");
+    }
+    // What is beside each other is not selected as a whole.
+    const QTextCursor cell = text->document()->find("row 20");
+    click(text->viewport(), text->cursorRect(cell).center());
+    press("Shift+Left Shift+Left y");
+    const QString expected = text->toPlainText();
+    ASSERT_EQ(expected.count('x') + expected.count('y'), 6 + 40);
+    replay();
+    EXPECT_EQ(replayed->findChild<QTextEdit *>("text")->toPlainText(), expected)
+        << script().toStdString();
+}

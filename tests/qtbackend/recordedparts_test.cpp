@@ -156,3 +156,41 @@ TEST_F(RecordedPartsTest, WhatAToolBarHasNoRoomForIsUsedWhateverItsWidth)
               QString());
     EXPECT_EQ(chosen, (QStringList{"Four", "below"}));
 }
+
+TEST_F(RecordedPartsTest, AMenuIsOpenedForTheFieldInItAndEntriesOfOneTextAreNumbered)
+{
+    auto *bar = add<QMenuBar>("bar", {0, 0, 400, 30});
+    QMenu menu("Mode");
+    bar->addMenu(&menu);
+    QStringList chosen;
+    auto *search = new QLineEdit;
+    search->setObjectName("search");
+    auto *fieldAction = new QWidgetAction(&menu);
+    fieldAction->setDefaultWidget(search);
+    for (const char *name : {"first", "second"})
+        menu.addAction("&8", [&chosen, name] { chosen += name; });
+    menu.addAction(fieldAction);
+    record();
+    const auto entry = [&menu](int index) -> Place {
+        return [&menu, index] {
+            const QRect line = menu.actionGeometry(menu.actions().at(index));
+            return qMakePair(static_cast<QWidget *>(&menu), line.center());
+        };
+    };
+    const Place title = at(bar, 10, 10);
+    click(title);
+    click(entry(1));
+    EXPECT_EQ(perform(), QStringList("click bar Mode/8 2"));
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(chosen, (QStringList{"second", "second"}));
+    click(title);
+    EXPECT_EQ(perform(), QStringList());
+    EXPECT_EQ(type("search", "ab<Esc>"), QString());
+    EXPECT_EQ(perform(), (QStringList{"click bar Mode", "type search a", "type search b",
+                                      "type search <Esc>"}));
+    EXPECT_FALSE(menu.isVisible());
+    search->clear();
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(search->text(), "ab");
+    EXPECT_FALSE(menu.isVisible());
+}

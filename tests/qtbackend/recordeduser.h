@@ -47,10 +47,11 @@ protected:
         }
     }
 
-    void click(QWidget *widget)
+    void click(QWidget *widget) { click(widget, widget->rect().center()); }
+    void click(QWidget *widget, const QPoint &place)
     {
-        const QPoint place = widget->mapTo(widget->window(), widget->rect().center());
-        QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, {}, place);
+        QTest::mouseClick(widget->window()->windowHandle(), Qt::LeftButton, {},
+                          widget->mapTo(widget->window(), place));
         QCoreApplication::processEvents();
     }
 

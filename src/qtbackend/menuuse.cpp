@@ -1,0 +1,33 @@
+#include "qtbackend/menuuse.h"
+
+#include "qtbackend/actionreport.h"
+#include "qtbackend/menupath.h"
+
+namespace Morvex {
+
+void MenuUse::enter(const QWidget *widget)
+{
+    auto *menu = qobject_cast<QMenu *>(widget->window());
+    if (!menu || menu == widget || menu == m_entered)
+        return;
+    const MenuPath path = menuPathTo(menu, openFor(menu));
+    m_entered = menu;
+    QVariantMap more;
+    if (!path.item.isEmpty())
+        more[QStringLiteral("item")] = path.item;
+    if (path.owner != menu)
+        m_report.add(QStringLiteral("click"), path.owner, more);
+}
+
+QMenu *MenuUse::openFor(QMenu *menu) const
+{
+    return m_entered && m_entered->isVisible() ? m_entered.data() : firstMenuOf(menu);
+}
+
+void MenuUse::settle()
+{
+    if (m_entered && !m_entered->isVisible())
+        m_entered = nullptr;
+}
+
+} // namespace Morvex

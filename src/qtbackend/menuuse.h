@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QMenu>
+#include <QPointer>
+
+namespace Morvex {
+
+class ActionReport;
+
+/// Menus that hold more than entries, such as a field to search in. A choice from the others says
+/// that they were opened; these a script has to open before it uses what is in them.
+class MenuUse
+{
+public:
+    explicit MenuUse(ActionReport &report)
+        : m_report(report)
+    {
+    }
+
+    /// The widget is going to be used.
+    void enter(const QWidget *widget);
+    /// The menu that a script has open when the user has this one open; null for none.
+    QMenu *openFor(QMenu *menu) const;
+    /// Looks whether it is still open.
+    void settle();
+
+private:
+    ActionReport &m_report;
+    QPointer<QMenu> m_entered;
+};
+
+} // namespace Morvex
