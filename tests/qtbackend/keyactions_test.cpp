@@ -1,5 +1,7 @@
 #include "qtbackend/recordeduser.h"
 
+#include <qpa/qwindowsysteminterface.h>
+
 using namespace MorvexTest;
 
 namespace {
@@ -356,6 +358,17 @@ TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)
         QCoreApplication::processEvents();
     }
     EXPECT_EQ(script(), "menu.item(\"Other\").click();");
+}
+
+TEST_F(KeyActionsTest, AWindowThatAHeldKeyClosesTwiceIsClosedOnce)
+{
+    record([](QWidget *) {});
+    QPointer<QWindow> handle = window->windowHandle();
+    for (int i = 0; i < 2 && handle; ++i)
+        QWindowSystemInterface::handleCloseEvent<QWindowSystemInterface::SynchronousDelivery>(
+            handle);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(script(), "window.close();");
 }
 
 TEST_F(KeyActionsTest, ACellOfATextIsFoundAgainByKeys)
