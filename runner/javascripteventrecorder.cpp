@@ -34,6 +34,8 @@ const Method objectMethods[] = {
     {"click", "click", "", "nn"},
     {"doubleClick", "doubleClick", "", "nn"},
     {"rightClick", "rightClick", "", "nn"},
+    {"hover", "hover"},
+    {"wheel", "wheel", "n", "n"},
     {"type", "type", "t", "t"},
     {"typePassword", "typePassword", "t", "t"},
     {"setProperty", "set", "t*", "t*"},
@@ -47,6 +49,7 @@ const Method itemMethods[] = {
     {"expandItem", "expand"},     {"collapseItem", "collapse"},
     {"checkItem", "check"},       {"uncheckItem", "uncheck"},
     {"editItem", "edit", "t"},    {"clickTreeHandle", "toggle"},
+    {"hoverItem", "hover"},       {"wheelItem", "wheel", "n"},
 };
 
 // Options that say which item; the others say how it is used.
@@ -68,7 +71,8 @@ const Method *findMethod(const Method (&methods)[size], const QString &name)
 
 QString argumentCode(const EventDataArg &argument)
 {
-    static const QRegularExpression number(QStringLiteral("^-?(0|[1-9][0-9]*)(\\.[0-9]+)?\\z"));
+    static const QRegularExpression number(
+        QStringLiteral("^(true|false|-?(0|[1-9][0-9]*)(\\.[0-9]+)?)\\z"));
     return argument.kind == EventDataArg::NUMBER && number.match(argument.value).hasMatch()
                ? argument.value
                : javaScriptString(argument.value);
@@ -214,7 +218,8 @@ QString itemCall(const QString &objectName, Parts parts, const Method &method)
     const bool isCall = !item.isEmpty() && fit(parts.plain, method.arguments);
     const QString name = QString::fromLatin1(method.printed);
     // Keys that were held during a click say nothing of what it did to the item.
-    if (!name.endsWith(QLatin1String("click"), Qt::CaseInsensitive))
+    if (name != QLatin1String("wheel") &&
+        !name.endsWith(QLatin1String("click"), Qt::CaseInsensitive))
         parts.options.clear();
     return isCall
                ? callCode(item, name, joined(argumentList(parts.plain), objectCode(parts.options)))

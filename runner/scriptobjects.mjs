@@ -9,6 +9,7 @@ export default function (native, nameFunctions, helpers) {
 
     var defaultTimeout = 10000;
     var pollMs = 20;
+    var maxHoldMs = 30000;
 
     // The numbers are the toolkit's.
     var buttons = {left: 1, right: 2, middle: 4, back: 8, forward: 16};
@@ -37,13 +38,17 @@ export default function (native, nameFunctions, helpers) {
     }
 
     // A place and options as the application takes them.
-    function mouseOptions(options) {
-        var known = knownOptions(options, ["x", "y", "button", "modifiers"]);
+    function mouseOptions(options, more) {
+        var known = knownOptions(options, ["x", "y", "button", "modifiers"].concat(more || []));
         var result = {};
         if (hasPlace(known)) {
             result.x = known.x;
             result.y = known.y;
         }
+        if (known.hold !== undefined && !(isInt32(known.hold) && known.hold >= 0 && known.hold <= maxHoldMs))
+            throw new TypeError("option 'hold' has to be a whole number of milliseconds up to " + maxHoldMs);
+        if (known.hold !== undefined)
+            result.hold = known.hold;
         if (known.button !== undefined)
             result.button = keyOf(buttons, known.button, "option 'button'");
         if (known.modifiers !== undefined)
@@ -63,7 +68,7 @@ export default function (native, nameFunctions, helpers) {
     }
 
     // Nothing, a place, options, or both.
-    function clickArguments(values) {
+    function clickArguments(values, more) {
         var list = Array.from(values);
         var place = {};
         if (typeof list[0] === "number") {
@@ -73,19 +78,19 @@ export default function (native, nameFunctions, helpers) {
         }
         if (list.length > 1 || (list.length === 1 && (typeof list[0] !== "object" || list[0] === null)))
             throw new TypeError("click takes nothing or the two whole numbers x and y, and options");
-        return mouseOptions(Object.assign({}, list[0], place));
+        return mouseOptions(Object.assign({}, list[0], place), more);
     }
 
     // What objects and items have in common.
     var mouse = {
         click: function () {
-            this.useMouse("click", clickArguments(arguments));
+            this.useMouse("click", clickArguments(arguments, ["hold"]));
         },
         doubleClick: function () {
             this.useMouse("doubleClick", clickArguments(arguments));
         },
         rightClick: function () {
-            this.useMouse("click", Object.assign(clickArguments(arguments), {button: buttons.right}));
+            this.useMouse("click", Object.assign(clickArguments(arguments, ["hold"]), {button: buttons.right}));
         },
         hover: function () {
             this.useMouse("hover", clickArguments(arguments));

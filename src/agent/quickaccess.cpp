@@ -41,6 +41,14 @@ void scroll(QQuickItem *area, const QQuickItem &item)
     }
 }
 
+// A combo box keeps the focus to itself when it gets it otherwise than by keys.
+QQuickItem *textPartOf(QQuickItem *item)
+{
+    const bool isEdited = item->inherits("QQuickComboBox") && item->property("editable").toBool();
+    auto *text = isEdited ? item->property("contentItem").value<QQuickItem *>() : nullptr;
+    return text ? text : item;
+}
+
 class QuickAccess : public SceneAccess
 {
 public:
@@ -67,6 +75,12 @@ public:
     {
         const QQmlContext *context = QQmlEngine::contextForObject(object);
         return context ? context->nameForObject(const_cast<QObject *>(object)) : QString();
+    }
+
+    QVariant contextValueOf(const QObject *item, const QString &name) const override
+    {
+        const QQmlContext *context = QQmlEngine::contextForObject(item);
+        return context ? context->contextProperty(name) : QVariant();
     }
 
     bool isShown(const QObject *item) const override
@@ -166,7 +180,7 @@ public:
 
     void giveFocus(QObject *item) const override
     {
-        static_cast<QQuickItem *>(item)->forceActiveFocus(Qt::OtherFocusReason);
+        textPartOf(static_cast<QQuickItem *>(item))->forceActiveFocus(Qt::OtherFocusReason);
     }
 
     QImage grab(const QObject *object) const override
@@ -187,7 +201,7 @@ public:
 } // namespace
 } // namespace Morvex
 
-extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess3()
+extern "C" Q_DECL_EXPORT Morvex::SceneAccess *morvexSceneAccess4()
 {
     static auto *const access = new Morvex::QuickAccess;
     return access;

@@ -29,6 +29,14 @@ bool hasHandler(const QQuickItem *item, Qt::MouseButton button)
                        [button](const QObject *child) { return handles(child, button); });
 }
 
+// What a control shows its state by asks for presses and leaves them to the control.
+bool isIndicator(const QQuickItem *item)
+{
+    const QQuickItem *control = item->parentItem();
+    return control && control->inherits("QQuickControl") &&
+           control->property("indicator").value<QQuickItem *>() == item;
+}
+
 // Texts want the mouse for links in them. What is above all for popups holds the mouse up for
 // those that are modal.
 bool takesMouse(const QQuickItem *item, Qt::MouseButton button = Qt::LeftButton)
@@ -36,7 +44,8 @@ bool takesMouse(const QQuickItem *item, Qt::MouseButton button = Qt::LeftButton)
     if (item->isEnabled() && hasHandler(item, button))
         return true;
     if (!item->isEnabled() || !(item->acceptedMouseButtons() & button) ||
-        item->inherits("QQuickText") || item->property("propagateComposedEvents").toBool())
+        item->inherits("QQuickText") || isIndicator(item) ||
+        item->property("propagateComposedEvents").toBool())
         return false;
     if (!item->inherits("QQuickOverlay"))
         return true;

@@ -1,5 +1,6 @@
 #include "qtbackend/actionwatch.h"
 
+#include "qtbackend/closeorigin.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/secretinputs.h"
 
@@ -138,16 +139,18 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     case QEvent::Wheel:
         settle();
         m_wheel.begin();
+        m_scenes.mouse(window, event);
         break;
     case QEvent::DragMove:
         m_mouse.dragMoved();
+        m_scenes.dragData();
         break;
     case QEvent::Drop:
         drop(window, *static_cast<QDropEvent *>(event));
         break;
     case QEvent::Close:
         settle();
-        if (const QObject *closed = closedObject(window))
+        if (const QObject *closed = isClosedByProgram() ? nullptr : closedObject(window))
             m_report.add(QStringLiteral("close"), closed);
         break;
     default:
@@ -168,6 +171,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
 
 void ActionWatch::drop(QWindow *window, const QDropEvent &event)
 {
+    m_scenes.dropData(window, event.pos());
     m_mouse.dropAt(window->mapToGlobal(event.pos()), event.dropAction() == Qt::MoveAction);
 }
 

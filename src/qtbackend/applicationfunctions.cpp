@@ -140,7 +140,8 @@ MouseTarget::Place placeOf(QtModel &model, QObject *object, const QVariantMap &o
 }
 
 // Arguments: id, gesture, options: those of the place, "button" and "modifiers" as numbers of the
-// toolkit, "right" and "down" for the wheel, and "to", with those of the place where a drag ends.
+// toolkit, "hold" for a click, "right" and "down" for the wheel, and "to", with those of the place
+// where a drag ends.
 QVariant mouse(QtModel &model, const Call &call, QString *error)
 {
     QObject *object = usedObject(model, call, error);
@@ -154,6 +155,7 @@ QVariant mouse(QtModel &model, const Call &call, QString *error)
     use.button = static_cast<Qt::MouseButton>(
         options.value(QStringLiteral("button"), int(Qt::LeftButton)).toInt());
     use.modifiers = Qt::KeyboardModifiers(options.value(QStringLiteral("modifiers")).toInt());
+    use.hold = options.value(QStringLiteral("hold")).toInt();
     use.wheel = QPointF(options.value(QStringLiteral("right")).toDouble(),
                         options.value(QStringLiteral("down")).toDouble());
     if (use.from.object && use.to.object)

@@ -26,6 +26,8 @@
 #include <QShortcutEvent>
 #include <QTabBar>
 
+#include <utility>
+
 namespace Morvex {
 namespace {
 
@@ -107,6 +109,8 @@ void KeyActions::press(const QKeyEvent &event)
 {
     m_lastKey = 0;
     m_pressedIn = nullptr;
+    m_pressedKeys.clear();
+    m_hasTakenMove = false;
     QWidget *popup = QApplication::activePopupWidget();
     auto *menu = qobject_cast<QMenu *>(popup);
     if (menu && !isFocusWithin(menu))
@@ -191,11 +195,11 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
 
 void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
 {
-    m_focus.enter(target);
+    m_hasTakenMove = m_focus.enter(target);
     m_edits.beginKey(target, isReplacing);
-    if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
-        m_report.add(QStringLiteral("type"), target,
-                     {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
+    if (m_focus.takeNew() && isReplacing && !editedView(target) &&
+        TextCursorState::of(target).isAllSelected())
+        m_report.addCursor(m_report.nameOf(target), target, QStringLiteral("<Ctrl+A>"));
     m_lastKey = m_typed.add(target, keys);
     m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
@@ -204,13 +208,6 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
 {
-    if (event.key().count() > 1) {
-        const QString last =
-            QKeySequence(event.key()[event.key().count() - 1]).toString(QKeySequence::PortableText);
-        m_report.add(QStringLiteral("type"), keyTarget(),
-                     {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
-        return;
-    }
     const QString heldBack = m_secrets.takeShortcut();
     // The one of several actions is not chosen.
     if (qobject_cast<QMenuBar *>(owner) ||
@@ -218,9 +215,7 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.cancel(m_lastKey);
         return;
     }
-    if (!heldBack.isEmpty())
-        m_lastKey =
-            m_report.add(QStringLiteral("type"), keyTarget(), {{QStringLiteral("text"), heldBack}});
+    reportShortcut(event.key(), !heldBack.isEmpty());
     const auto *group = qobject_cast<QGroupBox *>(owner);
     const bool isChecked = group && group->isCheckable();
     if (qobject_cast<QLabel *>(owner) || (event.isAmbiguous() && owner->isWidgetType()) ||
@@ -230,9 +225,22 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
     else if (auto *tabs = qobject_cast<QTabBar *>(owner))
         replaceByTab(tabs, event.key());
-    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn))
+    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn) && !m_hasTakenMove)
         m_report.replace(m_lastKey, QStringLiteral("type"), m_pressedIn->window(),
                          {{QStringLiteral("text"), m_pressedKeys}});
+}
+
+// Of several keys only the first is offered.
+void KeyActions::reportShortcut(const QKeySequence &key, bool isHeldBack)
+{
+    const QString pressed = std::exchange(m_pressedKeys, shortcutKeysOf(key, m_pressedKeys));
+    QWidget *target = m_pressedIn ? m_pressedIn.data() : keyTarget();
+    const QVariantMap more{{QStringLiteral("text"), m_pressedKeys}};
+    const bool isMissing = m_lastKey == 0 && (key.count() > 1 || !isSecretInput(target));
+    if (isMissing || isHeldBack)
+        m_lastKey = m_report.add(QStringLiteral("type"), target, more);
+    else if (m_pressedKeys != pressed)
+        m_report.replace(m_lastKey, QStringLiteral("type"), target, more);
 }
 
 void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)

@@ -70,6 +70,7 @@ private:
     void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
+    void reportShortcut(const QKeySequence &key, bool isHeldBack);
     void replaceByTab(QTabBar *tabs, const QKeySequence &key);
 
     ActionReport &m_report;
@@ -84,6 +85,8 @@ private:
     // What a shortcut may take before it gets there.
     QPointer<QWidget> m_pressedIn;
     QString m_pressedKeys;
+    // Whether it takes the place of the key that has moved the focus there.
+    bool m_hasTakenMove = false;
     KeyReport m_typed;
     Offer m_offer;
     Choice m_choice;

@@ -86,6 +86,11 @@ void turnWheel(const MouseSpot &spot, const QPointF &steps, Qt::KeyboardModifier
                                              QPoint(), angle, modifiers);
 }
 
+void passTime(int milliseconds)
+{
+    lastTimestamp += milliseconds;
+}
+
 void endClicks()
 {
     lastTimestamp += QGuiApplication::styleHints()->mouseDoubleClickInterval() + 1;

@@ -34,6 +34,9 @@ void releaseMouse(const MouseSpot &spot, Qt::MouseButton button, Qt::KeyboardMod
 /// @p steps of the wheel to the right and toward the user.
 void turnWheel(const MouseSpot &spot, const QPointF &steps, Qt::KeyboardModifiers modifiers);
 
+/// Lets what follows come so much later.
+void passTime(int milliseconds);
+
 /// Keeps what follows from being taken for a part of the same double click.
 void endClicks();
 

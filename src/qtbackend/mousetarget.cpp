@@ -230,9 +230,13 @@ MouseSpot MouseTarget::sceneSpot(QString *error) const
         return {};
     const QRect visible = access.visiblePlaceOf(object);
     const QPoint place = m_place ? access.toWindow(object, *m_place) : visible.center();
-    if (!visible.contains(place))
+    // The edges belong to an item, too.
+    const bool isInSight = m_isBeyond ? QRect({}, access.windowOf(object)->size()).contains(place)
+                                      : visible.adjusted(0, 0, 1, 1).contains(place);
+    if (!isInSight)
         *error = QStringLiteral("the item is out of sight");
-    const QObject *cover = error->isEmpty() ? access.coverOf(object, place) : nullptr;
+    const QObject *cover =
+        error->isEmpty() && !m_isBeyond ? access.coverOf(object, place) : nullptr;
     if (cover)
         *error = QLatin1String("the item is covered by ") + realNameOf(cover);
     QWidget *widget = error->isEmpty() ? widgetOf(object) : nullptr;

@@ -31,6 +31,9 @@ public:
     /// Null, with an error text, when a user can't do anything to it now.
     static std::shared_ptr<MouseTarget> make(const Place &place, QString *error);
 
+    /// It is where a drag ends: a place may be outside of an item that the drag moves.
+    void setEnd() { m_isBeyond = m_place.has_value(); }
+
     /// Adds what has to be done before the mouse can get there: activates the window, opens menus
     /// and lists, scrolls.
     void reveal(InputSequence &input);
@@ -50,6 +53,7 @@ private:
     QPointer<QObject> m_object;
     std::shared_ptr<Item> m_item;
     std::optional<QPoint> m_place;
+    bool m_isBeyond = false;
 };
 
 /// Clicks at the place in the widget with the left button. False when the widget would not get the

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QRect>
 #include <QString>
+#include <QVariant>
 
 class QTextDocument;
 class QWindow;
@@ -37,6 +38,9 @@ public:
     virtual QWindow *windowOf(const QObject *item) const = 0;
     /// The name that the item's file gives it; empty without one.
     virtual QString idOf(const QObject *object) const = 0;
+
+    /// What the file of the item knows under the name; not valid without one.
+    virtual QVariant contextValueOf(const QObject *item, const QString &name) const = 0;
 
     /// Whatever becomes of its window.
     virtual bool isShown(const QObject *item) const = 0;
@@ -81,6 +85,6 @@ public:
 /// The entry of that library. Its name changes with the interface: programs that link the agent may
 /// have that of another version.
 using SceneAccessFunction = SceneAccess *(*)();
-inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess3";
+inline constexpr char sceneAccessFunctionName[] = "morvexSceneAccess4";
 
 } // namespace Morvex

@@ -29,15 +29,46 @@ bool SceneActions::mouse(QObject *receiver, QEvent *event)
     const bool isPress =
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (isRelease && event->spontaneous())
-        m_mouse.release(static_cast<QMouseEvent *>(event)->pos());
+        release(*static_cast<QMouseEvent *>(event));
+    else if (event->type() == QEvent::Wheel && event->spontaneous())
+        turn(root, *static_cast<QWheelEvent *>(event));
     else if (isPress && event->spontaneous())
-        m_mouse.press(root, *static_cast<QMouseEvent *>(event));
+        press(root, *static_cast<QMouseEvent *>(event));
     return true;
+}
+
+void SceneActions::press(QObject *root, const QMouseEvent &event)
+{
+    m_keys.beginPress(root);
+    m_mouse.press(root, event);
+    m_pages.begin(root, event.pos());
+}
+
+void SceneActions::release(const QMouseEvent &event)
+{
+    if (m_mouse.isFar(event.pos()))
+        m_pages.end();
+    else
+        m_pages.cancel();
+    m_mouse.release(event);
+}
+
+void SceneActions::turn(QObject *root, const QWheelEvent &event)
+{
+    m_wheel.turn(root, event);
+    m_pages.beginWheel(root, event.position().toPoint());
+    m_pages.end();
+}
+
+void SceneActions::dropData(QWindow *window, const QPoint &place)
+{
+    m_mouse.dropData(sceneRootOf(window), place);
 }
 
 bool SceneActions::pressKey(QWindow *window, const QKeyEvent &event)
 {
     QObject *root = sceneForKeys(window);
+    m_pages.settle(true);
     if (root)
         m_keys.press(root, event);
     return root;

@@ -2,8 +2,12 @@
 
 #include "qtbackend/scenekeys.h"
 #include "qtbackend/scenemouse.h"
+#include "qtbackend/scenepages.h"
+#include "qtbackend/scenewheel.h"
 
 class QEvent;
+class QMouseEvent;
+class QWheelEvent;
 class QWindow;
 
 namespace Morvex {
@@ -16,13 +20,18 @@ public:
     explicit SceneActions(ActionReport &report)
         : m_mouse(report)
         , m_keys(report)
+        , m_pages(report)
+        , m_wheel(report)
     {
     }
 
-    /// A button in a window or a widget.
+    /// A button or the wheel in a window or a widget.
     bool mouse(QObject *receiver, QEvent *event);
     /// A key in a window, or one that is offered to it.
     bool pressKey(QWindow *window, const QKeyEvent &event);
+    /// Something is dragged as data, and dropped at a place of the window.
+    void dragData() { m_mouse.dragData(); }
+    void dropData(QWindow *window, const QPoint &place);
     void releaseKey() { m_keys.release(); }
     bool shortcut(const QShortcutEvent &event);
     bool inputMethod(QObject *receiver, const QInputMethodEvent &event);
@@ -31,8 +40,14 @@ public:
     void settle();
 
 private:
+    void press(QObject *root, const QMouseEvent &event);
+    void release(const QMouseEvent &event);
+    void turn(QObject *root, const QWheelEvent &event);
+
     SceneMouse m_mouse;
     SceneKeys m_keys;
+    ScenePages m_pages;
+    SceneWheel m_wheel;
 };
 
 } // namespace Morvex

@@ -2,6 +2,8 @@
 
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/mousetarget.h"
+#include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenetable.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/whyblocked.h"
 
@@ -25,6 +27,14 @@ QObject *popupOf(const QObject *box)
 bool isOpen(const QObject *popup)
 {
     return popup && popup->property("opened").toBool();
+}
+
+// A click in the text of one that can be edited opens nothing.
+QObject *openerOf(QObject *box)
+{
+    auto *indicator = box->property("indicator").value<QObject *>();
+    const bool isNeeded = indicator && box->property("editable").toBool();
+    return isNeeded && SceneAccess::self()->isShown(indicator) ? indicator : box;
 }
 
 QStringList textsOf(const QObjectList &delegates)
@@ -53,9 +63,12 @@ bool SceneItem::isPossible(QObject *object)
 
 SceneItem::SceneItem(QObject *owner, const ItemSelector &selector)
     : m_owner(owner)
+    , m_selector(selector)
 {
     if (isSceneComboBox(owner))
         findInBox(selector);
+    else if (isSceneTable(owner))
+        findInTable();
     else
         findInView(selector);
 }
@@ -85,6 +98,22 @@ void SceneItem::findInBox(const ItemSelector &selector)
     else if (m_error.isEmpty())
         m_error =
             QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
+}
+
+void SceneItem::findInTable()
+{
+    const QVariant x = m_owner->property("contentX");
+    const QVariant y = m_owner->property("contentY");
+    const QObject *cell = showSceneCell(m_owner, m_selector);
+    if (cell) {
+        m_row = sceneCellOf(cell).row;
+        m_text = shownTextOf(cell);
+        m_owner->setProperty("contentX", x);
+        m_owner->setProperty("contentY", y);
+    } else {
+        m_error = QStringLiteral("there is no item %1%2")
+                      .arg(m_selector.describe(), listedTexts(textsOf(delegatesOf(m_owner))));
+    }
 }
 
 void SceneItem::findInView(const ItemSelector &selector)
@@ -125,9 +154,20 @@ void SceneItem::reveal(InputSequence &input)
     if (isSceneComboBox(owner)) {
         const QPointer<QObject> popup = popupOf(owner);
         if (!isOpen(popup)) {
-            input.add([owner] { return owner ? clickSceneItem(owner) : QString(); });
+            input.add([owner] { return owner ? clickSceneItem(openerOf(owner)) : QString(); });
             input.waitUntil([popup] { return !popup || isOpen(popup); }, maxOpeningMs);
         }
+    }
+    if (isSceneTable(owner)) {
+        input.add([owner, selector = m_selector] {
+            QObject *cell = owner ? showSceneCell(owner, selector) : nullptr;
+            if (cell)
+                SceneAccess::self()->scrollIntoSight(cell);
+            if (owner)
+                QMetaObject::invokeMethod(owner, "forceLayout");
+            return QString();
+        });
+        return;
     }
     input.add([owner, row = m_row] {
         if (QObject *view = owner && row >= 0 ? sceneViewOf(owner) : nullptr)
@@ -138,6 +178,8 @@ void SceneItem::reveal(InputSequence &input)
 
 QObject *SceneItem::sceneItem() const
 {
+    if (isSceneTable(m_owner))
+        return sceneCellAt(m_owner, m_selector);
     QObject *view = m_row >= 0 && m_owner ? sceneViewOf(m_owner) : nullptr;
     return view ? delegateAt(view, m_row) : m_delegate.data();
 }

@@ -28,10 +28,12 @@ public:
 
 private:
     void findInBox(const ItemSelector &selector);
+    void findInTable();
     void findInView(const ItemSelector &selector);
     void findNumber(const ItemSelector &selector, int count);
 
     QPointer<QObject> m_owner;
+    ItemSelector m_selector;
     // Of one for which there is no row that could be asked for.
     QPointer<QObject> m_delegate;
     int m_row = -1;

@@ -58,6 +58,17 @@ QObject *typedInto(QObject *root, QObject *focus)
     return isMeant ? owner : sceneWindowOf(root);
 }
 
+bool isPushed(const QObject *focus)
+{
+    return focus && (focus->inherits("QQuickAbstractButton") || isSceneComboBox(focus));
+}
+
+// What the program has made of items may do more with a key that moves the focus.
+bool isField(const QObject *item)
+{
+    return isSceneText(item) || (item && item->inherits("QQuickControl"));
+}
+
 bool isAllSelected(const QObject *item)
 {
     const QString selected = item ? item->property("selectedText").toString() : QString();
@@ -66,20 +77,36 @@ bool isAllSelected(const QObject *item)
 
 } // namespace
 
+void SceneKeys::beginPress(QObject *root)
+{
+    m_press = {root, focusIn(root), m_report.lastNumber()};
+}
+
 void SceneKeys::press(QObject *root, const QKeyEvent &event)
 {
     m_choice = {};
+    m_pressed = {};
     QObject *focus = focusIn(root);
     QObject *popup = popupIn(root);
     if (QObject *box = boxOf(popup))
         typeInComboBox(box, popup, event);
     else if (popup && popup->inherits("QQuickMenu"))
         typeInMenu(root, popup, event);
-    else if (focus && focus->inherits("QQuickAbstractButton") && isPushKey(event)) {
-        if (!event.isAutoRepeat())
-            m_report.add(QStringLiteral("click"), focus);
-    } else if (!isSceneComboBox(focus) || !isPushKey(event))
+    else if (isPushKey(event) && isPushed(focus))
+        push(focus, event);
+    else
         type(root, focus, event);
+}
+
+void SceneKeys::push(QObject *focus, const QKeyEvent &event)
+{
+    if (event.isAutoRepeat())
+        return;
+    m_pressed.keys = typedKeyOf(event);
+    if (!isSceneComboBox(focus)) {
+        dropLastTab();
+        m_pressed.push = m_report.add(QStringLiteral("click"), focus);
+    }
 }
 
 // Most entries are chosen by it.
@@ -113,7 +140,15 @@ void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
     }
     const QString keys = typedKeyOf(event);
     if (!keys.isEmpty() && event.key() != Qt::Key_Up && event.key() != Qt::Key_Down)
-        m_typed.add(sceneWindowOf(root), keys);
+        m_pressed = {sceneWindowOf(root), keys, m_typed.add(sceneWindowOf(root), keys), 0};
+}
+
+// What is done next in the same window leaves the field as well.
+void SceneKeys::dropLastTab()
+{
+    if (m_lastTab == m_report.lastNumber())
+        m_report.cancel(m_lastTab);
+    m_lastTab = 0;
 }
 
 void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
@@ -121,7 +156,9 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     const QString keys = typedKeyOf(event);
     if (keys.isEmpty())
         return;
+    dropLastTab();
     QObject *target = typedInto(root, focus);
+    m_pressed = {target, keys, 0, 0};
     m_heldBack.clear();
     if (isSceneText(focus))
         noteSecretInput(focus);
@@ -133,9 +170,9 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     if (std::exchange(m_hasMovedFocus, false) &&
         (isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete))
         selectAllAsShown(target, focus);
-    const int number = m_typed.add(target, keys);
+    m_pressed.number = m_typed.add(target, keys);
     if (isTabKey(event))
-        m_tab = {root, focus, number};
+        m_tab = {root, focus, m_pressed.number};
 }
 
 // Of what changes the secret it is said that it was changed; of what may be a shortcut only once it
@@ -158,15 +195,19 @@ void SceneKeys::selectAllAsShown(QObject *target, QObject *focus)
 
 void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
 {
-    // The first keys were offered before.
-    const int count = event.key().count();
-    if (count == 0)
+    const QString heldBack = std::exchange(m_heldBack, {});
+    if (event.key().isEmpty())
         return;
-    const QString last = QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
-    const QString keys =
-        count > 1 ? QLatin1Char('<') + last + QLatin1Char('>') : std::exchange(m_heldBack, {});
-    if (!keys.isEmpty())
+    // Of several keys only the first is offered.
+    const QString keys = shortcutKeysOf(event.key(), m_pressed.keys);
+    const bool isMissing =
+        m_pressed.number == 0 && (event.key().count() > 1 || !isSecretInput(focusIn(root)));
+    m_report.cancel(std::exchange(m_pressed.push, 0));
+    if (isMissing || !heldBack.isEmpty())
         m_typed.add(typedInto(root, focusIn(root)), keys);
+    else if (m_pressed.number > 0 && keys != m_pressed.keys)
+        m_report.replace(m_pressed.number, QStringLiteral("type"), m_pressed.target,
+                         {{QStringLiteral("text"), keys}});
 }
 
 void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)
@@ -181,12 +222,14 @@ void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)
 
 void SceneKeys::settle()
 {
-    // A key that only moves the focus is none that a script would type.
     if (m_tab.number > 0 && m_tab.focus != focusIn(m_tab.root)) {
-        m_report.cancel(m_tab.number);
+        m_lastTab = isField(m_tab.focus) ? m_tab.number : 0;
         m_hasMovedFocus = true;
     }
     m_tab = {};
+    if (m_lastTab > 0 && m_lastTab == m_press.number && m_press.focus != focusIn(m_press.root))
+        m_report.cancel(std::exchange(m_lastTab, 0));
+    m_press = {};
     if (!m_choice.isReleased)
         return;
     if (m_choice.popup && m_choice.popup->property("opened").toBool())

@@ -4,6 +4,7 @@
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenehandlers.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/secretinputs.h"
@@ -17,6 +18,9 @@
 
 namespace Morvex {
 namespace {
+
+// Longer than anything takes that waits for it.
+const ulong maxHoldTenths = 300;
 
 bool isOpened(const QObject *popup)
 {
@@ -42,16 +46,19 @@ bool isPushed(const QObject *object)
     return object && object->inherits("QQuickAbstractButton");
 }
 
+// Null when nothing moves.
+QObject *movingAround(QObject *item)
+{
+    while (item && !isMoving(item))
+        item = SceneAccess::self()->parentOf(item);
+    return item;
+}
+
 bool hasTapHandler(const QObject *item)
 {
     const QObjectList &children = item->children();
     return std::any_of(children.begin(), children.end(),
                        [](const QObject *child) { return child->inherits("QQuickTapHandler"); });
-}
-
-bool isFlickable(const QObject *item)
-{
-    return item && item->inherits("QQuickFlickable");
 }
 
 QObject *grabberOf(const QObject *root)
@@ -84,11 +91,27 @@ void SceneMouse::begin(QObject *root, const QMouseEvent &event)
     m_press.place = event.pos();
     m_press.button = event.button();
     m_press.modifiers = event.modifiers();
+    m_press.time = event.timestamp();
     m_press.isDown = true;
     m_press.popups = openedPopups(root);
+    m_press.moving =
+        movingAround(SceneAccess::self()->takerAt(root, m_press.place, m_press.button));
     m_press.popupCount = SceneAccess::self()->popupsIn(root).size();
     m_isToBeTaken = true;
     describe(SceneAccess::self()->takerAt(root, m_press.place, m_press.button));
+    describeDragged();
+}
+
+// Its place as it is now, since it moves.
+void SceneMouse::describeDragged()
+{
+    const SceneAccess &access = *SceneAccess::self();
+    QObject *dragged = draggedAround(access.drawnAt(m_press.root, m_press.place));
+    if (!dragged || m_press.button != Qt::LeftButton)
+        return;
+    m_press.dragged = sceneItemTarget(dragged);
+    m_press.dragged.place = placeInSceneTarget(dragged, m_press.place);
+    m_press.draggedName = m_report.nameOf(m_press.dragged.object);
 }
 
 void SceneMouse::describe(QObject *taker)
@@ -110,6 +133,8 @@ void SceneMouse::describe(QObject *taker)
         m_outcome.item = object;
         break;
     case RecordedTarget::Click:
+        m_press.placeInTarget = placeInSceneTarget(taker, m_press.place);
+        reportHover();
         reportPress();
         return;
     default:
@@ -117,6 +142,18 @@ void SceneMouse::describe(QObject *taker)
     }
     m_report.cancel(m_press.number);
     m_press.number = 0;
+}
+
+// What shows only while the mouse is over something is not there before.
+void SceneMouse::reportHover()
+{
+    QObject *object = m_press.target.object;
+    const bool isLate = m_report.changes().take(object).contains(QLatin1String("visible"));
+    QObject *around = isLate ? hoveredAround(object, m_press.place) : nullptr;
+    if (!around || m_press.number > 0)
+        return;
+    const RecordedTarget target = sceneItemTarget(around);
+    m_report.add(QStringLiteral("hover"), m_report.nameOf(target.object), reportedPlace(target));
 }
 
 void SceneMouse::reportPress()
@@ -144,32 +181,74 @@ void SceneMouse::checkTaker()
     if (!std::exchange(m_isToBeTaken, false))
         return;
     QObject *grabber = m_press.root ? grabberOf(m_press.root) : nullptr;
-    const bool isOther = grabber && grabber != m_press.taker && !isFlickable(grabber);
+    m_press.grabber = grabber;
+    const bool isOther = grabber && grabber != m_press.taker && !isScrolling(grabber);
+    const bool isStop = isScrolling(grabber) && m_press.moving == grabber;
     if (isOther)
         describe(grabber);
-    else if (!isTaken())
+    else if (isStop || !isTaken())
         describe(nullptr);
 }
 
-void SceneMouse::release(const QPoint &place)
+void SceneMouse::release(const QMouseEvent &event)
 {
     checkTaker();
     if (!std::exchange(m_press.isDown, false))
         return;
     m_outcome.kind = m_press.target.kind;
     m_outcome.isReleased = true;
+    if (m_press.root)
+        finishPress(event);
     m_lastClick = m_press.number;
-    if (m_press.number == 0 || !m_press.root || !m_press.taker)
-        return;
-    const bool isFar = (place - m_press.place).manhattanLength() >=
-                       QGuiApplication::styleHints()->startDragDistance();
+}
+
+bool SceneMouse::isFar(const QPoint &place) const
+{
+    return (place - m_press.place).manhattanLength() >=
+           QGuiApplication::styleHints()->startDragDistance();
+}
+
+void SceneMouse::finishPress(const QMouseEvent &event)
+{
     const QObject *grabber = grabberOf(m_press.root);
-    const bool isScrolled = isFar && grabber != m_press.taker && isFlickable(grabber);
-    if (isFar && m_press.target.place && !isScrolled)
-        reportDrag(place);
-    else if (isScrolled || !SceneAccess::self()->isAt(m_press.taker, place) ||
-             (isFar && hasTapHandler(m_press.taker)))
+    const bool isMoved = isFar(event.pos());
+    const bool isScrolled = isMoved && isScrolling(grabber) && grabber != m_press.taker;
+    const bool isStolen = isScrolled || (m_press.grabber && m_press.grabber != grabber &&
+                                         !isScrolling(m_press.grabber));
+    if (m_press.dragged.object && isDragging(m_press.dragged.object)) {
+        m_press.target = m_press.dragged;
+        reportDrag(event.pos());
+    } else if (m_press.number == 0 || !m_press.taker) {
+        return;
+    } else if (isStolen) {
         m_report.cancel(m_press.number);
+    } else if (isMoved && takesDrag()) {
+        if (!m_press.target.place)
+            m_press.target.place = m_press.placeInTarget;
+        reportDrag(event.pos());
+    } else if (!SceneAccess::self()->isAt(m_press.taker, event.pos()) ||
+               (isMoved && hasTapHandler(m_press.taker))) {
+        m_report.cancel(m_press.number);
+    } else {
+        reportHeld(event.timestamp() - m_press.time);
+    }
+}
+
+bool SceneMouse::takesDrag() const
+{
+    return m_press.target.place || isDragged(m_press.taker);
+}
+
+// Some milliseconds more than it took, as a script is faster than the clock of the screen.
+void SceneMouse::reportHeld(ulong milliseconds)
+{
+    if (m_press.isDouble || milliseconds < static_cast<ulong>(holdIntervalOf(m_press.taker)))
+        return;
+    const ulong time = std::min<ulong>(milliseconds / 100 + 1, maxHoldTenths) * 100;
+    QVariantMap more = reportedPlace(m_press.target);
+    addButtonTo(&more, m_press.button, m_press.modifiers);
+    more[QStringLiteral("hold")] = static_cast<int>(time);
+    m_report.replace(m_press.number, QStringLiteral("click"), m_press.target.object, more);
 }
 
 void SceneMouse::reportDrag(const QPoint &place)
@@ -177,16 +256,55 @@ void SceneMouse::reportDrag(const QPoint &place)
     const QObject *object = m_press.target.object;
     if (!object)
         return;
-    const QPoint way = place - m_press.place;
-    RecordedTarget end = m_press.target;
-    end.place = *m_press.target.place + way;
-    const QString name = m_report.nameOf(object);
+    const QString name =
+        m_press.draggedName.isEmpty() ? m_report.nameOf(object) : m_press.draggedName;
+    QVariantMap more = reportedPlace(m_press.target);
+    addButtonTo(&more, m_press.button, m_press.modifiers);
+    more[QStringLiteral("to")] = endOfDrag(m_press.target, name, place);
+    if (m_press.number > 0)
+        m_report.replace(m_press.number, QStringLiteral("drag"), name, more);
+    else
+        m_report.add(QStringLiteral("drag"), name, more);
+}
+
+// By name where something is dropped, else as far from the start.
+QVariantMap SceneMouse::endOfDrag(const RecordedTarget &start, const QString &name,
+                                  const QPoint &place)
+{
+    const QString key = QStringLiteral("object");
+    if (QObject *area = dropAreaAt(m_press.root, place)) {
+        const RecordedTarget end = sceneItemTarget(area);
+        QVariantMap to = reportedPlace(end);
+        to[key] = m_report.nameOf(end.object);
+        return to;
+    }
+    RecordedTarget end = start;
+    end.place = *start.place + place - m_press.place;
     QVariantMap to = reportedPlace(end);
-    to[QStringLiteral("object")] = name;
+    to[key] = name;
+    return to;
+}
+
+void SceneMouse::dragData()
+{
+    if (m_press.isDown && m_press.number > 0)
+        m_report.cancel(m_press.number);
+}
+
+void SceneMouse::dropData(QObject *root, const QPoint &place)
+{
+    QObject *area = root ? dropAreaAt(root, place) : nullptr;
+    const bool isOwn = m_press.isDown && m_press.number > 0 && m_press.target.object;
+    m_press.isDown = false;
+    if (!area || !isOwn)
+        return;
+    const RecordedTarget end = sceneItemTarget(area);
+    QVariantMap to = reportedPlace(end);
+    to[QStringLiteral("object")] = m_report.nameOf(end.object);
     QVariantMap more = reportedPlace(m_press.target);
     addButtonTo(&more, m_press.button, m_press.modifiers);
     more[QStringLiteral("to")] = to;
-    m_report.replace(m_press.number, QStringLiteral("drag"), name, more);
+    m_report.replace(m_press.number, QStringLiteral("drag"), m_press.target.object, more);
 }
 
 void SceneMouse::settle()

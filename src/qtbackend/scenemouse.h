@@ -23,7 +23,13 @@ public:
 
     /// @p root has all items.
     void press(QObject *root, const QMouseEvent &event);
-    void release(const QPoint &place);
+    void release(const QMouseEvent &event);
+    /// Whether the mouse has moved from where it was pressed to the place.
+    bool isFar(const QPoint &place) const;
+
+    /// What was pressed is dragged as data, to the place when it is dropped.
+    void dragData();
+    void dropData(QObject *root, const QPoint &place);
 
     /// Looks what has become of what was done last.
     void settle();
@@ -37,9 +43,19 @@ private:
         QPoint place;
         Qt::MouseButton button = Qt::NoButton;
         Qt::KeyboardModifiers modifiers;
+        ulong time = 0;
         bool isDown = false;
         bool isDouble = false;
+        // What was scrolling by itself then.
+        QPointer<QObject> moving;
+        // What has grabbed the mouse.
+        QPointer<QObject> grabber;
+        // What a handler may drag, by the place where it is pressed.
+        RecordedTarget dragged;
+        QString draggedName;
         RecordedTarget target;
+        // As it was then, since what is dragged moves.
+        QPoint placeInTarget;
         // Those that were open, and all that were shown.
         std::vector<QPointer<QObject>> popups;
         int popupCount = 0;
@@ -60,8 +76,14 @@ private:
 
     void begin(QObject *root, const QMouseEvent &event);
     void describe(QObject *taker);
+    void describeDragged();
     void reportPress();
+    void reportHover();
+    void finishPress(const QMouseEvent &event);
+    bool takesDrag() const;
+    void reportHeld(ulong milliseconds);
     void reportDrag(const QPoint &place);
+    QVariantMap endOfDrag(const RecordedTarget &start, const QString &name, const QPoint &place);
     bool isTaken() const;
     void checkTaker();
     void settleOutcome();

@@ -4,12 +4,15 @@
 #include "qtbackend/mousetarget.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/sceneview.h"
 
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -18,6 +21,8 @@ namespace {
 const int maxActivationMs = 500;
 // Some never come to rest.
 const int maxMovingMs = 2000;
+// How often an item has to be seen at one place; some pictures may be drawn in between.
+const int looksAtRest = 6;
 
 QWindow *sceneWindowOf(QObject *item)
 {
@@ -42,6 +47,29 @@ bool isAtRest(QObject *item)
     const QObjectList popups = root ? access.popupsIn(root) : QObjectList();
     return std::all_of(popups.begin(), popups.end(),
                        [](const QObject *popup) { return popup->property("opened").toBool(); });
+}
+
+bool isInPages(const QObject *item)
+{
+    while (item && !isScenePaged(item))
+        item = SceneAccess::self()->parentOf(item);
+    return item;
+}
+
+// Pages that a program turns don't say that they move.
+void waitForPages(QObject *item, InputSequence &input)
+{
+    if (!isInPages(item))
+        return;
+    const auto last = std::make_shared<std::pair<QRect, int>>();
+    input.waitUntil(
+        [alive = QPointer<QObject>(item), last] {
+            const QRect place = alive ? SceneAccess::self()->placeOf(alive) : last->first;
+            last->second = place == last->first ? last->second + 1 : 0;
+            last->first = place;
+            return last->second >= looksAtRest;
+        },
+        maxMovingMs);
 }
 
 void activate(QObject *item, InputSequence &input)
@@ -73,6 +101,7 @@ void revealSceneItem(QObject *item, InputSequence &input)
     const QPointer<QObject> alive = item;
     activate(item, input);
     waitForSceneAtRest(item, input);
+    waitForPages(item, input);
     input.add([alive] {
         if (alive)
             SceneAccess::self()->scrollIntoSight(alive);

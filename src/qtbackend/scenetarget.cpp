@@ -18,12 +18,13 @@ const struct
 {
     const char *type;
     const char *property;
-    // By which it says that it was the user.
+    // By which it says that it was the user; null where it doesn't.
     const char *signal;
 } values[] = {
     {"QQuickSlider", "value", "moved"},
     {"QQuickDial", "value", "moved"},
     {"QQuickSpinBox", "value", "valueModified"},
+    {"QQuickPageIndicator", "currentIndex", nullptr},
 };
 
 bool inheritsOneOf(const QObject *item, std::initializer_list<const char *> types)
@@ -48,11 +49,12 @@ QPoint centreOf(const QObject *item)
     return SceneAccess::self()->visiblePlaceOf(item).center();
 }
 
-// A mouse area is for the item that it is in, unless that has other parts, too.
+// An area is for the item that it is in, unless that has other parts, too.
 QObject *meantItem(QObject *taker)
 {
     const SceneAccess &access = *SceneAccess::self();
-    QObject *around = taker->inherits("QQuickMouseArea") ? access.parentOf(taker) : nullptr;
+    const bool isArea = inheritsOneOf(taker, {"QQuickMouseArea", "QQuickDropArea"});
+    QObject *around = isArea ? access.parentOf(taker) : nullptr;
     const bool isWhole = around && access.parentOf(around) && access.isAt(taker, centreOf(around));
     return isWhole ? around : taker;
 }
@@ -80,17 +82,26 @@ RecordedTarget targetOf(RecordedTarget::Kind kind, QObject *object)
 }
 
 // What is clicked on in a row is the row, unless it is something by itself.
+bool isRow(const SceneRow &row, const QObject *item)
+{
+    return row.owner && !row.selector.isEmpty() && (row.delegate == item || !isNamed(item));
+}
+
+RecordedTarget itemTarget(const SceneRow &row, QObject *item)
+{
+    RecordedTarget target = targetOf(RecordedTarget::Click, isRow(row, item) ? row.owner : item);
+    if (isRow(row, item))
+        target.item = row.selector;
+    return target;
+}
+
 RecordedTarget clickTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button)
 {
     const SceneAccess &access = *SceneAccess::self();
     QObject *item = meantItem(taker);
     const SceneRow row = sceneRowOf(item);
-    const bool isRow =
-        row.owner && !row.selector.isEmpty() && (row.delegate == item || !isNamed(item));
-    RecordedTarget target = targetOf(RecordedTarget::Click, isRow ? row.owner : item);
-    QObject *shown = isRow ? row.delegate : item;
-    if (isRow)
-        target.item = row.selector;
+    RecordedTarget target = itemTarget(row, item);
+    QObject *shown = isRow(row, item) ? row.delegate : item;
     QObject *root = access.rootOf(access.windowOf(item));
     if (isCanvas(shown) || access.takerAt(root, centreOf(shown), button) != taker)
         target.place = access.fromWindow(shown, windowPlace);
@@ -98,6 +109,19 @@ RecordedTarget clickTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseB
 }
 
 } // namespace
+
+QPoint placeInSceneTarget(QObject *taker, const QPoint &windowPlace)
+{
+    QObject *item = meantItem(taker);
+    const SceneRow row = sceneRowOf(item);
+    return SceneAccess::self()->fromWindow(isRow(row, item) ? row.delegate : item, windowPlace);
+}
+
+RecordedTarget sceneItemTarget(QObject *item)
+{
+    QObject *meant = meantItem(item);
+    return itemTarget(sceneRowOf(meant), meant);
+}
 
 const char *sceneValueOf(const QObject *item)
 {
@@ -121,7 +145,7 @@ QObject *sceneItemAt(QObject *root, const QPoint &windowPlace)
 void announceSceneValue(QObject *item, const QByteArray &property)
 {
     for (const auto &known : values) {
-        if (property == known.property && item->inherits(known.type))
+        if (property == known.property && known.signal && item->inherits(known.type))
             QMetaObject::invokeMethod(item, known.signal);
     }
 }

@@ -7,6 +7,12 @@ namespace Morvex {
 /// What a press of the button on @p taker, the item of Qt Quick that gets it, is about.
 RecordedTarget sceneTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button);
 
+/// The place in that object or item.
+QPoint placeInSceneTarget(QObject *taker, const QPoint &windowPlace);
+
+/// The item of Qt Quick itself, or as a row of the view that it is in.
+RecordedTarget sceneItemTarget(QObject *item);
+
 /// The property that a user changes by moving the mouse or clicking in some part of the item; null
 /// for other items.
 const char *sceneValueOf(const QObject *item);

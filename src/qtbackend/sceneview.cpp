@@ -1,6 +1,10 @@
 #include "qtbackend/sceneview.h"
 
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenemodel.h"
+#include "qtbackend/scenetable.h"
+
+#include <QHash>
 
 #include <algorithm>
 
@@ -10,9 +14,18 @@ namespace {
 // More than anybody scrolls through, and few enough to be looked at in one turn.
 const int maxLookedAt = 2000;
 
+// A number of the toolkit: what is at the place of the current item is that.
+const int strictlyEnforced = 2;
+
+bool isPathView(const QObject *object)
+{
+    return object->inherits("QQuickPathView");
+}
+
 bool isView(const QObject *object)
 {
-    return object && (object->inherits("QQuickItemView") || object->inherits("QQuickTableView"));
+    return object &&
+           (object->inherits("QQuickItemView") || isPathView(object) || isSceneTable(object));
 }
 
 QObject *objectIn(const QObject *object, const char *property)
@@ -29,12 +42,17 @@ QObject *popupAround(const QObject *view)
     return item ? item->parent() : nullptr;
 }
 
+bool isOfTumbler(const QObject *item)
+{
+    return item->inherits("QQuickTumbler") || item->inherits("QQuickTumblerView");
+}
+
 // What the user knows the view as; null for one whose items are known by themselves, such as tabs.
 QObject *ownerOf(QObject *view)
 {
     const QObject *around = SceneAccess::self()->parentOf(view);
     const QObject *popup = popupAround(view);
-    if ((around && (around->inherits("QQuickContainer") || around->inherits("QQuickTumbler"))) ||
+    if ((around && (around->inherits("QQuickContainer") || isOfTumbler(around))) ||
         (popup && popup->inherits("QQuickMenu")))
         return nullptr;
     QObject *box = objectIn(popup, "parent");
@@ -46,6 +64,34 @@ QVariant centre(const QObject *item, const char *start, const char *size)
     return item->property(start).toReal() + item->property(size).toReal() / 2;
 }
 
+// The item in which the items for rows are.
+QObject *contentOf(QObject *view)
+{
+    return isPathView(view) ? view : objectIn(view, "contentItem");
+}
+
+// The view of which the item is that of a row; null for none.
+QObject *viewOfRow(const QObject *item)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    QObject *content = access.parentOf(item);
+    QObject *around = content ? access.parentOf(content) : nullptr;
+    for (QObject *view : {content, around}) {
+        if (isView(view) && contentOf(view) == content)
+            return view;
+    }
+    return nullptr;
+}
+
+QVariantList cellSelectorOf(QObject *table, const QObject *delegate, bool isTextUnique)
+{
+    const SceneCell cell = sceneCellOf(delegate);
+    const QString text = shownTextOf(delegate);
+    if (isTextUnique && !isRepeatedInModel(table, cell.row, cell.column, text))
+        return {text};
+    return cell.row < 0 || cell.column < 0 ? QVariantList() : QVariantList{cell.row, cell.column};
+}
+
 QVariantList selectorOf(QObject *view, const QObject *delegate)
 {
     const QString text = shownTextOf(delegate);
@@ -53,9 +99,15 @@ QVariantList selectorOf(QObject *view, const QObject *delegate)
     const auto same = std::count_if(all.begin(), all.end(), [&text](const QObject *other) {
         return shownTextOf(other) == text;
     });
-    if (!text.isEmpty() && same == 1)
-        return {text};
+    const bool isUnique = !text.isEmpty() && same == 1;
+    if (isSceneTable(view))
+        return cellSelectorOf(view, delegate, isUnique);
     const int row = sceneRowNumber(view, delegate);
+    const int occurrence = isUnique ? occurrenceInModel(view, row, text) : 0;
+    if (occurrence > 0 && row < maxLookedAt)
+        return {text, QVariantMap{{QStringLiteral("occurrence"), occurrence}}};
+    if (isUnique && row < maxLookedAt)
+        return {text};
     return row < 0 ? QVariantList() : QVariantList{row, 0};
 }
 
@@ -85,6 +137,14 @@ bool isSceneComboBox(const QObject *object)
     return object && object->inherits("QQuickComboBox");
 }
 
+bool isScenePaged(const QObject *item)
+{
+    if (item->inherits("QQuickSwipeView") || item->inherits("QQuickTumbler"))
+        return true;
+    const bool isFlicked = item->inherits("QQuickListView") || isPathView(item);
+    return isFlicked && item->property("highlightRangeMode").toInt() == strictlyEnforced;
+}
+
 QObject *sceneViewOf(QObject *object)
 {
     QObject *view =
@@ -96,9 +156,8 @@ SceneRow sceneRowOf(QObject *item)
 {
     const SceneAccess &access = *SceneAccess::self();
     for (QObject *delegate = item; delegate; delegate = access.parentOf(delegate)) {
-        QObject *content = access.parentOf(delegate);
-        QObject *view = content ? access.parentOf(content) : nullptr;
-        if (!isView(view) || objectIn(view, "contentItem") != content)
+        QObject *view = viewOfRow(delegate);
+        if (!view)
             continue;
         SceneRow row;
         row.owner = ownerOf(view);
@@ -131,13 +190,14 @@ QString shownTextOf(const QObject *item)
 QObjectList delegatesOf(QObject *view)
 {
     const SceneAccess &access = *SceneAccess::self();
-    const QObject *content = objectIn(view, "contentItem");
+    const QObject *content = contentOf(view);
     QObjectList delegates;
     if (!content)
         return delegates;
     for (QObject *child : access.childrenOf(content)) {
         // A view shows more than rows, such as a header.
-        const bool isRow = !view->inherits("QQuickItemView") || sceneRowNumber(view, child) >= 0;
+        const bool isRow =
+            isSceneTable(view) ? sceneCellOf(child).row >= 0 : sceneRowNumber(view, child) >= 0;
         if (isRow && access.isShown(child))
             delegates += child;
     }
@@ -164,8 +224,9 @@ int findSceneRow(QObject *view, const QString &text, int occurrence)
 {
     const int atStart = 0;
     const int count = std::min(view->property("count").toInt(), maxLookedAt);
-    const QVariant x = view->property("contentX");
-    const QVariant y = view->property("contentY");
+    QHash<const char *, QVariant> position;
+    for (const char *property : {"contentX", "contentY", "offset"})
+        position[property] = view->property(property);
     int found = -1;
     int before = 0;
     for (int next = 0; next < count && found < 0;) {
@@ -179,8 +240,8 @@ int findSceneRow(QObject *view, const QString &text, int occurrence)
         }
         next = std::max(next, lastRow(view, delegates)) + 1;
     }
-    view->setProperty("contentX", x);
-    view->setProperty("contentY", y);
+    for (auto it = position.cbegin(); it != position.cend(); ++it)
+        view->setProperty(it.key(), it.value());
     return found;
 }
 

@@ -14,6 +14,9 @@ QObject *sceneViewOf(QObject *object);
 /// Whether it is a combo box of Qt Quick.
 bool isSceneComboBox(const QObject *object);
 
+/// Whether the item shows one part as the current one, and moving its content changes which.
+bool isScenePaged(const QObject *item);
+
 /// What a script names an item of a view by: the view, or the combo box that it is of, and the text
 /// or the row and column of it.
 struct SceneRow

@@ -29,7 +29,7 @@ public:
     void end();
 
 private:
-    QString keysWithin(int length) const;
+    QString keysWithin() const;
 
     ActionReport &m_report;
     QPointer<QWidget> m_source;
@@ -37,8 +37,12 @@ private:
     QString m_sourceName;
     QString m_targetName;
     QString m_textBefore;
-    // Those that bring the cursor to the place of the drop, in another widget than the source.
+    // The keys that bring the cursor to the place of the drop.
     QString m_way;
+    // In the source, from where the text was.
+    QString m_wayWithin;
+    // Those that select what was dropped.
+    QString m_selection;
     int m_start = 0;
     int m_end = 0;
     int m_place = 0;

@@ -34,6 +34,8 @@ const int maxActivationMs = 500;
 // A menu takes a click for one that is to close it until the mouse has moved some times.
 const int movesBeforeClick = 8;
 const int dragSteps = 10;
+// A call has a minute for all that it does.
+const int maxHoldMs = 30000;
 
 QString triggerAction(QAction *action, InputSequence &input)
 {
@@ -99,6 +101,28 @@ QString useAt(const std::shared_ptr<MouseTarget> &target, const MouseUse &use)
     else
         click(spot, use);
     return {};
+}
+
+// For as long as it takes, in steps of their own.
+void addHold(const std::shared_ptr<MouseTarget> &target, const MouseUse &use, InputSequence &input)
+{
+    const auto spot = std::make_shared<MouseSpot>();
+    input.add([target, use, spot] {
+        QString error;
+        *spot = target->spot(&error);
+        if (error.isEmpty()) {
+            endClicks();
+            moveTo(*spot, Qt::NoButton, use.modifiers);
+            pressMouse(*spot, use.button, use.modifiers);
+        }
+        return error;
+    });
+    input.waitUntil([] { return false; }, qMin(use.hold, maxHoldMs));
+    input.add([use, spot] {
+        passTime(use.hold);
+        releaseMouse(*spot, use.button, use.modifiers);
+        return QString();
+    });
 }
 
 struct Drag
@@ -295,12 +319,16 @@ QString useMouse(const MouseUse &use, InputSequence &input)
         return error;
     if (use.gesture != QLatin1String("drag")) {
         target->reveal(input);
-        input.add([target, use] { return useAt(target, use); });
+        if (isClick && use.hold > 0)
+            addHold(target, use, input);
+        else
+            input.add([target, use] { return useAt(target, use); });
         return {};
     }
     const auto to = MouseTarget::make(use.to, &error);
     if (!to)
         return error;
+    to->setEnd();
     target->reveal(input);
     to->reveal(input);
     addDrag(target, to, use, input);

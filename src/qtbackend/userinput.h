@@ -22,6 +22,8 @@ struct MouseUse
     MouseTarget::Place to;
     Qt::MouseButton button = Qt::LeftButton;
     Qt::KeyboardModifiers modifiers;
+    /// How many milliseconds a click holds the button.
+    int hold = 0;
     /// Steps of the wheel to the right and toward the user.
     QPointF wheel;
 };

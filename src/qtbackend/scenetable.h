@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObjectList>
+
+namespace Morvex {
+
+struct ItemSelector;
+
+// Tables of Qt Quick, which have a row and a column for each item and no number.
+
+struct SceneCell
+{
+    int row = -1;
+    int column = -1;
+};
+
+bool isSceneTable(const QObject *view);
+
+/// Negative for an item that is no cell.
+SceneCell sceneCellOf(const QObject *delegate);
+
+/// The item for the cell; null when there is none now, as it is out of sight.
+QObject *sceneCellAt(QObject *table, const ItemSelector &selector);
+
+/// Moves the content until there is an item for the cell, and returns that. Null, with the content
+/// as it was, when there is no such cell.
+QObject *showSceneCell(QObject *table, const ItemSelector &selector);
+
+} // namespace Morvex
