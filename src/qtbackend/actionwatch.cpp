@@ -28,9 +28,12 @@ QWidget *widgetShownIn(const QWindow *window)
     return nullptr;
 }
 
-// Null for a window that no script can close.
+// Null for a window that no script can close, or that was closed before: a key that is held closes
+// it again and again.
 const QObject *closedObject(QWindow *window)
 {
+    if (!window->isVisible())
+        return nullptr;
     return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetShownIn(window);
 }
 
