@@ -26,19 +26,22 @@ QString typeOf(const NameConditions &conditions)
     return {};
 }
 
-template <typename Objects>
-const Objects *objectsOf(const QHash<QString, Objects> &objects, const QString &key)
-{
-    static const Objects none;
-    const auto found = objects.constFind(key);
-    return found != objects.cend() ? &*found : &none;
-}
+// Whether objects of these classes are of the type that was asked for: there are far fewer classes
+// than objects.
+using KnownClasses = QHash<const QMetaObject *, bool>;
 
 // A component has the name of what it derives from when it only adds properties to that.
-void appendOnce(std::vector<QPointer<QObject>> *objects, QObject *object)
+bool isOfType(const QMetaObject *type, const QString &name, KnownClasses *known)
 {
-    if (objects->empty() || objects->back() != object)
-        objects->emplace_back(object);
+    if (!type)
+        return false;
+    const auto found = known->constFind(type);
+    if (found != known->cend())
+        return *found;
+    const bool isOf = name == QLatin1String(type->className()) || name == typeNameOf(type) ||
+                      isOfType(type->superClass(), name, known);
+    known->insert(type, isOf);
+    return isOf;
 }
 
 } // namespace
@@ -46,34 +49,42 @@ void appendOnce(std::vector<QPointer<QObject>> *objects, QObject *object)
 ObjectIndex::ObjectIndex(QtModel &model)
     : m_model(model)
 {
-    for (QObject *object : model.allObjects()) {
-        m_byType[QString()].emplace_back(object);
-        for (auto *type = object->metaObject(); type; type = type->superClass())
-            addType(type, object);
-    }
+    const auto objects = model.allObjects();
+    m_objects.assign(objects.begin(), objects.end());
 }
 
-void ObjectIndex::addType(const QMetaObject *type, QObject *object)
+const ObjectIndex::Objects &ObjectIndex::objectsOf(const QString &type)
 {
-    const QString className = QString::fromLatin1(type->className());
-    appendOnce(&m_byType[className], object);
-    const QString typeName = typeNameOf(type);
-    if (typeName != className)
-        appendOnce(&m_byType[typeName], object);
+    if (type.isEmpty())
+        return m_objects;
+    const auto known = m_byType.constFind(type);
+    if (known != m_byType.cend())
+        return *known;
+    Objects objects;
+    KnownClasses classes;
+    for (const QPointer<QObject> &object : m_objects) {
+        if (object && isOfType(object->metaObject(), type, &classes))
+            objects.push_back(object);
+    }
+    return *m_byType.insert(type, objects);
 }
 
 std::vector<QObject *> ObjectIndex::candidates(const NameConditions &conditions)
 {
     const QString type = typeOf(conditions);
-    const Objects *fewest = objectsOf(m_byType, type);
+    const Objects *fewest = &objectsOf(type);
     for (const NameCondition &condition : conditions) {
         if (fewest->size() <= 1)
             break;
         if (!isExact(condition) || isType(condition))
             continue;
-        const Objects *objects = objectsOf(objectsByText(type, condition), condition.value.text);
-        if (objects->size() < fewest->size())
-            fewest = objects;
+        static const Objects none;
+        const ObjectsByText &byText = objectsByText(type, condition);
+        const auto objects = byText.constFind(condition.value.text);
+        if (objects == byText.cend())
+            fewest = &none;
+        else if (objects->size() < fewest->size())
+            fewest = &*objects;
     }
     std::vector<QObject *> alive;
     for (const QPointer<QObject> &object : *fewest) {
@@ -91,7 +102,7 @@ const ObjectIndex::ObjectsByText &ObjectIndex::objectsByText(const QString &type
     if (known != m_byText.cend())
         return *known;
     ObjectsByText objects;
-    for (const QPointer<QObject> &object : *objectsOf(m_byType, type)) {
+    for (const QPointer<QObject> &object : objectsOf(type)) {
         QString text;
         if (object && condition.readText(m_model, object, &text))
             objects[text].push_back(object);

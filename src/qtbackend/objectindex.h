@@ -27,12 +27,12 @@ private:
     using Objects = std::vector<QPointer<QObject>>;
     using ObjectsByText = QHash<QString, Objects>;
 
+    const Objects &objectsOf(const QString &type);
     const ObjectsByText &objectsByText(const QString &type, const NameCondition &condition);
 
-    void addType(const QMetaObject *type, QObject *object);
-
     QtModel &m_model;
-    // By all classes that they are of; the empty class has all of them.
+    Objects m_objects;
+    // Of the classes that were asked for, and those derived from them.
     QHash<QString, Objects> m_byType;
     // By a class and a property.
     QHash<QPair<QString, QString>, ObjectsByText> m_byText;
