@@ -11,6 +11,7 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QShortcutEvent>
+#include <QThread>
 #include <QWindow>
 
 #include <utility>
@@ -162,8 +163,18 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             m_isSettling = false;
             settle();
             m_report.changes().settle();
+            beFirst();
         },
         Qt::QueuedConnection);
+}
+
+// Also before a filter that the application has installed later, and with which it takes events.
+// That of a drag has to come before, and none of those in a loop within a filter may come twice.
+void ActionWatch::beFirst()
+{
+    if (QGuiApplication::mouseButtons() == Qt::NoButton &&
+        QThread::currentThread()->loopLevel() <= 1)
+        QCoreApplication::instance()->installEventFilter(this);
 }
 
 void ActionWatch::drop(QWindow *window, const QDropEvent &event)
