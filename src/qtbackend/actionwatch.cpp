@@ -48,8 +48,10 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     , m_points(m_report)
 {
     const QWidgetList widgets = QApplication::allWidgets();
-    for (const QWidget *widget : widgets)
+    for (const QWidget *widget : widgets) {
         noteSecretInput(widget);
+        m_mouse.noteShown(widget);
+    }
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -83,6 +85,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
         return false;
     case QEvent::Show:
         noteSecretInput(receiver);
+        m_mouse.noteShown(receiver);
         Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
