@@ -251,6 +251,10 @@ void MouseActions::finishPress(const QPoint &globalPlace)
     if (isGivenUp || (isMoved && isSection)) {
         m_report.cancel(m_press.number);
         m_click = {};
+    } else if (isDoubleClicked(target.object)) {
+        m_report.cancel(m_clickBefore.number);
+        m_report.replace(m_press.number, QStringLiteral("doubleClick"), target.object,
+                         placeOf(target));
     }
     const bool isView = qobject_cast<const QAbstractItemView *>(target.object);
     // The place was left out as long as it was a click.
@@ -258,6 +262,13 @@ void MouseActions::finishPress(const QPoint &globalPlace)
         m_press.target.place = widget->mapFromGlobal(m_press.globalPlace);
     if (isMoved && (!isWhole || isView) && !isTab && !isSection)
         reportDrag(globalPlace, false);
+}
+
+// It was not pushed by the second press, so that the application has used that.
+bool MouseActions::isDoubleClicked(const QObject *object) const
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(object);
+    return button && !button->isDown() && m_press.button == Qt::LeftButton && isSecondClick();
 }
 
 bool MouseActions::isSecondClick() const

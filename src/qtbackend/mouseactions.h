@@ -99,6 +99,7 @@ private:
     void reportPress();
     void reportScroll();
     bool isSecondClick() const;
+    bool isDoubleClicked(const QObject *object) const;
     void giveBackPress();
     QVariantMap placeOf(const RecordedTarget &target) const;
     void finishPress(const QPoint &globalPlace);

@@ -2,6 +2,25 @@
 
 using namespace MorvexTest;
 
+namespace {
+
+// A form in which widgets are put in their places: none of them works.
+class Form : public QObject
+{
+public:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        opened += object == button && event->type() == QEvent::MouseButtonDblClick;
+        return object == button && (event->type() == QEvent::MouseButtonPress ||
+                                    event->type() == QEvent::MouseButtonDblClick);
+    }
+
+    QObject *button = nullptr;
+    int opened = 0;
+};
+
+} // namespace
+
 class RecordedMouseTest : public RecordingUserTest
 {
 };
@@ -40,6 +59,26 @@ TEST_F(RecordedMouseTest, ADoubleClickIsNotTwoClicks)
     click(first);
     clickAtOnce(first);
     EXPECT_EQ(perform(), QStringList("doubleClick list First"));
+}
+
+TEST_F(RecordedMouseTest, AButtonIsDoubleClickedWhereTheApplicationTakesItsPresses)
+{
+    Form form;
+    form.button = add<QPushButton>("button", {0, 0, 100, 30});
+    auto *other = add<QPushButton>("other", {0, 40, 100, 30});
+    // Later than the recorder.
+    QObject::connect(other, &QPushButton::clicked,
+                     [&form] { QCoreApplication::instance()->installEventFilter(&form); });
+    record();
+    click(in(other));
+    clickAtOnce(in(other));
+    EXPECT_EQ(perform(), (QStringList{"click other", "click other"}));
+    const Place button = in(static_cast<QWidget *>(form.button));
+    click(button);
+    clickAtOnce(button);
+    EXPECT_EQ(perform(), QStringList("doubleClick button"));
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(form.opened, 2);
 }
 
 TEST_F(RecordedMouseTest, ARubberBandSelectsAgainAndAClickBesideItemsIsNothing)
