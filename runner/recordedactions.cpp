@@ -127,7 +127,8 @@ void nameVariables(std::vector<QVariantMap> *actions)
     for (QVariantMap &action : *actions) {
         if (textOf(action, "what") != QLatin1String("password"))
             continue;
-        const QString object = textOf(action, "object");
+        const QString object =
+            QString::number(contextOf(action)) + QLatin1Char(' ') + textOf(action, "object");
         if (!objects.contains(object))
             objects += object;
         const int number = objects.indexOf(object) + 1;

@@ -28,9 +28,12 @@ QWidget *widgetShownIn(const QWindow *window)
     return nullptr;
 }
 
-// Null for a window that no script can close.
+// Null for a window that no script can close, or that was closed before: a key that is held closes
+// it again and again.
 const QObject *closedObject(QWindow *window)
 {
+    if (!window->isVisible())
+        return nullptr;
     return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetShownIn(window);
 }
 
@@ -73,6 +76,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::Wheel:
+    case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop:
     case QEvent::Shortcut:
@@ -127,6 +131,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
+        m_mouse.endDrag();
         settle();
         if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
             pressKey(*static_cast<QKeyEvent *>(event));
@@ -143,6 +148,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         m_wheel.begin();
         m_scenes.mouse(window, event);
         break;
+    case QEvent::DragEnter:
     case QEvent::DragMove:
         m_mouse.dragMoved();
         m_scenes.dragData();

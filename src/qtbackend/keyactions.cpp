@@ -157,6 +157,9 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
     const MenuPath path = menuPathOf(menu, action, m_menus.openFor(menu));
+    // The date says which month was chosen.
+    if (dateOfCalendar(path.owner))
+        return;
     m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
 }
 

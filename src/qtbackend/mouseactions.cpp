@@ -283,7 +283,16 @@ void MouseActions::dropAt(const QPoint &globalPlace, bool isMove)
     else if (m_press.isDragging && m_press.widget)
         reportDrag(globalPlace, true);
     m_press = {};
-    m_outcome = {};
+    if (to.kind == RecordedTarget::Cursor || !m_textDrag.isActive())
+        m_outcome = {};
+    endDrag();
+}
+
+// No button is released in the window where it was pressed.
+void MouseActions::endDrag()
+{
+    if (m_textDrag.isActive())
+        m_outcome.setReleased();
 }
 
 void MouseActions::closeSubWindow(QMdiSubWindow *window)
@@ -311,6 +320,9 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     m_pressedMenu = {};
     auto *open = qobject_cast<QMenu *>(menu);
     const MenuPath path = menuPathOf(menu, action, open ? m_menus.openFor(open) : nullptr);
+    // The date says which month was chosen.
+    if (dateOfCalendar(path.owner))
+        return;
     m_choice.list = m_isInMenu ? nullptr : menu;
     m_choice.number =
         m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});

@@ -38,6 +38,8 @@ public:
     /// What is dragged as data.
     void dragMoved();
     void dropAt(const QPoint &globalPlace, bool isMove);
+    /// Something else is done, so that it is no longer dragged.
+    void endDrag();
 
     /// A window within another one is being closed.
     void closeSubWindow(QMdiSubWindow *window);

@@ -234,8 +234,8 @@ bool takesSelection(const QWidget *text)
 // A window is a background, unless it is all that there is.
 RecordedTarget plainTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button)
 {
-    const bool isBackground =
-        widget->isWindow() && !widget->findChildren<QWidget *>(QString()).isEmpty();
+    const bool isBackground = widget->isWindow() && !qobject_cast<QAbstractScrollArea *>(widget) &&
+                              !widget->findChildren<QWidget *>(QString()).isEmpty();
     if (isPassive(widget) || isBackground)
         return {};
     return button == Qt::RightButton ? targetOf(RecordedTarget::Click, widget)

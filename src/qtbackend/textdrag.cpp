@@ -44,6 +44,7 @@ void TextDrag::begin(QWidget *source)
     if (m_end <= m_start || isSecretInput(source))
         return;
     m_source = source;
+    m_cursorBefore = TextCursorState::of(source);
     m_sourceName = m_report.nameOf(ownerOf(source));
 }
 
@@ -89,6 +90,8 @@ void TextDrag::settle()
         m_report.add(type, m_sourceName,
                      {{text, QLatin1String(m_isMove ? "<Ctrl+X>" : "<Ctrl+C>")}});
         m_report.add(type, m_targetName, {{text, m_way + QLatin1String("<Ctrl+V>")}});
+    } else if (m_source && !(TextCursorState::of(m_source) == m_cursorBefore)) {
+        m_report.addCursor(m_sourceName, ownerOf(m_source), TextCursorState::of(m_source).keys());
     }
     end();
 }

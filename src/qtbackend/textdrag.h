@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qtbackend/textcursorstate.h"
+
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -37,6 +39,7 @@ private:
     QString m_sourceName;
     QString m_targetName;
     QString m_textBefore;
+    TextCursorState m_cursorBefore;
     // The keys that bring the cursor to the place of the drop.
     QString m_way;
     // In the source, from where the text was.

@@ -18,6 +18,7 @@
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
@@ -256,6 +257,21 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
     input.waitUntil(buttonsUpAgain(), maxActivationMs);
 }
 
+// A widget may do more once the focus has come, such as select its text. No user types before.
+void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
+{
+    const auto hasSettled = std::make_shared<bool>(true);
+    input.add([widget, hasSettled] {
+        const QWidget *before = QApplication::focusWidget();
+        if (widget)
+            widget->setFocus(Qt::OtherFocusReason);
+        *hasSettled = QApplication::focusWidget() == before;
+        QTimer::singleShot(0, [hasSettled] { *hasSettled = true; });
+        return QString();
+    });
+    input.waitUntil([hasSettled] { return *hasSettled; }, maxActivationMs);
+}
+
 void sendKeyTo(QWindow *window, const TypedKey &key)
 {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
@@ -365,11 +381,7 @@ QString typeText(QObject *object, const QString &text, InputSequence &input)
     if (!takesKeys(widget))
         return QStringLiteral("the widget does not accept keyboard input");
     waitForActiveWindow(widget, input);
-    input.add([widget] {
-        if (widget)
-            widget->setFocus(Qt::OtherFocusReason);
-        return QString();
-    });
+    giveFocus(widget, input);
     addKeys(widget, keys, input);
     return {};
 }

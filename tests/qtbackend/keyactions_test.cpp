@@ -1,5 +1,7 @@
 #include "qtbackend/recordeduser.h"
 
+#include <qpa/qwindowsysteminterface.h>
+
 using namespace MorvexTest;
 
 namespace {
@@ -487,6 +489,15 @@ TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)
         QCoreApplication::processEvents();
     }
     EXPECT_EQ(script(), "menu.item(\"Other\").click();");
+}
+
+TEST_F(KeyActionsTest, AWindowThatAHeldKeyClosesTwiceIsClosedOnce)
+{
+    record([](QWidget *) {});
+    for (int i = 0; i < 2; ++i)
+        QWindowSystemInterface::handleCloseEvent(window->windowHandle());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(script(), "window.close();");
 }
 
 TEST_F(KeyActionsTest, ACellOfATextIsFoundAgainByKeys)

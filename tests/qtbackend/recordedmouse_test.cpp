@@ -80,6 +80,21 @@ TEST_F(RecordedMouseTest, AFieldWithoutANameIsNamedByItsWindowWhateverFileThatSh
               "{container={type='QDialog'} type='QCheckBox' visible='true'}");
     EXPECT_EQ(replay(), QString());
     EXPECT_FALSE(inner->isChecked());
+    dialog.hide();
+    class Editor : public QMainWindow
+    {
+    };
+    Editor editor;
+    editor.setWindowTitle("notes.txt - Editor");
+    editor.setCentralWidget(new QCheckBox);
+    editor.show();
+    click([&editor] {
+        QWidget *box = editor.centralWidget();
+        return qMakePair(box, QPoint(8, box->height() / 2));
+    });
+    ASSERT_EQ(perform().size(), 1);
+    EXPECT_EQ(performed.first()["object"].toString(),
+              "{container={type='QMainWindow'} type='QCheckBox' visible='true'}");
 }
 
 TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
