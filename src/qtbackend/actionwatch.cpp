@@ -65,6 +65,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
         if (!event->spontaneous())
             return false;
         break;
@@ -138,6 +139,10 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         settle();
         if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
             pressKey(*static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::ContextMenu:
+        settle();
+        m_keys.menuKey();
         break;
     case QEvent::KeyRelease:
         m_scenes.releaseKey();
