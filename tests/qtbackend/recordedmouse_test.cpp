@@ -99,6 +99,24 @@ TEST_F(RecordedMouseTest, ARubberBandSelectsAgainAndAClickBesideItemsIsNothing)
     EXPECT_EQ(list->selectedItems().size(), 3);
 }
 
+TEST_F(RecordedMouseTest, NodesWithAnIconAloneInTheirFirstColumnAreClickedByTheirTexts)
+{
+    auto *tree = add<QTreeWidget>("tree", {0, 0, 300, 200});
+    tree->setColumnCount(2);
+    for (const char *text : {"One", "Two"})
+        new QTreeWidgetItem(tree, {"", text});
+    record();
+    const QRect place = tree->visualItemRect(tree->topLevelItem(1));
+    click(at(tree->viewport(), tree->columnWidth(0) + 5, place.center().y()));
+    const QStringList lines = perform();
+    EXPECT_TRUE(lines.value(0).contains("Two")) << lines.join('\n').toStdString();
+    EXPECT_EQ(tree->currentItem(), tree->topLevelItem(1));
+    tree->setCurrentItem(nullptr);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(tree->currentItem(), tree->topLevelItem(1));
+    EXPECT_EQ(tree->currentColumn(), 1);
+}
+
 TEST_F(RecordedMouseTest, WhatScrollsIsLeftOutAndABarThatIsAnInputIsNot)
 {
     auto *bar = add<QScrollBar>("bar", {0, 0, 20, 200});
