@@ -15,6 +15,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -199,6 +200,15 @@ void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
     QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
 }
 
+// Window systems ask for it by themselves.
+void askForContextMenu(const QWidget *widget, const TypedKey &key)
+{
+    QWindow *handle = widget->window()->windowHandle();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint(), key.modifiers);
+    if (handle)
+        QCoreApplication::sendEvent(handle, &menu);
+}
+
 // The dialog that the keys before have opened; null when there is none. It may be that from which
 // they were typed.
 QWidget *newDialog(const QWidget *widget, const QPointer<QWidget> &dialogBefore)
@@ -217,7 +227,10 @@ QString pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
         return error;
     // The widget may go with the key that is pressed, but not its window.
     const QPointer<QWidget> window = widget->window();
-    sendKey(widget, QEvent::KeyPress, key);
+    if (key.key == Qt::Key_Menu)
+        askForContextMenu(widget, key);
+    if (widget)
+        sendKey(widget, QEvent::KeyPress, key);
     if (widget)
         sendKey(widget, QEvent::KeyRelease, key);
     return {};
