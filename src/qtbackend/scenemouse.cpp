@@ -94,11 +94,12 @@ void SceneMouse::begin(QObject *root, const QMouseEvent &event)
     m_press.time = event.timestamp();
     m_press.isDown = true;
     m_press.popups = openedPopups(root);
-    m_press.moving =
-        movingAround(SceneAccess::self()->takerAt(root, m_press.place, m_press.button));
+    QObject *taker = SceneAccess::self()->takerAt(root, m_press.place, m_press.button);
+    const bool isStop = movingAround(taker);
     m_press.popupCount = SceneAccess::self()->popupsIn(root).size();
     m_isToBeTaken = true;
-    describe(SceneAccess::self()->takerAt(root, m_press.place, m_press.button));
+    // What is moving may be stopped by the press, and nothing else gets it then.
+    describe(isStop ? nullptr : taker);
     describeDragged();
 }
 
@@ -183,10 +184,9 @@ void SceneMouse::checkTaker()
     QObject *grabber = m_press.root ? grabberOf(m_press.root) : nullptr;
     m_press.grabber = grabber;
     const bool isOther = grabber && grabber != m_press.taker && !isScrolling(grabber);
-    const bool isStop = isScrolling(grabber) && m_press.moving == grabber;
     if (isOther)
         describe(grabber);
-    else if (isStop || !isTaken())
+    else if (!isTaken())
         describe(nullptr);
 }
 

@@ -46,8 +46,6 @@ private:
         ulong time = 0;
         bool isDown = false;
         bool isDouble = false;
-        // What was scrolling by itself then.
-        QPointer<QObject> moving;
         // What has grabbed the mouse.
         QPointer<QObject> grabber;
         // What a handler may drag, by the place where it is pressed.

@@ -30,11 +30,22 @@ bool isMeant(const QObject *delegate, const ItemSelector &selector)
     return cell.row == selector.row && cell.column == selector.column;
 }
 
+// Items that a table keeps for later are still where they were. Their rows end with the store.
+void dropKeptItems(QObject *table)
+{
+    const char property[] = "reuseItems";
+    if (!table->property(property).toBool())
+        return;
+    table->setProperty(property, false);
+    table->setProperty(property, true);
+}
+
 void moveTo(QObject *table, qreal x, qreal y)
 {
     table->setProperty("contentX", x);
     table->setProperty("contentY", y);
     QMetaObject::invokeMethod(table, "forceLayout");
+    dropKeptItems(table);
 }
 
 qreal realOf(const QObject *table, const char *property)
@@ -65,6 +76,7 @@ QObject *sceneCellAt(QObject *table, const ItemSelector &selector)
 
 QObject *showSceneCell(QObject *table, const ItemSelector &selector)
 {
+    dropKeptItems(table);
     if (QObject *cell = sceneCellAt(table, selector))
         return cell;
     const qreal x = realOf(table, "contentX");
