@@ -76,6 +76,7 @@ private:
     void describe(QObject *taker);
     void describeDragged();
     void reportPress();
+    void cancelPress();
     void reportHover();
     void finishPress(const QMouseEvent &event);
     bool takesDrag() const;
@@ -83,6 +84,7 @@ private:
     void reportDrag(const QPoint &place);
     QVariantMap endOfDrag(const RecordedTarget &start, const QString &name, const QPoint &place);
     bool isTaken() const;
+    bool isStop(const QObject *grabber) const;
     void checkTaker();
     void settleOutcome();
     void settlePopups();
