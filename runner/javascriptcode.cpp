@@ -1,5 +1,7 @@
 #include "runner/javascriptcode.h"
 
+#include <QHash>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -65,10 +67,15 @@ bool isCombining(QChar character)
            character.category() == QChar::Mark_SpacingCombining;
 }
 
-// Digits of any script would be read as letters by no engine.
+// Those of other scripts would be read as letters by no engine.
+bool isDigit(QChar character)
+{
+    return character.isDigit() && character.unicode() < 128;
+}
+
 bool isWordCharacter(QChar character)
 {
-    return character.isLetter() || (character.isDigit() && character.unicode() < 128);
+    return character.isLetter() || isDigit(character);
 }
 
 QStringList wordsOf(const QString &text)
@@ -83,6 +90,88 @@ QStringList wordsOf(const QString &text)
             words += QString(character);
         isInWord = isOfWord;
     }
+    return words;
+}
+
+// Buttons show these alone.
+QString wordOfSymbol(QChar symbol)
+{
+    static const QHash<QChar, QString> words{
+        {u'!', QStringLiteral("exclamationMark")},
+        {u'"', QStringLiteral("quote")},
+        {u'#', QStringLiteral("hash")},
+        {u'$', QStringLiteral("dollar")},
+        {u'%', QStringLiteral("percent")},
+        {u'&', QStringLiteral("ampersand")},
+        {u'\'', QStringLiteral("apostrophe")},
+        {u'(', QStringLiteral("openParenthesis")},
+        {u')', QStringLiteral("closeParenthesis")},
+        {u'*', QStringLiteral("asterisk")},
+        {u'+', QStringLiteral("plus")},
+        {u',', QStringLiteral("comma")},
+        {u'-', QStringLiteral("minus")},
+        {u'.', QStringLiteral("dot")},
+        {u'/', QStringLiteral("slash")},
+        {u':', QStringLiteral("colon")},
+        {u';', QStringLiteral("semicolon")},
+        {u'<', QStringLiteral("less")},
+        {u'=', QStringLiteral("equals")},
+        {u'>', QStringLiteral("greater")},
+        {u'?', QStringLiteral("questionMark")},
+        {u'@', QStringLiteral("at")},
+        {u'[', QStringLiteral("openBracket")},
+        {u'\\', QStringLiteral("backslash")},
+        {u']', QStringLiteral("closeBracket")},
+        {u'^', QStringLiteral("caret")},
+        {u'_', QStringLiteral("underscore")},
+        {u'{', QStringLiteral("openBrace")},
+        {u'|', QStringLiteral("bar")},
+        {u'}', QStringLiteral("closeBrace")},
+        {u'~', QStringLiteral("tilde")},
+        {u'\u00b1', QStringLiteral("plusMinus")},
+        {u'\u00d7', QStringLiteral("times")},
+        {u'\u00f7', QStringLiteral("dividedBy")},
+        {u'\u2026', QStringLiteral("ellipsis")},
+        {u'\u2190', QStringLiteral("left")},
+        {u'\u2191', QStringLiteral("up")},
+        {u'\u2192', QStringLiteral("right")},
+        {u'\u2193', QStringLiteral("down")},
+        {u'\u2212', QStringLiteral("minus")},
+        {u'\u221a', QStringLiteral("squareRoot")},
+    };
+    return words.value(symbol);
+}
+
+QStringList wordsOfSymbols(QString text)
+{
+    text.replace(QLatin1String("..."), QChar(u'\u2026'));
+    QStringList words;
+    for (const QChar symbol : qAsConst(text)) {
+        const QString word = wordOfSymbol(symbol);
+        // Arrows are often made of two.
+        if (!word.isEmpty() && (words.isEmpty() || words.last() != word))
+            words += word;
+    }
+    return words;
+}
+
+// A key of the keyboard is marked within a word, too: "E&xit".
+QString withoutMnemonic(QString text)
+{
+    static const QRegularExpression mark(QStringLiteral("&(?=\\w)"),
+                                         QRegularExpression::UseUnicodePropertiesOption);
+    return text.replace(QLatin1String("&&"), QLatin1String(" ")).remove(mark);
+}
+
+QStringList wordsOfIdentifier(const QString &text)
+{
+    QStringList words = wordsOf(withoutMnemonic(text));
+    if (words.isEmpty())
+        words = wordsOfSymbols(text);
+    if (words.isEmpty())
+        words = QStringList(QStringLiteral("object"));
+    else if (std::all_of(words.at(0).begin(), words.at(0).end(), isDigit))
+        words.prepend(QStringLiteral("number"));
     return words;
 }
 
@@ -126,12 +215,16 @@ QString javaScriptObject(const QMap<QString, QString> &members)
 
 QString javaScriptIdentifier(const QString &text)
 {
+    const int maxLength = 40;
     QString identifier;
-    for (const QString &word : wordsOf(text))
+    for (const QString &word : wordsOfIdentifier(text)) {
+        if (!identifier.isEmpty() && identifier.size() + word.size() > maxLength)
+            break;
         identifier += identifier.isEmpty() ? inLowerCase(word) : word.at(0).toUpper() + word.mid(1);
-    if (identifier.isEmpty())
-        return QStringLiteral("object");
-    return identifier.at(0).isDigit() ? QLatin1Char('_') + identifier : identifier;
+    }
+    if (identifier.at(0).isDigit())
+        identifier.prepend(QLatin1Char('_'));
+    return identifier.left(maxLength);
 }
 
 } // namespace Morvex

@@ -16,7 +16,8 @@ QString javaScriptMember(const QString &object, const QString &key);
 /// An object literal in one line; the values are code.
 QString javaScriptObject(const QMap<QString, QString> &members);
 
-/// A word in camel case that can follow a dot; never empty.
+/// A word in camel case that can follow a dot; never empty. Made of the first words of a long text,
+/// and of a symbol what it is called.
 QString javaScriptIdentifier(const QString &text);
 
 } // namespace Morvex

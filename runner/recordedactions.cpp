@@ -5,6 +5,7 @@
 #include "test/eventrecorder.h"
 
 #include <QHash>
+#include <QLocale>
 
 #include <algorithm>
 #include <chrono>
@@ -126,7 +127,8 @@ void nameVariables(std::vector<QVariantMap> *actions)
     for (QVariantMap &action : *actions) {
         if (textOf(action, "what") != QLatin1String("password"))
             continue;
-        const QString object = textOf(action, "object");
+        const QString object =
+            QString::number(contextOf(action)) + QLatin1Char(' ') + textOf(action, "object");
         if (!objects.contains(object))
             objects += object;
         const int number = objects.indexOf(object) + 1;
@@ -190,7 +192,11 @@ void addNumbers(const QVariantMap &place, EventData *event)
 void addValue(const QVariant &value, EventData *event)
 {
     const bool isNumber = value.userType() != QMetaType::QString && value.canConvert<double>();
-    event->addArgument({value.toString(), isNumber ? EventDataArg::NUMBER : EventDataArg::TEXT});
+    const QString text =
+        value.userType() == QMetaType::Double
+            ? QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest)
+            : value.toString();
+    event->addArgument({text, isNumber ? EventDataArg::NUMBER : EventDataArg::TEXT});
 }
 
 // A click with the right button has a name of its own.
@@ -269,11 +275,14 @@ bool isOfName(const QString &property, const QString &objectName)
     return ObjectName(objectName).properties().contains(property);
 }
 
-bool isOfMenu(const EventData &event)
+// Items of these are there when they are.
+bool hasFixedItems(const EventData &event)
 {
-    const QString type =
-        ObjectName(event.objectName()).properties().value(QStringLiteral("type")).text;
-    return type == QLatin1String("QMenu") || type == QLatin1String("QMenuBar");
+    static const QStringList types{QStringLiteral("QLabel"), QStringLiteral("QMenu"),
+                                   QStringLiteral("QMenuBar"), QStringLiteral("QPushButton"),
+                                   QStringLiteral("QToolButton")};
+    return types.contains(
+        ObjectName(event.objectName()).properties().value(QStringLiteral("type")).text);
 }
 
 // How long to wait for what may have come late. A user who has thought for a while has not waited
@@ -281,7 +290,7 @@ bool isOfMenu(const EventData &event)
 int waitBefore(const QVariantMap &action, const EventData &event, qint64 pause)
 {
     const bool isLate = !action.value(QStringLiteral("waits")).toList().isEmpty();
-    const bool isOfView = EventRecorder::isItemMethod(event.methodName()) && !isOfMenu(event);
+    const bool isOfView = EventRecorder::isItemMethod(event.methodName()) && !hasFixedItems(event);
     const qint64 seconds = pause / microsecondsPerMillisecond / 1000;
     return isLate || isOfView
                ? static_cast<int>(qBound<qint64>(0, (seconds / 5 + 1) * 5, maxWaitSeconds) * 1000)
@@ -312,6 +321,21 @@ void addWaits(const QVariantMap &action, EventData event, int milliseconds,
     events->push_back(event);
 }
 
+// What comes before the first use of the editor, or before the double click that opened it, was
+// done in another one of that name.
+void dropPartsOfEdit(std::vector<QVariantMap> *actions, const QVariantMap &edit)
+{
+    bool isInEditor = true;
+    while (isInEditor && !actions->empty() && isPartOfEdit(actions->back(), edit)) {
+        isInEditor = textOf(actions->back(), "object") != textOf(edit, "object") &&
+                     !actions->back().contains(QStringLiteral("fresh"));
+        actions->pop_back();
+    }
+    if (!actions->empty() && textOf(actions->back(), "object") == textOf(edit, "object") &&
+        isPartOfEdit(actions->back(), edit))
+        actions->pop_back();
+}
+
 } // namespace
 
 std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObjectsWaitedFor,
@@ -323,8 +347,7 @@ std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObje
         const QVariantMap action = entry.toMap();
         if (textOf(action, "what") == QLatin1String("nothing"))
             continue;
-        while (!joined.empty() && isPartOfEdit(joined.back(), action))
-            joined.pop_back();
+        dropPartsOfEdit(&joined, action);
         const bool isPause = arePausesKept && timeOf(action) - lastTime >
                                                   longestJoinedPauseMs * microsecondsPerMillisecond;
         lastTime = timeOf(action);

@@ -1,5 +1,6 @@
 #include "runner/recordingjournal.h"
 
+#include "runner/recordedactions.h"
 #include "shared/files/regularfile.h"
 
 #include <QJsonDocument>
@@ -125,8 +126,9 @@ QString RecordingJournal::readLines()
 
 bool RecordingJournal::hasUserActions() const
 {
-    return std::any_of(m_actions.begin(), m_actions.end(), [](const QVariant &action) {
-        return action.toMap().value(QStringLiteral("what")) != QLatin1String("start");
+    const std::vector<EventData> events = eventsOfActions(m_actions, false);
+    return std::any_of(events.begin(), events.end(), [](const EventData &event) {
+        return event.kind() != EventData::APPLICATION_START;
     });
 }
 

@@ -32,7 +32,7 @@ public:
 
     QString start() const { return m_start; }
     const QVariantList &actions() const { return m_actions; }
-    /// Whether it holds more than what was started.
+    /// Whether more than what was started comes of it.
     bool hasUserActions() const;
 
     void remove() { m_file.remove(); }

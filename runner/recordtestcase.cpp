@@ -271,6 +271,8 @@ public:
         Applications::Settings settings = applicationSettings(m_options);
         settings.hooksSubProcesses = settings.hooksSubProcesses || suite.hookSubProcesses();
         Cancellation cancellation;
+        // To the end: a second signal leaves the journal as it is.
+        const CancelOnSignals signal(&cancellation);
         Applications *started = nullptr;
         // A call that waits for an application that hangs ends, too.
         settings.idle = [&cancellation, &started] {
@@ -292,8 +294,6 @@ public:
             startStatement(ofSuite.isEmpty() ? program : QStringList(), !ofSuite.isEmpty()));
         if (!error.isEmpty())
             return unusable(error);
-        // To the end: a second signal leaves the journal as it is.
-        const CancelOnSignals signal(&cancellation);
         if (applications.start(program, {}, &error) < 0) {
             m_journal.remove();
             return unusable(cancellation.isRequested() ? nothingDone() : error);

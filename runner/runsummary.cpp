@@ -12,13 +12,15 @@ namespace {
 const std::size_t slowestShown = 3;
 const qint64 slowMilliseconds = 1000;
 
-// The token of an upload must not get into a log.
-QString withoutToken(const QString &word)
+// The token of an upload and passwords must not get into a log.
+QString withoutSecret(const QString &word)
 {
-    static const QRegularExpression upload(QStringLiteral("\\A(--reportgen=)?quillbase,"));
-    const int query = word.indexOf(QLatin1Char('?'));
-    return query >= 0 && upload.match(word).hasMatch() ? word.left(query) + QLatin1String("?...")
-                                                       : word;
+    static const QRegularExpression secret(
+        QStringLiteral("\\A((?:--reportgen=)?quillbase,[^?]*\\?|"
+                       "(?:--envvar=)?\\w*(?:PASSW|SECRET|TOKEN)\\w*=)."),
+        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = secret.match(word);
+    return match.hasMatch() ? match.captured(1) + QLatin1String("...") : word;
 }
 
 QString inSeconds(qint64 milliseconds)
@@ -31,7 +33,7 @@ QString rerunCommand(const RunnerOptions &options)
 {
     QStringList words;
     for (const QString &word : options.commandLine)
-        words += shellQuoted(withoutToken(word));
+        words += shellQuoted(withoutSecret(word));
     if (!options.rerunFailed)
         words.insert(1, QStringLiteral("--rerun-failed"));
     return words.join(QLatin1Char(' '));

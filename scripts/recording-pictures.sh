@@ -44,8 +44,9 @@ blocks() {
 }
 
 start_display() {
-    # Without -noreset, the server throws out whoever connects while its only client leaves.
-    Xvfb -displayfd 3 -noreset -screen 0 480x380x24 -nolisten tcp 3>display 2>xvfb.log &
+    # Without -noreset, the server throws out whoever connects while its only client leaves. Without -r, it repeats a key
+    # when whoever presses it is held up.
+    Xvfb -displayfd 3 -noreset -r -screen 0 480x380x24 -nolisten tcp 3>display 2>xvfb.log &
     until_true test -s display
     export DISPLAY=:$(cat display)
     unset QT_QPA_PLATFORM WAYLAND_DISPLAY
@@ -103,4 +104,5 @@ done < <(blocks sh)
 IFS= read -r -d '' script < <(blocks js)
 diff -u <(printf %s "$script") suite_calc/tst_sum/script.js
 chromium --headless --no-sandbox --disable-gpu --hide-scrollbars --window-size=900,420 --virtual-time-budget=5000 \
-    --screenshot="$pictures/recording-report.png" "file://$work/report/index.html" >chromium.log 2>&1
+    --user-data-dir="$work/profile" --screenshot="$pictures/recording-report.png" \
+    "file://$work/report/index.html" >chromium.log 2>&1

@@ -20,6 +20,7 @@ const int lastSendTimeoutMs = 500;
 const qint64 maxOutboxSize = 2ll * MessageChannel::maxSize;
 // Less than the system keeps for any socket.
 const int maxDirectSize = 32 * 1024;
+const int bookkeepingSize = 4 * 1024;
 const int forever = std::numeric_limits<int>::max();
 const unsigned int graceSeconds = 2;
 
@@ -42,11 +43,16 @@ void allowLook(int descriptor)
         ::prctl(PR_SET_PTRACER, static_cast<unsigned long>(peer.pid), 0, 0, 0);
 }
 
-// Whether the other end has read all that was written.
-bool hasTakenAll(int descriptor)
+// Whether the system takes so many bytes at once, however much the other end has still to read.
+bool hasRoomFor(int descriptor, int size)
 {
     int waiting = 0;
-    return ::ioctl(descriptor, SIOCOUTQ, &waiting) == 0 && waiting == 0;
+    int room = 0;
+    socklen_t length = sizeof room;
+    // Both count what the system needs to keep the bytes, too.
+    return ::ioctl(descriptor, SIOCOUTQ, &waiting) == 0 &&
+           ::getsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &room, &length) == 0 &&
+           room - waiting >= 2 * size + bookkeepingSize;
 }
 
 } // namespace
@@ -119,7 +125,9 @@ void AgentConnection::send(const Message &message)
     }
     const std::lock_guard<std::mutex> lock(m_outbox->mutex);
     const bool isWaiting = m_outbox->isBeingWritten || !m_outbox->messages.empty();
-    if (!isWaiting && bytes.size() <= maxDirectSize && hasTakenAll(m_channel->descriptor())) {
+    // Written here, it arrives also when the application ends at once.
+    if (!isWaiting && bytes.size() <= maxDirectSize &&
+        hasRoomFor(m_channel->descriptor(), bytes.size())) {
         if (!m_channel->send(bytes, sendTimeoutMs))
             m_channel->shutDown();
         return;

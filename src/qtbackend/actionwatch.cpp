@@ -11,6 +11,7 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QShortcutEvent>
+#include <QThread>
 #include <QWindow>
 
 #include <utility>
@@ -28,9 +29,12 @@ QWidget *widgetShownIn(const QWindow *window)
     return nullptr;
 }
 
-// Null for a window that no script can close.
+// Null for a window that no script can close, or that was closed before: a key that is held closes
+// it again and again.
 const QObject *closedObject(QWindow *window)
 {
+    if (!window->isVisible())
+        return nullptr;
     return sceneRootOf(window) ? static_cast<const QObject *>(window) : widgetShownIn(window);
 }
 
@@ -47,8 +51,10 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     , m_points(m_report)
 {
     const QWidgetList widgets = QApplication::allWidgets();
-    for (const QWidget *widget : widgets)
+    for (const QWidget *widget : widgets) {
         noteSecretInput(widget);
+        m_mouse.noteShown(widget);
+    }
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -59,6 +65,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
         if (!event->spontaneous())
             return false;
         break;
@@ -72,6 +79,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::Wheel:
+    case QEvent::DragEnter:
     case QEvent::DragMove:
     case QEvent::Drop:
     case QEvent::Shortcut:
@@ -82,6 +90,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
         return false;
     case QEvent::Show:
         noteSecretInput(receiver);
+        m_mouse.noteShown(receiver);
         Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
@@ -126,9 +135,14 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     case QEvent::ShortcutOverride:
         if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
             break;
+        m_mouse.endDrag();
         settle();
         if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
             pressKey(*static_cast<QKeyEvent *>(event));
+        break;
+    case QEvent::ContextMenu:
+        settle();
+        m_keys.menuKey();
         break;
     case QEvent::KeyRelease:
         m_scenes.releaseKey();
@@ -138,6 +152,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         m_wheel.begin();
         m_scenes.mouse(window, event);
         break;
+    case QEvent::DragEnter:
     case QEvent::DragMove:
         m_mouse.dragMoved();
         m_scenes.dragData();
@@ -162,8 +177,18 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             m_isSettling = false;
             settle();
             m_report.changes().settle();
+            beFirst();
         },
         Qt::QueuedConnection);
+}
+
+// Also before a filter that the application has installed later, and with which it takes events.
+// That of a drag has to come before, and none of those in a loop within a filter may come twice.
+void ActionWatch::beFirst()
+{
+    if (QGuiApplication::mouseButtons() == Qt::NoButton &&
+        QThread::currentThread()->loopLevel() <= 1)
+        QCoreApplication::instance()->installEventFilter(this);
 }
 
 void ActionWatch::drop(QWindow *window, const QDropEvent &event)

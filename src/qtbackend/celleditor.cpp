@@ -39,6 +39,11 @@ bool isKnown(const QWidget *editor)
 
 } // namespace
 
+bool isEditing(const QAbstractItemView *view)
+{
+    return ViewAccess::isEditing(view);
+}
+
 QAbstractItemView *viewOfEditor(const QWidget *widget)
 {
     const QWidget *viewport = widget ? widget->parentWidget() : nullptr;

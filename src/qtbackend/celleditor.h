@@ -8,6 +8,9 @@ class QWidget;
 
 namespace Morvex {
 
+/// Whether the view has opened an editor of an item, of whatever kind.
+bool isEditing(const QAbstractItemView *view);
+
 /// The view that has opened the widget as the editor of an item; null for any other widget.
 QAbstractItemView *viewOfEditor(const QWidget *widget);
 

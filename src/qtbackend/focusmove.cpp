@@ -35,21 +35,23 @@ void FocusMove::expect(int number)
     m_expected.from = QApplication::focusWidget();
 }
 
-void FocusMove::enter(const QWidget *target)
+bool FocusMove::enter(const QWidget *target)
 {
     const bool isNext = m_last.number > 0 && m_last.number == m_report.lastNumber();
     m_further = {};
     if (isNext)
         m_further = {m_last.number + 1, m_last.from, m_last.origin};
     // To come back to where one was is no move at all without what was between.
-    if (isNext && target != m_last.origin && isInOneWindow(target, m_last.from))
+    const bool isReplaced = isNext && target != m_last.origin && isInOneWindow(target, m_last.from);
+    if (isReplaced)
         m_report.cancel(m_last.number);
     m_last = {};
+    return isReplaced;
 }
 
-bool FocusMove::takeByKeys()
+bool FocusMove::takeNew()
 {
-    return std::exchange(m_isByKeys, false);
+    return std::exchange(m_isNew, false);
 }
 
 void FocusMove::beginPress()
@@ -73,7 +75,7 @@ void FocusMove::lookAfterPress()
         focus == m_press.from)
         return;
     m_press.to = focus;
-    m_isByKeys = false;
+    m_isNew = true;
     if (m_last.number == m_press.numberBefore)
         m_report.cancel(m_last.number);
     m_last = {};
@@ -86,10 +88,11 @@ void FocusMove::reportPress()
     if (!isTextField(field) || m_report.lastNumber() != m_press.numberBefore)
         return;
     const TextCursorState state = TextCursorState::of(field);
-    m_last.number =
-        state.isInEmptyText() || isSecretInput(field)
-            ? m_report.add(QStringLiteral("click"), field)
-            : m_report.add(QStringLiteral("type"), field, {{QStringLiteral("text"), state.keys()}});
+    if (state.isInEmptyText() || isSecretInput(field))
+        m_report.add(QStringLiteral("click"), field);
+    else
+        m_report.addCursor(m_report.nameOf(field), field, state.keys());
+    m_last.number = m_report.lastNumber();
     m_last.from = m_press.from;
     m_last.origin = m_press.from;
 }
@@ -104,7 +107,7 @@ void FocusMove::settle()
         return;
     m_last = {done.number, done.from,
               done.number == m_further.number ? m_further.origin : done.from};
-    m_isByKeys = true;
+    m_isNew = true;
 }
 
 } // namespace Morvex

@@ -21,9 +21,11 @@ public:
     /// The action was reported and is delivered now; it may only move the focus.
     void expect(int number);
     /// Keys for the widget are going to be reported, or something that gives it the focus, too.
-    void enter(const QWidget *target);
-    /// Whether keys have moved the focus, which selects what is in a field. Once for each move.
-    bool takeByKeys();
+    /// Returns whether the move before was taken back for that.
+    bool enter(const QWidget *target);
+    /// Whether the user has moved the focus, which selects what is in some fields. Once for each
+    /// move.
+    bool takeNew();
 
     // Of a button of the mouse, before it is delivered.
     void beginPress();
@@ -61,7 +63,7 @@ private:
     // The next action, when it may go on with the last move.
     Move m_further;
     Press m_press;
-    bool m_isByKeys = false;
+    bool m_isNew = false;
 };
 
 } // namespace Morvex

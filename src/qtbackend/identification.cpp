@@ -49,12 +49,14 @@ void addText(const QObject *object, const char *property, QHash<QString, QString
         texts->insert(QLatin1String(property), text);
 }
 
-// The toolkit gives buttons names by their order, or the same one to all.
+// The toolkit gives buttons names by their order, or the same one to all, but for those of a
+// calendar, which show what is chosen.
 bool isNamedByToolkit(const QObject *object)
 {
     const auto *button = qobject_cast<const QAbstractButton *>(object);
     return button && !button->text().isEmpty() &&
-           (button->objectName().startsWith(QLatin1String("qt_")) ||
+           ((button->objectName().startsWith(QLatin1String("qt_")) &&
+             !button->objectName().startsWith(QLatin1String("qt_calendar_"))) ||
             button->objectName().startsWith(QLatin1String("__qt_")));
 }
 

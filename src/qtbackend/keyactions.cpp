@@ -7,6 +7,7 @@
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/menuuse.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
 #include "qtbackend/usagerules.h"
@@ -25,6 +26,8 @@
 #include <QShortcut>
 #include <QShortcutEvent>
 #include <QTabBar>
+
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -107,6 +110,10 @@ void KeyActions::press(const QKeyEvent &event)
 {
     m_lastKey = 0;
     m_pressedIn = nullptr;
+    m_pressedKeys.clear();
+    m_hasTakenMove = false;
+    if (std::exchange(m_isMenuKeyKnown, false) && event.key() == Qt::Key_Menu)
+        return;
     QWidget *popup = QApplication::activePopupWidget();
     auto *menu = qobject_cast<QMenu *>(popup);
     if (menu && !isFocusWithin(menu))
@@ -129,6 +136,15 @@ void KeyActions::press(const QKeyEvent &event)
     m_lastKey = m_report.add(QStringLiteral("click"), target);
 }
 
+void KeyActions::menuKey()
+{
+    QWidget *target = keyTarget();
+    if (!target || QApplication::activePopupWidget() || sceneRootOf(target))
+        return;
+    typeKeys(target, QStringLiteral("<Menu>"), false);
+    m_isMenuKeyKnown = true;
+}
+
 void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
 {
     // One that another menu has opened is not open in the script.
@@ -141,6 +157,9 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
     const MenuPath path = menuPathOf(menu, action, m_menus.openFor(menu));
+    // The date says which month was chosen.
+    if (dateOfCalendar(path.owner))
+        return;
     m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
 }
 
@@ -181,6 +200,8 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
             m_edits.expectCancel();
         typeKeys(target, keys,
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
+        if (isText)
+            m_search.begin(target, keys, m_lastKey);
         if (!isTabKey(event) && !isCursorKey(event))
             m_edits.typeInView(target, m_lastKey, isText);
     }
@@ -189,13 +210,20 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
         m_focus.expect(m_lastKey);
 }
 
+// What the user has found selected when the focus came.
+void KeyActions::selectAsShown(QWidget *target, bool isReplacing)
+{
+    const TextCursorState state = TextCursorState::of(target);
+    if (state.isInLaterSection() || (isReplacing && state.isAllSelected()))
+        m_report.addCursor(m_report.nameOf(target), target, state.keys());
+}
+
 void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
 {
-    m_focus.enter(target);
+    m_hasTakenMove = m_focus.enter(target);
     m_edits.beginKey(target, isReplacing);
-    if (m_focus.takeByKeys() && isReplacing && TextCursorState::of(target).isAllSelected())
-        m_report.add(QStringLiteral("type"), target,
-                     {{QStringLiteral("text"), QStringLiteral("<Ctrl+A>")}});
+    if (m_focus.takeNew() && !editedView(target))
+        selectAsShown(target, isReplacing);
     m_lastKey = m_typed.add(target, keys);
     m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
@@ -204,13 +232,7 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
 {
-    if (event.key().count() > 1) {
-        const QString last =
-            QKeySequence(event.key()[event.key().count() - 1]).toString(QKeySequence::PortableText);
-        m_report.add(QStringLiteral("type"), keyTarget(),
-                     {{QStringLiteral("text"), QLatin1Char('<') + last + QLatin1Char('>')}});
-        return;
-    }
+    m_search.cancel();
     const QString heldBack = m_secrets.takeShortcut();
     // The one of several actions is not chosen.
     if (qobject_cast<QMenuBar *>(owner) ||
@@ -218,9 +240,7 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.cancel(m_lastKey);
         return;
     }
-    if (!heldBack.isEmpty())
-        m_lastKey =
-            m_report.add(QStringLiteral("type"), keyTarget(), {{QStringLiteral("text"), heldBack}});
+    reportShortcut(event.key(), !heldBack.isEmpty());
     const auto *group = qobject_cast<QGroupBox *>(owner);
     const bool isChecked = group && group->isCheckable();
     if (qobject_cast<QLabel *>(owner) || (event.isAmbiguous() && owner->isWidgetType()) ||
@@ -230,9 +250,22 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         m_report.replace(m_lastKey, QStringLiteral("click"), owner);
     else if (auto *tabs = qobject_cast<QTabBar *>(owner))
         replaceByTab(tabs, event.key());
-    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn))
+    else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn) && !m_hasTakenMove)
         m_report.replace(m_lastKey, QStringLiteral("type"), m_pressedIn->window(),
                          {{QStringLiteral("text"), m_pressedKeys}});
+}
+
+// Of several keys only the first is offered.
+void KeyActions::reportShortcut(const QKeySequence &key, bool isHeldBack)
+{
+    const QString pressed = std::exchange(m_pressedKeys, shortcutKeysOf(key, m_pressedKeys));
+    QWidget *target = m_pressedIn ? m_pressedIn.data() : keyTarget();
+    const QVariantMap more{{QStringLiteral("text"), m_pressedKeys}};
+    const bool isMissing = m_lastKey == 0 && (key.count() > 1 || !isSecretInput(target));
+    if (isMissing || isHeldBack)
+        m_lastKey = m_report.add(QStringLiteral("type"), target, more);
+    else if (m_pressedKeys != pressed)
+        m_report.replace(m_lastKey, QStringLiteral("type"), target, more);
 }
 
 void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)
@@ -267,6 +300,7 @@ void KeyActions::settle()
     m_offer = {};
     m_secrets.settle();
     m_edits.settle();
+    m_search.settle();
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);
     m_choice = {};

@@ -4,9 +4,12 @@
 #include "qtbackend/closestobjects.h"
 #include "qtbackend/identification.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/ownclass.h"
 #include "qtbackend/qtmodel.h"
 #include "qtbackend/toolbarextension.h"
 
+#include <QGuiApplication>
+#include <QMainWindow>
 #include <QPointer>
 #include <QWidget>
 
@@ -277,6 +280,20 @@ bool NameResolver::isUnique(const ObjectName &name, const QObject *object)
     return found.size() == 1 && found.front() == object;
 }
 
+// The title of a main window shows its document, unless it is that of the application.
+ObjectName NameResolver::steadyRealName(const QObject *object)
+{
+    const ObjectName name(realNameOf(object));
+    const auto *widget = qobject_cast<const QWidget *>(object);
+    auto properties = name.properties();
+    const QString title = properties.take(QStringLiteral("windowTitle")).text;
+    const bool isOfApplication =
+        title.compare(QGuiApplication::applicationDisplayName(), Qt::CaseInsensitive) == 0;
+    const bool isSteady = title.isEmpty() || isOfApplication ||
+                          !qobject_cast<const QMainWindow *>(widget) || !isOfOwnClass(widget);
+    return isSteady || !isUnique(ObjectName(properties), object) ? name : ObjectName(properties);
+}
+
 // The name of the nearest one that has a name of its own; empty without one.
 QString NameResolver::containerOf(const QObject *object)
 {
@@ -285,8 +302,11 @@ QString NameResolver::containerOf(const QObject *object)
         const bool isNamed =
             !each->objectName().isEmpty() && !each->objectName().startsWith(QLatin1String("qt_"));
         const bool isWindow = !parentObjectOf(each) || (widget && widget->isWindow());
-        if ((isNamed || isWindow) && isUnique(ObjectName(realNameOf(each)), each))
-            return realNameOf(each);
+        if (!isNamed && !isWindow)
+            continue;
+        const ObjectName name = steadyRealName(each);
+        if (isUnique(name, each))
+            return name.qualifiedName();
     }
     return {};
 }
@@ -296,7 +316,7 @@ QString NameResolver::steadyName(const QObject *object, bool isTextKept)
     if (!m_index)
         m_index.emplace(m_model);
     using Value = ObjectName::PropertyValue;
-    auto properties = ObjectName(realNameOf(object)).properties();
+    auto properties = steadyRealName(object).properties();
     if (!isTextKept && !properties.contains(QStringLiteral("name")))
         properties = {{QStringLiteral("type"), properties.value(QStringLiteral("type"))}};
     std::vector<std::pair<QString, Value>> further;

@@ -44,6 +44,7 @@ public:
     QHash<const QObject *, QString> symbolicNames();
 
 private:
+    ObjectName steadyRealName(const QObject *object);
     QString containerOf(const QObject *object);
     bool isUnique(const ObjectName &name, const QObject *object);
     QString numbered(const ObjectName &name, const QObject *object);

@@ -1,6 +1,7 @@
 #include "qtbackend/recordedkeys.h"
 
 #include "qtbackend/secretinputs.h"
+#include "qtbackend/typedkeys.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <vector>
 
 namespace Morvex {
 namespace {
@@ -69,9 +71,23 @@ bool isMoving(const QKeyEvent &event)
 int modifiersOf(const QKeyEvent &event)
 {
     Qt::KeyboardModifiers modifiers = event.modifiers() & (commandModifiers | Qt::ShiftModifier);
-    if (event.key() == Qt::Key_Backtab)
+    if (event.key() == Qt::Key_Backtab && !(modifiers & commandModifiers))
         modifiers &= ~Qt::ShiftModifier;
     return modifiers;
+}
+
+QString nameInText(int key)
+{
+    const QString name = QKeySequence(key).toString(QKeySequence::PortableText);
+    return name == QLatin1String("<") ? typedTextOf(name)
+                                      : QLatin1Char('<') + name + QLatin1Char('>');
+}
+
+bool comesTo(const QString &pressed, int key)
+{
+    std::vector<TypedKey> keys;
+    return readTypedKeys(pressed, &keys).isEmpty() && keys.size() == 1 &&
+           (keys.front().key | static_cast<int>(keys.front().modifiers)) == key;
 }
 
 } // namespace
@@ -99,6 +115,16 @@ QString typedKeyOf(const QKeyEvent &event)
         QKeySequence(key | modifiersOf(event)).toString(QKeySequence::PortableText);
     return name.isEmpty() || !isShown(name) ? QString()
                                             : QLatin1Char('<') + name + QLatin1Char('>');
+}
+
+QString shortcutKeysOf(const QKeySequence &shortcut, const QString &pressed)
+{
+    QString keys;
+    for (int i = 0; i < shortcut.count(); ++i)
+        keys += i == 0 && comesTo(pressed, shortcut[0])
+                    ? pressed
+                    : nameInText(shortcut[static_cast<uint>(i)]);
+    return keys;
 }
 
 bool isSecretInput(QObject *object)

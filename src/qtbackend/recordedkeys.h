@@ -3,6 +3,7 @@
 #include <QString>
 
 class QKeyEvent;
+class QKeySequence;
 class QObject;
 
 namespace Morvex {
@@ -12,6 +13,10 @@ QString typedKeyOf(const QKeyEvent &event);
 
 /// A text as typeText takes it.
 QString typedTextOf(const QString &text);
+
+/// The keys of a shortcut as typeText takes them, which a keyboard may have given other names. The
+/// first is @p pressed, as it was typed, where that comes to the same.
+QString shortcutKeysOf(const QKeySequence &shortcut, const QString &pressed);
 
 /// Whether what is typed into the object now is not for others to see.
 bool isSecretInput(QObject *object);

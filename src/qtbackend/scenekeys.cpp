@@ -85,7 +85,7 @@ void SceneKeys::beginPress(QObject *root)
 void SceneKeys::press(QObject *root, const QKeyEvent &event)
 {
     m_choice = {};
-    m_push = {};
+    m_pressed = {};
     QObject *focus = focusIn(root);
     QObject *popup = popupIn(root);
     if (QObject *box = boxOf(popup))
@@ -102,10 +102,10 @@ void SceneKeys::push(QObject *focus, const QKeyEvent &event)
 {
     if (event.isAutoRepeat())
         return;
-    m_push.keys = typedKeyOf(event);
+    m_pressed.keys = typedKeyOf(event);
     if (!isSceneComboBox(focus)) {
         dropLastTab();
-        m_push.number = m_report.add(QStringLiteral("click"), focus);
+        m_pressed.push = m_report.add(QStringLiteral("click"), focus);
     }
 }
 
@@ -140,7 +140,7 @@ void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
     }
     const QString keys = typedKeyOf(event);
     if (!keys.isEmpty() && event.key() != Qt::Key_Up && event.key() != Qt::Key_Down)
-        m_typed.add(sceneWindowOf(root), keys);
+        m_pressed = {sceneWindowOf(root), keys, m_typed.add(sceneWindowOf(root), keys), 0};
 }
 
 // What is done next in the same window leaves the field as well.
@@ -158,6 +158,7 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
         return;
     dropLastTab();
     QObject *target = typedInto(root, focus);
+    m_pressed = {target, keys, 0, 0};
     m_heldBack.clear();
     if (isSceneText(focus))
         noteSecretInput(focus);
@@ -169,9 +170,9 @@ void SceneKeys::type(QObject *root, QObject *focus, const QKeyEvent &event)
     if (std::exchange(m_hasMovedFocus, false) &&
         (isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete))
         selectAllAsShown(target, focus);
-    const int number = m_typed.add(target, keys);
+    m_pressed.number = m_typed.add(target, keys);
     if (isTabKey(event))
-        m_tab = {root, focus, number};
+        m_tab = {root, focus, m_pressed.number};
 }
 
 // Of what changes the secret it is said that it was changed; of what may be a shortcut only once it
@@ -194,21 +195,19 @@ void SceneKeys::selectAllAsShown(QObject *target, QObject *focus)
 
 void SceneKeys::shortcut(QObject *root, const QShortcutEvent &event)
 {
-    // The first keys were offered before.
-    const int count = event.key().count();
-    if (count == 0)
+    const QString heldBack = std::exchange(m_heldBack, {});
+    if (event.key().isEmpty())
         return;
-    const QString last = QKeySequence(event.key()[count - 1]).toString(QKeySequence::PortableText);
-    QString keys = std::exchange(m_heldBack, {});
-    if (count > 1)
-        keys = QLatin1Char('<') + last + QLatin1Char('>');
-    const Push push = std::exchange(m_push, {});
-    if (!push.keys.isEmpty()) {
-        m_report.cancel(push.number);
-        keys = push.keys;
-    }
-    if (!keys.isEmpty())
+    // Of several keys only the first is offered.
+    const QString keys = shortcutKeysOf(event.key(), m_pressed.keys);
+    const bool isMissing =
+        m_pressed.number == 0 && (event.key().count() > 1 || !isSecretInput(focusIn(root)));
+    m_report.cancel(std::exchange(m_pressed.push, 0));
+    if (isMissing || !heldBack.isEmpty())
         m_typed.add(typedInto(root, focusIn(root)), keys);
+    else if (m_pressed.number > 0 && keys != m_pressed.keys)
+        m_report.replace(m_pressed.number, QStringLiteral("type"), m_pressed.target,
+                         {{QStringLiteral("text"), keys}});
 }
 
 void SceneKeys::inputMethod(QObject *item, const QInputMethodEvent &event)

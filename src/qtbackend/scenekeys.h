@@ -41,12 +41,15 @@ private:
         int number = 0;
     };
 
-    // Of a key that pushes what has the focus; it may be a shortcut.
-    struct Push
+    // A key that may be the first of a shortcut.
+    struct Pressed
     {
+        QPointer<QObject> target;
         QString keys;
-        // 0 for none.
+        // 0 where they were not reported.
         int number = 0;
+        // The click on what they push; 0 for none.
+        int push = 0;
     };
 
     // Of an entry of a popup, which closes then.
@@ -72,10 +75,10 @@ private:
     Done m_press;
     // A Tab that has done nothing but to move the focus; 0 for none.
     int m_lastTab = 0;
-    Push m_push;
     // Whether keys have moved the focus, which selects what is in some fields.
     bool m_hasMovedFocus = false;
     Choice m_choice;
+    Pressed m_pressed;
     // What may be a part of a secret.
     QString m_heldBack;
 };

@@ -78,6 +78,22 @@ QPoint openingPlace(const QComboBox *box)
         .center();
 }
 
+// The largest part of the place that is on one side of the other.
+QRect largestBeside(const QRect &place, const QRect &other)
+{
+    const QRect parts[] = {{place.topLeft(), QPoint(other.left() - 1, place.bottom())},
+                           {QPoint(other.right() + 1, place.top()), place.bottomRight()},
+                           {place.topLeft(), QPoint(place.right(), other.top() - 1)},
+                           {QPoint(place.left(), other.bottom() + 1), place.bottomRight()}};
+    QRect largest;
+    for (const QRect &part : parts) {
+        const QRect inside = part.intersected(place);
+        if (inside.width() * inside.height() > largest.width() * largest.height())
+            largest = inside;
+    }
+    return largest;
+}
+
 } // namespace
 
 ComboBoxItem::ComboBoxItem(QComboBox *box, const ItemSelector &selector)
@@ -173,9 +189,23 @@ void TabItem::reveal(InputSequence &input)
     });
 }
 
+// Without its buttons where its middle is on one of them, which closes it, say.
 QRect TabItem::place() const
 {
-    return m_bar ? m_bar->tabRect(m_index) : QRect();
+    if (!m_bar)
+        return {};
+    const QRect tab = m_bar->tabRect(m_index);
+    const QPoint middle = tab.intersected(m_bar->rect()).center();
+    QRect rest = tab;
+    bool isCovered = false;
+    for (const auto side : {QTabBar::LeftSide, QTabBar::RightSide}) {
+        const QWidget *button = m_bar->tabButton(m_index, side);
+        if (!button || !button->isVisible())
+            continue;
+        isCovered = isCovered || button->geometry().contains(middle);
+        rest = largestBeside(rest, button->geometry());
+    }
+    return isCovered && !rest.isEmpty() ? rest : tab;
 }
 
 HeaderItem::HeaderItem(QHeaderView *header, const ItemSelector &selector)

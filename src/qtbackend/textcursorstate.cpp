@@ -5,6 +5,7 @@
 #include <QAbstractSpinBox>
 #include <QAbstractTextDocumentLayout>
 #include <QComboBox>
+#include <QDateTimeEdit>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextBlock>
@@ -13,6 +14,8 @@
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QTextLayout>
+
+#include <utility>
 
 namespace Morvex {
 namespace {
@@ -108,13 +111,9 @@ TextCursorState TextCursorState::of(const QWidget *widget)
     TextCursorState state;
     QTextCursor cursor;
     if (const QLineEdit *line = fieldOf(widget)) {
-        state.m_text = line->text();
-        state.m_length = state.m_text.size();
-        state.m_position = line->cursorPosition();
-        state.m_anchor = state.m_position;
-        if (line->hasSelectedText())
-            state.m_anchor = line->selectionStart() == state.m_position ? line->selectionEnd()
-                                                                        : line->selectionStart();
+        state = ofField(*line);
+        state.findSection(line->parentWidget());
+        state.joinAffixes(line->parentWidget());
         return state;
     }
     if (const auto *edit = qobject_cast<const QTextEdit *>(widget)) {
@@ -129,10 +128,65 @@ TextCursorState TextCursorState::of(const QWidget *widget)
     QTextCursor end = cursor;
     end.movePosition(QTextCursor::End);
     state.m_length = end.position();
+    state.m_contentEnd = state.m_length;
     state.m_position = cursor.position();
     state.m_anchor = cursor.anchor();
     state.m_document = cursor.document();
     return state;
+}
+
+TextCursorState TextCursorState::ofField(const QLineEdit &line)
+{
+    TextCursorState state;
+    state.m_text = line.text();
+    state.m_length = state.m_text.size();
+    state.m_contentEnd = state.m_length;
+    state.m_position = line.cursorPosition();
+    state.m_anchor = state.m_position;
+    if (line.hasSelectedText())
+        state.m_anchor =
+            line.selectionStart() == state.m_position ? line.selectionEnd() : line.selectionStart();
+    return state;
+}
+
+// The cursor jumps over them, and to select all leaves them out.
+void TextCursorState::joinAffixes(const QWidget *box)
+{
+    if (!qobject_cast<const QAbstractSpinBox *>(box))
+        return;
+    const QString prefix = box->property("prefix").toString();
+    const QString suffix = box->property("suffix").toString();
+    const int end = m_length - suffix.size();
+    if (end < prefix.size() || !m_text.startsWith(prefix) || !m_text.endsWith(suffix))
+        return;
+    const auto joined = [&](int position) {
+        const int afterPrefix = position - qBound(0, position - 1, qMax(0, prefix.size() - 1));
+        return afterPrefix - qBound(0, position - end - 1, qMax(0, suffix.size() - 1));
+    };
+    m_position = joined(m_position);
+    m_anchor = joined(m_anchor);
+    m_contentStart = joined(prefix.size());
+    m_contentEnd = joined(end);
+    m_length = joined(m_text.size());
+    m_text = prefix.left(1) + m_text.mid(prefix.size(), end - prefix.size()) + suffix.left(1);
+}
+
+void TextCursorState::findSection(const QWidget *box)
+{
+    const auto *edit = qobject_cast<const QDateTimeEdit *>(box);
+    const int index = edit && edit->sectionCount() > 1 ? edit->currentSectionIndex() : -1;
+    if (index < 0)
+        return;
+    const QString text = edit->sectionText(edit->sectionAt(index));
+    const int start = qMin(m_position, m_anchor);
+    for (int i = start; !text.isEmpty() && i >= qMax(0, start - text.size()); --i) {
+        if (m_text.midRef(i, text.size()) != text)
+            continue;
+        m_section = index;
+        m_sectionStart = i;
+        m_sectionLength = text.size();
+        return;
+    }
 }
 
 TextCursorState TextCursorState::ofSceneItem(const QObject *item)
@@ -146,6 +200,7 @@ TextCursorState TextCursorState::ofSceneItem(const QObject *item)
     state.m_position = item->property("cursorPosition").toInt();
     state.m_anchor = start == state.m_position ? end : start;
     state.m_length = item->property("length").toInt();
+    state.m_contentEnd = state.m_length;
     state.m_document = access->documentOf(item);
     state.m_isWrapped = item->property("wrapMode").toInt() != 0;
     if (!state.m_document)
@@ -155,14 +210,18 @@ TextCursorState TextCursorState::ofSceneItem(const QObject *item)
 
 bool TextCursorState::isAllSelected() const
 {
-    return m_anchor != m_position && qAbs(m_anchor - m_position) == m_length;
+    return m_anchor != m_position && qMin(m_anchor, m_position) <= m_contentStart &&
+           qMax(m_anchor, m_position) >= m_contentEnd;
 }
 
 TextCursorState TextCursorState::at(const QWidget *widget, int position)
 {
-    TextCursorState state = of(widget);
+    const QLineEdit *line = fieldOf(widget);
+    TextCursorState state = line ? ofField(*line) : of(widget);
     state.m_position = position;
     state.m_anchor = position;
+    if (line)
+        state.joinAffixes(line->parentWidget());
     return state;
 }
 
@@ -170,11 +229,12 @@ QString TextCursorState::keys() const
 {
     if (isAllSelected())
         return QStringLiteral("<Ctrl+A>");
-    const int selected = stepsBetween(m_anchor, m_position);
-    if (m_document && selected > maxSteps)
-        return wayTo(m_anchor, QString()) + wayTo(m_position, QStringLiteral("Shift+"));
+    if (m_section >= 0)
+        return wayInSection();
+    const QString shift = QStringLiteral("Shift+");
+    const bool isLong = m_document && stepsBetween(m_anchor, m_position) > maxSteps;
     return wayTo(m_anchor, QString()) +
-           repeated(QLatin1String(m_position < m_anchor ? "Shift+Left" : "Shift+Right"), selected);
+           (isLong ? wayTo(m_position, shift) : keysBetween(m_anchor, m_position, shift));
 }
 
 QString TextCursorState::textSince(const TextCursorState &before) const
@@ -208,6 +268,58 @@ int TextCursorState::stepsBetween(int a, int b) const
     return steps;
 }
 
+bool TextCursorState::isRightToLeft(int position) const
+{
+    return m_document ? m_document->findBlock(position).textDirection() == Qt::RightToLeft
+                      : m_text.isRightToLeft();
+}
+
+// On the way to the other place, where another paragraph begins; that place when none does.
+int TextCursorState::endOfParagraph(int from, int to) const
+{
+    const QTextBlock block = m_document ? m_document->findBlock(from) : QTextBlock();
+    if (!block.isValid())
+        return to;
+    return from < to ? qMin(to, block.position() + block.length()) : qMax(to, block.position() - 1);
+}
+
+// What is next in a text that runs to the left is on the left.
+QString TextCursorState::keysBetween(int from, int to, const QString &modifiers) const
+{
+    const auto keys = [&modifiers](bool isToRight, int steps) {
+        return repeated(modifiers + QLatin1String(isToRight ? "Right" : "Left"), steps);
+    };
+    QString way;
+    int steps = 0;
+    bool isToRight = true;
+    while (from != to) {
+        const bool isNextToRight = (from < to) != isRightToLeft(from);
+        if (isNextToRight != isToRight)
+            way += keys(isToRight, std::exchange(steps, 0));
+        isToRight = isNextToRight;
+        const int next = endOfParagraph(from, to);
+        steps += stepsBetween(from, next);
+        from = next;
+    }
+    return way + keys(isToRight, steps);
+}
+
+// From section to section, as keys jump over what is between them. To come to one selects it, with
+// the cursor at its end.
+QString TextCursorState::wayInSection() const
+{
+    const QString way =
+        QLatin1String("<Home>") + (m_section > 0 ? repeated(QStringLiteral("Ctrl+Right"), m_section)
+                                                 : QStringLiteral("<Ctrl+Right><Ctrl+Left>"));
+    if (qAbs(m_position - m_anchor) == m_sectionLength)
+        return way;
+    const int fromEnd = m_sectionStart + m_sectionLength - m_anchor;
+    return way +
+           (fromEnd > 0 ? repeated(QStringLiteral("Left"), fromEnd)
+                        : QStringLiteral("<Left><Right>")) +
+           keysBetween(m_anchor, m_position, QStringLiteral("Shift+"));
+}
+
 // The modifiers are those of all keys.
 QString TextCursorState::wayTo(int position, const QString &modifiers) const
 {
@@ -222,7 +334,7 @@ QString TextCursorState::wayTo(int position, const QString &modifiers) const
     const QString jump = m_document ? QStringLiteral("Ctrl+") : QString();
     return repeated(jump + modifiers + QLatin1String(isFromEnd || m_length == 0 ? "End" : "Home"),
                     1) +
-           repeated(modifiers + QLatin1String(isFromEnd ? "Left" : "Right"), steps);
+           keysBetween(isFromEnd ? m_length : 0, position, modifiers);
 }
 
 // The cursor moves straight up and down, and lines need not begin on the left.
@@ -239,8 +351,7 @@ QString TextCursorState::wayByLines(int position, const QString &modifiers) cons
     return repeated(QLatin1String("Ctrl+") + modifiers + QLatin1String(isFromEnd ? "End" : "Home"),
                     1) +
            repeated(modifiers + QLatin1String(isFromEnd ? "Up" : "Down"), lines) +
-           repeated(modifiers + QLatin1String("Home"), 1) +
-           repeated(modifiers + QLatin1String("Right"), stepsBetween(start, position));
+           repeated(modifiers + QLatin1String("Home"), 1) + keysBetween(start, position, modifiers);
 }
 
 } // namespace Morvex

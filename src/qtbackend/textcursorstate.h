@@ -34,6 +34,8 @@ public:
 
     bool isInEmptyText() const { return m_length == 0; }
     bool isAllSelected() const;
+    /// Whether it is a date of which another section than the first is the current one.
+    bool isInLaterSection() const { return m_section > 0; }
 
     /// What was inserted since where the cursor of @p before is; this one is after it. Empty when
     /// anything else has changed.
@@ -41,8 +43,17 @@ public:
 
     /// The keys that bring any state of the text here. The text must not have changed since.
     QString keys() const;
+    /// The keys that bring a cursor from one place of the text to another; all with the modifiers,
+    /// such as "Shift+".
+    QString keysBetween(int from, int to, const QString &modifiers = {}) const;
 
 private:
+    static TextCursorState ofField(const QLineEdit &line);
+    void joinAffixes(const QWidget *box);
+    void findSection(const QWidget *box);
+    bool isRightToLeft(int position) const;
+    int endOfParagraph(int from, int to) const;
+    QString wayInSection() const;
     QString textBetween(int start, int end) const;
     int stepsBetween(int a, int b) const;
     QString wayTo(int position, const QString &modifiers) const;
@@ -51,6 +62,13 @@ private:
     int m_position = 0;
     int m_anchor = 0;
     int m_length = 0;
+    // Without what a spin box shows around its value.
+    int m_contentStart = 0;
+    int m_contentEnd = 0;
+    // Of a date; negative for none.
+    int m_section = -1;
+    int m_sectionStart = 0;
+    int m_sectionLength = 0;
     // Of a field of one line.
     QString m_text;
     // Null for a field of one line.

@@ -31,11 +31,6 @@ QTextCursor cursorOf(const QWidget *widget)
     return plain ? plain->textCursor() : QTextCursor();
 }
 
-QString repeated(const char *key, int count)
-{
-    return QString::fromLatin1(key).repeated(count);
-}
-
 } // namespace
 
 void TextDrag::begin(QWidget *source)
@@ -49,6 +44,7 @@ void TextDrag::begin(QWidget *source)
     if (m_end <= m_start || isSecretInput(source))
         return;
     m_source = source;
+    m_cursorBefore = TextCursorState::of(source);
     m_sourceName = m_report.nameOf(ownerOf(source));
 }
 
@@ -60,21 +56,25 @@ bool TextDrag::drop(QWidget *target, const QPoint &globalPlace, bool isMove)
     m_target = target;
     m_targetName = m_report.nameOf(ownerOf(target));
     m_textBefore = textOf(target);
-    m_way = TextCursorState::at(target, m_place).keys();
     m_isMove = isMove;
+    const TextCursorState place = TextCursorState::at(target, m_place);
+    m_way = place.keys();
+    if (target != m_source)
+        return true;
+    m_wayWithin = place.keysBetween(m_place > m_end ? m_end : m_start, m_place);
+    // A field selects what was dropped.
+    m_selection = qobject_cast<QLineEdit *>(target)
+                      ? place.keysBetween(m_end, m_start, QStringLiteral("Shift+"))
+                      : QString();
     return true;
 }
 
 // After the text was cut, the cursor is where it was.
-QString TextDrag::keysWithin(int length) const
+QString TextDrag::keysWithin() const
 {
-    const QString way = m_place > m_end ? repeated("<Right>", m_place - m_end)
-                                        : repeated("<Left>", m_start - m_place);
-    const QString keys =
-        (m_isMove ? QLatin1String("<Ctrl+X>") + way : QLatin1String("<Ctrl+C>") + m_way) +
-        QLatin1String("<Ctrl+V>");
-    // A field selects what was dropped.
-    return qobject_cast<QLineEdit *>(m_target) ? keys + repeated("<Shift+Left>", length) : keys;
+    return (m_isMove ? QLatin1String("<Ctrl+X>") + m_wayWithin
+                     : QLatin1String("<Ctrl+C>") + m_way) +
+           QLatin1String("<Ctrl+V>") + m_selection;
 }
 
 void TextDrag::settle()
@@ -85,11 +85,13 @@ void TextDrag::settle()
     const QString text = QStringLiteral("text");
     const QString type = QStringLiteral("type");
     if (isChanged && m_target == m_source) {
-        m_report.add(type, m_targetName, {{text, keysWithin(m_end - m_start)}});
+        m_report.add(type, m_targetName, {{text, keysWithin()}});
     } else if (isChanged) {
         m_report.add(type, m_sourceName,
                      {{text, QLatin1String(m_isMove ? "<Ctrl+X>" : "<Ctrl+C>")}});
         m_report.add(type, m_targetName, {{text, m_way + QLatin1String("<Ctrl+V>")}});
+    } else if (m_source && !(TextCursorState::of(m_source) == m_cursorBefore)) {
+        m_report.addCursor(m_sourceName, ownerOf(m_source), TextCursorState::of(m_source).keys());
     }
     end();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "qtbackend/textcursorstate.h"
+
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -29,7 +31,7 @@ public:
     void end();
 
 private:
-    QString keysWithin(int length) const;
+    QString keysWithin() const;
 
     ActionReport &m_report;
     QPointer<QWidget> m_source;
@@ -37,8 +39,13 @@ private:
     QString m_sourceName;
     QString m_targetName;
     QString m_textBefore;
-    // Those that bring the cursor to the place of the drop, in another widget than the source.
+    TextCursorState m_cursorBefore;
+    // The keys that bring the cursor to the place of the drop.
     QString m_way;
+    // In the source, from where the text was.
+    QString m_wayWithin;
+    // Those that select what was dropped.
+    QString m_selection;
     int m_start = 0;
     int m_end = 0;
     int m_place = 0;

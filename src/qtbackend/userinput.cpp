@@ -14,9 +14,11 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
@@ -197,6 +199,15 @@ void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
     QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
 }
 
+// Window systems ask for it by themselves.
+void askForContextMenu(const QWidget *widget, const TypedKey &key)
+{
+    QWindow *handle = widget->window()->windowHandle();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint(), key.modifiers);
+    if (handle)
+        QCoreApplication::sendEvent(handle, &menu);
+}
+
 // The dialog that the keys before have opened; null when there is none. It may be that from which
 // they were typed.
 QWidget *newDialog(const QWidget *widget, const QPointer<QWidget> &dialogBefore)
@@ -215,7 +226,10 @@ QString pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
         return error;
     // The widget may go with the key that is pressed, but not its window.
     const QPointer<QWidget> window = widget->window();
-    sendKey(widget, QEvent::KeyPress, key);
+    if (key.key == Qt::Key_Menu)
+        askForContextMenu(widget, key);
+    if (widget)
+        sendKey(widget, QEvent::KeyPress, key);
     if (widget)
         sendKey(widget, QEvent::KeyRelease, key);
     return {};
@@ -241,6 +255,21 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
         });
     }
     input.waitUntil(buttonsUpAgain(), maxActivationMs);
+}
+
+// A widget may do more once the focus has come, such as select its text. No user types before.
+void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
+{
+    const auto hasSettled = std::make_shared<bool>(true);
+    input.add([widget, hasSettled] {
+        const QWidget *before = QApplication::focusWidget();
+        if (widget)
+            widget->setFocus(Qt::OtherFocusReason);
+        *hasSettled = QApplication::focusWidget() == before;
+        QTimer::singleShot(0, [hasSettled] { *hasSettled = true; });
+        return QString();
+    });
+    input.waitUntil([hasSettled] { return *hasSettled; }, maxActivationMs);
 }
 
 void sendKeyTo(QWindow *window, const TypedKey &key)
@@ -352,11 +381,7 @@ QString typeText(QObject *object, const QString &text, InputSequence &input)
     if (!takesKeys(widget))
         return QStringLiteral("the widget does not accept keyboard input");
     waitForActiveWindow(widget, input);
-    input.add([widget] {
-        if (widget)
-            widget->setFocus(Qt::OtherFocusReason);
-        return QString();
-    });
+    giveFocus(widget, input);
     addKeys(widget, keys, input);
     return {};
 }

@@ -9,11 +9,14 @@
 #include <QHeaderView>
 #include <QTreeView>
 
+#include <memory>
+
 namespace Morvex {
 namespace {
 
 // A model may have more to fetch without end.
 const int maxFetches = 1000;
+const int maxOpeningMs = 200;
 
 int fetchedRowCount(QAbstractItemModel *model, const QModelIndex &parent)
 {
@@ -57,6 +60,13 @@ QRect branchOf(const QTreeView &tree, const QModelIndex &node)
     const int width = tree.indentation();
     const int left = tree.isRightToLeft() ? item.right() + 1 : item.left() - width;
     return {left, item.top(), width, item.height()};
+}
+
+// Also while the application is not the active one.
+QWidget *focusWidgetFor(const QWidget *widget)
+{
+    QWidget *focus = QApplication::focusWidget();
+    return focus ? focus : widget->window()->focusWidget();
 }
 
 // Of the item that is edited now.
@@ -274,13 +284,27 @@ QString ViewItem::edit(const QString &text, InputSequence &input)
     reveal(input);
     const QPointer<QAbstractItemView> view = m_view;
     const QPersistentModelIndex index = m_index;
-    input.add([view, index, text, &input] {
+    const auto focusBefore = std::make_shared<QPointer<QWidget>>();
+    // One of the application's own may be no child of the view.
+    const auto isOpen = [view, focusBefore] {
+        return !view || isEditing(view) || focusWidgetFor(view) != *focusBefore;
+    };
+    input.add([view, index, focusBefore] {
         if (!view)
-            return QStringLiteral("the view no longer exists");
+            return QString();
         view->setFocus(Qt::OtherFocusReason);
+        *focusBefore = focusWidgetFor(view);
         view->setCurrentIndex(index);
         view->edit(index);
-        return fillEditor(view, text, input);
+        return QString();
+    });
+    // After a second click the view opens it by itself later.
+    input.waitUntil(isOpen, QApplication::doubleClickInterval() + maxOpeningMs);
+    input.add([view, text, isOpen, &input] {
+        if (!view)
+            return QStringLiteral("the view no longer exists");
+        return isOpen() ? fillEditor(view, text, input)
+                        : QStringLiteral("no editor has opened for the item");
     });
     return {};
 }

@@ -62,6 +62,8 @@ void BrowserElement::clear()
 
 void BrowserElement::attach(BrowserElement *child)
 {
+    if (!child || child == this || isDescendantOf(child))
+        return;
     child->detach();
     m_children += child;
     child->m_parent = this;
@@ -108,7 +110,8 @@ QRect BrowserElement::relativeGeometry() const
 
 int BrowserElement::similarityTo(const BrowserElement *other) const
 {
-    if (m_name != other->m_name || m_className != other->m_className || m_type != other->m_type)
+    if (!other || m_name != other->m_name || m_className != other->m_className ||
+        m_type != other->m_type)
         return 0;
     return m_text == other->m_text ? 20 : 10;
 }
@@ -135,6 +138,8 @@ void BrowserElement::addCoverage(const BrowserElement &other)
 
 void BrowserElement::merge(BrowserElement *other)
 {
+    if (!other)
+        return;
     BrowserElement *child = mostSimilarChild(other);
     if (!child) {
         attach(other);

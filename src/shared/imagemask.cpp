@@ -161,9 +161,15 @@ bool ImageMask::hasPositive() const
                        [](const MaskRect &rect) { return rect.type == POSITIVE; });
 }
 
+bool ImageMask::hasRect(int index) const
+{
+    return index >= 0 && index < count();
+}
+
 const ImageMask::MaskRect &ImageMask::maskRect(int index) const
 {
-    return m_rects[static_cast<std::size_t>(index)];
+    static const MaskRect none;
+    return hasRect(index) ? m_rects[static_cast<std::size_t>(index)] : none;
 }
 
 void ImageMask::addMaskRect(const MaskRect &rect)
@@ -173,11 +179,14 @@ void ImageMask::addMaskRect(const MaskRect &rect)
 
 void ImageMask::setGeometry(int index, const QRect &geometry)
 {
-    m_rects[static_cast<std::size_t>(index)].geometry = geometry;
+    if (hasRect(index))
+        m_rects[static_cast<std::size_t>(index)].geometry = geometry;
 }
 
 void ImageMask::remove(int index)
 {
+    if (!hasRect(index))
+        return;
     m_rects.erase(m_rects.begin() + index);
     if (m_selected == index)
         m_selected = -1;
@@ -187,6 +196,8 @@ void ImageMask::remove(int index)
 
 void ImageMask::select(int index)
 {
+    if (index != -1 && !hasRect(index))
+        return;
     if (m_selected != -1)
         m_rects[static_cast<std::size_t>(m_selected)].selected = false;
     m_selected = index;

@@ -33,7 +33,8 @@ public:
     int count() const { return static_cast<int>(m_rects.size()); }
     bool hasPositive() const;
 
-    /// @p index counts from 0 and has to be below count(), here and below.
+    /// @p index counts from 0, here and below. Where there is none, nothing happens, and this one
+    /// is a default one.
     const MaskRect &maskRect(int index) const;
 
     void addMaskRect(const MaskRect &rect);
@@ -66,6 +67,8 @@ public:
     bool leavesEqual(const QImage &a, const QImage &b) const;
 
 private:
+    bool hasRect(int index) const;
+
     std::vector<MaskRect> m_rects;
     int m_selected = -1;
 };

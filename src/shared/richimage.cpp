@@ -136,8 +136,10 @@ Screenshot Screenshot::fromBmpZipData(const QByteArray &zip, const QTransform &t
 Screenshot Screenshot::fromBmpData(const unsigned char *bmp, int size, const QPoint &origin,
                                    double scale, double density)
 {
-    return fromBmpData(QByteArray::fromRawData(reinterpret_cast<const char *>(bmp), size), origin,
-                       scale, density);
+    const QByteArray bytes =
+        bmp && size > 0 ? QByteArray::fromRawData(reinterpret_cast<const char *>(bmp), size)
+                        : QByteArray();
+    return fromBmpData(bytes, origin, scale, density);
 }
 
 Screenshot Screenshot::fromBmpData(const QByteArray &bmp, const QPoint &origin, double scale,

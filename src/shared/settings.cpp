@@ -171,7 +171,8 @@ bool Settings::readRawEntry(const QString &group, const QString &key, QString *v
     const auto entry = entries->constFind(normalizeKey(key));
     if (entry == entries->constEnd())
         return false;
-    *value = *entry;
+    if (value)
+        *value = *entry;
     return true;
 }
 

@@ -127,9 +127,10 @@ bool copyDirectory(const QString &source, const QString &target, QString *error,
         return fail(error, QStringLiteral("Source directory '%1' does not exist").arg(source));
     if (!info.isDir())
         return copyFile(source, target, error, option);
+    // Before the target is made, which may be in the source.
+    const QStringList names = QDir(source).entryList(allEntries);
     if (!makeTargetDirectory(target))
         return fail(error, QStringLiteral("Failed to create target directory '%1'").arg(target));
-    const QStringList names = QDir(source).entryList(allEntries);
     for (const QString &name : names) {
         if (!copyDirectory(source + QLatin1Char('/') + name, target + QLatin1Char('/') + name,
                            error, option))

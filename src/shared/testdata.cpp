@@ -269,12 +269,13 @@ void TestDataSet::setHeader(TestDataRecord *header)
 
 void TestDataSet::addRecord(const TestDataRecord *record)
 {
-    d->records.push_back(Private::take(record));
+    if (record)
+        d->records.push_back(Private::take(record));
 }
 
 void TestDataSet::insertRecord(const TestDataRecord *record, int position)
 {
-    if (d->record(position))
+    if (record && d->record(position))
         d->records.insert(d->records.begin() + position, Private::take(record));
 }
 

@@ -69,8 +69,9 @@ void fill(QWidget *window)
     QObject::connect(second, &QPushButton::clicked, [] {
         QProcess::startDetached(QCoreApplication::applicationFilePath(), {"second"});
     });
-    auto *crash = placed(new QPushButton("Crash", window), "crash", {250, 220, 100, 30});
-    QObject::connect(crash, &QPushButton::pressed, [] { std::abort(); });
+    auto *ends = placed(new QListWidget(window), "ends", {250, 220, 100, 30});
+    ends->addItem("Crash");
+    QObject::connect(ends, &QListWidget::itemDoubleClicked, [] { std::abort(); });
 }
 
 // What is dragged.

@@ -155,7 +155,7 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
     waitFor("\"context\":2");
     act("at 50 25\n window ^Recorded$\n at 60 195\n");
     EXPECT_FALSE(journal().contains("\"z\"")) << journal().constData();
-    act("at 300 235\n");
+    act("at 300 230 --repeat 2 --delay 10 1\n");
     const QByteArray expected =
         "// Passwords are not recorded: run this with --envvar PASSWORD=...\n"
         "application.start(\"" MORVEX_RECORDED_PROGRAM "\");\n"
@@ -183,7 +183,7 @@ TEST_F(RecordingTest, EachKindOfWidgetIsUsedInWordsOfScripts)
         "find(names.quit).click();\n"
         "setApplicationContext(ctx_0);\n"
         "find(names.more).click();\n"
-        "find(names.crash).click();\n";
+        "find(names.ends).item(\"Crash\").doubleClick();\n";
     EXPECT_EQ(finish(), expected);
     EXPECT_TRUE(recorderErrors.contains("crashed by signal 6")) << recorderErrors.constData();
     output = runner.runSuite({"--hook-subprocesses"});

@@ -114,6 +114,12 @@ TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
     EXPECT_EQ(list->item(5)->checkState(), Qt::Checked);
     EXPECT_EQ(ask("useItem", "list", {"edit", QVariantList{"5"}, "five<"}), "true");
     EXPECT_EQ(list->item(5)->text(), "five<");
+    // The view opens the editor of what is clicked again by itself, later.
+    list->setEditTriggers(QAbstractItemView::SelectedClicked);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(use("list", "click", {"five<"}), "true");
+    EXPECT_EQ(ask("useItem", "list", {"edit", QVariantList{"five<"}, "fünf"}), "true");
+    EXPECT_EQ(list->item(5)->text(), "fünf");
 
     const auto *onBox = new PressCounter(get<QComboBox>("box"));
     for (const char *entry : {"two", "two", "one"}) {
@@ -124,6 +130,13 @@ TEST_F(ItemsTest, ItemsOfEveryKindAreUsedAsAUserWould)
     EXPECT_EQ(onBox->presses, 3);
     EXPECT_EQ(use("tabs", "click", {"R&D"}), "true");
     EXPECT_EQ(get<QTabWidget>("tabs")->currentIndex(), 1);
+    get<QTabWidget>("tabs")->addTab(new QWidget, "1");
+    get<QTabWidget>("tabs")->setTabsClosable(true);
+    auto *side =
+        new PressCounter(get<QTabWidget>("tabs")->tabBar()->tabButton(2, QTabBar::RightSide));
+    EXPECT_EQ(use("tabs", "click", {"1"}), "true");
+    EXPECT_EQ(get<QTabWidget>("tabs")->currentIndex(), 2);
+    EXPECT_EQ(side->presses, 0);
     EXPECT_EQ(use("bar", "click", {"File/Export/CSV"}), "true");
     EXPECT_TRUE(exportAction && exportAction->isChecked());
     EXPECT_EQ(use("bar", "click", {"File/Export/Mail"}), "the action is disabled");

@@ -1,5 +1,7 @@
 #include "qtbackend/recordeduser.h"
 
+#include <qpa/qwindowsysteminterface.h>
+
 using namespace MorvexTest;
 
 namespace {
@@ -340,6 +342,137 @@ TEST_F(KeyActionsTest, AClickInATextGoesThereAgainHoweverItsLinesAreBroken)
         << script().toStdString();
 }
 
+// Keys jump over parts of some fields, and what is next in a text may be on the left.
+TEST_F(KeyActionsTest, AClickPutsTheCursorThereAgainWhateverTheFieldShows)
+{
+    const char *hebrew = "\u05d0\u05d1\u05d2 \u05d3\u05d4\u05d5 \u05d6\u05d7\u05d8";
+    const struct
+    {
+        const char *name;
+        QString keys;
+        std::function<QWidget *()> make;
+    } rows[] = {
+        {"line", "X", [&] { return new QLineEdit(hebrew); }},
+        {"text", "X",
+         [&] { return new QPlainTextEdit(QString("%1\nabc def\n%1\nabc").arg(hebrew)); }},
+        {"money", "7",
+         [] {
+             auto *box = new QSpinBox;
+             box->setRange(0, 99999999);
+             box->setValue(1234);
+             box->setPrefix("EUR ");
+             box->setSuffix(" net");
+             return box;
+         }},
+        {"when", "5 Down",
+         [] {
+             auto *edit = new QDateTimeEdit(QDateTime({2005, 11, 30}, {23, 59, 59, 999}));
+             edit->setDisplayFormat("yyyy-MM-dd, HH:mm:ss (zzz 'ms')");
+             return edit;
+         }},
+    };
+    const auto valueOf = [](const QWidget *in, const char *name) {
+        const auto *field = in->findChild<QWidget *>(name);
+        return field->metaObject()->userProperty().read(field).toString();
+    };
+    const int parts = 6;
+    for (int i = 0; i < static_cast<int>(std::size(rows)) * parts; ++i) {
+        const auto &row = rows[i / parts];
+        record([&row](QWidget *made) {
+            made->layout()->addWidget(new QPushButton);
+            made->layout()->addWidget(row.make());
+            made->layout()->itemAt(1)->widget()->setObjectName(row.name);
+            made->resize(200, 150);
+        });
+        auto *field = child<QWidget>(row.name);
+        const QPoint place(field->width() * (i % parts) / parts + 4,
+                           field->height() * (i % parts) / parts + 4);
+        QTest::qWait(1);
+        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
+                          field->mapTo(window.get(), place));
+        QCoreApplication::processEvents();
+        press(row.keys);
+        const QString expected = valueOf(window.get(), row.name);
+        replay();
+        EXPECT_EQ(valueOf(replayed.get(), row.name), expected) << script().toStdString();
+    }
+}
+
+TEST_F(KeyActionsTest, AShortcutIsTypedByItsOwnKeys)
+{
+    record([](QWidget *made) {
+        made->layout()->addWidget(new QLineEdit);
+        made->layout()->itemAt(0)->widget()->setObjectName("field");
+        for (const char *keys : {"Ctrl+K, Ctrl+L, Ctrl+M", "Ctrl+Shift+Tab"}) {
+            const auto *shortcut = new QShortcut(QKeySequence(keys), made);
+            QObject::connect(shortcut, &QShortcut::activated, made, [made, keys] {
+                made->setWindowTitle(made->windowTitle() + keys + ' ');
+            });
+        }
+    });
+    press("Ctrl+K Ctrl+L Ctrl+M Ctrl+Shift+Backtab");
+    EXPECT_EQ(script(), "field.type(\"<Ctrl+K><Ctrl+L><Ctrl+M><Ctrl+Shift+Tab>\");");
+    const QString expected = window->windowTitle();
+    replay();
+    EXPECT_EQ(replayed->windowTitle(), expected);
+}
+
+// How fast the letters come says what they find.
+TEST_F(KeyActionsTest, ASearchByLettersIsWhatItHasFound)
+{
+    QApplication::setKeyboardInputInterval(0);
+    record([](QWidget *made) {
+        auto *list = new QListWidget;
+        auto *box = new QComboBox;
+        list->setObjectName("list");
+        box->setObjectName("box");
+        for (const char *text : {"apple", "banana", "cherry", "date"}) {
+            list->addItem(text);
+            box->addItem(text);
+        }
+        auto *remove = new QAction(list);
+        remove->setShortcut(QKeySequence("d"));
+        remove->setShortcutContext(Qt::WidgetShortcut);
+        QObject::connect(remove, &QAction::triggered, list,
+                         [list] { delete list->takeItem(list->currentRow()); });
+        list->addAction(remove);
+        made->layout()->addWidget(list);
+        made->layout()->addWidget(box);
+        list->setFocus();
+    });
+    for (const char *key : {"b", "c", "d", "Tab", "b", "d"}) {
+        press(key);
+        QTest::qWait(2);
+    }
+    QApplication::setKeyboardInputInterval(400);
+    EXPECT_EQ(script(), "list.item(\"banana\").click();\nlist.item(\"cherry\").click();\n"
+                        "list.type(\"d\");\nbox.item(\"banana\").click();\n"
+                        "box.item(\"date\").click();");
+    EXPECT_EQ(child<QListWidget>("list")->count(), 3);
+    EXPECT_EQ(child<QComboBox>("box")->currentText(), "date");
+}
+
+// The window system asks for it before the key is pressed.
+TEST_F(KeyActionsTest, TheKeyForAContextMenuOpensIt)
+{
+    record([](QWidget *made) {
+        auto *field = new QLineEdit;
+        field->setObjectName("field");
+        field->setContextMenuPolicy(Qt::CustomContextMenu);
+        QObject::connect(field, &QWidget::customContextMenuRequested, field,
+                         [field] { field->setText("asked"); });
+        made->layout()->addWidget(field);
+    });
+    QWindow *handle = window->windowHandle();
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+    QSpontaneKeyEvent::setSpontaneous(&asked);
+    qApp->notify(handle, &asked);
+    QTest::keyClick(handle, Qt::Key_Menu);
+    EXPECT_EQ(script(), "field.type(\"<Menu>\");");
+    replay();
+    EXPECT_EQ(replayed->findChild<QLineEdit *>("field")->text(), "asked");
+}
+
 TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)
 {
     record([](QWidget *made) {
@@ -356,6 +489,15 @@ TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)
         QCoreApplication::processEvents();
     }
     EXPECT_EQ(script(), "menu.item(\"Other\").click();");
+}
+
+TEST_F(KeyActionsTest, AWindowThatAHeldKeyClosesTwiceIsClosedOnce)
+{
+    record([](QWidget *) {});
+    for (int i = 0; i < 2; ++i)
+        QWindowSystemInterface::handleCloseEvent(window->windowHandle());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(script(), "window.close();");
 }
 
 TEST_F(KeyActionsTest, ACellOfATextIsFoundAgainByKeys)

@@ -157,6 +157,24 @@ TEST_F(RecordedPartsTest, WhatAToolBarHasNoRoomForIsUsedWhateverItsWidth)
     EXPECT_EQ(chosen, (QStringList{"Four", "below"}));
 }
 
+TEST_F(RecordedPartsTest, AViewThatIsAWindowIsNoBackground)
+{
+    QGraphicsScene scene(0, 0, 200, 200);
+    auto *item = scene.addRect(0, 0, 50, 50);
+    item->setFlag(QGraphicsItem::ItemIsSelectable);
+    QGraphicsView view(&scene);
+    view.setGeometry(0, 0, 300, 300);
+    record();
+    view.show();
+    const Place place = [&view] { return qMakePair(view.viewport(), view.mapFromScene(25, 25)); };
+    click(place);
+    EXPECT_EQ(perform().size(), 1);
+    EXPECT_TRUE(item->isSelected());
+    item->setSelected(false);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_TRUE(item->isSelected());
+}
+
 TEST_F(RecordedPartsTest, AMenuIsOpenedForTheFieldInItAndEntriesOfOneTextAreNumbered)
 {
     auto *bar = add<QMenuBar>("bar", {0, 0, 400, 30});

@@ -28,6 +28,13 @@ TEST_F(UserInputTest, KeysGoWhereTheFocusIs)
     EXPECT_EQ(second->text(), "World");
     EXPECT_EQ(type("choice", "<F4><Down><Down><Return>"), QString());
     EXPECT_EQ(choice->currentText(), "c");
+    // Only once it has the focus.
+    QObject::connect(qApp, &QApplication::focusChanged, second, [second](QWidget *, QWidget *now) {
+        if (now == second)
+            QTimer::singleShot(0, second, &QLineEdit::selectAll);
+    });
+    EXPECT_EQ(type("second", "New"), QString());
+    EXPECT_EQ(second->text(), "New");
 }
 
 TEST_F(UserInputTest, KeysTypeTheirCharacters)

@@ -16,7 +16,7 @@ QByteArray outputOf(const QString &program, const QStringList &arguments,
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
-    process.waitForFinished(200000);
+    process.waitForFinished(500000);
     const QByteArray output = process.readAll();
     EXPECT_EQ(process.exitCode(), 0) << program.toStdString() << output.constData();
     return output;

@@ -54,7 +54,13 @@ TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
         {"{text='class'}", "names.class"},
         {"{text='constructor'}", "names.constructor"},
         {"{text='2nd'}", "names._2nd"},
-        {"{text='...'}", "names.object"},
+        {"{text='...'}", "names.ellipsis"},
+        {"{text='5'}", "names.number5"},
+        {"{text='E&xit && q&uit'}", "names.exitQuit"},
+        {"{text='>>'}", "names.greater"},
+        {"{text='\u2022'}", "names.object"},
+        {"{text='It was a long way to the words of this text'}",
+         "names.itWasALongWayToTheWordsOfThisText"},
         {"SWT", "names.SWT"},
         {"{text='OK' window={text='Dialog'}}", "names.ok"},
         {"{text='Dialog'}", "names.dialog"},
@@ -63,7 +69,7 @@ TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
     for (int pass = 0; pass < 2; ++pass) {
         for (const auto &[object, expression] : cases)
             EXPECT_EQ(map.getSymbolicName(object, true), expression);
-        EXPECT_EQ(map.createdNames().size(), pass == 0 ? 13 : 0);
+        EXPECT_EQ(map.createdNames().size(), pass == 0 ? 18 : 0);
         ASSERT_TRUE(map.save());
         EXPECT_EQ(map.error().toString(), "");
     }

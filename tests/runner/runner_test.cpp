@@ -41,7 +41,7 @@ protected:
         process.setProcessEnvironment(runner.environment);
         process.setWorkingDirectory(runner.suitePath());
         process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(280000)) << arguments.join(' ').toStdString();
+        EXPECT_TRUE(process.waitForFinished(500000)) << arguments.join(' ').toStdString();
         return outputOf(process);
     }
 

@@ -78,6 +78,17 @@ TEST_F(BrowserElementTest, WhatIsNestedTooDeepIsLeftOutAndTheRestIsRead)
     EXPECT_EQ(read, levels - 1);
 }
 
+TEST_F(BrowserElementTest, NothingIsAChildOfItself)
+{
+    BrowserElement top(nullptr, "top");
+    auto *child = new BrowserElement(&top, "child");
+    child->attach(&top);
+    child->attach(child);
+    child->attach(nullptr);
+    EXPECT_EQ(child->parent(), &top);
+    EXPECT_TRUE(child->children().isEmpty());
+}
+
 TEST_F(BrowserElementTest, GeometryAddsUpFromTheScreenDown)
 {
     const std::pair<QByteArray, QRect> rows[] = {

@@ -83,6 +83,13 @@ TEST(ImageMaskTest, TheSelectionFollowsItsRectangle)
     EXPECT_EQ(mask.selected(), -1);
     EXPECT_EQ(mask.count(), 1);
     mask.select(-1);
+    for (const int none : {-2, 1, 1000}) {
+        mask.select(none);
+        mask.remove(none);
+        mask.setGeometry(none, QRect(1, 1, 1, 1));
+        EXPECT_EQ(mask.maskRect(none).geometry, QRect());
+    }
+    EXPECT_EQ(mask.count(), 1);
     // Edges and sizes are rounded.
     mask.setGeometry(0, QRect(1, 3, 5, 7));
     mask.scale(1.5);

@@ -80,6 +80,16 @@ TEST(CopyDirectoryTest, ExistingFilesStayOrEndTheCopy)
     }
 }
 
+TEST(CopyDirectoryTest, ACopyWithinItsSourceEnds)
+{
+    const QTemporaryDir dir;
+    writeFile(dir.filePath("a/b"), "b");
+    EXPECT_TRUE(
+        copyDirectory(dir.filePath("a"), dir.filePath("a/copy"), nullptr, FailOnExistingFile));
+    EXPECT_EQ(QDir(dir.filePath("a/copy")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+              QStringList("b"));
+}
+
 TEST(CopyDirectoryTest, EachFailureHasItsText)
 {
     const QTemporaryDir dir;

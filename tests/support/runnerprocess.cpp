@@ -50,7 +50,7 @@ RunnerOutput RunnerProcess::run(const QStringList &arguments, const QString &wor
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(workingDir.isEmpty() ? m_dir.path() : workingDir);
     process.start(program(), arguments);
-    if (!process.waitForFinished(240000))
+    if (!process.waitForFinished(500000))
         process.kill();
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             process.readAllStandardOutput(), process.readAllStandardError()};

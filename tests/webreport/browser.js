@@ -90,7 +90,7 @@ function texts(page, selector) {
 
 async function eventually(read, expected) {
     let value;
-    for (let attempt = 0; attempt < 100; ++attempt) {
+    for (let attempt = 0; attempt < 3000; ++attempt) {
         value = await read();
         if (JSON.stringify(value) === JSON.stringify(expected)) return;
         await new Promise((resolve) => setTimeout(resolve, 20));
@@ -107,7 +107,7 @@ async function eventually(read, expected) {
 /// from, but for the one that a data file gives that is cut.
 function describePages(name, body) {
     if (missing) console.log(missing);
-    describe(name, { skip: missing || false, timeout: 240000 }, () => {
+    describe(name, { skip: missing || false, timeout: 550000 }, () => {
         let count = 0;
         let temporary;
         let browser;
@@ -116,7 +116,8 @@ function describePages(name, body) {
         before(async () => {
             temporary = fs.mkdtempSync(path.join(os.tmpdir(), 'webreport-'));
             const args = process.getuid() === 0 ? ['--no-sandbox'] : [];
-            browser = await playwright.chromium.launch({ executablePath: chromium, args });
+            const timeout = 120000;
+            browser = await playwright.chromium.launch({ executablePath: chromium, args, timeout });
             shop = report(dataFile(shopRuns()));
         });
         after(async () => {
@@ -140,7 +141,7 @@ function describePages(name, body) {
             const viewport = { width: 1300, height: 800 };
             const context = await browser.newContext({ viewport, ...options });
             const page = await context.newPage();
-            page.setDefaultTimeout(15000);
+            page.setDefaultTimeout(60000);
             const errors = [];
             page.on('pageerror', (error) => errors.push(error.message));
             page.on('console', (message) => {

@@ -2,6 +2,8 @@
 
 #include "shared/uiabstraction/uielement.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 namespace Morvex::UIAbstraction {
@@ -36,13 +38,17 @@ QList<UIElement *> ElementStore::topLevelElements() const
 
 void ElementStore::addElement(UIElement *element)
 {
+    if (!element)
+        return;
     m_elements += element;
     Q_EMIT elementAdded(element);
 }
 
 void ElementStore::clearAndDeleteElements()
 {
-    const QList<UIElement *> topLevel = topLevelElements();
+    // One that was added twice is there twice.
+    const QList<UIElement *> elements = topLevelElements();
+    const QSet<UIElement *> topLevel(elements.begin(), elements.end());
     m_elements.clear();
     qDeleteAll(topLevel);
 }

@@ -41,7 +41,7 @@ XmlExporter::~XmlExporter()
 bool XmlExporter::toXml(QIODevice *device)
 {
     m_error.clear();
-    if (!device->isOpen())
+    if (!device || !device->isOpen())
         m_error = QStringLiteral("Device is not open!");
     else if (!device->isWritable())
         m_error = QStringLiteral("Device is not writable!");
