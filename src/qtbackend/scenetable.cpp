@@ -44,8 +44,7 @@ void moveTo(QObject *table, qreal x, qreal y)
 {
     table->setProperty("contentX", x);
     table->setProperty("contentY", y);
-    QMetaObject::invokeMethod(table, "forceLayout");
-    dropKeptItems(table);
+    settleSceneTable(table);
 }
 
 qreal realOf(const QObject *table, const char *property)
@@ -54,6 +53,12 @@ qreal realOf(const QObject *table, const char *property)
 }
 
 } // namespace
+
+void settleSceneTable(QObject *table)
+{
+    QMetaObject::invokeMethod(table, "forceLayout");
+    dropKeptItems(table);
+}
 
 bool isSceneTable(const QObject *view)
 {
