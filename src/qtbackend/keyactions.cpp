@@ -32,6 +32,8 @@
 namespace Morvex {
 namespace {
 
+const QLatin1String selectAll("<Ctrl+A>");
+
 // What keys are for now; null for none.
 QWidget *keyTarget()
 {
@@ -224,7 +226,13 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
     m_edits.beginKey(target, isReplacing);
     if (m_focus.takeNew() && !editedView(target))
         selectAsShown(target, isReplacing);
-    m_lastKey = m_typed.add(target, keys);
+    // Where the cursor was no longer matters.
+    if (fieldOf(target) && keys == selectAll) {
+        m_report.addCursor(m_report.nameOf(target), target, keys);
+        m_lastKey = m_report.lastNumber();
+    } else {
+        m_lastKey = m_typed.add(target, keys);
+    }
     m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
         m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};

@@ -50,6 +50,7 @@ public:
 private:
     static TextCursorState ofField(const QLineEdit &line);
     void joinAffixes(const QWidget *box);
+    void joinMask(const QString &mask);
     void findSection(const QWidget *box);
     bool isRightToLeft(int position) const;
     int endOfParagraph(int from, int to) const;

@@ -364,6 +364,12 @@ TEST_F(KeyActionsTest, AClickPutsTheCursorThereAgainWhateverTheFieldShows)
              box->setSuffix(" net");
              return box;
          }},
+        {"mask", "1234",
+         [] {
+             auto *line = new QLineEdit("5");
+             line->setInputMask("+99 (999) 99-99;_");
+             return line;
+         }},
         {"when", "5 Down",
          [] {
              auto *edit = new QDateTimeEdit(QDateTime({2005, 11, 30}, {23, 59, 59, 999}));
