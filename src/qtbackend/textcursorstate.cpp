@@ -327,7 +327,7 @@ QString TextCursorState::keysBetween(int from, int to, const QString &modifiers)
 }
 
 // From section to section, as keys jump over what is between them. To come to one selects it, with
-// the cursor at its end.
+// the cursor at its end; where a Left without Shift goes then depends on the platform.
 QString TextCursorState::wayInSection() const
 {
     const QString way =
@@ -335,10 +335,8 @@ QString TextCursorState::wayInSection() const
                                                  : QStringLiteral("<Ctrl+Right><Ctrl+Left>"));
     if (qAbs(m_position - m_anchor) == m_sectionLength)
         return way;
-    const int fromEnd = m_sectionStart + m_sectionLength - m_anchor;
-    return way +
-           (fromEnd > 0 ? repeated(QStringLiteral("Left"), fromEnd)
-                        : QStringLiteral("<Left><Right>")) +
+    return way + repeated(QStringLiteral("Shift+Left"), m_sectionLength) +
+           repeated(QStringLiteral("Right"), m_anchor - m_sectionStart) +
            keysBetween(m_anchor, m_position, QStringLiteral("Shift+"));
 }
 
