@@ -2,12 +2,14 @@
 
 #include "runner/recordedactions.h"
 #include "shared/files/regularfile.h"
+#include "test/openreportfile.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <sys/file.h>
 
 namespace Morvex {
@@ -86,9 +88,10 @@ QString RecordingJournal::write(const QVariantMap &line)
             .arg(m_file.fileName())
             .arg(maxActions)
             .arg(maxSize / bytesPerMiB);
-    if (m_file.write(bytes) == bytes.size())
+    if (writeWhole(m_file.handle(), bytes.constData(), static_cast<std::size_t>(bytes.size())))
         return {};
-    const QString reason = error(QStringLiteral("cannot write to '%1': %2"), m_file);
+    const QString reason = QStringLiteral("cannot write to '%1': %2")
+                               .arg(m_file.fileName(), QString::fromLocal8Bit(strerror(errno)));
     // A part of a line is none.
     m_file.resize(size);
     return reason;

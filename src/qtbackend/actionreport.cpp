@@ -115,6 +115,7 @@ void ActionReport::cancel(int number)
 void ActionReport::send(int number, const QString &what, const QString &objectName,
                         const QVariantMap &more)
 {
+    m_changes.noteAction();
     QVariantMap action = more;
     action[QStringLiteral("number")] = number;
     action[QStringLiteral("time")] = now();

@@ -11,6 +11,7 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QShortcutEvent>
+#include <QThread>
 #include <QWindow>
 
 #include <utility>
@@ -50,8 +51,10 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     , m_points(m_report)
 {
     const QWidgetList widgets = QApplication::allWidgets();
-    for (const QWidget *widget : widgets)
+    for (const QWidget *widget : widgets) {
         noteSecretInput(widget);
+        m_mouse.noteShown(widget);
+    }
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -62,6 +65,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
         if (!event->spontaneous())
             return false;
         break;
@@ -86,6 +90,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
         return false;
     case QEvent::Show:
         noteSecretInput(receiver);
+        m_mouse.noteShown(receiver);
         Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
@@ -135,6 +140,10 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
             pressKey(*static_cast<QKeyEvent *>(event));
         break;
+    case QEvent::ContextMenu:
+        settle();
+        m_keys.menuKey();
+        break;
     case QEvent::KeyRelease:
         m_scenes.releaseKey();
         break;
@@ -168,8 +177,18 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
             m_isSettling = false;
             settle();
             m_report.changes().settle();
+            beFirst();
         },
         Qt::QueuedConnection);
+}
+
+// Also before a filter that the application has installed later, and with which it takes events.
+// That of a drag has to come before, and none of those in a loop within a filter may come twice.
+void ActionWatch::beFirst()
+{
+    if (QGuiApplication::mouseButtons() == Qt::NoButton &&
+        QThread::currentThread()->loopLevel() <= 1)
+        QCoreApplication::instance()->installEventFilter(this);
 }
 
 void ActionWatch::drop(QWindow *window, const QDropEvent &event)

@@ -37,6 +37,7 @@ private:
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
+    void beFirst();
 
     ActionReport m_report;
     FocusMove m_focus;

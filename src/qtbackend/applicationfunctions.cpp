@@ -18,6 +18,8 @@
 #include "qtbackend/userinput.h"
 
 #include <QBuffer>
+#include <QMenu>
+#include <QPointer>
 
 namespace Morvex {
 namespace {
@@ -33,6 +35,8 @@ using Function = QVariant (*)(QtModel &model, const Call &call, QString *error);
 
 const char dumpFollows = char(0xc5);
 const char errorFollows = 0;
+// A button may be pressed by its key for a tenth of a second before it does anything.
+const int maxUnusableMs = 1000;
 // To compress takes far longer than to send, and the application waits for it.
 const int uncompressed = 100;
 
@@ -283,6 +287,8 @@ const struct
 {
     const char *name;
     Function function;
+    // What a user does to an object, which waits a moment until that can be used.
+    bool isUse = false;
 } functions[] = {
     {"desktopScreenshot", desktopScreenshot},
     {"grabObjectScreenshot", grabObjectScreenshot},
@@ -290,20 +296,39 @@ const struct
     {"dumpObject", dumpObject},
     {"countUsage", countUsage},
     {"dumpUsage", dumpUsage},
-    {"clickObject", click},
-    {"useMouse", mouse},
+    {"clickObject", click, true},
+    {"useMouse", mouse, true},
     {"findAll", findAll},
     {"children", children},
     {"objectProperties", objectProperties},
     {"isSecret", isSecretOf},
     {"nameTree", tree},
     {"takeClicked", takeClicked},
-    {"typeText", type},
+    {"typeText", type, true},
     {"closeWindow", close},
-    {"useItem", useItemOf},
+    {"useItem", useItemOf, true},
     {"hasItem", hasItemOf},
     {"itemProperties", propertiesOfItem},
 };
+
+// Menus and what a tool bar has no room for are shown when they are used.
+bool isStillToBeUsable(const QObject *object)
+{
+    const auto *widget = qobject_cast<const QWidget *>(object);
+    return widget && !(widget->isVisible() && widget->isEnabled()) && !isInToolBar(widget) &&
+           !qobject_cast<const QMenu *>(widget);
+}
+
+void callWhenUsable(Function function, QtModel &model, const Call &call)
+{
+    const QPointer<QObject> object = model.registry().object(call.arguments.value(0).toInt());
+    call.input.waitUntil([object] { return !isStillToBeUsable(object); }, maxUnusableMs);
+    call.input.add([function, &model, arguments = call.arguments, &input = call.input] {
+        QString error;
+        function(model, {arguments, input}, &error);
+        return error;
+    });
+}
 
 } // namespace
 
@@ -311,8 +336,15 @@ QVariant callApplicationFunction(QtModel &model, const QString &name, const QVar
                                  InputSequence &input, QString *error)
 {
     for (const auto &known : functions) {
-        if (name == QLatin1String(known.name))
-            return known.function(model, {arguments, input}, error);
+        if (name != QLatin1String(known.name))
+            continue;
+        const Call call{arguments, input};
+        QObject *object =
+            known.isUse ? model.registry().object(arguments.value(0).toInt()) : nullptr;
+        if (!isStillToBeUsable(object))
+            return known.function(model, call, error);
+        callWhenUsable(known.function, model, call);
+        return true;
     }
     *error = QStringLiteral("there is no function '%1'").arg(name);
     return {};

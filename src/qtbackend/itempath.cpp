@@ -37,7 +37,7 @@ ItemSelector ItemSelector::of(const QVariantList &values)
         return selector;
     }
     selector.path = values.value(0).toString();
-    selector.column = second.toMap().value(QStringLiteral("column")).toInt();
+    selector.column = second.toMap().value(QStringLiteral("column"), -1).toInt();
     selector.occurrence = second.toMap().value(QStringLiteral("occurrence")).toInt();
     return selector;
 }

@@ -14,8 +14,8 @@ struct ItemSelector
     QString path;
     bool isCell = false;
     int row = -1;
-    /// Of a path the column of the node that it leads to.
-    int column = 0;
+    /// Of a path the column of the node that it leads to; -1 for that of its text.
+    int column = -1;
     /// From 1 on, among entries with the same text; 0 when there may be only one.
     int occurrence = 0;
 

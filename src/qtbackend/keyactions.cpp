@@ -7,6 +7,7 @@
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
 #include "qtbackend/menuuse.h"
+#include "qtbackend/objecttree.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
 #include "qtbackend/usagerules.h"
@@ -30,6 +31,8 @@
 
 namespace Morvex {
 namespace {
+
+const QLatin1String selectAll("<Ctrl+A>");
 
 // What keys are for now; null for none.
 QWidget *keyTarget()
@@ -111,6 +114,8 @@ void KeyActions::press(const QKeyEvent &event)
     m_pressedIn = nullptr;
     m_pressedKeys.clear();
     m_hasTakenMove = false;
+    if (std::exchange(m_isMenuKeyKnown, false) && event.key() == Qt::Key_Menu)
+        return;
     QWidget *popup = QApplication::activePopupWidget();
     auto *menu = qobject_cast<QMenu *>(popup);
     if (menu && !isFocusWithin(menu))
@@ -131,6 +136,15 @@ void KeyActions::press(const QKeyEvent &event)
     if (button->focusPolicy() & Qt::ClickFocus)
         m_focus.enter(target);
     m_lastKey = m_report.add(QStringLiteral("click"), target);
+}
+
+void KeyActions::menuKey()
+{
+    QWidget *target = keyTarget();
+    if (!target || QApplication::activePopupWidget() || sceneRootOf(target))
+        return;
+    typeKeys(target, QStringLiteral("<Menu>"), false);
+    m_isMenuKeyKnown = true;
 }
 
 void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
@@ -188,6 +202,8 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
             m_edits.expectCancel();
         typeKeys(target, keys,
                  isText || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete);
+        if (isText)
+            m_search.begin(target, keys, m_lastKey);
         if (!isTabKey(event) && !isCursorKey(event))
             m_edits.typeInView(target, m_lastKey, isText);
     }
@@ -196,14 +212,27 @@ void KeyActions::type(QWidget *target, const QKeyEvent &event)
         m_focus.expect(m_lastKey);
 }
 
+// What the user has found selected when the focus came.
+void KeyActions::selectAsShown(QWidget *target, bool isReplacing)
+{
+    const TextCursorState state = TextCursorState::of(target);
+    if (state.isInLaterSection() || (isReplacing && state.isAllSelected()))
+        m_report.addCursor(m_report.nameOf(target), target, state.keys());
+}
+
 void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing)
 {
     m_hasTakenMove = m_focus.enter(target);
     m_edits.beginKey(target, isReplacing);
-    if (m_focus.takeNew() && isReplacing && !editedView(target) &&
-        TextCursorState::of(target).isAllSelected())
-        m_report.addCursor(m_report.nameOf(target), target, QStringLiteral("<Ctrl+A>"));
-    m_lastKey = m_typed.add(target, keys);
+    if (m_focus.takeNew() && !editedView(target))
+        selectAsShown(target, isReplacing);
+    // Where the cursor was no longer matters.
+    if (fieldOf(target) && keys == selectAll) {
+        m_report.addCursor(m_report.nameOf(target), target, keys);
+        m_lastKey = m_report.lastNumber();
+    } else {
+        m_lastKey = m_typed.add(target, keys);
+    }
     m_edits.noteTyped(target, m_lastKey);
     if (const QLineEdit *field = isReplacing ? choosyField(target) : nullptr)
         m_offer = {field, field->text(), TextCursorState::of(field), m_lastKey};
@@ -211,6 +240,7 @@ void KeyActions::typeKeys(QWidget *target, const QString &keys, bool isReplacing
 
 void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
 {
+    m_search.cancel();
     const QString heldBack = m_secrets.takeShortcut();
     // The one of several actions is not chosen.
     if (qobject_cast<QMenuBar *>(owner) ||
@@ -278,6 +308,7 @@ void KeyActions::settle()
     m_offer = {};
     m_secrets.settle();
     m_edits.settle();
+    m_search.settle();
     if (m_choice.list && m_choice.list->isVisible())
         m_report.cancel(m_choice.number);
     m_choice = {};

@@ -4,6 +4,7 @@
 #include "qtbackend/keyreport.h"
 #include "qtbackend/secrettyping.h"
 #include "qtbackend/textcursorstate.h"
+#include "qtbackend/typedsearch.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -33,6 +34,7 @@ public:
         , m_menus(menus)
         , m_edits(report)
         , m_secrets(report)
+        , m_search(report)
         , m_typed(report)
     {
     }
@@ -41,6 +43,8 @@ public:
     bool isKnown(const QKeyEvent &event);
     /// A key that is pressed in a window, or is offered to it before shortcuts are looked at.
     void press(const QKeyEvent &event);
+    /// The key for the context menu, of which that is opened before the key is pressed.
+    void menuKey();
     /// What the key that was pressed last has come to.
     void shortcut(QObject *owner, const QShortcutEvent &event);
     /// The focus has left the widget, which has not seen that yet.
@@ -69,6 +73,7 @@ private:
     bool isForList(QWidget *popup, const QKeyEvent &event);
     void pressInMenu(QMenu *menu, const QKeyEvent &event);
     void type(QWidget *target, const QKeyEvent &event);
+    void selectAsShown(QWidget *target, bool isReplacing);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
     void reportShortcut(const QKeySequence &key, bool isHeldBack);
     void replaceByTab(QTabBar *tabs, const QKeySequence &key);
@@ -78,10 +83,12 @@ private:
     MenuUse &m_menus;
     CellEdits m_edits;
     SecretTyping m_secrets;
+    TypedSearch m_search;
     // That which was offered first.
     ulong m_offeredTime = 0;
     int m_offeredKey = 0;
     int m_lastKey = 0;
+    bool m_isMenuKeyKnown = false;
     // What a shortcut may take before it gets there.
     QPointer<QWidget> m_pressedIn;
     QString m_pressedKeys;

@@ -12,6 +12,9 @@ namespace {
 // Those that no user has used are forgotten at some time.
 const int maxChanges = 10000;
 
+// As long as what a user does may take of itself, also when it is repeated by a script.
+const int usualMs = 400;
+
 } // namespace
 
 void LateChanges::settle()
@@ -22,7 +25,8 @@ void LateChanges::settle()
 
 void LateChanges::note(QObject *receiver, const QEvent &event)
 {
-    if (!m_isSettled || !receiver->isWidgetType())
+    const bool isUsual = m_sinceAction.isValid() && m_sinceAction.elapsed() < usualMs;
+    if (!m_isSettled || isUsual || !receiver->isWidgetType())
         return;
     const bool isShown = event.type() == QEvent::Show;
     if (!isShown && !static_cast<QWidget *>(receiver)->isEnabled())

@@ -2,6 +2,7 @@
 
 #include "qtbackend/scenechanges.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
 #include <QStringList>
@@ -17,6 +18,8 @@ class LateChanges
 public:
     /// The user does something.
     void begin() { m_isSettled = false; }
+    /// What the user did is an action: what follows it at once, it does in a script as well.
+    void noteAction() { m_sinceAction.start(); }
     /// The application has handled what the user did last.
     void settle();
 
@@ -38,6 +41,8 @@ private:
     SceneChanges m_scenes;
     // At first the application has not handled its start.
     bool m_isSettled = false;
+    // Invalid at first.
+    QElapsedTimer m_sinceAction;
 };
 
 } // namespace Morvex

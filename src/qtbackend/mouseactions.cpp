@@ -22,6 +22,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTabBar>
 
 #include <utility>
@@ -162,6 +163,20 @@ void MouseActions::giveBackPress()
     m_click = {};
 }
 
+// What is at a place of an area is as far as that was scrolled.
+void MouseActions::reportScroll()
+{
+    const auto *area = qobject_cast<const QAbstractScrollArea *>(m_press.target.object);
+    const QList<QScrollBar *> moved = area ? m_scroll.takeMoved(area) : QList<QScrollBar *>();
+    // It comes after that.
+    if (!moved.isEmpty())
+        m_report.cancel(std::exchange(m_press.number, 0));
+    for (const QScrollBar *bar : moved)
+        m_report.add(QStringLiteral("set"), bar,
+                     {{QStringLiteral("property"), QStringLiteral("value")},
+                      {QStringLiteral("value"), bar->value()}});
+}
+
 void MouseActions::reportPress()
 {
     RecordedTarget &target = m_press.target;
@@ -170,8 +185,7 @@ void MouseActions::reportPress()
         what = QStringLiteral("expand");
     else if (target.kind == RecordedTarget::Collapse)
         what = QStringLiteral("collapse");
-    else if (m_press.isDouble && !isPushed(target.object) && m_clickBefore.number > 0 &&
-             m_clickBefore.object == target.object && m_clickBefore.item == target.item)
+    else if (!isPushed(target.object) && isSecondClick())
         what = QStringLiteral("doubleClick");
     if (what == QLatin1String("doubleClick"))
         m_report.cancel(m_clickBefore.number);
@@ -179,6 +193,8 @@ void MouseActions::reportPress()
     if (what == QLatin1String("doubleClick") && !target.item.isEmpty())
         target.place.reset();
     const QVariantMap place = placeOf(target);
+    if (target.place && target.item.isEmpty())
+        reportScroll();
     if (m_press.number > 0)
         m_report.replace(m_press.number, what, target.object, place);
     else
@@ -230,10 +246,15 @@ void MouseActions::finishPress(const QPoint &globalPlace)
         way >= QApplication::startDragDistance() && target.kind == RecordedTarget::Click;
     const bool isTab = qobject_cast<const QTabBar *>(widget);
     const bool isSection = qobject_cast<const QHeaderView *>(target.object);
-    const bool isGivenUp = isWhole && !isInside && m_press.button == Qt::LeftButton;
+    const bool isGivenUp = (isWhole && !isInside && m_press.button == Qt::LeftButton) ||
+                           (target.isForDrag && !isMoved);
     if (isGivenUp || (isMoved && isSection)) {
         m_report.cancel(m_press.number);
         m_click = {};
+    } else if (isDoubleClicked(target.object)) {
+        m_report.cancel(m_clickBefore.number);
+        m_report.replace(m_press.number, QStringLiteral("doubleClick"), target.object,
+                         placeOf(target));
     }
     const bool isView = qobject_cast<const QAbstractItemView *>(target.object);
     // The place was left out as long as it was a click.
@@ -241,6 +262,20 @@ void MouseActions::finishPress(const QPoint &globalPlace)
         m_press.target.place = widget->mapFromGlobal(m_press.globalPlace);
     if (isMoved && (!isWhole || isView) && !isTab && !isSection)
         reportDrag(globalPlace, false);
+}
+
+// It was not pushed by the second press, so that the application has used that.
+bool MouseActions::isDoubleClicked(const QObject *object) const
+{
+    const auto *button = qobject_cast<const QAbstractButton *>(object);
+    return button && !button->isDown() && m_press.button == Qt::LeftButton && isSecondClick();
+}
+
+bool MouseActions::isSecondClick() const
+{
+    return m_press.isDouble && m_clickBefore.number > 0 &&
+           m_clickBefore.object == m_press.target.object &&
+           m_clickBefore.item == m_press.target.item;
 }
 
 void MouseActions::reportDrag(const QPoint &globalPlace, bool isData)
@@ -255,6 +290,9 @@ void MouseActions::reportDrag(const QPoint &globalPlace, bool isData)
         to.place = m_press.widget->mapFromGlobal(globalPlace);
     }
     const bool isSame = to.object == m_press.target.object && to.item == m_press.target.item;
+    // A rubber band may end beside all items, too.
+    if (isSame && to.item.isEmpty() && m_press.target.place && !isData)
+        to.place = m_press.widget->mapFromGlobal(globalPlace);
     if (isSame && !to.place)
         return;
     QVariantMap more = placeOf(m_press.target);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qtbackend/areascroll.h"
 #include "qtbackend/pressoutcome.h"
 #include "qtbackend/selectionpaste.h"
 #include "qtbackend/textdrag.h"
@@ -46,6 +47,9 @@ public:
 
     /// Something else may change the value of this widget.
     void expectChange(QWidget *widget);
+
+    /// An object, of any kind, is being shown.
+    void noteShown(const QObject *object) { m_scroll.noteShown(object); }
 
     /// Looks what has become of what was done last.
     void settle();
@@ -95,6 +99,9 @@ private:
     bool isHandedOnTo(const QWidget *widget) const;
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
+    void reportScroll();
+    bool isSecondClick() const;
+    bool isDoubleClicked(const QObject *object) const;
     void giveBackPress();
     QVariantMap placeOf(const RecordedTarget &target) const;
     void finishPress(const QPoint &globalPlace);
@@ -108,6 +115,7 @@ private:
     PressOutcome m_outcome;
     TextDrag m_textDrag;
     SelectionPaste m_paste;
+    AreaScroll m_scroll;
     // The mouse is used on the frame of it.
     QPointer<QMdiSubWindow> m_subWindow;
     Choice m_choice;

@@ -9,6 +9,7 @@
 #include "qtbackend/scenereveal.h"
 #include "qtbackend/scrolling.h"
 #include "qtbackend/whyblocked.h"
+#include "qtbackend/windowactivation.h"
 
 #include <QAbstractScrollArea>
 #include <QAction>
@@ -23,8 +24,6 @@
 namespace Morvex {
 namespace {
 
-// A window manager may refuse.
-const int maxActivationMs = 500;
 // In pixels, of a tab or a section of a header.
 const int pastMiddle = 3;
 
@@ -149,7 +148,8 @@ bool activateForInput(QObject *object)
     if (!widget || !whyBlocked(widget).isEmpty())
         return false;
     QWidget *window = screenWindowOf(widget);
-    if (widget->isActiveWindow() || window->isActiveWindow())
+    if (widget->isActiveWindow() || window->isActiveWindow() ||
+        window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus))
         return false;
     window->activateWindow();
     return true;
@@ -159,7 +159,7 @@ void waitForActiveWindow(QObject *object, InputSequence &input)
 {
     const QPointer<QObject> alive = object;
     if (activateForInput(object))
-        input.waitUntil([alive] { return !activateForInput(alive); }, maxActivationMs);
+        waitForActivation([alive] { return !activateForInput(alive); }, input);
 }
 
 std::shared_ptr<MouseTarget> MouseTarget::make(const Place &place, QString *error)

@@ -133,19 +133,27 @@ void addPlaceInItem(RecordedTarget *target, const QAbstractItemView &view, const
         target->place = place - shown.topLeft();
 }
 
+// Beside its items. There the left button takes back a selection, or begins a rubber band.
+RecordedTarget freeTarget(QAbstractItemView *view, const QPoint &place, Qt::MouseButton button)
+{
+    const bool hasSelection = view->selectionModel() && view->selectionModel()->hasSelection();
+    const bool isMultiple = view->selectionMode() != QAbstractItemView::NoSelection &&
+                            view->selectionMode() != QAbstractItemView::SingleSelection;
+    if (button == Qt::LeftButton && !hasSelection && !isMultiple)
+        return {};
+    RecordedTarget target =
+        isMiddleFree(view) ? targetOf(RecordedTarget::Click, view) : placeTarget(view, place);
+    target.isForDrag = button == Qt::LeftButton && !hasSelection;
+    return target;
+}
+
 RecordedTarget viewTarget(QAbstractItemView *view, const QPoint &place, Qt::MouseButton button)
 {
     if (comboBoxOfList(view))
         return {};
     const QModelIndex index = view->model() ? view->indexAt(place) : QModelIndex();
-    if (!index.isValid()) {
-        const bool matters = button != Qt::LeftButton ||
-                             (view->selectionModel() && view->selectionModel()->hasSelection());
-        if (!matters)
-            return {};
-        return isMiddleFree(view) ? targetOf(RecordedTarget::Click, view)
-                                  : placeTarget(view, place);
-    }
+    if (!index.isValid())
+        return freeTarget(view, place, button);
     RecordedTarget target = itemTarget(view, selectorOf(view, index));
     const auto *tree = qobject_cast<QTreeView *>(view);
     const bool isLeft = button == Qt::LeftButton;

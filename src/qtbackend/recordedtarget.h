@@ -35,6 +35,8 @@ struct RecordedTarget
     QVariantList item;
     /// Only where what happens depends on it; in the object or the item.
     std::optional<QPoint> place;
+    /// Nothing unless the mouse is moved before the button is released.
+    bool isForDrag = false;
 };
 
 RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button);

@@ -40,16 +40,13 @@ bool SceneActions::mouse(QObject *receiver, QEvent *event)
 void SceneActions::press(QObject *root, const QMouseEvent &event)
 {
     m_keys.beginPress(root);
-    m_mouse.press(root, event);
     m_pages.begin(root, event.pos());
+    m_mouse.press(root, event);
 }
 
 void SceneActions::release(const QMouseEvent &event)
 {
-    if (m_mouse.isFar(event.pos()))
-        m_pages.end();
-    else
-        m_pages.cancel();
+    m_pages.end(m_mouse.isFar(event.pos()));
     m_mouse.release(event);
 }
 
@@ -57,7 +54,7 @@ void SceneActions::turn(QObject *root, const QWheelEvent &event)
 {
     m_wheel.turn(root, event);
     m_pages.beginWheel(root, event.position().toPoint());
-    m_pages.end();
+    m_pages.end(true);
 }
 
 void SceneActions::dropData(QWindow *window, const QPoint &place)

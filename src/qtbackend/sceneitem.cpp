@@ -164,7 +164,7 @@ void SceneItem::reveal(InputSequence &input)
             if (cell)
                 SceneAccess::self()->scrollIntoSight(cell);
             if (owner)
-                QMetaObject::invokeMethod(owner, "forceLayout");
+                settleSceneTable(owner);
             return QString();
         });
         return;

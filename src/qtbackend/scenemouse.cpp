@@ -40,12 +40,6 @@ bool isOfComboBox(const QObject *popup)
     return popup && isSceneComboBox(popup->property("parent").value<QObject *>());
 }
 
-// Those of which a second click is just one more.
-bool isPushed(const QObject *object)
-{
-    return object && object->inherits("QQuickAbstractButton");
-}
-
 // Null when nothing moves.
 QObject *movingAround(QObject *item)
 {
@@ -75,8 +69,13 @@ void SceneMouse::press(QObject *root, const QMouseEvent &event)
     const bool isDouble = event.type() == QEvent::MouseButtonDblClick;
     if (!isDouble || !m_press.isDown)
         begin(root, event);
-    if (!isDouble || m_press.number == 0 || isPushed(m_press.target.object))
+    if (!isDouble || m_press.number == 0)
         return;
+    // The first press may have stopped what was moving; then the second is for nothing.
+    if (m_lastClick == 0) {
+        cancelPress();
+        return;
+    }
     m_press.isDouble = true;
     m_report.cancel(m_lastClick);
     reportPress();
@@ -94,11 +93,12 @@ void SceneMouse::begin(QObject *root, const QMouseEvent &event)
     m_press.time = event.timestamp();
     m_press.isDown = true;
     m_press.popups = openedPopups(root);
-    m_press.moving =
-        movingAround(SceneAccess::self()->takerAt(root, m_press.place, m_press.button));
+    QObject *taker = SceneAccess::self()->takerAt(root, m_press.place, m_press.button);
+    const bool isMoving = movingAround(taker);
     m_press.popupCount = SceneAccess::self()->popupsIn(root).size();
     m_isToBeTaken = true;
-    describe(SceneAccess::self()->takerAt(root, m_press.place, m_press.button));
+    // What is moving may be stopped by the press, and nothing else gets it then.
+    describe(isMoving ? nullptr : taker);
     describeDragged();
 }
 
@@ -140,8 +140,7 @@ void SceneMouse::describe(QObject *taker)
     default:
         break;
     }
-    m_report.cancel(m_press.number);
-    m_press.number = 0;
+    cancelPress();
 }
 
 // What shows only while the mouse is over something is not there before.
@@ -175,6 +174,13 @@ bool SceneMouse::isTaken() const
            SceneAccess::self()->popupsIn(m_press.root).size() != m_press.popupCount;
 }
 
+// What scrolls has kept the press to itself.
+bool SceneMouse::isStop(const QObject *grabber) const
+{
+    return isScrolling(grabber) && grabber != m_press.taker &&
+           grabber->property("pressDelay").toInt() == 0;
+}
+
 // Which item takes the press is known once it has been delivered.
 void SceneMouse::checkTaker()
 {
@@ -183,10 +189,9 @@ void SceneMouse::checkTaker()
     QObject *grabber = m_press.root ? grabberOf(m_press.root) : nullptr;
     m_press.grabber = grabber;
     const bool isOther = grabber && grabber != m_press.taker && !isScrolling(grabber);
-    const bool isStop = isScrolling(grabber) && m_press.moving == grabber;
     if (isOther)
         describe(grabber);
-    else if (isStop || !isTaken())
+    else if (isStop(grabber) || !isTaken())
         describe(nullptr);
 }
 
@@ -221,17 +226,22 @@ void SceneMouse::finishPress(const QMouseEvent &event)
     } else if (m_press.number == 0 || !m_press.taker) {
         return;
     } else if (isStolen) {
-        m_report.cancel(m_press.number);
+        cancelPress();
     } else if (isMoved && takesDrag()) {
         if (!m_press.target.place)
             m_press.target.place = m_press.placeInTarget;
         reportDrag(event.pos());
     } else if (!SceneAccess::self()->isAt(m_press.taker, event.pos()) ||
                (isMoved && hasTapHandler(m_press.taker))) {
-        m_report.cancel(m_press.number);
+        cancelPress();
     } else {
         reportHeld(event.timestamp() - m_press.time);
     }
+}
+
+void SceneMouse::cancelPress()
+{
+    m_report.cancel(std::exchange(m_press.number, 0));
 }
 
 bool SceneMouse::takesDrag() const

@@ -46,8 +46,6 @@ private:
         ulong time = 0;
         bool isDown = false;
         bool isDouble = false;
-        // What was scrolling by itself then.
-        QPointer<QObject> moving;
         // What has grabbed the mouse.
         QPointer<QObject> grabber;
         // What a handler may drag, by the place where it is pressed.
@@ -78,6 +76,7 @@ private:
     void describe(QObject *taker);
     void describeDragged();
     void reportPress();
+    void cancelPress();
     void reportHover();
     void finishPress(const QMouseEvent &event);
     bool takesDrag() const;
@@ -85,6 +84,7 @@ private:
     void reportDrag(const QPoint &place);
     QVariantMap endOfDrag(const RecordedTarget &start, const QString &name, const QPoint &place);
     bool isTaken() const;
+    bool isStop(const QObject *grabber) const;
     void checkTaker();
     void settleOutcome();
     void settlePopups();

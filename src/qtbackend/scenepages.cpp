@@ -59,6 +59,7 @@ void ScenePages::begin(QObject *root, const QPoint &place)
     m_drawers = drawersIn(root);
     m_numberBefore = m_report.lastNumber();
     watchAround(SceneAccess::self()->takerAt(root, place, Qt::LeftButton));
+    m_wasMoving = isMoving();
 }
 
 void ScenePages::beginWheel(QObject *root, const QPoint &place)
@@ -101,8 +102,10 @@ void ScenePages::watch(QObject *object, const char *property)
     m_watched.push_back({object, property, object->property(property)});
 }
 
-void ScenePages::end()
+void ScenePages::end(bool isMoved)
 {
+    if (!isMoved && !m_wasMoving)
+        cancel();
     m_isDone = m_root;
     if (m_isDone)
         m_timer.start();

@@ -21,10 +21,9 @@ public:
     void begin(QObject *root, const QPoint &place);
     /// The wheel is turned there.
     void beginWheel(QObject *root, const QPoint &place);
-    /// It has not moved them: what changes them now is no work of the mouse.
-    void cancel();
-    /// It is done.
-    void end();
+    /// It is done. @p isMoved is whether it may have moved some; those that were moving before it
+    /// may have stopped.
+    void end(bool isMoved);
 
     /// Looks what has become of it. @p isLast is whether something else is done now.
     void settle(bool isLast);
@@ -37,6 +36,7 @@ private:
         QVariant value;
     };
 
+    void cancel();
     void watchAround(QObject *item);
     void watch(QObject *object, const char *property);
     bool isMoving() const;
@@ -49,6 +49,7 @@ private:
     // Those that were open.
     std::vector<QPointer<QObject>> m_drawers;
     int m_numberBefore = 0;
+    bool m_wasMoving = false;
     bool m_isDone = false;
     QTimer m_timer;
 };

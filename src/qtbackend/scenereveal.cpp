@@ -5,6 +5,7 @@
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/sceneview.h"
+#include "qtbackend/windowactivation.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -17,8 +18,6 @@
 namespace Morvex {
 namespace {
 
-// A window manager may refuse.
-const int maxActivationMs = 500;
 // Some never come to rest.
 const int maxMovingMs = 2000;
 // How often an item has to be seen at one place; some pictures may be drawn in between.
@@ -80,12 +79,12 @@ void activate(QObject *item, InputSequence &input)
     if (!window || window->isActive())
         return;
     window->requestActivate();
-    input.waitUntil(
+    waitForActivation(
         [alive = QPointer<QObject>(item)] {
             const QWindow *asked = sceneWindowOf(alive);
             return !asked || asked->isActive();
         },
-        maxActivationMs);
+        input);
 }
 
 } // namespace

@@ -30,11 +30,21 @@ bool isMeant(const QObject *delegate, const ItemSelector &selector)
     return cell.row == selector.row && cell.column == selector.column;
 }
 
+// Items that a table keeps for later are still where they were. Their rows end with the store.
+void dropKeptItems(QObject *table)
+{
+    const char property[] = "reuseItems";
+    if (!table->property(property).toBool())
+        return;
+    table->setProperty(property, false);
+    table->setProperty(property, true);
+}
+
 void moveTo(QObject *table, qreal x, qreal y)
 {
     table->setProperty("contentX", x);
     table->setProperty("contentY", y);
-    QMetaObject::invokeMethod(table, "forceLayout");
+    settleSceneTable(table);
 }
 
 qreal realOf(const QObject *table, const char *property)
@@ -43,6 +53,12 @@ qreal realOf(const QObject *table, const char *property)
 }
 
 } // namespace
+
+void settleSceneTable(QObject *table)
+{
+    QMetaObject::invokeMethod(table, "forceLayout");
+    dropKeptItems(table);
+}
 
 bool isSceneTable(const QObject *view)
 {
@@ -65,6 +81,7 @@ QObject *sceneCellAt(QObject *table, const ItemSelector &selector)
 
 QObject *showSceneCell(QObject *table, const ItemSelector &selector)
 {
+    dropKeptItems(table);
     if (QObject *cell = sceneCellAt(table, selector))
         return cell;
     const qreal x = realOf(table, "contentX");

@@ -26,4 +26,7 @@ QObject *sceneCellAt(QObject *table, const ItemSelector &selector);
 /// as it was, when there is no such cell.
 QObject *showSceneCell(QObject *table, const ItemSelector &selector);
 
+/// To be called after its content has been moved: it has items for what is in sight, and no others.
+void settleSceneTable(QObject *table);
+
 } // namespace Morvex

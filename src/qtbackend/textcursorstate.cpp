@@ -1,5 +1,6 @@
 #include "qtbackend/textcursorstate.h"
 
+#include "qtbackend/inputmask.h"
 #include "qtbackend/sceneaccess.h"
 
 #include <QAbstractSpinBox>
@@ -15,6 +16,7 @@
 #include <QTextEdit>
 #include <QTextLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace Morvex {
@@ -114,6 +116,7 @@ TextCursorState TextCursorState::of(const QWidget *widget)
         state = ofField(*line);
         state.findSection(line->parentWidget());
         state.joinAffixes(line->parentWidget());
+        state.joinMask(line->inputMask());
         return state;
     }
     if (const auto *edit = qobject_cast<const QTextEdit *>(widget)) {
@@ -171,6 +174,23 @@ void TextCursorState::joinAffixes(const QWidget *box)
     m_text = prefix.left(1) + m_text.mid(prefix.size(), end - prefix.size()) + suffix.left(1);
 }
 
+// Each place at which the cursor stops counts as one.
+void TextCursorState::joinMask(const QString &mask)
+{
+    if (mask.isEmpty())
+        return;
+    const QVector<int> stops = cursorStops(mask);
+    const auto joined = [&stops](int position) {
+        const auto *stop = std::lower_bound(stops.begin(), stops.end() - 1, position);
+        return static_cast<int>(stop - stops.begin());
+    };
+    m_position = joined(m_position);
+    m_anchor = joined(m_anchor);
+    m_length = stops.size() - 1;
+    m_contentEnd = m_length;
+    m_text = QString(m_length, QLatin1Char('_'));
+}
+
 void TextCursorState::findSection(const QWidget *box)
 {
     const auto *edit = qobject_cast<const QDateTimeEdit *>(box);
@@ -220,8 +240,10 @@ TextCursorState TextCursorState::at(const QWidget *widget, int position)
     TextCursorState state = line ? ofField(*line) : of(widget);
     state.m_position = position;
     state.m_anchor = position;
-    if (line)
+    if (line) {
         state.joinAffixes(line->parentWidget());
+        state.joinMask(line->inputMask());
+    }
     return state;
 }
 
@@ -305,7 +327,7 @@ QString TextCursorState::keysBetween(int from, int to, const QString &modifiers)
 }
 
 // From section to section, as keys jump over what is between them. To come to one selects it, with
-// the cursor at its end.
+// the cursor at its end; where a Left without Shift goes then depends on the platform.
 QString TextCursorState::wayInSection() const
 {
     const QString way =
@@ -313,10 +335,8 @@ QString TextCursorState::wayInSection() const
                                                  : QStringLiteral("<Ctrl+Right><Ctrl+Left>"));
     if (qAbs(m_position - m_anchor) == m_sectionLength)
         return way;
-    const int fromEnd = m_sectionStart + m_sectionLength - m_anchor;
-    return way +
-           (fromEnd > 0 ? repeated(QStringLiteral("Left"), fromEnd)
-                        : QStringLiteral("<Left><Right>")) +
+    return way + repeated(QStringLiteral("Shift+Left"), m_sectionLength) +
+           repeated(QStringLiteral("Right"), m_anchor - m_sectionStart) +
            keysBetween(m_anchor, m_position, QStringLiteral("Shift+"));
 }
 

@@ -34,6 +34,8 @@ public:
 
     bool isInEmptyText() const { return m_length == 0; }
     bool isAllSelected() const;
+    /// Whether it is a date of which another section than the first is the current one.
+    bool isInLaterSection() const { return m_section > 0; }
 
     /// What was inserted since where the cursor of @p before is; this one is after it. Empty when
     /// anything else has changed.
@@ -48,6 +50,7 @@ public:
 private:
     static TextCursorState ofField(const QLineEdit &line);
     void joinAffixes(const QWidget *box);
+    void joinMask(const QString &mask);
     void findSection(const QWidget *box);
     bool isRightToLeft(int position) const;
     int endOfParagraph(int from, int to) const;

@@ -11,9 +11,11 @@
 #include "qtbackend/typedkeys.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/whyblocked.h"
+#include "qtbackend/windowactivation.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QPointer>
@@ -31,7 +33,7 @@ QT_END_NAMESPACE
 namespace Morvex {
 namespace {
 
-const int maxActivationMs = 500;
+const int maxSettlingMs = 500;
 // A menu takes a click for one that is to close it until the mouse has moved some times.
 const int movesBeforeClick = 8;
 const int dragSteps = 10;
@@ -198,6 +200,15 @@ void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
     QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
 }
 
+// Window systems ask for it by themselves.
+void askForContextMenu(const QWidget *widget, const TypedKey &key)
+{
+    QWindow *handle = widget->window()->windowHandle();
+    QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint(), key.modifiers);
+    if (handle)
+        QCoreApplication::sendEvent(handle, &menu);
+}
+
 // The dialog that the keys before have opened; null when there is none. It may be that from which
 // they were typed.
 QWidget *newDialog(const QWidget *widget, const QPointer<QWidget> &dialogBefore)
@@ -216,7 +227,10 @@ QString pressKey(const QPointer<QWidget> &widget, const TypedKey &key)
         return error;
     // The widget may go with the key that is pressed, but not its window.
     const QPointer<QWidget> window = widget->window();
-    sendKey(widget, QEvent::KeyPress, key);
+    if (key.key == Qt::Key_Menu)
+        askForContextMenu(widget, key);
+    if (widget)
+        sendKey(widget, QEvent::KeyPress, key);
     if (widget)
         sendKey(widget, QEvent::KeyRelease, key);
     return {};
@@ -227,12 +241,12 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
 {
     const QPointer<QWidget> dialogBefore = QApplication::activeModalWidget();
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        input.waitUntil(
+        waitForActivation(
             [widget, dialogBefore] {
                 const QWidget *dialog = newDialog(widget, dialogBefore);
                 return !dialog || dialog->isActiveWindow();
             },
-            maxActivationMs);
+            input);
         input.add([widget, dialogBefore, key = keys[i], i, count = keys.size()] {
             QWidget *dialog = newDialog(widget, dialogBefore);
             const QString error = pressKey(dialog ? dialog : widget.data(), key);
@@ -241,7 +255,7 @@ void addKeys(const QPointer<QWidget> &widget, const std::vector<TypedKey> &keys,
                                          .arg(error, QString::number(i), QString::number(count));
         });
     }
-    input.waitUntil(buttonsUpAgain(), maxActivationMs);
+    input.waitUntil(buttonsUpAgain(), maxSettlingMs);
 }
 
 // A widget may do more once the focus has come, such as select its text. No user types before.
@@ -256,7 +270,7 @@ void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
         QTimer::singleShot(0, [hasSettled] { *hasSettled = true; });
         return QString();
     });
-    input.waitUntil([hasSettled] { return *hasSettled; }, maxActivationMs);
+    input.waitUntil([hasSettled] { return *hasSettled; }, maxSettlingMs);
 }
 
 void sendKeyTo(QWindow *window, const TypedKey &key)

@@ -3,6 +3,7 @@
 #include "qtbackend/celleditor.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/mousetarget.h"
+#include "qtbackend/nodetext.h"
 #include "qtbackend/userinput.h"
 
 #include <QApplication>
@@ -30,12 +31,12 @@ int fetchedRowCount(QAbstractItemModel *model, const QModelIndex &parent)
     return model->rowCount(parent);
 }
 
-QStringList childTexts(QAbstractItemModel *model, const QModelIndex &parent, int column)
+QStringList childTexts(QAbstractItemModel *model, const QModelIndex &parent)
 {
     QStringList texts;
     const int rows = fetchedRowCount(model, parent);
     for (int row = 0; row < rows; ++row)
-        texts += model->index(row, column, parent).data().toString();
+        texts += nodeTextOf(*model, row, parent);
     return texts;
 }
 
@@ -155,23 +156,25 @@ void ViewItem::findCellWithText(const ItemSelector &selector)
         m_index = model->index(found.at(wanted) / columns, found.at(wanted) % columns, root);
 }
 
-// By the first column.
 void ViewItem::findNode(const ItemSelector &selector)
 {
     QAbstractItemModel *model = m_view->model();
     QModelIndex index = m_view->rootIndex();
     ItemPath path(selector);
     while (!path.isAtEnd()) {
-        const int row = path.next(childTexts(model, index, 0));
+        const int row = path.next(childTexts(model, index));
         if (row >= 0)
             index = model->index(row, 0, index);
     }
     m_error = path.error();
+    const int column = selector.column < 0
+                           ? qMax(textColumnOf(*model, index.row(), index.parent()), 0)
+                           : selector.column;
     if (m_error.isEmpty())
-        m_index = index.sibling(index.row(), selector.column);
+        m_index = index.sibling(index.row(), column);
     if (m_error.isEmpty() && !m_index.isValid())
         m_error = QStringLiteral("the item %1 has no column %2")
-                      .arg(selector.describe(), QString::number(selector.column));
+                      .arg(selector.describe(), QString::number(column));
 }
 
 QVariantMap ViewItem::properties() const

@@ -18,7 +18,7 @@ namespace {
 
 // More would leave too little for the names of sockets.
 const int maxDirectoryLength = 50;
-const int busTimeoutMs = 2000;
+const int busTimeoutMs = 10000;
 
 QString newDirectoryPath()
 {

@@ -49,6 +49,29 @@ bool makeTargetDirectory(const QString &target)
     return info.isDir() || info.dir().mkdir(info.fileName());
 }
 
+// What is copied into itself ends at @p copy, where the copy begins; empty at first.
+bool copyTree(const QString &source, const QString &target, QString copy, QString *error,
+              CopyDirectoryOption option)
+{
+    const QFileInfo info(source);
+    if (!info.exists())
+        return fail(error, QStringLiteral("Source directory '%1' does not exist").arg(source));
+    if (!info.isDir())
+        return copyFile(source, target, error, option);
+    const QStringList names = QDir(source).entryList(allEntries);
+    if (!makeTargetDirectory(target))
+        return fail(error, QStringLiteral("Failed to create target directory '%1'").arg(target));
+    if (copy.isEmpty())
+        copy = QFileInfo(target).canonicalFilePath();
+    for (const QString &name : names) {
+        const QString entry = source + QLatin1Char('/') + name;
+        if (QFileInfo(entry).canonicalFilePath() != copy &&
+            !copyTree(entry, target + QLatin1Char('/') + name, copy, error, option))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 TemporaryDir::TemporaryDir()
@@ -122,21 +145,7 @@ bool removeDirRecursively(const QString &path)
 bool copyDirectory(const QString &source, const QString &target, QString *error,
                    CopyDirectoryOption option)
 {
-    const QFileInfo info(source);
-    if (!info.exists())
-        return fail(error, QStringLiteral("Source directory '%1' does not exist").arg(source));
-    if (!info.isDir())
-        return copyFile(source, target, error, option);
-    // Before the target is made, which may be in the source.
-    const QStringList names = QDir(source).entryList(allEntries);
-    if (!makeTargetDirectory(target))
-        return fail(error, QStringLiteral("Failed to create target directory '%1'").arg(target));
-    for (const QString &name : names) {
-        if (!copyDirectory(source + QLatin1Char('/') + name, target + QLatin1Char('/') + name,
-                           error, option))
-            return false;
-    }
-    return true;
+    return copyTree(source, target, QString(), error, option);
 }
 
 } // namespace Morvex

@@ -61,7 +61,7 @@ void fill(QWidget *window)
     auto *later = placed(new QPushButton("Later", window), "later", {10, 220, 120, 30});
     later->setEnabled(false);
     QObject::connect(more, &QPushButton::clicked, later, [later] {
-        QTimer::singleShot(300, later, [later] { later->setEnabled(true); });
+        QTimer::singleShot(900, later, [later] { later->setEnabled(true); });
     });
     // What the application does by itself.
     QObject::connect(later, &QPushButton::clicked, size, [size] { size->setCurrentIndex(0); });

@@ -15,12 +15,12 @@ namespace {
 const int limitMs = 30000;
 
 template <typename Condition>
-bool waitUntil(const Condition &holds)
+bool waitUntil(const Condition &holds, int milliseconds = limitMs)
 {
     QElapsedTimer timer;
     timer.start();
     while (!holds()) {
-        if (timer.elapsed() > limitMs)
+        if (timer.elapsed() > milliseconds)
             return false;
         QThread::msleep(20);
     }
@@ -146,9 +146,12 @@ void RecordingFixture::sleep(double seconds)
 
 void RecordingFixture::actUntil(const QByteArray &line, const QByteArray &text)
 {
+    // The recorder may write it a while after the application has reported it.
+    const int reportMs = 2000;
+    const auto isWritten = [&] { return journal().contains(text); };
     EXPECT_TRUE(waitUntil([&] {
         act(line);
-        return journal().contains(text);
+        return waitUntil(isWritten, reportMs);
     })) << journal().constData();
 }
 

@@ -364,6 +364,12 @@ TEST_F(KeyActionsTest, AClickPutsTheCursorThereAgainWhateverTheFieldShows)
              box->setSuffix(" net");
              return box;
          }},
+        {"mask", "1234",
+         [] {
+             auto *line = new QLineEdit("5");
+             line->setInputMask("+99 (999) 99-99;_");
+             return line;
+         }},
         {"when", "5 Down",
          [] {
              auto *edit = new QDateTimeEdit(QDateTime({2005, 11, 30}, {23, 59, 59, 999}));
@@ -415,6 +421,62 @@ TEST_F(KeyActionsTest, AShortcutIsTypedByItsOwnKeys)
     const QString expected = window->windowTitle();
     replay();
     EXPECT_EQ(replayed->windowTitle(), expected);
+}
+
+// How fast the letters come says what they find.
+TEST_F(KeyActionsTest, ASearchByLettersIsWhatItHasFound)
+{
+    QApplication::setKeyboardInputInterval(0);
+    record([](QWidget *made) {
+        auto *list = new QListWidget;
+        auto *box = new QComboBox;
+        list->setObjectName("list");
+        box->setObjectName("box");
+        for (const char *text : {"apple", "banana", "cherry", "date"}) {
+            list->addItem(text);
+            box->addItem(text);
+        }
+        auto *remove = new QAction(list);
+        remove->setShortcut(QKeySequence("d"));
+        remove->setShortcutContext(Qt::WidgetShortcut);
+        QObject::connect(remove, &QAction::triggered, list,
+                         [list] { delete list->takeItem(list->currentRow()); });
+        list->addAction(remove);
+        made->layout()->addWidget(list);
+        made->layout()->addWidget(box);
+        list->setFocus();
+    });
+    for (const char *key : {"b", "c", "d", "Tab", "b", "d"}) {
+        press(key);
+        QTest::qWait(2);
+    }
+    QApplication::setKeyboardInputInterval(400);
+    EXPECT_EQ(script(), "list.item(\"banana\").click();\nlist.item(\"cherry\").click();\n"
+                        "list.type(\"d\");\nbox.item(\"banana\").click();\n"
+                        "box.item(\"date\").click();");
+    EXPECT_EQ(child<QListWidget>("list")->count(), 3);
+    EXPECT_EQ(child<QComboBox>("box")->currentText(), "date");
+}
+
+// The window system asks for it before the key is pressed.
+TEST_F(KeyActionsTest, TheKeyForAContextMenuOpensIt)
+{
+    record([](QWidget *made) {
+        auto *field = new QLineEdit;
+        field->setObjectName("field");
+        field->setContextMenuPolicy(Qt::CustomContextMenu);
+        QObject::connect(field, &QWidget::customContextMenuRequested, field,
+                         [field] { field->setText("asked"); });
+        made->layout()->addWidget(field);
+    });
+    QWindow *handle = window->windowHandle();
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
+    QSpontaneKeyEvent::setSpontaneous(&asked);
+    qApp->notify(handle, &asked);
+    QTest::keyClick(handle, Qt::Key_Menu);
+    EXPECT_EQ(script(), "field.type(\"<Menu>\");");
+    replay();
+    EXPECT_EQ(replayed->findChild<QLineEdit *>("field")->text(), "asked");
 }
 
 TEST_F(KeyActionsTest, AMnemonicThatSeveralEntriesHaveChoosesNoneYet)

@@ -2,6 +2,25 @@
 
 using namespace MorvexTest;
 
+namespace {
+
+// A form in which widgets are put in their places: none of them works.
+class Form : public QObject
+{
+public:
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        opened += object == button && event->type() == QEvent::MouseButtonDblClick;
+        return object == button && (event->type() == QEvent::MouseButtonPress ||
+                                    event->type() == QEvent::MouseButtonDblClick);
+    }
+
+    QObject *button = nullptr;
+    int opened = 0;
+};
+
+} // namespace
+
 class RecordedMouseTest : public RecordingUserTest
 {
 };
@@ -42,6 +61,62 @@ TEST_F(RecordedMouseTest, ADoubleClickIsNotTwoClicks)
     EXPECT_EQ(perform(), QStringList("doubleClick list First"));
 }
 
+TEST_F(RecordedMouseTest, AButtonIsDoubleClickedWhereTheApplicationTakesItsPresses)
+{
+    Form form;
+    form.button = add<QPushButton>("button", {0, 0, 100, 30});
+    auto *other = add<QPushButton>("other", {0, 40, 100, 30});
+    // Later than the recorder.
+    QObject::connect(other, &QPushButton::clicked,
+                     [&form] { QCoreApplication::instance()->installEventFilter(&form); });
+    record();
+    click(in(other));
+    clickAtOnce(in(other));
+    EXPECT_EQ(perform(), (QStringList{"click other", "click other"}));
+    const Place button = in(static_cast<QWidget *>(form.button));
+    click(button);
+    clickAtOnce(button);
+    EXPECT_EQ(perform(), QStringList("doubleClick button"));
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(form.opened, 2);
+}
+
+TEST_F(RecordedMouseTest, ARubberBandSelectsAgainAndAClickBesideItemsIsNothing)
+{
+    auto *list = add<QListWidget>("list", {0, 0, 200, 300});
+    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    list->addItems({"First", "Second", "Third"});
+    record();
+    const Place below = at(list->viewport(), 150, 200);
+    click(below);
+    EXPECT_EQ(perform(), QStringList());
+    list->setSpacing(10);
+    drag(below, at(list->viewport(), 2, 2));
+    perform();
+    EXPECT_EQ(list->selectedItems().size(), 3);
+    list->clearSelection();
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(list->selectedItems().size(), 3);
+}
+
+TEST_F(RecordedMouseTest, NodesWithAnIconAloneInTheirFirstColumnAreClickedByTheirTexts)
+{
+    auto *tree = add<QTreeWidget>("tree", {0, 0, 300, 200});
+    tree->setColumnCount(2);
+    for (const char *text : {"One", "Two"})
+        new QTreeWidgetItem(tree, {"", text});
+    record();
+    const QRect place = tree->visualItemRect(tree->topLevelItem(1));
+    click(at(tree->viewport(), tree->columnWidth(0) + 5, place.center().y()));
+    const QStringList lines = perform();
+    EXPECT_TRUE(lines.value(0).contains("Two")) << lines.join('\n').toStdString();
+    EXPECT_EQ(tree->currentItem(), tree->topLevelItem(1));
+    tree->setCurrentItem(nullptr);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(tree->currentItem(), tree->topLevelItem(1));
+    EXPECT_EQ(tree->currentColumn(), 1);
+}
+
 TEST_F(RecordedMouseTest, WhatScrollsIsLeftOutAndABarThatIsAnInputIsNot)
 {
     auto *bar = add<QScrollBar>("bar", {0, 0, 20, 200});
@@ -57,11 +132,19 @@ TEST_F(RecordedMouseTest, WhatScrollsIsLeftOutAndABarThatIsAnInputIsNot)
     click(pageDown(shown->verticalScrollBar()));
     click(in(tabs->findChild<QWidget *>("ScrollRightButton")));
     click(at(shown->viewport(), 10, 10));
+    click(at(shown->viewport(), 10, 20));
     const QStringList recorded = perform();
-    EXPECT_EQ(recorded,
-              (QStringList{"set bar value " + QString::number(bar->value()), "click shown 10 10"}));
+    ASSERT_EQ(recorded.size(), 4) << recorded.join(", ").toStdString();
+    EXPECT_EQ(recorded[0], "set bar value " + QString::number(bar->value()));
+    // What is at a place depends on it.
+    EXPECT_EQ(recorded[1].section(' ', 0, 1), "set shown") << recorded[1].toStdString();
+    EXPECT_EQ(recorded.mid(2), (QStringList{"click shown 10 10", "click shown 10 20"}));
     EXPECT_GT(bar->value(), 0);
-    EXPECT_GT(shown->verticalScrollBar()->value(), 0);
+    const int scrolled = shown->verticalScrollBar()->value();
+    EXPECT_GT(scrolled, 0);
+    shown->verticalScrollBar()->setValue(0);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_EQ(shown->verticalScrollBar()->value(), scrolled);
 }
 
 TEST_F(RecordedMouseTest, AFieldWithoutANameIsNamedByItsWindowWhateverFileThatShows)

@@ -83,11 +83,12 @@ TEST(CopyDirectoryTest, ExistingFilesStayOrEndTheCopy)
 TEST(CopyDirectoryTest, ACopyWithinItsSourceEnds)
 {
     const QTemporaryDir dir;
-    writeFile(dir.filePath("a/b"), "b");
+    writeFile(dir.filePath("a/b/c"), "c");
     EXPECT_TRUE(
-        copyDirectory(dir.filePath("a"), dir.filePath("a/copy"), nullptr, FailOnExistingFile));
-    EXPECT_EQ(QDir(dir.filePath("a/copy")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
-              QStringList("b"));
+        copyDirectory(dir.filePath("a"), dir.filePath("a/b/copy"), nullptr, FailOnExistingFile));
+    const auto all = QDir::NoDotAndDotDot | QDir::AllEntries;
+    EXPECT_EQ(QDir(dir.filePath("a/b/copy")).entryList(all), QStringList("b"));
+    EXPECT_EQ(QDir(dir.filePath("a/b/copy/b")).entryList(all), QStringList("c"));
 }
 
 TEST(CopyDirectoryTest, EachFailureHasItsText)

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QPointer>
+#include <QScrollBar>
+
+#include <vector>
+
+namespace Morvex {
+
+/// How far areas are scrolled, which a script has to know before it clicks at a place of one.
+class AreaScroll
+{
+public:
+    /// As it is when it is first shown, an area is in the script, too.
+    void noteShown(const QObject *object);
+
+    /// The bars of the area that have other values than when this was asked last.
+    QList<QScrollBar *> takeMoved(const QAbstractScrollArea *area);
+
+private:
+    struct Known
+    {
+        QPointer<const QScrollBar> bar;
+        int value;
+    };
+
+    Known &known(const QScrollBar *bar);
+
+    std::vector<Known> m_known;
+};
+
+} // namespace Morvex
