@@ -302,7 +302,9 @@ QString NameResolver::containerOf(const QObject *object)
         const bool isNamed =
             !each->objectName().isEmpty() && !each->objectName().startsWith(QLatin1String("qt_"));
         const bool isWindow = !parentObjectOf(each) || (widget && widget->isWindow());
-        if (!isNamed && !isWindow)
+        // A user tells fields apart by the titles around them.
+        const bool isTitled = !each->property("title").toString().isEmpty();
+        if (!isNamed && !isTitled && !isWindow)
             continue;
         const ObjectName name = steadyRealName(each);
         if (isUnique(name, each))

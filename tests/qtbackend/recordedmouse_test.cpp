@@ -180,6 +180,24 @@ TEST_F(RecordedMouseTest, AFieldWithoutANameIsNamedByItsWindowWhateverFileThatSh
               "{container={type='QMainWindow'} type='QCheckBox' visible='true'}");
 }
 
+TEST_F(RecordedMouseTest, AFieldWithoutANameIsNamedByTheTitleAroundIt)
+{
+    QCheckBox *inner = nullptr;
+    for (const int y : {0, 100}) {
+        auto *box = add<QGroupBox>("", {0, y, 150, 90});
+        box->setTitle(y == 0 ? "First" : "Second");
+        inner = new QCheckBox(box);
+        inner->setGeometry(10, 30, 100, 30);
+    }
+    record();
+    click(at(inner, 8, 15));
+    ASSERT_EQ(perform().size(), 1);
+    EXPECT_EQ(performed.first()["object"].toString(),
+              "{container={title='Second' type='QGroupBox'} type='QCheckBox' visible='true'}");
+    EXPECT_EQ(replay(), QString());
+    EXPECT_FALSE(inner->isChecked());
+}
+
 TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
 {
     auto *level = add<QSlider>("level", {0, 0, 30, 300});
