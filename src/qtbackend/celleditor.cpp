@@ -54,6 +54,13 @@ QAbstractItemView *viewOfEditor(const QWidget *widget)
                : nullptr;
 }
 
+bool isEditedIn(const QWidget *widget, const QWidget *viewport)
+{
+    while (widget->parentWidget() != viewport)
+        widget = widget->parentWidget();
+    return viewOfEditor(widget);
+}
+
 QAbstractItemView *editedView(const QWidget *editor)
 {
     return editor && isKnown(editor) ? viewOfEditor(editor) : nullptr;

@@ -17,6 +17,9 @@ QAbstractItemView *viewOfEditor(const QWidget *widget);
 /// The same, of an editor with a value that a script can give the item.
 QAbstractItemView *editedView(const QWidget *editor);
 
+/// Whether the widget is, or is in, an editor that the view around it has opened for an item.
+bool isEditedIn(const QWidget *widget, const QWidget *viewport);
+
 /// The item that an editor of the view is for.
 QModelIndex editedIndex(const QAbstractItemView *view, const QWidget *editor);
 

@@ -41,21 +41,6 @@ QVariantMap escape()
     return {{QStringLiteral("text"), QStringLiteral("<Esc>")}};
 }
 
-// A label that the application has made clickable, say.
-bool isOwnPart(const QWidget *widget)
-{
-    return !widget->isWindow() && isOfOwnClass(widget) &&
-           !widget->findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
-}
-
-// Whether the first is, or is in, an editor that the view around it has opened for an item.
-bool isEditedIn(const QWidget *widget, const QWidget *viewport)
-{
-    while (widget->parentWidget() != viewport)
-        widget = widget->parentWidget();
-    return viewOfEditor(widget);
-}
-
 QModelIndex indexAt(const RecordedTarget &target, const QWidget *widget, const QPoint &global)
 {
     const auto *view = qobject_cast<const QAbstractItemView *>(target.object.data());

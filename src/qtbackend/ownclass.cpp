@@ -29,6 +29,12 @@ bool isOfOwnClass(const QWidget *widget)
     return libraryOf(tableOf(widget)) != libraryOf(&QWidget::staticMetaObject);
 }
 
+bool isOwnPart(const QWidget *widget)
+{
+    return !widget->isWindow() && isOfOwnClass(widget) &&
+           !widget->findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+}
+
 bool handlesMouse(const QAbstractItemDelegate *delegate)
 {
     if (!delegate)
