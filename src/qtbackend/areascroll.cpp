@@ -1,6 +1,6 @@
 #include "qtbackend/areascroll.h"
 
-#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace Morvex {
@@ -26,14 +26,21 @@ QList<QScrollBar *> AreaScroll::takeMoved(const QAbstractScrollArea *area)
 
 AreaScroll::Known &AreaScroll::known(const QScrollBar *bar)
 {
-    const auto isGone = [](const Known &each) { return !each.bar; };
-    m_known.erase(std::remove_if(m_known.begin(), m_known.end(), isGone), m_known.end());
-    const auto found = std::find_if(m_known.begin(), m_known.end(),
-                                    [bar](const Known &each) { return each.bar == bar; });
-    if (found != m_known.end())
-        return *found;
-    m_known.push_back({bar, bar->value()});
-    return m_known.back();
+    if (m_known.size() >= m_cleanUpAt && !m_known.contains(bar))
+        forgetGone();
+    Known &known = m_known[bar];
+    // The address of one that no longer exists may be that of another one by now.
+    if (known.bar != bar)
+        known = {bar, bar->value()};
+    return known;
+}
+
+void AreaScroll::forgetGone()
+{
+    for (auto it = m_known.begin(); it != m_known.end();)
+        it = it->bar ? std::next(it) : m_known.erase(it);
+    // So that the cost of looking at all of them is shared by many.
+    m_cleanUpAt = qMax(int(minCleanUp), 2 * m_known.size());
 }
 
 } // namespace Morvex

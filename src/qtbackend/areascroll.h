@@ -1,10 +1,9 @@
 #pragma once
 
 #include <QAbstractScrollArea>
+#include <QHash>
 #include <QPointer>
 #include <QScrollBar>
-
-#include <vector>
 
 namespace Morvex {
 
@@ -22,12 +21,16 @@ private:
     struct Known
     {
         QPointer<const QScrollBar> bar;
-        int value;
+        int value = 0;
     };
 
     Known &known(const QScrollBar *bar);
+    void forgetGone();
 
-    std::vector<Known> m_known;
+    static constexpr int minCleanUp = 1000;
+
+    QHash<const QScrollBar *, Known> m_known;
+    int m_cleanUpAt = minCleanUp;
 };
 
 } // namespace Morvex

@@ -28,11 +28,11 @@ QVariantMap option(const char *name, int value)
 // How many of the texts before the row are the same; negative when none of all others is.
 int sameBefore(const QAbstractItemModel *model, const QModelIndex &parent, int row)
 {
-    const QString text = nodeTextOf(*model, row, parent);
+    const QString text = nodeTextOf(*model, row, parent).text;
     int before = 0;
     int others = 0;
     for (int i = 0; i < model->rowCount(parent); ++i) {
-        const bool isSame = i != row && nodeTextOf(*model, i, parent) == text;
+        const bool isSame = i != row && nodeTextOf(*model, i, parent).text == text;
         others += isSame ? 1 : 0;
         before += isSame && i < row ? 1 : 0;
     }
@@ -45,11 +45,11 @@ QVariantList nodeSelector(QTreeView *tree, const QModelIndex &index)
     const QModelIndex root = tree->rootIndex();
     for (QModelIndex node = index.sibling(index.row(), 0); node.isValid() && node != root;
          node = node.parent())
-        path.prepend(nodeTextOf(*tree->model(), node.row(), node.parent()));
+        path.prepend(nodeTextOf(*tree->model(), node.row(), node.parent()).text);
     if (path.contains(QString()))
         return {};
     QVariantMap options;
-    if (index.column() != textColumnOf(*tree->model(), index.row(), index.parent()))
+    if (index.column() != nodeTextOf(*tree->model(), index.row(), index.parent()).column)
         options = option("column", index.column());
     const int before = isCompared(tree->model(), index.parent(), 1)
                            ? sameBefore(tree->model(), index.parent(), index.row())

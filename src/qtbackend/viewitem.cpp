@@ -36,7 +36,7 @@ QStringList childTexts(QAbstractItemModel *model, const QModelIndex &parent)
     QStringList texts;
     const int rows = fetchedRowCount(model, parent);
     for (int row = 0; row < rows; ++row)
-        texts += nodeTextOf(*model, row, parent);
+        texts += nodeTextOf(*model, row, parent).text;
     return texts;
 }
 
@@ -168,7 +168,7 @@ void ViewItem::findNode(const ItemSelector &selector)
     }
     m_error = path.error();
     const int column = selector.column < 0
-                           ? qMax(textColumnOf(*model, index.row(), index.parent()), 0)
+                           ? qMax(nodeTextOf(*model, index.row(), index.parent()).column, 0)
                            : selector.column;
     if (m_error.isEmpty())
         m_index = index.sibling(index.row(), column);

@@ -64,6 +64,7 @@ TEST(XmlStreamWriterTest, AutoFormattingPutsEachElementOnALineOfItsOwn)
     writer.writeStartDocument();
     writer.writeStartElement("a");
     writer.writeAttribute("k", "v");
+    EXPECT_EQ(out.str().substr(out.str().find('\n')), "\n<a k=\"v\"");
     writer.writeTextElement("b", "text");
     writer.writeStartElement("c");
     writer.writeTextElement("d", "");
