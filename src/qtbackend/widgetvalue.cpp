@@ -4,7 +4,7 @@
 #include "qtbackend/objecttree.h"
 #include "qtbackend/ownclass.h"
 #include "qtbackend/recordedkeys.h"
-#include "qtbackend/scenetarget.h"
+#include "qtbackend/scenevalue.h"
 
 #include <QAbstractScrollArea>
 #include <QComboBox>
@@ -119,11 +119,8 @@ bool setLikeUser(QObject *object, const QByteArray &property, const QVariant &va
     }
     const QMetaObject *metaObject = object->metaObject();
     const QMetaProperty known = metaObject->property(metaObject->indexOfProperty(property));
-    if (!known.write(object, value))
-        return false;
-    if (isSceneItem(object))
-        announceSceneValue(object, property);
-    return true;
+    return isSceneValue(object, property) ? setSceneValue(object, property, value)
+                                          : known.write(object, value);
 }
 
 } // namespace Morvex
