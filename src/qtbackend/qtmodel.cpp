@@ -5,10 +5,10 @@
 #include "qtbackend/creationorder.h"
 #include "qtbackend/liveobject.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/propertysetting.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
-#include "qtbackend/widgetvalue.h"
 
 #include <QAbstractItemView>
 #include <QAction>
