@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
@@ -120,11 +121,17 @@ bool TestCaseRun::listen(const QString &name)
     const OwnerOnlyFiles ownerOnly;
     if (m_reportServer.listen(name))
         return true;
-    // A killed run with the same process id may have left its socket file.
-    if (m_reportServer.serverError() != QAbstractSocket::AddressInUseError || isServed(name))
-        return false;
-    QLocalServer::removeServer(name);
-    return m_reportServer.listen(name);
+    if (m_reportServer.serverError() == QAbstractSocket::AddressInUseError) {
+        if (isServed(name))
+            return false;
+        // Left by a killed run with the same process id.
+        QLocalServer::removeServer(name);
+        if (m_reportServer.listen(name))
+            return true;
+    }
+    // The file may be of a killed run of another user, or the path too long for a socket.
+    m_socketDirectory = std::make_unique<QTemporaryDir>(QStringLiteral("/tmp/morvexrunner-XXXXXX"));
+    return m_socketDirectory->isValid() && m_reportServer.listen(m_socketDirectory->filePath(name));
 }
 
 int TestCaseRun::superviseProcess(const QStringList &args, int timeoutSeconds)
