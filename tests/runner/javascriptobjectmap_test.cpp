@@ -58,6 +58,7 @@ TEST_F(JavaScriptObjectMapTest, EachObjectGetsOneDefinitionUnderANameOfItsOwn)
         {"{text='5'}", "names.number5"},
         {"{text='E&xit && q&uit'}", "names.exitQuit"},
         {"{text='>>'}", "names.greater"},
+        {"{text='<p>See <a href=\"x\">more</a>'}", "names.seeMore"},
         {"{text='\u2022'}", "names.object"},
         {"{text='It was a long way to the words of this text'}",
          "names.itWasALongWayToTheWordsOfThisText"},
