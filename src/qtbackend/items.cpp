@@ -10,6 +10,7 @@
 #include "qtbackend/userinput.h"
 #include "qtbackend/viewitem.h"
 #include "qtbackend/whyblocked.h"
+#include "qtbackend/windowactivation.h"
 
 #include <QMenu>
 #include <QMenuBar>

@@ -104,13 +104,6 @@ QWidget *shownPartOf(QWidget *widget)
     return area ? area->viewport() : widget;
 }
 
-QWidget *screenWindowOf(const QWidget *widget)
-{
-    const MouseSpot spot = MouseSpot::of(widget, QPoint());
-    QWidget *window = spot.isValid() ? QWidget::find(spot.window->winId()) : nullptr;
-    return window ? window : widget->window();
-}
-
 } // namespace
 
 bool clickWhereFree(QWidget *widget, const QPoint &place)
@@ -140,26 +133,6 @@ QWidget *openMenuOf(const QAction *action)
             return place;
     }
     return nullptr;
-}
-
-bool activateForInput(QObject *object)
-{
-    auto *widget = qobject_cast<QWidget *>(object);
-    if (!widget || !whyBlocked(widget).isEmpty())
-        return false;
-    QWidget *window = screenWindowOf(widget);
-    if (widget->isActiveWindow() || window->isActiveWindow() ||
-        window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus))
-        return false;
-    window->activateWindow();
-    return true;
-}
-
-void waitForActiveWindow(QObject *object, InputSequence &input)
-{
-    const QPointer<QObject> alive = object;
-    if (activateForInput(object))
-        waitForActivation([alive] { return !activateForInput(alive); }, input);
 }
 
 std::shared_ptr<MouseTarget> MouseTarget::make(const Place &place, QString *error)
