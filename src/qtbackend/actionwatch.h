@@ -29,6 +29,7 @@ protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
+    bool isInput(QObject *receiver, QEvent *event);
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
     void drop(QWindow *window, const QDropEvent &event);
@@ -37,6 +38,7 @@ private:
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
+    void settleOnceHandled();
     void beFirst();
 
     ActionReport m_report;
