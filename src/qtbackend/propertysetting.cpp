@@ -1,7 +1,6 @@
 #include "qtbackend/propertysetting.h"
 
-#include "qtbackend/objecttree.h"
-#include "qtbackend/scenetarget.h"
+#include "qtbackend/scenevalue.h"
 #include "qtbackend/widgetvalue.h"
 
 #include <QAbstractSlider>
@@ -39,11 +38,8 @@ bool setLikeUser(QObject *object, const QByteArray &property, const QVariant &va
     }
     const QMetaObject *metaObject = object->metaObject();
     const QMetaProperty known = metaObject->property(metaObject->indexOfProperty(property));
-    if (!known.write(object, value))
-        return false;
-    if (isSceneItem(object))
-        announceSceneValue(object, property);
-    return true;
+    return isSceneValue(object, property) ? setSceneValue(object, property, value)
+                                          : known.write(object, value);
 }
 
 } // namespace Morvex

@@ -128,7 +128,7 @@ void SceneMouse::describe(QObject *taker)
         m_outcome.item = object;
         break;
     case RecordedTarget::Value:
-        m_outcome.value = object->property(sceneValueOf(object));
+        m_outcome.values = sceneValuesOf(object);
         m_outcome.name = m_report.nameOf(object);
         m_outcome.item = object;
         break;
@@ -332,12 +332,12 @@ void SceneMouse::settleOutcome()
     QObject *item = m_outcome.item;
     if (!item)
         return;
-    const QVariant value =
-        m_outcome.kind == RecordedTarget::Value ? item->property(sceneValueOf(item)) : QVariant();
-    if (value != m_outcome.value)
-        m_report.add(QStringLiteral("set"), m_outcome.name,
-                     {{QStringLiteral("property"), QLatin1String(sceneValueOf(item))},
-                      {QStringLiteral("value"), value}});
+    for (const SceneValue &value : m_outcome.values) {
+        if (m_outcome.kind == RecordedTarget::Value && value.isChanged())
+            m_report.add(QStringLiteral("set"),
+                         value.item == item ? m_outcome.name : m_report.nameOf(value.item),
+                         value.setting());
+    }
     const TextCursorState cursor = TextCursorState::ofSceneItem(item);
     if (m_outcome.kind == RecordedTarget::Cursor && !(cursor == m_outcome.cursor) &&
         !isSecretInput(item))
