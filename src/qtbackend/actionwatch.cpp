@@ -11,7 +11,6 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QShortcutEvent>
-#include <QThread>
 #include <QWindow>
 
 #include <utility>
@@ -136,12 +135,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
-        if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
-            break;
-        m_mouse.endDrag();
-        settle();
-        if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
-            pressKey(*static_cast<QKeyEvent *>(event));
+        key(window, *static_cast<QKeyEvent *>(event));
         break;
     case QEvent::ContextMenu:
         settle();
@@ -190,12 +184,26 @@ void ActionWatch::settleOnceHandled()
         Qt::QueuedConnection);
 }
 
+void ActionWatch::key(QWindow *window, const QKeyEvent &event)
+{
+    if (m_keys.isKnown(event)) {
+        m_heldKey = 0;
+        return;
+    }
+    m_mouse.endDrag();
+    settle();
+    const int before = m_report.lastNumber();
+    if (!m_scenes.pressKey(window, event))
+        pressKey(event);
+    const bool isReported = m_report.lastNumber() > before;
+    m_heldKey = isReported && event.type() == QEvent::ShortcutOverride ? m_report.lastNumber() : 0;
+}
+
 // Also before a filter that the application has installed later, and with which it takes events.
-// That of a drag has to come before, and none of those in a loop within a filter may come twice.
+// That of a drag has to come before.
 void ActionWatch::beFirst()
 {
-    if (QGuiApplication::mouseButtons() == Qt::NoButton &&
-        QThread::currentThread()->loopLevel() <= 1)
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
         QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -207,6 +215,7 @@ void ActionWatch::drop(QWindow *window, const QDropEvent &event)
 
 void ActionWatch::shortcut(QObject *owner, const QShortcutEvent &event)
 {
+    m_heldKey = 0;
     if (!m_scenes.shortcut(event))
         m_keys.shortcut(owner, event);
 }
@@ -266,6 +275,8 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
 
 void ActionWatch::settle()
 {
+    // It does nothing without those that follow it in a shortcut.
+    m_report.cancel(std::exchange(m_heldKey, 0));
     m_mouse.settle();
     m_wheel.settle();
     m_keys.settle();
