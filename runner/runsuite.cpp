@@ -146,12 +146,11 @@ QString SuiteRunner::applyOptions()
         aut += word.contains(QLatin1Char(' ')) ? QLatin1Char('"') + word + QLatin1Char('"') : word;
     }
     m_suite->setAutOverride(aut.join(QLatin1Char(' ')));
-    if (!m_options.envVarFile.isEmpty())
-        m_suite->setEnvVarFileName(cleanedPath(m_options.envVarFile));
-    // That of suite.conf may be missing, one that was asked for may not.
-    const QString path = m_suite->envVarFileName();
-    const bool isWanted = !m_options.envVarFile.isEmpty() || QFile::exists(path);
-    return isWanted && !path.isEmpty() ? readEnvironmentFile(path, false) : QString();
+    const QString asked =
+        m_options.envVarFile.isEmpty() ? QString() : cleanedPath(m_options.envVarFile);
+    m_suite->setEnvVarFileName(asked);
+    const QString path = environmentFileOf(asked, m_suite->envVarFileName());
+    return path.isEmpty() ? QString() : readEnvironmentFile(path, false);
 }
 
 QString SuiteRunner::checkResultDir() const
