@@ -4,6 +4,7 @@
 #include "shared/system/trace.h"
 #include "test/cancellation.h"
 #include "test/child/childrunner.h"
+#include "test/child/reportsocket.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -13,14 +14,12 @@
 
 #include <cstdio>
 #include <limits>
-#include <sys/stat.h>
 
 namespace Morvex {
 namespace {
 
 const int maxPendingConnections = 1;
 const int disconnectTimeoutMs = 30000;
-const int probeTimeoutMs = 1000;
 const int maxLateConnections = 100;
 // What a timer of milliseconds can hold; three weeks and more.
 const int maxTimeoutSeconds = std::numeric_limits<int>::max() / 1000;
@@ -32,31 +31,6 @@ QStringList withReportStream(const QStringList &args, const QString &serverName)
     result.insert(index, QLatin1String("raw,") + serverName);
     result.insert(index, QStringLiteral("--reportgen"));
     return result;
-}
-
-// What comes in over the socket goes into the report, so that nobody else may connect. The server's
-// own option for this would replace the socket of another run without a word.
-class OwnerOnlyFiles
-{
-public:
-    OwnerOnlyFiles()
-        : m_before(::umask(S_IRWXG | S_IRWXO))
-    {
-    }
-    ~OwnerOnlyFiles() { ::umask(m_before); }
-
-    OwnerOnlyFiles(const OwnerOnlyFiles &) = delete;
-    OwnerOnlyFiles &operator=(const OwnerOnlyFiles &) = delete;
-
-private:
-    mode_t m_before;
-};
-
-bool isServed(const QString &serverName)
-{
-    QLocalSocket probe;
-    probe.connectToServer(serverName);
-    return probe.waitForConnected(probeTimeoutMs);
 }
 
 } // namespace
@@ -97,7 +71,7 @@ int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
     const QString name =
         QStringLiteral("morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
     qCDebug(traceTestCaseRun) << "report pipe name: " << name;
-    if (!listen(name)) {
+    if (!listenForReport(&m_reportServer, name, &m_socketDirectory)) {
         std::fprintf(stderr, "Could not open pipe \"%s\" for report file: %s\n",
                      qUtf8Printable(name), qUtf8Printable(m_reportServer.errorString()));
         return TestCaseProcess::CANNOT_START;
@@ -114,24 +88,6 @@ int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
     takeLateConnections();
     closeConnections();
     return code;
-}
-
-bool TestCaseRun::listen(const QString &name)
-{
-    const OwnerOnlyFiles ownerOnly;
-    if (m_reportServer.listen(name))
-        return true;
-    if (m_reportServer.serverError() == QAbstractSocket::AddressInUseError) {
-        if (isServed(name))
-            return false;
-        // Left by a killed run with the same process id.
-        QLocalServer::removeServer(name);
-        if (m_reportServer.listen(name))
-            return true;
-    }
-    // The file may be of a killed run of another user, or the path too long for a socket.
-    m_socketDirectory = std::make_unique<QTemporaryDir>(QStringLiteral("/tmp/morvexrunner-XXXXXX"));
-    return m_socketDirectory->isValid() && m_reportServer.listen(m_socketDirectory->filePath(name));
 }
 
 int TestCaseRun::superviseProcess(const QStringList &args, int timeoutSeconds)

@@ -73,7 +73,6 @@ public Q_SLOTS:
     void runCancelled();
 
 private:
-    bool listen(const QString &name);
     int superviseProcess(const QStringList &args, int timeoutSeconds);
     void endWith(int code);
     void takeLateConnections();

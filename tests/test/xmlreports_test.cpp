@@ -116,7 +116,7 @@ TEST(FlatXmlTest, OnlyTheGrownFormMakesLogLinesOfSections)
               QStringList({"result=LOG", "message=Start Scenario"}));
 }
 
-TEST(Xml2Test, VersionsTellMoreAndMoreOfAVerification)
+TEST(Xml2Test, LaterVersionsSayMoreOfAVerification)
 {
     const std::tuple<TestResult::VPType, const char *, const char *, QStringList, QStringList>
         rows[] = {
