@@ -158,6 +158,17 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
     }
 }
 
+TEST(JsonReportGeneratorTest, ASectionOfWhichNothingArrivedBreaksNothing)
+{
+    for (const auto type : {TestResult::START_TEST_CASE, TestResult::START_SECTION}) {
+        Entries entries = sampleRun();
+        TestResult::Entry damaged;
+        damaged.type = type;
+        entries.insert(entries.begin() + 1, damaged);
+        EXPECT_TRUE(QJsonDocument::fromJson(reportOf("json1.2", entries)).isObject()) << type;
+    }
+}
+
 TEST(JsonReportGeneratorTest, NoTextBreaksTheReportOrTakesAnythingElseWithIt)
 {
     const QStringList texts = awkwardTexts();
