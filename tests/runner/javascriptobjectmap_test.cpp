@@ -210,7 +210,7 @@ TEST_F(JavaScriptObjectMapTest, NamesOfAnObjectMapFollowTheirReferencesToAnyLeng
     EXPECT_EQ(resolved.error().toString(), "");
 }
 
-TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverStandsForAnotherObject)
+TEST_F(JavaScriptObjectMapTest, AMigratedNameNeverFitsAnotherObject)
 {
     RunnerProcess runner;
     runner.addFile("objects.map", ":A\t{text='OK' window={text='Dialog'}}\n"
