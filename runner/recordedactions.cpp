@@ -268,9 +268,11 @@ bool isOfName(const QString &property, const QString &objectName)
 // Items of these are there when they are.
 bool hasFixedItems(const EventData &event)
 {
-    static const QStringList types{QStringLiteral("QLabel"), QStringLiteral("QMenu"),
-                                   QStringLiteral("QMenuBar"), QStringLiteral("QPushButton"),
-                                   QStringLiteral("QToolButton")};
+    static const QStringList types{QStringLiteral("QLabel"),      QStringLiteral("QMenu"),
+                                   QStringLiteral("QMenuBar"),    QStringLiteral("QPushButton"),
+                                   QStringLiteral("QToolButton"), QStringLiteral("Label"),
+                                   QStringLiteral("QQuickText"),  QStringLiteral("QQuickTextEdit"),
+                                   QStringLiteral("TextArea")};
     return types.contains(
         ObjectName(event.objectName()).properties().value(QStringLiteral("type")).text);
 }

@@ -57,7 +57,8 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
+// Whether it is input of the user. What else matters to a recording is noted here.
+bool ActionWatch::isInput(QObject *receiver, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonRelease:
@@ -65,15 +66,11 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
     case QEvent::ContextMenu:
-        if (!event->spontaneous())
-            return false;
-        break;
+        return event->spontaneous();
     case QEvent::Close:
         if (auto *inner = qobject_cast<QMdiSubWindow *>(receiver))
             m_mouse.closeSubWindow(inner);
-        if (!event->spontaneous())
-            return false;
-        break;
+        return event->spontaneous();
     // Where it goes on to another widget it is no longer spontaneous.
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -83,7 +80,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::Drop:
     case QEvent::Shortcut:
     case QEvent::InputMethod:
-        break;
+        return true;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);
         return false;
@@ -97,6 +94,12 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     default:
         return false;
     }
+}
+
+bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
+{
+    if (!isInput(receiver, event))
+        return false;
     if (isForPoints(receiver, event))
         return PointMenu::isOpenedBy(*static_cast<QKeyEvent *>(event));
     if (m_points.owns(receiver))
@@ -166,7 +169,12 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     default:
         break;
     }
-    // Once it has been handled, in whatever loop.
+    settleOnceHandled();
+}
+
+// After the event, in whatever loop it is handled.
+void ActionWatch::settleOnceHandled()
+{
     if (std::exchange(m_isSettling, true))
         return;
     QMetaObject::invokeMethod(

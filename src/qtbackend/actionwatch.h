@@ -29,6 +29,7 @@ protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
+    bool isInput(QObject *receiver, QEvent *event);
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
     void key(QWindow *window, const QKeyEvent &event);
@@ -38,6 +39,7 @@ private:
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
+    void settleOnceHandled();
     void beFirst();
 
     ActionReport m_report;

@@ -19,6 +19,7 @@ struct MORVEX_EXPORT TitanPropertyCheck
     QString value;
     /// By how much a number may differ, in the mode Range of a geometry.
     int delta = 0;
+    /// A Mode; any other number compares as Exact does.
     int mode = Exact;
 };
 
@@ -30,6 +31,7 @@ struct MORVEX_EXPORT VisualScreenshotCheck
     ImageMask mask;
     /// The least correlation.
     double threshold = 0;
+    /// An Algorithm; with any other number no picture is as expected.
     int algorithm = Strict;
 };
 
@@ -51,7 +53,9 @@ struct MORVEX_EXPORT TitanCompare
     QStringList identifyingFailures;
     QStringList contentFailures;
     QStringList geometryFailures;
+    /// Bits of Check.
     int failed = 0;
+    /// Those that were made, failed ones included; 0 for an element that is its own counterpart.
     int checked = 0;
 };
 
