@@ -94,7 +94,7 @@ void CellEdits::giveShortcutsTo(QWidget *view)
 }
 
 // What is done after the edit in a script, as it has taken the focus from the editor, or nothing
-// can be edited any more afterwards. 0 for none.
+// can be edited afterwards. 0 for none.
 int CellEdits::actionThatCommits(const QWidget *view) const
 {
     const QWidget *dialog = QApplication::activeModalWidget();
