@@ -21,6 +21,8 @@ public:
     void enter(const QWidget *widget);
     /// The menu that a script has open when the user has this one open; null for none.
     QMenu *openFor(QMenu *menu) const;
+    /// The menu is open by an action that is in the script.
+    void setOpen(QMenu *menu) { m_entered = menu; }
     /// Looks whether it is still open.
     void settle();
 
