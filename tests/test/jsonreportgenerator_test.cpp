@@ -43,7 +43,7 @@ TEST(JsonReportGeneratorTest, TheBytesOfAShortReport)
               R"("stop":"2024-02-29T23:59:58+01:00"}]})");
 }
 
-TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetries)
+TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestHasRetries)
 {
     for (int version = 0; version <= 2; ++version) {
         const QByteArray report =

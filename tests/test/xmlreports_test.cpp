@@ -83,7 +83,7 @@ TEST(FlatXmlTest, TheSummaryIsWhereTheReaderOfEachFormLooksForIt)
     EXPECT_TRUE(grown.endsWith("/>\n</MorvexReport>\n"));
 }
 
-TEST(FlatXmlTest, OnlyTheHeldFormTellsTheCountsOfEachTestCase)
+TEST(FlatXmlTest, OnlyTheHeldFormHasTheCountsOfEachTestCase)
 {
     const auto log = [](TestResult &result) {
         result.start("suite_a", QDir("/suite"), "", "");
