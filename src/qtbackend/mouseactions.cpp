@@ -347,8 +347,7 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     if (dateOfCalendar(path.owner))
         return;
     m_choice.list = m_isInMenu ? nullptr : menu;
-    m_choice.number =
-        m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
+    m_choice.number = m_menus.choose(path);
 }
 
 void MouseActions::chooseInList(QWidget *list, const QPoint &place)
