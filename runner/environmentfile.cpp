@@ -10,19 +10,19 @@ namespace {
 
 QStringList namesOfSetVariables;
 
-} // namespace
-
-QStringList setVariables()
-{
-    return namesOfSetVariables;
-}
-
 void setEnvironmentVariable(const QString &assignment)
 {
     const int equals = assignment.indexOf(QLatin1Char('='));
     namesOfSetVariables += assignment.left(equals);
     Environment::setVariable(assignment.left(equals).toStdString(),
                              assignment.mid(equals + 1).toStdString());
+}
+
+} // namespace
+
+QStringList setVariables()
+{
+    return namesOfSetVariables;
 }
 
 QString readEnvironmentFile(const QString &path, bool apply)
@@ -47,6 +47,23 @@ QString readEnvironmentFile(const QString &path, bool apply)
         if (apply)
             setEnvironmentVariable(line);
     }
+    return {};
+}
+
+QString environmentFileOf(const QString &asked, const QString &ofSuite)
+{
+    if (!asked.isEmpty())
+        return asked;
+    return QFile::exists(ofSuite) ? ofSuite : QString();
+}
+
+QString setEnvironmentVariables(const QString &file, const QStringList &assignments)
+{
+    const QString error = file.isEmpty() ? QString() : readEnvironmentFile(file, true);
+    if (!error.isEmpty())
+        return error;
+    for (const QString &assignment : assignments)
+        setEnvironmentVariable(assignment);
     return {};
 }
 

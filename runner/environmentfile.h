@@ -10,8 +10,13 @@ namespace Morvex {
 /// empty on success.
 [[nodiscard]] QString readEnvironmentFile(const QString &path, bool apply);
 
-/// Sets the variable of "NAME=VALUE".
-void setEnvironmentVariable(const QString &assignment);
+/// The file of a run: the one that was asked for, or that of the suite when it is there; empty for
+/// none.
+QString environmentFileOf(const QString &asked, const QString &ofSuite);
+
+/// Sets the variables of the file, if one is named, and then those of the "NAME=VALUE" texts.
+/// Returns an error text, empty on success.
+[[nodiscard]] QString setEnvironmentVariables(const QString &file, const QStringList &assignments);
 
 /// The names of those that were set so.
 QStringList setVariables();

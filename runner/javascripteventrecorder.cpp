@@ -123,9 +123,12 @@ QString callCode(const QString &object, const QString &method, const QString &ar
     return QStringLiteral("%1.%2(%3);").arg(object, method, arguments);
 }
 
-QString found(const QString &objectName)
+// Waits for longer than it does by itself where the time is longer.
+QString found(const QString &objectName, int timeoutMs = 0)
 {
-    return QStringLiteral("find(%1)").arg(objectName);
+    return timeoutMs > defaultWaitMs
+               ? QStringLiteral("find(%1, %2)").arg(objectName, QString::number(timeoutMs))
+               : QStringLiteral("find(%1)").arg(objectName);
 }
 
 QString joined(const QString &arguments, const QString &options)
@@ -245,11 +248,17 @@ QString contextCall(const EventData &event)
                : QStringLiteral("var %1 = %2").arg(event.resultName(), call);
 }
 
-QString propertyWait(const QString &objectName, const EventDataArg &property, int timeoutMs)
+bool isPropertyWait(const EventData &event)
 {
+    return event.methodName() == QLatin1String("waitForProperty");
+}
+
+QString propertyWait(const QString &objectName, const EventData &event, const Arguments &arguments)
+{
+    const int timeoutMs = arguments[1].value.toInt();
     const QString time = timeoutMs > defaultWaitMs ? QString::number(timeoutMs) : QString();
-    return callCode(found(objectName), QStringLiteral("waitFor"),
-                    joined(joined(argumentCode(property), QStringLiteral("true")), time));
+    return callCode(found(objectName, event.snooze()), QStringLiteral("waitFor"),
+                    joined(joined(argumentCode(arguments[0]), QStringLiteral("true")), time));
 }
 
 QString statementOf(const EventData &event, const QString &objectName)
@@ -261,8 +270,8 @@ QString statementOf(const EventData &event, const QString &objectName)
     const Method *itemMethod = findMethod(itemMethods, name);
     if (itemMethod)
         return itemCall(objectName, parts, *itemMethod);
-    if (name == QLatin1String("waitForProperty") && fit(parts.plain, "tn"))
-        return propertyWait(objectName, parts.plain[0], parts.plain[1].value.toInt());
+    if (isPropertyWait(event) && fit(parts.plain, "tn"))
+        return propertyWait(objectName, event, parts.plain);
     const Method *method = findMethod(objectMethods, name);
     const bool isCall =
         method && (fit(parts.plain, method->arguments) || fit(parts.plain, method->otherArguments));
@@ -341,7 +350,7 @@ QString JavaScriptEventRecorder::waitFor(const QString &objectName, const EventD
 {
     const bool isForObjects = synchronization() == OBJECT_SYNC;
     const QString itemWait = isForObjects ? selectedItemWait(objectName, event) : QString();
-    if (!itemWait.isEmpty())
+    if (!itemWait.isEmpty() || (isForObjects && isPropertyWait(event)))
         return itemWait;
     if (!skipRecordSyncFor(event))
         return recordSync(objectName, event, event.snooze());
@@ -371,9 +380,7 @@ QString JavaScriptEventRecorder::recordSnooze(int timeoutMs)
 
 QString JavaScriptEventRecorder::recordObjectWait(const QString &objectName, int timeoutMs)
 {
-    return timeoutMs <= defaultWaitMs
-               ? QString()
-               : QStringLiteral("find(%1, %2);").arg(objectName, QString::number(timeoutMs));
+    return timeoutMs <= defaultWaitMs ? QString() : found(objectName, timeoutMs) + QLatin1Char(';');
 }
 
 QString JavaScriptEventRecorder::recordItemWait(const QString &objectName, const QString &item,

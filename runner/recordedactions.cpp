@@ -116,8 +116,22 @@ void join(QVariantMap *first, const QVariantMap &second)
     const QString value = QStringLiteral("value");
     if (first->contains(text))
         (*first)[text] = textOf(*first, "text") + textOf(second, "text");
-    if (first->contains(value))
+    if (first->contains(value)) {
         (*first)[value] = second.value(value);
+        (*first)[QStringLiteral("exact")] = second.value(QStringLiteral("exact"));
+    }
+}
+
+// A check that follows may see more of a value than the user cares for.
+void keepExactValues(std::vector<QVariantMap> *actions)
+{
+    bool isChecked = false;
+    for (auto action = actions->rbegin(); action != actions->rend(); ++action) {
+        const QVariant exact = action->value(QStringLiteral("exact"));
+        isChecked = isChecked || textOf(*action, "what") == QLatin1String("point");
+        if (isChecked && exact.isValid())
+            (*action)[QStringLiteral("value")] = exact;
+    }
 }
 
 // The variables under which a run is given the passwords: one for each object that gets any.
@@ -278,9 +292,11 @@ bool isOfName(const QString &property, const QString &objectName)
 // Items of these are there when they are.
 bool hasFixedItems(const EventData &event)
 {
-    static const QStringList types{QStringLiteral("QLabel"), QStringLiteral("QMenu"),
-                                   QStringLiteral("QMenuBar"), QStringLiteral("QPushButton"),
-                                   QStringLiteral("QToolButton")};
+    static const QStringList types{QStringLiteral("QLabel"),      QStringLiteral("QMenu"),
+                                   QStringLiteral("QMenuBar"),    QStringLiteral("QPushButton"),
+                                   QStringLiteral("QToolButton"), QStringLiteral("Label"),
+                                   QStringLiteral("QQuickText"),  QStringLiteral("QQuickTextEdit"),
+                                   QStringLiteral("TextArea")};
     return types.contains(
         ObjectName(event.objectName()).properties().value(QStringLiteral("type")).text);
 }
@@ -357,6 +373,7 @@ std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObje
             joined.push_back(action);
     }
     nameVariables(&joined);
+    keepExactValues(&joined);
     std::vector<EventData> events;
     lastTime = joined.empty() ? 0 : timeOf(joined.front());
     for (const QVariantMap &action : joined) {

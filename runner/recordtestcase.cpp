@@ -20,7 +20,6 @@
 #include "test/suite/applicationwords.h"
 #include "test/testsuite.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QThread>
@@ -197,20 +196,6 @@ QStringList programOf(const RunnerOptions &options)
     return program;
 }
 
-// As a run of the suite does.
-QString setVariablesOf(const RunnerOptions &options, const TestSuite &suite)
-{
-    const QString path = options.envVarFile.isEmpty() ? suite.envVarFileName() : options.envVarFile;
-    if (!options.envVarFile.isEmpty() || (!path.isEmpty() && QFile::exists(path))) {
-        const QString error = readEnvironmentFile(path, true);
-        if (!error.isEmpty())
-            return error;
-    }
-    for (const QString &assignment : options.envVars)
-        setEnvironmentVariable(assignment);
-    return {};
-}
-
 bool isAgreed(const char *question)
 {
     if (::isatty(STDIN_FILENO) == 0 || ::isatty(STDERR_FILENO) == 0)
@@ -376,7 +361,8 @@ int recordTestCase(const RunnerOptions &options)
     const QString noScreen = whyNoScreen();
     if (!noScreen.isEmpty())
         return unusable(noScreen);
-    const QString variables = setVariablesOf(options, read);
+    const QString variables = setEnvironmentVariables(
+        environmentFileOf(options.envVarFile, read.envVarFileName()), options.envVars);
     if (!variables.isEmpty())
         return unusable(variables);
     // Its paths are those of the user as well.

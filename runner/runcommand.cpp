@@ -68,6 +68,31 @@ int runSingleTestCase(const RunnerOptions &options, UiCoverage *coverage)
     return runTestCase(options, makeReport, addCoverage);
 }
 
+// Runs a suite or a test case, or lists those of a suite.
+int runTests(const RunnerOptions &options)
+{
+    const bool isSuite = !options.suiteDirectory.isEmpty();
+    if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
+        return usageError(QStringLiteral("no suite directory was given") +
+                          suiteDirectoryHint(options));
+    if (!isSuite && options.keptRuns > 0)
+        return usageError(QStringLiteral("--keep-runs needs a suite directory"));
+    // A test case of a suite has it from the runner of the suite.
+    if (isSuite || options.pauseOnFailure) {
+        const QString error = setPauseOnFailure(options.pauseOnFailure);
+        if (!error.isEmpty())
+            return usageError(error);
+    }
+    const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
+    const std::unique_ptr<UiCoverage> coverage =
+        isCounted ? std::make_unique<UiCoverage>() : nullptr;
+    const int status =
+        isSuite ? runSuite(options, coverage.get()) : runSingleTestCase(options, coverage.get());
+    if (coverage)
+        coverage->print();
+    return status;
+}
+
 } // namespace
 
 int runCommand(const RunnerOptions &options)
@@ -94,26 +119,7 @@ int runCommand(const RunnerOptions &options)
     case RunnerOptions::Action::Run:
         break;
     }
-    const bool isSuite = !options.suiteDirectory.isEmpty();
-    if (!isSuite && (options.action == RunnerOptions::Action::List || options.testCases.isEmpty()))
-        return usageError(QStringLiteral("no suite directory was given") +
-                          suiteDirectoryHint(options));
-    if (!isSuite && options.keptRuns > 0)
-        return usageError(QStringLiteral("--keep-runs needs a suite directory"));
-    // A test case of a suite has it from the runner of the suite.
-    if (isSuite || options.pauseOnFailure) {
-        const QString error = setPauseOnFailure(options.pauseOnFailure);
-        if (!error.isEmpty())
-            return usageError(error);
-    }
-    const bool isCounted = options.coverage && options.action == RunnerOptions::Action::Run;
-    const std::unique_ptr<UiCoverage> coverage =
-        isCounted ? std::make_unique<UiCoverage>() : nullptr;
-    const int status =
-        isSuite ? runSuite(options, coverage.get()) : runSingleTestCase(options, coverage.get());
-    if (coverage)
-        coverage->print();
-    return status;
+    return runTests(options);
 }
 
 } // namespace Morvex

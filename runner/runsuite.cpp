@@ -9,6 +9,7 @@
 #include "runner/runoutcome.h"
 #include "runner/runsummary.h"
 #include "runner/signals.h"
+#include "runner/suitedirectory.h"
 #include "runner/uicoverage.h"
 #include "shared/confparser.h"
 #include "shared/realpath.h"
@@ -107,6 +108,9 @@ QString SuiteRunner::prepare()
     const QString given = m_options.suiteDirectory;
     if (!QFileInfo(given).isDir())
         return QStringLiteral("there is no suite directory '%1'").arg(given);
+    const QString whyNot = whyNotListed(given);
+    if (!whyNot.isEmpty())
+        return whyNot;
     m_suite = std::make_unique<TestSuite>(m_dir, m_options.settingsGroup);
     if (m_suite->hasConfigLoadError())
         return QStringLiteral("cannot load the suite '%1': %2")
@@ -119,6 +123,8 @@ QString SuiteRunner::prepare()
             return error;
     }
     m_testCases = m_options.testCases;
+    if (m_testCases.isEmpty())
+        warnOfTestCasesLeftOut(given, m_suite->discoverTestCases());
     return m_options.rerunFailed ? chooseFailedTestCases() : QString();
 }
 
@@ -140,12 +146,11 @@ QString SuiteRunner::applyOptions()
         aut += word.contains(QLatin1Char(' ')) ? QLatin1Char('"') + word + QLatin1Char('"') : word;
     }
     m_suite->setAutOverride(aut.join(QLatin1Char(' ')));
-    if (!m_options.envVarFile.isEmpty())
-        m_suite->setEnvVarFileName(cleanedPath(m_options.envVarFile));
-    // That of suite.conf may be missing, one that was asked for may not.
-    const QString path = m_suite->envVarFileName();
-    const bool isWanted = !m_options.envVarFile.isEmpty() || QFile::exists(path);
-    return isWanted && !path.isEmpty() ? readEnvironmentFile(path, false) : QString();
+    const QString asked =
+        m_options.envVarFile.isEmpty() ? QString() : cleanedPath(m_options.envVarFile);
+    m_suite->setEnvVarFileName(asked);
+    const QString path = environmentFileOf(asked, m_suite->envVarFileName());
+    return path.isEmpty() ? QString() : readEnvironmentFile(path, false);
 }
 
 QString SuiteRunner::checkResultDir() const

@@ -18,18 +18,6 @@
 namespace Morvex {
 namespace {
 
-[[nodiscard]] QString setEnvironment(const RunnerOptions &options)
-{
-    if (!options.envVarFile.isEmpty()) {
-        const QString error = readEnvironmentFile(options.envVarFile, true);
-        if (!error.isEmpty())
-            return error;
-    }
-    for (const QString &assignment : options.envVars)
-        setEnvironmentVariable(assignment);
-    return {};
-}
-
 [[nodiscard]] QString problem(const RunnerOptions &options)
 {
     if (options.testCases.size() > 1)
@@ -38,7 +26,7 @@ namespace {
     if (!QFileInfo(name).isDir())
         return QStringLiteral("there is no test case '%1' in the current directory").arg(name) +
                suiteDirectoryHint(options);
-    return setEnvironment(options);
+    return setEnvironmentVariables(options.envVarFile, options.envVars);
 }
 
 // Owns the generator, so that the report is closed after it. False when entries got lost.

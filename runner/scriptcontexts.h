@@ -29,7 +29,7 @@ public:
     Q_INVOKABLE QString name(int context) const;
     Q_INVOKABLE double processId(int context) const;
     Q_INVOKABLE bool isRunning(int context) const;
-    /// Whether it gives no answer within so many milliseconds.
+    /// Whether it gives no answer within this many milliseconds.
     Q_INVOKABLE bool isFrozen(int context, int timeout) const;
     /// The end of what its application has printed.
     Q_INVOKABLE QString standardOutput(int context) const;

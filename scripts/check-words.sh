@@ -38,10 +38,11 @@ sub is_allowed {
     return grep { $file eq $_->[0] && index($text, $_->[1]) >= 0 } @allowed;
 }
 
-# The texts and comments of a line of code. The hash begins a comment in scripts.
+# The texts and comments of a line of code, and the words of the name of a test. The hash begins a
+# comment in scripts.
 sub prose {
     my ($line, $in_comment, $has_hash) = @_;
-    my $prose = "";
+    my $prose = $line =~ /^TEST\w*\(\w+, (\w+)/ ? $1 =~ s/\B(?=[A-Z])/ /gr : "";
     while (length $line) {
         if ($$in_comment) {
             $line =~ s/^(.*?)(\*\/|$)//;

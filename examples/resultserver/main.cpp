@@ -131,12 +131,8 @@ void sayRefused(const QString &reason)
     std::fflush(stdout);
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+void parse(QCommandLineParser &parser, const QCoreApplication &application)
 {
-    QCoreApplication application(argc, argv);
-    QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Receives uploads of morvexrunner and makes a web report per project and "
                        "batch."));
@@ -149,7 +145,25 @@ int main(int argc, char **argv)
          {"key", "The key of the certificate (PEM).", "file"},
          {"listen", "The address to listen at (default: 127.0.0.1).", "address", "127.0.0.1"}});
     parser.process(application);
+}
 
+// Ctrl-C ends the server with all runs in their reports.
+void quitOnSignals(Cancellation &cancellation, const QCoreApplication &application)
+{
+    signalled = &cancellation;
+    QObject::connect(&cancellation, &Cancellation::requested, &application,
+                     &QCoreApplication::quit);
+    std::signal(SIGINT, handleSignal);
+    std::signal(SIGTERM, handleSignal);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+    parse(parser, application);
     if (Morvex::Environment::getVariable("MORVEX_PREFIX").empty())
         Morvex::Environment::setVariable("MORVEX_PREFIX", MORVEX_BUILD_PREFIX);
     ServerSettings settings{QDir(QDir().absoluteFilePath(parser.value("data"))), freshToken()};
@@ -180,14 +194,8 @@ int main(int argc, char **argv)
     QObject::connect(&server, &QWebSocketServer::serverError,
                      [&server] { sayRefused(server.errorString()); });
 
-    // Ctrl-C ends the server with all runs in their reports.
     Cancellation cancellation;
-    signalled = &cancellation;
-    QObject::connect(&cancellation, &Cancellation::requested, &application,
-                     &QCoreApplication::quit);
-    std::signal(SIGINT, handleSignal);
-    std::signal(SIGTERM, handleSignal);
-
+    quitOnSignals(cancellation, application);
     error = listen(parser, server);
     if (!error.isEmpty())
         return fail(error);

@@ -43,7 +43,7 @@ void allowLook(int descriptor)
         ::prctl(PR_SET_PTRACER, static_cast<unsigned long>(peer.pid), 0, 0, 0);
 }
 
-// Whether the system takes so many bytes at once, however much the other end has still to read.
+// Whether the system takes this many bytes at once, however much the other end has still to read.
 bool hasRoomFor(int descriptor, int size)
 {
     int waiting = 0;

@@ -52,11 +52,16 @@ void ActionReport::keepExtras(const QString &objectName, QVariantMap *more)
 
 int ActionReport::add(const QString &what, const QObject *object, const QVariantMap &more)
 {
+    return add(what, nameOf(object), object, more);
+}
+
+int ActionReport::add(const QString &what, const QString &objectName, const QObject *object,
+                      const QVariantMap &more)
+{
     QVariantMap all = withWaits(object, more);
-    const QString name = nameOf(object);
     if (what == QLatin1String("type"))
-        noteTyping(name, object, &all);
-    return add(what, name, all);
+        noteTyping(objectName, object, &all);
+    return add(what, objectName, all);
 }
 
 void ActionReport::addCursor(const QString &objectName, const QObject *object, const QString &keys)

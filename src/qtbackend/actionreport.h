@@ -28,6 +28,9 @@ public:
     /// Returns the number of the action, which is never 0.
     int add(const QString &what, const QString &objectName, const QVariantMap &more = {});
     int add(const QString &what, const QObject *object, const QVariantMap &more = {});
+    /// Under a name that the object has had.
+    int add(const QString &what, const QString &objectName, const QObject *object,
+            const QVariantMap &more);
 
     /// Keys that bring the cursor of a text to a place from any other, so that the same for the
     /// same object right before is replaced.

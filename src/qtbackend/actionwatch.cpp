@@ -11,7 +11,6 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 #include <QShortcutEvent>
-#include <QThread>
 #include <QWindow>
 
 #include <utility>
@@ -58,7 +57,8 @@ ActionWatch::ActionWatch(QtModel &model, const ActionReport::Sink &sink)
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
+// Whether it is input of the user. What else matters to a recording is noted here.
+bool ActionWatch::isInput(QObject *receiver, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonRelease:
@@ -66,15 +66,11 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
     case QEvent::ContextMenu:
-        if (!event->spontaneous())
-            return false;
-        break;
+        return event->spontaneous();
     case QEvent::Close:
         if (auto *inner = qobject_cast<QMdiSubWindow *>(receiver))
             m_mouse.closeSubWindow(inner);
-        if (!event->spontaneous())
-            return false;
-        break;
+        return event->spontaneous();
     // Where it goes on to another widget it is no longer spontaneous.
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
@@ -84,7 +80,7 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     case QEvent::Drop:
     case QEvent::Shortcut:
     case QEvent::InputMethod:
-        break;
+        return true;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);
         return false;
@@ -98,6 +94,12 @@ bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
     default:
         return false;
     }
+}
+
+bool ActionWatch::eventFilter(QObject *receiver, QEvent *event)
+{
+    if (!isInput(receiver, event))
+        return false;
     if (isForPoints(receiver, event))
         return PointMenu::isOpenedBy(*static_cast<QKeyEvent *>(event));
     if (m_points.owns(receiver))
@@ -133,12 +135,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
-        if (m_keys.isKnown(*static_cast<QKeyEvent *>(event)))
-            break;
-        m_mouse.endDrag();
-        settle();
-        if (!m_scenes.pressKey(window, *static_cast<QKeyEvent *>(event)))
-            pressKey(*static_cast<QKeyEvent *>(event));
+        key(window, *static_cast<QKeyEvent *>(event));
         break;
     case QEvent::ContextMenu:
         settle();
@@ -168,7 +165,12 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
     default:
         break;
     }
-    // Once it has been handled, in whatever loop.
+    settleOnceHandled();
+}
+
+// After the event, in whatever loop it is handled.
+void ActionWatch::settleOnceHandled()
+{
     if (std::exchange(m_isSettling, true))
         return;
     QMetaObject::invokeMethod(
@@ -182,12 +184,26 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         Qt::QueuedConnection);
 }
 
+void ActionWatch::key(QWindow *window, const QKeyEvent &event)
+{
+    if (m_keys.isKnown(event)) {
+        m_heldKey = 0;
+        return;
+    }
+    m_mouse.endDrag();
+    settle();
+    const int before = m_report.lastNumber();
+    if (!m_scenes.pressKey(window, event))
+        pressKey(event);
+    const bool isReported = m_report.lastNumber() > before;
+    m_heldKey = isReported && event.type() == QEvent::ShortcutOverride ? m_report.lastNumber() : 0;
+}
+
 // Also before a filter that the application has installed later, and with which it takes events.
-// That of a drag has to come before, and none of those in a loop within a filter may come twice.
+// That of a drag has to come before.
 void ActionWatch::beFirst()
 {
-    if (QGuiApplication::mouseButtons() == Qt::NoButton &&
-        QThread::currentThread()->loopLevel() <= 1)
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
         QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -199,6 +215,7 @@ void ActionWatch::drop(QWindow *window, const QDropEvent &event)
 
 void ActionWatch::shortcut(QObject *owner, const QShortcutEvent &event)
 {
+    m_heldKey = 0;
     if (!m_scenes.shortcut(event))
         m_keys.shortcut(owner, event);
 }
@@ -258,6 +275,8 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
 
 void ActionWatch::settle()
 {
+    // It does nothing without those that follow it in a shortcut.
+    m_report.cancel(std::exchange(m_heldKey, 0));
     m_mouse.settle();
     m_wheel.settle();
     m_keys.settle();

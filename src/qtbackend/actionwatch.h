@@ -29,14 +29,17 @@ protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;
 
 private:
+    bool isInput(QObject *receiver, QEvent *event);
     void filterForWindow(QWindow *window, QEvent *event);
     void filterForWidget(QWidget *widget, QEvent *event);
+    void key(QWindow *window, const QKeyEvent &event);
     void drop(QWindow *window, const QDropEvent &event);
     void pressKey(const QKeyEvent &event);
     void shortcut(QObject *owner, const QShortcutEvent &event);
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);
     bool isForPoints(QObject *receiver, QEvent *event);
     void settle();
+    void settleOnceHandled();
     void beFirst();
 
     ActionReport m_report;
@@ -48,6 +51,8 @@ private:
     SceneActions m_scenes;
     PointMenu m_points;
     bool m_isSettling = false;
+    // The number of a key that was offered, and that has come to nothing yet; else 0.
+    int m_heldKey = 0;
 };
 
 } // namespace Morvex

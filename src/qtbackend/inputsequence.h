@@ -23,7 +23,7 @@ public:
     using Condition = std::function<bool()>;
 
     void add(const Step &step);
-    /// The next step waits until then, for so many milliseconds at most.
+    /// The next step waits until then, for this many milliseconds at most.
     void waitUntil(const Condition &condition, int milliseconds);
 
     bool isEmpty() const { return m_steps.empty(); }

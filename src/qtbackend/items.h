@@ -16,7 +16,7 @@ class InputSequence;
 /// menu is a path: "Metal/Bolts". An entry whose own text has a "/" is found by its text, or with
 /// "\/" in its place. A map after the text has the options "column" and "occurrence".
 
-/// Whether the object has such an item now, and but one.
+/// Whether exactly one item of the object fits now.
 bool hasItem(QObject *object, const QVariantList &selector);
 
 /// The text that the item shows, as "text", and what else it can be asked. Empty on failure;

@@ -126,6 +126,8 @@ void KeyActions::press(const QKeyEvent &event)
     m_menus.enter(target);
     m_pressedIn = target;
     m_pressedKeys = typedKeyOf(event);
+    if (!isWithModifiers(event) && !isTypedInto(target))
+        m_typed.keepName(target);
     const auto *button = qobject_cast<QAbstractButton *>(target);
     if (!button || !isPushKey(event))
         return type(target, event);

@@ -68,9 +68,8 @@ MenuPath wayThrough(QWidget *menu, QStringList texts, QAction *first, const QMen
         }
         path.owner = above;
     }
-    QWidget *button = first && isToolBarExtension(path.owner)
-                          ? widgetBehindExtension(path.owner, first)
-                          : nullptr;
+    QWidget *button =
+        first && isToolBarExtension(path.owner) ? overflowWidgetOf(path.owner, first) : nullptr;
     if (button) {
         path.owner = button;
         texts.removeFirst();

@@ -104,13 +104,6 @@ QWidget *shownPartOf(QWidget *widget)
     return area ? area->viewport() : widget;
 }
 
-QWidget *screenWindowOf(const QWidget *widget)
-{
-    const MouseSpot spot = MouseSpot::of(widget, QPoint());
-    QWidget *window = spot.isValid() ? QWidget::find(spot.window->winId()) : nullptr;
-    return window ? window : widget->window();
-}
-
 } // namespace
 
 bool clickWhereFree(QWidget *widget, const QPoint &place)
@@ -140,26 +133,6 @@ QWidget *openMenuOf(const QAction *action)
             return place;
     }
     return nullptr;
-}
-
-bool activateForInput(QObject *object)
-{
-    auto *widget = qobject_cast<QWidget *>(object);
-    if (!widget || !whyBlocked(widget).isEmpty())
-        return false;
-    QWidget *window = screenWindowOf(widget);
-    if (widget->isActiveWindow() || window->isActiveWindow() ||
-        window->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus))
-        return false;
-    window->activateWindow();
-    return true;
-}
-
-void waitForActiveWindow(QObject *object, InputSequence &input)
-{
-    const QPointer<QObject> alive = object;
-    if (activateForInput(object))
-        waitForActivation([alive] { return !activateForInput(alive); }, input);
 }
 
 std::shared_ptr<MouseTarget> MouseTarget::make(const Place &place, QString *error)
@@ -229,7 +202,10 @@ MouseSpot MouseTarget::sceneSpot(QString *error) const
     if (!error->isEmpty())
         return {};
     const QRect visible = access.visiblePlaceOf(object);
-    const QPoint place = m_place ? access.toWindow(object, *m_place) : visible.center();
+    const QRect part = m_item && !m_place ? m_item->place() : QRect();
+    const QPoint place = m_place          ? access.toWindow(object, *m_place)
+                         : part.isEmpty() ? visible.center()
+                                          : access.toWindow(object, part.center());
     // The edges belong to an item, too.
     const bool isInSight = m_isBeyond ? QRect({}, access.windowOf(object)->size()).contains(place)
                                       : visible.adjusted(0, 0, 1, 1).contains(place);

@@ -66,11 +66,4 @@ bool clickWhereFree(QWidget *widget, const QPoint &place);
 /// The open menu that shows the action; null when there is none.
 QWidget *openMenuOf(const QAction *action);
 
-/// Whether input to the object has to wait until its window is active, for which it asks then.
-/// False for an object that can't be used, and for null.
-bool activateForInput(QObject *object);
-
-/// Lets the next step wait for that.
-void waitForActiveWindow(QObject *object, InputSequence &input);
-
 } // namespace Morvex

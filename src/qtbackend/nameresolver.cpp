@@ -319,7 +319,9 @@ QString NameResolver::steadyName(const QObject *object, bool isTextKept)
         m_index.emplace(m_model);
     using Value = ObjectName::PropertyValue;
     auto properties = steadyRealName(object).properties();
-    if (!isTextKept && !properties.contains(QStringLiteral("name")))
+    const bool isOfText =
+        !properties.contains(QStringLiteral("name")) && !properties.contains(QStringLiteral("id"));
+    if (!isTextKept && isOfText)
         properties = {{QStringLiteral("type"), properties.value(QStringLiteral("type"))}};
     std::vector<std::pair<QString, Value>> further;
     // What a tool bar has no room for is reached all the same.

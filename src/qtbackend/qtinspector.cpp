@@ -6,7 +6,6 @@
 #include "qtbackend/actionwatch.h"
 #include "qtbackend/applicationfunctions.h"
 #include "qtbackend/inputsequence.h"
-#include "qtbackend/liveobject.h"
 #include "qtbackend/modelmethods.h"
 #include "qtbackend/modeltablerange.h"
 #include "qtbackend/nameresolver.h"

@@ -3,12 +3,12 @@
 #include "objectmodel/value/valueobject.h"
 #include "qtbackend/clickwatch.h"
 #include "qtbackend/creationorder.h"
-#include "qtbackend/liveobject.h"
+#include "qtbackend/identification.h"
 #include "qtbackend/objecttree.h"
+#include "qtbackend/propertysetting.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/usagecounter.h"
-#include "qtbackend/widgetvalue.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -298,6 +298,34 @@ std::vector<QObject *> QtModel::allObjects() const
     for (QObject *window : sceneWindows())
         collect(window, objects);
     return objects;
+}
+
+LiveObject::LiveObject(QtModel &model, int id, const Class *objectClass)
+    : m_model(model)
+    , m_id(id)
+    , m_class(objectClass)
+{
+}
+
+const Class *LiveObject::objectClass() const
+{
+    const QObject *object = m_model.registry().object(m_id);
+    if (!object)
+        return nullptr;
+    return m_class ? m_class : m_model.classOf(object);
+}
+
+bool LiveObject::compare(const SharedPtr<Object> &other) const
+{
+    if (!other)
+        return false;
+    return other->id() == 0 ? valueText() == other->valueText() : m_id == other->id();
+}
+
+QString LiveObject::valueText() const
+{
+    const QObject *object = m_model.registry().object(m_id);
+    return object ? realNameOf(object) : QStringLiteral("(an object that no longer exists)");
 }
 
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "objectmodel/object.h"
 #include "qtbackend/modelclass.h"
 #include "qtbackend/objectregistry.h"
 #include "qtbackend/windoworder.h"
@@ -81,6 +82,25 @@ private:
     std::map<DynamicKey, std::shared_ptr<ModelClass>> m_dynamicClasses;
     QHash<QString, const Class *> m_classesByName;
     QHash<QString, std::shared_ptr<ModelClass>> m_named;
+};
+
+/// An object of the application, known by its number.
+class LiveObject : public Object
+{
+public:
+    /// @p objectClass may be null: it is then found when it is asked for.
+    LiveObject(QtModel &model, int id, const Class *objectClass = nullptr);
+
+    int id() const override { return m_id; }
+    const Class *objectClass() const override;
+    bool compare(const SharedPtr<Object> &other) const override;
+    QString valueText() const override;
+    QVariant value() const override { return {}; }
+
+private:
+    QtModel &m_model;
+    int m_id;
+    const Class *m_class;
 };
 
 } // namespace Morvex

@@ -127,6 +127,28 @@ QString shortcutKeysOf(const QKeySequence &shortcut, const QString &pressed)
     return keys;
 }
 
+bool isWithModifiers(const QKeyEvent &event)
+{
+    Qt::KeyboardModifiers own;
+    switch (event.key()) {
+    case Qt::Key_Shift:
+        own = Qt::ShiftModifier;
+        break;
+    case Qt::Key_Control:
+        own = Qt::ControlModifier;
+        break;
+    case Qt::Key_Alt:
+        own = Qt::AltModifier;
+        break;
+    case Qt::Key_Meta:
+        own = Qt::MetaModifier;
+        break;
+    default:
+        break;
+    }
+    return event.modifiers() & (commandModifiers | Qt::ShiftModifier) & ~own;
+}
+
 bool isSecretInput(QObject *object)
 {
     if (!object)

@@ -21,6 +21,8 @@ QString shortcutKeysOf(const QKeySequence &shortcut, const QString &pressed);
 /// Whether what is typed into the object now is not for others to see.
 bool isSecretInput(QObject *object);
 
+/// Whether other keys that change its meaning were pressed before.
+bool isWithModifiers(const QKeyEvent &event);
 bool isTabKey(const QKeyEvent &event);
 /// Whether the key presses a button that has the focus.
 bool isPushKey(const QKeyEvent &event);

@@ -3,6 +3,7 @@
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/mousetarget.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenecell.h"
 #include "qtbackend/scenetable.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/whyblocked.h"

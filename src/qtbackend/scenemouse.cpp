@@ -5,6 +5,7 @@
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenehandlers.h"
+#include "qtbackend/scenelinks.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/secretinputs.h"
@@ -128,7 +129,7 @@ void SceneMouse::describe(QObject *taker)
         m_outcome.item = object;
         break;
     case RecordedTarget::Value:
-        m_outcome.value = object->property(sceneValueOf(object));
+        m_outcome.values = sceneValuesOf(object);
         m_outcome.name = m_report.nameOf(object);
         m_outcome.item = object;
         break;
@@ -231,12 +232,20 @@ void SceneMouse::finishPress(const QMouseEvent &event)
         if (!m_press.target.place)
             m_press.target.place = m_press.placeInTarget;
         reportDrag(event.pos());
-    } else if (!SceneAccess::self()->isAt(m_press.taker, event.pos()) ||
+    } else if (!SceneAccess::self()->isAt(m_press.taker, event.pos()) || isOffLink(event.pos()) ||
                (isMoved && hasTapHandler(m_press.taker))) {
         cancelPress();
     } else {
         reportHeld(event.timestamp() - m_press.time);
     }
+}
+
+// A link is opened where it is both pressed and let go.
+bool SceneMouse::isOffLink(const QPoint &place) const
+{
+    QObject *text = m_press.target.object;
+    const QVariantList link = text ? sceneLinkAt(text, m_press.place) : QVariantList();
+    return !link.isEmpty() && sceneLinkAt(text, place) != link;
 }
 
 void SceneMouse::cancelPress()
@@ -332,12 +341,12 @@ void SceneMouse::settleOutcome()
     QObject *item = m_outcome.item;
     if (!item)
         return;
-    const QVariant value =
-        m_outcome.kind == RecordedTarget::Value ? item->property(sceneValueOf(item)) : QVariant();
-    if (value != m_outcome.value)
-        m_report.add(QStringLiteral("set"), m_outcome.name,
-                     {{QStringLiteral("property"), QLatin1String(sceneValueOf(item))},
-                      {QStringLiteral("value"), value}});
+    for (const SceneValue &value : m_outcome.values) {
+        if (m_outcome.kind == RecordedTarget::Value && value.isChanged())
+            m_report.add(QStringLiteral("set"),
+                         value.item == item ? m_outcome.name : m_report.nameOf(value.item),
+                         value.setting());
+    }
     const TextCursorState cursor = TextCursorState::ofSceneItem(item);
     if (m_outcome.kind == RecordedTarget::Cursor && !(cursor == m_outcome.cursor) &&
         !isSecretInput(item))

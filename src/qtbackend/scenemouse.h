@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/recordedtarget.h"
+#include "qtbackend/scenevalue.h"
 #include "qtbackend/textcursorstate.h"
 
 #include <vector>
@@ -68,7 +69,7 @@ private:
         QPointer<QObject> item;
         QString name;
         TextCursorState cursor;
-        QVariant value;
+        std::vector<SceneValue> values;
         bool isReleased = false;
     };
 
@@ -76,6 +77,7 @@ private:
     void describe(QObject *taker);
     void describeDragged();
     void reportPress();
+    bool isOffLink(const QPoint &place) const;
     void cancelPress();
     void reportHover();
     void finishPress(const QMouseEvent &event);

@@ -2,7 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/sceneaccess.h"
-#include "qtbackend/scenetarget.h"
+#include "qtbackend/scenevalue.h"
 #include "qtbackend/sceneview.h"
 
 #include <QPoint>
@@ -153,9 +153,8 @@ void ScenePages::reportDrawers()
 
 void ScenePages::report(QObject *object, const char *property, const QVariant &value)
 {
-    m_report.add(
-        QStringLiteral("set"), object,
-        {{QStringLiteral("property"), QLatin1String(property)}, {QStringLiteral("value"), value}});
+    m_report.add(QStringLiteral("set"), object,
+                 sceneSetting(object, QLatin1String(property), value));
 }
 
 } // namespace Morvex

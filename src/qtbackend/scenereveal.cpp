@@ -1,7 +1,6 @@
 #include "qtbackend/scenereveal.h"
 
 #include "qtbackend/inputsequence.h"
-#include "qtbackend/mousetarget.h"
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/sceneview.h"

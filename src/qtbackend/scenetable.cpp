@@ -1,7 +1,7 @@
 #include "qtbackend/scenetable.h"
 
 #include "qtbackend/itempath.h"
-#include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenecell.h"
 #include "qtbackend/sceneview.h"
 
 #include <algorithm>
@@ -13,14 +13,6 @@ namespace {
 const int maxSteps = 2000;
 // So that no cell is passed over.
 const qreal partOfSight = 0.8;
-
-int numberOf(const QObject *delegate, const char *name)
-{
-    const QVariant own = delegate->property(name);
-    const QVariant known =
-        own.isValid() ? own : SceneAccess::self()->contextValueOf(delegate, QLatin1String(name));
-    return known.isValid() ? known.toInt() : -1;
-}
 
 bool isMeant(const QObject *delegate, const ItemSelector &selector)
 {
@@ -58,16 +50,6 @@ void settleSceneTable(QObject *table)
 {
     QMetaObject::invokeMethod(table, "forceLayout");
     dropKeptItems(table);
-}
-
-bool isSceneTable(const QObject *view)
-{
-    return view && view->inherits("QQuickTableView");
-}
-
-SceneCell sceneCellOf(const QObject *delegate)
-{
-    return {numberOf(delegate, "row"), numberOf(delegate, "column")};
 }
 
 QObject *sceneCellAt(QObject *table, const ItemSelector &selector)

@@ -1,23 +1,10 @@
 #pragma once
 
-#include <QObjectList>
+class QObject;
 
 namespace Morvex {
 
 struct ItemSelector;
-
-// Tables of Qt Quick, which have a row and a column for each item and no number.
-
-struct SceneCell
-{
-    int row = -1;
-    int column = -1;
-};
-
-bool isSceneTable(const QObject *view);
-
-/// Negative for an item that is no cell.
-SceneCell sceneCellOf(const QObject *delegate);
 
 /// The item for the cell; null when there is none now, as it is out of sight.
 QObject *sceneCellAt(QObject *table, const ItemSelector &selector);

@@ -2,6 +2,8 @@
 
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenelinks.h"
+#include "qtbackend/scenevalue.h"
 #include "qtbackend/sceneview.h"
 
 #include <QWindow>
@@ -13,19 +15,6 @@ namespace {
 
 // One that is larger, and has no text, may be a canvas.
 const int maxPlainSize = 100;
-
-const struct
-{
-    const char *type;
-    const char *property;
-    // By which it says that it was the user; null where it doesn't.
-    const char *signal;
-} values[] = {
-    {"QQuickSlider", "value", "moved"},
-    {"QQuickDial", "value", "moved"},
-    {"QQuickSpinBox", "value", "valueModified"},
-    {"QQuickPageIndicator", "currentIndex", nullptr},
-};
 
 bool inheritsOneOf(const QObject *item, std::initializer_list<const char *> types)
 {
@@ -61,7 +50,7 @@ QObject *meantItem(QObject *taker)
 
 bool isCanvas(const QObject *item)
 {
-    if (inheritsOneOf(item, {"QQuickCanvasItem", "QQuickPaintedItem", "QQuickRangeSlider"}))
+    if (inheritsOneOf(item, {"QQuickCanvasItem", "QQuickPaintedItem"}))
         return true;
     const QRect place = SceneAccess::self()->placeOf(item);
     return !item->inherits("QQuickControl") &&
@@ -123,15 +112,6 @@ RecordedTarget sceneItemTarget(QObject *item)
     return itemTarget(sceneRowOf(meant), meant);
 }
 
-const char *sceneValueOf(const QObject *item)
-{
-    for (const auto &known : values) {
-        if (item && item->inherits(known.type))
-            return known.property;
-    }
-    return nullptr;
-}
-
 QObject *sceneItemAt(QObject *root, const QPoint &windowPlace)
 {
     const SceneAccess &access = *SceneAccess::self();
@@ -140,14 +120,6 @@ QObject *sceneItemAt(QObject *root, const QPoint &windowPlace)
         return sceneOwnerOf(meantItem(taker));
     QObject *drawn = access.drawnAt(root, windowPlace);
     return drawn ? drawn : root;
-}
-
-void announceSceneValue(QObject *item, const QByteArray &property)
-{
-    for (const auto &known : values) {
-        if (property == known.property && known.signal && item->inherits(known.type))
-            QMetaObject::invokeMethod(item, known.signal);
-    }
 }
 
 bool isSceneText(const QObject *item)
@@ -170,12 +142,19 @@ QObject *sceneOwnerOf(QObject *item)
 RecordedTarget sceneTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button)
 {
     const bool isLeft = button == Qt::LeftButton;
+    if (isLeft && !sceneValuesOf(taker).empty())
+        return targetOf(RecordedTarget::Value, taker);
     if (isPassive(taker))
         return {};
+    QObject *text = meantItem(taker);
+    const QVariantList link = isLeft ? sceneLinkAt(text, windowPlace) : QVariantList();
+    if (!link.isEmpty()) {
+        RecordedTarget target = targetOf(RecordedTarget::Click, text);
+        target.item = link;
+        return target;
+    }
     if (isLeft && isSceneText(taker))
         return targetOf(RecordedTarget::Cursor, taker);
-    if (isLeft && sceneValueOf(taker))
-        return targetOf(RecordedTarget::Value, taker);
     if (isLeft && isSceneComboBox(taker))
         return {};
     return clickTarget(taker, windowPlace, button);

@@ -13,15 +13,8 @@ QPoint placeInSceneTarget(QObject *taker, const QPoint &windowPlace);
 /// The item of Qt Quick itself, or as a row of the view that it is in.
 RecordedTarget sceneItemTarget(QObject *item);
 
-/// The property that a user changes by moving the mouse or clicking in some part of the item; null
-/// for other items.
-const char *sceneValueOf(const QObject *item);
-
 /// What a user would point at who wants to check it.
 QObject *sceneItemAt(QObject *root, const QPoint &windowPlace);
-
-/// Has the item say that the user has changed the property, if it is that one.
-void announceSceneValue(QObject *item, const QByteArray &property);
 
 bool isSceneText(const QObject *item);
 

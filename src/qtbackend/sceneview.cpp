@@ -1,8 +1,8 @@
 #include "qtbackend/sceneview.h"
 
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenecell.h"
 #include "qtbackend/scenemodel.h"
-#include "qtbackend/scenetable.h"
 
 #include <QHash>
 

@@ -1,6 +1,7 @@
 #include "qtbackend/selectionpaste.h"
 
 #include "qtbackend/actionreport.h"
+#include "qtbackend/inputmask.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/recordedtarget.h"
 
@@ -26,16 +27,32 @@ QString keysOf(const QString &text)
     return keys.remove(QChar(QChar::ObjectReplacementCharacter));
 }
 
+// What is pasted into a mask takes the places of what was there, but for those that are blank.
+QString keysOver(const QLineEdit &line, int from)
+{
+    const QString mask = line.inputMask();
+    const int end = mask.lastIndexOf(QLatin1Char(';'));
+    const QChar blank = end < 0 ? QLatin1Char(' ') : mask.at(mask.size() - 1);
+    const QString shown = line.displayText();
+    QString keys;
+    for (const int stop : cursorStops(mask)) {
+        if (stop >= from && stop < qMin(line.cursorPosition(), shown.size()))
+            keys +=
+                shown.at(stop) == blank ? QStringLiteral("<Right>") : typedTextOf(shown.at(stop));
+    }
+    return keys;
+}
+
 } // namespace
 
 void SelectionPaste::begin(QWidget *target, const QPoint &globalPlace)
 {
     // A field has moved its cursor when the button was pressed.
     const auto *line = qobject_cast<const QLineEdit *>(target);
-    const int place = line ? line->cursorPosition() : textPositionAt(target, globalPlace);
+    m_place = line ? line->cursorPosition() : textPositionAt(target, globalPlace);
     m_target = target;
     m_name = m_report.nameOf(ownerOf(target));
-    m_before = TextCursorState::at(target, place);
+    m_before = TextCursorState::at(target, m_place);
     m_way = m_before.keys();
 }
 
@@ -45,27 +62,28 @@ void SelectionPaste::settle()
     m_target = nullptr;
     if (!target)
         return;
-    const QString text = TextCursorState::of(target).textSince(m_before);
-    if (!text.isEmpty() && isSecretInput(target))
-        m_report.add(QStringLiteral("password"), m_name);
-    else if (!isSecretInput(target))
-        report(target, text);
-}
-
-void SelectionPaste::report(QWidget *target, const QString &text) const
-{
     const auto *line = qobject_cast<const QLineEdit *>(target);
+    const bool isMasked = line && !line->inputMask().isEmpty();
+    const QString text = isMasked ? QString() : TextCursorState::of(target).textSince(m_before);
+    const QString keys = isMasked ? keysOver(*line, m_place) : keysOf(text);
+    const bool isSecret = isSecretInput(target);
     // No key writes a line end into a field.
-    if (line && std::any_of(text.begin(), text.end(), isControl)) {
+    if (!isSecret && line && std::any_of(text.begin(), text.end(), isControl))
         m_report.add(QStringLiteral("set"), m_name,
                      {{QStringLiteral("property"), QStringLiteral("text")},
                       {QStringLiteral("value"), line->text()}});
-        return;
-    }
-    if (line || !text.isEmpty())
+    else if (!isSecret)
+        reportKeys(target, keys);
+    else if (!keys.isEmpty())
+        m_report.add(QStringLiteral("password"), m_name);
+}
+
+void SelectionPaste::reportKeys(QWidget *target, const QString &keys) const
+{
+    if (qobject_cast<const QLineEdit *>(target) || !keys.isEmpty())
         m_report.addCursor(m_name, ownerOf(target), m_way);
-    if (!text.isEmpty())
-        m_report.add(QStringLiteral("type"), m_name, {{QStringLiteral("text"), keysOf(text)}});
+    if (!keys.isEmpty())
+        m_report.add(QStringLiteral("type"), m_name, {{QStringLiteral("text"), keys}});
 }
 
 } // namespace Morvex

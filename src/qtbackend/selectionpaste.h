@@ -25,11 +25,12 @@ public:
     void settle();
 
 private:
-    void report(QWidget *target, const QString &text) const;
+    void reportKeys(QWidget *target, const QString &keys) const;
 
     ActionReport &m_report;
     QPointer<QWidget> m_target;
     QString m_name;
+    int m_place = 0;
     TextCursorState m_before;
     // Those that bring the cursor to the place.
     QString m_way;

@@ -67,7 +67,7 @@ bool isToolBarExtension(const QObject *object)
     return object && object->inherits("QToolBarExtension");
 }
 
-QWidget *widgetBehindExtension(const QWidget *extension, QAction *action)
+QWidget *overflowWidgetOf(const QWidget *extension, QAction *action)
 {
     const auto *bar = qobject_cast<const QToolBar *>(extension->parentWidget());
     return bar ? bar->widgetForAction(action) : nullptr;

@@ -13,7 +13,7 @@ bool isInToolBar(const QWidget *widget);
 bool isToolBarExtension(const QObject *object);
 
 /// The widget for the action in the tool bar of such a button; null when there is none.
-QWidget *widgetBehindExtension(const QWidget *extension, QAction *action);
+QWidget *overflowWidgetOf(const QWidget *extension, QAction *action);
 
 /// Shows the object if it is a widget that its tool bar has no room for, as a user does. Returns
 /// what stands for it: the object, or its action where that is in a menu of the bar. A bar that

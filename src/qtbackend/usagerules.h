@@ -24,7 +24,7 @@ struct UsageRule
 /// What users can do to the widget; nothing for what just shows or lays out.
 std::vector<UsageRule> usageRulesOf(const QWidget *widget);
 
-/// Whether what is inside of the widget are parts of it, which nobody takes for elements.
+/// Whether what is in the widget is a part of it, and no element of its own to a user.
 bool isOneElement(const QWidget *widget);
 
 /// Whether the widget is an element also when users can do nothing to it, for what is inside.

@@ -1,35 +1,17 @@
 #include "qtbackend/widgetvalue.h"
 
 #include "qtbackend/itemselectors.h"
-#include "qtbackend/objecttree.h"
 #include "qtbackend/ownclass.h"
 #include "qtbackend/recordedkeys.h"
-#include "qtbackend/scenetarget.h"
 
 #include <QAbstractScrollArea>
 #include <QComboBox>
 #include <QDateTimeEdit>
-#include <QMetaProperty>
-#include <QPointer>
 #include <QScrollBar>
 #include <QTabBar>
 
 namespace Morvex {
 namespace {
-
-// Empty for a spin box of a kind of its own, of which only the text is known, and for other
-// widgets.
-const char *propertyOf(const QWidget *widget)
-{
-    if (qobject_cast<const QDateEdit *>(widget))
-        return "date";
-    if (qobject_cast<const QTimeEdit *>(widget))
-        return "time";
-    if (qobject_cast<const QDateTimeEdit *>(widget))
-        return "dateTime";
-    const bool isNumber = isSlider(widget) || qobject_cast<const QAbstractSpinBox *>(widget);
-    return isNumber && widget->property("value").isValid() ? "value" : "";
-}
 
 // As scripts take it, and as it gets out of the application.
 QVariant shownValue(const QVariant &value)
@@ -46,16 +28,6 @@ QVariant shownValue(const QVariant &value)
     return value;
 }
 
-void moveHandle(QAbstractSlider *slider, int position)
-{
-    const QPointer<QAbstractSlider> alive = slider;
-    slider->setSliderDown(true);
-    if (alive)
-        slider->setSliderPosition(position);
-    if (alive)
-        slider->setSliderDown(false);
-}
-
 } // namespace
 
 bool isSlider(const QObject *object)
@@ -70,13 +42,25 @@ bool isSlider(const QObject *object)
            !((isOfArea || isOfOwn) && qobject_cast<const QScrollBar *>(object));
 }
 
+const char *valuePropertyOf(const QWidget *widget)
+{
+    if (qobject_cast<const QDateEdit *>(widget))
+        return "date";
+    if (qobject_cast<const QTimeEdit *>(widget))
+        return "time";
+    if (qobject_cast<const QDateTimeEdit *>(widget))
+        return "dateTime";
+    const bool isNumber = isSlider(widget) || qobject_cast<const QAbstractSpinBox *>(widget);
+    return isNumber && widget->property("value").isValid() ? "value" : "";
+}
+
 QVariant valueOf(const QWidget *widget)
 {
     if (const auto *box = qobject_cast<const QComboBox *>(widget))
         return box->currentIndex();
     if (const auto *bar = qobject_cast<const QTabBar *>(widget))
         return bar->currentIndex();
-    const QByteArray property = propertyOf(widget);
+    const QByteArray property = valuePropertyOf(widget);
     if (property.isEmpty() && qobject_cast<const QAbstractSpinBox *>(widget))
         return widget->property("text");
     return property.isEmpty() ? QVariant() : widget->property(property);
@@ -86,7 +70,7 @@ ValueSetting ValueSetting::of(QWidget *widget)
 {
     ValueSetting setting{QStringLiteral("click"), {}, widget};
     const QString item = QStringLiteral("item");
-    const QByteArray property = propertyOf(widget);
+    const QByteArray property = valuePropertyOf(widget);
     if (auto *box = qobject_cast<QComboBox *>(widget)) {
         setting.more[item] = selectorOf(box, box->currentIndex());
     } else if (auto *bar = qobject_cast<QTabBar *>(widget)) {
@@ -102,28 +86,6 @@ ValueSetting ValueSetting::of(QWidget *widget)
         setting.more[QStringLiteral("value")] = shownValue(widget->property(property));
     }
     return setting;
-}
-
-bool setLikeUser(QObject *object, const QByteArray &property, const QVariant &value)
-{
-    auto *widget = qobject_cast<QWidget *>(object);
-    const bool isValue = widget && property == propertyOf(widget) && !property.isEmpty();
-    const bool isUsable = isValue && widget->isVisible() && widget->isEnabled();
-    if (isUsable && (widget->focusPolicy() & Qt::ClickFocus))
-        widget->setFocus(Qt::OtherFocusReason);
-    QVariant number = value;
-    if (isUsable && isSlider(object) && number.convert(QMetaType::Int) &&
-        number != object->property("value")) {
-        moveHandle(static_cast<QAbstractSlider *>(object), number.toInt());
-        return true;
-    }
-    const QMetaObject *metaObject = object->metaObject();
-    const QMetaProperty known = metaObject->property(metaObject->indexOfProperty(property));
-    if (!known.write(object, value))
-        return false;
-    if (isSceneItem(object))
-        announceSceneValue(object, property);
-    return true;
 }
 
 } // namespace Morvex

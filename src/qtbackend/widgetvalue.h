@@ -9,6 +9,10 @@ namespace Morvex {
 /// Whether it is an input by a handle, and not a bar that scrolls what is beside it.
 bool isSlider(const QObject *object);
 
+/// The property that the mouse changes in a widget by small steps. Empty for a spin box of a kind
+/// of its own, of which only the text is known, and for other widgets.
+const char *valuePropertyOf(const QWidget *widget);
+
 /// What the mouse changes in a widget by small steps: the value of a slider or a spin box, the date
 /// of a field, the entry of a combo box, the current tab. Not valid for any other widget.
 QVariant valueOf(const QWidget *widget);
@@ -24,10 +28,5 @@ struct ValueSetting
     /// Which may be what the widget is a part of.
     QWidget *object = nullptr;
 };
-
-/// Sets a property. A user who can changes a value by a drag of the slider, or in a field that has
-/// the focus; what the application does about that happens here, too. False for a value that the
-/// property does not take.
-bool setLikeUser(QObject *object, const QByteArray &property, const QVariant &value);
 
 } // namespace Morvex

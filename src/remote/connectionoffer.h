@@ -41,8 +41,8 @@ public:
     /// What a caller has to know, as text.
     QByteArray token() const { return m_token; }
 
-    /// Waits for a caller for so many milliseconds, or less when there is one that has not said who
-    /// it is yet, which is not waited for.
+    /// Waits for a caller for this many milliseconds, or less when there is one that has not said
+    /// who it is yet, which is not waited for.
     Caller waitForCaller(int timeout);
 
 private:

@@ -126,13 +126,17 @@ QString RemoteContext::describeEnd(bool hasSaidBye)
     const auto isEndKnown = [this] {
         return m_surroundings.hasEnded() || !m_surroundings.endOf(m_processId).isEmpty();
     };
+    bool isOver = false;
     while (!m_next.channel && !isEndKnown() &&
            timer.elapsed() < (process.isRunning() ? restartTimeoutMs : endTimeoutMs)) {
-        // Of one whose end another process has asked for nothing more will be known.
-        if (!process.exists()) {
+        if (!isOver && !process.exists()) {
+            isOver = true;
             m_surroundings.catchUp();
-            break;
+            continue;
         }
+        // What another process alone has learned may follow from how that one ends, a moment later.
+        if (isOver && (hasSaidBye || !m_surroundings.endOfStarter().isEmpty()))
+            break;
         m_surroundings.update(waitStepMs);
         if (m_surroundings.idle)
             m_surroundings.idle();

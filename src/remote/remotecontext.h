@@ -35,7 +35,7 @@ public:
         std::function<bool()> hasEnded;
         /// Takes all ends that are known by now.
         std::function<void()> catchUp;
-        /// Takes what has happened meanwhile, waiting for it up to so many milliseconds.
+        /// Takes what has happened meanwhile, waiting for it up to this many milliseconds.
         std::function<void(int)> update;
         /// Called again and again while an answer is waited for.
         std::function<void()> idle;
@@ -71,7 +71,7 @@ public:
     QDateTime startTime() const { return m_startTime; }
 
     bool isRunning();
-    /// Whether it gives no answer within so many milliseconds.
+    /// Whether it gives no answer within this many milliseconds.
     bool isFrozen(int timeout);
 
     /// How it has ended: "the application has crashed by signal 11 (Segmentation fault)". Empty

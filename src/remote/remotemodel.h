@@ -13,7 +13,6 @@
 namespace Morvex {
 
 class Class;
-class RemoteClass;
 
 /// The objects and classes of an application at the other end of a connection. Objects keep it
 /// alive: they may be asked after the application has ended, and then say so.
@@ -45,8 +44,8 @@ public:
 
 private:
     std::unique_ptr<RemoteSession> m_session;
-    QHash<quint32, std::shared_ptr<RemoteClass>> m_classes;
-    std::shared_ptr<RemoteClass> m_emptyClass;
+    QHash<quint32, std::shared_ptr<Class>> m_classes;
+    std::shared_ptr<Class> m_emptyClass;
     qint64 m_room;
     QHash<int, const Class *> m_valueClasses;
     // None at first, as at the other end.

@@ -56,7 +56,7 @@ public:
     /// than to a time before it in which it can be said that there was none. Never at first.
     void setDeadline(const QDeadlineTimer &deadline) { m_deadline = deadline; }
 
-    /// How much of a wait of so many milliseconds leaves time before the deadline.
+    /// How much of a wait of this many milliseconds leaves time before the deadline.
     int beforeDeadline(int duration) const;
 
     /// An action after which the application ends as it should is done.
@@ -89,7 +89,7 @@ public:
     QByteArray lastUsage() const { return m_lastUsage; }
     /// Whether the application has not come to what it was asked for last.
     bool isBehind() const { return m_unanswered.contains(m_lastNumber); }
-    /// Waits up to so many milliseconds for it to come to that. False when it does not.
+    /// Waits up to this many milliseconds for it to come to that. False when it does not.
     bool catchUp(int timeout);
 
     /// Takes what came meanwhile, which is no more than was asked for; an end of the connection is

@@ -47,7 +47,7 @@ public:
     /// Why it could not be started; empty while that is not known or it was.
     QString error() const { return m_error; }
 
-    /// Takes what the watcher has said, waiting for it up to so many milliseconds.
+    /// Takes what the watcher has said, waiting for it up to this many milliseconds.
     void update(int timeout);
 
     /// Takes all that the watcher knows by now, and what was written by now.

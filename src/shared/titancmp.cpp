@@ -195,4 +195,10 @@ bool titanCompare(BrowserElement *expected, BrowserElement *actual,
     return outcome.returned == 0;
 }
 
+bool visualMaskImages(const BrowserElement *expected, const BrowserElement *actual,
+                      QImage *expectedImage, QImage *actualImage, bool sameSize)
+{
+    return ElementPictures()._maskImages(expected, actual, expectedImage, actualImage, sameSize);
+}
+
 } // namespace Morvex

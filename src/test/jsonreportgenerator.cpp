@@ -229,7 +229,9 @@ void JsonReportGenerator::Private::writeSectionStart(int retry)
     writer.handleChildrenSeparator();
     writer.writeStartObject();
     writer.writeData(true);
-    writer.writeSeparator();
+    // One that came damaged from a child may have nothing.
+    if (!writer.object.isEmpty())
+        writer.writeSeparator();
     if (retryLimit.value() >= 1 && retry >= 0 && version > Version1_1)
         writeRetry(retry);
     writer.writeStartArray("tests");

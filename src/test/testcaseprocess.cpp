@@ -4,22 +4,22 @@
 #include "shared/system/trace.h"
 #include "test/cancellation.h"
 #include "test/child/childrunner.h"
+#include "test/child/reportsocket.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
 #include <limits>
-#include <sys/stat.h>
 
 namespace Morvex {
 namespace {
 
 const int maxPendingConnections = 1;
 const int disconnectTimeoutMs = 30000;
-const int probeTimeoutMs = 1000;
 const int maxLateConnections = 100;
 // What a timer of milliseconds can hold; three weeks and more.
 const int maxTimeoutSeconds = std::numeric_limits<int>::max() / 1000;
@@ -31,31 +31,6 @@ QStringList withReportStream(const QStringList &args, const QString &serverName)
     result.insert(index, QLatin1String("raw,") + serverName);
     result.insert(index, QStringLiteral("--reportgen"));
     return result;
-}
-
-// What comes in over the socket goes into the report, so that nobody else may connect. The server's
-// own option for this would replace the socket of another run without a word.
-class OwnerOnlyFiles
-{
-public:
-    OwnerOnlyFiles()
-        : m_before(::umask(S_IRWXG | S_IRWXO))
-    {
-    }
-    ~OwnerOnlyFiles() { ::umask(m_before); }
-
-    OwnerOnlyFiles(const OwnerOnlyFiles &) = delete;
-    OwnerOnlyFiles &operator=(const OwnerOnlyFiles &) = delete;
-
-private:
-    mode_t m_before;
-};
-
-bool isServed(const QString &serverName)
-{
-    QLocalSocket probe;
-    probe.connectToServer(serverName);
-    return probe.waitForConnected(probeTimeoutMs);
 }
 
 } // namespace
@@ -96,7 +71,7 @@ int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
     const QString name =
         QStringLiteral("morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
     qCDebug(traceTestCaseRun) << "report pipe name: " << name;
-    if (!listen(name)) {
+    if (!listenForReport(&m_reportServer, name, &m_socketDirectory)) {
         std::fprintf(stderr, "Could not open pipe \"%s\" for report file: %s\n",
                      qUtf8Printable(name), qUtf8Printable(m_reportServer.errorString()));
         return TestCaseProcess::CANNOT_START;
@@ -113,18 +88,6 @@ int TestCaseRun::run(const QStringList &args, int timeoutSeconds)
     takeLateConnections();
     closeConnections();
     return code;
-}
-
-bool TestCaseRun::listen(const QString &name)
-{
-    const OwnerOnlyFiles ownerOnly;
-    if (m_reportServer.listen(name))
-        return true;
-    // A killed run with the same process id may have left its socket file.
-    if (m_reportServer.serverError() != QAbstractSocket::AddressInUseError || isServed(name))
-        return false;
-    QLocalServer::removeServer(name);
-    return m_reportServer.listen(name);
 }
 
 int TestCaseRun::superviseProcess(const QStringList &args, int timeoutSeconds)

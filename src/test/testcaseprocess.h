@@ -12,7 +12,10 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
+
+class QTemporaryDir;
 
 namespace Morvex {
 
@@ -70,7 +73,6 @@ public Q_SLOTS:
     void runCancelled();
 
 private:
-    bool listen(const QString &name);
     int superviseProcess(const QStringList &args, int timeoutSeconds);
     void endWith(int code);
     void takeLateConnections();
@@ -78,6 +80,8 @@ private:
 
     TestResult *m_result;
     int m_retriesLeft;
+    // Where the socket is when it can't be below the directory for temporary files.
+    std::unique_ptr<QTemporaryDir> m_socketDirectory;
     QLocalServer m_reportServer;
     QLocalSocket *m_reportConnection = nullptr;
     QEventLoop m_eventLoop;

@@ -416,11 +416,31 @@ TEST_F(KeyActionsTest, AShortcutIsTypedByItsOwnKeys)
             });
         }
     });
-    press("Ctrl+K Ctrl+L Ctrl+M Ctrl+Shift+Backtab");
+    // The first one is given up.
+    press("Ctrl+K w Ctrl+K Ctrl+L Ctrl+M Ctrl+Shift+Backtab");
     EXPECT_EQ(script(), "field.type(\"<Ctrl+K><Ctrl+L><Ctrl+M><Ctrl+Shift+Tab>\");");
     const QString expected = window->windowTitle();
     replay();
     EXPECT_EQ(replayed->windowTitle(), expected);
+}
+
+TEST_F(KeyActionsTest, AButtonThatShowsTheKeysPressedInItKeepsItsName)
+{
+    struct KeyButton : QPushButton
+    {
+        using QPushButton::QPushButton;
+        void keyPressEvent(QKeyEvent *event) override
+        {
+            setText(QKeySequence(event->key() | int(event->modifiers())).toString());
+            taken += event->key() == Qt::Key_F7;
+        }
+        int taken = 0;
+    };
+    record([](QWidget *made) { made->layout()->addWidget(new KeyButton("None")); });
+    press("Ctrl+Shift+F7");
+    EXPECT_EQ(script(), "find(\"{text='None' type='QPushButton'}\").type(\"<Ctrl+Shift+F7>\");");
+    replay();
+    EXPECT_EQ(static_cast<KeyButton *>(replayed->layout()->itemAt(0)->widget())->taken, 1);
 }
 
 // How fast the letters come says what they find.

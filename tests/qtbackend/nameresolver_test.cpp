@@ -246,7 +246,7 @@ TEST_F(NameResolverTest, WaitingLetsTheApplicationMakeTheObject)
     EXPECT_TRUE(inspector.waitForObject("late", 60000, &error));
 }
 
-TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsGoneAtTheNextLookup)
+TEST_F(NameResolverTest, AnObjectThatIsDeletedLaterIsNotFoundAtTheNextLookup)
 {
     const SharedPtr<Object> load = inspector.findObject("load", nullptr);
     ASSERT_TRUE(load && load->objectClass());

@@ -286,7 +286,7 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
 }
 
-TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowLiesAbove)
+TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowIsOnTop)
 {
     std::vector<std::unique_ptr<QWidget>> windows(8);
     const auto show = [](QWidget *widget, Qt::GlobalColor colour) {

@@ -10,7 +10,7 @@
 
 using namespace Morvex;
 
-TEST(RemoteSessionTest, APeerThatLiesEndsTheConnectionAndNothingGrows)
+TEST(RemoteSessionTest, ADishonestPeerEndsTheConnectionAndNothingGrows)
 {
     const auto messageOf = [](Message::Type type, const QVariantList &values) {
         Message message;

@@ -107,7 +107,7 @@ TEST(WireValuesTest, WhatIsCutOffOrTooLongIsNoMessage)
     EXPECT_FALSE(Message::decode(whole + '\0', &message));
 }
 
-TEST(WireValuesTest, CountsThatLieMakeNothing)
+TEST(WireValuesTest, FalseCountsMakeNothing)
 {
     const QByteArray header("\x11\x0d\x01\x00\x00\x00", 6);
     const QByteArray one("\x01\x00\x00\x00", 4);

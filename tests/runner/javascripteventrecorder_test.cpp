@@ -140,6 +140,16 @@ TEST_F(JavaScriptEventRecorderTest, ReportedActionsBecomeTheStatementsThatAUserW
              {"number":3,"time":3,"what":"type","object":"a","text":"<Ctrl+>><Ctrl+>><Ctrl+>><Ctrl+>>"}])",
          {"find(\"a\").type(\"<Up><Up><Up><Down*4><<F1><F1><F1><F1>"
           "<Ctrl+>><Ctrl+>><Ctrl+>><Ctrl+>>\");"}},
+        // What a check sees of a value has to be as it was.
+        {R"([{"number":1,"time":1,"what":"set","object":"a","property":"v","value":2,"exact":2.01},
+             {"number":2,"time":2,"what":"set","object":"a","property":"v","value":3,"exact":3.01},
+             {"number":3,"time":3,"what":"set","object":"b","property":"v","value":4,"exact":4.01},
+             {"number":4,"time":4,"what":"set","object":"b","property":"v","value":5},
+             {"number":5,"time":5,"what":"point","object":"b","name":"p","type":"Screenshot"},
+             {"number":6,"time":6,"what":"set","object":"a","property":"v","value":6,"exact":6.01}])",
+         {"find(\"a\").set(\"v\", 3.01);", "find(\"b\").set(\"v\", 5);",
+          "check.point(\"p\", {object: \"b\", retry: 5000, type: \"Screenshot\"});",
+          "find(\"a\").set(\"v\", 6);"}},
         // The keys before belong to another object of the editor's name.
         {R"([{"number":1,"time":1,"what":"type","object":"e","text":"old"},
              {"number":2,"time":2,"what":"doubleClick","object":"t","item":["n"]},
@@ -219,8 +229,8 @@ TEST_F(JavaScriptEventRecorderTest, PausesOfAUserAreWaitsForWhatMayHaveComeLate)
           "find(\"{type='QMenuBar'}\").item(\"m\").click();",
           "find(\"v\").item(\"i\", 15000).text();", "find(\"v\").item(\"i\").click();",
           "find(\"{text='c' visible='true'}\", 15000);",
-          "find(\"{text='c' visible='true'}\").click();", "find(\"d\", 15000);",
-          "find(\"d\").waitFor(\"enabled\", true, 15000);", "find(\"d\").click();",
+          "find(\"{text='c' visible='true'}\").click();",
+          "find(\"d\", 15000).waitFor(\"enabled\", true, 15000);", "find(\"d\").click();",
           "find(\"v\").item(\"i\", {occurrence: 2, timeout: 15000}).text();",
           "find(\"v\").item(\"i\", {occurrence: 2}).click();"}},
         {EventRecorder::SNOOZE_SYNC,

@@ -1,94 +1,19 @@
-#include "runner/signals.h"
+#include "support/files.h"
+#include "support/runnerfixture.h"
 
-#include "support/processes.h"
-#include "support/runnerprocess.h"
-#include "support/test.h"
-#include "test/cancellation.h"
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
-#include <QCoreApplication>
-#include <QProcess>
-#include <QThread>
+#include <gtest/gtest.h>
 
-#include <csignal>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-using namespace Morvex;
 using namespace MorvexTest;
 
-namespace {
-
-class RunnerTest : public testing::Test
+class RunnerTest : public RunnerFixture
 {
-protected:
-    void addPassing(const QStringList &names)
-    {
-        for (const QString &name : names)
-            runner.addTestCase(name, "check.pass('p');");
-    }
-
-    // A test case that fails until its file "works" exists.
-    void addMendable(const QString &name)
-    {
-        runner.addTestCase(name, "check.that(file.exists('works'), 'm');");
-    }
-
-    // What another program does with the runner, in the directory of the suite.
-    RunnerOutput runBy(const QString &program, const QStringList &arguments)
-    {
-        QProcess process;
-        process.setProcessEnvironment(runner.environment);
-        process.setWorkingDirectory(runner.suitePath());
-        process.start(program, arguments);
-        EXPECT_TRUE(process.waitForFinished(500000)) << arguments.join(' ').toStdString();
-        return outputOf(process);
-    }
-
-    static RunnerOutput outputOf(QProcess &process)
-    {
-        return {process.exitCode(), process.readAllStandardOutput(),
-                process.readAllStandardError()};
-    }
-
-    // Starts a run whose test case does not end, and waits until it runs.
-    void startEndless(QProcess &process, const QStringList &options = {})
-    {
-        const QString marker = runner.suitePath() + "/tst_a/started";
-        QFile::remove(marker);
-        runner.addTestCase("tst_a", "file.write('started', ''); for (;;) {}");
-        process.setProcessEnvironment(runner.environment);
-        process.start(RunnerProcess::program(), options + QStringList(runner.suitePath()));
-        while (!QFile::exists(marker) && !process.waitForFinished(10))
-            ;
-    }
-
-    static pid_t childOf(pid_t pid)
-    {
-        return readFile(QString("/proc/%1/task/%1/children").arg(pid)).trimmed().toInt();
-    }
-
-    static bool isPending(pid_t pid, int signal)
-    {
-        const QString status = readFile(QString("/proc/%1/status").arg(pid));
-        const QString mask = status.section("ShdPnd:", 1).section('\n', 0, 0).trimmed();
-        return (mask.toULongLong(nullptr, 16) >> (signal - 1) & 1) != 0;
-    }
-
-    static bool hasEnded(pid_t pid)
-    {
-        for (int i = 0; i < 3000; ++i) {
-            if (!isRunning(pid))
-                return true;
-            QThread::msleep(20);
-        }
-        return false;
-    }
-
-    RunnerProcess runner;
 };
-
-} // namespace
 
 TEST_F(RunnerTest, WrongUsageIsOneLineAndStatusTwo)
 {
@@ -287,25 +212,6 @@ TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
     }
 }
 
-// It shares the descriptor by which a request wakes the run up.
-TEST_F(RunnerTest, ASignalToAChildThatHasNoProgramYetEndsTheChildAlone)
-{
-    Cancellation cancellation;
-    int requests = 0;
-    QObject::connect(&cancellation, &Cancellation::requested, [&requests] { ++requests; });
-    const CancelOnSignals cancelOnSignals(&cancellation);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::raise(SIGTERM);
-        ::_exit(0);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << status;
-    QCoreApplication::processEvents();
-    EXPECT_EQ(requests, 0);
-}
-
 TEST_F(RunnerTest, TheListIsInTheOrderOfARun)
 {
     addPassing({"tst_a", "tst_b", "tst_c", "tst_d"});
@@ -324,59 +230,6 @@ TEST_F(RunnerTest, TheListIsInTheOrderOfARun)
     EXPECT_EQ(runner.runSuite({"--list", "--random", number}).standardOutput, fresh.standardOutput);
 }
 
-TEST_F(RunnerTest, JustTheFailedTestCasesRunAgain)
-{
-    addPassing({"tst_a"});
-    addMendable("tst_b");
-    addMendable("tst_c");
-    const RunnerOutput first = runner.runSuite({});
-    EXPECT_EQ(first.status, 1);
-    EXPECT_TRUE(first.standardError.contains("failed: tst_b\nmorvexrunner: failed: tst_c\n"));
-    EXPECT_TRUE(first.standardError.contains("morvexrunner --rerun-failed " +
-                                             runner.suitePath().toUtf8() + "\n"));
-    runner.addFile("tst_b/works", "");
-    // What failed is that of a suite, whatever it is called.
-    ASSERT_TRUE(QFile::link(runner.suitePath(), runner.suitePath() + "/../link"));
-    EXPECT_EQ(RunnerProcess::startsOf(runner.run({"--rerun-failed", "link"})),
-              (QStringList{"tst_b", "tst_c"}));
-    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})), (QStringList{"tst_c"}));
-    runner.addFile("tst_c/works", "");
-    EXPECT_EQ(runner.runSuite({"--rerun-failed"}).status, 0);
-    const RunnerOutput nothing = runner.runSuite({"--rerun-failed"});
-    EXPECT_EQ(nothing.status, 0);
-    EXPECT_EQ(nothing.standardError,
-              "morvexrunner: no test case failed in the last run, nothing to do\n");
-}
-
-TEST_F(RunnerTest, TheRerunCommandCanBePastedWhateverTheNamesAre)
-{
-    runner.addTestCase("tst_new\nline 'x' %41", "check.that(file.exists('works'), 'm');");
-    const RunnerOutput first = runner.run(
-        {"--envvar", "A=b c", "--reportgen", "null", runner.suitePath() + "/../suite/."});
-    const QByteArray marker = "run just the failed ones again: ";
-    const QByteArray command =
-        first.standardError.mid(first.standardError.indexOf(marker) + marker.size()).trimmed();
-    runner.addFile("tst_new\nline 'x' %41/works", "");
-    const RunnerOutput again = runBy("/bin/sh", {"-c", command});
-    EXPECT_EQ(again.status, 0) << command.constData() << again.standardError.constData();
-    EXPECT_TRUE(again.standardError.contains("1 test case, 0 failed"));
-}
-
-TEST_F(RunnerTest, TheSettingsDirectoryIsThatOfTheCaller)
-{
-    addMendable("tst_a");
-    runner.environment.insert("MORVEX_USER_SETTINGS_DIR", "relative");
-    EXPECT_EQ(runner.runSuite({}).status, 1);
-    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})), QStringList("tst_a"));
-    EXPECT_FALSE(QFile::exists(runner.suitePath() + "/relative"));
-    // One that can't be written is a warning.
-    runner.addFile("tst_a/works", "");
-    runner.environment.insert("MORVEX_USER_SETTINGS_DIR", runner.suitePath() + "/suite.conf/x");
-    const RunnerOutput output = runner.runSuite({});
-    EXPECT_EQ(output.status, 0);
-    EXPECT_TRUE(output.standardError.contains("morvexrunner: warning: cannot keep the failed"));
-}
-
 TEST_F(RunnerTest, WhatTheScriptsNeedIsCheckedBeforeTheRun)
 {
     addPassing({"tst_a"});
@@ -388,43 +241,6 @@ TEST_F(RunnerTest, WhatTheScriptsNeedIsCheckedBeforeTheRun)
     QFile::remove(runner.suitePath() + "/env");
     EXPECT_EQ(runner.runSuite({}).status, 0);
     EXPECT_EQ(runner.runSuite({"--resultdir", "/proc/none"}).status, 2);
-}
-
-TEST_F(RunnerTest, FailedTestCasesThatWereNotReachedStayOnTheList)
-{
-    addMendable("tst_a");
-    addMendable("tst_b");
-    runner.runSuite({});
-    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed", "--stop-on-fail"})),
-              QStringList("tst_a"));
-    EXPECT_EQ(RunnerProcess::startsOf(runner.runSuite({"--rerun-failed"})),
-              (QStringList{"tst_a", "tst_b"}));
-    QDir(runner.suitePath() + "/tst_a").removeRecursively();
-    const RunnerOutput output = runner.runSuite({"--rerun-failed"});
-    EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_b"));
-    EXPECT_TRUE(output.standardError.contains("the failed test case 'tst_a' no longer exists"));
-}
-
-TEST_F(RunnerTest, AllEntriesBeforeACrashAreInTheReport)
-{
-    runner.addTestCase("tst_a", "section('s', function () {\n"
-                                "  for (var i = 0; i < 1000; ++i) log.info(i);\n"
-                                "  abortProcess();\n});");
-    addPassing({"tst_b"});
-    const RunnerOutput output = runner.runSuite({});
-    const auto lines = RunnerProcess::report(output);
-    ASSERT_EQ(lines.size(), 1U + 1 + 1 + 1000 + 1 + 1 + 1 + 1 + 3 + 1);
-    for (std::size_t i = 0; i < 1000; ++i)
-        ASSERT_TRUE(lines[3 + i].left.endsWith(QString(": %1").arg(i)));
-    const QString place = runner.suitePath() + "/tst_a/script.js:2";
-    EXPECT_TRUE(lines[1003].left.startsWith(place)) << lines[1003].left.toStdString();
-    EXPECT_TRUE(lines[1003].left.contains("SIGABRT")) << lines[1003].left.toStdString();
-    EXPECT_TRUE(lines[1003].right.endsWith(place)) << lines[1003].right.toStdString();
-    EXPECT_EQ(lines[1004].type, "FATAL");
-    EXPECT_EQ(lines[1004].right, "morvexrunner exited abnormally when executing tst_a");
-    EXPECT_EQ(lines[1005].left, "End Section: auto-closed dangling section");
-    EXPECT_EQ(lines[1006].type, "END_TEST_CASE");
-    EXPECT_EQ(RunnerProcess::startsOf(output), (QStringList{"tst_a", "tst_b"}));
 }
 
 TEST_F(RunnerTest, EntriesWithoutNumberArriveInOrderInFlatMemory)
@@ -450,52 +266,6 @@ TEST_F(RunnerTest, EntriesWithoutNumberArriveInOrderInFlatMemory)
     if (QByteArray(MORVEX_SANITIZE).isEmpty()) {
         EXPECT_LT(peaks[1] - peaks[0], 8000);
     }
-}
-
-TEST_F(RunnerTest, AnInterruptedRunClosesItsLog)
-{
-    addPassing({"tst_b"});
-    for (const int signal : {SIGINT, SIGTERM}) {
-        QProcess process;
-        startEndless(process, {"--retry", "2"});
-        ::kill(static_cast<pid_t>(process.processId()), signal);
-        ASSERT_TRUE(process.waitForFinished(120000));
-        const RunnerOutput output = outputOf(process);
-        EXPECT_EQ(output.status, 130);
-        EXPECT_EQ(RunnerProcess::startsOf(output), QStringList("tst_a"));
-        EXPECT_EQ(RunnerProcess::resultsOf(output).filter("FATAL Execution error|").size(), 1);
-        EXPECT_TRUE(output.standardOutput.contains("Summary:"));
-        EXPECT_TRUE(output.standardError.contains(", interrupted in "));
-    }
-}
-
-TEST_F(RunnerTest, ASecondSignalEndsAtOnceAndLeavesNoChild)
-{
-    QProcess process;
-    startEndless(process);
-    const auto pid = static_cast<pid_t>(process.processId());
-    const pid_t child = childOf(pid);
-    ASSERT_GT(child, 0);
-    // A stopped child does not follow the request to end.
-    ::kill(child, SIGSTOP);
-    ::kill(pid, SIGINT);
-    // Two that wait would be one.
-    while (isPending(pid, SIGINT))
-        QThread::msleep(1);
-    ::kill(pid, SIGINT);
-    ASSERT_TRUE(process.waitForFinished(120000));
-    EXPECT_EQ(process.exitCode(), 130);
-    EXPECT_TRUE(hasEnded(child));
-}
-
-TEST_F(RunnerTest, AChildDoesNotOutliveAKilledRunner)
-{
-    QProcess process;
-    startEndless(process);
-    const pid_t child = childOf(static_cast<pid_t>(process.processId()));
-    process.kill();
-    process.waitForFinished();
-    EXPECT_TRUE(hasEnded(child));
 }
 
 TEST_F(RunnerTest, ColoursHeedTheUsersVariables)

@@ -118,7 +118,7 @@ TEST_F(SettingsFileTest, KeysAreNormalizedAndPathsAreListed)
     EXPECT_EQ(store.entryList("none", ""), QStringList());
 }
 
-TEST_F(SettingsFileTest, WhatIsWrittenStandsInTheFile)
+TEST_F(SettingsFileTest, WhatIsWrittenIsInTheFile)
 {
     {
         Settings store(path);

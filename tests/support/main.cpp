@@ -1,3 +1,5 @@
+#include "support/temporaryroot.h"
+
 #include <QCoreApplication>
 
 #include <csignal>
@@ -17,5 +19,6 @@ int main(int argc, char **argv)
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);
+    const MorvexTest::TemporaryRoot temporary;
     return RUN_ALL_TESTS();
 }

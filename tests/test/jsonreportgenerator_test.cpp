@@ -43,7 +43,7 @@ TEST(JsonReportGeneratorTest, TheBytesOfAShortReport)
               R"("stop":"2024-02-29T23:59:58+01:00"}]})");
 }
 
-TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestTellsOfRetries)
+TEST(JsonReportGeneratorTest, EveryVersionReadsBackAndOnlyTheNewestHasRetries)
 {
     for (int version = 0; version <= 2; ++version) {
         const QByteArray report =
@@ -155,6 +155,17 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
         entries.pop_back();
         const QByteArray report = reportOf("json1.2", entries);
         EXPECT_EQ(QJsonDocument::fromJson(report).isObject(), !entries.empty()) << entries.size();
+    }
+}
+
+TEST(JsonReportGeneratorTest, ASectionOfWhichNothingArrivedBreaksNothing)
+{
+    for (const auto type : {TestResult::START_TEST_CASE, TestResult::START_SECTION}) {
+        Entries entries = sampleRun();
+        TestResult::Entry damaged;
+        damaged.type = type;
+        entries.insert(entries.begin() + 1, damaged);
+        EXPECT_TRUE(QJsonDocument::fromJson(reportOf("json1.2", entries)).isObject()) << type;
     }
 }
 

@@ -83,7 +83,7 @@ TEST(ReportUriTest, LocationsSurviveMovingTheSuite)
     EXPECT_EQ(failedImageURI(suite + "/shared.js", suite, testCase, ""), "x-testsuite:/shared.js");
 }
 
-TEST(ReportUriTest, TheStartTellsWhereSuiteAndTestCaseLie)
+TEST(ReportUriTest, TheStartSaysWhereSuiteAndTestCaseAre)
 {
     QTemporaryDir dir;
     const QString base = realPath(dir.path());

@@ -23,11 +23,21 @@ using namespace MorvexTest;
 
 namespace {
 
+int runTestCase(int timeoutSeconds = 0)
+{
+    TestResult result(new RecordingGenerator);
+    return TestCaseProcess::run({"--testcase", "tst"}, timeoutSeconds, 0, &result);
+}
+
 int runFake(const QByteArray &script, int timeoutSeconds = 0)
 {
     const FakeRunner runner(script);
-    TestResult result(new RecordingGenerator);
-    return TestCaseProcess::run({"--testcase", "tst"}, timeoutSeconds, 0, &result);
+    return runTestCase(timeoutSeconds);
+}
+
+QString socketName()
+{
+    return QString("morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
 }
 
 bool waitFor(const std::function<bool()> &condition)
@@ -71,22 +81,29 @@ TEST(TestCaseProcessTest, WhatTheChildStartedEndsWithItsTimeout)
     EXPECT_TRUE(waitFor([pid] { return !isRunning(pid); }));
 }
 
-TEST(TestCaseProcessTest, ASocketFileOfAKilledRunDoesNotStopThis)
+TEST(TestCaseProcessTest, WhereItsSocketCannotBeTheReportArrivesByAnother)
 {
-    const QString path = QDir::tempPath() +
-                         QString("/morvexrunner_report_%1").arg(QCoreApplication::applicationPid());
-    // There may be one already, of a process that had this number.
-    QFile::remove(path);
-    writeFile(path, "");
-    EXPECT_EQ(runFake("exit 3"), 3);
-    QFile::remove(path);
+    const QString name = socketName();
+    const FakeRunner runner("[ -S \"$socket\" ] && exit 3");
+    const QTemporaryDir dir;
+    for (const QString &temporary : {dir.filePath("left by another run"),
+                                     dir.filePath(QString(200, 'x')), dir.filePath("missing")}) {
+        SCOPED_TRACE(temporary.toStdString());
+        if (temporary.endsWith("run"))
+            writeFile(temporary + '/' + name, "as it was");
+        else if (temporary.endsWith('x'))
+            QDir().mkpath(temporary);
+        const EnvironmentGuard directory("TMPDIR", temporary.toLocal8Bit());
+        EXPECT_EQ(runTestCase(), 3);
+    }
+    // A run in another container may use it.
+    EXPECT_EQ(readFile(dir.filePath("left by another run/" + name)), "as it was");
 }
 
 TEST(TestCaseProcessTest, AServerInUseIsAnError)
 {
     QLocalServer other;
-    ASSERT_TRUE(
-        other.listen(QString("morvexrunner_report_%1").arg(QCoreApplication::applicationPid())));
+    ASSERT_TRUE(other.listen(socketName())) << other.errorString().toStdString();
     int code = 0;
     const std::string message = standardErrorOf([&code] { code = runFake("exit 0"); });
     EXPECT_EQ(code, TestCaseProcess::CANNOT_START);

@@ -89,7 +89,7 @@ TEST(XlsTest, EachTypeHasItsColour)
                   style);
 }
 
-TEST(XlsTest, TestCasesStandApartAndTellTheirCountsAtTheirStart)
+TEST(XlsTest, TestCasesAreSetApartAndBeginWithTheirCounts)
 {
     const XmlDocument document(reportOf("xls", [](TestResult &result) {
         result.processEntry(entryOf(TestResult::START, ""));

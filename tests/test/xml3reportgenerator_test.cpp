@@ -121,7 +121,7 @@ TEST(Xml3ReportGeneratorTest, TheBytesOfAShortReport)
                                 "</MorvexReport>\n"));
 }
 
-TEST(Xml3ReportGeneratorTest, ResultsOfOneVerificationStandTogetherUntilAnythingElseComes)
+TEST(Xml3ReportGeneratorTest, ResultsOfOneVerificationStayTogetherUntilAnythingElseComes)
 {
     const auto result = [](int counter) {
         return verificationEntry(TestResult::PASS, TestResult::NO_VP, counter);

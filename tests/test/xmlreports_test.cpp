@@ -83,7 +83,7 @@ TEST(FlatXmlTest, TheSummaryIsWhereTheReaderOfEachFormLooksForIt)
     EXPECT_TRUE(grown.endsWith("/>\n</MorvexReport>\n"));
 }
 
-TEST(FlatXmlTest, OnlyTheHeldFormTellsTheCountsOfEachTestCase)
+TEST(FlatXmlTest, OnlyTheHeldFormHasTheCountsOfEachTestCase)
 {
     const auto log = [](TestResult &result) {
         result.start("suite_a", QDir("/suite"), "", "");
@@ -116,7 +116,7 @@ TEST(FlatXmlTest, OnlyTheGrownFormMakesLogLinesOfSections)
               QStringList({"result=LOG", "message=Start Scenario"}));
 }
 
-TEST(Xml2Test, VersionsTellMoreAndMoreOfAVerification)
+TEST(Xml2Test, LaterVersionsSayMoreOfAVerification)
 {
     const std::tuple<TestResult::VPType, const char *, const char *, QStringList, QStringList>
         rows[] = {

@@ -42,7 +42,7 @@ TEST(XmlStreamWriterTest, MarkupIsEscapedAndBlanksOnlyInAttributes)
                          "&lt;&amp;&gt;&quot;&apos;\t\n\r\xc3\xa4</e>");
 }
 
-TEST(XmlStreamWriterTest, EachIllegalCharacterIsDroppedAndTold)
+TEST(XmlStreamWriterTest, EachIllegalCharacterIsDroppedAndReported)
 {
     std::ostringstream out;
     XmlStreamWriter writer(out);

@@ -20,7 +20,7 @@ bool WireReader::has(quint64 size)
     return m_isGood;
 }
 
-// Of elements that take so many bytes each, at least.
+// Of elements that take this many bytes each, at least.
 quint32 WireReader::count(quint64 leastSize)
 {
     const auto announced = number<quint32>();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shared/titancmp.h"
+#include "shared/titanchecks.h"
 
 #include <QHash>
 #include <QRegExp>

@@ -3,7 +3,7 @@
 #include "shared/browserelement.h"
 #include "shared/imagecomparison.h"
 #include "shared/pictures/imageequality.h"
-#include "shared/titancmp.h"
+#include "shared/titanchecks.h"
 #include "shared/uiabstraction/pictures/loadimage.h"
 
 #include <QRegion>
@@ -200,12 +200,6 @@ bool ElementPictures::match(const BrowserElement *expected, const BrowserElement
     return check.algorithm == VisualScreenshotCheck::Correlation &&
            ImageComparison::normalizedCorrelation(expectedImage, actualImage) - check.threshold >
                -correlationTolerance;
-}
-
-bool visualMaskImages(const BrowserElement *expected, const BrowserElement *actual,
-                      QImage *expectedImage, QImage *actualImage, bool sameSize)
-{
-    return ElementPictures()._maskImages(expected, actual, expectedImage, actualImage, sameSize);
 }
 
 } // namespace Morvex

@@ -17,6 +17,7 @@ class MORVEX_EXPORT JsonObject
 {
 public:
     void clear();
+    bool isEmpty() const { return m_members.empty(); }
 
     void add(QLatin1String key, const QString &text);
     void add(QLatin1String key, std::string_view asciiText);

@@ -84,7 +84,7 @@ TEST(XmlGuardTest, LongAndFlatDocumentsPass)
         EXPECT_EQ(load(document), "") << document.substr(0, 60);
 }
 
-TEST(XmlGuardTest, NoTextLiesDeeperInTheParserThanTheGuardSays)
+TEST(XmlGuardTest, NoTextIsDeeperInTheParserThanTheGuardSays)
 {
     const QList<QByteArray> tokens =
         QByteArray("<a>|</a>|<a/>|<!--|-->|<!-->|<![CDATA[|]]>|<?xml version=\"|?>|<?x |\"|'|>|<|/|"

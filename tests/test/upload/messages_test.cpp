@@ -134,7 +134,7 @@ TEST(UploadMessageTest, EachTypeOfEntryHasItsFieldsInOrder)
     }
 }
 
-TEST(UploadMessageTest, TheKindOfAVerificationTellsWhereItIsAndWhatIsAttached)
+TEST(UploadMessageTest, TheKindOfAVerificationDecidesWhereItIsAndWhatIsAttached)
 {
     const QString point = "x-testsuite:/tst_a/points/VP1.xml";
     const std::vector<std::tuple<int, QString, QString, int, QString>> rows{
@@ -256,7 +256,7 @@ TEST(UploadMessageTest, FilesFollowTheirEntryUnderItsName)
                            QString("resource %1 ").arg(tableDiff.size()) + sha256(tableDiff)}));
 }
 
-TEST(UploadMessageTest, TheAddressTellsProjectTokenLabelsAndBatch)
+TEST(UploadMessageTest, TheAddressNamesProjectTokenLabelsAndBatch)
 {
     // What is connected to and the fields of the session; or what the error holds.
     const std::pair<QString, QString> rows[] = {
