@@ -163,9 +163,16 @@ QString withoutMnemonic(QString text)
     return text.replace(QLatin1String("&&"), QLatin1String(" ")).remove(mark);
 }
 
+// What is marked up has an end of something.
+QString withoutTags(QString text)
+{
+    static const QRegularExpression tag(QStringLiteral("</?[a-zA-Z][^<>]*>"));
+    return text.contains(QLatin1String("</")) ? text.replace(tag, QStringLiteral(" ")) : text;
+}
+
 QStringList wordsOfIdentifier(const QString &text)
 {
-    QStringList words = wordsOf(withoutMnemonic(text));
+    QStringList words = wordsOf(withoutMnemonic(withoutTags(text)));
     if (words.isEmpty())
         words = wordsOfSymbols(text);
     if (words.isEmpty())

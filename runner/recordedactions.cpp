@@ -1,7 +1,9 @@
 #include "runner/recordedactions.h"
 
 #include "objectmodel/objectname.h"
+#include "runner/actionmap.h"
 #include "runner/countedkeys.h"
+#include "runner/recordededits.h"
 #include "test/eventrecorder.h"
 
 #include <QHash>
@@ -45,25 +47,10 @@ const struct
     {QLatin1String("point"), "checkPoint", nullptr},
 };
 
-QString textOf(const QVariantMap &action, const char *key)
-{
-    return action.value(QLatin1String(key)).toString();
-}
-
-int contextOf(const QVariantMap &action)
-{
-    return action.value(QStringLiteral("context")).toInt();
-}
-
 qint64 timeOf(const QVariantMap &action)
 {
     const qint64 time = action.value(QStringLiteral("time")).toLongLong();
     return qBound<qint64>(-1, time, latestTime);
-}
-
-bool isStart(const QVariantMap &action)
-{
-    return textOf(action, "what") == QLatin1String("start");
 }
 
 bool isBefore(const QVariant &a, const QVariant &b)
@@ -83,13 +70,17 @@ QVariantList settledActions(const QVariantList &actions)
         if (isStart(action))
             places.remove(contextOf(action));
         QHash<int, int> &known = places[contextOf(action)];
-        const int number = action.value(QStringLiteral("number")).toInt();
+        const int number = numberOf(action, "number");
         if (!isStart(action) && known.contains(number)) {
             QVariant &first = settled[known.value(number)];
             action[QStringLiteral("time")] = first.toMap().value(QStringLiteral("time"));
             first = action;
             continue;
         }
+        // It was done by then, but is said only now.
+        const int next = numberOf(action, "before");
+        if (next > 0 && known.contains(next))
+            action[QStringLiteral("time")] = timeOf(settled.at(known.value(next)).toMap()) - 1;
         if (!isStart(action))
             known.insert(number, settled.size());
         settled += QVariant(action);
@@ -149,21 +140,6 @@ void nameVariables(std::vector<QVariantMap> *actions)
         action[QStringLiteral("variable")] =
             number > 1 ? QStringLiteral("PASSWORD_%1").arg(number) : QStringLiteral("PASSWORD");
     }
-}
-
-// Whether the action is a part of the edit, which stands for all of it.
-bool isPartOfEdit(const QVariantMap &action, const QVariantMap &edit)
-{
-    const QString what = textOf(action, "what");
-    if (textOf(edit, "what") != QLatin1String("edit") || contextOf(action) != contextOf(edit))
-        return false;
-    const QString editor = textOf(edit, "editor");
-    if (!editor.isEmpty() && textOf(action, "object") == editor)
-        return what != QLatin1String("point");
-    const QString item = QStringLiteral("item");
-    return what == QLatin1String("doubleClick") &&
-           textOf(action, "object") == textOf(edit, "object") &&
-           action.value(item) == edit.value(item);
 }
 
 void addOptions(const QVariantMap &place, const QStringList &keys, EventData *event)
@@ -292,9 +268,11 @@ bool isOfName(const QString &property, const QString &objectName)
 // Items of these are there when they are.
 bool hasFixedItems(const EventData &event)
 {
-    static const QStringList types{QStringLiteral("QLabel"), QStringLiteral("QMenu"),
-                                   QStringLiteral("QMenuBar"), QStringLiteral("QPushButton"),
-                                   QStringLiteral("QToolButton")};
+    static const QStringList types{QStringLiteral("QLabel"),      QStringLiteral("QMenu"),
+                                   QStringLiteral("QMenuBar"),    QStringLiteral("QPushButton"),
+                                   QStringLiteral("QToolButton"), QStringLiteral("Label"),
+                                   QStringLiteral("QQuickText"),  QStringLiteral("QQuickTextEdit"),
+                                   QStringLiteral("TextArea")};
     return types.contains(
         ObjectName(event.objectName()).properties().value(QStringLiteral("type")).text);
 }
@@ -335,21 +313,6 @@ void addWaits(const QVariantMap &action, EventData event, int milliseconds,
     events->push_back(event);
 }
 
-// What comes before the first use of the editor, or before the double click that opened it, was
-// done in another one of that name.
-void dropPartsOfEdit(std::vector<QVariantMap> *actions, const QVariantMap &edit)
-{
-    bool isInEditor = true;
-    while (isInEditor && !actions->empty() && isPartOfEdit(actions->back(), edit)) {
-        isInEditor = textOf(actions->back(), "object") != textOf(edit, "object") &&
-                     !actions->back().contains(QStringLiteral("fresh"));
-        actions->pop_back();
-    }
-    if (!actions->empty() && textOf(actions->back(), "object") == textOf(edit, "object") &&
-        isPartOfEdit(actions->back(), edit))
-        actions->pop_back();
-}
-
 } // namespace
 
 std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObjectsWaitedFor,
@@ -361,7 +324,8 @@ std::vector<EventData> eventsOfActions(const QVariantList &actions, bool areObje
         const QVariantMap action = entry.toMap();
         if (textOf(action, "what") == QLatin1String("nothing"))
             continue;
-        dropPartsOfEdit(&joined, action);
+        if (textOf(action, "what") == QLatin1String("edit"))
+            dropPartsOfEdit(&joined, action);
         const bool isPause = arePausesKept && timeOf(action) - lastTime >
                                                   longestJoinedPauseMs * microsecondsPerMillisecond;
         lastTime = timeOf(action);

@@ -67,12 +67,11 @@ int ActionReport::add(const QString &what, const QString &objectName, const QObj
 void ActionReport::addCursor(const QString &objectName, const QObject *object, const QString &keys)
 {
     QVariantMap more{{QStringLiteral("text"), keys}};
-    const bool isReplacing = m_lastCursor == m_lastNumber && object == m_typedObject;
+    // Under a number of its own: what the one before came of may be taken back.
+    if (m_lastCursor == m_lastNumber && object == m_typedObject)
+        cancel(m_lastCursor);
     noteTyping(objectName, object, &more);
-    if (isReplacing)
-        replace(m_lastCursor, QStringLiteral("type"), objectName, more);
-    else
-        m_lastCursor = add(QStringLiteral("type"), objectName, more);
+    m_lastCursor = add(QStringLiteral("type"), objectName, more);
 }
 
 // Another object may have the name now.

@@ -126,10 +126,13 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         m_mouse.beginPress();
         settle();
         m_focus.beginPress();
+        m_keys.beginAction(m_report.lastNumber());
         m_scenes.mouse(window, event);
         break;
     case QEvent::MouseButtonRelease:
         m_focus.endPress();
+        m_keys.beginAction(m_mouse.pressNumber() > 0 ? m_mouse.pressNumber() - 1
+                                                     : m_report.lastNumber());
         m_mouse.beginRelease(*static_cast<QMouseEvent *>(event));
         m_scenes.mouse(window, event);
         break;
@@ -159,6 +162,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::Close:
         settle();
+        m_keys.beginAction(m_report.lastNumber());
         if (const QObject *closed = isClosedByProgram() ? nullptr : closedObject(window))
             m_report.add(QStringLiteral("close"), closed);
         break;
@@ -193,6 +197,7 @@ void ActionWatch::key(QWindow *window, const QKeyEvent &event)
     m_mouse.endDrag();
     settle();
     const int before = m_report.lastNumber();
+    m_keys.beginAction(before);
     if (!m_scenes.pressKey(window, event))
         pressKey(event);
     const bool isReported = m_report.lastNumber() > before;

@@ -8,6 +8,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 
+#include <algorithm>
 #include <utility>
 
 namespace Morvex {
@@ -52,6 +53,8 @@ void CellEdits::typeInEditor(QWidget *target, bool isChange)
         m_isOpenForScripts = true;
         m_isTypedInto = false;
         m_typed.clear();
+        m_shortcuts.clear();
+        m_since = m_report.lastNumber();
         m_textBefore = editorText(target);
     }
     m_editor = target;
@@ -62,6 +65,42 @@ void CellEdits::noteTyped(const QWidget *target, int number)
 {
     if (target == m_editor)
         m_typed.push_back(number);
+}
+
+void CellEdits::noteShortcut(int number, const QString &keys)
+{
+    const auto key = std::find(m_typed.begin(), m_typed.end(), number);
+    if (key == m_typed.end())
+        return;
+    m_typed.erase(key);
+    m_shortcuts.push_back({number, keys});
+    if (!m_isOpenForScripts)
+        giveShortcutsTo(editedView(m_editor));
+}
+
+void CellEdits::forgetShortcut()
+{
+    if (!m_shortcuts.empty())
+        m_shortcuts.pop_back();
+}
+
+// A script that edits the item by one call has no editor open.
+void CellEdits::giveShortcutsTo(QWidget *view)
+{
+    for (const Shortcut &shortcut : m_shortcuts)
+        m_report.replace(shortcut.number, QStringLiteral("type"), view,
+                         {{QStringLiteral("text"), shortcut.keys}});
+    m_shortcuts.clear();
+}
+
+// What is done after the edit in a script, as it has taken the focus from the editor, or nothing
+// can be edited afterwards. 0 for none.
+int CellEdits::actionThatCommits(const QWidget *view) const
+{
+    const QWidget *dialog = QApplication::activeModalWidget();
+    const bool isBlocked = dialog && dialog != view->window() && !dialog->isAncestorOf(view);
+    const int last = m_report.lastNumber();
+    return isBlocked || last > m_numberBefore ? last : 0;
 }
 
 bool CellEdits::commit()
@@ -78,11 +117,15 @@ bool CellEdits::commit()
     if (!isEdit)
         return false;
     m_report.cancel(std::exchange(m_opener, 0));
+    giveShortcutsTo(view);
     m_edited = editedIndex(view, editor);
-    m_lastEdit = m_report.add(QStringLiteral("edit"), view,
-                              {{QStringLiteral("item"), selectorOf(view, m_edited)},
-                               {QStringLiteral("text"), editorText(editor)},
-                               {QStringLiteral("editor"), m_report.nameOf(editor)}});
+    QVariantMap more{{QStringLiteral("item"), selectorOf(view, m_edited)},
+                     {QStringLiteral("text"), editorText(editor)},
+                     {QStringLiteral("editor"), m_report.nameOf(editor)},
+                     {QStringLiteral("since"), m_since}};
+    if (const int cause = actionThatCommits(view))
+        more[QStringLiteral("before")] = cause;
+    m_lastEdit = m_report.add(QStringLiteral("edit"), view, more);
     return true;
 }
 
@@ -108,6 +151,7 @@ void CellEdits::cancel()
 
 void CellEdits::settle()
 {
+    m_numberBefore = noAction;
     if (std::exchange(m_isCancelled, false) && !editedView(m_editor))
         cancel();
     QWidget *focus = QApplication::focusWidget();
@@ -120,7 +164,9 @@ void CellEdits::settle()
         m_opener = isByKey ? m_key : 0;
         m_isTypedInto = isByKey && m_isKeyText;
         m_isOpenForScripts = !isByKey && m_lastEdit != m_report.lastNumber();
+        m_since = m_report.lastNumber();
         m_typed.clear();
+        m_shortcuts.clear();
     }
     m_view = nullptr;
 }

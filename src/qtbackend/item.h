@@ -38,7 +38,8 @@ public:
     virtual QWidget *widget() const = 0;
     /// Of Qt Quick the item that shows it, once it can be seen; null for what is in a widget.
     virtual QObject *sceneItem() const { return nullptr; }
-    /// Where it is in the widget. Empty when it can't be seen.
+    /// Where it is in the widget, or the item that shows it. Empty when it can't be seen, or is all
+    /// of that item.
     virtual QRect place() const = 0;
 
     /// Whether another one of the same widget takes its place when it is dragged over the middle of

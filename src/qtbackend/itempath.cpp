@@ -89,6 +89,31 @@ int ItemPath::next(const QStringList &texts)
 }
 
 // A text alone may have separators.
+int indexAmong(const ItemSelector &selector, const QStringList &texts, int number, QString *error)
+{
+    if (selector.isCell) {
+        if (number >= 0 && number < texts.size())
+            return number;
+        *error = QStringLiteral("there is no item %1; there are %2")
+                     .arg(selector.describe(), QString::number(texts.size()));
+        return -1;
+    }
+    // These have one level.
+    ItemSelector whole = selector;
+    const int exact = texts.indexOf(selector.path);
+    if (exact >= 0)
+        whole.path.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+            .replace(QLatin1Char('/'), QLatin1String("\\/"));
+    ItemPath path(whole);
+    const int index = path.isAtEnd() ? -1 : path.next(texts);
+    if (index >= 0 && !path.isAtEnd())
+        *error =
+            QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
+    else
+        *error = path.error();
+    return error->isEmpty() ? index : -1;
+}
+
 QString itemPathOf(const QStringList &texts)
 {
     if (texts.size() == 1)

@@ -47,6 +47,10 @@ private:
     QString m_error;
 };
 
+/// The index of the text of one level that the selector names, or of which it gives the number;
+/// negative, with an error text, without one.
+int indexAmong(const ItemSelector &selector, const QStringList &texts, int number, QString *error);
+
 /// The path through these texts, as a selector has it.
 QString itemPathOf(const QStringList &texts);
 

@@ -6,6 +6,7 @@
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/sceneitem.h"
+#include "qtbackend/scenelinks.h"
 #include "qtbackend/simpleitems.h"
 #include "qtbackend/userinput.h"
 #include "qtbackend/viewitem.h"
@@ -19,6 +20,15 @@
 
 namespace Morvex {
 namespace {
+
+// Null for an item without others.
+std::shared_ptr<Item> itemOfScene(QObject *object, const ItemSelector &wanted)
+{
+    if (SceneItem::isPossible(object))
+        return std::make_shared<SceneItem>(object, wanted);
+    return SceneLinkItem::isPossible(object) ? std::make_shared<SceneLinkItem>(object, wanted)
+                                             : nullptr;
+}
 
 // Null for an object without items.
 std::shared_ptr<Item> itemOf(QObject *object, const QVariantList &selector)
@@ -35,8 +45,7 @@ std::shared_ptr<Item> itemOf(QObject *object, const QVariantList &selector)
     if (auto *bar = qobject_cast<QTabBar *>(object))
         return std::make_shared<TabItem>(bar, wanted);
     if (isSceneItem(object))
-        return SceneItem::isPossible(object) ? std::make_shared<SceneItem>(object, wanted)
-                                             : nullptr;
+        return itemOfScene(object, wanted);
     auto *widget = qobject_cast<QWidget *>(object);
     if (qobject_cast<QMenuBar *>(object) || qobject_cast<QMenu *>(object) ||
         qobject_cast<QToolBar *>(object) || menuOfButton(object))

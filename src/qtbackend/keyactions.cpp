@@ -251,13 +251,15 @@ void KeyActions::shortcut(QObject *owner, const QShortcutEvent &event)
         return;
     }
     reportShortcut(event.key(), !heldBack.isEmpty());
+    m_edits.beginAction(m_lastKey - 1);
+    m_edits.noteShortcut(m_lastKey, m_pressedKeys);
     const auto *group = qobject_cast<QGroupBox *>(owner);
     const bool isChecked = group && group->isCheckable();
     if (qobject_cast<QLabel *>(owner) || (event.isAmbiguous() && owner->isWidgetType()) ||
         (group && !isChecked))
         m_focus.expect(m_lastKey);
     else if (qobject_cast<QAbstractButton *>(owner) || isChecked)
-        m_report.replace(m_lastKey, QStringLiteral("click"), owner);
+        replaceByClick(owner, {});
     else if (auto *tabs = qobject_cast<QTabBar *>(owner))
         replaceByTab(tabs, event.key());
     else if (isOfWindow(owner) && m_pressedIn && !isTypedInto(m_pressedIn) && !m_hasTakenMove)
@@ -282,9 +284,14 @@ void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)
 {
     for (int i = 0; i < tabs->count(); ++i) {
         if (QKeySequence::mnemonic(tabs->tabText(i)) == key && tabs->isTabEnabled(i))
-            m_report.replace(m_lastKey, QStringLiteral("click"), tabsOf(tabs),
-                             {{QStringLiteral("item"), selectorOf(tabs, i)}});
+            replaceByClick(tabsOf(tabs), {{QStringLiteral("item"), selectorOf(tabs, i)}});
     }
+}
+
+void KeyActions::replaceByClick(const QObject *object, const QVariantMap &more)
+{
+    m_report.replace(m_lastKey, QStringLiteral("click"), object, more);
+    m_edits.forgetShortcut();
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)

@@ -49,6 +49,8 @@ public:
     void shortcut(QObject *owner, const QShortcutEvent &event);
     /// The focus has left the widget, which has not seen that yet.
     void focusOut(const QObject *widget) { m_edits.focusOut(widget); }
+    /// Something is going to be done by actions after that of this number.
+    void beginAction(int numberBefore) { m_edits.beginAction(numberBefore); }
     void inputMethod(QObject *receiver, const QInputMethodEvent &event);
 
     /// Looks what has become of what was done last.
@@ -76,6 +78,7 @@ private:
     void selectAsShown(QWidget *target, bool isReplacing);
     void typeKeys(QWidget *target, const QString &keys, bool isReplacing);
     void reportShortcut(const QKeySequence &key, bool isHeldBack);
+    void replaceByClick(const QObject *object, const QVariantMap &more);
     void replaceByTab(QTabBar *tabs, const QKeySequence &key);
 
     ActionReport &m_report;

@@ -66,15 +66,11 @@ QRect placeOf(const QTextDocument &document, const QTextBlock &block, int start,
 
 } // namespace
 
-std::vector<Link> linksOf(const QObject *object)
+std::vector<TextLink> linksIn(const QTextDocument &document)
 {
-    std::vector<Link> links;
-    const QTextDocument *document = documentOf(object);
-    if (!document)
-        return links;
-    const QPoint origin = originIn(object, *document);
+    std::vector<TextLink> links;
     QString last;
-    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         last.clear();
         for (auto it = block.begin(); !it.atEnd(); ++it) {
             const QTextFragment part = it.fragment();
@@ -83,11 +79,24 @@ std::vector<Link> linksOf(const QObject *object)
             if (!target.isEmpty() && target == last)
                 links.back().text += part.text();
             else if (!target.isEmpty())
-                links.push_back(
-                    {part.text(),
-                     placeOf(*document, block, part.position(), part.length()).translated(origin)});
+                links.push_back({part.text(), target, part.position(), part.length()});
             last = target;
         }
+    }
+    return links;
+}
+
+std::vector<Link> linksOf(const QObject *object)
+{
+    std::vector<Link> links;
+    const QTextDocument *document = documentOf(object);
+    if (!document)
+        return links;
+    const QPoint origin = originIn(object, *document);
+    for (const TextLink &link : linksIn(*document)) {
+        const QTextBlock block = document->findBlock(link.start);
+        links.push_back(
+            {link.text, placeOf(*document, block, link.start, link.length).translated(origin)});
     }
     return links;
 }

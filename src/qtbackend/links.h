@@ -6,11 +6,22 @@
 #include <vector>
 
 class QObject;
-class QWidget;
+class QTextDocument;
 
 namespace Morvex {
 
-/// A link in a text.
+/// A link in a text, and where that has the first part of it that looks the same.
+struct TextLink
+{
+    QString text;
+    QString target;
+    int start = 0;
+    int length = 0;
+};
+
+std::vector<TextLink> linksIn(const QTextDocument &document);
+
+/// A link that is shown.
 struct Link
 {
     QString text;

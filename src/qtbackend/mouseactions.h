@@ -32,6 +32,9 @@ public:
     void beginPress();
     void beginRelease(const QMouseEvent &event);
 
+    /// That of the press that has not been released yet; 0 when it may be no click.
+    int pressNumber() const { return m_press.number; }
+
     // In a widget, and in those around it as long as they don't take it.
     void press(QWidget *widget, const QMouseEvent &event);
     void release(QWidget *widget, const QMouseEvent &event);

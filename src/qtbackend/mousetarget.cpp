@@ -202,7 +202,10 @@ MouseSpot MouseTarget::sceneSpot(QString *error) const
     if (!error->isEmpty())
         return {};
     const QRect visible = access.visiblePlaceOf(object);
-    const QPoint place = m_place ? access.toWindow(object, *m_place) : visible.center();
+    const QRect part = m_item && !m_place ? m_item->place() : QRect();
+    const QPoint place = m_place          ? access.toWindow(object, *m_place)
+                         : part.isEmpty() ? visible.center()
+                                          : access.toWindow(object, part.center());
     // The edges belong to an item, too.
     const bool isInSight = m_isBeyond ? QRect({}, access.windowOf(object)->size()).contains(place)
                                       : visible.adjusted(0, 0, 1, 1).contains(place);

@@ -26,18 +26,6 @@ struct Signals : QObject
     using QObject::isSignalConnected;
 };
 
-bool isConnected(const QObject *object, const char *signal)
-{
-    const QMetaObject *metaObject = object->metaObject();
-    for (int i = 0; i < metaObject->methodCount(); ++i) {
-        const QMetaMethod method = metaObject->method(i);
-        if (method.methodType() == QMetaMethod::Signal && method.name() == signal &&
-            (object->*&Signals::isSignalConnected)(method))
-            return true;
-    }
-    return false;
-}
-
 bool isAnyConnected(const QObject *object, std::initializer_list<const char *> names)
 {
     return std::any_of(names.begin(), names.end(),
@@ -63,6 +51,18 @@ bool isHeld(const QObject *taker)
 }
 
 } // namespace
+
+bool isConnected(const QObject *item, const char *signal)
+{
+    const QMetaObject *metaObject = item->metaObject();
+    for (int i = 0; i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        if (method.methodType() == QMetaMethod::Signal && method.name() == signal &&
+            (item->*&Signals::isSignalConnected)(method))
+            return true;
+    }
+    return false;
+}
 
 bool isDragged(const QObject *taker)
 {

@@ -7,6 +7,9 @@ namespace Morvex {
 
 // What items of Qt Quick do with the mouse beyond clicks, as far as it can be seen from outside.
 
+/// Whether anything is done when the item says it.
+bool isConnected(const QObject *item, const char *signal);
+
 /// The milliseconds after which it matters that a button is held on the item that has the press;
 /// more than anybody holds it where it never does.
 int holdIntervalOf(const QObject *taker);

@@ -5,6 +5,7 @@
 #include "qtbackend/reportedplace.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenehandlers.h"
+#include "qtbackend/scenelinks.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/secretinputs.h"
@@ -231,12 +232,20 @@ void SceneMouse::finishPress(const QMouseEvent &event)
         if (!m_press.target.place)
             m_press.target.place = m_press.placeInTarget;
         reportDrag(event.pos());
-    } else if (!SceneAccess::self()->isAt(m_press.taker, event.pos()) ||
+    } else if (!SceneAccess::self()->isAt(m_press.taker, event.pos()) || isOffLink(event.pos()) ||
                (isMoved && hasTapHandler(m_press.taker))) {
         cancelPress();
     } else {
         reportHeld(event.timestamp() - m_press.time);
     }
+}
+
+// A link is opened where it is both pressed and let go.
+bool SceneMouse::isOffLink(const QPoint &place) const
+{
+    QObject *text = m_press.target.object;
+    const QVariantList link = text ? sceneLinkAt(text, m_press.place) : QVariantList();
+    return !link.isEmpty() && sceneLinkAt(text, place) != link;
 }
 
 void SceneMouse::cancelPress()

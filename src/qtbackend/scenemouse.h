@@ -77,6 +77,7 @@ private:
     void describe(QObject *taker);
     void describeDragged();
     void reportPress();
+    bool isOffLink(const QPoint &place) const;
     void cancelPress();
     void reportHover();
     void finishPress(const QMouseEvent &event);

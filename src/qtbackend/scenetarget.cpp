@@ -2,6 +2,7 @@
 
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenelinks.h"
 #include "qtbackend/scenevalue.h"
 #include "qtbackend/sceneview.h"
 
@@ -145,6 +146,13 @@ RecordedTarget sceneTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseB
         return targetOf(RecordedTarget::Value, taker);
     if (isPassive(taker))
         return {};
+    QObject *text = meantItem(taker);
+    const QVariantList link = isLeft ? sceneLinkAt(text, windowPlace) : QVariantList();
+    if (!link.isEmpty()) {
+        RecordedTarget target = targetOf(RecordedTarget::Click, text);
+        target.item = link;
+        return target;
+    }
     if (isLeft && isSceneText(taker))
         return targetOf(RecordedTarget::Cursor, taker);
     if (isLeft && isSceneComboBox(taker))

@@ -17,32 +17,6 @@ namespace {
 
 const int maxOpeningMs = 1000;
 
-// The index of the text that the selector names; negative, with an error text, without one.
-int indexOf(const ItemSelector &selector, const QStringList &texts, int number, QString *error)
-{
-    if (selector.isCell) {
-        if (number >= 0 && number < texts.size())
-            return number;
-        *error = QStringLiteral("there is no item %1; there are %2")
-                     .arg(selector.describe(), QString::number(texts.size()));
-        return -1;
-    }
-    // These have one level.
-    ItemSelector whole = selector;
-    const int exact = texts.indexOf(selector.path);
-    if (exact >= 0)
-        whole.path.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
-            .replace(QLatin1Char('/'), QLatin1String("\\/"));
-    ItemPath path(whole);
-    const int index = path.isAtEnd() ? -1 : path.next(texts);
-    if (index >= 0 && !path.isAtEnd())
-        *error =
-            QStringLiteral("there is no item %1%2").arg(selector.describe(), listedTexts(texts));
-    else
-        *error = path.error();
-    return error->isEmpty() ? index : -1;
-}
-
 QAccessibleInterface *interfaceAt(QWidget *owner, const QList<int> &path)
 {
     QAccessibleInterface *part = owner ? QAccessible::queryAccessibleInterface(owner) : nullptr;
@@ -102,7 +76,7 @@ ComboBoxItem::ComboBoxItem(QComboBox *box, const ItemSelector &selector)
     QStringList texts;
     for (int row = 0; row < box->count(); ++row)
         texts += box->itemText(row);
-    m_row = indexOf(selector, texts, selector.row, &m_error);
+    m_row = indexAmong(selector, texts, selector.row, &m_error);
 }
 
 QModelIndex ComboBoxItem::index() const
@@ -166,7 +140,7 @@ TabItem::TabItem(QTabBar *bar, const ItemSelector &selector)
     QStringList texts;
     for (int i = 0; i < bar->count(); ++i)
         texts += shownText(bar->tabText(i));
-    m_index = indexOf(selector, texts, selector.column, &m_error);
+    m_index = indexAmong(selector, texts, selector.column, &m_error);
 }
 
 QVariantMap TabItem::properties() const
@@ -215,7 +189,8 @@ HeaderItem::HeaderItem(QHeaderView *header, const ItemSelector &selector)
     for (int i = 0; header->model() && i < header->count(); ++i)
         texts += header->model()->headerData(i, header->orientation()).toString();
     const bool isHorizontal = header->orientation() == Qt::Horizontal;
-    m_section = indexOf(selector, texts, isHorizontal ? selector.column : selector.row, &m_error);
+    m_section =
+        indexAmong(selector, texts, isHorizontal ? selector.column : selector.row, &m_error);
 }
 
 QString HeaderItem::text() const
@@ -268,7 +243,7 @@ LinkItem::LinkItem(QWidget *owner, const ItemSelector &selector)
     QStringList texts;
     for (const Link &link : linksOf(owner))
         texts += link.text;
-    m_index = indexOf(selector, texts, selector.row, &m_error);
+    m_index = indexAmong(selector, texts, selector.row, &m_error);
 }
 
 QString LinkItem::text() const

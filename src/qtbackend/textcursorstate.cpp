@@ -166,6 +166,16 @@ void TextCursorState::joinAffixes(const QWidget *box)
         const int afterPrefix = position - qBound(0, position - 1, qMax(0, prefix.size() - 1));
         return afterPrefix - qBound(0, position - end - 1, qMax(0, suffix.size() - 1));
     };
+    const auto isStop = [&](int position) {
+        return position == 0 || position == m_length ||
+               (position >= prefix.size() && position <= end);
+    };
+    if (!isStop(m_anchor))
+        std::swap(m_anchor, m_position);
+    // A part of a unit alone can't be selected by keys; what is typed takes its place all the same.
+    if (!isStop(m_anchor))
+        m_anchor = m_position = m_anchor > end ? end : prefix.size();
+    m_selection = {m_text, m_anchor, m_position};
     m_position = joined(m_position);
     m_anchor = joined(m_anchor);
     m_contentStart = joined(prefix.size());
@@ -254,6 +264,12 @@ QString TextCursorState::keys() const
     if (m_section >= 0)
         return wayInSection();
     const QString shift = QStringLiteral("Shift+");
+    if (!m_selection.text.isNull()) {
+        TextCursorState whole;
+        whole.m_text = m_selection.text;
+        return wayTo(m_anchor, QString()) +
+               whole.keysBetween(m_selection.anchor, m_selection.position, shift);
+    }
     const bool isLong = m_document && stepsBetween(m_anchor, m_position) > maxSteps;
     return wayTo(m_anchor, QString()) +
            (isLong ? wayTo(m_position, shift) : keysBetween(m_anchor, m_position, shift));

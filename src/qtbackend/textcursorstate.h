@@ -29,7 +29,9 @@ public:
 
     bool operator==(const TextCursorState &other) const
     {
-        return m_position == other.m_position && m_anchor == other.m_anchor;
+        return m_position == other.m_position && m_anchor == other.m_anchor &&
+               m_selection.anchor == other.m_selection.anchor &&
+               m_selection.position == other.m_selection.position;
     }
 
     bool isInEmptyText() const { return m_length == 0; }
@@ -60,12 +62,22 @@ private:
     QString wayTo(int position, const QString &modifiers) const;
     QString wayByLines(int position, const QString &modifiers) const;
 
+    // With Shift the cursor goes through the prefix and the suffix of a spin box.
+    struct Selection
+    {
+        QString text;
+        int anchor = 0;
+        int position = 0;
+    };
+
     int m_position = 0;
     int m_anchor = 0;
     int m_length = 0;
     // Without what a spin box shows around its value.
     int m_contentStart = 0;
     int m_contentEnd = 0;
+    // Of a spin box.
+    Selection m_selection;
     // Of a date; negative for none.
     int m_section = -1;
     int m_sectionStart = 0;

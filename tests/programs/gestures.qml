@@ -67,6 +67,11 @@ ApplicationWindow {
         Rectangle { id: narrow; color: "plum"; SplitView.preferredWidth: 40; onWidthChanged: wide.text = width }
         Text { id: wide }
     }
+    Text { x: 450; y: 190; width: 60; height: 20; text: "<a href='near'>Linked</a>"; onLinkActivated: note(link) }
+    TextArea {
+        x: 520; y: 190; width: 100; height: 40; readOnly: true; textFormat: TextEdit.RichText; leftPadding: 30; topPadding: 15
+        text: "<a href='far'>Also linked</a>"; onLinkActivated: note(link)
+    }
     Drawer { width: 150; height: window.height; edge: Qt.RightEdge; onOpened: note("drawn"); Button { width: 80; height: 40; text: "Within"; onClicked: note("within") } }
     Label { objectName: "state"; x: 10; y: 260; width: 600; wrapMode: Text.Wrap; text: done.join(", ") + wide.text }
 }

@@ -39,7 +39,8 @@ const char gesturesSession[] =
     "at 295 30\n sleep .4\n key Down\n key Return\n"
     "hover 360 30\n mousedown 1\n sleep 1\n mouseup 1\n hover 430 30\n at 500 30\n at 570 30 5\n"
     "at 50 210\n window ^Second$\n at 50 20\n window ^Gestures$\n"
-    "drag 520 80 570 80\n drag 530 150 640 150\n drag 233 210 190 210\n drag 323 210 350 210\n";
+    "drag 520 80 570 80\n drag 530 150 640 150\n drag 233 210 190 210\n drag 323 210 350 210\n"
+    "at 460 198\n at 560 212\n";
 
 // Without what was done several times in a row.
 const QByteArray expectedState = "open, last, ctrl-k, Large, Medium, count 2, count 42, on "

@@ -262,6 +262,47 @@ TEST_F(KeyActionsTest, WhateverEditorACellHasItIsEditedByOneCall)
     }
 }
 
+// Each shortcut says what the table holds then.
+TEST_F(KeyActionsTest, AShortcutInAnEditorIsTypedWhenTheTableHoldsTheSame)
+{
+    const struct
+    {
+        const char *keys;
+        const char *script;
+    } rows[] = {
+        {"n Ctrl+S w Return", "table.type(\"<Ctrl+S>\");\ntable.item(\"a\").edit(\"nw\");"},
+        {"nw Ctrl+T", "table.item(\"a\").edit(\"nw\");\ntable.type(\"<Ctrl+T>\");"},
+        {"nw Tab Ctrl+S Alt+O",
+         "table.item(\"a\").edit(\"nw\");\ntable.type(\"<Ctrl+S>\");\nother.click();"},
+    };
+    for (const auto &row : rows) {
+        record([](QWidget *made) {
+            makeTable(made);
+            const auto log = [made] {
+                made->setWindowTitle(made->windowTitle() + contentOf(made) + ' ');
+            };
+            auto *other = made->findChild<QPushButton *>();
+            other->setObjectName("other");
+            other->setText("&other");
+            QObject::connect(other, &QPushButton::clicked, log);
+            const auto *save = new QShortcut(QKeySequence("Ctrl+S"), made);
+            QObject::connect(save, &QShortcut::activated, log);
+            const auto *store = new QShortcut(QKeySequence("Ctrl+T"), made);
+            QObject::connect(store, &QShortcut::activated, [log, other] {
+                other->setFocus();
+                log();
+            });
+        });
+        press(row.keys);
+        // A button that a mnemonic pushes.
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !child<QPushButton>("other")->isDown(); }));
+        EXPECT_EQ(script(), row.script);
+        const QString expected = window->windowTitle();
+        replay();
+        EXPECT_EQ(replayed->windowTitle(), expected) << row.script;
+    }
+}
+
 TEST_F(KeyActionsTest, KeysAfterAnEditGoToTheItemThatIsCurrentThen)
 {
     record(makeTable);
@@ -382,8 +423,9 @@ TEST_F(KeyActionsTest, AClickPutsTheCursorThereAgainWhateverTheFieldShows)
         return field->metaObject()->userProperty().read(field).toString();
     };
     const int parts = 6;
-    for (int i = 0; i < static_cast<int>(std::size(rows)) * parts; ++i) {
-        const auto &row = rows[i / parts];
+    for (int i = 0; i < static_cast<int>(std::size(rows)) * parts * 2; ++i) {
+        const auto &row = rows[i / parts / 2];
+        const bool isDouble = i / parts % 2 == 1;
         record([&row](QWidget *made) {
             made->layout()->addWidget(new QPushButton);
             made->layout()->addWidget(row.make());
@@ -394,8 +436,11 @@ TEST_F(KeyActionsTest, AClickPutsTheCursorThereAgainWhateverTheFieldShows)
         const QPoint place(field->width() * (i % parts) / parts + 4,
                            field->height() * (i % parts) / parts + 4);
         QTest::qWait(1);
-        QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {},
-                          field->mapTo(window.get(), place));
+        const QPoint inWindow = field->mapTo(window.get(), place);
+        if (isDouble)
+            QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, inWindow);
+        else
+            QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, inWindow);
         QCoreApplication::processEvents();
         press(row.keys);
         const QString expected = valueOf(window.get(), row.name);

@@ -92,6 +92,7 @@ TEST(RecordedTestCaseTest, AnObjectHasOneNameWhenOthersLikeItCome)
     edit["what"] = "edit";
     edit["item"] = QVariantList{"n"};
     edit["editor"] = "{type='Edit'}";
+    edit["since"] = 1;
     ASSERT_EQ(journal.add(typed(1, "k", "{type='Edit'}")), "");
     ASSERT_EQ(journal.add(edit), "");
     int number = 2;
