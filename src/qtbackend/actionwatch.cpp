@@ -87,6 +87,7 @@ bool ActionWatch::isInput(QObject *receiver, QEvent *event)
     case QEvent::Show:
         noteSecretInput(receiver);
         m_mouse.noteShown(receiver);
+        m_menus.noteShown(receiver);
         Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);

@@ -83,6 +83,8 @@ private:
         QPointer<QObject> object;
         QVariantList item;
         int number = 0;
+        // Of a button, when it was pressed.
+        bool hadMenu = false;
     };
 
     struct OpenMenu
@@ -99,6 +101,7 @@ private:
 
     void closeMenu(QMenu *menu, const QPoint &globalPlace);
     void settleMenu();
+    void settleMenuOfButton();
     bool isHandedOnTo(const QWidget *widget) const;
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();

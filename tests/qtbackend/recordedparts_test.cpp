@@ -53,6 +53,24 @@ protected:
     }
 };
 
+class LateMenuButton : public QToolButton
+{
+public:
+    explicit LateMenuButton(QWidget *parent)
+        : QToolButton(parent)
+    {
+        late.setObjectName("menu");
+    }
+    QMenu late;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        setMenu(&late);
+        QToolButton::mousePressEvent(event);
+    }
+};
+
 } // namespace
 
 class RecordedPartsTest : public RecordingUserTest
@@ -211,4 +229,21 @@ TEST_F(RecordedPartsTest, AMenuIsOpenedForTheFieldInItAndEntriesOfOneTextAreNumb
     EXPECT_EQ(replay(), QString());
     EXPECT_EQ(search->text(), "ab");
     EXPECT_FALSE(menu.isVisible());
+}
+
+TEST_F(RecordedPartsTest, AMenuThatAButtonGetsWhenItIsPressedIsOpenedBeforeItsEntryIsChosen)
+{
+    auto *button = add<LateMenuButton>("button", {0, 0, 100, 30});
+    button->setPopupMode(QToolButton::InstantPopup);
+    int chosen = 0;
+    QObject::connect(button->late.addAction("Entry"), &QAction::triggered, [&chosen] { ++chosen; });
+    record();
+    click(in(button));
+    click([button] {
+        QMenu *menu = &button->late;
+        const QRect line = menu->actionGeometry(menu->actions().first());
+        return qMakePair(static_cast<QWidget *>(menu), line.center());
+    });
+    EXPECT_EQ(perform(), (QStringList{"click button", "click menu Entry"}));
+    EXPECT_EQ(chosen, 1);
 }
