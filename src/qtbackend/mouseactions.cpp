@@ -148,7 +148,7 @@ void MouseActions::giveBackPress()
     m_click = {};
 }
 
-// What is at a place of an area is as far as that was scrolled.
+// What is at a place of an area depends on how far that was scrolled.
 void MouseActions::reportScroll()
 {
     const auto *area = qobject_cast<const QAbstractScrollArea *>(m_press.target.object);

@@ -41,7 +41,7 @@ struct MouseUse
 /// The same without a look at whether the widget takes keys, and without giving it the focus.
 [[nodiscard]] QString typeKeys(QWidget *widget, const QString &text, InputSequence &input);
 
-/// Adds what a user does who closes the window that the object is, or is in, by its frame. Returns
+/// Adds what closes the window that the object is, or is in, as a user does by its frame. Returns
 /// an error text, empty on success.
 [[nodiscard]] QString closeWindow(QObject *object, InputSequence &input);
 
