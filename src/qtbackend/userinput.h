@@ -4,6 +4,7 @@
 
 #include <QPointF>
 #include <QString>
+#include <QVector>
 
 namespace Morvex {
 
@@ -20,6 +21,8 @@ struct MouseUse
     MouseTarget::Place from;
     /// The end of a drag.
     MouseTarget::Place to;
+    /// Between both, counted as the place where the drag begins.
+    QVector<QPoint> via;
     Qt::MouseButton button = Qt::LeftButton;
     Qt::KeyboardModifiers modifiers;
     /// How many milliseconds a click holds the button.
