@@ -81,6 +81,10 @@ bool ActionWatch::isInput(QObject *receiver, QEvent *event)
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         return true;
+    case QEvent::MouseMove:
+        if (event->spontaneous() && receiver->isWindowType())
+            m_mouse.move(*static_cast<QMouseEvent *>(event));
+        return false;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);
         return false;

@@ -25,7 +25,7 @@ private:
     };
 
     Known &known(const QScrollBar *bar);
-    void forgetGone();
+    void forgetDeleted();
 
     static constexpr int minCleanUp = 1000;
 

@@ -148,7 +148,7 @@ void MouseActions::giveBackPress()
     m_click = {};
 }
 
-// What is at a place of an area is as far as that was scrolled.
+// What is at a place of an area depends on how far that was scrolled.
 void MouseActions::reportScroll()
 {
     const auto *area = qobject_cast<const QAbstractScrollArea *>(m_press.target.object);
@@ -284,8 +284,26 @@ void MouseActions::reportDrag(const QPoint &globalPlace, bool isData)
     QVariantMap end = reportedPlace(to);
     end[QStringLiteral("object")] = m_report.nameOf(to.object);
     more[QStringLiteral("to")] = end;
+    const QString corners = isSame && to.item.isEmpty() && m_press.target.place && !isData
+                                ? cornersOfWay(globalPlace)
+                                : QString();
+    if (!corners.isEmpty())
+        more[QStringLiteral("via")] = corners;
     m_report.replace(m_press.number, QStringLiteral("drag"), m_report.nameOf(m_press.target.object),
                      more);
+}
+
+// In places of the widget.
+QString MouseActions::cornersOfWay(const QPoint &globalPlace) const
+{
+    return m_press.way.corners(m_press.globalPlace, globalPlace,
+                               m_press.globalPlace - *m_press.target.place);
+}
+
+void MouseActions::move(const QMouseEvent &event)
+{
+    if (m_press.number > 0 && (event.buttons() & Qt::LeftButton))
+        m_press.way.add(event.globalPos());
 }
 
 void MouseActions::dragMoved()
