@@ -2,8 +2,8 @@
 
 namespace Morvex {
 
-/// Makes sure that the clipboard has data, be it without any format. Offscreen it has none at
-/// first, which programs don't expect that run on a display only.
+/// Makes sure that the clipboard has data, if only without any format. Offscreen it has none at
+/// first, which programs that only ever ran on a display don't expect.
 void fillEmptyClipboard();
 
 } // namespace Morvex

@@ -1,5 +1,6 @@
 #include "qtbackend/sceneactions.h"
 
+#include "qtbackend/actionreport.h"
 #include "qtbackend/objecttree.h"
 
 #include <QApplication>
@@ -48,6 +49,8 @@ void SceneActions::release(const QMouseEvent &event)
 {
     m_pages.end(m_mouse.isFar(event.pos()));
     m_mouse.release(event);
+    if (QObject *root = m_mouse.rootOfAction())
+        m_menus.noteAction(root);
 }
 
 void SceneActions::turn(QObject *root, const QWheelEvent &event)
@@ -66,9 +69,22 @@ bool SceneActions::pressKey(QWindow *window, const QKeyEvent &event)
 {
     QObject *root = sceneForKeys(window);
     m_pages.settle(true);
+    const int before = m_report.lastNumber();
     if (root)
         m_keys.press(root, event);
+    m_keyRoot = m_report.lastNumber() > before ? root : nullptr;
+    if (m_keyRoot)
+        m_menus.noteAction(root);
     return root;
+}
+
+// Some buttons are pushed only by that.
+void SceneActions::releaseKey()
+{
+    m_keys.release();
+    if (m_keyRoot)
+        m_menus.noteAction(m_keyRoot);
+    m_keyRoot = nullptr;
 }
 
 bool SceneActions::shortcut(const QShortcutEvent &event)
@@ -90,6 +106,7 @@ void SceneActions::settle()
 {
     m_mouse.settle();
     m_keys.settle();
+    m_menus.settle();
 }
 
 } // namespace Morvex

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/scenekeys.h"
+#include "qtbackend/scenemenus.h"
 #include "qtbackend/scenemouse.h"
 #include "qtbackend/scenepages.h"
 #include "qtbackend/scenewheel.h"
@@ -18,8 +19,10 @@ class SceneActions
 {
 public:
     explicit SceneActions(ActionReport &report)
-        : m_mouse(report)
-        , m_keys(report)
+        : m_report(report)
+        , m_menus(report)
+        , m_mouse(report, m_menus)
+        , m_keys(report, m_menus)
         , m_pages(report)
         , m_wheel(report)
     {
@@ -32,7 +35,7 @@ public:
     /// Something is dragged as data, and dropped at a place of the window.
     void dragData() { m_mouse.dragData(); }
     void dropData(QWindow *window, const QPoint &place);
-    void releaseKey() { m_keys.release(); }
+    void releaseKey();
     bool shortcut(const QShortcutEvent &event);
     bool inputMethod(QObject *receiver, const QInputMethodEvent &event);
 
@@ -44,10 +47,14 @@ private:
     void release(const QMouseEvent &event);
     void turn(QObject *root, const QWheelEvent &event);
 
+    ActionReport &m_report;
+    SceneMenus m_menus;
     SceneMouse m_mouse;
     SceneKeys m_keys;
     ScenePages m_pages;
     SceneWheel m_wheel;
+    // In which a key has done something.
+    QPointer<QObject> m_keyRoot;
 };
 
 } // namespace Morvex

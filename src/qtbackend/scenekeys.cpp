@@ -3,6 +3,7 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/recordedkeys.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenemenus.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/secretinputs.h"
@@ -134,6 +135,7 @@ void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)
     const bool hasMenu = entry && entry->property("subMenu").value<QObject *>();
     const bool isChoice = isChoiceKey(event) || isPushKey(event);
     if (entry && (isChoice || (hasMenu && event.key() == Qt::Key_Right))) {
+        m_menus.reportOpeners(entry);
         m_choice.number = m_report.add(QStringLiteral("click"), entry);
         m_choice.popup = hasMenu ? nullptr : menu;
         return;

@@ -8,12 +8,15 @@ class QShortcutEvent;
 
 namespace Morvex {
 
+class SceneMenus;
+
 /// What the user types into items of Qt Quick, from the events before they are delivered.
 class SceneKeys
 {
 public:
-    explicit SceneKeys(ActionReport &report)
+    SceneKeys(ActionReport &report, SceneMenus &menus)
         : m_report(report)
+        , m_menus(menus)
         , m_typed(report)
     {
     }
@@ -69,6 +72,7 @@ private:
     void dropLastTab();
 
     ActionReport &m_report;
+    SceneMenus &m_menus;
     KeyReport m_typed;
     Done m_tab;
     // The action before the press, and where the focus was.

@@ -6,6 +6,7 @@
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenehandlers.h"
 #include "qtbackend/scenelinks.h"
+#include "qtbackend/scenemenus.h"
 #include "qtbackend/scenetarget.h"
 #include "qtbackend/sceneview.h"
 #include "qtbackend/secretinputs.h"
@@ -135,8 +136,11 @@ void SceneMouse::describe(QObject *taker)
         break;
     case RecordedTarget::Click:
         m_press.placeInTarget = placeInSceneTarget(taker, m_press.place);
+        if (m_press.number == 0)
+            m_menus.reportOpeners(object);
         reportHover();
         reportPress();
+        m_menus.noteClick(object, m_press.number);
         return;
     default:
         break;

@@ -11,14 +11,16 @@ class QMouseEvent;
 namespace Morvex {
 
 class ActionReport;
+class SceneMenus;
 
 /// What the user does with the buttons of the mouse to items of Qt Quick, from the events of their
 /// window, or of the widget that has them, before they are delivered.
 class SceneMouse
 {
 public:
-    explicit SceneMouse(ActionReport &report)
+    SceneMouse(ActionReport &report, SceneMenus &menus)
         : m_report(report)
+        , m_menus(menus)
     {
     }
 
@@ -31,6 +33,9 @@ public:
     /// What was pressed is dragged as data, to the place when it is dropped.
     void dragData();
     void dropData(QObject *root, const QPoint &place);
+
+    /// That of a press that was an action; null after any other.
+    QObject *rootOfAction() const { return m_press.number > 0 ? m_press.root.data() : nullptr; }
 
     /// Looks what has become of what was done last.
     void settle();
@@ -92,6 +97,7 @@ private:
     void settlePopups();
 
     ActionReport &m_report;
+    SceneMenus &m_menus;
     Press m_press;
     Outcome m_outcome;
     bool m_isToBeTaken = false;

@@ -90,7 +90,7 @@ public:
     /// Whether it has not come to what it was asked for last.
     bool isBehind() const;
 
-    /// Says where it hangs, to whom wants to know.
+    /// Reports where it hangs by the function for that, unless it is empty.
     void reportHanging() const;
 
     /// Takes no stack of it from now on, as that takes seconds: what hangs is about to be ended.

@@ -64,7 +64,7 @@ public:
     /// by signal 11 (Segmentation fault)". Empty while it runs, and for one that is no child of the
     /// watcher. Of many only the latest are known, besides those that are kept.
     QString endOf(qint64 processId) const { return m_ends.value(processId).text; }
-    /// Whether the system has kept its memory, or given it to who takes that.
+    /// Whether the system has kept its memory, or has given it to a program that collects it.
     bool hasDumpedCore(qint64 processId) const { return m_ends.value(processId).hasDumpedCore; }
     static bool isCrash(const QString &end) { return end.startsWith(QLatin1String("crashed")); }
     /// That of the program itself.

@@ -72,6 +72,8 @@ ApplicationWindow {
         x: 520; y: 190; width: 100; height: 40; readOnly: true; textFormat: TextEdit.RichText; leftPadding: 30; topPadding: 15
         text: "<a href='far'>Also linked</a>"; onLinkActivated: note(link)
     }
+    Button { x: 300; y: 320; width: 80; height: 40; text: "Menu"; onClicked: menu.popup(300, 360) }
+    Menu { id: menu; width: 80; Menu { title: "Sub"; width: 80; Action { text: "Deep"; onTriggered: note("deep") } } }
     Drawer { width: 150; height: window.height; edge: Qt.RightEdge; onOpened: note("drawn"); Button { width: 80; height: 40; text: "Within"; onClicked: note("within") } }
     Label { objectName: "state"; x: 10; y: 260; width: 600; wrapMode: Text.Wrap; text: done.join(", ") + wide.text }
 }

@@ -11,7 +11,8 @@ namespace {
 const char controlsSession[] =
     // Menus by keys and by the mouse, one of them closed without a choice.
     "key alt+f\n key Down\n key Return\n at 20 12\n at 30 60\n at 20 12\n at 30 100\n sleep .3\n"
-    "at 260 100\n at 60 12\n at 400 400\n key ctrl+k\n"
+    "at 260 100\n at 20 12\n hover 80 12\n at 80 100\n"
+    "at 60 12\n at 400 400\n key ctrl+k\n"
     // What is disabled, and a button that is let go elsewhere.
     "at 640 330\n hover 80 120\n mousedown 1\n hover 300 300\n mouseup 1\n"
     // Boxes, buttons and values.
@@ -43,7 +44,7 @@ const char gesturesSession[] =
     "at 460 198\n at 560 212\n";
 
 // Without what was done several times in a row.
-const QByteArray expectedState = "open, last, ctrl-k, Large, Medium, count 2, count 42, on "
+const QByteArray expectedState = "open, last, copy, ctrl-k, Large, Medium, count 2, count 42, on "
                                  "true, fast true, best, level 1, "
                                  "two, no, yes, Fruit 1, Fruit 58, Fruit 57, Ash, Beech "
                                  "right, Oak, Oak twice, at 70 40, tap, "
@@ -110,6 +111,7 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     actUntil("sleep .5\n at 190 120", "\"item\":[\"A");
     act("at 290 120\n drag 470 150 360 150\n");
     actUntil("sleep .5\n at 380 80", "text='Second' type");
+    actUntil("at 340 340\n sleep .3\n hover 340 380\n sleep .8\n at 420 380", "Deep");
     act("drag 698 300 560 300\n");
     actUntil("sleep .5\n at 590 20", "Within");
     act("at 300 450\n sleep .6\n hover 30 270\n key ctrl+alt+shift+v\n window ^Label$\n at 10 "
@@ -119,7 +121,8 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     EXPECT_TRUE(plain.match(journal()).hasMatch()) << journal().constData();
     const QByteArray recorded = interrupt();
     for (const char *line : {"type(\" \")", "hold: ", ".hover()", ".wheel(1)",
-                             "occurrence: ", ".set(\"currentIndex\", 1)", ".drag(find(names.bin)",
+                             "occurrence: ", ".set(\"currentIndex\", 1)",
+                             "find(names.sub).click();\nfind(names.deep)", ".drag(find(names.bin)",
                              "item(", ".set(\"visible\", true)", "find(names.within).click()"})
         EXPECT_TRUE(recorded.contains(line)) << line << '\n' << recorded.constData();
     EXPECT_FALSE(recorded.contains("close()")) << recorded.constData();

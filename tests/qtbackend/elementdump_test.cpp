@@ -242,6 +242,7 @@ TEST_F(ElementDumpTest, SnapshotsNeedTheirFiltersAndObjects)
     EXPECT_EQ(errorOf(requestObjectSnapshot("{name='%1'}", extra, &error)),
               "object {name='%1'} not found");
     EXPECT_TRUE(requestObjectSnapshot("none", extra, nullptr).isEmpty());
+    EXPECT_TRUE(requestObjectSnapshot(SharedPtr<Object>(), extra, nullptr).isEmpty());
     EXPECT_EQ(errorOf(convertDumpToXml({}, &error)), "");
 
     const QString toolkit = dir.filePath("prefix/lib/toolkits/a/etc/a_visualvp_filter.xml");

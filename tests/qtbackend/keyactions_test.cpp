@@ -571,6 +571,51 @@ TEST_F(KeyActionsTest, AWindowThatAHeldKeyClosesTwiceIsClosedOnce)
     EXPECT_EQ(script(), "window.close();");
 }
 
+TEST_F(KeyActionsTest, AFieldThatTakesThePlaceOfAnotherIsTypedIntoByACallOfItsOwn)
+{
+    const auto addField = [](QWidget *made) {
+        auto *field = new QLineEdit;
+        field->setObjectName("field");
+        made->layout()->addWidget(field);
+        field->setFocus();
+    };
+    record(addField);
+    press("ab");
+    delete child<QLineEdit>("field");
+    addField(window.get());
+    QCoreApplication::processEvents();
+    press("cd");
+    EXPECT_EQ(script(), "field.type(\"ab\");\nfield.type(\"cd\");");
+}
+
+TEST_F(KeyActionsTest, WhatBecomesUsableLateIsWaitedForOnceHoweverItIsUsed)
+{
+    record([](QWidget *made) {
+        auto *list = new QListWidget;
+        list->setObjectName("list");
+        list->addItems({"apple", "banana"});
+        list->setEnabled(false);
+        made->layout()->addWidget(list);
+        made->layout()->setContentsMargins(20, 20, 20, 20);
+    });
+    click(window.get(), QPoint(5, 5));
+    auto *list = child<QListWidget>("list");
+    list->setEnabled(true);
+    const auto placeOf = [&](int row) {
+        return list->viewport()->mapTo(window.get(),
+                                       list->visualItemRect(list->item(row)).center());
+    };
+    QTest::mouseDClick(window->windowHandle(), Qt::LeftButton, {}, placeOf(0));
+    QCoreApplication::processEvents();
+    click(window.get(), placeOf(1));
+    QStringList reported;
+    for (const QVariant &action : qAsConst(actions))
+        reported += action.toMap()["what"].toString() + ' ' +
+                    action.toMap()["waits"].toStringList().join(',');
+    EXPECT_EQ(reported,
+              (QStringList{"click enabled", "nothing ", "doubleClick enabled", "click "}));
+}
+
 TEST_F(KeyActionsTest, ACellOfATextIsFoundAgainByKeys)
 {
     record([](QWidget *made) {

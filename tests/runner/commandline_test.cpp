@@ -85,12 +85,15 @@ TEST(CommandLineTest, ErrorsNameWhatWasWrong)
         {{"--retry", "-1"}, "--retry: '-1' is not a number of retries"},
         {{"--timeout", "1.5"}, "--timeout: '1.5' is not a number of seconds"},
         {{"--random", "4294967296"}, "--random: '4294967296' is not a number from 0 to 4294967295"},
+        {{"--snoozeFactor", "-0.1"}, "--snoozeFactor: '-0.1' is not a factor"},
         {{"--envvar", "=x"}, "--envvar: '=x' is not of the form NAME=VALUE"},
         {{"a", "b?token=S"}, "more than one suite directory: 'b'"},
         {{""}, "the suite directory must not be empty"},
     };
     for (const auto &[arguments, error] : rows)
         EXPECT_EQ(parseCommandLine(arguments).error, error);
+    for (const char *option : {"--retry", "--timeout", "--snoozeFactor"})
+        EXPECT_EQ(parseCommandLine({option, "0", "s"}).error, QString()) << option;
     EXPECT_EQ(parse({"--", "--odd-name"}).suiteDirectory, "--odd-name");
 }
 

@@ -142,6 +142,7 @@ TEST(EventRecorderTest, CodeThatWaitsFollowsTheSynchronizationAndTheItem)
         {false, true, method("clickItem", {{"", EventDataArg::TEXT}}), "object o"},
         {false, true, method("expandItem", {}), "object o"},
         {false, true, method("doubleClickItem", {number, number}), "cell o 3 3"},
+        {false, true, method("clickItem", {number}), "item o 3"},
         {false, true, method("clickItem", {number, text}), "item o 3"},
         {false, true, method("clickItem_with_obj_sync_but_without_item_sync", {text}), "object o"},
     };

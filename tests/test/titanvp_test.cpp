@@ -221,6 +221,54 @@ TEST_F(TitanVPTest, WhiteSpaceIsComparedAsItIs)
     }
 }
 
+TEST_F(TitanVPTest, EachElementIsComparedByTheChecksThatThePointHasForIt)
+{
+    const char equalText[] = "<VerifyProperty name='text' type='equal'/>";
+    const char correlation[] =
+        "<Algorithm name='%1'><Parameter name='%2'>%3</Parameter></Algorithm>";
+    const std::tuple<const char *, QString, bool> rows[] = {
+        {"content", equalText, false},
+        {"content", "<VerifyProperty name='text' type='wildcard'>!*</VerifyProperty>", true},
+        {"content", "<VerifyProperty name='text' type='wildcard'>!</VerifyProperty>", false},
+        {"content", "<VerifyProperty name='text' type='regexp'>!\\d</VerifyProperty>", true},
+        {"content", "<VerifyProperty name='text' type='regexp'>!*</VerifyProperty>", false},
+        {"geometry", "<VerifyProperty name='x' type='equal'/>", false},
+        {"geometry", "<VerifyProperty name='x' type='range' delta='5'/>", true},
+        {"geometry", "<VerifyProperty name='x' type='range' delta='4'/>", false},
+        {"geometry", "<VerifyProperty name='x' type='range' delta='many'/>", false},
+        {"screenshot", "", false},
+        {"screenshot", "<Mask type='negative' x='0' y='0' width='10' height='10'/>", true},
+        {"screenshot", "<Mask type='negative' x='0' y='0' width='1' height='1'/>", false},
+        {"screenshot", QString(correlation).arg("correlationcompare", "threshold", "-1"), true},
+        {"screenshot", QString(correlation).arg("correlationcompare", "threshold", "1"), false},
+        {"screenshot", QString(correlation).arg("correlationcompare", "threshold", "x"), false},
+        {"screenshot", QString(correlation).arg("correlationcompare", "other", "-1"), false},
+        {"screenshot", QString(correlation).arg("other", "threshold", "-1"), false},
+    };
+    Form form;
+    QByteArray point = learn();
+    const int mark = point.lastIndexOf("<element id=\"");
+    const QByteArray id = point.mid(mark).split('"').value(1);
+    point.truncate(point.indexOf("<check "));
+    form.mark->setText("!7");
+    form.mark->move(375, 2);
+    form.mark->setStyleSheet("background: red");
+    const auto isPassedBy = [&](const QString &checks) {
+        return resultsOf(point + checks.toUtf8() +
+                         "</visual></Verification></VerificationPoint>") == QStringList(passed);
+    };
+    const QString check("<check type='%1'><PropertyVerification element-id='%2' disabled='%3'>"
+                        "%4</PropertyVerification></check>");
+    for (const auto &[type, body, isPassed] : rows) {
+        SCOPED_TRACE(body.toStdString());
+        EXPECT_EQ(isPassedBy(check.arg(type, id, "false", body)), isPassed);
+    }
+    EXPECT_TRUE(isPassedBy(check.arg("content", id, "true", equalText)));
+    // What is below an element of which no child is looked at.
+    EXPECT_TRUE(isPassedBy(check.arg("content", id, "false", equalText) +
+                           "<check type='subtree'><PropertyVerification element-id='1'/></check>"));
+}
+
 TEST_F(TitanVPTest, TheSnapshotOfAFailureIsStoredOnce)
 {
     Form form;

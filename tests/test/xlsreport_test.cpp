@@ -134,9 +134,10 @@ TEST(XlsTest, ColumnsAreAsWideAsTheirTextsUpToAScreen)
             .text("//ss:Column[4]/@ss:Width")
             .toDouble();
     };
-    // A "W" of ten points takes 9.4 of them.
-    EXPECT_GE(widthOf(QString(40, 'W')), 40 * 9.4);
-    EXPECT_GE(widthOf(QString(40, QChar(0x4e2d))), 40 * 10);
+    // What they take at ten points.
+    const std::pair<ushort, double> widths[] = {{'W', 9.4}, {'G', 7.8}, {0x436, 6.7}, {0x4e2d, 10}};
+    for (const auto &[character, width] : widths)
+        EXPECT_GE(widthOf(QString(40, QChar(character))), 40 * width) << character;
     EXPECT_EQ(widthOf(QString(1 << 20, 'x')), 1340);
     EXPECT_LT(widthOf("x"), 120);
 }

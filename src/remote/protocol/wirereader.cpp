@@ -128,7 +128,8 @@ QVariant WireReader::object(int depth)
     return m_isGood ? QVariant::fromValue(object) : QVariant();
 }
 
-QVariant WireReader::value(int depth)
+// Invalid for any other kind.
+QVariant WireReader::geometry(WireKind kind)
 {
     // In the order of the arguments, which that of their evaluation is not.
     const auto whole = [this](auto use) {
@@ -141,10 +142,35 @@ QVariant WireReader::value(int depth)
     };
     const auto point = [](double x, double y) { return QPointF(x, y); };
     const auto size = [](double width, double height) { return QSizeF(width, height); };
+    switch (kind) {
+    case WireKind::Point:
+        return whole([](int x, int y) { return QPoint(x, y); });
+    case WireKind::PointF:
+        return pair(point);
+    case WireKind::Size:
+        return whole([](int width, int height) { return QSize(width, height); });
+    case WireKind::SizeF:
+        return pair(size);
+    case WireKind::Rect: {
+        const QPoint corner = whole([](int x, int y) { return QPoint(x, y); });
+        return whole([&corner](int x, int y) { return QRect(corner, QPoint(x, y)); });
+    }
+    case WireKind::RectF: {
+        const QPointF corner = pair(point);
+        return QRectF(corner, pair(size));
+    }
+    default:
+        return {};
+    }
+}
+
+QVariant WireReader::value(int depth)
+{
     // A nested value takes at least the room of its kind, but the stack has an end too.
     if (depth > maxWireDepth + 1)
         return fail();
-    switch (static_cast<WireKind>(number<quint8>())) {
+    const auto kind = static_cast<WireKind>(number<quint8>());
+    switch (kind) {
     case WireKind::Invalid:
         return {};
     case WireKind::Boolean:
@@ -166,21 +192,12 @@ QVariant WireReader::value(int depth)
     case WireKind::Map:
         return map(depth);
     case WireKind::Point:
-        return whole([](int x, int y) { return QPoint(x, y); });
     case WireKind::PointF:
-        return pair(point);
     case WireKind::Size:
-        return whole([](int width, int height) { return QSize(width, height); });
     case WireKind::SizeF:
-        return pair(size);
-    case WireKind::Rect: {
-        const QPoint corner = whole([](int x, int y) { return QPoint(x, y); });
-        return whole([&corner](int x, int y) { return QRect(corner, QPoint(x, y)); });
-    }
-    case WireKind::RectF: {
-        const QPointF corner = pair(point);
-        return QRectF(corner, pair(size));
-    }
+    case WireKind::Rect:
+    case WireKind::RectF:
+        return geometry(kind);
     case WireKind::Color:
         return QColor(QRgba64::fromRgba64(number<quint64>()));
     case WireKind::Opaque:

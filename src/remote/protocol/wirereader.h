@@ -8,6 +8,7 @@
 namespace Morvex {
 
 struct ObjectRef;
+enum class WireKind : quint8;
 
 /// Reads what WireWriter has written, or says that it can't be that: every count and length is
 /// checked against the bytes that are there before anything is made of it. After the first error
@@ -49,6 +50,7 @@ private:
     QVariant fail();
     QVariant value(int depth);
     QVariant integer();
+    QVariant geometry(WireKind kind);
     QVariantList list(int depth);
     QVariantMap map(int depth);
     QStringList textList();

@@ -13,7 +13,6 @@
 #include <QStringList>
 
 #include <cstring>
-#include <initializer_list>
 
 namespace Morvex {
 
@@ -88,84 +87,136 @@ void WireWriter::object(const ObjectRef &object, int depth)
     value(object.value, depth + 1);
 }
 
+void WireWriter::kind(WireKind kind)
+{
+    number(static_cast<quint8>(kind));
+}
+
+void WireWriter::reals(WireKind wireKind, std::initializer_list<double> numbers)
+{
+    kind(wireKind);
+    for (const double each : numbers)
+        real(each);
+}
+
+void WireWriter::wholes(WireKind wireKind, std::initializer_list<int> numbers)
+{
+    kind(wireKind);
+    for (const int each : numbers)
+        number(each);
+}
+
 void WireWriter::value(const QVariant &value, int depth)
 {
-    const auto kind = [this](WireKind wireKind) { number(static_cast<quint8>(wireKind)); };
-    const auto reals = [this, &kind](WireKind wireKind, std::initializer_list<double> numbers) {
-        kind(wireKind);
-        for (const double each : numbers)
-            real(each);
-    };
-    const auto wholes = [this, &kind](WireKind wireKind, std::initializer_list<int> numbers) {
-        kind(wireKind);
-        for (const int each : numbers)
-            number(each);
-    };
     if (!value.isValid())
-        return kind(WireKind::Invalid);
-    if (isWholeNumber(value)) {
-        kind(WireKind::Integer);
-        number(static_cast<quint8>(value.userType()));
-        return number(isSignedNumber(value) ? value.toLongLong()
-                                            : static_cast<qint64>(value.toULongLong()));
-    }
-    if (value.userType() == qMetaTypeId<ObjectRef>()) {
-        kind(WireKind::Object);
-        return object(*static_cast<const ObjectRef *>(value.constData()), depth);
-    }
-    const bool mayNest = depth < maxWireDepth;
+        kind(WireKind::Invalid);
+    else if (!integer(value) && !plain(value) && !nested(value, depth) && !geometry(value) &&
+             !color(value))
+        opaque(value);
+}
+
+// Each writes a value of its kinds, and says whether it is one of them.
+
+bool WireWriter::integer(const QVariant &value)
+{
+    if (!isWholeNumber(value))
+        return false;
+    kind(WireKind::Integer);
+    number(static_cast<quint8>(value.userType()));
+    number(isSignedNumber(value) ? value.toLongLong() : static_cast<qint64>(value.toULongLong()));
+    return true;
+}
+
+bool WireWriter::plain(const QVariant &value)
+{
     switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::Bool:
         kind(WireKind::Boolean);
-        return number(static_cast<quint8>(value.toBool()));
+        number(static_cast<quint8>(value.toBool()));
+        return true;
     case QMetaType::Double:
-        return reals(WireKind::Double, {value.toDouble()});
+        reals(WireKind::Double, {value.toDouble()});
+        return true;
     case QMetaType::Float:
-        return reals(WireKind::Float, {value.toDouble()});
+        reals(WireKind::Float, {value.toDouble()});
+        return true;
     case QMetaType::QString:
         kind(WireKind::Text);
-        return text(value.toString());
+        text(value.toString());
+        return true;
     case QMetaType::QByteArray:
         kind(WireKind::Bytes);
-        return bytes(value.toByteArray());
-    case QMetaType::QStringList:
+        bytes(value.toByteArray());
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool WireWriter::nested(const QVariant &value, int depth)
+{
+    const bool mayNest = depth < maxWireDepth;
+    const int type = value.userType();
+    if (type == qMetaTypeId<ObjectRef>()) {
+        kind(WireKind::Object);
+        object(*static_cast<const ObjectRef *>(value.constData()), depth);
+    } else if (type == QMetaType::QStringList) {
         kind(WireKind::TextList);
-        return texts(value.toStringList());
-    case QMetaType::QVariantList:
-        if (!mayNest)
-            break;
+        texts(value.toStringList());
+    } else if (type == QMetaType::QVariantList && mayNest) {
         kind(WireKind::List);
-        return list(value.toList(), depth);
-    case QMetaType::QVariantMap:
-        if (!mayNest)
-            break;
+        list(value.toList(), depth);
+    } else if (type == QMetaType::QVariantMap && mayNest) {
         kind(WireKind::Map);
-        return map(value.toMap(), depth);
+        map(value.toMap(), depth);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool WireWriter::geometry(const QVariant &value)
+{
+    switch (static_cast<QMetaType::Type>(value.userType())) {
     case QMetaType::QPoint:
-        return wholes(WireKind::Point, {value.toPoint().x(), value.toPoint().y()});
+        wholes(WireKind::Point, {value.toPoint().x(), value.toPoint().y()});
+        return true;
     case QMetaType::QPointF:
-        return reals(WireKind::PointF, {value.toPointF().x(), value.toPointF().y()});
+        reals(WireKind::PointF, {value.toPointF().x(), value.toPointF().y()});
+        return true;
     case QMetaType::QSize:
-        return wholes(WireKind::Size, {value.toSize().width(), value.toSize().height()});
+        wholes(WireKind::Size, {value.toSize().width(), value.toSize().height()});
+        return true;
     case QMetaType::QSizeF:
-        return reals(WireKind::SizeF, {value.toSizeF().width(), value.toSizeF().height()});
+        reals(WireKind::SizeF, {value.toSizeF().width(), value.toSizeF().height()});
+        return true;
     case QMetaType::QRect: {
-        const QRect area = value.toRect();
-        return wholes(WireKind::Rect, {area.left(), area.top(), area.right(), area.bottom()});
+        const QRect rect = value.toRect();
+        wholes(WireKind::Rect, {rect.left(), rect.top(), rect.right(), rect.bottom()});
+        return true;
     }
     case QMetaType::QRectF: {
-        const QRectF area = value.toRectF();
-        return reals(WireKind::RectF, {area.x(), area.y(), area.width(), area.height()});
+        const QRectF rect = value.toRectF();
+        reals(WireKind::RectF, {rect.x(), rect.y(), rect.width(), rect.height()});
+        return true;
     }
-    case QMetaType::QColor:
-        // One that is none has no numbers.
-        if (!value.value<QColor>().isValid())
-            break;
-        kind(WireKind::Color);
-        return number(static_cast<quint64>(value.value<QColor>().rgba64()));
     default:
-        break;
+        return false;
     }
+}
+
+bool WireWriter::color(const QVariant &value)
+{
+    // One that is none has no numbers.
+    if (value.userType() != QMetaType::QColor || !value.value<QColor>().isValid())
+        return false;
+    kind(WireKind::Color);
+    number(static_cast<quint64>(value.value<QColor>().rgba64()));
+    return true;
+}
+
+void WireWriter::opaque(const QVariant &value)
+{
     kind(WireKind::Opaque);
     const OpaqueValue *opaque = opaqueValueOf(value);
     text(opaque ? opaque->typeName : QString::fromLatin1(value.typeName()));

@@ -4,9 +4,12 @@
 #include <QString>
 #include <QVariant>
 
+#include <initializer_list>
+
 namespace Morvex {
 
 struct ObjectRef;
+enum class WireKind : quint8;
 
 /// Appends values in the form in which they travel; docs/application-protocol.md describes it.
 class WireWriter
@@ -36,6 +39,15 @@ public:
 
 private:
     void value(const QVariant &value, int depth);
+    bool integer(const QVariant &value);
+    bool plain(const QVariant &value);
+    bool nested(const QVariant &value, int depth);
+    bool geometry(const QVariant &value);
+    bool color(const QVariant &value);
+    void opaque(const QVariant &value);
+    void kind(WireKind kind);
+    void reals(WireKind kind, std::initializer_list<double> numbers);
+    void wholes(WireKind kind, std::initializer_list<int> numbers);
     void list(const QVariantList &values, int depth);
     void map(const QVariantMap &values, int depth);
     void real(double number);

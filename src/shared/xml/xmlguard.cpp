@@ -72,19 +72,17 @@ public:
                                                  QString::number(m_error.column), m_error.text);
     }
     bool isTooDeep() const { return m_error.text == xmlNestedTooDeep(); }
-    int deepest() const { return m_deepest; }
     int mostAttributes() const { return m_mostAttributes; }
 
 private:
     void startElement(const char *, const char *const *attributes) override
     {
-        m_deepest = std::max(m_deepest, ++m_depth);
         int values = 0;
         while (attributes[values])
             ++values;
         m_mostAttributes = std::max(m_mostAttributes, values / 2);
     }
-    void endElement() override { --m_depth; }
+    void endElement() override {}
     void text(std::string_view) override {}
     void declaration(const char *version, const char *encoding) override
     {
@@ -104,8 +102,6 @@ private:
         m_hidesMarkup = m_hidesMarkup || mayHideMarkup(a) || mayHideMarkup(b);
     }
 
-    int m_depth = 0;
-    int m_deepest = 0;
     int m_mostAttributes = 0;
     bool m_hidesMarkup = false;
     XmlError m_error;
@@ -173,15 +169,6 @@ QString errorText(const TiXmlDocument &document)
 }
 
 } // namespace
-
-bool xmlNestsDeeperThan(const std::string &xml, int maxDepth)
-{
-    // Most documents have not even as many tags.
-    if (!hasMoreStartTagsThan(xml, maxDepth))
-        return false;
-    const Shape shape(xml);
-    return !shape.isCertain() || shape.deepest() > maxDepth;
-}
 
 QString parseXml(const std::string &xml, TiXmlDocument *document)
 {

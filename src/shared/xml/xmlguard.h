@@ -10,11 +10,6 @@ class TiXmlDocument;
 
 namespace Morvex {
 
-/// Whether elements in @p xml may be nested more than @p maxDepth deep for a lenient parser, which
-/// makes of text that is not well-formed what it likes: there the answer is whether there are more
-/// tags than that at all.
-MORVEX_EXPORT bool xmlNestsDeeperThan(const std::string &xml, int maxDepth);
-
 /// Parses @p xml, which may come from anywhere, as UTF-8. Returns an error text, empty on success;
 /// the document has the place of the error (ErrorRow, ErrorCol) when the parser knows it.
 [[nodiscard]] MORVEX_EXPORT QString parseXml(const std::string &xml, TiXmlDocument *document);
