@@ -81,12 +81,17 @@ bool ActionWatch::isInput(QObject *receiver, QEvent *event)
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         return true;
+    case QEvent::MouseMove:
+        if (event->spontaneous() && receiver->isWindowType())
+            m_mouse.move(*static_cast<QMouseEvent *>(event));
+        return false;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);
         return false;
     case QEvent::Show:
         noteSecretInput(receiver);
         m_mouse.noteShown(receiver);
+        m_menus.noteShown(receiver);
         Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);

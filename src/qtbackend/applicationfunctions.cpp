@@ -9,6 +9,7 @@
 #include "qtbackend/identification.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/items.h"
+#include "qtbackend/mouseway.h"
 #include "qtbackend/nameresolver.h"
 #include "qtbackend/nametree.h"
 #include "qtbackend/pictures.h"
@@ -147,8 +148,8 @@ MouseTarget::Place placeOf(QtModel &model, QObject *object, const QVariantMap &o
 }
 
 // Arguments: id, gesture, options: those of the place, "button" and "modifiers" as numbers of the
-// toolkit, "hold" for a click, "right" and "down" for the wheel, and "to", with those of the place
-// where a drag ends.
+// toolkit, "hold" for a click, "right" and "down" for the wheel, "to", with those of the place
+// where a drag ends, and "via", the corners of its way.
 QVariant mouse(QtModel &model, const Call &call, QString *error)
 {
     QObject *object = usedObject(model, call, error);
@@ -159,6 +160,7 @@ QVariant mouse(QtModel &model, const Call &call, QString *error)
     use.gesture = call.arguments.value(1).toString();
     use.from = placeOf(model, object, options);
     use.to = placeOf(model, object, options.value(QStringLiteral("to")).toMap());
+    use.via = cornersOf(options.value(QStringLiteral("via")).toString());
     use.button = static_cast<Qt::MouseButton>(
         options.value(QStringLiteral("button"), int(Qt::LeftButton)).toInt());
     use.modifiers = Qt::KeyboardModifiers(options.value(QStringLiteral("modifiers")).toInt());

@@ -37,7 +37,7 @@ void AreaScroll::report(const QList<QScrollBar *> &moved, ActionReport &report)
 AreaScroll::Known &AreaScroll::known(const QScrollBar *bar)
 {
     if (m_known.size() >= m_cleanUpAt && !m_known.contains(bar))
-        forgetGone();
+        forgetDeleted();
     Known &known = m_known[bar];
     // The address of one that no longer exists may be that of another one by now.
     if (known.bar != bar)
@@ -45,7 +45,7 @@ AreaScroll::Known &AreaScroll::known(const QScrollBar *bar)
     return known;
 }
 
-void AreaScroll::forgetGone()
+void AreaScroll::forgetDeleted()
 {
     for (auto it = m_known.begin(); it != m_known.end();)
         it = it->bar ? std::next(it) : m_known.erase(it);

@@ -29,7 +29,7 @@ private:
     };
 
     Known &known(const QScrollBar *bar);
-    void forgetGone();
+    void forgetDeleted();
 
     static constexpr int minCleanUp = 1000;
 

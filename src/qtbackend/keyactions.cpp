@@ -169,7 +169,7 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
     // The date says which month was chosen.
     if (dateOfCalendar(path.owner))
         return;
-    m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
+    m_menus.choose(path);
 }
 
 bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)

@@ -59,9 +59,12 @@ QObject *typedInto(QObject *root, QObject *focus)
     return isMeant ? owner : sceneWindowOf(root);
 }
 
+// A dialog that does not take the focus leaves the keys to what it covers.
 bool isPushed(const QObject *focus)
 {
-    return focus && (focus->inherits("QQuickAbstractButton") || isSceneComboBox(focus));
+    return focus && (focus->inherits("QQuickAbstractButton") || isSceneComboBox(focus)) &&
+           !SceneAccess::self()->coverOf(focus,
+                                         SceneAccess::self()->visiblePlaceOf(focus).center());
 }
 
 // What the program has made of items may do more with a key that moves the focus.
@@ -122,11 +125,9 @@ void SceneKeys::typeInComboBox(QObject *box, QObject *popup, const QKeyEvent &ev
     const bool isChoice = isChoiceKey(event) || isPushKey(event);
     if (!isChoice || row < 0 || event.isAutoRepeat())
         return;
-    QString text;
-    QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
     m_choice.popup = popup;
-    m_choice.number =
-        m_report.add(QStringLiteral("click"), box, {{QStringLiteral("item"), QVariantList{text}}});
+    m_choice.number = m_report.add(QStringLiteral("click"), box,
+                                   {{QStringLiteral("item"), sceneEntrySelector(box, row)}});
 }
 
 void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)

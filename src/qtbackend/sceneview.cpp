@@ -137,6 +137,26 @@ bool isSceneComboBox(const QObject *object)
     return object && object->inherits("QQuickComboBox");
 }
 
+QString sceneEntryText(QObject *box, int row)
+{
+    QString text;
+    QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
+    return text;
+}
+
+QVariantList sceneEntrySelector(QObject *box, int row)
+{
+    const QString text = sceneEntryText(box, row);
+    int occurrence = 1;
+    for (int before = 0; before < row; ++before)
+        occurrence += sceneEntryText(box, before) == text ? 1 : 0;
+    if (text.isEmpty())
+        return {row, 0};
+    return occurrence == 1
+               ? QVariantList{text}
+               : QVariantList{text, QVariantMap{{QStringLiteral("occurrence"), occurrence}}};
+}
+
 bool isScenePaged(const QObject *item)
 {
     if (item->inherits("QQuickSwipeView") || item->inherits("QQuickTumbler"))

@@ -32,6 +32,7 @@ const int maxSettlingMs = 500;
 // A menu takes a click for one that is to close it until the mouse has moved some times.
 const int movesBeforeClick = 8;
 const int dragSteps = 10;
+const int stepsToCorner = 2;
 // A call has a minute for all that it does.
 const int maxHoldMs = 30000;
 
@@ -128,8 +129,9 @@ struct Drag
     std::shared_ptr<MouseTarget> from;
     std::shared_ptr<MouseTarget> to;
     MouseSpot start;
-    // In the window in which it started, which gets all events until the button is released.
-    QPoint way;
+    // Relative to the start, in the window in which it started, which gets all events until the
+    // button is released.
+    QVector<QPoint> places;
 };
 
 QString beginDrag(Drag *drag, const MouseUse &use)
@@ -141,8 +143,11 @@ QString beginDrag(Drag *drag, const MouseUse &use)
     drag->start = drag->from->spot(&error);
     if (!error.isEmpty())
         return error;
-    drag->way = end.in(drag->start.window).place - drag->start.place;
-    drag->way += drag->to->wayBeyond(drag->way);
+    QPoint way = end.in(drag->start.window).place - drag->start.place;
+    way += drag->to->wayBeyond(way);
+    for (const QPoint &corner : use.via)
+        drag->places += corner - use.from.place.value_or(QPoint());
+    drag->places += way;
     endClicks();
     moveMouse(drag->start, Qt::NoButton, use.modifiers);
     pressMouse(drag->start, use.button, use.modifiers);
@@ -157,17 +162,22 @@ void addDrag(const std::shared_ptr<MouseTarget> &from, const std::shared_ptr<Mou
     drag->from = from;
     drag->to = to;
     input.add([drag, use] { return beginDrag(drag.get(), use); });
-    for (int i = 1; i <= dragSteps + 1; ++i) {
-        input.add([drag, use, i] {
+    const int parts = use.via.size() + 1;
+    const int steps = parts == 1 ? dragSteps : stepsToCorner;
+    for (int i = 1; i <= parts * steps + 1; ++i) {
+        input.add([drag, use, i, parts, steps] {
             MouseSpot spot = drag->start;
-            spot.place += drag->way * qMin(i, dragSteps) / dragSteps;
+            const int part = qMin((i - 1) / steps, parts - 1);
+            const QPoint begin = part > 0 ? drag->places[part - 1] : QPoint();
+            const QPoint way = drag->places[part] - begin;
+            spot.place += begin + way * qMin(i - part * steps, steps) / steps;
             moveMouse(spot, use.button, use.modifiers);
             return QString();
         });
     }
     input.add([drag, use] {
         MouseSpot spot = drag->start;
-        spot.place += drag->way;
+        spot.place += drag->places.constLast();
         releaseMouse(spot, use.button, use.modifiers);
         return QString();
     });

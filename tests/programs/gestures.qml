@@ -16,7 +16,7 @@ ApplicationWindow {
     Button { x: 10; y: 10; width: 80; height: 40; text: "Push"; onClicked: note("push") }
     TextField { x: 100; y: 10; width: 80; height: 40; placeholderText: "Name"; onEditingFinished: note("name " + text) }
     ComboBox {
-        id: kind; x: 190; y: 10; width: 120; height: 40; editable: true; model: ["Ash", "Oak"]
+        id: kind; x: 190; y: 10; width: 120; height: 40; editable: true; wheelEnabled: true; model: ["Ash", "Oak"]
         onAccepted: note("typed " + editText); onActivated: note("chosen " + textAt(index))
     }
     DelayButton { x: 320; y: 10; width: 80; height: 40; text: "Delay"; delay: 600; onActivated: note("delayed") }

@@ -37,7 +37,7 @@ const char windowSession[] =
 
 const char gesturesSession[] =
     "at 50 30\n key space\n at 140 30\n type ab\n key Tab\n key ctrl+a\n type Elm\n key Return\n"
-    "at 295 30\n sleep .4\n key Down\n key Return\n"
+    "at 295 30\n sleep .4\n key Down\n key Return\n at 200 30 5\n"
     "hover 360 30\n mousedown 1\n sleep 1\n mouseup 1\n hover 430 30\n at 500 30\n at 570 30 5\n"
     "at 50 210\n window ^Second$\n at 50 20\n window ^Gestures$\n"
     "drag 520 80 570 80\n drag 530 150 640 150\n drag 233 210 190 210\n drag 323 210 350 210\n"
