@@ -153,6 +153,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::KeyRelease:
         m_scenes.releaseKey();
+        m_points.release(*static_cast<QKeyEvent *>(event));
         break;
     case QEvent::Wheel:
         settle();
@@ -279,8 +280,7 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
         return m_points.isOpen();
     if (!m_keys.isKnown(*key)) {
         settle();
-        QMetaObject::invokeMethod(
-            this, [this] { m_points.open(); }, Qt::QueuedConnection);
+        m_points.expect();
     }
     return true;
 }
