@@ -355,8 +355,8 @@ void SceneMouse::settle()
     checkTaker();
     if (!std::exchange(m_outcome.isReleased, false))
         return;
-    settleOutcome();
     settlePopups();
+    settleOutcome();
     m_outcome = {};
 }
 
@@ -377,10 +377,11 @@ void SceneMouse::settleOutcome()
         m_report.addCursor(m_outcome.name, item, cursor.keys());
 }
 
-// A press elsewhere closes what is open.
+// A press elsewhere closes what is open. Where a script sets a value or moves a cursor, it presses
+// nothing.
 void SceneMouse::settlePopups()
 {
-    if (m_outcome.kind != RecordedTarget::Nothing || !m_press.root)
+    if (m_outcome.kind == RecordedTarget::Click || !m_press.root)
         return;
     const bool isClosed =
         std::any_of(m_press.popups.begin(), m_press.popups.end(),
