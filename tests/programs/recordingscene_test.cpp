@@ -134,10 +134,13 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
 TEST_F(RecordingSceneTest, ItemsInAWidgetAreUsedBesideWidgets)
 {
     record({}, {MORVEX_RECORDED_SCENE, MORVEX_IN_WIDGET_FILE, "widget"}, "^Widgets$");
-    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n at 250 20\n");
+    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n sleep .5\n key "
+        "space\n "
+        "at 250 20\n");
     const QByteArray expected = "find(names.inside).type(\"abc\");\n"
                                 "find(names.kind).item(\"Cold\").click();\n"
                                 "find(names.press).click();\n"
+                                "find(names.cold).click();\n"
                                 "find(names.native).click();\n";
     const QByteArray recorded = interrupt();
     EXPECT_TRUE(recorded.endsWith(expected)) << recorded.constData();
