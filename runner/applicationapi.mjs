@@ -77,7 +77,7 @@ export default function (native, global, helpers) {
                 native.application().stop(given(context, "application.stop").id);
         },
         contexts: function () {
-            return Array.from(native.contexts().running()).map(contextOf);
+            return native.contexts().running().map(contextOf);
         },
         current: currentContext,
         setCurrent: setCurrent,

@@ -225,7 +225,8 @@ void addArguments(const QVariantMap &action, EventData *event)
             event->addArgument({textOf(action, "text"), EventDataArg::TEXT});
         if (method.startsWith(QLatin1String("wheel")))
             event->addArgument({textOf(action, "steps"), EventDataArg::NUMBER});
-        QStringList options{QStringLiteral("modifiers"), QStringLiteral("hold")};
+        QStringList options{QStringLiteral("modifiers"), QStringLiteral("hold"),
+                            QStringLiteral("via")};
         if (!method.startsWith(QLatin1String("rightClick")))
             options += QStringLiteral("button");
         addOptions(action, options, event);

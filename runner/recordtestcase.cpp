@@ -187,7 +187,7 @@ bool isSameProgram(const QStringList &program, const QStringList &other)
            QFileInfo(program.first()).fileName() == QFileInfo(other.first()).fileName();
 }
 
-// Paths are those of the user, who is elsewhere than the suite.
+// Paths are relative to the directory of the user, which is not that of the suite.
 QStringList programOf(const RunnerOptions &options)
 {
     QStringList program = options.recordedProgram;

@@ -233,14 +233,15 @@ QString ScriptApi::environment(const QString &name) const
     return QString::fromStdString(Environment::getVariable(name.toStdString()));
 }
 
-QStringList ScriptApi::scriptArguments() const
+QVariantList ScriptApi::scriptArguments() const
 {
-    return m_context.scriptArguments;
+    return {m_context.scriptArguments.begin(), m_context.scriptArguments.end()};
 }
 
-QStringList ScriptApi::pointTypes() const
+QVariantList ScriptApi::pointTypes() const
 {
-    return Morvex::pointTypes();
+    const QStringList types = Morvex::pointTypes();
+    return {types.begin(), types.end()};
 }
 
 void ScriptApi::snooze(double seconds) const

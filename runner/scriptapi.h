@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include <functional>
 
@@ -70,8 +71,9 @@ public:
     Q_INVOKABLE bool fileExists(const QString &file) const;
     Q_INVOKABLE QObject *openData(const QString &file, const QString &sheet);
     Q_INVOKABLE QString environment(const QString &name) const;
-    Q_INVOKABLE QStringList scriptArguments() const;
-    Q_INVOKABLE QStringList pointTypes() const;
+    // Never a QStringList: the engine's garbage collector frees elements of it that are in use.
+    Q_INVOKABLE QVariantList scriptArguments() const;
+    Q_INVOKABLE QVariantList pointTypes() const;
     Q_INVOKABLE void snooze(double seconds) const;
     /// Lets the script wait, in milliseconds.
     Q_INVOKABLE void pause(int milliseconds) const;

@@ -301,7 +301,7 @@ export default function (native, global, nameFunctions, installObjects, installD
         return native.environment(text(name));
     };
 
-    global.scriptArguments = Array.from(native.scriptArguments());
+    global.scriptArguments = native.scriptArguments();
 
     global.snooze = function (seconds) {
         if (Number.isNaN(Number(seconds)))

@@ -8,13 +8,13 @@
 namespace Morvex {
 namespace {
 
-QStringList valuesOf(const TestDataRecord *record)
+QVariantList valuesOf(const TestDataRecord *record)
 {
-    QStringList values;
+    QVariantList values;
     const int count = record ? record->count() : 0;
     values.reserve(count);
     for (int column = 0; column < count; ++column)
-        values += record->valueAsString(column);
+        values.append(record->valueAsString(column));
     return values;
 }
 
@@ -58,7 +58,7 @@ QString ScriptData::name() const
     return m_dataSet->dataName();
 }
 
-QStringList ScriptData::fields() const
+QVariantList ScriptData::fields() const
 {
     return valuesOf(m_dataSet->header());
 }
@@ -73,7 +73,7 @@ const TestDataRecord *ScriptData::record(int index) const
     return m_dataSet->record(index);
 }
 
-QStringList ScriptData::row(int index) const
+QVariantList ScriptData::row(int index) const
 {
     return valuesOf(m_dataSet->record(index));
 }
@@ -84,13 +84,13 @@ QString ScriptData::value(int index, int column) const
     return record ? record->valueAsString(column) : QString();
 }
 
-QStringList ScriptData::values(int column, int first, int count) const
+QVariantList ScriptData::values(int column, int first, int count) const
 {
-    QStringList values;
+    QVariantList values;
     const int end = first + qMin(count, this->count() - first);
     values.reserve(end - first);
     for (int index = first; index < end; ++index)
-        values += value(index, column);
+        values.append(value(index, column));
     return values;
 }
 

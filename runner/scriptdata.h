@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
+#include <QVariant>
 
 #include <memory>
 
@@ -11,7 +11,8 @@ namespace Morvex {
 class TestDataRecord;
 class TestDataSet;
 
-/// A test data table as scriptapi.mjs sees it.
+/// A test data table as scriptdata.mjs sees it. Its lists are no QStringLists, of which the
+/// engine's garbage collector frees elements that are in use.
 class ScriptData : public QObject
 {
     Q_OBJECT
@@ -27,16 +28,16 @@ public:
 
     QString name() const;
     /// No property, which the engine would read again for each element.
-    Q_INVOKABLE QStringList fields() const;
+    Q_INVOKABLE QVariantList fields() const;
     int count() const;
     /// Null for an index out of range.
     const TestDataRecord *record(int index) const;
     /// The values of a record.
-    Q_INVOKABLE QStringList row(int index) const;
+    Q_INVOKABLE QVariantList row(int index) const;
     /// Empty where the record is too short.
     Q_INVOKABLE QString value(int index, int column) const;
     /// The values of @p column in @p count records from @p first on, as far as there are any.
-    Q_INVOKABLE QStringList values(int column, int first, int count) const;
+    Q_INVOKABLE QVariantList values(int column, int first, int count) const;
 
 private:
     explicit ScriptData(std::unique_ptr<TestDataSet> dataSet);

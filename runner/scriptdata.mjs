@@ -34,9 +34,8 @@ export default function (helpers) {
 
     Object.defineProperty(DataRecord.prototype, "values", {
         get: function () {
-            // A list from outside is no array yet.
             if (!this[valuesKey])
-                this[valuesKey] = Array.from(this[sourceKey][sourceKey].row(this[rowKey]));
+                this[valuesKey] = this[sourceKey][sourceKey].row(this[rowKey]);
             return this[valuesKey];
         }
     });
@@ -59,7 +58,7 @@ export default function (helpers) {
     };
 
     function DataTable(source) {
-        this.fields = Array.from(source.fields());
+        this.fields = source.fields();
         this.count = source.count;
         Object.defineProperty(this, sourceKey, {value: source});
         Object.defineProperty(this, aheadKey, {value: this.fields.map(function () {

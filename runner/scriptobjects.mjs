@@ -111,7 +111,12 @@ export default function (native, nameFunctions, helpers) {
             refuseMore(arguments, 2, "drag takes where to, and options");
             var all = copyOf(options, "drag");
             var end = copyOf(all.to, "option 'to' of drag");
+            var via = all.via;
             delete all.to;
+            delete all.via;
+            if (via !== undefined && !(/^-?\d{1,6},-?\d{1,6}( -?\d{1,6},-?\d{1,6})*$/.test(via) && hasPlace(all)))
+                throw new TypeError("option 'via' of drag takes the places on the way, such as '10,5 20,40', "
+                                    + "together with the place {x: 1, y: 2} where it begins");
             if (!(to instanceof FoundObject || to instanceof Item)) {
                 if (typeof to !== "object" || to === null || !hasPlace(to))
                     throw new TypeError("drag takes an object, an item, or a place {x: 1, y: 2}");
@@ -126,6 +131,8 @@ export default function (native, nameFunctions, helpers) {
             }
             var result = mouseOptions(all);
             result.to = target;
+            if (via !== undefined)
+                result.via = via;
             this.useMouse("drag", result);
         },
         toString: function () {

@@ -27,7 +27,7 @@ void rename(QVariantMap *map, const QHash<QString, QString> &names)
 
 } // namespace
 
-// Who uses an object sees it, so the longer name is right from the beginning.
+// Whoever uses an object sees it, so the longer name is right from the beginning.
 QVariantList withVisibleNames(QVariantList actions,
                               const std::function<bool(const QString &)> &isKept)
 {

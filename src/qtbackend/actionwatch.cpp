@@ -81,12 +81,17 @@ bool ActionWatch::isInput(QObject *receiver, QEvent *event)
     case QEvent::Shortcut:
     case QEvent::InputMethod:
         return true;
+    case QEvent::MouseMove:
+        if (event->spontaneous() && receiver->isWindowType())
+            m_mouse.move(*static_cast<QMouseEvent *>(event));
+        return false;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);
         return false;
     case QEvent::Show:
         noteSecretInput(receiver);
         m_mouse.noteShown(receiver);
+        m_menus.noteShown(receiver);
         Q_FALLTHROUGH();
     case QEvent::EnabledChange:
         m_report.changes().note(receiver, *event);
@@ -146,6 +151,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::KeyRelease:
         m_scenes.releaseKey();
+        m_points.release(*static_cast<QKeyEvent *>(event));
         break;
     case QEvent::Wheel:
         settle();
@@ -272,8 +278,7 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
         return m_points.isOpen();
     if (!m_keys.isKnown(*key)) {
         settle();
-        QMetaObject::invokeMethod(
-            this, [this] { m_points.open(); }, Qt::QueuedConnection);
+        m_points.expect();
     }
     return true;
 }

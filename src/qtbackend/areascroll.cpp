@@ -1,5 +1,7 @@
 #include "qtbackend/areascroll.h"
 
+#include "qtbackend/actionreport.h"
+
 #include <iterator>
 #include <utility>
 
@@ -24,10 +26,18 @@ QList<QScrollBar *> AreaScroll::takeMoved(const QAbstractScrollArea *area)
     return moved;
 }
 
+void AreaScroll::report(const QList<QScrollBar *> &moved, ActionReport &report)
+{
+    for (const QScrollBar *bar : moved)
+        report.add(QStringLiteral("set"), bar,
+                   {{QStringLiteral("property"), QStringLiteral("value")},
+                    {QStringLiteral("value"), bar->value()}});
+}
+
 AreaScroll::Known &AreaScroll::known(const QScrollBar *bar)
 {
     if (m_known.size() >= m_cleanUpAt && !m_known.contains(bar))
-        forgetGone();
+        forgetDeleted();
     Known &known = m_known[bar];
     // The address of one that no longer exists may be that of another one by now.
     if (known.bar != bar)
@@ -35,7 +45,7 @@ AreaScroll::Known &AreaScroll::known(const QScrollBar *bar)
     return known;
 }
 
-void AreaScroll::forgetGone()
+void AreaScroll::forgetDeleted()
 {
     for (auto it = m_known.begin(); it != m_known.end();)
         it = it->bar ? std::next(it) : m_known.erase(it);

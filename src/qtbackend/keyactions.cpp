@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/celleditor.h"
+#include "qtbackend/embedded.h"
 #include "qtbackend/focusmove.h"
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
@@ -46,6 +47,7 @@ QWidget *keyTarget()
         target = QApplication::activeWindow();
     while (target && target->focusProxy())
         target = target->focusProxy();
+    target = focusWithin(target);
     const bool isFocusable =
         !target || target->isWindow() || popup || target->focusPolicy() != Qt::NoFocus;
     return isFocusable ? target : target->window();
@@ -121,6 +123,9 @@ void KeyActions::press(const QKeyEvent &event)
     if (menu && !isFocusWithin(menu))
         return pressInMenu(menu, event);
     QWidget *target = keyTarget();
+    // The list of a combo box in a scene is no popup of the screen.
+    if (target && !popup && comboBoxOfList(target))
+        popup = target->window();
     if (!target || (popup && isForList(popup, event)))
         return;
     m_menus.enter(target);
@@ -164,7 +169,7 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
     // The date says which month was chosen.
     if (dateOfCalendar(path.owner))
         return;
-    m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
+    m_menus.choose(path);
 }
 
 bool KeyActions::isForList(QWidget *popup, const QKeyEvent &event)

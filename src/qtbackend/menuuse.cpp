@@ -3,6 +3,8 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/menupath.h"
 
+#include <QMenuBar>
+
 namespace Morvex {
 
 void MenuUse::enter(const QWidget *widget)
@@ -22,6 +24,23 @@ void MenuUse::enter(const QWidget *widget)
 QMenu *MenuUse::openFor(QMenu *menu) const
 {
     return m_entered && m_entered->isVisible() ? m_entered.data() : firstMenuOf(menu);
+}
+
+void MenuUse::noteShown(const QObject *object)
+{
+    auto *menu = qobject_cast<QMenu *>(const_cast<QObject *>(object));
+    if (!menu || qobject_cast<QMenuBar *>(menu->parentWidget()) ||
+        (m_shown && m_shown->isVisible()))
+        return;
+    m_shown = menu;
+    m_shownName = m_report.nameOf(menu);
+}
+
+int MenuUse::choose(const MenuPath &path)
+{
+    const QString name = path.owner == m_shown ? m_shownName : m_report.nameOf(path.owner);
+    return m_report.add(QStringLiteral("click"), name, path.owner,
+                        {{QStringLiteral("item"), path.item}});
 }
 
 void MenuUse::settle()

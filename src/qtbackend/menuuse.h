@@ -6,6 +6,7 @@
 namespace Morvex {
 
 class ActionReport;
+struct MenuPath;
 
 /// Menus that hold more than entries, such as a field to search in. A choice from the others says
 /// that they were opened; these a script has to open before it uses what is in them.
@@ -17,16 +18,26 @@ public:
     {
     }
 
+    /// Any object may be given.
+    void noteShown(const QObject *object);
     /// The widget is going to be used.
     void enter(const QWidget *widget);
     /// The menu that a script has open when the user has this one open; null for none.
     QMenu *openFor(QMenu *menu) const;
+    /// The menu is open by an action that is in the script.
+    void setOpen(QMenu *menu) { m_entered = menu; }
+    /// Reports that the user chooses the entry; returns the number of the action.
+    int choose(const MenuPath &path);
     /// Looks whether it is still open.
     void settle();
 
 private:
     ActionReport &m_report;
     QPointer<QMenu> m_entered;
+    // The last one that was opened while no other was open, and what it was called then: where the
+    // script finds it none is open beside it.
+    QPointer<QMenu> m_shown;
+    QString m_shownName;
 };
 
 } // namespace Morvex

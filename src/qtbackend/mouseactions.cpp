@@ -3,6 +3,7 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/celleditor.h"
 #include "qtbackend/droptarget.h"
+#include "qtbackend/embedded.h"
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
@@ -67,7 +68,10 @@ void MouseActions::beginPress()
 void MouseActions::press(QWidget *widget, const QMouseEvent &event)
 {
     if (!m_isPressNew) {
-        if (!event.spontaneous() && isHandedOnTo(widget))
+        const bool isInner = m_press.widget && isEmbeddedIn(widget, m_press.widget);
+        if (isInner)
+            m_report.cancel(std::exchange(m_press.number, 0));
+        if (isInner || (!event.spontaneous() && isHandedOnTo(widget)))
             describe(widget, event.pos());
         return;
     }
@@ -148,7 +152,7 @@ void MouseActions::giveBackPress()
     m_click = {};
 }
 
-// What is at a place of an area is as far as that was scrolled.
+// What is at a place of an area depends on how far that was scrolled.
 void MouseActions::reportScroll()
 {
     const auto *area = qobject_cast<const QAbstractScrollArea *>(m_press.target.object);
@@ -156,10 +160,7 @@ void MouseActions::reportScroll()
     // It comes after that.
     if (!moved.isEmpty())
         m_report.cancel(std::exchange(m_press.number, 0));
-    for (const QScrollBar *bar : moved)
-        m_report.add(QStringLiteral("set"), bar,
-                     {{QStringLiteral("property"), QStringLiteral("value")},
-                      {QStringLiteral("value"), bar->value()}});
+    AreaScroll::report(moved, m_report);
 }
 
 void MouseActions::reportPress()
@@ -184,7 +185,7 @@ void MouseActions::reportPress()
         m_report.replace(m_press.number, what, target.object, place);
     else
         m_press.number = m_report.add(what, target.object, place);
-    m_click = {target.object, target.item, m_press.number};
+    m_click = {target.object, target.item, m_press.number, menuOfButton(target.object) != nullptr};
     // A label uses a link and hands the press on.
     const bool isLink = !target.item.isEmpty() && qobject_cast<const QLabel *>(target.object);
     const bool isUsed = isLink || (target.item.isEmpty() && isOwnPart(m_press.widget));
@@ -284,8 +285,26 @@ void MouseActions::reportDrag(const QPoint &globalPlace, bool isData)
     QVariantMap end = reportedPlace(to);
     end[QStringLiteral("object")] = m_report.nameOf(to.object);
     more[QStringLiteral("to")] = end;
+    const QString corners = isSame && to.item.isEmpty() && m_press.target.place && !isData
+                                ? cornersOfWay(globalPlace)
+                                : QString();
+    if (!corners.isEmpty())
+        more[QStringLiteral("via")] = corners;
     m_report.replace(m_press.number, QStringLiteral("drag"), m_report.nameOf(m_press.target.object),
                      more);
+}
+
+// In places of the widget.
+QString MouseActions::cornersOfWay(const QPoint &globalPlace) const
+{
+    return m_press.way.corners(m_press.globalPlace, globalPlace,
+                               m_press.globalPlace - *m_press.target.place);
+}
+
+void MouseActions::move(const QMouseEvent &event)
+{
+    if (m_press.number > 0 && (event.buttons() & Qt::LeftButton))
+        m_press.way.add(event.globalPos());
 }
 
 void MouseActions::dragMoved()
@@ -326,9 +345,9 @@ void MouseActions::closeSubWindow(QMdiSubWindow *window)
 
 void MouseActions::release(QWidget *widget, const QMouseEvent &event)
 {
-    if (!m_isReleaseNew)
+    const bool isInScene = proxyOf(widget) && comboBoxOfList(widget);
+    if (!std::exchange(m_isReleaseNew, false) && !isInScene)
         return;
-    m_isReleaseNew = false;
     if (m_isInMenu || qobject_cast<QMenu *>(widget))
         choose(widget, event.pos());
     else if (comboBoxOfList(widget))
@@ -347,8 +366,7 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     if (dateOfCalendar(path.owner))
         return;
     m_choice.list = m_isInMenu ? nullptr : menu;
-    m_choice.number =
-        m_report.add(QStringLiteral("click"), path.owner, {{QStringLiteral("item"), path.item}});
+    m_choice.number = m_menus.choose(path);
 }
 
 void MouseActions::chooseInList(QWidget *list, const QPoint &place)
@@ -370,20 +388,29 @@ void MouseActions::settle()
     m_choice = {};
     m_textDrag.settle();
     m_paste.settle();
-    // Held, a button may open its menu in place of a click.
-    const bool isLast = m_click.number > 0 && m_click.number == m_report.lastNumber();
-    const QMenu *menu = isLast ? menuOfButton(m_click.object) : nullptr;
-    if (menu && menu->isVisible()) {
-        m_report.cancel(m_click.number);
-        m_click = {};
-        m_press.number = 0;
-    }
+    settleMenuOfButton();
     if (!m_outcome.isReleased())
         return;
     m_outcome.settle(m_report);
     m_outcome = {};
     m_subWindow = nullptr;
     settleMenu();
+}
+
+// Held, a button may open its menu in place of a click.
+void MouseActions::settleMenuOfButton()
+{
+    const bool isLast = m_click.number > 0 && m_click.number == m_report.lastNumber();
+    QMenu *menu = isLast ? menuOfButton(m_click.object) : nullptr;
+    if (!menu || !menu->isVisible())
+        return;
+    // One that the press has made is no item of the button before that.
+    if (m_click.hadMenu)
+        m_report.cancel(m_click.number);
+    else
+        m_menus.setOpen(menu);
+    m_click = {};
+    m_press.number = 0;
 }
 
 void MouseActions::expectChange(QWidget *widget)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qtbackend/areascroll.h"
+#include "qtbackend/mouseway.h"
 #include "qtbackend/pressoutcome.h"
 #include "qtbackend/selectionpaste.h"
 #include "qtbackend/textdrag.h"
@@ -37,6 +38,8 @@ public:
 
     // In a widget, and in those around it as long as they don't take it.
     void press(QWidget *widget, const QMouseEvent &event);
+    /// Of the window.
+    void move(const QMouseEvent &event);
     void release(QWidget *widget, const QMouseEvent &event);
 
     /// What is dragged as data.
@@ -75,6 +78,8 @@ private:
         QString ownWhat;
         QString ownName;
         QVariantMap ownPlace;
+        // On the screen.
+        MouseWay way;
     };
 
     // That which a double click begins with.
@@ -83,6 +88,8 @@ private:
         QPointer<QObject> object;
         QVariantList item;
         int number = 0;
+        // Of a button, when it was pressed.
+        bool hadMenu = false;
     };
 
     struct OpenMenu
@@ -99,6 +106,7 @@ private:
 
     void closeMenu(QMenu *menu, const QPoint &globalPlace);
     void settleMenu();
+    void settleMenuOfButton();
     bool isHandedOnTo(const QWidget *widget) const;
     void describe(QWidget *widget, const QPoint &place);
     void reportPress();
@@ -108,6 +116,7 @@ private:
     void giveBackPress();
     QVariantMap placeOf(const RecordedTarget &target) const;
     void finishPress(const QPoint &globalPlace);
+    QString cornersOfWay(const QPoint &globalPlace) const;
     void reportDrag(const QPoint &globalPlace, bool isData);
     void choose(QWidget *menu, const QPoint &place);
     void chooseInList(QWidget *list, const QPoint &place);

@@ -34,7 +34,7 @@ void releaseMouse(const MouseSpot &spot, Qt::MouseButton button, Qt::KeyboardMod
 /// @p steps of the wheel to the right and toward the user.
 void turnWheel(const MouseSpot &spot, const QPointF &steps, Qt::KeyboardModifiers modifiers);
 
-/// Lets what follows come so much later.
+/// Delays what follows by this time.
 void passTime(int milliseconds);
 
 /// Keeps what follows from being taken for a part of the same double click.

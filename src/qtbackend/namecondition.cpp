@@ -2,6 +2,7 @@
 
 #include "objectmodel/value/propertypath.h"
 #include "qtbackend/identification.h"
+#include "qtbackend/itempath.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/qtmodel.h"
 
@@ -29,8 +30,16 @@ const QObject *windowOf(const QObject *object)
 
 } // namespace
 
+bool NameCondition::canIgnoreMnemonics() const
+{
+    return value.kind == ObjectName::PropertyValue::EXACT &&
+           (property == QLatin1String("text") || property == QLatin1String("title"));
+}
+
 bool NameCondition::fits(const QString &text) const
 {
+    if (ignoresMnemonics)
+        return shownText(text) == shownText(value.text);
     return value.kind == ObjectName::PropertyValue::EXACT ? text == value.text
                                                           : expression.match(text).hasMatch();
 }

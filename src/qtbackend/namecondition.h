@@ -21,8 +21,11 @@ struct NameCondition
     QRegularExpression expression;
     /// Of references.
     const QObject *referenced = nullptr;
+    /// Compares texts as users read them.
+    bool ignoresMnemonics = false;
 
     bool isReference() const { return value.kind == ObjectName::PropertyValue::REFERENCE; }
+    bool canIgnoreMnemonics() const;
     bool holds(QtModel &model, QObject *object) const;
 
     /// What the value is compared with in the object. False when it has no such property.

@@ -133,7 +133,7 @@ QObject *NameResolver::find(const ObjectName &name, QString *error)
     NameConditions conditions;
     if (!makeConditions(name, &conditions, error))
         return nullptr;
-    const std::vector<QObject *> found = fittingObjects(conditions);
+    const std::vector<QObject *> found = usableObjects(conditions);
     const std::size_t occurrence = occurrenceOf(name);
     if (occurrence > 0 ? occurrence <= found.size() : found.size() == 1)
         return found[std::max<std::size_t>(occurrence, 1) - 1];
@@ -165,8 +165,20 @@ std::vector<QObject *> NameResolver::findAll(const QString &text, QString *error
         objectName =
             ObjectName({{QStringLiteral("name"), {ObjectName::PropertyValue::EXACT, name}}});
     NameConditions conditions;
-    return makeConditions(objectName, &conditions, error) ? fittingObjects(conditions)
+    return makeConditions(objectName, &conditions, error) ? usableObjects(conditions)
                                                           : std::vector<QObject *>();
+}
+
+// Some desktops give texts mnemonics of their own, others whenever something beside them changes.
+std::vector<QObject *> NameResolver::usableObjects(NameConditions conditions)
+{
+    const std::vector<QObject *> found = fittingObjects(conditions);
+    bool hasText = false;
+    for (NameCondition &condition : conditions) {
+        condition.ignoresMnemonics = condition.canIgnoreMnemonics();
+        hasText = hasText || condition.ignoresMnemonics;
+    }
+    return found.empty() && hasText ? fittingObjects(conditions) : found;
 }
 
 std::vector<QObject *> NameResolver::fittingObjects(const NameConditions &conditions)

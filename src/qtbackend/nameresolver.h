@@ -55,6 +55,7 @@ private:
                                       QString *error);
     [[nodiscard]] bool makeReference(const ObjectName &name, NameCondition *condition,
                                      QString *error);
+    std::vector<QObject *> usableObjects(NameConditions conditions);
     std::vector<QObject *> fittingObjects(const NameConditions &conditions);
     QString describeFailure(const ObjectName &name, const NameConditions &conditions,
                             const std::vector<QObject *> &found);

@@ -9,14 +9,14 @@ int ObjectRegistry::idOf(QObject *object)
         return known;
     m_objects.remove(known);
     if (m_objects.size() >= m_cleanUpAt)
-        forgetGoneObjects();
+        forgetDeletedObjects();
     const int id = ++m_lastId;
     m_ids.insert(object, id);
     m_objects.insert(id, object);
     return id;
 }
 
-void ObjectRegistry::forgetGoneObjects()
+void ObjectRegistry::forgetDeletedObjects()
 {
     for (auto it = m_ids.begin(); it != m_ids.end();) {
         if (m_objects.value(*it)) {

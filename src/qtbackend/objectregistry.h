@@ -23,7 +23,7 @@ public:
     QImage image(int id) const { return m_images.value(id); }
 
 private:
-    void forgetGoneObjects();
+    void forgetDeletedObjects();
 
     // An address may be that of a later object: only the other table shows that.
     QHash<QObject *, int> m_ids;

@@ -287,7 +287,8 @@ QWidget *ownerOf(QWidget *widget)
 
 RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button)
 {
-    if (!widget->isEnabled())
+    const bool isToolTip = widget->window()->inherits("QTipLabel");
+    if (!widget->isEnabled() || isToolTip)
         return {};
     if (QDateTimeEdit *date = dateOfCalendar(widget))
         return targetOf(RecordedTarget::Value, date);

@@ -13,13 +13,6 @@ namespace {
 
 const int maxOpeningMs = 2000;
 
-QString textAt(QObject *box, int row)
-{
-    QString text;
-    QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
-    return text;
-}
-
 QObject *popupOf(const QObject *box)
 {
     return box ? box->property("popup").value<QObject *>() : nullptr;
@@ -88,7 +81,7 @@ void SceneItem::findInBox(const ItemSelector &selector)
     QStringList texts;
     const int count = m_owner->property("count").toInt();
     for (int row = 0; row < count; ++row)
-        texts += textAt(m_owner, row);
+        texts += sceneEntryText(m_owner, row);
     if (selector.isCell)
         findNumber(selector, count);
     else

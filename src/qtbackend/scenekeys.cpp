@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/recordedkeys.h"
+#include "qtbackend/reportedplace.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenemenus.h"
 #include "qtbackend/scenetarget.h"
@@ -48,6 +49,15 @@ QObject *currentEntryOf(const QObject *menu)
     return nullptr;
 }
 
+// A view gives the keys to its current row.
+QObject *viewWithKeys(QObject *item)
+{
+    const SceneRow row = sceneRowOf(item);
+    const bool isCurrent = row.owner && row.delegate == item && !isSceneText(item) &&
+                           row.owner->property("currentItem").value<QObject *>() == item;
+    return isCurrent ? row.owner : item;
+}
+
 // A window, with what has no name in it, leaves the focus where it is.
 QObject *typedInto(QObject *root, QObject *focus)
 {
@@ -56,12 +66,15 @@ QObject *typedInto(QObject *root, QObject *focus)
                          (isSceneText(owner) || !owner->objectName().isEmpty() ||
                           owner->inherits("QQuickItemView") ||
                           (owner->inherits("QQuickControl") && !owner->inherits("QQuickPane")));
-    return isMeant ? owner : sceneWindowOf(root);
+    return isMeant ? viewWithKeys(owner) : sceneWindowOf(root);
 }
 
+// A dialog that does not take the focus leaves the keys to what it covers.
 bool isPushed(const QObject *focus)
 {
-    return focus && (focus->inherits("QQuickAbstractButton") || isSceneComboBox(focus));
+    return focus && (focus->inherits("QQuickAbstractButton") || isSceneComboBox(focus)) &&
+           !SceneAccess::self()->coverOf(focus,
+                                         SceneAccess::self()->visiblePlaceOf(focus).center());
 }
 
 // What the program has made of items may do more with a key that moves the focus.
@@ -106,7 +119,9 @@ void SceneKeys::push(QObject *focus, const QKeyEvent &event)
     m_pressed.keys = typedKeyOf(event);
     if (!isSceneComboBox(focus)) {
         dropLastTab();
-        m_pressed.push = m_report.add(QStringLiteral("click"), focus);
+        const RecordedTarget target = sceneItemTarget(focus);
+        m_pressed.push =
+            m_report.add(QStringLiteral("click"), target.object, reportedPlace(target));
     }
 }
 
@@ -122,11 +137,9 @@ void SceneKeys::typeInComboBox(QObject *box, QObject *popup, const QKeyEvent &ev
     const bool isChoice = isChoiceKey(event) || isPushKey(event);
     if (!isChoice || row < 0 || event.isAutoRepeat())
         return;
-    QString text;
-    QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
     m_choice.popup = popup;
-    m_choice.number =
-        m_report.add(QStringLiteral("click"), box, {{QStringLiteral("item"), QVariantList{text}}});
+    m_choice.number = m_report.add(QStringLiteral("click"), box,
+                                   {{QStringLiteral("item"), sceneEntrySelector(box, row)}});
 }
 
 void SceneKeys::typeInMenu(QObject *root, QObject *menu, const QKeyEvent &event)

@@ -42,6 +42,12 @@ bool isDrawerAtRest(const QObject *drawer)
     return position <= 0 || position >= 1;
 }
 
+// Whether the wheel may change its value.
+bool isTurned(const QObject *item)
+{
+    return isSceneComboBox(item) || sceneValueOf(item);
+}
+
 } // namespace
 
 ScenePages::ScenePages(ActionReport &report)
@@ -67,10 +73,10 @@ void ScenePages::beginWheel(QObject *root, const QPoint &place)
     begin(root, place);
     const SceneAccess &access = *SceneAccess::self();
     QObject *item = access.takerAt(root, place, Qt::LeftButton);
-    while (item && !sceneValueOf(item))
+    while (item && !isTurned(item))
         item = access.parentOf(item);
     if (item)
-        watch(item, sceneValueOf(item));
+        watch(item, isSceneComboBox(item) ? "currentIndex" : sceneValueOf(item));
 }
 
 void ScenePages::cancel()
@@ -151,10 +157,25 @@ void ScenePages::reportDrawers()
     }
 }
 
+// By one step of the wheel after the other.
+void ScenePages::reportEntry(QObject *box, int row)
+{
+    const QString click = QStringLiteral("click");
+    const QVariantMap more{{QStringLiteral("item"), sceneEntrySelector(box, row)}};
+    if (m_turnedBox == box && m_boxNumber == m_report.lastNumber())
+        m_report.replace(m_boxNumber, click, box, more);
+    else
+        m_boxNumber = m_report.add(click, box, more);
+    m_turnedBox = box;
+}
+
 void ScenePages::report(QObject *object, const char *property, const QVariant &value)
 {
-    m_report.add(QStringLiteral("set"), object,
-                 sceneSetting(object, QLatin1String(property), value));
+    if (isSceneComboBox(object))
+        reportEntry(object, value.toInt());
+    else
+        m_report.add(QStringLiteral("set"), object,
+                     sceneSetting(object, QLatin1String(property), value));
 }
 
 } // namespace Morvex

@@ -41,6 +41,7 @@ private:
     void watch(QObject *object, const char *property);
     bool isMoving() const;
     void report(QObject *object, const char *property, const QVariant &value);
+    void reportEntry(QObject *box, int row);
     void reportDrawers();
 
     ActionReport &m_report;
@@ -49,6 +50,9 @@ private:
     // Those that were open.
     std::vector<QPointer<QObject>> m_drawers;
     int m_numberBefore = 0;
+    // The combo box that the wheel has changed last.
+    QPointer<QObject> m_turnedBox;
+    int m_boxNumber = 0;
     bool m_wasMoving = false;
     bool m_isDone = false;
     QTimer m_timer;

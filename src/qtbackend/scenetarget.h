@@ -13,7 +13,7 @@ QPoint placeInSceneTarget(QObject *taker, const QPoint &windowPlace);
 /// The item of Qt Quick itself, or as a row of the view that it is in.
 RecordedTarget sceneItemTarget(QObject *item);
 
-/// What a user would point at who wants to check it.
+/// What a user who wants to check something there would point at.
 QObject *sceneItemAt(QObject *root, const QPoint &windowPlace);
 
 bool isSceneText(const QObject *item);
@@ -21,7 +21,7 @@ bool isSceneText(const QObject *item);
 /// The window that has all items of this one, or the widget.
 QObject *sceneWindowOf(QObject *item);
 
-/// The control that an item is a part of, such as the spin box of a text input; else the item.
+/// The control that an item is a part of, such as the spin box of a text input; otherwise the item.
 QObject *sceneOwnerOf(QObject *item);
 
 } // namespace Morvex

@@ -39,7 +39,7 @@ QVariantMap sceneSetting(const QObject *item, const QString &property, const QVa
 
 bool isSceneValue(const QObject *object, const QByteArray &property);
 
-/// Sets one as a user does, who presses the item and lets it go. False for a value that the
+/// Sets one as a user does who presses the item and releases it. False for a value that the
 /// property does not take.
 bool setSceneValue(QObject *object, const QByteArray &property, const QVariant &value);
 

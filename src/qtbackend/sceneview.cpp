@@ -137,6 +137,26 @@ bool isSceneComboBox(const QObject *object)
     return object && object->inherits("QQuickComboBox");
 }
 
+QString sceneEntryText(QObject *box, int row)
+{
+    QString text;
+    QMetaObject::invokeMethod(box, "textAt", Q_RETURN_ARG(QString, text), Q_ARG(int, row));
+    return text;
+}
+
+QVariantList sceneEntrySelector(QObject *box, int row)
+{
+    const QString text = sceneEntryText(box, row);
+    int occurrence = 1;
+    for (int before = 0; before < row; ++before)
+        occurrence += sceneEntryText(box, before) == text ? 1 : 0;
+    if (text.isEmpty())
+        return {row, 0};
+    return occurrence == 1
+               ? QVariantList{text}
+               : QVariantList{text, QVariantMap{{QStringLiteral("occurrence"), occurrence}}};
+}
+
 bool isScenePaged(const QObject *item)
 {
     if (item->inherits("QQuickSwipeView") || item->inherits("QQuickTumbler"))
@@ -191,6 +211,8 @@ QObjectList delegatesOf(QObject *view)
 {
     const SceneAccess &access = *SceneAccess::self();
     const QObject *content = contentOf(view);
+    // It is at the place of a row.
+    const QObject *highlight = objectIn(view, "highlightItem");
     QObjectList delegates;
     if (!content)
         return delegates;
@@ -198,7 +220,7 @@ QObjectList delegatesOf(QObject *view)
         // A view shows more than rows, such as a header.
         const bool isRow =
             isSceneTable(view) ? sceneCellOf(child).row >= 0 : sceneRowNumber(view, child) >= 0;
-        if (isRow && access.isShown(child))
+        if (isRow && access.isShown(child) && child != highlight)
             delegates += child;
     }
     sort(&delegates);

@@ -14,6 +14,12 @@ QObject *sceneViewOf(QObject *object);
 /// Whether it is a combo box of Qt Quick.
 bool isSceneComboBox(const QObject *object);
 
+/// What an entry of a combo box shows, also while that is closed.
+QString sceneEntryText(QObject *box, int row);
+
+/// What a script names the entry by.
+QVariantList sceneEntrySelector(QObject *box, int row);
+
 /// Whether the item shows one part as the current one, and moving its content changes which.
 bool isScenePaged(const QObject *item);
 

@@ -201,7 +201,7 @@ void UsageCounter::observeWindowOf(QWidget *widget)
 {
     if (isPassing(widget->window()))
         return;
-    forgetGoneObjects();
+    forgetDeletedObjects();
     QWidget *window = windowElementOf(widget);
     if (isPassing(window))
         return;
@@ -366,7 +366,7 @@ UIElement *UsageCounter::childOfClass(UIElement *parent, const QString &classNam
     return element;
 }
 
-void UsageCounter::forgetGoneObjects()
+void UsageCounter::forgetDeletedObjects()
 {
     if (m_seen.size() < m_cleanUpAt)
         return;

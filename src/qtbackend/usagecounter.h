@@ -77,13 +77,13 @@ private:
     void count(QWidget *widget, const Fits &fits);
     bool isHandedOn(const QWidget *widget, ulong timestamp);
     void countChoice(const QAction *action);
-    void forgetGoneObjects();
+    void forgetDeletedObjects();
 
     // Above all windows.
     UIAbstraction::UIElement m_root;
     QHash<const QObject *, Seen> m_seen;
     QHash<const UIAbstraction::UIElement *, QPointer<QObject>> m_unnamedWindows;
-    // Who has them, by the element above and the class.
+    // The objects that have them, by the element above and the class.
     QHash<QPair<const UIAbstraction::UIElement *, QString>, std::vector<QPointer<QObject>>>
         m_numbers;
     int m_cleanUpAt = 1024;

@@ -1,8 +1,10 @@
 #include "qtbackend/userinput.h"
 
 #include "qtbackend/buttonsup.h"
+#include "qtbackend/embedded.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
+#include "qtbackend/keyevents.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
@@ -15,20 +17,13 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QContextMenuEvent>
-#include <QKeyEvent>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsView>
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-
-// The way of the keyboard into a window, which the toolkit exports for its own library for tests.
-QT_BEGIN_NAMESPACE
-extern Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
-                                           Qt::KeyboardModifiers modifiers, const QString &text,
-                                           bool isRepeated, ushort count);
-QT_END_NAMESPACE
 
 namespace Morvex {
 namespace {
@@ -37,6 +32,7 @@ const int maxSettlingMs = 500;
 // A menu takes a click for one that is to close it until the mouse has moved some times.
 const int movesBeforeClick = 8;
 const int dragSteps = 10;
+const int stepsToCorner = 2;
 // A call has a minute for all that it does.
 const int maxHoldMs = 30000;
 
@@ -133,8 +129,9 @@ struct Drag
     std::shared_ptr<MouseTarget> from;
     std::shared_ptr<MouseTarget> to;
     MouseSpot start;
-    // In the window in which it started, which gets all events until the button is released.
-    QPoint way;
+    // Relative to the start, in the window in which it started, which gets all events until the
+    // button is released.
+    QVector<QPoint> places;
 };
 
 QString beginDrag(Drag *drag, const MouseUse &use)
@@ -146,8 +143,11 @@ QString beginDrag(Drag *drag, const MouseUse &use)
     drag->start = drag->from->spot(&error);
     if (!error.isEmpty())
         return error;
-    drag->way = end.in(drag->start.window).place - drag->start.place;
-    drag->way += drag->to->wayBeyond(drag->way);
+    QPoint way = end.in(drag->start.window).place - drag->start.place;
+    way += drag->to->wayBeyond(way);
+    for (const QPoint &corner : use.via)
+        drag->places += corner - use.from.place.value_or(QPoint());
+    drag->places += way;
     endClicks();
     moveMouse(drag->start, Qt::NoButton, use.modifiers);
     pressMouse(drag->start, use.button, use.modifiers);
@@ -162,17 +162,22 @@ void addDrag(const std::shared_ptr<MouseTarget> &from, const std::shared_ptr<Mou
     drag->from = from;
     drag->to = to;
     input.add([drag, use] { return beginDrag(drag.get(), use); });
-    for (int i = 1; i <= dragSteps + 1; ++i) {
-        input.add([drag, use, i] {
+    const int parts = use.via.size() + 1;
+    const int steps = parts == 1 ? dragSteps : stepsToCorner;
+    for (int i = 1; i <= parts * steps + 1; ++i) {
+        input.add([drag, use, i, parts, steps] {
             MouseSpot spot = drag->start;
-            spot.place += drag->way * qMin(i, dragSteps) / dragSteps;
+            const int part = qMin((i - 1) / steps, parts - 1);
+            const QPoint begin = part > 0 ? drag->places[part - 1] : QPoint();
+            const QPoint way = drag->places[part] - begin;
+            spot.place += begin + way * qMin(i - part * steps, steps) / steps;
             moveMouse(spot, use.button, use.modifiers);
             return QString();
         });
     }
     input.add([drag, use] {
         MouseSpot spot = drag->start;
-        spot.place += drag->way;
+        spot.place += drag->places.constLast();
         releaseMouse(spot, use.button, use.modifiers);
         return QString();
     });
@@ -185,28 +190,6 @@ bool takesKeys(const QWidget *widget)
         widget = widget->focusProxy();
     return widget->isWindow() || widget->window()->windowType() == Qt::Popup ||
            widget->focusPolicy() != Qt::NoFocus;
-}
-
-void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
-{
-    QWidget *window = widget->window();
-    QWindow *handle = window->graphicsProxyWidget() ? nullptr : window->windowHandle();
-    if (handle) {
-        qt_handleKeyEvent(handle, type, key.key, key.modifiers, key.text, false, 1);
-        return;
-    }
-    // A window that is drawn within a scene gets no keys from the screen.
-    QKeyEvent event(type, key.key, key.modifiers, key.text);
-    QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
-}
-
-// Window systems ask for it by themselves.
-void askForContextMenu(const QWidget *widget, const TypedKey &key)
-{
-    QWindow *handle = widget->window()->windowHandle();
-    QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint(), key.modifiers);
-    if (handle)
-        QCoreApplication::sendEvent(handle, &menu);
 }
 
 // The dialog that the keys before have opened; null when there is none. It may be that from which
@@ -264,6 +247,10 @@ void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
     const auto hasSettled = std::make_shared<bool>(true);
     input.add([widget, hasSettled] {
         const QWidget *before = QApplication::focusWidget();
+        if (QGraphicsView *view = widget ? viewOfEmbedded(widget) : nullptr) {
+            view->setFocus(Qt::OtherFocusReason);
+            proxyOf(widget)->setFocus(Qt::OtherFocusReason);
+        }
         if (widget)
             widget->setFocus(Qt::OtherFocusReason);
         *hasSettled = QApplication::focusWidget() == before;
@@ -271,12 +258,6 @@ void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
         return QString();
     });
     input.waitUntil([hasSettled] { return *hasSettled; }, maxSettlingMs);
-}
-
-void sendKeyTo(QWindow *window, const TypedKey &key)
-{
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-        qt_handleKeyEvent(window, type, key.key, key.modifiers, key.text, false, 1);
 }
 
 // A window, with its root, keeps the focus where it is.

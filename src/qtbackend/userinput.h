@@ -4,6 +4,7 @@
 
 #include <QPointF>
 #include <QString>
+#include <QVector>
 
 namespace Morvex {
 
@@ -20,6 +21,8 @@ struct MouseUse
     MouseTarget::Place from;
     /// The end of a drag.
     MouseTarget::Place to;
+    /// Between both, counted as the place where the drag begins.
+    QVector<QPoint> via;
     Qt::MouseButton button = Qt::LeftButton;
     Qt::KeyboardModifiers modifiers;
     /// How many milliseconds a click holds the button.
@@ -38,7 +41,7 @@ struct MouseUse
 /// The same without a look at whether the widget takes keys, and without giving it the focus.
 [[nodiscard]] QString typeKeys(QWidget *widget, const QString &text, InputSequence &input);
 
-/// Adds what a user does who closes the window that the object is, or is in, by its frame. Returns
+/// Adds what closes the window that the object is, or is in, as a user does by its frame. Returns
 /// an error text, empty on success.
 [[nodiscard]] QString closeWindow(QObject *object, InputSequence &input);
 

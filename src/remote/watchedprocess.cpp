@@ -78,7 +78,7 @@ void addDescriptors(posix_spawn_file_actions_t *actions, const Inherited &inheri
     ::posix_spawn_file_actions_adddup2(actions, STDERR_FILENO, STDOUT_FILENO);
 }
 
-// In a session of its own at once: who ends the group of this process is not to end the watcher.
+// In a session of its own at once: the end of the group of this process must not end the watcher.
 // Returns the process; negative, with errno set, on failure.
 pid_t spawn(QList<QByteArray> command, QList<QByteArray> environment, const Inherited &inherited)
 {

@@ -10,7 +10,7 @@
 
 namespace Morvex {
 
-/// What came of one style rule on one element. Who checks a rule fills it in.
+/// The outcome of a style rule for an element, filled in by the code that checks the rule.
 class MORVEX_EXPORT StyleCheckResult
 {
     Q_DECLARE_TR_FUNCTIONS(Morvex::StyleCheckResult)

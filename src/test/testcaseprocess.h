@@ -87,7 +87,7 @@ private:
     QEventLoop m_eventLoop;
     DatagramBuffer m_buffer;
     Cancellation *m_cancellation;
-    // Set by the first thing that ends the attempt, be it before the event loop runs.
+    // Set by the first thing that ends the attempt, perhaps before the event loop runs.
     std::optional<int> m_code;
     int m_crashSignal = 0;
 };

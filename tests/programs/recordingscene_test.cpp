@@ -37,9 +37,10 @@ const char windowSession[] =
 
 const char gesturesSession[] =
     "at 50 30\n key space\n at 140 30\n type ab\n key Tab\n key ctrl+a\n type Elm\n key Return\n"
-    "at 295 30\n sleep .4\n key Down\n key Return\n"
+    "at 295 30\n sleep .4\n key Down\n key Return\n at 200 30 5\n"
     "hover 360 30\n mousedown 1\n sleep 1\n mouseup 1\n hover 430 30\n at 500 30\n at 570 30 5\n"
-    "at 50 210\n window ^Second$\n at 50 20\n window ^Gestures$\n"
+    "at 50 210\n window ^Second$\n at 50 70\n type two\n key Return\n at 50 20\n"
+    "window ^Gestures$\n at 70 70\n at 660 205\n"
     "drag 520 80 570 80\n drag 530 150 640 150\n drag 233 210 190 210\n drag 323 210 350 210\n"
     "at 460 198\n at 560 212\n";
 
@@ -120,10 +121,11 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     const QRegularExpression plain("\"exact\":[0-9.]{9,},.*\"value\":[0-9.]{1,6}[,}]");
     EXPECT_TRUE(plain.match(journal()).hasMatch()) << journal().constData();
     const QByteArray recorded = interrupt();
-    for (const char *line : {"type(\" \")", "hold: ", ".hover()", ".wheel(1)",
-                             "occurrence: ", ".set(\"currentIndex\", 1)",
-                             "find(names.sub).click();\nfind(names.deep)", ".drag(find(names.bin)",
-                             "item(", ".set(\"visible\", true)", "find(names.within).click()"})
+    for (const char *line :
+         {"type(\" \")", "hold: ", ".hover()", ".wheel(1)",
+          "occurrence: ", ".set(\"currentIndex\", 1)", "find(names.sub).click();\nfind(names.deep)",
+          ".drag(find(names.bin)", "item(", ".set(\"visible\", true)", "find(names.within).click()",
+          "item(\"Row 0\"", "find(names.own).click()"})
         EXPECT_TRUE(recorded.contains(line)) << line << '\n' << recorded.constData();
     EXPECT_FALSE(recorded.contains("close()")) << recorded.constData();
     runner.addTestCase("tst_recorded", recorded);

@@ -95,6 +95,15 @@ TEST_F(NameResolverTest, AButtonHasTheNameThatItsUserReads)
     EXPECT_EQ(find("{text='&Save'}"), "{text='&Save' type='QPushButton'}");
 }
 
+TEST_F(NameResolverTest, ATextIsFoundWhateverItsMnemonicUnlessOneFitsAsItIs)
+{
+    EXPECT_EQ(find("{text='Save'}"), "{text='&Save' type='QPushButton'}");
+    EXPECT_EQ(find("{text='Sa&ve as'}"), "{text='Save as' type='QPushButton'}");
+    buttons[2]->setText("Save");
+    EXPECT_EQ(find("{text='Save'}"), "{name='load' type='QPushButton'}");
+    EXPECT_EQ(find("{text='&Save'}"), "{text='&Save' type='QPushButton'}");
+}
+
 TEST_F(NameResolverTest, AMissingObjectIsReportedWithTheClosestOnes)
 {
     const char *const rows[][2] = {

@@ -53,6 +53,35 @@ protected:
     }
 };
 
+class Canvas : public QWidget
+{
+public:
+    using QWidget::QWidget;
+    QPolygon stroke;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override { stroke << event->pos(); }
+    void mouseMoveEvent(QMouseEvent *event) override { stroke << event->pos(); }
+};
+
+class LateMenuButton : public QToolButton
+{
+public:
+    explicit LateMenuButton(QWidget *parent)
+        : QToolButton(parent)
+    {
+        late.setObjectName("menu");
+    }
+    QMenu late;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        setMenu(&late);
+        QToolButton::mousePressEvent(event);
+    }
+};
+
 } // namespace
 
 class RecordedPartsTest : public RecordingUserTest
@@ -175,6 +204,34 @@ TEST_F(RecordedPartsTest, AViewThatIsAWindowIsNoBackground)
     EXPECT_TRUE(item->isSelected());
 }
 
+TEST_F(RecordedPartsTest, WhatIsEmbeddedInASceneIsUsedByItsName)
+{
+    auto *view = add<QGraphicsView>("view", {0, 0, 500, 300});
+    QGraphicsScene scene(0, 0, 400, 250);
+    view->setScene(&scene);
+    auto *panel = new QWidget;
+    panel->resize(200, 150);
+    auto *check = add<QCheckBox>("check", {0, 0, 100, 30}, panel);
+    auto *list = add<QListWidget>("list", {0, 40, 100, 100}, panel);
+    list->addItems({"First", "Second"});
+    scene.addWidget(panel)->setScale(1.5);
+    record();
+    const auto inView = [view](QWidget *widget, const QPoint &place) -> Place {
+        return [=] {
+            const QPointF inScene = widget->window()->graphicsProxyWidget()->mapToScene(
+                widget->mapTo(widget->window(), place));
+            return qMakePair(view->viewport(), view->mapFromScene(inScene));
+        };
+    };
+    click(inView(check, {8, 15}));
+    click(inView(list->viewport(), list->visualItemRect(list->item(1)).center()));
+    EXPECT_EQ(perform(), (QStringList{"click check", "click list Second"}));
+    list->setCurrentRow(0);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_FALSE(check->isChecked());
+    EXPECT_EQ(list->currentRow(), 1);
+}
+
 TEST_F(RecordedPartsTest, AMenuIsOpenedForTheFieldInItAndEntriesOfOneTextAreNumbered)
 {
     auto *bar = add<QMenuBar>("bar", {0, 0, 400, 30});
@@ -211,4 +268,51 @@ TEST_F(RecordedPartsTest, AMenuIsOpenedForTheFieldInItAndEntriesOfOneTextAreNumb
     EXPECT_EQ(replay(), QString());
     EXPECT_EQ(search->text(), "ab");
     EXPECT_FALSE(menu.isVisible());
+}
+
+TEST_F(RecordedPartsTest, AMenuThatAButtonGetsWhenItIsPressedIsOpenedBeforeItsEntryIsChosen)
+{
+    auto *button = add<LateMenuButton>("button", {0, 0, 100, 30});
+    button->setPopupMode(QToolButton::InstantPopup);
+    int chosen = 0;
+    QObject::connect(button->late.addAction("Entry"), &QAction::triggered, [&chosen] { ++chosen; });
+    record();
+    click(in(button));
+    click([button] {
+        QMenu *menu = &button->late;
+        const QRect line = menu->actionGeometry(menu->actions().first());
+        return qMakePair(static_cast<QWidget *>(menu), line.center());
+    });
+    EXPECT_EQ(perform(), (QStringList{"click button", "click menu Entry"}));
+    EXPECT_EQ(chosen, 1);
+}
+
+TEST_F(RecordedPartsTest, WhatIsDrawnFreehandIsDrawnAgainAndAFrameByItsCorners)
+{
+    auto *canvas = add<Canvas>("canvas", {0, 0, 200, 200});
+    record();
+    const QVector<QPoint> stroke{{20, 20}, {60, 40}, {100, 100}, {60, 160}, {20, 100}, {90, 30}};
+    press(at(canvas, 20, 20));
+    for (int i = 1; i < stroke.size(); ++i) {
+        for (int step = 1; step <= 4; ++step) {
+            const QPoint place = stroke[i - 1] + (stroke[i] - stroke[i - 1]) * step / 4;
+            move(at(canvas, place.x(), place.y()), Qt::LeftButton);
+        }
+    }
+    release(at(canvas, 90, 30));
+    ASSERT_EQ(perform().size(), 1);
+    EXPECT_EQ(performed.last()["via"], "60,40 100,100 60,160 20,100");
+    const QPolygon before = canvas->stroke;
+    canvas->stroke.clear();
+    ASSERT_EQ(replay(), QString());
+    for (const QPoint &corner : stroke)
+        EXPECT_TRUE(canvas->stroke.contains(corner)) << corner.x() << ',' << corner.y();
+    EXPECT_EQ(canvas->stroke.boundingRect(), before.boundingRect());
+
+    press(at(canvas, 10, 10));
+    for (const QPoint place : {QPoint(60, 66), QPoint(110, 105)})
+        move(at(canvas, place.x(), place.y()), Qt::LeftButton);
+    release(at(canvas, 150, 150));
+    ASSERT_EQ(perform().size(), 1);
+    EXPECT_FALSE(performed.last().contains("via"));
 }

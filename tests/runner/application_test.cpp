@@ -129,6 +129,8 @@ TEST_F(ApplicationTest, WhatCantBeDoneEndsTheScriptWithTheReason)
         {start + "find('name').set('visible', 2)", "'visible' takes true or false"},
         {start + "find('name').wheel(1, 5, 5)", "TypeError: wheel takes the number of steps"},
         {start + "find('name').drag({x: 1, y: 1}, 5)", "TypeError: drag takes options in an"},
+        {start + "find('name').drag({x: 1, y: 1}, {x: 2, y: 2, via: '3'})",
+         "TypeError: option 'via' of drag"},
         {start + "find('name').click('a', 1)", "TypeError: click takes nothing"},
         {start + "find('name').click(1, 1, 1)", "TypeError: click takes nothing"},
         {start + "find('name').click({button: 'wrong'})", "TypeError: option 'button' has to be"},

@@ -24,6 +24,20 @@ TEST_F(ScriptDataTest, ATableIsWalkedByEachKindOfLoop)
                            "'{\"values\":[\"Pear\"]}'."}));
 }
 
+TEST_F(ScriptDataTest, NoListLosesElementsWhenTheEngineFreesMemory)
+{
+    // A switch of the engine: whenever it allocates.
+    runner.environment.insert("QV4_MM_AGGRESSIVE_GC", "1");
+    runner.addFile("orders.csv", "name,amount\nApple,3\nPear,4\n");
+    runner.addTestCase("tst_s",
+                       "const t = data.open('orders.csv');\n"
+                       "check.equal([t.fields, [...t].map(r => r.values), [...t].map(r => "
+                       "r.field('name')), [...scriptArguments]], [['name', 'amount'], "
+                       "[['Apple', '3'], ['Pear', '4']], ['Apple', 'Pear'], ['a', 'b c']], 'm');");
+    output = runner.run({runner.suitePath(), "--scriptargs", "a", "b c"});
+    EXPECT_EQ(output.status, 0) << output.standardOutput.toStdString();
+}
+
 TEST_F(ScriptDataTest, AValueIsThatOfItsRecordInWhateverOrderTheyAreAskedFor)
 {
     QByteArray table = "a,b\n";

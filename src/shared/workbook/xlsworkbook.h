@@ -39,7 +39,7 @@ public:
     bool selectSheet(int sheet);
     /// Of the selected sheet. Nothing for a cell without content.
     std::optional<XlsCell> cell(unsigned column, unsigned row) const;
-    /// Whether the selected sheet has the cell, be it without content.
+    /// Whether the selected sheet has the cell, if only without content.
     bool hasCell(unsigned column, unsigned row) const;
     std::size_t cellCount() const { return m_selected.cellCount(); }
 

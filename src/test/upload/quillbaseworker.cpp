@@ -306,8 +306,8 @@ void QuillbaseWorker::wsBytesWritten(qint64)
         semaphore->release();
 }
 
-// Whoever waits, waits for a line that is dead. The word is stored before the release, since who is
-// woken reads it, and after the note, since who reads it looks for that.
+// The main thread may wait for a connection that has ended. The word is stored before the release,
+// since a thread that is woken reads it, and after the note, which is looked for by what reads it.
 void QuillbaseWorker::endUpload()
 {
     if (isConnected() && !isDone) {
