@@ -113,6 +113,9 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     act("at 290 120\n drag 470 150 360 150\n");
     actUntil("sleep .5\n at 380 80", "text='Second' type");
     actUntil("at 340 340\n sleep .3\n hover 340 380\n sleep .8\n at 420 380", "Deep");
+    actUntil("hover 500 330\n mousedown 1\n sleep .1\n hover 530 400\n sleep .1\n hover 560 330\n"
+             "sleep .1\n mouseup 1",
+             "\"via\"");
     act("drag 698 300 560 300\n");
     actUntil("sleep .5\n at 590 20", "Within");
     act("at 300 450\n sleep .6\n hover 30 270\n key ctrl+alt+shift+v\n window ^Label$\n at 10 "
