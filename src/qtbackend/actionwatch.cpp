@@ -82,8 +82,10 @@ bool ActionWatch::isInput(QObject *receiver, QEvent *event)
     case QEvent::InputMethod:
         return true;
     case QEvent::MouseMove:
-        if (event->spontaneous() && receiver->isWindowType())
+        if (event->spontaneous() && receiver->isWindowType()) {
             m_mouse.move(*static_cast<QMouseEvent *>(event));
+            m_scenes.move(*static_cast<QMouseEvent *>(event));
+        }
         return false;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);

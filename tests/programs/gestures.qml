@@ -77,6 +77,7 @@ ApplicationWindow {
     Button { x: 300; y: 320; width: 80; height: 40; text: "Menu"; onClicked: menu.popup(300, 360) }
     Menu { id: menu; width: 80; Menu { title: "Sub"; width: 80; Action { text: "Deep"; onTriggered: note("deep") } } }
     Rectangle { x: 630; y: 190; width: 60; height: 30; Text { text: "Own" } MouseArea { anchors.fill: parent; onClicked: note("own") } }
+    MouseArea { id: sheet; property int low: 0; x: 480; y: 320; width: 110; height: 110; onPositionChanged: low = Math.max(low, mouse.y); onReleased: note("drawn to " + low) }
     Drawer { width: 150; height: window.height; edge: Qt.RightEdge; onOpened: note("drawn"); Button { width: 80; height: 40; text: "Within"; onClicked: note("within") } }
     Label { objectName: "state"; x: 10; y: 260; width: 600; wrapMode: Text.Wrap; text: done.join(", ") + wide.text }
 }

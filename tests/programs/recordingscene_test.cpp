@@ -113,6 +113,9 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     act("at 290 120\n drag 470 150 360 150\n");
     actUntil("sleep .5\n at 380 80", "text='Second' type");
     actUntil("at 340 340\n sleep .3\n hover 340 380\n sleep .8\n at 420 380", "Deep");
+    actUntil("hover 500 330\n mousedown 1\n sleep .1\n hover 530 400\n sleep .1\n hover 560 330\n"
+             "sleep .1\n mouseup 1",
+             "\"via\"");
     act("drag 698 300 560 300\n");
     actUntil("sleep .5\n at 590 20", "Within");
     act("at 300 450\n sleep .6\n hover 30 270\n key ctrl+alt+shift+v\n window ^Label$\n at 10 "
@@ -136,10 +139,13 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
 TEST_F(RecordingSceneTest, ItemsInAWidgetAreUsedBesideWidgets)
 {
     record({}, {MORVEX_RECORDED_SCENE, MORVEX_IN_WIDGET_FILE, "widget"}, "^Widgets$");
-    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n at 250 20\n");
+    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n sleep .5\n key "
+        "space\n "
+        "at 250 20\n");
     const QByteArray expected = "find(names.inside).type(\"abc\");\n"
                                 "find(names.kind).item(\"Cold\").click();\n"
                                 "find(names.press).click();\n"
+                                "find(names.cold).click();\n"
                                 "find(names.native).click();\n";
     const QByteArray recorded = interrupt();
     EXPECT_TRUE(recorded.endsWith(expected)) << recorded.constData();
