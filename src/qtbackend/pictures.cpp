@@ -81,8 +81,12 @@ QString whyNoPicture(const QObject *object)
 
 QImage grabWidget(QObject *object)
 {
-    if (object && object->isWidgetType())
-        return static_cast<QWidget *>(object)->grab().toImage();
+    if (object && object->isWidgetType()) {
+        auto *widget = static_cast<QWidget *>(object);
+        // It is where the user who makes a point has it, and elsewhere when that is checked.
+        const HiddenMouse hiddenMouse(widget);
+        return widget->grab().toImage();
+    }
     const SceneAccess *access = SceneAccess::self();
     if (QWidget *widget = widgetOf(object))
         return widget->grab(access->visiblePlaceOf(object)).toImage();

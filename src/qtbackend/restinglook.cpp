@@ -19,11 +19,35 @@ const char cursorWidth[] = "cursorWidth";
 
 } // namespace
 
-RestingLook::RestingLook(QWidget *widget)
+HiddenMouse::HiddenMouse(QWidget *widget)
 {
-    hideUse(widget);
+    hideFrom(widget);
     for (QWidget *child : widget->findChildren<QWidget *>())
-        hideUse(child);
+        hideFrom(child);
+}
+
+HiddenMouse::~HiddenMouse()
+{
+    for (const QPointer<QWidget> &widget : m_widgets) {
+        if (widget)
+            widget->setAttribute(Qt::WA_UnderMouse);
+    }
+}
+
+void HiddenMouse::hideFrom(QWidget *widget)
+{
+    if (!widget->underMouse())
+        return;
+    widget->setAttribute(Qt::WA_UnderMouse, false);
+    m_widgets.emplace_back(widget);
+}
+
+RestingLook::RestingLook(QWidget *widget)
+    : m_hiddenMouse(widget)
+{
+    hideCursor(widget);
+    for (QWidget *child : widget->findChildren<QWidget *>())
+        hideCursor(child);
     hideFocus(widget->window());
 }
 
@@ -33,10 +57,6 @@ RestingLook::~RestingLook()
     // Unless it was given to another one meanwhile.
     if (!QApplicationPrivate::focus_widget)
         QApplicationPrivate::focus_widget = m_focusWidget;
-    for (const QPointer<QWidget> &widget : m_underMouse) {
-        if (widget)
-            widget->setAttribute(Qt::WA_UnderMouse);
-    }
     for (const QPointer<QLineEdit> &lineEdit : m_lineEdits) {
         if (lineEdit)
             QLineEditPrivate::get(lineEdit)->cursorVisible = true;
@@ -52,20 +72,6 @@ void RestingLook::hideFocus(QWidget *window)
     m_focusWidget = QApplicationPrivate::focus_widget;
     QApplicationPrivate::active_window = window;
     QApplicationPrivate::focus_widget = nullptr;
-}
-
-void RestingLook::hideUse(QWidget *widget)
-{
-    hideMouse(widget);
-    hideCursor(widget);
-}
-
-void RestingLook::hideMouse(QWidget *widget)
-{
-    if (!widget->underMouse())
-        return;
-    widget->setAttribute(Qt::WA_UnderMouse, false);
-    m_underMouse.emplace_back(widget);
 }
 
 // Fields keep on their own whether they show it: that of a spin box does while the box has the

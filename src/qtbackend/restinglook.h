@@ -9,6 +9,24 @@ class QWidget;
 
 namespace Morvex {
 
+/// While it lives, a widget and what is in it are painted as with no mouse above them. No widget
+/// gets an event from it.
+class HiddenMouse
+{
+public:
+    explicit HiddenMouse(QWidget *widget);
+    ~HiddenMouse();
+
+    HiddenMouse(const HiddenMouse &) = delete;
+    HiddenMouse &operator=(const HiddenMouse &) = delete;
+
+private:
+    void hideFrom(QWidget *widget);
+
+    // Any of them may be deleted by what the application does when it is painted.
+    std::vector<QPointer<QWidget>> m_widgets;
+};
+
 /// While it lives, a widget and what is in it are painted as they look when nobody uses them: as
 /// parts of the active window, without the focus, without a text cursor, and with no mouse above
 /// them. No widget gets an event from it.
@@ -23,14 +41,12 @@ public:
 
 private:
     void hideFocus(QWidget *window);
-    void hideUse(QWidget *widget);
-    void hideMouse(QWidget *widget);
     void hideCursor(QWidget *widget);
 
+    const HiddenMouse m_hiddenMouse;
     // Any of them may be deleted by what the application does when it is painted.
     QPointer<QWidget> m_activeWindow;
     QPointer<QWidget> m_focusWidget;
-    std::vector<QPointer<QWidget>> m_underMouse;
     std::vector<QPointer<QLineEdit>> m_lineEdits;
     QPointer<QWidget> m_textEdit;
     int m_cursorWidth = 0;

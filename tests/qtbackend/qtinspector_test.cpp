@@ -286,6 +286,25 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
 }
 
+TEST_F(QtInspectorTest, APictureIsTheSameWhereverTheMouseIs)
+{
+    const std::unique_ptr<QStyle> style(QStyleFactory::create("fusion"));
+    QPushButton ask("Ask", &window);
+    ask.setObjectName("ask");
+    ask.setStyle(style.get());
+    window.show();
+    const int id = find("ask")->id();
+    const auto picture = [this, id] {
+        return Screenshot::fromVariant(
+            inspector.callFunction("grabObjectScreenshot", {id, 0, 0}, nullptr));
+    };
+    const QImage before = picture();
+    ask.setAttribute(Qt::WA_UnderMouse);
+    ASSERT_NE(ask.grab().toImage().convertToFormat(before.format()), before);
+    EXPECT_EQ(picture(), before);
+    EXPECT_TRUE(ask.underMouse());
+}
+
 TEST_F(QtInspectorTest, ThePictureOfTheDesktopShowsWhichWindowIsOnTop)
 {
     std::vector<std::unique_ptr<QWidget>> windows(8);
