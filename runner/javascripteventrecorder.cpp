@@ -1,12 +1,11 @@
 #include "runner/javascripteventrecorder.h"
 
 #include "runner/javascriptcode.h"
+#include "runner/scriptmethods.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <cstring>
-#include <vector>
 
 namespace Morvex {
 namespace {
@@ -20,54 +19,11 @@ const int pointRetryMs = 5000;
 // What is shorter is printed as no time at all.
 const int shortestSnoozeMs = 50;
 
-// Methods of an object, and of an item in it, under their names in scripts.
-struct Method
-{
-    const char *recorded;
-    const char *printed;
-    // What it takes: "t" for a text, "n" for a number, "*" for either. Two forms at the most.
-    const char *arguments = "";
-    const char *otherArguments = "";
-};
-
-const Method objectMethods[] = {
-    {"click", "click", "", "nn"},
-    {"doubleClick", "doubleClick", "", "nn"},
-    {"rightClick", "rightClick", "", "nn"},
-    {"hover", "hover"},
-    {"wheel", "wheel", "n", "n"},
-    {"type", "type", "t", "t"},
-    {"typePassword", "typePassword", "t", "t"},
-    {"setProperty", "set", "t*", "t*"},
-    {"closeWindow", "close"},
-};
-
-// What they take follows what says which item.
-const Method itemMethods[] = {
-    {"clickItem", "click"},       {"doubleClickItem", "doubleClick"},
-    {"activateItem", "activate"}, {"rightClickItem", "rightClick"},
-    {"expandItem", "expand"},     {"collapseItem", "collapse"},
-    {"checkItem", "check"},       {"uncheckItem", "uncheck"},
-    {"editItem", "edit", "t"},    {"clickTreeHandle", "toggle"},
-    {"hoverItem", "hover"},       {"wheelItem", "wheel", "n"},
-};
-
 // Options that say which item; the others say how it is used.
 const char *const selectorOptions[] = {"column", "occurrence"};
 
 const char *const contextFunctions[] = {"currentApplicationContext", "setApplicationContext",
                                         "waitForApplicationLaunch"};
-
-// Null when scripts have no such method.
-template <std::size_t size>
-const Method *findMethod(const Method (&methods)[size], const QString &name)
-{
-    const auto found =
-        std::find_if(std::begin(methods), std::end(methods), [&name](const Method &method) {
-            return name == QLatin1String(method.recorded);
-        });
-    return found == std::end(methods) ? nullptr : found;
-}
 
 QString argumentCode(const EventDataArg &argument)
 {
@@ -78,44 +34,12 @@ QString argumentCode(const EventDataArg &argument)
                : javaScriptString(argument.value);
 }
 
-using Arguments = std::vector<EventDataArg>;
-
-QString argumentList(const Arguments &arguments)
+QString argumentList(const EventArguments &arguments)
 {
     QStringList code;
     for (const EventDataArg &argument : arguments)
         code += argumentCode(argument);
     return code.join(QLatin1String(", "));
-}
-
-// Positions, rows and columns; scripts refuse any other number.
-bool isWhole(const EventDataArg &argument)
-{
-    static const QRegularExpression whole(QStringLiteral("^-?(0|[1-9][0-9]{0,8})\\z"));
-    return argument.kind == EventDataArg::NUMBER && whole.match(argument.value).hasMatch();
-}
-
-bool fits(const EventDataArg &argument, char form)
-{
-    switch (form) {
-    case 'n':
-        return isWhole(argument);
-    case 't':
-        return argument.kind != EventDataArg::NUMBER;
-    default:
-        return true;
-    }
-}
-
-bool fit(const Arguments &arguments, const char *forms)
-{
-    if (arguments.size() != std::strlen(forms))
-        return false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (!fits(arguments[i], forms[i]))
-            return false;
-    }
-    return true;
 }
 
 QString callCode(const QString &object, const QString &method, const QString &arguments)
@@ -140,12 +64,12 @@ QString joined(const QString &arguments, const QString &options)
 // The arguments of an event, in their parts.
 struct Parts
 {
-    Arguments plain;
+    EventArguments plain;
     QMap<QString, QString> selection;
     QMap<QString, QString> options;
     // What a drag ends on; null without one.
     QString target;
-    Arguments targetPlain;
+    EventArguments targetPlain;
     QMap<QString, QString> targetSelection;
     QMap<QString, QString> targetOptions;
 
@@ -188,7 +112,7 @@ QString objectCode(const QMap<QString, QString> &members)
 }
 
 // Takes the arguments that say which item. Empty when they don't.
-QString takeItem(const QString &objectName, Arguments *arguments,
+QString takeItem(const QString &objectName, EventArguments *arguments,
                  const QMap<QString, QString> &selection)
 {
     const bool isCell =
@@ -198,7 +122,7 @@ QString takeItem(const QString &objectName, Arguments *arguments,
     if (!isCell && !isText)
         return {};
     const auto end = arguments->begin() + (isCell ? 2 : 1);
-    const QString selector = argumentList(Arguments(arguments->begin(), end));
+    const QString selector = argumentList(EventArguments(arguments->begin(), end));
     arguments->erase(arguments->begin(), end);
     return found(objectName) +
            QStringLiteral(".item(%1)").arg(joined(selector, objectCode(selection)));
@@ -215,7 +139,7 @@ QString selectedItemWait(const QString &objectName, const EventData &event)
     return item.isEmpty() ? QString() : item + QStringLiteral(".text();");
 }
 
-QString itemCall(const QString &objectName, Parts parts, const Method &method)
+QString itemCall(const QString &objectName, Parts parts, const ScriptMethod &method)
 {
     const QString item = takeItem(objectName, &parts.plain, parts.selection);
     const bool isCall = !item.isEmpty() && fit(parts.plain, method.arguments);
@@ -253,7 +177,8 @@ bool isPropertyWait(const EventData &event)
     return event.methodName() == QLatin1String("waitForProperty");
 }
 
-QString propertyWait(const QString &objectName, const EventData &event, const Arguments &arguments)
+QString propertyWait(const QString &objectName, const EventData &event,
+                     const EventArguments &arguments)
 {
     const int timeoutMs = arguments[1].value.toInt();
     const QString time = timeoutMs > defaultWaitMs ? QString::number(timeoutMs) : QString();
@@ -267,12 +192,12 @@ QString statementOf(const EventData &event, const QString &objectName)
     if (objectName.isEmpty())
         return isContextFunction(name) ? contextCall(event) : QString();
     const Parts parts = Parts::of(event);
-    const Method *itemMethod = findMethod(itemMethods, name);
+    const ScriptMethod *itemMethod = scriptMethodOfItem(name);
     if (itemMethod)
         return itemCall(objectName, parts, *itemMethod);
     if (isPropertyWait(event) && fit(parts.plain, "tn"))
         return propertyWait(objectName, event, parts.plain);
-    const Method *method = findMethod(objectMethods, name);
+    const ScriptMethod *method = scriptMethodOfObject(name);
     const bool isCall =
         method && (fit(parts.plain, method->arguments) || fit(parts.plain, method->otherArguments));
     return isCall ? callCode(found(objectName), QString::fromLatin1(method->printed),
@@ -309,7 +234,7 @@ QString pointCode(const EventData &event, const QString &objectName)
     QMap<QString, QString> options{{QStringLiteral("object"), objectName},
                                    {QStringLiteral("retry"), QString::number(pointRetryMs)},
                                    {QStringLiteral("type"), argumentCode(parts.plain[1])}};
-    const Arguments properties(parts.plain.begin() + 2, parts.plain.end());
+    const EventArguments properties(parts.plain.begin() + 2, parts.plain.end());
     if (!properties.empty())
         options.insert(QStringLiteral("properties"),
                        QLatin1Char('[') + argumentList(properties) + QLatin1Char(']'));
@@ -322,7 +247,7 @@ QString unknownEvent(const EventData &event)
 {
     return QStringLiteral("// Not recorded: %1 of %2 with (%3)")
         .arg(javaScriptString(event.methodName()), javaScriptString(event.objectName()),
-             argumentList(Arguments(event.arguments().begin(), event.arguments().end())));
+             argumentList(EventArguments(event.arguments().begin(), event.arguments().end())));
 }
 
 } // namespace

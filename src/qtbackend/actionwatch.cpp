@@ -82,8 +82,10 @@ bool ActionWatch::isInput(QObject *receiver, QEvent *event)
     case QEvent::InputMethod:
         return true;
     case QEvent::MouseMove:
-        if (event->spontaneous() && receiver->isWindowType())
+        if (event->spontaneous() && receiver->isWindowType()) {
             m_mouse.move(*static_cast<QMouseEvent *>(event));
+            m_scenes.move(*static_cast<QMouseEvent *>(event));
+        }
         return false;
     case QEvent::FocusOut:
         m_keys.focusOut(receiver);
@@ -151,6 +153,7 @@ void ActionWatch::filterForWindow(QWindow *window, QEvent *event)
         break;
     case QEvent::KeyRelease:
         m_scenes.releaseKey();
+        m_points.release(*static_cast<QKeyEvent *>(event));
         break;
     case QEvent::Wheel:
         settle();
@@ -277,8 +280,7 @@ bool ActionWatch::isForPoints(QObject *receiver, QEvent *event)
         return m_points.isOpen();
     if (!m_keys.isKnown(*key)) {
         settle();
-        QMetaObject::invokeMethod(
-            this, [this] { m_points.open(); }, Qt::QueuedConnection);
+        m_points.expect();
     }
     return true;
 }

@@ -17,6 +17,7 @@
 #include "qtbackend/toolbarextension.h"
 #include "qtbackend/usagecounter.h"
 #include "qtbackend/userinput.h"
+#include "qtbackend/whyblocked.h"
 
 #include <QBuffer>
 #include <QMenu>
@@ -38,6 +39,8 @@ const char dumpFollows = char(0xc5);
 const char errorFollows = 0;
 // A button may be pressed by its key for a tenth of a second before it does anything.
 const int maxUnusableMs = 1000;
+// One that shows how far something is closes by itself, and users wait for that as for objects.
+const int maxDialogMs = 10000;
 // To compress takes far longer than to send, and the application waits for it.
 const int uncompressed = 100;
 
@@ -321,9 +324,16 @@ bool isStillToBeUsable(const QObject *object)
            !qobject_cast<const QMenu *>(widget);
 }
 
+bool isToBeFreed(const QObject *object)
+{
+    const auto *widget = qobject_cast<const QWidget *>(object);
+    return widget && isBlockedByDialog(widget);
+}
+
 void callWhenUsable(Function function, QtModel &model, const Call &call)
 {
     const QPointer<QObject> object = model.registry().object(call.arguments.value(0).toInt());
+    call.input.waitUntil([object] { return !isToBeFreed(object); }, maxDialogMs);
     call.input.waitUntil([object] { return !isStillToBeUsable(object); }, maxUnusableMs);
     call.input.add([function, &model, arguments = call.arguments, &input = call.input] {
         QString error;
@@ -343,7 +353,7 @@ QVariant callApplicationFunction(QtModel &model, const QString &name, const QVar
         const Call call{arguments, input};
         QObject *object =
             known.isUse ? model.registry().object(arguments.value(0).toInt()) : nullptr;
-        if (!isStillToBeUsable(object))
+        if (!isStillToBeUsable(object) && !isToBeFreed(object))
             return known.function(model, call, error);
         callWhenUsable(known.function, model, call);
         return true;

@@ -1,5 +1,7 @@
 #include "qtbackend/areascroll.h"
 
+#include "qtbackend/actionreport.h"
+
 #include <iterator>
 #include <utility>
 
@@ -22,6 +24,14 @@ QList<QScrollBar *> AreaScroll::takeMoved(const QAbstractScrollArea *area)
             moved += bar;
     }
     return moved;
+}
+
+void AreaScroll::report(const QList<QScrollBar *> &moved, ActionReport &report)
+{
+    for (const QScrollBar *bar : moved)
+        report.add(QStringLiteral("set"), bar,
+                   {{QStringLiteral("property"), QStringLiteral("value")},
+                    {QStringLiteral("value"), bar->value()}});
 }
 
 AreaScroll::Known &AreaScroll::known(const QScrollBar *bar)

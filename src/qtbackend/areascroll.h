@@ -7,6 +7,8 @@
 
 namespace Morvex {
 
+class ActionReport;
+
 /// How far areas are scrolled, which a script has to know before it clicks at a place of one.
 class AreaScroll
 {
@@ -16,6 +18,8 @@ public:
 
     /// The bars of the area that have other values than when this was asked last.
     QList<QScrollBar *> takeMoved(const QAbstractScrollArea *area);
+
+    static void report(const QList<QScrollBar *> &moved, ActionReport &report);
 
 private:
     struct Known

@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/celleditor.h"
+#include "qtbackend/embedded.h"
 #include "qtbackend/focusmove.h"
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
@@ -46,6 +47,7 @@ QWidget *keyTarget()
         target = QApplication::activeWindow();
     while (target && target->focusProxy())
         target = target->focusProxy();
+    target = focusWithin(target);
     const bool isFocusable =
         !target || target->isWindow() || popup || target->focusPolicy() != Qt::NoFocus;
     return isFocusable ? target : target->window();
@@ -121,6 +123,9 @@ void KeyActions::press(const QKeyEvent &event)
     if (menu && !isFocusWithin(menu))
         return pressInMenu(menu, event);
     QWidget *target = keyTarget();
+    // The list of a combo box in a scene is no popup of the screen.
+    if (target && !popup && comboBoxOfList(target))
+        popup = target->window();
     if (!target || (popup && isForList(popup, event)))
         return;
     m_menus.enter(target);

@@ -3,6 +3,7 @@
 #include "qtbackend/actionreport.h"
 #include "qtbackend/celleditor.h"
 #include "qtbackend/droptarget.h"
+#include "qtbackend/embedded.h"
 #include "qtbackend/itemselectors.h"
 #include "qtbackend/menubutton.h"
 #include "qtbackend/menupath.h"
@@ -67,7 +68,10 @@ void MouseActions::beginPress()
 void MouseActions::press(QWidget *widget, const QMouseEvent &event)
 {
     if (!m_isPressNew) {
-        if (!event.spontaneous() && isHandedOnTo(widget))
+        const bool isInner = m_press.widget && isEmbeddedIn(widget, m_press.widget);
+        if (isInner)
+            m_report.cancel(std::exchange(m_press.number, 0));
+        if (isInner || (!event.spontaneous() && isHandedOnTo(widget)))
             describe(widget, event.pos());
         return;
     }
@@ -156,10 +160,7 @@ void MouseActions::reportScroll()
     // It comes after that.
     if (!moved.isEmpty())
         m_report.cancel(std::exchange(m_press.number, 0));
-    for (const QScrollBar *bar : moved)
-        m_report.add(QStringLiteral("set"), bar,
-                     {{QStringLiteral("property"), QStringLiteral("value")},
-                      {QStringLiteral("value"), bar->value()}});
+    AreaScroll::report(moved, m_report);
 }
 
 void MouseActions::reportPress()
@@ -344,9 +345,9 @@ void MouseActions::closeSubWindow(QMdiSubWindow *window)
 
 void MouseActions::release(QWidget *widget, const QMouseEvent &event)
 {
-    if (!m_isReleaseNew)
+    const bool isInScene = proxyOf(widget) && comboBoxOfList(widget);
+    if (!std::exchange(m_isReleaseNew, false) && !isInScene)
         return;
-    m_isReleaseNew = false;
     if (m_isInMenu || qobject_cast<QMenu *>(widget))
         choose(widget, event.pos());
     else if (comboBoxOfList(widget))

@@ -1,14 +1,13 @@
 #include "qtbackend/mouseevents.h"
 
+#include "qtbackend/embedded.h"
+
 #include <QGraphicsProxyWidget>
-#include <QGraphicsScene>
 #include <QGraphicsView>
 #include <QGuiApplication>
 #include <QStyleHints>
 #include <QWidget>
 #include <qpa/qwindowsysteminterface.h>
-
-#include <algorithm>
 
 // The way of the mouse into a window, which the toolkit exports for its own library for tests.
 QT_BEGIN_NAMESPACE
@@ -34,24 +33,16 @@ void send(const MouseSpot &spot, Qt::MouseButtons state, Qt::MouseButton button,
                             button, type, modifiers, ++lastTimestamp);
 }
 
-QGraphicsView *visibleViewOf(const QGraphicsScene *scene)
-{
-    const QList<QGraphicsView *> views = scene ? scene->views() : QList<QGraphicsView *>();
-    const auto visible = std::find_if(views.begin(), views.end(),
-                                      [](const QGraphicsView *view) { return view->isVisible(); });
-    return visible == views.end() ? nullptr : *visible;
-}
-
 } // namespace
 
 MouseSpot MouseSpot::of(const QWidget *widget, const QPoint &place)
 {
     const QWidget *window = widget->window();
     const QPoint inWindow = widget->mapTo(window, place);
-    const QGraphicsProxyWidget *proxy = window->graphicsProxyWidget();
+    const QGraphicsProxyWidget *proxy = proxyOf(widget);
     if (!proxy)
         return {window->windowHandle(), inWindow};
-    QGraphicsView *view = visibleViewOf(proxy->scene());
+    const QGraphicsView *view = viewOfEmbedded(widget);
     return view ? of(view->viewport(), view->mapFromScene(proxy->mapToScene(inWindow)))
                 : MouseSpot();
 }

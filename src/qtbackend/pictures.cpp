@@ -16,6 +16,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <optional>
 
 namespace Morvex {
 namespace {
@@ -81,12 +82,8 @@ QString whyNoPicture(const QObject *object)
 
 QImage grabWidget(QObject *object)
 {
-    if (object && object->isWidgetType()) {
-        auto *widget = static_cast<QWidget *>(object);
-        // It is where the user who makes a point has it, and elsewhere when that is checked.
-        const HiddenMouse hiddenMouse(widget);
-        return widget->grab().toImage();
-    }
+    if (object && object->isWidgetType())
+        return static_cast<QWidget *>(object)->grab().toImage();
     const SceneAccess *access = SceneAccess::self();
     if (QWidget *widget = widgetOf(object))
         return widget->grab(access->visiblePlaceOf(object)).toImage();
@@ -112,7 +109,12 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
         *error = QStringLiteral("the object no longer exists");
         return {};
     }
+    // It is where the user has asked for the picture, or where a script has clicked last.
+    std::optional<HiddenMouse> mouse;
+    if (auto *widget = qobject_cast<QWidget *>(alive.data()))
+        mouse.emplace(widget);
     QImage image = grabWidget(alive);
+    mouse.reset();
     if (image.isNull()) {
         *error = whyNoPicture(alive);
         return {};

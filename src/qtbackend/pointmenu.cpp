@@ -23,6 +23,11 @@ namespace {
 const char *const shownProperties[] = {"text",        "plainText", "title",   "windowTitle",
                                        "currentText", "value",     "checked", "enabled"};
 
+const Qt::KeyboardModifiers modifiersOfKeys =
+    Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
+// Another window may get to know that they are released.
+const int maxHeldMs = 2000;
+
 // Layouts without a V have a letter of their own there.
 const quint32 scanCodeOfV = 55;
 const int firstOtherLetter = 0x100;
@@ -68,6 +73,13 @@ QObject *objectAt(const QPoint &place)
 
 } // namespace
 
+PointMenu::PointMenu(ActionReport &report)
+    : m_report(report)
+{
+    m_opening.setSingleShot(true);
+    QObject::connect(&m_opening, &QTimer::timeout, &m_opening, [this] { open(); });
+}
+
 PointMenu::~PointMenu()
 {
     delete m_menu;
@@ -75,10 +87,10 @@ PointMenu::~PointMenu()
 
 bool PointMenu::isOpenedBy(const QKeyEvent &event)
 {
-    const Qt::KeyboardModifiers all = Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
     const bool isInPlaceOfV = event.key() >= firstOtherLetter && event.key() < firstSpecialKey &&
                               event.nativeScanCode() == scanCodeOfV;
-    return (event.key() == Qt::Key_V || isInPlaceOfV) && (event.modifiers() & all) == all;
+    return (event.key() == Qt::Key_V || isInPlaceOfV) &&
+           (event.modifiers() & modifiersOfKeys) == modifiersOfKeys;
 }
 
 bool PointMenu::owns(const QObject *receiver) const
@@ -92,12 +104,23 @@ bool PointMenu::isOpen() const
     return (m_menu && m_menu->isVisible()) || (m_plainMenu && m_plainMenu->isVisible());
 }
 
+void PointMenu::expect()
+{
+    m_place = QCursor::pos();
+    m_opening.start(maxHeldMs);
+}
+
+void PointMenu::release(const QKeyEvent &event)
+{
+    if (m_opening.isActive() && !(event.modifiers() & modifiersOfKeys))
+        m_opening.start(0);
+}
+
 void PointMenu::open()
 {
-    const QPoint place = QCursor::pos();
-    QObject *object = isOpen() ? nullptr : objectAt(place);
+    QObject *object = isOpen() ? nullptr : objectAt(m_place);
     if (object)
-        openFor(object, place);
+        openFor(object, m_place);
 }
 
 void PointMenu::openFor(QObject *object, const QPoint &place)

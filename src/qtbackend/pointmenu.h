@@ -3,11 +3,14 @@
 #include "qtbackend/plainmenu.h"
 
 #include <QMenu>
+#include <QPoint>
 #include <QPointer>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 
+class QKeyEvent;
 class QWindow;
 
 namespace Morvex {
@@ -19,10 +22,7 @@ class ActionReport;
 class PointMenu
 {
 public:
-    explicit PointMenu(ActionReport &report)
-        : m_report(report)
-    {
-    }
+    explicit PointMenu(ActionReport &report);
     ~PointMenu();
 
     PointMenu(const PointMenu &) = delete;
@@ -31,18 +31,24 @@ public:
     /// Whether it is these keys that open it: Ctrl+Alt+Shift+V.
     static bool isOpenedBy(const QKeyEvent &event);
 
-    /// For what is under the mouse.
-    void open();
+    /// The keys for it are pressed. It opens for what is under the mouse once they are released, as
+    /// applications may show something else as long as they are held.
+    void expect();
+    /// A key is released, which the application has not seen yet.
+    void release(const QKeyEvent &event);
     bool isOpen() const;
     /// Whether the receiver of an event is a part of it.
     bool owns(const QObject *receiver) const;
 
 private:
+    void open();
     void openFor(QObject *object, const QPoint &place);
     void add(const QString &text, QLatin1String type, const QString &name,
              const QStringList &properties);
 
     ActionReport &m_report;
+    QTimer m_opening;
+    QPoint m_place;
     QPointer<QMenu> m_menu;
     // In its place where there can be no widgets.
     std::unique_ptr<PlainMenu> m_plainMenu;

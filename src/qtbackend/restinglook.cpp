@@ -17,37 +17,36 @@ namespace {
 
 const char cursorWidth[] = "cursorWidth";
 
+QList<QWidget *> partsOf(QWidget *widget)
+{
+    return widget->findChildren<QWidget *>() << widget;
+}
+
 } // namespace
 
 HiddenMouse::HiddenMouse(QWidget *widget)
 {
-    hideFrom(widget);
-    for (QWidget *child : widget->findChildren<QWidget *>())
-        hideFrom(child);
+    for (QWidget *each : partsOf(widget)) {
+        if (!each->underMouse())
+            continue;
+        each->setAttribute(Qt::WA_UnderMouse, false);
+        m_underMouse.emplace_back(each);
+    }
 }
 
 HiddenMouse::~HiddenMouse()
 {
-    for (const QPointer<QWidget> &widget : m_widgets) {
+    for (const QPointer<QWidget> &widget : m_underMouse) {
         if (widget)
             widget->setAttribute(Qt::WA_UnderMouse);
     }
 }
 
-void HiddenMouse::hideFrom(QWidget *widget)
-{
-    if (!widget->underMouse())
-        return;
-    widget->setAttribute(Qt::WA_UnderMouse, false);
-    m_widgets.emplace_back(widget);
-}
-
 RestingLook::RestingLook(QWidget *widget)
-    : m_hiddenMouse(widget)
+    : m_mouse(widget)
 {
-    hideCursor(widget);
-    for (QWidget *child : widget->findChildren<QWidget *>())
-        hideCursor(child);
+    for (QWidget *each : partsOf(widget))
+        hideCursor(each);
     hideFocus(widget->window());
 }
 

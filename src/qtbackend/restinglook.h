@@ -21,10 +21,8 @@ public:
     HiddenMouse &operator=(const HiddenMouse &) = delete;
 
 private:
-    void hideFrom(QWidget *widget);
-
     // Any of them may be deleted by what the application does when it is painted.
-    std::vector<QPointer<QWidget>> m_widgets;
+    std::vector<QPointer<QWidget>> m_underMouse;
 };
 
 /// While it lives, a widget and what is in it are painted as they look when nobody uses them: as
@@ -43,8 +41,8 @@ private:
     void hideFocus(QWidget *window);
     void hideCursor(QWidget *widget);
 
-    const HiddenMouse m_hiddenMouse;
-    // Any of them may be deleted by what the application does when it is painted.
+    HiddenMouse m_mouse;
+    // Any of them may be deleted meanwhile.
     QPointer<QWidget> m_activeWindow;
     QPointer<QWidget> m_focusWidget;
     std::vector<QPointer<QLineEdit>> m_lineEdits;

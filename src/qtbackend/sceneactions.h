@@ -30,6 +30,8 @@ public:
 
     /// A button or the wheel in a window or a widget.
     bool mouse(QObject *receiver, QEvent *event);
+    /// The mouse is moved in a window.
+    void move(const QMouseEvent &event) { m_mouse.move(event); }
     /// A key in a window, or one that is offered to it.
     bool pressKey(QWindow *window, const QKeyEvent &event);
     /// Something is dragged as data, and dropped at a place of the window.

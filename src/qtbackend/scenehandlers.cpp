@@ -64,14 +64,26 @@ bool isConnected(const QObject *item, const char *signal)
     return false;
 }
 
+bool hasTapHandler(const QObject *item)
+{
+    const QObjectList &children = item->children();
+    return std::any_of(children.begin(), children.end(),
+                       [](const QObject *child) { return child->inherits("QQuickTapHandler"); });
+}
+
+bool movesItem(const QObject *taker)
+{
+    const auto *drag = taker->property("drag").value<QObject *>();
+    return drag && drag->property("target").value<QObject *>();
+}
+
 bool isDragged(const QObject *taker)
 {
     if (taker->inherits("QQuickSwipeDelegate"))
         return true;
     if (!taker->inherits("QQuickMouseArea"))
         return false;
-    const auto *drag = taker->property("drag").value<QObject *>();
-    return (drag && drag->property("target").value<QObject *>()) ||
+    return movesItem(taker) ||
            isAnyConnected(taker, {"positionChanged", "mouseXChanged", "mouseYChanged"}) ||
            (isConnected(taker, "pressed") && isConnected(taker, "released"));
 }

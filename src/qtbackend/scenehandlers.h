@@ -10,6 +10,8 @@ namespace Morvex {
 /// Whether anything is done when the item says it.
 bool isConnected(const QObject *item, const char *signal);
 
+bool hasTapHandler(const QObject *item);
+
 /// The milliseconds after which it matters that a button is held on the item that has the press;
 /// more than anybody holds it where it never does.
 int holdIntervalOf(const QObject *taker);
@@ -26,6 +28,9 @@ QObject *dropAreaAt(const QObject *item, const QPoint &windowPlace);
 /// Whether the mouse that is moved with a button pressed does something in the item that has the
 /// press.
 bool isDragged(const QObject *taker);
+
+/// Whether it moves an item then.
+bool movesItem(const QObject *taker);
 
 /// The item with a handler of drags that a press on the item comes to; null for none.
 QObject *draggedAround(QObject *item);

@@ -2,6 +2,7 @@
 
 #include "qtbackend/actionreport.h"
 #include "qtbackend/recordedkeys.h"
+#include "qtbackend/reportedplace.h"
 #include "qtbackend/sceneaccess.h"
 #include "qtbackend/scenemenus.h"
 #include "qtbackend/scenetarget.h"
@@ -48,6 +49,15 @@ QObject *currentEntryOf(const QObject *menu)
     return nullptr;
 }
 
+// A view gives the keys to its current row.
+QObject *viewWithKeys(QObject *item)
+{
+    const SceneRow row = sceneRowOf(item);
+    const bool isCurrent = row.owner && row.delegate == item && !isSceneText(item) &&
+                           row.owner->property("currentItem").value<QObject *>() == item;
+    return isCurrent ? row.owner : item;
+}
+
 // A window, with what has no name in it, leaves the focus where it is.
 QObject *typedInto(QObject *root, QObject *focus)
 {
@@ -56,7 +66,7 @@ QObject *typedInto(QObject *root, QObject *focus)
                          (isSceneText(owner) || !owner->objectName().isEmpty() ||
                           owner->inherits("QQuickItemView") ||
                           (owner->inherits("QQuickControl") && !owner->inherits("QQuickPane")));
-    return isMeant ? owner : sceneWindowOf(root);
+    return isMeant ? viewWithKeys(owner) : sceneWindowOf(root);
 }
 
 // A dialog that does not take the focus leaves the keys to what it covers.
@@ -109,7 +119,9 @@ void SceneKeys::push(QObject *focus, const QKeyEvent &event)
     m_pressed.keys = typedKeyOf(event);
     if (!isSceneComboBox(focus)) {
         dropLastTab();
-        m_pressed.push = m_report.add(QStringLiteral("click"), focus);
+        const RecordedTarget target = sceneItemTarget(focus);
+        m_pressed.push =
+            m_report.add(QStringLiteral("click"), target.object, reportedPlace(target));
     }
 }
 

@@ -50,13 +50,6 @@ QObject *movingAround(QObject *item)
     return item;
 }
 
-bool hasTapHandler(const QObject *item)
-{
-    const QObjectList &children = item->children();
-    return std::any_of(children.begin(), children.end(),
-                       [](const QObject *child) { return child->inherits("QQuickTapHandler"); });
-}
-
 QObject *grabberOf(const QObject *root)
 {
     const SceneAccess &access = *SceneAccess::self();
@@ -90,6 +83,7 @@ void SceneMouse::begin(QObject *root, const QMouseEvent &event)
     m_outcome = {};
     m_press.root = root;
     m_press.place = event.pos();
+    m_press.globalPlace = event.globalPos();
     m_press.button = event.button();
     m_press.modifiers = event.modifiers();
     m_press.time = event.timestamp();
@@ -212,6 +206,12 @@ void SceneMouse::release(const QMouseEvent &event)
     m_lastClick = m_press.number;
 }
 
+void SceneMouse::move(const QMouseEvent &event)
+{
+    if (m_press.isDown && m_press.number > 0)
+        m_press.way.add(event.globalPos());
+}
+
 bool SceneMouse::isFar(const QPoint &place) const
 {
     return (place - m_press.place).manhattanLength() >=
@@ -232,7 +232,7 @@ void SceneMouse::finishPress(const QMouseEvent &event)
         return;
     } else if (isStolen) {
         cancelPress();
-    } else if (isMoved && takesDrag()) {
+    } else if ((isMoved || isRound(event.globalPos())) && takesDrag()) {
         if (!m_press.target.place)
             m_press.target.place = m_press.placeInTarget;
         reportDrag(event.pos());
@@ -255,6 +255,12 @@ bool SceneMouse::isOffLink(const QPoint &place) const
 void SceneMouse::cancelPress()
 {
     m_report.cancel(std::exchange(m_press.number, 0));
+}
+
+// A stroke may end where it began.
+bool SceneMouse::isRound(const QPoint &globalPlace) const
+{
+    return !m_press.way.corners(m_press.globalPlace, globalPlace, {}).isEmpty();
 }
 
 bool SceneMouse::takesDrag() const
@@ -283,11 +289,25 @@ void SceneMouse::reportDrag(const QPoint &place)
         m_press.draggedName.isEmpty() ? m_report.nameOf(object) : m_press.draggedName;
     QVariantMap more = reportedPlace(m_press.target);
     addButtonTo(&more, m_press.button, m_press.modifiers);
-    more[QStringLiteral("to")] = endOfDrag(m_press.target, name, place);
+    const QVariantMap to = endOfDrag(m_press.target, name, place);
+    more[QStringLiteral("to")] = to;
+    const QString corners =
+        to.value(QStringLiteral("object")) == name ? cornersOfWay(place) : QString();
+    if (!corners.isEmpty())
+        more[QStringLiteral("via")] = corners;
     if (m_press.number > 0)
         m_report.replace(m_press.number, QStringLiteral("drag"), name, more);
     else
         m_report.add(QStringLiteral("drag"), name, more);
+}
+
+// In places of the item; empty where that is moved itself.
+QString SceneMouse::cornersOfWay(const QPoint &place) const
+{
+    if (m_press.target.object == m_press.dragged.object || movesItem(m_press.taker))
+        return {};
+    return m_press.way.corners(m_press.globalPlace, m_press.globalPlace + place - m_press.place,
+                               m_press.globalPlace - *m_press.target.place);
 }
 
 // By name where something is dropped, else as far from the start.

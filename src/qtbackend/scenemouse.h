@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qtbackend/mouseway.h"
 #include "qtbackend/recordedtarget.h"
 #include "qtbackend/scenevalue.h"
 #include "qtbackend/textcursorstate.h"
@@ -27,6 +28,8 @@ public:
     /// @p root has all items.
     void press(QObject *root, const QMouseEvent &event);
     void release(const QMouseEvent &event);
+    /// Of any window.
+    void move(const QMouseEvent &event);
     /// Whether the mouse has moved from where it was pressed to the place.
     bool isFar(const QPoint &place) const;
 
@@ -47,6 +50,9 @@ private:
         // What gets the press; null when it is not known to be taken.
         QPointer<QObject> taker;
         QPoint place;
+        // On the screen.
+        QPoint globalPlace;
+        MouseWay way;
         Qt::MouseButton button = Qt::NoButton;
         Qt::KeyboardModifiers modifiers;
         ulong time = 0;
@@ -86,9 +92,11 @@ private:
     void cancelPress();
     void reportHover();
     void finishPress(const QMouseEvent &event);
+    bool isRound(const QPoint &globalPlace) const;
     bool takesDrag() const;
     void reportHeld(ulong milliseconds);
     void reportDrag(const QPoint &place);
+    QString cornersOfWay(const QPoint &place) const;
     QVariantMap endOfDrag(const RecordedTarget &start, const QString &name, const QPoint &place);
     bool isTaken() const;
     bool isStop(const QObject *grabber) const;

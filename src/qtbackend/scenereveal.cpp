@@ -6,6 +6,7 @@
 #include "qtbackend/sceneview.h"
 #include "qtbackend/windowactivation.h"
 
+#include <QGuiApplication>
 #include <QPointer>
 #include <QWidget>
 #include <QWindow>
@@ -70,18 +71,26 @@ void waitForPages(QObject *item, InputSequence &input)
         maxMovingMs);
 }
 
+// One that belongs to an active window calls itself active before it gets any keys.
+bool isActive(const QWindow *window)
+{
+    const bool takesNoFocus = window->flags().testFlag(Qt::WindowDoesNotAcceptFocus) ||
+                              window->type() == Qt::Popup || window->type() == Qt::ToolTip;
+    return takesNoFocus ? window->isActive() : QGuiApplication::focusWindow() == window;
+}
+
 void activate(QObject *item, InputSequence &input)
 {
     QWidget *widget = widgetOf(item);
     waitForActiveWindow(widget, input);
     QWindow *window = widget ? nullptr : sceneWindowOf(item);
-    if (!window || window->isActive())
+    if (!window || isActive(window))
         return;
     window->requestActivate();
     waitForActivation(
         [alive = QPointer<QObject>(item)] {
             const QWindow *asked = sceneWindowOf(alive);
-            return !asked || asked->isActive();
+            return !asked || isActive(asked);
         },
         input);
 }

@@ -2,6 +2,7 @@
 
 #include "qtbackend/quickwidgets.h"
 #include "qtbackend/sceneaccess.h"
+#include "qtbackend/scenehandlers.h"
 #include "qtbackend/scenelinks.h"
 #include "qtbackend/scenevalue.h"
 #include "qtbackend/sceneview.h"
@@ -84,12 +85,39 @@ RecordedTarget itemTarget(const SceneRow &row, QObject *item)
     return target;
 }
 
+// The text by which a user knows an item that the program has made of several.
+QObject *labelIn(const QObject *item)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    for (QObject *child : access.childrenOf(item)) {
+        const bool isLabel =
+            child->inherits("QQuickText") && !child->property("text").toString().isEmpty();
+        QObject *label = !access.isShown(child) ? nullptr : isLabel ? child : labelIn(child);
+        if (label)
+            return label;
+    }
+    return nullptr;
+}
+
+// Null for an item with a name of its own, and where a click on the text goes elsewhere.
+QObject *labelOfNameless(QObject *item, const QObject *taker, Qt::MouseButton button)
+{
+    const SceneAccess &access = *SceneAccess::self();
+    const bool isNameless = !isNamed(item) && access.idOf(item).isEmpty() && !isDragged(taker);
+    QObject *label = isNameless ? labelIn(item) : nullptr;
+    QObject *root = access.rootOf(access.windowOf(item));
+    return label && access.takerAt(root, centreOf(label), button) == taker ? label : nullptr;
+}
+
 RecordedTarget clickTarget(QObject *taker, const QPoint &windowPlace, Qt::MouseButton button)
 {
     const SceneAccess &access = *SceneAccess::self();
     QObject *item = meantItem(taker);
     const SceneRow row = sceneRowOf(item);
     RecordedTarget target = itemTarget(row, item);
+    QObject *label = isRow(row, item) ? nullptr : labelOfNameless(item, taker, button);
+    if (label)
+        return targetOf(RecordedTarget::Click, label);
     QObject *shown = isRow(row, item) ? row.delegate : item;
     QObject *root = access.rootOf(access.windowOf(item));
     if (isCanvas(shown) || access.takerAt(root, centreOf(shown), button) != taker)

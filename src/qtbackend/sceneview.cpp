@@ -211,6 +211,8 @@ QObjectList delegatesOf(QObject *view)
 {
     const SceneAccess &access = *SceneAccess::self();
     const QObject *content = contentOf(view);
+    // It is at the place of a row.
+    const QObject *highlight = objectIn(view, "highlightItem");
     QObjectList delegates;
     if (!content)
         return delegates;
@@ -218,7 +220,7 @@ QObjectList delegatesOf(QObject *view)
         // A view shows more than rows, such as a header.
         const bool isRow =
             isSceneTable(view) ? sceneCellOf(child).row >= 0 : sceneRowNumber(view, child) >= 0;
-        if (isRow && access.isShown(child))
+        if (isRow && access.isShown(child) && child != highlight)
             delegates += child;
     }
     sort(&delegates);

@@ -1,8 +1,10 @@
 #include "qtbackend/userinput.h"
 
 #include "qtbackend/buttonsup.h"
+#include "qtbackend/embedded.h"
 #include "qtbackend/inputsequence.h"
 #include "qtbackend/item.h"
+#include "qtbackend/keyevents.h"
 #include "qtbackend/menuitem.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
@@ -15,20 +17,13 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QContextMenuEvent>
-#include <QKeyEvent>
+#include <QGraphicsProxyWidget>
+#include <QGraphicsView>
 #include <QMdiSubWindow>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
-
-// The way of the keyboard into a window, which the toolkit exports for its own library for tests.
-QT_BEGIN_NAMESPACE
-extern Q_GUI_EXPORT void qt_handleKeyEvent(QWindow *window, QEvent::Type type, int key,
-                                           Qt::KeyboardModifiers modifiers, const QString &text,
-                                           bool isRepeated, ushort count);
-QT_END_NAMESPACE
 
 namespace Morvex {
 namespace {
@@ -197,28 +192,6 @@ bool takesKeys(const QWidget *widget)
            widget->focusPolicy() != Qt::NoFocus;
 }
 
-void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
-{
-    QWidget *window = widget->window();
-    QWindow *handle = window->graphicsProxyWidget() ? nullptr : window->windowHandle();
-    if (handle) {
-        qt_handleKeyEvent(handle, type, key.key, key.modifiers, key.text, false, 1);
-        return;
-    }
-    // A window that is drawn within a scene gets no keys from the screen.
-    QKeyEvent event(type, key.key, key.modifiers, key.text);
-    QCoreApplication::sendEvent(window->focusWidget() ? window->focusWidget() : widget, &event);
-}
-
-// Window systems ask for it by themselves.
-void askForContextMenu(const QWidget *widget, const TypedKey &key)
-{
-    QWindow *handle = widget->window()->windowHandle();
-    QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint(), key.modifiers);
-    if (handle)
-        QCoreApplication::sendEvent(handle, &menu);
-}
-
 // The dialog that the keys before have opened; null when there is none. It may be that from which
 // they were typed.
 QWidget *newDialog(const QWidget *widget, const QPointer<QWidget> &dialogBefore)
@@ -274,6 +247,10 @@ void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
     const auto hasSettled = std::make_shared<bool>(true);
     input.add([widget, hasSettled] {
         const QWidget *before = QApplication::focusWidget();
+        if (QGraphicsView *view = widget ? viewOfEmbedded(widget) : nullptr) {
+            view->setFocus(Qt::OtherFocusReason);
+            proxyOf(widget)->setFocus(Qt::OtherFocusReason);
+        }
         if (widget)
             widget->setFocus(Qt::OtherFocusReason);
         *hasSettled = QApplication::focusWidget() == before;
@@ -281,12 +258,6 @@ void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
         return QString();
     });
     input.waitUntil([hasSettled] { return *hasSettled; }, maxSettlingMs);
-}
-
-void sendKeyTo(QWindow *window, const TypedKey &key)
-{
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
-        qt_handleKeyEvent(window, type, key.key, key.modifiers, key.text, false, 1);
 }
 
 // A window, with its root, keeps the focus where it is.

@@ -115,6 +115,11 @@ QString whyItemIsBlocked(const QObject *item)
 
 } // namespace
 
+bool isBlockedByDialog(const QWidget *widget)
+{
+    return blockerOf(widget);
+}
+
 QString whyBlocked(const QObject *object)
 {
     if (isSceneItem(object))

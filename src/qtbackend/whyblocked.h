@@ -4,6 +4,7 @@
 
 class QAction;
 class QObject;
+class QWidget;
 
 namespace Morvex {
 
@@ -15,5 +16,7 @@ namespace Morvex {
 /// As whyBlocked, but lets popups be: that which is open may be one that the keys before have
 /// opened, and the next ones are for it.
 [[nodiscard]] QString whyBlockedWhileTyping(const QObject *object);
+
+[[nodiscard]] bool isBlockedByDialog(const QWidget *widget);
 
 } // namespace Morvex

@@ -28,6 +28,7 @@ ApplicationWindow {
     Rectangle { id: zoom; x: 540; y: 10; width: 60; height: 40; color: "teal"; WheelHandler { onWheel: note("wheel " + event.angleDelta.y) } }
     ListView {
         x: 10; y: 60; width: 120; height: 120; clip: true
+        highlight: Rectangle { color: "gold" }
         model: ListModel { Component.onCompleted: { for (var i = 0; i < 90; ++i) append({title: "Row " + i % 30}) } }
         delegate: ItemDelegate { width: 120; height: 30; text: title; onClicked: note(text + "=" + index) }
     }
@@ -59,6 +60,7 @@ ApplicationWindow {
     Button { x: 10; y: 190; width: 80; height: 40; text: "Other"; onClicked: other.show() }
     ApplicationWindow {
         id: other; title: "Second"; width: 200; height: 100; onClosing: note("closed")
+        TextField { y: 50; width: 100; height: 40; onAccepted: note("beside " + text) }
         Button { width: 100; height: 40; text: "Close"; onClicked: other.close() }
     }
     RangeSlider { id: span; x: 110; y: 190; width: 137; height: 40; second.onPressedChanged: if (!second.pressed) note("span " + Math.round(second.value * 10)) }
@@ -74,6 +76,8 @@ ApplicationWindow {
     }
     Button { x: 300; y: 320; width: 80; height: 40; text: "Menu"; onClicked: menu.popup(300, 360) }
     Menu { id: menu; width: 80; Menu { title: "Sub"; width: 80; Action { text: "Deep"; onTriggered: note("deep") } } }
+    Rectangle { x: 630; y: 190; width: 60; height: 30; Text { text: "Own" } MouseArea { anchors.fill: parent; onClicked: note("own") } }
+    MouseArea { id: sheet; property int low: 0; x: 480; y: 320; width: 110; height: 110; onPositionChanged: low = Math.max(low, mouse.y); onReleased: note("drawn to " + low) }
     Drawer { width: 150; height: window.height; edge: Qt.RightEdge; onOpened: note("drawn"); Button { width: 80; height: 40; text: "Within"; onClicked: note("within") } }
     Label { objectName: "state"; x: 10; y: 260; width: 600; wrapMode: Text.Wrap; text: done.join(", ") + wide.text }
 }

@@ -39,7 +39,8 @@ const char gesturesSession[] =
     "at 50 30\n key space\n at 140 30\n type ab\n key Tab\n key ctrl+a\n type Elm\n key Return\n"
     "at 295 30\n sleep .4\n key Down\n key Return\n at 200 30 5\n"
     "hover 360 30\n mousedown 1\n sleep 1\n mouseup 1\n hover 430 30\n at 500 30\n at 570 30 5\n"
-    "at 50 210\n window ^Second$\n at 50 20\n window ^Gestures$\n"
+    "at 50 210\n window ^Second$\n at 50 70\n type two\n key Return\n at 50 20\n"
+    "window ^Gestures$\n at 70 70\n at 660 205\n"
     "drag 520 80 570 80\n drag 530 150 640 150\n drag 233 210 190 210\n drag 323 210 350 210\n"
     "at 460 198\n at 560 212\n";
 
@@ -112,6 +113,9 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     act("at 290 120\n drag 470 150 360 150\n");
     actUntil("sleep .5\n at 380 80", "text='Second' type");
     actUntil("at 340 340\n sleep .3\n hover 340 380\n sleep .8\n at 420 380", "Deep");
+    actUntil("hover 500 330\n mousedown 1\n sleep .1\n hover 530 400\n sleep .1\n hover 560 330\n"
+             "sleep .1\n mouseup 1",
+             "\"via\"");
     act("drag 698 300 560 300\n");
     actUntil("sleep .5\n at 590 20", "Within");
     act("at 300 450\n sleep .6\n hover 30 270\n key ctrl+alt+shift+v\n window ^Label$\n at 10 "
@@ -120,10 +124,11 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     const QRegularExpression plain("\"exact\":[0-9.]{9,},.*\"value\":[0-9.]{1,6}[,}]");
     EXPECT_TRUE(plain.match(journal()).hasMatch()) << journal().constData();
     const QByteArray recorded = interrupt();
-    for (const char *line : {"type(\" \")", "hold: ", ".hover()", ".wheel(1)",
-                             "occurrence: ", ".set(\"currentIndex\", 1)",
-                             "find(names.sub).click();\nfind(names.deep)", ".drag(find(names.bin)",
-                             "item(", ".set(\"visible\", true)", "find(names.within).click()"})
+    for (const char *line :
+         {"type(\" \")", "hold: ", ".hover()", ".wheel(1)",
+          "occurrence: ", ".set(\"currentIndex\", 1)", "find(names.sub).click();\nfind(names.deep)",
+          ".drag(find(names.bin)", "item(", ".set(\"visible\", true)", "find(names.within).click()",
+          "item(\"Row 0\"", "find(names.own).click()"})
         EXPECT_TRUE(recorded.contains(line)) << line << '\n' << recorded.constData();
     EXPECT_FALSE(recorded.contains("close()")) << recorded.constData();
     runner.addTestCase("tst_recorded", recorded);
@@ -134,10 +139,13 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
 TEST_F(RecordingSceneTest, ItemsInAWidgetAreUsedBesideWidgets)
 {
     record({}, {MORVEX_RECORDED_SCENE, MORVEX_IN_WIDGET_FILE, "widget"}, "^Widgets$");
-    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n at 250 20\n");
+    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n sleep .5\n key "
+        "space\n "
+        "at 250 20\n");
     const QByteArray expected = "find(names.inside).type(\"abc\");\n"
                                 "find(names.kind).item(\"Cold\").click();\n"
                                 "find(names.press).click();\n"
+                                "find(names.cold).click();\n"
                                 "find(names.native).click();\n";
     const QByteArray recorded = interrupt();
     EXPECT_TRUE(recorded.endsWith(expected)) << recorded.constData();

@@ -204,6 +204,34 @@ TEST_F(RecordedPartsTest, AViewThatIsAWindowIsNoBackground)
     EXPECT_TRUE(item->isSelected());
 }
 
+TEST_F(RecordedPartsTest, WhatIsEmbeddedInASceneIsUsedByItsName)
+{
+    auto *view = add<QGraphicsView>("view", {0, 0, 500, 300});
+    QGraphicsScene scene(0, 0, 400, 250);
+    view->setScene(&scene);
+    auto *panel = new QWidget;
+    panel->resize(200, 150);
+    auto *check = add<QCheckBox>("check", {0, 0, 100, 30}, panel);
+    auto *list = add<QListWidget>("list", {0, 40, 100, 100}, panel);
+    list->addItems({"First", "Second"});
+    scene.addWidget(panel)->setScale(1.5);
+    record();
+    const auto inView = [view](QWidget *widget, const QPoint &place) -> Place {
+        return [=] {
+            const QPointF inScene = widget->window()->graphicsProxyWidget()->mapToScene(
+                widget->mapTo(widget->window(), place));
+            return qMakePair(view->viewport(), view->mapFromScene(inScene));
+        };
+    };
+    click(inView(check, {8, 15}));
+    click(inView(list->viewport(), list->visualItemRect(list->item(1)).center()));
+    EXPECT_EQ(perform(), (QStringList{"click check", "click list Second"}));
+    list->setCurrentRow(0);
+    EXPECT_EQ(replay(), QString());
+    EXPECT_FALSE(check->isChecked());
+    EXPECT_EQ(list->currentRow(), 1);
+}
+
 TEST_F(RecordedPartsTest, AMenuIsOpenedForTheFieldInItAndEntriesOfOneTextAreNumbered)
 {
     auto *bar = add<QMenuBar>("bar", {0, 0, 400, 30});

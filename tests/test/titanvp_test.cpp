@@ -1,26 +1,8 @@
-#include "test/titanvp.h"
+#include "test/visualpointtest.h"
 
-#include "shared/requestdumpobject.h"
 #include "support/filesizelimit.h"
-#include "support/test.h"
-#include "support/verification.h"
-#include "test/webreport/visualtrees.h"
 
 #include <QApplication>
-#include <QComboBox>
-#include <QFormLayout>
-#include <QGroupBox>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSpinBox>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <QTreeWidget>
-#include <QVBoxLayout>
 
 using namespace Morvex;
 using namespace MorvexTest;
@@ -30,65 +12,11 @@ namespace {
 const char passed[] = "PASS vp: Visual comparison of object 'form' passed|";
 const char failed[] = "FAIL vp: Visual comparison of object 'form' failed|";
 
-// Nested layouts, tabs, a table and a tree.
-struct Form
-{
-    Form()
-    {
-        window.resize(500, 400);
-        form = new QGroupBox("Order", &window);
-        form->setObjectName("form");
-        form->setGeometry(10, 10, 400, 300);
-        auto *rows = new QFormLayout;
-        rows->addRow("&Name", name = new QLineEdit("a  b"));
-        rows->addRow("Count", count = new QLabel("3"));
-        rows->addRow("Price", price = new QSpinBox);
-        rows->addRow("Unit", unit = new QComboBox);
-        unit->setEditable(true);
-        auto *tabs = new QTabWidget;
-        tabs->addTab(table = new QTableWidget(2, 2), "Lines");
-        tabs->addTab(new QTreeWidget, "Tree");
-        table->setItem(0, 0, new QTableWidgetItem("Bolts"));
-        auto *outer = new QVBoxLayout(form);
-        outer->addLayout(rows);
-        outer->addWidget(tabs);
-        outer->addWidget(button = new QPushButton("Order now"));
-        mark = new QLabel("!", form);
-        mark->setGeometry(380, 2, 10, 10);
-        window.show();
-    }
-
-    QWidget window;
-    QGroupBox *form;
-    QLineEdit *name;
-    QLabel *count;
-    QSpinBox *price;
-    QComboBox *unit;
-    QTableWidget *table;
-    QPushButton *button;
-    QLabel *mark;
-};
-
 } // namespace
 
-class TitanVPTest : public VerificationTest
+class TitanVPTest : public VisualPointTest
 {
 protected:
-    TitanVPTest()
-        : prefix("MORVEX_PREFIX", MORVEX_TEST_PREFIX)
-    {
-    }
-
-    QByteArray learn()
-    {
-        QString error;
-        const SharedPtr<Object> object = inspector.findObject("form", nullptr);
-        const QByteArray dump = requestObjectSnapshotForVisualVP(object, &error);
-        EXPECT_TRUE(createTitanVPFile(dump, QFileInfo(path("new/point.xml")), "form", &error))
-            << error.toStdString();
-        return readFile(path("new/point.xml"));
-    }
-
     QStringList resultsOf(const QByteArray &file)
     {
         verifyFile(file);
@@ -102,52 +30,7 @@ protected:
         EXPECT_TRUE(line.startsWith(failed)) << line.toStdString();
         return line.mid(int(qstrlen(failed))).section(" Object snapshot", 0, 0);
     }
-
-    QJsonObject treesOf(const QString &snapshot)
-    {
-        EXPECT_TRUE(writeVisualTrees(path("suite/tst_a/points/vp.xml"), "form", snapshot));
-        const QByteArray call = readFile(snapshot + ".js");
-        const QByteArray name = "morvexVisualTrees(";
-        EXPECT_TRUE(call.startsWith(name) && call.endsWith(");\n"));
-        return QJsonDocument::fromJson(call.mid(name.size(), call.size() - name.size() - 3))
-            .object();
-    }
-
-    EnvironmentGuard prefix;
 };
-
-namespace {
-
-QString sizeOfPicture(const QJsonValue &index, const QJsonArray &pictures)
-{
-    const QByteArray png = pictures.at(index.toInt(-1)).toString().toLatin1();
-    const QImage image = QImage::fromData(QByteArray::fromBase64(png));
-    return QString("%1 x %2").arg(image.width()).arg(image.height());
-}
-
-QStringList differencesIn(const QJsonValue &elements, const QJsonArray &pictures)
-{
-    QStringList found;
-    for (const QJsonValue element : elements.toArray()) {
-        for (const QJsonValue difference : element["differences"].toArray()) {
-            const auto value = [&](const char *name) {
-                return difference[name].isNull() ? "-" : difference[name].toString();
-            };
-            found += QStringList{value("kind"), value("name"), value("pattern"), value("expected"),
-                                 value("actual")}
-                         .join('|');
-            if (difference["kind"] == "picture") {
-                EXPECT_EQ(sizeOfPicture(difference["expectedPicture"], pictures),
-                          value("expected"));
-                EXPECT_EQ(sizeOfPicture(difference["actualPicture"], pictures), value("actual"));
-            }
-        }
-        found += differencesIn(element["children"], pictures);
-    }
-    return found;
-}
-
-} // namespace
 
 TEST_F(TitanVPTest, ANewPointPassesWhereNothingButThePlaceOfTheWindowChanged)
 {
@@ -282,39 +165,6 @@ TEST_F(TitanVPTest, TheSnapshotOfAFailureIsStoredOnce)
         EXPECT_TRUE(readFile(dir + name).contains("<string>else</string>"));
     }
     EXPECT_EQ(QDir(dir).entryList(QDir::Files).size(), 2);
-}
-
-TEST_F(TitanVPTest, TheReportGetsBothTreesWithWhatWasExpectedAndWhatWasThere)
-{
-    Form form;
-    QByteArray point = learn();
-    const QByteArray check = "name=\"text\" type=\"equal\"/>";
-    point.replace(point.indexOf(check), check.size(),
-                  "name=\"text\" type=\"wildcard\">x *</VerifyProperty>");
-    const QString size = QString("%1 x %2").arg(form.count->width()).arg(form.count->height());
-    form.mark->move(370, 2);
-    form.count->setStyleSheet("background: red");
-    delete form.table;
-    verifyFile(point);
-    point.replace("<Verification ", "<Verification object=\"other\"/><Verification ");
-    writeFile(path("suite/tst_a/points/vp.xml"), point);
-    const QString snapshot = path("suite/tst_a/failedSnapshots/vp.xml_1.xml");
-    const QJsonObject trees = treesOf(snapshot);
-    const QJsonArray pictures = trees["pictures"].toArray();
-    const QStringList both{"content|text|wildcard|x *|a  b", "geometry|x||380|370",
-                           QString("picture|||%1|%1").arg(size),
-                           "picture|an element in it has another geometry||400 x 300|400 x 300",
-                           "structure|children||1: QTableWidget|1: QTreeWidget"};
-    const auto expectDifferences = [&](const char *tree, const QString &unmatched) {
-        const QStringList found = differencesIn(trees[tree], pictures);
-        for (const QString &line : both + QStringList{unmatched})
-            EXPECT_TRUE(found.contains(line)) << tree << ": " << line.toStdString() << '\n'
-                                              << found.join('\n').toStdString();
-    };
-    expectDifferences("expected", "structure|missing||[table] QTableWidget|-");
-    expectDifferences("actual", "structure|additional||-|[tree] QTreeWidget");
-    writeFile(snapshot, "<ui>");
-    EXPECT_TRUE(treesOf(snapshot)["error"].toString().startsWith("The snapshot '"));
 }
 
 TEST_F(TitanVPTest, WhereNoSnapshotCanBeStoredTheFailureSaysSo)
