@@ -117,6 +117,7 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
              "sleep .1\n mouseup 1",
              "\"via\"");
     act("drag 698 300 560 300\n");
+    waitFor("\"property\":\"visible\"");
     actUntil("sleep .5\n at 590 20", "Within");
     act("at 300 450\n sleep .6\n hover 30 270\n key ctrl+alt+shift+v\n window ^Label$\n at 10 "
         "36\n");
