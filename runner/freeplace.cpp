@@ -23,10 +23,13 @@ int copyToFreePlace(const QByteArray &from, const QByteArray &to)
     if (!target.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         return errno;
     const QByteArray content = source.readAll();
-    const bool isWhole = writeWhole(&target, content.constData(), content.size()) && target.flush();
-    const int error = isWhole ? 0 : errno;
-    if (!isWhole)
-        target.remove();
+    errno = 0;
+    const bool isWhole = source.error() == QFileDevice::NoError &&
+                         writeWhole(&target, content.constData(), content.size()) && target.flush();
+    const int error = errno != 0 ? errno : EIO;
+    if (isWhole)
+        return 0;
+    target.remove();
     return error;
 }
 

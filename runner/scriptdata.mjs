@@ -42,7 +42,7 @@ export default function (helpers) {
 
     DataRecord.prototype.field = function (name) {
         var table = this[sourceKey];
-        var column = table[columnsKey].get(text(name));
+        var column = table[columnsKey][text(name)];
         if (column === undefined)
             throw new RangeError("there is no field '" + text(name) + "' in '" + table[sourceKey].name +
                 "'; its fields are: " + table.fields.join(", "));
@@ -64,10 +64,12 @@ export default function (helpers) {
         Object.defineProperty(this, aheadKey, {value: this.fields.map(function () {
             return {first: 0, values: []};
         })});
-        // Of two equal names the later one counts.
-        Object.defineProperty(this, columnsKey, {value: new Map(this.fields.map(function (name, column) {
-            return [name, column];
-        }))});
+        // No Map, which the engine searches from its begin. Of two equal names the later one counts.
+        var columns = Object.create(null);
+        this.fields.forEach(function (name, column) {
+            columns[name] = column;
+        });
+        Object.defineProperty(this, columnsKey, {value: columns});
     }
 
     DataTable.prototype.record = function (row) {

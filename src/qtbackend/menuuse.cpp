@@ -6,6 +6,14 @@
 #include <QMenuBar>
 
 namespace Morvex {
+namespace {
+
+QVariantMap escape()
+{
+    return {{QStringLiteral("text"), QStringLiteral("<Esc>")}};
+}
+
+} // namespace
 
 void MenuUse::enter(const QWidget *widget)
 {
@@ -41,6 +49,24 @@ int MenuUse::choose(const MenuPath &path)
     const QString name = path.owner == m_shown ? m_shownName : m_report.nameOf(path.owner);
     return m_report.add(QStringLiteral("click"), name, path.owner,
                         {{QStringLiteral("item"), path.item}});
+}
+
+void MenuUse::press(QMenu *menu, const QPoint &globalPlace)
+{
+    QMenu *first = openFor(menu);
+    m_pressed = {};
+    if (first && !isInOpenMenu(globalPlace))
+        m_report.add(QStringLiteral("type"), first, escape());
+    else if (first)
+        m_pressed = {first, m_report.nameOf(first)};
+}
+
+// Without a choice.
+void MenuUse::settlePress()
+{
+    if (!m_pressed.name.isEmpty() && !(m_pressed.menu && m_pressed.menu->isVisible()))
+        m_report.add(QStringLiteral("type"), m_pressed.name, escape());
+    m_pressed = {};
 }
 
 void MenuUse::settle()

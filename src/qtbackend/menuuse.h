@@ -28,12 +28,26 @@ public:
     void setOpen(QMenu *menu) { m_entered = menu; }
     /// Reports that the user chooses the entry; returns the number of the action.
     int choose(const MenuPath &path);
+    /// The menu, or the screen while it is open, is pressed: elsewhere that closes all menus, and
+    /// so may a press in them.
+    void press(QMenu *menu, const QPoint &globalPlace);
+    /// An entry is chosen, which closes it as well.
+    void endPress() { m_pressed = {}; }
+    void settlePress();
+
     /// Looks whether it is still open.
     void settle();
 
 private:
+    struct Pressed
+    {
+        QPointer<QMenu> menu;
+        QString name;
+    };
+
     ActionReport &m_report;
     QPointer<QMenu> m_entered;
+    Pressed m_pressed;
     // The last one that was opened while no other was open, and what it was called then: where the
     // script finds it none is open beside it.
     QPointer<QMenu> m_shown;

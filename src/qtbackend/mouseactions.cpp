@@ -37,17 +37,6 @@ bool isPushed(const QObject *object)
     return qobject_cast<const QAbstractButton *>(object) || qobject_cast<const QGroupBox *>(object);
 }
 
-QVariantMap escape()
-{
-    return {{QStringLiteral("text"), QStringLiteral("<Esc>")}};
-}
-
-QModelIndex indexAt(const RecordedTarget &target, const QWidget *widget, const QPoint &global)
-{
-    const auto *view = qobject_cast<const QAbstractItemView *>(target.object.data());
-    return view && widget ? view->indexAt(widget->mapFromGlobal(global)) : QModelIndex();
-}
-
 } // namespace
 
 void MouseActions::beginPress()
@@ -80,7 +69,7 @@ void MouseActions::press(QWidget *widget, const QMouseEvent &event)
     m_isPressNew = false;
     m_isInMenu = qobject_cast<QMenu *>(widget) || qobject_cast<QMenuBar *>(widget);
     if (auto *menu = qobject_cast<QMenu *>(widget))
-        closeMenu(menu, event.globalPos());
+        m_menus.press(menu, event.globalPos());
     m_press.globalPlace = event.globalPos();
     m_press.button = event.button();
     m_press.modifiers = event.modifiers();
@@ -96,25 +85,6 @@ bool MouseActions::isHandedOnTo(const QWidget *widget) const
     return m_press.button != Qt::RightButton && m_press.target.kind != RecordedTarget::Paste &&
            m_press.widget && widget->isAncestorOf(m_press.widget) &&
            !isEditedIn(m_press.widget, widget);
-}
-
-// A press elsewhere closes all menus, and so may one in them.
-void MouseActions::closeMenu(QMenu *menu, const QPoint &globalPlace)
-{
-    QMenu *first = m_menus.openFor(menu);
-    m_pressedMenu = {};
-    if (first && !isInOpenMenu(globalPlace))
-        m_report.add(QStringLiteral("type"), first, escape());
-    else if (first)
-        m_pressedMenu = {first, m_report.nameOf(first)};
-}
-
-// Without a choice.
-void MouseActions::settleMenu()
-{
-    if (!m_pressedMenu.name.isEmpty() && !(m_pressedMenu.menu && m_pressedMenu.menu->isVisible()))
-        m_report.add(QStringLiteral("type"), m_pressedMenu.name, escape());
-    m_pressedMenu = {};
 }
 
 void MouseActions::describe(QWidget *widget, const QPoint &place)
@@ -359,7 +329,7 @@ void MouseActions::choose(QWidget *menu, const QPoint &place)
     auto *action = const_cast<QAction *>(actionAt(menu, place));
     if (!action || !action->isEnabled() || action->isSeparator() || action->menu())
         return;
-    m_pressedMenu = {};
+    m_menus.endPress();
     auto *open = qobject_cast<QMenu *>(menu);
     const MenuPath path = menuPathOf(menu, action, open ? m_menus.openFor(open) : nullptr);
     // The date says which month was chosen.
@@ -394,7 +364,7 @@ void MouseActions::settle()
     m_outcome.settle(m_report);
     m_outcome = {};
     m_subWindow = nullptr;
-    settleMenu();
+    m_menus.settlePress();
 }
 
 // Held, a button may open its menu in place of a click.

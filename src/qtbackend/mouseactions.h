@@ -8,7 +8,6 @@
 
 #include <QMdiSubWindow>
 
-class QMenu;
 class QMouseEvent;
 
 namespace Morvex {
@@ -92,20 +91,12 @@ private:
         bool hadMenu = false;
     };
 
-    struct OpenMenu
-    {
-        QPointer<QWidget> menu;
-        QString name;
-    };
-
     struct Choice
     {
         QPointer<QWidget> list;
         int number = 0;
     };
 
-    void closeMenu(QMenu *menu, const QPoint &globalPlace);
-    void settleMenu();
     void settleMenuOfButton();
     bool isHandedOnTo(const QWidget *widget) const;
     void describe(QWidget *widget, const QPoint &place);
@@ -131,7 +122,6 @@ private:
     // The mouse is used on the frame of it.
     QPointer<QMdiSubWindow> m_subWindow;
     Choice m_choice;
-    OpenMenu m_pressedMenu;
     bool m_isPressNew = false;
     bool m_isReleaseNew = false;
     bool m_isInMenu = false;

@@ -16,6 +16,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <optional>
 
 namespace Morvex {
 namespace {
@@ -108,7 +109,12 @@ Screenshot grabScreenshot(QObject *object, int delay, QString *error)
         *error = QStringLiteral("the object no longer exists");
         return {};
     }
+    // It is where the user has asked for the picture, or where a script has clicked last.
+    std::optional<HiddenMouse> mouse;
+    if (auto *widget = qobject_cast<QWidget *>(alive.data()))
+        mouse.emplace(widget);
     QImage image = grabWidget(alive);
+    mouse.reset();
     if (image.isNull()) {
         *error = whyNoPicture(alive);
         return {};

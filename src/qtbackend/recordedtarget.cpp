@@ -252,6 +252,12 @@ RecordedTarget plainTarget(QWidget *widget, const QPoint &place, Qt::MouseButton
 
 } // namespace
 
+QModelIndex indexAt(const RecordedTarget &target, const QWidget *pressed, const QPoint &global)
+{
+    const auto *view = qobject_cast<const QAbstractItemView *>(target.object.data());
+    return view && pressed ? view->indexAt(pressed->mapFromGlobal(global)) : QModelIndex();
+}
+
 bool isMiddleFree(const QObject *object)
 {
     const auto *view = qobject_cast<const QAbstractItemView *>(object);

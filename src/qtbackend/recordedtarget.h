@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QModelIndex>
 #include <QPoint>
 #include <QPointer>
 #include <QVariant>
@@ -40,6 +41,9 @@ struct RecordedTarget
 };
 
 RecordedTarget recordedTarget(QWidget *widget, const QPoint &place, Qt::MouseButton button);
+
+/// The item of a view that was pressed; @p pressed, in which the place was, may be null.
+QModelIndex indexAt(const RecordedTarget &target, const QWidget *pressed, const QPoint &global);
 
 /// Whether the object is a view that has no item where a click on it goes.
 bool isMiddleFree(const QObject *object);

@@ -17,13 +17,36 @@ namespace {
 
 const char cursorWidth[] = "cursorWidth";
 
+QList<QWidget *> partsOf(QWidget *widget)
+{
+    return widget->findChildren<QWidget *>() << widget;
+}
+
 } // namespace
 
-RestingLook::RestingLook(QWidget *widget)
+HiddenMouse::HiddenMouse(QWidget *widget)
 {
-    hideUse(widget);
-    for (QWidget *child : widget->findChildren<QWidget *>())
-        hideUse(child);
+    for (QWidget *each : partsOf(widget)) {
+        if (!each->underMouse())
+            continue;
+        each->setAttribute(Qt::WA_UnderMouse, false);
+        m_underMouse.emplace_back(each);
+    }
+}
+
+HiddenMouse::~HiddenMouse()
+{
+    for (const QPointer<QWidget> &widget : m_underMouse) {
+        if (widget)
+            widget->setAttribute(Qt::WA_UnderMouse);
+    }
+}
+
+RestingLook::RestingLook(QWidget *widget)
+    : m_mouse(widget)
+{
+    for (QWidget *each : partsOf(widget))
+        hideCursor(each);
     hideFocus(widget->window());
 }
 
@@ -33,10 +56,6 @@ RestingLook::~RestingLook()
     // Unless it was given to another one meanwhile.
     if (!QApplicationPrivate::focus_widget)
         QApplicationPrivate::focus_widget = m_focusWidget;
-    for (const QPointer<QWidget> &widget : m_underMouse) {
-        if (widget)
-            widget->setAttribute(Qt::WA_UnderMouse);
-    }
     for (const QPointer<QLineEdit> &lineEdit : m_lineEdits) {
         if (lineEdit)
             QLineEditPrivate::get(lineEdit)->cursorVisible = true;
@@ -52,20 +71,6 @@ void RestingLook::hideFocus(QWidget *window)
     m_focusWidget = QApplicationPrivate::focus_widget;
     QApplicationPrivate::active_window = window;
     QApplicationPrivate::focus_widget = nullptr;
-}
-
-void RestingLook::hideUse(QWidget *widget)
-{
-    hideMouse(widget);
-    hideCursor(widget);
-}
-
-void RestingLook::hideMouse(QWidget *widget)
-{
-    if (!widget->underMouse())
-        return;
-    widget->setAttribute(Qt::WA_UnderMouse, false);
-    m_underMouse.emplace_back(widget);
 }
 
 // Fields keep on their own whether they show it: that of a spin box does while the box has the

@@ -46,6 +46,7 @@ struct JsonReportGenerator::Private
     RetryLimit retryLimit;
     Iso8601Time time;
     QByteArray timeText;
+    int openTestCases = 0;
 
     void writeEntry(const Entry &entry);
     std::string_view timeOf(const Entry &entry);
@@ -129,12 +130,18 @@ void JsonReportGenerator::Private::writeEntry(const Entry &entry)
     case TestResult::START:
         writeStart(entry);
         break;
-    case TestResult::END:
     case TestResult::END_TEST_CASE:
+        // One that came from a child without its start would close the run.
+        if (openTestCases == 0)
+            break;
+        --openTestCases;
+        Q_FALLTHROUGH();
+    case TestResult::END:
     case TestResult::END_SECTION:
         writeSectionEnd(entry);
         break;
     case TestResult::START_TEST_CASE:
+        ++openTestCases;
         writeTestCase(entry);
         break;
     case TestResult::START_SECTION:

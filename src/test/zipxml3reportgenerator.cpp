@@ -18,7 +18,11 @@ namespace {
 [[nodiscard]] QString writeZip(const QString &sourceDir, QFile *target)
 {
     ZipFile zip(target);
-    const QString error = zip.addDirectoryContents(QDir(sourceDir));
+    const QDir source(sourceDir);
+    // One that can't be listed now would make an empty zip file.
+    const QString error = source.entryList(QDir::Files).isEmpty()
+                              ? QStringLiteral("cannot read the directory '%1'").arg(sourceDir)
+                              : zip.addDirectoryContents(source);
     const QString closeError = zip.close();
     return error.isEmpty() ? closeError : error;
 }

@@ -108,7 +108,7 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
     act(gesturesSession);
     // What is out of sight in the replay, and what is moving first.
     act("at 70 120 --repeat 10 5\n at 190 120 --repeat 6 5\n");
-    actUntil("sleep .5\n at 70 120", "\"item\":[\"Row");
+    actUntil("sleep .5\n at 70 120", "\"occurrence\":2");
     actUntil("sleep .5\n at 190 120", "\"item\":[\"A");
     act("at 290 120\n drag 470 150 360 150\n");
     actUntil("sleep .5\n at 380 80", "text='Second' type");
@@ -117,6 +117,7 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
              "sleep .1\n mouseup 1",
              "\"via\"");
     act("at 340 340\n sleep .3\n drag 190 210 170 210\n drag 698 300 560 300\n");
+    waitFor("\"property\":\"visible\"");
     actUntil("sleep .5\n at 590 20", "Within");
     act("at 300 450\n sleep .6\n hover 30 270\n key ctrl+alt+shift+v\n window ^Label$\n at 10 "
         "36\n");
@@ -139,10 +140,13 @@ TEST_F(RecordingSceneTest, WhatGesturesHaveDoneIsDoneAgain)
 TEST_F(RecordingSceneTest, ItemsInAWidgetAreUsedBesideWidgets)
 {
     record({}, {MORVEX_RECORDED_SCENE, MORVEX_IN_WIDGET_FILE, "widget"}, "^Widgets$");
-    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n at 250 20\n");
+    act("at 80 75\n type abc\n at 240 75\n sleep .3\n at 240 150\n at 380 75\n sleep .5\n key "
+        "space\n "
+        "at 250 20\n");
     const QByteArray expected = "find(names.inside).type(\"abc\");\n"
                                 "find(names.kind).item(\"Cold\").click();\n"
                                 "find(names.press).click();\n"
+                                "find(names.cold).click();\n"
                                 "find(names.native).click();\n";
     const QByteArray recorded = interrupt();
     EXPECT_TRUE(recorded.endsWith(expected)) << recorded.constData();

@@ -282,6 +282,16 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
     const Screenshot picture = Screenshot::fromVariant(reply);
     EXPECT_EQ(picture.size(), window.size());
     EXPECT_EQ(picture.imageToNative(QPoint(1, 2)), window.mapToGlobal(QPoint(1, 2)));
+    auto *box = add<QPushButton>("hovered", {0, 0, 100, 30});
+    box->setStyleSheet("QPushButton:hover { background: red }");
+    QImage pictures[2];
+    for (const bool isHovered : {false, true}) {
+        box->setAttribute(Qt::WA_UnderMouse, isHovered);
+        pictures[isHovered] = Screenshot::fromVariant(
+            inspector.callFunction("grabObjectScreenshot", {find("hovered")->id(), 0, 1}, nullptr));
+        EXPECT_EQ(box->underMouse(), isHovered);
+    }
+    EXPECT_EQ(pictures[0], pictures[1]);
     EXPECT_FALSE(
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());
 }

@@ -158,9 +158,10 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
     }
 }
 
-TEST(JsonReportGeneratorTest, ASectionOfWhichNothingArrivedBreaksNothing)
+TEST(JsonReportGeneratorTest, AFrameOfWhichPartsAreMissingBreaksNothing)
 {
-    for (const auto type : {TestResult::START_TEST_CASE, TestResult::START_SECTION}) {
+    for (const auto type : {TestResult::START_TEST_CASE, TestResult::START_SECTION,
+                            TestResult::END_TEST_CASE, TestResult::END_SECTION}) {
         Entries entries = sampleRun();
         TestResult::Entry damaged;
         damaged.type = type;

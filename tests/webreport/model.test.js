@@ -182,7 +182,7 @@ const filtered = build((one) => {
             one.log('Fill in Name').fail('Button', { detail: 'Timeout after 5 s', lineNo: 48 }),
         ),
     );
-    one.testCase('tst_logout', () => one.pass('Button'));
+    one.testCase('tst_logout', () => one.pass('Button', { lineNo: 0 }));
     one.testCase('tst_shown', () =>
         one
             .attach('x-results:/shot%20%231.png')
@@ -220,6 +220,7 @@ const filterCases = [
     ],
     ['a search that finds nothing', { text: 'nowhere' }, ''],
     ['a location as it is shown', { text: 'script.js:48' }, loginButton],
+    ['a location without a line', { text: '-script.js: button' }, 'tst_logout, Button'],
     ['a file as it is shown', { text: '"shot #1"' }, 'tst_shown, shot #1.png'],
     ['a cell of a table', { text: '"gift wrap"' }, 'tst_shown, Table'],
     ['a value', { text: 'blue' }, 'tst_shown, Property'],

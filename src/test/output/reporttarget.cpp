@@ -1,6 +1,7 @@
 #include "test/output/reporttarget.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -17,7 +18,10 @@
 namespace Morvex {
 namespace {
 
-enum class Outcome { Opened, Failed, Taken };
+enum class Outcome { Opened, Failed, Taken, Unread };
+
+const int readerTimeoutMs = 10000;
+const useconds_t readerStepUs = 20000;
 
 using FileId = std::pair<dev_t, ino_t>;
 
@@ -59,6 +63,46 @@ QIODevice::OpenMode openMode(const QString &fileName, TargetContent content)
            (isDevice ? QIODevice::NotOpen : QIODevice::Append);
 }
 
+bool isPipe(const QString &fileName)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(fileName).constData(), &status) == 0 &&
+           S_ISFIFO(status.st_mode);
+}
+
+// Opening a pipe that nobody reads would wait without an end; whoever reads it may come a moment
+// later. Keeps it open: a reader would take the end of this for that of the report.
+class PipeHolder
+{
+public:
+    explicit PipeHolder(const QString &fileName)
+    {
+        if (!isPipe(fileName))
+            return;
+        const QByteArray path = QFile::encodeName(fileName);
+        QElapsedTimer timer;
+        timer.start();
+        while ((m_descriptor = ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) < 0 &&
+               errno == ENXIO && timer.elapsed() < readerTimeoutMs)
+            ::usleep(readerStepUs);
+        m_isUnread = m_descriptor < 0 && errno == ENXIO;
+    }
+    ~PipeHolder()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+
+    PipeHolder(const PipeHolder &) = delete;
+    PipeHolder &operator=(const PipeHolder &) = delete;
+
+    bool isUnread() const { return m_isUnread; }
+
+private:
+    int m_descriptor = -1;
+    bool m_isUnread = false;
+};
+
 // False just when another one has the lock: a file system may have none.
 bool takeLock(int descriptor)
 {
@@ -78,6 +122,9 @@ bool keepTarget(const QFile &file)
 Outcome openTarget(const QString &fileName, TargetContent content, bool mustBeEmpty, QFile *file)
 {
     file->setFileName(fileName);
+    const PipeHolder pipe(fileName);
+    if (pipe.isUnread())
+        return Outcome::Unread;
     if (!file->open(openMode(fileName, content)))
         return Outcome::Failed;
     struct stat status = {};
@@ -119,6 +166,8 @@ QString errorOf(Outcome outcome, const QFile &file)
         return file.errorString();
     case Outcome::Taken:
         return takenError();
+    case Outcome::Unread:
+        return QStringLiteral("nobody reads the pipe; start its reader first");
     }
     return {};
 }
