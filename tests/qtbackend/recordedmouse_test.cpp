@@ -25,31 +25,6 @@ class RecordedMouseTest : public RecordingUserTest
 {
 };
 
-TEST_F(RecordedMouseTest, TheWheelOverAValueChangesItAgainAndScrollingIsLeftOut)
-{
-    add<QSpinBox>("count", {0, 0, 100, 30});
-    auto *size = add<QComboBox>("size", {0, 40, 100, 30});
-    size->addItems({"Small", "Medium", "Large"});
-    auto *tabs = add<QTabWidget>("tabs", {0, 80, 300, 100});
-    for (const char *name : {"One", "Two", "Three"})
-        tabs->addTab(new QWidget, name);
-    auto *level = add<QSlider>("level", {0, 200, 20, 100});
-    auto *list = add<QListWidget>("list", {100, 200, 100, 100});
-    for (int i = 0; i < 100; ++i)
-        list->addItem(QString::number(i));
-    record();
-    turnWheel("count", -1);
-    turnWheel("count", -2);
-    turnWheel("size", 1);
-    turnWheel("size", 1);
-    turnWheel("qt_tabwidget_tabbar", 1);
-    turnWheel("level", -2);
-    turnWheel("list", 2);
-    EXPECT_EQ(perform(), (QStringList{"set count value 3", "click size Large", "click tabs Two",
-                                      "set level value " + QString::number(level->value())}));
-    EXPECT_GT(level->value(), 0);
-}
-
 TEST_F(RecordedMouseTest, ADoubleClickIsNotTwoClicks)
 {
     auto *list = add<QListWidget>("list", {0, 0, 100, 100});
@@ -198,75 +173,6 @@ TEST_F(RecordedMouseTest, AFieldWithoutANameIsNamedByTheTitleAroundIt)
     EXPECT_FALSE(inner->isChecked());
 }
 
-TEST_F(RecordedMouseTest, ASliderIsMovedAgainWithAllThatTheApplicationHearsOfIt)
-{
-    auto *level = add<QSlider>("level", {0, 0, 30, 300});
-    auto *count = add<QSpinBox>("count", {100, 0, 100, 30});
-    auto *name = add<QLineEdit>("name", {100, 40, 100, 30});
-    QStringList heard;
-    const auto note = [&heard](const char *what) { return [&heard, what] { heard += what; }; };
-    QObject::connect(level, &QSlider::sliderPressed, note("pressed"));
-    QObject::connect(level, &QSlider::sliderMoved, note("moved"));
-    QObject::connect(level, &QSlider::actionTriggered, note("action"));
-    QObject::connect(level, &QSlider::sliderReleased, note("released"));
-    QObject::connect(count, &QSpinBox::editingFinished, note("finished"));
-    record();
-    QStyleOptionSlider look;
-    look.initFrom(level);
-    look.orientation = Qt::Vertical;
-    look.maximum = 99;
-    look.upsideDown = true;
-    const QPoint handle =
-        level->style()
-            ->subControlRect(QStyle::CC_Slider, &look, QStyle::SC_SliderHandle, level)
-            .center();
-    drag(at(level, handle.x(), handle.y()), at(level, handle.x(), 100));
-    click(at(count, 95, 5));
-    click(in(name));
-    const QStringList recorded = perform();
-    const int value = level->value();
-    EXPECT_GT(value, 10);
-    EXPECT_EQ(recorded, (QStringList{QString("set level value %1").arg(value), "set count value 1",
-                                     "click name"}));
-    heard.removeDuplicates();
-    EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
-    heard.clear();
-    level->setValue(0);
-    count->setValue(0);
-    name->clearFocus();
-    EXPECT_EQ(replay(), QString());
-    heard.removeDuplicates();
-    EXPECT_EQ(heard, (QStringList{"pressed", "moved", "action", "released", "finished"}));
-    EXPECT_EQ(level->value(), value);
-    EXPECT_EQ(count->value(), 1);
-}
-
-TEST_F(RecordedMouseTest, ADateIsSetWhateverPartOfItWasChanged)
-{
-    auto *day = add<QDateEdit>("day", {0, 0, 150, 30});
-    auto *moment = add<QDateTimeEdit>("moment", {0, 40, 200, 30});
-    day->setCalendarPopup(true);
-    day->setDate({2026, 11, 22});
-    moment->setDateTime({QDate(2026, 11, 22), QTime(10, 30)});
-    moment->setCurrentSection(QDateTimeEdit::MinuteSection);
-    record();
-    click(at(moment, 195, 5));
-    click(at(moment, 195, 5));
-    click(at(day, 145, 15));
-    click([day] {
-        auto *view = day->calendarWidget()->findChild<QTableView *>();
-        return qMakePair(view->viewport(), view->visualRect(view->model()->index(3, 3)).center());
-    });
-    const QStringList recorded = perform();
-    EXPECT_NE(day->date(), QDate(2026, 11, 22));
-    EXPECT_EQ(recorded, (QStringList{"set moment dateTime 2026-11-22T10:31:00",
-                                     "set moment dateTime 2026-11-22T10:32:00",
-                                     "set day date " + day->date().toString(Qt::ISODate)}));
-    // Nothing else gets out of the application.
-    for (const QVariantMap &action : qAsConst(performed))
-        EXPECT_TRUE(action["what"] != "set" || action["value"].userType() == QMetaType::QString);
-}
-
 TEST_F(RecordedMouseTest, ClicksOnTabsAndOnWhatIsInThemMoveNoTab)
 {
     auto *tabs = add<QTabWidget>("tabs", {0, 0, 400, 100});
@@ -384,63 +290,6 @@ TEST_F(RecordedMouseTest, TabsAndSectionsAreMovedAgain)
     EXPECT_EQ(order(), after);
 }
 
-TEST_F(RecordedMouseTest, AnEntryOfTheMenuOfAButtonIsChosenWithoutPlaces)
-{
-    auto *bar = add<QToolBar>("bar", {0, 0, 300, 40});
-    QMenu menu;
-    QStringList chosen;
-    for (const char *name : {"Save as", "Export"})
-        QObject::connect(menu.addAction(name), &QAction::triggered, &menu,
-                         [&chosen, name] { chosen += name; });
-    QMenu *more = menu.addMenu("More");
-    QObject::connect(more->addAction("All"), &QAction::triggered, &menu, [&] { chosen += "All"; });
-    QAction *save = bar->addAction("Save");
-    save->setMenu(&menu);
-    QObject::connect(save, &QAction::triggered, &menu, [&chosen] { chosen += "Save"; });
-    auto *tool = qobject_cast<QToolButton *>(bar->widgetForAction(save));
-    tool->setObjectName("tool");
-    tool->setPopupMode(QToolButton::MenuButtonPopup);
-    auto *push = add<QPushButton>("push", {0, 100, 100, 30});
-    QMenu other;
-    other.addActions(menu.actions());
-    push->setMenu(&other);
-    // Which of the two has opened the menu shows in that it is down.
-    auto *twin = add<QToolButton>("twin", {0, 200, 100, 30});
-    twin->setMenu(&menu);
-    twin->setPopupMode(QToolButton::InstantPopup);
-    record();
-    const auto entry = [](QMenu *in, int index) {
-        return [in, index] {
-            return qMakePair(static_cast<QWidget *>(in),
-                             in->actionGeometry(in->actions().at(index)).center());
-        };
-    };
-    click(at(push, 50, 15));
-    press([] { return qMakePair(QApplication::activePopupWidget(), QPoint(-30, -30)); });
-    release(at(&window, 400, 400));
-    click(at(push, 50, 15));
-    click(entry(&other, 1));
-    click(at(tool, 5, 15));
-    click(
-        [tool] { return qMakePair(static_cast<QWidget *>(tool), QPoint(tool->width() - 4, 15)); });
-    click(entry(&menu, 0));
-    click(at(twin, 50, 15));
-    click(entry(&menu, 1));
-    EXPECT_EQ(perform(), (QStringList{"click push Export", "click tool", "click tool Save as",
-                                      "click twin Export"}));
-    const QStringList before = chosen;
-    EXPECT_EQ(before, (QStringList{"Export", "Save", "Save as", "Export"}));
-    chosen.clear();
-    EXPECT_EQ(replay(), QString());
-    EXPECT_EQ(chosen, before);
-    tool->setPopupMode(QToolButton::DelayedPopup);
-    EXPECT_EQ(call("useItem", "tool", {"click", QVariantList{"More/All"}}), QString());
-    EXPECT_EQ(chosen.last(), "All");
-    push->setEnabled(false);
-    EXPECT_EQ(call("useItem", "push", {"click", QVariantList{"Save as"}}),
-              "the widget is disabled");
-}
-
 TEST_F(RecordedMouseTest, WhatTheApplicationMadeClickableIsClicked)
 {
     class Clickable : public QLabel
@@ -475,54 +324,4 @@ TEST_F(RecordedMouseTest, WhatTheApplicationMadeClickableIsClicked)
     ASSERT_TRUE(QApplication::activePopupWidget());
     EXPECT_EQ(replay(), QString());
     EXPECT_EQ(state->clicks, 2);
-}
-
-TEST_F(RecordedMouseTest, ALinkIsClickedByItsText)
-{
-    const QString html = "See <a href='a'>the <b>first</b></a> or<br><a href='b'>another</a>.";
-    QStringList followed;
-    const auto note = [&followed](const QString &where) { followed += where; };
-    auto *label = add<QLabel>("label", {0, 0, 600, 100});
-    label->setFrameShape(QFrame::Box);
-    label->setAlignment(Qt::AlignRight | Qt::AlignBottom);
-    label->setText(html);
-    QObject::connect(label, &QLabel::linkActivated, note);
-    auto *browser = add<QTextBrowser>("browser", {0, 120, 300, 100});
-    browser->setHtml(html + QString("<br>").repeated(50) + "<a href='c'>last</a>");
-    browser->setOpenLinks(false);
-    QObject::connect(browser, &QTextBrowser::anchorClicked,
-                     [&note](const QUrl &url) { note(url.toString()); });
-    record();
-    for (const char *link : {"the first", "another"})
-        EXPECT_EQ(call("useItem", "label", {"click", QVariantList{link}}), QString());
-    for (const char *link : {"another", "last"})
-        EXPECT_EQ(call("useItem", "browser", {"click", QVariantList{link}}), QString());
-    EXPECT_EQ(followed, (QStringList{"a", "b", "b", "c"}));
-    EXPECT_EQ(perform(), (QStringList{"click label the first", "click label another",
-                                      "click browser another", "click browser last"}));
-}
-
-TEST_F(RecordedMouseTest, AContextMenuThatAClickClosesIsClosedAgain)
-{
-    auto *button = add<QPushButton>("button", {0, 0, 100, 30});
-    button->setContextMenuPolicy(Qt::ActionsContextMenu);
-    auto *title = new QAction("Title", button);
-    title->setSeparator(true);
-    button->addActions({title, new QAction("Entry", button)});
-    record();
-    QMenu *menu = nullptr;
-    click(in(button), Qt::RightButton);
-    for (int i = 0; i < 10; ++i)
-        move([&menu, i] {
-            menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            return qMakePair(static_cast<QWidget *>(menu), QPoint(5 + i, 30));
-        });
-    click([&menu] {
-        const QRect line = menu->actionGeometry(menu->actions().first());
-        return qMakePair(static_cast<QWidget *>(menu), line.center());
-    });
-    click(in(button));
-    const QStringList recorded = perform();
-    EXPECT_EQ(recorded.filter("<Esc>").size(), 1) << recorded.join(", ").toStdString();
-    EXPECT_EQ(recorded.last(), "click button");
 }
