@@ -62,8 +62,8 @@ wait_for_victim() {
     done
 }
 
-# The socket of the report is the runner's own: one that was killed can't remove it, and the next one
-# with its process id does.
+# The socket of the report is the runner's own: one that was killed can't remove it, and later ones
+# leave it alone.
 left_files() {
     find "$work/tmp" -mindepth 1 ! -name 'morvexrunner_report_*'
 }

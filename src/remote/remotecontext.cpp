@@ -15,7 +15,7 @@ namespace {
 const int answerTimeoutMs = 1000;
 const int waitStepMs = 20;
 // For the status of one that has ended.
-const int endTimeoutMs = 2000;
+const int endTimeoutMs = 5000;
 // For another program that the process executes.
 const int restartTimeoutMs = 20000;
 const qint64 stackTimeoutMs = 10000;
@@ -141,6 +141,9 @@ QString RemoteContext::describeEnd(bool hasSaidBye)
         if (m_surroundings.idle)
             m_surroundings.idle();
     }
+    // This process may have been stopped while the time passed.
+    if (!m_next.channel && !isEndKnown())
+        m_surroundings.catchUp();
     return describeLoss(hasSaidBye);
 }
 

@@ -291,6 +291,7 @@ TEST_F(QtInspectorTest, PicturesHaveTheirPlaceOnTheScreen)
             inspector.callFunction("grabObjectScreenshot", {find("hovered")->id(), 0, 1}, nullptr));
         EXPECT_EQ(box->underMouse(), isHovered);
     }
+    EXPECT_FALSE(pictures[0].isNull());
     EXPECT_EQ(pictures[0], pictures[1]);
     EXPECT_FALSE(
         Screenshot::fromVariant(inspector.callFunction("desktopScreenshot", {}, nullptr)).isNull());

@@ -150,7 +150,7 @@ TEST_F(RecordedCellsTest, AShortcutInAnEditorIsTypedWhenTheTableHoldsTheSame)
         });
         press(row.keys);
         // A button that a mnemonic pushes.
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !child<QPushButton>("other")->isDown(); }));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !child<QPushButton>("other")->isDown(); }, 60000));
         EXPECT_EQ(script(), row.script);
         const QString expected = window->windowTitle();
         replay();

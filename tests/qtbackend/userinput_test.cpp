@@ -270,6 +270,12 @@ TEST_F(UserInputTest, AModalDialogBlocksWhatIsBelowIt)
         EXPECT_EQ(click("button"), QString());
         EXPECT_FALSE(wasBlocked);
     }
+    QDialog lasting(&window);
+    lasting.setObjectName("lasting");
+    lasting.setModal(true);
+    lasting.show();
+    EXPECT_EQ(click("button"),
+              "the widget is blocked by the dialog {name='lasting' type='QDialog'}");
 }
 
 TEST_F(UserInputTest, AnOpenPopupBlocksAllButItsOwner)

@@ -203,6 +203,7 @@ TEST_F(RunnerTest, NoStateOfTheCallerStopsTheRun)
         // Two reports into one file.
         {"exec \"$@\" --reportgen stdout --reportgen xml,/dev/fd/1 > log", 1},
         {"exec \"$@\" --reportgen xml,/dev/fd/1 --reportgen stdout > log", 1},
+        {"mkfifo log2; cat log2 > read & exec \"$@\" --reportgen stdout,log2", 0},
         {"ln pipe names.js; exec \"$@\"", 1},
     };
     for (const auto &[command, status] : rows) {

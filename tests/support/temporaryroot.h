@@ -2,6 +2,7 @@
 
 #include "support/environmentguard.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 namespace MorvexTest {
@@ -11,7 +12,8 @@ namespace MorvexTest {
 /// find it.
 class TemporaryRoot
 {
-    QTemporaryDir m_dir;
+    // Sockets need what there is for a path.
+    QTemporaryDir m_dir{QDir::tempPath() + QLatin1String("/t-XXXXXX")};
     EnvironmentGuard m_guard{"TMPDIR", m_dir.path().toLocal8Bit()};
 };
 

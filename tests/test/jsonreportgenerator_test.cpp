@@ -160,8 +160,8 @@ TEST(JsonReportGeneratorTest, ARunThatIsGivenUpIsADocumentAllTheSame)
 
 TEST(JsonReportGeneratorTest, AFrameOfWhichPartsAreMissingBreaksNothing)
 {
-    for (const auto type : {TestResult::START_TEST_CASE, TestResult::START_SECTION,
-                            TestResult::END_TEST_CASE, TestResult::END_SECTION}) {
+    for (const auto type :
+         {TestResult::START_TEST_CASE, TestResult::START_SECTION, TestResult::END_TEST_CASE}) {
         Entries entries = sampleRun();
         TestResult::Entry damaged;
         damaged.type = type;
