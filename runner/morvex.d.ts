@@ -24,6 +24,11 @@ interface MouseOptions {
     modifiers?: string;
 }
 
+interface ClickOptions extends MouseOptions {
+    /** For how many milliseconds the button is held. */
+    hold?: number;
+}
+
 interface WheelOptions extends MouseOptions {
     horizontal?: boolean;
 }
@@ -31,6 +36,8 @@ interface WheelOptions extends MouseOptions {
 interface DragOptions extends MouseOptions {
     /** The place where it ends. */
     to?: MouseOptions;
+    /** Places of the object on the way, such as "60,40 100,100". */
+    via?: string;
 }
 
 interface CheckOptions {
@@ -68,12 +75,12 @@ interface MouseTarget {
     readonly properties: { [property: string]: any };
     get(property: string): any;
     exists(): boolean;
-    click(options?: MouseOptions): void;
-    click(x: number, y: number, options?: MouseOptions): void;
+    click(options?: ClickOptions): void;
+    click(x: number, y: number, options?: ClickOptions): void;
     doubleClick(options?: MouseOptions): void;
     doubleClick(x: number, y: number, options?: MouseOptions): void;
-    rightClick(options?: MouseOptions): void;
-    rightClick(x: number, y: number, options?: MouseOptions): void;
+    rightClick(options?: ClickOptions): void;
+    rightClick(x: number, y: number, options?: ClickOptions): void;
     hover(options?: MouseOptions): void;
     hover(x: number, y: number, options?: MouseOptions): void;
     /** Toward the user; less than 0 for the other way. */

@@ -114,7 +114,7 @@ export default function (native, nameFunctions, helpers) {
             var via = all.via;
             delete all.to;
             delete all.via;
-            if (via !== undefined && !(/^-?\d{1,6},-?\d{1,6}( -?\d{1,6},-?\d{1,6})*$/.test(via) && hasPlace(all)))
+            if (via !== undefined && !(typeof via === "string" && /^-?\d{1,6},-?\d{1,6}( -?\d{1,6},-?\d{1,6})*$/.test(via) && hasPlace(all)))
                 throw new TypeError("option 'via' of drag takes the places on the way, such as '10,5 20,40', "
                                     + "together with the place {x: 1, y: 2} where it begins");
             if (!(to instanceof FoundObject || to instanceof Item)) {

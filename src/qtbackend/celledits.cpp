@@ -100,7 +100,8 @@ int CellEdits::actionThatCommits(const QWidget *view) const
     const QWidget *dialog = QApplication::activeModalWidget();
     const bool isBlocked = dialog && dialog != view->window() && !dialog->isAncestorOf(view);
     const int last = m_report.lastNumber();
-    return isBlocked || last > m_numberBefore ? last : 0;
+    const bool isPart = std::find(m_typed.begin(), m_typed.end(), last) != m_typed.end();
+    return !isPart && (isBlocked || last > m_numberBefore) ? last : 0;
 }
 
 bool CellEdits::commit()

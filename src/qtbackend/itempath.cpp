@@ -88,7 +88,6 @@ int ItemPath::next(const QStringList &texts)
     return found.at(wanted);
 }
 
-// A text alone may have separators.
 int indexAmong(const ItemSelector &selector, const QStringList &texts, int number, QString *error)
 {
     if (selector.isCell) {
@@ -114,6 +113,7 @@ int indexAmong(const ItemSelector &selector, const QStringList &texts, int numbe
     return error->isEmpty() ? index : -1;
 }
 
+// A text alone may have separators.
 QString itemPathOf(const QStringList &texts)
 {
     if (texts.size() == 1)

@@ -158,7 +158,7 @@ void KeyActions::pressInMenu(QMenu *menu, const QKeyEvent &event)
 {
     // One that another menu has opened is not open in the script.
     if (event.key() == Qt::Key_Escape && m_menus.openFor(menu) == menu)
-        m_report.add(QStringLiteral("type"), menu,
+        m_report.add(QStringLiteral("type"), m_menus.nameOf(menu), menu,
                      {{QStringLiteral("text"), QStringLiteral("<Esc>")}});
     if (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier))
         return;

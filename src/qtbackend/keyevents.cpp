@@ -23,7 +23,9 @@ void sendKey(QWidget *widget, QEvent::Type type, const TypedKey &key)
 {
     QWidget *window = widget->window();
     const QGraphicsView *view = viewOfEmbedded(widget);
-    const bool isInFocus = view && focusWithin(QApplication::focusWidget())->window() == window;
+    // Null while no window of the application is active.
+    const QWidget *focus = view ? focusWithin(QApplication::focusWidget()) : nullptr;
+    const bool isInFocus = focus && focus->window() == window;
     QWindow *handle = proxyOf(widget) ? nullptr : window->windowHandle();
     if (isInFocus)
         handle = view->window()->windowHandle();

@@ -38,16 +38,20 @@ void MenuUse::noteShown(const QObject *object)
 {
     auto *menu = qobject_cast<QMenu *>(const_cast<QObject *>(object));
     if (!menu || qobject_cast<QMenuBar *>(menu->parentWidget()) ||
-        (m_shown && m_shown->isVisible()))
+        (m_shown && m_shown != menu && m_shown->isVisible()))
         return;
     m_shown = menu;
     m_shownName = m_report.nameOf(menu);
 }
 
+QString MenuUse::nameOf(const QWidget *owner) const
+{
+    return owner == m_shown ? m_shownName : m_report.nameOf(owner);
+}
+
 int MenuUse::choose(const MenuPath &path)
 {
-    const QString name = path.owner == m_shown ? m_shownName : m_report.nameOf(path.owner);
-    return m_report.add(QStringLiteral("click"), name, path.owner,
+    return m_report.add(QStringLiteral("click"), nameOf(path.owner), path.owner,
                         {{QStringLiteral("item"), path.item}});
 }
 
@@ -56,9 +60,9 @@ void MenuUse::press(QMenu *menu, const QPoint &globalPlace)
     QMenu *first = openFor(menu);
     m_pressed = {};
     if (first && !isInOpenMenu(globalPlace))
-        m_report.add(QStringLiteral("type"), first, escape());
+        m_report.add(QStringLiteral("type"), nameOf(first), first, escape());
     else if (first)
-        m_pressed = {first, m_report.nameOf(first)};
+        m_pressed = {first, nameOf(first)};
 }
 
 // Without a choice.

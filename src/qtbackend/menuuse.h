@@ -26,6 +26,8 @@ public:
     QMenu *openFor(QMenu *menu) const;
     /// The menu is open by an action that is in the script.
     void setOpen(QMenu *menu) { m_entered = menu; }
+    /// As a script finds it: that of a menu is the one that it had when it was opened.
+    QString nameOf(const QWidget *owner) const;
     /// Reports that the user chooses the entry; returns the number of the action.
     int choose(const MenuPath &path);
     /// The menu, or the screen while it is open, is pressed: elsewhere that closes all menus, and

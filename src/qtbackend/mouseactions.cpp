@@ -114,7 +114,8 @@ void MouseActions::describe(QWidget *widget, const QPoint &place)
 void MouseActions::giveBackPress()
 {
     if (!m_press.ownName.isEmpty()) {
-        m_click = {m_press.ownObject, {}, m_press.number};
+        m_click = {
+            m_press.ownObject, {}, m_press.number, menuOfButton(m_press.ownObject) != nullptr};
         return m_report.replace(m_press.number, m_press.ownWhat, m_press.ownName, m_press.ownPlace);
     }
     m_report.cancel(m_press.number);
@@ -198,8 +199,8 @@ void MouseActions::finishPress(const QPoint &globalPlace)
     if (way < QApplication::startDragDistance() || m_press.button != Qt::LeftButton)
         m_outcome.setNotMoved();
     const bool isWhole = target.item.isEmpty() && !target.place;
-    const bool isMoved =
-        way >= QApplication::startDragDistance() && target.kind == RecordedTarget::Click;
+    const bool isMoved = (way >= QApplication::startDragDistance() || isRound(globalPlace)) &&
+                         target.kind == RecordedTarget::Click;
     const bool isTab = qobject_cast<const QTabBar *>(widget);
     const bool isSection = qobject_cast<const QHeaderView *>(target.object);
     const bool isGivenUp = (isWhole && !isInside && m_press.button == Qt::LeftButton) ||
@@ -262,6 +263,13 @@ void MouseActions::reportDrag(const QPoint &globalPlace, bool isData)
         more[QStringLiteral("via")] = corners;
     m_report.replace(m_press.number, QStringLiteral("drag"), m_report.nameOf(m_press.target.object),
                      more);
+}
+
+// A stroke may end where it began.
+bool MouseActions::isRound(const QPoint &globalPlace) const
+{
+    return m_press.target.place && m_press.target.item.isEmpty() &&
+           m_press.button == Qt::LeftButton && !cornersOfWay(globalPlace).isEmpty();
 }
 
 // In places of the widget.

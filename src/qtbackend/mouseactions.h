@@ -107,6 +107,7 @@ private:
     void giveBackPress();
     QVariantMap placeOf(const RecordedTarget &target) const;
     void finishPress(const QPoint &globalPlace);
+    bool isRound(const QPoint &globalPlace) const;
     QString cornersOfWay(const QPoint &globalPlace) const;
     void reportDrag(const QPoint &globalPlace, bool isData);
     void choose(QWidget *menu, const QPoint &place);

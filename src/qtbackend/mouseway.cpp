@@ -71,7 +71,8 @@ bool isAboutStraight(const QVector<QPoint> &places)
 
 void MouseWay::add(const QPoint &place)
 {
-    if (m_places.size() < maxPlaces)
+    const bool isNear = !m_places.isEmpty() && (place - m_places.last()).manhattanLength() <= 1;
+    if (!isNear && m_places.size() < maxPlaces)
         m_places += place;
 }
 

@@ -14,8 +14,8 @@ public:
     /// The places after the first thousands are left out.
     void add(const QPoint &place);
 
-    /// The corners between both ends, relative to @p origin. Empty when the way is about straight,
-    /// as that of somebody who draws a frame.
+    /// The corners between both ends, relative to @p origin. Empty when the way is roughly
+    /// straight, as that of somebody who draws a frame.
     QString corners(const QPoint &begin, const QPoint &end, const QPoint &origin) const;
 
 private:

@@ -76,7 +76,7 @@ std::vector<QObject *> ObjectIndex::candidates(const NameConditions &conditions)
     for (const NameCondition &condition : conditions) {
         if (fewest->size() <= 1)
             break;
-        if (!isExact(condition) || isType(condition))
+        if (!isExact(condition) || isType(condition) || condition.ignoresMnemonics)
             continue;
         static const Objects none;
         const ObjectsByText &byText = objectsByText(type, condition);

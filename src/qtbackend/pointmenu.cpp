@@ -25,7 +25,7 @@ const char *const shownProperties[] = {"text",        "plainText", "title",   "w
 
 const Qt::KeyboardModifiers modifiersOfKeys =
     Qt::ControlModifier | Qt::AltModifier | Qt::ShiftModifier;
-// Another window may get to know that they are released.
+// Another window may get their release.
 const int maxHeldMs = 2000;
 
 // Layouts without a V have a letter of their own there.

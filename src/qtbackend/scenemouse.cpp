@@ -33,7 +33,9 @@ std::vector<QPointer<QObject>> openedPopups(QObject *root)
 {
     std::vector<QPointer<QObject>> opened;
     const QObjectList popups = SceneAccess::self()->popupsIn(root);
-    std::copy_if(popups.begin(), popups.end(), std::back_inserter(opened), isOpened);
+    std::copy_if(popups.begin(), popups.end(), std::back_inserter(opened), [](QObject *popup) {
+        return isOpened(popup) && !popup->inherits("QQuickToolTip");
+    });
     return opened;
 }
 
@@ -232,7 +234,7 @@ void SceneMouse::finishPress(const QMouseEvent &event)
         return;
     } else if (isStolen) {
         cancelPress();
-    } else if ((isMoved || isRound(event.globalPos())) && takesDrag()) {
+    } else if (takesDrag() && (isMoved || isRound(event.globalPos()))) {
         if (!m_press.target.place)
             m_press.target.place = m_press.placeInTarget;
         reportDrag(event.pos());

@@ -217,7 +217,7 @@ bool isSceneValue(const QObject *object, const QByteArray &property)
 bool setSceneValue(QObject *object, const QByteArray &property, const QVariant &value)
 {
     for (const auto &known : values) {
-        if (object->inherits(known.type))
+        if (property == known.property && object->inherits(known.type))
             return setByPress(object, property, value, known.signal);
     }
     // The view lays out its parts later, by what they ask for.

@@ -249,7 +249,8 @@ void giveFocus(const QPointer<QWidget> &widget, InputSequence &input)
         const QWidget *before = QApplication::focusWidget();
         if (QGraphicsView *view = widget ? viewOfEmbedded(widget) : nullptr) {
             view->setFocus(Qt::OtherFocusReason);
-            proxyOf(widget)->setFocus(Qt::OtherFocusReason);
+            if (QGraphicsProxyWidget *proxy = widget ? proxyOf(widget) : nullptr)
+                proxy->setFocus(Qt::OtherFocusReason);
         }
         if (widget)
             widget->setFocus(Qt::OtherFocusReason);

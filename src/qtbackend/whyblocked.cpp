@@ -1,5 +1,6 @@
 #include "qtbackend/whyblocked.h"
 
+#include "qtbackend/embedded.h"
 #include "qtbackend/identification.h"
 #include "qtbackend/objecttree.h"
 #include "qtbackend/quickwidgets.h"
@@ -7,6 +8,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QGraphicsView>
 #include <QWidget>
 #include <QWindow>
 
@@ -15,9 +17,12 @@
 namespace Morvex {
 namespace {
 
-// That of a menu or another popup is where it belongs to.
+// That of a menu or another popup is where it belongs to, that of a widget in a scene is where the
+// scene is shown.
 const QWidget *windowOf(const QWidget *widget)
 {
+    if (const QGraphicsView *view = viewOfEmbedded(widget))
+        return windowOf(view);
     const QWidget *window = widget->window();
     while (window->windowType() == Qt::Popup && window->parentWidget())
         window = window->parentWidget()->window();

@@ -309,6 +309,14 @@ TEST_F(RecordedPartsTest, WhatIsDrawnFreehandIsDrawnAgainAndAFrameByItsCorners)
         EXPECT_TRUE(canvas->stroke.contains(corner)) << corner.x() << ',' << corner.y();
     EXPECT_EQ(canvas->stroke.boundingRect(), before.boundingRect());
 
+    // One that ends where it began.
+    press(at(canvas, 20, 20));
+    for (const QPoint place : {QPoint(90, 20), QPoint(90, 90), QPoint(21, 21)})
+        move(at(canvas, place.x(), place.y()), Qt::LeftButton);
+    release(at(canvas, 21, 21));
+    EXPECT_EQ(perform().size(), 1);
+    EXPECT_EQ(performed.last()["via"], "90,20 90,90");
+
     press(at(canvas, 10, 10));
     for (const QPoint place : {QPoint(60, 66), QPoint(110, 105)})
         move(at(canvas, place.x(), place.y()), Qt::LeftButton);
