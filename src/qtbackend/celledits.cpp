@@ -78,9 +78,9 @@ void CellEdits::noteShortcut(int number, const QString &keys)
         giveShortcutsTo(editedView(m_editor));
 }
 
-void CellEdits::forgetShortcut()
+void CellEdits::forgetShortcut(int number)
 {
-    if (!m_shortcuts.empty())
+    if (!m_shortcuts.empty() && m_shortcuts.back().number == number)
         m_shortcuts.pop_back();
 }
 

@@ -31,7 +31,7 @@ public:
     /// What was typed was no text: a shortcut had that key, or the keys that begin with it.
     void noteShortcut(int number, const QString &keys);
     /// That which was noted last is no longer reported as keys.
-    void forgetShortcut();
+    void forgetShortcut(int number);
     /// Something is going to be done by actions after that of this number.
     void beginAction(int numberBefore) { m_numberBefore = numberBefore; }
     /// Reports the edit when there is one, before it is handed over. Whether that is all that a

@@ -296,7 +296,7 @@ void KeyActions::replaceByTab(QTabBar *tabs, const QKeySequence &key)
 void KeyActions::replaceByClick(const QObject *object, const QVariantMap &more)
 {
     m_report.replace(m_lastKey, QStringLiteral("click"), object, more);
-    m_edits.forgetShortcut();
+    m_edits.forgetShortcut(m_lastKey);
 }
 
 void KeyActions::inputMethod(QObject *receiver, const QInputMethodEvent &event)

@@ -81,17 +81,44 @@ QPoint endOfLink(QObject *item, QPoint place, const QPoint &step, const QString 
     return place;
 }
 
+// From a place on its first line.
+QPoint middleOfLink(QObject *item, const QPoint &place, const QString &target)
+{
+    const int end = endOfLink(item, place, {1, 0}, target).x();
+    const QPoint middle((place.x() + end) / 2, place.y());
+    return (middle + endOfLink(item, middle, {0, 1}, target)) / 2;
+}
+
+// The first letter of a link to there, for items that know the places of their letters.
+std::optional<QPoint> beginOfLink(QObject *item, const QString &target)
+{
+    const QTextDocument *document = SceneAccess::self()->documentOf(item);
+    const std::vector<TextLink> links = document ? linksIn(*document) : std::vector<TextLink>();
+    const auto link = std::find_if(links.begin(), links.end(), [&target](const TextLink &each) {
+        return each.target == target;
+    });
+    if (link == links.end())
+        return std::nullopt;
+    QRectF letter;
+    QMetaObject::invokeMethod(item, "positionToRectangle", Q_RETURN_ARG(QRectF, letter),
+                              Q_ARG(int, link->start));
+    // The cursor there is at its edge.
+    const QPoint place = letter.center().toPoint() + QPoint(1, 0);
+    return targetAt(item, place) == target ? std::optional<QPoint>(place) : std::nullopt;
+}
+
 // A place in the middle of the first part of a link to there; null when it is not shown.
 std::optional<QPoint> placeOfLink(QObject *item, const QString &target)
 {
+    // To look for it takes long in a long text.
+    if (const std::optional<QPoint> begin = beginOfLink(item, target))
+        return middleOfLink(item, *begin, target);
     const int width = item->property("width").toInt();
     const int height = item->property("height").toInt();
     for (int y = lookedAtDown / 2; y < height; y += lookedAtDown) {
         for (int x = lookedAtAcross / 2; x < width; x += lookedAtAcross) {
-            if (targetAt(item, {x, y}) != target)
-                continue;
-            const QPoint middle((x + endOfLink(item, {x, y}, {1, 0}, target).x()) / 2, y);
-            return (middle + endOfLink(item, middle, {0, 1}, target)) / 2;
+            if (targetAt(item, {x, y}) == target)
+                return middleOfLink(item, {x, y}, target);
         }
     }
     return std::nullopt;
