@@ -36,10 +36,15 @@ bool NameCondition::canIgnoreMnemonics() const
            (property == QLatin1String("text") || property == QLatin1String("title"));
 }
 
+QString NameCondition::comparedText(const QString &text) const
+{
+    return ignoresMnemonics ? shownText(text) : text;
+}
+
 bool NameCondition::fits(const QString &text) const
 {
     if (ignoresMnemonics)
-        return shownText(text) == shownText(value.text);
+        return comparedText(text) == comparedText(value.text);
     return value.kind == ObjectName::PropertyValue::EXACT ? text == value.text
                                                           : expression.match(text).hasMatch();
 }

@@ -26,6 +26,8 @@ struct NameCondition
 
     bool isReference() const { return value.kind == ObjectName::PropertyValue::REFERENCE; }
     bool canIgnoreMnemonics() const;
+    /// What counts of a text where it has to be the same.
+    QString comparedText(const QString &text) const;
     bool holds(QtModel &model, QObject *object) const;
 
     /// What the value is compared with in the object. False when it has no such property.

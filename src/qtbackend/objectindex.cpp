@@ -76,11 +76,11 @@ std::vector<QObject *> ObjectIndex::candidates(const NameConditions &conditions)
     for (const NameCondition &condition : conditions) {
         if (fewest->size() <= 1)
             break;
-        if (!isExact(condition) || isType(condition) || condition.ignoresMnemonics)
+        if (!isExact(condition) || isType(condition))
             continue;
         static const Objects none;
         const ObjectsByText &byText = objectsByText(type, condition);
-        const auto objects = byText.constFind(condition.value.text);
+        const auto objects = byText.constFind(condition.comparedText(condition.value.text));
         if (objects == byText.cend())
             fewest = &none;
         else if (objects->size() < fewest->size())
@@ -97,7 +97,9 @@ std::vector<QObject *> ObjectIndex::candidates(const NameConditions &conditions)
 const ObjectIndex::ObjectsByText &ObjectIndex::objectsByText(const QString &type,
                                                              const NameCondition &condition)
 {
-    const QPair<QString, QString> key(type, condition.property);
+    // No property has a name with such a mark.
+    const QString mark = condition.ignoresMnemonics ? QStringLiteral("&") : QString();
+    const QPair<QString, QString> key(type, condition.property + mark);
     const auto known = m_byText.constFind(key);
     if (known != m_byText.cend())
         return *known;
@@ -105,7 +107,7 @@ const ObjectIndex::ObjectsByText &ObjectIndex::objectsByText(const QString &type
     for (const QPointer<QObject> &object : objectsOf(type)) {
         QString text;
         if (object && condition.readText(m_model, object, &text))
-            objects[text].push_back(object);
+            objects[condition.comparedText(text)].push_back(object);
     }
     return *m_byText.insert(key, objects);
 }
